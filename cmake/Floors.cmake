@@ -1,0 +1,74 @@
+# Build rules that every folder shares.
+
+include(GNUInstallDirs)
+set(BRIXTEL_LIBDIR "${CMAKE_INSTALL_LIBDIR}/brixtel")
+
+# Everything of a build lies in three folders, laid out as in an installed
+# tree, so that programs find the module and the module finds its resources
+# the same way in both.
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
+
+add_library(brixtel_flags INTERFACE)
+target_include_directories(brixtel_flags INTERFACE "${PROJECT_SOURCE_DIR}")
+target_compile_definitions(brixtel_flags INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_KEYWORDS
+                           QT_NO_FOREACH)
+target_compile_options(brixtel_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow
+                       -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wunused
+                       -Wnull-dereference -Wimplicit-fallthrough)
+target_link_options(brixtel_flags INTERFACE -Wl,--no-undefined -Wl,--as-needed)
+if(BRIXTEL_STRICT)
+  target_compile_options(brixtel_flags INTERFACE -Werror)
+  target_compile_definitions(brixtel_flags INTERFACE _GLIBCXX_ASSERTIONS)
+endif()
+if(BRIXTEL_SANITIZE)
+  target_compile_options(brixtel_flags INTERFACE -fsanitize=${BRIXTEL_SANITIZE}
+                         -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+  target_link_options(brixtel_flags INTERFACE -fsanitize=${BRIXTEL_SANITIZE})
+endif()
+
+# brixtel_floor(NAME SOURCES ... [LINKS ...] [PRIVATE_LINKS ...] [MOC])
+# One shared library for one folder. LINKS are visible to those above.
+function(brixtel_floor name)
+  cmake_parse_arguments(F "MOC" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+  add_library(${name} SHARED ${F_SOURCES})
+  set_target_properties(${name} PROPERTIES OUTPUT_NAME "brixtel-${name}" AUTOMOC ${F_MOC}
+                        BUILD_RPATH "$ORIGIN" INSTALL_RPATH "$ORIGIN")
+  target_link_libraries(${name} PUBLIC brixtel_flags ${F_LINKS} PRIVATE ${F_PRIVATE_LINKS})
+  install(TARGETS ${name} LIBRARY DESTINATION "${BRIXTEL_LIBDIR}")
+endfunction()
+
+# brixtel_test(NAME SOURCES ... LINKS ... LABELS ... [CORE|GUI] [PROPERTIES ...])
+# One GoogleTest program; every test in it is a ctest entry of its own. CORE
+# runs the tests under a QCoreApplication, GUI under an off-screen
+# QGuiApplication; neither needs a display.
+function(brixtel_test name)
+  cmake_parse_arguments(T "CORE;GUI;MOC" "" "SOURCES;LINKS;LABELS;PROPERTIES" ${ARGN})
+  if(T_GUI)
+    list(APPEND T_SOURCES "${PROJECT_SOURCE_DIR}/tests/support/main_gui.cpp")
+    list(APPEND T_LINKS Qt6::Gui GTest::gtest)
+  elseif(T_CORE)
+    list(APPEND T_SOURCES "${PROJECT_SOURCE_DIR}/tests/support/main_core.cpp")
+    list(APPEND T_LINKS Qt6::Core GTest::gtest)
+  else()
+    list(APPEND T_LINKS GTest::gtest_main)
+  endif()
+  add_executable(${name} ${T_SOURCES})
+  set_target_properties(${name} PROPERTIES AUTOMOC ${T_MOC}
+                        RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+  target_link_libraries(${name} PRIVATE brixtel_flags ${T_LINKS} GTest::gmock)
+  target_compile_definitions(${name} PRIVATE
+                             BRIXTEL_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data"
+                             BRIXTEL_BUILD_DIR="${CMAKE_BINARY_DIR}")
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
+                       PROPERTIES LABELS "${T_LABELS}" TIMEOUT 120 ${T_PROPERTIES})
+endfunction()
+
+# brixtel_bench(NAME SOURCES ... LINKS ...): one Google Benchmark program.
+function(brixtel_bench name)
+  cmake_parse_arguments(B "" "" "SOURCES;LINKS" ${ARGN})
+  add_executable(${name} ${B_SOURCES})
+  set_target_properties(${name} PROPERTIES
+                        RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bench")
+  target_link_libraries(${name} PRIVATE brixtel_flags ${B_LINKS} benchmark::benchmark)
+endfunction()

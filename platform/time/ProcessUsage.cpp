@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "platform/time/ProcessUsage.h"
+
+#include <sys/resource.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace platform {
+
+namespace {
+
+// Not ru_maxrss, which a program inherits from whatever started it.
+double peakMemoryMb() {
+    std::ifstream file("/proc/self/status");
+    std::string line;
+    while (std::getline(file, line)) {
+        if (line.rfind("VmHWM:", 0) == 0) return std::stod(line.substr(6)) / 1024.0;
+    }
+    return 0.0;
+}
+
+}  // namespace
+
+ProcessUsage processUsage() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval& t) {
+        return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) * 1e-6;
+    };
+    return {.cpuSeconds = seconds(usage.ru_utime) + seconds(usage.ru_stime),
+            .peakMemoryMb = peakMemoryMb()};
+}
+
+double secondsSinceProcessStart() {
+    std::ifstream file("/proc/self/stat");
+    std::string line;
+    if (!std::getline(file, line)) return 0.0;
+    // The program's name, in parentheses, may hold spaces: count from its end,
+    // where field 3 begins; the start is field 22 (proc(5)).
+    std::istringstream fields(line.substr(line.rfind(')') + 1));
+    std::string skipped;
+    for (int field = 3; field < 22; ++field) fields >> skipped;
+    double ticks = 0.0;
+    if (!(fields >> ticks)) return 0.0;
+    timespec now{};
+    clock_gettime(CLOCK_BOOTTIME, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9 -
+           ticks / static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
+}  // namespace platform

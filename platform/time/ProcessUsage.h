@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace platform {
+
+// What this process has cost so far.
+struct ProcessUsage {
+    double cpuSeconds = 0.0;   // user and system time of all its threads
+    double peakMemoryMb = 0.0; // largest resident set, in MiB
+};
+
+[[nodiscard]] ProcessUsage processUsage();
+
+// Seconds since the kernel started this process, dynamic linking included, to
+// the hundredth that the kernel keeps. 0 when /proc cannot tell.
+[[nodiscard]] double secondsSinceProcessStart();
+
+}  // namespace platform

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#include "platform/time/Timer.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+using platform::ManualClock;
+using platform::Timer;
+
+namespace {
+
+TEST(Timer, FiresAtItsDueTimesAndNeverBefore) {
+    ManualClock clock(10.0);
+    std::vector<double> fired;
+    const Timer timer(clock, {.interval = 0.25, .repeats = true},
+                      [&] { fired.push_back(clock.now()); });
+    clock.advance(0.2499);
+    EXPECT_TRUE(fired.empty());
+    clock.advance(0.7501);
+    EXPECT_EQ(fired, (std::vector<double>{10.25, 10.5, 10.75, 11.0}));
+}
+
+TEST(Timer, LatenessSkipsWhatWasMissedAndKeepsTheBeat) {
+    ManualClock clock(0.0);
+    std::vector<double> fired;
+    const Timer timer(clock, {.interval = 1.0, .repeats = true},
+                      [&] { fired.push_back(clock.now()); });
+    clock.leap(3.5);
+    clock.advance(1.0);
+    EXPECT_EQ(fired, (std::vector<double>{3.5, 4.0}));
+}
+
+TEST(Timer, AMillionIntervalsDoNotDrift) {
+    ManualClock clock(0.0);
+    long count = 0;
+    const Timer timer(clock, {.interval = 0.1, .repeats = true}, [&] { ++count; });
+    clock.advance(100'000.05);
+    EXPECT_EQ(count, 1'000'000);
+}
+
+TEST(Timer, MayDropItselfInsideItsAction) {
+    ManualClock clock;
+    int count = 0;
+    Timer timer;
+    timer = Timer(clock, {.interval = 1.0, .repeats = true}, [&] {
+        ++count;
+        timer.invalidate();
+    });
+    clock.advance(5.0);
+    EXPECT_EQ(count, 1);
+    EXPECT_FALSE(timer.isValid());
+    EXPECT_EQ(clock.timerCount(), 0U);
+}
+
+TEST(Timer, DroppingItEndsIt) {
+    ManualClock clock;
+    int count = 0;
+    { const Timer timer(clock, {.interval = 1.0, .repeats = true}, [&] { ++count; }); }
+    clock.advance(5.0);
+    EXPECT_EQ(count, 0);
+}
+
+TEST(Timer, OnceMeansOnce) {
+    ManualClock clock;
+    int count = 0;
+    const Timer timer(clock, {.interval = 1.0}, [&] { ++count; });
+    clock.advance(5.0);
+    EXPECT_EQ(count, 1);
+    EXPECT_FALSE(timer.isValid());
+}
+
+TEST(Timer, OutlivesItsClockHarmlessly) {
+    Timer timer;
+    {
+        ManualClock clock;
+        timer = Timer(clock, {.interval = 1.0, .repeats = true}, [] {});
+    }
+    EXPECT_FALSE(timer.isValid());
+    timer.invalidate();
+}
+
+}  // namespace

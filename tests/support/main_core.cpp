@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    const QCoreApplication app(argc, argv);
+    return RUN_ALL_TESTS();
+}
