@@ -9,6 +9,8 @@
 
 namespace platform {
 
+class NotificationLink;
+
 // Notifications between programs, over the session bus. A notification
 // "a.b.c" is the D-Bus signal "c" of the interface "a.b", from anyone and on any
 // path:
@@ -47,16 +49,16 @@ class DistributedNotificationCenter {
     void whenReady(std::function<void()> action);
 
   private:
-    class Link;
     void deliver(const QString& name);
 
     struct Observer {
         const void* key;
         QString name;
         std::function<void()> handler;
+        bool removed = false;
     };
     std::vector<std::shared_ptr<Observer>> observers_;
-    std::unique_ptr<Link> link_;
+    std::unique_ptr<NotificationLink> link_;
 };
 
 }  // namespace platform

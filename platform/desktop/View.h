@@ -63,7 +63,7 @@ class View {
     virtual void draw(QPainter& painter, const QRectF& dirty);
     void setNeedsDisplay();
 
-    // Input. The first three go to the superview unless overridden; a key goes
+    // Input. Each goes on to the superview unless overridden; a key goes
     // to the window's first responder, the mouse to the topmost view under it.
     [[nodiscard]] virtual bool acceptsFirstResponder() const { return false; }
     virtual void keyDown(const KeyEvent& event);

@@ -103,8 +103,9 @@ class Window {
     void fadeTo(double alpha);
     void fadeTo(double alpha, AnimationGroup& group);
 
-    // Called once when the window is gone: destroyed by its host, or (its own)
-    // closed by the user, who is not obeyed unless the action does.
+    // Called when a host has destroyed its window, or the user asks to close an
+    // own one, which stays unless the action sees to it. The action may drop the
+    // window.
     void onClose(std::function<void()> action);
 
     [[nodiscard]] WindowStatistics statistics() const;
@@ -115,13 +116,17 @@ class Window {
   private:
     friend class View;
     friend class WindowCore;
+    friend class WindowServer;
     void detached(const View* view);
+    void show(bool asKey);
+    void raise();
 
     WindowServer& server_;
     WindowOptions options_;
     std::shared_ptr<View> content_;
     View* firstResponder_ = nullptr;
     bool ignoresMouse_ = false;
+    bool cursorHidden_ = false;
     std::unique_ptr<WindowCore> core_;
 };
 

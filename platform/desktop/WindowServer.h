@@ -4,12 +4,14 @@
 #include <QString>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "platform/time/MediaClock.h"
 
 namespace platform {
 
 class EventConnection;
+class Window;
 
 // Which drawer shows layers in windows. Auto takes the CPU where OpenGL would
 // be software: a full-screen swap alone costs that more than the CPU's drawing
@@ -46,9 +48,15 @@ class WindowServer {
     [[nodiscard]] EventConnection& events() const { return *events_; }
 
   private:
+    friend class Window;
+    // Keeps windows of a higher level above one that came to the front.
+    void cameToFront(Window& window);
+    void dropped(Window& window);
+
     MediaClock& clock_;
     const WindowServerOptions options_;
     std::unique_ptr<EventConnection> events_;
+    std::vector<Window*> shown_;  // lowest level first, then in order of showing
 };
 
 }  // namespace platform
