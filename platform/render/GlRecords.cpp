@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/render/GlRecords.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace platform {
@@ -13,6 +14,32 @@ constexpr std::size_t kPaintRecords = 4;
 constexpr std::size_t kRectRecords = 2;
 // Cutting up more pieces than this costs more than drawing where none lies.
 constexpr std::uint32_t kMostCutPieces = 16;
+
+// The edges of PixelGrid::snap as OpenGL counts them, from the lower left; what
+// lies absurdly far outside stops short.
+PixelRect snapped(const QRectF& points, const PixelGrid& grid) {
+    const auto edge = [&grid](double at) {
+        constexpr double kFar = 1 << 24;
+        return PixelGrid::edge(std::clamp(at * grid.scale, -kFar, kFar));
+    };
+    return {edge(points.left()), edge(points.top()), edge(points.right()), edge(points.bottom())};
+}
+
+// Adds to `boxes`, which do not overlap, what of `box` none of those from index
+// `from` on covers yet, so that they still do not overlap.
+void addUncovered(std::vector<PixelRect>& boxes, std::size_t from, const PixelRect& box) {
+    if (box.isEmpty()) return;
+    for (std::size_t i = from; i < boxes.size(); ++i) {
+        const PixelRect common = boxes[i] & box;
+        if (common.isEmpty()) continue;
+        addUncovered(boxes, i + 1, {box.x0, common.y1, box.x1, box.y1});
+        addUncovered(boxes, i + 1, {box.x0, box.y0, box.x1, common.y0});
+        addUncovered(boxes, i + 1, {box.x0, common.y0, common.x0, common.y1});
+        addUncovered(boxes, i + 1, {common.x1, common.y0, box.x1, common.y1});
+        return;
+    }
+    boxes.push_back(box);
+}
 
 std::int32_t whole(std::size_t value) {
     return static_cast<std::int32_t>(value);
@@ -34,8 +61,7 @@ void GlRecords::restart() {
 }
 
 bool GlRecords::add(const DisplayItem& item) {
-    const PixelBox box = PixelBox::snapped(item.rect, grid_.scale) &
-                         PixelBox::snapped(item.clip, grid_.scale) & screen_;
+    const PixelRect box = snapped(item.rect, grid_) & snapped(item.clip, grid_) & screen_;
     if (box.isEmpty()) return true;
     const std::size_t records = records_.size();
     const std::size_t rects = rects_.size();
@@ -49,35 +75,34 @@ bool GlRecords::add(const DisplayItem& item) {
     return false;
 }
 
-void GlRecords::addVisible(const DisplayItem& item, const PixelBox& box) {
+void GlRecords::addVisible(const DisplayItem& item, const PixelRect& box) {
     const std::size_t rects = rects_.size();
     addRects(item, box);
     if (rects_.size() == rects) return;
     // A mask comes before its item: writing it moves what lies behind.
     const std::int32_t mask = item.mask < 0 ? -1 : maskRecord(item.mask);
     const std::size_t at = append(kPaintRecords);
-    const PixelBox reach = paint(item, at);
+    const PixelRect reach = paint(item, at);
     records_[at + 3] = {mask, 0, 0, 0};
     std::size_t kept = rects;
     for (std::size_t i = rects; i < rects_.size(); ++i) {
-        const PixelBox shown = rects_[i].box & reach;
+        const PixelRect shown = rects_[i].box & reach;
         if (!shown.isEmpty()) rects_[kept++] = {.box = shown, .paint = whole(at)};
     }
     rects_.resize(kept);
 }
 
-void GlRecords::addRects(const DisplayItem& item, const PixelBox& box) {
+void GlRecords::addRects(const DisplayItem& item, const PixelRect& box) {
     boxes_.clear();
     if (item.mask < 0) boxes_.push_back(box);
-    PixelBox within = box;
+    PixelRect within = box;
     for (std::int32_t mask = item.mask; mask >= 0;) {
         const DisplayMask& m = list_->masks[static_cast<std::size_t>(mask)];
         const bool cut = mask == item.mask && m.pieceCount <= kMostCutPieces;
-        PixelBox around;
+        PixelRect around;
         for (std::uint32_t i = m.firstPiece; i < m.firstPiece + m.pieceCount; ++i) {
             const DisplayItem& piece = list_->pieces[i];
-            const PixelBox shown = PixelBox::snapped(piece.rect, grid_.scale) &
-                                   PixelBox::snapped(piece.clip, grid_.scale) & box;
+            const PixelRect shown = snapped(piece.rect, grid_) & snapped(piece.clip, grid_) & box;
             if (cut) addUncovered(boxes_, 0, shown);
             around = around | shown;
         }
@@ -85,8 +110,8 @@ void GlRecords::addRects(const DisplayItem& item, const PixelBox& box) {
         within = within & around;
         mask = m.outer;
     }
-    for (const PixelBox& part : boxes_) {
-        const PixelBox shown = part & within;
+    for (const PixelRect& part : boxes_) {
+        const PixelRect shown = part & within;
         if (!shown.isEmpty()) rects_.push_back({.box = shown, .paint = 0});
     }
 }
@@ -101,28 +126,27 @@ std::int32_t GlRecords::maskRecord(std::int32_t mask) {
     for (std::uint32_t i = 0; i < m.pieceCount; ++i) {
         const DisplayItem& piece = list_->pieces[m.firstPiece + i];
         const std::size_t pieceAt = at + 1 + kPaintRecords * i;
-        const PixelBox box =
-            paint(piece, pieceAt) & PixelBox::snapped(piece.clip, grid_.scale) & screen_;
-        records_[pieceAt + 3] = {box.left, box.low, box.right, box.high};
+        const PixelRect box = paint(piece, pieceAt) & snapped(piece.clip, grid_) & screen_;
+        records_[pieceAt + 3] = {box.x0, box.y0, box.x1, box.y1};
     }
     maskRecords_[index] = whole(at);
     return whole(at);
 }
 
-PixelBox GlRecords::paint(const DisplayItem& item, std::size_t at) {
-    const PixelBox snapped = PixelBox::snapped(item.rect, grid_.scale);
+PixelRect GlRecords::paint(const DisplayItem& item, std::size_t at) {
+    const PixelRect rect = snapped(item.rect, grid_);
     switch (item.kind) {
         case DisplayItem::Kind::Colour:
             records_[at] = {kColour, bits(item.opacity), 0, 0};
             records_[at + 1] = {bits(item.colour.r), bits(item.colour.g), bits(item.colour.b),
                                 bits(item.colour.a)};
-            return snapped;
+            return rect;
         case DisplayItem::Kind::Gradient:
             records_[at] = {kGradient, bits(item.opacity), 0, 0};
             paintGradient(item, at);
-            return item.stopCount > 0 ? snapped : PixelBox{};
+            return item.stopCount > 0 ? rect : PixelRect{};
         case DisplayItem::Kind::Image:
-            return paintPicture(item, at, snapped);
+            return paintPicture(item, at, rect);
     }
     return {};
 }
@@ -149,28 +173,27 @@ void GlRecords::paintGradient(const DisplayItem& item, std::size_t at) {
     }
 }
 
-PixelBox GlRecords::paintPicture(const DisplayItem& item, std::size_t at, const PixelBox& snapped) {
-    if (item.image.isNull() || snapped.isEmpty()) return {};
+PixelRect GlRecords::paintPicture(const DisplayItem& item, std::size_t at, const PixelRect& rect) {
+    if (item.image.isNull() || rect.isEmpty()) return {};
     const QSize own = item.image.size();
     const bool exact = std::abs(own.width() - item.rect.width() * grid_.scale) < 1.0 &&
                        std::abs(own.height() - item.rect.height() * grid_.scale) < 1.0;
-    const PixelBox box = exact ? PixelBox{snapped.left, snapped.low, snapped.left + own.width(),
-                                          snapped.low + own.height()}
-                               : snapped;
+    const PixelRect box =
+        exact ? PixelRect{rect.x0, rect.y0, rect.x0 + own.width(), rect.y0 + own.height()} : rect;
     const GlPictures::Place place = pictures_.place(item.image);
     if (place.size.isEmpty()) return {};
     if (place.size == QSize(box.width(), box.height())) {
         records_[at] = {kExact, bits(item.opacity), 0, 0};
-        records_[at + 1] = {box.left, box.high, place.size.width(), place.first};
+        records_[at + 1] = {box.x0, box.y1, place.size.width(), place.first};
     } else {
         const double alongX = static_cast<double>(place.size.width()) / box.width();
         const double alongY = -static_cast<double>(place.size.height()) / box.height();
         records_[at] = {kStretched, bits(item.opacity), 0, 0};
-        records_[at + 1] = {bits(alongX), bits(-0.5 - box.left * alongX), bits(alongY),
-                            bits(-0.5 - box.high * alongY)};
+        records_[at + 1] = {bits(alongX), bits(-0.5 - box.x0 * alongX), bits(alongY),
+                            bits(-0.5 - box.y1 * alongY)};
         records_[at + 2] = {place.first, place.size.width(), place.size.height(), 0};
     }
-    return box & snapped;
+    return box & rect;
 }
 
 std::size_t GlRecords::append(std::size_t count) {
@@ -183,7 +206,7 @@ std::size_t GlRecords::finish() {
     const std::size_t first = append(kRectRecords * rects_.size());
     std::size_t at = first;
     for (const Rect& rect : rects_) {
-        records_[at++] = {rect.box.left, rect.box.low, rect.box.right, rect.box.high};
+        records_[at++] = {rect.box.x0, rect.box.y0, rect.box.x1, rect.box.y1};
         records_[at++] = {rect.paint, 0, 0, 0};
     }
     return first;

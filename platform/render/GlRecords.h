@@ -11,7 +11,7 @@
 #include "platform/layers/DisplayList.h"
 #include "platform/layers/PixelGrid.h"
 #include "platform/render/GlPictures.h"
-#include "platform/render/PixelBox.h"
+#include "platform/render/PixelRect.h"
 
 namespace platform {
 
@@ -22,7 +22,7 @@ class GlRecords {
   public:
     using Record = std::array<std::int32_t, 4>;
     struct Rect {
-        PixelBox box;
+        PixelRect box;
         std::int32_t paint;
     };
 
@@ -46,14 +46,14 @@ class GlRecords {
     [[nodiscard]] std::size_t rectCount() const { return rects_.size(); }
 
   private:
-    void addVisible(const DisplayItem& item, const PixelBox& box);
-    void addRects(const DisplayItem& item, const PixelBox& box);
+    void addVisible(const DisplayItem& item, const PixelRect& box);
+    void addRects(const DisplayItem& item, const PixelRect& box);
     // Where the mask stands among the records, after writing it if need be.
     std::int32_t maskRecord(std::int32_t mask);
     // The four records of a paint, the last one left to the caller. Returns the
     // box to which a picture shown pixel for pixel reaches, else the snapped one.
-    PixelBox paint(const DisplayItem& item, std::size_t at);
-    PixelBox paintPicture(const DisplayItem& item, std::size_t at, const PixelBox& snapped);
+    PixelRect paint(const DisplayItem& item, std::size_t at);
+    PixelRect paintPicture(const DisplayItem& item, std::size_t at, const PixelRect& rect);
     void paintGradient(const DisplayItem& item, std::size_t at);
     std::size_t append(std::size_t count);
 
@@ -65,11 +65,11 @@ class GlRecords {
     std::size_t limit_;
     const DisplayList* list_ = nullptr;
     PixelGrid grid_;
-    PixelBox screen_;
+    PixelRect screen_;
     std::vector<Record> records_;
     std::vector<Rect> rects_;
     std::vector<std::int32_t> maskRecords_;  // by mask; -1 while not written
-    std::vector<PixelBox> boxes_;
+    std::vector<PixelRect> boxes_;
 };
 
 }  // namespace platform

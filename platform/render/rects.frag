@@ -29,11 +29,11 @@ vec4 texel(int index) {
 vec4 gradient(ivec2 stops, float t) {
     float at = numbers(stops.x).x;
     vec4 colour = numbers(stops.x + 1);
-    if (t < at) return colour;
+    if (t <= at) return colour;
     for (int i = 1; i < stops.y; ++i) {
         float nextAt = numbers(stops.x + 2 * i).x;
         vec4 next = numbers(stops.x + 2 * i + 1);
-        if (t < nextAt) return mix(colour, next, (t - at) / (nextAt - at));
+        if (t <= nextAt) return mix(colour, next, (t - at) / (nextAt - at));
         at = nextAt;
         colour = next;
     }
