@@ -83,9 +83,10 @@ class Material {
   private:
     template <typename T>
     void change(T& field, const T& value);
+    void changed();
 
     const std::uint64_t id_;
-    std::uint64_t revision_ = 1;
+    std::uint64_t revision_ = 0;
     LightingModel lightingModel_ = LightingModel::Lambert;
     Contents diffuse_;
     QColor emission_ = Qt::black;
