@@ -11,7 +11,7 @@ namespace platform {
 struct TimerState;
 
 struct TimerOptions {
-    double interval = 0.0;   // seconds; a repeating timer needs more than 0
+    double interval = 0.0;  // seconds; a repeating timer needs more than 0
     bool repeats = false;
     double tolerance = 0.0;  // seconds that it may be late for the machine's sake
 };

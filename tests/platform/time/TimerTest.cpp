@@ -56,7 +56,9 @@ TEST(Timer, MayDropItselfInsideItsAction) {
 TEST(Timer, DroppingItEndsIt) {
     ManualClock clock;
     int count = 0;
-    { const Timer timer(clock, {.interval = 1.0, .repeats = true}, [&] { ++count; }); }
+    {
+        const Timer timer(clock, {.interval = 1.0, .repeats = true}, [&] { ++count; });
+    }
     clock.advance(5.0);
     EXPECT_EQ(count, 0);
 }
