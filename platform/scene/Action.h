@@ -14,6 +14,11 @@ namespace platform {
 class ActionState;
 class Node;
 
+// How many cycles of a repeated action one advance runs one by one. Of a frame
+// that is later than that (over an hour for a cycle of 0.08 s), the cycles before
+// happen as motion only: their blocks are not called.
+inline constexpr double kMaxCatchUpCycles = 50'000.0;
+
 // What a node is to do over time: a description that never changes and is cheap
 // to copy. Any number of nodes may run one and the same. Seconds, radians.
 //
@@ -62,8 +67,11 @@ class Action {
   private:
     friend class ActionRun;
     struct Description;
+    using StateMaker = std::function<std::unique_ptr<ActionState>(const TimingFunction&)>;
     explicit Action(std::shared_ptr<const Description> description);
 
+    static Action make(double duration, StateMaker maker);
+    static std::vector<std::unique_ptr<ActionState>> makeStates(const std::vector<Action>& actions);
     [[nodiscard]] std::unique_ptr<ActionState> makeState() const;
 
     std::shared_ptr<const Description> description_;

@@ -11,7 +11,7 @@ namespace platform {
 struct Floor {
     double reflectivity = 0.25;
     double falloffEnd = 0.0;  // units from the floor; 0 means no fall-off
-    MaterialPtr material;
+    MaterialPtr material{};
     // (u, v) = (x, z) / textureSpan before the material's contents transform,
     // with node x and z. The span makes sixty repeats a fine grid of two lines
     // to the unit, which no pixel size turns into moiré.

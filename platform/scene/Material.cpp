@@ -34,7 +34,9 @@ bool isEmpty(const Contents& contents) {
 
 Material::Material() : Material(QColor(Qt::white)) {}
 
-Material::Material(Contents diffuse) : id_(nextId()), diffuse_(std::move(diffuse)) { changed(); }
+Material::Material(Contents diffuse) : id_(nextId()), diffuse_(std::move(diffuse)) {
+    changed();
+}
 
 template <typename T>
 void Material::change(T& field, const T& value) {
@@ -49,7 +51,9 @@ void Material::changed() {
     drawsNothing_ = isEmpty(diffuse_);
 }
 
-void Material::setLightingModel(LightingModel model) { change(lightingModel_, model); }
+void Material::setLightingModel(LightingModel model) {
+    change(lightingModel_, model);
+}
 
 void Material::setDiffuse(Contents contents) {
     if (isSame(diffuse_, contents)) return;
@@ -67,14 +71,26 @@ QColor Material::colour() const {
     return colour != nullptr ? *colour : QColor();
 }
 
-void Material::setEmission(const QColor& colour) { change(emission_, colour); }
+void Material::setEmission(const QColor& colour) {
+    change(emission_, colour);
+}
 void Material::setContentsTransform(const glm::dmat4& transform) {
     change(contentsTransform_, transform);
 }
-void Material::setWrapS(WrapMode mode) { change(wrapS_, mode); }
-void Material::setWrapT(WrapMode mode) { change(wrapT_, mode); }
-void Material::setBlendMode(BlendMode mode) { change(blendMode_, mode); }
-void Material::setWritesDepth(bool writes) { change(writesDepth_, writes); }
-void Material::setDoubleSided(bool doubleSided) { change(doubleSided_, doubleSided); }
+void Material::setWrapS(WrapMode mode) {
+    change(wrapS_, mode);
+}
+void Material::setWrapT(WrapMode mode) {
+    change(wrapT_, mode);
+}
+void Material::setBlendMode(BlendMode mode) {
+    change(blendMode_, mode);
+}
+void Material::setWritesDepth(bool writes) {
+    change(writesDepth_, writes);
+}
+void Material::setDoubleSided(bool doubleSided) {
+    change(doubleSided_, doubleSided);
+}
 
 }  // namespace platform

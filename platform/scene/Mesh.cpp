@@ -32,9 +32,12 @@ Mesh::Mesh(MeshData data)
 
 std::size_t Mesh::primitiveCount() const {
     switch (data_.primitive) {
-        case Primitive::Triangles: return data_.indices.size() / 3;
-        case Primitive::Lines: return data_.indices.size() / 2;
-        case Primitive::Points: break;
+        case Primitive::Triangles:
+            return data_.indices.size() / 3;
+        case Primitive::Lines:
+            return data_.indices.size() / 2;
+        case Primitive::Points:
+            break;
     }
     return data_.indices.size();
 }

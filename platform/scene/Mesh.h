@@ -18,10 +18,10 @@ enum class Primitive { Triangles, Lines, Points };
 // of the picture.
 struct MeshData {
     Primitive primitive = Primitive::Triangles;
-    std::vector<glm::vec3> positions;
-    std::vector<glm::vec3> normals;
-    std::vector<glm::vec2> texcoords;
-    std::vector<std::uint32_t> indices;
+    std::vector<glm::vec3> positions{};
+    std::vector<glm::vec3> normals{};
+    std::vector<glm::vec2> texcoords{};
+    std::vector<std::uint32_t> indices{};
     double pointSize = 1.0;  // points on screen across; for Points
 };
 

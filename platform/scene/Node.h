@@ -29,9 +29,9 @@ using NodePtr = std::shared_ptr<Node>;
 // and lie in its space; whoever else keeps a NodePtr keeps the node, not its
 // place. Units are the scene's, angles radians. Main thread only.
 //
-// Actions and animations begin when both they and their node are in a scene;
-// they stand still, without catching up later, for none: a node that is taken out
-// and put back finds its actions where the scene's time has brought them.
+// Actions, animations and particles begin when both they and the node are in a
+// scene, and run by that scene's time. Those of a node that is taken out stand
+// still; put back, they go on to where the scene's time has come meanwhile.
 class Node {
   public:
     explicit Node(GeometryPtr geometry = {});
@@ -126,6 +126,8 @@ class Node {
 
     void enter(SceneState* scene);
     void touchScene();
+    // Takes out the actions that are over.
+    void dropFinishedActions(double sceneTime);
 
     std::string name_;
     Node* parent_ = nullptr;

@@ -16,7 +16,7 @@ enum class NodeProperty { Position, Scale };
 // without changing the node's own value, which shows again afterwards.
 struct NodeAnimation {
     NodeProperty property = NodeProperty::Position;
-    std::vector<glm::dvec3> values;
+    std::vector<glm::dvec3> values{};
     double duration = 0.25;    // seconds of one pass
     double repeatCount = 0.0;  // passes; 0 means one, kForever no end
     double timeOffset = 0.0;   // starts it part-way in, and the cycle wraps

@@ -19,7 +19,7 @@ class RandomSource;
 
 // A variation of v spreads its value evenly over value ± v / 2.
 struct ParticleSettings {
-    QImage image;            // without one, a particle is a plain square
+    QImage image{};          // without one, a particle is a plain square
     double birthRate = 1.0;  // per second
     double lifeSpan = 1.0;   // seconds
     double velocity = 0.0;   // units a second

@@ -12,11 +12,6 @@
 
 namespace platform {
 
-// How many cycles of a repeated action one advance runs one by one. Of a frame
-// that is later than that (over an hour for a cycle of 0.08 s), the cycles before
-// happen as motion only: their blocks are not called.
-inline constexpr double kMaxCatchUpCycles = 50'000.0;
-
 // What a node knows of its scene.
 struct SceneState {
     double time = 0.0;
@@ -75,6 +70,7 @@ class Scene {
     void skipWhatIsTooLate(double time);
     // Does the earliest thing that is due by `time`; false when there is none.
     bool happenNext(double time);
+    void callBlock(const RunningAction& action, double time);
     void bringActionsTo(double time, const ActionRun* except);
     void dropFinished();
 

@@ -29,8 +29,7 @@ double fogFactor(double distance, double start, double end) {
     return std::clamp((distance - start) / (end - start), 0.0, 1.0);
 }
 
-glm::dvec3 fogged(const glm::dvec3& colour, const glm::dvec3& fog, double factor,
-                  BlendMode blend) {
+glm::dvec3 fogged(const glm::dvec3& colour, const glm::dvec3& fog, double factor, BlendMode blend) {
     return blend == BlendMode::Additive ? colour * (1.0 - factor) : glm::mix(colour, fog, factor);
 }
 
@@ -38,7 +37,9 @@ glm::dvec3 brightPass(const glm::dvec3& colour, double threshold) {
     return glm::max(colour - threshold, glm::dvec3(0.0));
 }
 
-double bloomSigma(double blurRadius, double scale) { return 0.5 * blurRadius * scale; }
+double bloomSigma(double blurRadius, double scale) {
+    return 0.5 * blurRadius * scale;
+}
 
 double gaussian(double distance, double sigma) {
     return std::exp(-distance * distance / (2.0 * sigma * sigma));
@@ -75,7 +76,9 @@ double projectedSize(double size, double depth, double fieldOfView, double viewp
     return size * viewportHeight / (2.0 * depth * std::tan(0.5 * radians(fieldOfView)));
 }
 
-double pointDiameter(double pointSize, double scale) { return std::max(pointSize * scale, 1.0); }
+double pointDiameter(double pointSize, double scale) {
+    return std::max(pointSize * scale, 1.0);
+}
 
 double reflectionFactor(double height, double reflectivity, double falloffEnd) {
     if (falloffEnd <= 0.0) return reflectivity;

@@ -68,11 +68,12 @@ glm::dquat facing(const glm::dvec3& direction, const glm::dvec3& up) {
     const glm::dvec3 right = glm::cross(up, back);
     if (glm::length(right) < kNoLength) return leastTurn({0.0, 0.0, -1.0}, -back);
     const glm::dvec3 unitRight = glm::normalize(right);
-    return glm::normalize(
-        glm::quat_cast(glm::dmat3(unitRight, glm::cross(back, unitRight), back)));
+    return glm::normalize(glm::quat_cast(glm::dmat3(unitRight, glm::cross(back, unitRight), back)));
 }
 
-glm::dvec3 positionOf(const glm::dmat4& matrix) { return glm::dvec3(matrix[3]); }
+glm::dvec3 positionOf(const glm::dmat4& matrix) {
+    return glm::dvec3(matrix[3]);
+}
 
 glm::dvec3 scaleOf(const glm::dmat4& matrix) {
     return {glm::length(glm::dvec3(matrix[0])), glm::length(glm::dvec3(matrix[1])),
