@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/platform/render/GlFixture.h"
-#include "tests/support/Allocations.h"
+#include "tests/support/AllocationCounter.h"
 #include "tests/support/ExampleTrees.h"
 #include "tests/support/Pictures.h"
 
@@ -110,9 +110,9 @@ TEST_F(Gl, ASteadyFrameAllocatesNothing) {
     }
     for (int i = 0; i < 200; ++i) {
         build(list, *root, kClock + i * 0.05);
-        const std::uint64_t before = allocations();
+        const AllocationCounter counter;
         offscreen_->drawer().draw(list, grid, kBlack);
-        ASSERT_EQ(allocations() - before, 0U) << "frame " << i;
+        ASSERT_EQ(counter.count(), 0U) << "frame " << i;
     }
 }
 
