@@ -25,6 +25,8 @@ class Xvfb {
     [[nodiscard]] bool isRunning() const { return connection_ != nullptr; }
     [[nodiscard]] QString display() const { return QString::fromLocal8Bit(display_); }
 
+    [[nodiscard]] pid_t process() const { return process_; }
+
     // Dies at once, as in a crash.
     void kill();
 
