@@ -16,6 +16,9 @@ target_compile_definitions(brixtel_flags INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_K
 target_compile_options(brixtel_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow
                        -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wunused
                        -Wnull-dereference -Wimplicit-fallthrough
+                       # Option structs are filled with designated initialisers,
+                       # and what is left out has its default.
+                       -Wno-missing-field-initializers
                        # Nobody replaces a library's own functions from outside, so it
                        # may inline them.
                        -fno-semantic-interposition)
@@ -60,6 +63,8 @@ function(brixtel_test name)
   set_target_properties(${name} PROPERTIES AUTOMOC ${T_MOC}
                         RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
   target_link_libraries(${name} PRIVATE brixtel_flags ${T_LINKS} GTest::gmock)
+  # Tests are compiled more often than they run.
+  target_compile_options(${name} PRIVATE -O1)
   target_compile_definitions(${name} PRIVATE
                              BRIXTEL_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data"
                              BRIXTEL_BUILD_DIR="${CMAKE_BINARY_DIR}")
