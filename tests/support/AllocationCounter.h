@@ -3,14 +3,11 @@
 
 #include <cstddef>
 
-// Counts what this thread takes from the heap through operator new from its
-// making on. A program that links AllocationCounter.cpp has its operator new
-// replaced, so such tests are programs of their own.
+// Counts every allocation by operator new in the whole program, libraries
+// included. Only for test programs of their own: linking it replaces the
+// operators.
 class AllocationCounter {
   public:
-    AllocationCounter();
-    [[nodiscard]] std::size_t count() const;
-
-  private:
-    std::size_t start_;
+    // Since the program began.
+    static std::size_t count();
 };
