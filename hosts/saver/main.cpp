@@ -31,6 +31,11 @@ int meldNaam(const QString& wat, int uitgang) {
     return meld(QStringLiteral("brixtel-saver: ") + wat, uitgang);
 }
 
+// What Qt has to say is for developers; a host would show it to people.
+void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
+    if (soort == QtFatalMsg) std::fprintf(stderr, "%s\n", qUtf8Printable(regel));
+}
+
 // Windows are drawn through X11, also where the desktop is another.
 void kiesPlatform(const Opdracht& opdracht) {
     const bool plaatje = opdracht.wat == Opdracht::Wat::Plaatje;
@@ -84,6 +89,7 @@ int start(int argc, char** argv, const Opdracht& opdracht) {
                                        "zonder"),
                         kFout);
     kiesPlatform(opdracht);
+    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     QGuiApplication app(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("brixtel-saver"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Brixtel"));
