@@ -16,7 +16,8 @@ constexpr double kNever = std::numeric_limits<double>::infinity();
 }
 
 MediaClock::~MediaClock() {
-    for (auto& timer : timers_) timer->clock = nullptr;
+    for (auto& timer : timers_)
+        timer->clock = nullptr;
 }
 
 void MediaClock::add(std::shared_ptr<TimerState> timer) {
@@ -31,13 +32,15 @@ void MediaClock::remove(const TimerState* timer) {
 
 double MediaClock::earliestDue() const {
     double due = kNever;
-    for (const auto& timer : timers_) due = std::min(due, timer->due);
+    for (const auto& timer : timers_)
+        due = std::min(due, timer->due);
     return due;
 }
 
 double MediaClock::nextWake() const {
     double limit = kNever;
-    for (const auto& timer : timers_) limit = std::min(limit, timer->due + timer->tolerance);
+    for (const auto& timer : timers_)
+        limit = std::min(limit, timer->due + timer->tolerance);
     double wake = -kNever;
     for (const auto& timer : timers_)
         if (timer->due <= limit) wake = std::max(wake, timer->due);
@@ -47,9 +50,9 @@ double MediaClock::nextWake() const {
 void MediaClock::fireDue() {
     const double at = now();
     for (;;) {
-        const auto next = std::min_element(
-            timers_.begin(), timers_.end(),
-            [](const auto& a, const auto& b) { return a->due < b->due; });
+        const auto next =
+            std::min_element(timers_.begin(), timers_.end(),
+                             [](const auto& a, const auto& b) { return a->due < b->due; });
         if (next == timers_.end() || (*next)->due > at) break;
         // Held here, since the action may drop its own timer.
         const std::shared_ptr<TimerState> timer = *next;

@@ -43,7 +43,8 @@ double secondsSinceProcessStart() {
     // where field 3 begins; the start is field 22 (proc(5)).
     std::istringstream fields(line.substr(line.rfind(')') + 1));
     std::string skipped;
-    for (int field = 3; field < 22; ++field) fields >> skipped;
+    for (int field = 3; field < 22; ++field)
+        fields >> skipped;
     double ticks = 0.0;
     if (!(fields >> ticks)) return 0.0;
     timespec now{};

@@ -5,8 +5,8 @@ namespace platform {
 
 // What this process has cost so far.
 struct ProcessUsage {
-    double cpuSeconds = 0.0;   // user and system time of all its threads
-    double peakMemoryMb = 0.0; // largest resident set, in MiB
+    double cpuSeconds = 0.0;    // user and system time of all its threads
+    double peakMemoryMb = 0.0;  // largest resident set, in MiB
 };
 
 [[nodiscard]] ProcessUsage processUsage();

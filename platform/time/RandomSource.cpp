@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/time/RandomSource.h"
 
-#include <cassert>
+#include "platform/time/Require.h"
 
 namespace platform {
 
@@ -10,12 +10,14 @@ RandomSource RandomSource::fromSystem() {
     return RandomSource((std::uint64_t{device()} << 32) | device());
 }
 
-double RandomSource::unit() { return static_cast<double>(engine_() >> 11) * 0x1p-53; }
+double RandomSource::unit() {
+    return static_cast<double>(engine_() >> 11) * 0x1p-53;
+}
 
 // Multiply-shift with rejection (D. Lemire, "Fast Random Integer Generation in
 // an Interval", 2019): every value exactly as likely.
 std::uint32_t RandomSource::below(std::uint32_t count) {
-    assert(count > 0);
+    require(count > 0);
     const std::uint32_t threshold = (0U - count) % count;
     for (;;) {
         const std::uint64_t product = (engine_() >> 32) * count;

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "platform/time/Timer.h"
 
-#include <cassert>
 #include <utility>
 
+#include "platform/time/Require.h"
 #include "platform/time/TimerState.h"
 
 namespace platform {
 
 Timer::Timer(MediaClock& clock, TimerOptions options, std::function<void()> action)
     : state_(std::make_shared<TimerState>()) {
-    assert(!options.repeats || options.interval > 0.0);
+    require(!options.repeats || options.interval > 0.0);
     state_->clock = &clock;
     state_->start = clock.now();
     state_->interval = options.interval;
@@ -31,7 +31,9 @@ Timer& Timer::operator=(Timer&& other) noexcept {
     return *this;
 }
 
-Timer::~Timer() { invalidate(); }
+Timer::~Timer() {
+    invalidate();
+}
 
 void Timer::invalidate() {
     if (!state_) return;
@@ -39,8 +41,23 @@ void Timer::invalidate() {
     state_.reset();
 }
 
-bool Timer::isValid() const { return state_ && state_->clock; }
-double Timer::interval() const { return state_ ? state_->interval : 0.0; }
-double Timer::tolerance() const { return state_ ? state_->tolerance : 0.0; }
+void Timer::fireNextAt(double time) {
+    require(!state_ || state_->repeats);
+    if (!isValid()) return;
+    state_->start = time - state_->interval;
+    state_->fired = 0.0;
+    state_->due = time;
+    state_->clock->rearm();
+}
+
+bool Timer::isValid() const {
+    return state_ && state_->clock;
+}
+double Timer::interval() const {
+    return state_ ? state_->interval : 0.0;
+}
+double Timer::tolerance() const {
+    return state_ ? state_->tolerance : 0.0;
+}
 
 }  // namespace platform

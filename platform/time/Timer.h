@@ -11,7 +11,7 @@ namespace platform {
 struct TimerState;
 
 struct TimerOptions {
-    double interval = 0.0;   // seconds; a repeating timer needs more than 0
+    double interval = 0.0;  // seconds; a repeating timer needs more than 0
     bool repeats = false;
     double tolerance = 0.0;  // seconds that it may be late for the machine's sake
 };
@@ -29,6 +29,10 @@ class Timer {
     ~Timer();
 
     void invalidate();
+
+    // Of a repeating timer: it next fires at this time of the clock, infinity
+    // for not until told again, and every interval from there.
+    void fireNextAt(double time);
 
     // Whether it is still going to fire.
     [[nodiscard]] bool isValid() const;

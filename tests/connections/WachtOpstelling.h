@@ -29,7 +29,8 @@ inline bool draaiTot(const std::function<bool()>& klaar) {
     uiterlijk.setSingleShot(true);
     uiterlijk.start(60'000);
     QEventLoop lus;
-    while (!klaar() && uiterlijk.isActive()) lus.processEvents(QEventLoop::WaitForMoreEvents);
+    while (!klaar() && uiterlijk.isActive())
+        lus.processEvents(QEventLoop::WaitForMoreEvents);
     return klaar();
 }
 

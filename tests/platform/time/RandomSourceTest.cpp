@@ -31,8 +31,10 @@ TEST(RandomSource, UnitStaysBelowOne) {
 TEST(RandomSource, BelowReachesEveryValueEvenly) {
     RandomSource source(2);
     std::array<int, 5> seen{};
-    for (int i = 0; i < 50'000; ++i) ++seen.at(source.below(5));
-    for (const int n : seen) EXPECT_NEAR(n, 10'000, 500);
+    for (int i = 0; i < 50'000; ++i)
+        ++seen.at(source.below(5));
+    for (const int n : seen)
+        EXPECT_NEAR(n, 10'000, 500);
 }
 
 }  // namespace
