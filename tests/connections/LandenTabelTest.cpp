@@ -6,7 +6,9 @@
 
 #include <QtGlobal>
 #include <barrier>
+#include <fstream>
 #include <random>
+#include <sstream>
 #include <thread>
 
 #include "tests/connections/Tabellen.h"
@@ -152,25 +154,58 @@ std::string tekstVan(std::uint32_t a) {
            std::to_string(a >> 8 & 255) + "." + std::to_string(a & 255);
 }
 
-TEST(LandenTabel, FindsWhatTheBinarySearchFindsInTablesOfEverySize) {
-    std::mt19937 lot(11);
-    for (std::size_t maat = 1; maat < 70; ++maat) {
-        auto inhoud = kleineTabel();
-        inhoud.v4.resize(maat);
-        inhoud.v4Land.resize(maat);
-        for (auto& start : inhoud.v4)
-            start = static_cast<std::uint32_t>(lot() % 100);
-        for (auto& index : inhoud.v4Land)
-            index = static_cast<std::uint8_t>(lot() % 4);
-        std::sort(inhoud.v4.begin(), inhoud.v4.end());
-        Tabel tabel(inhoud);
-        for (std::uint32_t sleutel = 0; sleutel < 102; ++sleutel) {
-            const long plaats = zoekLetterlijk(inhoud.v4, sleutel);
-            const std::size_t index =
-                plaats < 0 ? 255U : inhoud.v4Land[static_cast<std::size_t>(plaats)];
-            const std::string code = index < 3 ? inhoud.landen[index].code : "-";
-            ASSERT_EQ(codeVan(*tabel, tekstVan(sleutel)), code) << maat << ' ' << sleutel;
+TEST(Bladwijzer, FindsWhatTheBinarySearchFindsInListsOfEverySizeAndSpread) {
+    std::mt19937_64 lot(11);
+    for (std::size_t maat = 1; maat < 200; maat += 1 + maat / 10) {
+        for (int bits = 0; bits <= 64; bits += 4) {
+            std::vector<std::uint64_t> starts(maat);
+            for (auto& start : starts)
+                start = bits == 0 ? 0 : lot() >> (64 - bits);
+            std::sort(starts.begin(), starts.end());
+            const brixtel::Bladwijzer bladwijzer(starts);
+            std::vector<std::uint64_t> sleutels{~std::uint64_t{0}, lot(), starts.front()};
+            for (const auto start : starts)
+                sleutels.insert(sleutels.end(), {start, start + 1, start - 1});
+            for (const auto sleutel : sleutels) {
+                if (sleutel < starts.front()) continue;
+                ASSERT_EQ(static_cast<long>(bladwijzer.zoek(sleutel, starts)),
+                          zoekLetterlijk(starts, sleutel))
+                    << maat << ' ' << bits << ' ' << sleutel;
+            }
         }
+    }
+}
+
+TEST(Bladwijzer, InAListThatDoesNotAscendItStaysInside) {
+    std::mt19937 lot(12);
+    for (int beurt = 0; beurt < 1000; ++beurt) {
+        std::vector<std::uint32_t> starts(1 + lot() % 500);
+        for (auto& start : starts)
+            start = static_cast<std::uint32_t>(lot() % (beurt % 2 ? 300U : ~0U));
+        const brixtel::Bladwijzer bladwijzer(starts);
+        for (unsigned i = 0; i < 100; ++i)
+            ASSERT_LT(bladwijzer.zoek(starts.front() + i, starts), starts.size());
+    }
+}
+
+TEST(LandenTabel, FindsWhatTheBinarySearchFindsInTheShippedTable) {
+    std::ifstream bestand(BRIXTEL_BUILD_DIR "/lib/resources/landen.bin", std::ios::binary);
+    std::ostringstream tekst;
+    tekst << bestand.rdbuf();
+    const std::string bytes = tekst.str();
+    const auto inhoud = brixtel::leesLanden(
+        *brixtel::pakUit({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}));
+    std::mt19937 lot(13);
+    for (int i = 0; i < 20'000; ++i) {
+        // At, just before and just after a start, and anywhere.
+        const auto sleutel = static_cast<std::uint32_t>(
+            i % 4 == 0 ? lot()
+                       : inhoud.v4[lot() % inhoud.v4.size()] + static_cast<unsigned>(i % 4) - 2);
+        const long plaats = zoekLetterlijk(inhoud.v4, sleutel);
+        const std::size_t index =
+            plaats < 0 ? 255U : inhoud.v4Land[static_cast<std::size_t>(plaats)];
+        const std::string code = index < inhoud.landen.size() ? inhoud.landen[index].code : "-";
+        ASSERT_EQ(codeVan(LandenTabel::gedeeld(), tekstVan(sleutel)), code) << sleutel;
     }
 }
 
