@@ -5,6 +5,8 @@
 #include <optional>
 
 #include "BrixtelSaver/SaverInstellingen.h"
+#include "connections/Overzicht.h"
+#include "connections/VerbindingWacht.h"
 #include "hosts/saver/Meting.h"
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
@@ -41,6 +43,13 @@ void kiesPlatform(const Opdracht& opdracht) {
     const bool plaatje = opdracht.wat == Opdracht::Wat::Plaatje;
     qputenv("QT_QPA_PLATFORM", plaatje ? "offscreen" : "xcb");
     if (plaatje) qputenv("QT_SCALE_FACTOR", QByteArray::number(opdracht.schaal));
+}
+
+int verbindingen(bool json) {
+    const std::vector<brixtel::Lijn> lijnen = brixtel::VerbindingWacht::meet();
+    const QByteArray tekst = json ? brixtel::alsJson(lijnen) : brixtel::alsTabel(lijnen).toUtf8();
+    std::fwrite(tekst.constData(), 1, static_cast<std::size_t>(tekst.size()), stdout);
+    return 0;
 }
 
 int plaatje(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
@@ -126,8 +135,7 @@ int main(int argc, char** argv) {
             return meldNaam(QStringLiteral("--instellingen kan in deze versie nog niet"),
                             kVerkeerdGebruik);
         case Opdracht::Wat::Verbindingen:
-            return meldNaam(QStringLiteral("--verbindingen kan in deze versie nog niet"),
-                            kVerkeerdGebruik);
+            return verbindingen(opdracht.json);
         default:
             break;
     }

@@ -4,6 +4,8 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include "tests/hosts/saver/Programma.h"
 
@@ -42,6 +44,20 @@ TEST(Programma, HelpAndVersionNeedNothing) {
     versie.draai(woorden(QStringLiteral("-versie")));
     EXPECT_EQ(versie.uitgang(), 0);
     EXPECT_TRUE(versie.uit().startsWith("brixtel-saver 0."));
+}
+
+TEST(Programma, ConnectionsAsATableOrAsJsonAlsoWithNothingMeasured) {
+    // Without lsof there is nothing to measure, and that is no error.
+    Programma tabel, json;
+    tabel.zet(QStringLiteral("PATH"), QStringLiteral("/er/niet"));
+    tabel.draai(woorden(QStringLiteral("--verbindingen")));
+    EXPECT_EQ(tabel.uitgang(), 0);
+    EXPECT_FALSE(tabel.uit().isEmpty());
+    json.draai(woorden(QStringLiteral("--verbindingen=json")));
+    EXPECT_EQ(json.uitgang(), 0);
+    const QJsonObject gelezen = QJsonDocument::fromJson(json.uit()).object();
+    EXPECT_TRUE(gelezen[QLatin1String("lijnen")].isArray());
+    EXPECT_TRUE(gelezen[QLatin1String("totaal")].isDouble());
 }
 
 // Draws a still and returns it.
