@@ -42,13 +42,11 @@ class SceneSnapshot {
 
   private:
     SceneSnapshot(std::unique_ptr<GlContext> context, std::unique_ptr<SceneRenderer> renderer);
-    bool resize(QSize size);
+    struct Target;
 
     std::unique_ptr<GlContext> context_;
     std::unique_ptr<SceneRenderer> renderer_;
-    QSize size_;
-    unsigned framebuffer_ = 0;
-    unsigned renderbuffer_ = 0;
+    std::unique_ptr<Target> target_;
 };
 
 }  // namespace platform
