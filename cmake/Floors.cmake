@@ -15,7 +15,13 @@ target_compile_definitions(brixtel_flags INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_K
                            QT_NO_FOREACH)
 target_compile_options(brixtel_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow
                        -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wunused
-                       -Wnull-dereference -Wimplicit-fallthrough)
+                       -Wnull-dereference -Wimplicit-fallthrough
+                       # Option structs are filled with designated initialisers,
+                       # and what is left out has its default.
+                       -Wno-missing-field-initializers
+                       # Nobody replaces a library's own functions from outside, so it
+                       # may inline them.
+                       -fno-semantic-interposition)
 target_link_options(brixtel_flags INTERFACE -Wl,--no-undefined -Wl,--as-needed)
 if(BRIXTEL_STRICT)
   target_compile_options(brixtel_flags INTERFACE -Werror)

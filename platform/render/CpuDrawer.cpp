@@ -68,7 +68,7 @@ struct CpuDrawer::State {
     CpuMasks masks;
     std::vector<float> rowAlphas;    // of a region's rows
     std::vector<float> pixelAlphas;  // of a row's pixels
-    std::vector<Rgba> colours;
+    std::vector<Rgba> colours;       // of a row's pixels
 };
 
 CpuPaint CpuDrawer::State::place(const DisplayList& list, const DisplayItem& item,
@@ -79,13 +79,19 @@ CpuPaint CpuDrawer::State::place(const DisplayList& list, const DisplayItem& ite
 
 void CpuDrawer::State::prepare(const DisplayList& list, const PixelGrid& grid) {
     converted.begin();
-    masks.prepare(list);
+    const int longest = std::max(target.size.width(), target.size.height());
+    masks.prepare(list, longest);
+    rowAlphas.resize(static_cast<std::size_t>(longest));
+    pixelAlphas.resize(rowAlphas.size());
+    colours.resize(rowAlphas.size());
     for (const DisplayItem& piece : list.pieces)
         masks.addPiece(place(list, piece, grid));
     masks.finish();
+    // As much room as the list has, which grows no more in steady use.
     items.clear();
-    items.reserve(list.items.size());
+    items.reserve(list.items.capacity());
     bounds.clear();
+    bounds.reserve(list.items.capacity());
     for (const DisplayItem& item : list.items) {
         const CpuPaint& paint = items.emplace_back(place(list, item, grid));
         bounds.push_back(item.mask < 0 ? paint.shown() : paint.shown() & masks.bounds(item.mask));
@@ -106,7 +112,7 @@ void CpuDrawer::State::repaint(const DisplayList& list, const PixelRect& rect,
 void CpuDrawer::State::drawItem(const CpuPaint& paint, std::int32_t mask, const PixelRect& region) {
     const bool even = mask < 0 || masks.isEven(mask, region);
     if (even) {
-        rowAlphas.assign(static_cast<std::size_t>(region.height()), paint.opacity());
+        std::fill_n(rowAlphas.begin(), region.height(), paint.opacity());
         masks.multiplyRows(mask, region, rowAlphas.data());
     }
     if (even && (paint.isPixels() || paint.isEvenAlongRows()))
@@ -135,15 +141,13 @@ void CpuDrawer::State::drawEven(const CpuPaint& paint, const PixelRect& region) 
 
 void CpuDrawer::State::drawAny(const CpuPaint& paint, std::int32_t mask, bool even,
                                const PixelRect& region) {
-    const auto width = static_cast<std::size_t>(region.width());
-    colours.resize(std::max(colours.size(), width));
     for (int y = region.y0; y < region.y1; ++y) {
         if (even) {
             const float alpha = rowAlphas[static_cast<std::size_t>(y - region.y0)];
             if (alpha == 0.0F) continue;
-            pixelAlphas.assign(width, alpha);
+            std::fill_n(pixelAlphas.begin(), region.width(), alpha);
         } else {
-            pixelAlphas.assign(width, paint.opacity());
+            std::fill_n(pixelAlphas.begin(), region.width(), paint.opacity());
             masks.multiplyPixels(mask, region.x0, y, region.width(), pixelAlphas.data());
         }
         paint.row(region.x0, y, region.width(), colours.data());

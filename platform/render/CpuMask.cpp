@@ -7,14 +7,6 @@ namespace platform {
 
 namespace {
 
-// Vectors that only grow: clearing them would write them anew each time.
-template <typename T>
-T* room(std::vector<T>& scratch, int count) {
-    const auto size = static_cast<std::size_t>(count);
-    if (scratch.size() < size) scratch.resize(size);
-    return scratch.data();
-}
-
 // One piece's alphas over those of the pieces below.
 void compose(float* below, const float* above, int count) {
     for (int i = 0; i < count; ++i)
@@ -28,14 +20,18 @@ void multiply(float* alphas, const float* by, int count) {
 
 }  // namespace
 
-void CpuMasks::prepare(const DisplayList& list) {
+void CpuMasks::prepare(const DisplayList& list, int longest) {
     list_ = &list;
     pieces_.clear();
-    pieces_.reserve(list.pieces.size());
+    pieces_.reserve(list.pieces.capacity());
+    all_.resize(static_cast<std::size_t>(longest));
+    one_.resize(all_.size());
+    colours_.resize(all_.size());
 }
 
 void CpuMasks::finish() {
     bounds_.clear();
+    bounds_.reserve(list_->masks.capacity());
     for (std::size_t i = 0; i < list_->masks.size(); ++i) {
         const auto mask = static_cast<std::int32_t>(i);
         PixelRect bounds;
@@ -60,8 +56,8 @@ bool CpuMasks::isEven(std::int32_t mask, const PixelRect& region) const {
 
 void CpuMasks::multiplyRows(std::int32_t mask, const PixelRect& region, float* alphas) {
     const int count = region.height();
-    float* const all = room(all_, count);
-    float* const one = room(one_, count);
+    float* const all = all_.data();
+    float* const one = one_.data();
     for (; mask >= 0; mask = at(mask).outer) {
         std::fill_n(all, count, 0.0F);
         for (const CpuPaint& piece : piecesOf(mask)) {
@@ -76,9 +72,9 @@ void CpuMasks::multiplyRows(std::int32_t mask, const PixelRect& region, float* a
 
 void CpuMasks::multiplyPixels(std::int32_t mask, int x, int y, int count, float* alphas) {
     const PixelRect run{x, y, x + count, y + 1};
-    float* const all = room(all_, count);
-    float* const one = room(one_, count);
-    Rgba* const colours = room(colours_, count);
+    float* const all = all_.data();
+    float* const one = one_.data();
+    Rgba* const colours = colours_.data();
     for (; mask >= 0; mask = at(mask).outer) {
         std::fill_n(all, count, 0.0F);
         for (const CpuPaint& piece : piecesOf(mask)) {

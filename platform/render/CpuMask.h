@@ -14,8 +14,9 @@ namespace platform {
 // to drawing for its memory. The list must outlive the use.
 class CpuMasks {
   public:
-    void prepare(const DisplayList& list);
-    // The pieces follow, in the list's order.
+    // `longest` is the most rows or pixels that will be asked for at once. The
+    // pieces follow, in the list's order.
+    void prepare(const DisplayList& list, int longest);
     void addPiece(const CpuPaint& piece) { pieces_.push_back(piece); }
     void finish();
 

@@ -113,8 +113,6 @@ void CpuPaint::rowAlphas(int y, int count, float* alphas) const {
     }
     // The sum of what each pair of stops adds, pair by pair, so that the rows of
     // one pair make a loop without branches.
-    const float first = along(0, y);
-    const auto step = static_cast<float>(alongY_);
     std::fill_n(alphas, count, stops_.front().colour.a * opacity_);
     for (std::size_t i = 1; i < stops_.size(); ++i) {
         const float from = stops_[i - 1].location;
@@ -122,7 +120,7 @@ void CpuPaint::rowAlphas(int y, int count, float* alphas) const {
         const float rise = (stops_[i].colour.a - stops_[i - 1].colour.a) * opacity_;
         const float steepness = to > from ? 1.0F / (to - from) : 1e30F;
         for (int row = 0; row < count; ++row) {
-            const float share = (first + step * static_cast<float>(row) - from) * steepness;
+            const float share = (along(0, y + row) - from) * steepness;
             alphas[row] += rise * std::min(std::max(share, 0.0F), 1.0F);
         }
     }

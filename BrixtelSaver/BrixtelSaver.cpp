@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+#include "BrixtelSaver/BrixtelSaver.h"
+
+#include <QPainter>
+#include <vector>
+
+#include "BrixtelSaver/SaverInstellingen.h"
+#include "platform/desktop/Screen.h"
+#include "platform/desktop/Window.h"
+
+namespace brixtel {
+
+namespace {
+
+constexpr double kWisselTijd = 60.0;
+// A window that is being dragged larger gets its new rain once it rests.
+constexpr double kMaatRust = 0.15;
+const QLatin1String kStopt("com.apple.screensaver.willstop");
+
+constexpr std::array kScenes{SaverKeuze::regen, SaverKeuze::bol, SaverKeuze::kubus,
+                             SaverKeuze::tunnel, SaverKeuze::logo};
+
+}  // namespace
+
+BrixtelSaverView::BrixtelSaverView(const QRectF& frame, bool isPreview,
+                                   const platform::ScreenSaverContext& context)
+    : ScreenSaverView(frame, isPreview, context) {
+    setWantsLayer(true);
+    layer()->setBackgroundColor(Qt::black);
+    setAnimationTimeInterval(1.0);
+    context.notifications.addObserver(this, kStopt, [this] { stopt(); });
+}
+
+BrixtelSaverView::~BrixtelSaverView() {
+    context().notifications.removeObserver(this);
+}
+
+void BrixtelSaverView::startAnimation() {
+    ScreenSaverView::startAnimation();
+    toon(SaverInstellingen::keuze());
+}
+
+void BrixtelSaverView::stopAnimation() {
+    ScreenSaverView::stopAnimation();
+    stopKlok();
+    weg();
+}
+
+void BrixtelSaverView::stopt() {
+    stopKlok();
+    weg();
+}
+
+void BrixtelSaverView::stopKlok() {
+    wisselKlok_ = platform::Timer();
+}
+
+void BrixtelSaverView::draw(QPainter& painter, const QRectF& dirty) {
+    painter.fillRect(dirty, Qt::black);
+}
+
+std::shared_ptr<platform::Sheet> BrixtelSaverView::configureSheet() {
+    instellingen_ =
+        maakInstellingenVenster([zelf = std::weak_ptr<BrixtelSaverView*>(zelf_)](SaverKeuze keuze) {
+            SaverInstellingen::zetKeuze(keuze);
+            const auto view = zelf.lock();
+            if (view && (*view)->nu_) (*view)->toon(keuze);
+        });
+    return instellingen_;
+}
+
+std::shared_ptr<platform::Sheet> BrixtelSaverView::maakInstellingenVenster(Klaar) {
+    return nullptr;
+}
+
+void BrixtelSaverView::toon(SaverKeuze keuze) {
+    stopKlok();
+    weg();
+    nu_ = keuze;
+    if (keuze != SaverKeuze::wisselend) {
+        laat(keuze);
+        return;
+    }
+    // Any of the five, also the one shown before: only the ticks never repeat.
+    const SaverKeuze eerste = kScenes.at(context().random.below(kScenes.size()));
+    wisselKlok_ = platform::Timer(context().clock, {.interval = kWisselTijd, .repeats = true},
+                                  [this] { wissel(); });
+    laat(eerste);
+}
+
+void BrixtelSaverView::wissel() {
+    std::vector<SaverKeuze> kandidaten;
+    for (const SaverKeuze scene : kScenes)
+        if (scene != huidige_) kandidaten.push_back(scene);
+    laat(kandidaten[context().random.below(static_cast<std::uint32_t>(kandidaten.size()))]);
+}
+
+void BrixtelSaverView::laat(SaverKeuze keuze) {
+    weg();
+    huidige_ = keuze;
+    const auto scherm = platform::Screen::main();
+    const double schaal = window() ? window()->backingScaleFactor() : scherm ? scherm->scale : 2.0;
+    if (keuze != SaverKeuze::regen) return;
+    regen_ = std::make_unique<MatrixRegen>(MatrixRegenOpties{.maat = bounds().size(),
+                                                             .schaal = schaal,
+                                                             .dichtheid = 0.7,
+                                                             .snelheid = 1.0,
+                                                             .doorzichtig = false,
+                                                             .stil = false},
+                                           context().clock, context().random);
+    layer()->addSublayer(regen_->laag());
+}
+
+void BrixtelSaverView::weg() {
+    nieuweMaat_ = platform::Timer();
+    if (!regen_) return;
+    regen_->stop();
+    regen_->laag()->removeFromSuperlayer();
+    regen_.reset();
+}
+
+void BrixtelSaverView::setFrame(const QRectF& frame) {
+    const QSizeF oud = bounds().size();
+    ScreenSaverView::setFrame(frame);
+    if (!regen_ || bounds().size() == oud) return;
+    nieuweMaat_ = platform::Timer(context().clock, {.interval = kMaatRust},
+                                  [this] { laat(SaverKeuze::regen); });
+}
+
+}  // namespace brixtel

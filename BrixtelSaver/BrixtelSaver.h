@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "BrixtelSaver/SaverKeuze.h"
+#include "platform/desktop/ScreenSaverView.h"
+#include "platform/time/Timer.h"
+#include "rain/MatrixRegen.h"
+
+namespace brixtel {
+
+// The saver's principal view: a black surface that shows one scene at a time,
+// and in the rotating mode another one every minute. Scenes move themselves; the
+// view draws nothing but black. Main thread.
+class BrixtelSaverView : public platform::ScreenSaverView {
+  public:
+    BrixtelSaverView(const QRectF& frame, bool isPreview,
+                     const platform::ScreenSaverContext& context);
+    ~BrixtelSaverView() override;
+
+    // Shows the stored choice.
+    void startAnimation() override;
+    void stopAnimation() override;
+
+    // The rain is built for one size: a new size builds it anew.
+    void setFrame(const QRectF& frame) override;
+
+    [[nodiscard]] bool isOpaque() const override { return true; }
+    void draw(QPainter& painter, const QRectF& dirty) override;
+
+    [[nodiscard]] bool hasConfigureSheet() const override { return true; }
+    // A new sheet each time, kept until the next is asked for. What is picked in
+    // it is stored, and shown at once by a view that was ever started.
+    std::shared_ptr<platform::Sheet> configureSheet() override;
+
+    // What is up now. At most one scene is; `nu` and `huidige` keep their last
+    // value when it is taken down.
+    [[nodiscard]] const MatrixRegen* regen() const { return regen_.get(); }
+    [[nodiscard]] const platform::Timer& wisselKlok() const { return wisselKlok_; }
+    // The mode last asked for; none until first started.
+    [[nodiscard]] std::optional<SaverKeuze> nu() const { return nu_; }
+    // The scene last shown; never the rotating mode.
+    [[nodiscard]] std::optional<SaverKeuze> huidige() const { return huidige_; }
+
+  protected:
+    using Klaar = std::function<void(SaverKeuze)>;
+    // Makes the sheet that calls `klaar` with the user's pick.
+    virtual std::shared_ptr<platform::Sheet> maakInstellingenVenster(Klaar klaar);
+
+  private:
+    void toon(SaverKeuze keuze);
+    void laat(SaverKeuze keuze);
+    void wissel();
+    void weg();
+    void stopt();
+    void stopKlok();
+
+    std::unique_ptr<MatrixRegen> regen_;
+    platform::Timer wisselKlok_;
+    std::optional<SaverKeuze> nu_;
+    std::shared_ptr<platform::Sheet> instellingen_;
+    std::optional<SaverKeuze> huidige_;
+    platform::Timer nieuweMaat_;
+    // Tells callbacks that outlive the view that it is gone.
+    std::shared_ptr<BrixtelSaverView*> zelf_ = std::make_shared<BrixtelSaverView*>(this);
+};
+
+}  // namespace brixtel

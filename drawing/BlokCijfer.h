@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QColor>
+#include <QPointF>
+#include <QRectF>
+#include <QSizeF>
+#include <array>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "drawing/Tekenvlak.h"
+
+namespace brixtel {
+
+// One glyph of the dot-matrix font: seven rows, the top row first; of each the
+// low five bits are the columns, bit 4 the leftmost. A set bit is a block.
+using Glief = std::array<std::uint8_t, 7>;
+
+// The side of a block and the gap to the next, in points or whatever unit the
+// caller works in.
+struct BlokMaat {
+    double blok = 1.0;
+    double spleet = 0.0;
+};
+
+// Where a glyph's blocks go.
+struct BlokPlaats {
+    QPointF bij;  // the lower-left corner with `omhoog`, else the upper-left
+    double blok = 1.0;
+    double spleet = 0.0;
+    bool omhoog = true;  // y points up: the top row gets the largest y
+};
+
+// The digits 0 and 1 as grids of square blocks, and how any glyph becomes
+// rectangles. Pure arithmetic on constants.
+class BlokCijfer final {
+  public:
+    BlokCijfer() = delete;
+
+    static constexpr int kolommen = 5;
+    static constexpr int rijen = 7;
+    static constexpr Glief nul{0x0E, 0x11, 0x13, 0x15, 0x19, 0x11, 0x0E};
+    static constexpr Glief een{0x04, 0x0C, 0x14, 0x04, 0x04, 0x04, 0x1F};
+
+    // The size of one glyph.
+    static QSizeF maat(BlokMaat maat);
+
+    // The blocks of a pattern of any number of rows, row by row from the top,
+    // left to right.
+    static std::vector<QRectF> vakken(std::span<const std::uint8_t> patroon,
+                                      const BlokPlaats& plaats);
+    // The same of the one (true) or the zero.
+    static std::vector<QRectF> vakken(bool cijfer, const BlokPlaats& plaats);
+
+    struct TekenOpties {
+        QPointF linksonder;
+        double blok = 1.0;
+        double spleet = 0.0;
+        QColor kleur;
+    };
+    // Paints the one (true) or the zero in one fill, which leaves its colour set.
+    static void teken(bool cijfer, const TekenOpties& opties, Tekenvlak& in);
+};
+
+}  // namespace brixtel

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/saver/HostView.h"
+
+#include <cmath>
+#include <utility>
+
+namespace brixtel {
+
+namespace {
+constexpr double kEchteBeweging = 50.0;  // points
+}
+
+HostView::HostView(std::shared_ptr<platform::ScreenSaverView> saver)
+    : View({QPointF(0, 0), saver->frame().size()}), saver_(std::move(saver)) {
+    saver_->setAutoresizingMask(WidthSizable | HeightSizable);
+    addSubview(saver_);
+}
+
+void HostView::invoer() {
+    // The action may drop this view.
+    const auto actie = onInvoer_;
+    if (actie) actie();
+}
+
+void HostView::keyDown(const platform::KeyEvent&) {
+    invoer();
+}
+void HostView::mouseDown(const platform::MouseEvent&) {
+    invoer();
+}
+void HostView::rightMouseDown(const platform::MouseEvent&) {
+    invoer();
+}
+
+void HostView::mouseMoved(const platform::MouseEvent& event) {
+    const QPointF punt = event.screenLocation;
+    if (!beginPunt_) beginPunt_ = punt;
+    const QPointF weg = punt - *beginPunt_;
+    if (std::hypot(weg.x(), weg.y()) > kEchteBeweging) invoer();
+}
+
+}  // namespace brixtel

@@ -1,0 +1,298 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/saver/Opdracht.h"
+
+#include <QRegularExpression>
+#include <cmath>
+#include <functional>
+
+#include "BrixtelSaver/SaverKeuze.h"
+
+namespace brixtel {
+
+namespace {
+
+using Wat = Opdracht::Wat;
+
+enum class Waarde { Geen, Nodig, Mag };
+
+struct Optie {
+    QLatin1String naam;
+    Waarde waarde;
+    // Of an optional value: what a next word must look like to be it.
+    QLatin1String vorm;
+    // Returns what is wrong; empty if nothing is.
+    std::function<QString(Opdracht&, const QString& waarde)> zet;
+};
+
+// Both sides from 1 to 16384; an invalid size for anything else.
+QSize leesMaat(const QString& tekst) {
+    static const QRegularExpression vorm(QStringLiteral("^([0-9]{1,5})[xX×]([0-9]{1,5})$"));
+    const auto gevonden = vorm.match(tekst);
+    if (!gevonden.hasMatch()) return {};
+    const QSize maat(gevonden.captured(1).toInt(), gevonden.captured(2).toInt());
+    const bool past = std::min(maat.width(), maat.height()) >= 1 &&
+                      std::max(maat.width(), maat.height()) <= 16384;
+    return past ? maat : QSize();
+}
+
+std::optional<std::uint32_t> leesVensterId(const QString& tekst) {
+    bool goed = false;
+    const bool hex = tekst.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
+    const auto id = hex ? tekst.mid(2).toUInt(&goed, 16) : tekst.toUInt(&goed, 10);
+    if (!goed || id == 0) return std::nullopt;
+    return id;
+}
+
+std::optional<double> leesGetal(const QString& tekst, double laag, double hoog) {
+    bool goed = false;
+    const double getal = tekst.toDouble(&goed);
+    if (!goed || !std::isfinite(getal) || getal < laag || getal > hoog) return std::nullopt;
+    return getal;
+}
+
+QString zetWat(Opdracht& opdracht, Wat wat, QLatin1String naam) {
+    if (opdracht.wat != Wat::Schermvullend && opdracht.wat != wat)
+        return QStringLiteral("--%1 gaat niet samen met wat eerder gevraagd is").arg(naam);
+    opdracht.wat = wat;
+    return {};
+}
+
+QString zetMaat(QSize& doel, const QString& waarde, QLatin1String naam) {
+    doel = leesMaat(waarde);
+    if (doel.isValid()) return {};
+    return QStringLiteral("--%1 wil een maat als 1280x720, niet '%2'").arg(naam, waarde);
+}
+
+QString zetKeuze(Opdracht& opdracht, const QString& waarde) {
+    if (!keuzeUitRuw(waarde))
+        return QStringLiteral(
+                   "--keuze kent wisselend, regen, bol, kubus, tunnel en logo, niet '%1'")
+            .arg(waarde);
+    opdracht.keuze = waarde;
+    return {};
+}
+
+QString zetTekenaar(Opdracht& opdracht, const QString& waarde) {
+    using platform::DrawerChoice;
+    if (waarde == QLatin1String("auto"))
+        opdracht.tekenaar = DrawerChoice::Auto;
+    else if (waarde == QLatin1String("gl"))
+        opdracht.tekenaar = DrawerChoice::OpenGl;
+    else if (waarde == QLatin1String("cpu"))
+        opdracht.tekenaar = DrawerChoice::Cpu;
+    else
+        return QStringLiteral("--tekenaar kent gl, cpu en auto, niet '%1'").arg(waarde);
+    return {};
+}
+
+QString zetVensterId(Opdracht& opdracht, const QString& waarde) {
+    opdracht.vensterId = leesVensterId(waarde);
+    if (!opdracht.vensterId)
+        return QStringLiteral("'%1' is geen nummer van een venster").arg(waarde);
+    return zetWat(opdracht, Wat::Gastheer, QLatin1String("window-id"));
+}
+
+QString zetGetal(std::optional<double>& doel, const QString& waarde, QLatin1String naam,
+                 double laag, double hoog) {
+    doel = leesGetal(waarde, laag, hoog);
+    if (doel) return {};
+    return QStringLiteral("--%1 wil een getal van %2 tot en met %3, niet '%4'")
+        .arg(naam)
+        .arg(laag)
+        .arg(hoog)
+        .arg(waarde);
+}
+
+QString zetGetal(double& doel, const QString& waarde, QLatin1String naam, double laag,
+                 double hoog) {
+    std::optional<double> getal;
+    QString fout = zetGetal(getal, waarde, naam, laag, hoog);
+    doel = getal.value_or(doel);
+    return fout;
+}
+
+QString zetZaad(Opdracht& opdracht, const QString& waarde) {
+    bool goed = false;
+    opdracht.zaad = waarde.toULongLong(&goed);
+    if (goed) return {};
+    return QStringLiteral("--zaad wil een geheel getal vanaf 0, niet '%1'").arg(waarde);
+}
+
+QString zetVenster(Opdracht& opdracht, const QString& waarde) {
+    QString fout =
+        waarde.isEmpty() ? QString() : zetMaat(opdracht.venster, waarde, QLatin1String("venster"));
+    return fout.isEmpty() ? zetWat(opdracht, Wat::Venster, QLatin1String("venster")) : fout;
+}
+
+QString zetPlaatje(Opdracht& opdracht, const QString& waarde) {
+    opdracht.plaatje = waarde;
+    if (!waarde.endsWith(QLatin1String(".png"), Qt::CaseInsensitive))
+        return QStringLiteral("--plaatje wil de naam van een .png-bestand, niet '%1'").arg(waarde);
+    return zetWat(opdracht, Wat::Plaatje, QLatin1String("plaatje"));
+}
+
+QString zetVerbindingen(Opdracht& opdracht, const QString& waarde) {
+    if (!waarde.isEmpty() && waarde != QLatin1String("json"))
+        return QStringLiteral("--verbindingen kent alleen json, niet '%1'").arg(waarde);
+    opdracht.json = !waarde.isEmpty();
+    return zetWat(opdracht, Wat::Verbindingen, QLatin1String("verbindingen"));
+}
+
+// Makes an option that chooses what to do.
+Optie watOptie(QLatin1String naam, Wat wat) {
+    return {
+        naam, Waarde::Geen, {}, [=](Opdracht& o, const QString&) { return zetWat(o, wat, naam); }};
+}
+
+Optie vlagOptie(QLatin1String naam, bool Opdracht::*vlag) {
+    return {naam, Waarde::Geen, {}, [=](Opdracht& o, const QString&) {
+                o.*vlag = true;
+                return QString();
+            }};
+}
+
+const std::vector<Optie>& opties() {
+    using S = const QString&;
+    static const QLatin1String maatVorm("^[0-9]+[xX×][0-9]+$");
+    static const std::vector<Optie> alle{
+        watOptie(QLatin1String("root"), Wat::Gastheer),
+        watOptie(QLatin1String("instellingen"), Wat::Instellingen),
+        watOptie(QLatin1String("versie"), Wat::Versie),
+        watOptie(QLatin1String("help"), Wat::Hulp),
+        vlagOptie(QLatin1String("voorvertoning"), &Opdracht::voorvertoning),
+        vlagOptie(QLatin1String("meet"), &Opdracht::meet),
+        vlagOptie(QLatin1String("fps"), &Opdracht::fps),
+        {QLatin1String("venster"), Waarde::Mag, maatVorm, zetVenster},
+        {QLatin1String("verbindingen"), Waarde::Mag, QLatin1String("^json$"), zetVerbindingen},
+        {QLatin1String("window-id"), Waarde::Nodig, {}, zetVensterId},
+        {QLatin1String("keuze"), Waarde::Nodig, {}, zetKeuze},
+        {QLatin1String("tekenaar"), Waarde::Nodig, {}, zetTekenaar},
+        {QLatin1String("plaatje"), Waarde::Nodig, {}, zetPlaatje},
+        {QLatin1String("maat"),
+         Waarde::Nodig,
+         {},
+         [](Opdracht& o, S w) { return zetMaat(o.maat, w, QLatin1String("maat")); }},
+        {QLatin1String("schaal"),
+         Waarde::Nodig,
+         {},
+         [](Opdracht& o, S w) { return zetGetal(o.schaal, w, QLatin1String("schaal"), 0.25, 8); }},
+        {QLatin1String("na"),
+         Waarde::Nodig,
+         {},
+         [](Opdracht& o, S w) { return zetGetal(o.na, w, QLatin1String("na"), 0, 86400); }},
+        {QLatin1String("seconden"),
+         Waarde::Nodig,
+         {},
+         [](Opdracht& o, S w) {
+             return zetGetal(o.seconden, w, QLatin1String("seconden"), 0.1, 31536000);
+         }},
+        {QLatin1String("zaad"), Waarde::Nodig, {}, zetZaad},
+    };
+    return alle;
+}
+
+Fout fout(const QString& wat) {
+    return {QStringLiteral("brixtel-saver: %1 (--help toont wat er kan)").arg(wat)};
+}
+
+// Takes one option, and its value if that is the next word. Returns what is
+// wrong.
+QString neem(const QStringList& woorden, qsizetype& plaats, Opdracht& opdracht) {
+    const QString& woord = woorden[plaats];
+    const qsizetype streepjes = woord.startsWith(QLatin1String("--")) ? 2 : 1;
+    const qsizetype is = woord.indexOf(u'=');
+    const QString naam = woord.mid(streepjes, is < 0 ? -1 : is - streepjes);
+    for (const Optie& optie : opties()) {
+        if (optie.naam != naam) continue;
+        if (is >= 0 && optie.waarde == Waarde::Geen)
+            return QStringLiteral("--%1 heeft geen waarde").arg(naam);
+        if (is >= 0) {
+            const QString waarde = woord.mid(is + 1);
+            if (waarde.isEmpty()) return QStringLiteral("--%1 mist zijn waarde").arg(naam);
+            return optie.zet(opdracht, waarde);
+        }
+        if (optie.waarde == Waarde::Geen) return optie.zet(opdracht, {});
+        const bool volgt = plaats + 1 < woorden.size();
+        if (optie.waarde == Waarde::Nodig) {
+            if (!volgt) return QStringLiteral("--%1 mist zijn waarde").arg(naam);
+            return optie.zet(opdracht, woorden[++plaats]);
+        }
+        const bool past =
+            volgt && QRegularExpression(optie.vorm).match(woorden[plaats + 1]).hasMatch();
+        return optie.zet(opdracht, past ? woorden[++plaats] : QString());
+    }
+    return QStringLiteral("onbekende optie '%1'").arg(woord);
+}
+
+// What only shows once everything has been read.
+QString controleer(const Opdracht& opdracht) {
+    if (opdracht.wat == Wat::Plaatje && opdracht.keuze.isEmpty())
+        return QStringLiteral("--plaatje vraagt ook om --keuze");
+    if (opdracht.wat == Wat::Plaatje && (opdracht.meet || opdracht.fps || opdracht.seconden))
+        return QStringLiteral("--meet, --fps en --seconden gaan niet samen met --plaatje");
+    return {};
+}
+
+}  // namespace
+
+std::variant<Opdracht, Fout> leesOpdracht(const QStringList& argumenten,
+                                          const QString& hostVenster) {
+    Opdracht opdracht;
+    for (qsizetype plaats = 0; plaats < argumenten.size(); ++plaats) {
+        const QString& woord = argumenten[plaats];
+        if (!woord.startsWith(u'-') || woord.size() < 2)
+            return fout(QStringLiteral("'%1' is geen optie").arg(woord));
+        const QString mis = neem(argumenten, plaats, opdracht);
+        if (!mis.isEmpty()) return fout(mis);
+    }
+    const QString mis = controleer(opdracht);
+    if (!mis.isEmpty()) return fout(mis);
+    // A host that names its window in the environment means the saver to draw
+    // there, unless the command line asks for something else altogether.
+    const bool bijGastheer = opdracht.wat == Wat::Gastheer || opdracht.wat == Wat::Schermvullend;
+    if (bijGastheer && !opdracht.vensterId && !hostVenster.isEmpty()) {
+        opdracht.vensterId = leesVensterId(hostVenster);
+        if (!opdracht.vensterId)
+            return fout(QStringLiteral("XSCREENSAVER_WINDOW is geen nummer van een venster: '%1'")
+                            .arg(hostVenster));
+        opdracht.wat = Wat::Gastheer;
+    }
+    return opdracht;
+}
+
+QString hulpTekst() {
+    return QStringLiteral(R"(brixtel-saver: schermbeveiliging in groen op zwart
+
+Zonder opties schermvullend op elk scherm, tot een toets, een klik of een
+echte beweging van de muis. Opties mogen met één of twee streepjes; een waarde
+volgt na = of als het volgende woord.
+
+Waar:
+  --venster[=BxH]        in een gewoon venster (1280x720)
+  --root                 in het venster van de gastheer, of op de achtergrond
+  --window-id=NUMMER     in het venster met dit nummer (hexadecimaal of decimaal)
+  --plaatje=BESTAND.png  een stilstaand beeld in een bestand; zonder scherm
+                         kan ook. Met --keuze, en naar wens:
+      --maat=BxH         in punten (1920x1080)
+      --schaal=S         beeldpunten per punt (1)
+      --na=SECONDEN      zo lang na het begin (0)
+      --zaad=N           hetzelfde getal geeft hetzelfde beeld
+
+Wat:
+  --keuze=KEUZE          wisselend, regen, bol, kubus, tunnel of logo; alleen
+                         voor deze keer, er wordt niets bewaard
+  --voorvertoning        in de kwaliteit van een klein voorbeeld
+  --tekenaar=WELKE       gl, cpu of auto (auto)
+  --seconden=N           houdt na N seconden vanzelf op
+  --fps                  toont het aantal beelden per seconde
+  --meet                 drukt aan het eind één regel JSON met metingen af
+
+Verder:
+  --instellingen         het venster met de instellingen
+  --verbindingen[=json]  met welke landen deze machine nu verbonden is
+  --versie               het versienummer
+  --help                 deze tekst
+)");
+}
+
+}  // namespace brixtel

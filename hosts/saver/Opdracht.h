@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QSize>
+#include <QString>
+#include <QStringList>
+#include <cstdint>
+#include <optional>
+#include <variant>
+
+#include "platform/desktop/WindowServer.h"
+
+namespace brixtel {
+
+// What the user asked the program to do: its command line and the environment,
+// read and checked.
+struct Opdracht {
+    enum class Wat {
+        Schermvullend,
+        Venster,
+        Gastheer,  // in a host's window
+        Plaatje,
+        Instellingen,
+        Verbindingen,
+        Versie,
+        Hulp,
+    };
+    Wat wat = Wat::Schermvullend;
+
+    QSize venster{1280, 720};                // points
+    std::optional<std::uint32_t> vensterId;  // the host's; none means the root window
+    bool voorvertoning = false;              // asked for; a small host's window has it anyway
+    QString keuze;                           // a raw value; empty for the stored one
+
+    QString plaatje;         // the file
+    QSize maat{1920, 1080};  // points
+    double schaal = 1.0;
+    double na = 0.0;  // seconds after the start
+    std::optional<std::uint64_t> zaad;
+
+    std::optional<double> seconden;
+    bool meet = false;
+    bool fps = false;
+    bool json = false;
+    platform::DrawerChoice tekenaar = platform::DrawerChoice::Auto;
+};
+
+// What is wrong with a command line, as one line for the user.
+struct Fout {
+    QString regel;
+};
+
+// `argumenten` without the program's own name; `hostVenster` is what the
+// environment has for XSCREENSAVER_WINDOW, empty for nothing.
+[[nodiscard]] std::variant<Opdracht, Fout> leesOpdracht(const QStringList& argumenten,
+                                                        const QString& hostVenster);
+
+// The text of --help.
+[[nodiscard]] QString hulpTekst();
+
+}  // namespace brixtel

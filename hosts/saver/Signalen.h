@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QSocketNotifier>
+#include <functional>
+#include <memory>
+
+namespace brixtel {
+
+// SIGTERM, SIGINT and SIGHUP as calls on the main thread. One at a time; its end
+// gives the signals back to the system.
+class Signalen {
+  public:
+    // `actie` is given the signal's number.
+    explicit Signalen(std::function<void(int)> actie);
+    ~Signalen();
+    Signalen(const Signalen&) = delete;
+    Signalen& operator=(const Signalen&) = delete;
+
+    // Ends the process by this signal, as if nobody had caught it. A host that
+    // sent it takes any other end for a crash.
+    [[noreturn]] static void eindigDoor(int signaal);
+
+  private:
+    std::unique_ptr<QSocketNotifier> melder_;
+};
+
+}  // namespace brixtel

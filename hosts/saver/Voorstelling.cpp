@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/saver/Voorstelling.h"
+
+#include <algorithm>
+
+#include "hosts/saver/BeeldTeller.h"
+
+namespace brixtel {
+
+using platform::Screen;
+using platform::Window;
+
+namespace {
+// A host's window smaller than this is the preview in its settings.
+constexpr QSizeF kKlein(480.0, 360.0);
+}  // namespace
+
+Voorstelling::Voorstelling(const Opdracht& opdracht, const ModuleLader& module,
+                           platform::WindowServer& server,
+                           const platform::ScreenSaverContext& context)
+    : opdracht_(opdracht), module_(module), server_(server), context_(context) {
+    switch (opdracht.wat) {
+        case Opdracht::Wat::Venster:
+            toonVenster();
+            break;
+        case Opdracht::Wat::Gastheer:
+            toonBijGastheer();
+            break;
+        default:
+            volgSchermen();
+            schermen_ = std::make_unique<platform::ScreenObserver>([this] { volgSchermen(); });
+    }
+}
+
+Voorstelling::~Voorstelling() {
+    schermen_.reset();
+    for (const Doek& doek : doeken_)
+        doek.view->saver()->stopAnimation();
+}
+
+void Voorstelling::einde() {
+    if (onEinde_) onEinde_();
+}
+
+platform::WindowStatistics Voorstelling::stand() const {
+    return doeken_.empty() ? platform::WindowStatistics{} : doeken_.front().venster->statistics();
+}
+
+void Voorstelling::vul(Doek& doek, const QRectF& vlak, bool voorvertoning) {
+    doek.view = std::make_shared<HostView>(module_.maak(vlak, voorvertoning, context_));
+    doek.venster->onClose([this] { einde(); });
+    doek.venster->setContentView(doek.view);
+    if (opdracht_.fps)
+        doek.view->addSubview(
+            std::make_shared<BeeldTeller>(context_.clock, doek.view->bounds().height()));
+    doek.view->saver()->startAnimation();
+}
+
+void Voorstelling::toonOp(const Screen& scherm) {
+    Doek doek{.scherm = scherm,
+              .venster = std::make_unique<Window>(
+                  server_, platform::WindowOptions{.frame = scherm.frame,
+                                                   .style = platform::WindowStyle::FullScreen,
+                                                   .title = QStringLiteral("Brixtel")}),
+              .view = nullptr};
+    vul(doek, {QPointF(0, 0), scherm.frame.size()}, opdracht_.voorvertoning);
+    doek.view->onInvoer([this] { einde(); });
+    doek.venster->setCursorHidden(true);
+    doek.venster->makeKeyAndOrderFront();
+    doek.venster->makeFirstResponder(doek.view.get());
+    doeken_.push_back(std::move(doek));
+}
+
+void Voorstelling::volgSchermen() {
+    const std::vector<Screen> schermen = Screen::all();
+    std::erase_if(doeken_, [&](const Doek& doek) {
+        if (std::find(schermen.begin(), schermen.end(), doek.scherm) != schermen.end())
+            return false;
+        doek.view->saver()->stopAnimation();
+        return true;
+    });
+    for (const Screen& scherm : schermen) {
+        const bool bedekt = std::any_of(doeken_.begin(), doeken_.end(),
+                                        [&](const Doek& doek) { return doek.scherm == scherm; });
+        if (!bedekt) toonOp(scherm);
+    }
+}
+
+void Voorstelling::toonVenster() {
+    const QSizeF maat(opdracht_.venster);
+    const auto scherm = Screen::main();
+    const QPointF midden = scherm ? scherm->frame.center() : QPointF(0, 0);
+    const QPointF hoek = midden - QPointF(maat.width() / 2.0, maat.height() / 2.0);
+    Doek doek{.scherm = {},
+              .venster = std::make_unique<Window>(
+                  server_, platform::WindowOptions{.frame = QRectF(hoek, maat),
+                                                   .style = platform::WindowStyle::Titled,
+                                                   .title = QStringLiteral("Brixtel")}),
+              .view = nullptr};
+    vul(doek, {QPointF(0, 0), maat}, opdracht_.voorvertoning);
+    doek.venster->makeKeyAndOrderFront();
+    doeken_.push_back(std::move(doek));
+}
+
+void Voorstelling::toonBijGastheer() {
+    Doek doek{.scherm = {},
+              .venster = std::make_unique<Window>(
+                  server_, platform::HostWindow{.id = opdracht_.vensterId.value_or(0)}),
+              .view = nullptr};
+    const QSizeF maat = doek.venster->frame().size();
+    const bool klein = maat.width() < kKlein.width() && maat.height() < kKlein.height();
+    vul(doek, {QPointF(0, 0), maat}, opdracht_.voorvertoning || klein);
+    doek.venster->orderFront();
+    doeken_.push_back(std::move(doek));
+}
+
+}  // namespace brixtel

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+// The host adapter: reads its command line, loads the saver module and shows it.
+#include <QGuiApplication>
+#include <cstdio>
+#include <optional>
+
+#include "BrixtelSaver/SaverInstellingen.h"
+#include "hosts/saver/Meting.h"
+#include "hosts/saver/ModuleLader.h"
+#include "hosts/saver/Opdracht.h"
+#include "hosts/saver/Plaatje.h"
+#include "hosts/saver/Signalen.h"
+#include "hosts/saver/Voorstelling.h"
+#include "platform/desktop/DisplayCheck.h"
+#include "platform/desktop/Preferences.h"
+#include "platform/time/ProcessUsage.h"
+
+namespace {
+
+using brixtel::Opdracht;
+
+constexpr int kFout = 1;
+constexpr int kVerkeerdGebruik = 2;
+
+int meld(const QString& regel, int uitgang) {
+    std::fprintf(stderr, "%s\n", qUtf8Printable(regel));
+    return uitgang;
+}
+
+int meldNaam(const QString& wat, int uitgang) {
+    return meld(QStringLiteral("brixtel-saver: ") + wat, uitgang);
+}
+
+// Windows are drawn through X11, also where the desktop is another.
+void kiesPlatform(const Opdracht& opdracht) {
+    const bool plaatje = opdracht.wat == Opdracht::Wat::Plaatje;
+    qputenv("QT_QPA_PLATFORM", plaatje ? "offscreen" : "xcb");
+    if (plaatje) qputenv("QT_SCALE_FACTOR", QByteArray::number(opdracht.schaal));
+}
+
+int plaatje(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
+    const QString mis = brixtel::maakPlaatje(opdracht, module);
+    return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
+}
+
+// Shows the saver until something ends it, and returns by which signal, or 0.
+int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
+    platform::SystemClock klok;
+    const double begin = klok.now() - platform::secondsSinceProcessStart();
+    auto toeval = opdracht.zaad ? platform::RandomSource(*opdracht.zaad)
+                                : platform::RandomSource::fromSystem();
+    platform::DistributedNotificationCenter berichten;
+    platform::WindowServer server(klok, {.drawer = opdracht.tekenaar, .display = {}});
+    server.onConnectionLost([] { std::_Exit(0); });
+
+    int doorSignaal = 0;
+    const brixtel::Signalen signalen([&](int signaal) {
+        doorSignaal = signaal;
+        QCoreApplication::quit();
+    });
+    std::optional<brixtel::Voorstelling> voorstelling(
+        std::in_place, opdracht, module, server,
+        platform::ScreenSaverContext{.clock = klok, .random = toeval, .notifications = berichten});
+    voorstelling->onEinde([] { QCoreApplication::quit(); });
+
+    std::optional<brixtel::Meting> meting;
+    if (opdracht.meet) meting.emplace(klok, begin, [&] { return voorstelling->stand(); });
+    platform::Timer duur;
+    if (opdracht.seconden)
+        duur = platform::Timer(klok, {.interval = *opdracht.seconden},
+                               [] { QCoreApplication::quit(); });
+    QCoreApplication::exec();
+    if (meting) {
+        const QString keuze = ruweWaarde(brixtel::SaverInstellingen::keuze());
+        std::fputs(meting->regel(keuze).constData(), stdout);
+        std::fflush(stdout);
+    }
+    return doorSignaal;
+}
+
+int start(int argc, char** argv, const Opdracht& opdracht) {
+    if (opdracht.wat != Opdracht::Wat::Plaatje && !platform::isDisplayReachable())
+        return meldNaam(QStringLiteral("er is geen scherm om op te tekenen; met --plaatje kan het "
+                                       "zonder"),
+                        kFout);
+    kiesPlatform(opdracht);
+    QGuiApplication app(argc, argv);
+    QGuiApplication::setApplicationName(QStringLiteral("brixtel-saver"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Brixtel"));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    if (!opdracht.keuze.isEmpty())
+        platform::Preferences::setArgument(QStringLiteral("keuze"), opdracht.keuze);
+    const brixtel::ModuleLader module;
+    if (!module.isGeladen())
+        return meldNaam(QStringLiteral("de module BrixtelSaver.so ontbreekt of is onbruikbaar"),
+                        kFout);
+    if (opdracht.wat == Opdracht::Wat::Plaatje) return plaatje(opdracht, module);
+    return -toon(opdracht, module);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QStringList argumenten;
+    for (int i = 1; i < argc; ++i)
+        argumenten << QString::fromLocal8Bit(argv[i]);
+    const auto gelezen =
+        brixtel::leesOpdracht(argumenten, qEnvironmentVariable("XSCREENSAVER_WINDOW"));
+    if (const auto* fout = std::get_if<brixtel::Fout>(&gelezen))
+        return meld(fout->regel, kVerkeerdGebruik);
+    const auto& opdracht = std::get<Opdracht>(gelezen);
+    switch (opdracht.wat) {
+        case Opdracht::Wat::Hulp:
+            std::fputs(qUtf8Printable(brixtel::hulpTekst()), stdout);
+            return 0;
+        case Opdracht::Wat::Versie:
+            std::puts("brixtel-saver " BRIXTEL_VERSION);
+            return 0;
+        case Opdracht::Wat::Instellingen:
+            return meldNaam(QStringLiteral("--instellingen kan in deze versie nog niet"),
+                            kVerkeerdGebruik);
+        case Opdracht::Wat::Verbindingen:
+            return meldNaam(QStringLiteral("--verbindingen kan in deze versie nog niet"),
+                            kVerkeerdGebruik);
+        default:
+            break;
+    }
+    // Only the arguments that are ours were ours to take: Qt gets none.
+    int geen = 1;
+    const int uitgang = start(geen, argv, opdracht);
+    if (uitgang < 0) brixtel::Signalen::eindigDoor(-uitgang);
+    return uitgang;
+}

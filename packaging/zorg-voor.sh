@@ -1,0 +1,34 @@
+# Sourced by the commands at the root: what they need from Debian 12, and how
+# they get it.
+
+BOUWEN="g++ cmake ninja-build pkg-config qt6-base-dev libepoxy-dev libegl-dev libgl-dev libglm-dev
+  zlib1g-dev libicu-dev libx11-dev libx11-xcb-dev libxcb1-dev libxcb-shm0-dev libxcb-randr0-dev
+  libxcb-shape0-dev libxcb-xfixes0-dev"
+DRAAIEN="libqt6gui6 libegl1 libegl-mesa0 libgl1-mesa-dri fonts-dejavu-core lsof"
+PROEVEN="libgtest-dev libgmock-dev libbenchmark-dev xvfb xauth dbus openbox picom xscreensaver
+  xscreensaver-data xdotool x11-utils x11-xserver-utils imagemagick iproute2 procps"
+
+# zorg_voor PACKAGE...: installs those that are missing, and says which.
+zorg_voor() {
+  local mist=() pakket
+  for pakket in "$@"; do
+    dpkg-query -W -f='${Status}' "$pakket" 2>/dev/null | grep -q '^install ok installed$' || mist+=("$pakket")
+  done
+  [ ${#mist[@]} -eq 0 ] && return 0
+  if ! command -v apt-get >/dev/null; then
+    echo "Er ontbreekt: ${mist[*]}. Zonder apt-get moet u dat zelf installeren." >&2
+    return 1
+  fi
+  echo "Dit wordt geïnstalleerd: ${mist[*]}" >&2
+  local als=""
+  [ "$(id -u)" -eq 0 ] || als="sudo"
+  { $als apt-get update -q && $als env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${mist[@]}"; } >&2
+}
+
+# bouw PRESET TARGET...: builds, with its words on standard error.
+bouw() {
+  local map="build/$1"
+  shift
+  if [ -e "$map/.gebouwd" ]; then ninja --quiet -C "$map" "$@" >&2; else ninja -C "$map" "$@" >&2; fi
+  touch "$map/.gebouwd"
+}

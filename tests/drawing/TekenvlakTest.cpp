@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#include "drawing/Tekenvlak.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+
+#include "drawing/Thema.h"
+
+using brixtel::Tekenvlak;
+using brixtel::Thema;
+
+namespace {
+
+QImage teken(QSizeF maat, double schaal, const std::function<void(Tekenvlak&)>& doe) {
+    return *Thema::beeld(maat, {.schaal = schaal, .teken = doe});
+}
+
+TEST(Tekenvlak, ABlockEdgeWithinAPixelCoversItsShare) {
+    const std::array vak{QRectF(1.5, 1.0, 2.0, 1.0)};
+    const QImage beeld = teken({5, 3}, 1, [&](Tekenvlak& vlak) {
+        vlak.zetVulkleur(Qt::white);
+        vlak.vul(vak);
+    });
+    EXPECT_NEAR(qAlpha(beeld.pixel(1, 1)), 128, 1);
+    EXPECT_EQ(qAlpha(beeld.pixel(2, 1)), 255);
+    EXPECT_NEAR(qAlpha(beeld.pixel(3, 1)), 128, 1);
+    EXPECT_EQ(qAlpha(beeld.pixel(4, 1)), 0);
+    EXPECT_EQ(qAlpha(beeld.pixel(2, 0)), 0);
+}
+
+TEST(Tekenvlak, TouchingBlocksShowNoSeam) {
+    const std::array vakken{QRectF(0.0, 0.0, 1.3, 2.0), QRectF(1.3, 0.0, 1.7, 2.0)};
+    const QImage beeld = teken({3, 2}, 1, [&](Tekenvlak& vlak) { vlak.vul(vakken); });
+    for (int x = 0; x < 3; ++x)
+        EXPECT_EQ(qAlpha(beeld.pixel(x, 1)), 255) << x;
+}
+
+TEST(Tekenvlak, AShadowIsAGaussianUnderTheFillWhateverTheScale) {
+    for (const double schaal : {1.0, 2.0}) {
+        const std::array vak{QRectF(20 / schaal, 20 / schaal, 20 / schaal, 20 / schaal)};
+        const QImage beeld = teken({60 / schaal, 60 / schaal}, schaal, [&](Tekenvlak& vlak) {
+            vlak.zetSchaduw({.vervaging = 4.0, .kleur = QColor::fromRgbF(1, 0, 0, 0.5F)});
+            vlak.zetVulkleur(Qt::green);
+            vlak.vul(vak);
+        });
+        EXPECT_EQ(beeld.pixel(30, 30), qRgb(0, 255, 0));
+        // Beside the middle of a long edge the blur is the normal distribution,
+        // here with a standard deviation of two pixels.
+        for (int d = 0; d < 5; ++d) {
+            const double deel = 0.5 * std::erfc((d + 0.5) / 2.0 / std::sqrt(2.0));
+            EXPECT_NEAR(qAlpha(beeld.pixel(19 - d, 30)), 255 * 0.5 * deel, 3) << schaal << ' ' << d;
+        }
+        EXPECT_EQ(qAlpha(beeld.pixel(11, 30)), 0);
+    }
+}
+
+TEST(Tekenvlak, AShadowFallsWhereItsOffsetPointsInPixelsYUp) {
+    const std::array vak{QRectF(2, 2, 1, 1)};
+    const QImage beeld = teken({6, 6}, 1, [&](Tekenvlak& vlak) {
+        vlak.zetSchaduw({.verschuiving = {1, 2}, .vervaging = 0, .kleur = Qt::red});
+        vlak.zetVulkleur(Qt::green);
+        vlak.vul(vak);
+    });
+    EXPECT_EQ(beeld.pixel(2, 3), qRgb(0, 255, 0));
+    EXPECT_EQ(beeld.pixel(3, 1), qRgb(255, 0, 0));
+}
+
+TEST(Tekenvlak, AFillOutsideThePictureIsHarmless) {
+    const std::array vak{QRectF(-50, -50, 10, 10)};
+    const QImage beeld = teken({6, 6}, 1, [&](Tekenvlak& vlak) {
+        vlak.zetSchaduw({.vervaging = 2, .kleur = Qt::red});
+        vlak.vul(vak);
+    });
+    for (int i = 0; i < 36; ++i)
+        EXPECT_EQ(beeld.pixel(i % 6, i / 6), 0U);
+}
+
+}  // namespace
