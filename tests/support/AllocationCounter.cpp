@@ -7,27 +7,33 @@
 
 namespace {
 
-std::atomic<std::size_t> allocations{0};
+thread_local std::size_t mine = 0;
+std::atomic<std::size_t> everyones{0};
 
 void* counted(std::size_t size, std::size_t alignment) {
-    ++allocations;
+    ++mine;
+    ++everyones;
     const std::size_t whole = (size + alignment - 1) / alignment * alignment;
-    void* const memory = alignment <= alignof(std::max_align_t)
-                             ? std::malloc(size == 0 ? 1 : size)
-                             : std::aligned_alloc(alignment, whole);
+    void* const memory = std::aligned_alloc(alignment, whole == 0 ? alignment : whole);
     if (!memory) throw std::bad_alloc();
     return memory;
 }
 
 }  // namespace
 
-std::size_t AllocationCounter::count() {
-    return allocations.load();
+AllocationCounter::AllocationCounter() : start_(mine) {}
+
+std::size_t AllocationCounter::count() const {
+    return mine - start_;
 }
 
-// The other forms of the standard library call these.
+std::size_t AllocationCounter::total() {
+    return everyones.load();
+}
+
+// The array and nothrow forms end in these two.
 void* operator new(std::size_t size) {
-    return counted(size, 1);
+    return counted(size, alignof(std::max_align_t));
 }
 void* operator new(std::size_t size, std::align_val_t alignment) {
     return counted(size, static_cast<std::size_t>(alignment));

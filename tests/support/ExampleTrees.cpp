@@ -180,7 +180,7 @@ std::shared_ptr<Layer> randomTree(QSizeF size, double scale, RandomSource& rando
     auto root = std::make_shared<Layer>();
     root->setFrame({QPointF(0.0, 0.0), size});
     root->setMasksToBounds(true);
-    addAny(*root, 2, scale, random);
+    addAny(*root, 1, scale, random);
     return root;
 }
 

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/platform/render/GlFixture.h"
-#include "tests/support/Allocations.h"
+#include "tests/support/AllocationCounter.h"
 #include "tests/support/ExampleTrees.h"
 #include "tests/support/Pictures.h"
 
@@ -10,13 +10,14 @@ namespace platform::test {
 
 namespace {
 
-// Both drawers round to 255ths with each thing that they draw, the processor in
+// Both drawers round to 255ths with each thing that they draw: the processor in
 // whole numbers, OpenGL's blending once for the thing and once for what lies
-// below, and so up to one 255th apart each time. What is drawn over it fades
-// that, but a dozen half transparent things over one another add up to three; a
-// framebuffer of floats leaves a single such pixel in the 180 random pictures.
-constexpr PictureLimits kRandomLimits{.largest = 3, .mean = 0.25};
-// Of rain no more than two things lie over one another.
+// below. So each may be one 255th off, each time, in either direction; what is
+// drawn over it fades that, but a dozen half transparent things over one another
+// leave up to four. (Into floats OpenGL differs by three at most, and those are
+// the processor's.)
+constexpr PictureLimits kRandomLimits{.largest = 4, .mean = 0.4};
+// Where no more than two things lie over one another, as in rain.
 constexpr PictureLimits kLimits{.largest = 2, .mean = 0.1};
 
 QRgb at(const QImage& picture, int x, int y) {
@@ -49,7 +50,7 @@ class GlAtScale : public Gl, public testing::WithParamInterface<double> {
 TEST_P(GlAtScale, RandomTreesLookAsTheProcessorDrawsThem) {
     const QSizeF size(160, 120);
     DisplayList list;
-    for (std::uint64_t seed = 1; seed <= 60; ++seed) {
+    for (std::uint64_t seed = 1; seed <= 100; ++seed) {
         RandomSource random(seed);
         const auto root = randomTree(size, GetParam(), random);
         build(list, *root);
@@ -98,21 +99,21 @@ TEST_F(Gl, AnEmptyListIsTheBackgroundAndNoDrawCall) {
 }
 
 TEST_F(Gl, ASteadyFrameAllocatesNothing) {
-    const PixelGrid grid{.scale = 1.0, .size = {640, 480}};
+    const PixelGrid grid{.scale = 1.0, .size = {200, 150}};
     RandomSource random(3);
     const auto root = rainTree(grid.size, 1.0, kClock, random);
     DisplayList list;
     EXPECT_FALSE(drawn(list, grid).isNull());
     // The rain's whole course once, so that every list has been as long as it gets.
-    for (int i = 0; i < 200; ++i) {
+    for (int i = 0; i < 100; ++i) {
         build(list, *root, kClock + i * 0.05);
         offscreen_->drawer().draw(list, grid, kBlack);
     }
-    for (int i = 0; i < 200; ++i) {
+    for (int i = 0; i < 100; ++i) {
         build(list, *root, kClock + i * 0.05);
-        const std::uint64_t before = allocations();
+        const AllocationCounter counter;
         offscreen_->drawer().draw(list, grid, kBlack);
-        ASSERT_EQ(allocations() - before, 0U) << "frame " << i;
+        ASSERT_EQ(counter.count(), 0U) << "frame " << i;
     }
 }
 
@@ -206,7 +207,7 @@ TEST_F(Gl, AListTooLongForOneDrawCallIsDrawnInSeveral) {
     DisplayList list;
     build(list, *root);
     const QImage whole = drawn(list, grid);
-    const auto limited = OffscreenPicture::create({.maxRecords = 100});
+    const auto limited = OffscreenPicture::create({.maxRecords = 60});
     ASSERT_TRUE(limited);
     EXPECT_TRUE(agree(limited->draw(list, grid, kBlack), whole, "several-calls", {}));
     EXPECT_GT(limited->drawer().drawCalls(), 4);

@@ -18,8 +18,8 @@ namespace {
 class WindowSurface : public testing::Test {
   protected:
     void SetUp() override {
-        ASSERT_FALSE(server_.name().empty()) << "Xvfb did not start";
-        setenv("DISPLAY", server_.name().c_str(), 1);
+        ASSERT_TRUE(server_.isRunning()) << "Xvfb did not start";
+        setenv("DISPLAY", server_.display().toLocal8Bit().constData(), 1);
         connection_ = xcb_connect(nullptr, nullptr);
         ASSERT_EQ(xcb_connection_has_error(connection_), 0);
         screen_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
@@ -158,7 +158,7 @@ INSTANTIATE_TEST_SUITE_P(XlibOrXcb, VanishingWindow, testing::Bool());
 
 TEST_F(WindowSurface, AWindowOfAnotherDepthGivesNone) {
     const Xvfb server("640x480x8");
-    xcb_connection_t* const connection = xcb_connect(server.name().c_str(), nullptr);
+    xcb_connection_t* const connection = xcb_connect(server.display().toLocal8Bit().constData(), nullptr);
     ASSERT_EQ(xcb_connection_has_error(connection), 0);
     const xcb_screen_t* const screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
     EXPECT_FALSE(EglWindowSurface::create(EglDisplay::forX11(connection, 0), screen->root));
@@ -175,7 +175,7 @@ TEST_F(WindowSurface, TwoWindowsShareADisplay) {
 
 TEST_F(WindowSurface, AServerThatGoesAwayEndsNothing) {
     auto server = std::make_unique<Xvfb>();
-    xcb_connection_t* const connection = xcb_connect(server->name().c_str(), nullptr);
+    xcb_connection_t* const connection = xcb_connect(server->display().toLocal8Bit().constData(), nullptr);
     {
         const xcb_screen_t* const screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
         const auto display = EglDisplay::forX11(connection, 0);
