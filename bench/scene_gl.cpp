@@ -1,29 +1,53 @@
 // SPDX-License-Identifier: MIT
-// What drawing a scene costs: `scene_gl [--maat BxH] [--schaal S] [--beelden N]
-// [--scene NAME] [--sport N] [--gpu] [--plaatje FILE.png]`. One JSON line for each scene. Times are
-// wall clock from the draw to the end of the drawing, and the processor time of
-// all threads; with --gpu also what the GPU's own clock says.
+// What drawing a scene costs. One JSON line for each scene: milliseconds of wall
+// clock and of all threads' processor time for a frame, drawn to its end; with
+// --gpu what the GPU's own clock says.
 #include <QCommandLineParser>
 #include <QGuiApplication>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <algorithm>
+#include <chrono>
 #include <cstdio>
+#include <ctime>
+#include <vector>
 
+#include "platform/render/CpuDrawer.h"
+#include "platform/render/QualityLadder.h"
 #include "platform/render/SceneSnapshot.h"
 #include "platform/scene/DrawList.h"
 #include "tests/support/StandInScenes.h"
 
 using namespace platform;
 
-int main(int argc, char** argv) {
-    QGuiApplication::setApplicationName(QStringLiteral("scene_gl"));
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication app(argc, argv);
-    auto s = test::makeStandIn(QString::fromLatin1(argv[1]), 1);
-    s->advance(6.0);
-    DrawList l;
-    extract(*s, 16.0 / 9.0, l);
-    auto snap = SceneSnapshot::create();
-    const double scale = atof(argv[4]);
-    auto p = snap->picture(l, QSizeF(atof(argv[2]), atof(argv[3])), scale, {.samples = atoi(argv[6]), .resolution = atof(argv[7])});
-    p.save(QString::fromLatin1(argv[5]));
-    printf("%s %d calls, samples %d errors %d\n", snap->rendererName().c_str(), snap->renderer().drawCalls(), snap->renderer().quality().samples, snap->errors());
+namespace {
+
+struct Settings {
+    QSize size{1920, 1080};
+    double scale = 1.0;
+    int frames = 60;
+    bool gpu = false;
+    bool memory = false;
+    int rung = 0;
+    QString still;
+    std::uint64_t seed = 1;
+};
+
+double wallSeconds() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
 }
+
+double processorSeconds() {
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
+}
+
+double median(std::vector<double> values) {
+    if (values.empty()) return 0.0;
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+}  // namespace

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <vector>
 
 #include "platform/scene/Shading.h"
 
@@ -17,23 +16,27 @@ constexpr double kLeastFineSigma = 2.5;
 constexpr int kMaxReduction = 64;
 constexpr int kMaxFactor = 4;
 
-void setTaps(BloomPlan& plan) {
-    const int radius =
-        std::clamp(static_cast<int>(std::ceil(3.0 * plan.sigma)), 1, 2 * BloomPlan::kMaxTaps);
-    std::vector<double> weights(static_cast<std::size_t>(radius) + 2, 0.0);
+void setWeights(BloomPlan& plan) {
+    constexpr int kMaxRadius = 2 * BloomPlan::kMaxTaps;
+    plan.radius = std::clamp(static_cast<int>(std::ceil(3.0 * plan.sigma)), 1, kMaxRadius);
+    std::array<double, kMaxRadius + 2> weights{};
     double sum = 0.0;
-    for (int i = 0; i <= radius; ++i) {
-        const double weight = gaussian(i, plan.sigma);
-        weights[static_cast<std::size_t>(i)] = weight;
-        sum += i == 0 ? weight : 2.0 * weight;
+    for (int i = 0; i <= plan.radius; ++i) {
+        weights[static_cast<std::size_t>(i)] = gaussian(i, plan.sigma);
+        sum += weights[static_cast<std::size_t>(i)] * (i == 0 ? 1.0 : 2.0);
     }
-    plan.middle = static_cast<float>(weights[0] / sum);
-    plan.taps = (radius + 1) / 2;
+    for (std::size_t i = 0; i < plan.weight.size(); ++i) {
+        weights[i] /= sum;
+        plan.weight[i] = static_cast<float>(weights[i]);
+    }
+    plan.taps = (plan.radius + 1) / 2;
     for (int i = 0; i < plan.taps; ++i) {
-        const double near = weights[static_cast<std::size_t>(2 * i + 1)] / sum;
-        const double far = weights[static_cast<std::size_t>(2 * i + 2)] / sum;
-        plan.tap[static_cast<std::size_t>(i)] = {static_cast<float>(2 * i + 1 + far / (near + far)),
-                                                 static_cast<float>(near + far)};
+        const double near = weights[static_cast<std::size_t>(2 * i + 1)];
+        const double far = weights[static_cast<std::size_t>(2 * i + 2)];
+        const double both = near + far;
+        plan.tap[static_cast<std::size_t>(i)] = {
+            static_cast<float>(2 * i + 1 + (both > 0.0 ? far / both : 0.0)),
+            static_cast<float>(both)};
     }
 }
 
@@ -57,7 +60,7 @@ BloomPlan planBloom(const BloomRequest& request) {
     const double averaging = (1.0 - 1.0 / (reduction * reduction)) / 12.0;
     const double stretching = request.fine ? 1.0 / 3.0 : reduction > 1 ? 1.0 / 6.0 : 0.0;
     plan.sigma = std::sqrt(std::max(wanted * wanted - averaging - stretching, 0.01));
-    setTaps(plan);
+    setWeights(plan);
     return plan;
 }
 

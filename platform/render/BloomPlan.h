@@ -20,10 +20,12 @@ struct BloomPlan {
     int halvings = 0;
     QSize size;          // of the smallest image
     double sigma = 0.0;  // of its blur, in its pixels
-    // One side of the blur, in steps that weigh two pixels each.
+    // The blur's weights: of the middle, and of what is 1 … radius pixels away.
+    int radius = 0;
+    std::array<float, 2 * kMaxTaps + 1> weight{1.0F};
+    // The same in steps that weigh two pixels each: pixels away, weight.
     int taps = 0;
-    float middle = 1.0F;
-    std::array<glm::vec2, kMaxTaps> tap{};  // pixels away, weight
+    std::array<glm::vec2, kMaxTaps> tap{};
 
     // How many pixels of the scene one of the smallest image is across.
     [[nodiscard]] int reduction() const { return factor << halvings; }

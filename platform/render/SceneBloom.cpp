@@ -78,7 +78,7 @@ int SceneBloom::draw(const GlImage& scene, const Options& options) {
     }
     programs_.blur->use();
     glUniform1i(programs_.taps, plan_.taps);
-    glUniform1f(programs_.middle, plan_.middle);
+    glUniform1f(programs_.middle, plan_.weight[0]);
     glUniform2fv(programs_.tap, plan_.taps, glm::value_ptr(plan_.tap[0]));
     const glm::vec2 pixel = 1.0F / sizeOf(image());
     blur(image(), images_.back(), {pixel.x, 0.0F});

@@ -5,6 +5,7 @@
 #include <glm/geometric.hpp>
 #include <glm/gtc/type_ptr.hpp>
 #include <glm/matrix.hpp>
+#include <glm/vector_relational.hpp>
 
 namespace platform {
 
@@ -47,6 +48,21 @@ std::size_t runLength(std::span<const DrawBatch> batches) {
     return length;
 }
 
+// Whether the camera stands within the mesh's box.
+bool surrounds(const Mesh& mesh, const DrawInstance& instance, const glm::vec3& camera) {
+    const glm::vec3 local(glm::inverse(instance.world) * glm::vec4(camera, 1.0F));
+    const Bounds& bounds = mesh.bounds();
+    return glm::all(glm::greaterThan(local, bounds.low)) &&
+           glm::all(glm::lessThan(local, bounds.high));
+}
+
+bool hasOutline(const DrawBatch& batch, const DrawList& list) {
+    if (batch.mesh->primitive() != Primitive::Triangles) return false;
+    if (!batch.material.opaque && !batch.material.picture.isNull()) return false;
+    return batch.count > 1 ||
+           !surrounds(*batch.mesh, list.instances[batch.first], list.camera.position);
+}
+
 }  // namespace
 
 ScenePass::ScenePass(int keepDraws)
@@ -66,6 +82,11 @@ bool ScenePass::prepare() {
 bool ScenePass::needsDepth(const DrawList& list) {
     const auto writes = [](const DrawBatch& batch) { return batch.material.writesDepth; };
     return list.floor || std::any_of(list.batches.begin(), list.batches.end(), writes);
+}
+
+bool ScenePass::needsSamples(const DrawList& list) {
+    return std::any_of(list.batches.begin(), list.batches.end(),
+                       [&](const DrawBatch& batch) { return hasOutline(batch, list); });
 }
 
 int ScenePass::draw(const DrawList& list, const ScenePassOptions& options) {

@@ -42,6 +42,10 @@ class ScenePass {
     // Whether drawing the list needs depths at all.
     [[nodiscard]] static bool needsDepth(const DrawList& list);
 
+    // Whether there is an outline that several samples per pixel would smooth.
+    // What fades out by itself has none, nor have surfaces all round the camera.
+    [[nodiscard]] static bool needsSamples(const DrawList& list);
+
     [[nodiscard]] int meshCount() const { return meshes_.count(); }
     [[nodiscard]] int pictureCount() const { return textures_.count(); }
 

@@ -9,6 +9,7 @@
 #include "composite.frag.h"
 #include "platform/render/GpuTimer.h"
 #include "platform/render/SceneBloom.h"
+#include "platform/render/SceneDeveloper.h"
 #include "platform/render/ScenePass.h"
 #include "platform/render/SceneTargets.h"
 #include "platform/scene/DrawList.h"
@@ -49,7 +50,10 @@ struct SceneRenderer::Parts {
         : options(given), pass(given.keepDraws), timer(given.timed) {}
 
     bool prepare();
-    bool fit(const DrawList& list, QSize size, const SceneQuality& quality);
+    bool fit(const DrawList& list, QSize size, const SceneQuality& wanted);
+    bool fitReadable(const DrawList& list, QSize size, const SceneQuality& wanted);
+    bool fitSamples(const DrawList& list, QSize size, const SceneFormat& format);
+    void start(const DrawList& list, const SceneQuality& wanted);
     bool isLost() const;
     void drawScene(const DrawList& list, double scale);
     bool drawBloom(const DrawList& list, double scale);
@@ -64,6 +68,8 @@ struct SceneRenderer::Parts {
     SceneCanvas canvas;
     GlVertexArray noVertices = GlVertexArray::make();
     GpuTimer timer;
+    std::vector<std::uint16_t> light;           // what was read
+    std::unique_ptr<SceneDeveloper> developer;  // made when first needed
     SceneQuality quality;
     int drawCalls = 0;
     int maxSamples = 0;
@@ -83,20 +89,35 @@ bool SceneRenderer::Parts::isLost() const {
     return tellsLoss && glGetGraphicsResetStatus() != GL_NO_ERROR;
 }
 
-// Where the driver can't, with fewer samples, then with less light.
-bool SceneRenderer::Parts::fit(const DrawList& list, QSize size, const SceneQuality& wanted) {
+void SceneRenderer::Parts::start(const DrawList& list, const SceneQuality& wanted) {
     quality = wanted;
-    quality.samples = std::clamp(wanted.samples, 1, std::max(1, maxSamples));
+    const int most = ScenePass::needsSamples(list) ? std::max(1, maxSamples) : 1;
+    quality.samples = std::clamp(wanted.samples, 1, most);
+}
+
+// Where the driver can't, with fewer samples.
+bool SceneRenderer::Parts::fitSamples(const DrawList& list, QSize size, const SceneFormat& format) {
     const bool depth = ScenePass::needsDepth(list);
-    for (const SceneFormat& format : {kHalfFloats, kSixteenBits, kEightBits}) {
-        if (!options.floatTargets && format.format != GL_SRGB8_ALPHA8) continue;
-        for (int samples = quality.samples; samples >= 1; samples /= 2) {
-            if (!canvas.fit({size, format, samples, depth})) continue;
-            quality.samples = samples;
-            return true;
-        }
+    for (int samples = quality.samples; samples >= 1; samples /= 2) {
+        if (!canvas.fit({size, format, samples, depth})) continue;
+        quality.samples = samples;
+        return true;
     }
     return false;
+}
+
+// Where the driver can't, with less light.
+bool SceneRenderer::Parts::fit(const DrawList& list, QSize size, const SceneQuality& wanted) {
+    start(list, wanted);
+    if (options.floatTargets && fitSamples(list, size, kHalfFloats)) return true;
+    if (options.floatTargets && fitSamples(list, size, kSixteenBits)) return true;
+    return fitSamples(list, size, kEightBits);
+}
+
+bool SceneRenderer::Parts::fitReadable(const DrawList& list, QSize size,
+                                       const SceneQuality& wanted) {
+    start(list, wanted);
+    return fitSamples(list, size, kSixteenBits);
 }
 
 void SceneRenderer::Parts::drawScene(const DrawList& list, double scale) {
@@ -167,6 +188,33 @@ bool SceneRenderer::draw(const DrawList& list, const SceneTarget& target,
     const bool bloom = parts.drawBloom(list, scale);
     parts.drawComposite(list, target, bloom);
     parts.timer.end();
+    return true;
+}
+
+bool SceneRenderer::draw(const DrawList& list, const PixelBuffer& picture, double scale,
+                         const SceneQuality& quality) {
+    Parts& parts = *parts_;
+    parts.drawCalls = 0;
+    if (picture.size.isEmpty() || parts.isLost()) return false;
+    const QSize size = internalSize(picture.size, quality.resolution);
+    if (!parts.fitReadable(list, size, quality)) return false;
+    const double inner = scale * size.height() / picture.size.height();
+    parts.timer.begin();
+    parts.drawScene(list, inner);
+    parts.timer.end();
+    parts.light.resize(4 * static_cast<std::size_t>(size.width()) *
+                       static_cast<std::size_t>(size.height()));
+    glBindFramebuffer(GL_FRAMEBUFFER, parts.canvas.image().framebuffer());
+    glPixelStorei(GL_PACK_ALIGNMENT, 4);
+    glReadPixels(0, 0, size.width(), size.height(), GL_RGBA, GL_UNSIGNED_SHORT, parts.light.data());
+    if (!parts.developer) parts.developer = std::make_unique<SceneDeveloper>();
+    const DrawCamera& camera = list.camera;
+    parts.developer->develop(
+        {parts.light.data(), size},
+        {.intensity = camera.bloomBlurRadius > 0.0F ? camera.bloomIntensity : 0.0F,
+         .threshold = camera.bloomThreshold,
+         .sigma = bloomSigma(camera.bloomBlurRadius, inner)},
+        picture);
     return true;
 }
 
