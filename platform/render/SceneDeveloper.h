@@ -10,6 +10,7 @@
 
 #include "platform/render/BloomPlan.h"
 #include "platform/render/CpuDrawer.h"
+#include "platform/render/LightRows.h"
 #include "platform/render/RowPool.h"
 
 namespace platform {
@@ -36,29 +37,25 @@ class SceneDeveloper {
     // Fills all of `picture`. Allocates nothing when the sizes are as before.
     void develop(const SceneLight& light, const Bloom& bloom, const PixelBuffer& picture);
 
-    // Four components side by side, as the processor's vector instructions take
-    // them. Of light red first, of the picture blue first.
-    using Pixel = float __attribute__((vector_size(16)));
-
   private:
-    // Four pixels or rows, the first of which may lie outside, and their weights.
-    struct Taps {
-        int first = 0;
-        std::array<float, 4> weight{};
-    };
-    // A row of the picture before it is stretched; black outside from ..< to.
+    // Four components side by side, as vector instructions take them.
+    using Glow = float __attribute__((vector_size(16)));
+
+    // A row of the scene as wide as it is shown.
     struct Row {
         int number = -1;
-        int from = 0;
-        int to = 0;
-        std::vector<Pixel> pixels;
+        rows::Extent extent;
+        std::vector<std::int16_t> pixels;
     };
     // What one band of rows is worked out with.
     struct Desk {
         std::vector<std::uint32_t> sums;
-        std::vector<Pixel> glow;
+        // At one row of the scene: the bloom's pixels along it, the bloom of the
+        // scene's pixels, and their picture with margins.
+        std::vector<Glow> glow;
+        std::vector<std::uint16_t> bloom;
+        std::vector<std::int16_t> encoded;
         std::array<Row, 4> rows;
-        Row between;  // padded by kMargin pixels at both ends
     };
 
     void fit(QSize scene, QSize shown, const Bloom& bloom);
@@ -67,9 +64,10 @@ class SceneDeveloper {
     void gatherBright(int row, float threshold, Desk& desk);
     void blurAlong(int row);
     void blurAcross(int row);
-    void placeGlow(int row, float intensity, Desk& desk) const;
-    void encode(int number, float intensity, Desk& desk, Row& row) const;
-    const Row& encoded(int number, float intensity, Desk& desk) const;
+    bool placeGlow(int row, float intensity, Desk& desk) const;
+    void spreadGlow(Desk& desk) const;
+    void stretch(Desk& desk, rows::Extent encoded, Row& row) const;
+    const Row& stretched(int number, float intensity, Desk& desk) const;
     void show(int y, float intensity, Desk& desk, std::uint32_t* to) const;
 
     RowPool pool_;
@@ -78,10 +76,11 @@ class SceneDeveloper {
     BloomRequest planned_;
     BloomPlan plan_;
     std::vector<Desk> desks_;
-    std::vector<Pixel> bright_;
-    std::vector<Pixel> blurred_;
-    std::vector<Taps> across_;
-    std::vector<Taps> down_;
+    std::vector<Glow> bright_;
+    std::vector<Glow> blurred_;
+    std::vector<rows::Taps> across_;
+    std::vector<rows::Taps> down_;
+    std::vector<std::int32_t> noise_;  // kNoiseRows rows as wide as shown
 };
 
 }  // namespace platform

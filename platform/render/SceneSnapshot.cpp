@@ -39,13 +39,23 @@ QImage SceneSnapshot::picture(const DrawList& list, QSizeF points, double scale,
                               const SceneQuality& quality) {
     const QSize size(static_cast<int>(std::lround(points.width() * scale)),
                      static_cast<int>(std::lround(points.height() * scale)));
-    if (!context_->makeCurrent() || !target_->image.fit(size, GL_RGBA8)) return {};
-    if (!renderer_->draw(
-            list, {.framebuffer = target_->image.framebuffer(), .size = size, .scale = scale},
-            quality))
-        return {};
+    return render(list, size, scale, quality) ? lastPicture() : QImage();
+}
+
+bool SceneSnapshot::render(const DrawList& list, QSize size, double scale,
+                           const SceneQuality& quality) {
+    if (!context_->makeCurrent() || !target_->image.fit(size, GL_RGBA8)) return false;
+    const SceneTarget target{
+        .framebuffer = target_->image.framebuffer(), .size = size, .scale = scale};
+    if (!renderer_->draw(list, target, quality)) return false;
+    glFinish();
+    return true;
+}
+
+QImage SceneSnapshot::lastPicture() {
+    const QSize size = target_->image.size();
     QImage picture(size, QImage::Format_ARGB32_Premultiplied);
-    if (picture.isNull()) return {};
+    if (picture.isNull() || !context_->makeCurrent()) return {};
     glBindFramebuffer(GL_FRAMEBUFFER, target_->image.framebuffer());
     glPixelStorei(GL_PACK_ALIGNMENT, 4);
     glReadPixels(0, 0, size.width(), size.height(), GL_BGRA, GL_UNSIGNED_INT_8_8_8_8_REV,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QImage>
+#include <QSize>
 #include <QSizeF>
 #include <memory>
 #include <string>
@@ -33,6 +34,11 @@ class SceneSnapshot {
     // if that is none or more than the driver can draw into.
     [[nodiscard]] QImage picture(const DrawList& list, QSizeF points, double scale = 1.0,
                                  const SceneQuality& quality = {});
+
+    // The two halves of it, for measuring: draws, waiting until all is drawn, and
+    // reads. The first is false where picture() gives none.
+    bool render(const DrawList& list, QSize size, double scale, const SceneQuality& quality);
+    [[nodiscard]] QImage lastPicture();
 
     [[nodiscard]] SceneRenderer& renderer() { return *renderer_; }
     [[nodiscard]] const std::string& rendererName() const;
