@@ -15,10 +15,17 @@ constexpr int kTexelsPerInstance = 4;
 // Above this, drawing meshes one by one costs less than keeping them together.
 constexpr std::size_t kMaxMergedVertices = 1U << 17U;
 
+// A picture that shines through and ends within its surface.
+bool fades(const DrawMaterial& material) {
+    return !material.picture.isNull() && !material.opaque && material.wrapS == WrapMode::Clamp &&
+           material.wrapT == WrapMode::Clamp;
+}
+
 unsigned variantOf(const DrawBatch& batch) {
     unsigned variant = 0;
     const DrawMaterial& material = batch.material;
     if (!material.picture.isNull()) variant |= kTextured;
+    if (fades(material)) variant |= kFading;
     if (material.lighting == LightingModel::Lambert) variant |= kLambert;
     if (material.blend == BlendMode::Additive) variant |= kAdditive;
     if (batch.mesh->primitive() == Primitive::Lines) variant |= kLines;
@@ -58,7 +65,7 @@ bool surrounds(const Mesh& mesh, const DrawInstance& instance, const glm::vec3& 
 
 bool hasOutline(const DrawBatch& batch, const DrawList& list) {
     if (batch.mesh->primitive() != Primitive::Triangles) return false;
-    if (!batch.material.opaque && !batch.material.picture.isNull()) return false;
+    if (fades(batch.material)) return false;
     return batch.count > 1 ||
            !surrounds(*batch.mesh, list.instances[batch.first], list.camera.position);
 }

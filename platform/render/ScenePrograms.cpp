@@ -25,11 +25,12 @@ std::string defined(const char* text, const std::string& lines) {
 }
 
 std::string definesOf(unsigned variant) {
-    constexpr std::array<std::pair<SceneVariant, const char*>, 7> kNames{
+    constexpr std::array<std::pair<SceneVariant, const char*>, 8> kNames{
         {{kTextured, "TEXTURED "},
          {kLambert, "LAMBERT "},
          {kAdditive, "ADDITIVE "},
          {kFog, "FOG "},
+         {kFading, "FADING "},
          {kLines, "LINES "},
          {kPoints, "POINTS "},
          {kMirrored, "MIRRORED "}}};

@@ -26,6 +26,7 @@ enum SceneVariant : unsigned {
     kPoints = 32U,
     kMirrored = 64U,
     kFloor = 128U,
+    kFading = 256U,
 };
 
 // A program by its label and text, with each of `defines` (as "A B C") set.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What a scene's surfaces send to the camera, in linear light, alpha multiplied
-// in. LAMBERT or constant, TEXTURED or not; ADDITIVE in how the fog takes it.
+// in. LAMBERT or constant; TEXTURED or not, then FADING at the picture's edges or
+// not; ADDITIVE in how the fog takes it.
 #version 330 core
 
 in vec3 fromCamera;
@@ -39,6 +40,12 @@ void main() {
     vec4 colour = tint;
 #ifdef TEXTURED
     colour *= texture(picture, pictureCoord);
+#endif
+#ifdef FADING
+    // In pixels to the picture's edge, where it has faded out: so what is but a
+    // few pixels large glides instead of jumping from one to the next.
+    vec2 inside = min(pictureCoord, 1.0 - pictureCoord) / fwidth(pictureCoord);
+    colour *= clamp(min(inside.x, inside.y), 0.0, 1.0);
 #endif
 #ifdef LAMBERT
     vec3 n = normalize(gl_FrontFacing ? worldNormal : -worldNormal);
