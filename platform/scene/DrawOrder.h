@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+// The order of drawing; private to platform/scene.
+#pragma once
+
+#include "platform/scene/DrawList.h"
+
+namespace platform {
+
+// Puts the items in the order of drawing, those that can share a draw call next
+// to one another.
+void putInDrawingOrder(std::vector<DrawList::Item>& items);
+
+}  // namespace platform

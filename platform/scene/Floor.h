@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/scene/Material.h"
+
+namespace platform {
+
+// The endless plane y = 0 of its node. It adds a mirror image of the scene to
+// its own colour: `reflectivity` × what is reflected, full where the reflected
+// thing touches the floor, none where it is `falloffEnd` away from it.
+struct Floor {
+    double reflectivity = 0.25;
+    double falloffEnd = 0.0;  // units from the floor; 0 means no fall-off
+    MaterialPtr material{};
+    // (u, v) = (x, z) / textureSpan before the material's contents transform,
+    // with node x and z. The span makes sixty repeats a fine grid of two lines
+    // to the unit, which no pixel size turns into moiré.
+    double textureSpan = 30.0;
+
+    friend bool operator==(const Floor&, const Floor&) = default;
+};
+
+}  // namespace platform

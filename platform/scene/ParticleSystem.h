@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include <QColor>
+
+#include <glm/mat4x4.hpp>
+#include <glm/vec2.hpp>
+#include <glm/vec4.hpp>
+
+#include "platform/scene/Geometry.h"
+#include "platform/scene/Material.h"
+
+namespace platform {
+
+class RandomSource;
+
+// A variation of v spreads its value evenly over value ± v / 2.
+struct ParticleSettings {
+    QImage image{};          // without one, a particle is a plain square
+    double birthRate = 1.0;  // per second
+    double lifeSpan = 1.0;   // seconds
+    double velocity = 0.0;   // units a second
+    double velocityVariation = 0.0;
+    glm::dvec3 emittingDirection{0.0, 1.0, 0.0};  // in the node's space
+    double spreadingAngle = 0.0;                  // degrees either side of the direction
+    glm::dvec2 emitterSize{0.0};  // born anywhere on a plane of this size, in the node's xy
+    double size = 1.0;            // the square's side, in units
+    double sizeVariation = 0.0;
+    QColor colour = Qt::white;        // times the image
+    glm::dvec4 colourVariation{0.0};  // hue, saturation, brightness, alpha; parts of 1
+    BlendMode blendMode = BlendMode::Alpha;
+};
+
+// Squares parallel to the screen that fly from a node through the world,
+// independent of the node once born. The i-th is born (i + 1) / birthRate
+// seconds after the system began, with the node where it then stands, and its
+// lots depend on the seed and i alone: the same particles at the same time,
+// whatever the frames were. Belongs to one node at a time; main thread.
+class ParticleSystem {
+  public:
+    // Draws its seed from the source; does not keep it.
+    ParticleSystem(ParticleSettings settings, RandomSource& random);
+
+    [[nodiscard]] const ParticleSettings& settings() const { return settings_; }
+
+    struct Particle {
+        double born = 0.0;         // scene time
+        glm::dvec3 origin{0.0};    // world
+        glm::dvec3 velocity{0.0};  // world, units a second
+        float size = 0.0F;
+        glm::vec4 colour{1.0F};  // linear light, alpha not multiplied in
+
+        [[nodiscard]] glm::dvec3 position(double time) const {
+            return origin + velocity * (time - born);
+        }
+    };
+
+    // How many live, and the i-th of them, eldest first.
+    [[nodiscard]] std::size_t count() const { return count_; }
+    [[nodiscard]] const Particle& particle(std::size_t index) const {
+        return ring_[(first_ + index) % ring_.size()];
+    }
+
+    // A unit square in the particles' material.
+    [[nodiscard]] const GeometryPtr& geometry() const { return geometry_; }
+
+    // For the scene that it lives in. begin() starts it; later calls do nothing.
+    void begin(double time);
+    // Leaves out the births of those that would be dead again by `time`.
+    void skip(double time);
+    [[nodiscard]] double nextBirth() const;
+    void giveBirth(const glm::dmat4& emitter);
+    void removeDead(double time);
+
+  private:
+    [[nodiscard]] glm::vec4 drawColour(std::uint64_t index) const;
+    [[nodiscard]] glm::dvec3 drawDirection(std::uint64_t index) const;
+    // Uniform in [−0.5, 0.5).
+    [[nodiscard]] double lot(std::uint64_t index, std::uint64_t purpose) const;
+
+    ParticleSettings settings_;
+    std::uint64_t seed_;
+    GeometryPtr geometry_;
+    std::vector<Particle> ring_;  // as large as can live at once
+    std::size_t first_ = 0;
+    std::size_t count_ = 0;
+    double began_ = -1.0;  // scene time; below 0 before it began
+    std::uint64_t born_ = 0;
+};
+
+}  // namespace platform

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include <QColor>
+
+#include "platform/scene/Fog.h"
+#include "platform/scene/Node.h"
+
+namespace platform {
+
+// What a node knows of its scene.
+struct SceneState {
+    double time = 0.0;
+    std::uint64_t revision = 0;  // rises when the tree, actions or particles change
+};
+
+// The retained 3D scene: a tree of nodes, a background and fog, and the time at
+// which it stands. Pure data, on the main thread; a drawer gets a DrawList (see
+// DrawList.h) and never sees it.
+//
+// Actions and particles happen at times of their own (a block at the end of its
+// wait, a birth every 1 / birthRate seconds), each with the scene standing at
+// exactly that time, so that the state at a time depends on the seed and the
+// time alone, not on the frames before it.
+class Scene {
+  public:
+    Scene();
+    ~Scene();
+    Scene(const Scene&) = delete;
+    Scene& operator=(const Scene&) = delete;
+
+    [[nodiscard]] Node& root() { return *root_; }
+    [[nodiscard]] const Node& root() const { return *root_; }
+
+    // sRGB; transparent unless set.
+    [[nodiscard]] const QColor& background() const { return background_; }
+    void setBackground(const QColor& colour) { background_ = colour; }
+    [[nodiscard]] const Fog& fog() const { return fog_; }
+    void setFog(const Fog& fog) { fog_ = fog; }
+
+    // The node that is seen from: the one that was set while it lives, else the
+    // first with a camera, parents before children, in child order. Null if none.
+    [[nodiscard]] const Node* pointOfView() const;
+    void setPointOfView(const NodePtr& node) { pointOfView_ = node; }
+
+    // Seconds, from 0; never back.
+    [[nodiscard]] double time() const { return state_.time; }
+
+    // Brings everything to `sceneTime`, with all that falls in between in order
+    // of time. An earlier time than the scene's leaves it where it is. Not from
+    // inside an action's block.
+    void advance(double sceneTime);
+
+  private:
+    struct RunningAction {
+        NodePtr node;
+        std::shared_ptr<ActionRun> run;
+    };
+    struct RunningParticles {
+        NodePtr node;
+        std::shared_ptr<ParticleSystem> system;
+    };
+
+    void refresh();
+    void collect(const NodePtr& node);
+    void skipWhatIsTooLate(double time);
+    // Does the earliest thing that is due by `time`; false when there is none.
+    bool happenNext(double time);
+    void callBlock(const RunningAction& action, double time);
+    void bringActionsTo(double time, const ActionRun* except);
+    void dropFinished();
+
+    SceneState state_;
+    std::uint64_t collected_ = 0;  // the revision that the lists below are of
+    NodePtr root_;
+    std::weak_ptr<Node> pointOfView_;
+    QColor background_ = Qt::transparent;
+    Fog fog_;
+    std::vector<RunningAction> actions_;
+    std::vector<RunningParticles> particles_;
+};
+
+}  // namespace platform

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+// The shapes with flat sides, points and lines.
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numeric>
+#include <utility>
+
+#include <glm/common.hpp>
+#include <glm/geometric.hpp>
+
+#include "platform/scene/Geometry.h"
+#include "platform/scene/GridMesh.h"
+#include "platform/scene/Transform.h"
+#include "platform/time/Require.h"
+
+namespace platform {
+
+namespace {
+
+MaterialPtr orWhite(MaterialPtr material) {
+    return material ? std::move(material) : std::make_shared<Material>();
+}
+
+// One side of a cube: `out` is its normal, `right` and `up` as seen from there.
+struct Side {
+    glm::vec3 out, right, up;
+};
+
+constexpr std::array<Side, 6> kSides{{
+    {{0, 0, 1}, {1, 0, 0}, {0, 1, 0}},
+    {{0, 0, -1}, {-1, 0, 0}, {0, 1, 0}},
+    {{1, 0, 0}, {0, 0, -1}, {0, 1, 0}},
+    {{-1, 0, 0}, {0, 0, 1}, {0, 1, 0}},
+    {{0, 1, 0}, {1, 0, 0}, {0, 0, -1}},
+    {{0, -1, 0}, {1, 0, 0}, {0, 0, 1}},
+}};
+
+// Where the grid lines of a side run, from −half to half: at the rim of the flat
+// part, and inside the rounding such that each step turns by the same angle.
+std::vector<float> gridLines(float half, float radius, int steps) {
+    if (radius <= 0.0F) return {-half, half};
+    std::vector<float> lines;
+    for (int i = steps; i >= 0; --i) {
+        const double angle = 0.25 * kPi * i / steps;
+        lines.push_back(radius - half - radius * static_cast<float>(std::tan(angle)));
+    }
+    for (std::size_t i = lines.size(); i-- > 0;)
+        lines.push_back(-lines[i]);
+    return lines;
+}
+
+// A point of the sharp box's surface drawn in to the rounded one: as far from
+// the inner box as the chamfer's radius.
+struct Rounded {
+    glm::vec3 position, normal;
+};
+Rounded rounded(const glm::vec3& sharp, const glm::vec3& half, float radius, const glm::vec3& out) {
+    if (radius <= 0.0F) return {sharp, out};
+    const glm::vec3 inner = glm::clamp(sharp, radius - half, half - radius);
+    const glm::vec3 normal = glm::normalize(sharp - inner);
+    return {inner + radius * normal, normal};
+}
+
+void addSide(MeshData& mesh, const Side& side, const glm::vec3& half, float radius, int steps) {
+    const float width = glm::dot(glm::abs(side.right), half);
+    const float height = glm::dot(glm::abs(side.up), half);
+    const std::vector<float> columns = gridLines(width, radius, steps);
+    const std::vector<float> rows = gridLines(height, radius, steps);
+    addGrid(mesh, static_cast<int>(columns.size()) - 1, static_cast<int>(rows.size()) - 1,
+            [&](int column, int row) {
+                const float x = columns[static_cast<std::size_t>(column)];
+                const float y = -rows[static_cast<std::size_t>(row)];
+                const glm::vec3 sharp =
+                    side.out * glm::dot(glm::abs(side.out), half) + side.right * x + side.up * y;
+                const Rounded point = rounded(sharp, half, radius, side.out);
+                return GridVertex{point.position,
+                                  point.normal,
+                                  {0.5F + 0.5F * x / width, 0.5F - 0.5F * y / height}};
+            });
+}
+
+}  // namespace
+
+GeometryPtr makeGeometry(MeshData data, MaterialPtr material) {
+    return std::make_shared<const Geometry>(std::make_shared<const Mesh>(std::move(data)),
+                                            orWhite(std::move(material)));
+}
+
+GeometryPtr makePlane(const PlaneOptions& options, MaterialPtr material) {
+    MeshData mesh;
+    const glm::vec3 half(0.5 * options.width, 0.5 * options.height, 0.0);
+    addGrid(mesh, 1, 1, [&](int column, int row) {
+        const glm::vec2 uv(column, row);
+        return GridVertex{{half.x * (2.0F * uv.x - 1.0F), half.y * (1.0F - 2.0F * uv.y), 0.0F},
+                          {0.0F, 0.0F, 1.0F},
+                          uv};
+    });
+    return makeGeometry(std::move(mesh), std::move(material));
+}
+
+GeometryPtr makeBox(const BoxOptions& options, MaterialPtr material) {
+    require(options.chamferSegments >= 2 && options.chamferSegments % 2 == 0);
+    const glm::vec3 half(0.5 * options.width, 0.5 * options.height, 0.5 * options.length);
+    const auto radius = std::clamp(static_cast<float>(options.chamferRadius), 0.0F,
+                                   std::min({half.x, half.y, half.z}));
+    MeshData mesh;
+    for (const Side& side : kSides)
+        addSide(mesh, side, half, radius, options.chamferSegments / 2);
+    return makeGeometry(std::move(mesh), std::move(material));
+}
+
+GeometryPtr makePoints(std::vector<glm::vec3> positions, double pointSize, MaterialPtr material) {
+    MeshData mesh{.primitive = Primitive::Points, .pointSize = pointSize};
+    mesh.indices.resize(positions.size());
+    std::iota(mesh.indices.begin(), mesh.indices.end(), 0U);
+    mesh.positions = std::move(positions);
+    return makeGeometry(std::move(mesh), std::move(material));
+}
+
+GeometryPtr makeLines(std::vector<glm::vec3> ends, MaterialPtr material) {
+    MeshData mesh{.primitive = Primitive::Lines};
+    ends.resize(ends.size() / 2 * 2);
+    mesh.indices.resize(ends.size());
+    std::iota(mesh.indices.begin(), mesh.indices.end(), 0U);
+    mesh.positions = std::move(ends);
+    return makeGeometry(std::move(mesh), std::move(material));
+}
+
+}  // namespace platform
