@@ -11,6 +11,11 @@ namespace platform {
 
 namespace {
 
+// A discrete value begins this many seconds early, so that the time that
+// nextChange tells lies within the new value's slot however it was rounded on
+// its way through the layers' times.
+constexpr double kEarly = 1e-6;
+
 bool fillsBefore(FillMode mode) {
     return mode == FillMode::Backwards || mode == FillMode::Both;
 }
@@ -37,7 +42,8 @@ Animation::Animation(BasicAnimation animation, double now)
                 now) {}
 
 double Animation::elapsed(double layerTime) const {
-    return (layerTime - data_.timing.time.beginTime) * data_.timing.time.speed;
+    const double passed = (layerTime - data_.timing.time.beginTime) * data_.timing.time.speed;
+    return data_.calculationMode == CalculationMode::Discrete ? passed + kEarly : passed;
 }
 
 double Animation::activeDuration() const {
@@ -51,6 +57,13 @@ double Animation::positionInPass(double elapsed) const {
     double position = std::fmod(elapsed + data_.timing.time.timeOffset, cycle);
     if (position < 0.0) position += cycle;
     return position > duration ? cycle - position : position;
+}
+
+double Animation::endPosition() const {
+    const double duration = data_.timing.duration;
+    const double position = positionInPass(activeDuration());
+    // A pass that ends does not wrap to its beginning.
+    return !data_.timing.autoreverses && position < 1e-9 * duration ? duration : position;
 }
 
 double Animation::valueAt(double position) const {
@@ -84,8 +97,7 @@ std::optional<double> Animation::value(double layerTime) const {
     }
     if (passed < activeDuration()) return valueAt(positionInPass(passed));
     if (!fillsAfter(data_.timing.fillMode)) return std::nullopt;
-    // A pass that ends does not wrap to its beginning.
-    return valueAt(data_.timing.autoreverses ? 0.0 : data_.timing.duration);
+    return valueAt(endPosition());
 }
 
 double Animation::nextChange(double layerTime) const {

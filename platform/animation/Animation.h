@@ -25,7 +25,7 @@ inline constexpr double kForever = std::numeric_limits<double>::infinity();
 struct AnimationTiming {
     // In the layer's local time. A beginTime of 0 means: now, when it is added.
     // The timeOffset starts the animation part-way in, and the cycle wraps.
-    LocalTime time;
+    LocalTime time = {};
     double duration = 0.0;     // seconds of one pass; 0 means a quarter of a second
     double repeatCount = 0.0;  // passes; 0 means one, kForever no end
     bool autoreverses = false;
@@ -36,19 +36,19 @@ struct AnimationTiming {
 
 struct KeyframeAnimation {
     KeyPath keyPath = KeyPath::Opacity;
-    std::vector<double> values;
+    std::vector<double> values = {};
     // Empty, or as many as there are values, rising from 0 to 1 (linear mode).
     // Empty means: equal slots (discrete) or equal segments (linear).
-    std::vector<double> keyTimes;
+    std::vector<double> keyTimes = {};
     CalculationMode calculationMode = CalculationMode::Linear;
-    AnimationTiming timing;
+    AnimationTiming timing = {};
 };
 
 struct BasicAnimation {
     KeyPath keyPath = KeyPath::Opacity;
     double from = 0.0;
     double to = 0.0;
-    AnimationTiming timing;
+    AnimationTiming timing = {};
 };
 
 // One animation as a layer keeps it: pure data that answers what the value is
@@ -79,6 +79,7 @@ class Animation {
     [[nodiscard]] double activeDuration() const;
     // Seconds into the current pass, within [0, duration].
     [[nodiscard]] double positionInPass(double elapsed) const;
+    [[nodiscard]] double endPosition() const;
     [[nodiscard]] double valueAt(double position) const;
 
     KeyframeAnimation data_;

@@ -15,8 +15,13 @@ class Collector {
         rects_.clear();
     }
 
-    void add(const QRectF& points) {
-        const QRect rect = grid_.snap(points) & picture_;
+    // Cut in pixels, as drawing does: cut in points, an edge could be rounded to
+    // the next pixel.
+    [[nodiscard]] QRect shown(const DisplayItem& item) const {
+        return grid_.snap(item.rect) & grid_.snap(item.clip) & picture_;
+    }
+
+    void add(const QRect& rect) {
         if (rect.isEmpty()) return;
         // Neighbours in the list are neighbours on screen, so a short look back
         // finds nearly all.
@@ -42,10 +47,6 @@ class Collector {
     const QRect picture_;
     std::vector<QRect>& rects_;
 };
-
-QRectF shown(const DisplayItem& item) {
-    return item.rect & item.clip;
-}
 
 bool sameStops(const DisplayList& before, const DisplayItem& a, const DisplayList& after,
                const DisplayItem& b) {
@@ -95,25 +96,25 @@ Span piecesOf(const DisplayList& list, std::int32_t mask) {
 // Damages all that an item shows: no more than its mask uncovers.
 void addShown(const DisplayList& list, const DisplayItem& item, Collector& out) {
     if (item.mask < 0) {
-        out.add(shown(item));
+        out.add(out.shown(item));
         return;
     }
     for (const DisplayItem& piece : piecesOf(list, item.mask))
-        out.add(shown(piece) & shown(item));
+        out.add(out.shown(piece) & out.shown(item));
 }
 
 // Damages what the masks of an item that itself stayed the same uncover
 // otherwise than before.
 void compareMasks(const DisplayList& before, std::int32_t a, const DisplayList& after,
-                  std::int32_t b, const QRectF& within, Collector& out) {
-    const auto either = [&](const DisplayItem& piece) { out.add(shown(piece) & within); };
+                  std::int32_t b, const QRect& within, Collector& out) {
+    const auto either = [&](const DisplayItem& piece) { out.add(out.shown(piece) & within); };
     while (a >= 0 && b >= 0) {
         merge(
             piecesOf(before, a), piecesOf(after, b),
             [&](const DisplayItem& p, const DisplayItem& q) {
                 if (same(before, p, after, q)) return;
-                out.add(shown(p) & within);
-                out.add(shown(q) & within);
+                out.add(out.shown(p) & within);
+                out.add(out.shown(q) & within);
             },
             either, either);
         a = before.masks[static_cast<std::size_t>(a)].outer;
@@ -135,7 +136,7 @@ void findDamage(const DisplayList& before, const DisplayList& after, const Pixel
         before.items, after.items,
         [&](const DisplayItem& a, const DisplayItem& b) {
             if (same(before, a, after, b)) {
-                compareMasks(before, a.mask, after, b.mask, shown(a), out);
+                compareMasks(before, a.mask, after, b.mask, out.shown(a), out);
             } else {
                 addShown(before, a, out);
                 addShown(after, b, out);

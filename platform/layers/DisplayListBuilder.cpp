@@ -32,6 +32,7 @@ void DisplayListBuilder::add(Layer& root, QPointF origin, const QRectF& clip, do
         root.count_ = next;
         root.counted_ = root.structure_;
     }
+    reserve(base_ + root.count_);
     const double next = walk(root, {.parentTime = clockTime_,
                                     .origin = origin,
                                     .clip = clip,
@@ -42,6 +43,16 @@ void DisplayListBuilder::add(Layer& root, QPointF origin, const QRectF& clip, do
     // FNV-1a's step: the trees and their order together make the number.
     list_.structure = (list_.structure ^ root.structure_) * 0x100000001b3ULL;
     base_ += root.count_;
+}
+
+// How much shows at once varies from frame to frame; with room for every layer
+// that never means more memory.
+void DisplayListBuilder::reserve(std::size_t layers) {
+    constexpr std::size_t kStopsPerLayer = 4;
+    list_.items.reserve(layers);
+    list_.masks.reserve(layers);
+    list_.pieces.reserve(layers);
+    list_.stops.reserve(layers * kStopsPerLayer);
 }
 
 double DisplayListBuilder::walk(Layer& layer, const Place& place) {

@@ -34,6 +34,7 @@ class DisplayListBuilder {
         bool inMask;
     };
 
+    void reserve(std::size_t layers);
     // Returns the next change, in the parent's time.
     double walk(Layer& layer, const Place& place);
     double walkBelow(Layer& layer, const Place& own, const QRectF& rect, double layerTime);

@@ -27,8 +27,8 @@ Layer::Layer() : structure_(nextStructure()) {}
 
 Layer::~Layer() {
     for (const auto& layer : sublayers_)
-        layer->superlayer_ = nullptr;
-    if (mask_) mask_->superlayer_ = nullptr;
+        layer->detach();
+    if (mask_) mask_->detach();
 }
 
 QRectF Layer::frame() const {
@@ -83,6 +83,12 @@ void Layer::attach(Layer* parent) {
     superlayer_ = parent;
 }
 
+// A tree of its own from here on, counted anew when it is shown as one.
+void Layer::detach() {
+    superlayer_ = nullptr;
+    structure_ = nextStructure();
+}
+
 void Layer::addSublayer(std::shared_ptr<Layer> layer) {
     layer->removeFromSuperlayer();
     layer->attach(this);
@@ -91,8 +97,9 @@ void Layer::addSublayer(std::shared_ptr<Layer> layer) {
 }
 
 void Layer::removeFromSuperlayer() {
-    Layer* const parent = std::exchange(superlayer_, nullptr);
+    Layer* const parent = superlayer_;
     if (!parent) return;
+    detach();
     // The superlayer may have been the last to hold this layer.
     std::shared_ptr<Layer> keep;
     if (parent->mask_.get() == this) {
@@ -109,7 +116,7 @@ void Layer::removeFromSuperlayer() {
 
 void Layer::setMask(std::shared_ptr<Layer> mask) {
     if (mask_ == mask) return;
-    if (mask_) mask_->superlayer_ = nullptr;
+    if (mask_) mask_->detach();
     if (mask) {
         mask->removeFromSuperlayer();
         mask->attach(this);

@@ -96,6 +96,7 @@ class Layer {
     friend class DisplayListBuilder;
     void structureChanged();
     void attach(Layer* parent);
+    void detach();
     void put(const std::string& key, Animation animation);
     [[nodiscard]] std::optional<double> animated(KeyPath keyPath, double layerTime) const;
 

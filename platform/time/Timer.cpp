@@ -41,6 +41,15 @@ void Timer::invalidate() {
     state_.reset();
 }
 
+void Timer::fireNextAt(double time) {
+    require(!state_ || state_->repeats);
+    if (!isValid()) return;
+    state_->start = time - state_->interval;
+    state_->fired = 0.0;
+    state_->due = time;
+    state_->clock->rearm();
+}
+
 bool Timer::isValid() const {
     return state_ && state_->clock;
 }

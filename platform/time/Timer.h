@@ -30,6 +30,10 @@ class Timer {
 
     void invalidate();
 
+    // Of a repeating timer: it next fires at this time of the clock, infinity
+    // for not until told again, and every interval from there.
+    void fireNextAt(double time);
+
     // Whether it is still going to fire.
     [[nodiscard]] bool isValid() const;
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <vector>
 
 using platform::ManualClock;
@@ -37,6 +38,21 @@ TEST(Timer, AMillionIntervalsDoNotDrift) {
     const Timer timer(clock, {.interval = 0.1, .repeats = true}, [&] { ++count; });
     clock.advance(100'000.05);
     EXPECT_EQ(count, 1'000'000);
+}
+
+TEST(Timer, CanBeParkedAndToldWhenToFireNext) {
+    ManualClock clock(0.0);
+    std::vector<double> fired;
+    Timer timer(clock, {.interval = 1.0, .repeats = true}, [&] {
+        fired.push_back(clock.now());
+        if (fired.size() == 2) timer.fireNextAt(std::numeric_limits<double>::infinity());
+    });
+    timer.fireNextAt(0.5);
+    clock.advance(10.0);
+    EXPECT_EQ(fired, (std::vector<double>{0.5, 1.5}));
+    timer.fireNextAt(clock.now());
+    clock.advance(1.0);
+    EXPECT_EQ(fired, (std::vector<double>{0.5, 1.5, 10.0, 11.0}));
 }
 
 TEST(Timer, MayDropItselfInsideItsAction) {

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/desktop/Surface.h"
+#include "platform/desktop/Xcb.h"
+#include "platform/render/Egl.h"
+#include "platform/render/GlDrawer.h"
+
+namespace platform {
+
+// Draws with OpenGL on the window's id, all of it each time, and waits for the
+// screen at the swap.
+class GlSurface final : public Surface {
+  public:
+    // None if there is no OpenGL for this window.
+    [[nodiscard]] static std::unique_ptr<GlSurface> create(const QString& display,
+                                                           std::uint32_t window);
+    ~GlSurface() override;
+
+    Result draw(const Frame& frame, std::span<const QRect> damage) override;
+    Result repair(const Frame& frame, std::span<const QRect> lost) override;
+    Result finish() override;
+    [[nodiscard]] QString drawer() const override;
+
+    [[nodiscard]] bool isSoftware() const { return context_->isSoftware(); }
+
+  private:
+    GlSurface() = default;
+    // Of the errors that have arrived.
+    Result state();
+
+    // In the order of their making: each stands on those before.
+    std::unique_ptr<XConnection> connection_;
+    std::unique_ptr<EglWindowSurface> window_;
+    std::unique_ptr<GlContext> context_;
+    std::unique_ptr<GlDrawer> drawer_;
+    bool windowGone_ = false;
+};
+
+}  // namespace platform

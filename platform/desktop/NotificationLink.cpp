@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#include "platform/desktop/NotificationLink.h"
+
+#include <utility>
+
+#include "platform/desktop/NotificationNames.h"
+
+namespace platform {
+
+void NotificationReceiver::notified(const QDBusMessage& message) {
+    deliver(message.interface() + QLatin1Char('.') + message.member());
+}
+
+void NotificationReceiver::activeChanged(bool active) {
+    if (!active) deliver(QLatin1String(kSaverWillStop));
+}
+
+NotificationLink::NotificationLink(const QString& busAddress,
+                                   std::function<void(const QString&)> deliver)
+    : address_(busAddress),
+      connectionName_(QStringLiteral("notifications-%1").arg(reinterpret_cast<quintptr>(this))),
+      receiver_(std::move(deliver)) {
+    if (!address_.isEmpty()) queue_->async([this] { connect(); });
+}
+
+NotificationLink::~NotificationLink() {
+    queue_.reset();
+    if (!connection_) return;
+    connection_.reset();
+    QDBusConnection::disconnectFromBus(connectionName_);
+}
+
+void NotificationLink::connect() {
+    const QDBusConnection connection = QDBusConnection::connectToBus(address_, connectionName_);
+    if (connection.isConnected()) connection_ = connection;
+}
+
+void NotificationLink::listen(const QString& name) {
+    if (!names_.insert(name).second) return;
+    queue_->async([this, name] { subscribe(name); });
+}
+
+void NotificationLink::subscribe(const QString& name) {
+    if (!connection_) return;
+    const BusName bus = busNameOf(name);
+    connection_->connect(QString(), QString(), bus.interface, bus.member, &receiver_,
+                         SLOT(notified(QDBusMessage)));
+    if (name != QLatin1String(kSaverWillStop)) return;
+    for (const char* interface : kSaverInterfaces)
+        connection_->connect(QString(), QString(), QLatin1String(interface),
+                             QStringLiteral("ActiveChanged"), &receiver_,
+                             SLOT(activeChanged(bool)));
+}
+
+void NotificationLink::post(const QString& name) {
+    const BusName bus = busNameOf(name);
+    queue_->async([this, name, bus] {
+        if (connection_ &&
+            connection_->send(QDBusMessage::createSignal(bus.path, bus.interface, bus.member)))
+            return;
+        QMetaObject::invokeMethod(
+            &receiver_, [this, name] { receiver_.deliver(name); }, Qt::QueuedConnection);
+    });
+}
+
+void NotificationLink::whenReady(std::function<void()> action) {
+    queue_->async([this, action = std::move(action)] {
+        QMetaObject::invokeMethod(&receiver_, action, Qt::QueuedConnection);
+    });
+}
+
+}  // namespace platform

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QObject>
+#include <QString>
+#include <functional>
+#include <optional>
+#include <set>
+
+#include "platform/time/Queue.h"
+
+namespace platform {
+
+// Turns signals of the bus into names of notifications, on the main thread.
+class NotificationReceiver : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit NotificationReceiver(std::function<void(const QString&)> deliver)
+        : deliver(std::move(deliver)) {}
+
+    const std::function<void(const QString&)> deliver;
+
+  public Q_SLOTS:
+    void notified(const QDBusMessage& message);
+    void activeChanged(bool active);
+};
+
+// The notification centre's connection to a bus. All that could make its caller
+// wait happens on a queue. Main thread.
+class NotificationLink {
+  public:
+    NotificationLink(const QString& busAddress, std::function<void(const QString&)> deliver);
+    ~NotificationLink();
+    NotificationLink(const NotificationLink&) = delete;
+    NotificationLink& operator=(const NotificationLink&) = delete;
+
+    void listen(const QString& name);
+    void post(const QString& name);
+    void whenReady(std::function<void()> action);
+
+  private:
+    void connect();
+    void subscribe(const QString& name);
+
+    const QString address_;
+    const QString connectionName_;
+    NotificationReceiver receiver_;
+    std::set<QString> names_;
+    // Of the queue's thread; none without a bus.
+    std::optional<QDBusConnection> connection_;
+    std::optional<SerialQueue> queue_{"notifications"};
+};
+
+}  // namespace platform

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <array>
+
+namespace platform {
+
+// A notification's name as the bus knows it.
+struct BusName {
+    QString interface;
+    QString member;
+    QString path;  // that this program sends from
+};
+
+// Stops the program on a name that the bus has no words for.
+[[nodiscard]] BusName busNameOf(const QString& notification);
+
+inline constexpr const char* kSaverWillStop = "com.apple.screensaver.willstop";
+
+// The interfaces whose ActiveChanged(false) says that a saver or lock ends. That
+// of KDE is the freedesktop one.
+inline constexpr std::array kSaverInterfaces{
+    "org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver", "org.mate.ScreenSaver",
+    "org.cinnamon.ScreenSaver",    "org.xfce.ScreenSaver",
+};
+
+}  // namespace platform

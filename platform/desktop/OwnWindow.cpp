@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+#include "platform/desktop/OwnWindow.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QScreen>
+#include <array>
+#include <string_view>
+
+#include "platform/desktop/ScreenSpace.h"
+#include "platform/desktop/Xcb.h"
+
+namespace platform {
+
+namespace {
+
+// Qt's own connection: what goes over it comes in order with Qt's requests.
+xcb_connection_t* qtConnection() {
+    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return x11 ? x11->connection() : nullptr;
+}
+
+Qt::WindowFlags flagsFor(const WindowOptions& options, bool takesKeys) {
+    Qt::WindowFlags flags = Qt::Window;
+    if (options.style != WindowStyle::Titled) flags |= Qt::FramelessWindowHint;
+    if (options.style == WindowStyle::FullScreen) flags |= Qt::WindowStaysOnTopHint;
+    if (options.level > 0) flags |= Qt::X11BypassWindowManagerHint | Qt::WindowStaysOnTopHint;
+    if (!takesKeys) flags |= Qt::WindowDoesNotAcceptFocus;
+    return flags;
+}
+
+void putOnAllSpaces(xcb_connection_t* connection, xcb_window_t window) {
+    constexpr std::string_view kName = "_NET_WM_DESKTOP";
+    const XcbReply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
+        connection,
+        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(kName.size()), kName.data()),
+        nullptr));
+    const std::uint32_t all = 0xffffffff;
+    if (atom)
+        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, atom->atom,
+                            XCB_ATOM_CARDINAL, 32, 1, &all);
+}
+
+}  // namespace
+
+OwnWindow::OwnWindow(const WindowOptions& options, bool takesKeys, OwnWindowDelegate& delegate)
+    : options_(options), delegate_(delegate) {
+    QSurfaceFormat format;
+    format.setAlphaBufferSize(options.opaque ? 0 : 8);
+    setFormat(format);
+    setTitle(options.title);
+    setFlags(flagsFor(options, takesKeys));
+    QScreen* const under = screenUnderQt(toQt(options.frame));
+    if (under) setScreen(under);
+    const bool fills = options.style == WindowStyle::FullScreen && under;
+    setGeometry(fills ? under->geometry() : toQt(options.frame).toRect());
+}
+
+OwnWindow::~OwnWindow() = default;
+
+std::uint32_t OwnWindow::xWindow() {
+    xcb_connection_t* const connection = qtConnection();
+    if (!connection) return 0;
+    const bool made = handle() != nullptr;
+    const auto window = static_cast<std::uint32_t>(winId());
+    if (!made) prepare(connection, window);
+    return window;
+}
+
+void OwnWindow::prepare(xcb_connection_t* connection, xcb_window_t window) {
+    // Shown by the server itself the moment the window is, before any drawing.
+    // In a deep visual all bits but alpha's may be 0, and alpha's must be 1.
+    const std::uint32_t background = options_.opaque ? 0xff000000U : 0U;
+    xcb_change_window_attributes(connection, window, XCB_CW_BACK_PIXEL, &background);
+    if (options_.onAllSpaces) putOnAllSpaces(connection, window);
+    // Other connections are about to name this window.
+    std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+}
+
+void OwnWindow::show(bool asKey) {
+    if (options_.style == WindowStyle::FullScreen) {
+        showFullScreen();
+    } else {
+        QWindow::show();
+    }
+    raise();
+    if (!asKey) return;
+    requestActivate();
+    xcb_connection_t* const connection = qtConnection();
+    if (options_.level == 0 || !connection) return;
+    // No window manager will see to this one.
+    xcb_set_input_focus(connection, XCB_INPUT_FOCUS_PARENT, xWindow(), XCB_CURRENT_TIME);
+    xcb_flush(connection);
+}
+
+void OwnWindow::setIgnoresMouse(bool ignores) {
+    setFlag(Qt::WindowTransparentForInput, ignores);
+}
+
+bool OwnWindow::event(QEvent* event) {
+    if (event->type() != QEvent::Close) return QWindow::event(event);
+    event->ignore();
+    delegate_.closeAsked();
+    return true;
+}
+
+void OwnWindow::keyPressEvent(QKeyEvent* event) {
+    delegate_.keyDown({.key = event->key(),
+                       .text = event->text(),
+                       .modifiers = static_cast<std::uint32_t>(event->modifiers().toInt()),
+                       .isRepeat = event->isAutoRepeat()});
+}
+
+MouseEvent OwnWindow::from(const QMouseEvent& event) const {
+    const QPointF at = event.position();
+    return {.location = {at.x(), height() - at.y()},
+            .screenLocation = fromQt(event.globalPosition())};
+}
+
+void OwnWindow::mousePressEvent(QMouseEvent* event) {
+    using Mouse = OwnWindowDelegate::Mouse;
+    if (event->button() == Qt::LeftButton) delegate_.mouse(Mouse::LeftDown, from(*event));
+    if (event->button() == Qt::RightButton) delegate_.mouse(Mouse::RightDown, from(*event));
+}
+
+void OwnWindow::mouseMoveEvent(QMouseEvent* event) {
+    delegate_.mouse(OwnWindowDelegate::Mouse::Moved, from(*event));
+}
+
+}  // namespace platform

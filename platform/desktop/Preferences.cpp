@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "platform/desktop/Preferences.h"
+
+#include <QSettings>
+#include <QStandardPaths>
+
+namespace platform {
+
+struct Preferences::Store {
+    QSettings settings;
+};
+
+std::unique_ptr<Preferences> Preferences::forModule(const QString& name) {
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    if (folder.isEmpty()) return nullptr;
+    return std::unique_ptr<Preferences>(
+        new Preferences(folder + QLatin1Char('/') + name + QStringLiteral(".conf")));
+}
+
+Preferences::Preferences(const QString& path)
+    : store_(new Store{.settings = {path, QSettings::IniFormat}}) {}
+
+Preferences::~Preferences() = default;
+
+std::optional<QString> Preferences::string(const QString& key) const {
+    const QVariant value = store_->settings.value(key);
+    if (value.typeId() != QMetaType::QString) return std::nullopt;
+    return value.toString();
+}
+
+void Preferences::setString(const QString& key, const QString& value) {
+    store_->settings.setValue(key, value);
+}
+
+void Preferences::synchronize() {
+    store_->settings.sync();
+}
+
+}  // namespace platform

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+#include "platform/desktop/Surface.h"
+
+namespace platform {
+
+// Draws a window's frames on a thread of its own: always the latest one, and
+// only where it differs from what the window shows. Main thread, but for what it
+// calls. Allocates nothing per frame once the frames have grown.
+class RenderThread final : public FrameSink {
+  public:
+    struct Actions {
+        // Called on the render thread first of all; null where there is nothing
+        // to draw on. It ends what it waits for when `ending` becomes readable.
+        std::function<std::unique_ptr<Surface>(int ending)> makeSurface;
+        // Called on the render thread, each at most once; after the last
+        // nothing is drawn any more.
+        std::function<void()> firstFrameShown;
+        std::function<void(Surface::Result)> ended;
+    };
+
+    explicit RenderThread(Actions actions);
+    ~RenderThread() override;
+    RenderThread(const RenderThread&) = delete;
+    RenderThread& operator=(const RenderThread&) = delete;
+
+    void submit(Frame& frame) override;
+
+    // The window has lost what it showed there, in pixels.
+    void expose(const QRect& rect);
+
+    [[nodiscard]] std::uint64_t framesDrawn() const { return frames_; }
+    // Empty until the surface is made.
+    [[nodiscard]] QString drawer() const;
+
+  private:
+    void run();
+    Surface::Result work(Surface& surface);
+    Surface::Result show(Surface& surface);
+    bool waitForWork();
+
+    const Actions actions_;
+    mutable std::mutex mutex_;
+    std::condition_variable wake_;
+    // Under the mutex.
+    Frame waiting_;
+    bool hasWaiting_ = false;
+    bool ending_ = false;
+    std::vector<QRect> exposed_;
+    QString drawer_;
+
+    // Of the render thread alone.
+    Frame next_;
+    Frame shown_;
+    bool hasNext_ = false;
+    bool hasShown_ = false;
+    std::vector<QRect> damage_;
+    std::vector<QRect> lost_;
+
+    std::atomic<std::uint64_t> frames_{0};
+    const int endingFd_;
+    std::thread thread_;
+};
+
+}  // namespace platform

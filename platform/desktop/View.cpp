@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+#include "platform/desktop/View.h"
+
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "platform/desktop/FrameBuilder.h"
+#include "platform/desktop/Window.h"
+#include "platform/time/Require.h"
+
+namespace platform {
+
+View::View(const QRectF& frame) : frame_(frame) {}
+
+View::~View() {
+    // Others may hold the layer for longer.
+    if (layer_) layer_->onChange(nullptr);
+    for (const auto& view : subviews_) {
+        view->superview_ = nullptr;
+        view->setWindow(nullptr);
+    }
+    if (window_) window_->detached(this);
+}
+
+void View::setFrame(const QRectF& frame) {
+    if (frame_ == frame) return;
+    const QSizeF grown = frame.size() - frame_.size();
+    frame_ = frame;
+    if (layer_) layer_->setFrame(bounds());
+    if (painting_ && !grown.isNull()) needsDisplay_ = true;
+    for (const auto& view : subviews_) {
+        const QSizeF follows(view->autoresizing_ & WidthSizable ? grown.width() : 0.0,
+                             view->autoresizing_ & HeightSizable ? grown.height() : 0.0);
+        view->setFrame({view->frame_.topLeft(), view->frame_.size() + follows});
+    }
+    changed();
+}
+
+void View::setWantsLayer(bool wants) {
+    if (wants == (layer_ != nullptr)) return;
+    if (wants) {
+        layer_ = std::make_shared<Layer>();
+        layer_->setFrame(bounds());
+        layer_->onChange([this] { changed(); });
+    } else {
+        layer_->onChange(nullptr);
+        layer_.reset();
+    }
+    changed();
+}
+
+void View::addSubview(std::shared_ptr<View> view) {
+    view->removeFromSuperview();
+    for (const View* up = this; up; up = up->superview_)
+        require(up != view.get());
+    view->superview_ = this;
+    view->setWindow(window_);
+    subviews_.push_back(std::move(view));
+    changed();
+}
+
+void View::removeFromSuperview() {
+    View* const parent = std::exchange(superview_, nullptr);
+    if (!parent) return;
+    const auto self = std::find_if(parent->subviews_.begin(), parent->subviews_.end(),
+                                   [this](const auto& view) { return view.get() == this; });
+    // The superview may have been the last to hold this view.
+    const std::shared_ptr<View> keep = std::move(*self);
+    parent->subviews_.erase(self);
+    setWindow(nullptr);
+    parent->changed();
+}
+
+void View::setWindow(Window* window) {
+    if (window_ == window) return;
+    if (window_) window_->detached(this);
+    window_ = window;
+    for (const auto& view : subviews_)
+        view->setWindow(window);
+}
+
+void View::changed() {
+    if (window_) window_->setNeedsFrame();
+}
+
+void View::draw(QPainter&, const QRectF&) {}
+
+void View::setNeedsDisplay() {
+    needsDisplay_ = true;
+    changed();
+}
+
+void View::paint(double scale) {
+    if (!needsDisplay_ && (!painting_ || paintedScale_ == scale)) return;
+    needsDisplay_ = false;
+    paintedScale_ = scale;
+    if (!painting_) painting_ = std::make_unique<Layer>();
+    painting_->setFrame(bounds());
+    painting_->setContentsScale(scale);
+    const QSize pixels(static_cast<int>(std::ceil(frame_.width() * scale)),
+                       static_cast<int>(std::ceil(frame_.height() * scale)));
+    QImage image;
+    if (!pixels.isEmpty()) {
+        image = QImage(pixels, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.translate(0.0, pixels.height());
+        painter.scale(pixels.width() / frame_.width(), -pixels.height() / frame_.height());
+        draw(painter, bounds());
+    }
+    painting_->setContents(image);
+}
+
+void View::build(FrameBuilder& builder, QPointF origin) {
+    if (painting_) builder.addLayers(*painting_, origin);
+    if (layer_) builder.addLayers(*layer_, origin);
+}
+
+void View::keyDown(const KeyEvent& event) {
+    if (superview_) superview_->keyDown(event);
+}
+
+void View::mouseDown(const MouseEvent& event) {
+    if (superview_) superview_->mouseDown(event);
+}
+
+void View::rightMouseDown(const MouseEvent& event) {
+    if (superview_) superview_->rightMouseDown(event);
+}
+
+void View::mouseMoved(const MouseEvent& event) {
+    if (superview_) superview_->mouseMoved(event);
+}
+
+View* View::hitTest(QPointF point) {
+    if (!frame_.contains(point)) return nullptr;
+    const QPointF inside = point - frame_.topLeft();
+    for (auto view = subviews_.rbegin(); view != subviews_.rend(); ++view)
+        if (View* const hit = (*view)->hitTest(inside)) return hit;
+    return this;
+}
+
+}  // namespace platform

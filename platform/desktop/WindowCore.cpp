@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+#include "platform/desktop/WindowCore.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+#include "platform/desktop/FrameBuilder.h"
+#include "platform/desktop/ScreenSpace.h"
+
+namespace platform {
+
+WindowCore::WindowCore(Window& window)
+    : fade(window.server_.clock(),
+           [this](double alpha) {
+               if (own) own->setOpacity(alpha);
+               if (drawing) drawing->setWanted(alpha > 0.0);
+           }),
+      window_(window),
+      screens_([this] { geometryChanged(); }) {}
+
+void WindowCore::makeOwn() {
+    own = std::make_unique<OwnWindow>(window_.options_, window_.canBecomeKey(), *this);
+    own->setOpacity(fade.value());
+    own->setIgnoresMouse(window_.ignoresMouse_);
+    if (window_.cursorHidden_) own->setCursor(Qt::BlankCursor);
+    QObject::connect(own.get(), &QWindow::screenChanged, own.get(), [this] { geometryChanged(); });
+    if (const std::uint32_t xWindow = own->xWindow()) draw(xWindow);
+    fit();
+}
+
+void WindowCore::draw(std::uint32_t xWindow) {
+    if (!window_.server_.isConnected()) return;
+    drawing = std::make_unique<WindowDrawing>(
+        window_.server_, xWindow,
+        WindowDrawing::Actions{
+            .build = [this](Frame& frame, double time) { return build(frame, time); },
+            .geometryChanged = [this] { geometryChanged(); },
+            .gone =
+                [this] {
+                    // The action may drop the window, and itself with it.
+                    if (const auto action = closed) action();
+                }});
+    drawing->setWanted(fade.value() > 0.0);
+    geometryChanged();
+}
+
+double WindowCore::build(Frame& frame, double time) {
+    frame.grid = {.scale = scale(), .size = drawing->geometry().size()};
+    frame.background = {0.0F, 0.0F, 0.0F, window_.options_.opaque ? 1.0F : 0.0F};
+    FrameBuilder builder(frame, time);
+    builder.add(*window_.content_);
+    return builder.nextChange();
+}
+
+void WindowCore::geometryChanged() {
+    fit();
+    if (!drawing) return;
+    const QScreen* const on = screen();
+    drawing->setFrameInterval(1.0 / (on ? screenFrom(*on).refreshRate : 60.0));
+    drawing->requestFrame();
+}
+
+void WindowCore::fit() {
+    window_.content_->setFrame({QPointF(0, 0), sizeInPoints()});
+}
+
+QScreen* WindowCore::screen() const {
+    if (own) return own->screen();
+    return drawing ? screenUnderPixels(drawing->geometry()) : nullptr;
+}
+
+double WindowCore::scale() const {
+    if (own) return own->devicePixelRatio();
+    const QScreen* const on = screen();
+    return on ? on->devicePixelRatio() : 1.0;
+}
+
+QSizeF WindowCore::sizeInPoints() const {
+    if (drawing) return QSizeF(drawing->geometry().size()) / scale();
+    return own ? QSizeF(own->size()) : window_.options_.frame.size();
+}
+
+void WindowCore::keyDown(const KeyEvent& event) {
+    View* const target = window_.firstResponder_ ? window_.firstResponder_ : window_.content_.get();
+    target->keyDown(event);
+}
+
+void WindowCore::mouse(Mouse what, const MouseEvent& event) {
+    View* const hit = window_.content_->hitTest(event.location);
+    View* const target = hit ? hit : window_.content_.get();
+    switch (what) {
+        case Mouse::LeftDown:
+            return target->mouseDown(event);
+        case Mouse::RightDown:
+            return target->rightMouseDown(event);
+        case Mouse::Moved:
+            return target->mouseMoved(event);
+    }
+}
+
+void WindowCore::closeAsked() {
+    if (const auto action = closed) action();
+}
+
+}  // namespace platform

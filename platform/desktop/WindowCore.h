@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+
+#include "platform/desktop/Fade.h"
+#include "platform/desktop/OwnWindow.h"
+#include "platform/desktop/WindowDrawing.h"
+
+namespace platform {
+
+// What a window is made of, hidden from those who only show views in it.
+class WindowCore final : public OwnWindowDelegate {
+  public:
+    explicit WindowCore(Window& window);
+
+    // Makes the Qt window, and the drawing where there is X.
+    void makeOwn();
+    void draw(std::uint32_t xWindow);
+
+    void keyDown(const KeyEvent& event) override;
+    void mouse(Mouse what, const MouseEvent& event) override;
+    void closeAsked() override;
+
+    void geometryChanged();
+    [[nodiscard]] bool isHosts() const { return drawing && !own; }
+    [[nodiscard]] QScreen* screen() const;
+    [[nodiscard]] double scale() const;
+    [[nodiscard]] QSizeF sizeInPoints() const;
+
+    std::unique_ptr<OwnWindow> own;
+    std::unique_ptr<WindowDrawing> drawing;
+    std::function<void()> closed;
+    Fade fade;
+
+  private:
+    double build(Frame& frame, double time);
+    void fit();
+
+    Window& window_;
+    ScreenObserver screens_;
+};
+
+}  // namespace platform

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// What EGL tells before any display is open; private to platform/render. Costs
+// no driver: only the list of what there is.
+#pragma once
+
+#include <vector>
+
+namespace platform {
+
+struct EglDevice {
+    void* handle = nullptr;  // EGLDeviceEXT
+    bool software = false;
+};
+
+// Whether EGL is there at all and offers this before a display is open.
+[[nodiscard]] bool eglClientOffers(const char* extension);
+// Empty where EGL cannot list them.
+[[nodiscard]] std::vector<EglDevice> eglDevices();
+// Whether the environment wants Mesa to draw on the CPU.
+[[nodiscard]] bool isSoftwareForced();
+
+}  // namespace platform

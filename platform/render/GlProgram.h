@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+// Owners of OpenGL objects; private to platform/render. Each wants its context
+// current while it lives and when it is dropped.
+#pragma once
+
+#include <epoxy/gl.h>
+
+#include <utility>
+
+namespace platform {
+
+// A vertex and a fragment shader, linked.
+class GlProgram {
+  public:
+    // Failing leaves an invalid program and a line on standard error that begins
+    // with the label.
+    GlProgram(const char* label, const char* vertexText, const char* fragmentText);
+    ~GlProgram();
+    GlProgram(const GlProgram&) = delete;
+    GlProgram& operator=(const GlProgram&) = delete;
+
+    [[nodiscard]] bool isValid() const { return name_ != 0; }
+    void use() const { glUseProgram(name_); }
+    [[nodiscard]] GLint uniform(const char* name) const {
+        return glGetUniformLocation(name_, name);
+    }
+
+  private:
+    GLuint name_ = 0;
+};
+
+// A buffer that shaders read as texels of one format.
+class GlTexelBuffer {
+  public:
+    GlTexelBuffer(const char* label, GLenum format);
+    ~GlTexelBuffer();
+    GlTexelBuffer(const GlTexelBuffer&) = delete;
+    GlTexelBuffer& operator=(const GlTexelBuffer&) = delete;
+
+    void bindTo(int unit) const;
+
+    // A new store of that size whose contents are unknown; what is being drawn
+    // keeps the old one.
+    void renew(GLsizeiptr bytes, GLenum usage);
+    // The same, keeping the first `kept` bytes.
+    void grow(GLsizeiptr bytes, GLsizeiptr kept);
+    void write(GLintptr at, GLsizeiptr bytes, const void* data);
+    [[nodiscard]] GLsizeiptr size() const { return size_; }
+
+  private:
+    void attach();
+
+    const char* label_;
+    GLenum format_;
+    GLuint buffer_ = 0;
+    GLuint texture_ = 0;
+    GLsizeiptr size_ = 0;
+};
+
+}  // namespace platform

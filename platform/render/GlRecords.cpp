@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: MIT
+#include "platform/render/GlRecords.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace platform {
+
+namespace {
+
+// As rects.frag names them.
+enum PaintKind : std::int32_t { kColour, kGradient, kExact, kStretched };
+constexpr std::size_t kPaintRecords = 4;
+constexpr std::size_t kRectRecords = 2;
+// Cutting up more pieces than this costs more than drawing where none lies.
+constexpr std::uint32_t kMostCutPieces = 16;
+
+// The edges of PixelGrid::snap as OpenGL counts them, from the lower left; what
+// lies absurdly far outside stops short.
+PixelRect snapped(const QRectF& points, const PixelGrid& grid) {
+    const auto edge = [&grid](double at) {
+        constexpr double kFar = 1 << 24;
+        return PixelGrid::edge(std::clamp(at * grid.scale, -kFar, kFar));
+    };
+    return {edge(points.left()), edge(points.top()), edge(points.right()), edge(points.bottom())};
+}
+
+// Adds to `boxes`, which do not overlap, what of `box` none of those from index
+// `from` on covers yet, so that they still do not overlap.
+void addUncovered(std::vector<PixelRect>& boxes, std::size_t from, const PixelRect& box) {
+    if (box.isEmpty()) return;
+    for (std::size_t i = from; i < boxes.size(); ++i) {
+        const PixelRect common = boxes[i] & box;
+        if (common.isEmpty()) continue;
+        addUncovered(boxes, i + 1, {box.x0, common.y1, box.x1, box.y1});
+        addUncovered(boxes, i + 1, {box.x0, box.y0, box.x1, common.y0});
+        addUncovered(boxes, i + 1, {box.x0, common.y0, common.x0, common.y1});
+        addUncovered(boxes, i + 1, {common.x1, common.y0, box.x1, common.y1});
+        return;
+    }
+    boxes.push_back(box);
+}
+
+std::int32_t whole(std::size_t value) {
+    return static_cast<std::int32_t>(value);
+}
+
+}  // namespace
+
+void GlRecords::begin(const DisplayList& list, const PixelGrid& grid) {
+    list_ = &list;
+    grid_ = grid;
+    screen_ = {0, 0, grid.size.width(), grid.size.height()};
+    restart();
+}
+
+void GlRecords::restart() {
+    records_.clear();
+    rects_.clear();
+    maskRecords_.assign(list_->masks.size(), -1);
+}
+
+bool GlRecords::add(const DisplayItem& item) {
+    const PixelRect box = snapped(item.rect, grid_) & snapped(item.clip, grid_) & screen_;
+    if (box.isEmpty()) return true;
+    const std::size_t records = records_.size();
+    const std::size_t rects = rects_.size();
+    addVisible(item, box);
+    if (records_.size() + kRectRecords * rects_.size() <= limit_) return true;
+    records_.resize(records);
+    rects_.resize(rects);
+    for (std::int32_t& at : maskRecords_) {
+        if (at >= whole(records)) at = -1;
+    }
+    return false;
+}
+
+void GlRecords::addVisible(const DisplayItem& item, const PixelRect& box) {
+    const std::size_t rects = rects_.size();
+    addRects(item, box);
+    if (rects_.size() == rects) return;
+    // A mask comes before its item: writing it moves what lies behind.
+    const std::int32_t mask = item.mask < 0 ? -1 : maskRecord(item.mask);
+    const std::size_t at = append(kPaintRecords);
+    const PixelRect reach = paint(item, at);
+    records_[at + 3] = {mask, 0, 0, 0};
+    std::size_t kept = rects;
+    for (std::size_t i = rects; i < rects_.size(); ++i) {
+        const PixelRect shown = rects_[i].box & reach;
+        if (!shown.isEmpty()) rects_[kept++] = {.box = shown, .paint = whole(at)};
+    }
+    rects_.resize(kept);
+}
+
+void GlRecords::addRects(const DisplayItem& item, const PixelRect& box) {
+    boxes_.clear();
+    if (item.mask < 0) boxes_.push_back(box);
+    PixelRect within = box;
+    for (std::int32_t mask = item.mask; mask >= 0;) {
+        const DisplayMask& m = list_->masks[static_cast<std::size_t>(mask)];
+        const bool cut = mask == item.mask && m.pieceCount <= kMostCutPieces;
+        PixelRect around;
+        for (std::uint32_t i = m.firstPiece; i < m.firstPiece + m.pieceCount; ++i) {
+            const DisplayItem& piece = list_->pieces[i];
+            const PixelRect shown = snapped(piece.rect, grid_) & snapped(piece.clip, grid_) & box;
+            if (cut) addUncovered(boxes_, 0, shown);
+            around = around | shown;
+        }
+        if (mask == item.mask && !cut) boxes_.push_back(around);
+        within = within & around;
+        mask = m.outer;
+    }
+    for (const PixelRect& part : boxes_) {
+        const PixelRect shown = part & within;
+        if (!shown.isEmpty()) rects_.push_back({.box = shown, .paint = 0});
+    }
+}
+
+std::int32_t GlRecords::maskRecord(std::int32_t mask) {
+    const auto index = static_cast<std::size_t>(mask);
+    if (maskRecords_[index] >= 0) return maskRecords_[index];
+    const DisplayMask& m = list_->masks[index];
+    const std::int32_t outer = m.outer < 0 ? -1 : maskRecord(m.outer);
+    const std::size_t at = append(1 + kPaintRecords * m.pieceCount);
+    records_[at] = {outer, static_cast<std::int32_t>(m.pieceCount), 0, 0};
+    for (std::uint32_t i = 0; i < m.pieceCount; ++i) {
+        const DisplayItem& piece = list_->pieces[m.firstPiece + i];
+        const std::size_t pieceAt = at + 1 + kPaintRecords * i;
+        const PixelRect box = paint(piece, pieceAt) & snapped(piece.clip, grid_) & screen_;
+        records_[pieceAt + 3] = {box.x0, box.y0, box.x1, box.y1};
+    }
+    maskRecords_[index] = whole(at);
+    return whole(at);
+}
+
+PixelRect GlRecords::paint(const DisplayItem& item, std::size_t at) {
+    const PixelRect rect = snapped(item.rect, grid_);
+    switch (item.kind) {
+        case DisplayItem::Kind::Colour:
+            records_[at] = {kColour, bits(item.opacity), 0, 0};
+            records_[at + 1] = {bits(item.colour.r), bits(item.colour.g), bits(item.colour.b),
+                                bits(item.colour.a)};
+            return rect;
+        case DisplayItem::Kind::Gradient:
+            records_[at] = {kGradient, bits(item.opacity), 0, 0};
+            paintGradient(item, at);
+            return item.stopCount > 0 ? rect : PixelRect{};
+        case DisplayItem::Kind::Image:
+            return paintPicture(item, at, rect);
+    }
+    return {};
+}
+
+void GlRecords::paintGradient(const DisplayItem& item, std::size_t at) {
+    const QPointF axis = item.end - item.start;
+    const double square = axis.x() * axis.x() + axis.y() * axis.y();
+    // Without an axis everything lies before the first stop.
+    const bool flat = !(square > 0.0);
+    const double alongX = flat ? 0.0 : axis.x() / square / item.rect.width();
+    const double alongY = flat ? 0.0 : axis.y() / square / item.rect.height();
+    const QPointF from = item.rect.topLeft() + QPointF(item.start.x() * item.rect.width(),
+                                                       item.start.y() * item.rect.height());
+    const double offset = flat ? 0.0 : -(from.x() * alongX + from.y() * alongY);
+    records_[at + 1] = {bits(alongX / grid_.scale), bits(alongY / grid_.scale), bits(offset), 0};
+    const std::uint32_t count = flat ? std::min(item.stopCount, 1U) : item.stopCount;
+    const std::size_t first = append(2 * count);
+    records_[at + 2] = {whole(first), static_cast<std::int32_t>(count), 0, 0};
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const GradientLayer::Stop& stop = list_->stops[item.firstStop + i];
+        records_[first + 2 * i] = {bits(stop.location), 0, 0, 0};
+        records_[first + 2 * i + 1] = {bits(stop.colour.r), bits(stop.colour.g),
+                                       bits(stop.colour.b), bits(stop.colour.a)};
+    }
+}
+
+PixelRect GlRecords::paintPicture(const DisplayItem& item, std::size_t at, const PixelRect& rect) {
+    if (item.image.isNull() || rect.isEmpty()) return {};
+    const QSize own = item.image.size();
+    const bool exact = std::abs(own.width() - item.rect.width() * grid_.scale) < 1.0 &&
+                       std::abs(own.height() - item.rect.height() * grid_.scale) < 1.0;
+    const PixelRect box =
+        exact ? PixelRect{rect.x0, rect.y0, rect.x0 + own.width(), rect.y0 + own.height()} : rect;
+    const GlPictures::Place place = pictures_.place(item.image);
+    if (place.size.isEmpty()) return {};
+    if (place.size == QSize(box.width(), box.height())) {
+        records_[at] = {kExact, bits(item.opacity), 0, 0};
+        records_[at + 1] = {box.x0, box.y1, place.size.width(), place.first};
+    } else {
+        const double alongX = static_cast<double>(place.size.width()) / box.width();
+        const double alongY = -static_cast<double>(place.size.height()) / box.height();
+        records_[at] = {kStretched, bits(item.opacity), 0, 0};
+        records_[at + 1] = {bits(alongX), bits(-0.5 - box.x0 * alongX), bits(alongY),
+                            bits(-0.5 - box.y1 * alongY)};
+        records_[at + 2] = {place.first, place.size.width(), place.size.height(), 0};
+    }
+    return box & rect;
+}
+
+std::size_t GlRecords::append(std::size_t count) {
+    const std::size_t at = records_.size();
+    records_.resize(at + count);
+    return at;
+}
+
+std::size_t GlRecords::finish() {
+    const std::size_t first = append(kRectRecords * rects_.size());
+    std::size_t at = first;
+    for (const Rect& rect : rects_) {
+        records_[at++] = {rect.box.x0, rect.box.y0, rect.box.x1, rect.box.y1};
+        records_[at++] = {rect.paint, 0, 0, 0};
+    }
+    return first;
+}
+
+}  // namespace platform
