@@ -18,7 +18,10 @@ target_compile_options(brixtel_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow
                        -Wnull-dereference -Wimplicit-fallthrough
                        # Option structs are filled with designated initialisers,
                        # and what is left out has its default.
-                       -Wno-missing-field-initializers)
+                       -Wno-missing-field-initializers
+                       # Nobody replaces a library's own functions from outside, so it
+                       # may inline them.
+                       -fno-semantic-interposition)
 target_link_options(brixtel_flags INTERFACE -Wl,--no-undefined -Wl,--as-needed)
 if(BRIXTEL_STRICT)
   target_compile_options(brixtel_flags INTERFACE -Werror)

@@ -4,7 +4,7 @@
 #include <QUuid>
 #include <utility>
 
-#include "platform/render/SceneSnapshot.h"
+#include "worlds/Bol.h"
 
 namespace brixtel {
 
@@ -33,6 +33,7 @@ DrieWereld::DrieWereld(DrieSoort soort, const DrieWereldOpties& opties,
       klok_(bronnen.klok),
       wacht_(bronnen.wacht),
       landen_(bronnen.landen),
+      kaart_(bronnen.kaart),
       toeval_(bronnen.toeval.bits()) {
     scene_->setBackground(Qt::black);
     bouw();
@@ -112,6 +113,10 @@ LandenTabel& DrieWereld::landen() const {
     return landen_ != nullptr ? *landen_ : LandenTabel::gedeeld();
 }
 
+const LandKaart& DrieWereld::kaart() const {
+    return kaart_ != nullptr ? *kaart_ : LandKaart::gedeeld();
+}
+
 const std::string& DrieWereld::wachtSleutel() {
     // Not drawn from the world's own source: worlds of one seed are still two.
     if (wachtSleutel_.empty())
@@ -126,15 +131,6 @@ void DrieWereld::actief(bool aan) {
 }
 
 // --- still pictures ---
-
-QImage DrieWereld::plaatje(const PlaatjeOpties& opties) {
-    const auto snapshot = platform::SceneSnapshot::create();
-    if (!snapshot) return {};
-    return plaatje(opties, [&](const platform::DrawList& lijst, const Opname& opname) {
-        return snapshot->draw(
-            lijst, {.size = opname.maat, .scale = opname.schaal, .sampleCount = opname.monsters});
-    });
-}
 
 QImage DrieWereld::plaatje(const PlaatjeOpties& opties, const Fotograaf& fotograaf) {
     platform::DrawList lijst;

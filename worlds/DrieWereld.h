@@ -21,8 +21,11 @@
 #include "platform/time/MediaClock.h"
 #include "platform/time/RandomSource.h"
 #include "worlds/DrieSoort.h"
+#include "worlds/LandKaart.h"
 
 namespace brixtel {
+
+class BolLijnen;
 
 struct DrieWereldOpties {
     bool groot = true;         // full quality; false for a small preview
@@ -37,6 +40,7 @@ struct DrieWereldBronnen {
     platform::RandomSource& toeval;
     VerbindingWacht* wacht = nullptr;  // none: the program's shared one, when it is needed
     LandenTabel* landen = nullptr;     // the same
+    const LandKaart* kaart = nullptr;  // the same; only read while the world is made
 };
 
 // One self-running 3D scene of one kind: builds it, shows it in views, takes still
@@ -167,6 +171,7 @@ class DrieWereld {
     [[nodiscard]] bool gebruiktWacht() const;
     [[nodiscard]] VerbindingWacht& wacht() const;
     [[nodiscard]] LandenTabel& landen() const;
+    [[nodiscard]] const LandKaart& kaart() const;
 
     const std::shared_ptr<platform::Scene> scene_ = std::make_shared<platform::Scene>();
     const DrieSoort soort_;
@@ -174,9 +179,11 @@ class DrieWereld {
     platform::MediaClock& klok_;
     VerbindingWacht* const wacht_;
     LandenTabel* const landen_;
+    const LandKaart* const kaart_;
     platform::RandomSource toeval_;
     platform::NodePtr bol_;
     platform::NodePtr lijnenNode_;
+    std::unique_ptr<BolLijnen> bolLijnen_;
     Abonnement abonnement_;
     std::string wachtSleutel_;
 };

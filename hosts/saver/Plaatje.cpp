@@ -21,8 +21,11 @@ namespace {
 std::optional<QImage> teken(const platform::DisplayList& lijst, const platform::PixelGrid& raster,
                             platform::DrawerChoice tekenaar) {
     const platform::Rgba zwart{0.0F, 0.0F, 0.0F, 1.0F};
-    if (tekenaar == platform::DrawerChoice::OpenGl)
-        return platform::drawOffscreen(lijst, raster, zwart);
+    if (tekenaar == platform::DrawerChoice::OpenGl) {
+        const auto gl = platform::OffscreenPicture::create();
+        const QImage beeld = gl ? gl->draw(lijst, raster, zwart) : QImage();
+        return beeld.isNull() ? std::nullopt : std::optional(beeld);
+    }
     QImage beeld(raster.size, QImage::Format_ARGB32_Premultiplied);
     if (beeld.isNull()) return std::nullopt;
     platform::CpuDrawer cpu;

@@ -1,10 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "platform/desktop/Preferences.h"
 
+#include <QHash>
 #include <QSettings>
 #include <QStandardPaths>
 
 namespace platform {
+
+namespace {
+
+QHash<QString, QString>& arguments() {
+    static QHash<QString, QString> values;
+    return values;
+}
+
+}  // namespace
 
 struct Preferences::Store {
     QSettings settings;
@@ -22,7 +32,13 @@ Preferences::Preferences(const QString& path)
 
 Preferences::~Preferences() = default;
 
+void Preferences::setArgument(const QString& key, const QString& value) {
+    arguments().insert(key, value);
+}
+
 std::optional<QString> Preferences::string(const QString& key) const {
+    if (const auto found = arguments().constFind(key); found != arguments().constEnd())
+        return *found;
     const QVariant value = store_->settings.value(key);
     if (value.typeId() != QMetaType::QString) return std::nullopt;
     return value.toString();

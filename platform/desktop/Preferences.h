@@ -16,6 +16,11 @@ class Preferences {
     // None where the user has no configuration folder.
     [[nodiscard]] static std::unique_ptr<Preferences> forModule(const QString& name);
 
+    // From now on every store of this process answers `value` for the key,
+    // whatever is in its file, and nothing of it is written: what a command line
+    // asks for one run.
+    static void setArgument(const QString& key, const QString& value);
+
     ~Preferences();
     Preferences(const Preferences&) = delete;
     Preferences& operator=(const Preferences&) = delete;

@@ -127,6 +127,7 @@ void compareMasks(const DisplayList& before, std::int32_t a, const DisplayList& 
 
 void findDamage(const DisplayList& before, const DisplayList& after, const PixelGrid& grid,
                 std::vector<QRect>& rects) {
+    rects.reserve(after.items.capacity());
     Collector out(grid, rects);
     if (before.structure != after.structure) {
         rects.emplace_back(QPoint(0, 0), grid.size);

@@ -87,8 +87,11 @@ void CpuDrawer::State::prepare(const DisplayList& list, const PixelGrid& grid) {
     for (const DisplayItem& piece : list.pieces)
         masks.addPiece(place(list, piece, grid));
     masks.finish();
+    // As much room as the list has, which grows no more in steady use.
     items.clear();
+    items.reserve(list.items.capacity());
     bounds.clear();
+    bounds.reserve(list.items.capacity());
     for (const DisplayItem& item : list.items) {
         const CpuPaint& paint = items.emplace_back(place(list, item, grid));
         bounds.push_back(item.mask < 0 ? paint.shown() : paint.shown() & masks.bounds(item.mask));

@@ -23,6 +23,7 @@ void multiply(float* alphas, const float* by, int count) {
 void CpuMasks::prepare(const DisplayList& list, int longest) {
     list_ = &list;
     pieces_.clear();
+    pieces_.reserve(list.pieces.capacity());
     all_.resize(static_cast<std::size_t>(longest));
     one_.resize(all_.size());
     colours_.resize(all_.size());
@@ -30,6 +31,7 @@ void CpuMasks::prepare(const DisplayList& list, int longest) {
 
 void CpuMasks::finish() {
     bounds_.clear();
+    bounds_.reserve(list_->masks.capacity());
     for (std::size_t i = 0; i < list_->masks.size(); ++i) {
         const auto mask = static_cast<std::int32_t>(i);
         PixelRect bounds;

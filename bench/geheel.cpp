@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+// Runs the programs whole, under an X server of its own, and prints what they
+// cost: CPU per second of the program and of the X server, beside the floor of
+// clearing and presenting the same window sixty times a second.
+//
+// Usage: geheel [--maat=1920x1080] [--seconden=10] [--tekenaar=auto] [SCENE...]
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QStringList>
+#include <cstdio>
+
+#include "tests/support/Xvfb.h"
+
+namespace {
+
+struct Opties {
+    QString maat = QStringLiteral("1920x1080");
+    QString seconden = QStringLiteral("10");
+    QString tekenaar = QStringLiteral("auto");
+    QStringList scenes;
+};
+
+// User and system time of a process so far, in seconds; proc(5).
+double cpuVan(qint64 proces) {
+    QFile bestand(QStringLiteral("/proc/%1/stat").arg(proces));
+    if (!bestand.open(QIODevice::ReadOnly)) return 0.0;
+    const QByteArray regel = bestand.readAll();
+    const QList<QByteArray> velden = regel.mid(regel.lastIndexOf(')') + 2).split(' ');
+    return (velden[11].toDouble() + velden[12].toDouble()) /
+           static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
+// Runs one program to its end and prints its line; its JSON comes on stdout.
+double meet(const QString& naam, const QString& programma, const QStringList& argumenten,
+            const platform::test::Xvfb& server, double seconden, double vloer) {
+    QProcess proces;
+    QProcessEnvironment omgeving = QProcessEnvironment::systemEnvironment();
+    omgeving.insert(QStringLiteral("DISPLAY"), QString::fromStdString(server.name()));
+    proces.setProcessEnvironment(omgeving);
+    proces.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    const double serverVoor = cpuVan(server.process());
+    proces.start(programma, argumenten);
+    if (!proces.waitForFinished(-1) || proces.exitCode() != 0) {
+        std::fprintf(stderr, "geheel: %s lukte niet\n", qPrintable(naam));
+        std::exit(1);
+    }
+    const double serverCpu = cpuVan(server.process()) - serverVoor;
+    const QJsonObject meting = QJsonDocument::fromJson(proces.readAllStandardOutput()).object();
+    const auto getal = [&](const char* sleutel) {
+        return meting.value(QLatin1String(sleutel)).toDouble();
+    };
+    const double totaal = (getal("cpu_seconden") + serverCpu) / seconden;
+    std::printf("%-10s %8.1f %9.1f%% %9.1f%% %9.1f%% %8s %10.0f %8.1f %5.0f  %s\n",
+                qPrintable(naam), getal("beelden_per_seconde"),
+                100 * getal("cpu_seconden") / seconden, 100 * serverCpu / seconden, 100 * totaal,
+                vloer > 0 ? qPrintable(QString::number(totaal / vloer, 'f', 2)) : "-",
+                getal("eerste_beeld_ms"), getal("geheugen_mb"), getal("sport"),
+                qPrintable(meting.value(QLatin1String("tekenaar")).toString()));
+    std::fflush(stdout);
+    return totaal;
+}
+
+Opties lees(const QStringList& woorden) {
+    Opties opties;
+    for (const QString& woord : woorden) {
+        const QString waarde = woord.section(u'=', 1);
+        if (woord.startsWith(QLatin1String("--maat=")))
+            opties.maat = waarde;
+        else if (woord.startsWith(QLatin1String("--seconden=")))
+            opties.seconden = waarde;
+        else if (woord.startsWith(QLatin1String("--tekenaar=")))
+            opties.tekenaar = waarde;
+        else
+            opties.scenes << woord;
+    }
+    if (opties.scenes.isEmpty()) opties.scenes << QStringLiteral("regen");
+    return opties;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const QCoreApplication app(argc, argv);
+    const Opties opties = lees(QCoreApplication::arguments().mid(1));
+    const platform::test::Xvfb server((opties.maat + QStringLiteral("x24")).toStdString());
+    if (server.name().empty()) return 1;
+    const QString map = QCoreApplication::applicationDirPath();
+    const double seconden = opties.seconden.toDouble();
+    std::printf("%s, %s s, %ld cores\n", qPrintable(opties.maat), qPrintable(opties.seconden),
+                sysconf(_SC_NPROCESSORS_ONLN));
+    std::printf("%-10s %8s %10s %10s %10s %8s %10s %8s %5s  %s\n", "scene", "fps", "program",
+                "X server", "together", "x floor", "first ms", "MiB", "rung", "drawer");
+    const double vloer = meet(QStringLiteral("floor"), map + QStringLiteral("/vloer"),
+                              {opties.maat, opties.seconden}, server, seconden, 0);
+    for (const QString& scene : opties.scenes)
+        meet(scene, map + QStringLiteral("/../bin/brixtel-saver"),
+             {QStringLiteral("--venster=") + opties.maat, QStringLiteral("--keuze=") + scene,
+              QStringLiteral("--seconden=") + opties.seconden,
+              QStringLiteral("--tekenaar=") + opties.tekenaar, QStringLiteral("--meet")},
+             server, seconden, vloer);
+    return 0;
+}

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+// What a frame of falling columns costs without OpenGL: building its list,
+// finding what differs, and drawing that.
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <vector>
+
+#include "platform/layers/Damage.h"
+#include "platform/render/CpuDrawer.h"
+#include "tests/support/FallingColumns.h"
+
+using namespace platform;
+
+namespace {
+
+constexpr Rgba kBlack{0.0F, 0.0F, 0.0F, 1.0F};
+constexpr double kStart = 1000.0;
+
+// A screen of falling columns; argument 0 is its width and 1 its height in
+// pixels, 2 its pixels per point.
+struct Screen {
+    explicit Screen(const benchmark::State& state)
+        : size(static_cast<int>(state.range(0)), static_cast<int>(state.range(1))),
+          grid{.scale = static_cast<double>(state.range(2)), .size = size},
+          columns({.size = QSizeF(size) / grid.scale, .scale = grid.scale}),
+          pixels(static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height())) {
+        columns.fill(kStart);
+        columns.show(kStart, lists[0]);
+    }
+
+    // Frame by frame at 60 a second; a pair of strips changes every fifth.
+    const DisplayList& next() {
+        ++frame;
+        if (frame % 5 == 0) columns.swapContents(frame % columns.columnCount());
+        DisplayList& now = lists[frame % 2];
+        columns.show(kStart + frame / 60.0, now);
+        findDamage(lists[(frame + 1) % 2], now, grid, damage);
+        return now;
+    }
+
+    [[nodiscard]] PixelBuffer target() { return {pixels.data(), size.width(), size}; }
+
+    QSize size;
+    PixelGrid grid;
+    FallingColumns columns;
+    std::vector<std::uint32_t> pixels;
+    DisplayList lists[2];
+    std::vector<QRect> damage;
+    CpuDrawer drawer;
+    int frame = 0;
+};
+
+void screens(benchmark::internal::Benchmark* bench) {
+    bench->Args({1920, 1080, 1})->Args({5120, 2880, 2})->Unit(benchmark::kMicrosecond);
+}
+
+void LijstEnSchade(benchmark::State& state) {
+    Screen screen(state);
+    double rects = 0.0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(screen.next());
+        rects += static_cast<double>(screen.damage.size());
+    }
+    state.counters["rects"] = rects / static_cast<double>(state.iterations());
+}
+BENCHMARK(LijstEnSchade)->Apply(screens);
+
+void HeelBeeld(benchmark::State& state) {
+    Screen screen(state);
+    const std::vector<QRect> all{QRect(QPoint(), screen.size)};
+    for (auto _ : state)
+        screen.drawer.draw(screen.lists[0], screen.grid, all, kBlack, screen.target());
+    benchmark::DoNotOptimize(screen.pixels.data());
+}
+BENCHMARK(HeelBeeld)->Apply(screens);
+
+// What falling costs from frame to frame. `share` is that of one core at 60
+// frames a second, list and damage aside.
+void Beeldstap(benchmark::State& state) {
+    Screen screen(state);
+    double painted = 0.0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        const DisplayList& list = screen.next();
+        for (const QRect& rect : screen.damage)
+            painted += static_cast<double>(rect.width()) * rect.height();
+        state.ResumeTiming();
+        screen.drawer.draw(list, screen.grid, screen.damage, kBlack, screen.target());
+    }
+    state.counters["pixels"] = painted / static_cast<double>(state.iterations());
+}
+BENCHMARK(Beeldstap)->Apply(screens);
+
+}  // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,280 @@
+// SPDX-License-Identifier: MIT
+#include "BrixtelSaver/BrixtelSaver.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QImage>
+#include <QPainter>
+#include <map>
+#include <set>
+
+#include "tests/BrixtelSaver/Instellingen.h"
+
+using brixtel::BrixtelSaverView;
+using brixtel::EigenInstellingen;
+using brixtel::SaverInstellingen;
+using brixtel::SaverKeuze;
+
+namespace {
+
+struct EenBlad : platform::Sheet {
+    void open() override {}
+};
+
+// A view whose sheet hands its callback to the test.
+class ProefView : public BrixtelSaverView {
+  public:
+    using BrixtelSaverView::BrixtelSaverView;
+    Klaar klaar;
+
+  protected:
+    std::shared_ptr<platform::Sheet> maakInstellingenVenster(Klaar k) override {
+        klaar = std::move(k);
+        return std::make_shared<EenBlad>();
+    }
+};
+
+class SaverView : public testing::Test {
+  protected:
+    EigenInstellingen eigen;
+    platform::ManualClock klok{100.0};
+    platform::RandomSource toeval{5};
+    platform::DistributedNotificationCenter berichten{QString()};
+
+    std::shared_ptr<ProefView> maak(bool voorvertoning = false) {
+        return std::make_shared<ProefView>(
+            QRectF(0, 0, 300, 200), voorvertoning,
+            platform::ScreenSaverContext{
+                .clock = klok, .random = toeval, .notifications = berichten});
+    }
+    std::shared_ptr<ProefView> gestart(SaverKeuze keuze) {
+        SaverInstellingen::zetKeuze(keuze);
+        auto view = maak();
+        view->startAnimation();
+        return view;
+    }
+    void meldStop() {
+        berichten.post(QStringLiteral("com.apple.screensaver.willstop"));
+        QCoreApplication::processEvents();
+    }
+    static bool leeg(const BrixtelSaverView& view) {
+        return !view.regen() && view.layer()->sublayers().empty();
+    }
+};
+
+TEST_F(SaverView, ANewViewIsBlackOpaqueAndShowsNothing) {
+    const auto view = maak();
+    EXPECT_TRUE(view->isOpaque());
+    ASSERT_TRUE(view->layer());
+    EXPECT_EQ(view->layer()->backgroundColor(), QColor(Qt::black));
+    EXPECT_EQ(view->animationTimeInterval(), 1.0);
+    EXPECT_TRUE(leeg(*view));
+    EXPECT_FALSE(view->nu());
+    EXPECT_FALSE(view->huidige());
+    EXPECT_FALSE(view->wisselKlok().isValid());
+    EXPECT_TRUE(view->hasConfigureSheet());
+    EXPECT_EQ(klok.timerCount(), 0U);
+}
+
+TEST_F(SaverView, DrawFillsTheDirtyRectangleWithBlackAndNothingElse) {
+    QImage beeld(10, 10, QImage::Format_ARGB32_Premultiplied);
+    beeld.fill(Qt::white);
+    QPainter painter(&beeld);
+    maak()->draw(painter, QRectF(2, 3, 4, 5));
+    painter.end();
+    for (int y = 0; y < 10; ++y)
+        for (int x = 0; x < 10; ++x) {
+            const bool binnen = x >= 2 && x < 6 && y >= 3 && y < 8;
+            EXPECT_EQ(beeld.pixel(x, y), binnen ? 0xFF000000U : 0xFFFFFFFFU);
+        }
+}
+
+TEST_F(SaverView, DrawUsesThePaintersCompositing) {
+    QImage beeld(2, 2, QImage::Format_ARGB32_Premultiplied);
+    beeld.fill(Qt::white);
+    QPainter painter(&beeld);
+    painter.setCompositionMode(QPainter::CompositionMode_Destination);
+    maak()->draw(painter, QRectF(0, 0, 2, 2));
+    painter.end();
+    EXPECT_EQ(beeld.pixel(0, 0), 0xFFFFFFFFU);
+}
+
+TEST_F(SaverView, RainIsBuiltForTheViewsSizeAndHungInItsLayer) {
+    const auto view = gestart(SaverKeuze::regen);
+    ASSERT_TRUE(view->regen());
+    EXPECT_EQ(view->regen()->laag()->superlayer(), view->layer().get());
+    EXPECT_EQ(view->regen()->laag()->frame(), QRectF(0, 0, 300, 200));
+    EXPECT_EQ(view->nu(), SaverKeuze::regen);
+    EXPECT_EQ(view->huidige(), SaverKeuze::regen);
+    EXPECT_FALSE(view->wisselKlok().isValid());
+    EXPECT_TRUE(view->regen()->flikker().isValid());
+}
+
+TEST_F(SaverView, RainIsTheSameInThePreview) {
+    SaverInstellingen::zetKeuze(SaverKeuze::regen);
+    const auto view = maak(true);
+    view->startAnimation();
+    ASSERT_TRUE(view->regen());
+    EXPECT_TRUE(view->isPreview());
+    EXPECT_EQ(view->regen()->kolommen().size(), 14U);
+}
+
+TEST_F(SaverView, WithNoStoredChoiceASceneAtOnceThenAnotherEverySixtySeconds) {
+    const auto view = maak();
+    view->startAnimation();
+    EXPECT_EQ(view->nu(), SaverKeuze::wisselend);
+    ASSERT_TRUE(view->huidige());
+    EXPECT_EQ(view->wisselKlok().interval(), 60.0);
+    auto vorige = *view->huidige();
+    for (int minuut = 0; minuut < 200; ++minuut) {
+        klok.advance(59.9);
+        EXPECT_EQ(view->huidige(), vorige);
+        klok.advance(0.1);
+        // A tick never shows the scene that is already on screen.
+        EXPECT_NE(view->huidige(), vorige);
+        EXPECT_NE(view->huidige(), SaverKeuze::wisselend);
+        vorige = *view->huidige();
+        EXPECT_EQ(view->nu(), SaverKeuze::wisselend);
+        EXPECT_EQ(view->regen() != nullptr, vorige == SaverKeuze::regen);
+    }
+}
+
+TEST_F(SaverView, TicksPickEachOfTheFourOthersEvenly) {
+    const auto view = maak();
+    view->startAnimation();
+    std::map<std::pair<SaverKeuze, SaverKeuze>, int> wissels;
+    constexpr int kMinuten = 4000;
+    for (int minuut = 0; minuut < kMinuten; ++minuut) {
+        const auto van = *view->huidige();
+        klok.leap(60.0);
+        ++wissels[{van, *view->huidige()}];
+    }
+    EXPECT_EQ(wissels.size(), 20U);
+    for (const auto& [paar, aantal] : wissels)
+        EXPECT_NEAR(aantal, kMinuten / 20, 70);
+}
+
+TEST_F(SaverView, TheFirstPickMayRepeatTheSceneShownBefore) {
+    const auto view = gestart(SaverKeuze::wisselend);
+    std::set<SaverKeuze> eerste;
+    bool herhaald = false;
+    for (int keer = 0; keer < 100; ++keer) {
+        const auto voor = view->huidige();
+        view->startAnimation();
+        herhaald = herhaald || view->huidige() == voor;
+        eerste.insert(*view->huidige());
+    }
+    EXPECT_TRUE(herhaald);
+    EXPECT_EQ(eerste.size(), 5U);
+}
+
+TEST_F(SaverView, PickingInTheSheetWhileRunningSwitchesAtOnceAndStores) {
+    const auto view = gestart(SaverKeuze::kubus);
+    EXPECT_FALSE(view->regen());
+    ASSERT_TRUE(view->configureSheet());
+    view->klaar(SaverKeuze::regen);
+    EXPECT_TRUE(view->regen());
+    EXPECT_EQ(view->nu(), SaverKeuze::regen);
+    EXPECT_EQ(SaverInstellingen::keuze(), SaverKeuze::regen);
+}
+
+TEST_F(SaverView, PickingInTheSheetOfANeverStartedViewOnlyStores) {
+    const auto view = maak();
+    view->configureSheet();
+    view->klaar(SaverKeuze::regen);
+    EXPECT_EQ(SaverInstellingen::keuze(), SaverKeuze::regen);
+    EXPECT_FALSE(view->nu());
+    EXPECT_TRUE(leeg(*view));
+}
+
+TEST_F(SaverView, TheSheetIsNewEachTimeAndKeptUntilTheNext) {
+    const auto view = maak();
+    std::weak_ptr<platform::Sheet> eerste = view->configureSheet();
+    EXPECT_FALSE(eerste.expired());
+    const auto tweede = view->configureSheet();
+    EXPECT_TRUE(eerste.expired());
+    EXPECT_TRUE(tweede);
+}
+
+TEST_F(SaverView, ASheetThatOutlivesItsViewOnlyStores) {
+    auto view = gestart(SaverKeuze::regen);
+    view->configureSheet();
+    const auto klaar = view->klaar;
+    view.reset();
+    klaar(SaverKeuze::tunnel);
+    EXPECT_EQ(SaverInstellingen::keuze(), SaverKeuze::tunnel);
+}
+
+TEST_F(SaverView, AFixedSceneWhileRotatingStopsTheTimer) {
+    const auto view = gestart(SaverKeuze::wisselend);
+    EXPECT_TRUE(view->wisselKlok().isValid());
+    view->configureSheet();
+    view->klaar(SaverKeuze::regen);
+    EXPECT_FALSE(view->wisselKlok().isValid());
+    klok.advance(600.0);
+    EXPECT_EQ(view->huidige(), SaverKeuze::regen);
+}
+
+TEST_F(SaverView, AfterWillstopNoTimerAndNoSceneButALaterPickRestarts) {
+    const auto view = gestart(SaverKeuze::wisselend);
+    meldStop();
+    EXPECT_TRUE(leeg(*view));
+    EXPECT_FALSE(view->wisselKlok().isValid());
+    EXPECT_EQ(klok.timerCount(), 0U);
+    EXPECT_EQ(view->nu(), SaverKeuze::wisselend);
+    EXPECT_TRUE(view->huidige());
+    EXPECT_TRUE(view->isAnimating());  // the host has not stopped it
+    view->configureSheet();
+    view->klaar(SaverKeuze::regen);
+    EXPECT_TRUE(view->regen());
+}
+
+TEST_F(SaverView, AStoppedViewPutsTheNewlyChosenSceneUpAgain) {
+    const auto view = gestart(SaverKeuze::regen);
+    view->stopAnimation();
+    EXPECT_TRUE(leeg(*view));
+    view->configureSheet();
+    view->klaar(SaverKeuze::regen);
+    EXPECT_TRUE(view->regen());
+}
+
+TEST_F(SaverView, StopAnimationTwiceIsHarmless) {
+    const auto view = gestart(SaverKeuze::wisselend);
+    view->stopAnimation();
+    view->stopAnimation();
+    EXPECT_TRUE(leeg(*view));
+    EXPECT_FALSE(view->wisselKlok().isValid());
+    EXPECT_EQ(klok.timerCount(), 0U);
+    EXPECT_FALSE(view->isAnimating());
+}
+
+TEST_F(SaverView, AVanishedViewHearsNoMoreNotifications) {
+    auto view = gestart(SaverKeuze::regen);
+    view.reset();
+    meldStop();
+    EXPECT_EQ(klok.timerCount(), 0U);
+}
+
+TEST_F(SaverView, ANewSizeBuildsTheRainAnewOnceItRests) {
+    const auto view = gestart(SaverKeuze::regen);
+    const auto* oud = view->regen();
+    for (int stap = 1; stap <= 10; ++stap) {
+        view->setFrame(QRectF(0, 0, 300 + 20 * stap, 200));
+        klok.advance(0.05);
+    }
+    EXPECT_EQ(view->regen(), oud);
+    klok.advance(0.2);
+    EXPECT_EQ(view->regen()->laag()->frame(), QRectF(0, 0, 500, 200));
+    EXPECT_EQ(view->layer()->frame().size(), QSizeF(500, 200));
+}
+
+TEST_F(SaverView, ANewSizeAfterTheSceneHasGoneBringsNothingBack) {
+    const auto view = gestart(SaverKeuze::regen);
+    view->setFrame(QRectF(0, 0, 640, 480));
+    view->stopAnimation();
+    klok.advance(1.0);
+    EXPECT_TRUE(leeg(*view));
+}
+
+}  // namespace

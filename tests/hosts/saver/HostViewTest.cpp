@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/saver/HostView.h"
+
+#include <gtest/gtest.h>
+
+using brixtel::HostView;
+
+namespace {
+
+class HostViewTest : public testing::Test {
+  protected:
+    platform::ManualClock klok;
+    platform::RandomSource toeval{1};
+    platform::DistributedNotificationCenter berichten{QString()};
+    HostView view{std::make_shared<platform::ScreenSaverView>(
+        QRectF(0, 0, 400, 300), false,
+        platform::ScreenSaverContext{.clock = klok, .random = toeval, .notifications = berichten})};
+    int geroepen = 0;
+
+    void SetUp() override {
+        view.onInvoer([this] { ++geroepen; });
+    }
+    void muis(double x, double y) {
+        view.mouseMoved({.location = {x, y}, .screenLocation = {x + 1000, y}});
+    }
+};
+
+TEST_F(HostViewTest, TheSaverFillsItAndFollowsItsSize) {
+    EXPECT_EQ(view.bounds().size(), QSizeF(400, 300));
+    view.setFrame(QRectF(0, 0, 800, 500));
+    EXPECT_EQ(view.saver()->frame(), QRectF(0, 0, 800, 500));
+}
+
+TEST_F(HostViewTest, AKeyOrAClickEndsAtOnce) {
+    view.keyDown({});
+    view.mouseDown({});
+    view.rightMouseDown({});
+    EXPECT_EQ(geroepen, 3);
+    EXPECT_TRUE(view.acceptsFirstResponder());
+}
+
+TEST_F(HostViewTest, TheMouseEndsItBeyondFiftyPointsFromWhereItWasFirstSeen) {
+    muis(100, 100);
+    muis(130, 140);  // exactly fifty away
+    EXPECT_EQ(geroepen, 0);
+    muis(130.1, 140);
+    EXPECT_EQ(geroepen, 1);
+}
+
+TEST_F(HostViewTest, SmallDriftsAddUp) {
+    for (int i = 0; i <= 6; ++i)
+        muis(100 + 10 * i, 100);
+    EXPECT_EQ(geroepen, 1);
+}
+
+TEST_F(HostViewTest, WithoutAnActionInputIsSwallowed) {
+    view.onInvoer({});
+    view.keyDown({});
+    EXPECT_EQ(geroepen, 0);
+}
+
+}  // namespace

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/saver/Opdracht.h"
+
+#include <gtest/gtest.h>
+
+using brixtel::Fout;
+using brixtel::leesOpdracht;
+using brixtel::Opdracht;
+using platform::DrawerChoice;
+
+namespace {
+
+using Wat = Opdracht::Wat;
+
+Opdracht goed(const QStringList& woorden, const QString& host = {}) {
+    const auto gelezen = leesOpdracht(woorden, host);
+    if (const auto* fout = std::get_if<Fout>(&gelezen)) {
+        ADD_FAILURE() << qPrintable(fout->regel);
+        return {};
+    }
+    return std::get<Opdracht>(gelezen);
+}
+
+QString mis(const QStringList& woorden, const QString& host = {}) {
+    const auto gelezen = leesOpdracht(woorden, host);
+    const auto* fout = std::get_if<Fout>(&gelezen);
+    return fout ? fout->regel : QString();
+}
+
+QStringList woorden(const char* regel) {
+    return QString::fromUtf8(regel).split(u' ', Qt::SkipEmptyParts);
+}
+
+TEST(Opdracht, NothingMeansFullScreen) {
+    const Opdracht opdracht = goed({});
+    EXPECT_EQ(opdracht.wat, Wat::Schermvullend);
+    EXPECT_TRUE(opdracht.keuze.isEmpty());
+    EXPECT_EQ(opdracht.tekenaar, DrawerChoice::Auto);
+    EXPECT_FALSE(opdracht.seconden);
+}
+
+TEST(Opdracht, OneDashOrTwoAndAValueAfterIsOrAsTheNextWord) {
+    for (const char* regel : {"--keuze=kubus", "-keuze=kubus", "--keuze kubus", "-keuze kubus"})
+        EXPECT_EQ(goed(woorden(regel)).keuze, QStringLiteral("kubus")) << regel;
+}
+
+TEST(Opdracht, AWindowOfAGivenSizeOrTheUsualOne) {
+    EXPECT_EQ(goed(woorden("--venster")).venster, QSize(1280, 720));
+    EXPECT_EQ(goed(woorden("--venster=800x600")).venster, QSize(800, 600));
+    EXPECT_EQ(goed(woorden("--venster 800x600")).venster, QSize(800, 600));
+    const Opdracht opdracht = goed(woorden("--venster --keuze logo"));
+    EXPECT_EQ(opdracht.wat, Wat::Venster);
+    EXPECT_EQ(opdracht.keuze, QStringLiteral("logo"));
+}
+
+TEST(Opdracht, AHostsWindowInHexOrDecimal) {
+    EXPECT_EQ(goed(woorden("--window-id 0x1A00003")).vensterId, 0x1A00003U);
+    EXPECT_EQ(goed(woorden("-window-id=27262979")).vensterId, 27262979U);
+    EXPECT_EQ(goed(woorden("--window-id 0X2")).wat, Wat::Gastheer);
+}
+
+TEST(Opdracht, OfBothHostSwitchesTheIdWins) {
+    for (const char* regel : {"--root --window-id 0x12", "--window-id 0x12 --root"}) {
+        const Opdracht opdracht = goed(woorden(regel), QStringLiteral("0x99"));
+        EXPECT_EQ(opdracht.wat, Wat::Gastheer);
+        EXPECT_EQ(opdracht.vensterId, 0x12U);
+    }
+}
+
+TEST(Opdracht, TheEnvironmentsWindowServesRootAndNothing) {
+    EXPECT_EQ(goed(woorden("--root"), QStringLiteral("0x400001")).vensterId, 0x400001U);
+    EXPECT_EQ(goed({}, QStringLiteral("4194305")).vensterId, 0x400001U);
+    EXPECT_EQ(goed({}, QStringLiteral("4194305")).wat, Wat::Gastheer);
+    EXPECT_EQ(goed(woorden("--root")).wat, Wat::Gastheer);
+    EXPECT_FALSE(goed(woorden("--root")).vensterId);
+}
+
+TEST(Opdracht, TheEnvironmentsWindowDoesNotServeAWindowOfOnesOwn) {
+    EXPECT_EQ(goed(woorden("--venster"), QStringLiteral("0x400001")).wat, Wat::Venster);
+    EXPECT_EQ(goed(woorden("--versie"), QStringLiteral("onzin")).wat, Wat::Versie);
+}
+
+TEST(Opdracht, AStillPictureWithAllItsParts) {
+    const Opdracht opdracht =
+        goed(woorden("--plaatje=a.png --keuze=regen --maat=640x480 --schaal=1.5 --na=6.5 "
+                     "--zaad=18446744073709551615"));
+    EXPECT_EQ(opdracht.wat, Wat::Plaatje);
+    EXPECT_EQ(opdracht.plaatje, QStringLiteral("a.png"));
+    EXPECT_EQ(opdracht.maat, QSize(640, 480));
+    EXPECT_EQ(opdracht.schaal, 1.5);
+    EXPECT_EQ(opdracht.na, 6.5);
+    EXPECT_EQ(opdracht.zaad, 18446744073709551615ULL);
+}
+
+TEST(Opdracht, TheRest) {
+    const Opdracht opdracht =
+        goed(woorden("--seconden=10 --meet --fps --voorvertoning --tekenaar=gl"));
+    EXPECT_EQ(opdracht.seconden, 10.0);
+    EXPECT_TRUE(opdracht.meet);
+    EXPECT_TRUE(opdracht.fps);
+    EXPECT_TRUE(opdracht.voorvertoning);
+    EXPECT_EQ(opdracht.tekenaar, DrawerChoice::OpenGl);
+    EXPECT_EQ(goed(woorden("--tekenaar cpu")).tekenaar, DrawerChoice::Cpu);
+    EXPECT_EQ(goed(woorden("--instellingen")).wat, Wat::Instellingen);
+    EXPECT_EQ(goed(woorden("--help")).wat, Wat::Hulp);
+    EXPECT_FALSE(goed(woorden("--verbindingen")).json);
+    EXPECT_TRUE(goed(woorden("--verbindingen=json")).json);
+    EXPECT_TRUE(goed(woorden("--verbindingen json")).json);
+}
+
+TEST(Opdracht, ABadArgumentGetsOneClearDutchLine) {
+    for (const char* regel : {"--onzin",
+                              "regen",
+                              "-",
+                              "--",
+                              "--keuze=Regen",
+                              "--keuze=",
+                              "--keuze",
+                              "--venster=800",
+                              "--venster=0x600",
+                              "--venster=99999x600",
+                              "--window-id",
+                              "--window-id=0",
+                              "--window-id=0xZZ",
+                              "--window-id=-5",
+                              "--window-id=0x100000000",
+                              "--root=ja",
+                              "--tekenaar=vulkan",
+                              "--seconden=-1",
+                              "--seconden=nan",
+                              "--seconden=inf",
+                              "--plaatje=a.jpg --keuze=regen",
+                              "--plaatje=a.png",
+                              "--plaatje=a.png --keuze=regen --meet",
+                              "--zaad=-1",
+                              "--zaad=1.5",
+                              "--schaal=0",
+                              "--na=-1",
+                              "--verbindingen=xml",
+                              "--venster --plaatje=a.png --keuze=regen",
+                              "--root --venster",
+                              "--meet=ja"}) {
+        const QString fout = mis(woorden(regel));
+        EXPECT_TRUE(fout.startsWith(QLatin1String("brixtel-saver: "))) << regel;
+        EXPECT_FALSE(fout.contains(u'\n')) << regel;
+        EXPECT_GT(fout.size(), 30) << regel;
+    }
+    EXPECT_FALSE(mis({}, QStringLiteral("0xnee")).isEmpty());
+    EXPECT_FALSE(mis({QString()}).isEmpty());
+}
+
+TEST(Opdracht, TheHelpNamesEveryOption) {
+    const QString hulp = brixtel::hulpTekst();
+    for (const char* naam : {"venster", "root", "window-id", "voorvertoning", "keuze",
+                             "instellingen", "plaatje", "maat", "schaal", "na", "zaad", "seconden",
+                             "meet", "fps", "tekenaar", "verbindingen", "versie", "help"})
+        EXPECT_TRUE(hulp.contains(QStringLiteral("--") + QLatin1String(naam))) << naam;
+}
+
+}  // namespace
