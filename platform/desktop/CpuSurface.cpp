@@ -2,6 +2,7 @@
 #include "platform/desktop/CpuSurface.h"
 
 #include <poll.h>
+#include <xcb/xcbext.h>
 
 #include <algorithm>
 #include <utility>

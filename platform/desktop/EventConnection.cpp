@@ -37,6 +37,14 @@ EventConnection::EventConnection(const QString& display) : connection_(display) 
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] { read(); });
 }
 
+xcb_window_t EventConnection::root() const {
+    if (!isAlive()) return XCB_NONE;
+    auto screens = xcb_setup_roots_iterator(xcb_get_setup(get()));
+    for (int i = 0; i < connection_.screenNumber() && screens.rem > 1; ++i)
+        xcb_screen_next(&screens);
+    return screens.data->root;
+}
+
 void EventConnection::listen(xcb_window_t window, Handler handler) {
     handlers_[window] = std::move(handler);
     const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_EXPOSURE |

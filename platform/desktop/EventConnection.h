@@ -15,6 +15,7 @@ class EventConnection {
     explicit EventConnection(const QString& display);
 
     [[nodiscard]] xcb_connection_t* get() const { return connection_.get(); }
+    [[nodiscard]] xcb_window_t root() const;
     [[nodiscard]] bool isAlive() const { return connection_.isAlive(); }
 
     // Hands the window's structure, exposure and visibility events to the

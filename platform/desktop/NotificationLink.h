@@ -18,8 +18,8 @@ class NotificationReceiver : public QObject {
     Q_OBJECT
 
   public:
-    explicit NotificationReceiver(std::function<void(const QString&)> deliver)
-        : deliver(std::move(deliver)) {}
+    explicit NotificationReceiver(std::function<void(const QString&)> action)
+        : deliver(std::move(action)) {}
 
     const std::function<void(const QString&)> deliver;
 

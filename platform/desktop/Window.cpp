@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/desktop/AnimationGroup.h"
+#include "platform/desktop/EventConnection.h"
 #include "platform/desktop/ScreenSpace.h"
 #include "platform/desktop/WindowCore.h"
 
@@ -23,7 +24,7 @@ Window::Window(WindowServer& server, HostWindow host)
       content_(std::make_shared<View>(QRectF())),
       core_(std::make_unique<WindowCore>(*this)) {
     content_->setWindow(this);
-    core_->draw(host.id);
+    core_->draw(host.id != 0 ? host.id : server.events().root());
 }
 
 Window::~Window() {

@@ -36,7 +36,7 @@ struct WindowOptions {
     bool onAllSpaces = false;
 };
 
-// A window that someone else made and keeps, by its X id.
+// A window that someone else made and keeps, by its X id; 0 is the root window.
 struct HostWindow {
     std::uint32_t id = 0;
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <xcb/xcb.h>
+
 #include <QObject>
 #include <QRect>
 #include <functional>

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QEventLoop>
+#include <QTimer>
+
+// Turns the event loop until the condition holds, and says whether it did
+// before the deadline. For what another process or thread brings about.
+template <typename Condition>
+bool until(Condition condition, int deadlineMilliseconds = 10'000) {
+    if (condition()) return true;
+    QEventLoop loop;
+    QTimer look, deadline;
+    bool held = false;
+    look.setInterval(1);
+    QObject::connect(&look, &QTimer::timeout, &loop, [&] {
+        held = condition();
+        if (held) loop.quit();
+    });
+    deadline.setSingleShot(true);
+    QObject::connect(&deadline, &QTimer::timeout, &loop, [&] { loop.quit(); });
+    look.start();
+    deadline.start(deadlineMilliseconds);
+    loop.exec();
+    return held || condition();
+}
