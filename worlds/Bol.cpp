@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+#include "worlds/Bol.h"
+
+#include <QRadialGradient>
+#include <cmath>
+
+#include "drawing/Thema.h"
+#include "worlds/DrieWereld.h"
+
+namespace brixtel {
+
+using platform::Action;
+using platform::kPi;
+using platform::Node;
+using platform::NodePtr;
+
+namespace {
+
+constexpr double kGuldenHoek = 2.399963229728653;  // π (3 − √5)
+constexpr double kRasterStraal = 1.001;
+constexpr double kRasterStap = 6.0;  // degrees
+
+double radialen(double graden) {
+    return graden * kPi / 180.0;
+}
+
+QColor dimmer(const QColor& kleur, double alfa) {
+    QColor resultaat = kleur;
+    resultaat.setAlphaF(static_cast<float>(alfa));
+    return resultaat;
+}
+
+NodePtr gloedNode() {
+    auto node = std::make_shared<Node>(platform::makePlane(
+        {.width = 3.1, .height = 3.1}, DrieWereld::gloed(bolGloed(), {.add = true})));
+    node->setName("gloed");
+    node->setBillboard(true);
+    node->setRenderingOrder(-1);
+    return node;
+}
+
+// The dots, the grid and the dark ball that hides those on the far side.
+void voegAarde(Node& bol, const BolPunten& wolken, bool groot) {
+    const auto voeg = [&](platform::GeometryPtr vorm) {
+        bol.addChild(std::make_shared<Node>(std::move(vorm)));
+    };
+    voeg(DrieWereld::punten(wolken.land, {.grootte = groot ? 3.0 : 2.2, .kleur = Thema::groen()}));
+    voeg(DrieWereld::punten(wolken.zee, {.grootte = 1.5, .kleur = dimmer(Thema::donker(), 0.8)}));
+    voeg(DrieWereld::lijnen(bolRaster(), dimmer(Thema::donker(), 0.55)));
+    auto donker = std::make_shared<platform::Material>(QColor::fromRgbF(0.0F, 0.03F, 0.01F));
+    donker->setLightingModel(platform::LightingModel::Constant);
+    voeg(platform::makeSphere({.radius = 0.985}, donker));
+}
+
+// The home marker: a dot, and a ring flat on the surface that pulses.
+void voegThuis(Node& bol, const glm::dvec3& plaats) {
+    auto stip = std::make_shared<Node>(
+        platform::makeSphere({.radius = 0.022}, DrieWereld::gloed(Thema::cijferFel())));
+    stip->setName("thuis");
+    stip->setPosition(plaats);
+    bol.addChild(stip);
+
+    auto ring = std::make_shared<Node>(
+        platform::makeTorus({.ringRadius = 0.05, .pipeRadius = 0.004},
+                            DrieWereld::gloed(Thema::cijferFel(), {.add = true})));
+    ring->setName("ring");
+    bol.addChild(ring);
+    ring->setPosition(plaats);
+    ring->lookAt(2.0 * plaats);
+    ring->rotate(kPi / 2.0, {1.0, 0.0, 0.0});
+    ring->addAnimation({.property = platform::NodeProperty::Scale,
+                        .values = {glm::dvec3(0.6), glm::dvec3(1.8)},
+                        .duration = 1.4,
+                        .repeatCount = platform::kForever},
+                       "klop");
+}
+
+}  // namespace
+
+BolPlaats roosterPlaats(int k, int n) {
+    const double breedte = std::asin(1.0 - 2.0 * (k + 0.5) / n) * 180.0 / kPi;
+    const double lengte = std::fmod(k * kGuldenHoek, 2.0 * kPi) * 180.0 / kPi;
+    return {breedte, lengte > 180.0 ? lengte - 360.0 : lengte};
+}
+
+BolPunten bolPunten(int n, const LandKaart& kaart) {
+    BolPunten punten;
+    for (int k = 0; k < n; ++k) {
+        const BolPlaats plaats = roosterPlaats(k, n);
+        const bool land = kaart.isLand(plaats.breedte, plaats.lengte);
+        if (!land && k % 5 != 0) continue;
+        (land ? punten.land : punten.zee)
+            .push_back(DrieWereld::punt(plaats.breedte, plaats.lengte, {.r = 1.0}));
+    }
+    return punten;
+}
+
+std::vector<glm::dvec3> bolRaster() {
+    std::vector<glm::dvec3> einden;
+    const auto voeg = [&](double breedte, double lengte) {
+        einden.push_back(DrieWereld::punt(breedte, lengte, {.r = kRasterStraal}));
+    };
+    for (double breedte = -60.0; breedte <= 60.0; breedte += 30.0) {
+        for (double lengte = -180.0; lengte < 180.0; lengte += kRasterStap) {
+            voeg(breedte, lengte);
+            voeg(breedte, lengte + kRasterStap);
+        }
+    }
+    for (double lengte = -180.0; lengte < 180.0; lengte += 30.0) {
+        for (double breedte = -84.0; breedte < 84.0; breedte += kRasterStap) {
+            voeg(breedte, lengte);
+            voeg(breedte + kRasterStap, lengte);
+        }
+    }
+    return einden;
+}
+
+QImage bolGloed() {
+    constexpr double kZijde = 256.0;
+    const auto teken = [](Tekenvlak& vlak) {
+        QRadialGradient verloop(kZijde / 2.0, kZijde / 2.0, kZijde / 2.0);
+        verloop.setColorAt(0.6, dimmer(Thema::groen(), 0.0));
+        verloop.setColorAt(0.655, dimmer(Thema::groen(), 0.07));
+        verloop.setColorAt(0.8, dimmer(Thema::groen(), 0.0));
+        vlak.painter().fillRect(QRectF(0.0, 0.0, kZijde, kZijde), verloop);
+    };
+    return Thema::beeld({kZijde, kZijde}, {.schaal = 1.0, .teken = teken}).value_or(QImage());
+}
+
+void DrieWereld::bouwBol() {
+    const NodePtr oog = camera({.z = 3.3, .zicht = 38.0, .bloom = 1.4});
+    oog->setPosition({0.0, 0.35, 3.3});
+    oog->lookAt({0.0, 0.0, 0.0});
+
+    bol_ = std::make_shared<Node>();
+    bol_->setName("bol");
+    scene_->root().addChild(bol_);
+    scene_->root().addChild(gloedNode());
+    voegAarde(*bol_, bolPunten(groot() ? 26'000 : 12'000, kaart()), groot());
+
+    const Land thuis = landen().thuis();
+    voegThuis(*bol_, punt(thuis.breedte, thuis.lengte, {.r = 1.01}));
+    lijnenNode_ = std::make_shared<Node>();
+    lijnenNode_->setName("lijnen");
+    bol_->addChild(lijnenNode_);
+    bolLijnen_ = std::make_unique<BolLijnen>(
+        BolLijnen::Opties{.thuis = {thuis.breedte, thuis.lengte}, .meeste = groot() ? 24U : 14U});
+
+    // First round the globe's own axis, then tilted as it stands there: only so
+    // does every home face the camera, the tilt taking half its latitude.
+    bol_->setOrientation(platform::turn(0.55 * radialen(thuis.breedte), {1.0, 0.0, 0.0}) *
+                         platform::turn(-radialen(thuis.lengte), {0.0, 1.0, 0.0}));
+    // Eastward, as the earth turns.
+    bol_->runAction(Action::repeatForever(Action::rotateBy({0.0, 2.0 * kPi, 0.0}, 60.0)));
+
+    if (eigenLijnen()) return;
+    actief(true);
+    // Ends with the world, whose it is.
+    abonnement_ =
+        wacht().lijnen().volg([this](const std::vector<Lijn>& lijnen) { zetLijnen(lijnen); });
+}
+
+void DrieWereld::zetLijnen(const std::vector<Lijn>& lijnen) {
+    if (bolLijnen_) bolLijnen_->teken(lijnen, *lijnenNode_);
+}
+
+}  // namespace brixtel

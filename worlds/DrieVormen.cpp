@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+// The geometry and materials that the scenes share.
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include <glm/geometric.hpp>
+
+#include "drawing/BlokCijfer.h"
+#include "drawing/Thema.h"
+#include "worlds/DrieWereld.h"
+
+namespace brixtel {
+
+using platform::BlendMode;
+using platform::GeometryPtr;
+using platform::LightingModel;
+using platform::Material;
+using platform::MaterialPtr;
+
+namespace {
+
+std::vector<glm::vec3> enkel(const std::vector<glm::dvec3>& punten) {
+    return {punten.begin(), punten.end()};
+}
+
+}  // namespace
+
+MaterialPtr DrieWereld::gloed(platform::Contents kleur, GloedOpties opties) {
+    auto materiaal = std::make_shared<Material>(std::move(kleur));
+    materiaal->setLightingModel(LightingModel::Constant);
+    materiaal->setDoubleSided(true);
+    if (opties.add) {
+        materiaal->setBlendMode(BlendMode::Additive);
+        materiaal->setWritesDepth(false);
+    }
+    return materiaal;
+}
+
+std::optional<QImage> DrieWereld::cijferBeeld(bool een, const QColor& kleur) {
+    constexpr BlokMaat kMaat{.blok = 4.0, .spleet = 1.0};
+    const QSizeF glief = BlokCijfer::maat(kMaat);
+    return Thema::beeld(glief + QSizeF(4.0, 4.0), {.schaal = 2.0, .teken = [&](Tekenvlak& vlak) {
+                                                       BlokCijfer::teken(een,
+                                                                         {.linksonder = {2.0, 2.0},
+                                                                          .blok = kMaat.blok,
+                                                                          .spleet = kMaat.spleet,
+                                                                          .kleur = kleur},
+                                                                         vlak);
+                                                   }});
+}
+
+GeometryPtr DrieWereld::cijferVlak(bool een, const CijferOpties& opties) {
+    return platform::makePlane(
+        {.width = opties.hoogte * 29.0 / 39.0, .height = opties.hoogte},
+        gloed(cijferBeeld(een, opties.kleur).value_or(QImage()), {.add = true}));
+}
+
+glm::dvec3 DrieWereld::punt(double breedte, double lengte, PuntOpties opties) {
+    const double b = breedte * platform::kPi / 180.0;
+    const double l = lengte * platform::kPi / 180.0;
+    return opties.r * glm::dvec3(std::cos(b) * std::sin(l), std::sin(b), std::cos(b) * std::cos(l));
+}
+
+std::vector<glm::dvec3> DrieWereld::boog(const BoogOpties& opties) {
+    const auto& [van, naar, stappen] = opties;
+    const double hoek = std::acos(std::clamp(glm::dot(van, naar), -1.0, 1.0));
+    if (hoek <= 0.001) return {van, naar};
+    const double hoogte = 0.22 * hoek / platform::kPi + 0.06;
+    std::vector<glm::dvec3> punten;
+    punten.reserve(static_cast<std::size_t>(stappen) + 1);
+    for (int i = 0; i <= stappen; ++i) {
+        const double t = static_cast<double>(i) / stappen;
+        const double a = std::sin((1.0 - t) * hoek) / std::sin(hoek);
+        const double b = std::sin(t * hoek) / std::sin(hoek);
+        const double straal = 1.005 + hoogte * std::sin(t * platform::kPi);
+        punten.push_back(straal * (a * van + b * naar));
+    }
+    return punten;
+}
+
+GeometryPtr DrieWereld::punten(const std::vector<glm::dvec3>& punten, const PuntenOpties& opties) {
+    return platform::makePoints(enkel(punten), opties.grootte, gloed(opties.kleur));
+}
+
+GeometryPtr DrieWereld::lijnen(const std::vector<glm::dvec3>& einden, const QColor& kleur) {
+    return platform::makeLines(enkel(einden), gloed(kleur, {.add = true}));
+}
+
+}  // namespace brixtel

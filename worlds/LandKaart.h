@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QImage>
+#include <cstdint>
+#include <vector>
+
+namespace brixtel {
+
+// Where there is land: a map of 720 × 360 grey values, rows from north to south,
+// columns from longitude −180 eastwards, dark where there is land. Never changes
+// once made; any thread.
+class LandKaart {
+  public:
+    // Absent: everything is sea.
+    LandKaart() = default;
+    // Of a map of the whole earth, dark land on light sea, equirectangular, of any
+    // size. A null picture makes an absent one; where it is clear, there is sea.
+    explicit LandKaart(const QImage& beeld);
+
+    // The program's one map, read at the first call: the system's own, else the
+    // module's resource "worldmap@2x.png", else absent.
+    [[nodiscard]] static const LandKaart& gedeeld();
+
+    // Degrees, north and east positive.
+    [[nodiscard]] bool isLand(double breedte, double lengte) const;
+
+    // 720 and 360; 0 for an absent one.
+    [[nodiscard]] int breedte() const { return breedte_; }
+    [[nodiscard]] int hoogte() const { return hoogte_; }
+
+  private:
+    int breedte_ = 0;
+    int hoogte_ = 0;
+    std::vector<std::uint8_t> grijs_;
+};
+
+}  // namespace brixtel
