@@ -98,9 +98,15 @@ void BrixtelSaverView::wissel() {
 void BrixtelSaverView::laat(SaverKeuze keuze) {
     weg();
     huidige_ = keuze;
+    if (keuze == SaverKeuze::regen || geenDrie_)
+        toonRegen();
+    else if (const auto soort = soortUitRuw(ruweWaarde(keuze)))
+        toonWereld(*soort);
+}
+
+void BrixtelSaverView::toonRegen() {
     const auto scherm = platform::Screen::main();
     const double schaal = window() ? window()->backingScaleFactor() : scherm ? scherm->scale : 2.0;
-    if (keuze != SaverKeuze::regen) return;
     regen_ = std::make_unique<MatrixRegen>(MatrixRegenOpties{.maat = bounds().size(),
                                                              .schaal = schaal,
                                                              .dichtheid = 0.7,
@@ -111,20 +117,50 @@ void BrixtelSaverView::laat(SaverKeuze keuze) {
     layer()->addSublayer(regen_->laag());
 }
 
+void BrixtelSaverView::toonWereld(DrieSoort soort) {
+    auto wereld = std::make_unique<DrieWereld>(
+        soort, DrieWereldOpties{.groot = !isPreview(), .rustig = false, .eigenLijnen = false},
+        DrieWereldBronnen{.klok = context().clock, .toeval = context().random});
+    auto view = wereld->maakView(bounds());
+    view->setAutoresizingMask(WidthSizable | HeightSizable);
+    if (isPreview()) view->setPreferredFramesPerSecond(30);
+    view->onFailure([this] {
+        geenDrie_ = true;
+        weg();
+        toonRegen();
+    });
+    addSubview(view);
+    wereld_ = std::move(wereld);
+    scn_ = std::move(view);
+}
+
 void BrixtelSaverView::weg() {
     nieuweMaat_ = platform::Timer();
-    if (!regen_) return;
-    regen_->stop();
-    regen_->laag()->removeFromSuperlayer();
-    regen_.reset();
+    if (scn_) {
+        scn_->setPlaying(false);
+        scn_->setScene(nullptr);
+        scn_->removeFromSuperview();
+        scn_.reset();
+    }
+    if (wereld_) {
+        wereld_->actief(false);
+        wereld_.reset();
+    }
+    if (regen_) {
+        regen_->stop();
+        regen_->laag()->removeFromSuperlayer();
+        regen_.reset();
+    }
 }
 
 void BrixtelSaverView::setFrame(const QRectF& frame) {
     const QSizeF oud = bounds().size();
     ScreenSaverView::setFrame(frame);
     if (!regen_ || bounds().size() == oud) return;
-    nieuweMaat_ = platform::Timer(context().clock, {.interval = kMaatRust},
-                                  [this] { laat(SaverKeuze::regen); });
+    nieuweMaat_ = platform::Timer(context().clock, {.interval = kMaatRust}, [this] {
+        weg();
+        toonRegen();
+    });
 }
 
 }  // namespace brixtel

@@ -9,6 +9,7 @@
 #include "platform/desktop/ScreenSaverView.h"
 #include "platform/time/Timer.h"
 #include "rain/MatrixRegen.h"
+#include "worlds/DrieWereld.h"
 
 namespace brixtel {
 
@@ -38,6 +39,8 @@ class BrixtelSaverView : public platform::ScreenSaverView {
 
     // What is up now. At most one scene is; `nu` and `huidige` keep their last
     // value when it is taken down.
+    [[nodiscard]] const std::shared_ptr<platform::SceneView>& scn() const { return scn_; }
+    [[nodiscard]] const DrieWereld* wereld() const { return wereld_.get(); }
     [[nodiscard]] const MatrixRegen* regen() const { return regen_.get(); }
     [[nodiscard]] const platform::Timer& wisselKlok() const { return wisselKlok_; }
     // The mode last asked for; none until first started.
@@ -58,12 +61,19 @@ class BrixtelSaverView : public platform::ScreenSaverView {
     void stopt();
     void stopKlok();
 
+    void toonRegen();
+    void toonWereld(DrieSoort soort);
+
+    std::shared_ptr<platform::SceneView> scn_;
+    std::unique_ptr<DrieWereld> wereld_;
     std::unique_ptr<MatrixRegen> regen_;
     platform::Timer wisselKlok_;
     std::optional<SaverKeuze> nu_;
     std::shared_ptr<platform::Sheet> instellingen_;
     std::optional<SaverKeuze> huidige_;
     platform::Timer nieuweMaat_;
+    // Nothing here can draw a 3D scene: it rains in its place.
+    bool geenDrie_ = false;
     // Tells callbacks that outlive the view that it is gone.
     std::shared_ptr<BrixtelSaverView*> zelf_ = std::make_shared<BrixtelSaverView*>(this);
 };

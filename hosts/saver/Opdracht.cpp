@@ -275,7 +275,7 @@ Waar:
                          kan ook. Met --keuze, en naar wens:
       --maat=BxH         in punten (1920x1080)
       --schaal=S         beeldpunten per punt (1)
-      --na=SECONDEN      zo lang na het begin (0)
+      --na=SECONDEN      zo lang na het begin (6)
       --zaad=N           hetzelfde getal geeft hetzelfde beeld
 
 Wat:

@@ -35,7 +35,7 @@ struct Opdracht {
     QString plaatje;         // the file
     QSize maat{1920, 1080};  // points
     double schaal = 1.0;
-    double na = 0.0;  // seconds after the start
+    double na = 6.0;  // seconds after the start
     std::optional<std::uint64_t> zaad;
 
     std::optional<double> seconden;

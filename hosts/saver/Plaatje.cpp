@@ -2,7 +2,9 @@
 #include "hosts/saver/Plaatje.h"
 
 #include <QImage>
+#include <QPainter>
 #include <QSaveFile>
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -10,30 +12,48 @@
 #include "platform/desktop/FrameBuilder.h"
 #include "platform/render/CpuDrawer.h"
 #include "platform/render/OffscreenPicture.h"
+#include "platform/render/SceneSnapshot.h"
 #include "platform/time/MediaClock.h"
 
 namespace brixtel {
 
 namespace {
 
-// Draws with OpenGL where that is asked for, and on the CPU otherwise, which
-// gives the same picture on every machine.
-std::optional<QImage> teken(const platform::DisplayList& lijst, const platform::PixelGrid& raster,
-                            platform::DrawerChoice tekenaar) {
-    const platform::Rgba zwart{0.0F, 0.0F, 0.0F, 1.0F};
-    if (tekenaar == platform::DrawerChoice::OpenGl) {
+constexpr platform::Rgba kZwart{0.0F, 0.0F, 0.0F, 1.0F};
+
+// Lays the scene into the picture, at full quality.
+bool tekenScene(const platform::ScenePass& scene, const platform::PixelGrid& raster,
+                QImage& beeld) {
+    const auto snapshot = platform::SceneSnapshot::create();
+    if (!snapshot || !scene.hasScene) return false;
+    const QImage deel = snapshot->picture(scene.list, scene.frame.size(), raster.scale,
+                                          {.samples = std::max(scene.sampleCount, 4)});
+    if (deel.isNull()) return false;
+    QPainter(&beeld).drawImage(raster.snap(scene.frame).topLeft(), deel);
+    return true;
+}
+
+// Layers are drawn with OpenGL where that is asked for, and on the CPU otherwise,
+// which gives the same picture on every machine.
+std::optional<QImage> teken(const platform::Frame& frame, platform::DrawerChoice tekenaar) {
+    if (tekenaar == platform::DrawerChoice::OpenGl && frame.passes.size() == 1) {
         const auto gl = platform::OffscreenPicture::create();
-        const QImage beeld = gl ? gl->draw(lijst, raster, zwart) : QImage();
+        const QImage beeld = gl ? gl->draw(frame.passes[0].layers, frame.grid, kZwart) : QImage();
         return beeld.isNull() ? std::nullopt : std::optional(beeld);
     }
-    QImage beeld(raster.size, QImage::Format_ARGB32_Premultiplied);
+    QImage beeld(frame.grid.size, QImage::Format_ARGB32_Premultiplied);
     if (beeld.isNull()) return std::nullopt;
     platform::CpuDrawer cpu;
     const std::array alles{beeld.rect()};
-    cpu.draw(lijst, raster, alles, zwart,
-             {.pixels = reinterpret_cast<std::uint32_t*>(beeld.bits()),
-              .stride = static_cast<int>(beeld.bytesPerLine() / 4),
-              .size = beeld.size()});
+    std::optional<platform::Rgba> onder = kZwart;
+    for (const platform::FramePass& pas : frame.passes) {
+        if (pas.scene.isShown && !tekenScene(pas.scene, frame.grid, beeld)) return std::nullopt;
+        cpu.draw(pas.layers, frame.grid, alles, onder,
+                 {.pixels = reinterpret_cast<std::uint32_t*>(beeld.bits()),
+                  .stride = static_cast<int>(beeld.bytesPerLine() / 4),
+                  .size = beeld.size()});
+        onder.reset();
+    }
     return beeld;
 }
 
@@ -64,7 +84,7 @@ QString maakPlaatje(const Opdracht& opdracht, const ModuleLader& module) {
                   .size = {static_cast<int>(std::ceil(maat.width() * opdracht.schaal)),
                            static_cast<int>(std::ceil(maat.height() * opdracht.schaal))}};
     platform::FrameBuilder(frame, klok.now()).add(*view);
-    const auto beeld = teken(frame.passes.front().layers, frame.grid, opdracht.tekenaar);
+    const auto beeld = teken(frame, opdracht.tekenaar);
     view->stopAnimation();
     if (!beeld) return QStringLiteral("er is geen OpenGL, of geen geheugen voor zo'n beeld");
     return schrijf(*beeld, opdracht.plaatje);

@@ -64,14 +64,55 @@ Surface::Result CpuSurface::draw(const Frame& frame, std::span<const QRect> dama
     std::uint32_t* const pixels = picture_.empty() && shared_
                                       ? reinterpret_cast<std::uint32_t*>(shared_->data())
                                       : picture_.data();
-    drawer_.draw(frame.passes.front().layers, frame.grid, damage, frame.background,
-                 {.pixels = pixels, .stride = size_.width(), .size = size_});
+    paint(frame, damage, {.pixels = pixels, .stride = size_.width(), .size = size_});
     if (shared_ && !format_.isNative())
         for (const QRect& rect : damage)
             format_.convert(picture_.data(), size_.width(), rect, shared_->data(), size_.width(),
                             rect.topLeft());
     show(damage);
     return state();
+}
+
+void CpuSurface::paint(const Frame& frame, std::span<const QRect> damage,
+                       const PixelBuffer& picture) {
+    showsScene_ = false;
+    std::optional<Rgba> background = frame.background;
+    for (std::size_t i = firstVisiblePass(frame); i < frame.passes.size(); ++i) {
+        const FramePass& pass = frame.passes[i];
+        if (pass.scene.isShown) {
+            paintScene(frame, pass.scene, picture);
+            background.reset();
+        }
+        if (!pass.layers.items.empty() || background)
+            drawer_.draw(pass.layers, frame.grid, damage, background, picture);
+        background.reset();
+    }
+}
+
+void CpuSurface::paintScene(const Frame& frame, const ScenePass& scene,
+                            const PixelBuffer& picture) {
+    showsScene_ = true;
+    if (scene.hasScene && !stage_ && !failsScenes_) {
+        stage_ = SceneStage::inMemory();
+        failsScenes_ = !stage_;
+    }
+    if (stage_ && stage_->draw(scene, frame.grid, picture)) return;
+    failsScenes_ = failsScenes_ || scene.hasScene;
+    const QRect rect = frame.grid.snap(scene.frame);
+    drawer_.draw(DisplayList(), frame.grid, {&rect, 1}, scene.background, picture);
+}
+
+const QString& CpuSurface::drawer() const {
+    static const QString own = QStringLiteral("cpu");
+    return showsScene_ && stage_ ? stage_->rendererName() : own;
+}
+
+int CpuSurface::rung() const {
+    return showsScene_ && stage_ ? stage_->rung() : 0;
+}
+
+void CpuSurface::frameTook(double seconds) {
+    if (showsScene_ && stage_) stage_->frameTook(seconds);
 }
 
 Surface::Result CpuSurface::repair(const Frame&, std::span<const QRect> lost) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/desktop/PixelFormat.h"
+#include "platform/desktop/SceneStage.h"
 #include "platform/desktop/ShmImage.h"
 #include "platform/desktop/Surface.h"
 #include "platform/render/CpuDrawer.h"
@@ -32,13 +33,18 @@ class CpuSurface final : public Surface {
     Result draw(const Frame& frame, std::span<const QRect> damage) override;
     Result repair(const Frame& frame, std::span<const QRect> lost) override;
     Result finish() override;
-    [[nodiscard]] QString drawer() const override { return QStringLiteral("cpu"); }
+    [[nodiscard]] const QString& drawer() const override;
+    [[nodiscard]] int rung() const override;
+    [[nodiscard]] bool failsScenes() const override { return failsScenes_; }
+    void frameTook(double seconds) override;
 
   private:
     CpuSurface(const Options& options, std::unique_ptr<XConnection> connection,
                const WindowLook& look, PixelFormat format);
 
     void resize(QSize size);
+    void paint(const Frame& frame, std::span<const QRect> damage, const PixelBuffer& picture);
+    void paintScene(const Frame& frame, const ScenePass& scene, const PixelBuffer& picture);
     void show(std::span<const QRect> rects);
     void putShared(const QRect& rect, bool last);
     void putOverConnection(const QRect& rect);
@@ -57,6 +63,10 @@ class CpuSurface final : public Surface {
     std::size_t largestPut_;  // bytes of pixels in one request
 
     CpuDrawer drawer_;
+    // Made for the first scene.
+    std::unique_ptr<SceneStage> stage_;
+    bool failsScenes_ = false;
+    bool showsScene_ = false;
     QSize size_;
     // The picture in the window's format, where there is shared memory; and in
     // ours, unless that is the same.

@@ -3,14 +3,17 @@
 
 #include <vector>
 
+#include "platform/desktop/ScenePass.h"
 #include "platform/layers/DisplayList.h"
 #include "platform/layers/PixelGrid.h"
 #include "platform/layers/Rgba.h"
 
 namespace platform {
 
-// What is drawn in one go. A window's picture is its passes, one over the other.
+// What is drawn in one go: a scene, and the layers that lie over it. A window's
+// picture is its passes, one over the other; only the first has no scene.
 struct FramePass {
+    ScenePass scene;
     DisplayList layers;
 };
 
@@ -30,6 +33,10 @@ class FrameSink {
     // Takes the frame by swapping it for one whose memory may be used again.
     virtual void submit(Frame& frame) = 0;
 };
+
+// The pass from which a drawer need begin: what lies below is hidden by a scene
+// that fills the picture.
+[[nodiscard]] std::size_t firstVisiblePass(const Frame& frame);
 
 // Writes into `rects` (emptied first) which pixels may differ between two frames.
 void findFrameDamage(const Frame& before, const Frame& after, std::vector<QRect>& rects);

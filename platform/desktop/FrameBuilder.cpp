@@ -1,16 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "platform/desktop/FrameBuilder.h"
 
-#include "platform/desktop/View.h"
+#include <algorithm>
+#include <limits>
+
+#include "platform/desktop/SceneView.h"
 
 namespace platform {
 
 namespace {
-
-DisplayList& onlyPass(Frame& frame) {
-    frame.passes.resize(1);
-    return frame.passes[0].layers;
-}
 
 QRectF pictureInPoints(const PixelGrid& grid) {
     return {QPointF(0, 0), QSizeF(grid.size) / grid.scale};
@@ -19,7 +17,24 @@ QRectF pictureInPoints(const PixelGrid& grid) {
 }  // namespace
 
 FrameBuilder::FrameBuilder(Frame& frame, double clockTime)
-    : frame_(frame), clip_(pictureInPoints(frame.grid)), layers_(onlyPass(frame), clockTime) {}
+    : frame_(frame),
+      clockTime_(clockTime),
+      clip_(pictureInPoints(frame.grid)),
+      nextChange_(std::numeric_limits<double>::infinity()) {
+    beginPass();
+    frame_.passes.front().scene.isShown = false;
+}
+
+FrameBuilder::~FrameBuilder() {
+    frame_.passes.resize(passes_);
+}
+
+void FrameBuilder::beginPass() {
+    if (passes_ > 0)
+        nextChange_ = std::min(nextChange_, frame_.passes[passes_ - 1].layers.nextChange);
+    if (++passes_ > frame_.passes.size()) frame_.passes.resize(passes_);
+    layers_.emplace(frame_.passes[passes_ - 1].layers, clockTime_);
+}
 
 void FrameBuilder::add(View& view) {
     add(view, QPointF(0, 0));
@@ -34,11 +49,17 @@ void FrameBuilder::add(View& view, QPointF origin) {
 }
 
 void FrameBuilder::addLayers(Layer& root, QPointF origin) {
-    layers_.add(root, origin, clip_);
+    layers_->add(root, origin, clip_);
+}
+
+void FrameBuilder::addScene(SceneView& view, QPointF origin) {
+    beginPass();
+    view.fill(frame_.passes[passes_ - 1].scene, origin);
+    nextChange_ = std::min(nextChange_, view.nextChange());
 }
 
 double FrameBuilder::nextChange() const {
-    return frame_.passes[0].layers.nextChange;
+    return std::min(nextChange_, frame_.passes[passes_ - 1].layers.nextChange);
 }
 
 }  // namespace platform

@@ -15,11 +15,13 @@ std::unique_ptr<GlSurface> GlSurface::create(const QString& display, std::uint32
     surface->context_ = GlContext::create(egl, surface->window_.get());
     if (!surface->context_ || !surface->context_->makeCurrent(*surface->window_)) return nullptr;
     surface->window_->setSwapInterval(1);
+    surface->name_ = QString::fromStdString(surface->context_->rendererName());
     surface->drawer_ = GlDrawer::create();
     return surface->drawer_ ? std::move(surface) : nullptr;
 }
 
 GlSurface::~GlSurface() {
+    stage_.reset();
     drawer_.reset();
     if (context_) context_->doneCurrent();
 }
@@ -27,11 +29,42 @@ GlSurface::~GlSurface() {
 Surface::Result GlSurface::draw(const Frame& frame, std::span<const QRect>) {
     // A driver may learn of a new size only by swapping.
     for (int tries = 0; tries < 2; ++tries) {
-        drawer_->draw(frame.passes.front().layers, frame.grid, frame.background);
+        paint(frame);
         if (!window_->swap()) windowGone_ = true;
         if (windowGone_ || window_->size() == frame.grid.size) break;
     }
     return state();
+}
+
+void GlSurface::paint(const Frame& frame) {
+    showsScene_ = false;
+    std::optional<Rgba> background = frame.background;
+    for (std::size_t i = firstVisiblePass(frame); i < frame.passes.size(); ++i) {
+        const FramePass& pass = frame.passes[i];
+        if (pass.scene.isShown) {
+            paintScene(frame, pass.scene);
+            background.reset();
+        }
+        if (!pass.layers.items.empty() || background)
+            drawer_->draw(pass.layers, frame.grid, background);
+        background.reset();
+    }
+}
+
+void GlSurface::paintScene(const Frame& frame, const ScenePass& scene) {
+    showsScene_ = true;
+    if (scene.hasScene && !stage_ && !failsScenes_) {
+        stage_ = SceneStage::onContext(*context_);
+        failsScenes_ = !stage_;
+    }
+    if (stage_ && stage_->draw(scene, frame.grid)) return;
+    failsScenes_ = failsScenes_ || scene.hasScene;
+    // What lies below a scene of the whole picture was not drawn.
+    if (firstVisiblePass(frame) > 0) drawer_->draw(DisplayList(), frame.grid, scene.background);
+}
+
+void GlSurface::frameTook(double seconds) {
+    if (showsScene_ && stage_) stage_->frameTook(seconds);
 }
 
 Surface::Result GlSurface::repair(const Frame& frame, std::span<const QRect> lost) {
@@ -40,10 +73,6 @@ Surface::Result GlSurface::repair(const Frame& frame, std::span<const QRect> los
 
 Surface::Result GlSurface::finish() {
     return state();
-}
-
-QString GlSurface::drawer() const {
-    return QString::fromStdString(context_->rendererName());
 }
 
 Surface::Result GlSurface::state() {

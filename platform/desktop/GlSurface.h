@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/desktop/SceneStage.h"
 #include "platform/desktop/Surface.h"
 #include "platform/desktop/Xcb.h"
 #include "platform/render/Egl.h"
@@ -20,12 +21,17 @@ class GlSurface final : public Surface {
     Result draw(const Frame& frame, std::span<const QRect> damage) override;
     Result repair(const Frame& frame, std::span<const QRect> lost) override;
     Result finish() override;
-    [[nodiscard]] QString drawer() const override;
+    [[nodiscard]] const QString& drawer() const override { return name_; }
+    [[nodiscard]] int rung() const override { return showsScene_ && stage_ ? stage_->rung() : 0; }
+    [[nodiscard]] bool failsScenes() const override { return failsScenes_; }
+    void frameTook(double seconds) override;
 
     [[nodiscard]] bool isSoftware() const { return context_->isSoftware(); }
 
   private:
     GlSurface() = default;
+    void paint(const Frame& frame);
+    void paintScene(const Frame& frame, const ScenePass& scene);
     // Of the errors that have arrived.
     Result state();
 
@@ -34,6 +40,10 @@ class GlSurface final : public Surface {
     std::unique_ptr<EglWindowSurface> window_;
     std::unique_ptr<GlContext> context_;
     std::unique_ptr<GlDrawer> drawer_;
+    std::unique_ptr<SceneStage> stage_;  // made for the first scene
+    QString name_;
+    bool failsScenes_ = false;
+    bool showsScene_ = false;
     bool windowGone_ = false;
 };
 

@@ -9,8 +9,11 @@
 
 namespace platform {
 
-RenderThread::RenderThread(Actions actions)
-    : actions_(std::move(actions)), endingFd_(eventfd(0, EFD_CLOEXEC)), thread_([this] { run(); }) {
+RenderThread::RenderThread(const MediaClock& clock, Actions actions)
+    : clock_(clock),
+      actions_(std::move(actions)),
+      endingFd_(eventfd(0, EFD_CLOEXEC)),
+      thread_([this] { run(); }) {
     pthread_setname_np(thread_.native_handle(), "render");
 }
 
@@ -60,10 +63,7 @@ bool RenderThread::waitForWork() {
 
 void RenderThread::run() {
     const std::unique_ptr<Surface> surface = actions_.makeSurface(endingFd_);
-    if (surface) {
-        const std::lock_guard lock(mutex_);
-        drawer_ = surface->drawer();
-    }
+    if (surface) noteDrawer(*surface);
     Surface::Result result = surface ? Surface::Result::Drawn : Surface::Result::WindowGone;
     while (result == Surface::Result::Drawn && waitForWork())
         result = work(*surface);
@@ -78,7 +78,14 @@ Surface::Result RenderThread::work(Surface& surface) {
     return hasNext_ ? show(surface) : Surface::Result::Drawn;
 }
 
+void RenderThread::noteDrawer(const Surface& surface) {
+    rung_ = surface.rung();
+    const std::lock_guard lock(mutex_);
+    if (drawer_ != surface.drawer()) drawer_ = surface.drawer();
+}
+
 Surface::Result RenderThread::show(Surface& surface) {
+    const double begin = clock_.now();
     if (hasShown_) {
         findFrameDamage(shown_, next_, damage_);
     } else {
@@ -89,6 +96,9 @@ Surface::Result RenderThread::show(Surface& surface) {
     Surface::Result result = surface.draw(shown_, damage_);
     if (!hasShown_ && result == Surface::Result::Drawn) result = surface.finish();
     if (result != Surface::Result::Drawn) return result;
+    surface.frameTook(clock_.now() - begin);
+    noteDrawer(surface);
+    if (surface.failsScenes() && !std::exchange(toldOfScenes_, true)) actions_.scenesFailed();
     ++frames_;
     if (!std::exchange(hasShown_, true)) actions_.firstFrameShown();
     return result;

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "platform/desktop/Surface.h"
+#include "platform/time/MediaClock.h"
 
 namespace platform {
 
@@ -23,10 +24,12 @@ class RenderThread final : public FrameSink {
         // Called on the render thread, each at most once; after the last
         // nothing is drawn any more.
         std::function<void()> firstFrameShown;
+        std::function<void()> scenesFailed;
         std::function<void(Surface::Result)> ended;
     };
 
-    explicit RenderThread(Actions actions);
+    // The clock must be one that any thread may ask, and outlive this.
+    RenderThread(const MediaClock& clock, Actions actions);
     ~RenderThread() override;
     RenderThread(const RenderThread&) = delete;
     RenderThread& operator=(const RenderThread&) = delete;
@@ -37,8 +40,9 @@ class RenderThread final : public FrameSink {
     void expose(const QRect& rect);
 
     [[nodiscard]] std::uint64_t framesDrawn() const { return frames_; }
-    // Empty until the surface is made.
+    // Of the last frame; empty until the surface is made.
     [[nodiscard]] QString drawer() const;
+    [[nodiscard]] int rung() const { return rung_; }
 
   private:
     void run();
@@ -46,6 +50,9 @@ class RenderThread final : public FrameSink {
     Surface::Result show(Surface& surface);
     bool waitForWork();
 
+    void noteDrawer(const Surface& surface);
+
+    const MediaClock& clock_;
     const Actions actions_;
     mutable std::mutex mutex_;
     std::condition_variable wake_;
@@ -64,7 +71,10 @@ class RenderThread final : public FrameSink {
     std::vector<QRect> damage_;
     std::vector<QRect> lost_;
 
+    bool toldOfScenes_ = false;
+
     std::atomic<std::uint64_t> frames_{0};
+    std::atomic<int> rung_{0};
     const int endingFd_;
     std::thread thread_;
 };

@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include "platform/desktop/FrameBuilder.h"
 #include "platform/time/Require.h"
 
 namespace platform {
@@ -22,14 +23,14 @@ void SceneView::setScene(std::shared_ptr<Scene> scene) {
     if (scene_ == scene) return;
     scene_ = std::move(scene);
     anchor(scene_ ? scene_->time() : 0.0);
-    changed();
+    lookChanged();
 }
 
 void SceneView::setPlaying(bool playing) {
     if (playing_ == playing) return;
     anchor(sceneTime());
     playing_ = playing;
-    changed();
+    lookChanged();
 }
 
 void SceneView::setPreferredFramesPerSecond(int frames) {
@@ -39,11 +40,21 @@ void SceneView::setPreferredFramesPerSecond(int frames) {
 
 void SceneView::setSampleCount(int count) {
     require(count == 1 || count == 2 || count == 4);
-    if (std::exchange(sampleCount_, count) != count) changed();
+    if (std::exchange(sampleCount_, count) != count) lookChanged();
 }
 
 void SceneView::setBackgroundColor(const QColor& colour) {
-    if (std::exchange(background_, colour) != colour) changed();
+    if (std::exchange(background_, colour) != colour) lookChanged();
+}
+
+void SceneView::lookChanged() {
+    changed_ = true;
+    changed();
+}
+
+void SceneView::fail() {
+    // The action may drop this view.
+    if (const auto action = failed_) action();
 }
 
 void SceneView::anchor(double sceneTime) {
@@ -63,6 +74,10 @@ double SceneView::nextChange() const {
 }
 
 void SceneView::fill(ScenePass& pass, QPointF origin) {
+    static std::uint64_t pictures = 0;
+    if (playing_ || std::exchange(changed_, false)) picture_ = ++pictures;
+    pass.isShown = true;
+    pass.picture = picture_;
     pass.frame = {origin, frame().size()};
     pass.background = Rgba::from(background_);
     pass.sampleCount = sampleCount_;
@@ -73,8 +88,8 @@ void SceneView::fill(ScenePass& pass, QPointF origin) {
     extract(*scene_, frame().width() / frame().height(), pass.list);
 }
 
-void SceneView::build(FrameBuilder&, QPointF origin) {
-    fill(pass_, origin);
+void SceneView::build(FrameBuilder& builder, QPointF origin) {
+    builder.addScene(*this, origin);
 }
 
 }  // namespace platform

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QColor>
+#include <functional>
 #include <memory>
 
 #include "platform/desktop/ScenePass.h"
@@ -58,13 +59,17 @@ class SceneView : public View {
     // place of the bounds' zero in the window.
     void fill(ScenePass& pass, QPointF origin);
 
-    // What the last frame of the window that shows it was given.
-    [[nodiscard]] ScenePass& pass() { return pass_; }
+    // Called when the window that shows it turns out to have no means to draw
+    // scenes; once, in a turn of the event loop.
+    void onFailure(std::function<void()> action) { failed_ = std::move(action); }
+    void fail();
 
   protected:
     void build(FrameBuilder& builder, QPointF origin) override;
 
   private:
+    void lookChanged();
+
     // From now on the scene's time counts from this one.
     void anchor(double sceneTime);
 
@@ -77,7 +82,9 @@ class SceneView : public View {
     QColor background_ = Qt::white;
     double anchorClock_;       // at this time of the clock ...
     double anchorTime_ = 0.0;  // ... the scene stood at this one of its own
-    ScenePass pass_;
+    std::uint64_t picture_ = 0;
+    bool changed_ = true;  // since the last frame, other than by time
+    std::function<void()> failed_;
 };
 
 }  // namespace platform

@@ -27,8 +27,16 @@ class Surface {
     // Waits until the window shows it.
     virtual Result finish() = 0;
 
-    // As WindowStatistics has it.
-    [[nodiscard]] virtual QString drawer() const = 0;
+    // What drew the last frame, and at which rung of the quality ladder, as
+    // WindowStatistics has it.
+    [[nodiscard]] virtual const QString& drawer() const = 0;
+    [[nodiscard]] virtual int rung() const { return 0; }
+
+    // Whether there was a scene to draw and no means to draw it.
+    [[nodiscard]] virtual bool failsScenes() const { return false; }
+
+    // The frame took this long, from being handed over to being shown.
+    virtual void frameTook(double) {}
 };
 
 }  // namespace platform

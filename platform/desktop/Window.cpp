@@ -153,7 +153,8 @@ WindowStatistics Window::statistics() const {
     if (!drawing) return {};
     return {.frames = drawing->framesDrawn(),
             .firstFrameTime = drawing->firstFrameTime(),
-            .drawer = drawing->drawer()};
+            .drawer = drawing->drawer(),
+            .rung = drawing->rung()};
 }
 
 void Window::setNeedsFrame() {

@@ -5,6 +5,7 @@
 #include <QScreen>
 
 #include "platform/desktop/FrameBuilder.h"
+#include "platform/desktop/SceneView.h"
 #include "platform/desktop/ScreenSpace.h"
 
 namespace platform {
@@ -35,6 +36,7 @@ void WindowCore::draw(std::uint32_t xWindow) {
         WindowDrawing::Actions{
             .build = [this](Frame& frame, double time) { return build(frame, time); },
             .geometryChanged = [this] { geometryChanged(); },
+            .scenesFailed = [this] { tellOfNoScenes(*window_.content_); },
             .gone =
                 [this] {
                     // The action may drop the window, and itself with it.
@@ -42,6 +44,14 @@ void WindowCore::draw(std::uint32_t xWindow) {
                 }});
     drawing->setWanted(fade.value() > 0.0);
     geometryChanged();
+}
+
+void WindowCore::tellOfNoScenes(View& view) {
+    // What is told may change the tree.
+    const std::vector<std::shared_ptr<View>> subviews = view.subviews();
+    for (const auto& subview : subviews)
+        tellOfNoScenes(*subview);
+    if (auto* scene = dynamic_cast<SceneView*>(&view)) scene->fail();
 }
 
 double WindowCore::build(Frame& frame, double time) {

@@ -36,6 +36,7 @@ class WindowCore final : public OwnWindowDelegate {
   private:
     double build(Frame& frame, double time);
     void fit();
+    static void tellOfNoScenes(View& view);
 
     Window& window_;
     ScreenObserver screens_;

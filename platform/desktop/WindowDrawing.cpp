@@ -54,21 +54,24 @@ void WindowDrawing::startRenderer(DrawerChoice drawer) {
         .drawer = drawer, .display = server_.options().display, .window = window_};
     if (renderer_) framesBefore_ += renderer_->framesDrawn();
     renderer_.reset();
-    renderer_ = std::make_unique<RenderThread>(RenderThread::Actions{
-        .makeSurface =
-            [options](int ending) {
-                SurfaceOptions own = options;
-                own.ending = ending;
-                return makeSurfaceFor(own);
-            },
-        .firstFrameShown =
-            [this, tell] {
-                tell([this] {
-                    if (!firstFrameTime_) firstFrameTime_ = server_.clock().now();
-                });
-            },
-        .ended = [this,
-                  tell](Surface::Result result) { tell([this, result] { ended(result); }); }});
+    renderer_ = std::make_unique<RenderThread>(
+        server_.clock(),
+        RenderThread::Actions{
+            .makeSurface =
+                [options](int ending) {
+                    SurfaceOptions own = options;
+                    own.ending = ending;
+                    return makeSurfaceFor(own);
+                },
+            .firstFrameShown =
+                [this, tell] {
+                    tell([this] {
+                        if (!firstFrameTime_) firstFrameTime_ = server_.clock().now();
+                    });
+                },
+            .scenesFailed = [this, tell] { tell([this] { actions_.scenesFailed(); }); },
+            .ended = [this,
+                      tell](Surface::Result result) { tell([this, result] { ended(result); }); }});
 }
 
 void WindowDrawing::ended(Surface::Result result) {

@@ -24,6 +24,9 @@ class WindowDrawing {
         FramePump::Build build;
         // The window has another size or place than before.
         std::function<void()> geometryChanged;
+        // There is a scene to draw and no means to; at most once for each way
+        // of drawing.
+        std::function<void()> scenesFailed;
         // The window is no more; called once, in a turn of the event loop.
         std::function<void()> gone;
     };
@@ -49,6 +52,7 @@ class WindowDrawing {
     }
     [[nodiscard]] std::optional<double> firstFrameTime() const { return firstFrameTime_; }
     [[nodiscard]] QString drawer() const { return renderer_->drawer(); }
+    [[nodiscard]] int rung() const { return renderer_->rung(); }
 
   private:
     // Forwards to the render thread that there is at the moment.

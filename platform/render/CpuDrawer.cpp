@@ -52,7 +52,8 @@ class ConvertedImages {
 struct CpuDrawer::State {
     void prepare(const DisplayList& list, const PixelGrid& grid);
     CpuPaint place(const DisplayList& list, const DisplayItem& item, const PixelGrid& grid);
-    void repaint(const DisplayList& list, const PixelRect& rect, std::uint32_t background);
+    void repaint(const DisplayList& list, const PixelRect& rect,
+                 const std::optional<std::uint32_t>& background);
     void drawItem(const CpuPaint& paint, std::int32_t mask, const PixelRect& region);
     void drawEven(const CpuPaint& paint, const PixelRect& region);
     void drawAny(const CpuPaint& paint, std::int32_t mask, bool even, const PixelRect& region);
@@ -100,9 +101,9 @@ void CpuDrawer::State::prepare(const DisplayList& list, const PixelGrid& grid) {
 }
 
 void CpuDrawer::State::repaint(const DisplayList& list, const PixelRect& rect,
-                               std::uint32_t background) {
-    for (int y = rect.y0; y < rect.y1; ++y)
-        rows::fill(row(rect.x0, y), rect.width(), background);
+                               const std::optional<std::uint32_t>& background) {
+    for (int y = rect.y0; background && y < rect.y1; ++y)
+        rows::fill(row(rect.x0, y), rect.width(), *background);
     for (std::size_t i = 0; i < items.size(); ++i) {
         const PixelRect region = bounds[i] & rect;
         if (!region.isEmpty()) drawItem(items[i], list.items[i].mask, region);
@@ -159,9 +160,9 @@ CpuDrawer::CpuDrawer() : state_(std::make_unique<State>()) {}
 CpuDrawer::~CpuDrawer() = default;
 
 void CpuDrawer::draw(const DisplayList& list, const PixelGrid& grid, std::span<const QRect> rects,
-                     Rgba background, const PixelBuffer& target) {
+                     std::optional<Rgba> background, const PixelBuffer& target) {
     const PixelRect picture{0, 0, target.size.width(), target.size.height()};
-    const std::uint32_t pixel = rows::pixel(background);
+    const auto pixel = background ? std::optional(rows::pixel(*background)) : std::nullopt;
     state_->target = target;
     state_->prepare(list, grid);
     for (const QRect& rect : rects) {

@@ -6,6 +6,7 @@
 #include <QSize>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 
 #include "platform/layers/DisplayList.h"
@@ -47,11 +48,12 @@ class CpuDrawer {
     CpuDrawer(const CpuDrawer&) = delete;
     CpuDrawer& operator=(const CpuDrawer&) = delete;
 
-    // Makes the given rectangles of `target` (in its pixels; they may overlap
-    // and reach outside) show the list over the background, whatever they
-    // showed. Touches no other pixel.
+    // Makes the given rectangles of `target` (in its pixels; they may reach
+    // outside) show the list over the background, whatever they showed; without
+    // a background, over what they showed, and then they must not overlap.
+    // Touches no other pixel.
     void draw(const DisplayList& list, const PixelGrid& grid, std::span<const QRect> rects,
-              Rgba background, const PixelBuffer& target);
+              std::optional<Rgba> background, const PixelBuffer& target);
 
   private:
     struct State;

@@ -93,7 +93,8 @@ int GlDrawer::pictureCount() const {
     return parts_->pictures.count();
 }
 
-void GlDrawer::draw(const DisplayList& list, const PixelGrid& grid, Rgba background) {
+void GlDrawer::draw(const DisplayList& list, const PixelGrid& grid,
+                    std::optional<Rgba> background) {
     Parts& p = *parts_;
     p.drawCalls = 0;
     if (grid.size.isEmpty()) return;
@@ -104,8 +105,10 @@ void GlDrawer::draw(const DisplayList& list, const PixelGrid& grid, Rgba backgro
     glDisable(GL_FRAMEBUFFER_SRGB);
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
     glViewport(0, 0, grid.size.width(), grid.size.height());
-    glClearColor(background.r, background.g, background.b, background.a);
-    glClear(GL_COLOR_BUFFER_BIT);
+    if (background) {
+        glClearColor(background->r, background->g, background->b, background->a);
+        glClear(GL_COLOR_BUFFER_BIT);
+    }
     glEnable(GL_BLEND);
     glBlendEquation(GL_FUNC_ADD);
     glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "platform/layers/DisplayList.h"
 #include "platform/layers/PixelGrid.h"
@@ -36,9 +37,10 @@ class GlDrawer {
     GlDrawer& operator=(const GlDrawer&) = delete;
 
     // Fills the framebuffer's lower left `grid.size` pixels: the background,
-    // premultiplied, and the list over it. Leaves the viewport, blending,
+    // premultiplied, and the list over it; without a background, the list over
+    // what is there. Leaves the viewport, blending,
     // program and texture bindings changed.
-    void draw(const DisplayList& list, const PixelGrid& grid, Rgba background);
+    void draw(const DisplayList& list, const PixelGrid& grid, std::optional<Rgba> background);
 
     // Of the last draw; clearing to the background is none.
     [[nodiscard]] int drawCalls() const;

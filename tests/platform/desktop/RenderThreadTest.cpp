@@ -7,6 +7,7 @@
 
 using platform::DisplayItem;
 using platform::Frame;
+using platform::ManualClock;
 using platform::RenderThread;
 using platform::Surface;
 
@@ -46,7 +47,10 @@ struct FakeSurface final : Surface {
         return log.result;
     }
     Result finish() override { return Result::Drawn; }
-    QString drawer() const override { return QStringLiteral("fake"); }
+    const QString& drawer() const override {
+        static const QString name = QStringLiteral("fake");
+        return name;
+    }
 };
 
 // One green square on 100 by 100 pixels.
@@ -66,7 +70,9 @@ struct RenderThreadTest : testing::Test {
     Log log;
     std::promise<void> first;
     std::promise<Surface::Result> ended;
-    RenderThread thread{{.makeSurface = [this](int) { return std::make_unique<FakeSurface>(log); },
+    ManualClock clock;
+    RenderThread thread{clock,
+                        {.makeSurface = [this](int) { return std::make_unique<FakeSurface>(log); },
                          .firstFrameShown = [this] { first.set_value(); },
                          .ended = [this](Surface::Result r) { ended.set_value(r); }}};
 
