@@ -93,13 +93,16 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
 }
 
 int start(int argc, char** argv, const Opdracht& opdracht) {
-    if (opdracht.wat != Opdracht::Wat::Plaatje && !platform::isDisplayReachable())
+    std::optional<platform::DisplayCheck> scherm;
+    if (opdracht.wat != Opdracht::Wat::Plaatje) scherm.emplace();
+    if (scherm && !scherm->isReachable())
         return meldNaam(QStringLiteral("er is geen scherm om op te tekenen; met --plaatje kan het "
                                        "zonder"),
                         kFout);
     kiesPlatform(opdracht);
     if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     QGuiApplication app(argc, argv);
+    scherm.reset();
     QGuiApplication::setApplicationName(QStringLiteral("brixtel-saver"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Brixtel"));
     QGuiApplication::setQuitOnLastWindowClosed(false);

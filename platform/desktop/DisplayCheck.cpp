@@ -5,11 +5,14 @@
 
 namespace platform {
 
-bool isDisplayReachable() {
-    xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
-    const bool reachable = xcb_connection_has_error(connection) == 0;
-    xcb_disconnect(connection);
-    return reachable;
+DisplayCheck::DisplayCheck() : connection_(xcb_connect(nullptr, nullptr)) {}
+
+DisplayCheck::~DisplayCheck() {
+    xcb_disconnect(connection_);
+}
+
+bool DisplayCheck::isReachable() const {
+    return xcb_connection_has_error(connection_) == 0;
 }
 
 }  // namespace platform
