@@ -36,7 +36,8 @@ class Thema final {
     struct FontOpties {
         bool vet = false;
     };
-    // The desktop's monospaced font, `maat` points high, bold or regular.
+    // The desktop's monospaced font, `maat` points high, to the nearest whole
+    // one, bold or regular.
     static QFont font(double maat, FontOpties opties);
     static QFont font(double maat) { return font(maat, {}); }
 

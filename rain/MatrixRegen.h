@@ -44,7 +44,8 @@ class MatrixRegen {
     // Ends the flicker; the rain falls on.
     void stop();
 
-    // Changes the speed of the whole rain without a jump; 0 freezes it.
+    // Changes the speed of the fall without a jump; 0 freezes it. The flicker
+    // keeps its own pace.
     void zetTempo(float tempo);
 
     struct Kolom {

@@ -31,6 +31,9 @@ void HostView::mouseDown(const platform::MouseEvent&) {
 void HostView::rightMouseDown(const platform::MouseEvent&) {
     invoer();
 }
+void HostView::otherMouseDown(const platform::MouseEvent&) {
+    invoer();
+}
 
 void HostView::mouseMoved(const platform::MouseEvent& event) {
     const QPointF punt = event.screenLocation;

@@ -26,6 +26,7 @@ class HostView : public platform::View {
     void keyDown(const platform::KeyEvent& event) override;
     void mouseDown(const platform::MouseEvent& event) override;
     void rightMouseDown(const platform::MouseEvent& event) override;
+    void otherMouseDown(const platform::MouseEvent& event) override;
     void mouseMoved(const platform::MouseEvent& event) override;
 
   private:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/saver/Opdracht.h"
 
+#include <QLocale>
 #include <QRegularExpression>
 #include <cmath>
 #include <functional>
@@ -96,11 +97,12 @@ QString zetGetal(std::optional<double>& doel, const QString& waarde, QLatin1Stri
                  double laag, double hoog) {
     doel = leesGetal(waarde, laag, hoog);
     if (doel) return {};
+    // Written out: nobody reads a year of seconds as a power of ten.
+    const auto voluit = [](double grens) {
+        return QString::number(grens, 'f', QLocale::FloatingPointShortest);
+    };
     return QStringLiteral("--%1 wil een getal van %2 tot en met %3, niet '%4'")
-        .arg(naam)
-        .arg(laag)
-        .arg(hoog)
-        .arg(waarde);
+        .arg(naam, voluit(laag), voluit(hoog), waarde);
 }
 
 QString zetGetal(double& doel, const QString& waarde, QLatin1String naam, double laag,
@@ -151,8 +153,20 @@ Optie vlagOptie(QLatin1String naam, bool Opdracht::*vlag) {
             }};
 }
 
+Optie maatOptie(QLatin1String naam, QSize Opdracht::*maat) {
+    return {naam, Waarde::Nodig, {}, [=](Opdracht& o, const QString& waarde) {
+                return zetMaat(o.*maat, waarde, naam);
+            }};
+}
+
+template <typename Getal>
+Optie getalOptie(QLatin1String naam, Getal Opdracht::*getal, double laag, double hoog) {
+    return {naam, Waarde::Nodig, {}, [=](Opdracht& o, const QString& waarde) {
+                return zetGetal(o.*getal, waarde, naam, laag, hoog);
+            }};
+}
+
 const std::vector<Optie>& opties() {
-    using S = const QString&;
     static const QLatin1String maatVorm("^[0-9]+[xX×][0-9]+$");
     static const std::vector<Optie> alle{
         watOptie(QLatin1String("root"), Wat::Gastheer),
@@ -168,31 +182,18 @@ const std::vector<Optie>& opties() {
         {QLatin1String("keuze"), Waarde::Nodig, {}, zetKeuze},
         {QLatin1String("tekenaar"), Waarde::Nodig, {}, zetTekenaar},
         {QLatin1String("plaatje"), Waarde::Nodig, {}, zetPlaatje},
-        {QLatin1String("maat"),
-         Waarde::Nodig,
-         {},
-         [](Opdracht& o, S w) { return zetMaat(o.maat, w, QLatin1String("maat")); }},
-        {QLatin1String("schaal"),
-         Waarde::Nodig,
-         {},
-         [](Opdracht& o, S w) { return zetGetal(o.schaal, w, QLatin1String("schaal"), 0.25, 8); }},
-        {QLatin1String("na"),
-         Waarde::Nodig,
-         {},
-         [](Opdracht& o, S w) { return zetGetal(o.na, w, QLatin1String("na"), 0, 86400); }},
-        {QLatin1String("seconden"),
-         Waarde::Nodig,
-         {},
-         [](Opdracht& o, S w) {
-             return zetGetal(o.seconden, w, QLatin1String("seconden"), 0.1, 31536000);
-         }},
+        maatOptie(QLatin1String("maat"), &Opdracht::maat),
+        getalOptie(QLatin1String("schaal"), &Opdracht::schaal, 0.25, 8),
+        getalOptie(QLatin1String("na"), &Opdracht::na, 0, 86400),
+        getalOptie(QLatin1String("seconden"), &Opdracht::seconden, 0.1, 31536000),
         {QLatin1String("zaad"), Waarde::Nodig, {}, zetZaad},
     };
     return alle;
 }
 
+// One line, whatever was typed.
 Fout fout(const QString& wat) {
-    return {QStringLiteral("brixtel-saver: %1 (--help toont wat er kan)").arg(wat)};
+    return {QStringLiteral("brixtel-saver: %1 (--help toont wat er kan)").arg(wat.simplified())};
 }
 
 // Takes one option, and its value if that is the next word. Returns what is
@@ -271,8 +272,8 @@ Waar:
   --venster[=BxH]        in een gewoon venster (1280x720)
   --root                 in het venster van de gastheer, of op de achtergrond
   --window-id=NUMMER     in het venster met dit nummer (hexadecimaal of decimaal)
-  --plaatje=BESTAND.png  een stilstaand beeld in een bestand; zonder scherm
-                         kan ook. Met --keuze, en naar wens:
+  --plaatje=BESTAND.png  een stilstaand beeld in een bestand; dat kan ook
+                         zonder scherm. Met --keuze, en naar wens:
       --maat=BxH         in punten (1920x1080)
       --schaal=S         beeldpunten per punt (1)
       --na=SECONDEN      zo lang na het begin (6)

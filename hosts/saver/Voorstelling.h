@@ -31,8 +31,6 @@ class Voorstelling {
     // Of the first window: the main screen's.
     [[nodiscard]] platform::WindowStatistics stand() const;
 
-    [[nodiscard]] std::size_t aantalVensters() const { return doeken_.size(); }
-
   private:
     struct Doek {
         platform::Screen scherm;

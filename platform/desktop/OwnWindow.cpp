@@ -120,8 +120,10 @@ MouseEvent OwnWindow::from(const QMouseEvent& event) const {
 
 void OwnWindow::mousePressEvent(QMouseEvent* event) {
     using Mouse = OwnWindowDelegate::Mouse;
-    if (event->button() == Qt::LeftButton) delegate_.mouse(Mouse::LeftDown, from(*event));
-    if (event->button() == Qt::RightButton) delegate_.mouse(Mouse::RightDown, from(*event));
+    const Mouse what = event->button() == Qt::LeftButton    ? Mouse::LeftDown
+                       : event->button() == Qt::RightButton ? Mouse::RightDown
+                                                            : Mouse::OtherDown;
+    delegate_.mouse(what, from(*event));
 }
 
 void OwnWindow::mouseMoveEvent(QMouseEvent* event) {

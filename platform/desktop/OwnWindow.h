@@ -15,7 +15,7 @@ namespace platform {
 class OwnWindowDelegate {
   public:
     virtual ~OwnWindowDelegate() = default;
-    enum class Mouse { LeftDown, RightDown, Moved };
+    enum class Mouse { LeftDown, RightDown, OtherDown, Moved };
     virtual void keyDown(const KeyEvent& event) = 0;
     virtual void mouse(Mouse what, const MouseEvent& event) = 0;
     virtual void closeAsked() = 0;

@@ -131,6 +131,10 @@ void View::rightMouseDown(const MouseEvent& event) {
     if (superview_) superview_->rightMouseDown(event);
 }
 
+void View::otherMouseDown(const MouseEvent& event) {
+    if (superview_) superview_->otherMouseDown(event);
+}
+
 void View::mouseMoved(const MouseEvent& event) {
     if (superview_) superview_->mouseMoved(event);
 }

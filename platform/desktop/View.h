@@ -69,6 +69,7 @@ class View {
     virtual void keyDown(const KeyEvent& event);
     virtual void mouseDown(const MouseEvent& event);
     virtual void rightMouseDown(const MouseEvent& event);
+    virtual void otherMouseDown(const MouseEvent& event);  // the middle one and beyond
     virtual void mouseMoved(const MouseEvent& event);
 
     // The topmost view of this tree at a point of the superview's bounds;

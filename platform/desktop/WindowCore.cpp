@@ -103,6 +103,8 @@ void WindowCore::mouse(Mouse what, const MouseEvent& event) {
             return target->mouseDown(event);
         case Mouse::RightDown:
             return target->rightMouseDown(event);
+        case Mouse::OtherDown:
+            return target->otherMouseDown(event);
         case Mouse::Moved:
             return target->mouseMoved(event);
     }

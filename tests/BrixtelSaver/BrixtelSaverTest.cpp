@@ -272,6 +272,30 @@ TEST_F(SaverView, AFixedSceneWhileRotatingStopsTheTimer) {
     EXPECT_EQ(view->huidige(), SaverKeuze::regen);
 }
 
+// A clock that notes whether it was asked the time while no timer waited, which
+// is what a rain does as it is built.
+class MeekijkendeKlok final : public platform::MediaClock {
+  public:
+    double now() const override {
+        zonderTimers = zonderTimers || timerCount() == 0;
+        return 100.0;
+    }
+    mutable bool zonderTimers = false;
+};
+
+TEST_F(SaverView, AFixedSceneWhileRotatingStopsTheTimerBeforeTheNewSceneIsBuilt) {
+    SaverInstellingen::zetKeuze(SaverKeuze::wisselend);
+    MeekijkendeKlok eigenKlok;
+    ProefView view(QRectF(0, 0, 300, 200), false,
+                   {.clock = eigenKlok, .random = toeval, .notifications = berichten});
+    view.startAnimation();
+    view.configureSheet();
+    eigenKlok.zonderTimers = false;
+    view.klaar(SaverKeuze::regen);
+    ASSERT_TRUE(view.regen());
+    EXPECT_TRUE(eigenKlok.zonderTimers);
+}
+
 TEST_F(SaverView, AfterWillstopNoTimerAndNoSceneButALaterPickRestarts) {
     const auto view = gestart(SaverKeuze::wisselend);
     meldStop();

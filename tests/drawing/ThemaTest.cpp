@@ -109,6 +109,17 @@ TEST(Thema, CentredTextStartsHalfItsWidthToTheLeft) {
     EXPECT_LE(inkt(midden).second, 100 + breed / 2 + 1);
 }
 
+TEST(Thema, CentredTextOfWidth40At100StartsAt80OnTheSameBaseline) {
+    QFont font = Thema::font(20);
+    const QString tekst = QStringLiteral("MM");
+    font.setLetterSpacing(QFont::AbsoluteSpacing,
+                          20.0 - Thema::breedte(tekst, {.font = font}) / 2.0);
+    ASSERT_NEAR(Thema::breedte(tekst, {.font = font}), 40.0, 0.02);
+    EXPECT_EQ(
+        tekstBeeld({.font = font, .kleur = Qt::white, .op = {100, 50}, .midden = true}, tekst),
+        tekstBeeld({.font = font, .kleur = Qt::white, .op = {80, 50}}, tekst));
+}
+
 TEST(Thema, TextStandsUprightOnItsBaseline) {
     const QImage beeld = tekstBeeld({.font = Thema::font(40), .kleur = Qt::white, .op = {20, 50}},
                                     QStringLiteral("L"));

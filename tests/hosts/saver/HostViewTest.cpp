@@ -35,7 +35,8 @@ TEST_F(HostViewTest, AKeyOrAClickEndsAtOnce) {
     view.keyDown({});
     view.mouseDown({});
     view.rightMouseDown({});
-    EXPECT_EQ(geroepen, 3);
+    view.otherMouseDown({});
+    EXPECT_EQ(geroepen, 4);
     EXPECT_TRUE(view.acceptsFirstResponder());
 }
 

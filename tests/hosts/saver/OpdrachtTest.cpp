@@ -149,6 +149,19 @@ TEST(Opdracht, ABadArgumentGetsOneClearDutchLine) {
     EXPECT_FALSE(mis({QString()}).isEmpty());
 }
 
+TEST(Opdracht, ABadNumberIsToldItsBoundsWrittenOut) {
+    EXPECT_EQ(mis(woorden("--seconden=0")),
+              QStringLiteral("brixtel-saver: --seconden wil een getal van 0.1 tot en met 31536000, "
+                             "niet '0' (--help toont wat er kan)"));
+    EXPECT_TRUE(mis(woorden("--na=1e9")).contains(QStringLiteral("van 0 tot en met 86400,")));
+}
+
+TEST(Opdracht, ALineBreakInAnArgumentIsNoneInTheLine) {
+    const QString fout = mis({QStringLiteral("--keuze=een\nander")});
+    EXPECT_FALSE(fout.contains(u'\n'));
+    EXPECT_TRUE(fout.contains(QStringLiteral("'een ander'")));
+}
+
 TEST(Opdracht, TheHelpNamesEveryOption) {
     const QString hulp = brixtel::hulpTekst();
     for (const char* naam : {"venster", "root", "window-id", "voorvertoning", "keuze",

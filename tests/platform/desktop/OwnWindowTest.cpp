@@ -184,13 +184,14 @@ TEST_F(OwnWindowTest, ItsAlphaIsTheCompositorsToShow) {
 
 struct Listening : View {
     using View::View;
-    int keys = 0, left = 0, right = 0, moved = 0;
+    int keys = 0, left = 0, right = 0, other = 0, moved = 0;
     KeyEvent key;
     MouseEvent mouse;
     bool acceptsFirstResponder() const override { return true; }
     void keyDown(const KeyEvent& e) override { ++keys, key = e; }
     void mouseDown(const MouseEvent& e) override { ++left, mouse = e; }
     void rightMouseDown(const MouseEvent& e) override { ++right, mouse = e; }
+    void otherMouseDown(const MouseEvent& e) override { ++other, mouse = e; }
     void mouseMoved(const MouseEvent& e) override { ++moved, mouse = e; }
 };
 
@@ -211,6 +212,9 @@ TEST_F(OwnWindowTest, KeysAndMouseReachItsViews) {
     EXPECT_TRUE(until([&] { return view->left == 1; }));
     xdotool({QStringLiteral("click"), QStringLiteral("3")});
     EXPECT_TRUE(until([&] { return view->right == 1; }));
+    xdotool({QStringLiteral("click"), QStringLiteral("2")});
+    EXPECT_TRUE(until([&] { return view->other == 1; }));
+    EXPECT_EQ(view->left, 1);
     xdotool({QStringLiteral("key"), QStringLiteral("a")});
     EXPECT_TRUE(until([&] { return view->keys == 1; }));
     EXPECT_EQ(view->key.text, QStringLiteral("a"));

@@ -182,6 +182,7 @@ struct Handler : View {
     void keyDown(const KeyEvent&) override { got.push_back(QStringLiteral("key")); }
     void mouseDown(const MouseEvent&) override { got.push_back(QStringLiteral("left")); }
     void rightMouseDown(const MouseEvent&) override { got.push_back(QStringLiteral("right")); }
+    void otherMouseDown(const MouseEvent&) override { got.push_back(QStringLiteral("other")); }
     void mouseMoved(const MouseEvent&) override { got.push_back(QStringLiteral("moved")); }
 };
 
@@ -192,9 +193,11 @@ TEST(View, InputThatAViewDoesNotHandleGoesToItsSuperview) {
     inner->keyDown({});
     inner->mouseDown({});
     inner->rightMouseDown({});
+    inner->otherMouseDown({});
     inner->mouseMoved({});
     EXPECT_EQ(outer.got, (std::vector<QString>{QStringLiteral("key"), QStringLiteral("left"),
-                                               QStringLiteral("right"), QStringLiteral("moved")}));
+                                               QStringLiteral("right"), QStringLiteral("other"),
+                                               QStringLiteral("moved")}));
     makeView(0, 0, 1, 1)->keyDown({});
 }
 
