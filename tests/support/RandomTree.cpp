@@ -93,7 +93,7 @@ void RandomTree::change() {
     const std::uint32_t count = 1 + random_.below(3);
     for (std::uint32_t i = 0; i < count; ++i) {
         GradientLayer& layer = *all_[random_.below(static_cast<std::uint32_t>(all_.size()))];
-        switch (random_.below(5)) {
+        switch (random_.below(6)) {
             case 0:
                 layer.setOpacity(random_.unit());
                 break;
@@ -105,6 +105,9 @@ void RandomTree::change() {
                 break;
             case 3:
                 fill(layer);
+                break;
+            case 4:
+                layer.setMasksToBounds(!layer.masksToBounds());
                 break;
             default:
                 layer.setPosition(layer.position() +

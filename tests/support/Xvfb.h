@@ -36,6 +36,7 @@ class Xvfb {
 
     struct Host {
         int width = 200, height = 150;
+        int x = 0, y = 0;
         int depth = 0;  // 0 is the screen's own
         xcb_window_t parent = 0;
         bool mapped = true;
