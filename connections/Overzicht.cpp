@@ -55,7 +55,7 @@ std::optional<double> graden(const QJsonValue& waarde, double grens) {
 std::optional<std::vector<std::string>> teksten(const QJsonValue& waarde) {
     if (!waarde.isArray()) return std::nullopt;
     std::vector<std::string> lijst;
-    for (const QJsonValue& tekst : waarde.toArray()) {
+    for (const QJsonValue tekst : waarde.toArray()) {
         if (!tekst.isString()) return std::nullopt;
         lijst.push_back(tekst.toString().toStdString());
     }
@@ -109,7 +109,7 @@ std::optional<std::vector<Lijn>> leesJson(const QByteArray& json) {
     const QJsonValue lijst = document.object()[u"lijnen"_s];
     if (!lijst.isArray()) return std::nullopt;
     std::vector<Lijn> lijnen;
-    for (const QJsonValue& waarde : lijst.toArray()) {
+    for (const QJsonValue waarde : lijst.toArray()) {
         auto lijn = lijnVan(waarde.toObject());
         if (!lijn) return std::nullopt;
         lijnen.push_back(std::move(*lijn));

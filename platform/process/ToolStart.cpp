@@ -45,8 +45,8 @@ struct Child {
 // vfork, because fork would copy the page tables of a program full of pictures
 // and hold up its render threads; posix_spawn has no death signal.
 [[gnu::noinline]] pid_t spawn(const Child& child) {
-    const pid_t pid = vfork();
-    if (pid == 0) becomeTool(child);
+    const pid_t pid = vfork();        // NOLINT(clang-analyzer-security.insecureAPI.vfork)
+    if (pid == 0) becomeTool(child);  // NOLINT(clang-analyzer-unix.Vfork)
     return pid;
 }
 

@@ -113,11 +113,11 @@ std::vector<Ring> leesBogen(const QJsonObject& kaart) {
     const QJsonArray schaal = vorm[u"scale"_s].toArray();
     const QJsonArray nul = vorm[u"translate"_s].toArray();
     std::vector<Ring> bogen;
-    for (const QJsonValue& boog : kaart[u"arcs"_s].toArray()) {
+    for (const QJsonValue boog : kaart[u"arcs"_s].toArray()) {
         Ring& ring = bogen.emplace_back();
         double x = 0.0;
         double y = 0.0;
-        for (const QJsonValue& stap : boog.toArray()) {
+        for (const QJsonValue stap : boog.toArray()) {
             x += stap[0].toDouble();
             y += stap[1].toDouble();
             ring.push_back({y * schaal[1].toDouble() + nul[1].toDouble(),
@@ -131,7 +131,7 @@ std::vector<Ring> leesBogen(const QJsonObject& kaart) {
 // index when it runs backwards; the last point of one is the first of the next.
 Ring leesRing(const QJsonArray& nummers, const std::vector<Ring>& bogen) {
     Ring ring;
-    for (const QJsonValue& waarde : nummers) {
+    for (const QJsonValue waarde : nummers) {
         const int nummer = waarde.toInt();
         Ring boog = bogen.at(static_cast<std::size_t>(nummer < 0 ? ~nummer : nummer));
         if (nummer < 0) std::reverse(boog.begin(), boog.end());
@@ -145,9 +145,9 @@ std::vector<Stuk> leesStukken(const QJsonObject& vorm, const std::vector<Ring>& 
     const QJsonArray arcs = vorm[u"arcs"_s].toArray();
     const bool een = vorm[u"type"_s] == u"Polygon"_s;
     std::vector<Stuk> stukken;
-    for (const QJsonValue& stuk : een ? QJsonArray{arcs} : arcs) {
+    for (const QJsonValue stuk : een ? QJsonArray{arcs} : arcs) {
         Stuk& ringen = stukken.emplace_back();
-        for (const QJsonValue& ring : stuk.toArray())
+        for (const QJsonValue ring : stuk.toArray())
             ringen.push_back(leesRing(ring.toArray(), bogen));
         if (ringen.empty()) stukken.pop_back();
     }
@@ -162,7 +162,7 @@ Kaart::Kaart(const QByteArray& topoJson) {
         kaart[u"objects"_s].toObject()[u"countries"_s].toObject()[u"geometries"_s].toArray();
     if (vormen.isEmpty()) throw std::runtime_error("geen TopoJSON met landen");
     const std::vector<Ring> bogen = leesBogen(kaart);
-    for (const QJsonValue& waarde : vormen) {
+    for (const QJsonValue waarde : vormen) {
         const QJsonObject vorm = waarde.toObject();
         // Some regions without a number of their own are listed without one, and
         // some outlying ones under their country's.
@@ -175,11 +175,11 @@ Kaart::Kaart(const QByteArray& topoJson) {
 std::optional<Plaats> Kaart::midden(const std::string& nummer) const {
     const auto land = landen_.find(nummer);
     if (land == landen_.end() || land->second.empty()) return std::nullopt;
-    const Stuk* grootste = nullptr;
+    const Stuk* grootste = &land->second.front();
     glm::dvec3 zwaarste(0.0);
     for (const Stuk& stuk : land->second) {
         const glm::dvec3 g = gewicht(stuk);
-        if (grootste && glm::length(g) <= glm::length(zwaarste)) continue;
+        if (glm::length(g) <= glm::length(zwaarste)) continue;
         grootste = &stuk;
         zwaarste = g;
     }

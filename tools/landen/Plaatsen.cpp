@@ -30,7 +30,7 @@ double graden(const std::string& tekst) {
 
 std::map<std::string, std::string> leesIso(const QByteArray& json) {
     std::map<std::string, std::string> nummers;
-    for (const QJsonValue& land : QJsonDocument::fromJson(json).object()[u"3166-1"_s].toArray())
+    for (const QJsonValue land : QJsonDocument::fromJson(json).object()[u"3166-1"_s].toArray())
         nummers[land[u"alpha_2"_s].toString().toStdString()] =
             land[u"numeric"_s].toString().toStdString();
     if (nummers.empty()) throw std::runtime_error("geen landcodes");
