@@ -70,8 +70,10 @@ bool hasLoaded(const std::string& library) {
 TEST(RendererProbeDeathTest, AnXServerWithoutAGpuIsFoundOutWithoutLoadingOpenGl) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const auto probe = [] {
+        unsetenv("LIBGL_ALWAYS_SOFTWARE");
         const Xvfb server;
-        xcb_connection_t* const connection = xcb_connect(server.display().toLocal8Bit().constData(), nullptr);
+        xcb_connection_t* const connection =
+            xcb_connect(server.display().toLocal8Bit().constData(), nullptr);
         const bool software = probeRenderer(connection).software;
         xcb_disconnect(connection);
         const bool loaded = hasLoaded("libLLVM") || hasLoaded("libEGL_mesa");
