@@ -62,7 +62,7 @@ double SceneView::nextChange() const {
     return anchorClock_ + (std::floor(beats + kEarly) + 1.0 - kEarly) / framesPerSecond_;
 }
 
-void SceneView::fill(ScenePass& pass, QPointF origin) {
+void SceneView::fill(SceneFrame& pass, QPointF origin) {
     pass.frame = {origin, frame().size()};
     pass.background = Rgba::from(background_);
     pass.sampleCount = sampleCount_;

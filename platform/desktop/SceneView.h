@@ -4,7 +4,7 @@
 #include <QColor>
 #include <memory>
 
-#include "platform/desktop/ScenePass.h"
+#include "platform/desktop/SceneFrame.h"
 #include "platform/desktop/View.h"
 #include "platform/scene/Scene.h"
 #include "platform/time/MediaClock.h"
@@ -56,10 +56,10 @@ class SceneView : public View {
 
     // Brings the scene to its time and fills the pass with it, `origin` being the
     // place of the bounds' zero in the window.
-    void fill(ScenePass& pass, QPointF origin);
+    void fill(SceneFrame& pass, QPointF origin);
 
     // What the last frame of the window that shows it was given.
-    [[nodiscard]] ScenePass& pass() { return pass_; }
+    [[nodiscard]] SceneFrame& pass() { return pass_; }
 
   protected:
     void build(FrameBuilder& builder, QPointF origin) override;
@@ -77,7 +77,7 @@ class SceneView : public View {
     QColor background_ = Qt::white;
     double anchorClock_;       // at this time of the clock ...
     double anchorTime_ = 0.0;  // ... the scene stood at this one of its own
-    ScenePass pass_;
+    SceneFrame pass_;
 };
 
 }  // namespace platform

@@ -10,7 +10,7 @@ namespace platform {
 
 // A scene as one part of a window's picture: plain values for the render thread.
 // Refilling one reuses its memory.
-struct ScenePass {
+struct SceneFrame {
     QRectF frame;         // where in the window, in points, y up
     Rgba background;      // under the scene's own
     int sampleCount = 1;  // per pixel, against jagged edges
