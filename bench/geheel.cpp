@@ -38,10 +38,10 @@ double cpuVan(qint64 proces) {
 
 // Runs one program to its end and prints its line; its JSON comes on stdout.
 double meet(const QString& naam, const QString& programma, const QStringList& argumenten,
-            const platform::test::Xvfb& server, double seconden, double vloer) {
+            const Xvfb& server, double seconden, double vloer) {
     QProcess proces;
     QProcessEnvironment omgeving = QProcessEnvironment::systemEnvironment();
-    omgeving.insert(QStringLiteral("DISPLAY"), QString::fromStdString(server.name()));
+    omgeving.insert(QStringLiteral("DISPLAY"), server.display());
     proces.setProcessEnvironment(omgeving);
     proces.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     const double serverVoor = cpuVan(server.process());
@@ -88,8 +88,8 @@ Opties lees(const QStringList& woorden) {
 int main(int argc, char** argv) {
     const QCoreApplication app(argc, argv);
     const Opties opties = lees(QCoreApplication::arguments().mid(1));
-    const platform::test::Xvfb server((opties.maat + QStringLiteral("x24")).toStdString());
-    if (server.name().empty()) return 1;
+    const Xvfb server((opties.maat + QStringLiteral("x24")).toStdString());
+    if (!server.isRunning()) return 1;
     const QString map = QCoreApplication::applicationDirPath();
     const double seconden = opties.seconden.toDouble();
     std::printf("%s, %s s, %ld cores\n", qPrintable(opties.maat), qPrintable(opties.seconden),

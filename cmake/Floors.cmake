@@ -63,6 +63,8 @@ function(brixtel_test name)
   set_target_properties(${name} PROPERTIES AUTOMOC ${T_MOC}
                         RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
   target_link_libraries(${name} PRIVATE brixtel_flags ${T_LINKS} GTest::gmock)
+  # Tests are compiled more often than they run.
+  target_compile_options(${name} PRIVATE -O1)
   target_compile_definitions(${name} PRIVATE
                              BRIXTEL_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data"
                              BRIXTEL_BUILD_DIR="${CMAKE_BINARY_DIR}")

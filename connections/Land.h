@@ -12,7 +12,7 @@ namespace brixtel {
 // code is the region's, two letters in UTF-8 ("NL"); latitude and longitude
 // are in degrees, north and east positive.
 struct Land {
-    std::string code;
+    std::string code = {};
     double breedte = 0.0;
     double lengte = 0.0;
 

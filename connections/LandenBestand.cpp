@@ -28,6 +28,7 @@ T getal(Bytes data, std::size_t plaats) {
 template <typename T>
 std::vector<T> neem(Bytes& data, std::size_t aantal) {
     std::vector<T> getallen(aantal);
+    if (aantal == 0) return getallen;
     qFromLittleEndian<T>(data.data(), static_cast<qsizetype>(aantal), getallen.data());
     data = data.subspan(aantal * sizeof(T));
     return getallen;

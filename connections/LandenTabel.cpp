@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -62,6 +61,8 @@ void LandenTabel::laad() {
     if (geladen_.load(std::memory_order_acquire)) return;
     std::call_once(eenmaal_, [this] {
         inhoud_ = leesBestand();
+        bladen4_ = Bladwijzer(inhoud_.v4);
+        bladen6_ = Bladwijzer(inhoud_.v6);
         geladen_.store(true, std::memory_order_release);
     });
 }
@@ -73,34 +74,32 @@ const std::vector<Land>& LandenTabel::landen() const {
 
 template <typename Getal>
 const Land* LandenTabel::zoek(Getal sleutel, const std::vector<Getal>& starts,
-                              const std::vector<std::uint8_t>& indexen) const {
+                              const std::vector<std::uint8_t>& indexen,
+                              const Bladwijzer<Getal>& bladwijzer) const {
     if (starts.empty() || sleutel < starts.front()) return nullptr;
-    // Halves without a branch: where a random address goes, no processor predicts.
-    const Getal* begin = starts.data();
-    for (std::size_t over = starts.size(); over > 1;) {
-        const std::size_t helft = over / 2;
-        begin += begin[helft] <= sleutel ? helft : 0;
-        over -= helft;
-    }
-    const std::size_t index = indexen[static_cast<std::size_t>(begin - starts.data())];
+    const std::size_t index = indexen[bladwijzer.zoek(sleutel, starts)];
     return index < inhoud_.landen.size() ? &inhoud_.landen[index] : nullptr;
+}
+
+const Land* LandenTabel::zoek4(const std::uint8_t* bytes) const {
+    return zoek(qFromBigEndian<std::uint32_t>(bytes), inhoud_.v4, inhoud_.v4Land, bladen4_);
+}
+
+const Land* LandenTabel::zoek6(const std::uint8_t* bytes) const {
+    return zoek(qFromBigEndian<std::uint64_t>(bytes), inhoud_.v6, inhoud_.v6Land, bladen6_);
 }
 
 const Land* LandenTabel::vind(std::string_view adres) const {
     // No address is longer than this leaves room for; cut off, one is still none.
     std::array<char, INET6_ADDRSTRLEN + 1> tekst{};
-    const std::size_t lengte = std::min(adres.size(), tekst.size() - 1);
-    std::memcpy(tekst.data(), adres.data(), lengte);
+    adres.copy(tekst.data(), tekst.size() - 1);
 
     std::array<std::uint8_t, 16> bytes{};
-    if (inet_pton(AF_INET, tekst.data(), bytes.data()) == 1)
-        return zoek(qFromBigEndian<std::uint32_t>(bytes.data()), inhoud_.v4, inhoud_.v4Land);
+    if (inet_pton(AF_INET, tekst.data(), bytes.data()) == 1) return zoek4(bytes.data());
     if (inet_pton(AF_INET6, tekst.data(), bytes.data()) != 1) return nullptr;
     constexpr std::array<std::uint8_t, 12> kV4InV6{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF};
-    if (std::equal(kV4InV6.begin(), kV4InV6.end(), bytes.begin()))
-        return zoek(qFromBigEndian<std::uint32_t>(bytes.data() + kV4InV6.size()), inhoud_.v4,
-                    inhoud_.v4Land);
-    return zoek(qFromBigEndian<std::uint64_t>(bytes.data()), inhoud_.v6, inhoud_.v6Land);
+    const bool v4InV6 = std::equal(kV4InV6.begin(), kV4InV6.end(), bytes.begin());
+    return v4InV6 ? zoek4(bytes.data() + kV4InV6.size()) : zoek6(bytes.data());
 }
 
 std::optional<Land> LandenTabel::land(std::string_view adres) {

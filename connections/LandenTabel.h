@@ -2,13 +2,14 @@
 #pragma once
 
 #include <atomic>
-#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <mutex>
 #include <optional>
 #include <string_view>
 #include <vector>
 
+#include "connections/Bladwijzer.h"
 #include "connections/Land.h"
 #include "connections/LandenBestand.h"
 
@@ -50,13 +51,19 @@ class LandenTabel {
     void laad();
     [[nodiscard]] LandenInhoud leesBestand() const;
     [[nodiscard]] const Land* vind(std::string_view adres) const;
+    // By the bytes of an address, as the network has them.
+    [[nodiscard]] const Land* zoek4(const std::uint8_t* bytes) const;
+    [[nodiscard]] const Land* zoek6(const std::uint8_t* bytes) const;
     // The country in force at `sleutel`, by the last start that is not above it.
     template <typename Getal>
     [[nodiscard]] const Land* zoek(Getal sleutel, const std::vector<Getal>& starts,
-                                   const std::vector<std::uint8_t>& indexen) const;
+                                   const std::vector<std::uint8_t>& indexen,
+                                   const Bladwijzer<Getal>& bladwijzer) const;
 
     const std::optional<std::filesystem::path> bestand_;
     LandenInhoud inhoud_;
+    Bladwijzer<std::uint32_t> bladen4_;
+    Bladwijzer<std::uint64_t> bladen6_;
     std::once_flag eenmaal_;
     std::atomic<bool> geladen_{false};
 };

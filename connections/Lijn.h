@@ -11,9 +11,9 @@ namespace brixtel {
 
 // What the machine has to do with one country: a plain value, equal by all fields.
 struct Lijn {
-    Land land;
-    std::vector<std::string> programmas;  // distinct, ascending, UTF-8
-    std::int64_t aantal = 0;              // established connections
+    Land land = {};
+    std::vector<std::string> programmas = {};  // distinct, ascending, UTF-8
+    std::int64_t aantal = 0;                   // established connections
 
     bool operator==(const Lijn&) const = default;
 

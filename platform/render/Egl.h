@@ -41,6 +41,8 @@ class EglDisplay {
     [[nodiscard]] bool offers(std::string_view extension) const;
     // Null where there are no windows.
     [[nodiscard]] xcb_connection_t* connection() const { return connection_; }
+    // Whether the X server is still at the other end.
+    [[nodiscard]] bool isConnected() const;
 
   private:
     EglDisplay() = default;
@@ -54,7 +56,8 @@ class EglDisplay {
 
 // What OpenGL draws into to show it in an X window, whoever made that window.
 // Belongs to the thread on which it is current. The window may vanish at any
-// time: then swapping fails, and nothing worse happens.
+// time: then swapping fails or shows nothing, and nothing worse happens. The X
+// errors of that arrive on the display's connection, as events for its owner.
 class EglWindowSurface {
   public:
     // None if the window is gone, has a surface already, or is of a visual that
@@ -69,7 +72,8 @@ class EglWindowSurface {
     // A visual of this depth (24 or 32) that the driver draws into; 0 if none.
     [[nodiscard]] static std::uint32_t visualFor(const EglDisplay& display, int depth);
 
-    // Shows what was drawn; false if the window can no longer be drawn into.
+    // Shows what was drawn; false if the window can no longer be drawn into, as
+    // far as the driver noticed, or the X server has gone.
     // With an interval of 1 it may wait for the screen.
     bool swap();
     // Vertical blanks between two pictures; 0 does not wait. The surface must be

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <dlfcn.h>
 #include <epoxy/egl.h>
+#include <poll.h>
+#include <xcb/xcb.h>
 
 #include <cstdlib>
 #include <map>
@@ -155,15 +157,11 @@ std::shared_ptr<EglDisplay> EglDisplay::offscreen() {
 
 std::shared_ptr<EglDisplay> EglDisplay::forX11(xcb_connection_t* connection, int screen) {
     if (!eglClientOffers("EGL_EXT_platform_base")) return nullptr;
-    if (eglClientOffers("EGL_EXT_platform_xcb")) {
-        const EGLint attributes[] = {kPlatformXcbScreen, screen, EGL_NONE};
-        void* const handle = eglGetPlatformDisplayEXT(kPlatformXcb, connection, attributes);
-        if (auto display = initialize(handle)) {
-            display->connection_ = connection;
-            return display;
-        }
-    }
-    return throughXlib(connection, screen);
+    if (!eglClientOffers("EGL_EXT_platform_xcb")) return throughXlib(connection, screen);
+    const EGLint attributes[] = {kPlatformXcbScreen, screen, EGL_NONE};
+    auto display = initialize(eglGetPlatformDisplayEXT(kPlatformXcb, connection, attributes));
+    if (display) display->connection_ = connection;
+    return display;
 }
 
 std::shared_ptr<EglDisplay> EglDisplay::throughXlib(xcb_connection_t* connection, int screen) {
@@ -183,6 +181,12 @@ std::shared_ptr<EglDisplay> EglDisplay::throughXlib(xcb_connection_t* connection
     display->connection_ = connection;
     display->xlib_ = owner;
     return display;
+}
+
+bool EglDisplay::isConnected() const {
+    if (!connection_ || xcb_connection_has_error(connection_)) return false;
+    pollfd socket{.fd = xcb_get_file_descriptor(connection_), .events = 0, .revents = 0};
+    return poll(&socket, 1, 0) == 0;
 }
 
 bool EglDisplay::offers(std::string_view extension) const {

@@ -123,7 +123,9 @@ std::uint32_t EglWindowSurface::visualFor(const EglDisplay& display, int depth) 
 }
 
 bool EglWindowSurface::swap() {
-    return eglSwapBuffers(display_->handle(), handle_) == EGL_TRUE;
+    // Without a server Mesa's software renderer sends its picture for minutes, in
+    // pieces of no size.
+    return display_->isConnected() && eglSwapBuffers(display_->handle(), handle_) == EGL_TRUE;
 }
 
 bool EglWindowSurface::setSwapInterval(int interval) {

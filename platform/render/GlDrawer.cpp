@@ -4,6 +4,7 @@
 #include <epoxy/gl.h>
 
 #include <algorithm>
+#include <optional>
 
 #include "platform/render/GlPictures.h"
 #include "platform/render/GlProgram.h"
@@ -29,15 +30,10 @@ GLint offeredTexels() {
     return texels;
 }
 
-}  // namespace
-
-struct GlDrawer::Parts {
-    explicit Parts(const Options& options)
-        : program("display list", kRectsVert, kRectsFrag),
-          recordBuffer("records", GL_RGBA32I),
-          pictures(atMost(options.maxTexels, offeredTexels()), options.keepDraws),
-          records(pictures, static_cast<std::size_t>(atMost(options.maxRecords, offeredTexels()))) {
-        glGenVertexArrays(1, &vertices);
+// rects.vert and rects.frag, and where they take their uniforms.
+struct RectProgram {
+    RectProgram(const char* label, const char* definition)
+        : program(label, kRectsVert, kRectsFrag, definition) {
         if (!program.isValid()) return;
         program.use();
         glUniform1i(program.uniform("records"), kRecordUnit);
@@ -45,25 +41,43 @@ struct GlDrawer::Parts {
         firstRect = program.uniform("firstRect");
         pixelSize = program.uniform("pixelSize");
     }
+
+    GlProgram program;
+    GLint firstRect = -1;
+    GLint pixelSize = -1;
+};
+
+}  // namespace
+
+struct GlDrawer::Parts {
+    explicit Parts(const Options& options)
+        : plain("display list", nullptr),
+          recordBuffer("records", GL_RGBA32I),
+          pictures(atMost(options.maxTexels, offeredTexels()), options.keepDraws),
+          records(pictures, static_cast<std::size_t>(atMost(options.maxRecords, offeredTexels()))) {
+        glGenVertexArrays(1, &vertices);
+    }
     ~Parts() { glDeleteVertexArrays(1, &vertices); }
     Parts(const Parts&) = delete;
     Parts& operator=(const Parts&) = delete;
 
     void flush();
+    RectProgram& program();
 
-    GlProgram program;
+    RectProgram plain;
+    // Compiled when first needed: many a program never does.
+    std::optional<RectProgram> everything;
     GlTexelBuffer recordBuffer;
     GlPictures pictures;
     GlRecords records;
     GLuint vertices = 0;  // no attributes: core profile wants one bound all the same
-    GLint firstRect = -1;
-    GLint pixelSize = -1;
+    QSize size;
     int drawCalls = 0;
 };
 
 std::unique_ptr<GlDrawer> GlDrawer::create(const Options& options) {
     auto parts = std::make_unique<Parts>(options);
-    if (!parts->program.isValid()) return nullptr;
+    if (!parts->plain.program.isValid()) return nullptr;
     return std::unique_ptr<GlDrawer>(new GlDrawer(std::move(parts)));
 }
 
@@ -95,9 +109,7 @@ void GlDrawer::draw(const DisplayList& list, const PixelGrid& grid, Rgba backgro
     glEnable(GL_BLEND);
     glBlendEquation(GL_FUNC_ADD);
     glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
-    p.program.use();
-    glUniform2f(p.pixelSize, 1.0F / static_cast<float>(grid.size.width()),
-                1.0F / static_cast<float>(grid.size.height()));
+    p.size = grid.size;
     p.records.begin(list, grid);
     for (const DisplayItem& item : list.items) {
         if (p.records.add(item)) continue;
@@ -109,6 +121,12 @@ void GlDrawer::draw(const DisplayList& list, const PixelGrid& grid, Rgba backgro
     p.pictures.endDraw();
 }
 
+RectProgram& GlDrawer::Parts::program() {
+    if (!records.wantsEverything()) return plain;
+    if (!everything) everything.emplace("any display list", "EVERYTHING");
+    return *everything;
+}
+
 void GlDrawer::Parts::flush() {
     const auto count = static_cast<GLsizei>(records.rectCount());
     if (count > 0) {
@@ -118,7 +136,11 @@ void GlDrawer::Parts::flush() {
         recordBuffer.renew(std::max(bytes, recordBuffer.size()), GL_STREAM_DRAW);
         recordBuffer.write(0, bytes, records.records().data());
         pictures.bindTo(kPictureUnit);
-        glUniform1i(firstRect, static_cast<GLint>(first));
+        const RectProgram& with = program();
+        with.program.use();
+        glUniform1i(with.firstRect, static_cast<GLint>(first));
+        glUniform2f(with.pixelSize, 1.0F / static_cast<float>(size.width()),
+                    1.0F / static_cast<float>(size.height()));
         glBindVertexArray(vertices);
         glDrawArraysInstanced(GL_TRIANGLE_STRIP, 0, 4, count);
         ++drawCalls;

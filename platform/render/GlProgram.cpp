@@ -12,9 +12,12 @@ void name(GLenum kind, GLuint object, const char* label) {
     if (epoxy_has_gl_extension("GL_KHR_debug")) glObjectLabel(kind, object, -1, label);
 }
 
-GLuint compile(const char* label, GLenum kind, const char* text) {
+GLuint compile(const char* label, GLenum kind, std::string text, const char* definition) {
     const GLuint shader = glCreateShader(kind);
-    glShaderSource(shader, 1, &text, nullptr);
+    // Nothing but the version may stand above a definition.
+    if (definition) text.insert(text.find('\n') + 1, "#define " + std::string(definition) + "\n");
+    const char* const source = text.c_str();
+    glShaderSource(shader, 1, &source, nullptr);
     glCompileShader(shader);
     GLint compiled = GL_FALSE;
     glGetShaderiv(shader, GL_COMPILE_STATUS, &compiled);
@@ -30,9 +33,10 @@ GLuint compile(const char* label, GLenum kind, const char* text) {
 
 }  // namespace
 
-GlProgram::GlProgram(const char* label, const char* vertexText, const char* fragmentText) {
-    const GLuint vertex = compile(label, GL_VERTEX_SHADER, vertexText);
-    const GLuint fragment = compile(label, GL_FRAGMENT_SHADER, fragmentText);
+GlProgram::GlProgram(const char* label, const char* vertexText, const char* fragmentText,
+                     const char* definition) {
+    const GLuint vertex = compile(label, GL_VERTEX_SHADER, vertexText, nullptr);
+    const GLuint fragment = compile(label, GL_FRAGMENT_SHADER, fragmentText, definition);
     if (vertex && fragment) {
         name_ = glCreateProgram();
         glAttachShader(name_, vertex);

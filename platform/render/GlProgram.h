@@ -13,8 +13,9 @@ namespace platform {
 class GlProgram {
   public:
     // Failing leaves an invalid program and a line on standard error that begins
-    // with the label.
-    GlProgram(const char* label, const char* vertexText, const char* fragmentText);
+    // with the label. `definition`, if any, is defined for the fragment shader.
+    GlProgram(const char* label, const char* vertexText, const char* fragmentText,
+              const char* definition = nullptr);
     ~GlProgram();
     GlProgram(const GlProgram&) = delete;
     GlProgram& operator=(const GlProgram&) = delete;

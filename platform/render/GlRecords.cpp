@@ -9,9 +9,12 @@ namespace platform {
 namespace {
 
 // As rects.frag names them.
-enum PaintKind : std::int32_t { kColour, kGradient, kExact, kStretched };
-constexpr std::size_t kPaintRecords = 4;
+enum PaintKind : std::int32_t { kColour, kGradient, kExact, kStretched, kSlope };
+constexpr std::size_t kPaintRecords = 3;
+constexpr std::size_t kPieceRecords = 4;
 constexpr std::size_t kRectRecords = 2;
+// So far along a gradient that nothing lies beyond, and steep enough to be a step.
+constexpr double kFar = 1e9;
 // Cutting up more pieces than this costs more than drawing where none lies.
 constexpr std::uint32_t kMostCutPieces = 16;
 
@@ -19,8 +22,8 @@ constexpr std::uint32_t kMostCutPieces = 16;
 // lies absurdly far outside stops short.
 PixelRect snapped(const QRectF& points, const PixelGrid& grid) {
     const auto edge = [&grid](double at) {
-        constexpr double kFar = 1 << 24;
-        return PixelGrid::edge(std::clamp(at * grid.scale, -kFar, kFar));
+        constexpr double kMost = 1 << 24;
+        return PixelGrid::edge(std::clamp(at * grid.scale, -kMost, kMost));
     };
     return {edge(points.left()), edge(points.top()), edge(points.right()), edge(points.bottom())};
 }
@@ -57,6 +60,7 @@ void GlRecords::begin(const DisplayList& list, const PixelGrid& grid) {
 void GlRecords::restart() {
     records_.clear();
     rects_.clear();
+    wantsEverything_ = false;
     maskRecords_.assign(list_->masks.size(), -1);
 }
 
@@ -79,14 +83,19 @@ void GlRecords::addVisible(const DisplayItem& item, const PixelRect& box) {
     const std::size_t rects = rects_.size();
     addRects(item, box);
     if (rects_.size() == rects) return;
-    // A mask comes before its item: writing it moves what lies behind.
-    const std::int32_t mask = item.mask < 0 ? -1 : maskRecord(item.mask);
+    Paint paint = this->paint(item);
+    if (paint.reach.isEmpty()) {
+        rects_.resize(rects);
+        return;
+    }
+    if (item.mask >= 0) paint.head[2] = maskRecord(item.mask);
     const std::size_t at = append(kPaintRecords);
-    const PixelRect reach = paint(item, at);
-    records_[at + 3] = {mask, 0, 0, 0};
+    records_[at] = paint.head;
+    records_[at + 1] = paint.form;
+    records_[at + 2] = paint.extra;
     std::size_t kept = rects;
     for (std::size_t i = rects; i < rects_.size(); ++i) {
-        const PixelRect shown = rects_[i].box & reach;
+        const PixelRect shown = rects_[i].box & paint.reach;
         if (!shown.isEmpty()) rects_[kept++] = {.box = shown, .paint = whole(at)};
     }
     rects_.resize(kept);
@@ -121,60 +130,63 @@ std::int32_t GlRecords::maskRecord(std::int32_t mask) {
     if (maskRecords_[index] >= 0) return maskRecords_[index];
     const DisplayMask& m = list_->masks[index];
     const std::int32_t outer = m.outer < 0 ? -1 : maskRecord(m.outer);
-    const std::size_t at = append(1 + kPaintRecords * m.pieceCount);
+    const std::size_t at = append(1 + kPieceRecords * m.pieceCount);
     records_[at] = {outer, static_cast<std::int32_t>(m.pieceCount), 0, 0};
     for (std::uint32_t i = 0; i < m.pieceCount; ++i) {
         const DisplayItem& piece = list_->pieces[m.firstPiece + i];
-        const std::size_t pieceAt = at + 1 + kPaintRecords * i;
-        const PixelRect box = paint(piece, pieceAt) & snapped(piece.clip, grid_) & screen_;
-        records_[pieceAt + 3] = {box.x0, box.y0, box.x1, box.y1};
+        const Paint paint = paintPiece(piece);
+        const PixelRect box = paint.reach & snapped(piece.clip, grid_) & screen_;
+        Record* const to = &records_[at + 1 + kPieceRecords * i];
+        to[0] = {box.x0, box.y0, box.x1, box.y1};
+        to[1] = paint.form;
+        to[2] = paint.extra;
+        to[3] = paint.head;
     }
     maskRecords_[index] = whole(at);
     return whole(at);
 }
 
-PixelRect GlRecords::paint(const DisplayItem& item, std::size_t at) {
+GlRecords::Paint GlRecords::paint(const DisplayItem& item) {
     const PixelRect rect = snapped(item.rect, grid_);
-    switch (item.kind) {
-        case DisplayItem::Kind::Colour:
-            records_[at] = {kColour, bits(item.opacity), 0, 0};
-            records_[at + 1] = {bits(item.colour.r), bits(item.colour.g), bits(item.colour.b),
-                                bits(item.colour.a)};
-            return rect;
-        case DisplayItem::Kind::Gradient:
-            records_[at] = {kGradient, bits(item.opacity), 0, 0};
-            paintGradient(item, at);
-            return item.stopCount > 0 ? rect : PixelRect{};
-        case DisplayItem::Kind::Image:
-            return paintPicture(item, at, rect);
-    }
-    return {};
+    if (rect.isEmpty()) return {};
+    if (item.kind == DisplayItem::Kind::Image) return paintPicture(item, rect);
+    if (item.kind == DisplayItem::Kind::Gradient) return paintGradient(item, rect);
+    return {.head = {kColour, bits(item.opacity), -1, 0},
+            .form = {bits(item.colour.r), bits(item.colour.g), bits(item.colour.b),
+                     bits(item.colour.a)},
+            .reach = rect};
 }
 
-void GlRecords::paintGradient(const DisplayItem& item, std::size_t at) {
+GlRecords::Record GlRecords::axis(const DisplayItem& item) const {
     const QPointF axis = item.end - item.start;
-    const double square = axis.x() * axis.x() + axis.y() * axis.y();
-    // Without an axis everything lies before the first stop.
-    const bool flat = !(square > 0.0);
-    const double alongX = flat ? 0.0 : axis.x() / square / item.rect.width();
-    const double alongY = flat ? 0.0 : axis.y() / square / item.rect.height();
-    const QPointF from = item.rect.topLeft() + QPointF(item.start.x() * item.rect.width(),
-                                                       item.start.y() * item.rect.height());
-    const double offset = flat ? 0.0 : -(from.x() * alongX + from.y() * alongY);
-    records_[at + 1] = {bits(alongX / grid_.scale), bits(alongY / grid_.scale), bits(offset), 0};
-    const std::uint32_t count = flat ? std::min(item.stopCount, 1U) : item.stopCount;
-    const std::size_t first = append(2 * count);
-    records_[at + 2] = {whole(first), static_cast<std::int32_t>(count), 0, 0};
-    for (std::uint32_t i = 0; i < count; ++i) {
+    const double square = QPointF::dotProduct(axis, axis);
+    // Without a length everything lies before the first stop.
+    if (!(square > 0.0)) return {0, 0, bits(-kFar), 0};
+    const double alongX = axis.x() / square / item.rect.width();
+    const double alongY = axis.y() / square / item.rect.height();
+    const double offset = item.rect.left() * alongX + item.rect.top() * alongY +
+                          QPointF::dotProduct(item.start, axis) / square;
+    return {bits(alongX / grid_.scale), bits(alongY / grid_.scale), bits(-offset), 0};
+}
+
+GlRecords::Paint GlRecords::paintGradient(const DisplayItem& item, const PixelRect& rect) {
+    if (item.stopCount == 0) return {};
+    wantsEverything_ = true;
+    const std::size_t first = append(2 * item.stopCount);
+    for (std::uint32_t i = 0; i < item.stopCount; ++i) {
         const GradientLayer::Stop& stop = list_->stops[item.firstStop + i];
         records_[first + 2 * i] = {bits(stop.location), 0, 0, 0};
         records_[first + 2 * i + 1] = {bits(stop.colour.r), bits(stop.colour.g),
                                        bits(stop.colour.b), bits(stop.colour.a)};
     }
+    return {.head = {kGradient, bits(item.opacity), -1, 0},
+            .form = axis(item),
+            .extra = {whole(first), static_cast<std::int32_t>(item.stopCount), 0, 0},
+            .reach = rect};
 }
 
-PixelRect GlRecords::paintPicture(const DisplayItem& item, std::size_t at, const PixelRect& rect) {
-    if (item.image.isNull() || rect.isEmpty()) return {};
+GlRecords::Paint GlRecords::paintPicture(const DisplayItem& item, const PixelRect& rect) {
+    if (item.image.isNull()) return {};
     const QSize own = item.image.size();
     const bool exact = std::abs(own.width() - item.rect.width() * grid_.scale) < 1.0 &&
                        std::abs(own.height() - item.rect.height() * grid_.scale) < 1.0;
@@ -182,18 +194,47 @@ PixelRect GlRecords::paintPicture(const DisplayItem& item, std::size_t at, const
         exact ? PixelRect{rect.x0, rect.y0, rect.x0 + own.width(), rect.y0 + own.height()} : rect;
     const GlPictures::Place place = pictures_.place(item.image);
     if (place.size.isEmpty()) return {};
+    Paint paint{.head = {kExact, bits(item.opacity), -1, 0}, .reach = box & rect};
     if (place.size == QSize(box.width(), box.height())) {
-        records_[at] = {kExact, bits(item.opacity), 0, 0};
-        records_[at + 1] = {box.x0, box.y1, place.size.width(), place.first};
-    } else {
-        const double alongX = static_cast<double>(place.size.width()) / box.width();
-        const double alongY = -static_cast<double>(place.size.height()) / box.height();
-        records_[at] = {kStretched, bits(item.opacity), 0, 0};
-        records_[at + 1] = {bits(alongX), bits(-0.5 - box.x0 * alongX), bits(alongY),
-                            bits(-0.5 - box.y1 * alongY)};
-        records_[at + 2] = {place.first, place.size.width(), place.size.height(), 0};
+        paint.form = {box.x0, box.y1, place.size.width(), place.first};
+        return paint;
     }
-    return box & rect;
+    wantsEverything_ = true;
+    const double alongX = static_cast<double>(place.size.width()) / box.width();
+    const double alongY = -static_cast<double>(place.size.height()) / box.height();
+    paint.head[0] = kStretched;
+    paint.form = {bits(alongX), bits(-0.5 - box.x0 * alongX), bits(alongY),
+                  bits(-0.5 - box.y1 * alongY)};
+    paint.extra = {place.first, place.size.width(), place.size.height(), 0};
+    return paint;
+}
+
+GlRecords::Paint GlRecords::paintPiece(const DisplayItem& piece) {
+    const PixelRect rect = snapped(piece.rect, grid_);
+    if (rect.isEmpty()) return {};
+    if (piece.kind == DisplayItem::Kind::Image) {
+        wantsEverything_ = true;
+        return paintPicture(piece, rect);
+    }
+    Paint paint{.head = {kSlope, 0, 0, 0}, .reach = rect};
+    if (piece.kind == DisplayItem::Kind::Colour) {
+        paint.form[3] = bits(piece.colour.a * piece.opacity);
+        return paint;
+    }
+    if (piece.stopCount == 0) return {};
+    const GradientLayer::Stop* const stops = &list_->stops[piece.firstStop];
+    paint.form = axis(piece);
+    paint.form[3] = bits(stops[0].colour.a * piece.opacity);
+    const std::uint32_t rises = piece.stopCount - 1;
+    const std::size_t first = append(rises);
+    for (std::uint32_t i = 0; i < rises; ++i) {
+        const float length = stops[i + 1].location - stops[i].location;
+        records_[first + i] = {bits(stops[i].location), bits(length > 0.0F ? 1.0 / length : kFar),
+                               bits((stops[i + 1].colour.a - stops[i].colour.a) * piece.opacity),
+                               0};
+    }
+    paint.extra = {whole(first), static_cast<std::int32_t>(rises), 0, 0};
+    return paint;
 }
 
 std::size_t GlRecords::append(std::size_t count) {

@@ -7,14 +7,13 @@
 #include <utility>
 
 #include "platform/render/Egl.h"
-#include "platform/render/GlDrawer.h"
 
 namespace platform {
 
-std::unique_ptr<OffscreenPicture> OffscreenPicture::create() {
+std::unique_ptr<OffscreenPicture> OffscreenPicture::create(const GlDrawer::Options& options) {
     auto context = GlContext::create(EglDisplay::offscreen());
     if (!context || !context->makeCurrent()) return nullptr;
-    auto drawer = GlDrawer::create();
+    auto drawer = GlDrawer::create(options);
     if (!drawer) return nullptr;
     return std::unique_ptr<OffscreenPicture>(
         new OffscreenPicture(std::move(context), std::move(drawer)));

@@ -7,12 +7,12 @@
 
 #include "platform/layers/DisplayList.h"
 #include "platform/layers/PixelGrid.h"
+#include "platform/render/GlDrawer.h"
 
 namespace platform {
 
 class EglDisplay;
 class GlContext;
-class GlDrawer;
 
 // Draws display lists into pictures with OpenGL and without any display server.
 // Belongs to the thread that made it, on which its context becomes current with
@@ -20,7 +20,10 @@ class GlDrawer;
 class OffscreenPicture {
   public:
     // None where there is no OpenGL 3.3.
-    [[nodiscard]] static std::unique_ptr<OffscreenPicture> create();
+    [[nodiscard]] static std::unique_ptr<OffscreenPicture> create(const GlDrawer::Options& options);
+    [[nodiscard]] static std::unique_ptr<OffscreenPicture> create() {
+        return create(GlDrawer::Options{});
+    }
     ~OffscreenPicture();
     OffscreenPicture(const OffscreenPicture&) = delete;
     OffscreenPicture& operator=(const OffscreenPicture&) = delete;
@@ -32,8 +35,10 @@ class OffscreenPicture {
     [[nodiscard]] const std::string& rendererName() const;
     [[nodiscard]] bool isSoftware() const;
 
-    // What draws, and how many errors OpenGL has reported so far (strict builds).
+    // What draws; wants a picture to have been drawn, which leaves everything
+    // bound that it needs.
     [[nodiscard]] GlDrawer& drawer() { return *drawer_; }
+    // How many errors OpenGL has reported so far (strict builds).
     [[nodiscard]] int errors() const;
 
   private:

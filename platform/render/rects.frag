@@ -1,21 +1,16 @@
-// What GlRecords writes down is read here; both must agree. A paint is four
-// records:
-//   0  kind, opacity
-//   1  colour: itself                      gradient: along x, along y, offset
-//      picture, pixel for pixel: left, high edge, width, first texel
-//      picture, stretched: along x, offset, along y, offset
-//   2  gradient: first stop, how many      stretched: first texel, width, height
-//   3  item: its mask, -1 for none         piece of a mask: left, low, right, high
-// A mask is one record (the mask around it, how many pieces) and then its
-// pieces; a stop is two (location; colour).
+// Reads what GlRecords writes down; its header says how the records lie.
+//
+// EVERYTHING is defined for lists that need more than pictures pixel for pixel,
+// colours and slopes. Most need no more, and software renderers pay for every
+// branch, taken or not.
 #version 330 core
 
-const int kColour = 0, kGradient = 1, kExact = 2;
+const int kColour = 0, kGradient = 1, kExact = 2, kStretched = 3, kSlope = 4;
 
 uniform isamplerBuffer records;
 uniform samplerBuffer pictures;
 
-flat in int paint;
+flat in ivec4 head, form, extra;
 out vec4 result;
 
 vec4 numbers(int record) {
@@ -26,6 +21,12 @@ vec4 texel(int index) {
     return texelFetch(pictures, index).bgra;
 }
 
+vec4 exact(ivec4 picture) {
+    ivec2 pixel = ivec2(gl_FragCoord.xy);
+    return texel(picture.w + (picture.y - 1 - pixel.y) * picture.z + pixel.x - picture.x);
+}
+
+#ifdef EVERYTHING
 vec4 gradient(ivec2 stops, float t) {
     float at = numbers(stops.x).x;
     vec4 colour = numbers(stops.x + 1);
@@ -51,23 +52,26 @@ vec4 stretched(ivec3 picture, vec2 position) {
     vec4 lower = mix(texel(rows.y + a.x), texel(rows.y + b.x), share.x);
     return mix(upper, lower, share.y);
 }
+#endif
 
-vec4 value(int at) {
-    ivec4 head = texelFetch(records, at);
-    ivec4 form = texelFetch(records, at + 1);
-    vec4 f = intBitsToFloat(form);
-    vec4 colour;
-    if (head.x == kColour) {
-        colour = f;
-    } else if (head.x == kGradient) {
-        colour = gradient(texelFetch(records, at + 2).xy, dot(f.xyz, vec3(gl_FragCoord.xy, 1.0)));
-    } else if (head.x == kExact) {
-        ivec2 pixel = ivec2(gl_FragCoord.xy);
-        colour = texel(form.w + (form.y - 1 - pixel.y) * form.z + pixel.x - form.x);
-    } else {
-        colour = stretched(texelFetch(records, at + 2).xyz, gl_FragCoord.xy * f.xz + f.yw);
+vec4 value(int kind, ivec4 itsForm, ivec4 itsExtra) {
+    vec4 f = intBitsToFloat(itsForm);
+#ifdef EVERYTHING
+    if (kind == kGradient)
+        return gradient(itsExtra.xy, dot(f.xyz, vec3(gl_FragCoord.xy, 1.0)));
+    if (kind == kStretched) return stretched(itsExtra.xyz, gl_FragCoord.xy * f.xz + f.yw);
+#endif
+    return kind == kExact ? exact(itsForm) : f;
+}
+
+float slope(vec4 f, ivec2 rises) {
+    float along = dot(f.xyz, vec3(gl_FragCoord.xy, 1.0));
+    float alpha = f.w;
+    for (int i = rises.x; i < rises.x + rises.y; ++i) {
+        vec4 rise = numbers(i);
+        alpha += rise.z * clamp((along - rise.x) * rise.y, 0.0, 1.0);
     }
-    return colour * intBitsToFloat(head.y);
+    return alpha;
 }
 
 // The alpha of the pieces of a mask, one over the other.
@@ -75,20 +79,27 @@ float coverage(int first, int count) {
     ivec2 pixel = ivec2(gl_FragCoord.xy);
     float clear = 1.0;
     for (int piece = first; piece < first + 4 * count; piece += 4) {
-        ivec4 edges = texelFetch(records, piece + 3);
-        if (all(greaterThanEqual(pixel, edges.xy)) && all(lessThan(pixel, edges.zw)))
-            clear *= 1.0 - value(piece).a;
+        ivec4 edges = texelFetch(records, piece);
+        ivec4 itsForm = texelFetch(records, piece + 1);
+        ivec4 itsExtra = texelFetch(records, piece + 2);
+        float alpha = slope(intBitsToFloat(itsForm), itsExtra.xy);
+#ifdef EVERYTHING
+        ivec4 itsHead = texelFetch(records, piece + 3);
+        if (itsHead.x != kSlope)
+            alpha = value(itsHead.x, itsForm, itsExtra).a * intBitsToFloat(itsHead.y);
+#endif
+        bool inside = all(greaterThanEqual(pixel, edges.xy)) && all(lessThan(pixel, edges.zw));
+        clear *= inside ? 1.0 - alpha : 1.0;
     }
     return 1.0 - clear;
 }
 
 void main() {
-    float shown = 1.0;
-    int mask = texelFetch(records, paint + 3).x;
-    while (mask >= 0) {
-        ivec4 head = texelFetch(records, mask);
-        shown *= coverage(mask + 1, head.y);
-        mask = head.x;
+    float shown = intBitsToFloat(head.y);
+    for (int mask = head.z; mask >= 0;) {
+        ivec4 around = texelFetch(records, mask);
+        shown *= coverage(mask + 1, around.y);
+        mask = around.x;
     }
-    result = value(paint) * shown;
+    result = value(head.x, form, extra) * shown;
 }

@@ -7,29 +7,42 @@
 
 namespace {
 
-std::atomic<std::size_t> allocations{0};
+thread_local std::size_t mine = 0;
+std::atomic<std::size_t> everyones{0};
 
 void* counted(std::size_t size, std::size_t alignment) {
-    ++allocations;
+    ++mine;
+    ++everyones;
     const std::size_t whole = (size + alignment - 1) / alignment * alignment;
-    void* const memory = alignment <= alignof(std::max_align_t)
-                             ? std::malloc(size == 0 ? 1 : size)
-                             : std::aligned_alloc(alignment, whole);
+    void* const memory = std::aligned_alloc(alignment, whole == 0 ? alignment : whole);
     if (!memory) throw std::bad_alloc();
     return memory;
 }
 
 }  // namespace
 
-std::size_t AllocationCounter::count() {
-    return allocations.load();
+AllocationCounter::AllocationCounter() : start_(mine) {}
+
+std::size_t AllocationCounter::count() const {
+    return mine - start_;
 }
 
-// The other forms of the standard library call these.
+std::size_t AllocationCounter::total() {
+    return everyones.load();
+}
+
+// The array forms end in these. So would those that do not throw, were it not
+// for the sanitizers, which bring their own.
 void* operator new(std::size_t size) {
-    return counted(size, 1);
+    return counted(size, alignof(std::max_align_t));
 }
 void* operator new(std::size_t size, std::align_val_t alignment) {
+    return counted(size, static_cast<std::size_t>(alignment));
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return counted(size, alignof(std::max_align_t));
+}
+void* operator new(std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept {
     return counted(size, static_cast<std::size_t>(alignment));
 }
 void operator delete(void* memory) noexcept {

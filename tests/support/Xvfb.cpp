@@ -101,7 +101,8 @@ xcb_window_t Xvfb::makeWindow(const Host& options) const {
     const std::uint32_t values[] = {0xffffffff, 0, colours};
     const xcb_window_t window = xcb_generate_id(connection_);
     xcb_create_window(connection_, static_cast<std::uint8_t>(depth), window,
-                      options.parent != 0 ? options.parent : screen().root, 0, 0,
+                      options.parent != 0 ? options.parent : screen().root,
+                      static_cast<std::int16_t>(options.x), static_cast<std::int16_t>(options.y),
                       static_cast<std::uint16_t>(options.width),
                       static_cast<std::uint16_t>(options.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
                       visual, XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_COLORMAP, values);
@@ -175,7 +176,9 @@ std::vector<std::uint32_t> Xvfb::pixels(xcb_window_t window, const QRect& rect) 
             for (int i = 0; i < bits / 8; ++i)
                 number |= std::uint32_t{at[least ? i : bits / 8 - 1 - i]} << (8 * i);
             if (bits == 1) number = *at >> (x % 8) & 1;  // least significant bit first
-            numbers.push_back(number);
+            // What a pixel has more than its depth means nothing.
+            const int depth = image->depth;
+            numbers.push_back(depth < 32 ? number & ((1U << depth) - 1U) : number);
         }
     }
     return numbers;

@@ -25,6 +25,8 @@ class Xvfb {
     [[nodiscard]] bool isRunning() const { return connection_ != nullptr; }
     [[nodiscard]] QString display() const { return QString::fromLocal8Bit(display_); }
 
+    [[nodiscard]] pid_t process() const { return process_; }
+
     // Dies at once, as in a crash.
     void kill();
 
@@ -34,6 +36,7 @@ class Xvfb {
 
     struct Host {
         int width = 200, height = 150;
+        int x = 0, y = 0;
         int depth = 0;  // 0 is the screen's own
         xcb_window_t parent = 0;
         bool mapped = true;

@@ -28,8 +28,9 @@ std::optional<Plaats> plaatsVan(const LandenBronnen& bronnen, const std::string&
     return std::nullopt;
 }
 
-// As the file keeps it, so that a table reads back as it was written.
-double afgerond(double graden) {
+// As the file keeps it, so that a table reads back as it was written. Not
+// inline: GCC 12 drops the way through float where it does two of them at once.
+[[gnu::noinline]] double afgerond(double graden) {
     return static_cast<double>(static_cast<float>(std::round(graden * 100.0) / 100.0));
 }
 

@@ -24,17 +24,17 @@ TEST(Allocations, ASteadyRebuildAndItsDamageMakeNone) {
     for (int i = 0; i < 120; ++i)
         frame(i);
     seen = 0;
-    const std::size_t before = AllocationCounter::count();
+    const AllocationCounter counter;
     for (int i = 120; i < 1200; ++i)
         frame(i);
-    EXPECT_EQ(AllocationCounter::count() - before, 0U);
+    EXPECT_EQ(counter.count(), 0U);
     EXPECT_GT(seen, 1080U);
 }
 
 TEST(Allocations, AreCounted) {
-    const std::size_t before = AllocationCounter::count();
+    const AllocationCounter counter;
     operator delete(operator new(16));
-    EXPECT_GE(AllocationCounter::count() - before, 1U);
+    EXPECT_GE(counter.count(), 1U);
 }
 
 }  // namespace

@@ -88,10 +88,12 @@ TEST_F(Damage, ADropThatLeavesIsWhereItWas) {
     EXPECT_EQ(unite(since(columns.shown(100.0))), QRect(40, 20, 20, 30));
 }
 
+constexpr QRectF kPicture(0.0, 0.0, 100.0, 100.0);
+
 class DamageOfALayer : public Test {
   protected:
     DamageOfALayer() {
-        root.setFrame({0.0, 0.0, 100.0, 100.0});
+        root.setFrame(kPicture);
         root.addSublayer(layer);
         layer->setFrame({10.0, 10.0, 20.0, 20.0});
         layer->setBackgroundColor(Qt::red);
@@ -100,9 +102,9 @@ class DamageOfALayer : public Test {
     template <typename Change>
     std::vector<QRect> after(Change change) {
         DisplayList old, now;
-        DisplayListBuilder(old, 0.0).add(root, {}, root.frame());
+        DisplayListBuilder(old, 0.0).add(root, {}, kPicture);
         change();
-        DisplayListBuilder(now, 0.0).add(root, {}, root.frame());
+        DisplayListBuilder(now, 0.0).add(root, {}, kPicture);
         std::vector<QRect> rects;
         findDamage(old, now, {.scale = 1.0, .size = {100, 100}}, rects);
         return rects;
@@ -140,6 +142,13 @@ TEST_F(DamageOfALayer, StaysWithinThePictureAndTheClip) {
     root.setMasksToBounds(true);
     const auto rects = after([&] { layer->setPosition({100.0, 50.0}); });
     EXPECT_EQ(rects, (std::vector{QRect(10, 70, 20, 20), QRect(90, 40, 10, 20)}));
+}
+
+TEST_F(DamageOfALayer, ClippedOtherwiseIsItsPlace) {
+    // Ten points on each side of the picture lie outside these bounds.
+    root.setBounds({0.0, 0.0, 80.0, 100.0});
+    layer->setPosition({75.0, 50.0});
+    EXPECT_EQ(after([&] { root.setMasksToBounds(true); }), (std::vector{QRect(75, 40, 20, 20)}));
 }
 
 TEST_F(DamageOfALayer, AChangedMaskIsNoMoreThanWhatItUncovers) {
