@@ -69,8 +69,10 @@ GeometryPtr makeSphere(const SphereOptions& options, MaterialPtr material) {
 GeometryPtr makeTube(const TubeOptions& options, MaterialPtr material) {
     require(options.radialSegments >= 3);
     MeshData mesh;
-    addWall(mesh, options.outerRadius, options, false);
+    // The inner wall first: from inside, the outer one is then hidden before it
+    // is shaded.
     addWall(mesh, options.innerRadius, options, true);
+    addWall(mesh, options.outerRadius, options, false);
     addRim(mesh, options, true);
     addRim(mesh, options, false);
     return makeGeometry(std::move(mesh), std::move(material));

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+// What a scene's surfaces send to the camera, in linear light, alpha multiplied
+// in. LAMBERT or constant; TEXTURED or not, then FADING at the picture's edges or
+// not; ADDITIVE in how the fog takes it.
+#version 330 core
+
+in vec3 fromCamera;
+flat in vec4 tint;
+#ifdef LAMBERT
+in vec3 worldNormal;
+#endif
+#ifdef TEXTURED
+in vec2 pictureCoord;
+#endif
+#ifdef LINES
+noperspective in float across;
+#endif
+#ifdef MIRRORED
+in float height;
+#endif
+
+uniform sampler2D picture;
+uniform vec3 emission;
+uniform vec3 ambient;
+uniform int lightCount;
+uniform vec3 lightPosition[8];  // from the camera, as fromCamera
+uniform vec3 lightColour[8];
+uniform vec3 fogColour;
+uniform vec2 fogRange;     // where it starts, and how fast it thickens
+uniform vec2 reflection;   // the mirror's share, and what a unit of height takes of it
+uniform float thickness;   // pixels, of lines and points
+uniform float outputScale;
+
+out vec4 result;
+
+void main() {
+#ifdef MIRRORED
+    if (height < 0.0) discard;
+#endif
+    vec4 colour = tint;
+#ifdef TEXTURED
+    colour *= texture(picture, pictureCoord);
+#endif
+#ifdef FADING
+    // In pixels to the picture's edge, where it has faded out: so what is but a
+    // few pixels large glides instead of jumping from one to the next.
+    vec2 inside = min(pictureCoord, 1.0 - pictureCoord) / fwidth(pictureCoord);
+    colour *= clamp(min(inside.x, inside.y), 0.0, 1.0);
+#endif
+#ifdef LAMBERT
+    vec3 n = normalize(gl_FrontFacing ? worldNormal : -worldNormal);
+    vec3 light = ambient;
+    for (int i = 0; i < lightCount; ++i)
+        light += lightColour[i] * max(dot(n, normalize(lightPosition[i] - fromCamera)), 0.0);
+    colour.rgb = colour.rgb * light + emission * colour.a;
+#endif
+#ifdef FOG
+    float fog = clamp((length(fromCamera) - fogRange.x) * fogRange.y, 0.0, 1.0);
+#ifdef ADDITIVE
+    colour.rgb *= 1.0 - fog;
+#else
+    colour.rgb = mix(colour.rgb, fogColour * colour.a, fog);
+#endif
+#endif
+#ifdef LINES
+    colour *= clamp(0.5 * thickness + 0.5 - abs(across), 0.0, 1.0);
+#endif
+#ifdef POINTS
+    float away = length(gl_PointCoord - 0.5) * (thickness + 1.0);
+    float covered = clamp(0.5 * thickness + 0.5 - away, 0.0, 1.0);
+    if (covered == 0.0) discard;
+    colour *= covered;
+#endif
+#ifdef MIRRORED
+    colour.rgb *= reflection.x * clamp(1.0 - height * reflection.y, 0.0, 1.0);
+#endif
+    result = vec4(colour.rgb * outputScale, colour.a);
+}

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+// Places the vertices of triangles, LINES or POINTS; MIRRORED in the floor's
+// plane. Positions go to the fragments as seen from the camera, in world axes.
+#version 330 core
+
+layout(location = 0) in vec3 position;
+layout(location = 1) in vec3 normal;    // of a line: its other end
+layout(location = 2) in vec2 texcoord;  // of a line: which side, and which end
+layout(location = 3) in float slot;
+
+uniform samplerBuffer instances;  // four texels each: the world matrix's rows, the colour
+uniform int firstInstance;
+uniform mat4 viewProjection;
+uniform vec3 cameraPosition;
+uniform mat4 contentsTransform;
+uniform vec2 halfViewport;  // pixels
+uniform float thickness;    // pixels, of lines and points
+uniform float zNear;
+uniform vec4 floorPlane;  // world; its normal and minus its distance
+
+out vec3 fromCamera;
+flat out vec4 tint;  // alpha multiplied in
+#ifdef LAMBERT
+out vec3 worldNormal;
+#endif
+#ifdef TEXTURED
+out vec2 pictureCoord;
+#endif
+#ifdef LINES
+noperspective out float across;  // pixels from the line's middle
+#endif
+#ifdef MIRRORED
+out float height;  // of the reflected thing above the floor
+#endif
+
+vec3 mirrored(vec3 world) {
+#ifdef MIRRORED
+    return world - 2.0 * (dot(floorPlane.xyz, world) + floorPlane.w) * floorPlane.xyz;
+#else
+    return world;
+#endif
+}
+
+#ifdef LINES
+// Where the line from `a` to `b` enters what the camera sees.
+vec4 beforeCamera(vec4 a, vec4 b) {
+    if (a.w >= zNear || b.w <= zNear) return a;
+    return mix(a, b, (zNear - a.w) / (b.w - a.w));
+}
+#endif
+
+void main() {
+    int at = 4 * (firstInstance + gl_InstanceID + int(slot));
+    vec4 x = texelFetch(instances, at);
+    vec4 y = texelFetch(instances, at + 1);
+    vec4 z = texelFetch(instances, at + 2);
+    vec4 colour = texelFetch(instances, at + 3);
+    tint = vec4(colour.rgb * colour.a, colour.a);
+
+    vec4 local = vec4(position, 1.0);
+    vec3 world = vec3(dot(x, local), dot(y, local), dot(z, local));
+#ifdef MIRRORED
+    height = dot(floorPlane.xyz, world) + floorPlane.w;
+#endif
+    world = mirrored(world);
+    fromCamera = world - cameraPosition;
+    gl_Position = viewProjection * vec4(world, 1.0);
+
+#ifdef LAMBERT
+    // The cofactors keep normals upright whatever the scale along each axis.
+    vec3 n = vec3(dot(cross(y.xyz, z.xyz), normal), dot(cross(z.xyz, x.xyz), normal),
+                  dot(cross(x.xyz, y.xyz), normal));
+    if (dot(x.xyz, cross(y.xyz, z.xyz)) < 0.0) n = -n;
+#ifdef MIRRORED
+    n -= 2.0 * dot(floorPlane.xyz, n) * floorPlane.xyz;
+#endif
+    worldNormal = n;
+#endif
+#ifdef TEXTURED
+    pictureCoord = (contentsTransform * vec4(texcoord, 0.0, 1.0)).xy;
+#endif
+#ifdef POINTS
+    gl_PointSize = thickness + 1.0;
+#endif
+#ifdef LINES
+    vec4 end = vec4(normal, 1.0);
+    vec3 worldEnd = mirrored(vec3(dot(x, end), dot(y, end), dot(z, end)));
+    vec4 other = viewProjection * vec4(worldEnd, 1.0);
+    vec4 here = beforeCamera(gl_Position, other);
+    other = beforeCamera(other, gl_Position);
+    vec2 along = (other.xy / other.w - here.xy / here.w) * halfViewport;
+    float far = length(along);
+    along = far > 1e-6 ? along / far : vec2(1.0, 0.0);
+    float reach = 0.5 * thickness + 0.5;
+    across = texcoord.x * texcoord.y * reach;
+    vec2 aside = vec2(-along.y, along.x) * (texcoord.x * reach);
+    gl_Position = here + vec4(aside / halfViewport * here.w, 0.0, 0.0);
+#endif
+}

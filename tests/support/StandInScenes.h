@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+// Scenes that ask of a drawer what the saver's worlds do.
+#pragma once
+
+#include <QImage>
+#include <QString>
+#include <memory>
+
+#include "platform/scene/Scene.h"
+#include "platform/time/RandomSource.h"
+
+namespace platform::test {
+
+// A glowing digit on nothing, `points` high, twice as many pixels.
+[[nodiscard]] QImage digitPicture(bool one, const QColor& colour);
+
+// 343 additive billboards of four geometries in a turning wire frame.
+[[nodiscard]] std::unique_ptr<Scene> makeDigitCube(std::uint64_t seed);
+// A turning, streaming, papered tube round the camera, and particles in it.
+[[nodiscard]] std::unique_ptr<Scene> makeTunnel(std::uint64_t seed);
+// Lit blocks, a ring of billboards and a mirroring floor with a grid.
+[[nodiscard]] std::unique_ptr<Scene> makeBlocks(std::uint64_t seed);
+// Clouds of points round a dark sphere, arcs, and lights that travel along them.
+[[nodiscard]] std::unique_ptr<Scene> makeGlobe(std::uint64_t seed);
+
+// One of these by its name: cube, tunnel, blocks, globe; none for another name.
+[[nodiscard]] std::unique_ptr<Scene> makeStandIn(const QString& name, std::uint64_t seed);
+
+}  // namespace platform::test
