@@ -49,7 +49,7 @@ void voegAarde(Node& bol, const BolPunten& wolken, bool groot) {
     voeg(DrieWereld::lijnen(bolRaster(), dimmer(Thema::donker(), 0.55)));
     auto donker = std::make_shared<platform::Material>(QColor::fromRgbF(0.0F, 0.03F, 0.01F));
     donker->setLightingModel(platform::LightingModel::Constant);
-    voeg(platform::makeSphere({.radius = 0.985}, donker));
+    voeg(platform::makeSphere({.radius = 0.985, .segments = 96}, donker));
 }
 
 // The home marker: a dot, and a ring flat on the surface that pulses.

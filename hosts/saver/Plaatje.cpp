@@ -22,7 +22,7 @@ namespace {
 constexpr platform::Rgba kZwart{0.0F, 0.0F, 0.0F, 1.0F};
 
 // Lays the scene into the picture, at full quality.
-bool tekenScene(const platform::ScenePass& scene, const platform::PixelGrid& raster,
+bool tekenScene(const platform::SceneFrame& scene, const platform::PixelGrid& raster,
                 QImage& beeld) {
     const auto snapshot = platform::SceneSnapshot::create();
     if (!snapshot || !scene.hasScene) return false;

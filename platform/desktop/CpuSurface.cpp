@@ -89,7 +89,7 @@ void CpuSurface::paint(const Frame& frame, std::span<const QRect> damage,
     }
 }
 
-void CpuSurface::paintScene(const Frame& frame, const ScenePass& scene,
+void CpuSurface::paintScene(const Frame& frame, const SceneFrame& scene,
                             const PixelBuffer& picture) {
     showsScene_ = true;
     if (scene.hasScene && !stage_ && !failsScenes_) {

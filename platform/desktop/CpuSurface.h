@@ -44,7 +44,7 @@ class CpuSurface final : public Surface {
 
     void resize(QSize size);
     void paint(const Frame& frame, std::span<const QRect> damage, const PixelBuffer& picture);
-    void paintScene(const Frame& frame, const ScenePass& scene, const PixelBuffer& picture);
+    void paintScene(const Frame& frame, const SceneFrame& scene, const PixelBuffer& picture);
     void show(std::span<const QRect> rects);
     void putShared(const QRect& rect, bool last);
     void putOverConnection(const QRect& rect);

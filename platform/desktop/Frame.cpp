@@ -43,7 +43,7 @@ void findFrameDamage(const Frame& before, const Frame& after, std::vector<QRect>
     thread_local std::vector<QRect> ofLayers;
     QRect all, scenes;
     for (std::size_t i = firstVisiblePass(after); i < after.passes.size(); ++i) {
-        const ScenePass& scene = after.passes[i].scene;
+        const SceneFrame& scene = after.passes[i].scene;
         const QRect rect = scene.isShown ? after.grid.snap(scene.frame) & picture : QRect();
         scenes |= rect;
         if (scene.picture != before.passes[i].scene.picture) all |= rect;

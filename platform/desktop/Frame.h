@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "platform/desktop/ScenePass.h"
+#include "platform/desktop/SceneFrame.h"
 #include "platform/layers/DisplayList.h"
 #include "platform/layers/PixelGrid.h"
 #include "platform/layers/Rgba.h"
@@ -13,7 +13,7 @@ namespace platform {
 // What is drawn in one go: a scene, and the layers that lie over it. A window's
 // picture is its passes, one over the other; only the first has no scene.
 struct FramePass {
-    ScenePass scene;
+    SceneFrame scene;
     DisplayList layers;
 };
 

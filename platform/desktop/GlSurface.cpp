@@ -51,7 +51,7 @@ void GlSurface::paint(const Frame& frame) {
     }
 }
 
-void GlSurface::paintScene(const Frame& frame, const ScenePass& scene) {
+void GlSurface::paintScene(const Frame& frame, const SceneFrame& scene) {
     showsScene_ = true;
     if (scene.hasScene && !stage_ && !failsScenes_) {
         stage_ = SceneStage::onContext(*context_);

@@ -31,7 +31,7 @@ class GlSurface final : public Surface {
   private:
     GlSurface() = default;
     void paint(const Frame& frame);
-    void paintScene(const Frame& frame, const ScenePass& scene);
+    void paintScene(const Frame& frame, const SceneFrame& scene);
     // Of the errors that have arrived.
     Result state();
 

@@ -46,7 +46,7 @@ SceneStage::~SceneStage() {
     if (own_) own_->doneCurrent();
 }
 
-SceneQuality SceneStage::quality(const ScenePass& scene) {
+SceneQuality SceneStage::quality(const SceneFrame& scene) {
     double budget = scene.interval > 0.0 ? scene.interval : kDisplayInterval;
     if (software_) budget = std::max(budget, kSoftwareInterval);
     if (!ladder_ || budget != budget_) {
@@ -59,7 +59,7 @@ SceneQuality SceneStage::quality(const ScenePass& scene) {
     return quality;
 }
 
-bool SceneStage::draw(const ScenePass& scene, const PixelGrid& grid, const PixelBuffer& picture) {
+bool SceneStage::draw(const SceneFrame& scene, const PixelGrid& grid, const PixelBuffer& picture) {
     if (!scene.hasScene) return false;
     const QRect rect = grid.snap(scene.frame) & QRect(QPoint(0, 0), picture.size);
     if (rect.isEmpty()) return true;
@@ -72,7 +72,7 @@ bool SceneStage::draw(const ScenePass& scene, const PixelGrid& grid, const Pixel
                            grid.scale, wanted);
 }
 
-bool SceneStage::draw(const ScenePass& scene, const PixelGrid& grid) {
+bool SceneStage::draw(const SceneFrame& scene, const PixelGrid& grid) {
     if (!scene.hasScene) return false;
     const QRect rect = grid.snap(scene.frame) & QRect(QPoint(0, 0), grid.size);
     if (rect.isEmpty()) return true;

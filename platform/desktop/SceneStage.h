@@ -4,7 +4,7 @@
 #include <QString>
 #include <memory>
 
-#include "platform/desktop/ScenePass.h"
+#include "platform/desktop/SceneFrame.h"
 #include "platform/layers/PixelGrid.h"
 #include "platform/render/CpuDrawer.h"
 #include "platform/render/Egl.h"
@@ -27,8 +27,8 @@ class SceneStage {
     SceneStage& operator=(const SceneStage&) = delete;
 
     // Draws the scene where it belongs in the picture. False if it could not be.
-    bool draw(const ScenePass& scene, const PixelGrid& grid, const PixelBuffer& picture);
-    bool draw(const ScenePass& scene, const PixelGrid& grid);
+    bool draw(const SceneFrame& scene, const PixelGrid& grid, const PixelBuffer& picture);
+    bool draw(const SceneFrame& scene, const PixelGrid& grid);
 
     // The frame that these were part of took this long to draw and show.
     void frameTook(double seconds);
@@ -40,7 +40,7 @@ class SceneStage {
   private:
     SceneStage(std::unique_ptr<GlContext> own, std::unique_ptr<SceneRenderer> renderer,
                const QString& name, bool software);
-    SceneQuality quality(const ScenePass& scene);
+    SceneQuality quality(const SceneFrame& scene);
 
     const std::unique_ptr<GlContext> own_;
     std::unique_ptr<SceneRenderer> renderer_;

@@ -73,7 +73,7 @@ double SceneView::nextChange() const {
     return anchorClock_ + (std::floor(beats + kEarly) + 1.0 - kEarly) / framesPerSecond_;
 }
 
-void SceneView::fill(ScenePass& pass, QPointF origin) {
+void SceneView::fill(SceneFrame& pass, QPointF origin) {
     static std::uint64_t pictures = 0;
     if (playing_ || std::exchange(changed_, false)) picture_ = ++pictures;
     pass.isShown = true;

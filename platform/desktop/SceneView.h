@@ -5,7 +5,7 @@
 #include <functional>
 #include <memory>
 
-#include "platform/desktop/ScenePass.h"
+#include "platform/desktop/SceneFrame.h"
 #include "platform/desktop/View.h"
 #include "platform/scene/Scene.h"
 #include "platform/time/MediaClock.h"
@@ -57,7 +57,7 @@ class SceneView : public View {
 
     // Brings the scene to its time and fills the pass with it, `origin` being the
     // place of the bounds' zero in the window.
-    void fill(ScenePass& pass, QPointF origin);
+    void fill(SceneFrame& pass, QPointF origin);
 
     // Called when the window that shows it turns out to have no means to draw
     // scenes; once, in a turn of the event loop.

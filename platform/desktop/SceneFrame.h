@@ -11,7 +11,7 @@ namespace platform {
 
 // A scene as one part of a window's picture: plain values for the render thread.
 // Refilling one reuses its memory.
-struct ScenePass {
+struct SceneFrame {
     bool isShown = false;       // false: there is no view of a scene here
     std::uint64_t picture = 0;  // another number for whatever looks different
     QRectF frame;               // where in the window, in points, y up
