@@ -12,9 +12,10 @@ struct Camera {
     double zFar = 100.0;
     bool hdr = false;  // without it there is no bloom
     double bloomIntensity = 0.0;
-    double bloomThreshold = 1.0;     // linear light
-    double bloomBlurRadius = 4.0;    // points; the blur's σ is half of it
-    bool exposureAdaptation = true;  // off: linear, clamped at 1
+    double bloomThreshold = 1.0;   // linear light
+    double bloomBlurRadius = 4.0;  // points; the blur's σ is half of it
+    // Off: linear, clamped at 1. Drawers know no other exposure.
+    bool exposureAdaptation = true;
 
     // To clip space, z from −1 at zNear to 1 at zFar. aspect = width / height.
     [[nodiscard]] glm::dmat4 projection(double aspect) const;

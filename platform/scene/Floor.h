@@ -13,8 +13,8 @@ struct Floor {
     double falloffEnd = 0.0;  // units from the floor; 0 means no fall-off
     MaterialPtr material{};
     // (u, v) = (x, z) / textureSpan before the material's contents transform,
-    // with node x and z. The span makes sixty repeats a fine grid of two lines
-    // to the unit, which no pixel size turns into moiré.
+    // with the node's own x and z. At this span a picture that is repeated sixty
+    // times is half a unit wide: two lines of a grid to the unit.
     double textureSpan = 30.0;
 
     friend bool operator==(const Floor&, const Floor&) = default;

@@ -80,6 +80,13 @@ void addSide(MeshData& mesh, const Side& side, const glm::vec3& half, float radi
             });
 }
 
+// Every vertex once, in order.
+std::vector<std::uint32_t> oneByOne(std::size_t count) {
+    std::vector<std::uint32_t> indices(count);
+    std::iota(indices.begin(), indices.end(), 0U);
+    return indices;
+}
+
 }  // namespace
 
 GeometryPtr makeGeometry(MeshData data, MaterialPtr material) {
@@ -112,8 +119,7 @@ GeometryPtr makeBox(const BoxOptions& options, MaterialPtr material) {
 
 GeometryPtr makePoints(std::vector<glm::vec3> positions, double pointSize, MaterialPtr material) {
     MeshData mesh{.primitive = Primitive::Points, .pointSize = pointSize};
-    mesh.indices.resize(positions.size());
-    std::iota(mesh.indices.begin(), mesh.indices.end(), 0U);
+    mesh.indices = oneByOne(positions.size());
     mesh.positions = std::move(positions);
     return makeGeometry(std::move(mesh), std::move(material));
 }
@@ -121,8 +127,7 @@ GeometryPtr makePoints(std::vector<glm::vec3> positions, double pointSize, Mater
 GeometryPtr makeLines(std::vector<glm::vec3> ends, MaterialPtr material) {
     MeshData mesh{.primitive = Primitive::Lines};
     ends.resize(ends.size() / 2 * 2);
-    mesh.indices.resize(ends.size());
-    std::iota(mesh.indices.begin(), mesh.indices.end(), 0U);
+    mesh.indices = oneByOne(ends.size());
     mesh.positions = std::move(ends);
     return makeGeometry(std::move(mesh), std::move(material));
 }

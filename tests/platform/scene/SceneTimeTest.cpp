@@ -74,9 +74,7 @@ TEST_F(SceneTime, BlocksOfManyActionsRunInOrderOfTime) {
     scene.root().addChild(other);
     other->runAction(ticking(0.2, [&](Node&) { order += 'b'; }));
     scene.advance(0.95);
-    EXPECT_EQ(order,
-              "babab"
-              "ab");
+    EXPECT_EQ(order, "babbab");
 }
 
 TEST_F(SceneTime, BlocksInAGroupRunInOrderOfTime) {
