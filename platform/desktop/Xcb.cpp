@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "platform/desktop/Xcb.h"
 
+#include <mutex>
+
 namespace platform {
 
 namespace {
 
 xcb_connection_t* connectTo(const QString& display, int& screen) {
+    // Finding the authority file goes through a buffer that all threads share.
+    static std::mutex oneAtATime;
+    const std::lock_guard lock(oneAtATime);
     return xcb_connect(display.isEmpty() ? nullptr : display.toLocal8Bit().constData(), &screen);
 }
 

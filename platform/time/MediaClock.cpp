@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "platform/time/MediaClock.h"
 
-#include <QTimer>
+#include <sys/timerfd.h>
+#include <unistd.h>
+
+#include <QSocketNotifier>
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <cstdint>
+#include <functional>
 #include <limits>
+#include <utility>
 
 #include "platform/time/TimerState.h"
 
@@ -62,13 +68,45 @@ void MediaClock::fireDue() {
             timer->clock = nullptr;
             timers_.erase(next);
         }
+        // The action may run an event loop of its own.
+        rearm();
         timer->action();
     }
     rearm();
 }
 
+// A timer of the kernel's: to the microsecond, and re-armed without a trip to the
+// heap, which Qt's would make at every frame.
 struct SystemClock::Waker {
-    QTimer timer;
+    explicit Waker(std::function<void()> wake) : notifier(file.number, QSocketNotifier::Read) {
+        QObject::connect(&notifier, &QSocketNotifier::activated, [this, wake = std::move(wake)] {
+            std::uint64_t times = 0;
+            if (read(file.number, &times, sizeof times) < 0) return;
+            armed = kNever;
+            wake();
+        });
+    }
+    // Rounded up: a timer may be late, never early. Infinity disarms.
+    void set(double time) {
+        if (time == armed) return;
+        armed = time;
+        itimerspec spec{};
+        if (time != kNever) {
+            const double whole = std::floor(std::max(time, 0.0));
+            spec.it_value.tv_sec = static_cast<time_t>(whole);
+            spec.it_value.tv_nsec =
+                std::clamp(static_cast<long>(std::ceil((time - whole) * 1e9)), 1L, 999'999'999L);
+        }
+        timerfd_settime(file.number, TFD_TIMER_ABSTIME, &spec, nullptr);
+    }
+
+    struct File {
+        const int number = timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC);
+        ~File() { close(number); }
+    };
+    const File file;
+    double armed = kNever;
+    QSocketNotifier notifier;
 };
 
 SystemClock::SystemClock() = default;
@@ -81,19 +119,11 @@ double SystemClock::now() const {
 
 void SystemClock::rearm() {
     const double wake = nextWake();
-    if (wake == kNever) {
-        if (waker_) waker_->timer.stop();
-        return;
-    }
     if (!waker_) {
-        waker_ = std::make_unique<Waker>();
-        waker_->timer.setSingleShot(true);
-        waker_->timer.setTimerType(Qt::PreciseTimer);
-        QObject::connect(&waker_->timer, &QTimer::timeout, [this] { fireDue(); });
+        if (wake == kNever) return;
+        waker_ = std::make_unique<Waker>([this] { fireDue(); });
     }
-    // Rounded up: a timer may be late, never early.
-    const double wait = std::clamp((wake - now()) * 1000.0, 0.0, 1e9);
-    waker_->timer.start(static_cast<int>(std::ceil(wait)));
+    waker_->set(wake);
 }
 
 void ManualClock::advance(double seconds) {

@@ -2,20 +2,12 @@
 // OpenGL on host's windows, in software.
 #include <gtest/gtest.h>
 
-#include "platform/render/Egl.h"
 #include "tests/platform/desktop/Client.h"
+#include "tests/support/KeepDriver.h"
 
 using platform::DrawerChoice;
 
 namespace {
-
-// Keeps the driver loaded to the very end, so that a leak checker can tell its
-// leaks from ours.
-[[gnu::used]] std::shared_ptr<platform::EglDisplay>* driver = nullptr;
-struct KeepDriver : testing::Environment {
-    void SetUp() override { driver = new std::shared_ptr(platform::EglDisplay::offscreen()); }
-};
-[[maybe_unused]] const auto* const kKeepDriver = testing::AddGlobalTestEnvironment(new KeepDriver);
 
 class GlDepths : public testing::TestWithParam<int> {};
 

@@ -8,6 +8,7 @@
 #include "platform/desktop/Window.h"
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/FallingColumns.h"
+#include "tests/support/KeepDriver.h"
 #include "tests/support/Until.h"
 #include "tests/support/Xvfb.h"
 

@@ -3,10 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <QEventLoop>
+
 #include <limits>
 #include <vector>
 
 using platform::ManualClock;
+using platform::SystemClock;
 using platform::Timer;
 
 namespace {
@@ -86,6 +89,32 @@ TEST(Timer, OnceMeansOnce) {
     clock.advance(5.0);
     EXPECT_EQ(count, 1);
     EXPECT_FALSE(timer.isValid());
+}
+
+TEST(SystemClock, FiresInNestedEventLoopsAndNeverEarly) {
+    SystemClock clock;
+    const double begin = clock.now();
+    std::vector<double> fired;
+    QEventLoop outer, inner;
+    const Timer timer(clock, {.interval = 0.002, .repeats = true}, [&] {
+        fired.push_back(clock.now() - begin);
+        if (fired.size() == 1) inner.exec();
+        if (fired.size() == 3) inner.quit();
+        if (fired.size() == 5) outer.quit();
+    });
+    outer.exec();
+    for (std::size_t i = 0; i < fired.size(); ++i)
+        EXPECT_GE(fired[i], 0.002 * static_cast<double>(i + 1) - 1e-9);
+}
+
+TEST(SystemClock, ATimerOfThePastFiresAtOnce) {
+    SystemClock clock;
+    QEventLoop loop;
+    Timer timer(clock, {.interval = 1000.0, .repeats = true}, [&] { loop.quit(); });
+    timer.fireNextAt(clock.now() - 5.0);
+    const double begin = clock.now();
+    loop.exec();
+    EXPECT_LT(clock.now() - begin, 10.0);
 }
 
 TEST(Timer, OutlivesItsClockHarmlessly) {

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+// Including this keeps the OpenGL driver loaded to the very end of a test
+// program, so that a leak checker can tell its leaks from ours. In one source of
+// a program only.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "platform/render/Egl.h"
+
+namespace {
+
+[[gnu::used]] std::shared_ptr<platform::EglDisplay>* driver = nullptr;
+struct KeepDriver : testing::Environment {
+    void SetUp() override { driver = new std::shared_ptr(platform::EglDisplay::offscreen()); }
+};
+[[maybe_unused]] const auto* const kKeepDriver = testing::AddGlobalTestEnvironment(new KeepDriver);
+
+}  // namespace
