@@ -144,9 +144,10 @@ TEST_F(RenderThreadTest, ALostWindowEndsTheDrawing) {
 
 TEST(RenderThread, NothingToDrawOnIsAnEnd) {
     std::promise<Surface::Result> ended;
-    RenderThread thread({.makeSurface = [](int) { return nullptr; },
-                         .firstFrameShown = [] {},
-                         .ended = [&](Surface::Result r) { ended.set_value(r); }});
+    const ManualClock clock;
+    RenderThread thread(clock, {.makeSurface = [](int) { return nullptr; },
+                                .firstFrameShown = [] {},
+                                .ended = [&](Surface::Result r) { ended.set_value(r); }});
     EXPECT_EQ(ended.get_future().get(), Surface::Result::WindowGone);
 }
 
