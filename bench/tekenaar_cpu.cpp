@@ -75,8 +75,7 @@ void HeelBeeld(benchmark::State& state) {
 }
 BENCHMARK(HeelBeeld)->Apply(screens);
 
-// What falling costs from frame to frame. `share` is that of one core at 60
-// frames a second, list and damage aside.
+// What falling costs from frame to frame, list and damage aside.
 void Beeldstap(benchmark::State& state) {
     Screen screen(state);
     double painted = 0.0;

@@ -9,7 +9,7 @@
 
 #include "platform/layers/DisplayListBuilder.h"
 #include "platform/render/OffscreenPicture.h"
-#include "tests/support/ExampleTrees.h"
+#include "tests/support/FallingColumns.h"
 
 namespace {
 
@@ -19,21 +19,22 @@ constexpr double kClock = 1000.0;
 constexpr Rgba kBlack{0.0F, 0.0F, 0.0F, 1.0F};
 
 struct Scene {
-    Scene(int width, int height, double scale) : grid{.scale = scale, .size = {width, height}} {
-        RandomSource random(1);
-        root = test::rainTree(QSizeF(grid.size) / scale, scale, kClock, random);
+    Scene(int width, int height, double scale)
+        : grid{.scale = scale, .size = {width, height}},
+          columns({.size = QSizeF(grid.size) / scale, .scale = scale}) {
+        columns.fill(kClock);
         advance();
         if (offscreen) (void)offscreen->draw(list, grid, kBlack);
     }
     void advance() {
         time += 1.0 / 60.0;
-        DisplayListBuilder(list, time).add(*root, {}, root->frame());
+        columns.show(time, list);
     }
     void draw() { offscreen->drawer().draw(list, grid, kBlack); }
 
     PixelGrid grid;
     std::unique_ptr<OffscreenPicture> offscreen = OffscreenPicture::create();
-    std::shared_ptr<Layer> root;
+    FallingColumns columns;
     DisplayList list;
     double time = kClock;
 };

@@ -28,11 +28,13 @@ Meting::Meting(platform::MediaClock& klok, double begin, Stand stand)
 }
 
 void Meting::bemonster() {
-    // A run of days keeps every other sample, again and again.
+    if (++blik_ % elke_ != 0) return;
+    // A long run is sampled at half the rate, from its beginning on.
     if (monsters_.size() == kMeesteMonsters) {
         for (std::size_t i = 0; i < kMeesteMonsters / 2; ++i)
             monsters_[i] = monsters_[2 * i];
         monsters_.resize(kMeesteMonsters / 2);
+        elke_ *= 2;
     }
     monsters_.push_back({klok_.now(), static_cast<double>(stand_().frames)});
 }

@@ -38,6 +38,9 @@ class Meting {
     const double start_;
     const Stand stand_;
     std::vector<Monster> monsters_;
+    // One look in how many is kept, and how many there were.
+    int elke_ = 1;
+    int blik_ = 0;
     platform::Timer timer_;
 };
 

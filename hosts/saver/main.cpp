@@ -5,6 +5,8 @@
 #include <optional>
 
 #include "BrixtelSaver/SaverInstellingen.h"
+#include "connections/Overzicht.h"
+#include "connections/VerbindingWacht.h"
 #include "hosts/saver/Meting.h"
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
@@ -31,11 +33,23 @@ int meldNaam(const QString& wat, int uitgang) {
     return meld(QStringLiteral("brixtel-saver: ") + wat, uitgang);
 }
 
+// What Qt has to say is for developers; a host would show it to people.
+void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
+    if (soort == QtFatalMsg) std::fprintf(stderr, "%s\n", qUtf8Printable(regel));
+}
+
 // Windows are drawn through X11, also where the desktop is another.
 void kiesPlatform(const Opdracht& opdracht) {
     const bool plaatje = opdracht.wat == Opdracht::Wat::Plaatje;
     qputenv("QT_QPA_PLATFORM", plaatje ? "offscreen" : "xcb");
     if (plaatje) qputenv("QT_SCALE_FACTOR", QByteArray::number(opdracht.schaal));
+}
+
+int verbindingen(bool json) {
+    const std::vector<brixtel::Lijn> lijnen = brixtel::VerbindingWacht::meet();
+    const QByteArray tekst = json ? brixtel::alsJson(lijnen) : brixtel::alsTabel(lijnen).toUtf8();
+    std::fwrite(tekst.constData(), 1, static_cast<std::size_t>(tekst.size()), stdout);
+    return 0;
 }
 
 int plaatje(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
@@ -84,6 +98,7 @@ int start(int argc, char** argv, const Opdracht& opdracht) {
                                        "zonder"),
                         kFout);
     kiesPlatform(opdracht);
+    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     QGuiApplication app(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("brixtel-saver"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Brixtel"));
@@ -120,8 +135,7 @@ int main(int argc, char** argv) {
             return meldNaam(QStringLiteral("--instellingen kan in deze versie nog niet"),
                             kVerkeerdGebruik);
         case Opdracht::Wat::Verbindingen:
-            return meldNaam(QStringLiteral("--verbindingen kan in deze versie nog niet"),
-                            kVerkeerdGebruik);
+            return verbindingen(opdracht.json);
         default:
             break;
     }

@@ -45,7 +45,8 @@ std::optional<QString> Preferences::string(const QString& key) const {
 }
 
 void Preferences::setString(const QString& key, const QString& value) {
-    store_->settings.setValue(key, value);
+    // What cannot be written would else be kept for every later store to read.
+    if (store_->settings.isWritable()) store_->settings.setValue(key, value);
 }
 
 void Preferences::synchronize() {

@@ -157,7 +157,7 @@ void Layer::addAnimation(const std::string& key, KeyframeAnimation animation, do
 }
 
 void Layer::addAnimation(const std::string& key, BasicAnimation animation, double clockTime) {
-    put(key, Animation(std::move(animation), localTime(clockTime)));
+    put(key, Animation(animation, localTime(clockTime)));
 }
 
 void Layer::removeAnimation(const std::string& key) {

@@ -125,8 +125,7 @@ void CpuDrawer::State::drawItem(const CpuPaint& paint, std::int32_t mask, const 
 void CpuDrawer::State::drawEven(const CpuPaint& paint, const PixelRect& region) {
     for (int y = region.y0; y < region.y1; ++y) {
         const float alpha = rowAlphas[static_cast<std::size_t>(y - region.y0)];
-        const auto share =
-            static_cast<rows::Share>(std::clamp(alpha, 0.0F, 1.0F) * 65535.0F + 0.5F);
+        const rows::Share share = rows::share(alpha);
         if (share == 0) continue;
         std::uint32_t* const to = row(region.x0, y);
         if (paint.isPixels()) {

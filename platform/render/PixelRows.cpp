@@ -38,8 +38,15 @@ std::uint32_t over(std::uint32_t below, const std::uint32_t (&colour)[4]) {
     return result;
 }
 
+// The nearest whole number of `unit`s to a component, cut to [0, 1]. The
+// library's own rounding is a call a component; nothing here is negative.
+std::uint32_t nearest(float component, float unit) {
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings)
+    return static_cast<std::uint32_t>(std::clamp(component, 0.0F, 1.0F) * unit + 0.5F);
+}
+
 std::uint32_t wide(float component) {
-    return static_cast<std::uint32_t>(std::clamp(component, 0.0F, 1.0F) * 65535.0F + 0.5F);
+    return nearest(component, 65535.0F);
 }
 
 #if defined(__SSE2__)
@@ -77,10 +84,12 @@ void store(std::uint32_t* to, __m128i four) {
 
 }  // namespace
 
+Share share(float alpha) {
+    return static_cast<Share>(wide(alpha));
+}
+
 std::uint32_t pixel(const Rgba& colour) {
-    const auto byte = [](float component) {
-        return static_cast<std::uint32_t>(std::clamp(component, 0.0F, 1.0F) * 255.0F + 0.5F);
-    };
+    const auto byte = [](float component) { return nearest(component, 255.0F); };
     return byte(colour.a) << 24 | byte(colour.r) << 16 | byte(colour.g) << 8 | byte(colour.b);
 }
 
@@ -132,15 +141,15 @@ void blend(std::uint32_t* to, int count, const Rgba& colour) {
 }
 
 void blend(std::uint32_t* to, const Rgba* from, const float* alpha, int count) {
+    constexpr float kUnit = 1.0F / 255.0F;
     for (int i = 0; i < count; ++i) {
-        const float share = alpha[i];
-        const float through = 1.0F - from[i].a * share;
+        const float own = alpha[i];
+        const float through = (1.0F - from[i].a * own) * kUnit;
         const float above[4] = {from[i].b, from[i].g, from[i].r, from[i].a};
         std::uint32_t result = 0;
         for (int c = 0; c < 4; ++c) {
             const auto below = static_cast<float>((to[i] >> (8 * c)) & 0xFF);
-            const float sum = above[c] * share * 255.0F + below * through;
-            result |= static_cast<std::uint32_t>(std::clamp(sum, 0.0F, 255.0F) + 0.5F) << (8 * c);
+            result |= nearest(above[c] * own + below * through, 255.0F) << (8 * c);
         }
         to[i] = result;
     }

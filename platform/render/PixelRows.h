@@ -12,6 +12,9 @@ namespace platform::rows {
 // A share as the integer loops take it; 65535 is whole.
 using Share = std::uint16_t;
 
+// Of an alpha; what lies outside [0, 1] is taken as its nearer end.
+[[nodiscard]] Share share(float alpha);
+
 // The nearest pixel to a colour whose components lie in [0, 1].
 [[nodiscard]] std::uint32_t pixel(const Rgba& colour);
 

@@ -3,13 +3,13 @@
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
 #include <QImage>
 #include <QPainter>
 #include <map>
 #include <set>
 
 #include "tests/BrixtelSaver/Instellingen.h"
+#include "tests/support/Until.h"
 
 using brixtel::BrixtelSaverView;
 using brixtel::EigenInstellingen;
@@ -55,8 +55,12 @@ class SaverView : public testing::Test {
         return view;
     }
     void meldStop() {
+        bool gehoord = false;
+        berichten.addObserver(&gehoord, QStringLiteral("com.apple.screensaver.willstop"),
+                              [&] { gehoord = true; });
         berichten.post(QStringLiteral("com.apple.screensaver.willstop"));
-        QCoreApplication::processEvents();
+        EXPECT_TRUE(until([&] { return gehoord; }));
+        berichten.removeObserver(&gehoord);
     }
     static bool leeg(const BrixtelSaverView& view) {
         return !view.regen() && view.layer()->sublayers().empty();

@@ -31,11 +31,18 @@ std::size_t AllocationCounter::total() {
     return everyones.load();
 }
 
-// The array and nothrow forms end in these two.
+// The array forms end in these. So would those that do not throw, were it not
+// for the sanitizers, which bring their own.
 void* operator new(std::size_t size) {
     return counted(size, alignof(std::max_align_t));
 }
 void* operator new(std::size_t size, std::align_val_t alignment) {
+    return counted(size, static_cast<std::size_t>(alignment));
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return counted(size, alignof(std::max_align_t));
+}
+void* operator new(std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept {
     return counted(size, static_cast<std::size_t>(alignment));
 }
 void operator delete(void* memory) noexcept {

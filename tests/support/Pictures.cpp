@@ -89,4 +89,13 @@ testing::AssertionResult agree(const QImage& actual, const QImage& expected,
            << limits.mean << "); see " << folder.path().toStdString();
 }
 
+QImage noise(QSize size, RandomSource& random) {
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x)
+            image.setPixel(x, y, static_cast<QRgb>(random.bits()) | 0xFF000000U);
+    }
+    return image;
+}
+
 }  // namespace platform::test

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Comparing pictures with pictures.
+// Pictures, and comparing them with one another.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -7,6 +7,8 @@
 #include <QImage>
 #include <QPoint>
 #include <string>
+
+#include "platform/time/RandomSource.h"
 
 namespace platform::test {
 
@@ -30,5 +32,8 @@ struct PictureLimits {
 // build folder's `pictures`.
 [[nodiscard]] testing::AssertionResult agree(const QImage& actual, const QImage& expected,
                                              const std::string& name, PictureLimits limits);
+
+// A picture of noise, premultiplied and opaque.
+[[nodiscard]] QImage noise(QSize size, RandomSource& random);
 
 }  // namespace platform::test

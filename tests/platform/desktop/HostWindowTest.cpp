@@ -6,55 +6,14 @@
 #include <QDir>
 #include <algorithm>
 
-#include "platform/desktop/Window.h"
-#include "platform/time/Timer.h"
-#include "tests/support/Until.h"
-#include "tests/support/Xvfb.h"
+#include "tests/platform/desktop/Client.h"
 
-using platform::DrawerChoice;
 using platform::HostWindow;
 using platform::SystemClock;
-using platform::View;
 using platform::Window;
 using platform::WindowServer;
 
 namespace {
-
-// What a look at the window's picture expects: green below the middle, black
-// above, and a white square in the lower left corner.
-std::shared_ptr<View> makePicture(QSizeF size) {
-    auto view = std::make_shared<View>(QRectF(QPointF(0, 0), size));
-    view->setWantsLayer(true);
-    view->layer()->setBackgroundColor(Qt::black);
-    auto low = std::make_shared<View>(QRectF(0, 0, size.width(), size.height() / 2));
-    low->setAutoresizingMask(View::WidthSizable);
-    low->setWantsLayer(true);
-    low->layer()->setBackgroundColor(QColor(0, 255, 0));
-    auto corner = std::make_shared<View>(QRectF(0, 0, 10, 10));
-    corner->setWantsLayer(true);
-    corner->layer()->setBackgroundColor(Qt::white);
-    low->addSubview(corner);
-    view->addSubview(low);
-    return view;
-}
-
-// One program's view of one server.
-struct Client {
-    SystemClock clock;
-    WindowServer server;
-    std::unique_ptr<Window> window;
-    int closed = 0;
-
-    Client(const Xvfb& x, xcb_window_t id, DrawerChoice drawer = DrawerChoice::Cpu)
-        : server(clock, {.drawer = drawer, .display = x.display()}) {
-        window = std::make_unique<Window>(server, HostWindow{.id = id});
-        window->onClose([this] { ++closed; });
-        window->setContentView(makePicture(window->frame().size()));
-    }
-    [[nodiscard]] bool waitForFrames(std::uint64_t count) const {
-        return until([&] { return window->statistics().frames >= count; });
-    }
-};
 
 // Beats that pass, seen by frames of another window: for what must not happen
 // meanwhile.

@@ -4,7 +4,6 @@
 #include <QColor>
 
 #include "tests/platform/render/GlFixture.h"
-#include "tests/support/ExampleTrees.h"
 #include "tests/support/Pictures.h"
 
 namespace platform::test {
@@ -30,7 +29,7 @@ class GlPictures : public Gl {
 };
 
 TEST_F(GlPictures, APictureShownTwiceIsKeptOnce) {
-    const QImage image = noise({64, 64}, true, random_);
+    const QImage image = noise({64, 64}, random_);
     const auto root = showing(image);
     root->addSublayer(showing(image));
     DisplayList list;
@@ -40,7 +39,7 @@ TEST_F(GlPictures, APictureShownTwiceIsKeptOnce) {
 }
 
 TEST_F(GlPictures, AChangedPictureIsAnotherOne) {
-    QImage image = noise({64, 64}, true, random_);
+    QImage image = noise({64, 64}, random_);
     const auto root = showing(image);
     DisplayList list;
     build(list, *root);
@@ -54,12 +53,12 @@ TEST_F(GlPictures, AChangedPictureIsAnotherOne) {
 
 TEST_F(GlPictures, APictureNotShownForAWhileIsDropped) {
     offscreen_ = OffscreenPicture::create({.keepDraws = 3});
-    const QImage first = noise({64, 64}, true, random_);
+    const QImage first = noise({64, 64}, random_);
     const auto root = showing(first);
     DisplayList list;
     build(list, *root);
     EXPECT_EQ(kept(list), 1);
-    root->setContents(noise({32, 64}, true, random_));
+    root->setContents(noise({32, 64}, random_));
     build(list, *root);
     EXPECT_EQ(kept(list), 2);
     EXPECT_EQ(kept(list), 2);
@@ -75,7 +74,7 @@ TEST_F(GlPictures, TheRoomOfADroppedPictureIsUsedAgain) {
     const auto root = showing({});
     DisplayList list;
     for (int i = 0; i < 20; ++i) {
-        const QImage image = noise({64, 64}, true, random_);
+        const QImage image = noise({64, 64}, random_);
         root->setContents(image);
         build(list, *root);
         ASSERT_TRUE(agree(drawn(list, kGrid), image, "reused-" + std::to_string(i), {}));
@@ -100,8 +99,8 @@ TEST_F(GlPictures, APictureLargerThanThereIsRoomForIsShownCoarser) {
 
 TEST_F(GlPictures, WithoutAnyRoomOnlyThePictureIsMissing) {
     offscreen_ = OffscreenPicture::create({.maxTexels = 1});
-    const auto root = showing(noise({1, 1}, true, random_));
-    root->addSublayer(showing(noise({64, 64}, true, random_)));
+    const auto root = showing(noise({1, 1}, random_));
+    root->addSublayer(showing(noise({64, 64}, random_)));
     const auto corner = std::make_shared<Layer>();
     corner->setFrame({0, 0, 4, 4});
     corner->setBackgroundColor(Qt::green);
@@ -115,7 +114,7 @@ TEST_F(GlPictures, EveryFormatIsShown) {
     for (const QImage::Format format :
          {QImage::Format_ARGB32, QImage::Format_RGB32, QImage::Format_RGBA8888,
           QImage::Format_Grayscale8, QImage::Format_RGB888, QImage::Format_Indexed8}) {
-        const QImage image = noise({63, 64}, true, random_).convertToFormat(format);
+        const QImage image = noise({63, 64}, random_).convertToFormat(format);
         const auto root = showing(image);
         root->setFrame({0, 0, 63, 64});
         DisplayList list;
@@ -126,7 +125,7 @@ TEST_F(GlPictures, EveryFormatIsShown) {
 }
 
 TEST_F(GlPictures, RowsWithPaddingAreReadAsTheyLie) {
-    const QImage wide = noise({80, 64}, true, random_);
+    const QImage wide = noise({80, 64}, random_);
     const QImage part(wide.constBits(), 64, 64, wide.bytesPerLine(), wide.format());
     DisplayList list;
     build(list, *showing(part));
@@ -135,7 +134,7 @@ TEST_F(GlPictures, RowsWithPaddingAreReadAsTheyLie) {
 
 TEST_F(GlPictures, APictureLargerThanAnyTextureIsShown) {
     // A strip as long as that of a very tall screen, and a full-size picture.
-    const QImage strip = noise({42, 20000}, true, random_);
+    const QImage strip = noise({42, 20000}, random_);
     const auto root = showing(strip);
     root->setFrame({0, 64 - 20000, 42, 20000});
     DisplayList list;

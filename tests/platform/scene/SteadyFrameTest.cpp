@@ -17,18 +17,18 @@ std::size_t allocationsOf(Scene& scene, DrawList& list) {
         scene.advance(frame / 60.0);
         extract(scene, 1.6, list);
     }
-    const std::size_t before = AllocationCounter::count();
+    const AllocationCounter counter;
     for (; frame < 1200; ++frame) {
         scene.advance(frame / 60.0);
         extract(scene, 1.6, list);
     }
-    return AllocationCounter::count() - before;
+    return counter.count();
 }
 
 TEST(SteadyFrame, TheCounterCounts) {
-    const std::size_t before = AllocationCounter::count();
+    const AllocationCounter counter;
     const auto something = std::make_unique<std::vector<int>>(1000);
-    EXPECT_EQ(AllocationCounter::count() - before, 2U);
+    EXPECT_EQ(counter.count(), 2U);
 }
 
 TEST(SteadyFrame, TickingDigitsTakeNothingFromTheHeap) {

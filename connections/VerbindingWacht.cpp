@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#include "connections/VerbindingWacht.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "connections/LsofTekst.h"
+
+namespace brixtel {
+
+namespace {
+constexpr double kSpeling = 0.15;  // of the interval, by which the timer may be late
+}
+
+VerbindingWacht::VerbindingWacht(platform::MediaClock& klok, Bron bron)
+    : tijd_(klok), bron_(std::move(bron)), wachtrij_("nl.brixtel.verbindingen") {}
+
+VerbindingWacht::~VerbindingWacht() {
+    stop_.request();
+}
+
+VerbindingWacht& VerbindingWacht::gedeeld() {
+    // The table first, so that it is still there while the watcher ends.
+    static LandenTabel& tabel = LandenTabel::gedeeld();
+    static platform::SystemClock klok;
+    static VerbindingWacht wacht(klok, {.tabel = tabel});
+    return wacht;
+}
+
+void VerbindingWacht::gebruik(const std::string& sleutel, bool aan, double elke) {
+    if (aan) {
+        gebruikers_[sleutel] = elke;
+    } else {
+        gebruikers_.erase(sleutel);
+    }
+    const auto vaakst =
+        std::min_element(gebruikers_.begin(), gebruikers_.end(),
+                         [](const auto& a, const auto& b) { return a.second < b.second; });
+    const double nieuw = vaakst == gebruikers_.end() ? 0.0 : vaakst->second;
+    if (nieuw == tussentijd_) return;
+
+    const double oud = std::exchange(tussentijd_, nieuw);
+    klok_.invalidate();
+    if (nieuw <= 0.0) return;
+    if (oud == 0.0) kijk();
+    // The timer is the watcher's own and goes with it.
+    klok_ =
+        platform::Timer(tijd_, {.interval = nieuw, .repeats = true, .tolerance = nieuw * kSpeling},
+                        [this] { kijk(); });
+}
+
+void VerbindingWacht::kijk() {
+    if (bezig_) return;
+    bezig_ = true;
+    wachtrij_.async([this, nog = std::weak_ptr(nog_)] {
+        auto lijnen = std::make_shared<std::vector<Lijn>>(meet(bron_, &stop_));
+        platform::runOnMainQueue([this, nog, lijnen] {
+            if (!nog.expired()) toon(std::move(*lijnen));
+        });
+    });
+}
+
+void VerbindingWacht::toon(std::vector<Lijn> lijnen) {
+    bezig_ = false;
+    const auto nog = std::weak_ptr(nog_);
+    totaal_.zet(totaalVan(lijnen));
+    // Someone who was told the total may have dropped the watcher.
+    if (!nog.expired()) lijnen_.zet(std::move(lijnen));
+}
+
+std::vector<Lijn> VerbindingWacht::meet(const Bron& bron, const platform::ToolStop* stop) {
+    const auto pad = bron.lsof.empty() ? platform::findTool("lsof") : bron.lsof;
+    if (!pad) return {};
+    const auto uit = platform::runTool(
+        {.program = *pad, .arguments = {"-nP", "-iTCP", "-sTCP:ESTABLISHED", "-FcnT"}}, stop);
+    if (!uit) return {};
+    return groepeer(uit->text(), bron.tabel);
+}
+
+std::string VerbindingWacht::netteNaam(std::string_view naam) {
+    return brixtel::netteNaam(naam);
+}
+
+}  // namespace brixtel

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "platform/process/ToolStart.h"
+
+#include <fcntl.h>
+#include <pthread.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+namespace platform {
+
+namespace {
+
+struct Child {
+    char* const* words;
+    int output;
+    int nothing;  // /dev/null
+    pid_t parent;
+};
+
+// Runs in the child, on the parent's memory: system calls only.
+[[noreturn, gnu::noinline]] void becomeTool(const Child& child) {
+    // A handler of the parent's must not run here, on its memory; only after
+    // that may signals come through again. This also stops ignoring SIGPIPE.
+    struct sigaction usual {};
+    usual.sa_handler = SIG_DFL;
+    for (int number = 1; number < NSIG; ++number)
+        sigaction(number, &usual, nullptr);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+
+    setpgid(0, 0);
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    // The parent may have gone before that request.
+    if (getppid() != child.parent) _exit(kNotStarted);
+    if (dup2(child.nothing, STDIN_FILENO) < 0 || dup2(child.output, STDOUT_FILENO) < 0 ||
+        dup2(child.nothing, STDERR_FILENO) < 0)
+        _exit(kNotStarted);
+    closefrom(STDERR_FILENO + 1);
+    execv(child.words[0], child.words);
+    _exit(kNotStarted);
+}
+
+// vfork, because fork would copy the page tables of a program full of pictures
+// and hold up its render threads; posix_spawn has no death signal.
+[[gnu::noinline]] pid_t spawn(const Child& child) {
+    const pid_t pid = vfork();
+    if (pid == 0) becomeTool(child);
+    return pid;
+}
+
+// A copy that the child can move to a standard place without treading on
+// another, in a program that has closed some of those.
+int aboveStandard(int descriptor) {
+    return fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+}
+
+}  // namespace
+
+pid_t startTool(const ToolCall& call, int output) {
+    std::vector<char*> words;
+    words.reserve(call.arguments.size() + 2);
+    words.push_back(const_cast<char*>(call.program.c_str()));
+    for (const auto& argument : call.arguments)
+        words.push_back(const_cast<char*>(argument.c_str()));
+    words.push_back(nullptr);
+
+    const int opened = open("/dev/null", O_RDWR | O_CLOEXEC);
+    const Child child{.words = words.data(),
+                      .output = aboveStandard(output),
+                      .nothing = aboveStandard(opened),
+                      .parent = getpid()};
+    if (opened >= 0) close(opened);
+
+    sigset_t all, before;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before);
+    const pid_t pid = child.output >= 0 && child.nothing >= 0 ? spawn(child) : -1;
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    if (child.output >= 0) close(child.output);
+    if (child.nothing >= 0) close(child.nothing);
+    return pid;
+}
+
+}  // namespace platform

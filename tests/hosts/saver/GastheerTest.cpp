@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: MIT
+// The program in a host's window, as xscreensaver and its kind run it.
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "platform/time/MediaClock.h"
+#include "tests/hosts/saver/Programma.h"
+
+using brixtel::isRegen;
+using brixtel::Programma;
+
+namespace {
+
+class Gastheer : public testing::Test {
+  protected:
+    Xvfb server{"800x600x24"};
+    Programma programma{server.display()};
+
+    static QString hex(xcb_window_t venster) { return QStringLiteral("0x%1").arg(venster, 0, 16); }
+    void toonIn(xcb_window_t venster, const QStringList& meer = {}) {
+        programma.start(QStringList{QStringLiteral("--root"), QStringLiteral("--window-id"),
+                                    hex(venster), QStringLiteral("--keuze=regen")} +
+                        meer);
+    }
+    bool regentIn(xcb_window_t venster) {
+        return until([&] { return isRegen(server.picture(venster)); });
+    }
+    // Milliseconds from the act to the program's end.
+    template <typename Doe>
+    int eindigtNa(Doe doe) {
+        const platform::SystemClock klok;
+        const double begin = klok.now();
+        doe();
+        EXPECT_TRUE(programma.wacht());
+        return static_cast<int>((klok.now() - begin) * 1000.0);
+    }
+};
+
+TEST_F(Gastheer, ShowsTheRainInTheWindowThatIsNamed) {
+    const auto venster = server.makeWindow({.width = 400, .height = 300});
+    const auto ander = server.makeWindow({.width = 100, .height = 100});
+    toonIn(venster);
+    EXPECT_TRUE(regentIn(venster));
+    EXPECT_FALSE(isRegen(server.picture(ander)));
+}
+
+TEST_F(Gastheer, ShowsItInTheWindowThatTheEnvironmentNames) {
+    const auto venster = server.makeWindow({.width = 400, .height = 300});
+    programma.zet(QStringLiteral("XSCREENSAVER_WINDOW"), hex(venster));
+    programma.start({QStringLiteral("-root"), QStringLiteral("-keuze"), QStringLiteral("regen")});
+    EXPECT_TRUE(regentIn(venster));
+}
+
+TEST_F(Gastheer, WithoutAnyWindowRootIsTheScreenItself) {
+    programma.start({QStringLiteral("--root"), QStringLiteral("--keuze=regen")});
+    EXPECT_TRUE(regentIn(server.screen().root));
+}
+
+TEST_F(Gastheer, SigtermEndsItBySigtermWithoutAWord) {
+    const auto venster = server.makeWindow({});
+    toonIn(venster);
+    ASSERT_TRUE(regentIn(venster));
+    const auto duur = eindigtNa([&] { kill(static_cast<pid_t>(programma.nummer()), SIGTERM); });
+    EXPECT_TRUE(programma.doorSignaal());
+    EXPECT_EQ(programma.uitgang(), SIGTERM);
+    EXPECT_TRUE(programma.fouten().isEmpty());
+    RecordProperty("milliseconds", duur);
+}
+
+TEST_F(Gastheer, AWindowDestroyedWhileRunningEndsItWithoutAWord) {
+    const auto venster = server.makeWindow({});
+    toonIn(venster);
+    ASSERT_TRUE(regentIn(venster));
+    const auto duur = eindigtNa([&] { server.destroy(venster); });
+    EXPECT_FALSE(programma.doorSignaal());
+    EXPECT_EQ(programma.uitgang(), 0);
+    EXPECT_TRUE(programma.fouten().isEmpty());
+    RecordProperty("milliseconds", duur);
+}
+
+TEST_F(Gastheer, AWindowThatNeverWasEndsItWithoutAWord) {
+    const auto venster = server.makeWindow({});
+    server.destroy(venster);
+    toonIn(venster);
+    EXPECT_TRUE(programma.wacht());
+    EXPECT_FALSE(programma.doorSignaal());
+    EXPECT_TRUE(programma.fouten().isEmpty());
+}
+
+TEST_F(Gastheer, FollowsTheSizeOfItsWindow) {
+    const auto venster = server.makeWindow({.width = 200, .height = 150});
+    toonIn(venster);
+    ASSERT_TRUE(regentIn(venster));
+    server.resize(venster, 600, 500);
+    // It rains in the corner that was not there before.
+    EXPECT_TRUE(until([&] { return isRegen(server.picture(venster).copy(300, 50, 300, 200)); }));
+}
+
+TEST_F(Gastheer, TakesNoFocusAndNoInput) {
+    const auto venster = server.makeWindow({});
+    xcb_connection_t* const verbinding = server.connection();
+    xcb_set_input_focus(verbinding, XCB_INPUT_FOCUS_PARENT, server.screen().root, XCB_CURRENT_TIME);
+    toonIn(venster);
+    ASSERT_TRUE(regentIn(venster));
+    auto* focus = xcb_get_input_focus_reply(verbinding, xcb_get_input_focus(verbinding), nullptr);
+    EXPECT_EQ(focus->focus, server.screen().root);
+    free(focus);
+    auto* eigenschappen = xcb_get_window_attributes_reply(
+        verbinding, xcb_get_window_attributes(verbinding, venster), nullptr);
+    const std::uint32_t invoer =
+        XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_POINTER_MOTION;
+    EXPECT_EQ(eigenschappen->all_event_masks & invoer, 0U);
+    free(eigenschappen);
+}
+
+TEST_F(Gastheer, TheServersDeathEndsItQuietly) {
+    const auto venster = server.makeWindow({});
+    toonIn(venster);
+    ASSERT_TRUE(regentIn(venster));
+    server.kill();
+    EXPECT_TRUE(programma.wacht());
+    EXPECT_FALSE(programma.doorSignaal());
+    EXPECT_TRUE(programma.fouten().isEmpty());
+}
+
+TEST_F(Gastheer, MeasuresItselfWhenAsked) {
+    const auto venster = server.makeWindow({.width = 640, .height = 480});
+    toonIn(venster, {QStringLiteral("--meet"), QStringLiteral("--seconden=1.5")});
+    EXPECT_TRUE(programma.wacht());
+    EXPECT_EQ(programma.uitgang(), 0);
+    const QJsonObject meting = QJsonDocument::fromJson(programma.uit()).object();
+    EXPECT_EQ(meting.size(), 9);
+    EXPECT_EQ(meting[QLatin1String("keuze")].toString(), QStringLiteral("regen"));
+    EXPECT_EQ(meting[QLatin1String("tekenaar")].toString(), QStringLiteral("cpu"));
+    EXPECT_GT(meting[QLatin1String("beelden")].toInt(), 5);
+    EXPECT_GT(meting[QLatin1String("eerste_beeld_ms")].toDouble(), 0.0);
+}
+
+TEST_F(Gastheer, OpenGlDrawsTheRainWhenAskedFor) {
+    const auto venster = server.makeWindow({.width = 400, .height = 300});
+    toonIn(venster, {QStringLiteral("--tekenaar=gl")});
+    EXPECT_TRUE(regentIn(venster));
+}
+
+TEST_F(Gastheer, TheFrameRateIsShownWhenAskedFor) {
+    const auto venster = server.makeWindow({.width = 640, .height = 480});
+    toonIn(venster, {QStringLiteral("--fps")});
+    // The letters are brighter and denser than rain, on a dimmed patch.
+    const QRect hoek(16, 16, 190, 26);
+    EXPECT_TRUE(until([&] {
+        const QImage beeld = server.picture(venster).copy(hoek);
+        int letters = 0;
+        for (int y = 0; y < beeld.height(); ++y)
+            for (int x = 0; x < beeld.width(); ++x)
+                letters += beeld.pixel(x, y) == qRgb(0, 255, 65) ? 1 : 0;
+        return letters > 40;
+    }));
+}
+
+}  // namespace

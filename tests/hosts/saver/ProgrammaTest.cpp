@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+// The program whole, without any display.
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "tests/hosts/saver/Programma.h"
+
+using brixtel::Programma;
+
+namespace {
+
+QStringList woorden(const QString& regel) {
+    return regel.split(u' ', Qt::SkipEmptyParts);
+}
+
+TEST(Programma, ABadArgumentGivesOneLineAndExitTwo) {
+    Programma programma;
+    programma.draai(woorden(QStringLiteral("--keuze=hologram")));
+    EXPECT_EQ(programma.uitgang(), 2);
+    EXPECT_FALSE(programma.doorSignaal());
+    EXPECT_EQ(programma.fouten().count('\n'), 1);
+    EXPECT_TRUE(programma.uit().isEmpty());
+}
+
+TEST(Programma, WithoutADisplayItSaysSoInOneLine) {
+    Programma programma;
+    programma.draai({});
+    EXPECT_EQ(programma.uitgang(), 1);
+    EXPECT_FALSE(programma.doorSignaal());
+    const QByteArray regel = programma.fouten();
+    EXPECT_EQ(regel.count('\n'), 1);
+    EXPECT_TRUE(regel.startsWith("brixtel-saver: ")) << regel.constData();
+}
+
+TEST(Programma, HelpAndVersionNeedNothing) {
+    Programma hulp, versie;
+    hulp.draai(woorden(QStringLiteral("--help")));
+    EXPECT_EQ(hulp.uitgang(), 0);
+    EXPECT_TRUE(hulp.uit().contains("--plaatje"));
+    versie.draai(woorden(QStringLiteral("-versie")));
+    EXPECT_EQ(versie.uitgang(), 0);
+    EXPECT_TRUE(versie.uit().startsWith("brixtel-saver 0."));
+}
+
+TEST(Programma, ConnectionsAsATableOrAsJsonAlsoWithNothingMeasured) {
+    // Without lsof there is nothing to measure, and that is no error.
+    Programma tabel, json;
+    tabel.zet(QStringLiteral("PATH"), QStringLiteral("/er/niet"));
+    tabel.draai(woorden(QStringLiteral("--verbindingen")));
+    EXPECT_EQ(tabel.uitgang(), 0);
+    EXPECT_FALSE(tabel.uit().isEmpty());
+    json.draai(woorden(QStringLiteral("--verbindingen=json")));
+    EXPECT_EQ(json.uitgang(), 0);
+    const QJsonObject gelezen = QJsonDocument::fromJson(json.uit()).object();
+    EXPECT_TRUE(gelezen[QLatin1String("lijnen")].isArray());
+    EXPECT_TRUE(gelezen[QLatin1String("totaal")].isDouble());
+}
+
+// Draws a still and returns it.
+QImage plaatje(const QString& meer) {
+    Programma programma;
+    const QString bestand = programma.map() + QStringLiteral("/beeld.png");
+    programma.draai(QStringList{QStringLiteral("--plaatje"), bestand} + woorden(meer));
+    EXPECT_EQ(programma.uitgang(), 0) << programma.fouten().constData();
+    return QImage(bestand);
+}
+
+TEST(Programma, AStillOfTheRainNeedsNoDisplay) {
+    const QImage beeld = plaatje(QStringLiteral("--keuze=regen --maat=640x480 --zaad=1"));
+    EXPECT_EQ(beeld.size(), QSize(640, 480));
+    EXPECT_TRUE(brixtel::isRegen(beeld));
+}
+
+TEST(Programma, TheSameSeedAndTimeGiveTheSameStill) {
+    const QString vraag = QStringLiteral("--keuze=regen --maat=400x300 --na=2.5 --zaad=");
+    const QImage eerste = plaatje(vraag + u'1');
+    EXPECT_EQ(eerste, plaatje(vraag + u'1'));
+    EXPECT_NE(eerste, plaatje(vraag + u'2'));
+    EXPECT_NE(eerste, plaatje(QStringLiteral("--keuze=regen --maat=400x300 --na=3.5 --zaad=1")));
+}
+
+TEST(Programma, AStillAtScaleTwoHasTwiceThePixelsAndIsSharp) {
+    const QImage beeld =
+        plaatje(QStringLiteral("--keuze=regen --maat=320x240 --schaal=2 --zaad=3"));
+    EXPECT_EQ(beeld.size(), QSize(640, 480));
+    EXPECT_TRUE(brixtel::isRegen(beeld));
+    // Blocks of 2.5 points are five whole pixels: full colour stands beside the
+    // soft glow without a half-covered pixel in between.
+    int vol = 0;
+    for (int y = 0; y < 480; ++y)
+        for (int x = 0; x < 640; ++x)
+            vol += beeld.pixel(x, y) == qRgb(107, 255, 107) ? 1 : 0;
+    EXPECT_GT(vol, 500);
+}
+
+TEST(Programma, TheRotatingModeHasAStillToo) {
+    EXPECT_FALSE(plaatje(QStringLiteral("--keuze=wisselend --maat=320x240 --zaad=1")).isNull());
+}
+
+TEST(Programma, AStillOnTheCpuAndOnOpenGlLookTheSame) {
+    const QString vraag = QStringLiteral("--keuze=regen --maat=400x300 --zaad=1 --tekenaar=");
+    const QImage cpu = plaatje(vraag + QStringLiteral("cpu"));
+    const QImage gl = plaatje(vraag + QStringLiteral("gl"));
+    ASSERT_EQ(cpu.size(), gl.size());
+    int grootste = 0;
+    for (int y = 0; y < cpu.height(); ++y)
+        for (int x = 0; x < cpu.width(); ++x)
+            grootste =
+                std::max(grootste, std::abs(qGreen(cpu.pixel(x, y)) - qGreen(gl.pixel(x, y))));
+    EXPECT_LE(grootste, 2);  // the drawers' own stated difference
+}
+
+TEST(Programma, AStillThatCannotBeWrittenLeavesNothingBehind) {
+    Programma programma;
+    const QString map = programma.map() + QStringLiteral("/er/niet");
+    programma.draai({QStringLiteral("--plaatje=") + map + QStringLiteral("/beeld.png"),
+                     QStringLiteral("--keuze=regen"), QStringLiteral("--maat=64x64")});
+    EXPECT_EQ(programma.uitgang(), 1);
+    const QByteArray fouten = programma.fouten();
+    EXPECT_TRUE(fouten.contains("kan niet geschreven worden"));
+    EXPECT_EQ(fouten.count('\n'), 1) << fouten.constData();
+    EXPECT_FALSE(QFileInfo::exists(map));
+}
+
+TEST(Programma, AChoiceForOneRunIsNotStored) {
+    Programma programma;
+    programma.draai({QStringLiteral("--plaatje=") + programma.map() + QStringLiteral("/b.png"),
+                     QStringLiteral("--keuze=regen"), QStringLiteral("--maat=64x64")});
+    EXPECT_EQ(programma.uitgang(), 0);
+    EXPECT_TRUE(
+        QDir(programma.map() + QStringLiteral("/.config")).entryList(QDir::Files).isEmpty());
+}
+
+}  // namespace

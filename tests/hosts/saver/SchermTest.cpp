@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: MIT
+// The program on its own: full screen on every display, under a real window
+// manager, with a real keyboard and pointer, and on a session bus.
+#include <gtest/gtest.h>
+
+#include <QRegularExpression>
+
+#include "tests/hosts/saver/Programma.h"
+
+using brixtel::isRegen;
+using brixtel::Programma;
+
+namespace {
+
+class Scherm : public testing::Test {
+  protected:
+    Xvfb server{"1280x800x24"};
+    QProcess vensterbeheer;
+    Programma programma{server.display()};
+
+    void SetUp() override {
+        draai(vensterbeheer, QStringLiteral("openbox"), {});
+        // It owns this property once it manages windows.
+        ASSERT_TRUE(until([this] {
+            return hulp({QStringLiteral("xprop"), QStringLiteral("-root"),
+                         QStringLiteral("_NET_SUPPORTING_WM_CHECK")})
+                .contains("window id");
+        }));
+    }
+    void TearDown() override {
+        vensterbeheer.terminate();
+        vensterbeheer.waitForFinished(5000);
+    }
+    void draai(QProcess& proces, const QString& naam, const QStringList& woorden) const {
+        QProcessEnvironment omgeving = QProcessEnvironment::systemEnvironment();
+        omgeving.insert(QStringLiteral("DISPLAY"), server.display());
+        proces.setProcessEnvironment(omgeving);
+        proces.start(naam, woorden);
+        proces.waitForStarted();
+    }
+    // Runs a tool on this display and returns what it prints.
+    QByteArray hulp(QStringList woorden) const {
+        QProcess proces;
+        const QString naam = woorden.takeFirst();
+        draai(proces, naam, woorden);
+        proces.waitForFinished(10'000);
+        return proces.readAllStandardOutput();
+    }
+    void xdotool(const char* woorden) const {
+        hulp(QStringLiteral("xdotool %1").arg(QLatin1String(woorden)).split(u' '));
+    }
+    bool regent(const QRect& deel = {}) {
+        return until([&] {
+            const QImage beeld = server.picture(server.screen().root);
+            return isRegen(deel.isEmpty() ? beeld : beeld.copy(deel));
+        });
+    }
+    void startRegen(const QStringList& meer = {}) {
+        programma.start(QStringList{QStringLiteral("--keuze=regen")} + meer);
+    }
+};
+
+TEST_F(Scherm, FullScreenCoversTheScreenUntilAKey) {
+    startRegen();
+    ASSERT_TRUE(regent());
+    for (const QPoint hoek : {QPoint(0, 0), QPoint(1160, 0), QPoint(0, 700), QPoint(1160, 700)})
+        EXPECT_TRUE(until([&] {
+            return brixtel::aandeelGroen(
+                       server.picture(server.screen().root).copy(QRect(hoek, QSize(120, 100)))) >
+                   0.005;
+        }));
+    xdotool("key a");
+    EXPECT_TRUE(programma.wacht());
+    EXPECT_EQ(programma.uitgang(), 0);
+    EXPECT_FALSE(programma.doorSignaal());
+}
+
+TEST_F(Scherm, AClickEndsIt) {
+    startRegen();
+    ASSERT_TRUE(regent());
+    xdotool("click 1");
+    EXPECT_TRUE(programma.wacht());
+    EXPECT_EQ(programma.uitgang(), 0);
+}
+
+TEST_F(Scherm, ARealMouseMovementEndsItAndASmallOneDoesNot) {
+    xdotool("mousemove 400 400");
+    startRegen();
+    ASSERT_TRUE(regent());
+    xdotool("mousemove 410 400");
+    xdotool("mousemove 440 400");
+    EXPECT_FALSE(programma.wacht(500));
+    xdotool("mousemove 600 500");
+    EXPECT_TRUE(programma.wacht());
+    EXPECT_EQ(programma.uitgang(), 0);
+}
+
+TEST_F(Scherm, EndsByItselfAfterTheSecondsAskedFor) {
+    startRegen({QStringLiteral("--seconden=0.5")});
+    EXPECT_TRUE(programma.wacht());
+    EXPECT_EQ(programma.uitgang(), 0);
+}
+
+TEST_F(Scherm, AnOrdinaryWindowStaysThroughInputAndClosesWhenTheUserClosesIt) {
+    startRegen({QStringLiteral("--venster=640x400")});
+    ASSERT_TRUE(
+        until([&] { return brixtel::aandeelGroen(server.picture(server.screen().root)) > 0.005; }));
+    xdotool("mousemove 640 400");
+    xdotool("mousemove 700 460");
+    xdotool("click 1");
+    xdotool("key a");
+    EXPECT_FALSE(programma.wacht(300));
+    xdotool("key alt+F4");  // the window manager asks it to close
+    EXPECT_TRUE(programma.wacht());
+    EXPECT_FALSE(programma.doorSignaal());
+}
+
+// Monitors as RandR lists them: halves of the one screen there is.
+TEST_F(Scherm, EveryMonitorHasAWindowAlsoOneThatComesAndGoes) {
+    const auto xrandr = [&](const char* woorden) {
+        hulp(QStringLiteral("xrandr %1").arg(QLatin1String(woorden)).split(u' '));
+    };
+    xrandr("--setmonitor links 640/200x800/250+0+0 screen");
+    startRegen();
+    ASSERT_TRUE(regent(QRect(0, 0, 640, 800)));
+    xrandr("--setmonitor rechts 640/200x800/250+640+0 none");
+    EXPECT_TRUE(regent(QRect(640, 0, 640, 800)));
+    xrandr("--delmonitor rechts");
+    EXPECT_TRUE(until(
+        [&] { return !isRegen(server.picture(server.screen().root).copy(640, 0, 640, 800)); }));
+    EXPECT_TRUE(regent(QRect(0, 0, 640, 800)));
+    EXPECT_TRUE(programma.loopt());
+}
+
+// A session bus of the test's own.
+class Bus : public Scherm {
+  protected:
+    QProcess bus;
+    QString adres;
+
+    void SetUp() override {
+        Scherm::SetUp();
+        bus.start(QStringLiteral("dbus-daemon"),
+                  {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                   QStringLiteral("--print-address")});
+        ASSERT_TRUE(bus.waitForReadyRead(10'000));
+        adres = QString::fromLatin1(bus.readLine()).trimmed();
+        programma.zet(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), adres);
+        startRegen({QStringLiteral("--venster=640x400")});
+        ASSERT_TRUE(until(
+            [&] { return brixtel::aandeelGroen(server.picture(server.screen().root)) > 0.005; }));
+    }
+    void TearDown() override {
+        bus.terminate();
+        bus.waitForFinished(5000);
+        Scherm::TearDown();
+    }
+    // Sends a signal as anyone may, until it has been heard: the program listens
+    // to the bus from some moment after its first picture on.
+    bool zwartNa(const QStringList& signaal) {
+        return until([&] {
+            QProcess proces;
+            proces.start(QStringLiteral("dbus-send"), QStringList{QStringLiteral("--bus=") + adres,
+                                                                  QStringLiteral("--type=signal")} +
+                                                          signaal);
+            proces.waitForFinished(5000);
+            return brixtel::aandeelGroen(server.picture(server.screen().root)) == 0.0;
+        });
+    }
+};
+
+TEST_F(Bus, WillstopTearsTheSceneDown) {
+    EXPECT_TRUE(zwartNa({QStringLiteral("/"), QStringLiteral("com.apple.screensaver.willstop")}));
+    EXPECT_TRUE(programma.loopt());
+}
+
+TEST_F(Bus, ADesktopsActiveChangedFalseTearsTheSceneDown) {
+    EXPECT_TRUE(zwartNa({QStringLiteral("/org/gnome/ScreenSaver"),
+                         QStringLiteral("org.gnome.ScreenSaver.ActiveChanged"),
+                         QStringLiteral("boolean:false")}));
+    EXPECT_TRUE(programma.loopt());
+}
+
+TEST_F(Bus, ActiveChangedTrueLeavesItAlone) {
+    QProcess proces;
+    proces.start(
+        QStringLiteral("dbus-send"),
+        {QStringLiteral("--bus=") + adres, QStringLiteral("--type=signal"),
+         QStringLiteral("/org/gnome/ScreenSaver"),
+         QStringLiteral("org.gnome.ScreenSaver.ActiveChanged"), QStringLiteral("boolean:true")});
+    proces.waitForFinished(5000);
+    EXPECT_FALSE(until(
+        [&] { return brixtel::aandeelGroen(server.picture(server.screen().root)) == 0.0; }, 500));
+}
+
+}  // namespace

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+// OpenGL on host's windows, in software.
+#include <gtest/gtest.h>
+
+#include "platform/render/Egl.h"
+#include "tests/platform/desktop/Client.h"
+
+using platform::DrawerChoice;
+
+namespace {
+
+// Keeps the driver loaded to the very end, so that a leak checker can tell its
+// leaks from ours.
+[[gnu::used]] std::shared_ptr<platform::EglDisplay>* driver = nullptr;
+struct KeepDriver : testing::Environment {
+    void SetUp() override { driver = new std::shared_ptr(platform::EglDisplay::offscreen()); }
+};
+[[maybe_unused]] const auto* const kKeepDriver = testing::AddGlobalTestEnvironment(new KeepDriver);
+
+class GlDepths : public testing::TestWithParam<int> {};
+
+TEST_P(GlDepths, ShowsThePicture) {
+    const Xvfb x;
+    const xcb_window_t id = x.makeWindow({.width = 201, .height = 151, .depth = GetParam()});
+    Client client(x, id, DrawerChoice::OpenGl);
+    ASSERT_TRUE(client.waitForFrames(1));
+    const std::uint32_t alpha = GetParam() == 32 ? 0xff000000 : 0;
+    ASSERT_TRUE(until([&] { return x.pixel(id, 100, 140) == (alpha | 0x00ff00); }));
+    EXPECT_EQ(x.pixel(id, 100, 10), alpha);
+    EXPECT_EQ(x.pixel(id, 2, 148), alpha | 0xffffff);
+    EXPECT_NE(client.window->statistics().drawer, QStringLiteral("cpu"));
+    EXPECT_NE(client.window->statistics().drawer, QString());
+}
+
+INSTANTIATE_TEST_SUITE_P(GlWindow, GlDepths, testing::Values(24, 32),
+                         testing::PrintToStringParamName());
+
+TEST(GlWindow, FollowsItsSize) {
+    const Xvfb x;
+    const xcb_window_t id = x.makeWindow({});
+    Client client(x, id, DrawerChoice::OpenGl);
+    ASSERT_TRUE(client.waitForFrames(1));
+    x.resize(id, 400, 300);
+    EXPECT_TRUE(until([&] { return x.pixel(id, 399, 299) == 0x00ff00; }));
+    EXPECT_TRUE(until([&] { return x.pixel(id, 5, 295) == 0xffffff; }));
+    x.resize(id, 50, 40);
+    EXPECT_TRUE(until([&] { return x.pixel(id, 5, 35) == 0xffffff; }));
+}
+
+TEST(GlWindow, WhatTheWindowLostIsShownAgain) {
+    const Xvfb x;
+    const xcb_window_t id = x.makeWindow({});
+    Client client(x, id, DrawerChoice::OpenGl);
+    ASSERT_TRUE(until([&] { return x.pixel(id, 60, 120) == 0x00ff00U; }));
+    x.clear(id, {50, 100, 100, 50});
+    EXPECT_TRUE(until([&] { return x.pixel(id, 60, 120) == 0x00ff00U; }));
+}
+
+TEST(GlWindow, DestroyedWhileRunningIsToldWithinATenthOfASecond) {
+    const Xvfb x;
+    const xcb_window_t id = x.makeWindow({});
+    testing::internal::CaptureStderr();
+    {
+        Client client(x, id, DrawerChoice::OpenGl);
+        ASSERT_TRUE(client.waitForFrames(1));
+        const platform::Timer busy(client.clock, {.interval = 0.005, .repeats = true}, [&] {
+            auto& layer = *client.window->contentView()->layer();
+            layer.setOpacity(layer.opacity() > 0.5 ? 0.4 : 1.0);
+        });
+        ASSERT_TRUE(client.waitForFrames(5));
+        const double before = client.clock.now();
+        x.destroy(id);
+        ASSERT_TRUE(until([&] { return client.closed > 0; }));
+        EXPECT_LT(client.clock.now() - before, 0.1);
+        const double told = client.clock.now();
+        client.window.reset();
+        EXPECT_LT(client.clock.now() - told, 0.1);
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(GlWindow, TheServersDeathIsToldQuietly) {
+    Xvfb x;
+    testing::internal::CaptureStderr();
+    {
+        Client client(x, x.makeWindow({}), DrawerChoice::OpenGl);
+        ASSERT_TRUE(client.waitForFrames(1));
+        int lost = 0;
+        client.server.onConnectionLost([&] { ++lost; });
+        const platform::Timer busy(client.clock, {.interval = 0.005, .repeats = true}, [&] {
+            auto& layer = *client.window->contentView()->layer();
+            layer.setOpacity(layer.opacity() > 0.5 ? 0.4 : 1.0);
+        });
+        ASSERT_TRUE(client.waitForFrames(5));
+        x.kill();
+        EXPECT_TRUE(until([&] { return lost == 1; }));
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(GlWindow, AWindowThatOpenGlCannotDrawInIsDrawnByTheProcessor) {
+    const Xvfb x("640x480x8");
+    const xcb_window_t id = x.makeWindow({});
+    Client client(x, id, DrawerChoice::OpenGl);
+    ASSERT_TRUE(client.waitForFrames(1));
+    EXPECT_EQ(client.window->statistics().drawer, QStringLiteral("cpu"));
+}
+
+TEST(GlWindow, AutoTakesTheProcessorWhereOpenGlIsSoftware) {
+    const Xvfb x;
+    Client client(x, x.makeWindow({}), DrawerChoice::Auto);
+    ASSERT_TRUE(client.waitForFrames(1));
+    EXPECT_EQ(client.window->statistics().drawer, QStringLiteral("cpu"));
+}
+
+}  // namespace

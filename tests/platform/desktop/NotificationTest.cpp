@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include "platform/desktop/DistributedNotificationCenter.h"
+#include "platform/desktop/NotificationNames.h"
+#include "platform/time/MediaClock.h"
+#include "tests/support/DBusDaemon.h"
+#include "tests/support/Until.h"
+
+using platform::DistributedNotificationCenter;
+
+namespace {
+
+const QString kWillStop = QStringLiteral("com.apple.screensaver.willstop");
+const QString kOther = QStringLiteral("org.example.thing.happened");
+
+bool waitUntilReady(DistributedNotificationCenter& center) {
+    bool ready = false;
+    center.whenReady([&] { ready = true; });
+    return until([&] { return ready; });
+}
+
+TEST(NotificationNames, TheLastWordIsTheMember) {
+    const auto bus = platform::busNameOf(kWillStop);
+    EXPECT_EQ(bus.interface, QStringLiteral("com.apple.screensaver"));
+    EXPECT_EQ(bus.member, QStringLiteral("willstop"));
+    EXPECT_EQ(bus.path, QStringLiteral("/com/apple/screensaver"));
+}
+
+TEST(NotificationNamesDeathTest, ANameWithoutTwoDotsIsAProgrammingError) {
+    EXPECT_DEATH((void)platform::busNameOf(QStringLiteral("a.b")), "");
+    EXPECT_DEATH((void)platform::busNameOf(QStringLiteral("a.b.c-d")), "");
+}
+
+struct OnABus : testing::Test {
+    DBusDaemon bus;
+    DistributedNotificationCenter center{bus.address()};
+    int heard = 0;
+    int key = 0;
+
+    void SetUp() override { ASSERT_FALSE(bus.address().isEmpty()); }
+    void listen(const QString& name) {
+        center.addObserver(&key, name, [this] { ++heard; });
+        ASSERT_TRUE(waitUntilReady(center));
+    }
+    // After all that was sent before.
+    void flush() {
+        int done = 0;
+        int own = 0;
+        center.addObserver(&own, kOther, [&] { ++done; });
+        ASSERT_TRUE(waitUntilReady(center));
+        ASSERT_TRUE(bus.send({QStringLiteral("/"), kOther}));
+        ASSERT_TRUE(until([&] { return done == 1; }));
+        center.removeObserver(&own);
+    }
+};
+
+TEST_F(OnABus, ASignalOfThatNameFromAnyoneOnAnyPath) {
+    listen(kWillStop);
+    ASSERT_TRUE(bus.send({QStringLiteral("/"), kWillStop}));
+    EXPECT_TRUE(until([&] { return heard == 1; }));
+    ASSERT_TRUE(bus.send(
+        {QStringLiteral("/some/where"), kWillStop, QStringLiteral("string:with arguments")}));
+    EXPECT_TRUE(until([&] { return heard == 2; }));
+}
+
+TEST_F(OnABus, EachDesktopsActiveChangedFalse) {
+    listen(kWillStop);
+    int expected = 0;
+    for (const char* desktop :
+         {"org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver", "org.mate.ScreenSaver",
+          "org.cinnamon.ScreenSaver", "org.xfce.ScreenSaver"}) {
+        const QString signal = QLatin1String(desktop) + QStringLiteral(".ActiveChanged");
+        ASSERT_TRUE(
+            bus.send({QStringLiteral("/ScreenSaver"), signal, QStringLiteral("boolean:true")}));
+        ASSERT_TRUE(
+            bus.send({QStringLiteral("/ScreenSaver"), signal, QStringLiteral("boolean:false")}));
+        ++expected;
+        EXPECT_TRUE(until([&] { return heard == expected; })) << desktop;
+    }
+    flush();
+    EXPECT_EQ(heard, expected);
+}
+
+TEST_F(OnABus, OtherSignalsAreNotHeard) {
+    listen(kWillStop);
+    ASSERT_TRUE(bus.send({QStringLiteral("/"), QStringLiteral("com.apple.screensaver.didstart")}));
+    ASSERT_TRUE(bus.send({QStringLiteral("/"), QStringLiteral("org.other.saver.willstop")}));
+    ASSERT_TRUE(
+        bus.send({QStringLiteral("/"), QStringLiteral("org.gnome.ScreenSaver.ActiveChanged"),
+                  QStringLiteral("string:false")}));
+    flush();
+    EXPECT_EQ(heard, 0);
+}
+
+TEST_F(OnABus, PostingReachesBothPrograms) {
+    listen(kOther);
+    DistributedNotificationCenter second{bus.address()};
+    int there = 0;
+    second.addObserver(this, kOther, [&] { ++there; });
+    ASSERT_TRUE(waitUntilReady(second));
+    center.post(kOther);
+    EXPECT_TRUE(until([&] { return heard == 1 && there == 1; }));
+}
+
+TEST_F(OnABus, ARemovedObserverHearsNothingMore) {
+    listen(kWillStop);
+    center.removeObserver(&key);
+    ASSERT_TRUE(bus.send({QStringLiteral("/"), kWillStop}));
+    flush();
+    EXPECT_EQ(heard, 0);
+}
+
+TEST_F(OnABus, TheBusMayDie) {
+    listen(kWillStop);
+    bus.stop();
+    center.post(kOther);
+    ASSERT_TRUE(waitUntilReady(center));
+    EXPECT_EQ(heard, 0);
+}
+
+TEST(WithoutABus, NotificationsStayInTheProgram) {
+    DistributedNotificationCenter center{QString()};
+    int heard = 0;
+    center.addObserver(&heard, kWillStop, [&] { ++heard; });
+    center.post(kWillStop);
+    EXPECT_EQ(heard, 0);
+    EXPECT_TRUE(until([&] { return heard == 1; }));
+}
+
+TEST(WithoutABus, AnAddressWhereNobodyListensIsNoError) {
+    testing::internal::CaptureStderr();
+    {
+        DistributedNotificationCenter center{QStringLiteral("unix:path=/nonexistent/bus")};
+        int heard = 0;
+        center.addObserver(&heard, kWillStop, [&] { ++heard; });
+        ASSERT_TRUE(waitUntilReady(center));
+        center.post(kWillStop);
+        EXPECT_TRUE(until([&] { return heard == 1; }));
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(WithoutABus, NoneIsStarted) {
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    qputenv("XDG_RUNTIME_DIR", "/nonexistent");
+    EXPECT_EQ(DistributedNotificationCenter::sessionBusAddress(), QString());
+    qunsetenv("XDG_RUNTIME_DIR");
+    EXPECT_EQ(DistributedNotificationCenter::sessionBusAddress(), QString());
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/x");
+    EXPECT_EQ(DistributedNotificationCenter::sessionBusAddress(), QStringLiteral("unix:path=/x"));
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+}
+
+TEST(WithoutABus, HandlersMayAddAndRemoveObservers) {
+    DistributedNotificationCenter center{QString()};
+    int first = 0, second = 0, third = 0;
+    center.addObserver(&first, kOther, [&] {
+        ++first;
+        center.removeObserver(&second);
+        center.addObserver(&third, kOther, [&] { ++third; });
+    });
+    center.addObserver(&second, kOther, [&] { ++second; });
+    center.post(kOther);
+    ASSERT_TRUE(until([&] { return first == 1; }));
+    EXPECT_EQ(second, 0);
+    EXPECT_EQ(third, 0);
+}
+
+// The figure is a hundred times what it takes to start a thread.
+TEST(Notifications, LookingForTheBusKeepsNobodyWaiting) {
+    DBusDaemon bus;
+    ASSERT_FALSE(bus.address().isEmpty());
+    const platform::SystemClock clock;
+    const double begin = clock.now();
+    DistributedNotificationCenter center{bus.address()};
+    int heard = 0;
+    center.addObserver(&heard, kWillStop, [&] { ++heard; });
+    EXPECT_LT(clock.now() - begin, 0.01);
+    ASSERT_TRUE(waitUntilReady(center));
+}
+
+}  // namespace

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QProcess>
+#include <QString>
+
+// A message bus of a test's own.
+class DBusDaemon {
+  public:
+    DBusDaemon() {
+        process_.start(QStringLiteral("dbus-daemon"),
+                       {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                        QStringLiteral("--print-address=1")});
+        if (process_.waitForStarted() && process_.waitForReadyRead(10'000))
+            address_ = QString::fromLocal8Bit(process_.readLine()).trimmed();
+    }
+    ~DBusDaemon() { stop(); }
+
+    [[nodiscard]] const QString& address() const { return address_; }
+
+    void stop() {
+        process_.kill();
+        process_.waitForFinished();
+    }
+
+    // Sends a signal as dbus-send is told to, and says whether it went.
+    [[nodiscard]] bool send(const QStringList& signal) const {
+        QProcess sender;
+        QStringList words{QStringLiteral("--bus=") + address_, QStringLiteral("--type=signal")};
+        sender.start(QStringLiteral("dbus-send"), words + signal);
+        return sender.waitForFinished() && sender.exitCode() == 0;
+    }
+
+  private:
+    QProcess process_;
+    QString address_;
+};

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// The smaller sources of the country table.
+#pragma once
+
+#include <QByteArray>
+#include <iosfwd>
+#include <map>
+#include <string>
+
+#include "tools/landen/Kaart.h"
+
+namespace brixtel {
+
+// Two-letter code to three-digit number, from iso-codes' iso_3166-1.json.
+[[nodiscard]] std::map<std::string, std::string> leesIso(const QByteArray& json);
+
+// The place of each country's first row in tzdata's zone.tab: its chief town,
+// more or less.
+[[nodiscard]] std::map<std::string, Plaats> leesZones(std::istream& in);
+
+// What the sources have wrong or leave out; see correcties.txt.
+struct Correcties {
+    std::map<std::string, std::string> zelfde;  // a mark in the ranges -> whose it is
+    std::map<std::string, Plaats> plaatsen;     // goes before every other source
+};
+[[nodiscard]] Correcties leesCorrecties(std::istream& in);
+
+}  // namespace brixtel
