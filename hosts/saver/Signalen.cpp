@@ -3,25 +3,61 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
+#include <optional>
 
 namespace brixtel {
 
 namespace {
 
 constexpr std::array kSignalen{SIGTERM, SIGINT, SIGHUP};
+// A host waits 0.1 s for the end.
+constexpr long kGeduld = 60'000'000;  // nanoseconds, leaving some for the system
 std::array<int, 2> pijp{-1, -1};
+// The kernel's own, since no thread of this program may have a turn any more.
+std::optional<timer_t> wekker;
+volatile std::sig_atomic_t eerste = 0;
 
-// All that a signal handler may safely do: pass the number on.
+void zetWekker() {
+    const itimerspec over{.it_interval = {}, .it_value = {.tv_sec = 0, .tv_nsec = kGeduld}};
+    if (wekker) timer_settime(*wekker, 0, &over, nullptr);
+}
+
+// All that a signal handler may safely do: pass the number on, and see to it
+// that it is acted upon.
 void vang(int signaal) {
     const int bewaard = errno;
     const auto nummer = static_cast<unsigned char>(signaal);
     [[maybe_unused]] const auto geschreven = write(pijp[1], &nummer, 1);
+    if (eerste == 0) {
+        eerste = signaal;
+        zetWekker();
+    }
     errno = bewaard;
+}
+
+void geduldIsOp(int) {
+    if (eerste == 0) _exit(0);
+    signal(eerste, SIG_DFL);
+    kill(getpid(), eerste);
+}
+
+void maakWekker() {
+    if (wekker) return;
+    struct sigaction actie {};
+    actie.sa_handler = geduldIsOp;
+    sigaction(SIGALRM, &actie, nullptr);
+    sigevent hoe{};
+    hoe.sigev_notify = SIGEV_SIGNAL;
+    hoe.sigev_signo = SIGALRM;
+    timer_t nieuw{};
+    if (timer_create(CLOCK_MONOTONIC, &hoe, &nieuw) == 0) wekker = nieuw;
 }
 
 void zet(void (*doe)(int)) {
@@ -40,6 +76,7 @@ Signalen::Signalen(std::function<void(int)> actie) {
         unsigned char nummer = 0;
         if (read(pijp[0], &nummer, 1) == 1) actie(nummer);
     });
+    maakWekker();
     zet(vang);
 }
 
@@ -50,6 +87,10 @@ Signalen::~Signalen() {
         if (eind >= 0) close(eind);
         eind = -1;
     }
+}
+
+void Signalen::haast() {
+    if (eerste == 0) zetWekker();
 }
 
 void Signalen::eindigDoor(int signaal) {

@@ -8,7 +8,9 @@
 namespace brixtel {
 
 // SIGTERM, SIGINT and SIGHUP as calls on the main thread. One at a time; its end
-// gives the signals back to the system.
+// gives the signals back to the system. Whoever is in the middle of waiting for
+// an X server that hangs cannot be called, and a driver may take its time to
+// stop: what has not ended shortly after the first signal, is ended by it.
 class Signalen {
   public:
     // `actie` is given the signal's number.
@@ -16,6 +18,10 @@ class Signalen {
     ~Signalen();
     Signalen(const Signalen&) = delete;
     Signalen& operator=(const Signalen&) = delete;
+
+    // The process is ending by itself: ends it with exit status 0 where that
+    // takes longer than after a signal.
+    static void haast();
 
     // Ends the process by this signal, as if nobody had caught it. A host that
     // sent it takes any other end for a crash.

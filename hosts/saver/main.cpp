@@ -33,9 +33,16 @@ int meldNaam(const QString& wat, int uitgang) {
     return meld(QStringLiteral("brixtel-saver: ") + wat, uitgang);
 }
 
-// What Qt has to say is for developers; a host would show it to people.
+constexpr const char* kGeenScherm =
+    "er is geen scherm om op te tekenen; met --plaatje kan het zonder";
+
+// What Qt has to say is for developers; a host would show it to people. After
+// its last words it would dump core, most of all where the X server goes away
+// just when Qt wants to begin.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
-    if (soort == QtFatalMsg) std::fprintf(stderr, "%s\n", qUtf8Printable(regel));
+    if (soort != QtFatalMsg) return;
+    const bool erIsScherm = platform::DisplayCheck().isReachable();
+    std::_Exit(meldNaam(erIsScherm ? regel.trimmed() : QString::fromUtf8(kGeenScherm), kFout));
 }
 
 // Windows are drawn through X11, also where the desktop is another.
@@ -58,12 +65,12 @@ int plaatje(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
 }
 
 // Shows the saver until something ends it, and returns by which signal, or 0.
-int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
+int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QString& bus) {
     platform::SystemClock klok;
     const double begin = klok.now() - platform::secondsSinceProcessStart();
     auto toeval = opdracht.zaad ? platform::RandomSource(*opdracht.zaad)
                                 : platform::RandomSource::fromSystem();
-    platform::DistributedNotificationCenter berichten;
+    platform::DistributedNotificationCenter berichten(bus);
     platform::WindowServer server(klok, {.drawer = opdracht.tekenaar, .display = {}});
     server.onConnectionLost([] { std::_Exit(0); });
 
@@ -75,7 +82,11 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
     std::optional<brixtel::Voorstelling> voorstelling(
         std::in_place, opdracht, module, server,
         platform::ScreenSaverContext{.clock = klok, .random = toeval, .notifications = berichten});
-    voorstelling->onEinde([] { QCoreApplication::quit(); });
+    const bool bijGastheer = opdracht.wat == Opdracht::Wat::Gastheer;
+    voorstelling->onEinde([bijGastheer] {
+        if (bijGastheer) brixtel::Signalen::haast();
+        QCoreApplication::quit();
+    });
 
     std::optional<brixtel::Meting> meting;
     if (opdracht.meet) meting.emplace(klok, begin, [&] { return voorstelling->stand(); });
@@ -92,14 +103,21 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
     return doorSignaal;
 }
 
+// Returns the session bus's address, and keeps it from Qt: for the accessibility
+// of a window without controls Qt would wait for the bus on the main thread, and
+// where there is none start one, which outlives this program.
+QString neemBus() {
+    const QString adres = platform::DistributedNotificationCenter::sessionBusAddress();
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
+    return adres;
+}
+
 int start(int argc, char** argv, const Opdracht& opdracht) {
     std::optional<platform::DisplayCheck> scherm;
     if (opdracht.wat != Opdracht::Wat::Plaatje) scherm.emplace();
-    if (scherm && !scherm->isReachable())
-        return meldNaam(QStringLiteral("er is geen scherm om op te tekenen; met --plaatje kan het "
-                                       "zonder"),
-                        kFout);
+    if (scherm && !scherm->isReachable()) return meldNaam(QString::fromUtf8(kGeenScherm), kFout);
     kiesPlatform(opdracht);
+    const QString bus = neemBus();
     if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     QGuiApplication app(argc, argv);
     scherm.reset();
@@ -113,7 +131,7 @@ int start(int argc, char** argv, const Opdracht& opdracht) {
         return meldNaam(QStringLiteral("de module BrixtelSaver.so ontbreekt of is onbruikbaar"),
                         kFout);
     if (opdracht.wat == Opdracht::Wat::Plaatje) return plaatje(opdracht, module);
-    return -toon(opdracht, module);
+    return -toon(opdracht, module, bus);
 }
 
 }  // namespace
@@ -146,5 +164,10 @@ int main(int argc, char** argv) {
     int geen = 1;
     const int uitgang = start(geen, argv, opdracht);
     if (uitgang < 0) brixtel::Signalen::eindigDoor(-uitgang);
+    // A host is waiting, and as the libraries are unloaded every font is looked up.
+    if (opdracht.wat == Opdracht::Wat::Gastheer) {
+        std::fflush(nullptr);
+        std::_Exit(uitgang);
+    }
     return uitgang;
 }

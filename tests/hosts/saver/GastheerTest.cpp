@@ -81,6 +81,20 @@ TEST_F(Gastheer, AWindowDestroyedWhileRunningEndsItWithoutAWord) {
     RecordProperty("milliseconds", duur);
 }
 
+// A program that waits for the server must not wait with its end for it too.
+TEST_F(Gastheer, SigtermEndsItWhileTheServerHangs) {
+    const auto venster = server.makeWindow({});
+    toonIn(venster);
+    ASSERT_TRUE(regentIn(venster));
+    kill(server.process(), SIGSTOP);
+    const auto duur = eindigtNa([&] { kill(static_cast<pid_t>(programma.nummer()), SIGTERM); });
+    kill(server.process(), SIGCONT);
+    EXPECT_TRUE(programma.doorSignaal());
+    EXPECT_EQ(programma.uitgang(), SIGTERM);
+    EXPECT_LT(duur, 1000);
+    RecordProperty("milliseconds", duur);
+}
+
 TEST_F(Gastheer, AWindowThatNeverWasEndsItWithoutAWord) {
     const auto venster = server.makeWindow({});
     server.destroy(venster);

@@ -3,6 +3,7 @@
 // manager, with a real keyboard and pointer, and on a session bus.
 #include <gtest/gtest.h>
 
+#include <QFileInfo>
 #include <QRegularExpression>
 
 #include "tests/hosts/saver/Programma.h"
@@ -73,6 +74,16 @@ TEST_F(Scherm, FullScreenCoversTheScreenUntilAKey) {
     EXPECT_TRUE(programma.wacht());
     EXPECT_EQ(programma.uitgang(), 0);
     EXPECT_FALSE(programma.doorSignaal());
+}
+
+// The bus library starts one for whoever asks, which remembers it in this folder.
+TEST_F(Scherm, WithoutASessionBusNoneIsStarted) {
+    startRegen();
+    ASSERT_TRUE(regent());
+    // Only a window with the focus is one that Qt tells the bus of.
+    xdotool("key a");
+    EXPECT_TRUE(programma.wacht());
+    EXPECT_FALSE(QFileInfo::exists(programma.map() + QStringLiteral("/.dbus")));
 }
 
 TEST_F(Scherm, AClickOfAnyButtonEndsIt) {
