@@ -25,7 +25,7 @@ BusName busNameOf(const QString& notification) {
 }
 
 QString DistributedNotificationCenter::sessionBusAddress() {
-    const QString named = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    QString named = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
     if (!named.isEmpty()) return named;
     // The bus library would look here next, and then start a bus of its own,
     // which would outlive this program.

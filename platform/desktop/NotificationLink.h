@@ -23,9 +23,8 @@ class NotificationReceiver : public QObject {
 
     const std::function<void(const QString&)> deliver;
 
-  public Q_SLOTS:
-    void notified(const QDBusMessage& message);
-    void activeChanged(bool active);
+    Q_SLOT void notified(const QDBusMessage& message);
+    Q_SLOT void activeChanged(bool active);
 };
 
 // The notification centre's connection to a bus. All that could make its caller

@@ -43,7 +43,7 @@ PixelFormat::PixelFormat(const Layout& layout, const Channels& channels)
 }
 
 PixelFormat::PixelFormat(const Layout& layout, const std::vector<PaletteColour>& palette, bool grey)
-    : layout_(layout), nearest_(32 * 32 * 32, 0) {
+    : layout_(layout), nearest_(std::size_t{32} * 32 * 32, 0) {
     for (std::size_t i = 0; i < nearest_.size(); ++i) {
         const auto level = [i](int shift) {
             return static_cast<int>(((i >> shift) & 31) * 255 / 31);

@@ -111,6 +111,8 @@ void WindowDrawing::handle(const xcb_generic_event_t& event) {
             break;
         }
         case XCB_VISIBILITY_NOTIFY:
+            // The only word of what a window lies in being mapped.
+            mapped_ = true;
             obscured_ =
                 as<xcb_visibility_notify_event_t>(event).state == XCB_VISIBILITY_FULLY_OBSCURED;
             updateVisibility();

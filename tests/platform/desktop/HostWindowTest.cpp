@@ -207,6 +207,27 @@ TEST(HostWindow, UnmappedHasNoFramesUntilItIsMappedAgain) {
     EXPECT_TRUE(until([&] { return x.pixel(id, 100, 10) == 0x0000ffU; }));
 }
 
+TEST(HostWindow, InAnUnmappedParentHasNoFramesUntilThatIsMapped) {
+    const Xvfb x;
+    const xcb_window_t parent = x.makeWindow({.mapped = false});
+    const xcb_window_t id = x.makeWindow({.width = 100, .height = 80, .parent = parent});
+    Client client(x, id);
+    ASSERT_TRUE(Beats(x).pass(3));
+    EXPECT_EQ(client.window->statistics().frames, 0U);
+    x.map(parent);
+    EXPECT_TRUE(client.waitForFrames(1));
+}
+
+TEST(HostWindow, DestroyedWithItsParentIsToldToo) {
+    const Xvfb x;
+    const xcb_window_t parent = x.makeWindow({});
+    const xcb_window_t id = x.makeWindow({.width = 100, .height = 80, .parent = parent});
+    Client client(x, id);
+    ASSERT_TRUE(client.waitForFrames(1));
+    x.destroy(parent);
+    EXPECT_TRUE(until([&] { return client.closed == 1; }));
+}
+
 TEST(HostWindow, FullyCoveredHasNoFrames) {
     const Xvfb x;
     const xcb_window_t id = x.makeWindow({});
