@@ -113,7 +113,10 @@ QImage logoTegel() {
         vlak.vul(std::array{QRectF(0.0, 0.0, kZijde, kStreep)});
         vlak.vul(std::array{QRectF(0.0, 0.0, kStreep, kZijde)});
     };
-    return Thema::beeld({kZijde, kZijde}, {.schaal = 1.0, .teken = teken}).value_or(QImage());
+    // Nothing shines through, and a drawer should know.
+    return Thema::beeld({kZijde, kZijde}, {.schaal = 1.0, .teken = teken})
+        .value_or(QImage())
+        .convertToFormat(QImage::Format_RGB32);
 }
 
 void DrieWereld::bouwLogo() {

@@ -68,7 +68,10 @@ std::optional<QImage> tunnelBeeld(const std::vector<TunnelCijfer>& cijfers) {
                                .kleur = cijfer.kleur},
                               vlak);
     };
-    return Thema::beeld({kBeeldZijde, kBeeldZijde}, {.schaal = 1.0, .teken = teken});
+    auto beeld = Thema::beeld({kBeeldZijde, kBeeldZijde}, {.schaal = 1.0, .teken = teken});
+    // Nothing shines through, and a drawer should know.
+    if (beeld) beeld->convertTo(QImage::Format_RGB32);
+    return beeld;
 }
 
 glm::dmat4 tunnelVerloop(double seconden) {
@@ -104,9 +107,11 @@ void DrieWereld::bouwTunnel() {
     buis->setEulerAngles({platform::kPi / 2.0, 0.0, 0.0});
     buis->setPosition({0.0, 0.0, -38.0});
     buis->runAction(Action::repeatForever(Action::rotateBy({0.0, 2.0 * platform::kPi, 0.0}, 40.0)));
-    buis->runAction(Action::custom(kEindeloos, [behang](Node&, double seconden) {
-        behang->setContentsTransform(tunnelVerloop(seconden));
-    }));
+    // By then the wallpaper has gone on by whole repeats: it begins again unseen.
+    buis->runAction(
+        Action::repeatForever(Action::custom(kEindeloos, [behang](Node&, double seconden) {
+            behang->setContentsTransform(tunnelVerloop(seconden));
+        })));
     scene_->root().addChild(buis);
 
     auto stroom = std::make_shared<Node>();
