@@ -26,6 +26,13 @@ TEST(Programma, ABadArgumentGivesOneLineAndExitTwo) {
     EXPECT_TRUE(programma.uit().isEmpty());
 }
 
+TEST(Programma, ABadArgumentOfSeveralLinesGivesOneLine) {
+    Programma programma;
+    programma.draai({QStringLiteral("--keuze=a\nb\nc")});
+    EXPECT_EQ(programma.uitgang(), 2);
+    EXPECT_EQ(programma.fouten().count('\n'), 1);
+}
+
 TEST(Programma, WithoutADisplayItSaysSoInOneLine) {
     Programma programma;
     programma.draai({});
