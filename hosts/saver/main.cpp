@@ -24,7 +24,9 @@ using brixtel::Opdracht;
 constexpr int kFout = 1;
 constexpr int kVerkeerdGebruik = 2;
 
-int meld(const QString& regel, int uitgang) {
+// One line, also where it quotes an argument that is several.
+int meld(QString regel, int uitgang) {
+    regel.replace(u'\n', u' ');
     std::fprintf(stderr, "%s\n", qUtf8Printable(regel));
     return uitgang;
 }

@@ -34,6 +34,13 @@ TEST(Programma, TheSettingsSayInOneLineThatTheyAreNotThereYet) {
     EXPECT_EQ(programma.fouten(), "brixtel-saver: --instellingen kan in deze versie nog niet\n");
 }
 
+TEST(Programma, ABadArgumentOfSeveralLinesGivesOneLine) {
+    Programma programma;
+    programma.draai({QStringLiteral("--keuze=a\nb\nc")});
+    EXPECT_EQ(programma.uitgang(), 2);
+    EXPECT_EQ(programma.fouten().count('\n'), 1);
+}
+
 TEST(Programma, WithoutADisplayItSaysSoInOneLine) {
     Programma programma;
     programma.draai({});
