@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+// Draws the world map that the globe reads: dark land on a white sea, longitude
+// −180…180 by latitude 90…−90, four pixels to the degree.
+//
+// Usage: kaart-maak land-10m.json worldmap@2x.png
+// The first is a TopoJSON file with an object "land", as npm's world-atlas has it.
+#include <QFile>
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QPainter>
+#include <QPainterPath>
+#include <QSaveFile>
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+namespace {
+
+constexpr int kPerGraad = 4;
+// Drawn larger first, so that a coast's pixels are as dark as they are land.
+constexpr int kVerfijning = 4;
+
+// The arcs of a topology in degrees: integers of which each is the step from the
+// one before, on a grid that the file gives.
+std::vector<QPolygonF> leesBogen(const QJsonObject& topologie) {
+    const QJsonObject raster = topologie[QLatin1String("transform")].toObject();
+    const QJsonArray stap = raster[QLatin1String("scale")].toArray();
+    const QJsonArray begin = raster[QLatin1String("translate")].toArray();
+    std::vector<QPolygonF> bogen;
+    for (const QJsonValue boog : topologie[QLatin1String("arcs")].toArray()) {
+        QPolygonF& punten = bogen.emplace_back();
+        double x = 0.0, y = 0.0;
+        for (const QJsonValue punt : boog.toArray()) {
+            x += punt[0].toDouble();
+            y += punt[1].toDouble();
+            punten << QPointF(begin[0].toDouble() + x * stap[0].toDouble(),
+                              begin[1].toDouble() + y * stap[1].toDouble());
+        }
+    }
+    return bogen;
+}
+
+// A ring, of which each arc begins where the one before ended; a negative number
+// is the arc ~number, backwards.
+QPolygonF leesRing(const QJsonArray& nummers, const std::vector<QPolygonF>& bogen) {
+    QPolygonF ring;
+    for (const QJsonValue nummer : nummers) {
+        const int n = nummer.toInt();
+        QPolygonF boog = bogen.at(static_cast<std::size_t>(n < 0 ? ~n : n));
+        if (n < 0) std::reverse(boog.begin(), boog.end());
+        ring << boog;
+    }
+    return ring;
+}
+
+// The ring without its leaps over the date line: longitudes run on beyond 180. One
+// that goes all round the world, as Antarctica's does, is closed at its pole.
+QPolygonF ontvouw(QPolygonF ring) {
+    double rond = 0.0;
+    for (qsizetype i = 1; i < ring.size(); ++i) {
+        const double sprong = ring[i].x() + rond - ring[i - 1].x();
+        if (std::abs(sprong) > 180.0) rond -= std::copysign(360.0, sprong);
+        ring[i].rx() += rond;
+    }
+    if (std::abs(ring.last().x() - ring.first().x()) > 180.0) {
+        const double pool = std::copysign(90.0, ring.first().y());
+        ring << QPointF(ring.last().x(), pool) << QPointF(ring.first().x(), pool);
+    }
+    return ring;
+}
+
+// All that is land, in pixels. Rings within rings are lakes, and islands in them.
+QPainterPath leesLand(const QJsonObject& topologie) {
+    const std::vector<QPolygonF> bogen = leesBogen(topologie);
+    constexpr double schaal = kPerGraad * kVerfijning;
+    QPainterPath land;
+    const QJsonObject objecten = topologie[QLatin1String("objects")].toObject();
+    const QJsonArray vormen =
+        objecten[QLatin1String("land")][QLatin1String("geometries")].toArray();
+    for (const QJsonValue vorm : vormen)
+        for (const QJsonValue stuk : vorm[QLatin1String("arcs")].toArray())
+            for (const QJsonValue nummers : stuk.toArray()) {
+                const QPolygonF ring = ontvouw(leesRing(nummers.toArray(), bogen));
+                for (const double verder : {180.0 - 360.0, 180.0, 180.0 + 360.0})
+                    land.addPolygon(
+                        QTransform(schaal, 0, 0, -schaal, verder * schaal, 90.0 * schaal)
+                            .map(ring));
+            }
+    return land;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QFile bron(argc == 3 ? QString::fromLocal8Bit(argv[1]) : QString());
+    if (argc != 3 || !bron.open(QIODevice::ReadOnly)) {
+        std::fprintf(stderr, "usage: kaart-maak land-10m.json worldmap@2x.png\n");
+        return 2;
+    }
+    const QPainterPath land = leesLand(QJsonDocument::fromJson(bron.readAll()).object());
+    if (land.isEmpty()) {
+        std::fprintf(stderr, "kaart-maak: no land in %s\n", argv[1]);
+        return 1;
+    }
+    QImage groot(QSize(360, 180) * kPerGraad * kVerfijning, QImage::Format_Grayscale8);
+    groot.fill(Qt::white);
+    QPainter(&groot).fillPath(land, Qt::black);
+    const QImage kaart =
+        groot.scaled(QSize(360, 180) * kPerGraad, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    QSaveFile doel(QString::fromLocal8Bit(argv[2]));
+    const bool gelukt = doel.open(QIODevice::WriteOnly) &&
+                        kaart.convertToFormat(QImage::Format_Grayscale8).save(&doel, "PNG") &&
+                        doel.commit();
+    if (!gelukt) std::fprintf(stderr, "kaart-maak: cannot write %s\n", argv[2]);
+    return gelukt ? 0 : 1;
+}
