@@ -86,15 +86,15 @@ GlMesh upload(const Build& build, Primitive primitive) {
     return mesh;
 }
 
-GlMesh make(std::span<const DrawBatch> batches, bool merged) {
+GlMesh make(std::span<const PlacedBatch> batches, bool merged) {
     Build build;
     std::uint32_t slot = 0;
-    for (const DrawBatch& batch : batches) {
-        const std::uint32_t times = merged ? batch.count : 1;
+    for (const PlacedBatch& placed : batches) {
+        const std::uint32_t times = merged ? placed.batch->count : 1;
         for (std::uint32_t i = 0; i < times; ++i)
-            add(build, batch.mesh->data(), slot++);
+            add(build, placed.batch->mesh->data(), slot++);
     }
-    return upload(build, batches.front().mesh->primitive());
+    return upload(build, batches.front().batch->mesh->primitive());
 }
 
 }  // namespace
@@ -102,13 +102,17 @@ GlMesh make(std::span<const DrawBatch> batches, bool merged) {
 SceneMeshes::SceneMeshes(int keepDraws)
     : keepDraws_(static_cast<std::uint64_t>(std::max(1, keepDraws))) {}
 
-const GlMesh& SceneMeshes::find(std::span<const DrawBatch> batches, bool merged) {
-    const auto countOf = [merged](const DrawBatch& batch) { return merged ? batch.count : 0; };
+const GlMesh& SceneMeshes::find(std::span<const PlacedBatch> batches, bool merged) {
+    const auto partOf = [merged](const PlacedBatch& placed) {
+        return Part{placed.batch->mesh->id(), merged ? placed.batch->count : 0};
+    };
     std::uint64_t hash = 0;
-    for (const DrawBatch& batch : batches)
-        hash = (hash ^ (batch.mesh->id() << 20U) ^ countOf(batch)) * 0x9E3779B97F4A7C15ULL;
-    const auto isOf = [&](const Part& part, const DrawBatch& batch) {
-        return part.mesh == batch.mesh->id() && part.count == countOf(batch);
+    for (const PlacedBatch& placed : batches) {
+        const Part part = partOf(placed);
+        hash = (hash ^ (part.mesh << 20U) ^ part.count) * 0x9E3779B97F4A7C15ULL;
+    }
+    const auto isOf = [&](const Part& part, const PlacedBatch& placed) {
+        return part == partOf(placed);
     };
     for (auto [it, end] = kept_.equal_range(hash); it != end; ++it) {
         const std::vector<Part>& parts = it->second.parts;
@@ -117,8 +121,8 @@ const GlMesh& SceneMeshes::find(std::span<const DrawBatch> batches, bool merged)
         return it->second.mesh;
     }
     Kept kept{make(batches, merged), {}, draw_};
-    for (const DrawBatch& batch : batches)
-        kept.parts.push_back({batch.mesh->id(), countOf(batch)});
+    for (const PlacedBatch& placed : batches)
+        kept.parts.push_back(partOf(placed));
     return kept_.emplace(hash, std::move(kept))->second.mesh;
 }
 

@@ -22,6 +22,12 @@ struct GlMesh {
     GLenum mode = GL_TRIANGLES;
 };
 
+// A batch, and where its instances lie among those that are drawn.
+struct PlacedBatch {
+    const DrawBatch* batch = nullptr;
+    std::uint32_t first = 0;
+};
+
 // Keeps them by the ids of what they are made of. A line is kept as a flat
 // quad that the shader widens.
 class SceneMeshes {
@@ -29,12 +35,12 @@ class SceneMeshes {
     explicit SceneMeshes(int keepDraws);
 
     // The mesh of one batch, to be drawn once per instance.
-    const GlMesh& find(const DrawBatch& batch) { return find({&batch, 1}, false); }
+    const GlMesh& find(const PlacedBatch& batch) { return find({&batch, 1}, false); }
 
     // The meshes of all these batches as one, each as often as it has instances,
     // to be drawn once: vertices know which instance is theirs, counted from the
     // first batch's first.
-    const GlMesh& findMerged(std::span<const DrawBatch> batches) { return find(batches, true); }
+    const GlMesh& findMerged(std::span<const PlacedBatch> batches) { return find(batches, true); }
 
     // Ends a draw: drops what none has shown for a while.
     void endDraw();
@@ -44,6 +50,7 @@ class SceneMeshes {
     struct Part {
         std::uint64_t mesh = 0;
         std::uint32_t count = 0;
+        friend bool operator==(const Part&, const Part&) = default;
     };
     struct Kept {
         GlMesh mesh;
@@ -51,7 +58,7 @@ class SceneMeshes {
         std::uint64_t lastDraw = 0;
     };
 
-    const GlMesh& find(std::span<const DrawBatch> batches, bool merged);
+    const GlMesh& find(std::span<const PlacedBatch> batches, bool merged);
 
     std::uint64_t keepDraws_;
     std::uint64_t draw_ = 1;

@@ -38,21 +38,27 @@ bool mayMerge(const DrawBatch& a, const DrawBatch& b) {
     return variant == variantOf(b) && (variant & (kTextured | kLambert)) == 0 &&
            a.material.opaque == b.material.opaque &&
            a.material.writesDepth == b.material.writesDepth &&
-           a.material.doubleSided == b.material.doubleSided && a.first + a.count == b.first &&
+           a.material.doubleSided == b.material.doubleSided &&
            a.mesh->data().pointSize == b.mesh->data().pointSize;
 }
 
 // How many of the first batches are drawn at once.
-std::size_t runLength(std::span<const DrawBatch> batches) {
+std::size_t runLength(std::span<const PlacedBatch> batches) {
     std::size_t vertices = 0;
     std::size_t length = 0;
-    for (const DrawBatch& batch : batches) {
-        if (length > 0 && !mayMerge(batches[length - 1], batch)) break;
+    for (const PlacedBatch& placed : batches) {
+        const DrawBatch& batch = *placed.batch;
+        if (length > 0 && !mayMerge(*batches[length - 1].batch, batch)) break;
         vertices += batch.mesh->data().positions.size() * batch.count;
         if (length > 0 && vertices > kMaxMergedVertices) break;
         ++length;
     }
     return length;
+}
+
+// Light that only adds up and hides nothing may be drawn in any order.
+bool commutes(const DrawBatch& batch) {
+    return batch.material.blend == BlendMode::Additive && !batch.material.writesDepth;
 }
 
 // Whether the camera stands within the mesh's box.
@@ -103,14 +109,14 @@ int ScenePass::draw(const DrawList& list, const ScenePassOptions& options) {
     frame_.list = &list;
     frame_.viewProjection = list.camera.projection * list.camera.view;
     frame_.halfViewport = 0.5F * glm::vec2(options.size.width(), options.size.height());
-    frame_.pixelsPerPoint = options.pixelsPerPoint;
     frame_.outputScale = options.outputScale;
+    arrange(list);
     uploadInstances(list);
     glEnable(GL_PROGRAM_POINT_SIZE);
     glDisable(GL_SCISSOR_TEST);
     clear(list, needsDepth(list));
     if (list.floor) drawFloor(*list.floor);
-    drawBatches(list, 0);
+    drawBatches(0);
     meshes_.endDraw();
     textures_.endDraw();
     glDepthMask(GL_TRUE);
@@ -120,9 +126,36 @@ int ScenePass::draw(const DrawList& list, const ScenePassOptions& options) {
     return drawCalls_;
 }
 
+// In the list's order, but that what may be drawn at once comes together where
+// order makes no difference.
+void ScenePass::arrange(const DrawList& list) {
+    batches_.clear();
+    for (const DrawBatch& batch : list.batches)
+        batches_.push_back({&batch, 0});
+    const auto isBefore = [](const PlacedBatch& a, const PlacedBatch& b) {
+        const unsigned variantA = variantOf(*a.batch);
+        const unsigned variantB = variantOf(*b.batch);
+        return variantA != variantB ? variantA < variantB : a.batch < b.batch;
+    };
+    for (auto from = batches_.begin(); from != batches_.end();) {
+        const DrawBatch& first = *from->batch;
+        const auto end = std::find_if(from, batches_.end(), [&](const PlacedBatch& placed) {
+            return !commutes(*placed.batch) || placed.batch->renderingOrder != first.renderingOrder;
+        });
+        std::sort(from, end, isBefore);
+        from = end == from ? std::next(from) : end;
+    }
+    std::uint32_t instances = 0;
+    for (PlacedBatch& placed : batches_) {
+        placed.first = instances;
+        instances += placed.batch->count;
+    }
+}
+
 void ScenePass::uploadInstances(const DrawList& list) {
     staging_.clear();
-    for (const DrawBatch& batch : list.batches) {
+    for (const PlacedBatch& placed : batches_) {
+        const DrawBatch& batch = *placed.batch;
         for (std::uint32_t i = 0; i < batch.count; ++i) {
             const DrawInstance& instance = list.instances[batch.first + i];
             const glm::mat4 rows = glm::transpose(instance.world);
@@ -150,9 +183,9 @@ void ScenePass::clear(const DrawList& list, bool depth) const {
     }
 }
 
-void ScenePass::drawBatches(const DrawList& list, unsigned variant) {
-    if (list.fog.active) variant |= kFog;
-    std::span<const DrawBatch> rest(list.batches);
+void ScenePass::drawBatches(unsigned variant) {
+    if (frame_.list->fog.active) variant |= kFog;
+    std::span<const PlacedBatch> rest(batches_);
     while (!rest.empty()) {
         const std::size_t length = runLength(rest);
         drawRun(rest.first(length), variant);
@@ -160,23 +193,19 @@ void ScenePass::drawBatches(const DrawList& list, unsigned variant) {
     }
 }
 
-void ScenePass::drawRun(std::span<const DrawBatch> run, unsigned variant) {
-    const DrawBatch& batch = run.front();
-    const DrawBatch& last = run.back();
-    if (static_cast<GLint>(last.first + last.count) > maxInstances_) return;
+void ScenePass::drawRun(std::span<const PlacedBatch> run, unsigned variant) {
+    const DrawBatch& batch = *run.front().batch;
+    const PlacedBatch& last = run.back();
+    if (static_cast<GLint>(last.first + last.batch->count) > maxInstances_) return;
     variant |= variantOf(batch);
     SceneProgram* const program = programs_.find(variant);
     if (!program) return;
     const bool single = run.size() == 1;
-    const GlMesh& mesh = single ? meshes_.find(batch) : meshes_.findMerged(run);
+    const GlMesh& mesh = single ? meshes_.find(run.front()) : meshes_.findMerged(run);
     program->use(frame_, draw_);
-    glUniform1i(program->firstInstance, static_cast<GLint>(batch.first));
+    glUniform1i(program->firstInstance, static_cast<GLint>(run.front().first));
     const bool drawn = (variant & (kLines | kPoints)) != 0;
-    if (drawn) {
-        const float points =
-            (variant & kPoints) != 0 ? static_cast<float>(batch.mesh->data().pointSize) : 1.0F;
-        glUniform1f(program->thickness, std::max(points * frame_.pixelsPerPoint, 1.0F));
-    }
+    if (drawn) setThickness(*program, batch);
     if ((variant & kLambert) != 0)
         glUniform3fv(program->emission, 1, glm::value_ptr(batch.material.emission));
     if ((variant & kTextured) != 0) {
@@ -194,6 +223,18 @@ void ScenePass::drawRun(std::span<const DrawBatch> run, unsigned variant) {
     glDrawElementsInstanced(mesh.mode, mesh.indexCount, GL_UNSIGNED_INT, nullptr,
                             single ? static_cast<GLsizei>(batch.count) : 1);
     ++drawCalls_;
+}
+
+// Never thinner than a pixel that is shown. Where that is less than one of the
+// image it is drawn as one of those, with as much less light.
+void ScenePass::setThickness(const SceneProgram& program, const DrawBatch& batch) const {
+    const bool round = batch.mesh->primitive() == Primitive::Points;
+    const float points = round ? static_cast<float>(batch.mesh->data().pointSize) : 1.0F;
+    const float wanted = std::max(points * options_.pixelsPerPoint, options_.shownPixel);
+    const float drawn = std::max(wanted, 1.0F);
+    const float share = wanted / drawn;
+    glUniform1f(program.thickness, drawn);
+    glUniform1f(program.strength, round ? share * share : share);
 }
 
 void ScenePass::setBlending(const DrawMaterial& material, bool smoothEdges) const {
@@ -227,7 +268,7 @@ void ScenePass::drawFloor(const DrawFloor& floor) {
         frame_.reflection = {floor.reflectivity,
                              floor.falloffEnd > 0.0F ? 1.0F / floor.falloffEnd : 0.0F};
         glFrontFace(GL_CW);
-        drawBatches(list, kMirrored);
+        drawBatches(kMirrored);
         glFrontFace(GL_CCW);
     }
     unsigned variant = kFloor;

@@ -19,6 +19,7 @@ namespace platform {
 struct ScenePassOptions {
     QSize size;  // of the image, pixels
     float pixelsPerPoint = 1.0F;
+    float shownPixel = 1.0F;   // a pixel that is shown, in pixels of the image
     float outputScale = 1.0F;  // what one unit of light is written as
     int anisotropy = 1;
 };
@@ -50,12 +51,14 @@ class ScenePass {
     [[nodiscard]] int pictureCount() const { return textures_.count(); }
 
   private:
+    void arrange(const DrawList& list);
     void uploadInstances(const DrawList& list);
     void clear(const DrawList& list, bool depth) const;
-    void drawBatches(const DrawList& list, unsigned variant);
-    void drawRun(std::span<const DrawBatch> run, unsigned variant);
+    void drawBatches(unsigned variant);
+    void drawRun(std::span<const PlacedBatch> run, unsigned variant);
     void drawFloor(const DrawFloor& floor);
     void drawFloorPlane(const DrawFloor& floor, const glm::vec4& colour, unsigned variant);
+    void setThickness(const SceneProgram& program, const DrawBatch& batch) const;
     void setBlending(const DrawMaterial& material, bool smoothEdges) const;
 
     ScenePrograms programs_;
@@ -63,6 +66,7 @@ class ScenePass {
     SceneTextures textures_;
     GlTexelBuffer instances_;
     GlVertexArray noVertices_;
+    std::vector<PlacedBatch> batches_;  // in the order in which they are drawn
     std::vector<glm::vec4> staging_;
     GLint maxInstances_ = 0;
     SceneFrame frame_;

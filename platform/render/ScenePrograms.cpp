@@ -60,6 +60,7 @@ SceneProgram::SceneProgram(std::unique_ptr<GlProgram> program, unsigned variant)
     firstInstance = at("firstInstance");
     contentsTransform = at("contentsTransform");
     thickness = at("thickness");
+    strength = at("strength");
     emission = at("emission");
     world = at("world");
     under = at("under");

@@ -39,7 +39,6 @@ struct SceneFrame {
     const DrawList* list = nullptr;
     glm::mat4 viewProjection{1.0F};
     glm::vec2 halfViewport{1.0F};  // pixels
-    float pixelsPerPoint = 1.0F;   // of the image that is drawn into
     float outputScale = 1.0F;
     glm::vec4 floorPlane{0.0F};
     glm::vec2 reflection{0.0F};
@@ -52,7 +51,7 @@ class SceneProgram {
     // Makes it the one in use, with the frame's values if it has not got them yet.
     void use(const SceneFrame& frame, std::uint64_t draw);
 
-    GLint firstInstance, contentsTransform, thickness, emission;
+    GLint firstInstance, contentsTransform, thickness, strength, emission;
     GLint world, under, reach, textureSpan, colour;  // of the floor
 
   private:

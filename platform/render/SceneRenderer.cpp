@@ -55,7 +55,7 @@ struct SceneRenderer::Parts {
     bool fitSamples(const DrawList& list, QSize size, const SceneFormat& format);
     void start(const DrawList& list, const SceneQuality& wanted);
     bool isLost() const;
-    void drawScene(const DrawList& list, double scale);
+    void drawScene(const DrawList& list, double scale, int shown);
     bool drawBloom(const DrawList& list, double scale);
     void drawComposite(const DrawList& list, const SceneTarget& target, bool bloom);
 
@@ -120,10 +120,13 @@ bool SceneRenderer::Parts::fitReadable(const DrawList& list, QSize size,
     return fitSamples(list, size, kSixteenBits);
 }
 
-void SceneRenderer::Parts::drawScene(const DrawList& list, double scale) {
+// `shown` is the height in pixels that are shown.
+void SceneRenderer::Parts::drawScene(const DrawList& list, double scale, int shown) {
     canvas.target();
     drawCalls += pass.draw(list, {.size = canvas.options().size,
                                   .pixelsPerPoint = static_cast<float>(scale),
+                                  .shownPixel = static_cast<float>(canvas.options().size.height()) /
+                                                static_cast<float>(shown),
                                   .outputScale = canvas.options().format.scale,
                                   .anisotropy = quality.anisotropy});
     drawCalls += canvas.resolve();
@@ -183,7 +186,7 @@ bool SceneRenderer::draw(const DrawList& list, const SceneTarget& target,
     if (!parts.fit(list, size, quality)) return false;
     const double scale = target.scale * size.height() / target.size.height();
     parts.timer.begin();
-    parts.drawScene(list, scale);
+    parts.drawScene(list, scale, target.size.height());
     glBindVertexArray(parts.noVertices.name());
     const bool bloom = parts.drawBloom(list, scale);
     parts.drawComposite(list, target, bloom);
@@ -200,7 +203,7 @@ bool SceneRenderer::draw(const DrawList& list, const PixelBuffer& picture, doubl
     if (!parts.fitReadable(list, size, quality)) return false;
     const double inner = scale * size.height() / picture.size.height();
     parts.timer.begin();
-    parts.drawScene(list, inner);
+    parts.drawScene(list, inner, picture.size.height());
     parts.timer.end();
     parts.light.resize(4 * static_cast<std::size_t>(size.width()) *
                        static_cast<std::size_t>(size.height()));

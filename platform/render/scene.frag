@@ -29,6 +29,7 @@ uniform vec3 fogColour;
 uniform vec2 fogRange;     // where it starts, and how fast it thickens
 uniform vec2 reflection;   // the mirror's share, and what a unit of height takes of it
 uniform float thickness;   // pixels, of lines and points
+uniform float strength;    // of their light
 uniform float outputScale;
 
 out vec4 result;
@@ -63,13 +64,13 @@ void main() {
 #endif
 #endif
 #ifdef LINES
-    colour *= clamp(0.5 * thickness + 0.5 - abs(across), 0.0, 1.0);
+    colour *= strength * clamp(0.5 * thickness + 0.5 - abs(across), 0.0, 1.0);
 #endif
 #ifdef POINTS
     float away = length(gl_PointCoord - 0.5) * (thickness + 1.0);
     float covered = clamp(0.5 * thickness + 0.5 - away, 0.0, 1.0);
     if (covered == 0.0) discard;
-    colour *= covered;
+    colour *= strength * covered;
 #endif
 #ifdef MIRRORED
     colour.rgb *= reflection.x * clamp(1.0 - height * reflection.y, 0.0, 1.0);
