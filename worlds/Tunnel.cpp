@@ -2,6 +2,7 @@
 #include "worlds/Tunnel.h"
 
 #include <array>
+#include <utility>
 
 #include <glm/gtc/matrix_transform.hpp>
 
@@ -37,6 +38,19 @@ TunnelCijfer werp(QPointF linksonder, double kolomHelderheid, platform::RandomSo
         kleur.setAlphaF(static_cast<float>(kolomHelderheid * (0.3 + 0.7 * eigen)));
     }
     return {.een = toeval.coin(), .linksonder = linksonder, .kleur = kleur};
+}
+
+// Papered upside down: what scrolls to larger v then comes towards the camera, and
+// the digits are not mirrored.
+platform::GeometryPtr maakBuis(platform::MaterialPtr behang) {
+    platform::MeshData data =
+        platform::makeTube(
+            {.innerRadius = 1.6, .outerRadius = 1.65, .height = 80.0, .radialSegments = 64})
+            ->mesh()
+            ->data();
+    for (glm::vec2& uv : data.texcoords)
+        uv = 1.0F - uv;
+    return platform::makeGeometry(std::move(data), std::move(behang));
 }
 
 }  // namespace
@@ -101,8 +115,7 @@ void DrieWereld::bouwTunnel() {
     behang->setWrapT(WrapMode::Repeat);
     behang->setContentsTransform(tunnelVerloop(0.0));
 
-    auto buis = std::make_shared<Node>(platform::makeTube(
-        {.innerRadius = 1.6, .outerRadius = 1.65, .height = 80.0, .radialSegments = 64}, behang));
+    auto buis = std::make_shared<Node>(maakBuis(behang));
     buis->setName("buis");
     buis->setEulerAngles({platform::kPi / 2.0, 0.0, 0.0});
     buis->setPosition({0.0, 0.0, -38.0});

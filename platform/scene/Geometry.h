@@ -64,9 +64,8 @@ struct SphereOptions {
 [[nodiscard]] GeometryPtr makeSphere(const SphereOptions& options, MaterialPtr material = {});
 
 // Axis y, open ended but for the rims between the two walls. On the inner wall
-// the normals point inward. u runs once round, v once along, 0 at −y, so that a
-// picture that is moved to larger v goes towards +y. With −y above, the inner wall
-// reads left to right from inside, the outer one from outside.
+// the normals point inward; u runs once round and reads left to right from
+// inside, v once along, 0 at +y. The outer wall reads left to right from outside.
 struct TubeOptions {
     double innerRadius = 0.25;
     double outerRadius = 0.5;

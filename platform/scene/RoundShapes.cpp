@@ -26,14 +26,14 @@ double share(int index, int count) {
 }
 
 // A tube's wall. The inner one is the outer one seen from the other side, so its
-// columns run the other way. The picture stands with its top at −y.
+// columns run the other way.
 void addWall(MeshData& mesh, double radius, const TubeOptions& options, bool inner) {
     addGrid(mesh, options.radialSegments, 1, [&](int column, int row) {
         const double u = share(column, options.radialSegments);
         const glm::dvec3 out = outward(inner ? 1.0 - u : u);
         return GridVertex{out * radius + glm::dvec3(0.0, options.height * (0.5 - row), 0.0),
                           inner ? -out : out,
-                          {1.0 - u, 1.0 - row}};
+                          {u, row}};
     });
 }
 

@@ -130,12 +130,11 @@ TEST(Shapes, ATubesInnerWallFacesInwardAndReadsFromInside) {
         if (std::abs(glm::length(out) - 1.0F) > 1e-4F || corner.normal.y != 0.0F) continue;
         ++inner;
         EXPECT_VEC_NEAR(corner.normal, -out, kTiny);
-        // The picture's top is at −y.
-        EXPECT_NEAR(corner.position.y, 4.0 * (corner.texcoord.y - 0.5), kTiny);
-        // Going right, seen from inside with −y above, is where u grows: a quarter
-        // of a round from behind (−z) is at −x.
+        EXPECT_NEAR(corner.position.y, 4.0 * (0.5 - corner.texcoord.y), kTiny);
+        // Going right, seen from inside, is where u grows: a quarter of a round
+        // from behind (−z) is on the right (+x).
         const double angle = 2.0 * M_PI * corner.texcoord.x;
-        EXPECT_VEC_NEAR(out, glm::dvec3(-std::sin(angle), 0.0, -std::cos(angle)), kTiny);
+        EXPECT_VEC_NEAR(out, glm::dvec3(std::sin(angle), 0.0, -std::cos(angle)), kTiny);
     }
     EXPECT_EQ(inner, 48 * 6);
 }
@@ -145,10 +144,10 @@ TEST(Shapes, ATubesOuterWallReadsFromOutside) {
     for (const Corner& corner : cornersOf(*tube->mesh())) {
         const glm::vec3 out(corner.position.x, 0, corner.position.z);
         if (std::abs(glm::length(out) - 2.0F) > 1e-4F || corner.normal.y != 0.0F) continue;
-        // Seen from +z with −y above, the middle of the picture is in front, its
-        // first quarter on the left, which is +x.
+        // Seen from +z, the middle of the picture is in front, its first quarter
+        // on the left.
         const double angle = 2.0 * M_PI * corner.texcoord.x;
-        EXPECT_VEC_NEAR(out, 2.0 * glm::dvec3(std::sin(angle), 0.0, -std::cos(angle)), kTiny);
+        EXPECT_VEC_NEAR(out, 2.0 * glm::dvec3(-std::sin(angle), 0.0, -std::cos(angle)), kTiny);
     }
 }
 
