@@ -30,9 +30,18 @@ QColor dimmer(const QColor& kleur, double alfa) {
     return resultaat;
 }
 
+// The picture as light alone. An alpha of 7 % would be dimmed in linear light,
+// where it still is a broad bright band; on black it is the faint ring it looks.
+QImage opZwart(const QImage& beeld) {
+    QImage zwart(beeld.size(), QImage::Format_RGB32);
+    zwart.fill(Qt::black);
+    QPainter(&zwart).drawImage(0, 0, beeld);
+    return zwart;
+}
+
 NodePtr gloedNode() {
     auto node = std::make_shared<Node>(platform::makePlane(
-        {.width = 3.1, .height = 3.1}, DrieWereld::gloed(bolGloed(), {.add = true})));
+        {.width = 3.1, .height = 3.1}, DrieWereld::gloed(opZwart(bolGloed()), {.add = true})));
     node->setName("gloed");
     node->setBillboard(true);
     node->setRenderingOrder(-1);

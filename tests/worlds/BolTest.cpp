@@ -150,7 +150,10 @@ TEST_F(BolTest, TheHaloIsDrawnFirstAndFacesTheScreen) {
     EXPECT_TRUE(gloed->isBillboard());
     EXPECT_EQ(gloed->renderingOrder(), -1);
     EXPECT_VEC_NEAR(gloed->geometry()->size(), glm::dvec3(3.1, 3.1, 0.0), 1e-6);
-    EXPECT_EQ(gloed->geometry()->material()->picture(), brixtel::bolGloed());
+    const QImage ring = gloed->geometry()->material()->picture();
+    EXPECT_EQ(ring.size(), brixtel::bolGloed().size());
+    EXPECT_EQ(ring.pixel(128, 128), qRgb(0, 0, 0));
+    EXPECT_NEAR(qGreen(ring.pixel(128 + 84, 128)), 0.07 * 255, 3);
     EXPECT_TRUE(gloed->geometry()->material()->commutes());
 }
 
