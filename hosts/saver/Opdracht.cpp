@@ -187,6 +187,13 @@ const std::vector<Optie>& opties() {
         getalOptie(QLatin1String("na"), &Opdracht::na, 0, 86400),
         getalOptie(QLatin1String("seconden"), &Opdracht::seconden, 0.1, 31536000),
         {QLatin1String("zaad"), Waarde::Nodig, {}, zetZaad},
+        {QLatin1String("lijnen"),
+         Waarde::Nodig,
+         {},
+         [](Opdracht& o, const QString& waarde) {
+             o.lijnen = waarde;
+             return QString();
+         }},
     };
     return alle;
 }
@@ -231,6 +238,10 @@ QString controleer(const Opdracht& opdracht) {
         return QStringLiteral("--plaatje vraagt ook om --keuze");
     if (opdracht.wat == Wat::Plaatje && (opdracht.meet || opdracht.fps || opdracht.seconden))
         return QStringLiteral("--meet, --fps en --seconden gaan niet samen met --plaatje");
+    const bool bolPlaatje =
+        opdracht.wat == Wat::Plaatje && opdracht.keuze == ruweWaarde(SaverKeuze::bol);
+    if (!opdracht.lijnen.isEmpty() && !bolPlaatje)
+        return QStringLiteral("--lijnen gaat alleen samen met --plaatje en --keuze=bol");
     return {};
 }
 
@@ -278,6 +289,8 @@ Waar:
       --schaal=S         beeldpunten per punt (1)
       --na=SECONDEN      zo lang na het begin (6)
       --zaad=N           hetzelfde getal geeft hetzelfde beeld
+      --lijnen=BESTAND   de lijnen van de wereldbol, zoals --verbindingen=json
+                         ze afdrukt, in plaats van die van nu
 
 Wat:
   --keuze=KEUZE          wisselend, regen, bol, kubus, tunnel of logo; alleen

@@ -36,6 +36,7 @@ struct Opdracht {
     QSize maat{1920, 1080};  // points
     double schaal = 1.0;
     double na = 6.0;  // seconds after the start
+    QString lijnen;  // the file with the globe's lines; empty for this machine's
     std::optional<std::uint64_t> zaad;
 
     std::optional<double> seconden;

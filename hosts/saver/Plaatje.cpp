@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/saver/Plaatje.h"
 
+#include <QFile>
 #include <QImage>
 #include <QPainter>
 #include <QSaveFile>
@@ -8,12 +9,14 @@
 #include <array>
 #include <cmath>
 
+#include "connections/Overzicht.h"
 #include "platform/desktop/DistributedNotificationCenter.h"
 #include "platform/desktop/FrameBuilder.h"
 #include "platform/render/CpuDrawer.h"
 #include "platform/render/OffscreenPicture.h"
 #include "platform/render/SceneSnapshot.h"
 #include "platform/time/MediaClock.h"
+#include "worlds/DrieWereld.h"
 
 namespace brixtel {
 
@@ -66,28 +69,51 @@ QString schrijf(const QImage& beeld, const QString& naam) {
     return QStringLiteral("'%1' kan niet geschreven worden").arg(naam);
 }
 
+// What the view shows now, in the file that the command names.
+QString leg(platform::View& view, const Opdracht& opdracht, double nu) {
+    const QSizeF maat = view.bounds().size();
+    platform::Frame frame;
+    frame.grid = {.scale = opdracht.schaal,
+                  .size = {static_cast<int>(std::ceil(maat.width() * opdracht.schaal)),
+                           static_cast<int>(std::ceil(maat.height() * opdracht.schaal))}};
+    platform::FrameBuilder(frame, nu).add(view);
+    const auto beeld = teken(frame, opdracht.tekenaar);
+    if (!beeld) return QStringLiteral("er is geen OpenGL, of geen geheugen voor zo'n beeld");
+    return schrijf(*beeld, opdracht.plaatje);
+}
+
+// The globe with the lines of a file in place of those of this machine.
+QString bolMetLijnen(const Opdracht& opdracht, platform::ManualClock& klok,
+                     platform::RandomSource& toeval) {
+    QFile bestand(opdracht.lijnen);
+    const auto lijnen =
+        bestand.open(QIODevice::ReadOnly) ? leesJson(bestand.readAll()) : std::nullopt;
+    if (!lijnen)
+        return QStringLiteral("'%1' bevat geen lijnen als die van --verbindingen=json")
+            .arg(opdracht.lijnen);
+    DrieWereld wereld(DrieSoort::bol, {.groot = !opdracht.voorvertoning, .eigenLijnen = true},
+                      {.klok = klok, .toeval = toeval});
+    wereld.zetLijnen(*lijnen);
+    const auto view = wereld.maakView({QPointF(0, 0), QSizeF(opdracht.maat)});
+    klok.advance(opdracht.na);
+    return leg(*view, opdracht, klok.now());
+}
+
 }  // namespace
 
 QString maakPlaatje(const Opdracht& opdracht, const ModuleLader& module) {
     platform::ManualClock klok;
     auto toeval = opdracht.zaad ? platform::RandomSource(*opdracht.zaad)
                                 : platform::RandomSource::fromSystem();
+    if (!opdracht.lijnen.isEmpty()) return bolMetLijnen(opdracht, klok, toeval);
     platform::DistributedNotificationCenter geenBus{QString()};
-    const QSizeF maat(opdracht.maat);
-    const auto view = module.maak({QPointF(0, 0), maat}, opdracht.voorvertoning,
+    const auto view = module.maak({QPointF(0, 0), QSizeF(opdracht.maat)}, opdracht.voorvertoning,
                                   {.clock = klok, .random = toeval, .notifications = geenBus});
     view->startAnimation();
     klok.advance(opdracht.na);
-
-    platform::Frame frame;
-    frame.grid = {.scale = opdracht.schaal,
-                  .size = {static_cast<int>(std::ceil(maat.width() * opdracht.schaal)),
-                           static_cast<int>(std::ceil(maat.height() * opdracht.schaal))}};
-    platform::FrameBuilder(frame, klok.now()).add(*view);
-    const auto beeld = teken(frame, opdracht.tekenaar);
+    const QString mis = leg(*view, opdracht, klok.now());
     view->stopAnimation();
-    if (!beeld) return QStringLiteral("er is geen OpenGL, of geen geheugen voor zo'n beeld");
-    return schrijf(*beeld, opdracht.plaatje);
+    return mis;
 }
 
 }  // namespace brixtel

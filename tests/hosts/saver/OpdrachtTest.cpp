@@ -132,6 +132,8 @@ TEST(Opdracht, ABadArgumentGetsOneClearDutchLine) {
                               "--plaatje=a.jpg --keuze=regen",
                               "--plaatje=a.png",
                               "--plaatje=a.png --keuze=regen --meet",
+                              "--lijnen=a.json",
+                              "--plaatje=a.png --keuze=regen --lijnen=a.json",
                               "--zaad=-1",
                               "--zaad=1.5",
                               "--schaal=0",
@@ -166,7 +168,7 @@ TEST(Opdracht, TheHelpNamesEveryOption) {
     const QString hulp = brixtel::hulpTekst();
     for (const char* naam : {"venster", "root", "window-id", "voorvertoning", "keuze",
                              "instellingen", "plaatje", "maat", "schaal", "na", "zaad", "seconden",
-                             "meet", "fps", "tekenaar", "verbindingen", "versie", "help"})
+                             "meet", "fps", "tekenaar", "lijnen", "verbindingen", "versie", "help"})
         EXPECT_TRUE(hulp.contains(QStringLiteral("--") + QLatin1String(naam))) << naam;
 }
 

@@ -129,6 +129,51 @@ TEST(Programma, AStillOnTheCpuAndOnOpenGlLookTheSame) {
     EXPECT_LE(grootste, 2);  // the drawers' own stated difference
 }
 
+// Lines as --verbindingen=json prints them, to so many places round the world.
+QByteArray lijnen(int aantal) {
+    QByteArray tekst = R"({"lijnen": [)";
+    for (int i = 0; i < aantal; ++i)
+        tekst += QByteArray(i > 0 ? "," : "") + R"({"aantal": 1, "code": "US", "breedte": )" +
+                 QByteArray::number(40 - 3 * i) + R"(, "lengte": )" + QByteArray::number(-20 * i) +
+                 R"(, "programmas": ["proef"]})";
+    return tekst + "]}";
+}
+
+QImage bolMet(const QByteArray& tekst) {
+    Programma programma;
+    const QString bron = programma.map() + QStringLiteral("/lijnen.json");
+    const QString bestand = programma.map() + QStringLiteral("/bol.png");
+    QFile doel(bron);
+    EXPECT_TRUE(doel.open(QIODevice::WriteOnly));
+    doel.write(tekst);
+    doel.close();
+    programma.draai({QStringLiteral("--plaatje"), bestand, QStringLiteral("--keuze=bol"),
+                     QStringLiteral("--maat=640x360"), QStringLiteral("--zaad=1"),
+                     QStringLiteral("--lijnen"), bron});
+    EXPECT_EQ(programma.uitgang(), 0) << programma.fouten().constData();
+    return QImage(bestand);
+}
+
+TEST(Programma, TheGlobeDrawsTheLinesOfAFile) {
+    const QImage zonder = bolMet(lijnen(0));
+    const QImage met = bolMet(lijnen(6));
+    EXPECT_EQ(met, bolMet(lijnen(6)));
+    int anders = 0;
+    for (int y = 0; y < 360; ++y)
+        for (int x = 0; x < 640; ++x)
+            anders += std::abs(qGreen(met.pixel(x, y)) - qGreen(zonder.pixel(x, y))) > 40 ? 1 : 0;
+    EXPECT_GT(anders, 500);  // arcs and labels
+}
+
+TEST(Programma, AFileWithoutLinesIsOneClearLine) {
+    Programma programma;
+    programma.draai({QStringLiteral("--plaatje=") + programma.map() + QStringLiteral("/b.png"),
+                     QStringLiteral("--keuze=bol"), QStringLiteral("--lijnen=/er/niet.json")});
+    EXPECT_EQ(programma.uitgang(), 1);
+    EXPECT_EQ(programma.fouten().count('\n'), 1);
+    EXPECT_FALSE(QFileInfo::exists(programma.map() + QStringLiteral("/b.png")));
+}
+
 TEST(Programma, AStillThatCannotBeWrittenLeavesNothingBehind) {
     Programma programma;
     const QString map = programma.map() + QStringLiteral("/er/niet");
