@@ -5,13 +5,12 @@
 #include <optional>
 
 #include "BrixtelSaver/SaverInstellingen.h"
-#include "connections/Overzicht.h"
-#include "connections/VerbindingWacht.h"
 #include "hosts/saver/Meting.h"
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
 #include "hosts/saver/Plaatje.h"
 #include "hosts/saver/Signalen.h"
+#include "hosts/saver/Verbindingen.h"
 #include "hosts/saver/Voorstelling.h"
 #include "platform/desktop/DisplayCheck.h"
 #include "platform/desktop/Preferences.h"
@@ -55,10 +54,8 @@ void kiesPlatform(const Opdracht& opdracht) {
 }
 
 int verbindingen(bool json) {
-    const std::vector<brixtel::Lijn> lijnen = brixtel::VerbindingWacht::meet();
-    const QByteArray tekst = json ? brixtel::alsJson(lijnen) : brixtel::alsTabel(lijnen).toUtf8();
-    std::fwrite(tekst.constData(), 1, static_cast<std::size_t>(tekst.size()), stdout);
-    return 0;
+    const QString mis = brixtel::toonVerbindingen(json);
+    return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
 int plaatje(const Opdracht& opdracht, const brixtel::ModuleLader& module) {

@@ -5,6 +5,7 @@
 #include <poll.h>
 #include <signal.h>
 #include <sys/eventfd.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -143,10 +144,14 @@ std::optional<std::string> findTool(std::string_view name) {
         const std::size_t end = std::min(folders.find(':', begin), folders.size());
         std::string candidate = folders.substr(begin, end - begin);
         begin = end + 1;
-        // An empty entry means the current folder; nothing is run from there.
-        if (candidate.empty()) continue;
+        // An entry that is empty or relative means wherever the program happens
+        // to be; nothing is run from there.
+        if (!candidate.starts_with('/')) continue;
         candidate.append("/").append(name);
-        if (access(candidate.c_str(), X_OK) == 0) return candidate;
+        // A folder may be "executed" too.
+        struct stat file {};
+        const bool isFile = stat(candidate.c_str(), &file) == 0 && S_ISREG(file.st_mode);
+        if (isFile && access(candidate.c_str(), X_OK) == 0) return candidate;
     }
     return std::nullopt;
 }

@@ -45,7 +45,7 @@ class ToolStop {
     ToolStop(const ToolStop&) = delete;
     ToolStop& operator=(const ToolStop&) = delete;
 
-    void request() const;
+    void request() const;  // also from a signal handler
     [[nodiscard]] int descriptor() const { return descriptor_; }
 
   private:
@@ -62,8 +62,8 @@ class ToolStop {
 // thread ends first, however that came about. Any thread.
 [[nodiscard]] std::optional<ToolText> runTool(const ToolCall& call, const ToolStop* stop = nullptr);
 
-// The path of a system tool: in /usr/sbin, else in /usr/bin, else on the PATH.
-// Nothing when it is not installed. Any thread.
+// The path of a system tool: in /usr/sbin, else in /usr/bin, else in an absolute
+// folder on the PATH. Nothing when it is not installed. Any thread.
 [[nodiscard]] std::optional<std::string> findTool(std::string_view name);
 
 }  // namespace platform

@@ -62,7 +62,7 @@ TEST(Programma, HelpAndVersionNeedNothing) {
 }
 
 TEST(Programma, ConnectionsAsATableOrAsJsonAlsoWithNothingMeasured) {
-    // Without lsof there is nothing to measure, and that is no error.
+    // Whether or not there is an lsof, or anything for it to find, is no error.
     Programma tabel, json;
     tabel.zet(QStringLiteral("PATH"), QStringLiteral("/er/niet"));
     tabel.draai(woorden(QStringLiteral("--verbindingen")));

@@ -179,4 +179,29 @@ TEST(FindTool, LooksOnThePathAfterTheSystemsFolders) {
     setenv("PATH", before.c_str(), 1);
 }
 
+TEST(FindTool, PassesOverFoldersOfThatName) {
+    const steun::TijdelijkeMap folder;
+    std::filesystem::create_directories(folder / "first" / "own-tool");
+    const std::string own = folder.script("own-tool", "true");
+    const std::string before = getenv("PATH");
+    const std::string first = (folder / "first").string();
+    setenv("PATH", (first + ":" + std::filesystem::path(own).parent_path().string()).c_str(), 1);
+    EXPECT_EQ(platform::findTool("own-tool"), own);
+    setenv("PATH", before.c_str(), 1);
+}
+
+TEST(FindTool, RunsNothingFromWhereverTheProgramHappensToBe) {
+    const steun::TijdelijkeMap folder;
+    const std::string own = folder.script("own-tool", "true");
+    const std::string before = getenv("PATH");
+    const auto here = std::filesystem::current_path();
+    std::filesystem::current_path(std::filesystem::path(own).parent_path());
+    for (const char* path : {".", "./", ":", "", "no/../."}) {
+        setenv("PATH", path, 1);
+        EXPECT_EQ(platform::findTool("own-tool"), std::nullopt) << path;
+    }
+    std::filesystem::current_path(here);
+    setenv("PATH", before.c_str(), 1);
+}
+
 }  // namespace

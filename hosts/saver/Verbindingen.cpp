@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/saver/Verbindingen.h"
+
+#include <signal.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+
+#include "connections/Overzicht.h"
+#include "hosts/saver/Signalen.h"
+
+namespace brixtel {
+
+namespace {
+
+const platform::ToolStop* lopende = nullptr;
+volatile std::sig_atomic_t gevangen = 0;
+
+void vang(int signaal) {
+    const int bewaard = errno;
+    gevangen = signaal;
+    lopende->request();
+    errno = bewaard;
+}
+
+// Passes the signals on to the stop while it lives.
+class Opvang {
+  public:
+    explicit Opvang(const platform::ToolStop& stop) {
+        lopende = &stop;
+        struct sigaction actie {};
+        actie.sa_handler = vang;
+        actie.sa_flags = static_cast<int>(SA_RESETHAND);  // the second of them ends all at once
+        for (std::size_t i = 0; i < kSignalen.size(); ++i) {
+            sigaction(kSignalen[i], nullptr, &eerder_[i]);
+            if (eerder_[i].sa_handler != SIG_IGN) sigaction(kSignalen[i], &actie, nullptr);
+        }
+    }
+    ~Opvang() {
+        for (std::size_t i = 0; i < kSignalen.size(); ++i)
+            sigaction(kSignalen[i], &eerder_[i], nullptr);
+    }
+    Opvang(const Opvang&) = delete;
+    Opvang& operator=(const Opvang&) = delete;
+
+  private:
+    static constexpr std::array kSignalen{SIGINT, SIGTERM, SIGHUP};
+    std::array<struct sigaction, kSignalen.size()> eerder_{};
+};
+
+std::vector<Lijn> meet(const VerbindingWacht::Bron& bron) {
+    const platform::ToolStop stop;
+    const Opvang opvang(stop);
+    return VerbindingWacht::meet(bron, &stop);
+}
+
+}  // namespace
+
+QString toonVerbindingen(bool json, const VerbindingWacht::Bron& bron) {
+    const std::vector<Lijn> lijnen = meet(bron);
+    if (gevangen != 0) Signalen::eindigDoor(gevangen);
+    const QByteArray tekst = json ? alsJson(lijnen) : alsTabel(lijnen).toUtf8();
+    const auto lengte = static_cast<std::size_t>(tekst.size());
+    const bool alles = std::fwrite(tekst.constData(), 1, lengte, stdout) == lengte;
+    if (alles && std::fflush(stdout) == 0) return {};
+    return QStringLiteral("de verbindingen zijn niet te schrijven: ") +
+           QString::fromLocal8Bit(std::strerror(errno));
+}
+
+}  // namespace brixtel
