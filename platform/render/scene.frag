@@ -40,7 +40,11 @@ void main() {
 #endif
     vec4 colour = tint;
 #ifdef TEXTURED
-    colour *= texture(picture, pictureCoord);
+    // Where a pixel spans many repeats, the picture's average is all that shows. An
+    // unlimited span takes software OpenGL seconds: it looks at every repeat.
+    vec2 span = fwidth(pictureCoord);
+    float few = min(1.0, 4.0 / max(max(span.x, span.y), 1e-6));
+    colour *= texture(picture, pictureCoord * few);
 #endif
 #ifdef FADING
     // In pixels to the picture's edge, where it has faded out: so what is but a
