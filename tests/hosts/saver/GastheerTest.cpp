@@ -159,6 +159,38 @@ TEST_F(Gastheer, OpenGlDrawsTheRainWhenAskedFor) {
     EXPECT_TRUE(regentIn(venster));
 }
 
+// A 3D scene lights less than the rain does, and more than nothing.
+TEST_F(Gastheer, EveryWorldShowsWithEitherDrawer) {
+    for (const char* keuze : {"bol", "kubus", "tunnel", "logo"})
+        for (const char* tekenaar : {"cpu", "gl"}) {
+            const auto venster = server.makeWindow({.width = 480, .height = 360});
+            Programma eigen{server.display()};
+            eigen.start({QStringLiteral("--window-id"), hex(venster),
+                         QStringLiteral("--keuze=") + QLatin1String(keuze),
+                         QStringLiteral("--tekenaar=") + QLatin1String(tekenaar)});
+            EXPECT_TRUE(until([&] {
+                return brixtel::aandeelGroen(server.picture(venster)) > 0.01;
+            })) << keuze
+                << ' ' << tekenaar;
+            kill(static_cast<pid_t>(eigen.nummer()), SIGTERM);
+            EXPECT_TRUE(eigen.wacht());
+            EXPECT_EQ(eigen.uitgang(), SIGTERM) << keuze << ' ' << tekenaar;
+            server.destroy(venster);
+        }
+}
+
+TEST_F(Gastheer, WithoutAnyOpenGlItRainsInPlaceOfAWorld) {
+    const auto venster = server.makeWindow({.width = 400, .height = 300});
+    programma.zet(QStringLiteral("__EGL_VENDOR_LIBRARY_FILENAMES"), QStringLiteral("/er/niet"));
+    programma.start({QStringLiteral("--window-id"), hex(venster), QStringLiteral("--keuze=kubus"),
+                     QStringLiteral("--meet"), QStringLiteral("--seconden=3")});
+    EXPECT_TRUE(regentIn(venster));
+    EXPECT_TRUE(programma.wacht());
+    EXPECT_EQ(programma.uitgang(), 0);
+    EXPECT_TRUE(programma.uit().contains("\"tekenaar\":\"cpu\""));
+    EXPECT_TRUE(programma.fouten().isEmpty());
+}
+
 TEST_F(Gastheer, TheFrameRateIsShownWhenAskedFor) {
     const auto venster = server.makeWindow({.width = 640, .height = 480});
     toonIn(venster, {QStringLiteral("--fps")});

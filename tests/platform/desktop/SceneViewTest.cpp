@@ -140,8 +140,11 @@ TEST_F(SceneViewTest, AWindowsFrameFillsItsOwnPass) {
     platform::Frame frame{
         .grid = {.scale = 1.0, .size = {400, 300}}, .background = {}, .passes = {}};
     platform::FrameBuilder(frame, clock.now()).add(view);
-    EXPECT_EQ(view.pass().frame, QRectF(10, 20, 300, 200));
-    EXPECT_DOUBLE_EQ(view.pass().list.sceneTime, 3.0);
+    ASSERT_EQ(frame.passes.size(), 2U);
+    EXPECT_FALSE(frame.passes[0].scene.isShown);
+    EXPECT_TRUE(frame.passes[1].scene.isShown);
+    EXPECT_EQ(frame.passes[1].scene.frame, QRectF(10, 20, 300, 200));
+    EXPECT_DOUBLE_EQ(frame.passes[1].scene.list.sceneTime, 3.0);
 }
 
 TEST_F(SceneViewTest, WithoutAPreferenceEveryBeatOfTheDisplayShowsAnother) {
