@@ -90,14 +90,14 @@ struct SystemClock::Waker {
     void set(double time) {
         if (time == armed) return;
         armed = time;
-        itimerspec spec{};
+        itimerspec alarm{};
         if (time != kNever) {
             const double whole = std::floor(std::max(time, 0.0));
-            spec.it_value.tv_sec = static_cast<time_t>(whole);
-            spec.it_value.tv_nsec =
+            alarm.it_value.tv_sec = static_cast<time_t>(whole);
+            alarm.it_value.tv_nsec =
                 std::clamp(static_cast<long>(std::ceil((time - whole) * 1e9)), 1L, 999'999'999L);
         }
-        timerfd_settime(file.number, TFD_TIMER_ABSTIME, &spec, nullptr);
+        timerfd_settime(file.number, TFD_TIMER_ABSTIME, &alarm, nullptr);
     }
 
     struct File {
