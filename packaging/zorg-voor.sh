@@ -29,6 +29,8 @@ zorg_voor() {
 bouw() {
   local map="build/$1"
   shift
-  if [ -e "$map/.gebouwd" ]; then ninja --quiet -C "$map" "$@" >&2; else ninja -C "$map" "$@" >&2; fi
+  local stil=()
+  [ -e "$map/.gebouwd" ] && stil=(--quiet)
+  ninja "${stil[@]}" -C "$map" "$@" | sed '/no work to do/d' >&2
   touch "$map/.gebouwd"
 }
