@@ -91,7 +91,7 @@ void CpuSurface::paint(const Frame& frame, std::span<const QRect> damage,
 
 void CpuSurface::paintScene(const Frame& frame, const SceneFrame& scene,
                             const PixelBuffer& picture) {
-    showsScene_ = true;
+    showsScene_ = scene.hasScene;
     if (scene.hasScene && !stage_ && !failsScenes_) {
         stage_ = SceneStage::inMemory();
         failsScenes_ = !stage_;

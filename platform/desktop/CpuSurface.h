@@ -35,7 +35,7 @@ class CpuSurface final : public Surface {
     Result finish() override;
     [[nodiscard]] const QString& drawer() const override;
     [[nodiscard]] int rung() const override;
-    [[nodiscard]] bool failsScenes() const override { return failsScenes_; }
+    [[nodiscard]] bool failsScenes() const override { return showsScene_ && failsScenes_; }
     void frameTook(double seconds) override;
 
   private:

@@ -52,7 +52,7 @@ void GlSurface::paint(const Frame& frame) {
 }
 
 void GlSurface::paintScene(const Frame& frame, const SceneFrame& scene) {
-    showsScene_ = true;
+    showsScene_ = scene.hasScene;
     if (scene.hasScene && !stage_ && !failsScenes_) {
         stage_ = SceneStage::onContext(*context_);
         failsScenes_ = !stage_;

@@ -23,7 +23,7 @@ class GlSurface final : public Surface {
     Result finish() override;
     [[nodiscard]] const QString& drawer() const override { return name_; }
     [[nodiscard]] int rung() const override { return showsScene_ && stage_ ? stage_->rung() : 0; }
-    [[nodiscard]] bool failsScenes() const override { return failsScenes_; }
+    [[nodiscard]] bool failsScenes() const override { return showsScene_ && failsScenes_; }
     void frameTook(double seconds) override;
 
     [[nodiscard]] bool isSoftware() const { return context_->isSoftware(); }

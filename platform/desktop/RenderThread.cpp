@@ -98,7 +98,7 @@ Surface::Result RenderThread::show(Surface& surface) {
     if (result != Surface::Result::Drawn) return result;
     surface.frameTook(clock_.now() - begin);
     noteDrawer(surface);
-    if (surface.failsScenes() && !std::exchange(toldOfScenes_, true)) actions_.scenesFailed();
+    if (surface.failsScenes()) actions_.scenesFailed();
     ++frames_;
     if (!std::exchange(hasShown_, true)) actions_.firstFrameShown();
     return result;

@@ -21,10 +21,12 @@ class RenderThread final : public FrameSink {
         // Called on the render thread first of all; null where there is nothing
         // to draw on. It ends what it waits for when `ending` becomes readable.
         std::function<std::unique_ptr<Surface>(int ending)> makeSurface;
-        // Called on the render thread, each at most once; after the last
-        // nothing is drawn any more.
+        // Called on the render thread at most once.
         std::function<void()> firstFrameShown;
+        // Called there after each frame whose scene could not be drawn: the view
+        // that a message finds may be another one than the view it was about.
         std::function<void()> scenesFailed;
+        // Called there at most once; nothing is drawn any more.
         std::function<void(Surface::Result)> ended;
     };
 
@@ -70,8 +72,6 @@ class RenderThread final : public FrameSink {
     bool hasShown_ = false;
     std::vector<QRect> damage_;
     std::vector<QRect> lost_;
-
-    bool toldOfScenes_ = false;
 
     std::atomic<std::uint64_t> frames_{0};
     std::atomic<int> rung_{0};

@@ -54,7 +54,7 @@ void SceneView::lookChanged() {
 
 void SceneView::fail() {
     // The action may drop this view.
-    if (const auto action = failed_) action();
+    if (const auto action = std::exchange(failed_, nullptr)) action();
 }
 
 void SceneView::anchor(double sceneTime) {

@@ -32,7 +32,7 @@ class Surface {
     [[nodiscard]] virtual const QString& drawer() const = 0;
     [[nodiscard]] virtual int rung() const { return 0; }
 
-    // Whether there was a scene to draw and no means to draw it.
+    // Whether the last frame had a scene in it and there was no means to draw it.
     [[nodiscard]] virtual bool failsScenes() const { return false; }
 
     // The frame took this long, from being handed over to being shown.

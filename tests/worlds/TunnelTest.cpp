@@ -117,8 +117,8 @@ TEST(TunnelBeeld, AboutSixInAHundredAreBright) {
 
 TEST(TunnelBeeld, IsDrawnFromItsLotsInOrder) {
     platform::RandomSource lot(9);
+    double helderheid = 0.0;
     for (const TunnelCijfer& cijfer : cijfersVan(9)) {
-        static double helderheid = 0.0;
         if (cijfer.linksonder.y() == 4.0) helderheid = 0.25 + 0.75 * lot.unit();
         const double eigen = lot.unit();
         const bool fel = lot.unit() < 0.06;

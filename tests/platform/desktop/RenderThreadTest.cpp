@@ -20,6 +20,8 @@ struct Log {
     std::vector<std::vector<QRect>> drawn, repaired;
     bool hold = false;
     bool holding = false;
+    bool failsScenes = false;
+    int failuresTold = 0;
     Surface::Result result = Surface::Result::Drawn;
 
     template <typename Condition>
@@ -51,6 +53,10 @@ struct FakeSurface final : Surface {
         static const QString name = QStringLiteral("fake");
         return name;
     }
+    bool failsScenes() const override {
+        const std::lock_guard lock(log.mutex);
+        return log.failsScenes;
+    }
 };
 
 // One green square on 100 by 100 pixels.
@@ -74,6 +80,12 @@ struct RenderThreadTest : testing::Test {
     RenderThread thread{clock,
                         {.makeSurface = [this](int) { return std::make_unique<FakeSurface>(log); },
                          .firstFrameShown = [this] { first.set_value(); },
+                         .scenesFailed =
+                             [this] {
+                                 const std::lock_guard lock(log.mutex);
+                                 ++log.failuresTold;
+                                 log.changed.notify_all();
+                             },
                          .ended = [this](Surface::Result r) { ended.set_value(r); }}};
 
     void submit(Frame frame) { thread.submit(frame); }
@@ -93,6 +105,22 @@ TEST_F(RenderThreadTest, LaterFramesOnlyWhereTheyDiffer) {
     submit(frameWith(50));
     ASSERT_TRUE(log.waitFor([&] { return log.drawn.size() == 2; }));
     EXPECT_EQ(log.drawn[1], (std::vector<QRect>{QRect(0, 90, 10, 10), QRect(50, 90, 10, 10)}));
+}
+
+TEST_F(RenderThreadTest, EveryFrameWhoseSceneFailsIsToldOf) {
+    log.failsScenes = true;
+    for (int frame = 1; frame <= 3; ++frame) {
+        submit(frameWith(20.0 * frame));
+        ASSERT_TRUE(log.waitFor([&] { return log.failuresTold == frame; })) << frame;
+    }
+    {
+        const std::lock_guard lock(log.mutex);
+        log.failsScenes = false;
+    }
+    submit(frameWith(0.0));
+    while (thread.framesDrawn() < 4)
+        std::this_thread::yield();
+    EXPECT_EQ(log.failuresTold, 3);
 }
 
 TEST_F(RenderThreadTest, AnEqualFrameIsNotDrawn) {

@@ -98,9 +98,11 @@ TEST_F(SceneFrameTest, TheNextChangeIsTheEarliestOfAllParts) {
     EXPECT_EQ(still.nextChange(), std::numeric_limits<double>::infinity());
 }
 
-TEST_F(SceneFrameTest, AFailureIsToldToWhoAsked) {
+TEST_F(SceneFrameTest, AFailureIsToldOnceToWhoAsked) {
     int told = 0;
     scene->onFailure([&] { ++told; });
+    scene->fail();
+    EXPECT_EQ(told, 1);
     scene->fail();
     EXPECT_EQ(told, 1);
 }
