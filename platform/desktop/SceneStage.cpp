@@ -51,8 +51,10 @@ SceneQuality SceneStage::quality(const SceneFrame& scene) {
     if (software_) budget = std::max(budget, kSoftwareInterval);
     if (!ladder_ || budget != budget_) {
         budget_ = budget;
-        ladder_ = std::make_unique<QualityLadder>(QualityLadder::Options{
-            .budget = budget, .firstRung = software_ ? kFirstSoftwareRung : 0});
+        ladder_ = std::make_unique<QualityLadder>(
+            QualityLadder::Options{.budget = budget,
+                                   .firstRung = software_ ? kFirstSoftwareRung : 0,
+                                   .bestRung = software_ ? kBestSoftwareRung : 0});
     }
     SceneQuality quality = ladder_->quality();
     quality.samples = std::min(quality.samples, scene.sampleCount);

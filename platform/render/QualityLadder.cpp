@@ -20,7 +20,8 @@ constexpr int kProof = 8;
 
 QualityLadder::QualityLadder(const Options& options)
     : budget_(options.budget),
-      rung_(std::clamp(options.firstRung, 0, static_cast<int>(kQualityRungs.size()) - 1)),
+      best_(std::clamp(options.bestRung, 0, static_cast<int>(kQualityRungs.size()) - 1)),
+      rung_(std::clamp(options.firstRung, best_, static_cast<int>(kQualityRungs.size()) - 1)),
       frames_(-kFramesToSettle) {
     patience_.fill(kFirstPatience);
 }
@@ -44,7 +45,7 @@ bool QualityLadder::endWindow() {
         patience_[here] = tooSlow ? std::min(2 * patience_[here], kMostPatience) : kFirstPatience;
     }
     if (tooSlow) return moveTo(rung_ + 1);
-    if (rung_ == 0 || roomyWindows_ < patience_[here - 1] || !moveTo(rung_ - 1)) return false;
+    if (rung_ <= best_ || roomyWindows_ < patience_[here - 1] || !moveTo(rung_ - 1)) return false;
     onTrial_ = true;
     return true;
 }

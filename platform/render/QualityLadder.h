@@ -21,6 +21,9 @@ inline constexpr std::array<SceneQuality, 7> kQualityRungs{{
 // Where to begin when the processor does the drawing: it would stutter for some
 // seconds on its way down from the top.
 inline constexpr int kFirstSoftwareRung = 5;
+// And where to stop going up: several samples a pixel cost a processor several
+// times the work, and the machine has other things to do.
+inline constexpr int kBestSoftwareRung = 3;
 
 // Picks the best rung of kQualityRungs that holds a frame rate: down one when
 // most frames cost more than the budget, up one when there has been ample room
@@ -31,6 +34,7 @@ class QualityLadder {
     struct Options {
         double budget = 1.0 / 60.0;  // seconds that a frame may cost
         int firstRung = 0;
+        int bestRung = 0;  // it never goes above this one
     };
     explicit QualityLadder(const Options& options);
 
@@ -52,6 +56,7 @@ class QualityLadder {
     bool moveTo(int rung);
 
     const double budget_;
+    const int best_;
     int rung_;
     // Within the present window of frames.
     int frames_ = 0;

@@ -70,6 +70,13 @@ TEST(QualityLadder, StepsUpAgainWhenThereIsRoom) {
     EXPECT_EQ(ladder.rung(), 0);
 }
 
+TEST(QualityLadder, NeverGoesAboveTheBestRungAskedFor) {
+    QualityLadder ladder({.budget = kBudget, .firstRung = 5, .bestRung = 3});
+    run(ladder, 100'000, [](int) { return 0.0001; });
+    EXPECT_EQ(ladder.rung(), 3);
+    EXPECT_EQ(QualityLadder({.budget = kBudget, .firstRung = 0, .bestRung = 3}).rung(), 3);
+}
+
 TEST(QualityLadder, DoesNotStepUpWithoutMuchRoom) {
     QualityLadder ladder({.budget = kBudget, .firstRung = 4});
     EXPECT_EQ(run(ladder, 5000, [](int) { return 0.8 * kBudget; }), 0);
