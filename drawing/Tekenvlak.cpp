@@ -100,6 +100,7 @@ void Tekenvlak::vervaag(double sigma) {
 
 void Tekenvlak::kleurIn(const QColor& kleur, QPoint verschuiving) {
     const float alfa = kleur.alphaF();
+    const float rood = kleur.redF(), groen = kleur.greenF(), blauw = kleur.blueF();
     const QRect doel = dekking_.gebied.translated(verschuiving) & beeld_.rect();
     const auto stap = beeld_.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
     for (int y = doel.top(); y <= doel.bottom(); ++y) {
@@ -111,7 +112,7 @@ void Tekenvlak::kleurIn(const QColor& kleur, QPoint verschuiving) {
             const float a = alfa * rij[x - verschuiving.x() - dekking_.gebied.left()];
             if (a < 0.5F / 255.0F) continue;
             QRgb& pixel = pixels_[y * stap + x];
-            pixel = over(pixel, kleur.redF() * a, kleur.greenF() * a, kleur.blueF() * a, a);
+            pixel = over(pixel, rood * a, groen * a, blauw * a, a);
         }
     }
 }
@@ -129,14 +130,15 @@ void Tekenvlak::vul(std::span<const QRectF> vakken) {
         ruim & beeld_.rect().adjusted(-rand - std::abs(naast.x()), -rand - std::abs(naast.y()),
                                       rand + std::abs(naast.x()), rand + std::abs(naast.y()));
     if (gebied.isEmpty()) return;
+    bepaalDekking(vakken, gebied);
     if (schaduw) {
-        bepaalDekking(vakken, gebied);
+        scherp_ = dekking_.waarden;
         vervaag(schaduw_.vervaging / 2.0);
         QColor kleur = schaduw_.kleur;
         kleur.setAlphaF(kleur.alphaF() * vulkleur_.alphaF());
         kleurIn(kleur, naast);
+        std::swap(scherp_, dekking_.waarden);
     }
-    bepaalDekking(vakken, gebied);
     kleurIn(vulkleur_, QPoint(0, 0));
 }
 

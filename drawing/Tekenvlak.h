@@ -57,6 +57,7 @@ class Tekenvlak {
     QColor vulkleur_ = Qt::black;
     Schaduw schaduw_;
     Dekking dekking_;
+    std::vector<float> scherp_;  // the coverage while its shadow is blurred
     std::vector<float> hulp_;
     std::vector<float> kern_;
 };
