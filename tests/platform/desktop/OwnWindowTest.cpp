@@ -69,7 +69,8 @@ TEST_F(OwnWindowTest, ShowsItsPictureWhereItStands) {
     EXPECT_NE(screenPixel(99, 300), kGreen);
     EXPECT_EQ(window.frame(), QRectF(100, 60, 200, 150));
     EXPECT_EQ(window.contentView()->frame(), QRectF(0, 0, 200, 150));
-    EXPECT_TRUE(window.statistics().firstFrameTime);
+    // Told by the render thread, in a turn of the event loop.
+    EXPECT_TRUE(until([&] { return window.statistics().firstFrameTime.has_value(); }));
 }
 
 TEST_F(OwnWindowTest, IsBlackBeforeAnythingIsDrawn) {
