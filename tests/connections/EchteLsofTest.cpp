@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The system's own lsof, on connections that are there.
+#include <arpa/inet.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <array>
 
 #include "connections/VerbindingWacht.h"
 #include "tests/connections/Programma.h"
@@ -14,13 +17,26 @@ using brixtel::VerbindingWacht;
 
 namespace {
 
-// 127.0.0.0/8 is Dutch but for two networks of it that nothing else on the
-// machine will be using; ::1 is German.
+// Two loopback addresses that are this process's alone: lsof sees the whole
+// machine, and these tests run beside each other.
+std::uint32_t eigenAdres(std::uint32_t netwerk) {
+    return netwerk | (static_cast<std::uint32_t>(getpid()) & 0x3FFFFF);
+}
+const std::uint32_t kEigen4 = eigenAdres(0x7F400000);   // 127.64.0.0/10
+const std::uint32_t kEigenOm = eigenAdres(0x7F800000);  // 127.128.0.0/10
+
+std::string alsTekst(std::uint32_t adres) {
+    const in_addr inNetwerk{htonl(adres)};
+    std::array<char, INET_ADDRSTRLEN> tekst{};
+    return inet_ntop(AF_INET, &inNetwerk, tekst.data(), tekst.size());
+}
+
+// 127.0.0.0/8 is Dutch but for those two; ::1 is German.
 brixtel::LandenInhoud terugTabel() {
     return {
         .landen = {{"BE", 50.5, 4.5}, {"DE", 51.0, 10.5}, {"LU", 49.75, 6.0}, {"NL", 52.25, 5.5}},
-        .v4 = {0x7F000000, 0x7F4D0000, 0x7F4E0000, 0x7F4F0000, 0x80000000},
-        .v4Land = {3, 0, 2, 3, steun::kGeen},
+        .v4 = {0x7F000000, kEigen4, kEigen4 + 1, kEigenOm, kEigenOm + 1, 0x80000000},
+        .v4Land = {3, 0, 3, 2, 3, steun::kGeen},
         .v6 = {0, 1},
         .v6Land = {1, steun::kGeen}};
 }
@@ -42,7 +58,8 @@ class EchteLsof : public testing::Test {
         return gevonden == lijnen_.end() ? nullptr : &*gevonden;
     }
 
-    steun::Programma prater_{{steun::kProgrammas + "Mijn App"}};
+    steun::Programma prater_{
+        {steun::kProgrammas + "Mijn App", alsTekst(kEigen4), alsTekst(kEigenOm)}};
     steun::Tabel tabel_{terugTabel()};
     std::string heeft_;
     std::vector<Lijn> lijnen_;

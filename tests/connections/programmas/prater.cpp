@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Holds TCP connections with itself on loopback, each of which counts twice:
-// over IPv4, over IPv6, and over IPv4 from IPv6 sockets. Prints on one line
-// which of these it has ("4 6 m"), and ends when its input does.
+// over IPv4 at the first argument's address, over IPv6 at ::1, and over IPv4 at
+// the second's from IPv6 sockets. Prints on one line which of these it has
+// ("4 6 m"), and ends when its input does.
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -43,11 +44,12 @@ bool verbind6(const char* tekst) {
 
 }  // namespace
 
-int main() {
+int main(int aantal, char** woorden) {
+    if (aantal != 3) return 2;
     std::string heeft;
-    if (verbind4("127.77.0.1")) heeft += "4 ";
+    if (verbind4(woorden[1])) heeft += "4 ";
     if (verbind6("::1")) heeft += "6 ";
-    if (verbind6("::ffff:127.78.0.1")) heeft += "m ";
+    if (verbind6((std::string("::ffff:") + woorden[2]).c_str())) heeft += "m ";
     heeft += "\n";
     if (write(STDOUT_FILENO, heeft.data(), heeft.size()) < 0) return 1;
     char teken = 0;
