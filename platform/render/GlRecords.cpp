@@ -17,6 +17,8 @@ constexpr std::size_t kRectRecords = 2;
 constexpr double kFar = 1e9;
 // Cutting up more pieces than this costs more than drawing where none lies.
 constexpr std::uint32_t kMostCutPieces = 16;
+// Into which they seldom fall apart.
+constexpr std::size_t kMostBoxes = 64;
 
 // The edges of PixelGrid::snap as OpenGL counts them, from the lower left; what
 // lies absurdly far outside stops short.
@@ -54,7 +56,22 @@ void GlRecords::begin(const DisplayList& list, const PixelGrid& grid) {
     list_ = &list;
     grid_ = grid;
     screen_ = {0, 0, grid.size.width(), grid.size.height()};
+    reserve();
     restart();
+}
+
+// How much shows at once varies from frame to frame. The list has room for every
+// layer of its trees, and so have these, so that it never means more memory.
+void GlRecords::reserve() {
+    const std::size_t items = list_->items.capacity();
+    const std::size_t pieces = list_->pieces.capacity();
+    const std::size_t masks = list_->masks.capacity();
+    rects_.reserve(items + pieces);
+    maskRecords_.reserve(masks);
+    boxes_.reserve(kMostBoxes);
+    records_.reserve(std::min(limit_, (kPaintRecords + kRectRecords) * items + masks +
+                                          (kPieceRecords + kRectRecords) * pieces +
+                                          list_->stops.capacity()));
 }
 
 void GlRecords::restart() {

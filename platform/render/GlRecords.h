@@ -60,6 +60,7 @@ class GlRecords {
     [[nodiscard]] bool wantsEverything() const { return wantsEverything_; }
 
   private:
+    void reserve();
     void addVisible(const DisplayItem& item, const PixelRect& box);
     void addRects(const DisplayItem& item, const PixelRect& box);
     // Where the mask stands among the records, after writing it if need be.
