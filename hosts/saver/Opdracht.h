@@ -22,6 +22,8 @@ struct Opdracht {
         Plaatje,
         Instellingen,
         Verbindingen,
+        Aanmelden,
+        Afmelden,
         Versie,
         Hulp,
     };
