@@ -137,9 +137,9 @@ QImage bolGloed() {
 }
 
 void DrieWereld::bouwBol() {
-    const NodePtr oog = camera({.z = 3.3, .zicht = 38.0, .bloom = 1.4});
-    oog->setPosition({0.0, 0.35, 3.3});
-    oog->lookAt({0.0, 0.0, 0.0});
+    oog_ = camera({.z = 3.3, .zicht = 38.0, .bloom = 1.4});
+    oog_->setPosition({0.0, 0.35, 3.3});
+    oog_->lookAt({0.0, 0.0, 0.0});
 
     bol_ = std::make_shared<Node>();
     bol_->setName("bol");
@@ -162,6 +162,10 @@ void DrieWereld::bouwBol() {
     // Eastward, as the earth turns.
     bol_->runAction(Action::repeatForever(Action::rotateBy({0.0, 2.0 * kPi, 0.0}, 60.0)));
 
+    // In every frame, the globe having turned already, as it is before its parts.
+    lijnenNode_->runAction(Action::repeatForever(
+        Action::custom(60.0, [this](Node&, double) { bolLijnen_->schik(*oog_); })));
+
     if (eigenLijnen()) return;
     actief(true);
     // Ends with the world, whose it is.
@@ -170,7 +174,9 @@ void DrieWereld::bouwBol() {
 }
 
 void DrieWereld::zetLijnen(const std::vector<Lijn>& lijnen) {
-    if (bolLijnen_) bolLijnen_->teken(lijnen, *lijnenNode_);
+    if (!bolLijnen_) return;
+    bolLijnen_->teken(lijnen, *lijnenNode_);
+    bolLijnen_->schik(*oog_);
 }
 
 }  // namespace brixtel

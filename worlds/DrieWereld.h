@@ -181,6 +181,7 @@ class DrieWereld {
     LandenTabel* const landen_;
     const LandKaart* const kaart_;
     platform::RandomSource toeval_;
+    platform::NodePtr oog_;  // the globe's camera
     platform::NodePtr bol_;
     platform::NodePtr lijnenNode_;
     std::unique_ptr<BolLijnen> bolLijnen_;

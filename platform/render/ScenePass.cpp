@@ -38,6 +38,7 @@ bool mayMerge(const DrawBatch& a, const DrawBatch& b) {
     return variant == variantOf(b) && (variant & (kTextured | kLambert)) == 0 &&
            a.material.opaque == b.material.opaque &&
            a.material.writesDepth == b.material.writesDepth &&
+           a.material.readsDepth == b.material.readsDepth &&
            a.material.doubleSided == b.material.doubleSided &&
            a.mesh->data().pointSize == b.mesh->data().pointSize;
 }
@@ -239,6 +240,7 @@ void ScenePass::setThickness(const SceneProgram& program, const DrawBatch& batch
 
 void ScenePass::setBlending(const DrawMaterial& material, bool smoothEdges) const {
     glDepthMask(material.writesDepth ? GL_TRUE : GL_FALSE);
+    glDepthFunc(material.readsDepth ? GL_LEQUAL : GL_ALWAYS);
     if (material.blend == BlendMode::Additive) {
         glEnable(GL_BLEND);
         glBlendFuncSeparate(GL_ONE, GL_ONE, GL_ZERO, GL_ONE);
@@ -278,6 +280,7 @@ void ScenePass::drawFloor(const DrawFloor& floor) {
     glEnable(GL_BLEND);
     glBlendFunc(GL_ONE, GL_ONE);
     glDepthMask(floor.material.writesDepth ? GL_TRUE : GL_FALSE);
+    glDepthFunc(GL_LEQUAL);
     drawFloorPlane(floor, floor.material.diffuse, variant);
 }
 
