@@ -62,6 +62,7 @@ class BolLabels {
     };
 
     void zie(Label& label, const glm::dmat4& camera) const;
+    [[nodiscard]] static double naastStip(const Label& label, const glm::dmat4& camera);
     void maakRuimte();
     static void duw(Label& noord, Label& zuid);
     [[nodiscard]] double sterkte(const Label& label) const;

@@ -22,6 +22,7 @@ constexpr double kVerste = 6.0 * kAfstand;
 // Over how much nearness side by side the pushing begins, so that it does so softly.
 constexpr double kAanloop = 0.06;
 constexpr int kRonden = 24;
+constexpr double kStip = 1.01;  // how far from the globe's middle dots stand
 
 // The cosine of the angle between a country and the camera, seen from the globe's
 // middle, from where the ground there still shows to where its dot has set too.
@@ -31,6 +32,16 @@ constexpr double kBoven = 0.30;
 double zacht(double deel) {
     const double t = std::clamp(deel, 0.0, 1.0);
     return t * t * (3.0 - 2.0 * t);
+}
+
+// Right and up on the screen, in units as large as those of the scene's middle, and
+// how many of these one of the scene's is there.
+glm::dvec3 opScherm(const glm::dvec3& plaats, const glm::dmat4& camera) {
+    const glm::dvec3 oog(camera[3]);
+    const glm::dvec3 naar = plaats - oog;
+    const double schaal = glm::length(oog) / -glm::dot(naar, glm::dvec3(camera[2]));
+    return {glm::dot(naar, glm::dvec3(camera[0])) * schaal,
+            glm::dot(naar, glm::dvec3(camera[1])) * schaal, schaal};
 }
 
 }  // namespace
@@ -59,16 +70,24 @@ void BolLabels::schik(const platform::Node& camera) {
 void BolLabels::zie(Label& label, const glm::dmat4& camera) const {
     const glm::dvec3 oog(camera[3]);
     const glm::dvec3 plaats = label.node->worldPosition();
-    const glm::dvec3 naar = plaats - oog;
     label.kracht =
         zacht((glm::dot(glm::normalize(plaats), glm::normalize(oog)) - kOnder) / (kBoven - kOnder));
-    label.schaal = glm::length(oog) / -glm::dot(naar, glm::dvec3(camera[2]));
-    label.x = glm::dot(naar, glm::dvec3(camera[0])) * label.schaal;
-    label.y = glm::dot(naar, glm::dvec3(camera[1])) * label.schaal;
+    const glm::dvec3 gezien = opScherm(plaats, camera);
+    label.x = gezien.x;
+    label.y = gezien.y;
+    label.schaal = gezien.z;
     const glm::vec3 maat = label.node->geometry()->size();
     label.halveBreedte = 0.5 * maat.x * label.schaal;
     label.hoogte = kAfstand * label.schaal;
-    label.omhoog = 0.0;
+    label.omhoog = naastStip(label, camera);
+}
+
+// The dot stands right behind what its label says, but for near the rim. Above it
+// there is room, and below it where the label already hangs below.
+double BolLabels::naastStip(const Label& label, const glm::dmat4& camera) {
+    const glm::dvec3 stip = kStip * glm::normalize(label.node->worldPosition());
+    const double y = label.y - opScherm(stip, camera).y;
+    return std::max(0.0, label.hoogte - y) * zacht((y + 0.035) / 0.02);
 }
 
 // A fixed number of rounds of small pushes, so that the outcome moves as smoothly
