@@ -96,7 +96,13 @@ std::vector<glm::dvec3> DrieWereld::boog(const BoogOpties& opties) {
 }
 
 GeometryPtr DrieWereld::punten(const std::vector<glm::dvec3>& punten, const PuntenOpties& opties) {
-    return platform::makePoints(enkel(punten), opties.grootte, gloed(opties.kleur));
+    platform::MeshData wolk{.primitive = platform::Primitive::Points,
+                            .positions = enkel(punten),
+                            .pointSize = opties.grootte,
+                            .pointHeightShare = opties.hoogsteDeel};
+    for (std::size_t i = 0; i < punten.size(); ++i)
+        wolk.indices.push_back(static_cast<std::uint32_t>(i));
+    return platform::makeGeometry(std::move(wolk), gloed(opties.kleur));
 }
 
 GeometryPtr DrieWereld::lijnen(const std::vector<glm::dvec3>& einden, const QColor& kleur) {

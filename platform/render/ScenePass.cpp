@@ -40,7 +40,8 @@ bool mayMerge(const DrawBatch& a, const DrawBatch& b) {
            a.material.writesDepth == b.material.writesDepth &&
            a.material.readsDepth == b.material.readsDepth &&
            a.material.doubleSided == b.material.doubleSided &&
-           a.mesh->data().pointSize == b.mesh->data().pointSize;
+           a.mesh->data().pointSize == b.mesh->data().pointSize &&
+           a.mesh->data().pointHeightShare == b.mesh->data().pointHeightShare;
 }
 
 // How many of the first batches are drawn at once.
@@ -230,8 +231,12 @@ void ScenePass::drawRun(std::span<const PlacedBatch> run, unsigned variant) {
 // image it is drawn as one of those, with as much less light.
 void ScenePass::setThickness(const SceneProgram& program, const DrawBatch& batch) const {
     const bool round = batch.mesh->primitive() == Primitive::Points;
-    const float points = round ? static_cast<float>(batch.mesh->data().pointSize) : 1.0F;
-    const float wanted = std::max(points * options_.pixelsPerPoint, options_.shownPixel);
+    const MeshData& mesh = batch.mesh->data();
+    float pixels = (round ? static_cast<float>(mesh.pointSize) : 1.0F) * options_.pixelsPerPoint;
+    if (round && mesh.pointHeightShare > 0.0)
+        pixels = std::min(pixels, static_cast<float>(mesh.pointHeightShare) *
+                                      static_cast<float>(options_.size.height()));
+    const float wanted = std::max(pixels, options_.shownPixel);
     const float drawn = std::max(wanted, 1.0F);
     const float share = wanted / drawn;
     glUniform1f(program.thickness, drawn);

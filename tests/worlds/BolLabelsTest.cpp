@@ -131,6 +131,16 @@ TEST_F(BolLabelsTest, NeverJump) {
     }
 }
 
+TEST_F(BolLabelsTest, FindTheirPlacesAlsoWhenTheWorldIsGone) {
+    zet({in(30.0, 5.0)});
+    const auto scene = bol_->scene();
+    const platform::NodePtr opschrift = bol_->lijnenNode()->children().back();
+    EXPECT_EQ(opschrift->opacity(), 1.0);
+    bol_.reset();
+    scene->advance(30.0);
+    EXPECT_EQ(opschrift->opacity(), 0.0);
+}
+
 // --- pictures of labels ---
 
 TEST_F(BolLabelsTest, OnlyLabelsWhoseTextIsNewAreDrawn) {

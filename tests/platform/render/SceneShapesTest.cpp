@@ -66,6 +66,23 @@ TEST_F(SceneShapesTest, APointIsNeverThinnerThanAPixel) {
     EXPECT_NEAR(light, 1.0, 0.35);
 }
 
+TEST_F(SceneShapesTest, APointIsNoLargerThanItsShareOfTheHeight) {
+    for (const int height : {64, 160}) {
+        Stage stage;
+        stage.add(makeGeometry({.primitive = Primitive::Points,
+                                .positions = {{0.02F, 0.01F, -1}},
+                                .indices = {0},
+                                .pointSize = 8.0,
+                                .pointHeightShare = 0.0625},
+                               constant(QColor(0, 188, 0))),
+                  {});
+        const double across = std::min(8.0, 0.0625 * height);
+        const double area = 0.25 * kPi * across * across;
+        EXPECT_NEAR(lightOf(picture(stage, {height, height})) / srgbDecode(188 / 255.0), area,
+                    0.08 * area);
+    }
+}
+
 // --- depth ---
 
 TEST_F(SceneShapesTest, WhatReadsNoDepthIsSeenThroughWhatIsNearer) {
