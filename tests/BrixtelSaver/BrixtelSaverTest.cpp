@@ -164,6 +164,26 @@ TEST_F(SaverView, TearDownStopsTheSceneViewAndLetsItsSceneGo) {
     EXPECT_EQ(scn->superview(), nullptr);
 }
 
+TEST_F(SaverView, ConnectionsAreWatchedOnlyWhileTheGlobeIsShown) {
+    const auto& wacht = brixtel::VerbindingWacht::gedeeld();
+    EXPECT_EQ(wacht.tussentijd(), 0.0);
+    {
+        const auto view = gestart(SaverKeuze::bol);
+        EXPECT_EQ(wacht.tussentijd(), 3.0);
+        view->stopAnimation();
+        EXPECT_EQ(wacht.tussentijd(), 0.0);
+        view->startAnimation();
+        EXPECT_EQ(wacht.tussentijd(), 3.0);
+        ASSERT_TRUE(view->configureSheet());
+        view->klaar(SaverKeuze::kubus);
+        EXPECT_EQ(wacht.tussentijd(), 0.0);
+        view->klaar(SaverKeuze::bol);
+        EXPECT_EQ(wacht.tussentijd(), 3.0);
+    }
+    // A view that is dropped while it shows the globe.
+    EXPECT_EQ(wacht.tussentijd(), 0.0);
+}
+
 TEST_F(SaverView, WithoutMeansToDrawAWorldItRainsInItsPlace) {
     const auto view = gestart(SaverKeuze::kubus);
     view->scn()->fail();
