@@ -4,7 +4,9 @@
 #include <cstdio>
 #include <optional>
 
+#include "BrixtelSaver/InstellingenModule.h"
 #include "BrixtelSaver/SaverInstellingen.h"
+#include "hosts/saver/Instellingen.h"
 #include "hosts/saver/Meting.h"
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
@@ -46,9 +48,13 @@ void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     std::_Exit(meldNaam(erIsScherm ? regel.trimmed() : QString::fromUtf8(kGeenScherm), kFout));
 }
 
+bool isPlaatje(const Opdracht& opdracht) {
+    return opdracht.wat == Opdracht::Wat::Plaatje || !opdracht.instellingen.isEmpty();
+}
+
 // Windows are drawn through X11, also where the desktop is another.
 void kiesPlatform(const Opdracht& opdracht) {
-    const bool plaatje = opdracht.wat == Opdracht::Wat::Plaatje;
+    const bool plaatje = isPlaatje(opdracht);
     qputenv("QT_QPA_PLATFORM", plaatje ? "offscreen" : "xcb");
     if (plaatje) qputenv("QT_SCALE_FACTOR", QByteArray::number(opdracht.schaal));
 }
@@ -80,7 +86,8 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
     });
     std::optional<brixtel::Voorstelling> voorstelling(
         std::in_place, opdracht, module, server,
-        platform::ScreenSaverContext{.clock = klok, .random = toeval, .notifications = berichten});
+        platform::ScreenSaverContext{.clock = klok, .random = toeval, .notifications = berichten},
+        bus);
     const bool bijGastheer = opdracht.wat == Opdracht::Wat::Gastheer;
     voorstelling->onEinde([bijGastheer] {
         if (bijGastheer) brixtel::Signalen::haast();
@@ -105,20 +112,39 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
 // Returns the session bus's address, and keeps it from Qt: for the accessibility
 // of a window without controls Qt would wait for the bus on the main thread, and
 // where there is none start one, which outlives this program.
-QString neemBus() {
+// The sheet has controls, and a screen reader hears of them over the bus.
+QString neemBus(const Opdracht& opdracht) {
     const QString adres = platform::DistributedNotificationCenter::sessionBusAddress();
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
+    if (opdracht.wat != Opdracht::Wat::Instellingen || adres.isEmpty())
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
     return adres;
+}
+
+// None where what it takes is missing.
+std::unique_ptr<QCoreApplication> maakToepassing(int& argc, char** argv, const Opdracht& opdracht) {
+    if (opdracht.wat != Opdracht::Wat::Instellingen)
+        return std::make_unique<QGuiApplication>(argc, argv);
+    brixtel::InstellingenModule* const blad = brixtel::InstellingenModule::laad();
+    return blad ? blad->maakToepassing(argc, argv) : nullptr;
+}
+
+int instellingen(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
+    int doorSignaal = 0;
+    const QString mis = brixtel::toonInstellingen(opdracht, module, doorSignaal);
+    if (!mis.isEmpty()) return meldNaam(mis, kFout);
+    return -doorSignaal;
 }
 
 int start(int argc, char** argv, const Opdracht& opdracht) {
     std::optional<platform::DisplayCheck> scherm;
-    if (opdracht.wat != Opdracht::Wat::Plaatje) scherm.emplace();
+    if (!isPlaatje(opdracht)) scherm.emplace();
     if (scherm && !scherm->isReachable()) return meldNaam(QString::fromUtf8(kGeenScherm), kFout);
     kiesPlatform(opdracht);
-    const QString bus = neemBus();
+    const QString bus = neemBus(opdracht);
     if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
-    QGuiApplication app(argc, argv);
+    const auto toepassing = maakToepassing(argc, argv, opdracht);
+    if (!toepassing)
+        return meldNaam(QStringLiteral("de module BrixtelInstellingen.so ontbreekt"), kFout);
     scherm.reset();
     QGuiApplication::setApplicationName(QStringLiteral("brixtel-saver"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Brixtel"));
@@ -130,6 +156,7 @@ int start(int argc, char** argv, const Opdracht& opdracht) {
         return meldNaam(QStringLiteral("de module BrixtelSaver.so ontbreekt of is onbruikbaar"),
                         kFout);
     if (opdracht.wat == Opdracht::Wat::Plaatje) return plaatje(opdracht, module);
+    if (opdracht.wat == Opdracht::Wat::Instellingen) return instellingen(opdracht, module);
     return -toon(opdracht, module, bus);
 }
 
@@ -151,9 +178,6 @@ int main(int argc, char** argv) {
         case Opdracht::Wat::Versie:
             std::puts("brixtel-saver " BRIXTEL_VERSION);
             return 0;
-        case Opdracht::Wat::Instellingen:
-            return meldNaam(QStringLiteral("--instellingen kan in deze versie nog niet"),
-                            kVerkeerdGebruik);
         case Opdracht::Wat::Verbindingen:
             return verbindingen(opdracht.json);
         default:
