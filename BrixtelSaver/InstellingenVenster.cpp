@@ -11,7 +11,7 @@
 #include "BrixtelSaver/InstellingenStijl.h"
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "drawing/Thema.h"
-#include "platform/desktop/DarkFrame.h"
+#include "platform/desktop/DialogFrame.h"
 
 namespace brixtel {
 
@@ -131,10 +131,10 @@ void InstellingenVenster::sluit() {
 void InstellingenVenster::orderFront(std::uint32_t above) {
     winId();  // so that there is a window to speak of
     platform::askForDarkFrame(*windowHandle());
-    if (above != 0) onder_.reset(QWindow::fromWinId(above));
-    if (onder_) {
+    if (const auto plaats = above != 0 ? platform::placeOf(above) : std::nullopt) {
+        onder_.reset(QWindow::fromWinId(above));
         windowHandle()->setTransientParent(onder_.get());
-        move(onder_->geometry().center() - rect().center());
+        move(plaats->center() - rect().center());
     }
     show();
     raise();
