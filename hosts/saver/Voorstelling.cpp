@@ -79,7 +79,7 @@ void Voorstelling::vul(Doek& doek, const QRectF& vlak, bool voorvertoning) {
     doek.venster->setContentView(doek.view);
     if (opdracht_.fps)
         doek.view->addSubview(
-            std::make_shared<BeeldTeller>(context_.clock, doek.view->bounds().height()));
+            std::make_shared<BeeldTeller>(server_.clock(), doek.view->bounds().height()));
     doek.view->saver()->startAnimation();
 }
 

@@ -11,10 +11,12 @@
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
 #include "hosts/saver/Plaatje.h"
+#include "hosts/saver/Rust.h"
 #include "hosts/saver/Signalen.h"
 #include "hosts/saver/Verbindingen.h"
 #include "hosts/saver/Voorstelling.h"
 #include "platform/desktop/DisplayCheck.h"
+#include "platform/desktop/PowerSupply.h"
 #include "platform/desktop/Preferences.h"
 #include "platform/time/ProcessUsage.h"
 
@@ -76,23 +78,40 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
     auto toeval = opdracht.zaad ? platform::RandomSource(*opdracht.zaad)
                                 : platform::RandomSource::fromSystem();
     platform::DistributedNotificationCenter berichten(bus);
-    platform::WindowServer server(klok, {.drawer = opdracht.tekenaar, .display = {}});
+    // Whoever wishes for little movement has asked for no saver by its window.
+    std::optional<platform::RestableClock> beelden;
+    if (opdracht.wat == Opdracht::Wat::Venster) beelden.emplace(klok);
+    platform::WindowServer server(
+        klok,
+        {.drawer = opdracht.tekenaar, .display = {}, .pictures = beelden ? &*beelden : nullptr});
     server.onConnectionLost([] { std::_Exit(0); });
 
     int doorSignaal = 0;
-    const brixtel::Signalen signalen([&](int signaal) {
-        doorSignaal = signaal;
-        QCoreApplication::quit();
-    });
-    std::optional<brixtel::Voorstelling> voorstelling(
-        std::in_place, opdracht, module, server,
-        platform::ScreenSaverContext{.clock = klok, .random = toeval, .notifications = berichten},
-        bus);
+    std::optional<brixtel::Voorstelling> voorstelling;
+    const brixtel::Signalen signalen(
+        [&](int signaal) {
+            doorSignaal = signaal;
+            QCoreApplication::quit();
+        },
+        [&] {
+            if (voorstelling) voorstelling->begin();
+        });
+    platform::MediaClock& beeldKlok = beelden ? static_cast<platform::MediaClock&>(*beelden) : klok;
+    voorstelling.emplace(opdracht, module, server,
+                         platform::ScreenSaverContext{
+                             .clock = beeldKlok, .random = toeval, .notifications = berichten},
+                         bus);
     const bool bijGastheer = opdracht.wat == Opdracht::Wat::Gastheer;
     voorstelling->onEinde([bijGastheer] {
         if (bijGastheer) brixtel::Signalen::haast();
         QCoreApplication::quit();
     });
+
+    std::optional<brixtel::Rust> rust;
+    if (beelden) rust.emplace(*beelden, server, bus);
+    std::optional<platform::PowerWatch> accu;
+    if (!opdracht.volleSnelheid)
+        accu.emplace(klok, [&server](bool opAccu) { server.setPace(opAccu ? 2 : 1); });
 
     std::optional<brixtel::Meting> meting;
     if (opdracht.meet) meting.emplace(klok, begin, [&] { return voorstelling->stand(); });
@@ -183,6 +202,7 @@ int main(int argc, char** argv) {
         default:
             break;
     }
+    brixtel::Signalen::negeerOpnieuw();
     // Only the arguments that are ours were ours to take: Qt gets none.
     int geen = 1;
     const int uitgang = start(geen, argv, opdracht);
