@@ -8,6 +8,7 @@
 #include <QDBusVariant>
 #include <QMap>
 #include <QObject>
+#include <QSet>
 #include <algorithm>
 #include <array>
 #include <optional>
@@ -57,6 +58,9 @@ class ReducedMotion::Link final : public QObject {
     }
 
     Q_SLOT void changed(const QString& space, const QString& key, const QDBusVariant& value) {
+        // Newer than the answer to what was asked at first, also where it is
+        // delivered before that.
+        heard_.insert(key);
         note(space, key, value.variant());
     }
 
@@ -87,7 +91,7 @@ class ReducedMotion::Link final : public QObject {
             const auto all = qdbus_cast<QMap<QString, QVariantMap>>(reply.arguments().first());
             for (const Setting& setting : kSettings) {
                 const QVariantMap space = all.value(setting.space);
-                if (space.contains(setting.key))
+                if (space.contains(setting.key) && !heard_.contains(setting.key))
                     note(setting.space, setting.key, space.value(setting.key));
             }
         });
@@ -110,6 +114,7 @@ class ReducedMotion::Link final : public QObject {
     const std::function<void(bool)> action_;
     std::array<bool, kSettings.size()> wishes_{};
     bool wished_ = false;
+    QSet<QString> heard_;
     std::optional<QDBusConnection> connection_;
     std::optional<SerialQueue> queue_;
 };
