@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include "platform/desktop/FrameBuilder.h"
@@ -28,7 +29,14 @@ WindowCore::~WindowCore() {
 }
 
 void WindowCore::updateWanted() {
-    if (drawing) drawing->setWanted(fade.value() > 0.0 && !window_.server_.isDisplayAsleep());
+    if (!drawing) return;
+    const bool minimised = own && own->windowStates().testFlag(Qt::WindowMinimized);
+    drawing->setWanted(fade.value() > 0.0 && !window_.server_.isDisplayAsleep() && !minimised &&
+                       !covered_);
+}
+
+void WindowCore::setCovered(bool covered) {
+    if (std::exchange(covered_, covered) != covered) updateWanted();
 }
 
 void WindowCore::makeOwn() {
@@ -37,6 +45,8 @@ void WindowCore::makeOwn() {
     own->setIgnoresMouse(window_.ignoresMouse_);
     if (window_.cursorHidden_) own->setCursor(Qt::BlankCursor);
     QObject::connect(own.get(), &QWindow::screenChanged, own.get(), [this] { geometryChanged(); });
+    QObject::connect(own.get(), &QWindow::windowStateChanged, own.get(),
+                     [this] { updateWanted(); });
     if (const std::uint32_t xWindow = own->xWindow()) draw(xWindow);
     fit();
 }

@@ -28,6 +28,8 @@ class WindowCore final : public OwnWindowDelegate {
     void geometryChanged();
     // Whether there is any sense in frames may have changed.
     void updateWanted();
+    // Other windows hide it.
+    void setCovered(bool covered);
     [[nodiscard]] bool isHosts() const { return drawing && !own; }
     [[nodiscard]] QScreen* screen() const;
     [[nodiscard]] double scale() const;
@@ -44,6 +46,7 @@ class WindowCore final : public OwnWindowDelegate {
     static void tellOfNoScenes(View& view);
 
     Window& window_;
+    bool covered_ = false;
     ScreenObserver screens_;
 };
 

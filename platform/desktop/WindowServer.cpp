@@ -37,6 +37,22 @@ WindowServer::WindowServer(MediaClock& clock, WindowServerOptions options)
     if (!isConnected()) return;
     sleep_.emplace(clock_, dpmsQuestion(events_->get()),
                    [this](bool asleep) { setDisplayAsleep(asleep); });
+    coverage_.emplace(
+        clock_, options_.display,
+        CoverageWatch::Actions{.windows =
+                                   [this] {
+                                       std::vector<std::uint32_t> mapped;
+                                       for (const WindowCore* window : windows_)
+                                           if (window->drawing && window->drawing->isMapped())
+                                               mapped.push_back(window->drawing->id());
+                                       return asleep_ ? std::vector<std::uint32_t>() : mapped;
+                                   },
+                               .tell =
+                                   [this](std::uint32_t id, bool covered) {
+                                       for (WindowCore* window : windows_)
+                                           if (window->drawing && window->drawing->id() == id)
+                                               window->setCovered(covered);
+                                   }});
 }
 
 WindowServer::~WindowServer() {

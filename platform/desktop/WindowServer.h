@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "platform/desktop/Coverage.h"
 #include "platform/desktop/DisplaySleep.h"
 #include "platform/time/MediaClock.h"
 #include "platform/time/RestableClock.h"
@@ -80,6 +81,7 @@ class WindowServer {
     int pace_ = 1;
     bool asleep_ = false;
     std::optional<DisplaySleep> sleep_;
+    std::optional<CoverageWatch> coverage_;
 };
 
 }  // namespace platform
