@@ -3,8 +3,8 @@
 
 BOUWEN="g++ cmake ninja-build pkg-config qt6-base-dev libepoxy-dev libegl-dev libgl-dev libglm-dev
   zlib1g-dev libicu-dev libx11-dev libx11-xcb-dev libxcb1-dev libxcb-shm0-dev libxcb-randr0-dev
-  libxcb-shape0-dev libxcb-xfixes0-dev"
-DRAAIEN="libqt6gui6 libegl1 libegl-mesa0 libgl1-mesa-dri fonts-dejavu-core lsof"
+  libxcb-dpms0-dev   libxcb-shape0-dev libxcb-xfixes0-dev"
+DRAAIEN="libqt6gui6 libqt6widgets6 libegl1 libegl-mesa0 libgl1-mesa-dri fonts-dejavu-core lsof"
 PROEVEN="libgtest-dev libgmock-dev libbenchmark-dev xvfb xauth dbus openbox picom xscreensaver
   xscreensaver-data xdotool x11-utils x11-xserver-utils imagemagick iproute2 procps
   dpkg-dev fakeroot file"

@@ -34,16 +34,20 @@ struct Opdracht {
     bool voorvertoning = false;              // asked for; a small host's window has it anyway
     QString keuze;                           // a raw value; empty for the stored one
 
+    QString instellingen;                // the file for a picture of the sheet; empty to show it
+    std::optional<std::uint32_t> boven;  // the window that the sheet belongs to
+
     QString plaatje;         // the file
     QSize maat{1920, 1080};  // points
     double schaal = 1.0;
     double na = 6.0;  // seconds after the start
-    QString lijnen;  // the file with the globe's lines; empty for this machine's
+    QString lijnen;   // the file with the globe's lines; empty for this machine's
     std::optional<std::uint64_t> zaad;
 
     std::optional<double> seconden;
     bool meet = false;
     bool fps = false;
+    bool volleSnelheid = false;  // on battery too
     bool json = false;
     platform::DrawerChoice tekenaar = platform::DrawerChoice::Auto;
 };

@@ -64,6 +64,10 @@ double Window::backingScaleFactor() const {
     return core_->scale();
 }
 
+std::uint32_t Window::xWindow() const {
+    return core_->drawing ? core_->drawing->id() : 0;
+}
+
 std::optional<Screen> Window::screen() const {
     const QScreen* const on = core_->screen();
     if (!on) return std::nullopt;

@@ -19,7 +19,10 @@ using brixtel::SaverKeuze;
 namespace {
 
 struct EenBlad : platform::Sheet {
-    void open() override {}
+    void orderFront(std::uint32_t) override {}
+    void orderOut() override {}
+    bool isShown() const override { return false; }
+    QImage picture() override { return {}; }
 };
 
 // A view whose sheet hands its callback to the test.
