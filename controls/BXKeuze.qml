@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Brixtel.Controls
+
+// A choice of one out of several, side by side. Tab stops at the option chosen;
+// the arrows go to the next and choose it.
+BXKeuzeBasis {
+    id: keus
+
+    // Shared out evenly where there is no room for every label.
+    readonly property real ruimte: Math.min(1, width / Math.max(1, rij.gevraagd))
+
+    implicitWidth: rij.gevraagd
+    implicitHeight: maat.implicitHeight + 8
+
+    function naar(index) {
+        const knop = knoppen.itemAt((index + knoppen.count) % knoppen.count);
+        if (!knop) return;
+        knop.forceActiveFocus(Qt.TabFocusReason);
+        knop.druk();
+    }
+
+    Accessible.role: Accessible.Grouping
+
+    BXTekst { id: maat; visible: false; grootte: 10.5; text: " " }
+
+    BXKeuzeVlak {
+        readonly property Item knop: keus.gekozen < 0 ? null : knoppen.itemAt(keus.gekozen)
+        anchors.fill: parent
+        van: knop ? knop.x : 0
+        tot: knop ? knop.x + knop.width : 0
+    }
+    Row {
+        id: rij
+        property real gevraagd: 0
+        function meet() {
+            let som = 0;
+            for (let i = 0; i < knoppen.count; ++i) som += knoppen.itemAt(i)?.gevraagd ?? 0;
+            gevraagd = som;
+        }
+        Repeater {
+            id: knoppen
+            model: keus.opties
+            onCountChanged: rij.meet()
+            delegate: BXDruk {
+                id: knop
+                required property int index
+                required property var modelData
+                readonly property bool gekozen: keus.gekozen === index
+                // As wide in bold as in regular, so that nothing shifts.
+                readonly property real gevraagd: Math.ceil(vette.advanceWidth) + 4
+                onGevraagdChanged: rij.meet()
+
+                width: gevraagd * keus.ruimte
+                height: keus.height
+                activeFocusOnTab: gekozen || (keus.gekozen < 0 && index === 0)
+                onGedrukt: keus.kies(index)
+                Keys.onLeftPressed: keus.naar(index - 1)
+                Keys.onRightPressed: keus.naar(index + 1)
+
+                Accessible.role: Accessible.RadioButton
+                Accessible.name: modelData.label
+                Accessible.checkable: true
+                Accessible.checked: gekozen
+                Accessible.onPressAction: druk()
+                Accessible.onToggleAction: druk()
+
+                TextMetrics { id: vette; font: BX.font(10.5, true); text: knop.modelData.label }
+                BXTekst {
+                    anchors { fill: parent; leftMargin: 2; rightMargin: 2 }
+                    horizontalAlignment: Text.AlignHCenter
+                    verticalAlignment: Text.AlignVCenter
+                    elide: Text.ElideRight
+                    text: knop.modelData.label
+                    grootte: 10.5
+                    vet: knop.gekozen
+                    color: knop.gekozen ? BX.bxZwart : BX.dek(BX.bx, 0.7)
+                    Accessible.ignored: true
+                }
+                BXFocusRand { toon: knop.toonFocus }
+            }
+        }
+    }
+}
