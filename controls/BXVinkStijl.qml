@@ -33,5 +33,5 @@ BXTweestand {
         color: BX.dek(BX.bxWit, 0.9)
         Accessible.ignored: true
     }
-    BXFocusRand { toon: vink.toonFocus }
+    BXFocusRand { anchors { leftMargin: -3; rightMargin: -3 } toon: vink.toonFocus }
 }

@@ -48,25 +48,9 @@ Rectangle {
             Staat { naam: "midden"; BXKeuze { opties: blad.scenes; keuze: "tunnel" } }
             Staat { naam: "laatste"; BXKeuze { opties: blad.scenes; keuze: "logo" } }
             Staat { naam: "geen"; BXKeuze { opties: blad.scenes } }
+            Staat { naam: "focus"; BXKeuze { opties: blad.scenes; keuze: "kubus"; toonFocus: true } }
+            Staat { naam: "ruim"; vol: true; BXKeuze { opties: blad.scenes; keuze: "kubus" } }
             Staat { naam: "krap"; BXKeuze { opties: blad.scenes; keuze: "kubus"; width: 110 } }
-        }
-        Vak {
-            naam: "BXUitleg"
-            BXUitleg { width: parent.width; tekst: "De regen valt over alle vensters heen. U kunt er doorheen klikken, en met elke toets gaat hij gewoon door." }
-        }
-        Vak {
-            naam: "BXLijn"
-            BXLijn {}
-        }
-        Vak {
-            naam: "BX"
-            Row {
-                spacing: 6
-                Repeater {
-                    model: [BX.bx, BX.bxMiddel, BX.bxDonker, BX.bxWit, BX.bxZwart, BX.bxOranje, BX.bxCijfer]
-                    delegate: BXVlak { required property color modelData; width: 24; height: 16; kleur: modelData; rand: BX.bxDonker }
-                }
-            }
         }
     }
     Column {
@@ -81,13 +65,14 @@ Rectangle {
             BXSchuif { width: parent.width; naam: "ondergrens"; waarde: 0; tekst: BX.bxProcent(waarde) }
             BXSchuif { width: parent.width; naam: "midden"; waarde: 0.256; tekst: BX.bxProcent(waarde) }
             BXSchuif { width: parent.width; naam: "bovengrens"; waarde: 1; tekst: BX.bxProcent(waarde) }
-            BXSchuif { width: parent.width; objectName: "schuiffocus"; naam: "focus"; waarde: 1234.5; bereik: [0, 2000]; tekst: BX.bxGetal(waarde, 1) }
+            BXSchuif { width: parent.width; objectName: "schuiffocus"; naam: "focus"; waarde: 12.5; bereik: [0, 20]; tekst: BX.bxGetal(waarde, 1) }
             BXSchuif { width: parent.width; naam: "Snelheid van de regen"; waarde: 0.7; tekst: BX.bxProcent(waarde) }
         }
         Vak {
             naam: "BXRij"
+            spacing: 2
             BXRij { width: parent.width; titel: "Regen"; status: "uit" }
-            BXRij { width: parent.width; objectName: "zweefrij"; titel: "Zwart scherm"; status: "na 10 minuten"; aan: true }
+            BXRij { width: parent.width; objectName: "wijsaan"; titel: "Zwart scherm"; status: "na 10 minuten"; aan: true }
             BXRij {
                 width: parent.width
                 titel: "Muziek"
@@ -107,6 +92,24 @@ Rectangle {
             naam: "BXMelding"
             BXMelding { width: parent.width; tekst: "Er is geen geluid om te volgen." }
             BXMelding { width: parent.width; tekst: "Dit bureaublad toont geen doorzichtige vensters. Zonder die kan de regen niet over uw werk vallen."; knop: "Hoe kan dat wel?" }
+        }
+        Vak {
+            naam: "BXUitleg"
+            BXUitleg { width: parent.width; tekst: "De regen valt over alle vensters heen. U kunt er doorheen klikken, en met elke toets gaat hij gewoon door." }
+        }
+        Vak {
+            naam: "BXLijn"
+            BXLijn {}
+        }
+        Vak {
+            naam: "BX"
+            Row {
+                spacing: 6
+                Repeater {
+                    model: [BX.bx, BX.bxMiddel, BX.bxDonker, BX.bxWit, BX.bxZwart, BX.bxOranje, BX.bxCijfer]
+                    delegate: BXVlak { required property color modelData; width: 24; height: 16; kleur: modelData; rand: BX.bxDonker }
+                }
+            }
         }
     }
 }

@@ -17,6 +17,7 @@ Item {
 
     BXTekst {
         id: etiket
+        anchors.verticalCenter: parent.verticalCenter
         text: staat.naam
         grootte: 10
         color: BX.bxMiddel

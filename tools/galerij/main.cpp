@@ -59,7 +59,8 @@ void stelIn(const char* naam, const QByteArray& waarde) {
     if (qEnvironmentVariableIsEmpty(naam)) qputenv(naam, waarde);
 }
 
-void toonStaten(QObject& blad) {
+void toonStaten(QQuickView& venster) {
+    const QObject& blad = *venster.rootObject();
     for (QQuickItem* item : blad.findChildren<QQuickItem*>(QStringLiteral("zweef"))) {
         QHoverEvent binnen(QEvent::HoverEnter, QPointF(1, 1), QPointF(1, 1), QPointF(-1, -1));
         QCoreApplication::sendEvent(item, &binnen);
@@ -67,6 +68,11 @@ void toonStaten(QObject& blad) {
     for (QQuickItem* item : blad.findChildren<QQuickItem*>(QStringLiteral("focus"))) {
         QFocusEvent in(QEvent::FocusIn, Qt::TabFocusReason);
         QCoreApplication::sendEvent(item, &in);
+    }
+    if (const auto* rij = blad.findChild<QQuickItem*>(QStringLiteral("wijsaan"))) {
+        const QPointF plek = rij->mapToScene({60.0, 10.0});
+        QMouseEvent wijs(QEvent::MouseMove, plek, plek, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&venster, &wijs);
     }
     brixtel::SchuifFocus::gedeeld().neem(QStringLiteral("focus"), nullptr);
 }
@@ -100,7 +106,7 @@ int main(int argc, char** argv) {
     venster.setSource(QUrl(QStringLiteral("qrc:/galerij/Galerij.qml")));
     if (venster.status() != QQuickView::Ready)
         return meld(QStringLiteral("de bediening is niet te laden"));
-    toonStaten(*venster.rootObject());
+    toonStaten(venster);
     if (!stil) {
         venster.show();
         return QGuiApplication::exec();
