@@ -1,22 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "controls/BX.h"
 
-#include <QGuiApplication>
 #include <QQmlEngine>
-#include <QScreen>
 #include <algorithm>
-#include <cmath>
 
 #include "controls/Getallen.h"
 #include "drawing/Thema.h"
 
 namespace brixtel {
-
-namespace {
-
-constexpr double kPuntenPerDuim = 72.0;
-
-}  // namespace
 
 const QColor& BXKleur::bx() {
     return Thema::groen();
@@ -41,13 +32,7 @@ const QColor& BXKleur::bxCijfer() {
 }
 
 QFont bxFont(double grootte, BXFontOpties opties) {
-    QFont font = Thema::font(grootte, {.vet = opties.vet});
-    const QScreen* scherm = QGuiApplication::primaryScreen();
-    if (grootte == std::round(grootte) || grootte <= 0.0 || !scherm) return font;
-    // Only the typographer's point comes in parts; a screen says how many of
-    // those go into its inch of layout.
-    font.setPointSizeF(grootte * kPuntenPerDuim / std::round(scherm->logicalDotsPerInchY()));
-    return font;
+    return Thema::font(grootte, {.vet = opties.vet});
 }
 
 void bxBereid(QQmlEngine& machine) {

@@ -10,12 +10,18 @@ Item {
     property string tekst
     readonly property Item blad: bij && bij.Window.window ? bij.Window.window.contentItem : null
 
+    readonly property bool aangewezen: bij !== null && bij.zweef
+
     visible: false
+    onAangewezenChanged: {
+        vak.visible = false;
+        if (aangewezen) wacht.restart();
+        else wacht.stop();
+    }
 
     Timer {
+        id: wacht
         interval: 700
-        running: hulp.bij !== null && hulp.bij.zweef
-        onRunningChanged: if (!running) vak.visible = false
         onTriggered: {
             const plek = hulp.bij.mapToItem(hulp.blad, 0, hulp.bij.height + 4);
             vak.x = Math.max(0, Math.min(plek.x, hulp.blad.width - vak.width));

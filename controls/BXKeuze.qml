@@ -61,7 +61,7 @@ BXKeuzeBasis {
 
                 width: links + rechts + gevraagd + (keus.over < 0 ? keus.over * gevraagd / rij.gevraagd : keus.over / knoppen.count)
                 height: keus.height
-                activeFocusOnTab: gekozen || (keus.gekozen < 0 && index === 0)
+                activeFocusOnTab: gekozen || activeFocus || (keus.gekozen < 0 && index === 0)
                 onGedrukt: keus.kies(index)
                 onToonFocusChanged: keus.toonFocus = toonFocus
                 Keys.onLeftPressed: keus.naar(index - 1)

@@ -24,7 +24,8 @@ BXSchuifBasis::BXSchuifBasis(QQuickItem* ouder) : QQuickItem(ouder) {
 }
 
 BXSchuifBasis::~BXSchuifBasis() {
-    if (hasActiveFocus()) SchuifFocus::gedeeld().laatLos(naam_);
+    disconnect(&SchuifFocus::gedeeld(), nullptr, this, nullptr);
+    if (toetsenbord_) SchuifFocus::gedeeld().laatLos(naam_);
 }
 
 SchuifRekenen BXSchuifBasis::reken() const {
@@ -35,7 +36,7 @@ SchuifRekenen BXSchuifBasis::reken() const {
 void BXSchuifBasis::zetNaam(const QString& naam) {
     if (naam_ == naam) return;
     naam_ = naam;
-    if (hasActiveFocus()) neemFocus();
+    if (toetsenbord_) neemFocus();
     Q_EMIT naamChanged();
     Q_EMIT actiefChanged();
 }
@@ -119,11 +120,13 @@ void BXSchuifBasis::keyPressEvent(QKeyEvent* event) {
 
 void BXSchuifBasis::focusInEvent(QFocusEvent* event) {
     QQuickItem::focusInEvent(event);
+    toetsenbord_ = true;
     neemFocus();
 }
 
 void BXSchuifBasis::focusOutEvent(QFocusEvent* event) {
     QQuickItem::focusOutEvent(event);
+    toetsenbord_ = false;
     SchuifFocus::gedeeld().laatLos(naam_);
 }
 

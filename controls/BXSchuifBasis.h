@@ -95,6 +95,7 @@ class BXSchuifBasis : public QQuickItem {
     QString naam_, tekst_;
     double waarde_ = 0.0, stap_ = 0.0, naamBreedte_ = 92.0;
     QList<double> bereik_{0.0, 1.0};
+    bool toetsenbord_ = false;
 };
 
 }  // namespace brixtel

@@ -14,11 +14,14 @@ constexpr double kMeesteBalken = 10'000.0;
 }  // namespace
 
 SchuifRekenen::SchuifRekenen(const Opties& opties)
-    : onder_(std::min(opties.onder, opties.boven)), boven_(std::max(opties.onder, opties.boven)) {
+    : onder_(std::min(opties.onder, opties.boven)),
+      boven_(std::max(opties.onder, opties.boven)),
+      stap_(opties.stap) {
     if (!std::isfinite(opties.onder) || !std::isfinite(opties.boven)) onder_ = boven_ = 0.0;
-    // Hundredths apart, since the width of the widest range is no finite number.
-    const bool eigen = opties.stap > 0.0 && std::isfinite(opties.stap);
-    stap_ = eigen ? opties.stap : boven_ / 100.0 - onder_ / 100.0;
+    if (stap_ > 0.0 && std::isfinite(stap_)) return;
+    // The width of the widest range is no finite number.
+    const double breed = boven_ - onder_;
+    stap_ = std::isfinite(breed) ? breed / 100.0 : boven_ / 100.0 - onder_ / 100.0;
 }
 
 double SchuifRekenen::binnen(double waarde) const {
