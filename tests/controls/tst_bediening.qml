@@ -188,20 +188,20 @@ Item {
             const bol = deel(schakel, "knop");
             compare([baan.width, baan.height], [34, 16]);
             compare([bol.width, bol.height, bol.y], [13, 11, 2.5]);
-            tryCompare(bol, "x", 2.5);
+            tryCompare(bol, "x", 2.5, 10000);
             staat.aan = true;
-            tryCompare(bol, "x", 34 - 13 - 2.5);
+            tryCompare(bol, "x", 34 - 13 - 2.5, 10000);
         }
         function test_switch_changes_colour() {
             const baan = deel(schakel, "baan");
             const bol = deel(schakel, "knop");
-            tryCompare(bol, "kleur", BX.bxDonker);
-            tryCompare(baan, "rand", BX.bxDonker);
+            tryCompare(bol, "kleur", BX.bxDonker, 10000);
+            tryCompare(baan, "rand", BX.bxDonker, 10000);
             compare(baan.kleur.a, 0);
             staat.aan = true;
-            tryCompare(bol, "kleur", BX.bx);
-            tryCompare(baan, "kleur", BX.dek(BX.bx, 0.22));
-            tryCompare(baan, "rand", BX.dek(BX.bx, 0.9));
+            tryCompare(bol, "kleur", BX.bx, 10000);
+            tryCompare(baan, "kleur", BX.dek(BX.bx, 0.22), 10000);
+            tryCompare(baan, "rand", BX.dek(BX.bx, 0.9), 10000);
         }
         function test_switch_moves_in_a_twelfth_of_a_second() {
             compare(schakel.duur, 120);
@@ -372,7 +372,7 @@ Item {
             verify(rij.height > dicht + 10);
             rij.open = false;
             compare(rij.height, dicht);
-            tryVerify(() => deel(rij, "optie") === null);
+            tryVerify(() => deel(rij, "optie") === null, 10000);
         }
         function test_row_asks_its_owner_to_open_it() {
             mouseClick(rij, 8, 10);
@@ -409,7 +409,7 @@ Item {
         function test_row_has_a_background_under_the_pointer() {
             verify(!rij.zweef);
             mouseMove(rij, 150, 10);
-            tryVerify(() => rij.zweef);
+            tryVerify(() => rij.zweef, 10000);
             verify(deel(rij, "achtergrond").kleur.a > 0);
         }
         function test_row_switch_keeps_what_it_is_bound_to() {
@@ -445,9 +445,9 @@ Item {
         function test_notice_grows_with_its_text() {
             const hoog = kaal.height;
             kaal.tekst = "Er is geen geluid. ".repeat(10);
-            tryVerify(() => kaal.height > 2 * hoog);
+            tryVerify(() => kaal.height > 2 * hoog, 10000);
             kaal.tekst = "Er is geen geluid.";
-            tryCompare(kaal, "height", hoog);
+            tryCompare(kaal, "height", hoog, 10000);
         }
         function test_explanation_is_medium_green_10() {
             gekleurd(uitleg.color, BX.bxMiddel);

@@ -52,6 +52,16 @@ Rectangle {
             Staat { naam: "ruim"; vol: true; BXKeuze { opties: blad.scenes; keuze: "kubus" } }
             Staat { naam: "krap"; BXKeuze { opties: blad.scenes; keuze: "kubus"; width: 110 } }
         }
+        Vak {
+            naam: "BX"
+            Row {
+                spacing: 6
+                Repeater {
+                    model: [BX.bx, BX.bxMiddel, BX.bxDonker, BX.bxWit, BX.bxZwart, BX.bxOranje, BX.bxCijfer]
+                    delegate: BXVlak { required property color modelData; width: 24; height: 16; kleur: modelData; rand: BX.bxDonker }
+                }
+            }
+        }
     }
     Column {
         id: rechts
@@ -100,16 +110,6 @@ Rectangle {
         Vak {
             naam: "BXLijn"
             BXLijn {}
-        }
-        Vak {
-            naam: "BX"
-            Row {
-                spacing: 6
-                Repeater {
-                    model: [BX.bx, BX.bxMiddel, BX.bxDonker, BX.bxWit, BX.bxZwart, BX.bxOranje, BX.bxCijfer]
-                    delegate: BXVlak { required property color modelData; width: 24; height: 16; kleur: modelData; rand: BX.bxDonker }
-                }
-            }
         }
     }
 }
