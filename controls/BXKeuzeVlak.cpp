@@ -33,8 +33,8 @@ void BXKeuzeVlak::teken(QPainter& painter, QSize maat, double schaal) const {
     const auto van = std::lround(van_ * schaal), tot = std::lround(tot_ * schaal);
     if (tot > van) {
         QPainterPath deel;
-        deel.addRect(QRectF(static_cast<double>(van), 0.0, static_cast<double>(tot - van),
-                            maat.height()));
+        deel.addRect(
+            QRectF(static_cast<double>(van), 0.0, static_cast<double>(tot - van), maat.height()));
         painter.fillPath(omtrek & deel, BXKleur::bx());
     }
     painter.strokePath(omtrek, QPen(BXKleur::bxMiddel(), dikte));

@@ -87,7 +87,8 @@ class KeuzeTest : public testing::Test {
   protected:
     KeuzeTest() {
         QVariantList opties;
-        for (const QVariant& waarde : {QVariant(1), QVariant(QStringLiteral("twee")), QVariant(3.5)})
+        for (const QVariant& waarde :
+             {QVariant(1), QVariant(QStringLiteral("twee")), QVariant(3.5)})
             opties << QVariantMap{{QStringLiteral("waarde"), waarde},
                                   {QStringLiteral("label"), QStringLiteral("x")}};
         keuze.zetOpties(opties);

@@ -16,8 +16,8 @@ namespace {
 // roundings of another processor.
 constexpr platform::test::PictureLimits kGrens{.largest = 8, .mean = 0.05};
 
-constexpr const char* kNamen[] = {"BX",       "BXKeuze",        "BXKnop",   "BXLijn",   "BXMelding",
-                                  "BXRij",    "BXSchakelStijl", "BXSchuif", "BXUitleg", "BXVinkStijl"};
+constexpr const char* kNamen[] = {"BX",    "BXKeuze",        "BXKnop",   "BXLijn",   "BXMelding",
+                                  "BXRij", "BXSchakelStijl", "BXSchuif", "BXUitleg", "BXVinkStijl"};
 
 class GalerijTest : public testing::TestWithParam<const char*> {
   protected:
@@ -49,7 +49,8 @@ TEST_P(GalerijTest, EveryControlLooksAsStored) {
     EXPECT_EQ(fouten, QString()) << "no warning is printed";
     for (const char* naam : kNamen) {
         const QString bestand = QStringLiteral("%1.png").arg(QLatin1String(naam));
-        const QImage moet(QStringLiteral(BRIXTEL_TEST_DATA "/bediening/%1/%2").arg(schaal, bestand));
+        const QImage moet(
+            QStringLiteral(BRIXTEL_TEST_DATA "/bediening/%1/%2").arg(schaal, bestand));
         ASSERT_FALSE(moet.isNull()) << naam;
         EXPECT_TRUE(platform::test::agree(QImage(uit() + bestand), moet,
                                           std::string(naam) + "-" + GetParam(), kGrens));

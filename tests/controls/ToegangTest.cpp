@@ -137,12 +137,18 @@ class ToegangTest : public testing::Test {
 
 TEST_F(ToegangTest, FindsEveryControlByItsName) {
     const std::pair<AtspiRole, const char*> bediening[] = {
-        {ATSPI_ROLE_PUSH_BUTTON, "Toon nu"},      {ATSPI_ROLE_LABEL, "0 keer gedrukt"},
-        {ATSPI_ROLE_CHECK_BOX, "Regen"},          {ATSPI_ROLE_CHECK_BOX, "Ook bij stilte"},
-        {ATSPI_ROLE_RADIO_BUTTON, "Bol"},         {ATSPI_ROLE_RADIO_BUTTON, "Kubus"},
-        {ATSPI_ROLE_SLIDER, "Dichtheid"},         {ATSPI_ROLE_PANEL, "Muziek"},
-        {ATSPI_ROLE_PUSH_BUTTON, "Toon de opties"}, {ATSPI_ROLE_CHECK_BOX, "Muziek"},
-        {ATSPI_ROLE_LABEL, "stil"},               {ATSPI_ROLE_ALERT, "Er is geen geluid."},
+        {ATSPI_ROLE_PUSH_BUTTON, "Toon nu"},
+        {ATSPI_ROLE_LABEL, "0 keer gedrukt"},
+        {ATSPI_ROLE_CHECK_BOX, "Regen"},
+        {ATSPI_ROLE_CHECK_BOX, "Ook bij stilte"},
+        {ATSPI_ROLE_RADIO_BUTTON, "Bol"},
+        {ATSPI_ROLE_RADIO_BUTTON, "Kubus"},
+        {ATSPI_ROLE_SLIDER, "Dichtheid"},
+        {ATSPI_ROLE_PANEL, "Muziek"},
+        {ATSPI_ROLE_PUSH_BUTTON, "Toon de opties"},
+        {ATSPI_ROLE_CHECK_BOX, "Muziek"},
+        {ATSPI_ROLE_LABEL, "stil"},
+        {ATSPI_ROLE_ALERT, "Er is geen geluid."},
         {ATSPI_ROLE_PUSH_BUTTON, "Zoek"}};
     for (const auto& [rol, met] : bediening)
         EXPECT_TRUE(vind(rol, met)) << met;
@@ -217,9 +223,8 @@ TEST_F(ToegangTest, StepsASliderFiveStepsAtATime) {
 TEST_F(ToegangTest, ChoosesAnOption) {
     EXPECT_TRUE(heeft(vind(ATSPI_ROLE_RADIO_BUTTON, "Bol").get(), ATSPI_STATE_CHECKED));
     ASSERT_TRUE(doe(vind(ATSPI_ROLE_RADIO_BUTTON, "Kubus").get(), "Press"));
-    EXPECT_TRUE(wordt(ATSPI_ROLE_RADIO_BUTTON, "Kubus", [](AtspiAccessible* nu) {
-        return heeft(nu, ATSPI_STATE_CHECKED);
-    }));
+    EXPECT_TRUE(wordt(ATSPI_ROLE_RADIO_BUTTON, "Kubus",
+                      [](AtspiAccessible* nu) { return heeft(nu, ATSPI_STATE_CHECKED); }));
     EXPECT_FALSE(heeft(vind(ATSPI_ROLE_RADIO_BUTTON, "Bol").get(), ATSPI_STATE_CHECKED));
 }
 
