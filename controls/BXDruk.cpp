@@ -3,6 +3,15 @@
 
 namespace brixtel {
 
+namespace {
+
+// Going to another window and coming back is no change of focus.
+bool isVensterwissel(const QFocusEvent& event) {
+    return event.reason() == Qt::ActiveWindowFocusReason || event.reason() == Qt::PopupFocusReason;
+}
+
+}  // namespace
+
 BXDruk::BXDruk(QQuickItem* ouder) : QQuickItem(ouder) {
     setAcceptHoverEvents(true);
     setAcceptedMouseButtons(Qt::LeftButton);
@@ -55,11 +64,12 @@ void BXDruk::keyPressEvent(QKeyEvent* event) {
 
 void BXDruk::focusInEvent(QFocusEvent* event) {
     QQuickItem::focusInEvent(event);
-    zetToonFocus(event->reason() != Qt::MouseFocusReason);
+    zetToonFocus(isVensterwissel(*event) ? toondeFocus_ : event->reason() != Qt::MouseFocusReason);
 }
 
 void BXDruk::focusOutEvent(QFocusEvent* event) {
     QQuickItem::focusOutEvent(event);
+    toondeFocus_ = isVensterwissel(*event) && toonFocus_;
     zetToonFocus(false);
 }
 

@@ -48,6 +48,7 @@ class BXDruk : public QQuickItem {
 
     bool zweef_ = false;
     bool toonFocus_ = false;
+    bool toondeFocus_ = false;  // when its window was left
 };
 
 }  // namespace brixtel

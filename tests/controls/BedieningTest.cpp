@@ -49,6 +49,52 @@ TEST(BXFont, IsTheThemesToTheNearestWholeSize) {
     EXPECT_EQ(bxFont(10.5, {.vet = true}), Thema::font(11.0, {.vet = true}));
 }
 
+void focus(QObject& item, QEvent::Type soort, Qt::FocusReason reden) {
+    QFocusEvent event(soort, reden);
+    QCoreApplication::sendEvent(&item, &event);
+}
+
+TEST(BXDruk, ShowsTheFocusAgainAfterAnotherWindow) {
+    BXDruk druk;
+    focus(druk, QEvent::FocusIn, Qt::TabFocusReason);
+    focus(druk, QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+    EXPECT_FALSE(druk.toonFocus());
+    focus(druk, QEvent::FocusIn, Qt::ActiveWindowFocusReason);
+    EXPECT_TRUE(druk.toonFocus());
+}
+
+TEST(BXDruk, WhatWasClickedShowsNoFocusAfterAnotherWindowEither) {
+    BXDruk druk;
+    focus(druk, QEvent::FocusIn, Qt::MouseFocusReason);
+    focus(druk, QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+    focus(druk, QEvent::FocusIn, Qt::ActiveWindowFocusReason);
+    EXPECT_FALSE(druk.toonFocus());
+}
+
+TEST(BXDruk, AHeldKeyPressesOnce) {
+    BXDruk druk;
+    QSignalSpy gedrukt(&druk, &BXDruk::gedrukt);
+    for (const bool herhaald : {false, true, true}) {
+        QKeyEvent toets(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, QString(), herhaald);
+        QCoreApplication::sendEvent(&druk, &toets);
+        EXPECT_TRUE(toets.isAccepted());
+    }
+    EXPECT_EQ(gedrukt.count(), 1);
+}
+
+TEST(BXDruk, OtherKeysAreForOthers) {
+    BXDruk druk;
+    QSignalSpy gedrukt(&druk, &BXDruk::gedrukt);
+    for (const auto& [knop, bij] :
+         {std::pair(Qt::Key_A, Qt::KeyboardModifiers()),
+          std::pair(Qt::Key_Return, Qt::KeyboardModifiers(Qt::AltModifier))}) {
+        QKeyEvent toets(QEvent::KeyPress, knop, bij);
+        QCoreApplication::sendEvent(&druk, &toets);
+        EXPECT_FALSE(toets.isAccepted());
+    }
+    EXPECT_EQ(gedrukt.count(), 0);
+}
+
 TEST(BXTweestand, APressFlipsIt) {
     BXTweestand stand;
     QSignalSpy gewisseld(&stand, &BXTweestand::gewisseld);
@@ -228,8 +274,7 @@ TEST_F(SchuifTest, IsActiveWhenTheFocusNamesIt) {
 }
 
 TEST_F(SchuifTest, TheFocusOutlivesTheSlider) {
-    QFocusEvent in(QEvent::FocusIn);
-    QCoreApplication::sendEvent(schuif.get(), &in);
+    focus(*schuif, QEvent::FocusIn, Qt::TabFocusReason);
     const SchuifFocus::Verzet verzet = SchuifFocus::gedeeld().verzet();
     ASSERT_TRUE(verzet);
     verzet(1);
