@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "BrixtelSaver/InstellingenVenster.h"
 
+#include <QEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
@@ -112,8 +113,13 @@ QPushButton* InstellingenVenster::maakKlaarKnop() {
 }
 
 void InstellingenVenster::gekozenKnop(const QAbstractButton* knop) {
-    for (QRadioButton* een : knoppen_)
+    for (QRadioButton* een : knoppen_) {
+        // Qt keeps the last one of a group on.
+        een->setAutoExclusive(false);
         een->setChecked(een == knop);
+    }
+    for (QRadioButton* een : knoppen_)
+        een->setAutoExclusive(true);
 }
 
 void InstellingenVenster::sluit() {
@@ -131,6 +137,7 @@ void InstellingenVenster::sluit() {
 void InstellingenVenster::orderFront(std::uint32_t above) {
     winId();  // so that there is a window to speak of
     platform::askForDarkFrame(*windowHandle());
+    platform::askForTitleOnly(*windowHandle());
     if (const auto plaats = above != 0 ? platform::placeOf(above) : std::nullopt) {
         onder_.reset(QWindow::fromWinId(above));
         windowHandle()->setTransientParent(onder_.get());
@@ -139,6 +146,14 @@ void InstellingenVenster::orderFront(std::uint32_t above) {
     show();
     raise();
     activateWindow();
+}
+
+void InstellingenVenster::changeEvent(QEvent* event) {
+    QDialog::changeEvent(event);
+    // Some window managers offer it all the same, and over a full screen nobody
+    // would find it again.
+    if (event->type() == QEvent::WindowStateChange && isMinimized())
+        QMetaObject::invokeMethod(this, &QWidget::showNormal, Qt::QueuedConnection);
 }
 
 void InstellingenVenster::orderOut() {

@@ -46,6 +46,9 @@ class InstellingenVenster final : public QDialog, public platform::Sheet {
     // Escape and the window manager's wish to close: not a way to close it.
     void reject() override {}
 
+  protected:
+    void changeEvent(QEvent* event) override;
+
   private:
     void maakOpschrift(const QString& tekst, const QFont& font, const QColor& kleur, QRect vak);
     void maakKnop(std::size_t plaats, SaverKeuze bewaard);

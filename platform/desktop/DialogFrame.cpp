@@ -3,6 +3,7 @@
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <array>
 #include <string_view>
 
 #include "platform/desktop/ScreenSpace.h"
@@ -25,6 +26,13 @@ xcb_atom_t atom(xcb_connection_t* connection, std::string_view name) {
     return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
+// The words of _MOTIF_WM_HINTS, which every window manager of today reads.
+struct MotifHints {
+    static constexpr std::uint32_t kFunctions = 1U << 0, kDecorations = 1U << 1;
+    static constexpr std::uint32_t kMove = 1U << 2;
+    static constexpr std::uint32_t kBorder = 1U << 1, kTitle = 1U << 3;
+};
+
 }  // namespace
 
 void askForDarkFrame(QWindow& window) {
@@ -35,6 +43,18 @@ void askForDarkFrame(QWindow& window) {
                         static_cast<xcb_window_t>(window.winId()),
                         atom(connection, "_GTK_THEME_VARIANT"), atom(connection, "UTF8_STRING"), 8,
                         static_cast<std::uint32_t>(kDark.size()), kDark.data());
+}
+
+void askForTitleOnly(QWindow& window) {
+    xcb_connection_t* const connection = qtConnection();
+    if (!connection) return;
+    const xcb_atom_t hints = atom(connection, "_MOTIF_WM_HINTS");
+    const std::array<std::uint32_t, 5> words{MotifHints::kFunctions | MotifHints::kDecorations,
+                                             MotifHints::kMove,
+                                             MotifHints::kBorder | MotifHints::kTitle, 0, 0};
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE,
+                        static_cast<xcb_window_t>(window.winId()), hints, hints, 32,
+                        static_cast<std::uint32_t>(words.size()), words.data());
 }
 
 std::optional<QRect> placeOf(std::uint32_t xWindow) {

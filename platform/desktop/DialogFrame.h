@@ -11,6 +11,11 @@ namespace platform {
 // made and not yet shown. Those that know no dark frames give the ordinary one.
 void askForDarkFrame(QWindow& window);
 
+// Asks it, of such a window, for a title bar and nothing to close, shrink, grow
+// or resize the window with; it can still be moved. Some leave the buttons there
+// all the same.
+void askForTitleOnly(QWindow& window);
+
 // Where the content of a window is on screen, in Qt's points; any program's
 // window, by its X id. None if there is no such window.
 [[nodiscard]] std::optional<QRect> placeOf(std::uint32_t xWindow);

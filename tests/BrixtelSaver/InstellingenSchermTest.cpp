@@ -7,6 +7,7 @@
 #include <QProcess>
 #include <QRadioButton>
 #include <QScreen>
+#include <QWindow>
 
 #include "BrixtelSaver/BrixtelSaver.h"
 #include "BrixtelSaver/InstellingenVenster.h"
@@ -148,6 +149,50 @@ TEST_F(Blad, EscapeAndTheWindowManagersClosingLeaveItOpen) {
     EXPECT_TRUE(blad->isShown());
     toets("Return");
     verwacht(SaverKeuze::tunnel);
+}
+
+// The numbers that xprop prints after the equals sign.
+QList<QByteArray> woorden(const QByteArray& regel) {
+    QList<QByteArray> alle;
+    for (const QByteArray& woord : regel.mid(regel.indexOf('=') + 1).split(','))
+        alle << woord.trimmed();
+    return alle;
+}
+
+TEST_F(Blad, TheWindowManagerIsAskedForATitleAloneAndAFixedSize) {
+    toon();
+    const auto eigenschap = [this](const char* naam) {
+        return hulp(
+            QStringLiteral("xprop -id %1 -notype %2").arg(blad->winId()).arg(QLatin1String(naam)));
+    };
+    // Functions and decorations given; moved, with a border and a title, and no more.
+    EXPECT_EQ(woorden(eigenschap("_MOTIF_WM_HINTS")),
+              (QList<QByteArray>{"0x3", "0x4", "0xa", "0x0", "0x0"}));
+    EXPECT_EQ(woorden(eigenschap("_NET_WM_WINDOW_TYPE")).first(), "_NET_WM_WINDOW_TYPE_DIALOG");
+    const QByteArray maten = eigenschap("WM_NORMAL_HINTS");
+    EXPECT_TRUE(maten.contains("minimum size: 380 by 286")) << maten.data();
+    EXPECT_TRUE(maten.contains("maximum size: 380 by 286")) << maten.data();
+    const QByteArray mag = eigenschap("_NET_WM_ALLOWED_ACTIONS");
+    EXPECT_TRUE(mag.contains("_NET_WM_ACTION_MOVE")) << mag.data();
+    EXPECT_FALSE(mag.contains("_NET_WM_ACTION_RESIZE")) << mag.data();
+    EXPECT_FALSE(mag.contains("_NET_WM_ACTION_MAXIMIZE")) << mag.data();
+}
+
+TEST_F(Blad, MinimisedAllTheSameItComesBack) {
+    toon();
+    int keer = 0;
+    QObject::connect(blad->windowHandle(), &QWindow::windowStateChanged,
+                     [&](Qt::WindowState stand) { keer += stand == Qt::WindowMinimized; });
+    hulp(QStringLiteral("xdotool windowminimize %1").arg(blad->winId()));
+    EXPECT_TRUE(until([&] { return keer > 0 && !blad->isMinimized(); }, 20'000));
+    EXPECT_TRUE(until(
+        [this] {
+            return hulp(QStringLiteral("xwininfo -id %1").arg(blad->winId()))
+                .contains("IsViewable");
+        },
+        20'000));
+    toets("Return");
+    verwacht(SaverKeuze::logo);
 }
 
 TEST_F(Blad, ItLiesInTheMiddleOfItsWindowAndBelongsToIt) {
