@@ -102,7 +102,9 @@ void WindowCore::fit() {
 
 QScreen* WindowCore::screen() const {
     if (own) return own->screen();
-    return drawing ? screenUnderPixels(drawing->geometry()) : nullptr;
+    // One that is not yet made will be where its frame is.
+    return drawing ? screenUnderPixels(drawing->geometry())
+                   : screenUnderQt(toQt(window_.options_.frame));
 }
 
 double WindowCore::scale() const {

@@ -338,6 +338,18 @@ TEST_F(TwoScreens, AFullScreenWindowOnEach) {
     EXPECT_EQ(window.screen(), right);
 }
 
+TEST_F(TwoScreens, AWindowNotYetShownHasTheScaleOfTheScreenItWillBeOn) {
+    const auto left = named(QStringLiteral("left")), right = named(QStringLiteral("right"));
+    ASSERT_TRUE(left && right);
+    for (const WindowStyle style : {WindowStyle::FullScreen, WindowStyle::Titled}) {
+        EXPECT_EQ(Window(server, {.frame = left->frame, .style = style}).backingScaleFactor(), 1.0);
+        const Window window(server, {.frame = right->frame, .style = style});
+        EXPECT_EQ(window.backingScaleFactor(), 2.0);
+        EXPECT_EQ(window.screen(), right);
+        EXPECT_EQ(window.contentView()->frame().size(), right->frame.size());
+    }
+}
+
 TEST_F(TwoScreens, AHostsWindowHasTheScaleOfItsScreen) {
     const xcb_window_t id = x->makeWindow({.width = 200, .height = 100, .x = 400, .y = 100});
     Window window(server, platform::HostWindow{.id = id});
