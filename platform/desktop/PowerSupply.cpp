@@ -29,14 +29,16 @@ bool isOnBattery(const std::filesystem::path& supplies) {
     std::error_code error;
     for (auto at = std::filesystem::directory_iterator(supplies, error);
          !error && at != std::filesystem::directory_iterator(); at.increment(error)) {
+        // A mouse's battery, or its charger, is none of the machine's.
+        if (word(at->path() / "scope") == "Device") continue;
         const std::string type = word(at->path() / "type");
-        if (type == "Battery") {
-            // A mouse's battery is none of the machine's.
-            const bool own = word(at->path() / "scope") != "Device";
-            emptied = emptied || (own && word(at->path() / "status") == "Discharging");
-        } else if (word(at->path() / "online") == "1") {
-            return false;
+        if (type == "Battery" || type == "UPS") {
+            emptied = emptied || word(at->path() / "status") == "Discharging";
+            continue;
         }
+        // 1 for a fixed voltage, 2 for one that was agreed upon.
+        const std::string online = word(at->path() / "online");
+        if (online == "1" || online == "2") return false;
     }
     return emptied;
 }

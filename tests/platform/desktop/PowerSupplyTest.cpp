@@ -54,8 +54,44 @@ TEST_F(Supplies, OneFedOverItsUsbPlug) {
     supply("BAT0", "Battery", {{"status", "Discharging"}});
     supply("ucsi-source-psy-1", "USB", {{"online", "0"}});
     EXPECT_TRUE(onBattery());
-    supply("ucsi-source-psy-1", "USB", {{"online", "1"}});
+    for (const char* online : {"1", "2"}) {
+        supply("ucsi-source-psy-1", "USB", {{"online", online}});
+        EXPECT_FALSE(onBattery()) << online;
+    }
+}
+
+TEST_F(Supplies, AMachineOnItsUninterruptibleSupply) {
+    supply("ups", "UPS", {{"status", "Full"}});
     EXPECT_FALSE(onBattery());
+    supply("ups", "UPS", {{"status", "Discharging"}});
+    EXPECT_TRUE(onBattery());
+}
+
+TEST_F(Supplies, AMousesChargerFeedsNotTheMachine) {
+    supply("BAT0", "Battery", {{"status", "Discharging"}});
+    supply("charger", "Wireless", {{"online", "1"}, {"scope", "Device"}});
+    EXPECT_TRUE(onBattery());
+}
+
+TEST_F(Supplies, OddWordsAreNoFeedAndNoBattery) {
+    for (const char* odd : {"", "-1", "yes", "\xff\xfe", "1x"}) {
+        supply("AC", "Mains", {{"online", odd}});
+        supply("BAT0", "Battery", {{"status", "Discharging"}});
+        EXPECT_TRUE(onBattery()) << odd;
+        supply("BAT0", "Battery", {{"status", odd}});
+        EXPECT_FALSE(onBattery()) << odd;
+    }
+    supply("BAT0", std::string(100'000, 'B'), {{"status", "Discharging"}});
+    EXPECT_FALSE(onBattery());
+}
+
+TEST_F(Supplies, LinksThatLeadNowhereAndFoldersForFilesAreNone) {
+    std::filesystem::create_symlink("BAT0", map / "BAT0");
+    std::filesystem::create_symlink("gone", map / "AC");
+    std::filesystem::create_directories(map / "BAT1/type");
+    EXPECT_FALSE(onBattery());
+    supply("BAT2", "Battery", {{"status", "Discharging"}});
+    EXPECT_TRUE(onBattery());
 }
 
 TEST_F(Supplies, OneOfTwoBatteriesIsEmptied) {
