@@ -11,12 +11,12 @@
 #include <QRegularExpression>
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <functional>
 #include <memory>
 #include <utility>
 
 #include "hosts/saver/ProgrammaLijst.h"
+#include "hosts/saver/Reden.h"
 
 namespace brixtel {
 
@@ -52,8 +52,7 @@ struct Mis {
 }
 
 [[noreturn]] void misDoor(const char* wat, int nummer) {
-    throw Mis{QString::fromUtf8(wat) + QStringLiteral(": ") +
-              QString::fromLocal8Bit(std::strerror(nummer))};
+    throw Mis{QString::fromUtf8(wat) + QStringLiteral(": ") + reden(nummer)};
 }
 
 // The settings file as it is now.

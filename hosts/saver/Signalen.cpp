@@ -87,6 +87,21 @@ void laatDoor() {
     pthread_sigmask(SIG_UNBLOCK, &alle, nullptr);
 }
 
+// All that came since the last time, of which an end counts before a beginning
+// and many beginnings are one: the signal, or 0.
+int leegPijp() {
+    int signaal = 0;
+    std::array<unsigned char, 256> nummers{};
+    for (;;) {
+        const ssize_t aantal = read(pijp[0], nummers.data(), nummers.size());
+        if (aantal <= 0) return signaal;
+        for (ssize_t i = 0; i < aantal; ++i) {
+            const int nummer = nummers[static_cast<std::size_t>(i)];
+            if (signaal == 0 || signaal == SIGUSR1) signaal = nummer;
+        }
+    }
+}
+
 }  // namespace
 
 Signalen::Signalen(std::function<void(int)> einde, std::function<void()> opnieuw) {
@@ -94,11 +109,10 @@ Signalen::Signalen(std::function<void(int)> einde, std::function<void()> opnieuw
     melder_ = std::make_unique<QSocketNotifier>(pijp[0], QSocketNotifier::Read);
     QObject::connect(melder_.get(), &QSocketNotifier::activated,
                      [einde = std::move(einde), opnieuw = std::move(opnieuw)] {
-                         unsigned char nummer = 0;
-                         if (read(pijp[0], &nummer, 1) != 1) return;
-                         if (nummer != SIGUSR1)
-                             einde(nummer);
-                         else if (opnieuw)
+                         const int signaal = leegPijp();
+                         if (signaal != 0 && signaal != SIGUSR1)
+                             einde(signaal);
+                         else if (signaal != 0 && opnieuw)
                              opnieuw();
                      });
     maakWekker();

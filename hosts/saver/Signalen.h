@@ -17,7 +17,8 @@ namespace brixtel {
 class Signalen {
   public:
     // `einde` is given the signal's number; SIGUSR1 calls `opnieuw` if there is one,
-    // and does nothing otherwise.
+    // and does nothing otherwise. Of several before the main thread's next turn an
+    // end counts before a new beginning, and many of those are one.
     explicit Signalen(std::function<void(int)> einde, std::function<void()> opnieuw = {});
     ~Signalen();
     Signalen(const Signalen&) = delete;

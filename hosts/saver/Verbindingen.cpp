@@ -7,9 +7,9 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
 
 #include "connections/Overzicht.h"
+#include "hosts/saver/Reden.h"
 #include "hosts/saver/Signalen.h"
 
 namespace brixtel {
@@ -66,8 +66,7 @@ QString toonVerbindingen(bool json, const VerbindingWacht::Bron& bron) {
     const auto lengte = static_cast<std::size_t>(tekst.size());
     const bool alles = std::fwrite(tekst.constData(), 1, lengte, stdout) == lengte;
     if (alles && std::fflush(stdout) == 0) return {};
-    return QStringLiteral("de verbindingen zijn niet te schrijven: ") +
-           QString::fromLocal8Bit(std::strerror(errno));
+    return QStringLiteral("de verbindingen zijn niet te schrijven: ") + reden(errno);
 }
 
 }  // namespace brixtel

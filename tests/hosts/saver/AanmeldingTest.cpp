@@ -2,6 +2,8 @@
 #include "hosts/saver/Aanmelding.h"
 
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -195,7 +197,7 @@ TEST_F(Aanmelding, AFileThatMayNotBeReadOrChangedIsRefused) {
     // Nothing can come out of it that is not in it.
     const Bericht bericht = aan();
     EXPECT_FALSE(bericht.gelukt);
-    EXPECT_TRUE(bericht.regel.contains(QStringLiteral("kan niet vervangen worden")))
+    EXPECT_TRUE(bericht.regel.contains(QStringLiteral("kan niet vervangen worden: dat mag niet")))
         << qPrintable(bericht.regel);
     ASSERT_EQ(chmod(QFile::encodeName(map.path()).constData(), 0700), 0);
     EXPECT_EQ(lees(naam()), kTekst);
@@ -208,6 +210,26 @@ TEST_F(Aanmelding, ABackupThatCannotBeMadeStopsIt) {
     EXPECT_FALSE(aan().gelukt);
     EXPECT_EQ(lees(naam()), kTekst);
     EXPECT_EQ(inhoud().size(), 2) << qPrintable(inhoud().join(u' '));
+}
+
+TEST_F(Aanmelding, ADiskThatIsFullLeavesTheFileAsItWasAndNothingBesideIt) {
+    schrijf(naam(), kTekst);
+    // As many bytes as a file may get, in place of a disk.
+    const auto oudeHandeling = signal(SIGXFSZ, SIG_IGN);
+    rlimit oud{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &oud), 0);
+    for (const rlim_t past : {rlim_t{0}, rlim_t{16}, static_cast<rlim_t>(kTekst.size() - 1)}) {
+        const rlimit krap{.rlim_cur = past, .rlim_max = oud.rlim_max};
+        ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &krap), 0);
+        const Bericht bericht = aan();
+        ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &oud), 0);
+        EXPECT_FALSE(bericht.gelukt);
+        EXPECT_TRUE(bericht.regel.contains(QStringLiteral("is niet te schrijven")))
+            << qPrintable(bericht.regel);
+        EXPECT_EQ(lees(naam()), kTekst);
+        EXPECT_EQ(inhoud(), QStringList{QStringLiteral(".xscreensaver")});
+    }
+    signal(SIGXFSZ, oudeHandeling);
 }
 
 TEST_F(Aanmelding, AHomeThatIsNotThereIsOneLine) {
