@@ -10,7 +10,8 @@
 namespace brixtel {
 
 namespace {
-constexpr QSizeF kMaat(190.0, 46.0);
+// Wide enough for three digits and a tenth; more would hide the picture.
+constexpr QSizeF kMaat(144.0, 46.0);
 constexpr double kRegel = 18.0;
 constexpr double kRand = 16.0;
 }  // namespace

@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QFontMetricsF>
 #include <QRegularExpression>
 
+#include "drawing/Thema.h"
 #include "platform/desktop/Window.h"
 #include "tests/support/Until.h"
 #include "tests/support/Xvfb.h"
@@ -55,6 +57,17 @@ TEST_F(Teller, CountsTheFramesOfTheLastSecondInDutch) {
     EXPECT_TRUE(vorm.match(teller->regels()[0]).hasMatch()) << qPrintable(teller->regels()[0]);
     static const QRegularExpression last(QStringLiteral("^belasting [0-9]+%$"));
     EXPECT_TRUE(last.match(teller->regels()[1]).hasMatch()) << qPrintable(teller->regels()[1]);
+}
+
+TEST_F(Teller, HasRoomForThreeDigitsAndATenth) {
+    const auto breedte = [](const char* tekst, bool vet) {
+        return QFontMetricsF(brixtel::Thema::font(14, {.vet = vet}))
+            .horizontalAdvance(QLatin1String(tekst));
+    };
+    // As much on either side.
+    const double ruimte = teller->frame().width() - 16;
+    EXPECT_LE(breedte("999,9 beelden/s", true), ruimte);
+    EXPECT_LE(breedte("belasting 1600%", false), ruimte);
 }
 
 TEST_F(Teller, StandsInTheUpperLeftCornerAlsoAfterTheWindowGrew) {
