@@ -51,7 +51,7 @@ void BeeldTeller::schrijf() {
     const auto beeld = Thema::beeld(
         kMaat, {.schaal = schaal, .teken = [&](Tekenvlak& vlak) {
                     QColor onder = Qt::black;
-                    onder.setAlphaF(0.7F);
+                    onder.setAlphaF(0.85F);
                     vlak.painter().fillRect(QRectF(QPointF(0, 0), kMaat), onder);
                     for (std::size_t i = 0; i < regels_.size(); ++i)
                         Thema::tekst(
