@@ -111,7 +111,9 @@ class Pakket : public testing::Test {
         EXPECT_EQ(veld("Package"), "brixtel\n");
         EXPECT_EQ(veld("Version"), BRIXTEL_VERSION "\n");
         for (const char* naam :
-             {"libqt6gui6", "libepoxy0", "libegl1", "libgl1", "fonts-dejavu-core"})
+             {"libqt6gui6", "libqt6widgets6", "libqt6quick6", "libepoxy0", "libegl1", "libgl1",
+              "fonts-dejavu-core", "qml6-module-qtquick,", "qml6-module-qtqml,",
+              "qml6-module-qtqml-models", "qml6-module-qtqml-workerscript"})
             EXPECT_TRUE(veld("Depends").contains(naam)) << naam;
         EXPECT_TRUE(veld("Recommends").contains("lsof"));
     }
@@ -136,6 +138,24 @@ class Pakket : public testing::Test {
               "/usr/share/bash-completion/completions/brixtel-saver",
               "/usr/share/doc/brixtel/copyright", "/usr/share/doc/brixtel/changelog.gz"})
             EXPECT_TRUE(er.contains(QLatin1String(naam))) << naam;
+        for (const char* naam :
+             {"BrixtelSaver.so", "BrixtelInstellingen.so", "libbrixtel-saver_sheet.so",
+              "libbrixtel-controls.so", "qml/Brixtel/Controls/qmldir",
+              "qml/Brixtel/Controls/libcontrolsplugin.so"})
+            EXPECT_TRUE(
+                er.contains(QLatin1String("/usr/" BRIXTEL_LIBDIR "/") + QLatin1String(naam)))
+                << naam;
+    }
+
+    // Of ours all comes from where it is installed.
+    void verwachtBlad() const {
+        const QString beeld = map.filePath(QStringLiteral("blad.png"));
+        const Gedraaid gedraaid =
+            programma("/usr/bin/brixtel-saver", {QStringLiteral("--instellingen=") + beeld});
+        EXPECT_EQ(gedraaid.uitgang, 0) << gedraaid.fouten.right(2000).constData();
+        EXPECT_TRUE(gedraaid.fouten.contains("BrixtelInstellingen.so"));
+        EXPECT_FALSE(gedraaid.fouten.contains(QFile::encodeName(bouwmap)));
+        EXPECT_EQ(QImage(beeld).size(), QSize(380, 286));
     }
 
     // How much of a still of the globe is lit, drawn by the installed program;
@@ -163,6 +183,7 @@ TEST_F(Pakket, InstallsRunsFromWhereItIsAndGoesWithoutATrace) {
     verwachtBestanden();
     EXPECT_EQ(programma("/usr/bin/brixtel-saver", {QStringLiteral("--versie")}).uit,
               "brixtel-saver " BRIXTEL_VERSION "\n");
+    verwachtBlad();
 
     const double metLand = groenVanBol("/usr/bin/brixtel-saver");
     EXPECT_GT(metLand, 0.02);
