@@ -203,9 +203,9 @@ class Rondes : public Xscreensaver {
         ASSERT_TRUE(leeg());
         eindes.push_back(klok.now() - signaal);
         stops.push_back(klok.now() - eind);
-        if (eindes.back() > kTraag)
-            std::printf("an end of %.3f s, of which the daemon says:\n%s", eindes.back(),
-                        logboek.mid(gelezen).constData());
+        if (stops.back() > kTraag)
+            std::printf("a stop of %.3f s, of it %.3f s the end, of which the daemon says:\n%s",
+                        stops.back(), eindes.back(), logboek.mid(gelezen).constData());
         // Its picture goes with the daemon's window, a moment later.
         ASSERT_TRUE(until([this] { return !isRegen(server.picture(server.screen().root)); }));
     }
