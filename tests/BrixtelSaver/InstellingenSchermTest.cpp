@@ -14,6 +14,7 @@
 #include "platform/desktop/SheetOnWindow.h"
 #include "platform/desktop/Window.h"
 #include "tests/BrixtelSaver/Instellingen.h"
+#include "tests/support/Openbox.h"
 #include "tests/support/Until.h"
 #include "tests/support/Xvfb.h"
 
@@ -48,13 +49,9 @@ class Blad : public testing::Test {
     std::optional<platform::SheetOnWindow> bij;
 
     void SetUp() override {
-        beheer.start(QStringLiteral("openbox"), {});
+        beheer.start(QStringLiteral("openbox"), openbox::arguments());
         ASSERT_TRUE(until(
-            [] {
-                return hulp(QStringLiteral("xprop -root _NET_SUPPORTING_WM_CHECK"))
-                    .contains("window id");
-            },
-            20'000));
+            [] { return hulp(openbox::question().join(u' ')).contains(openbox::kReady); }, 20'000));
         const QRectF vlak(200, 200, 640, 400);
         venster.emplace(
             server, platform::WindowOptions{.frame = vlak, .style = platform::WindowStyle::Titled});
@@ -75,6 +72,8 @@ class Blad : public testing::Test {
         venster.reset();
         beheer.terminate();
         beheer.waitForFinished(5000);
+        // The next test's is another.
+        hulp(QStringLiteral("xprop -root -remove _READY_FOR_TESTS"));
     }
     void toon() {
         blad = std::dynamic_pointer_cast<InstellingenVenster>(view->configureSheet());

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/hosts/saver/Programma.h"
+#include "tests/support/Openbox.h"
 
 namespace brixtel {
 
@@ -15,13 +16,8 @@ class Scherm : public testing::Test {
     Programma programma{server.display()};
 
     void SetUp() override {
-        draai(vensterbeheer, QStringLiteral("openbox"), {});
-        // It owns this property once it manages windows.
-        ASSERT_TRUE(until([this] {
-            return hulp({QStringLiteral("xprop"), QStringLiteral("-root"),
-                         QStringLiteral("_NET_SUPPORTING_WM_CHECK")})
-                .contains("window id");
-        }));
+        draai(vensterbeheer, QStringLiteral("openbox"), openbox::arguments());
+        ASSERT_TRUE(until([this] { return hulp(openbox::question()).contains(openbox::kReady); }));
     }
     void TearDown() override {
         vensterbeheer.terminate();
