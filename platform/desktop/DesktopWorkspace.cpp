@@ -67,7 +67,7 @@ std::optional<RunningApplication> DesktopWorkspace::frontmostApplication() {
 void DesktopWorkspace::activate(const RunningApplication& application) {
     RootWatch& root = server_.root();
     if (!root.isAlive()) return;
-    if (root.property(root.root(), root.atom("_NET_SUPPORTING_WM_CHECK")) == 0) {
+    if (!root.hasWindowManager()) {
         xcb_set_input_focus(root.get(), XCB_INPUT_FOCUS_PARENT, application.window,
                             XCB_CURRENT_TIME);
     } else {

@@ -22,6 +22,7 @@ xcb_window_t rootOf(const XConnection& connection) {
 RootWatch::RootWatch(const QString& display) : connection_(display) {
     if (!isAlive()) return;
     root_ = rootOf(connection_);
+    managerName_ = atom("_NET_SUPPORTING_WM_CHECK");
     activeWindowName_ = atom("_NET_ACTIVE_WINDOW");
     saverName_ = atom("_SCREENSAVER_STATUS");
     compositorName_ = atom(("_NET_WM_CM_S" + std::to_string(connection_.screenNumber())).c_str());
@@ -90,10 +91,15 @@ std::uint32_t RootWatch::property(xcb_window_t window, xcb_atom_t name) const {
     return *static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
 }
 
+bool RootWatch::hasWindowManager() const {
+    // One that crashed leaves its word behind, but not the window it names.
+    const xcb_window_t named = property(root_, managerName_);
+    return named != XCB_NONE && property(named, managerName_) == named;
+}
+
 xcb_window_t RootWatch::activeWindow() const {
     if (!isAlive()) return XCB_NONE;
-    if (property(root_, atom("_NET_SUPPORTING_WM_CHECK")) != 0)
-        return property(root_, activeWindowName_);
+    if (hasWindowManager()) return property(root_, activeWindowName_);
     const XcbReply<xcb_get_input_focus_reply_t> reply(
         xcb_get_input_focus_reply(get(), xcb_get_input_focus(get()), nullptr));
     if (!reply || reply->focus == XCB_INPUT_FOCUS_POINTER_ROOT) return XCB_NONE;

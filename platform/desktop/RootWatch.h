@@ -37,6 +37,7 @@ class RootWatch {
     [[nodiscard]] bool isComposited() const;
     // Whether xscreensaver covers the screen, blanked or locked.
     [[nodiscard]] bool isSaverOn() const;
+    [[nodiscard]] bool hasWindowManager() const;
     // The window that has the keyboard: the window manager's word for it, or the
     // server's where there is no manager. 0 for none.
     [[nodiscard]] xcb_window_t activeWindow() const;
@@ -58,6 +59,7 @@ class RootWatch {
 
     const XConnection connection_;
     xcb_window_t root_ = 0;
+    xcb_atom_t managerName_ = 0;
     xcb_atom_t activeWindowName_ = 0;
     xcb_atom_t saverName_ = 0;
     xcb_atom_t compositorName_ = 0;
