@@ -278,6 +278,25 @@ TEST_F(Effecten, AWindowThatOpensUnderTheBlackScreenGetsNothing) {
     }));
 }
 
+TEST_F(Effecten, WhatHasFadedInIsSeenWholeAlsoWhenNothingElseHappens) {
+    ASSERT_TRUE(bureaublad.startCompositor());
+    scherm->fill(scherm->screen().root, 0xffffff);
+    centrale->dichtheid = 0.0;
+    ASSERT_TRUE(toonZwart());
+    const QString id = QString::number(centrale->zwart()[0].venster->windowNumber());
+    EXPECT_TRUE(until([&] {
+        return Bureaublad::hulp(QStringLiteral("xprop -id %1 _NET_WM_WINDOW_OPACITY").arg(id))
+            .contains("= 4294967295");
+    }));
+    centrale->sluitZwart();
+    ASSERT_TRUE(toonRegen());
+    const QString regen = QString::number(centrale->regen()[0].venster->windowNumber());
+    EXPECT_TRUE(until([&] {
+        return Bureaublad::hulp(QStringLiteral("xprop -id %1 _NET_WM_WINDOW_OPACITY").arg(regen))
+            .contains("= 4294967295");
+    }));
+}
+
 TEST_F(Effecten, OverTheRainTheBlackScreenIsBlackAndTheRainComesBack) {
     ASSERT_TRUE(bureaublad.startCompositor());
     ASSERT_TRUE(toonRegen());
