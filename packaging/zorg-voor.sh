@@ -3,10 +3,10 @@
 
 BOUWEN="g++ cmake ninja-build pkg-config qt6-base-dev libepoxy-dev libegl-dev libgl-dev libglm-dev
   zlib1g-dev libicu-dev libx11-dev libx11-xcb-dev libxcb1-dev libxcb-shm0-dev libxcb-randr0-dev
-  libxcb-shape0-dev libxcb-xfixes0-dev"
+  libxcb-shape0-dev libxcb-xfixes0-dev libpulse-dev libkissfft-dev"
 DRAAIEN="libqt6gui6 libegl1 libegl-mesa0 libgl1-mesa-dri fonts-dejavu-core lsof"
 PROEVEN="libgtest-dev libgmock-dev libbenchmark-dev xvfb xauth dbus openbox picom xscreensaver
-  xscreensaver-data xdotool x11-utils x11-xserver-utils imagemagick iproute2 procps"
+  xscreensaver-data xdotool x11-utils x11-xserver-utils imagemagick iproute2 procps pulseaudio pulseaudio-utils"
 
 # zorg_voor PACKAGE...: installs those that are missing, and says which.
 zorg_voor() {
