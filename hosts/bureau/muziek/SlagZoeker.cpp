@@ -20,10 +20,10 @@ constexpr double kLaagste = 30.0;       // Hz
 constexpr double kHoogste = 16'000.0;   // Hz
 constexpr double kBand = 1.26;          // a third of an octave
 constexpr double kBas = 200.0;          // Hz; below it a drum lives, in few bands
-constexpr double kBasGewicht = 3.0;
+constexpr double kBasGewicht = 2.0;
 constexpr double kGevoel = 1e4;         // a band is heard from −80 dB of full scale
 constexpr double kMinstens = 0.12;      // of flux above the usual
-constexpr double kSpreidingen = 4.0;    // mean deviations above the usual
+constexpr double kSpreidingen = 6.0;    // mean deviations above the usual
 constexpr double kKleinstePiek = 0.5;   // what a beat of full strength has at least
 constexpr double kPiekHalvering = 8.0;  // seconds
 constexpr double kUitsterven = 0.12;    // seconds, of the loudness
@@ -64,7 +64,7 @@ struct SlagZoeker::Spectrum {
             gewichten += banden.back().gewicht;
             begin = std::max(eind, begin + 1);
         }
-        for (auto& beeld : laatste3)
+        for (auto& beeld : laatste4)
             beeld.resize(banden.size());
     }
 
@@ -72,7 +72,7 @@ struct SlagZoeker::Spectrum {
         std::transform(venster.begin(), venster.end(), weging.begin(), gewogen.begin(),
                        std::multiplies<>());
         kiss_fftr(plan.get(), gewogen.data(), uit.data());
-        std::rotate(laatste3.begin(), laatste3.begin() + 2, laatste3.end());
+        std::rotate(laatste4.begin(), laatste4.end() - 1, laatste4.end());
         const double schaal = 4.0 / static_cast<double>(weging.size());
         for (std::size_t b = 0; b < banden.size(); ++b) {
             double som = 0;
@@ -81,7 +81,7 @@ struct SlagZoeker::Spectrum {
                 som += std::sqrt(x.r * x.r + x.i * x.i);
             }
             const double gemiddeld = som * schaal / (banden[b].eind - banden[b].begin);
-            laatste3[0][b] = std::log1p(kGevoel * gemiddeld);
+            laatste4[0][b] = std::log1p(kGevoel * gemiddeld);
         }
     }
 
@@ -91,7 +91,7 @@ struct SlagZoeker::Spectrum {
     std::vector<kiss_fft_cpx> uit;
     std::vector<Band> banden;
     double gewichten = 0;
-    std::array<std::vector<double>, 3> laatste3;  // newest first
+    std::array<std::vector<double>, 4> laatste4;  // newest first
 };
 
 SlagZoeker::SlagZoeker(double monstersPerSeconde) : monstersPerSeconde_(monstersPerSeconde) {
@@ -141,8 +141,10 @@ void SlagZoeker::beeld() {
     oordeel();
 }
 
+// Against frames that share no sound with this one: what sets in across two
+// frames would else be two halves.
 double SlagZoeker::flux() {
-    const auto& [nu, vorig, eerder] = spectrum_->laatste3;
+    const auto& [nu, half, vorig, eerder] = spectrum_->laatste4;
     double som = 0;
     for (std::size_t b = 0; b < nu.size(); ++b)
         som += spectrum_->banden[b].gewicht * std::max(0.0, nu[b] - std::max(vorig[b], eerder[b]));

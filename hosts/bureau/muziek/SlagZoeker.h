@@ -17,9 +17,9 @@ struct Slag {
 
 // Finds the beats in sound as it comes, and how loud it is. Sound is cut into
 // frames that overlap by half; what every band of a frame's spectrum has more
-// than in the two before, on a logarithmic scale, is its flux, and a peak of the
-// flux well above what is usual of late is a beat. It is known one frame after
-// it sounded, some 25 ms.
+// than in the frames that ended before it, on a logarithmic scale, is its flux,
+// and a peak of the flux well above what is usual of late is a beat. It is known
+// one frame after it sounded, some 25 ms.
 //
 // What already sounds at the start is no beat. Knows no clock, and allocates
 // nothing once made. One thread at a time.
