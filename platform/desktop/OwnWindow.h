@@ -31,7 +31,9 @@ class OwnWindow final : public QWindow {
     // The X window; 0 where the desktop is not X.
     [[nodiscard]] std::uint32_t xWindow();
 
-    void show(bool asKey);
+    void show();
+    // Of one that is shown.
+    void takeKeys();
     void setIgnoresMouse(bool ignores);
 
   protected:

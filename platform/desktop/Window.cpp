@@ -7,6 +7,7 @@
 #include "platform/desktop/AnimationGroup.h"
 #include "platform/desktop/EventConnection.h"
 #include "platform/desktop/ScreenSpace.h"
+#include "platform/desktop/StackKeeper.h"
 #include "platform/desktop/WindowCore.h"
 
 namespace platform {
@@ -29,6 +30,7 @@ Window::Window(WindowServer& server, HostWindow host)
 
 Window::~Window() {
     server_.dropped(*this);
+    if (core_->own && core_->drawing) server_.destroyed(core_->drawing->id());
     // Frames stop before their views do.
     core_->drawing.reset();
     content_->setWindow(nullptr);
@@ -81,8 +83,23 @@ void Window::makeKeyAndOrderFront() {
 void Window::show(bool asKey) {
     if (core_->isHosts()) return;
     if (!core_->own) core_->makeOwn();
-    core_->own->show(asKey);
+    core_->own->show();
     server_.cameToFront(*this);
+    if (options_.staysOnTop && core_->drawing)
+        server_.stack().keep(core_->drawing->id(), {.window = options_.level});
+    if (asKey) makeKey();
+}
+
+void Window::makeKey() {
+    if (!canBecomeKey() || !core_->own || !core_->own->isVisible()) return;
+    core_->own->takeKeys();
+    server_.becameKey(*this);
+}
+
+std::int64_t Window::windowNumber() const {
+    if (core_->own)
+        return core_->own->handle() ? static_cast<std::int64_t>(core_->own->winId()) : 0;
+    return core_->drawing ? core_->drawing->id() : 0;
 }
 
 void Window::raise() {
@@ -91,6 +108,7 @@ void Window::raise() {
 
 void Window::orderOut() {
     server_.dropped(*this);
+    if (options_.staysOnTop && core_->drawing) server_.stack().release(core_->drawing->id());
     if (core_->own) core_->own->hide();
 }
 
@@ -101,6 +119,10 @@ bool Window::isVisible() const {
 
 bool Window::canBecomeKey() const {
     return options_.style != WindowStyle::Borderless;
+}
+
+bool Window::canBecomeMain() const {
+    return canBecomeKey();
 }
 
 bool Window::isKey() const {

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: MIT
+// A desktop of a test's own: an X server with openbox and, when it is started,
+// picom; the tools that a user's hands stand for.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QGuiApplication>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include "tests/support/Until.h"
+#include "tests/support/Xvfb.h"
+
+namespace brixtel {
+
+// The server that Qt is connected to; made by the test program's main().
+inline Xvfb* scherm = nullptr;
+
+class Bureaublad {
+  public:
+    Bureaublad() { begin(beheer, QStringLiteral("openbox"), {}); }
+    ~Bureaublad() {
+        eindig(compositor);
+        eindig(beheer);
+    }
+    Bureaublad(const Bureaublad&) = delete;
+    Bureaublad& operator=(const Bureaublad&) = delete;
+
+    [[nodiscard]] bool isKlaar() const {
+        return until([] {
+            // One that has gone leaves its word behind, but not its window.
+            const QByteArray id =
+                hulp(QStringLiteral("xprop -root _NET_SUPPORTING_WM_CHECK")).trimmed();
+            const QString venster = QString::fromLatin1(id.mid(id.lastIndexOf(' ') + 1));
+            return hulp(QStringLiteral("xprop -id %1 _NET_SUPPORTING_WM_CHECK").arg(venster))
+                .contains("window id");
+        });
+    }
+    void stopBeheer() { eindig(beheer); }
+    [[nodiscard]] bool startCompositor() {
+        begin(compositor, QStringLiteral("picom"),
+              {QStringLiteral("--backend"), QStringLiteral("xrender"), QStringLiteral("--config"),
+               QStringLiteral("/dev/null")});
+        return until([] { return isDoorzichtig(); });
+    }
+    [[nodiscard]] bool stopCompositor() {
+        eindig(compositor);
+        return until([] { return !isDoorzichtig(); });
+    }
+
+    static void begin(QProcess& proces, const QString& naam, const QStringList& woorden) {
+        QProcessEnvironment omgeving = QProcessEnvironment::systemEnvironment();
+        omgeving.insert(QStringLiteral("DISPLAY"), scherm->display());
+        proces.setProcessEnvironment(omgeving);
+        proces.start(naam, woorden);
+        proces.waitForStarted(10'000);
+    }
+    static void eindig(QProcess& proces) {
+        if (proces.state() == QProcess::NotRunning) return;
+        proces.terminate();
+        if (!proces.waitForFinished(10'000)) proces.kill();
+        proces.waitForFinished(10'000);
+    }
+    // Runs a tool and returns what it prints.
+    static QByteArray hulp(const QString& regel) {
+        QProcess proces;
+        QStringList woorden = regel.split(u' ');
+        const QString naam = woorden.takeFirst();
+        begin(proces, naam, woorden);
+        proces.waitForFinished(20'000);
+        return proces.readAllStandardOutput();
+    }
+    static xcb_window_t actief() {
+        return hulp(QStringLiteral("xdotool getactivewindow")).trimmed().toUInt();
+    }
+    static xcb_window_t metToetsen() {
+        auto* const antwoord = xcb_get_input_focus_reply(
+            scherm->connection(), xcb_get_input_focus(scherm->connection()), nullptr);
+        const xcb_window_t venster = antwoord ? antwoord->focus : 0;
+        std::free(antwoord);
+        return venster;
+    }
+    static bool isDoorzichtig() {
+        auto* const naam = xcb_intern_atom_reply(
+            scherm->connection(), xcb_intern_atom(scherm->connection(), 0, 13, "_NET_WM_CM_S0"),
+            nullptr);
+        auto* const antwoord = xcb_get_selection_owner_reply(
+            scherm->connection(), xcb_get_selection_owner(scherm->connection(), naam->atom),
+            nullptr);
+        const bool is = antwoord && antwoord->owner != XCB_NONE;
+        std::free(naam);
+        std::free(antwoord);
+        return is;
+    }
+
+  private:
+    QProcess beheer, compositor;
+};
+
+// A real program with one window, whose events it prints: xev.
+class Programma {
+  public:
+    Programma() {
+        proces.setProcessChannelMode(QProcess::MergedChannels);
+        Bureaublad::begin(
+            proces, QStringLiteral("xev"),
+            {QStringLiteral("-geometry"), QStringLiteral("200x150+40+60"), QStringLiteral("-event"),
+             QStringLiteral("button"), QStringLiteral("-event"), QStringLiteral("keyboard"),
+             QStringLiteral("-event"), QStringLiteral("structure")});
+        until([this] { return zegt("MapNotify") > 0; });
+        // Its first words are "Outer window is 0x...".
+        const qsizetype plaats = gezegd.indexOf("0x");
+        venster = gezegd.mid(plaats, gezegd.indexOf(',', plaats) - plaats).toUInt(nullptr, 16);
+        Bureaublad::hulp(QStringLiteral("xdotool windowactivate --sync %1").arg(venster));
+    }
+    ~Programma() { Bureaublad::eindig(proces); }
+    Programma(const Programma&) = delete;
+    Programma& operator=(const Programma&) = delete;
+
+    // How often it has said this so far.
+    int zegt(const char* tekst) {
+        gezegd += proces.readAll();
+        return int(gezegd.count(tekst));
+    }
+
+    xcb_window_t venster = 0;
+
+  private:
+    QProcess proces;
+    QByteArray gezegd;
+};
+
+}  // namespace brixtel
