@@ -8,6 +8,7 @@
 #include <optional>
 #include <variant>
 
+#include "hosts/gedeeld/Opties.h"
 #include "platform/desktop/WindowServer.h"
 
 namespace brixtel {
@@ -36,7 +37,7 @@ struct Opdracht {
     QSize maat{1920, 1080};  // points
     double schaal = 1.0;
     double na = 6.0;  // seconds after the start
-    QString lijnen;  // the file with the globe's lines; empty for this machine's
+    QString lijnen;   // the file with the globe's lines; empty for this machine's
     std::optional<std::uint64_t> zaad;
 
     std::optional<double> seconden;
@@ -44,11 +45,6 @@ struct Opdracht {
     bool fps = false;
     bool json = false;
     platform::DrawerChoice tekenaar = platform::DrawerChoice::Auto;
-};
-
-// What is wrong with a command line, as one line for the user.
-struct Fout {
-    QString regel;
 };
 
 // `argumenten` without the program's own name; `hostVenster` is what the

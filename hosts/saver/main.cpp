@@ -9,7 +9,7 @@
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
 #include "hosts/saver/Plaatje.h"
-#include "hosts/saver/Signalen.h"
+#include "hosts/gedeeld/Signalen.h"
 #include "hosts/saver/Verbindingen.h"
 #include "hosts/saver/Voorstelling.h"
 #include "platform/desktop/DisplayCheck.h"

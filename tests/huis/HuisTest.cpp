@@ -40,8 +40,9 @@ const std::map<QString, QStringList>& vloeren() {
         zet("BrixtelSaver", {"worlds", "rain"});
         zet("desktop", {"worlds", "rain"});
         zet("controls", {"drawing"});
-        zet("hosts/saver", {"BrixtelSaver"});
-        zet("hosts/bureau", {"BrixtelSaver", "desktop", "controls", "platform/sound"});
+        zet("hosts/gedeeld", {});
+        zet("hosts/saver", {"BrixtelSaver", "hosts/gedeeld"});
+        zet("hosts/bureau", {"hosts/gedeeld", "BrixtelSaver", "desktop", "controls", "platform/sound"});
         return r;
     }();
     return regels;
