@@ -143,12 +143,13 @@ QDBusMessage BusDeur::roepMethode(const QDBusMessage& bericht, const Object& obj
                               .arg(methode->naam, bericht.signature())
                         : QStringLiteral("%1 wil waarden van de soort '%2', niet '%3'")
                               .arg(methode->naam, methode->handtekening, bericht.signature()));
-    if (!toegang_.mag(bericht.service(), klok_.now()) || wachtend_.size() >= kMeesteWachtend)
+    const QString voluit = methode->interface + u'.' + methode->naam;
+    const double prijs = object.zelf.prijzen.value(voluit, 1.0);
+    if (!toegang_.mag(bericht.service(), klok_.now(), prijs) || wachtend_.size() >= kMeesteWachtend)
         return fout(bericht, "LimitsExceeded",
                     QStringLiteral("dat is te veel tegelijk; probeer het zo weer"));
     later = true;
-    wachtend_.push_back(
-        {bericht, object.zelf.doe.value(methode->interface + u'.' + methode->naam)});
+    wachtend_.push_back({bericht, object.zelf.doe.value(voluit)});
     return {};
 }
 

@@ -30,6 +30,9 @@ struct BusObject {
     QString beschrijving;       // XML
     QHash<QString, Doe> doe;    // by interface.Method
     QVariantMap eigenschappen;  // as they are at first, by interface.Property
+    // What a call of a method counts for in Toegang, by interface.Method; 1 where
+    // nothing is said.
+    QHash<QString, double> prijzen;
 };
 
 // What a description says of one method.

@@ -40,10 +40,11 @@ BusPoort::~BusPoort() {
 
 bool BusPoort::neemNaam(const QString& naam) {
     if (!draad_.isRunning()) {
-        deur_->moveToThread(&draad_);
-        draad_.start();
+        // Qt hangs something of its own on it, which must come along.
         verbinding_.registerVirtualObject(QStringLiteral("/"), deur_.get(),
                                           QDBusConnection::SubPath);
+        deur_->moveToThread(&draad_);
+        draad_.start();
     }
     QDBusConnectionInterface* const bus = verbinding_.interface();
     return bus && bus->registerService(naam, QDBusConnectionInterface::DontQueueService,

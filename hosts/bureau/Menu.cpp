@@ -127,7 +127,13 @@ Menu::Menu(BusPoort& poort, const QString& pad) : poort_(poort), pad_(pad) {
                  .eigenschappen = {{voluit("Version"), 3U},
                                    {voluit("TextDirection"), QStringLiteral("ltr")},
                                    {voluit("Status"), QStringLiteral("normal")},
-                                   {voluit("IconThemePath"), QStringList()}}});
+                                   {voluit("IconThemePath"), QStringList()}},
+                 // A panel asks for much, and tells where the mouse is.
+                 .prijzen = {{voluit("GetLayout"), 0.1},
+                             {voluit("GetGroupProperties"), 0.1},
+                             {voluit("GetProperty"), 0.1},
+                             {voluit("Event"), 0.25},
+                             {voluit("AboutToShow"), 0.1}}});
 }
 
 void Menu::zet(std::vector<MenuRegel> regels) {

@@ -5,7 +5,7 @@
 
 namespace brixtel {
 
-bool Toegang::mag(const QString& beller, double nu) {
+bool Toegang::mag(const QString& beller, double nu, double prijs) {
     const auto bekend = std::find_if(bellers_.begin(), bellers_.end(),
                                      [&](const Tegoed& t) { return t.beller == beller; });
     if (bekend == bellers_.end()) {
@@ -17,8 +17,8 @@ bool Toegang::mag(const QString& beller, double nu) {
     Tegoed& tegoed = bellers_.back();
     tegoed.rest = std::min(kInEens, tegoed.rest + (nu - tegoed.sinds) * kPerSeconde);
     tegoed.sinds = nu;
-    if (tegoed.rest < 1.0) return false;
-    tegoed.rest -= 1.0;
+    if (tegoed.rest < prijs) return false;
+    tegoed.rest -= prijs;
     return true;
 }
 

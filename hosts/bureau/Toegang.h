@@ -15,8 +15,9 @@ class Toegang {
     static constexpr double kPerSeconde = 4.0;
     static constexpr std::size_t kBellers = 32;
 
-    // Whether this caller may, now, in seconds of any steady clock.
-    [[nodiscard]] bool mag(const QString& beller, double nu);
+    // Whether this caller may, now, in seconds of any steady clock, something that
+    // counts for `prijs` times.
+    [[nodiscard]] bool mag(const QString& beller, double nu, double prijs = 1.0);
 
   private:
     struct Tegoed {
