@@ -3,6 +3,7 @@
 // manager and a compositor, a message bus, a home.
 #include <signal.h>
 
+#include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 #include <QImage>
@@ -229,6 +230,36 @@ TEST_F(Sessie, ASignalEndsItAndTheEndOfTheBusToo) {
     bus.stop();
     EXPECT_TRUE(eindigt());
     EXPECT_EQ(eigenaar.exitCode(), 0);
+}
+
+// How often the kernel has given each of the owner's threads its turn.
+QByteArray beurten(qint64 proces) {
+    QByteArray alle;
+    const QDir draden(QStringLiteral("/proc/%1/task").arg(proces));
+    for (const QString& draad : draden.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile stand(draden.filePath(draad + QStringLiteral("/status")));
+        if (!stand.open(QIODevice::ReadOnly)) continue;
+        for (const QByteArray& regel : stand.readAll().split('\n'))
+            if (regel.contains("ctxt_switches")) alle += draad.toLatin1() + ' ' + regel + '\n';
+    }
+    return alle;
+}
+
+TEST_F(Sessie, AnOwnerThatShowsNothingIsNotWokenOnce) {
+    ASSERT_TRUE(bureaublad->startCompositor());
+    ASSERT_TRUE(begin({QStringLiteral("--toon-regen"), QStringLiteral("--muziek=aan")}));
+    ASSERT_TRUE(until([this] { return groen() > 0.005; }, 20'000));
+    EXPECT_EQ(draai("--toon-zwart --sluit-alles").uitgang, 0);
+    // What goes out needs a moment; from then on it stays quiet while twenty other
+    // programs come and go.
+    EXPECT_TRUE(until(
+        [this] {
+            const QByteArray voor = beurten(eigenaar.processId());
+            for (int keer = 0; keer < 20; ++keer)
+                draai("--versie");
+            return !voor.isEmpty() && beurten(eigenaar.processId()) == voor;
+        },
+        60'000));
 }
 
 TEST_F(Sessie, AFloodOfCallsDoesNotStopThePictures) {
