@@ -1,7 +1,11 @@
 # Build rules that every folder shares.
 
 include(GNUInstallDirs)
+# A folder of the program's own, which no other looks into.
 set(BRIXTEL_LIBDIR "${CMAKE_INSTALL_LIBDIR}/brixtel")
+if(CMAKE_LIBRARY_ARCHITECTURE)
+  set(BRIXTEL_LIBDIR "lib/${CMAKE_LIBRARY_ARCHITECTURE}/brixtel")
+endif()
 
 # Everything of a build lies in three folders, laid out as in an installed
 # tree, so that programs find the module and the module finds its resources

@@ -8,6 +8,9 @@ namespace brixtel {
 
 namespace {
 
+// Two digits, each at some places between two pixels.
+constexpr std::size_t kMeesteVormen = 8;
+
 // How much of the pixel [i, i + 1) lies within [laag, hoog).
 float overlap(double laag, double hoog, int i) {
     return static_cast<float>(
@@ -40,6 +43,8 @@ Tekenvlak::~Tekenvlak() = default;
 
 void Tekenvlak::zetSchaduw(const Schaduw& schaduw) {
     schaduw_ = schaduw;
+    vormen_.clear();
+    oudste_ = 0;
     const double sigma = schaduw.vervaging / 2.0;
     kern_.clear();
     if (sigma <= 0.0) return;
@@ -51,34 +56,32 @@ void Tekenvlak::zetSchaduw(const Schaduw& schaduw) {
         kern_.push_back(static_cast<float>(std::exp(-0.5 * i * i / (sigma * sigma)) / som));
 }
 
-void Tekenvlak::bepaalDekking(std::span<const QRectF> vakken, const QRect& gebied) {
-    dekking_.gebied = gebied;
-    dekking_.waarden.assign(
+void Tekenvlak::bepaalDekking(Vorm& vorm) const {
+    const QRect gebied(QPoint(0, 0), vorm.maat);
+    vorm.scherp.assign(
         static_cast<std::size_t>(gebied.width()) * static_cast<std::size_t>(gebied.height()), 0.0F);
-    for (const QRectF& vak : vakken) {
-        const QRectF p = painter_.transform().mapRect(vak);
-        const QRect geraakt = p.toAlignedRect() & gebied;
+    for (const QRectF& vak : vorm.vakken) {
+        const QRect geraakt = vak.toAlignedRect() & gebied;
         for (int y = geraakt.top(); y <= geraakt.bottom(); ++y) {
-            const float hoog = overlap(p.top(), p.bottom(), y);
-            float* const rij = dekking_.waarden.data() +
-                               static_cast<std::ptrdiff_t>(y - gebied.top()) * gebied.width();
-            for (int x = geraakt.left(); x <= geraakt.right(); ++x) {
-                float& waarde = rij[x - gebied.left()];
-                waarde = std::min(1.0F, waarde + hoog * overlap(p.left(), p.right(), x));
-            }
+            const float hoog = overlap(vak.top(), vak.bottom(), y);
+            float* const naar =
+                vorm.scherp.data() + static_cast<std::ptrdiff_t>(y) * gebied.width();
+            for (int x = geraakt.left(); x <= geraakt.right(); ++x)
+                naar[x] = std::min(1.0F, naar[x] + hoog * overlap(vak.left(), vak.right(), x));
         }
     }
 }
 
 // Blurs the coverage, first along the rows, then along the columns.
-void Tekenvlak::vervaag(double sigma) {
-    if (sigma <= 0.0) return;
-    const int breed = dekking_.gebied.width();
-    const int hoog = dekking_.gebied.height();
+void Tekenvlak::vervaag(Vorm& vorm) {
+    vorm.vaag = vorm.scherp;
+    if (kern_.empty()) return;
+    const int breed = vorm.maat.width();
+    const int hoog = vorm.maat.height();
     const int straal = static_cast<int>(kern_.size() / 2);
-    hulp_.assign(dekking_.waarden.size(), 0.0F);
+    hulp_.assign(vorm.scherp.size(), 0.0F);
     for (int y = 0; y < hoog; ++y) {
-        const float* const van = dekking_.waarden.data() + static_cast<std::ptrdiff_t>(y) * breed;
+        const float* const van = vorm.scherp.data() + static_cast<std::ptrdiff_t>(y) * breed;
         float* const naar = hulp_.data() + static_cast<std::ptrdiff_t>(y) * breed;
         for (int k = -straal; k <= straal; ++k) {
             const float gewicht = kern_[static_cast<std::size_t>(k + straal)];
@@ -86,9 +89,9 @@ void Tekenvlak::vervaag(double sigma) {
                 naar[x] += gewicht * van[x + k];
         }
     }
-    std::fill(dekking_.waarden.begin(), dekking_.waarden.end(), 0.0F);
+    std::fill(vorm.vaag.begin(), vorm.vaag.end(), 0.0F);
     for (int y = 0; y < hoog; ++y) {
-        float* const naar = dekking_.waarden.data() + static_cast<std::ptrdiff_t>(y) * breed;
+        float* const naar = vorm.vaag.data() + static_cast<std::ptrdiff_t>(y) * breed;
         for (int k = std::max(-straal, -y); k <= std::min(straal, hoog - 1 - y); ++k) {
             const float gewicht = kern_[static_cast<std::size_t>(k + straal)];
             const float* const van = hulp_.data() + static_cast<std::ptrdiff_t>(y + k) * breed;
@@ -98,29 +101,71 @@ void Tekenvlak::vervaag(double sigma) {
     }
 }
 
-void Tekenvlak::kleurIn(const QColor& kleur, QPoint verschuiving) {
+Tekenvlak::Vorm& Tekenvlak::vormVan(QSize maat, bool schaduw) {
+    const auto bekend = std::find_if(vormen_.begin(), vormen_.end(), [&](const Vorm& vorm) {
+        return vorm.maat == maat && vorm.vakken == vakken_;
+    });
+    if (bekend != vormen_.end()) return *bekend;
+    if (vormen_.size() < kMeesteVormen) vormen_.emplace_back();
+    Vorm& vorm = vormen_[oudste_++ % vormen_.size()];
+    vorm.vakken = vakken_;
+    vorm.maat = maat;
+    vorm.afdruk.clear();
+    bepaalDekking(vorm);
+    if (schaduw) vervaag(vorm);
+    return vorm;
+}
+
+void Tekenvlak::kleurIn(const std::vector<float>& dekking, const QRect& gebied,
+                        const QColor& kleur) {
     const float alfa = kleur.alphaF();
     const float rood = kleur.redF(), groen = kleur.greenF(), blauw = kleur.blueF();
-    const QRect doel = dekking_.gebied.translated(verschuiving) & beeld_.rect();
-    const auto stap = beeld_.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
+    const QRect doel = gebied & beeld_.rect();
     for (int y = doel.top(); y <= doel.bottom(); ++y) {
-        const float* const rij =
-            dekking_.waarden.data() +
-            static_cast<std::ptrdiff_t>(y - verschuiving.y() - dekking_.gebied.top()) *
-                dekking_.gebied.width();
+        QRgb* const pixels = rij(y);
+        const float* const deel =
+            dekking.data() + static_cast<std::ptrdiff_t>(y - gebied.top()) * gebied.width();
         for (int x = doel.left(); x <= doel.right(); ++x) {
-            const float a = alfa * rij[x - verschuiving.x() - dekking_.gebied.left()];
+            const float a = alfa * deel[x - gebied.left()];
             if (a < 0.5F / 255.0F) continue;
-            QRgb& pixel = pixels_[y * stap + x];
-            pixel = over(pixel, rood * a, groen * a, blauw * a, a);
+            pixels[x] = over(pixels[x], rood * a, groen * a, blauw * a, a);
         }
     }
 }
 
+QRgb* Tekenvlak::rij(int y) const {
+    return pixels_ + y * (beeld_.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb)));
+}
+
+bool Tekenvlak::isLeeg(const QRect& gebied) const {
+    const auto leeg = [](QRgb pixel) { return pixel == 0; };
+    for (int y = gebied.top(); y <= gebied.bottom(); ++y)
+        if (!std::all_of(rij(y) + gebied.left(), rij(y) + gebied.right() + 1, leeg)) return false;
+    return true;
+}
+
+bool Tekenvlak::drukAf(const Vorm& vorm, const QRect& gebied) {
+    if (vorm.afdruk.empty() || vorm.kleur != vulkleur_) return false;
+    const QRgb* van = vorm.afdruk.data();
+    for (int y = gebied.top(); y <= gebied.bottom(); ++y, van += gebied.width())
+        std::copy_n(van, gebied.width(), rij(y) + gebied.left());
+    return true;
+}
+
+void Tekenvlak::onthoud(Vorm& vorm, const QRect& gebied) {
+    vorm.kleur = vulkleur_;
+    vorm.afdruk.clear();
+    for (int y = gebied.top(); y <= gebied.bottom(); ++y)
+        vorm.afdruk.insert(vorm.afdruk.end(), rij(y) + gebied.left(), rij(y) + gebied.right() + 1);
+}
+
 void Tekenvlak::vul(std::span<const QRectF> vakken) {
+    vakken_.clear();
     QRectF omhullend;
-    for (const QRectF& vak : vakken)
-        omhullend |= painter_.transform().mapRect(vak);
+    for (const QRectF& vak : vakken) {
+        vakken_.push_back(painter_.transform().mapRect(vak));
+        omhullend |= vakken_.back();
+    }
     const bool schaduw = schaduw_.kleur.isValid() && schaduw_.kleur.alpha() > 0;
     const int rand = schaduw ? static_cast<int>(kern_.size() / 2) : 0;
     const QPoint naast(qRound(schaduw_.verschuiving.x()), -qRound(schaduw_.verschuiving.y()));
@@ -130,16 +175,20 @@ void Tekenvlak::vul(std::span<const QRectF> vakken) {
         ruim & beeld_.rect().adjusted(-rand - std::abs(naast.x()), -rand - std::abs(naast.y()),
                                       rand + std::abs(naast.x()), rand + std::abs(naast.y()));
     if (gebied.isEmpty()) return;
-    bepaalDekking(vakken, gebied);
+    for (QRectF& vak : vakken_)
+        vak.translate(-gebied.topLeft());
+    Vorm& vorm = vormVan(gebied.size(), schaduw);
+    const QRect schaduwGebied = gebied.translated(naast);
+    const QRect geheel = schaduw ? gebied | schaduwGebied : gebied;
+    const bool leeg = beeld_.rect().contains(geheel) && isLeeg(geheel);
+    if (leeg && drukAf(vorm, geheel)) return;
     if (schaduw) {
-        scherp_ = dekking_.waarden;
-        vervaag(schaduw_.vervaging / 2.0);
         QColor kleur = schaduw_.kleur;
         kleur.setAlphaF(kleur.alphaF() * vulkleur_.alphaF());
-        kleurIn(kleur, naast);
-        std::swap(scherp_, dekking_.waarden);
+        kleurIn(vorm.vaag, schaduwGebied, kleur);
     }
-    kleurIn(vulkleur_, QPoint(0, 0));
+    kleurIn(vorm.scherp, gebied, vulkleur_);
+    if (leeg) onthoud(vorm, geheel);
 }
 
 }  // namespace brixtel

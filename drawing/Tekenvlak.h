@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QRectF>
+#include <QSize>
 #include <memory>
 #include <span>
 #include <vector>
@@ -42,22 +43,38 @@ class Tekenvlak {
     QPainter& painter() { return painter_; }
 
   private:
-    // A rectangle of pixels with a share of coverage for each.
-    struct Dekking {
-        QRect gebied;
-        std::vector<float> waarden;
+    // What was filled: the share of each pixel that it covers in a rectangle, and
+    // the same blurred where it casts a shadow.
+    struct Vorm {
+        std::vector<QRectF> vakken;  // pixels, from the rectangle's corner
+        QSize maat;
+        std::vector<float> scherp;
+        std::vector<float> vaag;
+        // What it made of clear pixels, in which colour; empty until it fell on some.
+        std::vector<QRgb> afdruk;
+        QColor kleur;
     };
-    void bepaalDekking(std::span<const QRectF> vakken, const QRect& gebied);
-    void vervaag(double sigma);
-    void kleurIn(const QColor& kleur, QPoint verschuiving);
+    Vorm& vormVan(QSize maat, bool schaduw);
+    void bepaalDekking(Vorm& vorm) const;
+    void vervaag(Vorm& vorm);
+    void kleurIn(const std::vector<float>& dekking, const QRect& gebied, const QColor& kleur);
+    // On clear pixels alone: repeats what the shape made of such, in this colour;
+    // false if that is not known.
+    bool drukAf(const Vorm& vorm, const QRect& gebied);
+    void onthoud(Vorm& vorm, const QRect& gebied);
+    [[nodiscard]] bool isLeeg(const QRect& gebied) const;
+    [[nodiscard]] QRgb* rij(int y) const;
 
     QImage& beeld_;
     QRgb* pixels_;
     QPainter painter_;
     QColor vulkleur_ = Qt::black;
     Schaduw schaduw_;
-    Dekking dekking_;
-    std::vector<float> scherp_;  // the coverage while its shadow is blurred
+    std::vector<QRectF> vakken_;  // being filled, as a shape has them
+    // The last shapes: text repeats a few glyphs, and to work one out takes many
+    // times as long as to copy it.
+    std::vector<Vorm> vormen_;
+    std::size_t oudste_ = 0;
     std::vector<float> hulp_;
     std::vector<float> kern_;
 };

@@ -6,7 +6,8 @@ BOUWEN="g++ cmake ninja-build pkg-config qt6-base-dev libepoxy-dev libegl-dev li
   libxcb-shape0-dev libxcb-xfixes0-dev libpulse-dev libkissfft-dev"
 DRAAIEN="libqt6gui6 libegl1 libegl-mesa0 libgl1-mesa-dri fonts-dejavu-core lsof"
 PROEVEN="libgtest-dev libgmock-dev libbenchmark-dev xvfb xauth dbus openbox picom xscreensaver
-  xscreensaver-data xdotool x11-utils x11-xserver-utils imagemagick iproute2 procps pulseaudio pulseaudio-utils"
+  xscreensaver-data xdotool x11-utils x11-xserver-utils imagemagick iproute2 procps
+  dpkg-dev fakeroot file pulseaudio pulseaudio-utils"
 
 # zorg_voor PACKAGE...: installs those that are missing, and says which.
 zorg_voor() {

@@ -38,8 +38,9 @@ QColor schijn() {
 platform::GeometryPtr maakBlok() {
     auto materiaal = std::make_shared<platform::Material>(Thema::groen());
     materiaal->setEmission(schijn());
-    return platform::makeBox({.width = 1.0, .height = 1.0, .length = 1.4, .chamferRadius = 0.06},
-                             materiaal);
+    return platform::makeBox(
+        {.width = 1.0, .height = 1.0, .length = 1.4, .chamferRadius = 0.06, .chamferSegments = 1},
+        materiaal);
 }
 
 Action eindeloos(const Action& heen, const Action& terug) {

@@ -133,6 +133,8 @@ const std::vector<Optie>& opties() {
     static const std::vector<Optie> alle{
         watOptie(QLatin1String("root"), Wat::Gastheer),
         watOptie(QLatin1String("instellingen"), Wat::Instellingen),
+        watOptie(QLatin1String("aanmelden"), Wat::Aanmelden),
+        watOptie(QLatin1String("afmelden"), Wat::Afmelden),
         watOptie(QLatin1String("versie"), Wat::Versie),
         watOptie(QLatin1String("help"), Wat::Hulp),
         vlagOptie(QLatin1String("voorvertoning"), &Opdracht::voorvertoning),
@@ -230,6 +232,8 @@ Wat:
 Verder:
   --instellingen         het venster met de instellingen
   --verbindingen[=json]  met welke landen deze machine nu verbonden is
+  --aanmelden            zet Brixtel in de lijst van xscreensaver
+  --afmelden             haalt Brixtel uit die lijst
   --versie               het versienummer
   --help                 deze tekst
 )");

@@ -23,6 +23,8 @@ struct Opdracht {
         Plaatje,
         Instellingen,
         Verbindingen,
+        Aanmelden,
+        Afmelden,
         Versie,
         Hulp,
     };

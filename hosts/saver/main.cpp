@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The host adapter: reads its command line, loads the saver module and shows it.
+#include <QFile>
 #include <QGuiApplication>
 #include <cstdio>
 #include <optional>
 
 #include "BrixtelSaver/SaverInstellingen.h"
+#include "hosts/saver/Aanmelding.h"
 #include "hosts/saver/Meting.h"
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
@@ -56,6 +58,17 @@ void kiesPlatform(const Opdracht& opdracht) {
 int verbindingen(bool json) {
     const QString mis = brixtel::toonVerbindingen(json);
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
+}
+
+int bericht(const brixtel::Bericht& bericht) {
+    if (!bericht.gelukt) return meldNaam(bericht.regel, kFout);
+    std::puts(qUtf8Printable(bericht.regel));
+    return 0;
+}
+
+int meldAan(const QString& thuis) {
+    const QString eigen = QFile::symLinkTarget(QStringLiteral("/proc/self/exe"));
+    return bericht(brixtel::meldAan(thuis, brixtel::opdrachtVoorGastheer(eigen)));
 }
 
 int plaatje(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
@@ -156,6 +169,10 @@ int main(int argc, char** argv) {
                             kVerkeerdGebruik);
         case Opdracht::Wat::Verbindingen:
             return verbindingen(opdracht.json);
+        case Opdracht::Wat::Aanmelden:
+            return meldAan(qEnvironmentVariable("HOME"));
+        case Opdracht::Wat::Afmelden:
+            return bericht(brixtel::meldAf(qEnvironmentVariable("HOME")));
         default:
             break;
     }

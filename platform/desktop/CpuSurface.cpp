@@ -93,13 +93,21 @@ void CpuSurface::paintScene(const Frame& frame, const SceneFrame& scene,
                             const PixelBuffer& picture) {
     showsScene_ = scene.hasScene;
     if (scene.hasScene && !stage_ && !failsScenes_) {
-        stage_ = SceneStage::inMemory();
+        stage_ = SceneStage::inMemory(options_.resetStatus);
         failsScenes_ = !stage_;
     }
     if (stage_ && stage_->draw(scene, frame.grid, picture)) return;
+    if (renewStage() && stage_->draw(scene, frame.grid, picture)) return;
     failsScenes_ = failsScenes_ || scene.hasScene;
     const QRect rect = frame.grid.snap(scene.frame);
     drawer_.draw(DisplayList(), frame.grid, {&rect, 1}, scene.background, picture);
+}
+
+bool CpuSurface::renewStage() {
+    if (!stage_ || !GlContext::isCurrentLost() || std::exchange(renewed_, true)) return false;
+    stage_.reset();
+    stage_ = SceneStage::inMemory(options_.resetStatus);
+    return stage_ != nullptr;
 }
 
 const QString& CpuSurface::drawer() const {

@@ -24,6 +24,7 @@ class CpuSurface final : public Surface {
         std::uint32_t window = 0;
         int ending = -1;  // ends all waiting once it is readable
         bool sharedMemory = true;
+        ResetQuery resetStatus{};
     };
 
     // None if the window or the server is not there.
@@ -45,6 +46,8 @@ class CpuSurface final : public Surface {
     void resize(QSize size);
     void paint(const Frame& frame, std::span<const QRect> damage, const PixelBuffer& picture);
     void paintScene(const Frame& frame, const SceneFrame& scene, const PixelBuffer& picture);
+    // Where the one there was is lost; once.
+    bool renewStage();
     void show(std::span<const QRect> rects);
     void putShared(const QRect& rect, bool last);
     void putOverConnection(const QRect& rect);
@@ -66,6 +69,7 @@ class CpuSurface final : public Surface {
     // Made for the first scene.
     std::unique_ptr<SceneStage> stage_;
     bool failsScenes_ = false;
+    bool renewed_ = false;
     bool showsScene_ = false;
     QSize size_;
     // The picture in the window's format, where there is shared memory; and in

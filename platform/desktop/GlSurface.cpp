@@ -3,21 +3,32 @@
 
 namespace platform {
 
-std::unique_ptr<GlSurface> GlSurface::create(const QString& display, std::uint32_t window) {
-    std::unique_ptr<GlSurface> surface(new GlSurface);
-    surface->connection_ = std::make_unique<XConnection>(display);
+std::unique_ptr<GlSurface> GlSurface::create(const Options& options) {
+    std::unique_ptr<GlSurface> surface(new GlSurface(options.resetStatus));
+    surface->connection_ = std::make_unique<XConnection>(options.display);
     if (!surface->connection_->isAlive()) return nullptr;
-    const auto egl =
+    surface->egl_ =
         EglDisplay::forX11(surface->connection_->get(), surface->connection_->screenNumber());
-    if (!egl) return nullptr;
-    surface->window_ = EglWindowSurface::create(egl, window);
-    if (!surface->window_) return nullptr;
-    surface->context_ = GlContext::create(egl, surface->window_.get());
-    if (!surface->context_ || !surface->context_->makeCurrent(*surface->window_)) return nullptr;
-    surface->window_->setSwapInterval(1);
-    surface->name_ = QString::fromStdString(surface->context_->rendererName());
-    surface->drawer_ = GlDrawer::create();
-    return surface->drawer_ ? std::move(surface) : nullptr;
+    if (!surface->egl_) return nullptr;
+    surface->window_ = EglWindowSurface::create(surface->egl_, options.window);
+    return surface->window_ && surface->start() ? std::move(surface) : nullptr;
+}
+
+bool GlSurface::start() {
+    context_ = GlContext::create(egl_, window_.get(), resetStatus_);
+    if (!context_ || !context_->makeCurrent(*window_)) return false;
+    window_->setSwapInterval(1);
+    name_ = QString::fromStdString(context_->rendererName());
+    drawer_ = GlDrawer::create();
+    return drawer_ != nullptr;
+}
+
+bool GlSurface::renew() {
+    if (std::exchange(renewed_, true)) return false;
+    stage_.reset();
+    drawer_.reset();
+    context_.reset();
+    return start() && !context_->isLost();
 }
 
 GlSurface::~GlSurface() {
@@ -27,6 +38,8 @@ GlSurface::~GlSurface() {
 }
 
 Surface::Result GlSurface::draw(const Frame& frame, std::span<const QRect>) {
+    // Then the processor may still draw in the window.
+    if (context_->isLost() && !renew()) return Result::WindowGone;
     // A driver may learn of a new size only by swapping.
     for (int tries = 0; tries < 2; ++tries) {
         paint(frame);

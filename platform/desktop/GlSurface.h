@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <utility>
+
 #include "platform/desktop/SceneStage.h"
 #include "platform/desktop/Surface.h"
 #include "platform/desktop/Xcb.h"
@@ -13,9 +15,14 @@ namespace platform {
 // screen at the swap.
 class GlSurface final : public Surface {
   public:
+    struct Options {
+        QString display;
+        std::uint32_t window = 0;
+        ResetQuery resetStatus{};
+    };
+
     // None if there is no OpenGL for this window.
-    [[nodiscard]] static std::unique_ptr<GlSurface> create(const QString& display,
-                                                           std::uint32_t window);
+    [[nodiscard]] static std::unique_ptr<GlSurface> create(const Options& options);
     ~GlSurface() override;
 
     Result draw(const Frame& frame, std::span<const QRect> damage) override;
@@ -29,14 +36,19 @@ class GlSurface final : public Surface {
     [[nodiscard]] bool isSoftware() const { return context_->isSoftware(); }
 
   private:
-    GlSurface() = default;
+    explicit GlSurface(ResetQuery resetStatus) : resetStatus_(std::move(resetStatus)) {}
+    bool start();
+    // In another context, where the one there was is lost; once.
+    bool renew();
     void paint(const Frame& frame);
     void paintScene(const Frame& frame, const SceneFrame& scene);
     // Of the errors that have arrived.
     Result state();
 
+    const ResetQuery resetStatus_;
     // In the order of their making: each stands on those before.
     std::unique_ptr<XConnection> connection_;
+    std::shared_ptr<EglDisplay> egl_;
     std::unique_ptr<EglWindowSurface> window_;
     std::unique_ptr<GlContext> context_;
     std::unique_ptr<GlDrawer> drawer_;
@@ -45,6 +57,7 @@ class GlSurface final : public Surface {
     bool failsScenes_ = false;
     bool showsScene_ = false;
     bool windowGone_ = false;
+    bool renewed_ = false;
 };
 
 }  // namespace platform

@@ -15,9 +15,8 @@ constexpr double kSoftwareInterval = 1.0 / 48.0;
 
 }  // namespace
 
-std::unique_ptr<SceneStage> SceneStage::inMemory() {
-    const auto display = EglDisplay::offscreen();
-    auto context = display ? GlContext::create(display) : nullptr;
+std::unique_ptr<SceneStage> SceneStage::inMemory(ResetQuery resetStatus) {
+    auto context = GlContext::create(EglDisplay::offscreen(), nullptr, std::move(resetStatus));
     if (!context || !context->makeCurrent()) return nullptr;
     auto renderer = SceneRenderer::create();
     if (!renderer) return nullptr;

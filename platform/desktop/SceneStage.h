@@ -19,7 +19,7 @@ class SceneStage {
   public:
     // With a context of its own, for pictures in memory. None where there is no
     // OpenGL that can draw scenes.
-    [[nodiscard]] static std::unique_ptr<SceneStage> inMemory();
+    [[nodiscard]] static std::unique_ptr<SceneStage> inMemory(ResetQuery resetStatus = {});
     // In the context that is current, and stays so.
     [[nodiscard]] static std::unique_ptr<SceneStage> onContext(const GlContext& context);
     ~SceneStage();

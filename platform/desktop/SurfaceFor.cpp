@@ -35,11 +35,15 @@ bool mayHaveGpu(const QString& display) {
 std::unique_ptr<Surface> makeSurfaceFor(const SurfaceOptions& options) {
     const bool forced = options.drawer == DrawerChoice::OpenGl;
     if (forced || (options.drawer == DrawerChoice::Auto && mayHaveGpu(options.display))) {
-        auto surface = GlSurface::create(options.display, options.window);
+        auto surface = GlSurface::create({.display = options.display,
+                                          .window = options.window,
+                                          .resetStatus = options.resetStatus});
         if (surface && (forced || !surface->isSoftware())) return surface;
     }
-    return CpuSurface::create(
-        {.display = options.display, .window = options.window, .ending = options.ending});
+    return CpuSurface::create({.display = options.display,
+                               .window = options.window,
+                               .ending = options.ending,
+                               .resetStatus = options.resetStatus});
 }
 
 }  // namespace platform

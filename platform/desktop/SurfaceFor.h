@@ -14,6 +14,7 @@ struct SurfaceOptions {
     QString display;
     std::uint32_t window = 0;
     int ending = -1;  // ends all waiting once it is readable
+    ResetQuery resetStatus{};
 };
 
 // The surface for a window as the choice says; the processor's where OpenGL was

@@ -50,8 +50,10 @@ void WindowDrawing::startRenderer(DrawerChoice drawer) {
     const auto tell = [this](auto action) {
         QMetaObject::invokeMethod(&mailbox_, std::move(action), Qt::QueuedConnection);
     };
-    const SurfaceOptions options{
-        .drawer = drawer, .display = server_.options().display, .window = window_};
+    const SurfaceOptions options{.drawer = drawer,
+                                 .display = server_.options().display,
+                                 .window = window_,
+                                 .resetStatus = server_.options().resetStatus};
     if (renderer_) framesBefore_ += renderer_->framesDrawn();
     renderer_.reset();
     renderer_ = std::make_unique<RenderThread>(

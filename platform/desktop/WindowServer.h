@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include "platform/render/Egl.h"
 #include "platform/time/MediaClock.h"
 
 namespace platform {
@@ -24,7 +25,8 @@ enum class DrawerChoice { Auto, OpenGl, Cpu };
 
 struct WindowServerOptions {
     DrawerChoice drawer = DrawerChoice::Auto;
-    QString display;  // the X display; empty for the one of the environment
+    QString display;           // the X display; empty for the one of the environment
+    ResetQuery resetStatus{};  // asked, on render threads, in OpenGL's place
 };
 
 // The program's end of the line to the X server, beside Qt's own: windows are

@@ -3,6 +3,7 @@
 
 #include <QSize>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -98,6 +99,9 @@ class EglWindowSurface {
     bool tellsAge_;
 };
 
+// Says what glGetGraphicsResetStatus() would; for trying what a lost GPU brings.
+using ResetQuery = std::function<unsigned()>;
+
 // OpenGL 3.3, core profile. Current on at most one thread at a time; every
 // OpenGL object made in it must be dropped while it is current, and the context
 // itself where it is current or current nowhere.
@@ -105,8 +109,10 @@ class GlContext {
   public:
     // Made to fit `surface` where the driver needs to know; a context without
     // one can draw off screen on every driver, and to windows on nearly all.
+    // `resetStatus`, if given, is asked in the driver's place.
     [[nodiscard]] static std::unique_ptr<GlContext> create(
-        std::shared_ptr<EglDisplay> display, const EglWindowSurface* surface = nullptr);
+        std::shared_ptr<EglDisplay> display, const EglWindowSurface* surface = nullptr,
+        ResetQuery resetStatus = {});
     ~GlContext();
     GlContext(const GlContext&) = delete;
     GlContext& operator=(const GlContext&) = delete;
@@ -115,6 +121,13 @@ class GlContext {
     bool makeCurrent();
     bool makeCurrent(const EglWindowSurface& surface);
     void doneCurrent();
+
+    // Whether the GPU was reset, and all that was made here is lost with it: then
+    // nothing can be drawn any more, and another context is needed. It must be
+    // current. Never true where the driver does not tell.
+    [[nodiscard]] bool isLost();
+    // The same of the one that is current on this thread, if any is.
+    [[nodiscard]] static bool isCurrentLost();
 
     // As the driver names it; empty until the context was current for the first
     // time.
@@ -127,12 +140,14 @@ class GlContext {
     [[nodiscard]] int errors() const { return errors_; }
 
   private:
-    GlContext(std::shared_ptr<EglDisplay> display, void* handle);
+    GlContext(std::shared_ptr<EglDisplay> display, void* handle, ResetQuery resetStatus);
     bool bind(void* surface);
     void firstTime();
 
     std::shared_ptr<EglDisplay> display_;
     void* handle_;
+    ResetQuery resetStatus_;  // empty where the driver does not tell
+    bool lost_ = false;
     std::string rendererName_;
     int errors_ = 0;
 };

@@ -3,7 +3,9 @@
 #include <epoxy/gl.h>
 
 #include <cstdio>
+#include <initializer_list>
 #include <utility>
+#include <vector>
 
 #include "platform/render/Egl.h"
 
@@ -24,6 +26,42 @@ void countError(GLenum, GLenum type, GLuint, GLenum, GLsizei, const GLchar* text
     ++*static_cast<int*>(const_cast<void*>(errors));
 }
 
+thread_local GlContext* currentContext = nullptr;
+
+// A context that says when the GPU was reset, where there is any; which word asks
+// for it depends on the driver, and some that know a word refuse it.
+EGLContext createHandle(const EglDisplay& display, EGLConfig config) {
+    const std::vector<EGLint> plain{EGL_CONTEXT_MAJOR_VERSION_KHR,
+                                    3,
+                                    EGL_CONTEXT_MINOR_VERSION_KHR,
+                                    3,
+                                    EGL_CONTEXT_OPENGL_PROFILE_MASK_KHR,
+                                    EGL_CONTEXT_OPENGL_CORE_PROFILE_BIT_KHR,
+                                    EGL_CONTEXT_FLAGS_KHR,
+                                    kStrict ? EGL_CONTEXT_OPENGL_DEBUG_BIT_KHR : 0};
+    const auto tryWith = [&](std::initializer_list<EGLint> more) {
+        std::vector<EGLint> attributes = plain;
+        attributes.insert(attributes.end(), more);
+        attributes.push_back(EGL_NONE);
+        return eglCreateContext(display.handle(), config, EGL_NO_CONTEXT, attributes.data());
+    };
+    EGLContext handle = tryWith(
+        {EGL_CONTEXT_OPENGL_RESET_NOTIFICATION_STRATEGY_KHR, EGL_LOSE_CONTEXT_ON_RESET_KHR});
+    if (handle == EGL_NO_CONTEXT && display.offers("EGL_EXT_create_context_robustness"))
+        handle = tryWith(
+            {EGL_CONTEXT_OPENGL_RESET_NOTIFICATION_STRATEGY_EXT, EGL_LOSE_CONTEXT_ON_RESET_EXT});
+    return handle != EGL_NO_CONTEXT ? handle : tryWith({});
+}
+
+// None where the driver has no such call.
+ResetQuery driversResetQuery() {
+    if (epoxy_has_gl_extension("GL_KHR_robustness") || epoxy_gl_version() >= 45)
+        return [] { return glGetGraphicsResetStatus(); };
+    if (epoxy_has_gl_extension("GL_ARB_robustness"))
+        return [] { return glGetGraphicsResetStatusARB(); };
+    return {};
+}
+
 }  // namespace
 
 bool isSoftwareRenderer(std::string_view name) {
@@ -35,7 +73,8 @@ bool isSoftwareRenderer(std::string_view name) {
 }
 
 std::unique_ptr<GlContext> GlContext::create(std::shared_ptr<EglDisplay> display,
-                                             const EglWindowSurface* surface) {
+                                             const EglWindowSurface* surface,
+                                             ResetQuery resetStatus) {
     if (!display || !display->offers("EGL_KHR_surfaceless_context") || !eglBindAPI(EGL_OPENGL_API))
         return nullptr;
     EGLConfig config = nullptr;  // EGL_NO_CONFIG_KHR
@@ -49,22 +88,14 @@ std::unique_ptr<GlContext> GlContext::create(std::shared_ptr<EglDisplay> display
             return nullptr;
         }
     }
-    const EGLint attributes[] = {EGL_CONTEXT_MAJOR_VERSION_KHR,
-                                 3,
-                                 EGL_CONTEXT_MINOR_VERSION_KHR,
-                                 3,
-                                 EGL_CONTEXT_OPENGL_PROFILE_MASK_KHR,
-                                 EGL_CONTEXT_OPENGL_CORE_PROFILE_BIT_KHR,
-                                 EGL_CONTEXT_FLAGS_KHR,
-                                 kStrict ? EGL_CONTEXT_OPENGL_DEBUG_BIT_KHR : 0,
-                                 EGL_NONE};
-    EGLContext handle = eglCreateContext(display->handle(), config, EGL_NO_CONTEXT, attributes);
+    EGLContext handle = createHandle(*display, config);
     if (handle == EGL_NO_CONTEXT) return nullptr;
-    return std::unique_ptr<GlContext>(new GlContext(std::move(display), handle));
+    return std::unique_ptr<GlContext>(
+        new GlContext(std::move(display), handle, std::move(resetStatus)));
 }
 
-GlContext::GlContext(std::shared_ptr<EglDisplay> display, void* handle)
-    : display_(std::move(display)), handle_(handle) {}
+GlContext::GlContext(std::shared_ptr<EglDisplay> display, void* handle, ResetQuery resetStatus)
+    : display_(std::move(display)), handle_(handle), resetStatus_(std::move(resetStatus)) {}
 
 GlContext::~GlContext() {
     if (eglGetCurrentContext() == handle_) doneCurrent();
@@ -84,17 +115,30 @@ bool GlContext::bind(void* surface) {
     if (!eglBindAPI(EGL_OPENGL_API) ||
         !eglMakeCurrent(display_->handle(), surface, surface, handle_))
         return false;
+    currentContext = this;
     if (rendererName_.empty()) firstTime();
     return true;
 }
 
 void GlContext::doneCurrent() {
     eglMakeCurrent(display_->handle(), EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    currentContext = nullptr;
+}
+
+bool GlContext::isLost() {
+    // The driver tells once.
+    lost_ = lost_ || (resetStatus_ && resetStatus_() != GL_NO_ERROR);
+    return lost_;
+}
+
+bool GlContext::isCurrentLost() {
+    return currentContext && currentContext->isLost();
 }
 
 void GlContext::firstTime() {
     const auto* const name = reinterpret_cast<const char*>(glGetString(GL_RENDERER));
     rendererName_ = name ? name : "unknown";
+    if (!resetStatus_) resetStatus_ = driversResetQuery();
     if (!kStrict || !epoxy_has_gl_extension("GL_KHR_debug")) return;
     glEnable(GL_DEBUG_OUTPUT);
     glEnable(GL_DEBUG_OUTPUT_SYNCHRONOUS);

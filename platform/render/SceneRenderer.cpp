@@ -7,6 +7,7 @@
 #include <glm/gtc/type_ptr.hpp>
 
 #include "composite.frag.h"
+#include "platform/render/Egl.h"
 #include "platform/render/GpuTimer.h"
 #include "platform/render/SceneBloom.h"
 #include "platform/render/SceneDeveloper.h"
@@ -54,7 +55,6 @@ struct SceneRenderer::Parts {
     bool fitReadable(const DrawList& list, QSize size, const SceneQuality& wanted);
     bool fitSamples(const DrawList& list, QSize size, const SceneFormat& format);
     void start(const DrawList& list, const SceneQuality& wanted);
-    bool isLost() const;
     void drawScene(const DrawList& list, double scale, int shown);
     bool drawBloom(const DrawList& list, double scale);
     void drawComposite(const DrawList& list, const SceneTarget& target, bool bloom);
@@ -73,7 +73,6 @@ struct SceneRenderer::Parts {
     SceneQuality quality;
     int drawCalls = 0;
     int maxSamples = 0;
-    bool tellsLoss = false;
 };
 
 bool SceneRenderer::Parts::prepare() {
@@ -81,12 +80,7 @@ bool SceneRenderer::Parts::prepare() {
         return false;
     glGetIntegerv(GL_MAX_SAMPLES, &maxSamples);
     maxSamples = std::min(maxSamples, options.maxSamples);
-    tellsLoss = epoxy_has_gl_extension("GL_KHR_robustness");
     return fit({}, {16, 16}, {});
-}
-
-bool SceneRenderer::Parts::isLost() const {
-    return tellsLoss && glGetGraphicsResetStatus() != GL_NO_ERROR;
 }
 
 void SceneRenderer::Parts::start(const DrawList& list, const SceneQuality& wanted) {
@@ -181,7 +175,7 @@ bool SceneRenderer::draw(const DrawList& list, const SceneTarget& target,
                          const SceneQuality& quality) {
     Parts& parts = *parts_;
     parts.drawCalls = 0;
-    if (target.size.isEmpty() || parts.isLost()) return false;
+    if (target.size.isEmpty() || GlContext::isCurrentLost()) return false;
     const QSize size = internalSize(target.size, quality.resolution);
     if (!parts.fit(list, size, quality)) return false;
     const double scale = target.scale * size.height() / target.size.height();
@@ -198,7 +192,7 @@ bool SceneRenderer::draw(const DrawList& list, const PixelBuffer& picture, doubl
                          const SceneQuality& quality) {
     Parts& parts = *parts_;
     parts.drawCalls = 0;
-    if (picture.size.isEmpty() || parts.isLost()) return false;
+    if (picture.size.isEmpty() || GlContext::isCurrentLost()) return false;
     const QSize size = internalSize(picture.size, quality.resolution);
     if (!parts.fitReadable(list, size, quality)) return false;
     const double inner = scale * size.height() / picture.size.height();

@@ -44,8 +44,9 @@ struct PlaneOptions {
 [[nodiscard]] GeometryPtr makePlane(const PlaneOptions& options, MaterialPtr material = {});
 
 // width along x, height along y, length along z, all outer sizes. The chamfer
-// rounds edges and corners inside them, in `chamferSegments` steps (even; *two*
-// keep a block that is small on screen cheap).
+// rounds edges and corners inside them, in `chamferSegments` steps: one or an even
+// number. One has a quarter of the vertices of two and is as soft where a chamfer
+// is a few pixels wide, but no good for a picture, which it smears over the edges.
 struct BoxOptions {
     double width = 1.0;
     double height = 1.0;

@@ -80,6 +80,44 @@ void addSide(MeshData& mesh, const Side& side, const glm::vec3& half, float radi
             });
 }
 
+// Counterclockwise seen from where the normals point.
+void addFacing(MeshData& mesh, std::uint32_t a, std::uint32_t b, std::uint32_t c) {
+    const glm::vec3 across =
+        glm::cross(mesh.positions[b] - mesh.positions[a], mesh.positions[c] - mesh.positions[a]);
+    if (glm::dot(across, mesh.normals[a] + mesh.normals[b] + mesh.normals[c]) < 0.0F)
+        std::swap(b, c);
+    mesh.indices.insert(mesh.indices.end(), {a, b, c});
+}
+
+// The six flat sides, and one flat strip or triangle where they meet; the normals
+// still turn along it as those of the rounding would.
+void addBevelled(MeshData& mesh, const glm::vec3& half, float radius) {
+    // By corner of the box, bit i being the sign along axis i, then by the side's axis.
+    std::array<std::array<std::uint32_t, 3>, 8> at{};
+    for (const Side& side : kSides) {
+        const unsigned axis = side.out.x != 0.0F ? 0 : side.out.y != 0.0F ? 1 : 2;
+        addGrid(mesh, 1, 1, [&](int column, int row) {
+            const glm::vec2 uv(column, row);
+            const glm::vec3 c =
+                side.out + (2.0F * uv.x - 1.0F) * side.right + (1.0F - 2.0F * uv.y) * side.up;
+            const unsigned corner = (c.x > 0.0F) + 2U * (c.y > 0.0F) + 4U * (c.z > 0.0F);
+            at[corner][axis] = static_cast<std::uint32_t>(mesh.positions.size());
+            return GridVertex{c * (half - radius) + radius * side.out, side.out, uv};
+        });
+    }
+    for (unsigned corner = 0; corner < at.size(); ++corner) {
+        addFacing(mesh, at[corner][0], at[corner][1], at[corner][2]);
+        for (unsigned axis = 0; axis < 3; ++axis) {
+            const unsigned other = corner | 1U << axis;
+            if (other == corner) continue;
+            const unsigned a = (axis + 1) % 3;
+            const unsigned b = (axis + 2) % 3;
+            addFacing(mesh, at[corner][a], at[other][a], at[corner][b]);
+            addFacing(mesh, at[corner][b], at[other][a], at[other][b]);
+        }
+    }
+}
+
 // Every vertex once, in order.
 std::vector<std::uint32_t> oneByOne(std::size_t count) {
     std::vector<std::uint32_t> indices(count);
@@ -107,13 +145,18 @@ GeometryPtr makePlane(const PlaneOptions& options, MaterialPtr material) {
 }
 
 GeometryPtr makeBox(const BoxOptions& options, MaterialPtr material) {
-    require(options.chamferSegments >= 2 && options.chamferSegments % 2 == 0);
+    const int segments = options.chamferSegments;
+    require(segments == 1 || (segments >= 2 && segments % 2 == 0));
     const glm::vec3 half(0.5 * options.width, 0.5 * options.height, 0.5 * options.length);
     const auto radius = std::clamp(static_cast<float>(options.chamferRadius), 0.0F,
                                    std::min({half.x, half.y, half.z}));
     MeshData mesh;
+    if (segments == 1 && radius > 0.0F) {
+        addBevelled(mesh, half, radius);
+        return makeGeometry(std::move(mesh), std::move(material));
+    }
     for (const Side& side : kSides)
-        addSide(mesh, side, half, radius, options.chamferSegments / 2);
+        addSide(mesh, side, half, radius, segments / 2);
     return makeGeometry(std::move(mesh), std::move(material));
 }
 

@@ -35,6 +35,12 @@ ProcessUsage processUsage() {
             .peakMemoryMb = peakMemoryMb()};
 }
 
+double threadCpuSeconds() {
+    timespec spent{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &spent);
+    return static_cast<double>(spent.tv_sec) + 1e-9 * static_cast<double>(spent.tv_nsec);
+}
+
 double secondsSinceProcessStart() {
     std::ifstream file("/proc/self/stat");
     std::string line;

@@ -11,6 +11,9 @@ struct ProcessUsage {
 
 [[nodiscard]] ProcessUsage processUsage();
 
+// User and system time of the calling thread so far, in seconds.
+[[nodiscard]] double threadCpuSeconds();
+
 // Seconds since the kernel started this process, dynamic linking included, to
 // the hundredth that the kernel keeps. 0 when /proc cannot tell.
 [[nodiscard]] double secondsSinceProcessStart();

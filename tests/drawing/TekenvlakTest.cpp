@@ -67,6 +67,89 @@ TEST(Tekenvlak, AShadowFallsWhereItsOffsetPointsInPixelsYUp) {
     EXPECT_EQ(beeld.pixel(3, 1), qRgb(255, 0, 0));
 }
 
+// --- shapes that come again ---
+
+// Fills that lie apart must look as each does on a picture of its own.
+struct Vulling {
+    QPointF bij;
+    QColor kleur;
+};
+QImage vulAlle(const std::vector<Vulling>& vullingen, QPointF schaduw) {
+    return teken({60, 40}, 1.5, [&](Tekenvlak& vlak) {
+        vlak.zetSchaduw({.verschuiving = schaduw, .vervaging = 3.0, .kleur = Qt::red});
+        for (const Vulling& vulling : vullingen) {
+            vlak.zetVulkleur(vulling.kleur);
+            vlak.vul(std::array{QRectF(vulling.bij, QSizeF(4.5, 3.25)),
+                                QRectF(vulling.bij + QPointF(1.25, 5.0), QSizeF(2.0, 2.0))});
+        }
+    });
+}
+
+std::vector<QRgb> pixels(const QImage& beeld) {
+    const auto* const eerste = reinterpret_cast<const QRgb*>(beeld.constBits());
+    return {eerste, eerste + beeld.width() * beeld.height()};
+}
+
+void verwachtAlsAlleen(const std::vector<Vulling>& vullingen, QPointF schaduw) {
+    std::vector<QRgb> samen(90 * 60, 0);
+    for (const Vulling& vulling : vullingen) {
+        const std::vector<QRgb> alleen = pixels(vulAlle({vulling}, schaduw));
+        ASSERT_EQ(alleen.size(), samen.size());
+        for (std::size_t i = 0; i < samen.size(); ++i)
+            if (alleen[i] != 0) samen[i] = alleen[i];
+    }
+    EXPECT_EQ(pixels(vulAlle(vullingen, schaduw)), samen);
+}
+
+TEST(Tekenvlak, AShapeLooksTheSameEachTimeItComes) {
+    verwachtAlsAlleen({{{8, 8}, Qt::green}, {{28, 8}, Qt::green}, {{46, 24}, Qt::green}}, {0, 0});
+}
+
+TEST(Tekenvlak, AShapeComesAgainInAnotherColour) {
+    verwachtAlsAlleen({{{8, 8}, Qt::green}, {{28, 8}, Qt::blue}, {{46, 24}, Qt::green}}, {0, 0});
+}
+
+TEST(Tekenvlak, AShapeComesAgainBetweenTwoPixels) {
+    verwachtAlsAlleen({{{8, 8}, Qt::green}, {{28.25, 8.5}, Qt::green}, {{46.5, 24}, Qt::green}},
+                      {0, 0});
+}
+
+TEST(Tekenvlak, AShapeComesAgainHalfOutsideThePicture) {
+    verwachtAlsAlleen({{{8, 8}, Qt::green}, {{58, 8}, Qt::green}, {{28, -3}, Qt::green}}, {0, 0});
+}
+
+TEST(Tekenvlak, AShapeComesAgainWithItsShadowBesideIt) {
+    verwachtAlsAlleen({{{8, 12}, Qt::green}, {{28, 12}, Qt::green}, {{46, 24}, Qt::green}},
+                      {5, -4});
+}
+
+TEST(Tekenvlak, AShapeThatComesAgainOnAnotherLiesOverIt) {
+    const QColor half = QColor::fromRgbF(0, 1, 0, 0.5F);
+    const auto vulTwee = [&](const std::vector<QPointF>& plekken) {
+        return teken({12, 12}, 1, [&](Tekenvlak& vlak) {
+            vlak.zetVulkleur(half);
+            for (const QPointF& plek : plekken)
+                vlak.vul(std::array{QRectF(plek, QSizeF(4, 4))});
+        });
+    };
+    const QImage beeld = vulTwee({{1, 1}, {3, 3}});
+    EXPECT_NEAR(qAlpha(beeld.pixel(2, 9)), 128, 1);
+    EXPECT_NEAR(qAlpha(beeld.pixel(4, 7)), 192, 1);
+    EXPECT_NEAR(qAlpha(beeld.pixel(6, 5)), 128, 1);
+}
+
+TEST(Tekenvlak, AnotherShadowIsCastFromThenOn) {
+    const QImage beeld = teken({40, 20}, 1, [&](Tekenvlak& vlak) {
+        for (const QColor& kleur : {QColor(Qt::red), QColor(Qt::blue)}) {
+            vlak.zetSchaduw({.verschuiving = {0, -6}, .vervaging = 0, .kleur = kleur});
+            vlak.zetVulkleur(Qt::green);
+            vlak.vul(std::array{QRectF(kleur == Qt::red ? 2 : 22, 10, 4, 4)});
+        }
+    });
+    EXPECT_EQ(beeld.pixel(4, 13), qRgb(255, 0, 0));
+    EXPECT_EQ(beeld.pixel(24, 13), qRgb(0, 0, 255));
+}
+
 TEST(Tekenvlak, AFillOutsideThePictureIsHarmless) {
     const std::array vak{QRectF(-50, -50, 10, 10)};
     const QImage beeld = teken({6, 6}, 1, [&](Tekenvlak& vlak) {

@@ -14,8 +14,8 @@ namespace {
 
 const QString kGebruiker = QStringLiteral("65534");
 
-// The processes of our program, by their command line.
-QStringList lopende(const QString& thuis) {
+// The processes of a program, by their command line.
+QStringList lopende(const QString& thuis, const QString& programma = brixtel::programmaPad()) {
     QStringList regels;
     const QDir proc(QStringLiteral("/proc"));
     for (const QString& nummer : proc.entryList({QStringLiteral("[0-9]*")}, QDir::Dirs)) {
@@ -24,7 +24,7 @@ QStringList lopende(const QString& thuis) {
         if (!regel.open(QIODevice::ReadOnly) || !omgeving.open(QIODevice::ReadOnly)) continue;
         const QByteArray tekst = regel.readAll().replace('\0', ' ');
         const QByteArray waarden = omgeving.readAll();
-        if (!tekst.startsWith(QFile::encodeName(brixtel::programmaPad()))) continue;
+        if (!tekst.startsWith(QFile::encodeName(programma))) continue;
         if (!waarden.contains("HOME=" + QFile::encodeName(thuis))) continue;
         QString alles = QString::fromUtf8(tekst);
         if (waarden.contains("XSCREENSAVER_WINDOW=")) alles += QStringLiteral("[omgeving]");
@@ -114,6 +114,46 @@ TEST_F(Xscreensaver, TheDaemonShowsTheRainAndNothingIsLeftWhenItStops) {
         for (const QByteArray& regel : logboek.split('\n'))
             EXPECT_FALSE(regel.contains(woord) && regel.contains("brixtel")) << regel.constData();
     }
+}
+
+// The number, from 1, of a program in the host's own list of programs.
+int nummerInStandaard(const QByteArray& programma) {
+    QFile standaard(QStringLiteral("/etc/X11/app-defaults/XScreenSaver"));
+    EXPECT_TRUE(standaard.open(QIODevice::ReadOnly));
+    const QByteArray alles = standaard.readAll();
+    const qsizetype begin = alles.indexOf("\n*programs:");
+    const qsizetype daar = alles.indexOf(programma, begin);
+    EXPECT_TRUE(begin >= 0 && daar > begin);
+    return static_cast<int>(alles.mid(begin, daar - begin).count("\\n\\\n")) + 1;
+}
+
+TEST_F(Xscreensaver, TheDaemonFindsUsOnceRegisteredAndNothingOfItsOwnIsLost) {
+    const QString bestand = thuis.path() + QStringLiteral("/.xscreensaver");
+    ASSERT_TRUE(QFile::remove(bestand));
+    const auto meld = [this](const char* hoe) {
+        QProcess proces;
+        start(proces, {brixtel::programmaPad(), QLatin1String(hoe)});
+        EXPECT_TRUE(proces.waitForFinished(20'000));
+        EXPECT_EQ(proces.exitCode(), 0) << proces.readAllStandardError().constData();
+    };
+    const auto kies = [this](int nummer) {
+        opdracht({QStringLiteral("xscreensaver-command"), QStringLiteral("-select"),
+                  QString::number(nummer)});
+    };
+    meld("--aanmelden");
+    startDaemon();
+    // Alone in the file we are the first; the host's own come after us.
+    kies(1);
+    EXPECT_TRUE(until([this] { return lopende(thuis.path()).size() == 1; }, 20'000));
+    kies(nummerInStandaard("swirl --root") + 1);
+    EXPECT_TRUE(leeg());
+    EXPECT_TRUE(
+        until([this] { return !lopende(thuis.path(), QStringLiteral("swirl --root")).isEmpty(); },
+              20'000))
+        << logboek.constData();
+    EXPECT_FALSE(logboek.contains("unparsable")) << logboek.constData();
+    meld("--afmelden");
+    EXPECT_FALSE(QFile::exists(bestand));
 }
 
 TEST_F(Xscreensaver, ItsSettingsPreviewGetsBothSwitchesAndTheRain) {

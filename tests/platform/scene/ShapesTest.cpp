@@ -63,8 +63,11 @@ TEST(Shapes, ASharpBoxHasSixSides) {
     EXPECT_VEC_NEAR(box->size(), glm::dvec3(1, 2, 3), kTiny);
 }
 
-TEST(Shapes, AChamferLiesInsideTheOuterSize) {
-    const auto box = makeBox({.length = 1.4, .chamferRadius = 0.06});
+class ChamferedBox : public testing::TestWithParam<int> {};
+INSTANTIATE_TEST_SUITE_P(Segments, ChamferedBox, testing::Values(1, 2, 4));
+
+TEST_P(ChamferedBox, LiesInsideTheOuterSize) {
+    const auto box = makeBox({.length = 1.4, .chamferRadius = 0.06, .chamferSegments = GetParam()});
     EXPECT_VEC_NEAR(box->size(), glm::dvec3(1, 1, 1.4), kTiny);
     const double area = checkedArea(*box->mesh());
     EXPECT_LT(area, 2.0 + 4 * 1.4);
@@ -78,8 +81,20 @@ TEST(Shapes, AChamferLiesInsideTheOuterSize) {
     }
 }
 
-TEST(Shapes, AChamferedBoxIsClosed) {
-    const auto box = makeBox({.chamferRadius = 0.2, .chamferSegments = 4});
+TEST(Shapes, AChamferOfOneStepHasNoMoreThanItNeeds) {
+    const auto box = makeBox({.chamferRadius = 0.06, .chamferSegments = 1});
+    EXPECT_EQ(box->mesh()->data().positions.size(), 24U);
+    EXPECT_EQ(box->mesh()->primitiveCount(), 6U * 2U + 12U * 2U + 8U);
+}
+
+TEST(Shapes, ABoxWithoutRoundingHasSixSidesInOneStepToo) {
+    const auto box = makeBox({.chamferSegments = 1});
+    EXPECT_EQ(box->mesh()->primitiveCount(), 12U);
+    EXPECT_NEAR(checkedArea(*box->mesh()), 6.0, kTiny);
+}
+
+TEST_P(ChamferedBox, IsClosed) {
+    const auto box = makeBox({.chamferRadius = 0.2, .chamferSegments = GetParam()});
     // Each edge of each triangle is met once in the other direction.
     const auto key = [](const glm::vec3& p) {
         return std::tuple(std::lround(p.x * 1e4F), std::lround(p.y * 1e4F),

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+// What the desktop reads of us says what the program does.
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+#include <QSet>
+#include <QXmlStreamReader>
+
+#include "BrixtelSaver/SaverKeuze.h"
+#include "hosts/saver/Opdracht.h"
+
+namespace {
+
+QString lees(const QString& bestand) {
+    QFile bron(QStringLiteral(BRIXTEL_PACKAGING "/") + bestand);
+    EXPECT_TRUE(bron.open(QIODevice::ReadOnly)) << qPrintable(bestand);
+    return QString::fromUtf8(bron.readAll());
+}
+
+QSet<QString> opties(const QString& tekst,
+                     const QString& patroon = QStringLiteral("--([a-z][a-z-]*[a-z])")) {
+    QSet<QString> alle;
+    auto treffers =
+        QRegularExpression(patroon, QRegularExpression::MultilineOption).globalMatch(tekst);
+    while (treffers.hasNext())
+        alle << treffers.next().captured(1);
+    return alle;
+}
+
+// In one line, sorted, so that a failure can be read.
+std::string rij(const QSet<QString>& opties) {
+    QStringList alle = opties.values();
+    alle.sort();
+    return alle.join(u' ').toStdString();
+}
+
+TEST(Bureaublad, TheManPagesHaveEveryOptionOfTheHelpAndNoOther) {
+    const std::string hulp = rij(opties(brixtel::hulpTekst()));
+    ASSERT_GT(hulp.size(), 100U);
+    for (const char* bestand : {"man/brixtel-saver.1", "man/nl/brixtel-saver.1"}) {
+        const QString tekst = lees(QLatin1String(bestand))
+                                  .remove(QRegularExpression(QStringLiteral("\\\\f[RI]")))
+                                  .remove(u'\\');
+        EXPECT_EQ(rij(opties(tekst, QStringLiteral("^\\.B --([a-z-]+)"))), hulp) << bestand;
+    }
+}
+
+TEST(Bureaublad, CompletionHasEveryOptionOfTheHelpAndNoOther) {
+    const std::string hulp = rij(opties(brixtel::hulpTekst()));
+    EXPECT_EQ(rij(opties(lees(QStringLiteral("completion/_brixtel-saver")))), hulp);
+    EXPECT_EQ(rij(opties(lees(QStringLiteral("completion/brixtel-saver.fish")),
+                         QStringLiteral(" -l ([a-z-]+)"))),
+              hulp);
+    QString bash = lees(QStringLiteral("completion/brixtel-saver"));
+    bash.remove(0, bash.lastIndexOf(QStringLiteral("-W '")));
+    EXPECT_EQ(rij(opties(bash)), hulp);
+}
+
+TEST(Bureaublad, TheHostsSettingsOfferTheSixModesByTheirNames) {
+    QXmlStreamReader xml(lees(QStringLiteral("bureaublad/brixtel-saver.xml")));
+    QStringList namen;
+    QStringList argumenten;
+    int zonder = 0;
+    bool fps = false;
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement) continue;
+        const QString argument = xml.attributes().value(QLatin1String("arg-set")).toString();
+        if (xml.name() == QLatin1String("boolean")) fps |= argument == QLatin1String("--fps");
+        if (xml.name() != QLatin1String("option")) continue;
+        // The host wants one choice that adds nothing to the command.
+        if (argument.isEmpty()) {
+            ++zonder;
+            continue;
+        }
+        namen << xml.attributes().value(QLatin1String("_label")).toString();
+        argumenten << argument;
+    }
+    EXPECT_FALSE(xml.hasError()) << qPrintable(xml.errorString());
+    QStringList verwachteNamen;
+    QStringList verwachteArgumenten;
+    for (const brixtel::SaverKeuze keuze : brixtel::alleKeuzes) {
+        verwachteNamen << naam(keuze);
+        verwachteArgumenten << QStringLiteral("--keuze=") + ruweWaarde(keuze);
+    }
+    EXPECT_EQ(namen, verwachteNamen);
+    EXPECT_EQ(argumenten, verwachteArgumenten);
+    EXPECT_EQ(zonder, 1);
+    EXPECT_TRUE(fps);
+}
+
+TEST(Bureaublad, EveryCommandOfAnEntryIsOneThatTheProgramTakes) {
+    int gezien = 0;
+    const auto kijk = [&gezien](const QString& regel) {
+        QStringList woorden = regel.split(u' ', Qt::SkipEmptyParts);
+        woorden.removeFirst();
+        const auto gelezen = brixtel::leesOpdracht(woorden, {});
+        EXPECT_TRUE(std::holds_alternative<brixtel::Opdracht>(gelezen)) << qPrintable(regel);
+        ++gezien;
+    };
+    const QRegularExpression exec(QStringLiteral("^Exec=(.*)$"),
+                                  QRegularExpression::MultilineOption);
+    const QDir gemaakt(QStringLiteral(BRIXTEL_BUILD_DIR "/packaging"));
+    QStringList bestanden{
+        QStringLiteral(BRIXTEL_PACKAGING "/bureaublad/nl.groenlicht.brixtel.saver.desktop")};
+    for (const QString& naam : gemaakt.entryList({QStringLiteral("*.desktop")}, QDir::Files))
+        bestanden << gemaakt.filePath(naam);
+    for (const QString& naam : bestanden) {
+        QFile bestand(naam);
+        ASSERT_TRUE(bestand.open(QIODevice::ReadOnly));
+        auto treffers = exec.globalMatch(QString::fromUtf8(bestand.readAll()));
+        while (treffers.hasNext())
+            kijk(treffers.next().captured(1));
+    }
+    EXPECT_EQ(gezien, 3 + 6);  // the entry with its actions, and a theme for each and for all
+}
+
+TEST(Bureaublad, TheCopyrightFileNamesEveryResource) {
+    const QString tekst = lees(QStringLiteral("debian/copyright"));
+    const QDir bronnen(QStringLiteral(BRIXTEL_RESOURCES));
+    const QStringList namen =
+        bronnen.entryList({QStringLiteral("*.bin"), QStringLiteral("*.png")}, QDir::Files);
+    EXPECT_GE(namen.size(), 2);
+    for (const QString& naam : namen)
+        EXPECT_TRUE(tekst.contains(QStringLiteral("Files: resources/") + naam + u'\n'))
+            << qPrintable(naam);
+}
+
+}  // namespace
