@@ -21,25 +21,16 @@ namespace {
 // takes it for a program that pushes itself to the front.
 constexpr std::uint32_t kFromPager = 2;
 
-Workspace::Change fromRoot(RootWatch::Change change) {
-    switch (change) {
-        case RootWatch::Change::Compositor:
-            return Workspace::Change::Compositor;
-        case RootWatch::Change::Saver:
-            return Workspace::Change::Saver;
-        default:
-            return Workspace::Change::FrontmostApplication;
-    }
-}
+// From a compositor's claim to its hold on every window. What is drawn in
+// between would be taken for opaque.
+constexpr double kCompositorSettles = 0.5;
 
 }  // namespace
 
 DesktopWorkspace::DesktopWorkspace(WindowServer& server,
                                    DistributedNotificationCenter& notifications)
-    : server_(server), notifications_(notifications) {
-    changes_ = server.root().observe([this](RootWatch::Change change) {
-        if (change != RootWatch::Change::Stack) observers_.tell(fromRoot(change));
-    });
+    : server_(server), notifications_(notifications), composited_(server.root().isComposited()) {
+    changes_ = server.root().observe([this](RootWatch::Change change) { changed(change); });
     notifications_.addObserver(this, QLatin1String(kSaverDidStart),
                                [this] { setSaverSaysActive(true); });
     notifications_.addObserver(this, QLatin1String(kSaverWillStop),
@@ -48,6 +39,30 @@ DesktopWorkspace::DesktopWorkspace(WindowServer& server,
 
 DesktopWorkspace::~DesktopWorkspace() {
     notifications_.removeObserver(this);
+}
+
+void DesktopWorkspace::changed(RootWatch::Change change) {
+    switch (change) {
+        case RootWatch::Change::Stack:
+            return;
+        case RootWatch::Change::ActiveWindow:
+            return observers_.tell(Change::FrontmostApplication);
+        case RootWatch::Change::Saver:
+            return observers_.tell(Change::Saver);
+        case RootWatch::Change::Compositor:
+            return compositorChanged();
+    }
+}
+
+void DesktopWorkspace::compositorChanged() {
+    compositorSettles_ = Timer();
+    if (server_.root().isComposited()) {
+        compositorSettles_ = Timer(server_.clock(), {.interval = kCompositorSettles}, [this] {
+            if (!std::exchange(composited_, true)) observers_.tell(Change::Compositor);
+        });
+    } else if (std::exchange(composited_, false)) {
+        observers_.tell(Change::Compositor);
+    }
 }
 
 void DesktopWorkspace::setSaverSaysActive(bool active) {
@@ -110,7 +125,7 @@ QPointF DesktopWorkspace::mouseLocation() const {
 }
 
 bool DesktopWorkspace::isComposited() const {
-    return server_.root().isComposited();
+    return composited_;
 }
 
 bool DesktopWorkspace::isSaverActive() const {

@@ -4,8 +4,10 @@
 #include <memory>
 
 #include "platform/desktop/DistributedNotificationCenter.h"
+#include "platform/desktop/RootWatch.h"
 #include "platform/desktop/WindowServer.h"
 #include "platform/desktop/Workspace.h"
+#include "platform/time/Timer.h"
 
 namespace platform {
 
@@ -28,11 +30,15 @@ class DesktopWorkspace final : public Workspace {
     [[nodiscard]] Observation observe(std::function<void(Change)> action) override;
 
   private:
+    void changed(RootWatch::Change change);
+    void compositorChanged();
     void setSaverSaysActive(bool active);
 
     WindowServer& server_;
     DistributedNotificationCenter& notifications_;
     bool saverSaysActive_ = false;
+    bool composited_;
+    Timer compositorSettles_;
     Observers<Change> observers_;
     Observation changes_;
 };

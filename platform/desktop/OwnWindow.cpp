@@ -100,6 +100,10 @@ void OwnWindow::takeKeys() {
     xcb_flush(connection);
 }
 
+void OwnWindow::flush() {
+    if (xcb_connection_t* const connection = qtConnection()) xcb_flush(connection);
+}
+
 void OwnWindow::setIgnoresMouse(bool ignores) {
     setFlag(Qt::WindowTransparentForInput, ignores);
 }

@@ -36,6 +36,10 @@ class OwnWindow final : public QWindow {
     void takeKeys();
     void setIgnoresMouse(bool ignores);
 
+    // Sends what was asked for so far. Qt does so only when something comes in,
+    // and where nothing moves nothing may for long.
+    static void flush();
+
   protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;

@@ -58,7 +58,10 @@ QRectF Window::frame() const {
 
 void Window::setFrame(const QRectF& frame) {
     options_.frame = frame;
-    if (core_->own) core_->own->setGeometry(toQt(frame).toRect());
+    if (core_->own) {
+        core_->own->setGeometry(toQt(frame).toRect());
+        OwnWindow::flush();
+    }
     if (!core_->drawing) content_->setFrame({QPointF(0, 0), core_->sizeInPoints()});
 }
 
@@ -109,7 +112,9 @@ void Window::raise() {
 void Window::orderOut() {
     server_.dropped(*this);
     if (options_.staysOnTop && core_->drawing) server_.stack().release(core_->drawing->id());
-    if (core_->own) core_->own->hide();
+    if (!core_->own) return;
+    core_->own->hide();
+    OwnWindow::flush();
 }
 
 bool Window::isVisible() const {

@@ -13,7 +13,10 @@ namespace platform {
 WindowCore::WindowCore(Window& window)
     : fade(window.server_.clock(),
            [this](double alpha) {
-               if (own) own->setOpacity(alpha);
+               if (own) {
+                   own->setOpacity(alpha);
+                   OwnWindow::flush();
+               }
                if (drawing) drawing->setWanted(alpha > 0.0);
            }),
       window_(window),

@@ -8,6 +8,9 @@
 #include <QGuiApplication>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <algorithm>
+#include <cstring>
+#include <initializer_list>
 
 #include "tests/support/Until.h"
 #include "tests/support/Xvfb.h"
@@ -81,15 +84,34 @@ class Bureaublad {
         std::free(antwoord);
         return venster;
     }
+    static xcb_atom_t atoom(const char* naam) {
+        auto* const antwoord = xcb_intern_atom_reply(
+            scherm->connection(),
+            xcb_intern_atom(scherm->connection(), 0, std::uint16_t(std::strlen(naam)), naam),
+            nullptr);
+        const xcb_atom_t atoom = antwoord->atom;
+        std::free(antwoord);
+        return atoom;
+    }
+    // Asks the window manager for something, as programs do.
+    static void vraagBeheer(xcb_window_t venster, const char* wat,
+                            std::initializer_list<std::uint32_t> getallen) {
+        xcb_client_message_event_t vraag{};
+        vraag.response_type = XCB_CLIENT_MESSAGE;
+        vraag.format = 32;
+        vraag.window = venster;
+        vraag.type = atoom(wat);
+        std::copy(getallen.begin(), getallen.end(), vraag.data.data32);
+        xcb_send_event(scherm->connection(), 0, scherm->screen().root,
+                       XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                       reinterpret_cast<const char*>(&vraag));
+        xcb_flush(scherm->connection());
+    }
     static bool isDoorzichtig() {
-        auto* const naam = xcb_intern_atom_reply(
-            scherm->connection(), xcb_intern_atom(scherm->connection(), 0, 13, "_NET_WM_CM_S0"),
-            nullptr);
         auto* const antwoord = xcb_get_selection_owner_reply(
-            scherm->connection(), xcb_get_selection_owner(scherm->connection(), naam->atom),
-            nullptr);
+            scherm->connection(),
+            xcb_get_selection_owner(scherm->connection(), atoom("_NET_WM_CM_S0")), nullptr);
         const bool is = antwoord && antwoord->owner != XCB_NONE;
-        std::free(naam);
         std::free(antwoord);
         return is;
     }
@@ -112,7 +134,8 @@ class Programma {
         // Its first words are "Outer window is 0x...".
         const qsizetype plaats = gezegd.indexOf("0x");
         venster = gezegd.mid(plaats, gezegd.indexOf(',', plaats) - plaats).toUInt(nullptr, 16);
-        Bureaublad::hulp(QStringLiteral("xdotool windowactivate --sync %1").arg(venster));
+        Bureaublad::vraagBeheer(venster, "_NET_ACTIVE_WINDOW", {2});
+        until([this] { return Bureaublad::metToetsen() == venster; });
     }
     ~Programma() { Bureaublad::eindig(proces); }
     Programma(const Programma&) = delete;

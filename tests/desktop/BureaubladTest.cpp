@@ -144,7 +144,8 @@ TEST_F(Effecten, AFullScreenWindowOpenedAfterTheRainGoesUnderIt) {
     ASSERT_TRUE(toonRegen());
     Programma programma;
     const QString id = QString::number(programma.venster);
-    Bureaublad::hulp(QStringLiteral("xdotool windowstate --add FULLSCREEN ") + id);
+    Bureaublad::vraagBeheer(programma.venster, "_NET_WM_STATE",
+                            {1, Bureaublad::atoom("_NET_WM_STATE_FULLSCREEN")});
     ASSERT_TRUE(until([&] {
         return Bureaublad::hulp(QStringLiteral("xprop -id %1 _NET_WM_STATE").arg(id))
             .contains("FULLSCREEN");
@@ -237,10 +238,12 @@ TEST_F(Effecten, WithoutAWindowManagerTheKeyboardGoesBackAsWell) {
     Programma programma;
     // It leaves its word behind that there is one.
     bureaublad.stopBeheer();
-    xcb_set_input_focus(scherm->connection(), XCB_INPUT_FOCUS_PARENT, programma.venster,
-                        XCB_CURRENT_TIME);
-    xcb_flush(scherm->connection());
-    ASSERT_TRUE(until([&] { return Bureaublad::metToetsen() == programma.venster; }));
+    // As it goes it takes windows out of its frames, which hides them for a moment.
+    ASSERT_TRUE(until([&] {
+        xcb_set_input_focus(scherm->connection(), XCB_INPUT_FOCUS_PARENT, programma.venster,
+                            XCB_CURRENT_TIME);
+        return Bureaublad::metToetsen() == programma.venster;
+    }));
     ASSERT_TRUE(toonZwart());
     EXPECT_NE(Bureaublad::metToetsen(), programma.venster);
     centrale->sluitZwart();
@@ -252,8 +255,8 @@ TEST_F(Effecten, ARealMouseMovementClosesTheBlackScreenAfterTheGraceTime) {
     ASSERT_TRUE(toonZwart(DrieSoort::kubus));
     const double begin = klok.now();
     ASSERT_TRUE(until([&] { return klok.now() - begin > 1.0; }));
-    const auto& view = dynamic_cast<const brixtel::MatrixView&>(
-        *centrale->zwart().front().venster->contentView());
+    const auto& view =
+        dynamic_cast<const brixtel::MatrixView&>(*centrale->zwart().front().venster->contentView());
     Bureaublad::hulp(QStringLiteral("xdotool mousemove 110 100"));
     ASSERT_TRUE(until([&] { return view.beginPunt().has_value(); }));
     Bureaublad::hulp(QStringLiteral("xdotool mousemove 150 100"));
@@ -272,6 +275,25 @@ TEST_F(Effecten, AWindowThatOpensUnderTheBlackScreenGetsNothing) {
     EXPECT_TRUE(until([&] {
         return Bureaublad::metToetsen() ==
                xcb_window_t(centrale->zwart().back().venster->windowNumber());
+    }));
+}
+
+TEST_F(Effecten, WhatHasFadedInIsSeenWholeAlsoWhenNothingElseHappens) {
+    ASSERT_TRUE(bureaublad.startCompositor());
+    scherm->fill(scherm->screen().root, 0xffffff);
+    centrale->dichtheid = 0.0;
+    ASSERT_TRUE(toonZwart());
+    const QString id = QString::number(centrale->zwart()[0].venster->windowNumber());
+    EXPECT_TRUE(until([&] {
+        return Bureaublad::hulp(QStringLiteral("xprop -id %1 _NET_WM_WINDOW_OPACITY").arg(id))
+            .contains("= 4294967295");
+    }));
+    centrale->sluitZwart();
+    ASSERT_TRUE(toonRegen());
+    const QString regen = QString::number(centrale->regen()[0].venster->windowNumber());
+    EXPECT_TRUE(until([&] {
+        return Bureaublad::hulp(QStringLiteral("xprop -id %1 _NET_WM_WINDOW_OPACITY").arg(regen))
+            .contains("= 4294967295");
     }));
 }
 
@@ -351,29 +373,81 @@ TEST_F(Effecten, ADisplayThatGoesAndComesIsFollowed) {
     EXPECT_TRUE(regent(kRechts));
 }
 
-TEST_F(Effecten, ADisplayThatIsResizedRotatedOrMovedIsFollowed) {
+TEST_F(Effecten, ADisplayThatComesBackElsewhereAndTurnedIsFollowed) {
     ASSERT_TRUE(bureaublad.startCompositor());
     ASSERT_TRUE(toonRegen());
     ASSERT_TRUE(toonZwart());
     const auto* const links = centrale->zwart()[0].venster.get();
-    // Turned a quarter, and further to the right.
     Bureaublad::hulp(QStringLiteral("xrandr --delmonitor rechts"));
+    ASSERT_TRUE(until([&] { return centrale->zwart().size() == 1; }));
     Bureaublad::hulp(QStringLiteral("xrandr --setmonitor rechts 360/120x480/160+800+0 none"));
-    const auto rechts = [&]() -> const MatrixCentrale::Zwart* {
-        for (const auto& zwart : centrale->zwart())
-            if (zwart.scherm.name == QStringLiteral("rechts") &&
-                zwart.venster->frame() == QRectF(800, 0, 360, 480))
-                return &zwart;
-        return nullptr;
-    };
-    ASSERT_TRUE(until([&] { return rechts() != nullptr; }));
-    EXPECT_EQ(rechts()->regen->laag()->bounds().size(), QSizeF(360, 480));
+    ASSERT_TRUE(until([&] { return centrale->zwart().size() == 2; }));
+    const QRectF vlak(800, 0, 360, 480);
+    EXPECT_EQ(centrale->zwart()[1].venster->frame(), vlak);
+    EXPECT_EQ(centrale->zwart()[1].regen->laag()->bounds().size(), vlak.size());
     EXPECT_EQ(centrale->zwart()[0].venster.get(), links);
-    EXPECT_TRUE(until([&] {
-        return centrale->regen().size() == 2 &&
-               centrale->regen()[1].venster->frame() == QRectF(800, 0, 360, 480);
-    }));
+    ASSERT_EQ(centrale->regen().size(), 2U);
+    EXPECT_EQ(centrale->regen()[1].venster->frame(), vlak);
     EXPECT_EQ(centrale->regen()[1].venster->alpha(), 0.0);
+}
+
+// One display, in the modes that it can be set to.
+class EenScherm : public Effecten {
+  protected:
+    void SetUp() override {
+        Effecten::SetUp();
+        Bureaublad::hulp(QStringLiteral("xrandr --delmonitor rechts"));
+        Bureaublad::hulp(QStringLiteral("xrandr --delmonitor links"));
+        ASSERT_TRUE(until([] { return Screen::all().size() == 1; }));
+        maakStand(QStringLiteral("600x400"), 600, 400);
+        maakStand(QStringLiteral("400x460"), 400, 460);
+    }
+    void TearDown() override {
+        zetStand(QStringLiteral("1280x480"));
+        Effecten::TearDown();
+    }
+    static void maakStand(const QString& naam, int b, int h) {
+        Bureaublad::hulp(QStringLiteral("xrandr --newmode %1 25 %2 %3 %4 %5 %6 %7 %8 %9")
+                             .arg(naam)
+                             .arg(b)
+                             .arg(b + 10)
+                             .arg(b + 20)
+                             .arg(b + 40)
+                             .arg(h)
+                             .arg(h + 5)
+                             .arg(h + 10)
+                             .arg(h + 20));
+        Bureaublad::hulp(QStringLiteral("xrandr --addmode screen ") + naam);
+    }
+    static void zetStand(const QString& naam) {
+        Bureaublad::hulp(QStringLiteral("xrandr --output screen --mode ") + naam);
+    }
+    [[nodiscard]] bool volgt(QSizeF maat) const {
+        return until([&] {
+            return centrale->zwart().size() == 1 && centrale->regen().size() == 1 &&
+                   centrale->zwart()[0].venster->frame().size() == maat &&
+                   centrale->zwart()[0].regen->laag()->bounds().size() == maat &&
+                   centrale->regen()[0].venster->frame().size() == maat &&
+                   centrale->regen()[0].regen->laag()->bounds().size() == maat;
+        });
+    }
+};
+
+TEST_F(EenScherm, ADisplayThatIsResizedOrTurnedIsFollowed) {
+    ASSERT_TRUE(bureaublad.startCompositor());
+    ASSERT_TRUE(until([&] { return werkruimte.isComposited(); }));
+    centrale->toonRegen();
+    ASSERT_TRUE(until([&] { return centrale->zwart().empty() && centrale->regen().size() == 1; }));
+    centrale->toonZwart(std::nullopt);
+    zetStand(QStringLiteral("600x400"));
+    EXPECT_TRUE(volgt({600, 400}));
+    zetStand(QStringLiteral("400x460"));
+    EXPECT_TRUE(volgt({400, 460}));
+    EXPECT_EQ(centrale->zwart()[0].venster->alpha(), 1.0);
+    EXPECT_EQ(centrale->regen()[0].venster->alpha(), 0.0);
+    centrale->sluitZwart();
+    EXPECT_TRUE(until([&] { return centrale->regen()[0].venster->alpha() == 1.0; }));
+    EXPECT_TRUE(regent({0, 0, 400, 460}));
 }
 
 // What the server puts on its glass, the pointer included; XWD(5), as Xvfb
