@@ -53,12 +53,22 @@ Optie metGetal(QLatin1String naam, const QString& methode, double laag, double h
             }};
 }
 
+// Returns what is wrong; empty if nothing is.
+QString leesAanUit(bool& aan, const QString& waarde, QLatin1String naam) {
+    aan = waarde == u"aan";
+    if (aan || waarde == u"uit") return {};
+    return QStringLiteral("--%1 kent aan en uit, niet '%2'").arg(naam, waarde);
+}
+
 QString zetMuziek(BureauOpdracht& opdracht, const QString& waarde) {
-    const bool aan = waarde == u"aan";
-    if (!aan && waarde != u"uit")
-        return QStringLiteral("--muziek kent aan en uit, niet '%1'").arg(waarde);
-    opdracht.verzoeken.push_back({QStringLiteral("ZetMuziek"), {aan}});
-    return {};
+    bool aan = false;
+    QString mis = leesAanUit(aan, waarde, QLatin1String("muziek"));
+    if (mis.isEmpty()) opdracht.verzoeken.push_back({QStringLiteral("ZetMuziek"), {aan}});
+    return mis;
+}
+
+QString zetAutostart(BureauOpdracht& opdracht, const QString& waarde) {
+    return leesAanUit(opdracht.autostart.emplace(), waarde, QLatin1String("autostart"));
 }
 
 const std::vector<Optie>& opties() {
@@ -78,6 +88,7 @@ const std::vector<Optie>& opties() {
         metGetal(QLatin1String("snelheid"), QStringLiteral("ZetSnelheid"),
                  BureauInstellingen::kLangzaamst, BureauInstellingen::kSnelst),
         {QLatin1String("muziek"), Waarde::Nodig, {}, zetMuziek},
+        {QLatin1String("autostart"), Waarde::Nodig, {}, zetAutostart},
     };
     return alle;
 }
@@ -115,6 +126,7 @@ Instellingen, die bewaard blijven:
   --dichtheid=GETAL      van de regen, van 0 tot en met 1 (0.7)
   --snelheid=GETAL       van de regen, van 0.2 tot en met 4 (1)
   --muziek=aan|uit       of het zwarte scherm de muziek volgt (uit)
+  --autostart=aan|uit    of het bij het aanmelden vanzelf start (uit)
 
 Verder:
   --stand                hoe het ervoor staat

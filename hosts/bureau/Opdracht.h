@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringList>
 #include <QVariantList>
+#include <optional>
 #include <variant>
 #include <vector>
 
@@ -24,6 +25,7 @@ struct BureauOpdracht {
     enum class Wat { Dienst, Stand, Versie, Hulp };
     Wat wat = Wat::Dienst;
     std::vector<Verzoek> verzoeken;  // in the order in which they were asked
+    std::optional<bool> autostart;
 };
 
 // `argumenten` without the program's own name.

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <optional>
 
+#include "hosts/bureau/Autostart.h"
 #include "hosts/bureau/Bureau.h"
 #include "hosts/bureau/BureauDienst.h"
 #include "hosts/bureau/Klant.h"
@@ -94,6 +95,18 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
     return doorSignaal;
 }
 
+// Whether nothing was asked but what is written down.
+bool isAlleenAutostart(const BureauOpdracht& opdracht) {
+    return opdracht.autostart && opdracht.verzoeken.empty() &&
+           opdracht.wat == BureauOpdracht::Wat::Dienst;
+}
+
+// Returns what went wrong; empty if nothing did.
+QString zetAutostart(int argc, char** argv, bool aan) {
+    const QCoreApplication app(argc, argv);
+    return brixtel::Autostart::zet(aan, QCoreApplication::applicationFilePath());
+}
+
 // Asks the owner that runs, if one does, and returns the exit status.
 std::optional<int> alsKlant(int argc, char** argv, const QString& bus,
                             const BureauOpdracht& opdracht) {
@@ -158,6 +171,11 @@ int main(int argc, char** argv) {
     }
     // Only the arguments that are ours were ours to take: Qt gets none.
     int geen = 1;
+    if (opdracht.autostart) {
+        const QString mis = zetAutostart(geen, argv, *opdracht.autostart);
+        if (!mis.isEmpty()) return meldNaam(mis);
+        if (isAlleenAutostart(opdracht)) return 0;
+    }
     const int uitgang = start(geen, argv, opdracht);
     if (uitgang < 0) brixtel::Signalen::eindigDoor(-uitgang);
     return uitgang;

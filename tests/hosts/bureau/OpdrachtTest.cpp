@@ -77,6 +77,13 @@ TEST(BureauOpdracht, WhatIsAskedHappensInThatOrder) {
     EXPECT_EQ(goed("-help").wat, Wat::Hulp);
 }
 
+TEST(BureauOpdracht, StartingWithTheSessionIsNoCall) {
+    EXPECT_EQ(goed("--muziek=uit").autostart, std::nullopt);
+    EXPECT_EQ(goed("--autostart=aan").autostart, true);
+    EXPECT_EQ(goed("--autostart uit").autostart, false);
+    EXPECT_TRUE(goed("--autostart=aan").verzoeken.empty());
+}
+
 TEST(BureauOpdracht, ABadArgumentGetsOneClearDutchLine) {
     for (const char* regel : {"--onzin",
                               "regen",
@@ -96,6 +103,8 @@ TEST(BureauOpdracht, ABadArgumentGetsOneClearDutchLine) {
                               "--snelheid=inf",
                               "--muziek",
                               "--muziek=hard",
+                              "--autostart",
+                              "--autostart=ja",
                               "--stand --versie",
                               "--stop=nu"}) {
         const QString fout = mis(QString::fromUtf8(regel).split(u' ', Qt::SkipEmptyParts));
@@ -108,9 +117,9 @@ TEST(BureauOpdracht, ABadArgumentGetsOneClearDutchLine) {
 
 TEST(BureauOpdracht, TheHelpNamesEveryOption) {
     const QString hulp = brixtel::bureauHulpTekst();
-    for (const char* naam :
-         {"toon-regen", "sluit-regen", "wissel-regen", "toon-zwart", "sluit-zwart", "wissel-zwart",
-          "sluit-alles", "stop", "dichtheid", "snelheid", "muziek", "stand", "versie", "help"})
+    for (const char* naam : {"toon-regen", "sluit-regen", "wissel-regen", "toon-zwart",
+                             "sluit-zwart", "wissel-zwart", "sluit-alles", "stop", "dichtheid",
+                             "snelheid", "muziek", "autostart", "stand", "versie", "help"})
         EXPECT_TRUE(hulp.contains(QStringLiteral("--") + QLatin1String(naam))) << naam;
 }
 

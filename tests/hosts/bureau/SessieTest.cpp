@@ -189,6 +189,29 @@ TEST_F(Sessie, BadUseIsOneDutchLineAndStatusTwo) {
     EXPECT_TRUE(draai("--help").uit.contains(QStringLiteral("--wissel-regen")));
 }
 
+TEST_F(Sessie, ItStartsWithTheSessionIfAsked) {
+    const QString pad =
+        thuis.filePath(QStringLiteral(".config/autostart/nl.groenlicht.brixtel.bureau.desktop"));
+    EXPECT_EQ(draai("--autostart=aan").uitgang, 0);
+    QFile ingang(pad);
+    ASSERT_TRUE(ingang.open(QIODevice::ReadOnly));
+    const QString tekst = QString::fromUtf8(ingang.readAll());
+    const QString regel = tekst.section(QStringLiteral("\nExec="), 1).section(u'\n', 0, 0);
+    EXPECT_EQ(regel, QStringLiteral("\"" BRIXTEL_BUILD_DIR "/bin/brixtel-bureau\""));
+    // Nothing was started for it.
+    EXPECT_EQ(draai("--stand").uitgang, 1);
+    EXPECT_EQ(draai("--autostart=uit").uitgang, 0);
+    EXPECT_FALSE(QFile::exists(pad));
+    EXPECT_EQ(draai("--autostart=uit").uitgang, 0);
+    // Where it cannot be written, it says so.
+    QFile versperring(thuis.filePath(QStringLiteral(".config/autostart")));
+    QDir(thuis.path()).rmdir(QStringLiteral(".config/autostart"));
+    ASSERT_TRUE(versperring.open(QIODevice::WriteOnly));
+    const auto mis = draai("--autostart=aan");
+    EXPECT_EQ(mis.uitgang, 1);
+    EXPECT_TRUE(mis.fouten.contains(QStringLiteral("is niet te schrijven")));
+}
+
 TEST_F(Sessie, WithoutABusOrADisplayItSaysSo) {
     QProcess proces;
     QProcessEnvironment waarden = omgeving();
