@@ -62,13 +62,16 @@ double meet(const QString& naam, const QString& programma, const QStringList& ar
     const QString uitvoer = QString::fromLocal8Bit(proces.readAllStandardOutput());
     const auto eerste = QRegularExpression(QStringLiteral("getoond (\\d+)")).match(uitvoer);
     const auto beelden = QRegularExpression(QStringLiteral("beelden (\\d+)")).match(uitvoer);
+    const auto ritme =
+        QRegularExpression(QStringLiteral("beelden_per_seconde\":([\\d.]+)")).match(uitvoer);
+    const double fps =
+        ritme.hasMatch() ? ritme.captured(1).toDouble() : beelden.captured(1).toDouble() / seconden;
     const double serverCpu = cpuVan(server->process()) - serverVoor;
     const double compositorCpu = cpuVan(compositor) - compositorVoor;
     const double totaal = (eigen + serverCpu + compositorCpu) / seconden;
-    std::printf("%-8s %7.1f %8.1f%% %8.1f%% %10.1f%% %8.1f%% %8s %9s\n", qPrintable(naam),
-                beelden.captured(1).toDouble() / seconden, 100 * eigen / seconden,
-                100 * serverCpu / seconden, 100 * compositorCpu / seconden, 100 * totaal,
-                vloer > 0 ? qPrintable(QString::number(totaal / vloer, 'f', 2)) : "-",
+    std::printf("%-8s %7.1f %8.1f%% %8.1f%% %10.1f%% %8.1f%% %8s %9s\n", qPrintable(naam), fps,
+                100 * eigen / seconden, 100 * serverCpu / seconden, 100 * compositorCpu / seconden,
+                100 * totaal, vloer > 0 ? qPrintable(QString::number(totaal / vloer, 'f', 2)) : "-",
                 qPrintable(eerste.captured(1)));
     std::fflush(stdout);
     return totaal;

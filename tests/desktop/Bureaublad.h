@@ -126,16 +126,24 @@ class Programma {
     Programma() {
         proces.setProcessChannelMode(QProcess::MergedChannels);
         Bureaublad::begin(
-            proces, QStringLiteral("xev"),
-            {QStringLiteral("-geometry"), QStringLiteral("200x150+40+60"), QStringLiteral("-event"),
-             QStringLiteral("button"), QStringLiteral("-event"), QStringLiteral("keyboard"),
-             QStringLiteral("-event"), QStringLiteral("structure")});
-        until([this] { return zegt("MapNotify") > 0; });
+            // By itself it does not always write out what it has said.
+            proces, QStringLiteral("stdbuf"),
+            {QStringLiteral("-oL"), QStringLiteral("xev"), QStringLiteral("-geometry"),
+             QStringLiteral("200x150+40+60"), QStringLiteral("-event"), QStringLiteral("button"),
+             QStringLiteral("-event"), QStringLiteral("keyboard"), QStringLiteral("-event"),
+             QStringLiteral("structure")});
+        if (!until([this] { return zegt("Outer window is") > 0; }))
+            ADD_FAILURE() << "xev " << proces.state() << " said: " << gezegd.constData();
         // Its first words are "Outer window is 0x...".
         const qsizetype plaats = gezegd.indexOf("0x");
         venster = gezegd.mid(plaats, gezegd.indexOf(',', plaats) - plaats).toUInt(nullptr, 16);
-        Bureaublad::vraagBeheer(venster, "_NET_ACTIVE_WINDOW", {2});
-        until([this] { return Bureaublad::metToetsen() == venster; });
+        // Until it is managed, nobody hears the wish.
+        if (!until([this] {
+                Bureaublad::vraagBeheer(venster, "_NET_ACTIVE_WINDOW", {2});
+                return Bureaublad::metToetsen() == venster;
+            }))
+            ADD_FAILURE() << std::hex << venster << " has no keyboard but "
+                          << Bureaublad::metToetsen();
     }
     ~Programma() { Bureaublad::eindig(proces); }
     Programma(const Programma&) = delete;

@@ -289,6 +289,7 @@ TEST_F(Effecten, WhatHasFadedInIsSeenWholeAlsoWhenNothingElseHappens) {
             .contains("= 4294967295");
     }));
     centrale->sluitZwart();
+    centrale->dichtheid = 1.0;
     ASSERT_TRUE(toonRegen());
     const QString regen = QString::number(centrale->regen()[0].venster->windowNumber());
     EXPECT_TRUE(until([&] {
