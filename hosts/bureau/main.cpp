@@ -77,7 +77,8 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
     platform::DesktopWorkspace werkruimte(server, berichten);
     brixtel::Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval});
 
-    const auto stop = [] { QCoreApplication::quit(); };
+    // To quit() every window that shows would have to agree.
+    const auto stop = [] { QCoreApplication::exit(0); };
     brixtel::BureauDienst dienst(bureau, poort, stop);
     brixtel::Pictogram pictogram(bureau, poort, stop);
     poort.onVerloren(stop);
@@ -87,7 +88,7 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
     int doorSignaal = 0;
     const brixtel::Signalen signalen([&](int signaal) {
         doorSignaal = signaal;
-        QCoreApplication::quit();
+        QCoreApplication::exit(0);
     });
     for (const auto& verzoek : opdracht.verzoeken)
         dienst.voerUit(verzoek.methode, verzoek.waarden);

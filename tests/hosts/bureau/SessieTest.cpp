@@ -153,6 +153,17 @@ TEST_F(Sessie, ASecondStartAsksTheFirst) {
     EXPECT_EQ(eigenaar.exitCode(), 0);
 }
 
+TEST_F(Sessie, StoppingTakesDownWhatShows) {
+    ASSERT_TRUE(bureaublad->startCompositor());
+    ASSERT_TRUE(begin({QStringLiteral("--toon-regen"), QStringLiteral("--toon-zwart")}));
+    ASSERT_TRUE(until([this] { return groen() > 0.02; }, 20'000));
+    EXPECT_EQ(draai("--stop").uitgang, 0);
+    ASSERT_TRUE(eindigt());
+    EXPECT_EQ(eigenaar.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(eigenaar.exitCode(), 0);
+    EXPECT_TRUE(until([this] { return groen() == 0.0; }));
+}
+
 TEST_F(Sessie, OfManyStartsAtOnceOneStays) {
     std::array<QProcess, 4> starts;
     for (QProcess& een : starts)
