@@ -6,12 +6,12 @@
 #include <optional>
 
 #include "BrixtelSaver/SaverInstellingen.h"
+#include "hosts/gedeeld/Signalen.h"
 #include "hosts/saver/Aanmelding.h"
 #include "hosts/saver/Meting.h"
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
 #include "hosts/saver/Plaatje.h"
-#include "hosts/gedeeld/Signalen.h"
 #include "hosts/saver/Verbindingen.h"
 #include "hosts/saver/Voorstelling.h"
 #include "platform/desktop/DisplayCheck.h"

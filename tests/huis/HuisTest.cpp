@@ -42,7 +42,8 @@ const std::map<QString, QStringList>& vloeren() {
         zet("controls", {"drawing"});
         zet("hosts/gedeeld", {});
         zet("hosts/saver", {"BrixtelSaver", "hosts/gedeeld"});
-        zet("hosts/bureau", {"hosts/gedeeld", "BrixtelSaver", "desktop", "controls", "platform/sound"});
+        zet("hosts/bureau",
+            {"hosts/gedeeld", "BrixtelSaver", "desktop", "controls", "platform/sound"});
         return r;
     }();
     return regels;
