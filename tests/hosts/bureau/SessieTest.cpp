@@ -75,6 +75,11 @@ class Sessie : public testing::Test {
         start(eigenaar, woorden);
         return until([this] { return draai("--stand").uitgang == 0; }, 30'000);
     }
+    // Whether --stand says so, soon: it answers before it has done all it was
+    // started for.
+    bool meldt(const char* tekst) {
+        return until([&] { return draai("--stand").uit.contains(QLatin1String(tekst)); }, 20'000);
+    }
     bool eindigt() {
         return until([this] { return eigenaar.state() == QProcess::NotRunning; }, 20'000);
     }
@@ -94,31 +99,28 @@ class Sessie : public testing::Test {
 TEST_F(Sessie, TheDesktopRainComesAndGoes) {
     ASSERT_TRUE(bureaublad->startCompositor());
     ASSERT_TRUE(begin({QStringLiteral("--wissel-regen")}));
-    EXPECT_TRUE(draai("--stand").uit.contains(QStringLiteral("regen: aan\n")));
+    EXPECT_TRUE(meldt("regen: aan\n"));
     EXPECT_TRUE(until([this] { return groen() > 0.005; }, 20'000));
     EXPECT_EQ(draai("--wissel-regen").uitgang, 0);
-    EXPECT_TRUE(draai("--stand").uit.contains(QStringLiteral("regen: uit\n")));
+    EXPECT_TRUE(meldt("regen: uit\n"));
     EXPECT_TRUE(until([this] { return groen() == 0.0; }, 20'000));
 }
 
 TEST_F(Sessie, WithoutACompositorTheStateSaysWhyAndNothingIsShown) {
     ASSERT_TRUE(begin({QStringLiteral("--toon-regen")}));
-    const QString stand = draai("--stand").uit;
-    EXPECT_TRUE(stand.contains(QStringLiteral("regen: aan, maar niet te zien: ")))
-        << qPrintable(stand);
-    EXPECT_TRUE(stand.contains(QStringLiteral("compositor")));
+    EXPECT_TRUE(meldt("regen: aan, maar niet te zien: er draait geen compositor"));
     EXPECT_EQ(groen(), 0.0);
     ASSERT_TRUE(bureaublad->startCompositor());
     EXPECT_TRUE(until([this] { return groen() > 0.005; }, 20'000));
-    EXPECT_TRUE(draai("--stand").uit.contains(QStringLiteral("regen: aan\n")));
+    EXPECT_TRUE(meldt("regen: aan\n"));
 }
 
 TEST_F(Sessie, TheBlackScreenShowsTheRainOrASceneUntilAKey) {
     ASSERT_TRUE(begin({QStringLiteral("--toon-zwart")}));
     EXPECT_TRUE(until([this] { return groen() > 0.02; }, 20'000));
-    EXPECT_TRUE(draai("--stand").uit.contains(QStringLiteral("zwart scherm: aan (regen)")));
+    EXPECT_TRUE(meldt("zwart scherm: aan (regen)"));
     EXPECT_EQ(draai("--sluit-zwart --toon-zwart=kubus").uitgang, 0);
-    EXPECT_TRUE(draai("--stand").uit.contains(QStringLiteral("zwart scherm: aan (kubus)")));
+    EXPECT_TRUE(meldt("zwart scherm: aan (kubus)"));
     ASSERT_TRUE(until([] { return Bureaublad::metToetsen() > 1; }));
     // A key goes to whoever has the keyboard, and that may take its time.
     EXPECT_TRUE(until(
@@ -250,7 +252,7 @@ TEST_F(Sessie, AnOwnerThatIsKilledLeavesNothingAndANewOneStarts) {
     EXPECT_TRUE(until([this] { return groen() == 0.0; }));
     EXPECT_TRUE(until([this] { return draai("--stand").uitgang == 1; }));
     ASSERT_TRUE(begin());
-    EXPECT_TRUE(draai("--stand").uit.contains(QStringLiteral("dichtheid: 0.5\n")));
+    EXPECT_TRUE(meldt("dichtheid: 0.5\n"));
 }
 
 TEST_F(Sessie, ASignalEndsItAndTheEndOfTheBusToo) {
