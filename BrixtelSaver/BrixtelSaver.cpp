@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <vector>
 
+#include "BrixtelSaver/InstellingenModule.h"
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "platform/desktop/Screen.h"
 #include "platform/desktop/Window.h"
@@ -69,8 +70,9 @@ std::shared_ptr<platform::Sheet> BrixtelSaverView::configureSheet() {
     return instellingen_;
 }
 
-std::shared_ptr<platform::Sheet> BrixtelSaverView::maakInstellingenVenster(Klaar) {
-    return nullptr;
+std::shared_ptr<platform::Sheet> BrixtelSaverView::maakInstellingenVenster(Klaar klaar) {
+    InstellingenModule* const module = InstellingenModule::laad();
+    return module ? module->maak(std::move(klaar)) : nullptr;
 }
 
 void BrixtelSaverView::toon(SaverKeuze keuze) {

@@ -34,7 +34,8 @@ class BrixtelSaverView : public platform::ScreenSaverView {
 
     [[nodiscard]] bool hasConfigureSheet() const override { return true; }
     // A new sheet each time, kept until the next is asked for. What is picked in
-    // it is stored, and shown at once by a view that was ever started.
+    // it is stored, and shown at once by a view that was ever started. None in a
+    // program without a QApplication.
     std::shared_ptr<platform::Sheet> configureSheet() override;
 
     // What is up now. At most one scene is; `nu` and `huidige` keep their last

@@ -4,6 +4,7 @@
 #include <benchmark/benchmark.h>
 
 #include <QGuiApplication>
+#include <cstdio>
 
 #include "worlds/DrieWereld.h"
 
@@ -47,11 +48,62 @@ void bouw(benchmark::State& state) {
 }
 BENCHMARK(bouw)->DenseRange(0, 3)->Unit(benchmark::kMillisecond);
 
+std::vector<brixtel::Lijn> vierentwintig() {
+    std::vector<brixtel::Lijn> lijnen;
+    double lengte = -30.0;
+    for (const char* code :
+         {"US", "DE", "IE", "JP", "BR", "SE", "FR", "GB", "ES", "IT", "BE", "CH",
+          "AT", "PL", "CZ", "DK", "NO", "FI", "PT", "GR", "ZA", "CA", "EG", "TR"})
+        lijnen.push_back({{code, 60.0 - lengte, lengte += 3.0}, {"Proef"}, 1});
+    return lijnen;
+}
+
+// A frame of the globe in which 24 labels find their places.
+void beeldMetLijnen(benchmark::State& state) {
+    Opstelling opstelling;
+    const auto wereld = opstelling.maak(DrieSoort::bol);
+    wereld->zetLijnen(vierentwintig());
+    const auto view = wereld->maakView({0, 0, 1920, 1080});
+    platform::SceneFrame frame;
+    for (auto _ : state) {
+        opstelling.klok.leap(1.0 / 60.0);
+        view->fill(frame, {});
+    }
+    if (frame.list.instances.size() < 72) state.SkipWithError("no lines to be seen");
+}
+BENCHMARK(beeldMetLijnen)->Unit(benchmark::kMicrosecond);
+
+// Every number, and so every label, has changed.
+void zetLijnen(benchmark::State& state) {
+    Opstelling opstelling;
+    const auto wereld = opstelling.maak(DrieSoort::bol);
+    std::vector<brixtel::Lijn> lijnen = vierentwintig();
+    for (auto _ : state) {
+        for (brixtel::Lijn& lijn : lijnen)
+            ++lijn.aantal;
+        wereld->zetLijnen(lijnen);
+    }
+    if (wereld->lijnenNode()->children().size() != 4 * lijnen.size())
+        state.SkipWithError("not 24 lines");
+}
+BENCHMARK(zetLijnen)->Unit(benchmark::kMillisecond);
+
+// The first globe of the process, the map and the table read for it.
+void eersteBol() {
+    platform::SystemClock klok;
+    platform::RandomSource toeval{1};
+    const double begin = klok.now();
+    const DrieWereld wereld(DrieSoort::bol, {.eigenLijnen = true},
+                            {.klok = klok, .toeval = toeval});
+    std::printf("eerste bol, kaart en tabel erbij: %.1f ms\n", 1000.0 * (klok.now() - begin));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication app(argc, argv);
+    eersteBol();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
 }

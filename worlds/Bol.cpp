@@ -20,6 +20,11 @@ constexpr double kGuldenHoek = 2.399963229728653;  // π (3 − √5)
 constexpr double kRasterStraal = 1.001;
 constexpr double kRasterStap = 6.0;  // degrees
 
+// What a dot may take of the picture's height: two fifths of the way to the next, or
+// small pictures would be patches instead of dots.
+constexpr double kHoogsteDeel = 0.0038;
+constexpr double kHoogsteDeelKlein = 0.0056;
+
 double radialen(double graden) {
     return graden * kPi / 180.0;
 }
@@ -53,8 +58,11 @@ void voegAarde(Node& bol, const BolPunten& wolken, bool groot) {
     const auto voeg = [&](platform::GeometryPtr vorm) {
         bol.addChild(std::make_shared<Node>(std::move(vorm)));
     };
-    voeg(DrieWereld::punten(wolken.land, {.grootte = groot ? 3.0 : 2.2, .kleur = Thema::groen()}));
-    voeg(DrieWereld::punten(wolken.zee, {.grootte = 1.5, .kleur = dimmer(Thema::donker(), 0.8)}));
+    const double deel = groot ? kHoogsteDeel : kHoogsteDeelKlein;
+    voeg(DrieWereld::punten(
+        wolken.land, {.grootte = groot ? 3.0 : 2.2, .kleur = Thema::groen(), .hoogsteDeel = deel}));
+    voeg(DrieWereld::punten(
+        wolken.zee, {.grootte = 1.5, .kleur = dimmer(Thema::donker(), 0.8), .hoogsteDeel = deel}));
     voeg(DrieWereld::lijnen(bolRaster(), dimmer(Thema::donker(), 0.55)));
     auto donker = std::make_shared<platform::Material>(QColor::fromRgbF(0.0F, 0.03F, 0.01F));
     donker->setLightingModel(platform::LightingModel::Constant);
@@ -137,9 +145,9 @@ QImage bolGloed() {
 }
 
 void DrieWereld::bouwBol() {
-    const NodePtr oog = camera({.z = 3.3, .zicht = 38.0, .bloom = 1.4});
-    oog->setPosition({0.0, 0.35, 3.3});
-    oog->lookAt({0.0, 0.0, 0.0});
+    oog_ = camera({.z = 3.3, .zicht = 38.0, .bloom = 1.4});
+    oog_->setPosition({0.0, 0.35, 3.3});
+    oog_->lookAt({0.0, 0.0, 0.0});
 
     bol_ = std::make_shared<Node>();
     bol_->setName("bol");
@@ -152,7 +160,7 @@ void DrieWereld::bouwBol() {
     lijnenNode_ = std::make_shared<Node>();
     lijnenNode_->setName("lijnen");
     bol_->addChild(lijnenNode_);
-    bolLijnen_ = std::make_unique<BolLijnen>(
+    bolLijnen_ = std::make_shared<BolLijnen>(
         BolLijnen::Opties{.thuis = {thuis.breedte, thuis.lengte}, .meeste = groot() ? 24U : 14U});
 
     // First round the globe's own axis, then tilted as it stands there: only so
@@ -162,6 +170,11 @@ void DrieWereld::bouwBol() {
     // Eastward, as the earth turns.
     bol_->runAction(Action::repeatForever(Action::rotateBy({0.0, 2.0 * kPi, 0.0}, 60.0)));
 
+    // In every frame, the globe having turned already, as it comes before its parts.
+    // Without the world, which a view may outlive.
+    lijnenNode_->runAction(Action::repeatForever(Action::custom(
+        60.0, [lijnen = bolLijnen_, oog = oog_](Node&, double) { lijnen->schik(*oog); })));
+
     if (eigenLijnen()) return;
     actief(true);
     // Ends with the world, whose it is.
@@ -170,7 +183,9 @@ void DrieWereld::bouwBol() {
 }
 
 void DrieWereld::zetLijnen(const std::vector<Lijn>& lijnen) {
-    if (bolLijnen_) bolLijnen_->teken(lijnen, *lijnenNode_);
+    if (!bolLijnen_) return;
+    bolLijnen_->teken(lijnen, *lijnenNode_);
+    bolLijnen_->schik(*oog_);
 }
 
 }  // namespace brixtel

@@ -36,6 +36,40 @@ struct BolPunten {
 // A thin ring of light, just outside the globe's rim on a plane of 3.1.
 [[nodiscard]] QImage bolGloed();
 
+// The labels as they are seen: in front of the globe, upright, beside one another,
+// and gone while their country is behind it. Belongs to one globe.
+class BolLabels {
+  public:
+    // These and no others, the busiest first.
+    void zet(std::vector<platform::NodePtr> labels);
+
+    // Gives each its strength and its place on the screen, as seen by this camera.
+    // A function of where they stand alone, and a smooth one: nothing jumps while
+    // the globe turns. Nothing is taken from the heap.
+    void schik(const platform::Node& camera);
+
+  private:
+    struct Label {
+        platform::NodePtr node;
+        double noorden = 0.0;  // the higher, the further north
+        std::size_t rang = 0;  // 0: the busiest
+        // On the screen, in units as large as those of the globe's middle.
+        double x = 0.0, y = 0.0;
+        double halveBreedte = 0.0, hoogte = 0.0;
+        double schaal = 1.0;  // such units in one of the scene's there
+        double kracht = 0.0;  // 0: behind the globe
+        double omhoog = 0.0;  // out of the way of the others
+    };
+
+    void zie(Label& label, const glm::dmat4& camera) const;
+    [[nodiscard]] static double naastStip(const Label& label, const glm::dmat4& camera);
+    void maakRuimte();
+    static void duw(Label& noord, Label& zuid);
+    [[nodiscard]] double sterkte(const Label& label) const;
+
+    std::vector<Label> labels_;  // from north to south
+};
+
 // The arcs, lights and labels of the present connections. Belongs to one globe.
 class BolLijnen {
   public:
@@ -48,17 +82,25 @@ class BolLijnen {
     // Puts them into the node in place of what it holds.
     void teken(const std::vector<Lijn>& lijnen, platform::Node& in);
 
+    // To be called whenever the globe or the camera has moved.
+    void schik(const platform::Node& camera) { opschriften_.schik(camera); }
+
+    // Pictures of labels that were drawn so far.
+    [[nodiscard]] int getekend() const { return getekend_; }
+
     [[nodiscard]] static QString opschrift(const Lijn& lijn);
 
   private:
     [[nodiscard]] platform::NodePtr lichtje(std::vector<glm::dvec3> baan, std::size_t i) const;
-    [[nodiscard]] platform::GeometryPtr label(const QString& tekst) const;
+    [[nodiscard]] platform::GeometryPtr label(const QString& tekst);
 
     const Opties opties_;
     platform::GeometryPtr stip_;
     platform::GeometryPtr licht_;
     // By their text, so that what does not change is not drawn anew.
     std::map<QString, platform::GeometryPtr> labels_;
+    BolLabels opschriften_;
+    int getekend_ = 0;
 };
 
 }  // namespace brixtel

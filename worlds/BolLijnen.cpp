@@ -64,6 +64,7 @@ void BolLijnen::teken(const std::vector<Lijn>& lijnen, Node& in) {
         DrieWereld::punt(opties_.thuis.breedte, opties_.thuis.lengte, {.r = 1.0});
     const std::int64_t eerste = lijnen.empty() ? 1 : std::max<std::int64_t>(lijnen[0].aantal, 1);
     std::map<QString, GeometryPtr> labels;
+    std::vector<NodePtr> opschriften;
     for (std::size_t i = 0; i < std::min(lijnen.size(), opties_.meeste); ++i) {
         const Lijn& lijn = lijnen[i];
         const auto punt = [&](double r) {
@@ -76,10 +77,13 @@ void BolLijnen::teken(const std::vector<Lijn>& lijnen, Node& in) {
         const QString tekst = opschrift(lijn);
         const auto oud = labels_.find(tekst);
         const auto vlak = oud != labels_.end() ? oud->second : label(tekst);
-        zet(vlak, punt(1.09), in)->setBillboard(true);
+        opschriften.push_back(zet(vlak, punt(1.09), in));
+        opschriften.back()->setBillboard(true);
+        opschriften.back()->setRenderingOrder(1);
         labels.emplace(tekst, vlak);
     }
     labels_ = std::move(labels);
+    opschriften_.zet(std::move(opschriften));
 }
 
 NodePtr BolLijnen::lichtje(std::vector<glm::dvec3> baan, std::size_t i) const {
@@ -95,16 +99,20 @@ NodePtr BolLijnen::lichtje(std::vector<glm::dvec3> baan, std::size_t i) const {
     return node;
 }
 
-GeometryPtr BolLijnen::label(const QString& tekst) const {
+GeometryPtr BolLijnen::label(const QString& tekst) {
+    ++getekend_;
     const QFont font = Thema::font(26.0, {.vet = true});
     const QSizeF maat(Thema::breedte(tekst, {.font = font}) + 16.0, kLabelHoogte);
     const auto teken = [&](Tekenvlak& vlak) {
         Thema::tekst(tekst, {.font = font, .kleur = Thema::groen(), .op = {8.0, 10.0}}, vlak);
     };
     const auto beeld = Thema::beeld(maat, {.schaal = 2.0, .teken = teken});
+    const auto materiaal = DrieWereld::gloed(beeld.value_or(QImage()), {.add = true});
+    // Near the rim the globe would cut it; what is behind the globe is left out whole.
+    materiaal->setReadsDepth(false);
     return platform::makePlane(
         {.width = maat.width() / kPuntenPerEenheid, .height = maat.height() / kPuntenPerEenheid},
-        DrieWereld::gloed(beeld.value_or(QImage()), {.add = true}));
+        materiaal);
 }
 
 }  // namespace brixtel

@@ -24,6 +24,16 @@ std::vector<glm::vec3> enkel(const std::vector<glm::dvec3>& punten) {
     return {punten.begin(), punten.end()};
 }
 
+// The sine of an angle so near to half a turn that it is mostly rounding.
+constexpr double kTegenover = 1e-6;
+
+// Of unit length, square to a direction, as far north as that allows.
+glm::dvec3 haaksOp(const glm::dvec3& richting) {
+    const glm::dvec3 noord =
+        std::abs(richting.y) < 0.999 ? glm::dvec3(0.0, 1.0, 0.0) : glm::dvec3(0.0, 0.0, 1.0);
+    return glm::normalize(noord - glm::dot(noord, richting) * richting);
+}
+
 }  // namespace
 
 MaterialPtr DrieWereld::gloed(platform::Contents kleur, GloedOpties opties) {
@@ -66,6 +76,10 @@ std::vector<glm::dvec3> DrieWereld::boog(const BoogOpties& opties) {
     const auto& [van, naar, stappen] = opties;
     const double hoek = std::acos(std::clamp(glm::dot(van, naar), -1.0, 1.0));
     if (hoek <= 0.001) return {van, naar};
+    // Between opposite points any way is the shortest, and the formula has none: the
+    // one by the north.
+    const bool tegenover = std::sin(hoek) < kTegenover;
+    const glm::dvec3 zijde = tegenover ? haaksOp(van) : glm::dvec3(0.0);
     const double hoogte = 0.22 * hoek / platform::kPi + 0.06;
     std::vector<glm::dvec3> punten;
     punten.reserve(static_cast<std::size_t>(stappen) + 1);
@@ -74,13 +88,21 @@ std::vector<glm::dvec3> DrieWereld::boog(const BoogOpties& opties) {
         const double a = std::sin((1.0 - t) * hoek) / std::sin(hoek);
         const double b = std::sin(t * hoek) / std::sin(hoek);
         const double straal = 1.005 + hoogte * std::sin(t * platform::kPi);
-        punten.push_back(straal * (a * van + b * naar));
+        const glm::dvec3 punt =
+            tegenover ? std::cos(t * hoek) * van + std::sin(t * hoek) * zijde : a * van + b * naar;
+        punten.push_back(straal * punt);
     }
     return punten;
 }
 
 GeometryPtr DrieWereld::punten(const std::vector<glm::dvec3>& punten, const PuntenOpties& opties) {
-    return platform::makePoints(enkel(punten), opties.grootte, gloed(opties.kleur));
+    platform::MeshData wolk{.primitive = platform::Primitive::Points,
+                            .positions = enkel(punten),
+                            .pointSize = opties.grootte,
+                            .pointHeightShare = opties.hoogsteDeel};
+    for (std::size_t i = 0; i < punten.size(); ++i)
+        wolk.indices.push_back(static_cast<std::uint32_t>(i));
+    return platform::makeGeometry(std::move(wolk), gloed(opties.kleur));
 }
 
 GeometryPtr DrieWereld::lijnen(const std::vector<glm::dvec3>& einden, const QColor& kleur) {

@@ -146,6 +146,7 @@ class DrieWereld {
     struct PuntenOpties {
         double grootte = 1.0;  // points on screen across
         QColor kleur;
+        double hoogsteDeel = 0.0;  // the most of the picture's height; 0: no limit
     };
     // A cloud of dots, and lines between the points taken pairwise, which glow.
     [[nodiscard]] static platform::GeometryPtr punten(const std::vector<glm::dvec3>& punten,
@@ -181,9 +182,10 @@ class DrieWereld {
     LandenTabel* const landen_;
     const LandKaart* const kaart_;
     platform::RandomSource toeval_;
+    platform::NodePtr oog_;  // the globe's camera
     platform::NodePtr bol_;
     platform::NodePtr lijnenNode_;
-    std::unique_ptr<BolLijnen> bolLijnen_;
+    std::shared_ptr<BolLijnen> bolLijnen_;
     Abonnement abonnement_;
     std::string wachtSleutel_;
 };

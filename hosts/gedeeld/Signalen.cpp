@@ -42,6 +42,13 @@ void vang(int signaal) {
     errno = bewaard;
 }
 
+void vangOpnieuw(int signaal) {
+    const int bewaard = errno;
+    const auto nummer = static_cast<unsigned char>(signaal);
+    [[maybe_unused]] const auto geschreven = write(pijp[1], &nummer, 1);
+    errno = bewaard;
+}
+
 void geduldIsOp(int) {
     if (eerste == 0) _exit(0);
     signal(eerste, SIG_DFL);
@@ -60,33 +67,56 @@ void maakWekker() {
     if (timer_create(CLOCK_MONOTONIC, &hoe, &nieuw) == 0) wekker = nieuw;
 }
 
-void zet(void (*doe)(int)) {
+void zet(void (*doe)(int), void (*opnieuw)(int)) {
     struct sigaction actie {};
     actie.sa_handler = doe;
     for (const int signaal : kSignalen)
         sigaction(signaal, &actie, nullptr);
+    actie.sa_handler = opnieuw;
+    actie.sa_flags = SA_RESTART;
+    sigaction(SIGUSR1, &actie, nullptr);
+}
+
+void laatDoor() {
+    sigset_t alle;
+    sigemptyset(&alle);
+    for (const int signaal : kSignalen)
+        sigaddset(&alle, signaal);
+    sigaddset(&alle, SIGUSR1);
+    sigaddset(&alle, SIGALRM);
+    pthread_sigmask(SIG_UNBLOCK, &alle, nullptr);
 }
 
 }  // namespace
 
-Signalen::Signalen(std::function<void(int)> actie) {
+Signalen::Signalen(std::function<void(int)> einde, std::function<void()> opnieuw) {
     if (pipe2(pijp.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;
     melder_ = std::make_unique<QSocketNotifier>(pijp[0], QSocketNotifier::Read);
-    QObject::connect(melder_.get(), &QSocketNotifier::activated, [actie = std::move(actie)] {
-        unsigned char nummer = 0;
-        if (read(pijp[0], &nummer, 1) == 1) actie(nummer);
-    });
+    QObject::connect(melder_.get(), &QSocketNotifier::activated,
+                     [einde = std::move(einde), opnieuw = std::move(opnieuw)] {
+                         unsigned char nummer = 0;
+                         if (read(pijp[0], &nummer, 1) != 1) return;
+                         if (nummer != SIGUSR1)
+                             einde(nummer);
+                         else if (opnieuw)
+                             opnieuw();
+                     });
     maakWekker();
-    zet(vang);
+    zet(vang, vangOpnieuw);
+    laatDoor();
 }
 
 Signalen::~Signalen() {
-    zet(SIG_DFL);
+    zet(SIG_DFL, SIG_IGN);
     melder_.reset();
     for (int& eind : pijp) {
         if (eind >= 0) close(eind);
         eind = -1;
     }
+}
+
+void Signalen::negeerOpnieuw() {
+    signal(SIGUSR1, SIG_IGN);
 }
 
 void Signalen::haast() {

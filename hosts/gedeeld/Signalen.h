@@ -11,13 +11,21 @@ namespace brixtel {
 // gives the signals back to the system. Whoever is in the middle of waiting for
 // an X server that hangs cannot be called, and a driver may take its time to
 // stop: what has not ended shortly after the first signal, is ended by it.
+//
+// SIGUSR1 asks for a new beginning. Whoever started the process may have left
+// any of them ignored or blocked; here they count.
 class Signalen {
   public:
-    // `actie` is given the signal's number.
-    explicit Signalen(std::function<void(int)> actie);
+    // `einde` is given the signal's number; SIGUSR1 calls `opnieuw` if there is one,
+    // and does nothing otherwise.
+    explicit Signalen(std::function<void(int)> einde, std::function<void()> opnieuw = {});
     ~Signalen();
     Signalen(const Signalen&) = delete;
     Signalen& operator=(const Signalen&) = delete;
+
+    // From now on SIGUSR1 no longer ends the process: where nothing has begun,
+    // and once all has ended, there is nothing to begin anew.
+    static void negeerOpnieuw();
 
     // The process is ending by itself: ends it with exit status 0 where that
     // takes longer than after a signal.

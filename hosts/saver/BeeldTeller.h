@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QString>
+#include <array>
 #include <cstdint>
 
 #include "platform/desktop/View.h"
@@ -8,19 +10,25 @@
 
 namespace brixtel {
 
-// The frame rate, written in a corner of the picture and renewed every second.
+// The frame rate, and what it costs of one processor, written in a corner of the
+// picture and renewed every second.
 class BeeldTeller : public platform::View {
   public:
     // `boven` is the height of the view that it is laid over, in points.
     BeeldTeller(platform::MediaClock& klok, double boven);
 
+    // What stands there; empty in the first second.
+    [[nodiscard]] const std::array<QString, 2>& regels() const { return regels_; }
+
   private:
     void tel();
-    void schrijf(double perSeconde);
+    void schrijf();
 
     platform::MediaClock& klok_;
     std::uint64_t beelden_ = 0;
     double sinds_;
+    double cpu_;
+    std::array<QString, 2> regels_;
     platform::Timer timer_;
 };
 

@@ -22,8 +22,17 @@ void HostView::invoer() {
     if (actie) actie();
 }
 
-void HostView::keyDown(const platform::KeyEvent&) {
-    invoer();
+void HostView::setMuisTelt(bool telt) {
+    muisTelt_ = telt;
+    beginPunt_.reset();
+}
+
+void HostView::keyDown(const platform::KeyEvent& event) {
+    const auto actie = onInstellingen_;
+    if (actie && event.text.compare(u"i", Qt::CaseInsensitive) == 0)
+        actie();
+    else
+        invoer();
 }
 void HostView::mouseDown(const platform::MouseEvent&) {
     invoer();
@@ -36,6 +45,7 @@ void HostView::otherMouseDown(const platform::MouseEvent&) {
 }
 
 void HostView::mouseMoved(const platform::MouseEvent& event) {
+    if (!muisTelt_) return;
     const QPointF punt = event.screenLocation;
     if (!beginPunt_) beginPunt_ = punt;
     const QPointF weg = punt - *beginPunt_;

@@ -20,6 +20,12 @@ class HostView : public platform::View {
 
     // May be called more than once; without it input is swallowed.
     void onInvoer(std::function<void()> actie) { onInvoer_ = std::move(actie); }
+    // Called for the key "i", which is then no other input.
+    void onInstellingen(std::function<void()> actie) { onInstellingen_ = std::move(actie); }
+
+    // While it is used for something else, movements of the mouse are no input;
+    // afterwards they count from where it then is.
+    void setMuisTelt(bool telt);
 
     [[nodiscard]] bool isOpaque() const override { return true; }
     [[nodiscard]] bool acceptsFirstResponder() const override { return true; }
@@ -34,6 +40,8 @@ class HostView : public platform::View {
 
     std::shared_ptr<platform::ScreenSaverView> saver_;
     std::function<void()> onInvoer_;
+    std::function<void()> onInstellingen_;
+    bool muisTelt_ = true;
     std::optional<QPointF> beginPunt_;  // on screen; where the mouse was first seen
 };
 

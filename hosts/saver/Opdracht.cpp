@@ -95,6 +95,20 @@ QString zetPlaatje(Opdracht& opdracht, const QString& waarde) {
     return zetWat(opdracht, Wat::Plaatje, QLatin1String("plaatje"));
 }
 
+QString zetInstellingen(Opdracht& opdracht, const QString& waarde) {
+    opdracht.instellingen = waarde;
+    if (!waarde.isEmpty() && !waarde.endsWith(QLatin1String(".png"), Qt::CaseInsensitive))
+        return QStringLiteral("--instellingen wil de naam van een .png-bestand, niet '%1'")
+            .arg(waarde);
+    return zetWat(opdracht, Wat::Instellingen, QLatin1String("instellingen"));
+}
+
+QString zetBoven(Opdracht& opdracht, const QString& waarde) {
+    opdracht.boven = leesVensterId(waarde);
+    if (opdracht.boven) return {};
+    return QStringLiteral("'%1' is geen nummer van een venster").arg(waarde);
+}
+
 QString zetVerbindingen(Opdracht& opdracht, const QString& waarde) {
     if (!waarde.isEmpty() && waarde != QLatin1String("json"))
         return QStringLiteral("--verbindingen kent alleen json, niet '%1'").arg(waarde);
@@ -132,7 +146,6 @@ const std::vector<Optie>& opties() {
     static const QLatin1String maatVorm("^[0-9]+[xX×][0-9]+$");
     static const std::vector<Optie> alle{
         watOptie(QLatin1String("root"), Wat::Gastheer),
-        watOptie(QLatin1String("instellingen"), Wat::Instellingen),
         watOptie(QLatin1String("aanmelden"), Wat::Aanmelden),
         watOptie(QLatin1String("afmelden"), Wat::Afmelden),
         watOptie(QLatin1String("versie"), Wat::Versie),
@@ -140,6 +153,9 @@ const std::vector<Optie>& opties() {
         vlagOptie(QLatin1String("voorvertoning"), &Opdracht::voorvertoning),
         vlagOptie(QLatin1String("meet"), &Opdracht::meet),
         vlagOptie(QLatin1String("fps"), &Opdracht::fps),
+        vlagOptie(QLatin1String("volle-snelheid"), &Opdracht::volleSnelheid),
+        {QLatin1String("instellingen"), Waarde::Mag, QLatin1String("\\.png$"), zetInstellingen},
+        {QLatin1String("boven"), Waarde::Nodig, {}, zetBoven},
         {QLatin1String("venster"), Waarde::Mag, maatVorm, zetVenster},
         {QLatin1String("verbindingen"), Waarde::Mag, QLatin1String("^json$"), zetVerbindingen},
         {QLatin1String("window-id"), Waarde::Nodig, {}, zetVensterId},
@@ -176,6 +192,8 @@ QString controleer(const Opdracht& opdracht) {
         opdracht.wat == Wat::Plaatje && opdracht.keuze == ruweWaarde(SaverKeuze::bol);
     if (!opdracht.lijnen.isEmpty() && !bolPlaatje)
         return QStringLiteral("--lijnen gaat alleen samen met --plaatje en --keuze=bol");
+    if (opdracht.boven && opdracht.wat != Wat::Instellingen)
+        return QStringLiteral("--boven gaat alleen samen met --instellingen");
     return {};
 }
 
@@ -204,7 +222,8 @@ QString hulpTekst() {
     return QStringLiteral(R"(brixtel-saver: schermbeveiliging in groen op zwart
 
 Zonder opties schermvullend op elk scherm, tot een toets, een klik of een
-echte beweging van de muis. Opties mogen met één of twee streepjes; een waarde
+echte beweging van de muis. De toets i toont daar, en in een eigen venster,
+het venster met de instellingen. Opties mogen met één of twee streepjes; een waarde
 volgt na = of als het volgende woord.
 
 Waar:
@@ -227,10 +246,14 @@ Wat:
   --tekenaar=WELKE       gl, cpu of auto (auto)
   --seconden=N           houdt na N seconden vanzelf op
   --fps                  toont het aantal beelden per seconde
+  --volle-snelheid       ook op de accu alle beelden, en niet de helft
   --meet                 drukt aan het eind één regel JSON met metingen af
 
 Verder:
   --instellingen         het venster met de instellingen
+      --boven=NUMMER     bij het venster met dit nummer
+  --instellingen=B.png   er een plaatje van, dat kan ook zonder scherm; met
+                         --schaal=S naar wens
   --verbindingen[=json]  met welke landen deze machine nu verbonden is
   --aanmelden            zet Brixtel in de lijst van xscreensaver
   --afmelden             haalt Brixtel uit die lijst

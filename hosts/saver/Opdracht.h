@@ -35,6 +35,9 @@ struct Opdracht {
     bool voorvertoning = false;              // asked for; a small host's window has it anyway
     QString keuze;                           // a raw value; empty for the stored one
 
+    QString instellingen;                // the file for a picture of the sheet; empty to show it
+    std::optional<std::uint32_t> boven;  // the window that the sheet belongs to
+
     QString plaatje;         // the file
     QSize maat{1920, 1080};  // points
     double schaal = 1.0;
@@ -45,6 +48,7 @@ struct Opdracht {
     std::optional<double> seconden;
     bool meet = false;
     bool fps = false;
+    bool volleSnelheid = false;  // on battery too
     bool json = false;
     platform::DrawerChoice tekenaar = platform::DrawerChoice::Auto;
 };

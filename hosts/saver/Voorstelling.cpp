@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "hosts/saver/BeeldTeller.h"
+#include "platform/desktop/Preferences.h"
 
 namespace brixtel {
 
@@ -17,8 +18,8 @@ constexpr QSizeF kKlein(480.0, 360.0);
 
 Voorstelling::Voorstelling(const Opdracht& opdracht, const ModuleLader& module,
                            platform::WindowServer& server,
-                           const platform::ScreenSaverContext& context)
-    : opdracht_(opdracht), module_(module), server_(server), context_(context) {
+                           const platform::ScreenSaverContext& context, const QString& bus)
+    : opdracht_(opdracht), module_(module), server_(server), context_(context), instellingen_(bus) {
     switch (opdracht.wat) {
         case Opdracht::Wat::Venster:
             toonVenster();
@@ -42,6 +43,32 @@ void Voorstelling::einde() {
     if (onEinde_) onEinde_();
 }
 
+void Voorstelling::begin() {
+    for (const Doek& doek : doeken_) {
+        doek.view->saver()->stopAnimation();
+        doek.view->saver()->startAnimation();
+    }
+}
+
+void Voorstelling::toonInstellingen(const Window& bij) {
+    if (instellingen_.isOpen()) return;
+    bladIsOpen(true);
+    instellingen_.toon(bij.xWindow(), [this](bool gekozen) {
+        bladIsOpen(false);
+        if (!gekozen) return;
+        // What was asked for this run alone, the user has now changed.
+        platform::Preferences::clearArgument(QStringLiteral("keuze"));
+        begin();
+    });
+}
+
+void Voorstelling::bladIsOpen(bool open) {
+    for (const Doek& doek : doeken_) {
+        doek.view->setMuisTelt(!open);
+        if (opdracht_.wat == Opdracht::Wat::Schermvullend) doek.venster->setCursorHidden(!open);
+    }
+}
+
 platform::WindowStatistics Voorstelling::stand() const {
     return doeken_.empty() ? platform::WindowStatistics{} : doeken_.front().venster->statistics();
 }
@@ -52,7 +79,7 @@ void Voorstelling::vul(Doek& doek, const QRectF& vlak, bool voorvertoning) {
     doek.venster->setContentView(doek.view);
     if (opdracht_.fps)
         doek.view->addSubview(
-            std::make_shared<BeeldTeller>(context_.clock, doek.view->bounds().height()));
+            std::make_shared<BeeldTeller>(server_.clock(), doek.view->bounds().height()));
     doek.view->saver()->startAnimation();
 }
 
@@ -65,6 +92,7 @@ void Voorstelling::toonOp(const Screen& scherm) {
               .view = nullptr};
     vul(doek, {QPointF(0, 0), scherm.frame.size()}, opdracht_.voorvertoning);
     doek.view->onInvoer([this] { einde(); });
+    doek.view->onInstellingen([this, venster = doek.venster.get()] { toonInstellingen(*venster); });
     doek.venster->setCursorHidden(true);
     doek.venster->makeKeyAndOrderFront();
     doek.venster->makeFirstResponder(doek.view.get());
@@ -98,6 +126,7 @@ void Voorstelling::toonVenster() {
                                                    .title = QStringLiteral("Brixtel")}),
               .view = nullptr};
     vul(doek, {QPointF(0, 0), maat}, opdracht_.voorvertoning);
+    doek.view->onInstellingen([this, venster = doek.venster.get()] { toonInstellingen(*venster); });
     doek.venster->makeKeyAndOrderFront();
     doeken_.push_back(std::move(doek));
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "hosts/saver/HostView.h"
+#include "hosts/saver/InstellingenProces.h"
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
 #include "platform/desktop/Screen.h"
@@ -18,8 +19,10 @@ namespace brixtel {
 // the windows down, in that order. Main thread.
 class Voorstelling {
   public:
+    // `bus` is the session bus's address, for the sheet.
     Voorstelling(const Opdracht& opdracht, const ModuleLader& module,
-                 platform::WindowServer& server, const platform::ScreenSaverContext& context);
+                 platform::WindowServer& server, const platform::ScreenSaverContext& context,
+                 const QString& bus);
     ~Voorstelling();
     Voorstelling(const Voorstelling&) = delete;
     Voorstelling& operator=(const Voorstelling&) = delete;
@@ -27,6 +30,9 @@ class Voorstelling {
     // Called when it is over by itself: input that ends it, the host's window
     // gone, the user closing the window. May be called more than once.
     void onEinde(std::function<void()> actie) { onEinde_ = std::move(actie); }
+
+    // Every view stops and starts, with the choice as it is stored now.
+    void begin();
 
     // Of the first window: the main screen's.
     [[nodiscard]] platform::WindowStatistics stand() const;
@@ -42,6 +48,8 @@ class Voorstelling {
     void toonVenster();
     void toonBijGastheer();
     void vul(Doek& doek, const QRectF& vlak, bool voorvertoning);
+    void toonInstellingen(const platform::Window& bij);
+    void bladIsOpen(bool open);
     void einde();
 
     const Opdracht opdracht_;
@@ -50,6 +58,7 @@ class Voorstelling {
     const platform::ScreenSaverContext context_;
     std::function<void()> onEinde_;
     std::vector<Doek> doeken_;
+    InstellingenProces instellingen_;
     std::unique_ptr<platform::ScreenObserver> schermen_;
 };
 

@@ -5,16 +5,20 @@
 #include <cstdio>
 #include <optional>
 
+#include "BrixtelSaver/InstellingenModule.h"
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "hosts/gedeeld/Signalen.h"
 #include "hosts/saver/Aanmelding.h"
+#include "hosts/saver/Instellingen.h"
 #include "hosts/saver/Meting.h"
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
 #include "hosts/saver/Plaatje.h"
+#include "hosts/saver/Rust.h"
 #include "hosts/saver/Verbindingen.h"
 #include "hosts/saver/Voorstelling.h"
 #include "platform/desktop/DisplayCheck.h"
+#include "platform/desktop/PowerSupply.h"
 #include "platform/desktop/Preferences.h"
 #include "platform/time/ProcessUsage.h"
 
@@ -48,9 +52,13 @@ void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     std::_Exit(meldNaam(erIsScherm ? regel.trimmed() : QString::fromUtf8(kGeenScherm), kFout));
 }
 
+bool isPlaatje(const Opdracht& opdracht) {
+    return opdracht.wat == Opdracht::Wat::Plaatje || !opdracht.instellingen.isEmpty();
+}
+
 // Windows are drawn through X11, also where the desktop is another.
 void kiesPlatform(const Opdracht& opdracht) {
-    const bool plaatje = opdracht.wat == Opdracht::Wat::Plaatje;
+    const bool plaatje = isPlaatje(opdracht);
     qputenv("QT_QPA_PLATFORM", plaatje ? "offscreen" : "xcb");
     if (plaatje) qputenv("QT_SCALE_FACTOR", QByteArray::number(opdracht.schaal));
 }
@@ -83,22 +91,40 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
     auto toeval = opdracht.zaad ? platform::RandomSource(*opdracht.zaad)
                                 : platform::RandomSource::fromSystem();
     platform::DistributedNotificationCenter berichten(bus);
-    platform::WindowServer server(klok, {.drawer = opdracht.tekenaar, .display = {}});
+    // Whoever wishes for little movement has asked for no saver by its window.
+    std::optional<platform::RestableClock> beelden;
+    if (opdracht.wat == Opdracht::Wat::Venster) beelden.emplace(klok);
+    platform::WindowServer server(
+        klok,
+        {.drawer = opdracht.tekenaar, .display = {}, .pictures = beelden ? &*beelden : nullptr});
     server.onConnectionLost([] { std::_Exit(0); });
 
     int doorSignaal = 0;
-    const brixtel::Signalen signalen([&](int signaal) {
-        doorSignaal = signaal;
-        QCoreApplication::quit();
-    });
-    std::optional<brixtel::Voorstelling> voorstelling(
-        std::in_place, opdracht, module, server,
-        platform::ScreenSaverContext{.clock = klok, .random = toeval, .notifications = berichten});
+    std::optional<brixtel::Voorstelling> voorstelling;
+    const brixtel::Signalen signalen(
+        [&](int signaal) {
+            doorSignaal = signaal;
+            QCoreApplication::quit();
+        },
+        [&] {
+            if (voorstelling) voorstelling->begin();
+        });
+    platform::MediaClock& beeldKlok = beelden ? static_cast<platform::MediaClock&>(*beelden) : klok;
+    voorstelling.emplace(opdracht, module, server,
+                         platform::ScreenSaverContext{
+                             .clock = beeldKlok, .random = toeval, .notifications = berichten},
+                         bus);
     const bool bijGastheer = opdracht.wat == Opdracht::Wat::Gastheer;
     voorstelling->onEinde([bijGastheer] {
         if (bijGastheer) brixtel::Signalen::haast();
         QCoreApplication::quit();
     });
+
+    std::optional<brixtel::Rust> rust;
+    if (beelden) rust.emplace(*beelden, server, bus);
+    std::optional<platform::PowerWatch> accu;
+    if (!opdracht.volleSnelheid)
+        accu.emplace(klok, [&server](bool opAccu) { server.setPace(opAccu ? 2 : 1); });
 
     std::optional<brixtel::Meting> meting;
     if (opdracht.meet) meting.emplace(klok, begin, [&] { return voorstelling->stand(); });
@@ -118,20 +144,39 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
 // Returns the session bus's address, and keeps it from Qt: for the accessibility
 // of a window without controls Qt would wait for the bus on the main thread, and
 // where there is none start one, which outlives this program.
-QString neemBus() {
+// The sheet has controls, and a screen reader hears of them over the bus.
+QString neemBus(const Opdracht& opdracht) {
     const QString adres = platform::DistributedNotificationCenter::sessionBusAddress();
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
+    if (opdracht.wat != Opdracht::Wat::Instellingen || adres.isEmpty())
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
     return adres;
+}
+
+// None where what it takes is missing.
+std::unique_ptr<QCoreApplication> maakToepassing(int& argc, char** argv, const Opdracht& opdracht) {
+    if (opdracht.wat != Opdracht::Wat::Instellingen)
+        return std::make_unique<QGuiApplication>(argc, argv);
+    brixtel::InstellingenModule* const blad = brixtel::InstellingenModule::laad();
+    return blad ? blad->maakToepassing(argc, argv) : nullptr;
+}
+
+int instellingen(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
+    int doorSignaal = 0;
+    const QString mis = brixtel::toonInstellingen(opdracht, module, doorSignaal);
+    if (!mis.isEmpty()) return meldNaam(mis, kFout);
+    return -doorSignaal;
 }
 
 int start(int argc, char** argv, const Opdracht& opdracht) {
     std::optional<platform::DisplayCheck> scherm;
-    if (opdracht.wat != Opdracht::Wat::Plaatje) scherm.emplace();
+    if (!isPlaatje(opdracht)) scherm.emplace();
     if (scherm && !scherm->isReachable()) return meldNaam(QString::fromUtf8(kGeenScherm), kFout);
     kiesPlatform(opdracht);
-    const QString bus = neemBus();
+    const QString bus = neemBus(opdracht);
     if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
-    QGuiApplication app(argc, argv);
+    const auto toepassing = maakToepassing(argc, argv, opdracht);
+    if (!toepassing)
+        return meldNaam(QStringLiteral("de module BrixtelInstellingen.so ontbreekt"), kFout);
     scherm.reset();
     QGuiApplication::setApplicationName(QStringLiteral("brixtel-saver"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Brixtel"));
@@ -143,6 +188,7 @@ int start(int argc, char** argv, const Opdracht& opdracht) {
         return meldNaam(QStringLiteral("de module BrixtelSaver.so ontbreekt of is onbruikbaar"),
                         kFout);
     if (opdracht.wat == Opdracht::Wat::Plaatje) return plaatje(opdracht, module);
+    if (opdracht.wat == Opdracht::Wat::Instellingen) return instellingen(opdracht, module);
     return -toon(opdracht, module, bus);
 }
 
@@ -164,9 +210,6 @@ int main(int argc, char** argv) {
         case Opdracht::Wat::Versie:
             std::puts("brixtel-saver " BRIXTEL_VERSION);
             return 0;
-        case Opdracht::Wat::Instellingen:
-            return meldNaam(QStringLiteral("--instellingen kan in deze versie nog niet"),
-                            kVerkeerdGebruik);
         case Opdracht::Wat::Verbindingen:
             return verbindingen(opdracht.json);
         case Opdracht::Wat::Aanmelden:
@@ -176,6 +219,7 @@ int main(int argc, char** argv) {
         default:
             break;
     }
+    brixtel::Signalen::negeerOpnieuw();
     // Only the arguments that are ours were ours to take: Qt gets none.
     int geen = 1;
     const int uitgang = start(geen, argv, opdracht);

@@ -36,6 +36,10 @@ void Preferences::setArgument(const QString& key, const QString& value) {
     arguments().insert(key, value);
 }
 
+void Preferences::clearArgument(const QString& key) {
+    arguments().remove(key);
+}
+
 std::optional<QString> Preferences::string(const QString& key) const {
     if (const auto found = arguments().constFind(key); found != arguments().constEnd())
         return *found;

@@ -20,6 +20,8 @@ class Preferences {
     // whatever is in its file, and nothing of it is written: what a command line
     // asks for one run.
     static void setArgument(const QString& key, const QString& value);
+    // The file's own value counts again.
+    static void clearArgument(const QString& key);
 
     ~Preferences();
     Preferences(const Preferences&) = delete;

@@ -69,6 +69,10 @@ double Window::backingScaleFactor() const {
     return core_->scale();
 }
 
+std::uint32_t Window::xWindow() const {
+    return core_->drawing ? core_->drawing->id() : 0;
+}
+
 std::optional<Screen> Window::screen() const {
     const QScreen* const on = core_->screen();
     if (!on) return std::nullopt;
@@ -87,6 +91,7 @@ void Window::show(bool asKey) {
     if (core_->isHosts()) return;
     if (!core_->own) core_->makeOwn();
     core_->own->show();
+    OwnWindow::flush();
     server_.cameToFront(*this);
     if (options_.staysOnTop && core_->drawing)
         server_.stack().keep(core_->drawing->id(), {.window = options_.level});

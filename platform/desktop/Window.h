@@ -85,6 +85,8 @@ class Window {
     [[nodiscard]] QRectF frame() const;
     void setFrame(const QRectF& frame);
     [[nodiscard]] double backingScaleFactor() const;
+    // Its X id; 0 for an own window that was never shown.
+    [[nodiscard]] std::uint32_t xWindow() const;
     // The screen with most of it; none without screens.
     [[nodiscard]] std::optional<Screen> screen() const;
 

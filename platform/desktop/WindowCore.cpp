@@ -3,6 +3,9 @@
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <limits>
+#include <utility>
+#include <vector>
 
 #include "platform/desktop/FrameBuilder.h"
 #include "platform/desktop/SceneView.h"
@@ -17,10 +20,27 @@ WindowCore::WindowCore(Window& window)
                    own->setOpacity(alpha);
                    OwnWindow::flush();
                }
-               if (drawing) drawing->setWanted(alpha > 0.0);
+               updateWanted();
            }),
       window_(window),
-      screens_([this] { geometryChanged(); }) {}
+      screens_([this] { geometryChanged(); }) {
+    window_.server_.windows_.push_back(this);
+}
+
+WindowCore::~WindowCore() {
+    std::erase(window_.server_.windows_, this);
+}
+
+void WindowCore::updateWanted() {
+    if (!drawing) return;
+    const bool minimised = own && own->windowStates().testFlag(Qt::WindowMinimized);
+    drawing->setWanted(fade.value() > 0.0 && !window_.server_.isDisplayAsleep() && !minimised &&
+                       !covered_);
+}
+
+void WindowCore::setCovered(bool covered) {
+    if (std::exchange(covered_, covered) != covered) updateWanted();
+}
 
 void WindowCore::makeOwn() {
     own = std::make_unique<OwnWindow>(window_.options_, window_.canBecomeKey(), *this);
@@ -28,6 +48,8 @@ void WindowCore::makeOwn() {
     own->setIgnoresMouse(window_.ignoresMouse_);
     if (window_.cursorHidden_) own->setCursor(Qt::BlankCursor);
     QObject::connect(own.get(), &QWindow::screenChanged, own.get(), [this] { geometryChanged(); });
+    QObject::connect(own.get(), &QWindow::windowStateChanged, own.get(),
+                     [this] { updateWanted(); });
     if (const std::uint32_t xWindow = own->xWindow()) draw(xWindow);
     fit();
 }
@@ -45,7 +67,7 @@ void WindowCore::draw(std::uint32_t xWindow) {
                     // The action may drop the window, and itself with it.
                     if (const auto action = closed) action();
                 }});
-    drawing->setWanted(fade.value() > 0.0);
+    updateWanted();
     geometryChanged();
 }
 
@@ -60,16 +82,20 @@ void WindowCore::tellOfNoScenes(View& view) {
 double WindowCore::build(Frame& frame, double time) {
     frame.grid = {.scale = scale(), .size = drawing->geometry().size()};
     frame.background = {0.0F, 0.0F, 0.0F, window_.options_.opaque ? 1.0F : 0.0F};
-    FrameBuilder builder(frame, time);
+    const RestableClock* const pictures = window_.server_.options().pictures;
+    const double shown = pictures ? pictures->now() : time;
+    FrameBuilder builder(frame, shown);
     builder.add(*window_.content_);
-    return builder.nextChange();
+    if (pictures && pictures->isResting()) return std::numeric_limits<double>::infinity();
+    return builder.nextChange() + (time - shown);
 }
 
 void WindowCore::geometryChanged() {
     fit();
     if (!drawing) return;
     const QScreen* const on = screen();
-    drawing->setFrameInterval(1.0 / (on ? screenFrom(*on).refreshRate : 60.0));
+    const double rate = on ? screenFrom(*on).refreshRate : 60.0;
+    drawing->setFrameInterval(window_.server_.pace() / rate);
     drawing->requestFrame();
 }
 

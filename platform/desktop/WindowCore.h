@@ -13,6 +13,9 @@ namespace platform {
 class WindowCore final : public OwnWindowDelegate {
   public:
     explicit WindowCore(Window& window);
+    ~WindowCore() override;
+    WindowCore(const WindowCore&) = delete;
+    WindowCore& operator=(const WindowCore&) = delete;
 
     // Makes the Qt window, and the drawing where there is X.
     void makeOwn();
@@ -23,6 +26,10 @@ class WindowCore final : public OwnWindowDelegate {
     void closeAsked() override;
 
     void geometryChanged();
+    // Whether there is any sense in frames may have changed.
+    void updateWanted();
+    // Other windows hide it.
+    void setCovered(bool covered);
     [[nodiscard]] bool isHosts() const { return drawing && !own; }
     [[nodiscard]] QScreen* screen() const;
     [[nodiscard]] double scale() const;
@@ -39,6 +46,7 @@ class WindowCore final : public OwnWindowDelegate {
     static void tellOfNoScenes(View& view);
 
     Window& window_;
+    bool covered_ = false;
     ScreenObserver screens_;
 };
 

@@ -9,6 +9,8 @@
 #include "platform/desktop/EventConnection.h"
 #include "platform/desktop/OverlaySpaces.h"
 #include "platform/desktop/Window.h"
+#include "platform/desktop/WindowCore.h"
+#include "platform/time/Require.h"
 
 namespace platform {
 
@@ -46,6 +48,25 @@ WindowServer::WindowServer(MediaClock& clock, WindowServerOptions options)
       events_(std::make_unique<EventConnection>(options_.display)),
       number_(nextNumber()) {
     servers()[number_] = this;
+    if (!isConnected()) return;
+    sleep_.emplace(clock_, dpmsQuestion(events_->get(), [this] { events_->readSoon(); }),
+                   [this](bool asleep) { setDisplayAsleep(asleep); });
+    coverage_.emplace(
+        clock_, options_.display,
+        CoverageWatch::Actions{.windows =
+                                   [this] {
+                                       std::vector<std::uint32_t> mapped;
+                                       for (const WindowCore* window : windows_)
+                                           if (window->drawing && window->drawing->isMapped())
+                                               mapped.push_back(window->drawing->id());
+                                       return asleep_ ? std::vector<std::uint32_t>() : mapped;
+                                   },
+                               .tell =
+                                   [this](std::uint32_t id, bool covered) {
+                                       for (WindowCore* window : windows_)
+                                           if (window->drawing && window->drawing->id() == id)
+                                               window->setCovered(covered);
+                                   }});
 }
 
 WindowServer::~WindowServer() {
@@ -63,6 +84,24 @@ void WindowServer::onConnectionLost(std::function<void()> action) {
     events_->onLost(std::move(action));
     if (!listening) handlerBefore = qInstallMessageHandler(keepBackLament);
     listening = events_.get();
+}
+
+void WindowServer::setPace(int divisor) {
+    require(divisor > 0);
+    if (std::exchange(pace_, divisor) == divisor) return;
+    for (WindowCore* window : windows_)
+        window->geometryChanged();
+}
+
+void WindowServer::setDisplayAsleep(bool asleep) {
+    asleep_ = asleep;
+    for (WindowCore* window : windows_)
+        window->updateWanted();
+}
+
+void WindowServer::setNeedsFrames() {
+    for (WindowCore* window : windows_)
+        if (window->drawing) window->drawing->requestFrame();
 }
 
 void WindowServer::cameToFront(Window& window) {

@@ -7,8 +7,11 @@
 #include <memory>
 #include <vector>
 
+#include "platform/desktop/Coverage.h"
+#include "platform/desktop/DisplaySleep.h"
 #include "platform/render/Egl.h"
 #include "platform/time/MediaClock.h"
+#include "platform/time/RestableClock.h"
 
 namespace platform {
 
@@ -17,6 +20,7 @@ class OverlaySpaces;
 class RootWatch;
 class StackKeeper;
 class Window;
+class WindowCore;
 
 // Which drawer shows layers in windows. Auto takes the CPU where OpenGL would
 // be software: a full-screen swap alone costs that more than the CPU's drawing
@@ -27,6 +31,9 @@ struct WindowServerOptions {
     DrawerChoice drawer = DrawerChoice::Auto;
     QString display;           // the X display; empty for the one of the environment
     ResetQuery resetStatus{};  // asked, on render threads, in OpenGL's place
+    // What the pictures move by, where that is another clock than the windows'
+    // own; while it rests, nothing moves. Outlives the server.
+    const RestableClock* pictures = nullptr;
 };
 
 // The program's end of the line to the X server, beside Qt's own: windows are
@@ -49,6 +56,18 @@ class WindowServer {
     // std::_Exit() after saving what is to be saved.
     void onConnectionLost(std::function<void()> action);
 
+    // Frames come at most as fast as the display's rhythm divided by this; 1 at
+    // first.
+    void setPace(int divisor);
+    [[nodiscard]] int pace() const { return pace_; }
+
+    // While the display is asleep no window has frames. Found out by itself.
+    void setDisplayAsleep(bool asleep);
+    [[nodiscard]] bool isDisplayAsleep() const { return asleep_; }
+
+    // What all windows show looks different.
+    void setNeedsFrames();
+
     [[nodiscard]] MediaClock& clock() const { return clock_; }
     [[nodiscard]] const WindowServerOptions& options() const { return options_; }
     [[nodiscard]] EventConnection& events() const { return *events_; }
@@ -68,6 +87,7 @@ class WindowServer {
 
   private:
     friend class Window;
+    friend class WindowCore;
     // Keeps windows of a higher level above one that came to the front.
     void cameToFront(Window& window);
     void becameKey(Window& window);
@@ -84,6 +104,11 @@ class WindowServer {
     std::unique_ptr<OverlaySpaces> spaces_;
     Window* key_ = nullptr;
     std::vector<Window*> shown_;  // lowest level first, then in order of showing
+    std::vector<WindowCore*> windows_;
+    int pace_ = 1;
+    bool asleep_ = false;
+    std::optional<DisplaySleep> sleep_;
+    std::optional<CoverageWatch> coverage_;
 };
 
 }  // namespace platform

@@ -38,8 +38,10 @@ bool mayMerge(const DrawBatch& a, const DrawBatch& b) {
     return variant == variantOf(b) && (variant & (kTextured | kLambert)) == 0 &&
            a.material.opaque == b.material.opaque &&
            a.material.writesDepth == b.material.writesDepth &&
+           a.material.readsDepth == b.material.readsDepth &&
            a.material.doubleSided == b.material.doubleSided &&
-           a.mesh->data().pointSize == b.mesh->data().pointSize;
+           a.mesh->data().pointSize == b.mesh->data().pointSize &&
+           a.mesh->data().pointHeightShare == b.mesh->data().pointHeightShare;
 }
 
 // How many of the first batches are drawn at once.
@@ -229,8 +231,12 @@ void ScenePass::drawRun(std::span<const PlacedBatch> run, unsigned variant) {
 // image it is drawn as one of those, with as much less light.
 void ScenePass::setThickness(const SceneProgram& program, const DrawBatch& batch) const {
     const bool round = batch.mesh->primitive() == Primitive::Points;
-    const float points = round ? static_cast<float>(batch.mesh->data().pointSize) : 1.0F;
-    const float wanted = std::max(points * options_.pixelsPerPoint, options_.shownPixel);
+    const MeshData& mesh = batch.mesh->data();
+    float pixels = (round ? static_cast<float>(mesh.pointSize) : 1.0F) * options_.pixelsPerPoint;
+    if (round && mesh.pointHeightShare > 0.0)
+        pixels = std::min(pixels, static_cast<float>(mesh.pointHeightShare) *
+                                      static_cast<float>(options_.size.height()));
+    const float wanted = std::max(pixels, options_.shownPixel);
     const float drawn = std::max(wanted, 1.0F);
     const float share = wanted / drawn;
     glUniform1f(program.thickness, drawn);
@@ -239,6 +245,7 @@ void ScenePass::setThickness(const SceneProgram& program, const DrawBatch& batch
 
 void ScenePass::setBlending(const DrawMaterial& material, bool smoothEdges) const {
     glDepthMask(material.writesDepth ? GL_TRUE : GL_FALSE);
+    glDepthFunc(material.readsDepth ? GL_LEQUAL : GL_ALWAYS);
     if (material.blend == BlendMode::Additive) {
         glEnable(GL_BLEND);
         glBlendFuncSeparate(GL_ONE, GL_ONE, GL_ZERO, GL_ONE);
@@ -278,6 +285,7 @@ void ScenePass::drawFloor(const DrawFloor& floor) {
     glEnable(GL_BLEND);
     glBlendFunc(GL_ONE, GL_ONE);
     glDepthMask(floor.material.writesDepth ? GL_TRUE : GL_FALSE);
+    glDepthFunc(GL_LEQUAL);
     drawFloorPlane(floor, floor.material.diffuse, variant);
 }
 

@@ -19,6 +19,7 @@ DrawMaterial snapshot(const Material& material) {
     result.blend = material.blendMode();
     result.opaque = material.isOpaque();
     result.writesDepth = material.writesDepth();
+    result.readsDepth = material.readsDepth();
     result.doubleSided = material.isDoubleSided();
     result.wrapS = material.wrapS();
     result.wrapT = material.wrapT();
@@ -121,7 +122,8 @@ void Extraction::visit(const Node& node, const Inherited& parent) {
                    parent.opacity * node.opacity()};
     if (node.isBillboard()) {
         const glm::dvec3 scale = scaleOf(here.world);
-        const glm::dvec4 position = here.world[3];
+        const glm::dvec2 beside = node.screenOffset();
+        const glm::dvec4 position = here.world[3] + facing_[0] * beside.x + facing_[1] * beside.y;
         for (int axis = 0; axis < 3; ++axis)
             here.world[axis] = facing_[axis] * scale[axis];
         here.world[3] = position;

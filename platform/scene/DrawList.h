@@ -53,6 +53,7 @@ struct DrawMaterial {
     BlendMode blend = BlendMode::Alpha;
     bool opaque = true;
     bool writesDepth = true;
+    bool readsDepth = true;
     bool doubleSided = false;
     WrapMode wrapS = WrapMode::Clamp;
     WrapMode wrapT = WrapMode::Clamp;

@@ -19,7 +19,7 @@ struct Part {
     [[nodiscard]] bool takes(const Geometry& geometry) const {
         const MeshData& other = geometry.mesh()->data();
         return material == geometry.material() && mesh.primitive == other.primitive &&
-               mesh.pointSize == other.pointSize;
+               mesh.pointSize == other.pointSize && mesh.pointHeightShare == other.pointHeightShare;
     }
 };
 
@@ -31,6 +31,7 @@ Part& partFor(std::vector<Part>& parts, const Geometry& geometry) {
     parts.push_back({geometry.material(), {}});
     parts.back().mesh.primitive = data.primitive;
     parts.back().mesh.pointSize = data.pointSize;
+    parts.back().mesh.pointHeightShare = data.pointHeightShare;
     return parts.back();
 }
 

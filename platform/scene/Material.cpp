@@ -89,6 +89,9 @@ void Material::setBlendMode(BlendMode mode) {
 void Material::setWritesDepth(bool writes) {
     change(writesDepth_, writes);
 }
+void Material::setReadsDepth(bool reads) {
+    change(readsDepth_, reads);
+}
 void Material::setDoubleSided(bool doubleSided) {
     change(doubleSided_, doubleSided);
 }

@@ -65,6 +65,11 @@ class Material {
     [[nodiscard]] bool writesDepth() const { return writesDepth_; }
     void setWritesDepth(bool writes);
 
+    // Whether what is nearer hides it. Off, it is seen through everything that is
+    // drawn before it.
+    [[nodiscard]] bool readsDepth() const { return readsDepth_; }
+    void setReadsDepth(bool reads);
+
     [[nodiscard]] bool isDoubleSided() const { return doubleSided_; }
     void setDoubleSided(bool doubleSided);
 
@@ -95,6 +100,7 @@ class Material {
     WrapMode wrapT_ = WrapMode::Clamp;
     BlendMode blendMode_ = BlendMode::Alpha;
     bool writesDepth_ = true;
+    bool readsDepth_ = true;
     bool doubleSided_ = false;
     bool opaque_ = true;
     bool drawsNothing_ = false;

@@ -23,6 +23,9 @@ struct MeshData {
     std::vector<glm::vec2> texcoords{};
     std::vector<std::uint32_t> indices{};
     double pointSize = 1.0;  // points on screen across; for Points
+    // The most that is of the picture's height, so that close dots stay apart in a
+    // small picture; 0: no limit.
+    double pointHeightShare = 0.0;
 };
 
 // The box that holds every position; both corners zero for an empty mesh.

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include <glm/vec2.hpp>
 #include <glm/vec3.hpp>
 
 #include "platform/scene/Action.h"
@@ -97,6 +98,10 @@ class Node {
     // Drawn parallel to the screen; position and scale are kept.
     [[nodiscard]] bool isBillboard() const { return billboard_; }
     void setBillboard(bool billboard) { billboard_ = billboard; }
+    // How far beside its position a billboard is drawn: to the right and up on the
+    // screen, in the scene's units.
+    [[nodiscard]] const glm::dvec2& screenOffset() const { return screenOffset_; }
+    void setScreenOffset(const glm::dvec2& offset) { screenOffset_ = offset; }
 
     // --- motion ---
     // An action run under a key replaces the one under that key.
@@ -146,6 +151,7 @@ class Node {
     int renderingOrder_ = 0;
     bool hidden_ = false;
     bool billboard_ = false;
+    glm::dvec2 screenOffset_{0.0};
 };
 
 }  // namespace platform

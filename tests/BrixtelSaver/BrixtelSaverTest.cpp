@@ -19,7 +19,10 @@ using brixtel::SaverKeuze;
 namespace {
 
 struct EenBlad : platform::Sheet {
-    void open() override {}
+    void orderFront(std::uint32_t) override {}
+    void orderOut() override {}
+    bool isShown() const override { return false; }
+    QImage picture() override { return {}; }
 };
 
 // A view whose sheet hands its callback to the test.
@@ -162,6 +165,26 @@ TEST_F(SaverView, TearDownStopsTheSceneViewAndLetsItsSceneGo) {
     EXPECT_FALSE(scn->isPlaying());
     EXPECT_FALSE(scn->scene());
     EXPECT_EQ(scn->superview(), nullptr);
+}
+
+TEST_F(SaverView, ConnectionsAreWatchedOnlyWhileTheGlobeIsShown) {
+    const auto& wacht = brixtel::VerbindingWacht::gedeeld();
+    EXPECT_EQ(wacht.tussentijd(), 0.0);
+    {
+        const auto view = gestart(SaverKeuze::bol);
+        EXPECT_EQ(wacht.tussentijd(), 3.0);
+        view->stopAnimation();
+        EXPECT_EQ(wacht.tussentijd(), 0.0);
+        view->startAnimation();
+        EXPECT_EQ(wacht.tussentijd(), 3.0);
+        ASSERT_TRUE(view->configureSheet());
+        view->klaar(SaverKeuze::kubus);
+        EXPECT_EQ(wacht.tussentijd(), 0.0);
+        view->klaar(SaverKeuze::bol);
+        EXPECT_EQ(wacht.tussentijd(), 3.0);
+    }
+    // A view that is dropped while it shows the globe.
+    EXPECT_EQ(wacht.tussentijd(), 0.0);
 }
 
 TEST_F(SaverView, WithoutMeansToDrawAWorldItRainsInItsPlace) {

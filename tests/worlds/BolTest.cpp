@@ -126,6 +126,7 @@ TEST_F(BolTest, CloudsAreTwoGeometriesOfTheirOwnSizeAndColour) {
         EXPECT_EQ(zee.mesh()->primitiveCount(), groot ? 2'600U : 1'200U);
         EXPECT_EQ(land.mesh()->data().pointSize, groot ? 3.0 : 2.2);
         EXPECT_EQ(zee.mesh()->data().pointSize, 1.5);
+        EXPECT_EQ(land.mesh()->data().pointHeightShare, groot ? 0.0038 : 0.0056);
         EXPECT_EQ(land.material()->colour(), Thema::groen());
         EXPECT_EQ(zee.material()->colour(), steun::metAlfa(Thema::donker(), 0.8));
     }

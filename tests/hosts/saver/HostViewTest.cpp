@@ -54,6 +54,31 @@ TEST_F(HostViewTest, SmallDriftsAddUp) {
     EXPECT_EQ(geroepen, 1);
 }
 
+TEST_F(HostViewTest, TheKeyIBringsTheSettingsWhereThereAreAnyAndIsInputElsewhere) {
+    view.keyDown({.text = QStringLiteral("i")});
+    EXPECT_EQ(geroepen, 1);
+    int instellingen = 0;
+    view.onInstellingen([&] { ++instellingen; });
+    view.keyDown({.text = QStringLiteral("i")});
+    view.keyDown({.text = QStringLiteral("I")});
+    EXPECT_EQ(instellingen, 2);
+    EXPECT_EQ(geroepen, 1);
+    view.keyDown({.text = QStringLiteral("j")});
+    EXPECT_EQ(geroepen, 2);
+}
+
+TEST_F(HostViewTest, TheMouseDoesNotCountWhileTheSheetIsOpenAndAnewAfterwards) {
+    muis(100, 100);
+    view.setMuisTelt(false);
+    muis(300, 300);
+    view.setMuisTelt(true);
+    muis(350, 300);
+    muis(380, 300);
+    EXPECT_EQ(geroepen, 0);
+    muis(401, 300);
+    EXPECT_EQ(geroepen, 1);
+}
+
 TEST_F(HostViewTest, WithoutAnActionInputIsSwallowed) {
     view.onInvoer({});
     view.keyDown({});

@@ -102,6 +102,11 @@ TEST(Opdracht, TheRest) {
     EXPECT_EQ(opdracht.tekenaar, DrawerChoice::OpenGl);
     EXPECT_EQ(goed(woorden("--tekenaar cpu")).tekenaar, DrawerChoice::Cpu);
     EXPECT_EQ(goed(woorden("--instellingen")).wat, Wat::Instellingen);
+    EXPECT_TRUE(goed(woorden("--instellingen")).instellingen.isEmpty());
+    EXPECT_EQ(goed(woorden("--instellingen blad.png")).instellingen, QStringLiteral("blad.png"));
+    EXPECT_EQ(goed(woorden("--instellingen --boven=0x1f")).boven, 0x1fU);
+    EXPECT_FALSE(goed({}).volleSnelheid);
+    EXPECT_TRUE(goed(woorden("-volle-snelheid")).volleSnelheid);
     EXPECT_EQ(goed(woorden("--help")).wat, Wat::Hulp);
     EXPECT_FALSE(goed(woorden("--verbindingen")).json);
     EXPECT_TRUE(goed(woorden("--verbindingen=json")).json);
@@ -141,6 +146,10 @@ TEST(Opdracht, ABadArgumentGetsOneClearDutchLine) {
                               "--verbindingen=xml",
                               "--venster --plaatje=a.png --keuze=regen",
                               "--root --venster",
+                              "--instellingen=a.jpg",
+                              "--instellingen --venster",
+                              "--instellingen --boven=0",
+                              "--boven=5",
                               "--meet=ja"}) {
         const QString fout = mis(woorden(regel));
         EXPECT_TRUE(fout.startsWith(QLatin1String("brixtel-saver: "))) << regel;
@@ -166,9 +175,12 @@ TEST(Opdracht, ALineBreakInAnArgumentIsNoneInTheLine) {
 
 TEST(Opdracht, TheHelpNamesEveryOption) {
     const QString hulp = brixtel::hulpTekst();
-    for (const char* naam : {"venster", "root", "window-id", "voorvertoning", "keuze",
-                             "instellingen", "plaatje", "maat", "schaal", "na", "zaad", "seconden",
-                             "meet", "fps", "tekenaar", "lijnen", "verbindingen", "versie", "help"})
+    for (const char* naam :
+         {"venster",       "root",         "window-id", "voorvertoning", "keuze",
+          "instellingen",  "plaatje",      "maat",      "schaal",        "na",
+          "zaad",          "seconden",     "meet",      "fps",           "tekenaar",
+          "lijnen",        "verbindingen", "versie",    "help",          "boven",
+          "volle-snelheid"})
         EXPECT_TRUE(hulp.contains(QStringLiteral("--") + QLatin1String(naam))) << naam;
 }
 

@@ -37,9 +37,13 @@ class Programma {
 
     void zet(const QString& naam, const QString& waarde) { omgeving_.insert(naam, waarde); }
 
-    void start(const QStringList& argumenten) {
+    void start(const QStringList& argumenten) { startDoor({}, argumenten); }
+    // By another program, which is handed it with its arguments.
+    void startDoor(const QStringList& ander, const QStringList& argumenten) {
+        QStringList woorden = ander + QStringList{programmaPad()} + argumenten;
         proces_.setProcessEnvironment(omgeving_);
-        proces_.start(programmaPad(), argumenten);
+        const QString eerste = woorden.takeFirst();
+        proces_.start(eerste, woorden);
         proces_.waitForStarted();
     }
     // Whether it ended before the deadline.

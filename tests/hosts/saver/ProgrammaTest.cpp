@@ -26,14 +26,6 @@ TEST(Programma, ABadArgumentGivesOneLineAndExitTwo) {
     EXPECT_TRUE(programma.uit().isEmpty());
 }
 
-TEST(Programma, TheSettingsSayInOneLineThatTheyAreNotThereYet) {
-    Programma programma;
-    programma.draai(woorden(QStringLiteral("--instellingen")));
-    EXPECT_EQ(programma.uitgang(), 2);
-    EXPECT_FALSE(programma.doorSignaal());
-    EXPECT_EQ(programma.fouten(), "brixtel-saver: --instellingen kan in deze versie nog niet\n");
-}
-
 TEST(Programma, ABadArgumentOfSeveralLinesGivesOneLine) {
     Programma programma;
     programma.draai({QStringLiteral("--keuze=a\nb\nc")});

@@ -6,60 +6,12 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
-#include "tests/hosts/saver/Programma.h"
+#include "tests/hosts/saver/Scherm.h"
 
 using brixtel::isRegen;
-using brixtel::Programma;
+using brixtel::Scherm;
 
 namespace {
-
-class Scherm : public testing::Test {
-  protected:
-    Xvfb server{"1280x800x24"};
-    QProcess vensterbeheer;
-    Programma programma{server.display()};
-
-    void SetUp() override {
-        draai(vensterbeheer, QStringLiteral("openbox"), {});
-        // It owns this property once it manages windows.
-        ASSERT_TRUE(until([this] {
-            return hulp({QStringLiteral("xprop"), QStringLiteral("-root"),
-                         QStringLiteral("_NET_SUPPORTING_WM_CHECK")})
-                .contains("window id");
-        }));
-    }
-    void TearDown() override {
-        vensterbeheer.terminate();
-        vensterbeheer.waitForFinished(5000);
-    }
-    void draai(QProcess& proces, const QString& naam, const QStringList& woorden) const {
-        QProcessEnvironment omgeving = QProcessEnvironment::systemEnvironment();
-        omgeving.insert(QStringLiteral("DISPLAY"), server.display());
-        proces.setProcessEnvironment(omgeving);
-        proces.start(naam, woorden);
-        proces.waitForStarted();
-    }
-    // Runs a tool on this display and returns what it prints.
-    QByteArray hulp(QStringList woorden) const {
-        QProcess proces;
-        const QString naam = woorden.takeFirst();
-        draai(proces, naam, woorden);
-        proces.waitForFinished(10'000);
-        return proces.readAllStandardOutput();
-    }
-    void xdotool(const char* woorden) const {
-        hulp(QStringLiteral("xdotool %1").arg(QLatin1String(woorden)).split(u' '));
-    }
-    bool regent(const QRect& deel = {}) {
-        return until([&] {
-            const QImage beeld = server.picture(server.screen().root);
-            return isRegen(deel.isEmpty() ? beeld : beeld.copy(deel));
-        });
-    }
-    void startRegen(const QStringList& meer = {}) {
-        programma.start(QStringList{QStringLiteral("--keuze=regen")} + meer);
-    }
-};
 
 TEST_F(Scherm, FullScreenCoversTheScreenUntilAKey) {
     startRegen();

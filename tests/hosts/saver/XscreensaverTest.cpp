@@ -5,7 +5,12 @@
 
 #include <QDir>
 #include <QFile>
+#include <QSet>
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
 
+#include "platform/time/MediaClock.h"
 #include "tests/hosts/saver/Programma.h"
 
 using brixtel::isRegen;
@@ -33,9 +38,20 @@ QStringList lopende(const QString& thuis, const QString& programma = brixtel::pr
     return regels;
 }
 
+// Entries of a folder of proc(5); the open files of a process, say.
+qsizetype aantalIn(const QString& map) {
+    return QDir(map).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
+}
+
+QByteArray inhoud(const QString& naam) {
+    QFile bestand(naam);
+    return bestand.open(QIODevice::ReadOnly) ? bestand.readAll() : QByteArray();
+}
+
 class Xscreensaver : public testing::Test {
   protected:
-    Xvfb server{"1024x768x24"};
+    explicit Xscreensaver(const char* scherm = "1024x768x24") : server(scherm) {}
+    Xvfb server;
     QTemporaryDir thuis;
     QProcess daemon;
     QByteArray logboek;
@@ -154,6 +170,87 @@ TEST_F(Xscreensaver, TheDaemonFindsUsOnceRegisteredAndNothingOfItsOwnIsLost) {
     EXPECT_FALSE(logboek.contains("unparsable")) << logboek.constData();
     meld("--afmelden");
     EXPECT_FALSE(QFile::exists(bestand));
+}
+
+// What rounds of showing and stopping leave behind, and how long a stop takes.
+class Rondes : public Xscreensaver {
+  protected:
+    Rondes() : Xscreensaver("640x480x24") {}
+    platform::SystemClock klok;
+    // Seconds: from the command to the first frame, from the command to the end,
+    // and from the daemon's signal to the end. The daemon takes its own time too.
+    std::vector<double> starts, stops, eindes;
+
+    [[nodiscard]] QString proc(qint64 nummer, const char* wat) const {
+        return QStringLiteral("/proc/%1/%2").arg(nummer).arg(QLatin1String(wat));
+    }
+    // Files open in the daemon and in the X server, which has one for each client.
+    [[nodiscard]] std::pair<qsizetype, qsizetype> open() const {
+        return {aantalIn(proc(daemon.processId(), "fd")), aantalIn(proc(server.process(), "fd"))};
+    }
+    void ronde() {
+        const double begin = klok.now();
+        opdracht({QStringLiteral("xscreensaver-command"), QStringLiteral("-activate")});
+        ASSERT_TRUE(regent()) << logboek.constData();
+        starts.push_back(klok.now() - begin);
+        ASSERT_EQ(lopende(thuis.path()).size(), 1);
+        const double eind = klok.now();
+        const qsizetype gelezen = logboek.size();
+        opdracht({QStringLiteral("xscreensaver-command"), QStringLiteral("-deactivate")});
+        ASSERT_TRUE(until([&] { return logboek.indexOf("killing pid", gelezen) >= 0; }))
+            << logboek.mid(gelezen).constData();
+        const double signaal = klok.now();
+        ASSERT_TRUE(leeg());
+        eindes.push_back(klok.now() - signaal);
+        stops.push_back(klok.now() - eind);
+        if (eindes.back() > kTraag)
+            std::printf("an end of %.3f s, of which the daemon says:\n%s", eindes.back(),
+                        logboek.mid(gelezen).constData());
+        // Its picture goes with the daemon's window, a moment later.
+        ASSERT_TRUE(until([this] { return !isRegen(server.picture(server.screen().root)); }));
+    }
+    static constexpr double kTraag = 0.2;  // seconds
+    void meld(const char* wat, std::vector<double>& tijden) {
+        std::sort(tijden.begin(), tijden.end());
+        const auto ms = [](double s) { return static_cast<int>(std::lround(s * 1000)); };
+        const auto traag =
+            std::count_if(tijden.begin(), tijden.end(), [](double tijd) { return tijd > kTraag; });
+        std::printf(
+            "%s: %zu times, median %d ms, 99 of 100 within %d ms, worst %d ms, "
+            "%td above 200 ms\n",
+            wat, tijden.size(), ms(tijden[tijden.size() / 2]), ms(tijden[tijden.size() * 99 / 100]),
+            ms(tijden.back()), traag);
+        RecordProperty(wat, ms(tijden.back()));
+    }
+};
+
+TEST_F(Rondes, LeaveNoProcessNoFileNoMemoryAndNoCrashBehind) {
+    startDaemon();
+    // The first rounds load what the daemon and the server then keep.
+    for (int i = 0; i < 2; ++i)
+        ASSERT_NO_FATAL_FAILURE(ronde());
+    starts.clear();
+    stops.clear();
+    eindes.clear();
+    const auto voor = open();
+    const int rondes = std::max(1, qEnvironmentVariableIntValue("BRIXTEL_RONDES"));
+    const int aantal = qEnvironmentVariableIsSet("BRIXTEL_RONDES") ? rondes : 20;
+    for (int i = 0; i < aantal; ++i)
+        ASSERT_NO_FATAL_FAILURE(ronde()) << "round " << i;
+    // The daemon ends its own helpers shortly after.
+    EXPECT_TRUE(until([&] {
+        const auto nu = open();
+        return nu.first <= voor.first && nu.second <= voor.second;
+    })) << open().first
+        << '/' << voor.first << ' ' << open().second << '/' << voor.second;
+    EXPECT_FALSE(inhoud(proc(server.process(), "maps")).contains("memfd:window"));
+    EXPECT_TRUE(lopende(thuis.path()).isEmpty());
+    for (const char* woord : {"crash", "abnormal", "unexpectedly", "exited with"})
+        for (const QByteArray& regel : logboek.split('\n'))
+            EXPECT_FALSE(regel.contains(woord) && regel.contains("brixtel")) << regel.constData();
+    meld("start", starts);
+    meld("stop", stops);
+    meld("end", eindes);
 }
 
 TEST_F(Xscreensaver, ItsSettingsPreviewGetsBothSwitchesAndTheRain) {

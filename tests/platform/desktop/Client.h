@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <memory>
 
 #include "platform/desktop/Window.h"
@@ -43,4 +44,26 @@ struct Client {
     [[nodiscard]] bool waitForFrames(std::uint64_t count) const {
         return until([&] { return window->statistics().frames >= count; });
     }
+};
+
+// Beats that pass, seen by frames of another window: for what must not happen
+// meanwhile.
+class Beats {
+  public:
+    explicit Beats(const Xvfb& x)
+        : client_(x, x.makeWindow({.width = 20, .height = 20, .x = 600, .y = 440})) {}
+
+    [[nodiscard]] bool pass(int count) {
+        auto& layer = *client_.window->contentView()->layer();
+        for (int i = 0; i < count; ++i) {
+            const auto before = client_.window->statistics().frames;
+            if (before == 0 && !client_.waitForFrames(1)) return false;
+            layer.setOpacity(layer.opacity() > 0.5 ? 0.4 : 1.0);
+            if (!client_.waitForFrames(std::max<std::uint64_t>(before, 1) + 1)) return false;
+        }
+        return true;
+    }
+
+  private:
+    Client client_;
 };

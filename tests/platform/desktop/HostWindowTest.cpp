@@ -15,28 +15,6 @@ using platform::WindowServer;
 
 namespace {
 
-// Beats that pass, seen by frames of another window: for what must not happen
-// meanwhile.
-class Beats {
-  public:
-    explicit Beats(const Xvfb& x)
-        : client_(x, x.makeWindow({.width = 20, .height = 20, .x = 600, .y = 440})) {}
-
-    [[nodiscard]] bool pass(int count) {
-        auto& layer = *client_.window->contentView()->layer();
-        for (int i = 0; i < count; ++i) {
-            const auto before = client_.window->statistics().frames;
-            if (before == 0 && !client_.waitForFrames(1)) return false;
-            layer.setOpacity(layer.opacity() > 0.5 ? 0.4 : 1.0);
-            if (!client_.waitForFrames(std::max<std::uint64_t>(before, 1) + 1)) return false;
-        }
-        return true;
-    }
-
-  private:
-    Client client_;
-};
-
 struct Colours {
     std::uint32_t black, green, white;
 };

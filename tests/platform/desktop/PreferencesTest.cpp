@@ -59,6 +59,14 @@ bool asOrdinaryUser(const QString& folder, Checks checks) {
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
+TEST_F(PreferencesTest, AnArgumentAnswersForTheFileUntilItIsTakenBack) {
+    fill("[General]\nkeuze=kubus\n");
+    Preferences::setArgument(kKey, QStringLiteral("regen"));
+    EXPECT_EQ(read(), QStringLiteral("regen"));
+    Preferences::clearArgument(kKey);
+    EXPECT_EQ(read(), kValue);
+}
+
 TEST_F(PreferencesTest, MissingFileHoldsNothing) {
     EXPECT_EQ(read(), std::nullopt);
     EXPECT_FALSE(QFile::exists(file));

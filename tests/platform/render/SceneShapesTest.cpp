@@ -66,6 +66,40 @@ TEST_F(SceneShapesTest, APointIsNeverThinnerThanAPixel) {
     EXPECT_NEAR(light, 1.0, 0.35);
 }
 
+TEST_F(SceneShapesTest, APointIsNoLargerThanItsShareOfTheHeight) {
+    for (const int height : {64, 160}) {
+        Stage stage;
+        stage.add(makeGeometry({.primitive = Primitive::Points,
+                                .positions = {{0.02F, 0.01F, -1}},
+                                .indices = {0},
+                                .pointSize = 8.0,
+                                .pointHeightShare = 0.0625},
+                               constant(QColor(0, 188, 0))),
+                  {});
+        const double across = std::min(8.0, 0.0625 * height);
+        const double area = 0.25 * kPi * across * across;
+        EXPECT_NEAR(lightOf(picture(stage, {height, height})) / srgbDecode(188 / 255.0), area,
+                    0.08 * area);
+    }
+}
+
+// --- depth ---
+
+TEST_F(SceneShapesTest, WhatReadsNoDepthIsSeenThroughWhatIsNearer) {
+    for (const bool reads : {true, false}) {
+        Stage stage;
+        stage.add(square(2.0, constant(QColor(Qt::blue))), {0, 0, -1});
+        const auto behind = constant(QColor(Qt::green), BlendMode::Additive);
+        behind->setReadsDepth(reads);
+        stage.add(square(2.0, behind), {0, 0, -2});
+        // What is drawn next looks again.
+        const auto last = constant(QColor(Qt::red), BlendMode::Additive);
+        stage.add(square(2.0, last), {0, 0, -3})->setRenderingOrder(1);
+        const QImage image = picture(stage, {32, 32});
+        EXPECT_EQ(image.pixel(16, 16), reads ? qRgb(0, 0, 255) : qRgb(0, 255, 255));
+    }
+}
+
 // --- the same at every density ---
 
 // Half as large, averaged in linear light.

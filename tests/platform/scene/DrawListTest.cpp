@@ -224,6 +224,26 @@ TEST(DrawList, CarriesTheFloor) {
     EXPECT_TRUE(list.batches.empty());
 }
 
+TEST(DrawList, ABillboardsOffsetIsAlongTheScreen) {
+    Scene scene;
+    auto camera = std::make_shared<Node>();
+    camera->setCamera(Camera{.exposureAdaptation = false});
+    camera->setPosition({5.0, 0.0, 0.0});
+    scene.root().addChild(camera);
+    camera->lookAt({0.0, 0.0, 0.0});
+    auto board = std::make_shared<Node>(makePlane({}));
+    board->setScale(glm::dvec3(3.0));
+    scene.root().addChild(board);
+    board->setScreenOffset({0.25, 0.5});
+    DrawList list;
+    extract(scene, 1.0, list);
+    EXPECT_VEC_NEAR(glm::dvec3(list.instances[0].world[3]), glm::dvec3(0.0), 1e-6);
+    board->setBillboard(true);
+    extract(scene, 1.0, list);
+    // Seen from +x, the right is −z.
+    EXPECT_VEC_NEAR(glm::dvec3(list.instances[0].world[3]), glm::dvec3(0.0, 0.5, -0.25), 1e-6);
+}
+
 TEST(DrawList, ParticlesAreOneBatchOfSquaresParallelToTheScreen) {
     Scene scene;
     const NodePtr eye = add(scene), emitter = add(scene);

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+#include "BrixtelSaver/InstellingenVenster.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QShortcut>
+#include <QWindow>
+#include <utility>
+
+#include "BrixtelSaver/InstellingenStijl.h"
+#include "BrixtelSaver/SaverInstellingen.h"
+#include "drawing/Thema.h"
+#include "platform/desktop/DialogFrame.h"
+
+namespace brixtel {
+
+namespace {
+
+constexpr QSize kMaat(380, 286);
+constexpr int kEersteKnop = 190;
+constexpr int kKnopStap = 26;
+// The title bar alone: no button to close, shrink or grow.
+constexpr Qt::WindowFlags kSoort =
+    Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::MSWindowsFixedSizeDialogHint;
+
+QPalette donkerPalet() {
+    QPalette palet(Thema::wit(), Thema::zwart());
+    palet.setColor(QPalette::Window, Thema::zwart());
+    palet.setColor(QPalette::Base, Thema::zwart());
+    palet.setColor(QPalette::WindowText, Thema::wit());
+    palet.setColor(QPalette::ButtonText, Thema::wit());
+    palet.setColor(QPalette::Highlight, Thema::groen());
+    palet.setColor(QPalette::Mid, Thema::middel());
+    palet.setColor(QPalette::Dark, Thema::donker());
+    return palet;
+}
+
+}  // namespace
+
+InstellingenVenster::InstellingenVenster(Klaar klaar)
+    : QDialog(nullptr, kSoort), klaar_(std::move(klaar)) {
+    for (std::size_t i = 0; i < alleKeuzes.size(); ++i)
+        knoppen_[i] = new QRadioButton(naam(alleKeuzes[i]));
+    setWindowTitle(QStringLiteral("Brixtel"));
+    setFixedSize(kMaat);
+    setStyle(InstellingenStijl::gedeeld());
+    setPalette(donkerPalet());
+    inhoud_ = new QWidget(this);
+    inhoud_->setGeometry(QRect(QPoint(0, 0), kMaat));
+    const QString titel = QStringLiteral("BRIXTEL SCHERMBEVEILIGING");
+    const QString vraag = QStringLiteral("// wat laat hij zien?");
+    maakOpschrift(titel, Thema::font(15, {.vet = true}), Thema::groen(), {20, 244, 340, 22});
+    maakOpschrift(vraag, Thema::font(11), Thema::middel(), {20, 222, 340, 16});
+    setAccessibleName(titel);
+    setAccessibleDescription(vraag);
+    const SaverKeuze bewaard = SaverInstellingen::keuze();
+    for (std::size_t i = 0; i < knoppen_.size(); ++i)
+        maakKnop(i, bewaard);
+    QPushButton* const klaarKnop = maakKlaarKnop();
+    // A style is not handed down to children.
+    for (QWidget* kind : findChildren<QWidget*>())
+        kind->setStyle(style());
+    for (QRadioButton* knop : knoppen_)
+        connect(knop, &QRadioButton::clicked, this, [this, knop] { gekozenKnop(knop); });
+    connect(klaarKnop, &QPushButton::clicked, this, [this] { sluit(); });
+    // Whatever has the focus: on some desktops Return presses that.
+    for (const auto toets : {Qt::Key_Return, Qt::Key_Enter}) {
+        auto* const return_ = new QShortcut(toets, this);
+        return_->setAutoRepeat(false);
+        connect(return_, &QShortcut::activated, klaarKnop, [klaarKnop] { klaarKnop->click(); });
+    }
+}
+
+InstellingenVenster::~InstellingenVenster() = default;
+
+QRect InstellingenVenster::omgekeerd(QRect vak) {
+    vak.moveTop(kMaat.height() - vak.y() - vak.height());
+    return vak;
+}
+
+void InstellingenVenster::maakOpschrift(const QString& tekst, const QFont& font,
+                                        const QColor& kleur, QRect vak) {
+    auto* const opschrift = new QLabel(tekst, inhoud_);
+    opschrift->setTextFormat(Qt::PlainText);
+    opschrift->setFont(font);
+    QPalette palet = donkerPalet();
+    palet.setColor(QPalette::WindowText, kleur);
+    opschrift->setPalette(palet);
+    opschrift->setGeometry(omgekeerd(vak));
+}
+
+void InstellingenVenster::maakKnop(std::size_t plaats, SaverKeuze bewaard) {
+    QRadioButton* const knop = knoppen_[plaats];
+    knop->setParent(inhoud_);
+    knop->setFont(Thema::font(12));
+    QPalette palet = donkerPalet();
+    palet.setColor(QPalette::WindowText, Thema::wit());
+    palet.setColor(InstellingenStijl::kTint, Thema::groen());
+    knop->setPalette(palet);
+    knop->setChecked(alleKeuzes[plaats] == bewaard);
+    if (knop->isChecked()) knop->setFocus();
+    knop->setGeometry(omgekeerd({24, kEersteKnop - kKnopStap * static_cast<int>(plaats), 330, 22}));
+}
+
+QPushButton* InstellingenVenster::maakKlaarKnop() {
+    auto* const knop = new QPushButton(QStringLiteral("Klaar"), inhoud_);
+    knop->setFont(Thema::font(12));
+    knop->setDefault(true);
+    knop->setGeometry(omgekeerd({270, 16, 90, 30}));
+    return knop;
+}
+
+void InstellingenVenster::gekozenKnop(const QAbstractButton* knop) {
+    for (QRadioButton* een : knoppen_)
+        een->setChecked(een == knop);
+}
+
+void InstellingenVenster::sluit() {
+    for (std::size_t i = 0; i < knoppen_.size(); ++i) {
+        if (!knoppen_[i]->isChecked()) continue;
+        klaar_(alleKeuzes[i]);
+        break;
+    }
+    if (platform::SheetParent* const ouder = sheetParent())
+        ouder->endSheet(*this);
+    else
+        orderOut();
+}
+
+void InstellingenVenster::orderFront(std::uint32_t above) {
+    winId();  // so that there is a window to speak of
+    platform::askForDarkFrame(*windowHandle());
+    if (const auto plaats = above != 0 ? platform::placeOf(above) : std::nullopt) {
+        onder_.reset(QWindow::fromWinId(above));
+        windowHandle()->setTransientParent(onder_.get());
+        move(plaats->center() - rect().center());
+    }
+    show();
+    raise();
+    activateWindow();
+}
+
+void InstellingenVenster::orderOut() {
+    if (!isVisible()) return;
+    hide();
+    tellOrderedOut();
+}
+
+QImage InstellingenVenster::picture() {
+    return grab().toImage();
+}
+
+}  // namespace brixtel

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDialog>
+#include <array>
+#include <functional>
+#include <memory>
+
+#include "BrixtelSaver/SaverKeuze.h"
+#include "platform/desktop/Sheet.h"
+
+class QAbstractButton;
+class QPushButton;
+class QRadioButton;
+
+namespace brixtel {
+
+// The configuration sheet: a dark panel of 380 by 286 points with the six modes,
+// the stored one marked. "Klaar", or Return, hands the marked mode over and
+// closes it; there is no other way to close it. Writes nothing itself. Needs a
+// QApplication. Main thread.
+class InstellingenVenster final : public QDialog, public platform::Sheet {
+  public:
+    using Klaar = std::function<void(SaverKeuze)>;
+
+    // `klaar` is called once, with the marked mode, as the sheet closes.
+    explicit InstellingenVenster(Klaar klaar);
+    explicit InstellingenVenster(QWidget* parent, Qt::WindowFlags flags = {}) = delete;
+    ~InstellingenVenster() override;
+
+    // The button at an index belongs to that entry of `alleKeuzes`.
+    [[nodiscard]] const std::array<QRadioButton*, alleKeuzes.size()>& knoppen() const {
+        return knoppen_;
+    }
+
+    // A choice was clicked: marks that very button, and unmarks the others.
+    void gekozenKnop(const QAbstractButton* knop);
+    // Reports the marked mode, if there is one, and closes.
+    void sluit();
+
+    void orderFront(std::uint32_t above) override;
+    void orderOut() override;
+    [[nodiscard]] bool isShown() const override { return isVisible(); }
+    [[nodiscard]] QImage picture() override;
+
+    // Escape and the window manager's wish to close: not a way to close it.
+    void reject() override {}
+
+  private:
+    void maakOpschrift(const QString& tekst, const QFont& font, const QColor& kleur, QRect vak);
+    void maakKnop(std::size_t plaats, SaverKeuze bewaard);
+    QPushButton* maakKlaarKnop();
+    // From the panel's y-up points to Qt's.
+    [[nodiscard]] static QRect omgekeerd(QRect vak);
+
+    std::array<QRadioButton*, alleKeuzes.size()> knoppen_{};
+    const Klaar klaar_;
+    QWidget* inhoud_ = nullptr;
+    std::unique_ptr<QWindow> onder_;  // what it was last shown above
+};
+
+}  // namespace brixtel

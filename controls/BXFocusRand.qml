@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Brixtel.Controls
+
+// The mark of what has the keyboard, just outside it.
+BXVlak {
+    property bool toon: false
+
+    anchors { fill: parent; margins: -2 }
+    rand: toon ? BX.dek(BX.bx, 0.9) : "transparent"
+}

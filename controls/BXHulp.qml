@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Brixtel.Controls
+
+// The help text of `bij`, shown under it once the pointer has rested on it.
+Item {
+    id: hulp
+
+    property BXDruk bij
+    property string tekst
+    readonly property Item blad: bij && bij.Window.window ? bij.Window.window.contentItem : null
+
+    readonly property bool aangewezen: bij !== null && bij.zweef
+
+    visible: false
+    onAangewezenChanged: {
+        vak.visible = false;
+        if (aangewezen) wacht.restart();
+        else wacht.stop();
+    }
+
+    Timer {
+        id: wacht
+        interval: 700
+        onTriggered: {
+            const plek = hulp.bij.mapToItem(hulp.blad, 0, hulp.bij.height + 4);
+            vak.x = Math.max(0, Math.min(plek.x, hulp.blad.width - vak.width));
+            vak.y = plek.y + vak.height > hulp.blad.height ? plek.y - hulp.bij.height - 8 - vak.height : plek.y;
+            vak.visible = true;
+        }
+    }
+    BXVlak {
+        id: vak
+        parent: hulp.blad
+        z: 1000
+        visible: false
+        width: woorden.implicitWidth + 10
+        height: woorden.implicitHeight + 6
+        kleur: BX.bxZwart
+        rand: BX.bxMiddel
+        BXTekst {
+            id: woorden
+            anchors.centerIn: parent
+            text: hulp.tekst
+            grootte: 10
+            color: BX.bxWit
+            Accessible.ignored: true
+        }
+    }
+}

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QQuickItem>
+#include <QVariant>
+
+namespace brixtel {
+
+// A choice of one out of several without a look. What the user chooses changes
+// `keuze` without disturbing what it is bound to.
+class BXKeuzeBasis : public QQuickItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QVariantList opties READ opties WRITE zetOpties NOTIFY optiesChanged)
+    Q_PROPERTY(QVariant keuze READ keuze WRITE zetKeuze NOTIFY keuzeChanged)
+    Q_PROPERTY(int gekozen READ gekozen NOTIFY gekozenChanged)
+
+  public:
+    using QQuickItem::QQuickItem;
+
+    // In order, each `{ waarde: ..., label: "..." }`; values of any kind that can
+    // be compared.
+    [[nodiscard]] const QVariantList& opties() const { return opties_; }
+    void zetOpties(const QVariantList& opties);
+
+    // The value chosen, which need not be among the options.
+    [[nodiscard]] const QVariant& keuze() const { return keuze_; }
+    void zetKeuze(const QVariant& keuze);
+
+    // The index of the option chosen; −1 is none.
+    [[nodiscard]] int gekozen() const;
+
+    // The user chose this option; nothing when there is none of that index.
+    Q_INVOKABLE void kies(int index);
+
+  Q_SIGNALS:
+    void optiesChanged();
+    void keuzeChanged();
+    void gekozenChanged();
+    // The user chose another option.
+    void gewisseld(const QVariant& keuze);
+
+  private:
+    [[nodiscard]] QVariant waarde(qsizetype index) const;
+
+    QVariantList opties_;
+    QVariant keuze_;
+};
+
+}  // namespace brixtel

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Brixtel.Controls
+
+// A slider of bars, between its name and its value.
+BXSchuifBasis {
+    id: schuif
+
+    readonly property real tussen: 8
+    readonly property real tekstBreedte: 46
+
+    implicitWidth: naamBreedte + 2 * tussen + tekstBreedte + 124
+    implicitHeight: Math.max(naamTekst.height, baan.height)
+
+    Accessible.role: Accessible.Slider
+    Accessible.name: naam
+    Accessible.description: tekst
+    Accessible.onIncreaseAction: verhoog()
+    Accessible.onDecreaseAction: verlaag()
+
+    BXTekst {
+        id: naamTekst
+        anchors.verticalCenter: parent.verticalCenter
+        width: schuif.naamBreedte
+        text: schuif.naam
+        vet: schuif.actief
+        wrapMode: Text.Wrap
+        color: BX.dek(BX.bxWit, 0.9)
+        Accessible.ignored: true
+    }
+    BXVlak {
+        id: baan
+        objectName: "baan"
+        x: schuif.naamBreedte + schuif.tussen
+        anchors.verticalCenter: parent.verticalCenter
+        width: balken.width + 4
+        height: balken.height + 4
+        rand: schuif.actief ? BX.dek(BX.bx, 0.9) : "transparent"
+
+        BXBalken {
+            id: balken
+            objectName: "balken"
+            // No wider than its bars, so that the outline fits on both sides.
+            x: 2
+            y: 2
+            width: implicitWidth
+            height: 11
+            aantal: schuif.balken(schuif.width - baan.x - 4 - schuif.tussen - schuif.tekstBreedte)
+            gevuld: schuif.gevuld(schuif.waarde, aantal)
+        }
+        MouseArea {
+            anchors.fill: parent
+            preventStealing: true
+            function sleep(x) { schuif.sleep((x - balken.x) / Math.max(1, balken.width)); }
+            onPressed: (muis) => { schuif.forceActiveFocus(Qt.MouseFocusReason); sleep(muis.x); }
+            onPositionChanged: (muis) => sleep(muis.x)
+        }
+    }
+    BXTekst {
+        anchors { right: parent.right; verticalCenter: parent.verticalCenter }
+        width: schuif.tekstBreedte
+        horizontalAlignment: Text.AlignRight
+        text: schuif.tekst
+        elide: Text.ElideRight
+        Accessible.ignored: true
+    }
+}

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QQuickItem>
+
+#include "controls/SchuifRekenen.h"
+
+namespace brixtel {
+
+// A slider without a look. What the user does changes `waarde` without disturbing
+// what it is bound to; the owner may put any value there, and the knob then stands
+// at the nearest end. While it has the keyboard it is SchuifFocus.actief.
+//
+// value, minimumValue, maximumValue and stepSize are the names under which
+// assistive technology looks for the same.
+class BXSchuifBasis : public QQuickItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString naam READ naam WRITE zetNaam NOTIFY naamChanged)
+    Q_PROPERTY(double waarde READ waarde WRITE zetWaarde NOTIFY waardeChanged)
+    Q_PROPERTY(QList<double> bereik READ bereik WRITE zetBereik NOTIFY bereikChanged)
+    Q_PROPERTY(double stap READ stap WRITE zetStap NOTIFY stapChanged)
+    Q_PROPERTY(QString tekst READ tekst WRITE zetTekst NOTIFY tekstChanged)
+    Q_PROPERTY(double naamBreedte READ naamBreedte WRITE zetNaamBreedte NOTIFY naamBreedteChanged)
+    Q_PROPERTY(bool actief READ actief NOTIFY actiefChanged)
+    Q_PROPERTY(double value READ waarde WRITE kies NOTIFY waardeChanged)
+    Q_PROPERTY(double minimumValue READ minimumValue NOTIFY bereikChanged)
+    Q_PROPERTY(double maximumValue READ maximumValue NOTIFY bereikChanged)
+    Q_PROPERTY(double stepSize READ stepSize NOTIFY stepSizeChanged)
+
+  public:
+    explicit BXSchuifBasis(QQuickItem* ouder = nullptr);
+    ~BXSchuifBasis() override;
+
+    [[nodiscard]] const QString& naam() const { return naam_; }
+    void zetNaam(const QString& naam);
+
+    [[nodiscard]] double waarde() const { return waarde_; }
+    void zetWaarde(double waarde);
+
+    // Both bounds; anything but two numbers is the empty range 0...0.
+    [[nodiscard]] const QList<double>& bereik() const { return bereik_; }
+    void zetBereik(const QList<double>& bereik);
+
+    [[nodiscard]] double stap() const { return stap_; }
+    void zetStap(double stap);
+
+    // The value as it is shown.
+    [[nodiscard]] const QString& tekst() const { return tekst_; }
+    void zetTekst(const QString& tekst);
+
+    [[nodiscard]] double naamBreedte() const { return naamBreedte_; }
+    void zetNaamBreedte(double breedte);
+
+    // Whether SchuifFocus names this slider.
+    [[nodiscard]] bool actief() const;
+
+    [[nodiscard]] double minimumValue() const { return reken().onder(); }
+    [[nodiscard]] double maximumValue() const { return reken().boven(); }
+    [[nodiscard]] double stepSize() const { return reken().stap(); }
+
+    // What the user can do. A value outside the range is clamped to it.
+    Q_INVOKABLE void kies(double waarde);
+    Q_INVOKABLE void sleep(double fractie);  // of the track, from the left
+    Q_INVOKABLE void verzet(int stappen);
+    Q_INVOKABLE void verhoog();
+    Q_INVOKABLE void verlaag();
+
+    // The number of bars on a track of so many points, and how many are lit.
+    Q_INVOKABLE int balken(double breedte) const { return SchuifRekenen::balken(breedte); }
+    Q_INVOKABLE int gevuld(double waarde, int balken) const;
+
+  Q_SIGNALS:
+    void naamChanged();
+    void waardeChanged();
+    void bereikChanged();
+    void stapChanged();
+    void stepSizeChanged();
+    void tekstChanged();
+    void naamBreedteChanged();
+    void actiefChanged();
+    // The user moved it.
+    void bewogen(double waarde);
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+  private:
+    [[nodiscard]] SchuifRekenen reken() const;
+    void neemFocus();
+
+    QString naam_, tekst_;
+    double waarde_ = 0.0, stap_ = 0.0, naamBreedte_ = 92.0;
+    QList<double> bereik_{0.0, 1.0};
+    bool toetsenbord_ = false;
+};
+
+}  // namespace brixtel

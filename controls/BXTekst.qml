@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Brixtel.Controls
+
+// A text in the kit's font.
+Text {
+    property real grootte: 11
+    property bool vet: false
+
+    color: BX.bx
+    font: BX.font(grootte, vet)
+    textFormat: Text.PlainText
+    // Sharp at these sizes, and alike with and without a GPU.
+    renderType: Text.NativeRendering
+}

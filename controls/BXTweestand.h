@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "controls/BXDruk.h"
+
+namespace brixtel {
+
+// A toggle without a look: pressing it flips it. It flips without disturbing what
+// `aan` is bound to, so `aan: iets.aan` with `onAanChanged: iets.aan = aan` keeps
+// the two equal for good.
+class BXTweestand : public BXDruk {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(bool aan READ aan WRITE zetAan NOTIFY aanChanged)
+    Q_PROPERTY(QString label READ label WRITE zetLabel NOTIFY labelChanged)
+
+  public:
+    explicit BXTweestand(QQuickItem* ouder = nullptr);
+
+    [[nodiscard]] bool aan() const { return aan_; }
+    void zetAan(bool aan);
+
+    // What it switches; also its name for assistive technology.
+    [[nodiscard]] const QString& label() const { return label_; }
+    void zetLabel(const QString& label);
+
+  Q_SIGNALS:
+    void aanChanged();
+    void labelChanged();
+    // The user flipped it.
+    void gewisseld(bool aan);
+
+  private:
+    void wissel();
+
+    bool aan_ = false;
+    QString label_;
+};
+
+}  // namespace brixtel

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include "platform/desktop/ReducedMotion.h"
+#include "platform/desktop/WindowServer.h"
+#include "platform/time/RestableClock.h"
+#include "platform/time/Timer.h"
+
+namespace brixtel {
+
+// Stills in place of movement, for as long as the desktop says that its user
+// wishes so: every ten seconds another picture, and nothing in between. Main
+// thread.
+class Rust {
+  public:
+    // `beelden` is what the server's pictures move by; `bus` the session bus's
+    // address.
+    Rust(platform::RestableClock& beelden, platform::WindowServer& server, const QString& bus);
+
+  private:
+    void zet(bool rust);
+    void stap();
+
+    platform::RestableClock& beelden_;
+    platform::WindowServer& server_;
+    platform::Timer stap_;
+    platform::ReducedMotion wens_;
+};
+
+}  // namespace brixtel

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QWindow>
+#include <cstdint>
+#include <optional>
+
+namespace platform {
+
+// Asks the window manager for a dark frame around an own window that has been
+// made and not yet shown. Those that know no dark frames give the ordinary one.
+void askForDarkFrame(QWindow& window);
+
+// Where the content of a window is on screen, in Qt's points; any program's
+// window, by its X id. None if there is no such window.
+[[nodiscard]] std::optional<QRect> placeOf(std::uint32_t xWindow);
+
+}  // namespace platform

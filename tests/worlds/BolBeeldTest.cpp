@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+// The globe with its lines as it is seen.
+#include "platform/render/SceneSnapshot.h"
+#include "tests/worlds/BolLijst.h"
+#include "tests/worlds/Opstelling.h"
+
+using brixtel::DrieSoort;
+using brixtel::DrieWereld;
+using brixtel::Lijn;
+
+namespace {
+
+class BolBeeldTest : public steun::WereldOpstelling {
+  protected:
+    static void SetUpTestSuite() { snapshot = platform::SceneSnapshot::create(); }
+    static void TearDownTestSuite() { snapshot.reset(); }
+    void SetUp() override { ASSERT_TRUE(snapshot) << "no OpenGL"; }
+    void TearDown() override { EXPECT_EQ(snapshot->errors(), 0); }
+
+    static QImage neem(DrieWereld& wereld, double na, QSizeF maat) {
+        return wereld.plaatje({.maat = maat, .na = na}, [](const platform::DrawList& lijst,
+                                                           const DrieWereld::Opname& opname) {
+            return snapshot->picture(lijst, opname.maat, opname.schaal,
+                                     {.samples = opname.monsters});
+        });
+    }
+    [[nodiscard]] QImage bolMet(const std::vector<Lijn>& lijnen, double na = 0.0) {
+        const auto bol = maak(DrieSoort::bol, {.eigenLijnen = true});
+        bol->zetLijnen(lijnen);
+        return neem(*bol, na, {960, 600});
+    }
+
+    static inline std::unique_ptr<platform::SceneSnapshot> snapshot;
+};
+
+// By how much the pictures' greens differ, over all pixels.
+std::int64_t verschil(const QImage& a, const QImage& b) {
+    std::int64_t som = 0;
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.width(); ++x)
+            som += std::abs(qGreen(a.pixel(x, y)) - qGreen(b.pixel(x, y)));
+    return som;
+}
+
+TEST_F(BolBeeldTest, With24LinesItTakesTwelveDrawCallsAndOnePerLabel) {
+    const auto bol = maak(DrieSoort::bol, {.eigenLijnen = true});
+    bol->zetLijnen(steun::lijnen(24));
+    for (const double na : {0.0, 17.0, 40.0}) {
+        neem(*bol, na, {480, 300});
+        const auto labels = static_cast<int>(steun::zichtbareLabels(*bol));
+        EXPECT_GT(labels, 4);
+        EXPECT_EQ(snapshot->renderer().drawCalls() - labels, 12) << "at " << na;
+    }
+}
+
+TEST_F(BolBeeldTest, ACountryBehindTheGlobeShowsNothing) {
+    // Straight under the globe's far side; its arc goes over the rim.
+    const auto bol = maak(DrieSoort::bol, {.eigenLijnen = true});
+    bol->zetLijnen({{{"QX", -30.0, -174.0}, {"Proef"}, 1}});
+    const QImage met = neem(*bol, 0.0, {960, 600});
+    bol->lijnenNode()->children().back()->setHidden(true);
+    EXPECT_EQ(verschil(met, neem(*bol, 0.0, {960, 600})), 0);
+}
+
+TEST_F(BolBeeldTest, ALabelAtTheRimIsAsBrightAsOneInTheMiddle) {
+    // The light that a label adds, wherever it stands: the ball takes none of it.
+    const auto licht = [this](double lengte) {
+        const auto bol = maak(DrieSoort::bol, {.eigenLijnen = true});
+        bol->zetLijnen({{{"QX", 10.0, lengte}, {"Proef"}, 1}});
+        bol->bol()->setOpacity(1.0);
+        const QImage met = neem(*bol, 0.0, {960, 600});
+        bol->lijnenNode()->children().back()->setHidden(true);
+        return static_cast<double>(verschil(met, neem(*bol, 0.0, {960, 600})));
+    };
+    // Just before it begins to go; perspective makes it smaller there.
+    EXPECT_GT(licht(5.0 - 68.0), 0.55 * licht(5.0));
+    EXPECT_GT(licht(5.0 + 68.0), 0.55 * licht(5.0));
+}
+
+TEST_F(BolBeeldTest, OddListsMakeSoundPictures) {
+    const brixtel::Land thuis = tabel_.thuis();
+    const QImage leeg = bolMet({});
+    EXPECT_EQ(verschil(leeg, bolMet(steun::lijnen(0))), 0);
+    EXPECT_GT(verschil(leeg, bolMet(steun::lijnen(1))), 0);
+    EXPECT_EQ(verschil(bolMet(steun::lijnen(300)), bolMet([] {
+                           auto eerste = steun::lijnen(300);
+                           eerste.resize(24);
+                           return eerste;
+                       }())),
+              0);
+    const Lijn vreemd[] = {{{"QX", 90.0, 0.0}, {"Proef"}, 1},
+                           {{"QX", -thuis.breedte, thuis.lengte - 180.0}, {"Proef"}, 1},
+                           {thuis, {"Proef"}, 1},
+                           {{std::string(60, 'W'), 40.0, 5.0}, {"Proef"}, 1}};
+    for (const Lijn& lijn : vreemd) {
+        const QImage beeld = bolMet({lijn}, 1.0);
+        // The corners stay night: nothing has gone wild.
+        for (const QPoint hoek : {QPoint(2, 2), QPoint(957, 2), QPoint(2, 597), QPoint(957, 597)})
+            EXPECT_LT(qGreen(beeld.pixel(hoek)), 12) << lijn.land.code;
+        EXPECT_GT(verschil(leeg, beeld), 0);
+    }
+}
+
+TEST_F(BolBeeldTest, IsAGlobeAt320By200WhoseDotsStandOut) {
+    const auto bol = maak(DrieSoort::bol, {.eigenLijnen = true});
+    const QImage beeld = neem(*bol, 0.0, {320, 200});
+    // Without a map it is all sea: the rim still shows against the dark inside.
+    const int midden = qGreen(beeld.pixel(160, 100));
+    int rand = 0;
+    for (int x = 60; x < 90; ++x)
+        rand = std::max(rand, qGreen(beeld.pixel(x, 100)));
+    EXPECT_GT(rand, 15);
+    EXPECT_LT(midden, 120);
+}
+
+}  // namespace

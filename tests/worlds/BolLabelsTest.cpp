@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: MIT
+// The labels in front of the globe, and what may come in a list of lines.
+#include <cmath>
+
+#include "tests/platform/scene/Near.h"
+#include "tests/worlds/BolLijst.h"
+#include "tests/worlds/Opstelling.h"
+#include "worlds/Bol.h"
+
+using brixtel::BolLijnen;
+using brixtel::DrieSoort;
+using brixtel::DrieWereld;
+using brixtel::Lijn;
+using steun::label;
+
+namespace {
+
+constexpr double kHoogte = 36.0 / 900.0;
+
+class BolLabelsTest : public steun::WereldOpstelling {
+  protected:
+    std::unique_ptr<DrieWereld> bol_ = maak(DrieSoort::bol, {.eigenLijnen = true});
+
+    void zet(const std::vector<Lijn>& lijnen) {
+        bol_->zetLijnen(lijnen);
+        bol_->scene()->advance(bol_->scene()->time());
+    }
+    static Lijn in(double breedte, double lengte, std::int64_t aantal = 1) {
+        return {{"QX", breedte, lengte}, {"Proef"}, aantal};
+    }
+    // Its middle on the screen, in units as large as the scene's at the label.
+    [[nodiscard]] glm::dvec2 plek(std::size_t i) const {
+        const glm::dmat4 oog = steun::cameraVan(*bol_)->worldTransform();
+        const glm::dvec3 naar = label(*bol_, i).worldPosition() - glm::dvec3(oog[3]);
+        return glm::dvec2(glm::dot(naar, glm::dvec3(oog[0])), glm::dot(naar, glm::dvec3(oog[1]))) +
+               label(*bol_, i).screenOffset();
+    }
+};
+
+TEST_F(BolLabelsTest, AreSeenWholeBeforeTheGlobeAndNotAtAllBehindIt) {
+    zet({in(30.0, 5.0), in(-30.0, -175.0), in(-52.13, -174.71)});
+    EXPECT_EQ(label(*bol_, 0).opacity(), 1.0);
+    EXPECT_EQ(label(*bol_, 1).opacity(), 0.0);
+    EXPECT_EQ(label(*bol_, 2).opacity(), 0.0);
+    for (std::size_t i = 0; i < 3; ++i) {
+        const platform::Material& materiaal = *label(*bol_, i).geometry()->material();
+        EXPECT_FALSE(materiaal.readsDepth());
+        EXPECT_FALSE(materiaal.writesDepth());
+        EXPECT_EQ(materiaal.blendMode(), platform::BlendMode::Additive);
+        EXPECT_TRUE(materiaal.isDoubleSided());
+    }
+}
+
+TEST_F(BolLabelsTest, ComeAndGoSoftlyWhileTheGlobeTurns) {
+    zet({in(0.0, 5.0), in(10.0, 100.0), in(-20.0, -120.0)});
+    int gezien = 0;
+    int weg = 0;
+    std::vector<double> vorige(3, -1.0);
+    for (int beeld = 0; beeld <= 60 * 60; ++beeld) {
+        bol_->scene()->advance(beeld / 60.0);
+        for (std::size_t i = 0; i < 3; ++i) {
+            const double nu = label(*bol_, i).opacity();
+            if (vorige[i] >= 0.0) {
+                EXPECT_NEAR(nu, vorige[i], 0.03);
+            }
+            gezien += nu == 1.0 ? 1 : 0;
+            weg += nu == 0.0 ? 1 : 0;
+            vorige[i] = nu;
+        }
+    }
+    EXPECT_GT(gezien, 3 * 60 * 10);
+    EXPECT_GT(weg, 3 * 60 * 10);
+}
+
+TEST_F(BolLabelsTest, StandAboveTheirDot) {
+    zet({in(52.0, 5.0)});
+    const glm::dmat4 oog = steun::cameraVan(*bol_)->worldTransform();
+    const auto diepte = [&](std::size_t welk) {
+        return -glm::dot(steun::deel(*bol_, 0, welk).worldPosition() - glm::dvec3(oog[3]),
+                         glm::dvec3(oog[2]));
+    };
+    const glm::dvec3 stip = steun::deel(*bol_, 0, 1).worldPosition() - glm::dvec3(oog[3]);
+    const double stipHoogte = glm::dot(stip, glm::dvec3(oog[1])) * diepte(3) / diepte(1);
+    EXPECT_GE(plek(0).y - stipHoogte, 0.9 * kHoogte);
+}
+
+TEST_F(BolLabelsTest, OfNeighboursDoNotOverlap) {
+    zet({in(51.1, 10.4, 9), in(50.5, 4.5, 8), in(52.1, 5.3, 7), in(49.8, 6.1, 6),
+         in(46.8, 8.2, 5)});
+    for (std::size_t i = 0; i < 5; ++i) {
+        EXPECT_GT(label(*bol_, i).opacity(), 0.9) << i;
+        for (std::size_t j = 0; j < i; ++j) {
+            const bool naast =
+                std::abs(plek(i).x - plek(j).x) > 0.95 * label(*bol_, i).geometry()->size().x;
+            EXPECT_TRUE(naast || std::abs(plek(i).y - plek(j).y) > 0.85 * kHoogte)
+                << i << " and " << j;
+        }
+    }
+    // Their nodes stand where they stood.
+    EXPECT_VEC_NEAR(label(*bol_, 1).position(), DrieWereld::punt(50.5, 4.5, {.r = 1.09}), 1e-12);
+}
+
+TEST_F(BolLabelsTest, WithoutRoomTheBusiestIsTheBrightest) {
+    std::vector<Lijn> alle;
+    for (int i = 0; i < 24; ++i)
+        alle.push_back(in(52.0, 5.0, 24 - i));
+    zet(alle);
+    EXPECT_EQ(label(*bol_, 0).opacity(), 1.0);
+    double minste = 1.0;
+    for (std::size_t i = 1; i < 24; ++i)
+        minste = std::min(minste, label(*bol_, i).opacity());
+    EXPECT_NEAR(minste, 0.37, 0.05);
+}
+
+TEST_F(BolLabelsTest, NeverJump) {
+    std::vector<Lijn> alle;
+    for (int i = 0; i < 24; ++i)
+        alle.push_back(in(70.0 - 1.7 * (i % 12), -20.0 + 9.0 * (i % 7), 24 - i));
+    zet(alle);
+    std::vector<glm::dvec2> vorige;
+    for (int beeld = 0; beeld <= 20 * 60; ++beeld) {
+        bol_->scene()->advance(beeld / 60.0);
+        std::vector<glm::dvec2> nu;
+        for (std::size_t i = 0; i < 24; ++i)
+            nu.push_back(plek(i));
+        for (std::size_t i = 0; i < vorige.size(); ++i) {
+            if (label(*bol_, i).opacity() <= 0.05) continue;
+            EXPECT_LT(glm::length(nu[i] - vorige[i]), 0.5 * kHoogte) << i << " at " << beeld;
+        }
+        vorige = nu;
+    }
+}
+
+TEST_F(BolLabelsTest, FindTheirPlacesAlsoWhenTheWorldIsGone) {
+    zet({in(30.0, 5.0)});
+    const auto scene = bol_->scene();
+    const platform::NodePtr opschrift = bol_->lijnenNode()->children().back();
+    EXPECT_EQ(opschrift->opacity(), 1.0);
+    bol_.reset();
+    scene->advance(30.0);
+    EXPECT_EQ(opschrift->opacity(), 0.0);
+}
+
+// --- pictures of labels ---
+
+TEST_F(BolLabelsTest, OnlyLabelsWhoseTextIsNewAreDrawn) {
+    BolLijnen lijnen({.thuis = {52.0, 5.0}, .meeste = 24});
+    platform::Node node;
+    auto alle = steun::lijnen(24);
+    lijnen.teken(alle, node);
+    EXPECT_EQ(lijnen.getekend(), 24);
+    lijnen.teken(alle, node);
+    EXPECT_EQ(lijnen.getekend(), 24);
+    alle[3].aantal += 100;
+    alle[9].aantal += 100;
+    lijnen.teken(alle, node);
+    EXPECT_EQ(lijnen.getekend(), 26);
+    // Another order is no new text.
+    std::swap(alle[1], alle[2]);
+    lijnen.teken(alle, node);
+    EXPECT_EQ(lijnen.getekend(), 26);
+}
+
+// --- lists that are out of the ordinary ---
+
+TEST_F(BolLabelsTest, NoneOneAnd300Lines) {
+    for (const int aantal : {0, 1, 300}) {
+        zet(steun::lijnen(aantal));
+        EXPECT_EQ(steun::aantalLijnen(*bol_), static_cast<std::size_t>(std::min(aantal, 24)));
+    }
+}
+
+TEST_F(BolLabelsTest, ThePolesTheAntipodeAndHomeItselfHaveAFiniteArcAndLabel) {
+    const brixtel::Land thuis = tabel_.thuis();
+    zet({in(90.0, 0.0), in(-90.0, 0.0), in(-thuis.breedte, thuis.lengte - 180.0),
+         in(thuis.breedte, thuis.lengte)});
+    const std::size_t stukken[] = {40, 40, 40, 1};
+    for (std::size_t i = 0; i < 4; ++i) {
+        const auto& boog = steun::deel(*bol_, i, 0).geometry()->mesh()->data();
+        EXPECT_EQ(boog.positions.size(), 2 * stukken[i]);
+        for (const glm::vec3& punt : boog.positions) {
+            EXPECT_GT(glm::length(punt), 0.99F) << i;
+            EXPECT_LT(glm::length(punt), 1.3F) << i;
+        }
+        EXPECT_TRUE(std::isfinite(label(*bol_, i).opacity()));
+        EXPECT_TRUE(std::isfinite(label(*bol_, i).screenOffset().y));
+    }
+}
+
+TEST_F(BolLabelsTest, ANameOf60CharactersIsOneLongLabel) {
+    zet({{{std::string(60, 'W'), 30.0, 5.0}, {"Proef"}, 1}});
+    const auto maat = label(*bol_, 0).geometry()->size();
+    EXPECT_NEAR(maat.y, kHoogte, 1e-6);
+    EXPECT_GT(maat.x, 0.8);
+    EXPECT_FALSE(label(*bol_, 0).geometry()->material()->drawsNothing());
+}
+
+}  // namespace

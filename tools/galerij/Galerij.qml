@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Brixtel.Controls
+
+// Every control of the kit in every state.
+Rectangle {
+    id: blad
+
+    implicitWidth: 760
+    implicitHeight: Math.max(links.height, rechts.height) + 32
+    color: BX.bxZwart
+
+    readonly property var scenes: [
+        { waarde: "bol", label: "Bol" }, { waarde: "kubus", label: "Kubus" },
+        { waarde: "tunnel", label: "Tunnel" }, { waarde: "logo", label: "Logo" }
+    ]
+
+    Column {
+        id: links
+        x: 16
+        y: 16
+        width: 340
+        spacing: 20
+
+        Vak {
+            naam: "BXKnop"
+            Staat { naam: "gewoon"; BXKnop { titel: "Toon nu" } }
+            Staat { naam: "zweef"; BXKnop { objectName: "zweef"; titel: "Toon nu" } }
+            Staat { naam: "focus"; BXKnop { objectName: "focus"; titel: "Toon nu" } }
+            Staat { naam: "kleur"; BXKnop { titel: "Stop de regen"; kleur: BX.bxOranje } }
+        }
+        Vak {
+            naam: "BXSchakelStijl"
+            Staat { naam: "uit"; BXSchakelStijl { label: "Regen" } }
+            Staat { naam: "aan"; BXSchakelStijl { label: "Regen"; aan: true } }
+            Staat { naam: "focus"; BXSchakelStijl { objectName: "focus"; label: "Regen"; aan: true } }
+        }
+        Vak {
+            naam: "BXVinkStijl"
+            Staat { naam: "uit"; BXVinkStijl { label: "Volg de muziek" } }
+            Staat { naam: "aan"; BXVinkStijl { label: "Volg de muziek"; aan: true } }
+            Staat { naam: "focus"; BXVinkStijl { objectName: "focus"; label: "Volg de muziek"; aan: true } }
+            Staat { naam: "lang"; vol: true; BXVinkStijl { label: "Laat het scherm zwart zodra er een half uur lang niemand iets heeft gedaan" } }
+        }
+        Vak {
+            naam: "BXKeuze"
+            Staat { naam: "eerste"; BXKeuze { opties: blad.scenes; keuze: "bol" } }
+            Staat { naam: "midden"; BXKeuze { opties: blad.scenes; keuze: "tunnel" } }
+            Staat { naam: "laatste"; BXKeuze { opties: blad.scenes; keuze: "logo" } }
+            Staat { naam: "geen"; BXKeuze { opties: blad.scenes } }
+            Staat { naam: "focus"; BXKeuze { opties: blad.scenes; keuze: "kubus"; toonFocus: true } }
+            Staat { naam: "ruim"; vol: true; BXKeuze { opties: blad.scenes; keuze: "kubus" } }
+            Staat { naam: "krap"; BXKeuze { opties: blad.scenes; keuze: "kubus"; width: 110 } }
+        }
+        Vak {
+            naam: "BX"
+            Row {
+                spacing: 6
+                Repeater {
+                    model: [BX.bx, BX.bxMiddel, BX.bxDonker, BX.bxWit, BX.bxZwart, BX.bxOranje, BX.bxCijfer]
+                    delegate: BXVlak { required property color modelData; width: 24; height: 16; kleur: modelData; rand: BX.bxDonker }
+                }
+            }
+        }
+    }
+    Column {
+        id: rechts
+        anchors { right: parent.right; rightMargin: 16 }
+        y: 16
+        width: 360
+        spacing: 20
+
+        Vak {
+            naam: "BXSchuif"
+            BXSchuif { width: parent.width; naam: "ondergrens"; waarde: 0; tekst: BX.bxProcent(waarde) }
+            BXSchuif { width: parent.width; naam: "midden"; waarde: 0.256; tekst: BX.bxProcent(waarde) }
+            BXSchuif { width: parent.width; naam: "bovengrens"; waarde: 1; tekst: BX.bxProcent(waarde) }
+            BXSchuif { width: parent.width; objectName: "schuiffocus"; naam: "focus"; waarde: 12.5; bereik: [0, 20]; tekst: BX.bxGetal(waarde, 1) }
+            BXSchuif { width: parent.width; naam: "Snelheid van de regen"; waarde: 0.7; tekst: BX.bxProcent(waarde) }
+        }
+        Vak {
+            naam: "BXRij"
+            spacing: 2
+            BXRij { width: parent.width; titel: "Regen"; status: "uit" }
+            BXRij { width: parent.width; objectName: "wijsaan"; titel: "Zwart scherm"; status: "na 10 minuten"; aan: true }
+            BXRij {
+                width: parent.width
+                titel: "Muziek"
+                status: "volgt de muziek"
+                aan: true
+                open: true
+                Column {
+                    spacing: 8
+                    BXUitleg { width: parent.width; tekst: "De regen valt op de maat." }
+                    BXSchuif { width: parent.width; naam: "Gevoelig"; naamBreedte: 72; waarde: 0.6; tekst: BX.bxProcent(waarde) }
+                    BXVinkStijl { label: "Ook bij stilte"; aan: true }
+                }
+            }
+            BXRij { width: parent.width; titel: "Een titel die te lang is voor één regel in dit paneel"; status: "en een toestand die dat ook is" }
+        }
+        Vak {
+            naam: "BXMelding"
+            BXMelding { width: parent.width; tekst: "Er is geen geluid om te volgen." }
+            BXMelding { width: parent.width; tekst: "Dit bureaublad toont geen doorzichtige vensters. Zonder die kan de regen niet over uw werk vallen."; knop: "Hoe kan dat wel?" }
+        }
+        Vak {
+            naam: "BXUitleg"
+            BXUitleg { width: parent.width; tekst: "De regen valt over alle vensters heen. U kunt er doorheen klikken, en met elke toets gaat hij gewoon door." }
+        }
+        Vak {
+            naam: "BXLijn"
+            BXLijn {}
+        }
+    }
+}

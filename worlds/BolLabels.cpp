@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <utility>
+
+#include <glm/geometric.hpp>
+#include <glm/matrix.hpp>
+
+#include "worlds/Bol.h"
+
+namespace brixtel {
+
+using platform::NodePtr;
+
+namespace {
+
+// Of a label that can't but share its place with that of a busier country.
+constexpr double kMinsteKracht = 0.37;
+// From one label to the next below it: a label's own height.
+constexpr double kAfstand = 0.04;
+// Further from its country than this it would be taken for another's.
+constexpr double kVerste = 6.0 * kAfstand;
+// Over how much nearness side by side the pushing begins, so that it does so softly.
+constexpr double kAanloop = 0.06;
+constexpr int kRonden = 24;
+constexpr double kStip = 1.01;  // how far from the globe's middle dots stand
+
+// The cosine of the angle between a country and the camera, seen from the globe's
+// middle, from where the ground there still shows to where its dot has set too.
+constexpr double kOnder = 0.08;
+constexpr double kBoven = 0.30;
+
+double zacht(double deel) {
+    const double t = std::clamp(deel, 0.0, 1.0);
+    return t * t * (3.0 - 2.0 * t);
+}
+
+// Right and up on the screen, in units as large as those of the scene's middle, and
+// how many of these one of the scene's is there.
+glm::dvec3 opScherm(const glm::dvec3& plaats, const glm::dmat4& camera) {
+    const glm::dvec3 oog(camera[3]);
+    const glm::dvec3 naar = plaats - oog;
+    const double schaal = glm::length(oog) / -glm::dot(naar, glm::dvec3(camera[2]));
+    return {glm::dot(naar, glm::dvec3(camera[0])) * schaal,
+            glm::dot(naar, glm::dvec3(camera[1])) * schaal, schaal};
+}
+
+}  // namespace
+
+void BolLabels::zet(std::vector<NodePtr> labels) {
+    labels_.clear();
+    for (NodePtr& node : labels) {
+        const double noorden = node->position().y;
+        labels_.push_back({.node = std::move(node), .noorden = noorden, .rang = labels_.size()});
+    }
+    std::stable_sort(labels_.begin(), labels_.end(),
+                     [](const Label& a, const Label& b) { return a.noorden > b.noorden; });
+}
+
+void BolLabels::schik(const platform::Node& camera) {
+    const glm::dmat4 oog = camera.worldTransform();
+    for (Label& label : labels_)
+        zie(label, oog);
+    maakRuimte();
+    for (Label& label : labels_) {
+        label.node->setScreenOffset({0.0, label.omhoog / label.schaal});
+        label.node->setOpacity(label.kracht * sterkte(label));
+    }
+}
+
+void BolLabels::zie(Label& label, const glm::dmat4& camera) const {
+    const glm::dvec3 oog(camera[3]);
+    const glm::dvec3 plaats = label.node->worldPosition();
+    label.kracht =
+        zacht((glm::dot(glm::normalize(plaats), glm::normalize(oog)) - kOnder) / (kBoven - kOnder));
+    const glm::dvec3 gezien = opScherm(plaats, camera);
+    label.x = gezien.x;
+    label.y = gezien.y;
+    label.schaal = gezien.z;
+    const glm::vec3 maat = label.node->geometry()->size();
+    label.halveBreedte = 0.5 * maat.x * label.schaal;
+    label.hoogte = kAfstand * label.schaal;
+    label.omhoog = naastStip(label, camera);
+}
+
+// The dot stands right behind what its label says, but for near the rim. Above it
+// there is room, and below it where the label already hangs below.
+double BolLabels::naastStip(const Label& label, const glm::dmat4& camera) {
+    const glm::dvec3 stip = kStip * glm::normalize(label.node->worldPosition());
+    const double y = label.y - opScherm(stip, camera).y;
+    return std::max(0.0, label.hoogte - y) * zacht((y + 0.035) / 0.02);
+}
+
+// A fixed number of rounds of small pushes, so that the outcome moves as smoothly
+// as the labels do.
+void BolLabels::maakRuimte() {
+    for (int ronde = 0; ronde < kRonden; ++ronde)
+        for (std::size_t i = 0; i < labels_.size(); ++i)
+            for (std::size_t j = i + 1; j < labels_.size(); ++j)
+                duw(labels_[i], labels_[j]);
+    for (Label& label : labels_)
+        label.omhoog = std::clamp(label.omhoog, -kVerste, kVerste);
+}
+
+// Apart, the northern one up. Where it stands far below the other, over the pole,
+// they pass each other.
+void BolLabels::duw(Label& noord, Label& zuid) {
+    const double naast =
+        noord.halveBreedte + zuid.halveBreedte + kAanloop - std::abs(noord.x - zuid.x);
+    if (naast <= 0.0 || noord.kracht <= 0.0 || zuid.kracht <= 0.0) return;
+    const double hoogte = 0.5 * (noord.hoogte + zuid.hoogte);
+    const double omgekeerd = std::clamp((zuid.y - noord.y) / hoogte - 2.0, 0.0, 2.0);
+    const double tekort =
+        hoogte * (1.0 - 2.5 * omgekeerd) - (noord.y + noord.omhoog) + (zuid.y + zuid.omhoog);
+    if (tekort <= 0.0) return;
+    const double stap = 0.5 * tekort * zacht(naast / kAanloop) *
+                        std::min({1.0, 4.0 * noord.kracht, 4.0 * zuid.kracht});
+    noord.omhoog += stap;
+    zuid.omhoog -= stap;
+}
+
+// What is left when a busier one lies over it.
+double BolLabels::sterkte(const Label& label) const {
+    double bedekt = 0.0;
+    for (const Label& ander : labels_) {
+        if (ander.rang >= label.rang) continue;
+        const double naast = label.halveBreedte + ander.halveBreedte - std::abs(label.x - ander.x);
+        const double boven = 0.5 * (label.hoogte + ander.hoogte) -
+                             std::abs(label.y + label.omhoog - ander.y - ander.omhoog);
+        if (naast <= 0.0 || boven <= 0.0) continue;
+        bedekt = std::max(bedekt, ander.kracht * zacht(naast / kAanloop) *
+                                      zacht(3.0 * boven / label.hoogte - 0.5));
+    }
+    return 1.0 + (kMinsteKracht - 1.0) * bedekt;
+}
+
+}  // namespace brixtel
