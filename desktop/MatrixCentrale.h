@@ -8,6 +8,7 @@
 
 #include "connections/Gepubliceerd.h"
 #include "desktop/MatrixVenster.h"
+#include "desktop/MuziekStand.h"
 #include "platform/desktop/Screen.h"
 #include "platform/desktop/Workspace.h"
 #include "platform/time/Timer.h"
@@ -15,14 +16,6 @@
 #include "worlds/DrieWereld.h"
 
 namespace brixtel {
-
-// How the music stands, as its listener tells.
-struct MuziekStand {
-    int beat = 0;           // another number for each new beat; not negative
-    double sterkte = 0;     // of that beat, 0...1
-    double level = 0;       // loudness, 0...1
-    double vertraging = 0;  // seconds that the beat is old
-};
 
 // What there is to be seen of the desktop rain.
 enum class RegenStand {

@@ -10,7 +10,7 @@
 #include <cstring>
 
 #include "connections/Overzicht.h"
-#include "hosts/saver/Signalen.h"
+#include "hosts/gedeeld/Signalen.h"
 
 namespace brixtel {
 
