@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -15,6 +14,7 @@
 #include <QStringList>
 #include <cstdio>
 
+#include "bench/Kosten.h"
 #include "tests/support/Xvfb.h"
 
 namespace {
@@ -25,16 +25,6 @@ struct Opties {
     QString tekenaar = QStringLiteral("auto");
     QStringList scenes;
 };
-
-// User and system time of a process so far, in seconds; proc(5).
-double cpuVan(qint64 proces) {
-    QFile bestand(QStringLiteral("/proc/%1/stat").arg(proces));
-    if (!bestand.open(QIODevice::ReadOnly)) return 0.0;
-    const QByteArray regel = bestand.readAll();
-    const QList<QByteArray> velden = regel.mid(regel.lastIndexOf(')') + 2).split(' ');
-    return (velden[11].toDouble() + velden[12].toDouble()) /
-           static_cast<double>(sysconf(_SC_CLK_TCK));
-}
 
 // Runs one program to its end and prints its line; its JSON comes on stdout.
 double meet(const QString& naam, const QString& programma, const QStringList& argumenten,

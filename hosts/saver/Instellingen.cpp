@@ -5,7 +5,7 @@
 #include <QSaveFile>
 #include <optional>
 
-#include "hosts/saver/Signalen.h"
+#include "hosts/gedeeld/Signalen.h"
 #include "platform/desktop/SheetOnWindow.h"
 
 namespace brixtel {

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/saver/Opdracht.h"
 
-#include <QLocale>
 #include <QRegularExpression>
-#include <cmath>
-#include <functional>
+#include <algorithm>
 
 #include "BrixtelSaver/SaverKeuze.h"
 
@@ -14,16 +12,7 @@ namespace {
 
 using Wat = Opdracht::Wat;
 
-enum class Waarde { Geen, Nodig, Mag };
-
-struct Optie {
-    QLatin1String naam;
-    Waarde waarde;
-    // Of an optional value: what a next word must look like to be it.
-    QLatin1String vorm;
-    // Returns what is wrong; empty if nothing is.
-    std::function<QString(Opdracht&, const QString& waarde)> zet;
-};
+using Optie = brixtel::Optie<Opdracht>;
 
 // Both sides from 1 to 16384; an invalid size for anything else.
 QSize leesMaat(const QString& tekst) {
@@ -42,13 +31,6 @@ std::optional<std::uint32_t> leesVensterId(const QString& tekst) {
     const auto id = hex ? tekst.mid(2).toUInt(&goed, 16) : tekst.toUInt(&goed, 10);
     if (!goed || id == 0) return std::nullopt;
     return id;
-}
-
-std::optional<double> leesGetal(const QString& tekst, double laag, double hoog) {
-    bool goed = false;
-    const double getal = tekst.toDouble(&goed);
-    if (!goed || !std::isfinite(getal) || getal < laag || getal > hoog) return std::nullopt;
-    return getal;
 }
 
 QString zetWat(Opdracht& opdracht, Wat wat, QLatin1String naam) {
@@ -91,26 +73,6 @@ QString zetVensterId(Opdracht& opdracht, const QString& waarde) {
     if (!opdracht.vensterId)
         return QStringLiteral("'%1' is geen nummer van een venster").arg(waarde);
     return zetWat(opdracht, Wat::Gastheer, QLatin1String("window-id"));
-}
-
-QString zetGetal(std::optional<double>& doel, const QString& waarde, QLatin1String naam,
-                 double laag, double hoog) {
-    doel = leesGetal(waarde, laag, hoog);
-    if (doel) return {};
-    // Written out: nobody reads a year of seconds as a power of ten.
-    const auto voluit = [](double grens) {
-        return QString::number(grens, 'f', QLocale::FloatingPointShortest);
-    };
-    return QStringLiteral("--%1 wil een getal van %2 tot en met %3, niet '%4'")
-        .arg(naam, voluit(laag), voluit(hoog), waarde);
-}
-
-QString zetGetal(double& doel, const QString& waarde, QLatin1String naam, double laag,
-                 double hoog) {
-    std::optional<double> getal;
-    QString fout = zetGetal(getal, waarde, naam, laag, hoog);
-    doel = getal.value_or(doel);
-    return fout;
 }
 
 QString zetZaad(Opdracht& opdracht, const QString& waarde) {
@@ -216,38 +178,8 @@ const std::vector<Optie>& opties() {
     return alle;
 }
 
-// One line, whatever was typed.
 Fout fout(const QString& wat) {
-    return {QStringLiteral("brixtel-saver: %1 (--help toont wat er kan)").arg(wat.simplified())};
-}
-
-// Takes one option, and its value if that is the next word. Returns what is
-// wrong.
-QString neem(const QStringList& woorden, qsizetype& plaats, Opdracht& opdracht) {
-    const QString& woord = woorden[plaats];
-    const qsizetype streepjes = woord.startsWith(QLatin1String("--")) ? 2 : 1;
-    const qsizetype is = woord.indexOf(u'=');
-    const QString naam = woord.mid(streepjes, is < 0 ? -1 : is - streepjes);
-    for (const Optie& optie : opties()) {
-        if (optie.naam != naam) continue;
-        if (is >= 0 && optie.waarde == Waarde::Geen)
-            return QStringLiteral("--%1 heeft geen waarde").arg(naam);
-        if (is >= 0) {
-            const QString waarde = woord.mid(is + 1);
-            if (waarde.isEmpty()) return QStringLiteral("--%1 mist zijn waarde").arg(naam);
-            return optie.zet(opdracht, waarde);
-        }
-        if (optie.waarde == Waarde::Geen) return optie.zet(opdracht, {});
-        const bool volgt = plaats + 1 < woorden.size();
-        if (optie.waarde == Waarde::Nodig) {
-            if (!volgt) return QStringLiteral("--%1 mist zijn waarde").arg(naam);
-            return optie.zet(opdracht, woorden[++plaats]);
-        }
-        const bool past =
-            volgt && QRegularExpression(optie.vorm).match(woorden[plaats + 1]).hasMatch();
-        return optie.zet(opdracht, past ? woorden[++plaats] : QString());
-    }
-    return QStringLiteral("onbekende optie '%1'").arg(woord);
+    return foutVan(QLatin1String("brixtel-saver"), wat);
 }
 
 // What only shows once everything has been read.
@@ -270,14 +202,8 @@ QString controleer(const Opdracht& opdracht) {
 std::variant<Opdracht, Fout> leesOpdracht(const QStringList& argumenten,
                                           const QString& hostVenster) {
     Opdracht opdracht;
-    for (qsizetype plaats = 0; plaats < argumenten.size(); ++plaats) {
-        const QString& woord = argumenten[plaats];
-        if (!woord.startsWith(u'-') || woord.size() < 2)
-            return fout(QStringLiteral("'%1' is geen optie").arg(woord));
-        const QString mis = neem(argumenten, plaats, opdracht);
-        if (!mis.isEmpty()) return fout(mis);
-    }
-    const QString mis = controleer(opdracht);
+    QString mis = neemOpties(opties(), argumenten, opdracht);
+    if (mis.isEmpty()) mis = controleer(opdracht);
     if (!mis.isEmpty()) return fout(mis);
     // A host that names its window in the environment means the saver to draw
     // there, unless the command line asks for something else altogether.

@@ -8,6 +8,7 @@
 #include <optional>
 #include <variant>
 
+#include "hosts/gedeeld/Opties.h"
 #include "platform/desktop/WindowServer.h"
 
 namespace brixtel {
@@ -50,11 +51,6 @@ struct Opdracht {
     bool volleSnelheid = false;  // on battery too
     bool json = false;
     platform::DrawerChoice tekenaar = platform::DrawerChoice::Auto;
-};
-
-// What is wrong with a command line, as one line for the user.
-struct Fout {
-    QString regel;
 };
 
 // `argumenten` without the program's own name; `hostVenster` is what the

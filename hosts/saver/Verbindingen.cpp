@@ -9,8 +9,8 @@
 #include <cstdio>
 
 #include "connections/Overzicht.h"
+#include "hosts/gedeeld/Signalen.h"
 #include "hosts/saver/Reden.h"
-#include "hosts/saver/Signalen.h"
 
 namespace brixtel {
 

@@ -7,6 +7,7 @@
 
 #include "BrixtelSaver/InstellingenModule.h"
 #include "BrixtelSaver/SaverInstellingen.h"
+#include "hosts/gedeeld/Signalen.h"
 #include "hosts/saver/Aanmelding.h"
 #include "hosts/saver/Instellingen.h"
 #include "hosts/saver/Meting.h"
@@ -14,7 +15,6 @@
 #include "hosts/saver/Opdracht.h"
 #include "hosts/saver/Plaatje.h"
 #include "hosts/saver/Rust.h"
-#include "hosts/saver/Signalen.h"
 #include "hosts/saver/Verbindingen.h"
 #include "hosts/saver/Voorstelling.h"
 #include "platform/desktop/DisplayCheck.h"

@@ -19,13 +19,15 @@ constexpr double kAnswer = 0.05;
 
 class DpmsQuestion final : public DisplaySleepQuestion {
   public:
-    explicit DpmsQuestion(xcb_connection_t* connection) : connection_(connection) {
+    DpmsQuestion(xcb_connection_t* connection, std::function<void()> afterReading)
+        : connection_(connection), afterReading_(std::move(afterReading)) {
         xcb_prefetch_extension_data(connection_, &xcb_dpms_id);
         xcb_flush(connection_);
     }
     bool canAsk() override {
         if (xcb_connection_has_error(connection_) != 0) return false;
         const auto* const extension = xcb_get_extension_data(connection_, &xcb_dpms_id);
+        haveRead();
         return extension && extension->present;
     }
     void ask() override {
@@ -36,7 +38,9 @@ class DpmsQuestion final : public DisplaySleepQuestion {
         if (asked_ == 0) return std::nullopt;
         void* found = nullptr;
         xcb_generic_error_t* error = nullptr;
-        if (xcb_poll_for_reply(connection_, asked_, &found, &error) == 0) return std::nullopt;
+        const bool here = xcb_poll_for_reply(connection_, asked_, &found, &error) != 0;
+        haveRead();
+        if (!here) return std::nullopt;
         asked_ = 0;
         std::free(error);
         const XcbReply<xcb_dpms_info_reply_t> reply(static_cast<xcb_dpms_info_reply_t*>(found));
@@ -45,14 +49,20 @@ class DpmsQuestion final : public DisplaySleepQuestion {
     }
 
   private:
+    void haveRead() const {
+        if (afterReading_) afterReading_();
+    }
+
     xcb_connection_t* const connection_;
+    const std::function<void()> afterReading_;
     unsigned asked_ = 0;  // 0 is no request's number
 };
 
 }  // namespace
 
-std::unique_ptr<DisplaySleepQuestion> dpmsQuestion(xcb_connection_t* connection) {
-    return std::make_unique<DpmsQuestion>(connection);
+std::unique_ptr<DisplaySleepQuestion> dpmsQuestion(xcb_connection_t* connection,
+                                                   std::function<void()> afterReading) {
+    return std::make_unique<DpmsQuestion>(connection, std::move(afterReading));
 }
 
 DisplaySleep::DisplaySleep(MediaClock& clock, std::unique_ptr<DisplaySleepQuestion> question,

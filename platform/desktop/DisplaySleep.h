@@ -22,8 +22,11 @@ class DisplaySleepQuestion {
     [[nodiscard]] virtual std::optional<bool> answer() = 0;
 };
 
-// The question as an X server understands it. The connection outlives it.
-[[nodiscard]] std::unique_ptr<DisplaySleepQuestion> dpmsQuestion(xcb_connection_t* connection);
+// The question as an X server understands it. The connection outlives it. An
+// answer that is read may bring events along, which wake nobody; `afterReading` is
+// called then.
+[[nodiscard]] std::unique_ptr<DisplaySleepQuestion> dpmsQuestion(
+    xcb_connection_t* connection, std::function<void()> afterReading = {});
 
 // Looks every so often whether the display sleeps, since no server tells. Main
 // thread.

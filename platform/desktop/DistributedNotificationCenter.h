@@ -17,9 +17,10 @@ class NotificationLink;
 //
 //   dbus-send --session --type=signal / com.apple.screensaver.willstop
 //
-// The desktops' own word that their saver or lock ends, ActiveChanged(false) of
+// The desktops' own word for their saver or lock, ActiveChanged of
 // org.freedesktop.ScreenSaver and its kin, counts as
-// "com.apple.screensaver.willstop" too.
+// "com.apple.screensaver.didstart" (true) or "com.apple.screensaver.willstop"
+// (false) too.
 //
 // The bus is looked up in the background, so that nobody waits for it; without
 // one, notifications stay within the program. Main thread.

@@ -12,7 +12,7 @@ void NotificationReceiver::notified(const QDBusMessage& message) {
 }
 
 void NotificationReceiver::activeChanged(bool active) {
-    if (!active) deliver(QLatin1String(kSaverWillStop));
+    deliver(QLatin1String(active ? kSaverDidStart : kSaverWillStop));
 }
 
 NotificationLink::NotificationLink(const QString& busAddress,
@@ -45,7 +45,9 @@ void NotificationLink::subscribe(const QString& name) {
     const BusName bus = busNameOf(name);
     connection_->connect(QString(), QString(), bus.interface, bus.member, &receiver_,
                          SLOT(notified(QDBusMessage)));
-    if (name != QLatin1String(kSaverWillStop)) return;
+    const bool ofSaver =
+        name == QLatin1String(kSaverWillStop) || name == QLatin1String(kSaverDidStart);
+    if (!ofSaver || std::exchange(listensToSavers_, true)) return;
     for (const char* interface : kSaverInterfaces)
         connection_->connect(QString(), QString(), QLatin1String(interface),
                              QStringLiteral("ActiveChanged"), &receiver_,

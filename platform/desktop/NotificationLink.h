@@ -48,8 +48,9 @@ class NotificationLink {
     const QString connectionName_;
     NotificationReceiver receiver_;
     std::set<QString> names_;
-    // Of the queue's thread; none without a bus.
+    // Both of the queue's thread; no connection without a bus.
     std::optional<QDBusConnection> connection_;
+    bool listensToSavers_ = false;
     std::optional<SerialQueue> queue_{"notifications"};
 };
 

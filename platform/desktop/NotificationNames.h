@@ -16,10 +16,11 @@ struct BusName {
 // Stops the program on a name that the bus has no words for.
 [[nodiscard]] BusName busNameOf(const QString& notification);
 
+inline constexpr const char* kSaverDidStart = "com.apple.screensaver.didstart";
 inline constexpr const char* kSaverWillStop = "com.apple.screensaver.willstop";
 
-// The interfaces whose ActiveChanged(false) says that a saver or lock ends. That
-// of KDE is the freedesktop one.
+// The interfaces whose ActiveChanged says that a saver or lock begins or ends.
+// That of KDE is the freedesktop one.
 inline constexpr std::array kSaverInterfaces{
     "org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver", "org.mate.ScreenSaver",
     "org.cinnamon.ScreenSaver",    "org.xfce.ScreenSaver",

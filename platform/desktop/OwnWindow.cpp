@@ -30,16 +30,15 @@ Qt::WindowFlags flagsFor(const WindowOptions& options, bool takesKeys) {
     return flags;
 }
 
-void putOnAllSpaces(xcb_connection_t* connection, xcb_window_t window) {
-    constexpr std::string_view kName = "_NET_WM_DESKTOP";
+void setCardinal(xcb_connection_t* connection, xcb_window_t window, std::string_view name,
+                 std::uint32_t value) {
     const XcbReply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
         connection,
-        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(kName.size()), kName.data()),
+        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data()),
         nullptr));
-    const std::uint32_t all = 0xffffffff;
     if (atom)
         xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, atom->atom,
-                            XCB_ATOM_CARDINAL, 32, 1, &all);
+                            XCB_ATOM_CARDINAL, 32, 1, &value);
 }
 
 }  // namespace
@@ -73,25 +72,36 @@ void OwnWindow::prepare(xcb_connection_t* connection, xcb_window_t window) {
     // In a deep visual all bits but alpha's may be 0, and alpha's must be 1.
     const std::uint32_t background = options_.opaque ? 0xff000000U : 0U;
     xcb_change_window_attributes(connection, window, XCB_CW_BACK_PIXEL, &background);
-    if (options_.onAllSpaces) putOnAllSpaces(connection, window);
+    if (options_.collectionBehavior & CanJoinAllSpaces)
+        setCardinal(connection, window, "_NET_WM_DESKTOP", 0xffffffff);
+    if (!options_.hasShadow) setCardinal(connection, window, "_COMPTON_SHADOW", 0);
+    // A compositor that stopped for a full-screen window below would leave this
+    // one nothing to be seen through by.
+    if (!options_.opaque) setCardinal(connection, window, "_NET_WM_BYPASS_COMPOSITOR", 2);
     // Other connections are about to name this window.
     std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
 }
 
-void OwnWindow::show(bool asKey) {
+void OwnWindow::show() {
     if (options_.style == WindowStyle::FullScreen) {
         showFullScreen();
     } else {
         QWindow::show();
     }
     raise();
-    if (!asKey) return;
+}
+
+void OwnWindow::takeKeys() {
     requestActivate();
     xcb_connection_t* const connection = qtConnection();
     if (options_.level == 0 || !connection) return;
     // No window manager will see to this one.
     xcb_set_input_focus(connection, XCB_INPUT_FOCUS_PARENT, xWindow(), XCB_CURRENT_TIME);
     xcb_flush(connection);
+}
+
+void OwnWindow::flush() {
+    if (xcb_connection_t* const connection = qtConnection()) xcb_flush(connection);
 }
 
 void OwnWindow::setIgnoresMouse(bool ignores) {

@@ -31,8 +31,14 @@ class OwnWindow final : public QWindow {
     // The X window; 0 where the desktop is not X.
     [[nodiscard]] std::uint32_t xWindow();
 
-    void show(bool asKey);
+    void show();
+    // Of one that is shown.
+    void takeKeys();
     void setIgnoresMouse(bool ignores);
+
+    // Sends what was asked for so far. Qt does so only when something comes in,
+    // and where nothing moves nothing may for long.
+    static void flush();
 
   protected:
     bool event(QEvent* event) override;

@@ -69,6 +69,8 @@ class ReducedMotion::Link final : public QObject {
     void connectTo(const QString& address) {
         QDBusConnection connection = QDBusConnection::connectToBus(address, name_);
         if (!connection.isConnected()) return;
+        // The slot is looked up by its types' names, which a type has once it is in use.
+        qRegisterMetaType<QDBusVariant>();
         connection.connect(QString(), kPath, kInterface, QStringLiteral("SettingChanged"), this,
                            SLOT(changed(QString, QString, QDBusVariant)));
         connection_ = connection;

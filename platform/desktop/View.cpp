@@ -35,6 +35,7 @@ void View::setFrame(const QRectF& frame) {
                              view->autoresizing_ & HeightSizable ? grown.height() : 0.0);
         view->setFrame({view->frame_.topLeft(), view->frame_.size() + follows});
     }
+    if (!grown.isNull()) updateTrackingAreas();
     changed();
 }
 
@@ -79,6 +80,36 @@ void View::setWindow(Window* window) {
     window_ = window;
     for (const auto& view : subviews_)
         view->setWindow(window);
+    if (window) updateTrackingAreas();
+}
+
+void View::addTrackingArea(std::shared_ptr<TrackingArea> area) {
+    trackingAreas_.push_back(std::move(area));
+}
+
+void View::removeTrackingArea(const std::shared_ptr<TrackingArea>& area) {
+    std::erase(trackingAreas_, area);
+}
+
+void View::updateTrackingAreas() {}
+
+void View::track(QPointF inSuperview, const View* told, const MouseEvent& event) {
+    const QPointF inside = inSuperview - frame_.topLeft();
+    const auto holds = [&](const std::shared_ptr<TrackingArea>& area) {
+        const QRectF rect = area->options & TrackingArea::InVisibleRect ? bounds() : area->rect;
+        const bool active =
+            (area->options & TrackingArea::ActiveAlways) || (window_ && window_->isKey());
+        return (area->options & TrackingArea::MouseMoved) && active && rect.contains(inside);
+    };
+    bool knows = false;
+    for (const View* view = told; view; view = view->superview_)
+        knows = knows || view == this;
+    // What is told may change the tree.
+    const std::vector<std::shared_ptr<View>> subviews = subviews_;
+    if (!knows && std::any_of(trackingAreas_.begin(), trackingAreas_.end(), holds))
+        mouseMoved(event);
+    for (const auto& view : subviews)
+        view->track(inside, told, event);
 }
 
 void View::changed() {

@@ -16,6 +16,17 @@ namespace platform {
 class FrameBuilder;
 class Window;
 
+// A part of a view in which it is told of a moving mouse.
+struct TrackingArea {
+    enum Options : std::uint32_t {
+        MouseMoved = 0x02,
+        ActiveAlways = 0x80,    // also while another window or program has the keyboard
+        InVisibleRect = 0x200,  // all of the view, whatever its size
+    };
+    QRectF rect;  // in the view's bounds
+    std::uint32_t options = 0;
+};
+
 // One rectangle of a window that shows something and may handle input. Views
 // form a tree: a view holds its subviews, and whoever else keeps a shared_ptr
 // shares it. Main thread.
@@ -72,6 +83,16 @@ class View {
     virtual void otherMouseDown(const MouseEvent& event);  // the middle one and beyond
     virtual void mouseMoved(const MouseEvent& event);
 
+    // Where the view is told of a moving mouse also when a view that is not below
+    // it lies under it. updateTrackingAreas() is called when the view comes into
+    // a window or changes size.
+    [[nodiscard]] const std::vector<std::shared_ptr<TrackingArea>>& trackingAreas() const {
+        return trackingAreas_;
+    }
+    void addTrackingArea(std::shared_ptr<TrackingArea> area);
+    void removeTrackingArea(const std::shared_ptr<TrackingArea>& area);
+    virtual void updateTrackingAreas();
+
     // The topmost view of this tree at a point of the superview's bounds;
     // nullptr beside it.
     [[nodiscard]] View* hitTest(QPointF point);
@@ -87,6 +108,10 @@ class View {
   private:
     friend class FrameBuilder;
     friend class Window;
+    friend class WindowCore;
+    // Tells those whose tracking area holds the place, but not those up from
+    // `told`.
+    void track(QPointF inSuperview, const View* told, const MouseEvent& event);
     void setWindow(Window* window);
     void paint(double scale);
 
@@ -96,6 +121,7 @@ class View {
     std::unique_ptr<Layer> painting_;
     bool needsDisplay_ = false;
     double paintedScale_ = 0.0;
+    std::vector<std::shared_ptr<TrackingArea>> trackingAreas_;
     std::vector<std::shared_ptr<View>> subviews_;
     View* superview_ = nullptr;
     Window* window_ = nullptr;

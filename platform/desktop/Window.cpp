@@ -7,6 +7,7 @@
 #include "platform/desktop/AnimationGroup.h"
 #include "platform/desktop/EventConnection.h"
 #include "platform/desktop/ScreenSpace.h"
+#include "platform/desktop/StackKeeper.h"
 #include "platform/desktop/WindowCore.h"
 
 namespace platform {
@@ -29,6 +30,7 @@ Window::Window(WindowServer& server, HostWindow host)
 
 Window::~Window() {
     server_.dropped(*this);
+    if (core_->own && core_->drawing) server_.destroyed(core_->drawing->id());
     // Frames stop before their views do.
     core_->drawing.reset();
     content_->setWindow(nullptr);
@@ -56,7 +58,10 @@ QRectF Window::frame() const {
 
 void Window::setFrame(const QRectF& frame) {
     options_.frame = frame;
-    if (core_->own) core_->own->setGeometry(toQt(frame).toRect());
+    if (core_->own) {
+        core_->own->setGeometry(toQt(frame).toRect());
+        OwnWindow::flush();
+    }
     if (!core_->drawing) content_->setFrame({QPointF(0, 0), core_->sizeInPoints()});
 }
 
@@ -85,8 +90,24 @@ void Window::makeKeyAndOrderFront() {
 void Window::show(bool asKey) {
     if (core_->isHosts()) return;
     if (!core_->own) core_->makeOwn();
-    core_->own->show(asKey);
+    core_->own->show();
+    OwnWindow::flush();
     server_.cameToFront(*this);
+    if (options_.staysOnTop && core_->drawing)
+        server_.stack().keep(core_->drawing->id(), {.window = options_.level});
+    if (asKey) makeKey();
+}
+
+void Window::makeKey() {
+    if (!canBecomeKey() || !core_->own || !core_->own->isVisible()) return;
+    core_->own->takeKeys();
+    server_.becameKey(*this);
+}
+
+std::int64_t Window::windowNumber() const {
+    if (core_->own)
+        return core_->own->handle() ? static_cast<std::int64_t>(core_->own->winId()) : 0;
+    return core_->drawing ? core_->drawing->id() : 0;
 }
 
 void Window::raise() {
@@ -95,7 +116,10 @@ void Window::raise() {
 
 void Window::orderOut() {
     server_.dropped(*this);
-    if (core_->own) core_->own->hide();
+    if (options_.staysOnTop && core_->drawing) server_.stack().release(core_->drawing->id());
+    if (!core_->own) return;
+    core_->own->hide();
+    OwnWindow::flush();
 }
 
 bool Window::isVisible() const {
@@ -105,6 +129,10 @@ bool Window::isVisible() const {
 
 bool Window::canBecomeKey() const {
     return options_.style != WindowStyle::Borderless;
+}
+
+bool Window::canBecomeMain() const {
+    return canBecomeKey();
 }
 
 bool Window::isKey() const {

@@ -23,6 +23,15 @@ enum class WindowStyle {
     FullScreen,  // covers the screen that its frame lies on, panels included
 };
 
+// How a window behaves among spaces. One with a level above 0 is on every space,
+// stationary, left out of cycling and over full-screen windows anyway.
+enum CollectionBehavior : std::uint32_t {
+    CanJoinAllSpaces = 0x1,
+    Stationary = 0x10,
+    IgnoresCycle = 0x40,
+    FullScreenAuxiliary = 0x100,
+};
+
 struct WindowOptions {
     QRectF frame;  // of the content: points, as in Screen::frame
     WindowStyle style = WindowStyle::Borderless;
@@ -33,7 +42,11 @@ struct WindowOptions {
     // 0 is an ordinary window. Above it the window is out of the window
     // manager's hands and on top, on every space, the higher level the higher.
     int level = 0;
-    bool onAllSpaces = false;
+    std::uint32_t collectionBehavior = 0;  // CollectionBehavior bits
+    bool hasShadow = true;                 // where a compositor gives windows one
+    // Nothing that is opened or raised later covers it while it is shown, but a
+    // screen saver or lock. For a level above 0.
+    bool staysOnTop = false;
 };
 
 // A window that someone else made and keeps, by its X id; 0 is the root window.
@@ -79,14 +92,22 @@ class Window {
 
     [[nodiscard]] int level() const { return options_.level; }
     [[nodiscard]] bool isOpaque() const { return options_.opaque; }
+    [[nodiscard]] bool hasShadow() const { return options_.hasShadow; }
+    [[nodiscard]] std::uint32_t collectionBehavior() const { return options_.collectionBehavior; }
+
+    // The window server's number for it; 0 before it is first shown.
+    [[nodiscard]] std::int64_t windowNumber() const;
 
     // Shows it. Front puts it above its equals; key gives it the keyboard too.
     void orderFront();
     void makeKeyAndOrderFront();
+    // Gives the keyboard to one that is shown and can have it.
+    void makeKey();
     void orderOut();
     [[nodiscard]] bool isVisible() const;
 
     [[nodiscard]] virtual bool canBecomeKey() const;
+    [[nodiscard]] virtual bool canBecomeMain() const;
     [[nodiscard]] bool isKey() const;
     // The view that gets the keys; false where it does not accept them.
     bool makeFirstResponder(View* view);

@@ -16,7 +16,10 @@ namespace platform {
 WindowCore::WindowCore(Window& window)
     : fade(window.server_.clock(),
            [this](double alpha) {
-               if (own) own->setOpacity(alpha);
+               if (own) {
+                   own->setOpacity(alpha);
+                   OwnWindow::flush();
+               }
                updateWanted();
            }),
       window_(window),
@@ -133,8 +136,13 @@ void WindowCore::mouse(Mouse what, const MouseEvent& event) {
             return target->rightMouseDown(event);
         case Mouse::OtherDown:
             return target->otherMouseDown(event);
-        case Mouse::Moved:
+        case Mouse::Moved: {
+            // What is told may take the content away.
+            const std::shared_ptr<View> content = window_.content_;
+            const View* const told = target;
+            content->track(event.location, told, event);
             return target->mouseMoved(event);
+        }
     }
 }
 

@@ -3,9 +3,11 @@
 
 #include <QString>
 #include <algorithm>
+#include <map>
 #include <utility>
 
 #include "platform/desktop/EventConnection.h"
+#include "platform/desktop/OverlaySpaces.h"
 #include "platform/desktop/Window.h"
 #include "platform/desktop/WindowCore.h"
 #include "platform/time/Require.h"
@@ -28,14 +30,26 @@ void keepBackLament(QtMsgType type, const QMessageLogContext& context, const QSt
     handlerBefore(type, context, message);
 }
 
+std::map<std::int32_t, WindowServer*>& servers() {
+    static std::map<std::int32_t, WindowServer*> all;
+    return all;
+}
+
+std::int32_t nextNumber() {
+    static std::int32_t last = 0;
+    return ++last;
+}
+
 }  // namespace
 
 WindowServer::WindowServer(MediaClock& clock, WindowServerOptions options)
     : clock_(clock),
       options_(std::move(options)),
-      events_(std::make_unique<EventConnection>(options_.display)) {
+      events_(std::make_unique<EventConnection>(options_.display)),
+      number_(nextNumber()) {
+    servers()[number_] = this;
     if (!isConnected()) return;
-    sleep_.emplace(clock_, dpmsQuestion(events_->get()),
+    sleep_.emplace(clock_, dpmsQuestion(events_->get(), [this] { events_->readSoon(); }),
                    [this](bool asleep) { setDisplayAsleep(asleep); });
     coverage_.emplace(
         clock_, options_.display,
@@ -56,6 +70,7 @@ WindowServer::WindowServer(MediaClock& clock, WindowServerOptions options)
 }
 
 WindowServer::~WindowServer() {
+    servers().erase(number_);
     if (listening != events_.get()) return;
     listening = nullptr;
     qInstallMessageHandler(std::exchange(handlerBefore, nullptr));
@@ -98,8 +113,54 @@ void WindowServer::cameToFront(Window& window) {
         (*other)->raise();
 }
 
+void WindowServer::becameKey(Window& window) {
+    key_ = &window;
+}
+
 void WindowServer::dropped(Window& window) {
     std::erase(shown_, &window);
+    if (key_ == &window) key_ = nullptr;
+}
+
+void WindowServer::destroyed(std::uint32_t windowNumber) {
+    if (spaces_) spaces_->forget(windowNumber);
+    if (stack_) stack_->release(windowNumber);
+}
+
+int WindowServer::levelOf(std::uint32_t windowNumber) const {
+    const auto found = std::find_if(shown_.begin(), shown_.end(), [=](const Window* window) {
+        return window->windowNumber() == std::int64_t{windowNumber};
+    });
+    return found == shown_.end() ? 0 : (*found)->level();
+}
+
+RootWatch& WindowServer::root() {
+    if (!root_) root_ = std::make_unique<RootWatch>(options_.display);
+    return *root_;
+}
+
+StackKeeper& WindowServer::stack() {
+    if (!stack_) stack_ = std::make_unique<StackKeeper>(clock_, root());
+    return *stack_;
+}
+
+OverlaySpaces& WindowServer::spaces() {
+    if (!spaces_)
+        spaces_ = std::make_unique<OverlaySpaces>(
+            stack(), [this](std::uint32_t window) { return levelOf(window); });
+    return *spaces_;
+}
+
+std::int32_t WindowServer::defaultNumber() {
+    std::int32_t number = 0;
+    for (const auto& [each, server] : servers())
+        if (server->isConnected()) number = each;
+    return number;
+}
+
+WindowServer* WindowServer::numbered(std::int32_t number) {
+    const auto found = servers().find(number);
+    return found == servers().end() ? nullptr : found->second;
 }
 
 }  // namespace platform

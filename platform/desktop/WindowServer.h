@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -15,6 +16,9 @@
 namespace platform {
 
 class EventConnection;
+class OverlaySpaces;
+class RootWatch;
+class StackKeeper;
 class Window;
 class WindowCore;
 
@@ -68,16 +72,37 @@ class WindowServer {
     [[nodiscard]] const WindowServerOptions& options() const { return options_; }
     [[nodiscard]] EventConnection& events() const { return *events_; }
 
+    // Made on first use: most programs need none of these.
+    [[nodiscard]] RootWatch& root();
+    [[nodiscard]] StackKeeper& stack();
+    [[nodiscard]] OverlaySpaces& spaces();
+
+    // The window that was last shown as key and still is shown; nullptr without.
+    [[nodiscard]] Window* keyWindow() const { return key_; }
+
+    // Servers are numbered in the order in which they were made, from 1; the
+    // default is the last one that is connected, 0 without any.
+    [[nodiscard]] static std::int32_t defaultNumber();
+    [[nodiscard]] static WindowServer* numbered(std::int32_t number);
+
   private:
     friend class Window;
     friend class WindowCore;
     // Keeps windows of a higher level above one that came to the front.
     void cameToFront(Window& window);
+    void becameKey(Window& window);
     void dropped(Window& window);
+    void destroyed(std::uint32_t windowNumber);
+    [[nodiscard]] int levelOf(std::uint32_t windowNumber) const;
 
     MediaClock& clock_;
     const WindowServerOptions options_;
     std::unique_ptr<EventConnection> events_;
+    const std::int32_t number_;
+    std::unique_ptr<RootWatch> root_;
+    std::unique_ptr<StackKeeper> stack_;
+    std::unique_ptr<OverlaySpaces> spaces_;
+    Window* key_ = nullptr;
     std::vector<Window*> shown_;  // lowest level first, then in order of showing
     std::vector<WindowCore*> windows_;
     int pace_ = 1;

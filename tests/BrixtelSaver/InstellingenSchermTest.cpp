@@ -38,7 +38,7 @@ QByteArray hulp(const QString& woorden) {
 class Blad : public testing::Test {
   protected:
     brixtel::EigenInstellingen eigen;
-    QProcess beheer;
+    Openbox beheer;
     platform::SystemClock klok;
     platform::RandomSource toeval{3};
     platform::DistributedNotificationCenter berichten{QString()};
@@ -49,9 +49,7 @@ class Blad : public testing::Test {
     std::optional<platform::SheetOnWindow> bij;
 
     void SetUp() override {
-        beheer.start(QStringLiteral("openbox"), openbox::arguments());
-        ASSERT_TRUE(until(
-            [] { return hulp(openbox::question().join(u' ')).contains(openbox::kReady); }, 20'000));
+        ASSERT_TRUE(beheer.isReady());
         const QRectF vlak(200, 200, 640, 400);
         venster.emplace(
             server, platform::WindowOptions{.frame = vlak, .style = platform::WindowStyle::Titled});
@@ -70,10 +68,7 @@ class Blad : public testing::Test {
         blad.reset();
         view->stopAnimation();
         venster.reset();
-        beheer.terminate();
-        beheer.waitForFinished(5000);
-        // The next test's is another.
-        hulp(QStringLiteral("xprop -root -remove _READY_FOR_TESTS"));
+        beheer.stop();
     }
     void toon() {
         blad = std::dynamic_pointer_cast<InstellingenVenster>(view->configureSheet());

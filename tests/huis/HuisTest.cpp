@@ -27,6 +27,7 @@ const std::map<QString, QStringList>& vloeren() {
         zet("platform/time", {});
         zet("platform/resources", {});
         zet("platform/process", {"platform/time"});
+        zet("platform/sound", {});
         zet("platform/animation", {"platform/time"});
         zet("platform/layers", {"platform/animation"});
         zet("platform/scene", {"platform/animation"});
@@ -39,8 +40,10 @@ const std::map<QString, QStringList>& vloeren() {
         zet("BrixtelSaver", {"worlds", "rain"});
         zet("desktop", {"worlds", "rain"});
         zet("controls", {"drawing"});
-        zet("hosts/saver", {"BrixtelSaver"});
-        zet("hosts/bureau", {"BrixtelSaver", "desktop", "controls"});
+        zet("hosts/gedeeld", {});
+        zet("hosts/saver", {"BrixtelSaver", "hosts/gedeeld"});
+        zet("hosts/bureau",
+            {"hosts/gedeeld", "BrixtelSaver", "desktop", "controls", "platform/sound"});
         return r;
     }();
     return regels;

@@ -9,6 +9,7 @@
 #include <QXmlStreamReader>
 
 #include "BrixtelSaver/SaverKeuze.h"
+#include "hosts/bureau/Opdracht.h"
 #include "hosts/saver/Opdracht.h"
 
 namespace {
@@ -36,26 +37,36 @@ std::string rij(const QSet<QString>& opties) {
     return alle.join(u' ').toStdString();
 }
 
+// Each program and the text of its help.
+const std::pair<QString, QString> kProgrammas[] = {
+    {QStringLiteral("brixtel-saver"), brixtel::hulpTekst()},
+    {QStringLiteral("brixtel-bureau"), brixtel::bureauHulpTekst()},
+};
+
 TEST(Bureaublad, TheManPagesHaveEveryOptionOfTheHelpAndNoOther) {
-    const std::string hulp = rij(opties(brixtel::hulpTekst()));
-    ASSERT_GT(hulp.size(), 100U);
-    for (const char* bestand : {"man/brixtel-saver.1", "man/nl/brixtel-saver.1"}) {
-        const QString tekst = lees(QLatin1String(bestand))
-                                  .remove(QRegularExpression(QStringLiteral("\\\\f[RI]")))
-                                  .remove(u'\\');
-        EXPECT_EQ(rij(opties(tekst, QStringLiteral("^\\.B --([a-z-]+)"))), hulp) << bestand;
+    for (const auto& [programma, tekst] : kProgrammas) {
+        const std::string hulp = rij(opties(tekst));
+        ASSERT_GT(hulp.size(), 100U);
+        for (const char* map : {"man/", "man/nl/"}) {
+            const QString pagina = lees(QLatin1String(map) + programma + QStringLiteral(".1"))
+                                       .remove(QRegularExpression(QStringLiteral("\\\\f[RI]")))
+                                       .remove(u'\\');
+            EXPECT_EQ(rij(opties(pagina, QStringLiteral("^\\.B --([a-z-]+)"))), hulp) << map;
+        }
     }
 }
 
 TEST(Bureaublad, CompletionHasEveryOptionOfTheHelpAndNoOther) {
-    const std::string hulp = rij(opties(brixtel::hulpTekst()));
-    EXPECT_EQ(rij(opties(lees(QStringLiteral("completion/_brixtel-saver")))), hulp);
-    EXPECT_EQ(rij(opties(lees(QStringLiteral("completion/brixtel-saver.fish")),
-                         QStringLiteral(" -l ([a-z-]+)"))),
-              hulp);
-    QString bash = lees(QStringLiteral("completion/brixtel-saver"));
-    bash.remove(0, bash.lastIndexOf(QStringLiteral("-W '")));
-    EXPECT_EQ(rij(opties(bash)), hulp);
+    for (const auto& [programma, tekst] : kProgrammas) {
+        const std::string hulp = rij(opties(tekst));
+        EXPECT_EQ(rij(opties(lees(QStringLiteral("completion/_") + programma))), hulp);
+        EXPECT_EQ(rij(opties(lees(QStringLiteral("completion/%1.fish").arg(programma)),
+                             QStringLiteral(" -l ([a-z-]+)"))),
+                  hulp);
+        QString bash = lees(QStringLiteral("completion/") + programma);
+        bash.remove(0, bash.lastIndexOf(QStringLiteral("-W '")));
+        EXPECT_EQ(rij(opties(bash)), hulp);
+    }
 }
 
 TEST(Bureaublad, TheHostsSettingsOfferTheSixModesByTheirNames) {
@@ -94,15 +105,19 @@ TEST(Bureaublad, EveryCommandOfAnEntryIsOneThatTheProgramTakes) {
     int gezien = 0;
     const auto kijk = [&gezien](const QString& regel) {
         QStringList woorden = regel.split(u' ', Qt::SkipEmptyParts);
-        woorden.removeFirst();
-        const auto gelezen = brixtel::leesOpdracht(woorden, {});
-        EXPECT_TRUE(std::holds_alternative<brixtel::Opdracht>(gelezen)) << qPrintable(regel);
+        const bool bureau = woorden.takeFirst() == u"brixtel-bureau";
+        const auto vanSaver = brixtel::leesOpdracht(woorden, {});
+        const auto vanBureau = brixtel::leesBureauOpdracht(woorden);
+        EXPECT_TRUE(bureau ? std::holds_alternative<brixtel::BureauOpdracht>(vanBureau)
+                           : std::holds_alternative<brixtel::Opdracht>(vanSaver))
+            << qPrintable(regel);
         ++gezien;
     };
     const QRegularExpression exec(QStringLiteral("^Exec=(.*)$"),
                                   QRegularExpression::MultilineOption);
     const QDir gemaakt(QStringLiteral(BRIXTEL_BUILD_DIR "/packaging"));
     QStringList bestanden{
+        QStringLiteral(BRIXTEL_PACKAGING "/bureaublad/nl.groenlicht.brixtel.bureau.desktop"),
         QStringLiteral(BRIXTEL_PACKAGING "/bureaublad/nl.groenlicht.brixtel.saver.desktop")};
     for (const QString& naam : gemaakt.entryList({QStringLiteral("*.desktop")}, QDir::Files))
         bestanden << gemaakt.filePath(naam);
@@ -113,7 +128,8 @@ TEST(Bureaublad, EveryCommandOfAnEntryIsOneThatTheProgramTakes) {
         while (treffers.hasNext())
             kijk(treffers.next().captured(1));
     }
-    EXPECT_EQ(gezien, 3 + 6);  // the entry with its actions, and a theme for each and for all
+    EXPECT_EQ(gezien,
+              3 + 3 + 6);  // the entries with their actions, and a theme for each and for all
 }
 
 TEST(Bureaublad, TheCopyrightFileNamesEveryResource) {

@@ -126,9 +126,13 @@ class Pakket : public testing::Test {
     void verwachtBestanden() const {
         const QStringList er = inhoud();
         for (const char* naam :
-             {"/usr/bin/brixtel-saver", "/usr/libexec/xscreensaver/brixtel-saver",
+             {"/usr/bin/brixtel-saver", "/usr/bin/brixtel-bureau",
+              "/usr/libexec/xscreensaver/brixtel-saver",
               "/usr/share/xscreensaver/config/brixtel-saver.xml",
               "/usr/share/applications/nl.groenlicht.brixtel.saver.desktop",
+              "/usr/share/applications/nl.groenlicht.brixtel.bureau.desktop",
+              "/usr/share/dbus-1/interfaces/nl.groenlicht.brixtel.Bureau.xml",
+              "/usr/share/man/man1/brixtel-bureau.1.gz",
               "/usr/share/applications/screensavers/brixtel-saver.desktop",
               "/usr/share/applications/screensavers/brixtel-bol.desktop",
               "/usr/share/metainfo/nl.groenlicht.brixtel.saver.metainfo.xml",

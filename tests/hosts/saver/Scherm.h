@@ -12,17 +12,11 @@ namespace brixtel {
 class Scherm : public testing::Test {
   protected:
     Xvfb server{"1280x800x24"};
-    QProcess vensterbeheer;
+    Openbox vensterbeheer{server.display()};
     Programma programma{server.display()};
 
-    void SetUp() override {
-        draai(vensterbeheer, QStringLiteral("openbox"), openbox::arguments());
-        ASSERT_TRUE(until([this] { return hulp(openbox::question()).contains(openbox::kReady); }));
-    }
-    void TearDown() override {
-        vensterbeheer.terminate();
-        vensterbeheer.waitForFinished(5000);
-    }
+    void SetUp() override { ASSERT_TRUE(vensterbeheer.isReady()); }
+    void TearDown() override { vensterbeheer.stop(); }
     void draai(QProcess& proces, const QString& naam, const QStringList& woorden) const {
         QProcessEnvironment omgeving = QProcessEnvironment::systemEnvironment();
         omgeving.insert(QStringLiteral("DISPLAY"), server.display());

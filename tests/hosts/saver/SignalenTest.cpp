@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "hosts/saver/Signalen.h"
+#include "hosts/gedeeld/Signalen.h"
 
 #include <gtest/gtest.h>
 #include <signal.h>

@@ -82,6 +82,21 @@ TEST_F(OnABus, EachDesktopsActiveChangedFalse) {
     EXPECT_EQ(heard, expected);
 }
 
+TEST_F(OnABus, ActiveChangedTrueIsAStartAndEachIsHeardOnce) {
+    int started = 0;
+    center.addObserver(&started, QStringLiteral("com.apple.screensaver.didstart"),
+                       [&] { ++started; });
+    listen(kWillStop);
+    for (const char* active : {"boolean:true", "boolean:false"})
+        ASSERT_TRUE(bus.send({QStringLiteral("/ScreenSaver"),
+                              QStringLiteral("org.gnome.ScreenSaver.ActiveChanged"),
+                              QLatin1String(active)}));
+    flush();
+    EXPECT_EQ(started, 1);
+    EXPECT_EQ(heard, 1);
+    center.removeObserver(&started);
+}
+
 TEST_F(OnABus, OtherSignalsAreNotHeard) {
     listen(kWillStop);
     ASSERT_TRUE(bus.send({QStringLiteral("/"), QStringLiteral("com.apple.screensaver.didstart")}));

@@ -255,6 +255,50 @@ TEST_F(OwnWindowTest, ClicksGoThroughOneThatIgnoresThem) {
     EXPECT_EQ(high->left, 0);
 }
 
+struct Tracking final : Listening {
+    using Listening::Listening;
+    void updateTrackingAreas() override {
+        addTrackingArea(std::make_shared<platform::TrackingArea>(platform::TrackingArea{
+            .rect = {0, 0, 100, 150},
+            .options = platform::TrackingArea::MouseMoved | platform::TrackingArea::ActiveAlways}));
+    }
+};
+
+TEST_F(OwnWindowTest, ATrackingAreaHearsOfAMouseOverAnotherView) {
+    const auto content = std::make_shared<View>(QRectF());
+    const auto below = std::make_shared<Tracking>(QRectF(0, 0, 200, 150));
+    const auto above = std::make_shared<Listening>(QRectF(0, 0, 200, 150));
+    content->addSubview(below);
+    content->addSubview(above);
+    Window window(server, {.frame = {100, 60, 200, 150}, .level = 1});
+    window.setContentView(content);
+    window.orderFront();
+    ASSERT_TRUE(drawn(window));
+    tool(QStringLiteral("xdotool"),
+         {QStringLiteral("mousemove"), QStringLiteral("250"), QStringLiteral("300")});
+    ASSERT_TRUE(until([&] { return above->moved > 0; }));
+    EXPECT_EQ(below->moved, 0);
+    tool(QStringLiteral("xdotool"),
+         {QStringLiteral("mousemove"), QStringLiteral("150"), QStringLiteral("300")});
+    EXPECT_TRUE(until([&] { return below->moved == 1; }));
+}
+
+TEST_F(OwnWindowTest, ASeeThroughOneTellsTheCompositorNotToStop) {
+    Window window(server, {.frame = {0, 0, 100, 100},
+                           .opaque = false,
+                           .level = 1,
+                           .collectionBehavior = platform::CanJoinAllSpaces,
+                           .hasShadow = false});
+    window.orderFront();
+    ASSERT_TRUE(drawn(window));
+    const auto id = QStringLiteral("0x%1").arg(window.windowNumber(), 0, 16);
+    const QString all = tool(QStringLiteral("xprop"), {QStringLiteral("-id"), id});
+    EXPECT_TRUE(all.contains(QStringLiteral("_NET_WM_BYPASS_COMPOSITOR(CARDINAL) = 2")))
+        << qPrintable(all);
+    EXPECT_TRUE(all.contains(QStringLiteral("_NET_WM_DESKTOP(CARDINAL) = 4294967295")));
+    EXPECT_TRUE(all.contains(QStringLiteral("_COMPTON_SHADOW(CARDINAL) = 0")));
+}
+
 TEST_F(OwnWindowTest, TheUserMayAskToCloseIt) {
     Window window(server, {.frame = {0, 0, 100, 100}, .style = WindowStyle::Titled});
     int asked = 0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "hosts/saver/Signalen.h"
+#include "hosts/gedeeld/Signalen.h"
 
 #include <fcntl.h>
 #include <signal.h>

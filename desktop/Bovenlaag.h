@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+
+#include "platform/desktop/SpaceFunctions.h"
+#include "platform/desktop/Window.h"
+
+namespace brixtel {
+
+// Lifts windows above everything on the desktop, full-screen windows and panels
+// included, by putting them in one space of their own. The functions for that are
+// looked up by name in all that the process has loaded; where one is missing, or
+// there can be no such space, nothing happens and nobody is told: the windows stay
+// at their ordinary level. Without instances; the state lasts as long as the
+// process. Main thread only.
+class Bovenlaag final {
+  public:
+    Bovenlaag() = delete;
+
+    // Puts a window in the space, which is made and shown for the first one. A
+    // window without a number yet stays where it is.
+    static void zet(platform::Window& venster);
+
+    // Hides and destroys the space, if there is one.
+    static void ruimOp();
+
+    // The space; 0 for none.
+    [[nodiscard]] static std::uint64_t ruimte();
+
+    // The functions, each looked up once and then kept; nullptr where absent.
+    using Verbinding = std::int32_t (*)();
+    using Maak = std::uint64_t (*)(std::int32_t verbinding, std::int32_t vlag,
+                                   const CGSOptions* opties);
+    using ZetNiveau = void (*)(std::int32_t verbinding, std::uint64_t ruimte, std::int32_t niveau);
+    using Toon = void (*)(std::int32_t verbinding, const CGSNumbers* ruimten);
+    using Verberg = void (*)(std::int32_t verbinding, const CGSNumbers* ruimten);
+    using Voeg = void (*)(std::int32_t verbinding, const CGSNumbers* vensters,
+                          const CGSNumbers* ruimten);
+    using Sloop = void (*)(std::int32_t verbinding, std::uint64_t ruimte);
+
+    [[nodiscard]] static Verbinding verbinding();  // "_CGSDefaultConnection"
+    [[nodiscard]] static Maak maak();              // "CGSSpaceCreate"
+    [[nodiscard]] static ZetNiveau zetNiveau();    // "CGSSpaceSetAbsoluteLevel"
+    [[nodiscard]] static Toon toon();              // "CGSShowSpaces"
+    [[nodiscard]] static Verberg verberg();        // "CGSHideSpaces"
+    [[nodiscard]] static Voeg voeg();              // "CGSAddWindowsToSpaces"
+    [[nodiscard]] static Sloop sloop();            // "CGSSpaceDestroy"
+
+    // Starts afresh, as a new process would, with functions found by `zoek` in
+    // place of the process's own search; nullptr for that again. For tests.
+    using Zoek = void* (*)(const char* naam);
+    static void begin(Zoek zoek);
+};
+
+}  // namespace brixtel

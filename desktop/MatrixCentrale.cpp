@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/MatrixCentrale.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/desktop/AnimationGroup.h"
+
+namespace brixtel {
+
+using platform::Screen;
+using platform::Timer;
+using platform::Workspace;
+
+namespace {
+
+// Another program that takes the keyboard from the black screen has it this long.
+constexpr double kToetsenRust = 0.25;
+
+}  // namespace
+
+MatrixCentrale::MatrixCentrale(const MatrixCentraleBronnen& bronnen)
+    : bronnen_(bronnen),
+      klok_(bronnen.server.clock()),
+      werkruimte_(bronnen.werkruimte.observe([this](Workspace::Change wat) { veranderd(wat); })),
+      schermen_([this] { volgSchermen(); }) {}
+
+MatrixCentrale::~MatrixCentrale() {
+    // What completes from here on finds nobody.
+    zelf_.reset();
+    werkruimte_.reset();
+    if (cursorWeg_) bronnen_.werkruimte.unhideCursor();
+    zwart_.clear();
+    if (vorigeApp_) bronnen_.werkruimte.activate(*vorigeApp_);
+}
+
+void MatrixCentrale::wisselZwart(std::optional<DrieSoort> drie) {
+    if (zwartAan())
+        sluitZwart();
+    else
+        toonZwart(drie);
+}
+
+void MatrixCentrale::wisselRegen() {
+    if (regenAan())
+        sluitRegen();
+    else
+        toonRegen();
+}
+
+void MatrixCentrale::sluitAlles() {
+    sluitZwart();
+    sluitRegen();
+}
+
+// --- going out ---
+
+void MatrixCentrale::laatUitgaan(Sluitend sluitend, double duur) {
+    const int nummer = sluitend.nummer = ++laatsteNummer_;
+    sluitend_.push_back(std::move(sluitend));
+    platform::AnimationGroup groep(
+        {.duration = duur, .completion = zwak([nummer](MatrixCentrale& c) { c.rondAf(nummer); })});
+    const Sluitend& deze = sluitend_.back();
+    for (const Zwart& zwart : deze.zwart)
+        zwart.venster->fadeTo(0.0, groep);
+    for (const Regen& regen : deze.regen)
+        regen.venster->fadeTo(0.0, groep);
+}
+
+void MatrixCentrale::rondAf(int nummer) {
+    const auto gevonden = std::find_if(sluitend_.begin(), sluitend_.end(),
+                                       [=](const Sluitend& s) { return s.nummer == nummer; });
+    if (gevonden == sluitend_.end()) return;
+    const Sluitend klaar = std::move(*gevonden);
+    sluitend_.erase(gevonden);
+    for (const Zwart& zwart : klaar.zwart) {
+        if (zwart.regen) zwart.regen->stop();
+        if (zwart.drie) {
+            zwart.drie->setPlaying(false);
+            zwart.drie->setScene(nullptr);
+        }
+        zwart.venster->orderOut();
+    }
+    for (const Regen& regen : klaar.regen) {
+        regen.regen->stop();
+        regen.venster->orderOut();
+    }
+    // Those of a black screen that was opened meanwhile stay.
+    std::erase_if(drieWerelden_, [&](const auto& wereld) {
+        return std::find(klaar.werelden.begin(), klaar.werelden.end(), wereld.get()) !=
+               klaar.werelden.end();
+    });
+}
+
+// --- what happens around it ---
+
+void MatrixCentrale::veranderd(Workspace::Change wat) {
+    if (wat != Workspace::Change::FrontmostApplication) return werkRegenBij();
+    if (!zwartAan() || toetsenKlok_.isValid()) return;
+    // What is typed must not end up in a window that nobody sees.
+    toetsenKlok_ = Timer(klok_, {.interval = kToetsenRust}, [this] {
+        const bool eigen = std::any_of(zwart_.begin(), zwart_.end(),
+                                       [](const Zwart& z) { return z.venster->isKey(); });
+        if (zwartAan() && !eigen && !bronnen_.werkruimte.isSaverActive())
+            bronnen_.werkruimte.activateIgnoringOthers();
+    });
+}
+
+void MatrixCentrale::volgSchermen() {
+    const std::vector<Screen> schermen = bronnen_.schermen();
+    // Between two sets of displays there may be none for a moment.
+    if (schermen.empty()) return;
+    if (zwartAan()) volgZwart(schermen);
+    if (regenAan()) volgRegen(schermen);
+}
+
+}  // namespace brixtel

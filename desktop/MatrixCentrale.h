@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "connections/Gepubliceerd.h"
+#include "desktop/MatrixVenster.h"
+#include "desktop/MuziekStand.h"
+#include "platform/desktop/Screen.h"
+#include "platform/desktop/Workspace.h"
+#include "platform/time/Timer.h"
+#include "rain/MatrixRegen.h"
+#include "worlds/DrieWereld.h"
+
+namespace brixtel {
+
+// What there is to be seen of the desktop rain.
+enum class RegenStand {
+    uit,
+    aan,                // also while the black screen lies over it
+    geenCompositor,     // wanted, but nothing here can be seen through; comes up once it can
+    schermbeveiliging,  // wanted, but a saver or lock has the screen; comes back after it
+};
+
+// What the controller stands on; all of it must outlive it. Its clock is the
+// server's.
+struct MatrixCentraleBronnen {
+    platform::WindowServer& server;
+    platform::Workspace& werkruimte;
+    platform::RandomSource& toeval;
+    std::function<std::vector<platform::Screen>()> schermen = platform::Screen::all;
+    // For the globe, as in DrieWereldBronnen.
+    VerbindingWacht* wacht = nullptr;
+    LandenTabel* landen = nullptr;
+    const LandKaart* kaart = nullptr;
+};
+
+// Two effects over the whole desktop, for the program that owns it:
+// - the black screen: on each display an opaque window that takes the keyboard and
+//   shows the rain or a 3D scene, until any deliberate input;
+// - the desktop rain: on each display a see-through window that clicks go through,
+//   above everything.
+// Both may be on; the black screen hides the rain while it shows. Showing what is
+// on and closing what is off does nothing. Displays that come, go or change while
+// an effect shows are followed. Main thread only.
+class MatrixCentrale {
+  public:
+    explicit MatrixCentrale(const MatrixCentraleBronnen& bronnen);
+    // Takes everything down at once, and gives back the pointer and the keyboard.
+    ~MatrixCentrale();
+    MatrixCentrale(const MatrixCentrale&) = delete;
+    MatrixCentrale& operator=(const MatrixCentrale&) = delete;
+
+    // --- the owner's to set, for what is shown from then on ---
+
+    double snelheid = 1.0;   // of every rain
+    double dichtheid = 0.7;  // of every rain, 0...1
+    // Asked thirty times a second while a black screen shows that follows the music.
+    std::function<std::optional<MuziekStand>()> muziekStand;
+    bool opMuziek = false;  // whether the black screen follows the music
+    // Told true when the black screen has been shown, false when it closes.
+    std::function<void(bool)> onZwart;
+
+    // --- the effects ---
+
+    // With no kind of scene, the rain.
+    void toonZwart(std::optional<DrieSoort> drie);
+    void sluitZwart();
+    void wisselZwart(std::optional<DrieSoort> drie);
+    void toonRegen();
+    void sluitRegen();
+    void wisselRegen();
+    void sluitAlles();
+
+    [[nodiscard]] bool zwartAan() const { return !zwart_.empty(); }
+    [[nodiscard]] bool regenAan() const { return !regen_.empty(); }
+    [[nodiscard]] const Gepubliceerd<RegenStand>& regenStand() const { return stand_; }
+
+    // --- what is up now ---
+
+    struct Zwart {
+        std::unique_ptr<MatrixVenster> venster;
+        std::unique_ptr<MatrixRegen> regen;         // or
+        std::shared_ptr<platform::SceneView> drie;  // one of the two
+        std::shared_ptr<platform::Layer> flits;     // lights up green on a beat
+        platform::Screen scherm;
+    };
+    struct Regen {
+        std::unique_ptr<platform::Window> venster;
+        std::unique_ptr<MatrixRegen> regen;
+        platform::Screen scherm;
+    };
+    // One for each display.
+    [[nodiscard]] const std::vector<Zwart>& zwart() const { return zwart_; }
+    [[nodiscard]] const std::vector<Regen>& regen() const { return regen_; }
+    // Those of the black screen, until it has faded.
+    [[nodiscard]] const std::vector<std::unique_ptr<DrieWereld>>& drieWerelden() const {
+        return drieWerelden_;
+    }
+    [[nodiscard]] const platform::Timer& muziekKlok() const { return muziekKlok_; }
+    // The application that was in front when the black screen opened.
+    [[nodiscard]] const std::optional<platform::RunningApplication>& vorigeApp() const {
+        return vorigeApp_;
+    }
+    // Whether the pointer is hidden by this controller.
+    [[nodiscard]] bool cursorWeg() const { return cursorWeg_; }
+
+  private:
+    // What fades out; its windows go when it has.
+    struct Sluitend {
+        int nummer;
+        std::vector<Zwart> zwart;
+        std::vector<Regen> regen;
+        std::vector<const DrieWereld*> werelden;
+    };
+
+    // Calls `doe` with this, as long as there is one.
+    template <typename Doe>
+    [[nodiscard]] auto zwak(Doe doe) {
+        return [zelf = std::weak_ptr<MatrixCentrale*>(zelf_), doe] {
+            if (const auto z = zelf.lock()) doe(**z);
+        };
+    }
+
+    enum class Opkomst { Geleidelijk, Meteen };
+    Zwart maakZwart(const platform::Screen& scherm, Opkomst opkomst);
+    void vulRegen(Zwart& zwart, platform::View& view);
+    void vulDrie(Zwart& zwart, platform::View& view, DrieSoort soort);
+    void geenDrie(const platform::SceneView* view);
+    [[nodiscard]] std::shared_ptr<platform::Layer> tip(double breedte, double schaal) const;
+    void startKlok();
+    void startMuziek(double& tempo, int& vorigeBeat);
+    void flits(double sterkte);
+    void vergeetWereld(const Zwart& zwart);
+
+    Regen maakRegen(const platform::Screen& scherm);
+    void toonRegenVenster(Regen& regen);
+    [[nodiscard]] RegenStand watRegenMag() const;
+    // Shows or hides the rain's windows as things stand, and says so.
+    void werkRegenBij();
+
+    void laatUitgaan(Sluitend sluitend, double duur);
+    void rondAf(int nummer);
+    void veranderd(platform::Workspace::Change wat);
+    void volgSchermen();
+    void volgZwart(const std::vector<platform::Screen>& schermen);
+    void volgRegen(const std::vector<platform::Screen>& schermen);
+
+    const MatrixCentraleBronnen bronnen_;
+    platform::MediaClock& klok_;
+    std::vector<Zwart> zwart_;
+    std::vector<std::unique_ptr<DrieWereld>> drieWerelden_;
+    platform::Timer muziekKlok_;
+    std::vector<Regen> regen_;
+    std::optional<platform::RunningApplication> vorigeApp_;
+    bool cursorWeg_ = false;
+
+    std::optional<DrieSoort> soort_;  // of the black screen
+    std::vector<Sluitend> sluitend_;
+    int laatsteNummer_ = 0;
+    Gepubliceerd<RegenStand> stand_{RegenStand::uit};
+    platform::Timer toetsenKlok_;
+    platform::Observation werkruimte_;
+    platform::ScreenObserver schermen_;
+    std::shared_ptr<MatrixCentrale*> zelf_ = std::make_shared<MatrixCentrale*>(this);
+};
+
+}  // namespace brixtel

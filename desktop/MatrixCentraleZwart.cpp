@@ -1,0 +1,236 @@
+// SPDX-License-Identifier: MIT
+// The black screen of MatrixCentrale.
+#include <QPainter>
+#include <algorithm>
+#include <utility>
+
+#include "desktop/MatrixCentrale.h"
+#include "desktop/MatrixView.h"
+#include "desktop/Schermen.h"
+#include "drawing/Thema.h"
+#include "platform/desktop/SceneView.h"
+
+namespace brixtel {
+
+using platform::Layer;
+using platform::Screen;
+using platform::Timer;
+using platform::View;
+
+namespace {
+
+constexpr int kNiveau = 1001;
+constexpr double kUitgaan = 0.25;
+constexpr double kFlitsAlfa = 0.13;
+constexpr double kFlitsDuur = 0.35;
+constexpr double kZwakkeBeat = 0.15;
+constexpr double kMuziekTijd = 1.0 / 30.0;
+const QString kTip = QStringLiteral("[ beweeg de muis of druk op een toets om terug te gaan ]");
+
+QColor metAlfa(QColor kleur, double alfa) {
+    kleur.setAlphaF(static_cast<float>(alfa));
+    return kleur;
+}
+
+}  // namespace
+
+void MatrixCentrale::toonZwart(std::optional<DrieSoort> drie) {
+    if (zwartAan()) return;
+    vorigeApp_ = bronnen_.werkruimte.frontmostApplication();
+    soort_ = drie;
+    for (const Screen& scherm : bronnen_.schermen())
+        zwart_.push_back(maakZwart(scherm, Opkomst::Geleidelijk));
+    startKlok();
+    bronnen_.werkruimte.activateIgnoringOthers();
+    if (!std::exchange(cursorWeg_, true)) bronnen_.werkruimte.hideCursor();
+    for (const Regen& regen : regen_)
+        regen.venster->setAlpha(0.0);
+    if (onZwart) onZwart(true);
+}
+
+void MatrixCentrale::sluitZwart() {
+    if (!zwartAan()) return;
+    Sluitend sluitend{.zwart = std::exchange(zwart_, {})};
+    for (const auto& wereld : drieWerelden_)
+        sluitend.werelden.push_back(wereld.get());
+    muziekKlok_ = Timer();
+    toetsenKlok_ = Timer();
+    if (std::exchange(cursorWeg_, false)) bronnen_.werkruimte.unhideCursor();
+    laatUitgaan(std::move(sluitend), kUitgaan);
+    if (const auto app = std::exchange(vorigeApp_, std::nullopt))
+        bronnen_.werkruimte.activate(*app);
+    for (const Regen& regen : regen_)
+        regen.venster->fadeTo(1.0);
+    if (onZwart) onZwart(false);
+}
+
+MatrixCentrale::Zwart MatrixCentrale::maakZwart(const Screen& scherm, Opkomst opkomst) {
+    const QRectF vlak(QPointF(0.0, 0.0), scherm.frame.size());
+    Zwart zwart{.scherm = scherm};
+    zwart.venster = std::make_unique<MatrixVenster>(
+        bronnen_.server,
+        platform::WindowOptions{
+            .frame = scherm.frame,
+            .opaque = true,
+            .level = kNiveau,
+            .collectionBehavior = platform::CanJoinAllSpaces | platform::Stationary |
+                                  platform::IgnoresCycle | platform::FullScreenAuxiliary,
+            .hasShadow = false,
+            .staysOnTop = true});
+    auto view = std::make_shared<MatrixView>(vlak, klok_, bronnen_.werkruimte);
+    view->onSluit = zwak([](MatrixCentrale& c) { c.sluitZwart(); });
+    view->setWantsLayer(true);
+    view->layer()->setBackgroundColor(Qt::black);
+    if (soort_)
+        vulDrie(zwart, *view, *soort_);
+    else
+        vulRegen(zwart, *view);
+    zwart.flits = std::make_shared<Layer>();
+    zwart.flits->setFrame(vlak);
+    zwart.flits->setBackgroundColor(metAlfa(Thema::groen(), kFlitsAlfa));
+    zwart.flits->setOpacity(0.0);
+    view->layer()->addSublayer(zwart.flits);
+    view->layer()->addSublayer(tip(vlak.width(), scherm.scale));
+    if (zwart.drie) {
+        // The scene covers the first banner.
+        auto over = std::make_shared<View>(vlak);
+        over->setWantsLayer(true);
+        over->layer()->addSublayer(tip(vlak.width(), scherm.scale));
+        view->addSubview(std::move(over));
+    }
+    zwart.venster->setContentView(view);
+    zwart.venster->setAlpha(opkomst == Opkomst::Meteen ? 1.0 : 0.0);
+    zwart.venster->setFrame(scherm.frame);
+    zwart.venster->makeKeyAndOrderFront();
+    zwart.venster->makeFirstResponder(view.get());
+    if (opkomst == Opkomst::Geleidelijk) zwart.venster->fadeTo(1.0);
+    return zwart;
+}
+
+void MatrixCentrale::vulRegen(Zwart& zwart, View& view) {
+    zwart.regen = std::make_unique<MatrixRegen>(MatrixRegenOpties{.maat = zwart.scherm.frame.size(),
+                                                                  .schaal = zwart.scherm.scale,
+                                                                  .dichtheid = dichtheid,
+                                                                  .snelheid = snelheid,
+                                                                  .doorzichtig = false,
+                                                                  .stil = false},
+                                                klok_, bronnen_.toeval);
+    view.layer()->addSublayer(zwart.regen->laag());
+}
+
+void MatrixCentrale::vulDrie(Zwart& zwart, View& view, DrieSoort soort) {
+    auto wereld = std::make_unique<DrieWereld>(soort, DrieWereldOpties{.groot = true},
+                                               DrieWereldBronnen{.klok = klok_,
+                                                                 .toeval = bronnen_.toeval,
+                                                                 .wacht = bronnen_.wacht,
+                                                                 .landen = bronnen_.landen,
+                                                                 .kaart = bronnen_.kaart});
+    zwart.drie = wereld->maakView(view.bounds());
+    zwart.drie->setAutoresizingMask(View::WidthSizable | View::HeightSizable);
+    zwart.drie->onFailure(zwak([drie = zwart.drie.get()](MatrixCentrale& c) { c.geenDrie(drie); }));
+    view.addSubview(zwart.drie);
+    drieWerelden_.push_back(std::move(wereld));
+}
+
+// Where nothing can draw scenes, it rains in their place.
+void MatrixCentrale::geenDrie(const platform::SceneView* view) {
+    const auto gevonden = std::find_if(zwart_.begin(), zwart_.end(),
+                                       [=](const Zwart& z) { return z.drie.get() == view; });
+    if (gevonden == zwart_.end()) return;
+    Zwart& zwart = *gevonden;
+    vergeetWereld(zwart);
+    zwart.drie->setScene(nullptr);
+    zwart.drie->removeFromSuperview();
+    zwart.drie.reset();
+    const std::shared_ptr<View> inhoud = zwart.venster->contentView();
+    vulRegen(zwart, *inhoud);
+    // Above the rain again.
+    inhoud->layer()->addSublayer(zwart.flits);
+}
+
+void MatrixCentrale::vergeetWereld(const Zwart& zwart) {
+    if (!zwart.drie) return;
+    std::erase_if(drieWerelden_,
+                  [&](const auto& wereld) { return wereld->scene() == zwart.drie->scene(); });
+}
+
+std::shared_ptr<Layer> MatrixCentrale::tip(double breedte, double schaal) const {
+    const QFont font = Thema::font(13.0, {.vet = true});
+    const double w = Thema::breedte(kTip, {.font = font}) + 28.0;
+    const QSizeF maat(w, 30.0);
+    auto laag = std::make_shared<Layer>();
+    laag->setFrame({QPointF((breedte - w) / 2.0, 46.0), maat});
+    laag->setContentsScale(schaal);
+    const auto teken = [&](Tekenvlak& vlak) {
+        QPainter& painter = vlak.painter();
+        painter.fillRect(QRectF(QPointF(0.0, 0.0), maat), metAlfa(Qt::black, 0.85));
+        QPen lijn(Thema::middel(), 1.0);
+        lijn.setJoinStyle(Qt::MiterJoin);
+        painter.setPen(lijn);
+        painter.drawRect(QRectF(0.5, 0.5, w - 1.0, 29.0));
+        Thema::tekst(
+            kTip,
+            {.font = font, .kleur = Thema::groen(), .op = QPointF(w / 2.0, 10.0), .midden = true},
+            vlak);
+    };
+    if (const auto beeld = Thema::beeld(maat, {.schaal = schaal, .teken = teken}))
+        laag->setContents(*beeld);
+    laag->setOpacity(0.0);
+    laag->addAnimation("tip",
+                       platform::KeyframeAnimation{.keyPath = platform::KeyPath::Opacity,
+                                                   .values = {0.0, 1.0, 1.0, 0.0},
+                                                   .keyTimes = {0.0, 0.1, 0.8, 1.0},
+                                                   .timing = {.duration = 5.0}},
+                       klok_.now());
+    return laag;
+}
+
+// --- music ---
+
+void MatrixCentrale::startKlok() {
+    muziekKlok_ = Timer();
+    if (!opMuziek) return;
+    muziekKlok_ = Timer(
+        klok_, {.interval = kMuziekTijd, .repeats = true},
+        [zelf = std::weak_ptr<MatrixCentrale*>(zelf_), tempo = 1.0, vorigeBeat = -1]() mutable {
+            if (const auto z = zelf.lock()) (*z)->startMuziek(tempo, vorigeBeat);
+        });
+}
+
+void MatrixCentrale::startMuziek(double& tempo, int& vorigeBeat) {
+    if (!muziekStand) return;
+    const std::optional<MuziekStand> stand = muziekStand();
+    if (!stand) return;
+    const double doel = 0.8 + std::min(3.5 * stand->level, 1.6);
+    tempo += (doel - tempo) * 0.12;
+    for (const Zwart& zwart : zwart_)
+        if (zwart.regen) zwart.regen->zetTempo(static_cast<float>(tempo));
+    if (stand->beat == vorigeBeat) return;
+    if (vorigeBeat >= 0 && stand->sterkte > kZwakkeBeat) flits(stand->sterkte);
+    vorigeBeat = stand->beat;
+}
+
+void MatrixCentrale::flits(double sterkte) {
+    const platform::BasicAnimation uitdoven{.keyPath = platform::KeyPath::Opacity,
+                                            .from = std::min(sterkte + 0.35, 1.0),
+                                            .to = 0.0,
+                                            .timing = {.duration = kFlitsDuur}};
+    for (const Zwart& zwart : zwart_)
+        zwart.flits->addAnimation("beat", uitdoven, klok_.now());
+}
+
+// --- displays ---
+
+void MatrixCentrale::volgZwart(const std::vector<Screen>& schermen) {
+    std::erase_if(zwart_, [&](const Zwart& zwart) {
+        if (blijft(zwart, schermen)) return false;
+        vergeetWereld(zwart);
+        return true;
+    });
+    for (const Screen& scherm : schermen) {
+        if (verplaats(zwart_, scherm)) continue;
+        zwart_.push_back(maakZwart(scherm, Opkomst::Meteen));
+    }
+}
+
+}  // namespace brixtel

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#include "desktop/MatrixView.h"
+
+#include <cmath>
+
+namespace brixtel {
+
+using platform::TrackingArea;
+
+namespace {
+
+constexpr double kRespijt = 0.9;
+constexpr double kAfstand = 50.0;
+constexpr std::uint32_t kVolgOpties =
+    TrackingArea::MouseMoved | TrackingArea::ActiveAlways | TrackingArea::InVisibleRect;
+
+}  // namespace
+
+MatrixView::MatrixView(const QRectF& frame, platform::MediaClock& klok,
+                       platform::Workspace& werkruimte)
+    : View(frame), klok_(klok), werkruimte_(werkruimte), begin_(klok.now()) {}
+
+void MatrixView::updateTrackingAreas() {
+    View::updateTrackingAreas();
+    if (volgGebied_) removeTrackingArea(volgGebied_);
+    volgGebied_ =
+        std::make_shared<TrackingArea>(TrackingArea{.rect = bounds(), .options = kVolgOpties});
+    addTrackingArea(volgGebied_);
+}
+
+void MatrixView::sluit() {
+    // The action may replace itself.
+    if (const auto actie = onSluit) actie();
+}
+
+void MatrixView::keyDown(const platform::KeyEvent& toets) {
+    switch (toets.key) {
+        // The first half of the very shortcut that ends the effect.
+        case Qt::Key_Shift:
+        case Qt::Key_Control:
+        case Qt::Key_Meta:
+        case Qt::Key_Alt:
+        case Qt::Key_AltGr:
+        case Qt::Key_CapsLock:
+        case Qt::Key_NumLock:
+        case Qt::Key_ScrollLock:
+        case Qt::Key_Super_L:
+        case Qt::Key_Super_R:
+        case Qt::Key_Hyper_L:
+        case Qt::Key_Hyper_R:
+            return;
+        default:
+            sluit();
+    }
+}
+
+void MatrixView::mouseDown(const platform::MouseEvent&) {
+    sluit();
+}
+
+void MatrixView::rightMouseDown(const platform::MouseEvent&) {
+    sluit();
+}
+
+void MatrixView::otherMouseDown(const platform::MouseEvent&) {}
+
+void MatrixView::mouseMoved(const platform::MouseEvent&) {
+    if (klok_.now() - begin_ <= kRespijt) return;
+    const QPointF p = werkruimte_.mouseLocation();
+    if (!beginPunt_) {
+        beginPunt_ = p;
+        return;
+    }
+    if (std::hypot(p.x() - beginPunt_->x(), p.y() - beginPunt_->y()) > kAfstand) sluit();
+}
+
+}  // namespace brixtel

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+// Windows that follow their displays; private to desktop/.
+#pragma once
+
+#include <algorithm>
+#include <vector>
+
+#include "platform/desktop/Screen.h"
+
+namespace brixtel {
+
+// Whether what was made for one display still suits it, as far as its size goes.
+template <typename Vermelding>
+[[nodiscard]] bool blijft(const Vermelding& vermelding,
+                          const std::vector<platform::Screen>& schermen) {
+    return std::any_of(schermen.begin(), schermen.end(), [&](const platform::Screen& scherm) {
+        return scherm.name == vermelding.scherm.name && scherm.scale == vermelding.scherm.scale &&
+               scherm.frame.size() == vermelding.scherm.frame.size();
+    });
+}
+
+// Moves the display's window to where the display is now; false if it has none.
+template <typename Vermelding>
+[[nodiscard]] bool verplaats(std::vector<Vermelding>& vermeldingen,
+                             const platform::Screen& scherm) {
+    const auto gevonden =
+        std::find_if(vermeldingen.begin(), vermeldingen.end(),
+                     [&](const Vermelding& v) { return v.scherm.name == scherm.name; });
+    if (gevonden == vermeldingen.end()) return false;
+    if (gevonden->scherm.frame != scherm.frame) gevonden->venster->setFrame(scherm.frame);
+    gevonden->scherm = scherm;
+    return true;
+}
+
+}  // namespace brixtel

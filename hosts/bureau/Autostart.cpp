@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/bureau/Autostart.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+namespace brixtel {
+
+namespace {
+
+QString map() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/autostart");
+}
+
+QString bestand() {
+    return map() + QStringLiteral("/nl.groenlicht.brixtel.bureau.desktop");
+}
+
+// A word of an Exec line, whatever is in it.
+QString aangehaald(QString woord) {
+    for (const char teken : {'\\', '"', '`', '$'})
+        woord.replace(QLatin1Char(teken), QStringLiteral("\\") + QLatin1Char(teken));
+    // The line is itself a string, in which a backslash is two.
+    woord.replace(u'\\', QStringLiteral("\\\\"));
+    return u'"' + woord.replace(u'%', QStringLiteral("%%")) + u'"';
+}
+
+}  // namespace
+
+bool Autostart::isAan() {
+    return QFile::exists(bestand());
+}
+
+QString Autostart::zet(bool aan, const QString& programma) {
+    if (!aan) {
+        if (!isAan() || QFile::remove(bestand())) return {};
+        return QStringLiteral("'%1' is niet te verwijderen").arg(bestand());
+    }
+    QSaveFile doel(bestand());
+    const QString tekst =
+        QStringLiteral(
+            "[Desktop Entry]\nType=Application\nName=Brixtel\n"
+            "Comment=Effects over the desktop\nComment[nl]=Effecten over het bureaublad\n"
+            "Exec=%1\nIcon=brixtel-saver\nTerminal=false\nX-GNOME-Autostart-Delay=2\n")
+            .arg(aangehaald(programma));
+    if (QDir().mkpath(map()) && doel.open(QIODevice::WriteOnly) && doel.write(tekst.toUtf8()) > 0 &&
+        doel.commit())
+        return {};
+    return QStringLiteral("'%1' is niet te schrijven").arg(bestand());
+}
+
+}  // namespace brixtel

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/bureau/Bureau.h"
+
+#include <utility>
+
+namespace brixtel {
+
+namespace {
+// A slider that is dragged asks many times.
+constexpr double kSamennemen = 0.15;  // seconds
+}  // namespace
+
+QString uitleg(RegenStand stand) {
+    if (stand == RegenStand::geenCompositor)
+        return QStringLiteral(
+            "er draait geen compositor, dus door vensters heen kijken kan hier niet; "
+            "de regen komt zodra er een is");
+    if (stand == RegenStand::schermbeveiliging)
+        return QStringLiteral("de schermbeveiliging is aan; de regen komt daarna terug");
+    return {};
+}
+
+Bureau::Bureau(const MatrixCentraleBronnen& bronnen, platform::MonitorRecorderOptions geluid)
+    : klok_(bronnen.server.clock()),
+      keuzes_(BureauInstellingen::lees()),
+      muziek_(klok_, std::move(geluid)),
+      centrale_(bronnen) {
+    centrale_.dichtheid = keuzes_.dichtheid;
+    centrale_.snelheid = keuzes_.snelheid;
+    centrale_.opMuziek = keuzes_.muziek;
+    centrale_.muziekStand = [this] { return muziek_.stand(); };
+    // Also when the user closes the black screen.
+    centrale_.onZwart = [this](bool) { meld(); };
+    regen_ = centrale_.regenStand().volg([this](RegenStand) { meld(); });
+}
+
+template <typename Doe>
+void Bureau::na(Doe doe) {
+    ++bezig_;
+    doe();
+    --bezig_;
+    meld();
+}
+
+void Bureau::meld() {
+    muziek_.luister(centrale_.zwartAan() && centrale_.muziekKlok().isValid() && keuzes_.muziek);
+    if (bezig_ > 0) return;
+    const BureauStand nu{.zwart = centrale_.zwartAan(),
+                         .soort = centrale_.zwartAan() ? soort_ : std::nullopt,
+                         .regen = centrale_.regenAan(),
+                         .regenStand = centrale_.regenStand().waarde(),
+                         .keuzes = keuzes_};
+    if (nu != stand_.waarde()) stand_.zet(nu);
+}
+
+void Bureau::toonZwart(std::optional<DrieSoort> soort) {
+    na([&] {
+        if (!centrale_.zwartAan()) soort_ = soort;
+        centrale_.toonZwart(soort);
+    });
+}
+
+void Bureau::sluitZwart() {
+    na([&] { centrale_.sluitZwart(); });
+}
+
+void Bureau::wisselZwart(std::optional<DrieSoort> soort) {
+    if (centrale_.zwartAan())
+        sluitZwart();
+    else
+        toonZwart(soort);
+}
+
+void Bureau::toonRegen() {
+    na([&] { centrale_.toonRegen(); });
+}
+
+void Bureau::sluitRegen() {
+    na([&] { centrale_.sluitRegen(); });
+}
+
+void Bureau::wisselRegen() {
+    na([&] { centrale_.wisselRegen(); });
+}
+
+void Bureau::sluitAlles() {
+    na([&] { centrale_.sluitAlles(); });
+}
+
+void Bureau::zetKeuzes(const BureauKeuzes& keuzes) {
+    if (keuzes == keuzes_) return;
+    const bool andereRegen =
+        keuzes.dichtheid != keuzes_.dichtheid || keuzes.snelheid != keuzes_.snelheid;
+    keuzes_ = keuzes;
+    BureauInstellingen::bewaar(keuzes);
+    centrale_.dichtheid = keuzes.dichtheid;
+    centrale_.snelheid = keuzes.snelheid;
+    centrale_.opMuziek = keuzes.muziek;
+    if (andereRegen && centrale_.regenAan() && !vernieuwing_.isValid())
+        vernieuwing_ =
+            platform::Timer(klok_, {.interval = kSamennemen}, [this] { vernieuwRegen(); });
+    meld();
+}
+
+void Bureau::vernieuwRegen() {
+    if (!centrale_.regenAan()) return;
+    na([&] {
+        centrale_.sluitRegen();
+        centrale_.toonRegen();
+    });
+}
+
+}  // namespace brixtel

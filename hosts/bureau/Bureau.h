@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+
+#include "connections/Gepubliceerd.h"
+#include "desktop/MatrixCentrale.h"
+#include "hosts/bureau/BureauInstellingen.h"
+#include "hosts/bureau/muziek/MuziekLuisteraar.h"
+
+namespace brixtel {
+
+// How the desktop effects stand, for whoever shows it.
+struct BureauStand {
+    bool zwart = false;
+    std::optional<DrieSoort> soort;  // of the black screen; none for the rain
+    bool regen = false;
+    RegenStand regenStand = RegenStand::uit;
+    BureauKeuzes keuzes;
+    friend bool operator==(const BureauStand&, const BureauStand&) = default;
+};
+
+// Why the desktop rain is on and cannot be seen; empty where it can, or is off.
+[[nodiscard]] QString uitleg(RegenStand stand);
+
+// The owner of the desktop effects: drives the controller, listens to the music
+// while a black screen follows it, keeps the user's choices, and tells how things
+// stand. Main thread; what it is made of must outlive it.
+class Bureau {
+  public:
+    explicit Bureau(const MatrixCentraleBronnen& bronnen,
+                    platform::MonitorRecorderOptions geluid = {});
+    Bureau(const Bureau&) = delete;
+    Bureau& operator=(const Bureau&) = delete;
+
+    // As in MatrixCentrale.
+    void toonZwart(std::optional<DrieSoort> soort);
+    void sluitZwart();
+    void wisselZwart(std::optional<DrieSoort> soort);
+    void toonRegen();
+    void sluitRegen();
+    void wisselRegen();
+    void sluitAlles();
+
+    // Kept between runs. The desktop rain is made anew with them within a moment;
+    // a black screen has them from its next opening, except that it stops
+    // following the music at once.
+    void zetKeuzes(const BureauKeuzes& keuzes);
+
+    // Told once for all that a call changed.
+    [[nodiscard]] const Gepubliceerd<BureauStand>& stand() const { return stand_; }
+
+    [[nodiscard]] const MatrixCentrale& centrale() const { return centrale_; }
+    [[nodiscard]] const MuziekLuisteraar& muziek() const { return muziek_; }
+
+  private:
+    template <typename Doe>
+    void na(Doe doe);
+    void meld();
+    void vernieuwRegen();
+
+    platform::MediaClock& klok_;
+    BureauKeuzes keuzes_;
+    MuziekLuisteraar muziek_;
+    MatrixCentrale centrale_;
+    std::optional<DrieSoort> soort_;
+    int bezig_ = 0;
+    Gepubliceerd<BureauStand> stand_;
+    platform::Timer vernieuwing_;
+    Abonnement regen_;
+};
+
+}  // namespace brixtel

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/bureau/BureauDienst.h"
+
+#include <cmath>
+#include <utility>
+
+#include "hosts/bureau/BureauXml.h"
+#include "platform/time/Queue.h"
+
+namespace brixtel {
+
+namespace {
+
+QString voluit(const QString& naam) {
+    return kDienstNaam + u'.' + naam;
+}
+
+QVariantMap eigenschappenVan(const BureauStand& stand) {
+    const QString soort = stand.soort ? ruweWaarde(*stand.soort) : QStringLiteral("regen");
+    return {{voluit(QStringLiteral("ZwartAan")), stand.zwart},
+            {voluit(QStringLiteral("ZwartSoort")), stand.zwart ? soort : QString()},
+            {voluit(QStringLiteral("RegenAan")), stand.regen},
+            {voluit(QStringLiteral("RegenStand")), ruweWaarde(stand.regenStand)},
+            {voluit(QStringLiteral("RegenUitleg")), uitleg(stand.regenStand)},
+            {voluit(QStringLiteral("Dichtheid")), stand.keuzes.dichtheid},
+            {voluit(QStringLiteral("Snelheid")), stand.keuzes.snelheid},
+            {voluit(QStringLiteral("Muziek")), stand.keuzes.muziek},
+            {voluit(QStringLiteral("Versie")), QStringLiteral(BRIXTEL_VERSION)}};
+}
+
+}  // namespace
+
+bool leesSoort(const QString& tekst, std::optional<DrieSoort>& soort) {
+    soort = soortUitRuw(tekst);
+    return soort || tekst.isEmpty() || tekst == u"regen";
+}
+
+QString ruweWaarde(RegenStand stand) {
+    switch (stand) {
+        case RegenStand::uit:
+            return QStringLiteral("uit");
+        case RegenStand::aan:
+            return QStringLiteral("aan");
+        case RegenStand::geenCompositor:
+            return QStringLiteral("geen-compositor");
+        case RegenStand::schermbeveiliging:
+            return QStringLiteral("schermbeveiliging");
+    }
+    return {};
+}
+
+BureauDienst::BureauDienst(Bureau& bureau, BusPoort& poort, std::function<void()> stop)
+    : bureau_(bureau), poort_(poort), stop_(std::move(stop)), methoden_(methoden()) {
+    poort_.bied({.pad = kDienstPad,
+                 .beschrijving = QString::fromUtf8(kBureauXml),
+                 .doe = methoden_,
+                 .eigenschappen = eigenschappenVan(bureau.stand().waarde())});
+    stand_ = bureau.stand().volg([this](const BureauStand& stand) {
+        poort_.zetEigenschappen(kDienstPad, eigenschappenVan(stand));
+    });
+}
+
+BusAntwoord BureauDienst::voerUit(const QString& methode, const QVariantList& waarden) {
+    return methoden_.value(voluit(methode))(waarden);
+}
+
+QHash<QString, BusObject::Doe> BureauDienst::methoden() {
+    const auto muziek = [this](const QVariantList& waarden) -> BusAntwoord {
+        BureauKeuzes keuzes = bureau_.stand().waarde().keuzes;
+        keuzes.muziek = waarden.at(0).toBool();
+        bureau_.zetKeuzes(keuzes);
+        return QVariantList();
+    };
+    const auto stop = [this](const QVariantList&) -> BusAntwoord {
+        platform::runOnMainQueue(stop_);
+        return QVariantList();
+    };
+    return {
+        {voluit(QStringLiteral("ToonZwart")), metSoort(&Bureau::toonZwart)},
+        {voluit(QStringLiteral("SluitZwart")), zonder(&Bureau::sluitZwart)},
+        {voluit(QStringLiteral("WisselZwart")), metSoort(&Bureau::wisselZwart)},
+        {voluit(QStringLiteral("ToonRegen")), zonder(&Bureau::toonRegen)},
+        {voluit(QStringLiteral("SluitRegen")), zonder(&Bureau::sluitRegen)},
+        {voluit(QStringLiteral("WisselRegen")), zonder(&Bureau::wisselRegen)},
+        {voluit(QStringLiteral("SluitAlles")), zonder(&Bureau::sluitAlles)},
+        {voluit(QStringLiteral("ZetDichtheid")),
+         metGetal(&BureauKeuzes::dichtheid, 0.0, 1.0, QStringLiteral("de dichtheid"))},
+        {voluit(QStringLiteral("ZetSnelheid")),
+         metGetal(&BureauKeuzes::snelheid, BureauInstellingen::kLangzaamst,
+                  BureauInstellingen::kSnelst, QStringLiteral("de snelheid"))},
+        {voluit(QStringLiteral("ZetMuziek")), muziek},
+        {voluit(QStringLiteral("Stop")), stop},
+    };
+}
+
+BusObject::Doe BureauDienst::zonder(void (Bureau::*doe)()) {
+    return [this, doe](const QVariantList&) -> BusAntwoord {
+        (bureau_.*doe)();
+        return QVariantList();
+    };
+}
+
+BusObject::Doe BureauDienst::metSoort(void (Bureau::*doe)(std::optional<DrieSoort>)) {
+    return [this, doe](const QVariantList& waarden) -> BusAntwoord {
+        std::optional<DrieSoort> soort;
+        if (!leesSoort(waarden.at(0).toString(), soort))
+            return verkeerdeWaarde(
+                QStringLiteral(
+                    "het zwarte scherm kent regen, bol, kubus, tunnel en logo, niet '%1'")
+                    .arg(waarden.at(0).toString()));
+        (bureau_.*doe)(soort);
+        return QVariantList();
+    };
+}
+
+BusObject::Doe BureauDienst::metGetal(double BureauKeuzes::*keuze, double laag, double hoog,
+                                      const QString& wat) {
+    return [=, this](const QVariantList& waarden) -> BusAntwoord {
+        const double getal = waarden.at(0).toDouble();
+        // What is no number is in no range either.
+        if (!(getal >= laag && getal <= hoog))
+            return verkeerdeWaarde(QStringLiteral("%1 is een getal van %2 tot en met %3, niet %4")
+                                       .arg(wat)
+                                       .arg(laag)
+                                       .arg(hoog)
+                                       .arg(getal));
+        BureauKeuzes keuzes = bureau_.stand().waarde().keuzes;
+        keuzes.*keuze = getal;
+        bureau_.zetKeuzes(keuzes);
+        return QVariantList();
+    };
+}
+
+}  // namespace brixtel

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "hosts/bureau/Bureau.h"
+#include "hosts/bureau/BusObject.h"
+#include "hosts/bureau/BusPoort.h"
+
+namespace brixtel {
+
+inline const QString kDienstNaam = QStringLiteral("nl.groenlicht.brixtel.Bureau");
+inline const QString kDienstPad = QStringLiteral("/nl/groenlicht/brixtel/Bureau");
+
+// Which scene a black screen is asked for: "regen" or nothing for the rain, or a
+// scene's raw value. False for anything else.
+[[nodiscard]] bool leesSoort(const QString& tekst, std::optional<DrieSoort>& soort);
+
+// The raw value of a RegenStand on the bus.
+[[nodiscard]] QString ruweWaarde(RegenStand stand);
+
+// The desktop effects as an object on the session bus, as its introspection XML
+// tells: every method checks what it is given and then asks the owner; every
+// change of how things stand is told. Main thread.
+class BureauDienst {
+  public:
+    // `stop` is called for the method of that name, after its answer is on its way.
+    BureauDienst(Bureau& bureau, BusPoort& poort, std::function<void()> stop);
+    BureauDienst(const BureauDienst&) = delete;
+    BureauDienst& operator=(const BureauDienst&) = delete;
+
+    // As if it were called over the bus.
+    BusAntwoord voerUit(const QString& methode, const QVariantList& waarden);
+
+  private:
+    [[nodiscard]] QHash<QString, BusObject::Doe> methoden();
+    [[nodiscard]] BusObject::Doe metSoort(void (Bureau::*doe)(std::optional<DrieSoort>));
+    [[nodiscard]] BusObject::Doe zonder(void (Bureau::*doe)());
+    [[nodiscard]] BusObject::Doe metGetal(double BureauKeuzes::*keuze, double laag, double hoog,
+                                          const QString& wat);
+
+    Bureau& bureau_;
+    BusPoort& poort_;
+    const std::function<void()> stop_;
+    const QHash<QString, BusObject::Doe> methoden_;
+    Abonnement stand_;
+};
+
+}  // namespace brixtel

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/bureau/BureauInstellingen.h"
+
+#include "hosts/gedeeld/Opties.h"
+#include "platform/desktop/Preferences.h"
+
+namespace brixtel {
+
+namespace {
+const QLatin1String kDichtheid("dichtheid");
+const QLatin1String kSnelheid("snelheid");
+const QLatin1String kMuziek("muziek");
+const QLatin1String kAan("aan");
+const QLatin1String kUit("uit");
+}  // namespace
+
+BureauKeuzes BureauInstellingen::lees() {
+    BureauKeuzes keuzes;
+    const auto winkel = platform::Preferences::forModule(moduleNaam);
+    if (!winkel) return keuzes;
+    const auto getal = [&](QLatin1String sleutel, double laag, double hoog, double anders) {
+        return leesGetal(winkel->string(sleutel).value_or(QString()), laag, hoog).value_or(anders);
+    };
+    keuzes.dichtheid = getal(kDichtheid, 0.0, 1.0, keuzes.dichtheid);
+    keuzes.snelheid = getal(kSnelheid, kLangzaamst, kSnelst, keuzes.snelheid);
+    keuzes.muziek = winkel->string(kMuziek) == kAan;
+    return keuzes;
+}
+
+void BureauInstellingen::bewaar(const BureauKeuzes& keuzes) {
+    const auto winkel = platform::Preferences::forModule(moduleNaam);
+    if (!winkel) return;
+    winkel->setString(kDichtheid, QString::number(keuzes.dichtheid));
+    winkel->setString(kSnelheid, QString::number(keuzes.snelheid));
+    winkel->setString(kMuziek, keuzes.muziek ? kAan : kUit);
+    winkel->synchronize();
+}
+
+}  // namespace brixtel

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QLatin1String>
+
+namespace brixtel {
+
+// What the user chose for the desktop effects.
+struct BureauKeuzes {
+    double dichtheid = 0.7;  // 0...1
+    double snelheid = 1.0;   // 0.2...4, times the usual
+    bool muziek = false;     // whether the black screen follows the music
+    friend bool operator==(const BureauKeuzes&, const BureauKeuzes&) = default;
+};
+
+// The one place where they are kept between runs, in the program's own
+// preferences. Main thread.
+class BureauInstellingen final {
+  public:
+    BureauInstellingen() = delete;
+
+    static constexpr QLatin1String moduleNaam{"nl.groenlicht.brixtel.bureau"};
+    static constexpr double kLangzaamst = 0.2;
+    static constexpr double kSnelst = 4.0;
+
+    // What is not, or not validly, stored is as it is by default.
+    static BureauKeuzes lees();
+
+    // Written out at once; without a store nothing happens.
+    static void bewaar(const BureauKeuzes& keuzes);
+};
+
+}  // namespace brixtel

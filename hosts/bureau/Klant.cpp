@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/bureau/Klant.h"
+
+#include <QDBusArgument>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+
+#include "hosts/bureau/BureauDienst.h"
+
+namespace brixtel {
+
+namespace {
+
+constexpr int kGeduld = 10'000;  // milliseconds
+
+QString regel(const char* wat, const QString& hoe) {
+    return QStringLiteral("%1: %2\n").arg(QLatin1String(wat), hoe);
+}
+
+QString aanUit(bool aan) {
+    return aan ? QStringLiteral("aan") : QStringLiteral("uit");
+}
+
+// What the bus itself has to say is English.
+QString foutTekst(const QDBusMessage& antwoord) {
+    if (antwoord.errorName() == u"org.freedesktop.DBus.Error.NoReply")
+        return QStringLiteral("de draaiende brixtel-bureau antwoordt niet");
+    if (antwoord.errorName() == u"org.freedesktop.DBus.Error.ServiceUnknown")
+        return QStringLiteral("brixtel-bureau draait niet meer");
+    return antwoord.errorMessage();
+}
+
+}  // namespace
+
+QString standTekst(const QVariantMap& eigenschappen) {
+    const auto waarde = [&](const char* naam) { return eigenschappen.value(QLatin1String(naam)); };
+    const auto getal = [&](const char* naam) { return QString::number(waarde(naam).toDouble()); };
+    QString zwart = aanUit(waarde("ZwartAan").toBool());
+    if (waarde("ZwartAan").toBool())
+        zwart += QStringLiteral(" (%1)").arg(waarde("ZwartSoort").toString());
+    QString regen = aanUit(waarde("RegenAan").toBool());
+    const QString waarom = waarde("RegenUitleg").toString();
+    if (!waarom.isEmpty()) regen += QStringLiteral(", maar niet te zien: ") + waarom;
+    return regel("zwart scherm", zwart) + regel("regen", regen) +
+           regel("dichtheid", getal("Dichtheid")) + regel("snelheid", getal("Snelheid")) +
+           regel("muziek", aanUit(waarde("Muziek").toBool()));
+}
+
+bool Klant::isEr() const {
+    return verbinding_.interface() &&
+           verbinding_.interface()->isServiceRegistered(kDienstNaam).value();
+}
+
+QString Klant::vraag(const Verzoek& verzoek) const {
+    QDBusMessage bericht =
+        QDBusMessage::createMethodCall(kDienstNaam, kDienstPad, kDienstNaam, verzoek.methode);
+    bericht.setArguments(verzoek.waarden);
+    const QDBusMessage antwoord = verbinding_.call(bericht, QDBus::Block, kGeduld);
+    return antwoord.type() == QDBusMessage::ErrorMessage ? foutTekst(antwoord) : QString();
+}
+
+QString Klant::stand(QString& mis) const {
+    QDBusMessage bericht = QDBusMessage::createMethodCall(
+        kDienstNaam, kDienstPad, QStringLiteral("org.freedesktop.DBus.Properties"),
+        QStringLiteral("GetAll"));
+    bericht << kDienstNaam;
+    const QDBusMessage antwoord = verbinding_.call(bericht, QDBus::Block, kGeduld);
+    if (antwoord.type() == QDBusMessage::ErrorMessage) {
+        mis = foutTekst(antwoord);
+        return {};
+    }
+    return standTekst(qdbus_cast<QVariantMap>(antwoord.arguments().value(0)));
+}
+
+}  // namespace brixtel

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDBusConnection>
+#include <QString>
+#include <QVariantMap>
+
+#include "hosts/bureau/Opdracht.h"
+
+namespace brixtel {
+
+// A second start of the program, which asks the first. Waits for its answers.
+class Klant {
+  public:
+    explicit Klant(const QDBusConnection& verbinding) : verbinding_(verbinding) {}
+
+    // Whether there is a first.
+    [[nodiscard]] bool isEr() const;
+
+    // Returns what went wrong; empty if nothing did.
+    [[nodiscard]] QString vraag(const Verzoek& verzoek) const;
+
+    // How things stand, line by line, for --stand; what went wrong is left in `mis`.
+    [[nodiscard]] QString stand(QString& mis) const;
+
+  private:
+    QDBusConnection verbinding_;
+};
+
+// The lines of --stand for the properties of the bus's object.
+[[nodiscard]] QString standTekst(const QVariantMap& eigenschappen);
+
+}  // namespace brixtel

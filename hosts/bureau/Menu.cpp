@@ -1,0 +1,210 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/bureau/Menu.h"
+
+#include <QDBusMetaType>
+#include <QDBusVariant>
+#include <utility>
+
+namespace brixtel {
+
+namespace {
+
+const QString kInterface = QStringLiteral("com.canonical.dbusmenu");
+
+constexpr const char* kXml = R"xml(<interface name="com.canonical.dbusmenu">
+  <property name="Version" type="u" access="read"/>
+  <property name="TextDirection" type="s" access="read"/>
+  <property name="Status" type="s" access="read"/>
+  <property name="IconThemePath" type="as" access="read"/>
+  <method name="GetLayout">
+    <arg name="parentId" type="i" direction="in"/>
+    <arg name="recursionDepth" type="i" direction="in"/>
+    <arg name="propertyNames" type="as" direction="in"/>
+    <arg name="revision" type="u" direction="out"/>
+    <arg name="layout" type="(ia{sv}av)" direction="out"/>
+  </method>
+  <method name="GetGroupProperties">
+    <arg name="ids" type="ai" direction="in"/>
+    <arg name="propertyNames" type="as" direction="in"/>
+    <arg name="properties" type="a(ia{sv})" direction="out"/>
+  </method>
+  <method name="GetProperty">
+    <arg name="id" type="i" direction="in"/>
+    <arg name="name" type="s" direction="in"/>
+    <arg name="value" type="v" direction="out"/>
+  </method>
+  <method name="Event">
+    <arg name="id" type="i" direction="in"/>
+    <arg name="eventId" type="s" direction="in"/>
+    <arg name="data" type="v" direction="in"/>
+    <arg name="timestamp" type="u" direction="in"/>
+  </method>
+  <method name="AboutToShow">
+    <arg name="id" type="i" direction="in"/>
+    <arg name="needUpdate" type="b" direction="out"/>
+  </method>
+  <signal name="LayoutUpdated">
+    <arg name="revision" type="u"/>
+    <arg name="parent" type="i"/>
+  </signal>
+</interface>
+)xml";
+
+QString voluit(const char* naam) {
+    return kInterface + u'.' + QLatin1String(naam);
+}
+
+const BusMenuRegel* vind(const BusMenuRegel& regel, int nummer) {
+    if (regel.nummer == nummer) return &regel;
+    for (const BusMenuRegel& onder : regel.onder)
+        if (const auto* gevonden = vind(onder, nummer)) return gevonden;
+    return nullptr;
+}
+
+// Down to so many floors; all of them where that is below 0.
+BusMenuRegel totDiepte(const BusMenuRegel& regel, int diepte) {
+    BusMenuRegel deel{regel.nummer, regel.kenmerken, {}};
+    if (diepte == 0) return deel;
+    for (const BusMenuRegel& onder : regel.onder)
+        deel.onder.push_back(totDiepte(onder, diepte - 1));
+    return deel;
+}
+
+BusFout geenRegel(int nummer) {
+    return verkeerdeWaarde(QStringLiteral("het menu heeft geen regel %1").arg(nummer));
+}
+
+}  // namespace
+
+QDBusArgument& operator<<(QDBusArgument& uit, const BusMenuRegel& regel) {
+    uit.beginStructure();
+    uit << regel.nummer << regel.kenmerken;
+    uit.beginArray(QMetaType::fromType<QDBusVariant>());
+    for (const BusMenuRegel& onder : regel.onder)
+        uit << QDBusVariant(QVariant::fromValue(onder));
+    uit.endArray();
+    uit.endStructure();
+    return uit;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& in, BusMenuRegel& regel) {
+    in.beginStructure();
+    in >> regel.nummer >> regel.kenmerken;
+    regel.onder.clear();
+    in.beginArray();
+    while (!in.atEnd()) {
+        QDBusVariant onder;
+        in >> onder;
+        regel.onder.push_back(qdbus_cast<BusMenuRegel>(onder.variant()));
+    }
+    in.endArray();
+    in.endStructure();
+    return in;
+}
+
+QDBusArgument& operator<<(QDBusArgument& uit, const BusMenuKenmerken& regel) {
+    uit.beginStructure();
+    uit << regel.nummer << regel.kenmerken;
+    uit.endStructure();
+    return uit;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& in, BusMenuKenmerken& regel) {
+    in.beginStructure();
+    in >> regel.nummer >> regel.kenmerken;
+    in.endStructure();
+    return in;
+}
+
+Menu::Menu(BusPoort& poort, const QString& pad) : poort_(poort), pad_(pad) {
+    qDBusRegisterMetaType<BusMenuRegel>();
+    qDBusRegisterMetaType<BusMenuKenmerken>();
+    qDBusRegisterMetaType<QList<BusMenuKenmerken>>();
+    qDBusRegisterMetaType<QList<int>>();
+    poort_.bied({.pad = pad_,
+                 .beschrijving = QLatin1String(kXml),
+                 .doe = methoden(),
+                 .eigenschappen = {{voluit("Version"), 3U},
+                                   {voluit("TextDirection"), QStringLiteral("ltr")},
+                                   {voluit("Status"), QStringLiteral("normal")},
+                                   {voluit("IconThemePath"), QStringList()}},
+                 // A panel asks for much, and tells where the mouse is.
+                 .prijzen = {{voluit("GetLayout"), 0.1},
+                             {voluit("GetGroupProperties"), 0.1},
+                             {voluit("GetProperty"), 0.1},
+                             {voluit("Event"), 0.25},
+                             {voluit("AboutToShow"), 0.1}}});
+}
+
+void Menu::zet(std::vector<MenuRegel> regels) {
+    daden_.clear();
+    int volgende = 0;
+    boven_ = bouw({.onder = std::move(regels)}, volgende);
+    poort_.zend(pad_, kInterface, QStringLiteral("LayoutUpdated"), {++uitgave_, 0});
+}
+
+BusMenuRegel Menu::bouw(const MenuRegel& regel, int& volgende) {
+    BusMenuRegel klaar{.nummer = volgende++};
+    daden_.push_back(regel.doe);
+    QVariantMap& kenmerken = klaar.kenmerken;
+    if (regel.soort == MenuRegel::Soort::Streep) {
+        kenmerken.insert(QStringLiteral("type"), QStringLiteral("separator"));
+        return klaar;
+    }
+    // An underscore would mark the letter behind it.
+    kenmerken.insert(QStringLiteral("label"),
+                     QString(regel.tekst).replace(u'_', QStringLiteral("__")));
+    if (regel.soort == MenuRegel::Soort::Vink) {
+        kenmerken.insert(QStringLiteral("toggle-type"), QStringLiteral("checkmark"));
+        kenmerken.insert(QStringLiteral("toggle-state"), regel.aan ? 1 : 0);
+    }
+    if (!regel.onder.empty())
+        kenmerken.insert(QStringLiteral("children-display"), QStringLiteral("submenu"));
+    for (const MenuRegel& onder : regel.onder)
+        klaar.onder.push_back(bouw(onder, volgende));
+    return klaar;
+}
+
+void Menu::gebeur(int nummer, const QString& wat) {
+    if (wat != u"clicked") return;
+    // What is done may make the menu anew.
+    const auto doe = daden_[static_cast<std::size_t>(nummer)];
+    if (doe) doe();
+}
+
+QHash<QString, BusObject::Doe> Menu::methoden() {
+    const auto indeling = [this](const QVariantList& waarden) -> BusAntwoord {
+        const auto* regel = vind(boven_, waarden.at(0).toInt());
+        if (!regel) return geenRegel(waarden.at(0).toInt());
+        return QVariantList{uitgave_,
+                            QVariant::fromValue(totDiepte(*regel, waarden.at(1).toInt()))};
+    };
+    const auto groep = [this](const QVariantList& waarden) -> BusAntwoord {
+        QList<BusMenuKenmerken> lijst;
+        for (const int nummer : qdbus_cast<QList<int>>(waarden.at(0)))
+            if (const auto* regel = vind(boven_, nummer)) lijst.append({nummer, regel->kenmerken});
+        return QVariantList{QVariant::fromValue(lijst)};
+    };
+    const auto kenmerk = [this](const QVariantList& waarden) -> BusAntwoord {
+        const auto* regel = vind(boven_, waarden.at(0).toInt());
+        if (!regel) return geenRegel(waarden.at(0).toInt());
+        return QVariantList{QVariant::fromValue(
+            QDBusVariant(regel->kenmerken.value(waarden.at(1).toString(), QString())))};
+    };
+    const auto gebeurtenis = [this](const QVariantList& waarden) -> BusAntwoord {
+        if (!vind(boven_, waarden.at(0).toInt())) return geenRegel(waarden.at(0).toInt());
+        gebeur(waarden.at(0).toInt(), waarden.at(1).toString());
+        return QVariantList();
+    };
+    const auto straks = [this](const QVariantList& waarden) -> BusAntwoord {
+        if (!vind(boven_, waarden.at(0).toInt())) return geenRegel(waarden.at(0).toInt());
+        return QVariantList{false};
+    };
+    return {{voluit("GetLayout"), indeling},
+            {voluit("GetGroupProperties"), groep},
+            {voluit("GetProperty"), kenmerk},
+            {voluit("Event"), gebeurtenis},
+            {voluit("AboutToShow"), straks}};
+}
+
+}  // namespace brixtel

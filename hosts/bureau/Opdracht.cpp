@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/bureau/Opdracht.h"
+
+#include "hosts/bureau/BureauInstellingen.h"
+
+namespace brixtel {
+
+namespace {
+
+using Wat = BureauOpdracht::Wat;
+using Optie = brixtel::Optie<BureauOpdracht>;
+
+constexpr QLatin1String kSoort("^(regen|bol|kubus|tunnel|logo)$");
+
+QString zetWat(BureauOpdracht& opdracht, Wat wat, QLatin1String naam) {
+    if (opdracht.wat != Wat::Dienst && opdracht.wat != wat)
+        return QStringLiteral("--%1 gaat niet samen met wat eerder gevraagd is").arg(naam);
+    opdracht.wat = wat;
+    return {};
+}
+
+Optie watOptie(QLatin1String naam, Wat wat) {
+    return {naam, Waarde::Geen, {}, [=](BureauOpdracht& o, const QString&) {
+                return zetWat(o, wat, naam);
+            }};
+}
+
+Optie zonder(QLatin1String naam, const QString& methode) {
+    return {naam, Waarde::Geen, {}, [=](BureauOpdracht& o, const QString&) {
+                o.verzoeken.push_back({methode, {}});
+                return QString();
+            }};
+}
+
+Optie metSoort(QLatin1String naam, const QString& methode) {
+    return {naam, Waarde::Mag, kSoort, [=](BureauOpdracht& o, const QString& waarde) {
+                static const QRegularExpression vorm(kSoort);
+                if (!waarde.isEmpty() && !vorm.match(waarde).hasMatch())
+                    return QStringLiteral("--%1 kent regen, bol, kubus, tunnel en logo, niet '%2'")
+                        .arg(naam, waarde);
+                // Not a null string: it goes over the bus.
+                o.verzoeken.push_back({methode, {waarde + QLatin1String("")}});
+                return QString();
+            }};
+}
+
+Optie metGetal(QLatin1String naam, const QString& methode, double laag, double hoog) {
+    return {naam, Waarde::Nodig, {}, [=](BureauOpdracht& o, const QString& waarde) {
+                double getal = 0;
+                QString mis = zetGetal(getal, waarde, naam, laag, hoog);
+                if (mis.isEmpty()) o.verzoeken.push_back({methode, {getal}});
+                return mis;
+            }};
+}
+
+// Returns what is wrong; empty if nothing is.
+QString leesAanUit(bool& aan, const QString& waarde, QLatin1String naam) {
+    aan = waarde == u"aan";
+    if (aan || waarde == u"uit") return {};
+    return QStringLiteral("--%1 kent aan en uit, niet '%2'").arg(naam, waarde);
+}
+
+QString zetMuziek(BureauOpdracht& opdracht, const QString& waarde) {
+    bool aan = false;
+    QString mis = leesAanUit(aan, waarde, QLatin1String("muziek"));
+    if (mis.isEmpty()) opdracht.verzoeken.push_back({QStringLiteral("ZetMuziek"), {aan}});
+    return mis;
+}
+
+QString zetAutostart(BureauOpdracht& opdracht, const QString& waarde) {
+    return leesAanUit(opdracht.autostart.emplace(), waarde, QLatin1String("autostart"));
+}
+
+const std::vector<Optie>& opties() {
+    static const std::vector<Optie> alle{
+        watOptie(QLatin1String("stand"), Wat::Stand),
+        watOptie(QLatin1String("versie"), Wat::Versie),
+        watOptie(QLatin1String("help"), Wat::Hulp),
+        zonder(QLatin1String("toon-regen"), QStringLiteral("ToonRegen")),
+        zonder(QLatin1String("sluit-regen"), QStringLiteral("SluitRegen")),
+        zonder(QLatin1String("wissel-regen"), QStringLiteral("WisselRegen")),
+        metSoort(QLatin1String("toon-zwart"), QStringLiteral("ToonZwart")),
+        zonder(QLatin1String("sluit-zwart"), QStringLiteral("SluitZwart")),
+        metSoort(QLatin1String("wissel-zwart"), QStringLiteral("WisselZwart")),
+        zonder(QLatin1String("sluit-alles"), QStringLiteral("SluitAlles")),
+        zonder(QLatin1String("stop"), QStringLiteral("Stop")),
+        metGetal(QLatin1String("dichtheid"), QStringLiteral("ZetDichtheid"), 0.0, 1.0),
+        metGetal(QLatin1String("snelheid"), QStringLiteral("ZetSnelheid"),
+                 BureauInstellingen::kLangzaamst, BureauInstellingen::kSnelst),
+        {QLatin1String("muziek"), Waarde::Nodig, {}, zetMuziek},
+        {QLatin1String("autostart"), Waarde::Nodig, {}, zetAutostart},
+    };
+    return alle;
+}
+
+}  // namespace
+
+std::variant<BureauOpdracht, Fout> leesBureauOpdracht(const QStringList& argumenten) {
+    BureauOpdracht opdracht;
+    const QString mis = neemOpties(opties(), argumenten, opdracht);
+    if (!mis.isEmpty()) return foutVan(QLatin1String("brixtel-bureau"), mis);
+    return opdracht;
+}
+
+QString bureauHulpTekst() {
+    return QStringLiteral(R"(brixtel-bureau: effecten over het hele bureaublad
+
+Zonder opties start het, met een pictogram in het systeemvak. Er is er één per
+sessie: een tweede start geeft door wat er gevraagd is en houdt dan op, zodat de
+sneltoetsen van het bureaublad deze opties kunnen gebruiken. Opties mogen met één
+of twee streepjes; een waarde volgt na = of als het volgende woord. Wat gevraagd
+wordt, gebeurt in die volgorde.
+
+Regen over alles heen, waar klikken doorheen gaat:
+  --toon-regen  --sluit-regen  --wissel-regen
+
+Een zwart scherm, tot een toets, een klik of een echte beweging van de muis:
+  --toon-zwart[=SOORT]  --sluit-zwart  --wissel-zwart[=SOORT]
+                         regen (ook zonder SOORT), bol, kubus, tunnel of logo
+
+Alles:
+  --sluit-alles          sluit wat er te zien is
+  --stop                 sluit alles en houdt op
+
+Instellingen, die bewaard blijven:
+  --dichtheid=GETAL      van de regen, van 0 tot en met 1 (0.7)
+  --snelheid=GETAL       van de regen, van 0.2 tot en met 4 (1)
+  --muziek=aan|uit       of het zwarte scherm de muziek volgt (uit)
+  --autostart=aan|uit    of het bij het aanmelden vanzelf start (uit)
+
+Verder:
+  --stand                hoe het ervoor staat
+  --versie               het versienummer
+  --help                 deze tekst
+)");
+}
+
+}  // namespace brixtel

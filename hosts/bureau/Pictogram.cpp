@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/bureau/Pictogram.h"
+
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QtEndian>
+#include <utility>
+
+#include "drawing/BlokCijfer.h"
+#include "drawing/Thema.h"
+
+namespace brixtel {
+
+namespace {
+
+const QString kPad = QStringLiteral("/StatusNotifierItem");
+const QString kMenuPad = QStringLiteral("/StatusNotifierItem/Menu");
+const QString kInterface = QStringLiteral("org.kde.StatusNotifierItem");
+const QString kTrays = QStringLiteral("org.kde.StatusNotifierWatcher");
+
+constexpr const char* kXml = R"xml(<interface name="org.kde.StatusNotifierItem">
+  <property name="Category" type="s" access="read"/>
+  <property name="Id" type="s" access="read"/>
+  <property name="Title" type="s" access="read"/>
+  <property name="Status" type="s" access="read"/>
+  <property name="WindowId" type="i" access="read"/>
+  <property name="IconName" type="s" access="read"/>
+  <property name="IconPixmap" type="a(iiay)" access="read"/>
+  <property name="ItemIsMenu" type="b" access="read"/>
+  <property name="Menu" type="o" access="read"/>
+  <method name="Activate">
+    <arg name="x" type="i" direction="in"/>
+    <arg name="y" type="i" direction="in"/>
+  </method>
+  <method name="SecondaryActivate">
+    <arg name="x" type="i" direction="in"/>
+    <arg name="y" type="i" direction="in"/>
+  </method>
+</interface>
+)xml";
+
+QString voluit(const char* naam) {
+    return kInterface + u'.' + QLatin1String(naam);
+}
+
+// A one and a zero, green on a black tile.
+BusBeeld teken(int maat) {
+    const double blok = maat / 13.0;
+    const auto beeld = Thema::beeld(
+        QSizeF(maat, maat),
+        {.schaal = 1.0, .teken = [=](Tekenvlak& vlak) {
+             vlak.painter().setRenderHint(QPainter::Antialiasing);
+             vlak.painter().setPen(Qt::NoPen);
+             vlak.painter().setBrush(Thema::zwart());
+             vlak.painter().drawRoundedRect(QRectF(0, 0, maat, maat), blok, blok);
+             for (const bool een : {true, false})
+                 BlokCijfer::teken(een,
+                                   {.linksonder = {blok * (een ? 1.0 : 7.0), blok * 3.0},
+                                    .blok = blok,
+                                    .kleur = een ? Thema::groen() : Thema::middel()},
+                                   vlak);
+         }});
+    BusBeeld klaar{.breedte = maat, .hoogte = maat, .bytes = {}};
+    const QImage argb = beeld->convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < maat; ++y)
+        for (int x = 0; x < maat; ++x) {
+            const quint32 pixel = qToBigEndian<quint32>(argb.pixel(x, y));
+            klaar.bytes.append(reinterpret_cast<const char*>(&pixel), sizeof pixel);
+        }
+    return klaar;
+}
+
+QVariantMap eigenschappen() {
+    const QList<BusBeeld> beelden{teken(22), teken(32), teken(48)};
+    return {{voluit("Category"), QStringLiteral("ApplicationStatus")},
+            {voluit("Id"), QStringLiteral("brixtel-bureau")},
+            {voluit("Title"), QStringLiteral("Brixtel")},
+            {voluit("Status"), QStringLiteral("Active")},
+            {voluit("WindowId"), 0},
+            {voluit("IconName"), QStringLiteral("")},
+            {voluit("IconPixmap"), QVariant::fromValue(beelden)},
+            {voluit("ItemIsMenu"), true},
+            {voluit("Menu"), QVariant::fromValue(QDBusObjectPath(kMenuPad))}};
+}
+
+}  // namespace
+
+QDBusArgument& operator<<(QDBusArgument& uit, const BusBeeld& beeld) {
+    uit.beginStructure();
+    uit << beeld.breedte << beeld.hoogte << beeld.bytes;
+    uit.endStructure();
+    return uit;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& in, BusBeeld& beeld) {
+    in.beginStructure();
+    in >> beeld.breedte >> beeld.hoogte >> beeld.bytes;
+    in.endStructure();
+    return in;
+}
+
+Pictogram::Pictogram(Bureau& bureau, BusPoort& poort, std::function<void()> stop)
+    : bureau_(bureau), poort_(poort), stop_(std::move(stop)), menu_(poort, kMenuPad) {
+    qDBusRegisterMetaType<BusBeeld>();
+    qDBusRegisterMetaType<QList<BusBeeld>>();
+    const auto wissel = [this](const QVariantList&) -> BusAntwoord {
+        bureau_.wisselRegen();
+        return QVariantList();
+    };
+    poort_.bied({.pad = kPad,
+                 .beschrijving = QLatin1String(kXml),
+                 .doe = {{voluit("Activate"), wissel}, {voluit("SecondaryActivate"), wissel}},
+                 .eigenschappen = eigenschappen()});
+    stand_ = bureau.stand().volg([this](const BureauStand& stand) { menu_.zet(regels(stand)); });
+}
+
+void Pictogram::meldAan() {
+    const auto meld = [this] {
+        QDBusMessage bericht =
+            QDBusMessage::createMethodCall(kTrays, QStringLiteral("/StatusNotifierWatcher"), kTrays,
+                                           QStringLiteral("RegisterStatusNotifierItem"));
+        bericht << poort_.verbinding().baseService();
+        // Nobody is started for it, nor waited for.
+        bericht.setAutoStartService(false);
+        poort_.verbinding().send(bericht);
+    };
+    trays_.setConnection(poort_.verbinding());
+    trays_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
+    trays_.addWatchedService(kTrays);
+    QObject::connect(&trays_, &QDBusServiceWatcher::serviceRegistered, meld);
+    meld();
+}
+
+MenuRegel Pictogram::scene(const BureauStand& stand, std::optional<DrieSoort> soort) {
+    QString tekst = soort ? ruweWaarde(*soort) : QStringLiteral("regen");
+    tekst[0] = tekst[0].toUpper();
+    return {.soort = MenuRegel::Soort::Vink,
+            .tekst = tekst,
+            .aan = stand.zwart && stand.soort == soort,
+            .doe = [this, soort] { bureau_.wisselZwart(soort); }};
+}
+
+std::vector<MenuRegel> Pictogram::regels(const BureauStand& stand) {
+    MenuRegel zwart{.tekst = QStringLiteral("Zwart scherm")};
+    zwart.onder.push_back(scene(stand, std::nullopt));
+    for (const DrieSoort soort : alleSoorten)
+        zwart.onder.push_back(scene(stand, soort));
+    const bool verhinderd = stand.regenStand == RegenStand::geenCompositor;
+    const auto muziek = [this] {
+        BureauKeuzes keuzes = bureau_.stand().waarde().keuzes;
+        keuzes.muziek = !keuzes.muziek;
+        bureau_.zetKeuzes(keuzes);
+    };
+    return {
+        {.soort = MenuRegel::Soort::Vink,
+         .tekst = verhinderd ? QStringLiteral("Regen over het bureaublad (wacht op een compositor)")
+                             : QStringLiteral("Regen over het bureaublad"),
+         .aan = stand.regen,
+         .doe = [this] { bureau_.wisselRegen(); }},
+        std::move(zwart),
+        {.soort = MenuRegel::Soort::Vink,
+         .tekst = QStringLiteral("Zwart scherm volgt de muziek"),
+         .aan = stand.keuzes.muziek,
+         .doe = muziek},
+        {.soort = MenuRegel::Soort::Streep},
+        {.tekst = QStringLiteral("Alles sluiten"), .doe = [this] { bureau_.sluitAlles(); }},
+        {.tekst = QStringLiteral("Stoppen"), .doe = stop_}};
+}
+
+}  // namespace brixtel

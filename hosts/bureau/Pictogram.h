@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QDBusArgument>
+#include <QDBusServiceWatcher>
+#include <QMetaType>
+#include <functional>
+#include <memory>
+
+#include "hosts/bureau/Bureau.h"
+#include "hosts/bureau/BusPoort.h"
+#include "hosts/bureau/Menu.h"
+
+namespace brixtel {
+
+// A picture as it goes over the bus: (iiay), big-endian ARGB.
+struct BusBeeld {
+    int breedte = 0;
+    int hoogte = 0;
+    QByteArray bytes;
+    friend bool operator==(const BusBeeld&, const BusBeeld&) = default;
+};
+QDBusArgument& operator<<(QDBusArgument& uit, const BusBeeld& beeld);
+const QDBusArgument& operator>>(const QDBusArgument& in, BusBeeld& beeld);
+
+// The icon in the desktop's tray, with a menu of what the owner can do: an
+// org.kde.StatusNotifierItem, announced to whatever tray there is now or comes
+// later. All of it lives on the connection that is there anyhow; where nobody shows
+// it, it costs nothing. Main thread; bureau and gate must outlive it.
+class Pictogram {
+  public:
+    // `stop` ends the program.
+    Pictogram(Bureau& bureau, BusPoort& poort, std::function<void()> stop);
+    Pictogram(const Pictogram&) = delete;
+    Pictogram& operator=(const Pictogram&) = delete;
+
+    // Tells the trays; once the objects can be called.
+    void meldAan();
+
+  private:
+    [[nodiscard]] std::vector<MenuRegel> regels(const BureauStand& stand);
+    [[nodiscard]] MenuRegel scene(const BureauStand& stand, std::optional<DrieSoort> soort);
+
+    Bureau& bureau_;
+    BusPoort& poort_;
+    const std::function<void()> stop_;
+    Menu menu_;
+    QDBusServiceWatcher trays_;
+    Abonnement stand_;
+};
+
+}  // namespace brixtel
+
+Q_DECLARE_METATYPE(brixtel::BusBeeld)

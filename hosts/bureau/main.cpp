@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: MIT
+// The owner of the desktop effects: one per session. A second start asks the first
+// for what its command line says.
+#include <QGuiApplication>
+#include <algorithm>
+#include <cstdio>
+#include <optional>
+
+#include "hosts/bureau/Autostart.h"
+#include "hosts/bureau/Bureau.h"
+#include "hosts/bureau/BureauDienst.h"
+#include "hosts/bureau/Klant.h"
+#include "hosts/bureau/Opdracht.h"
+#include "hosts/bureau/Pictogram.h"
+#include "hosts/gedeeld/Signalen.h"
+#include "platform/desktop/DesktopWorkspace.h"
+#include "platform/desktop/DisplayCheck.h"
+
+namespace {
+
+using brixtel::BureauOpdracht;
+using brixtel::BusPoort;
+using brixtel::Klant;
+
+constexpr int kFout = 1;
+constexpr int kVerkeerdGebruik = 2;
+
+// One line, also where it quotes an argument that is several.
+int meld(QString regel, int uitgang) {
+    regel.replace(u'\n', u' ');
+    std::fprintf(stderr, "%s\n", qUtf8Printable(regel));
+    return uitgang;
+}
+
+int meldNaam(const QString& wat) {
+    return meld(QStringLiteral("brixtel-bureau: ") + wat, kFout);
+}
+
+constexpr const char* kGeenScherm = "er is geen scherm om op te tekenen";
+
+// What Qt has to say is for developers, and after its last words it would dump core.
+void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
+    if (soort != QtFatalMsg) return;
+    const bool erIsScherm = platform::DisplayCheck().isReachable();
+    std::_Exit(meldNaam(erIsScherm ? regel.trimmed() : QString::fromUtf8(kGeenScherm)));
+}
+
+int vraag(const Klant& klant, const BureauOpdracht& opdracht) {
+    QString mis;
+    for (const auto& verzoek : opdracht.verzoeken)
+        if (mis = klant.vraag(verzoek); !mis.isEmpty()) return meldNaam(mis);
+    if (opdracht.wat != BureauOpdracht::Wat::Stand) return 0;
+    const QString stand = klant.stand(mis);
+    if (!mis.isEmpty()) return meldNaam(mis);
+    std::fputs(qUtf8Printable(stand), stdout);
+    return 0;
+}
+
+// Whether there is nothing to start for.
+bool isAfsluiten(const BureauOpdracht& opdracht) {
+    static const QStringList sluitend{QStringLiteral("SluitZwart"), QStringLiteral("SluitRegen"),
+                                      QStringLiteral("SluitAlles"), QStringLiteral("Stop")};
+    return !opdracht.verzoeken.empty() &&
+           std::all_of(opdracht.verzoeken.begin(), opdracht.verzoeken.end(),
+                       [](const auto& v) { return sluitend.contains(v.methode); });
+}
+
+// Shows the effects until something ends the program, and returns by which signal,
+// or 0; none where another start was first after all.
+std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QString& bus,
+                         const BureauOpdracht& opdracht) {
+    auto toeval = platform::RandomSource::fromSystem();
+    platform::DistributedNotificationCenter berichten(bus);
+    platform::WindowServer server(klok);
+    // What a desktop that ends takes with it is gone; there is nobody left to tell.
+    server.onConnectionLost([] { std::_Exit(0); });
+    platform::DesktopWorkspace werkruimte(server, berichten);
+    brixtel::Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval});
+
+    // To quit() every window that shows would have to agree.
+    const auto stop = [] { QCoreApplication::exit(0); };
+    brixtel::BureauDienst dienst(bureau, poort, stop);
+    brixtel::Pictogram pictogram(bureau, poort, stop);
+    poort.onVerloren(stop);
+    if (!poort.neemNaam(brixtel::kDienstNaam)) return std::nullopt;
+    pictogram.meldAan();
+
+    int doorSignaal = 0;
+    const brixtel::Signalen signalen([&](int signaal) {
+        doorSignaal = signaal;
+        QCoreApplication::exit(0);
+    });
+    for (const auto& verzoek : opdracht.verzoeken)
+        dienst.voerUit(verzoek.methode, verzoek.waarden);
+    QCoreApplication::exec();
+    return doorSignaal;
+}
+
+// Whether nothing was asked but what is written down.
+bool isAlleenAutostart(const BureauOpdracht& opdracht) {
+    return opdracht.autostart && opdracht.verzoeken.empty() &&
+           opdracht.wat == BureauOpdracht::Wat::Dienst;
+}
+
+// Returns what went wrong; empty if nothing did.
+QString zetAutostart(int argc, char** argv, bool aan) {
+    const QCoreApplication app(argc, argv);
+    return brixtel::Autostart::zet(aan, QCoreApplication::applicationFilePath());
+}
+
+// Asks the owner that runs, if one does, and returns the exit status.
+std::optional<int> alsKlant(int argc, char** argv, const QString& bus,
+                            const BureauOpdracht& opdracht) {
+    const QString naam = QStringLiteral("klant");
+    const QCoreApplication app(argc, argv);
+    std::optional<int> uitgang;
+    {
+        const QDBusConnection verbinding = QDBusConnection::connectToBus(bus, naam);
+        const Klant klant(verbinding);
+        if (!verbinding.isConnected())
+            uitgang = meldNaam(QStringLiteral("de sessiebus is onbereikbaar"));
+        else if (klant.isEr())
+            uitgang = vraag(klant, opdracht);
+    }
+    QDBusConnection::disconnectFromBus(naam);
+    return uitgang;
+}
+
+int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht& opdracht) {
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
+    const QGuiApplication app(argc, argv);
+    QGuiApplication::setApplicationName(QStringLiteral("brixtel-bureau"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Brixtel"));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    platform::SystemClock klok;
+    BusPoort poort(klok, bus);
+    const auto signaal = draai(klok, poort, bus, opdracht);
+    return signaal ? -*signaal : vraag(Klant(poort.verbinding()), opdracht);
+}
+
+int start(int argc, char** argv, const BureauOpdracht& opdracht) {
+    const QString bus = platform::DistributedNotificationCenter::sessionBusAddress();
+    if (bus.isEmpty()) return meldNaam(QStringLiteral("er is geen sessiebus"));
+    // Kept from Qt, which would wait for it on the main thread.
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
+    if (const auto uitgang = alsKlant(argc, argv, bus, opdracht)) return *uitgang;
+    if (opdracht.wat == BureauOpdracht::Wat::Stand)
+        return meldNaam(QStringLiteral("er draait geen brixtel-bureau"));
+    if (isAfsluiten(opdracht)) return 0;
+    if (!platform::DisplayCheck().isReachable()) return meldNaam(QString::fromUtf8(kGeenScherm));
+    return alsEigenaar(argc, argv, bus, opdracht);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QStringList argumenten;
+    for (int i = 1; i < argc; ++i)
+        argumenten << QString::fromLocal8Bit(argv[i]);
+    const auto gelezen = brixtel::leesBureauOpdracht(argumenten);
+    if (const auto* fout = std::get_if<brixtel::Fout>(&gelezen))
+        return meld(fout->regel, kVerkeerdGebruik);
+    const auto& opdracht = std::get<BureauOpdracht>(gelezen);
+    if (opdracht.wat == BureauOpdracht::Wat::Hulp) {
+        std::fputs(qUtf8Printable(brixtel::bureauHulpTekst()), stdout);
+        return 0;
+    }
+    if (opdracht.wat == BureauOpdracht::Wat::Versie) {
+        std::puts("brixtel-bureau " BRIXTEL_VERSION);
+        return 0;
+    }
+    // Only the arguments that are ours were ours to take: Qt gets none.
+    int geen = 1;
+    if (opdracht.autostart) {
+        const QString mis = zetAutostart(geen, argv, *opdracht.autostart);
+        if (!mis.isEmpty()) return meldNaam(mis);
+        if (isAlleenAutostart(opdracht)) return 0;
+    }
+    const int uitgang = start(geen, argv, opdracht);
+    if (uitgang < 0) brixtel::Signalen::eindigDoor(-uitgang);
+    return uitgang;
+}

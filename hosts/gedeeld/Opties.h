@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+// How the programs read their command lines: long options with one dash or two,
+// a value after `=` or as the next word, and one Dutch line for what is wrong.
+#pragma once
+
+#include <QRegularExpression>
+#include <QString>
+#include <QStringList>
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace brixtel {
+
+// What is wrong with a command line, as one line for the user.
+struct Fout {
+    QString regel;
+};
+
+enum class Waarde { Geen, Nodig, Mag };
+
+// One option of a program whose wishes are gathered in an `Opdracht`.
+template <typename Opdracht>
+struct Optie {
+    QLatin1String naam;
+    Waarde waarde;
+    // Of an optional value: what a next word must look like to be it.
+    QLatin1String vorm;
+    // Returns what is wrong; empty if nothing is.
+    std::function<QString(Opdracht&, const QString& waarde)> zet;
+};
+
+// One line, whatever was typed.
+[[nodiscard]] Fout foutVan(QLatin1String programma, const QString& wat);
+
+[[nodiscard]] std::optional<double> leesGetal(const QString& tekst, double laag, double hoog);
+
+// Each returns what is wrong; empty if nothing is.
+QString zetGetal(std::optional<double>& doel, const QString& waarde, QLatin1String naam,
+                 double laag, double hoog);
+QString zetGetal(double& doel, const QString& waarde, QLatin1String naam, double laag, double hoog);
+
+// Takes the option at `plaats`, and its value if that is the next word. Returns
+// what is wrong.
+template <typename Opdracht>
+QString neemOptie(const std::vector<Optie<Opdracht>>& opties, const QStringList& woorden,
+                  qsizetype& plaats, Opdracht& opdracht) {
+    const QString& woord = woorden[plaats];
+    if (!woord.startsWith(u'-') || woord.size() < 2)
+        return QStringLiteral("'%1' is geen optie").arg(woord);
+    const qsizetype streepjes = woord.startsWith(QLatin1String("--")) ? 2 : 1;
+    const qsizetype is = woord.indexOf(u'=');
+    const QString naam = woord.mid(streepjes, is < 0 ? -1 : is - streepjes);
+    for (const Optie<Opdracht>& optie : opties) {
+        if (optie.naam != naam) continue;
+        if (is >= 0 && optie.waarde == Waarde::Geen)
+            return QStringLiteral("--%1 heeft geen waarde").arg(naam);
+        if (is >= 0) {
+            const QString waarde = woord.mid(is + 1);
+            if (waarde.isEmpty()) return QStringLiteral("--%1 mist zijn waarde").arg(naam);
+            return optie.zet(opdracht, waarde);
+        }
+        if (optie.waarde == Waarde::Geen) return optie.zet(opdracht, {});
+        const bool volgt = plaats + 1 < woorden.size();
+        if (optie.waarde == Waarde::Nodig) {
+            if (!volgt) return QStringLiteral("--%1 mist zijn waarde").arg(naam);
+            return optie.zet(opdracht, woorden[++plaats]);
+        }
+        const bool past =
+            volgt && QRegularExpression(optie.vorm).match(woorden[plaats + 1]).hasMatch();
+        return optie.zet(opdracht, past ? woorden[++plaats] : QString());
+    }
+    return QStringLiteral("onbekende optie '%1'").arg(woord);
+}
+
+// Takes them all; returns what is wrong with the first that is.
+template <typename Opdracht>
+QString neemOpties(const std::vector<Optie<Opdracht>>& opties, const QStringList& woorden,
+                   Opdracht& opdracht) {
+    for (qsizetype plaats = 0; plaats < woorden.size(); ++plaats) {
+        const QString mis = neemOptie(opties, woorden, plaats, opdracht);
+        if (!mis.isEmpty()) return mis;
+    }
+    return {};
+}
+
+}  // namespace brixtel

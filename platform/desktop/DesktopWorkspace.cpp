@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: MIT
+#include "platform/desktop/DesktopWorkspace.h"
+
+#include <xcb/xfixes.h>
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <utility>
+
+#include "platform/desktop/NotificationNames.h"
+#include "platform/desktop/ScreenSpace.h"
+#include "platform/desktop/StackKeeper.h"
+#include "platform/desktop/Window.h"
+#include "platform/time/Require.h"
+
+namespace platform {
+
+namespace {
+
+// Asked for by something that acts for the user, so that no window manager
+// takes it for a program that pushes itself to the front.
+constexpr std::uint32_t kFromPager = 2;
+
+// From a compositor's claim to its hold on every window. What is drawn in
+// between would be taken for opaque.
+constexpr double kCompositorSettles = 0.5;
+
+}  // namespace
+
+DesktopWorkspace::DesktopWorkspace(WindowServer& server,
+                                   DistributedNotificationCenter& notifications)
+    : server_(server), notifications_(notifications), composited_(server.root().isComposited()) {
+    changes_ = server.root().observe([this](RootWatch::Change change) { changed(change); });
+    notifications_.addObserver(this, QLatin1String(kSaverDidStart),
+                               [this] { setSaverSaysActive(true); });
+    notifications_.addObserver(this, QLatin1String(kSaverWillStop),
+                               [this] { setSaverSaysActive(false); });
+}
+
+DesktopWorkspace::~DesktopWorkspace() {
+    notifications_.removeObserver(this);
+}
+
+void DesktopWorkspace::changed(RootWatch::Change change) {
+    switch (change) {
+        case RootWatch::Change::Stack:
+            return;
+        case RootWatch::Change::ActiveWindow:
+            return observers_.tell(Change::FrontmostApplication);
+        case RootWatch::Change::Saver:
+            return observers_.tell(Change::Saver);
+        case RootWatch::Change::Compositor:
+            return compositorChanged();
+    }
+}
+
+void DesktopWorkspace::compositorChanged() {
+    compositorSettles_ = Timer();
+    if (server_.root().isComposited()) {
+        compositorSettles_ = Timer(server_.clock(), {.interval = kCompositorSettles}, [this] {
+            if (!std::exchange(composited_, true)) observers_.tell(Change::Compositor);
+        });
+    } else if (std::exchange(composited_, false)) {
+        observers_.tell(Change::Compositor);
+    }
+}
+
+void DesktopWorkspace::setSaverSaysActive(bool active) {
+    if (std::exchange(saverSaysActive_, active) == active) return;
+    server_.stack().setHeldBack(active);
+    observers_.tell(Change::Saver);
+}
+
+std::optional<RunningApplication> DesktopWorkspace::frontmostApplication() {
+    RootWatch& root = server_.root();
+    const xcb_window_t window = root.activeWindow();
+    if (window == XCB_NONE) return std::nullopt;
+    return RunningApplication{.window = window,
+                              .process = root.property(window, root.atom("_NET_WM_PID"))};
+}
+
+void DesktopWorkspace::activate(const RunningApplication& application) {
+    RootWatch& root = server_.root();
+    if (!root.isAlive()) return;
+    if (!root.hasWindowManager()) {
+        xcb_set_input_focus(root.get(), XCB_INPUT_FOCUS_PARENT, application.window,
+                            XCB_CURRENT_TIME);
+    } else {
+        xcb_client_message_event_t wish{};
+        wish.response_type = XCB_CLIENT_MESSAGE;
+        wish.format = 32;
+        wish.window = application.window;
+        wish.type = root.atom("_NET_ACTIVE_WINDOW");
+        wish.data.data32[0] = kFromPager;
+        xcb_send_event(root.get(), 0, root.root(),
+                       XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                       reinterpret_cast<const char*>(&wish));
+    }
+    xcb_flush(root.get());
+}
+
+void DesktopWorkspace::activateIgnoringOthers() {
+    require(qobject_cast<QGuiApplication*>(QCoreApplication::instance()) != nullptr);
+    if (Window* const key = server_.keyWindow()) key->makeKey();
+}
+
+// The server itself keeps count of a client's hidings, and takes them back when
+// the client is gone.
+void DesktopWorkspace::hideCursor() {
+    RootWatch& root = server_.root();
+    if (!root.isAlive() || !root.hasFixes()) return;
+    xcb_xfixes_hide_cursor(root.get(), root.root());
+    xcb_flush(root.get());
+}
+
+void DesktopWorkspace::unhideCursor() {
+    RootWatch& root = server_.root();
+    if (!root.isAlive() || !root.hasFixes()) return;
+    xcb_xfixes_show_cursor(root.get(), root.root());
+    xcb_flush(root.get());
+}
+
+QPointF DesktopWorkspace::mouseLocation() const {
+    return fromQt(QPointF(QCursor::pos()));
+}
+
+bool DesktopWorkspace::isComposited() const {
+    return composited_;
+}
+
+bool DesktopWorkspace::isSaverActive() const {
+    return saverSaysActive_ || server_.root().isSaverOn();
+}
+
+Observation DesktopWorkspace::observe(std::function<void(Change)> action) {
+    return observers_.add(std::move(action));
+}
+
+}  // namespace platform

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+// A desktop that does what a test says, and remembers what was asked of it.
+#pragma once
+
+#include <vector>
+
+#include "platform/desktop/Workspace.h"
+
+namespace brixtel {
+
+class Werkruimte final : public platform::Workspace {
+  public:
+    std::optional<platform::RunningApplication> voor =
+        platform::RunningApplication{.window = 11, .process = 22};
+    std::vector<platform::RunningApplication> geactiveerd;
+    int zelfGeactiveerd = 0;
+    int verborgen = 0;  // hidings less showings
+    QPointF muis;
+    bool doorzichtig = true;
+    bool beveiligd = false;
+
+    void zetDoorzichtig(bool aan) {
+        doorzichtig = aan;
+        observers_.tell(Change::Compositor);
+    }
+    void zetBeveiligd(bool aan) {
+        beveiligd = aan;
+        observers_.tell(Change::Saver);
+    }
+    void meldVoorgrond() { observers_.tell(Change::FrontmostApplication); }
+
+    std::optional<platform::RunningApplication> frontmostApplication() override { return voor; }
+    void activate(const platform::RunningApplication& app) override { geactiveerd.push_back(app); }
+    void activateIgnoringOthers() override { ++zelfGeactiveerd; }
+    void hideCursor() override { ++verborgen; }
+    void unhideCursor() override { --verborgen; }
+    [[nodiscard]] QPointF mouseLocation() const override { return muis; }
+    [[nodiscard]] bool isComposited() const override { return doorzichtig; }
+    [[nodiscard]] bool isSaverActive() const override { return beveiligd; }
+    [[nodiscard]] platform::Observation observe(std::function<void(Change)> actie) override {
+        return observers_.add(std::move(actie));
+    }
+
+  private:
+    platform::Observers<Change> observers_;
+};
+
+}  // namespace brixtel

@@ -1,0 +1,247 @@
+// SPDX-License-Identifier: MIT
+// The service on a bus: what others can call, what they are told, and what they
+// get for calls that are wrong.
+#include <QDBusArgument>
+#include <QProcess>
+#include <limits>
+
+#include "hosts/bureau/BureauXml.h"
+#include "tests/hosts/bureau/BureauProef.h"
+
+using namespace brixtel;
+
+namespace {
+
+const QString kEigenschappen = QStringLiteral("org.freedesktop.DBus.Properties");
+
+class Dienst : public BureauProef {
+  protected:
+    DBusDaemon bus;
+    platform::SystemClock echteKlok;
+    std::optional<BusPoort> poort;
+    std::optional<BureauDienst> dienst;
+    std::optional<Beller> beller;
+    int gestopt = 0;
+
+    void SetUp() override {
+        BureauProef::SetUp();
+        ASSERT_FALSE(bus.address().isEmpty());
+        poort.emplace(echteKlok, bus.address());
+        dienst.emplace(*bureau, *poort, [this] { ++gestopt; });
+        ASSERT_TRUE(poort->neemNaam(kDienstNaam));
+        beller.emplace(bus.address());
+    }
+    void TearDown() override {
+        beller.reset();
+        dienst.reset();
+        poort.reset();
+    }
+    // A call that must be refused: by which error, with one Dutch line, and with
+    // nothing changed.
+    void geweigerd(const QDBusMessage& antwoord, const char* naam) {
+        EXPECT_EQ(antwoord.type(), QDBusMessage::ErrorMessage);
+        EXPECT_EQ(antwoord.errorName(),
+                  QLatin1String("org.freedesktop.DBus.Error.") + QLatin1String(naam));
+        EXPECT_GT(antwoord.errorMessage().size(), 15) << qPrintable(antwoord.errorMessage());
+        EXPECT_FALSE(antwoord.errorMessage().contains(QStringLiteral("such")));
+        EXPECT_TRUE(gemeld.empty());
+        EXPECT_EQ(nu(), BureauStand{});
+    }
+};
+
+TEST_F(Dienst, EachMethodDoesWhatItSays) {
+    EXPECT_EQ(beller->roep("ToonRegen").type(), QDBusMessage::ReplyMessage);
+    EXPECT_TRUE(nu().regen);
+    beller->roep("SluitRegen");
+    EXPECT_FALSE(nu().regen);
+    beller->roep("WisselRegen");
+    EXPECT_TRUE(nu().regen);
+    beller->roep("ToonZwart", {QStringLiteral("kubus")});
+    EXPECT_EQ(nu().soort, DrieSoort::kubus);
+    beller->roep("SluitZwart");
+    EXPECT_FALSE(nu().zwart);
+    beller->roep("WisselZwart", {QStringLiteral("")});
+    EXPECT_TRUE(nu().zwart);
+    EXPECT_EQ(nu().soort, std::nullopt);
+    beller->roep("SluitAlles");
+    EXPECT_EQ(nu(), BureauStand{});
+}
+
+TEST_F(Dienst, ChoicesAreSet) {
+    beller->roep("ZetDichtheid", {0.1});
+    beller->roep("ZetSnelheid", {2.5});
+    beller->roep("ZetMuziek", {true});
+    EXPECT_EQ(nu().keuzes, (BureauKeuzes{.dichtheid = 0.1, .snelheid = 2.5, .muziek = true}));
+    EXPECT_EQ(beller->lees("Dichtheid"), 0.1);
+    EXPECT_EQ(beller->lees("Snelheid"), 2.5);
+    EXPECT_EQ(beller->lees("Muziek"), true);
+}
+
+TEST_F(Dienst, TheStateIsInItsProperties) {
+    werkruimte.doorzichtig = false;
+    beller->roep("ToonRegen");
+    beller->roep("ToonZwart", {QStringLiteral("regen")});
+    const auto alles = beller->roep(kDienstPad, kEigenschappen, "GetAll", {kDienstNaam});
+    const auto waarden = qdbus_cast<QVariantMap>(alles.arguments().value(0));
+    EXPECT_EQ(waarden.value(QStringLiteral("ZwartAan")), true);
+    EXPECT_EQ(waarden.value(QStringLiteral("ZwartSoort")), QStringLiteral("regen"));
+    EXPECT_EQ(waarden.value(QStringLiteral("RegenAan")), true);
+    EXPECT_EQ(waarden.value(QStringLiteral("RegenStand")), QStringLiteral("geen-compositor"));
+    EXPECT_TRUE(waarden.value(QStringLiteral("RegenUitleg"))
+                    .toString()
+                    .contains(QStringLiteral("compositor")));
+    EXPECT_EQ(waarden.value(QStringLiteral("Dichtheid")), 0.7);
+    EXPECT_EQ(waarden.value(QStringLiteral("Versie")), QStringLiteral(BRIXTEL_VERSION));
+    EXPECT_EQ(waarden.size(), 9);
+}
+
+TEST_F(Dienst, TheDescriptionTellsOfEveryMethodAndProperty) {
+    const auto antwoord = beller->roep(
+        kDienstPad, QStringLiteral("org.freedesktop.DBus.Introspectable"), "Introspect");
+    const QString xml = antwoord.arguments().value(0).toString();
+    for (const BusMethode& methode : methodenIn(QString::fromUtf8(kBureauXml)))
+        EXPECT_TRUE(xml.contains(QStringLiteral("<method name=\"%1\"").arg(methode.naam)));
+    const auto alles = beller->roep(kDienstPad, kEigenschappen, "GetAll", {kDienstNaam});
+    const auto waarden = qdbus_cast<QVariantMap>(alles.arguments().value(0));
+    EXPECT_EQ(xml.count(QStringLiteral("<property ")), waarden.size());
+    for (auto een = waarden.begin(); een != waarden.end(); ++een)
+        EXPECT_TRUE(xml.contains(QStringLiteral("<property name=\"%1\"").arg(een.key())));
+}
+
+TEST_F(Dienst, EveryChangeIsSignalled) {
+    QProcess luisteraar;
+    luisteraar.start(QStringLiteral("dbus-monitor"),
+                     {QStringLiteral("--address"), bus.address(),
+                      QStringLiteral("type=signal,member=PropertiesChanged")});
+    QByteArray gehoord;
+    const auto hoort = [&](const char* tekst) {
+        return until([&] {
+            gehoord += luisteraar.readAll();
+            return gehoord.contains(tekst);
+        });
+    };
+    ASSERT_TRUE(hoort("NameAcquired"));
+    // It listens once it is heard to.
+    ASSERT_TRUE(until([&] {
+        (void)bus.send({QStringLiteral("/"),
+                        QStringLiteral("org.freedesktop.DBus.Properties.PropertiesChanged"),
+                        QStringLiteral("string:proef")});
+        gehoord += luisteraar.readAll();
+        return gehoord.contains("\"proef\"");
+    }));
+    gehoord.clear();
+    beller->roep("ToonRegen");
+    EXPECT_TRUE(hoort("\"RegenStand\""));
+    EXPECT_TRUE(gehoord.contains("\"RegenAan\""));
+    EXPECT_FALSE(gehoord.contains("\"ZwartAan\""));
+    gehoord.clear();
+    werkruimte.zetDoorzichtig(false);
+    EXPECT_TRUE(hoort("\"geen-compositor\""));
+    EXPECT_TRUE(hoort("\"RegenUitleg\""));
+    EXPECT_FALSE(gehoord.contains("\"RegenAan\""));
+    luisteraar.kill();
+    luisteraar.waitForFinished();
+}
+
+TEST_F(Dienst, AValueThatIsNoneIsRefused) {
+    for (const char* soort : {"onzin", "Bol", "wisselend", " bol"}) {
+        geweigerd(beller->roep("ToonZwart", {QString::fromLatin1(soort)}), "InvalidArgs");
+        geweigerd(beller->roep("WisselZwart", {QString::fromLatin1(soort)}), "InvalidArgs");
+        beller.emplace(bus.address());
+    }
+    const double geen = std::numeric_limits<double>::quiet_NaN();
+    for (const double getal : {-0.01, 1.01, geen, 1e300})
+        geweigerd(beller->roep("ZetDichtheid", {getal}), "InvalidArgs");
+    beller.emplace(bus.address());
+    for (const double getal : {0.0, 0.19, 4.1, geen})
+        geweigerd(beller->roep("ZetSnelheid", {getal}), "InvalidArgs");
+}
+
+TEST_F(Dienst, ValuesOfAnotherSortAreRefused) {
+    geweigerd(beller->roep("ToonZwart"), "InvalidArgs");
+    geweigerd(beller->roep("ToonZwart", {7}), "InvalidArgs");
+    geweigerd(beller->roep("ToonZwart", {QStringLiteral("bol"), 7}), "InvalidArgs");
+    geweigerd(beller->roep("ToonRegen", {true}), "InvalidArgs");
+    geweigerd(beller->roep("ZetDichtheid", {QStringLiteral("0.5")}), "InvalidArgs");
+    geweigerd(beller->roep("ZetMuziek", {1}), "InvalidArgs");
+}
+
+TEST_F(Dienst, WhatIsNotThereIsSaidToBe) {
+    geweigerd(beller->roep("Ontplof"), "UnknownMethod");
+    geweigerd(beller->roep(kDienstPad, QStringLiteral("org.example.Anders"), "ToonRegen"),
+              "UnknownMethod");
+    geweigerd(beller->roep(QStringLiteral("/elders"), kDienstNaam, "ToonRegen"), "UnknownObject");
+    geweigerd(
+        beller->roep(kDienstPad, kEigenschappen, "Get", {kDienstNaam, QStringLiteral("Kleur")}),
+        "UnknownProperty");
+    geweigerd(beller->roep(kDienstPad, kEigenschappen, "Get", {kDienstNaam}), "InvalidArgs");
+    geweigerd(beller->roep(kDienstPad, kEigenschappen, "Set",
+                           {kDienstNaam, QStringLiteral("RegenAan"),
+                            QVariant::fromValue(QDBusVariant(true))}),
+              "PropertyReadOnly");
+}
+
+TEST_F(Dienst, StopAnswersFirst) {
+    EXPECT_EQ(beller->roep("Stop").type(), QDBusMessage::ReplyMessage);
+    EXPECT_TRUE(until([&] { return gestopt == 1; }));
+}
+
+TEST_F(Dienst, TheNameIsOneProgramsOnly) {
+    BusPoort tweede(echteKlok, bus.address());
+    EXPECT_FALSE(tweede.neemNaam(kDienstNaam));
+}
+
+TEST_F(Dienst, TheEndOfTheBusIsTold) {
+    int verloren = 0;
+    poort->onVerloren([&] { ++verloren; });
+    bus.stop();
+    EXPECT_TRUE(until([&] { return verloren == 1; }));
+}
+
+// A program that calls as fast as it can, everything there is.
+class Vloed {
+  public:
+    explicit Vloed(const QString& adres) {
+        proces.start(QStringLiteral(BRIXTEL_BUILD_DIR "/tests/programmas/vloed"), {adres});
+        until([this] {
+            gezegd += proces.readAll();
+            return gezegd.contains('\n');
+        });
+    }
+    ~Vloed() {
+        proces.kill();
+        proces.waitForFinished();
+    }
+    // It says so every thousand calls.
+    long duizenden() {
+        gezegd += proces.readAll();
+        return static_cast<long>(gezegd.count('\n'));
+    }
+
+  private:
+    QProcess proces;
+    QByteArray gezegd;
+};
+
+TEST_F(Dienst, AFloodOfCallsStopsNeitherPicturesNorOthers) {
+    Vloed vloed(bus.address());
+    int beelden = 0;
+    const platform::Timer beeld(echteKlok, {.interval = 1.0 / 60, .repeats = true},
+                                [&] { ++beelden; });
+    const long begin = vloed.duizenden();
+    const double sinds = echteKlok.now();
+    // While ten thousand calls come in there are pictures, and another is answered.
+    ASSERT_TRUE(until([&] { return vloed.duizenden() >= begin + 5; }, 60'000));
+    const int halverwege = beelden;
+    EXPECT_GT(halverwege, 0);
+    EXPECT_EQ(beller->roep("ZetDichtheid", {0.5}).type(), QDBusMessage::ReplyMessage);
+    EXPECT_EQ(nu().keuzes.dichtheid, 0.5);
+    ASSERT_TRUE(until([&] { return vloed.duizenden() >= begin + 10; }, 60'000));
+    EXPECT_GT(beelden, halverwege);
+    // What the flooder brought about is what any one caller may, and not nothing.
+    EXPECT_GT(gemeld.size(), 2U);
+    const double duur = echteKlok.now() - sinds;
+    EXPECT_LE(static_cast<double>(gemeld.size()), 2 + 8 + 4 * (duur + 20));
+}
+
+}  // namespace

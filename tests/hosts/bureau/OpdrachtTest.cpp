@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/bureau/Opdracht.h"
+
+#include <gtest/gtest.h>
+
+#include "hosts/bureau/BureauDienst.h"
+#include "hosts/bureau/BureauXml.h"
+
+using brixtel::BureauOpdracht;
+using brixtel::Fout;
+using brixtel::leesBureauOpdracht;
+using brixtel::Verzoek;
+
+namespace {
+
+using Wat = BureauOpdracht::Wat;
+
+BureauOpdracht goed(const char* regel) {
+    const auto gelezen =
+        leesBureauOpdracht(QString::fromUtf8(regel).split(u' ', Qt::SkipEmptyParts));
+    if (const auto* fout = std::get_if<Fout>(&gelezen)) {
+        ADD_FAILURE() << qPrintable(fout->regel);
+        return {};
+    }
+    return std::get<BureauOpdracht>(gelezen);
+}
+
+QString mis(const QStringList& woorden) {
+    const auto gelezen = leesBureauOpdracht(woorden);
+    const auto* fout = std::get_if<Fout>(&gelezen);
+    return fout ? fout->regel : QString();
+}
+
+Verzoek verzoek(const char* methode, const QVariantList& waarden = {}) {
+    return {QString::fromLatin1(methode), waarden};
+}
+
+TEST(BureauOpdracht, NothingMeansTheServiceAndNothingMore) {
+    EXPECT_EQ(goed("").wat, Wat::Dienst);
+    EXPECT_TRUE(goed("").verzoeken.empty());
+}
+
+TEST(BureauOpdracht, EveryOptionIsOneCall) {
+    const std::pair<const char*, Verzoek> paren[] = {
+        {"--toon-regen", verzoek("ToonRegen")},
+        {"--sluit-regen", verzoek("SluitRegen")},
+        {"--wissel-regen", verzoek("WisselRegen")},
+        {"--toon-zwart", verzoek("ToonZwart", {QString()})},
+        {"--toon-zwart=bol", verzoek("ToonZwart", {QStringLiteral("bol")})},
+        {"--sluit-zwart", verzoek("SluitZwart")},
+        {"--wissel-zwart", verzoek("WisselZwart", {QString()})},
+        {"--wissel-zwart=tunnel", verzoek("WisselZwart", {QStringLiteral("tunnel")})},
+        {"--wissel-zwart regen", verzoek("WisselZwart", {QStringLiteral("regen")})},
+        {"--sluit-alles", verzoek("SluitAlles")},
+        {"--stop", verzoek("Stop")},
+        {"--dichtheid=0.5", verzoek("ZetDichtheid", {0.5})},
+        {"--snelheid 2", verzoek("ZetSnelheid", {2.0})},
+        {"--muziek=aan", verzoek("ZetMuziek", {true})},
+        {"-muziek uit", verzoek("ZetMuziek", {false})},
+    };
+    for (const auto& [regel, verwacht] : paren) {
+        const BureauOpdracht opdracht = goed(regel);
+        ASSERT_EQ(opdracht.verzoeken.size(), 1U) << regel;
+        EXPECT_EQ(opdracht.verzoeken.front(), verwacht) << regel;
+        EXPECT_EQ(opdracht.wat, Wat::Dienst) << regel;
+    }
+}
+
+TEST(BureauOpdracht, WhatIsAskedHappensInThatOrder) {
+    const BureauOpdracht opdracht = goed("--dichtheid=1 --wissel-zwart --toon-regen --stand");
+    ASSERT_EQ(opdracht.verzoeken.size(), 3U);
+    EXPECT_EQ(opdracht.verzoeken[0].methode, QStringLiteral("ZetDichtheid"));
+    EXPECT_EQ(opdracht.verzoeken[1].methode, QStringLiteral("WisselZwart"));
+    EXPECT_EQ(opdracht.verzoeken[2].methode, QStringLiteral("ToonRegen"));
+    EXPECT_EQ(opdracht.wat, Wat::Stand);
+    EXPECT_EQ(goed("--versie").wat, Wat::Versie);
+    EXPECT_EQ(goed("-help").wat, Wat::Hulp);
+}
+
+TEST(BureauOpdracht, StartingWithTheSessionIsNoCall) {
+    EXPECT_EQ(goed("--muziek=uit").autostart, std::nullopt);
+    EXPECT_EQ(goed("--autostart=aan").autostart, true);
+    EXPECT_EQ(goed("--autostart uit").autostart, false);
+    EXPECT_TRUE(goed("--autostart=aan").verzoeken.empty());
+}
+
+TEST(BureauOpdracht, ABadArgumentGetsOneClearDutchLine) {
+    for (const char* regel : {"--onzin",
+                              "regen",
+                              "-",
+                              "--",
+                              "--wissel-zwart=Bol",
+                              "--wissel-zwart=",
+                              "--toon-zwart=wisselend",
+                              "--toon-zwart zebra",
+                              "--wissel-regen=ja",
+                              "--dichtheid",
+                              "--dichtheid=1.1",
+                              "--dichtheid=-0.1",
+                              "--dichtheid=nan",
+                              "--snelheid=0",
+                              "--snelheid=4.1",
+                              "--snelheid=inf",
+                              "--muziek",
+                              "--muziek=hard",
+                              "--autostart",
+                              "--autostart=ja",
+                              "--stand --versie",
+                              "--stop=nu"}) {
+        const QString fout = mis(QString::fromUtf8(regel).split(u' ', Qt::SkipEmptyParts));
+        EXPECT_TRUE(fout.startsWith(QLatin1String("brixtel-bureau: "))) << regel;
+        EXPECT_FALSE(fout.contains(u'\n')) << regel;
+        EXPECT_GT(fout.size(), 30) << regel;
+    }
+    EXPECT_FALSE(mis({QStringLiteral("--muziek=a\nb")}).contains(u'\n'));
+}
+
+TEST(BureauOpdracht, TheHelpNamesEveryOption) {
+    const QString hulp = brixtel::bureauHulpTekst();
+    for (const char* naam : {"toon-regen", "sluit-regen", "wissel-regen", "toon-zwart",
+                             "sluit-zwart", "wissel-zwart", "sluit-alles", "stop", "dichtheid",
+                             "snelheid", "muziek", "autostart", "stand", "versie", "help"})
+        EXPECT_TRUE(hulp.contains(QStringLiteral("--") + QLatin1String(naam))) << naam;
+}
+
+TEST(BureauOpdracht, EveryMethodOfTheBusHasAnOption) {
+    QStringList vanDeBus, vanDeRegel;
+    for (const auto& methode : brixtel::methodenIn(QString::fromUtf8(brixtel::kBureauXml)))
+        vanDeBus << methode.naam;
+    for (const char* regel : {"--toon-regen", "--sluit-regen", "--wissel-regen", "--toon-zwart",
+                              "--sluit-zwart", "--wissel-zwart", "--sluit-alles", "--stop",
+                              "--dichtheid=1", "--snelheid=1", "--muziek=aan"})
+        vanDeRegel << goed(regel).verzoeken.front().methode;
+    vanDeBus.sort();
+    vanDeRegel.sort();
+    EXPECT_EQ(vanDeBus, vanDeRegel);
+}
+
+}  // namespace

@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: MIT
+// The icon in the tray, before a tray of the test's own.
+#include "hosts/bureau/Pictogram.h"
+
+#include <QDBusArgument>
+
+#include "tests/hosts/bureau/BureauProef.h"
+
+using namespace brixtel;
+
+namespace {
+
+const QString kTrays = QStringLiteral("org.kde.StatusNotifierWatcher");
+const QString kItem = QStringLiteral("/StatusNotifierItem");
+const QString kItemInterface = QStringLiteral("org.kde.StatusNotifierItem");
+const QString kMenuInterface = QStringLiteral("com.canonical.dbusmenu");
+const QString kEigenschappen = QStringLiteral("org.freedesktop.DBus.Properties");
+
+// What shows icons: notes who announces himself.
+struct Tray {
+    QStringList aangemeld;
+    BusPoort poort;
+
+    Tray(platform::MediaClock& klok, const QString& adres) : poort(klok, adres) {
+        poort.bied({.pad = QStringLiteral("/StatusNotifierWatcher"),
+                    .beschrijving = QStringLiteral(
+                        "<interface name=\"org.kde.StatusNotifierWatcher\">"
+                        "<method name=\"RegisterStatusNotifierItem\">"
+                        "<arg name=\"service\" type=\"s\" direction=\"in\"/></method></interface>"),
+                    .doe = {{kTrays + QStringLiteral(".RegisterStatusNotifierItem"),
+                             [this](const QVariantList& waarden) -> BusAntwoord {
+                                 aangemeld << waarden.at(0).toString();
+                                 return QVariantList();
+                             }}},
+                    .eigenschappen = {}});
+    }
+    bool kom() { return poort.neemNaam(kTrays); }
+};
+
+class InHetSysteemvak : public BureauProef {
+  protected:
+    DBusDaemon bus;
+    platform::SystemClock echteKlok;
+    std::optional<BusPoort> poort;
+    std::optional<Pictogram> pictogram;
+    std::optional<Beller> beller;
+    int gestopt = 0;
+
+    void SetUp() override {
+        BureauProef::SetUp();
+        ASSERT_FALSE(bus.address().isEmpty());
+        poort.emplace(echteKlok, bus.address());
+        pictogram.emplace(*bureau, *poort, [this] { ++gestopt; });
+        ASSERT_TRUE(poort->neemNaam(kDienstNaam));
+        beller.emplace(bus.address());
+    }
+    void TearDown() override {
+        beller.reset();
+        pictogram.reset();
+        poort.reset();
+    }
+    QVariant kenmerk(const char* naam) {
+        const auto antwoord =
+            beller->roep(kItem, kEigenschappen, "Get", {kItemInterface, QLatin1String(naam)});
+        return qvariant_cast<QDBusVariant>(antwoord.arguments().value(0)).variant();
+    }
+    QString menuPad() { return qvariant_cast<QDBusObjectPath>(kenmerk("Menu")).path(); }
+    BusMenuRegel menu() {
+        const auto antwoord =
+            beller->roep(menuPad(), kMenuInterface, "GetLayout", {0, -1, QStringList()});
+        return qdbus_cast<BusMenuRegel>(antwoord.arguments().value(1));
+    }
+    static const BusMenuRegel* vind(const BusMenuRegel& regel, const QString& begin) {
+        const QString tekst = regel.kenmerken.value(QStringLiteral("label")).toString();
+        if (!tekst.isEmpty() && tekst.startsWith(begin)) return &regel;
+        for (const auto& onder : regel.onder)
+            if (const auto* gevonden = vind(onder, begin)) return gevonden;
+        return nullptr;
+    }
+    void klik(const char* begin) {
+        const BusMenuRegel alles = menu();
+        const auto* regel = vind(alles, QString::fromLatin1(begin));
+        ASSERT_NE(regel, nullptr) << begin;
+        beller->roep(menuPad(), kMenuInterface, "Event",
+                     {regel->nummer, QStringLiteral("clicked"),
+                      QVariant::fromValue(QDBusVariant(QString())), 0U});
+    }
+    bool heeftVink(const char* begin) {
+        const BusMenuRegel alles = menu();
+        const auto* regel = vind(alles, QString::fromLatin1(begin));
+        return regel && regel->kenmerken.value(QStringLiteral("toggle-state")) == 1;
+    }
+};
+
+TEST_F(InHetSysteemvak, ATrayThatIsThereIsToldAtOnce) {
+    Tray tray(echteKlok, bus.address());
+    ASSERT_TRUE(tray.kom());
+    pictogram->meldAan();
+    ASSERT_TRUE(until([&] { return !tray.aangemeld.isEmpty(); }));
+    EXPECT_EQ(tray.aangemeld, QStringList(poort->verbinding().baseService()));
+}
+
+TEST_F(InHetSysteemvak, ATrayThatComesLaterOrAgainIsToldToo) {
+    pictogram->meldAan();
+    for (int keer = 0; keer < 2; ++keer) {
+        Tray tray(echteKlok, bus.address());
+        ASSERT_TRUE(tray.kom());
+        EXPECT_TRUE(until([&] { return tray.aangemeld.size() == 1; })) << keer;
+    }
+}
+
+TEST_F(InHetSysteemvak, ThePictureIsGreenOnBlack) {
+    EXPECT_EQ(kenmerk("Title"), QStringLiteral("Brixtel"));
+    EXPECT_EQ(kenmerk("Status"), QStringLiteral("Active"));
+    EXPECT_EQ(kenmerk("ItemIsMenu"), true);
+    const auto beelden = qdbus_cast<QList<BusBeeld>>(kenmerk("IconPixmap"));
+    ASSERT_EQ(beelden.size(), 3);
+    for (const BusBeeld& beeld : beelden) {
+        ASSERT_EQ(beeld.bytes.size(), beeld.breedte * beeld.hoogte * 4);
+        int groen = 0, zwart = 0;
+        for (qsizetype i = 0; i < beeld.bytes.size(); i += 4) {
+            const auto kanaal = [&](int k) { return static_cast<quint8>(beeld.bytes[i + k]); };
+            groen += kanaal(0) == 255 && kanaal(2) > 90 && kanaal(2) > 2 * kanaal(1);
+            zwart += kanaal(0) == 255 && kanaal(2) < 30;
+        }
+        EXPECT_GT(groen, beeld.breedte * beeld.hoogte / 10);
+        EXPECT_GT(zwart, beeld.breedte * beeld.hoogte / 3);
+    }
+}
+
+TEST_F(InHetSysteemvak, TheMenuDoesWhatItSays) {
+    klik("Regen over het bureaublad");
+    EXPECT_TRUE(nu().regen);
+    EXPECT_TRUE(heeftVink("Regen over het bureaublad"));
+    klik("Tunnel");
+    EXPECT_EQ(nu().soort, DrieSoort::tunnel);
+    EXPECT_TRUE(heeftVink("Tunnel"));
+    EXPECT_FALSE(heeftVink("Bol"));
+    klik("Zwart scherm volgt de muziek");
+    EXPECT_TRUE(nu().keuzes.muziek);
+    EXPECT_TRUE(heeftVink("Zwart scherm volgt de muziek"));
+    klik("Alles sluiten");
+    EXPECT_FALSE(nu().regen || nu().zwart);
+    EXPECT_EQ(gestopt, 0);
+    klik("Stoppen");
+    EXPECT_EQ(gestopt, 1);
+}
+
+TEST_F(InHetSysteemvak, TheMenuSaysWhatTheRainWaitsFor) {
+    werkruimte.doorzichtig = false;
+    bureau->toonRegen();
+    const BusMenuRegel alles = menu();
+    EXPECT_NE(vind(alles, QStringLiteral("Regen over het bureaublad (wacht op een compositor)")),
+              nullptr);
+}
+
+TEST_F(InHetSysteemvak, ALineThatIsNotThereIsRefused) {
+    for (const int nummer : {-1, 12, 1'000'000}) {
+        EXPECT_EQ(beller->roep(menuPad(), kMenuInterface, "AboutToShow", {nummer}).type(),
+                  QDBusMessage::ErrorMessage);
+        EXPECT_EQ(beller
+                      ->roep(menuPad(), kMenuInterface, "Event",
+                             {nummer, QStringLiteral("clicked"),
+                              QVariant::fromValue(QDBusVariant(0)), 0U})
+                      .type(),
+                  QDBusMessage::ErrorMessage);
+    }
+    EXPECT_EQ(nu(), BureauStand{});
+}
+
+TEST_F(InHetSysteemvak, ActivatingTheIconSwitchesTheRain) {
+    beller->roep(kItem, kItemInterface, "Activate", {0, 0});
+    EXPECT_TRUE(nu().regen);
+    beller->roep(kItem, kItemInterface, "Activate", {0, 0});
+    EXPECT_FALSE(nu().regen);
+}
+
+}  // namespace

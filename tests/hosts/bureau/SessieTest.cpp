@@ -1,0 +1,325 @@
+// SPDX-License-Identifier: MIT
+// The program whole, in a session of the test's own: an X server with a window
+// manager and a compositor, a message bus, a home.
+#include <signal.h>
+
+#include <QDir>
+#include <QFile>
+#include <QGuiApplication>
+#include <QImage>
+#include <QProcessEnvironment>
+
+#include "tests/desktop/Bureaublad.h"
+#include "tests/support/DBusDaemon.h"
+
+namespace {
+
+using brixtel::Bureaublad;
+using brixtel::scherm;
+
+class Sessie : public testing::Test {
+  protected:
+    Xvfb server{"800x600x24"};
+    DBusDaemon bus;
+    QTemporaryDir thuis;
+    std::optional<Bureaublad> bureaublad;
+    QProcess eigenaar;
+
+    void SetUp() override {
+        ASSERT_TRUE(server.isRunning());
+        ASSERT_FALSE(bus.address().isEmpty());
+        scherm = &server;
+        bureaublad.emplace();
+        ASSERT_TRUE(bureaublad->isKlaar());
+    }
+    void TearDown() override {
+        Bureaublad::eindig(eigenaar);
+        bureaublad.reset();
+        scherm = nullptr;
+    }
+    [[nodiscard]] QProcessEnvironment omgeving() const {
+        QProcessEnvironment waarden;
+        waarden.insert(QStringLiteral("PATH"), qEnvironmentVariable("PATH"));
+        waarden.insert(QStringLiteral("HOME"), thuis.path());
+        waarden.insert(QStringLiteral("LANG"), QStringLiteral("C.UTF-8"));
+        waarden.insert(QStringLiteral("LIBGL_ALWAYS_SOFTWARE"), QStringLiteral("1"));
+        waarden.insert(QStringLiteral("DISPLAY"), server.display());
+        waarden.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus.address());
+        waarden.insert(QStringLiteral("PULSE_SERVER"), QStringLiteral("unix:/nonexistent"));
+        for (const char* naam : {"ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS"})
+            if (qEnvironmentVariableIsSet(naam))
+                waarden.insert(QLatin1String(naam), qEnvironmentVariable(naam));
+        return waarden;
+    }
+    void start(QProcess& proces, const QStringList& woorden) const {
+        proces.setProcessEnvironment(omgeving());
+        proces.start(QStringLiteral(BRIXTEL_BUILD_DIR "/bin/brixtel-bureau"), woorden);
+        proces.waitForStarted();
+    }
+    struct Afloop {
+        int uitgang;
+        QString uit, fouten;
+    };
+    // Runs it to its end.
+    Afloop draai(const QStringList& woorden) const {
+        QProcess proces;
+        start(proces, woorden);
+        if (!until([&] { return proces.state() == QProcess::NotRunning; }, 30'000))
+            return {-1, {}, {}};
+        return {proces.exitCode(), QString::fromUtf8(proces.readAllStandardOutput()),
+                QString::fromUtf8(proces.readAllStandardError())};
+    }
+    Afloop draai(const char* regel) const { return draai(QString::fromLatin1(regel).split(u' ')); }
+    // Starts the owner, and waits until it answers.
+    bool begin(const QStringList& woorden = {}) {
+        start(eigenaar, woorden);
+        return until([this] { return draai("--stand").uitgang == 0; }, 30'000);
+    }
+    // Whether --stand says so, soon: it answers before it has done all it was
+    // started for.
+    bool meldt(const char* tekst) {
+        return until([&] { return draai("--stand").uit.contains(QLatin1String(tekst)); }, 20'000);
+    }
+    bool eindigt() {
+        return until([this] { return eigenaar.state() == QProcess::NotRunning; }, 20'000);
+    }
+    [[nodiscard]] QImage beeld() const { return server.picture(server.screen().root); }
+    // How much of the screen is lit.
+    [[nodiscard]] double groen() const {
+        const QImage nu = beeld();
+        qint64 aantal = 0;
+        for (int y = 0; y < nu.height(); ++y)
+            for (int x = 0; x < nu.width(); ++x)
+                aantal += qGreen(nu.pixel(x, y)) > 60 &&
+                          qGreen(nu.pixel(x, y)) > qRed(nu.pixel(x, y)) + 20;
+        return static_cast<double>(aantal) / (1.0 * nu.width() * nu.height());
+    }
+};
+
+TEST_F(Sessie, TheDesktopRainComesAndGoes) {
+    ASSERT_TRUE(bureaublad->startCompositor());
+    ASSERT_TRUE(begin({QStringLiteral("--wissel-regen")}));
+    EXPECT_TRUE(meldt("regen: aan\n"));
+    EXPECT_TRUE(until([this] { return groen() > 0.005; }, 20'000));
+    EXPECT_EQ(draai("--wissel-regen").uitgang, 0);
+    EXPECT_TRUE(meldt("regen: uit\n"));
+    EXPECT_TRUE(until([this] { return groen() == 0.0; }, 20'000));
+}
+
+TEST_F(Sessie, WithoutACompositorTheStateSaysWhyAndNothingIsShown) {
+    ASSERT_TRUE(begin({QStringLiteral("--toon-regen")}));
+    EXPECT_TRUE(meldt("regen: aan, maar niet te zien: er draait geen compositor"));
+    EXPECT_EQ(groen(), 0.0);
+    ASSERT_TRUE(bureaublad->startCompositor());
+    EXPECT_TRUE(until([this] { return groen() > 0.005; }, 20'000));
+    EXPECT_TRUE(meldt("regen: aan\n"));
+}
+
+TEST_F(Sessie, TheBlackScreenShowsTheRainOrASceneUntilAKey) {
+    ASSERT_TRUE(begin({QStringLiteral("--toon-zwart")}));
+    EXPECT_TRUE(until([this] { return groen() > 0.02; }, 20'000));
+    EXPECT_TRUE(meldt("zwart scherm: aan (regen)"));
+    EXPECT_EQ(draai("--sluit-zwart --toon-zwart=kubus").uitgang, 0);
+    EXPECT_TRUE(meldt("zwart scherm: aan (kubus)"));
+    ASSERT_TRUE(until([] { return Bureaublad::metToetsen() > 1; }));
+    // A key goes to whoever has the keyboard, and that may take its time.
+    EXPECT_TRUE(until(
+        [this] {
+            Bureaublad::hulp(QStringLiteral("xdotool key space"));
+            return draai("--stand").uit.contains(QStringLiteral("zwart scherm: uit"));
+        },
+        30'000));
+}
+
+TEST_F(Sessie, ASecondStartAsksTheFirst) {
+    ASSERT_TRUE(begin());
+    const auto tweede = draai("--dichtheid=0.25 --snelheid 3 --muziek=aan --stand");
+    EXPECT_EQ(tweede.uitgang, 0);
+    EXPECT_EQ(tweede.uit, QStringLiteral("zwart scherm: uit\nregen: uit\ndichtheid: 0.25\n"
+                                         "snelheid: 3\nmuziek: aan\n"));
+    EXPECT_EQ(tweede.fouten, QString());
+    EXPECT_EQ(draai(QStringList()).uitgang, 0);
+    EXPECT_EQ(eigenaar.state(), QProcess::Running);
+    // Without a display too.
+    QProcess blind;
+    QProcessEnvironment waarden = omgeving();
+    waarden.remove(QStringLiteral("DISPLAY"));
+    blind.setProcessEnvironment(waarden);
+    blind.start(QStringLiteral(BRIXTEL_BUILD_DIR "/bin/brixtel-bureau"),
+                {QStringLiteral("--sluit-alles")});
+    ASSERT_TRUE(until([&] { return blind.state() == QProcess::NotRunning; }));
+    EXPECT_EQ(blind.exitCode(), 0);
+    EXPECT_EQ(draai("--stop").uitgang, 0);
+    ASSERT_TRUE(eindigt());
+    EXPECT_EQ(eigenaar.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(eigenaar.exitCode(), 0);
+}
+
+TEST_F(Sessie, StoppingTakesDownWhatShows) {
+    ASSERT_TRUE(bureaublad->startCompositor());
+    ASSERT_TRUE(begin({QStringLiteral("--toon-regen"), QStringLiteral("--toon-zwart")}));
+    ASSERT_TRUE(until([this] { return groen() > 0.02; }, 20'000));
+    EXPECT_EQ(draai("--stop").uitgang, 0);
+    ASSERT_TRUE(eindigt());
+    EXPECT_EQ(eigenaar.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(eigenaar.exitCode(), 0);
+    EXPECT_TRUE(until([this] { return groen() == 0.0; }));
+}
+
+TEST_F(Sessie, OfManyStartsAtOnceOneStays) {
+    std::array<QProcess, 4> starts;
+    for (QProcess& een : starts)
+        start(een, {});
+    EXPECT_TRUE(until(
+        [&] {
+            return std::count_if(starts.begin(), starts.end(), [](const QProcess& een) {
+                       return een.state() == QProcess::Running;
+                   }) == 1;
+        },
+        30'000));
+    EXPECT_EQ(draai("--stand").uitgang, 0);
+    EXPECT_EQ(draai("--stop").uitgang, 0);
+    for (QProcess& een : starts) {
+        EXPECT_TRUE(until([&] { return een.state() == QProcess::NotRunning; }, 20'000));
+        EXPECT_EQ(een.exitCode(), 0) << een.readAllStandardError().constData();
+    }
+}
+
+TEST_F(Sessie, WhereNobodyRunsThereIsNothingToCloseAndNothingToTell) {
+    EXPECT_EQ(draai("--sluit-alles").uitgang, 0);
+    EXPECT_EQ(draai("--sluit-regen --stop").uitgang, 0);
+    const auto stand = draai("--stand");
+    EXPECT_EQ(stand.uitgang, 1);
+    EXPECT_EQ(stand.fouten, QStringLiteral("brixtel-bureau: er draait geen brixtel-bureau\n"));
+}
+
+TEST_F(Sessie, BadUseIsOneDutchLineAndStatusTwo) {
+    const auto fout = draai("--wissel-zwart=zebra");
+    EXPECT_EQ(fout.uitgang, 2);
+    EXPECT_EQ(fout.uit, QString());
+    EXPECT_EQ(fout.fouten.count(u'\n'), 1);
+    EXPECT_EQ(draai("--versie").uit, QStringLiteral("brixtel-bureau " BRIXTEL_VERSION "\n"));
+    EXPECT_TRUE(draai("--help").uit.contains(QStringLiteral("--wissel-regen")));
+}
+
+TEST_F(Sessie, ItStartsWithTheSessionIfAsked) {
+    const QString pad =
+        thuis.filePath(QStringLiteral(".config/autostart/nl.groenlicht.brixtel.bureau.desktop"));
+    EXPECT_EQ(draai("--autostart=aan").uitgang, 0);
+    QFile ingang(pad);
+    ASSERT_TRUE(ingang.open(QIODevice::ReadOnly));
+    const QString tekst = QString::fromUtf8(ingang.readAll());
+    const QString regel = tekst.section(QStringLiteral("\nExec="), 1).section(u'\n', 0, 0);
+    EXPECT_EQ(regel, QStringLiteral("\"" BRIXTEL_BUILD_DIR "/bin/brixtel-bureau\""));
+    // Nothing was started for it.
+    EXPECT_EQ(draai("--stand").uitgang, 1);
+    EXPECT_EQ(draai("--autostart=uit").uitgang, 0);
+    EXPECT_FALSE(QFile::exists(pad));
+    EXPECT_EQ(draai("--autostart=uit").uitgang, 0);
+    // Where it cannot be written, it says so.
+    QFile versperring(thuis.filePath(QStringLiteral(".config/autostart")));
+    QDir(thuis.path()).rmdir(QStringLiteral(".config/autostart"));
+    ASSERT_TRUE(versperring.open(QIODevice::WriteOnly));
+    const auto mis = draai("--autostart=aan");
+    EXPECT_EQ(mis.uitgang, 1);
+    EXPECT_TRUE(mis.fouten.contains(QStringLiteral("is niet te schrijven")));
+}
+
+TEST_F(Sessie, WithoutABusOrADisplayItSaysSo) {
+    QProcess proces;
+    QProcessEnvironment waarden = omgeving();
+    waarden.remove(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
+    waarden.insert(QStringLiteral("XDG_RUNTIME_DIR"), QStringLiteral("/nonexistent"));
+    proces.setProcessEnvironment(waarden);
+    proces.start(QStringLiteral(BRIXTEL_BUILD_DIR "/bin/brixtel-bureau"), QStringList());
+    ASSERT_TRUE(until([&] { return proces.state() == QProcess::NotRunning; }));
+    EXPECT_EQ(proces.exitCode(), 1);
+    EXPECT_TRUE(proces.readAllStandardError().contains("er is geen sessiebus"));
+    waarden = omgeving();
+    waarden.remove(QStringLiteral("DISPLAY"));
+    proces.setProcessEnvironment(waarden);
+    proces.start(QStringLiteral(BRIXTEL_BUILD_DIR "/bin/brixtel-bureau"), QStringList());
+    ASSERT_TRUE(until([&] { return proces.state() == QProcess::NotRunning; }));
+    EXPECT_EQ(proces.exitCode(), 1);
+    EXPECT_TRUE(proces.readAllStandardError().contains("er is geen scherm"));
+}
+
+TEST_F(Sessie, AnOwnerThatIsKilledLeavesNothingAndANewOneStarts) {
+    ASSERT_TRUE(begin({QStringLiteral("--dichtheid=0.5"), QStringLiteral("--toon-zwart")}));
+    ASSERT_TRUE(until([this] { return groen() > 0.02; }, 20'000));
+    eigenaar.kill();
+    ASSERT_TRUE(eindigt());
+    EXPECT_TRUE(until([this] { return groen() == 0.0; }));
+    EXPECT_TRUE(until([this] { return draai("--stand").uitgang == 1; }));
+    ASSERT_TRUE(begin());
+    EXPECT_TRUE(meldt("dichtheid: 0.5\n"));
+}
+
+TEST_F(Sessie, ASignalEndsItAndTheEndOfTheBusToo) {
+    ASSERT_TRUE(begin({QStringLiteral("--toon-zwart")}));
+    ::kill(static_cast<pid_t>(eigenaar.processId()), SIGTERM);
+    ASSERT_TRUE(eindigt());
+    EXPECT_EQ(eigenaar.exitStatus(), QProcess::CrashExit);
+    EXPECT_EQ(eigenaar.exitCode(), SIGTERM);
+    EXPECT_TRUE(until([this] { return groen() == 0.0; }));
+    ASSERT_TRUE(begin());
+    bus.stop();
+    EXPECT_TRUE(eindigt());
+    EXPECT_EQ(eigenaar.exitCode(), 0);
+}
+
+// How often the kernel has given each of the owner's threads its turn.
+QByteArray beurten(qint64 proces) {
+    QByteArray alle;
+    const QDir draden(QStringLiteral("/proc/%1/task").arg(proces));
+    for (const QString& draad : draden.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile stand(draden.filePath(draad + QStringLiteral("/status")));
+        if (!stand.open(QIODevice::ReadOnly)) continue;
+        for (const QByteArray& regel : stand.readAll().split('\n'))
+            if (regel.contains("ctxt_switches")) alle += draad.toLatin1() + ' ' + regel + '\n';
+    }
+    return alle;
+}
+
+TEST_F(Sessie, AnOwnerThatShowsNothingIsNotWokenOnce) {
+    ASSERT_TRUE(bureaublad->startCompositor());
+    ASSERT_TRUE(begin({QStringLiteral("--toon-regen"), QStringLiteral("--muziek=aan")}));
+    ASSERT_TRUE(until([this] { return groen() > 0.005; }, 20'000));
+    EXPECT_EQ(draai("--toon-zwart --sluit-alles").uitgang, 0);
+    // What goes out needs a moment; from then on it stays quiet while twenty other
+    // programs come and go.
+    EXPECT_TRUE(until(
+        [this] {
+            const QByteArray voor = beurten(eigenaar.processId());
+            for (int keer = 0; keer < 20; ++keer)
+                draai("--versie");
+            return !voor.isEmpty() && beurten(eigenaar.processId()) == voor;
+        },
+        60'000));
+}
+
+TEST_F(Sessie, AFloodOfCallsDoesNotStopThePictures) {
+    ASSERT_TRUE(begin({QStringLiteral("--toon-zwart")}));
+    ASSERT_TRUE(until([this] { return groen() > 0.02; }, 20'000));
+    QProcess vloed;
+    vloed.start(QStringLiteral(BRIXTEL_BUILD_DIR "/tests/programmas/vloed"), {bus.address()});
+    QByteArray gezegd;
+    const auto duizenden = [&] {
+        gezegd += vloed.readAll();
+        return gezegd.count('\n');
+    };
+    ASSERT_TRUE(until([&] { return duizenden() >= 1; }, 30'000));
+    for (int keer = 0; keer < 10; ++keer) {
+        const QImage voor = beeld();
+        EXPECT_TRUE(until([&] { return beeld() != voor; })) << keer;
+    }
+    const auto voor = duizenden();
+    EXPECT_TRUE(until([&] { return duizenden() > voor; }, 30'000));
+    // The user closes it all the same.
+    EXPECT_EQ(draai("--sluit-alles").uitgang, 0);
+    vloed.kill();
+    vloed.waitForFinished();
+    EXPECT_TRUE(until([this] { return groen() == 0.0; }, 20'000));
+}
+
+}  // namespace

@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: MIT
+#include "platform/sound/MonitorRecorder.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+
+#include "platform/sound/MonitorSource.h"
+#include "tests/support/GeluidServer.h"
+#include "tests/support/KlikSpoor.h"
+#include "tests/support/Processen.h"
+
+using platform::MonitorRecorder;
+using steun::GeluidServer;
+
+namespace {
+
+const QStringList kMicrofoon{QStringLiteral("-L"),
+                             QStringLiteral("module-null-source source_name=microfoon")};
+
+struct Recording {
+    std::atomic<long> samples = 0;
+    std::atomic<double> loudest = 0;
+    std::atomic<double> rate = 0;
+    int lost = 0;
+    MonitorRecorder recorder;
+
+    explicit Recording(const QString& server)
+        : recorder(
+              {.server = server},
+              [this](std::span<const float> sound, double r) {
+                  samples += static_cast<long>(sound.size());
+                  rate = r;
+                  for (const float sample : sound)
+                      if (std::abs(sample) > loudest) loudest = std::abs(sample);
+              },
+              [this] { ++lost; }) {}
+};
+
+QString recordings(GeluidServer& server) {
+    return server.pactl(
+        {QStringLiteral("list"), QStringLiteral("source-outputs"), QStringLiteral("short")});
+}
+
+TEST(MonitorSource, OnlyTheMonitorOfAnOutputIsOne) {
+    pa_source_info source{};
+    source.monitor_of_sink = PA_INVALID_INDEX;
+    EXPECT_FALSE(platform::isMonitor(source));
+    source.monitor_of_sink = 0;
+    EXPECT_TRUE(platform::isMonitor(source));
+}
+
+TEST(MonitorRecorder, HearsWhatIsPlayed) {
+    GeluidServer server;
+    ASSERT_TRUE(server.loopt());
+    Recording recording(server.adres());
+    ASSERT_TRUE(until([&] { return recording.samples > 0; }));
+    EXPECT_EQ(recording.rate, 44'100);
+    EXPECT_EQ(recording.loudest, 0.0);
+    const steun::KlikSpoor track{.seconden = 1};
+    ASSERT_TRUE(server.speel(track.maak(), track.tempo));
+    EXPECT_TRUE(until([&] { return recording.loudest > 0.3; }));
+    EXPECT_EQ(recording.lost, 0);
+}
+
+TEST(MonitorRecorder, FollowsTheDefaultOutput) {
+    GeluidServer server(GeluidServer::nulUitgang(QStringLiteral("een")) +
+                        GeluidServer::nulUitgang(QStringLiteral("twee")));
+    ASSERT_TRUE(server.loopt());
+    server.pactl({QStringLiteral("set-default-sink"), QStringLiteral("een")});
+    Recording recording(server.adres());
+    ASSERT_TRUE(until([&] { return recording.samples > 0; }));
+    server.pactl({QStringLiteral("set-default-sink"), QStringLiteral("twee")});
+    const auto source =
+        server.pactl({QStringLiteral("list"), QStringLiteral("sources"), QStringLiteral("short")});
+    const QString number =
+        source.section(QStringLiteral("\ttwee.monitor"), 0, 0).section(u'\n', -1);
+    EXPECT_TRUE(until([&] { return recordings(server).section(u'\t', 1, 1) == number; }))
+        << qPrintable(recordings(server));
+    EXPECT_EQ(recordings(server).count(u'\n'), 1);
+}
+
+TEST(MonitorRecorder, AMicrophoneIsNotHeardWhereThereIsNoOutput) {
+    GeluidServer server(kMicrofoon);
+    ASSERT_TRUE(server.loopt());
+    Recording recording(server.adres());
+    // It has asked for everything once it is a client that listens.
+    ASSERT_TRUE(until([&] {
+        return server.pactl({QStringLiteral("list"), QStringLiteral("clients")})
+            .contains(QStringLiteral("Brixtel"));
+    }));
+    server.pactl({QStringLiteral("set-default-source"), QStringLiteral("microfoon")});
+    EXPECT_EQ(recordings(server), QString());
+    EXPECT_EQ(recording.samples, 0);
+    // An output that comes later is heard, by its monitor.
+    server.pactl({QStringLiteral("load-module"), QStringLiteral("module-null-sink")});
+    EXPECT_TRUE(until([&] { return recording.samples > 0; }));
+}
+
+TEST(MonitorRecorder, CannotBeMovedToAMicrophone) {
+    GeluidServer server(GeluidServer::nulUitgang(QStringLiteral("een")) + kMicrofoon);
+    ASSERT_TRUE(server.loopt());
+    Recording recording(server.adres());
+    ASSERT_TRUE(until([&] { return recording.samples > 0; }));
+    const QString before = recordings(server);
+    const QString number = before.section(u'\t', 0, 0);
+    EXPECT_EQ(
+        server.pactl({QStringLiteral("move-source-output"), number, QStringLiteral("microfoon")}),
+        QString());
+    EXPECT_EQ(recordings(server), before);
+}
+
+TEST(MonitorRecorder, IsSilentWhenItsOutputGoes) {
+    GeluidServer server;
+    ASSERT_TRUE(server.loopt());
+    Recording recording(server.adres());
+    ASSERT_TRUE(until([&] { return recording.samples > 0; }));
+    server.pactl({QStringLiteral("unload-module"), QStringLiteral("module-null-sink")});
+    EXPECT_TRUE(until([&] { return recordings(server).isEmpty(); }));
+    const long before = recording.samples;
+    server.pactl({QStringLiteral("load-module"), QStringLiteral("module-null-sink")});
+    EXPECT_TRUE(until([&] { return recording.samples > before; }));
+    EXPECT_EQ(recording.lost, 0);
+}
+
+TEST(MonitorRecorder, AServerThatIsNotThereIsToldOnceAndLater) {
+    Recording recording(QStringLiteral("unix:/nonexistent/native"));
+    EXPECT_EQ(recording.lost, 0);
+    EXPECT_TRUE(until([&] { return recording.lost == 1; }));
+    EXPECT_EQ(recording.samples, 0);
+}
+
+TEST(MonitorRecorder, AServerThatDiesIsTold) {
+    GeluidServer server;
+    ASSERT_TRUE(server.loopt());
+    Recording recording(server.adres());
+    ASSERT_TRUE(until([&] { return recording.samples > 0; }));
+    server.stop();
+    EXPECT_TRUE(until([&] { return recording.lost == 1; }));
+}
+
+TEST(MonitorRecorder, NothingIsLeftOfOneThatWasDropped) {
+    GeluidServer server;
+    ASSERT_TRUE(server.loopt());
+    const auto cycle = [&](bool heard) {
+        Recording recording(server.adres());
+        if (heard) until([&] { return recording.samples > 0; });
+    };
+    cycle(true);
+    const long descriptors = steun::descriptors();
+    for (int i = 0; i < 5; ++i)
+        cycle(i % 2 == 0);
+    EXPECT_EQ(steun::descriptors(), descriptors);
+    EXPECT_TRUE(until([&] { return recordings(server).isEmpty(); }));
+}
+
+}  // namespace
