@@ -17,12 +17,13 @@ class BolBeeldTest : public steun::WereldOpstelling {
     void SetUp() override { ASSERT_TRUE(snapshot) << "no OpenGL"; }
     void TearDown() override { EXPECT_EQ(snapshot->errors(), 0); }
 
-    static QImage neem(DrieWereld& wereld, double na, QSizeF maat) {
-        return wereld.plaatje({.maat = maat, .na = na}, [](const platform::DrawList& lijst,
-                                                           const DrieWereld::Opname& opname) {
-            return snapshot->picture(lijst, opname.maat, opname.schaal,
-                                     {.samples = opname.monsters});
-        });
+    static QImage neem(DrieWereld& wereld, double na, QSizeF maat, double schaal = 1.0) {
+        return wereld.plaatje(
+            {.maat = maat, .na = na, .schaal = schaal},
+            [](const platform::DrawList& lijst, const DrieWereld::Opname& opname) {
+                return snapshot->picture(lijst, opname.maat, opname.schaal,
+                                         {.samples = opname.monsters});
+            });
     }
     [[nodiscard]] QImage bolMet(const std::vector<Lijn>& lijnen, double na = 0.0) {
         const auto bol = maak(DrieSoort::bol, {.eigenLijnen = true});
@@ -43,10 +44,11 @@ std::int64_t verschil(const QImage& a, const QImage& b) {
 }
 
 TEST_F(BolBeeldTest, With24LinesItTakesTwelveDrawCallsAndOnePerLabel) {
+    kaart_ = steun::noordland();
     const auto bol = maak(DrieSoort::bol, {.eigenLijnen = true});
     bol->zetLijnen(steun::lijnen(24));
-    for (const double na : {0.0, 17.0, 40.0}) {
-        neem(*bol, na, {480, 300});
+    for (double na = 0.0; na < 60.0; na += 3.7) {
+        neem(*bol, na, {480, 300}, na < 30.0 ? 1.0 : 2.0);
         const auto labels = static_cast<int>(steun::zichtbareLabels(*bol));
         EXPECT_GT(labels, 4);
         EXPECT_EQ(snapshot->renderer().drawCalls() - labels, 12) << "at " << na;
