@@ -71,7 +71,7 @@ class BolLabels {
     [[nodiscard]] glm::dvec3 plaatsVan(const Label& label) const;
     void zie(Label& label, const glm::dmat4& camera) const;
     [[nodiscard]] static double naastStip(const Label& label, const glm::dmat4& camera);
-    void maakRuimte();
+    void maakRuimte(double rand);
     static void duw(Label& noord, Label& zuid);
     [[nodiscard]] double sterkte(const Label& label) const;
 

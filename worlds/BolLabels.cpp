@@ -64,7 +64,8 @@ void BolLabels::zet(std::vector<NodePtr> labels) {
         const double noorden = glm::normalize(node->position()).y;
         labels_.push_back({.node = std::move(node), .noorden = noorden, .rang = labels_.size()});
     }
-    labels_.push_back({.noorden = glm::normalize(thuis_).y - kThuisZuidelijker, .rang = labels_.size()});
+    labels_.push_back(
+        {.noorden = glm::normalize(thuis_).y - kThuisZuidelijker, .rang = labels_.size()});
     std::stable_sort(labels_.begin(), labels_.end(),
                      [](const Label& a, const Label& b) { return a.noorden > b.noorden; });
 }
@@ -73,7 +74,8 @@ void BolLabels::schik(const platform::Node& camera) {
     const glm::dmat4 oog = camera.worldTransform();
     for (Label& label : labels_)
         zie(label, oog);
-    maakRuimte();
+    const double zicht = camera.camera()->fieldOfView * platform::kPi / 180.0;
+    maakRuimte(glm::length(glm::dvec3(oog[3])) * std::tan(0.5 * zicht));
     for (Label& label : labels_) {
         if (!label.node) continue;
         label.node->setScreenOffset({0.0, label.omhoog / label.schaal});
@@ -111,11 +113,14 @@ double BolLabels::naastStip(const Label& label, const glm::dmat4& camera) {
 
 // A fixed number of rounds of small pushes, so that the outcome moves as smoothly
 // as the labels do.
-void BolLabels::maakRuimte() {
-    for (int ronde = 0; ronde < kRonden; ++ronde)
+void BolLabels::maakRuimte(double rand) {
+    for (int ronde = 0; ronde < kRonden; ++ronde) {
         for (std::size_t i = 0; i < labels_.size(); ++i)
             for (std::size_t j = i + 1; j < labels_.size(); ++j)
                 duw(labels_[i], labels_[j]);
+        for (Label& label : labels_)
+            label.omhoog = std::min(label.omhoog, rand - label.hoogte - label.y);
+    }
     for (Label& label : labels_)
         label.omhoog = std::clamp(label.omhoog, -kVerste, kVerste);
 }

@@ -134,8 +134,9 @@ NodePtr BolLijnen::lichtje(std::vector<glm::dvec3> baan, std::size_t i) const {
 
 // The letters, and the night behind them as part of it.
 NodePtr BolLijnen::label(const QString& tekst) {
-    const auto oud = labels_.find(tekst);
-    auto node = std::make_shared<Node>(oud != labels_.end() ? oud->second : letters(tekst));
+    GeometryPtr& vlak = labels_[tekst];
+    if (!vlak) vlak = letters(tekst);
+    auto node = std::make_shared<Node>(vlak);
     node->setBillboard(true);
     node->setRenderingOrder(kVolgLetters);
     const glm::vec3 maat = node->geometry()->size();
