@@ -20,6 +20,8 @@ constexpr double kPuntenPerEenheid = 900.0;  // of a label's picture
 constexpr double kLabelHoogte = 36.0;
 constexpr double kGrondMeer = 10.0;  // that it is wider and higher than the label
 constexpr double kNacht = 0.93;      // of the light behind a label that it takes away
+constexpr double kRandBreed = 0.06;  // that one of its soft edges takes of its width
+constexpr double kRandHoog = 0.3;    // and of its height
 
 GeometryPtr bolletje(double straal, const QColor& kleur) {
     return platform::makeSphere({.radius = straal}, DrieWereld::gloed(kleur));
@@ -32,10 +34,8 @@ NodePtr zet(GeometryPtr vorm, const glm::dvec3& plaats, Node& in) {
     return node;
 }
 
-// Night, with soft edges, of which a side takes this much of the whole.
+// Night, with soft edges.
 QImage nacht() {
-    constexpr double kRandBreed = 0.06;
-    constexpr double kRandHoog = 0.3;
     const auto deel = [](int i, int aantal, double rand) {
         const double naarRand = (0.5 + std::min(i, aantal - 1 - i)) / aantal;
         const double t = std::min(1.0, naarRand / rand);
@@ -142,8 +142,8 @@ NodePtr BolLijnen::label(const QString& tekst) {
     const glm::vec3 maat = node->geometry()->size();
     auto achter = std::make_shared<Node>(grond_);
     achter->setRenderingOrder(kVolgGrond);
-    achter->setScale(
-        {maat.x + kGrondMeer / kPuntenPerEenheid, maat.y + kGrondMeer / kPuntenPerEenheid, 1.0});
+    achter->setScale({(1.0 + kRandBreed) * maat.x + kGrondMeer / kPuntenPerEenheid,
+                      maat.y + kGrondMeer / kPuntenPerEenheid, 1.0});
     node->addChild(achter);
     return node;
 }
