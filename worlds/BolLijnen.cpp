@@ -18,10 +18,11 @@ namespace {
 
 constexpr double kPuntenPerEenheid = 900.0;  // of a label's picture
 constexpr double kLabelHoogte = 36.0;
-constexpr double kGrondMeer = 10.0;  // that it is wider and higher than the label
-constexpr double kNacht = 0.93;      // of the light behind a label that it takes away
-constexpr double kRandBreed = 0.06;  // that one of its soft edges takes of its width
-constexpr double kRandHoog = 0.3;    // and of its height
+constexpr double kGrondBreder = 10.0;
+constexpr double kGrondOmhoog = 2.0;  // as letters stand high in their picture
+constexpr double kNacht = 0.93;       // of the light behind a label that it takes away
+constexpr double kRandBreed = 0.06;   // that one of its soft edges takes of its width
+constexpr double kRandHoog = 0.3;     // and of its height
 
 GeometryPtr bolletje(double straal, const QColor& kleur) {
     return platform::makeSphere({.radius = straal}, DrieWereld::gloed(kleur));
@@ -142,8 +143,10 @@ NodePtr BolLijnen::label(const QString& tekst) {
     const glm::vec3 maat = node->geometry()->size();
     auto achter = std::make_shared<Node>(grond_);
     achter->setRenderingOrder(kVolgGrond);
-    achter->setScale({(1.0 + kRandBreed) * maat.x + kGrondMeer / kPuntenPerEenheid,
-                      maat.y + kGrondMeer / kPuntenPerEenheid, 1.0});
+    achter->setScale({(1.0 + kRandBreed) * maat.x + kGrondBreder / kPuntenPerEenheid,
+                      maat.y + 2.0 * kGrondOmhoog / kPuntenPerEenheid, 1.0});
+    // From the label's lower edge up, where the dot is not reached.
+    achter->setPosition({0.0, kGrondOmhoog / kPuntenPerEenheid, 0.0});
     node->addChild(achter);
     return node;
 }
