@@ -49,24 +49,29 @@ NodePtr gloedNode() {
         {.width = 3.1, .height = 3.1}, DrieWereld::gloed(opZwart(bolGloed()), {.add = true})));
     node->setName("gloed");
     node->setBillboard(true);
-    node->setRenderingOrder(-1);
+    node->setRenderingOrder(kVolgGloed);
     return node;
 }
 
 // The dots, the grid and the dark ball that hides those on the far side.
 void voegAarde(Node& bol, const BolPunten& wolken, bool groot) {
-    const auto voeg = [&](platform::GeometryPtr vorm) {
+    const auto voeg = [&](platform::GeometryPtr vorm, int volgorde) {
         bol.addChild(std::make_shared<Node>(std::move(vorm)));
+        bol.children().back()->setRenderingOrder(volgorde);
     };
     const double deel = groot ? kHoogsteDeel : kHoogsteDeelKlein;
     voeg(DrieWereld::punten(
-        wolken.land, {.grootte = groot ? 3.0 : 2.2, .kleur = Thema::groen(), .hoogsteDeel = deel}));
+             wolken.land,
+             {.grootte = groot ? 3.0 : 2.2, .kleur = Thema::groen(), .hoogsteDeel = deel}),
+         kVolgPunten);
     voeg(DrieWereld::punten(
-        wolken.zee, {.grootte = 1.5, .kleur = dimmer(Thema::donker(), 0.8), .hoogsteDeel = deel}));
-    voeg(DrieWereld::lijnen(bolRaster(), dimmer(Thema::donker(), 0.55)));
+             wolken.zee,
+             {.grootte = 1.5, .kleur = dimmer(Thema::donker(), 0.8), .hoogsteDeel = deel}),
+         kVolgPunten);
+    voeg(DrieWereld::lijnen(bolRaster(), dimmer(Thema::donker(), 0.55)), kVolgLicht);
     auto donker = std::make_shared<platform::Material>(QColor::fromRgbF(0.0F, 0.03F, 0.01F));
     donker->setLightingModel(platform::LightingModel::Constant);
-    voeg(platform::makeSphere({.radius = 0.985, .segments = 96}, donker));
+    voeg(platform::makeSphere({.radius = 0.985, .segments = 96}, donker), 0);
 }
 
 // The home marker: a dot, and a ring flat on the surface that pulses.
@@ -81,6 +86,7 @@ void voegThuis(Node& bol, const glm::dvec3& plaats) {
         platform::makeTorus({.ringRadius = 0.05, .pipeRadius = 0.004},
                             DrieWereld::gloed(Thema::cijferFel(), {.add = true})));
     ring->setName("ring");
+    ring->setRenderingOrder(kVolgLicht);
     bol.addChild(ring);
     ring->setPosition(plaats);
     ring->lookAt(2.0 * plaats);

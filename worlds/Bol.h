@@ -36,11 +36,18 @@ struct BolPunten {
 // A thin ring of light, just outside the globe's rim on a plane of 3.1.
 [[nodiscard]] QImage bolGloed();
 
-// The labels as they are seen: in front of the globe, upright, beside one another,
-// and gone while their country is behind it. Belongs to one globe.
+// What is drawn after what. Light that only adds up comes after the dots, and what
+// is written comes last: the more so as it is seen through everything.
+enum BolVolgorde : int { kVolgGloed = -1, kVolgPunten = 1, kVolgLicht, kVolgGrond, kVolgLetters };
+
+// The labels as they are seen: in front of the globe, upright, beside one another
+// and the home marker, and gone while their country is behind it. Belongs to one
+// globe.
 class BolLabels {
   public:
-    // These and no others, the busiest first.
+    explicit BolLabels(const BolPlaats& thuis);
+
+    // These and no others, the busiest first; all have one parent.
     void zet(std::vector<platform::NodePtr> labels);
 
     // Gives each its strength and its place on the screen, as seen by this camera.
@@ -50,9 +57,9 @@ class BolLabels {
 
   private:
     struct Label {
-        platform::NodePtr node;
-        double noorden = 0.0;  // the higher, the further north
-        std::size_t rang = 0;  // 0: the busiest
+        platform::NodePtr node;  // none: home, which stays where it is
+        double noorden = 0.0;    // the higher, the further north
+        std::size_t rang = 0;    // 0: the busiest
         // On the screen, in units as large as those of the globe's middle.
         double x = 0.0, y = 0.0;
         double halveBreedte = 0.0, hoogte = 0.0;
@@ -61,13 +68,16 @@ class BolLabels {
         double omhoog = 0.0;  // out of the way of the others
     };
 
+    [[nodiscard]] glm::dvec3 plaatsVan(const Label& label) const;
     void zie(Label& label, const glm::dmat4& camera) const;
     [[nodiscard]] static double naastStip(const Label& label, const glm::dmat4& camera);
-    void maakRuimte();
+    void maakRuimte(double rand);
     static void duw(Label& noord, Label& zuid);
     [[nodiscard]] double sterkte(const Label& label) const;
 
-    std::vector<Label> labels_;  // from north to south
+    const glm::dvec3 thuis_;
+    const platform::Node* ouder_ = nullptr;  // of the labels, while there are any
+    std::vector<Label> labels_;              // from north to south
 };
 
 // The arcs, lights and labels of the present connections. Belongs to one globe.
@@ -92,11 +102,13 @@ class BolLijnen {
 
   private:
     [[nodiscard]] platform::NodePtr lichtje(std::vector<glm::dvec3> baan, std::size_t i) const;
-    [[nodiscard]] platform::GeometryPtr label(const QString& tekst);
+    [[nodiscard]] platform::NodePtr label(const QString& tekst);
+    [[nodiscard]] platform::GeometryPtr letters(const QString& tekst);
 
     const Opties opties_;
     platform::GeometryPtr stip_;
     platform::GeometryPtr licht_;
+    platform::GeometryPtr grond_;
     // By their text, so that what does not change is not drawn anew.
     std::map<QString, platform::GeometryPtr> labels_;
     BolLabels opschriften_;

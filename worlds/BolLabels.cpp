@@ -6,6 +6,7 @@
 #include <glm/matrix.hpp>
 
 #include "worlds/Bol.h"
+#include "worlds/DrieWereld.h"
 
 namespace brixtel {
 
@@ -23,6 +24,12 @@ constexpr double kVerste = 6.0 * kAfstand;
 constexpr double kAanloop = 0.06;
 constexpr int kRonden = 24;
 constexpr double kStip = 1.01;  // how far from the globe's middle dots stand
+
+// The home marker's dot with the ring at its smallest. So little further north than it
+// countries still come above it: their dots are beside it or lower, and so below them.
+constexpr double kThuisBreedte = 0.06;
+constexpr double kThuisHoogte = 0.055;
+constexpr double kThuisZuidelijker = 0.015;
 
 // The cosine of the angle between a country and the camera, seen from the globe's
 // middle, from where the ground there still shows to where its dot has set too.
@@ -46,12 +53,19 @@ glm::dvec3 opScherm(const glm::dvec3& plaats, const glm::dmat4& camera) {
 
 }  // namespace
 
+BolLabels::BolLabels(const BolPlaats& thuis)
+    : thuis_(DrieWereld::punt(thuis.breedte, thuis.lengte, {.r = kStip})) {}
+
 void BolLabels::zet(std::vector<NodePtr> labels) {
     labels_.clear();
+    ouder_ = labels.empty() ? nullptr : labels.front()->parent();
+    if (!ouder_) return;
     for (NodePtr& node : labels) {
-        const double noorden = node->position().y;
+        const double noorden = glm::normalize(node->position()).y;
         labels_.push_back({.node = std::move(node), .noorden = noorden, .rang = labels_.size()});
     }
+    labels_.push_back(
+        {.noorden = glm::normalize(thuis_).y - kThuisZuidelijker, .rang = labels_.size()});
     std::stable_sort(labels_.begin(), labels_.end(),
                      [](const Label& a, const Label& b) { return a.noorden > b.noorden; });
 }
@@ -60,26 +74,33 @@ void BolLabels::schik(const platform::Node& camera) {
     const glm::dmat4 oog = camera.worldTransform();
     for (Label& label : labels_)
         zie(label, oog);
-    maakRuimte();
+    const double zicht = camera.camera()->fieldOfView * platform::kPi / 180.0;
+    maakRuimte(glm::length(glm::dvec3(oog[3])) * std::tan(0.5 * zicht));
     for (Label& label : labels_) {
+        if (!label.node) continue;
         label.node->setScreenOffset({0.0, label.omhoog / label.schaal});
         label.node->setOpacity(label.kracht * sterkte(label));
     }
 }
 
+glm::dvec3 BolLabels::plaatsVan(const Label& label) const {
+    return label.node ? label.node->worldPosition()
+                      : glm::dvec3(ouder_->worldTransform() * glm::dvec4(thuis_, 1.0));
+}
+
 void BolLabels::zie(Label& label, const glm::dmat4& camera) const {
     const glm::dvec3 oog(camera[3]);
-    const glm::dvec3 plaats = label.node->worldPosition();
+    const glm::dvec3 plaats = plaatsVan(label);
     label.kracht =
         zacht((glm::dot(glm::normalize(plaats), glm::normalize(oog)) - kOnder) / (kBoven - kOnder));
     const glm::dvec3 gezien = opScherm(plaats, camera);
     label.x = gezien.x;
     label.y = gezien.y;
     label.schaal = gezien.z;
-    const glm::vec3 maat = label.node->geometry()->size();
-    label.halveBreedte = 0.5 * maat.x * label.schaal;
-    label.hoogte = kAfstand * label.schaal;
-    label.omhoog = naastStip(label, camera);
+    const double breedte = label.node ? label.node->geometry()->size().x : kThuisBreedte;
+    label.halveBreedte = 0.5 * breedte * label.schaal;
+    label.hoogte = (label.node ? kAfstand : kThuisHoogte) * label.schaal;
+    label.omhoog = label.node ? naastStip(label, camera) : 0.0;
 }
 
 // The dot stands right behind what its label says, but for near the rim. Above it
@@ -92,11 +113,14 @@ double BolLabels::naastStip(const Label& label, const glm::dmat4& camera) {
 
 // A fixed number of rounds of small pushes, so that the outcome moves as smoothly
 // as the labels do.
-void BolLabels::maakRuimte() {
-    for (int ronde = 0; ronde < kRonden; ++ronde)
+void BolLabels::maakRuimte(double rand) {
+    for (int ronde = 0; ronde < kRonden; ++ronde) {
         for (std::size_t i = 0; i < labels_.size(); ++i)
             for (std::size_t j = i + 1; j < labels_.size(); ++j)
                 duw(labels_[i], labels_[j]);
+        for (Label& label : labels_)
+            label.omhoog = std::min(label.omhoog, rand - label.hoogte - label.y);
+    }
     for (Label& label : labels_)
         label.omhoog = std::clamp(label.omhoog, -kVerste, kVerste);
 }
@@ -114,8 +138,8 @@ void BolLabels::duw(Label& noord, Label& zuid) {
     if (tekort <= 0.0) return;
     const double stap = 0.5 * tekort * zacht(naast / kAanloop) *
                         std::min({1.0, 4.0 * noord.kracht, 4.0 * zuid.kracht});
-    noord.omhoog += stap;
-    zuid.omhoog -= stap;
+    if (noord.node) noord.omhoog += zuid.node ? stap : 2.0 * stap;
+    if (zuid.node) zuid.omhoog -= noord.node ? stap : 2.0 * stap;
 }
 
 // What is left when a busier one lies over it.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "drawing/Thema.h"
@@ -17,6 +18,11 @@ namespace {
 
 constexpr double kPuntenPerEenheid = 900.0;  // of a label's picture
 constexpr double kLabelHoogte = 36.0;
+constexpr double kGrondBreder = 10.0;
+constexpr double kGrondOmhoog = 2.0;  // as letters stand high in their picture
+constexpr double kNacht = 0.93;       // of the light behind a label that it takes away
+constexpr double kRandBreed = 0.06;   // that one of its soft edges takes of its width
+constexpr double kRandHoog = 0.3;     // and of its height
 
 GeometryPtr bolletje(double straal, const QColor& kleur) {
     return platform::makeSphere({.radius = straal}, DrieWereld::gloed(kleur));
@@ -27,6 +33,32 @@ NodePtr zet(GeometryPtr vorm, const glm::dvec3& plaats, Node& in) {
     node->setPosition(plaats);
     in.addChild(node);
     return node;
+}
+
+// Night, with soft edges.
+QImage nacht() {
+    const auto deel = [](int i, int aantal, double rand) {
+        const double naarRand = (0.5 + std::min(i, aantal - 1 - i)) / aantal;
+        const double t = std::min(1.0, naarRand / rand);
+        return t * t * (3.0 - 2.0 * t);
+    };
+    QImage beeld(256, 64, QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < beeld.height(); ++y)
+        for (int x = 0; x < beeld.width(); ++x) {
+            const double dicht =
+                kNacht * deel(x, beeld.width(), kRandBreed) * deel(y, beeld.height(), kRandHoog);
+            beeld.setPixel(x, y, qRgba(0, 0, 0, static_cast<int>(std::lround(255.0 * dicht))));
+        }
+    return beeld;
+}
+
+// As light as all that lies behind a label can be, letters would drown in it. One
+// unit square for all labels, so that one draw call does.
+GeometryPtr grond() {
+    const auto materiaal = DrieWereld::gloed(nacht());
+    materiaal->setReadsDepth(false);
+    materiaal->setWritesDepth(false);
+    return platform::makePlane({.width = 1.0, .height = 1.0}, materiaal);
 }
 
 // The arc's points as pairs of ends.
@@ -52,7 +84,9 @@ QColor boogKleur(std::int64_t aantal, std::int64_t eerste) {
 BolLijnen::BolLijnen(const Opties& opties)
     : opties_(opties),
       stip_(bolletje(0.016, Thema::cijferFel())),
-      licht_(bolletje(0.011, Qt::white)) {}
+      licht_(bolletje(0.011, Qt::white)),
+      grond_(grond()),
+      opschriften_(opties.thuis) {}
 
 QString BolLijnen::opschrift(const Lijn& lijn) {
     return lijn.land.naam().toUpper() + QLatin1String("  ") + QString::number(lijn.aantal);
@@ -71,16 +105,16 @@ void BolLijnen::teken(const std::vector<Lijn>& lijnen, Node& in) {
             return DrieWereld::punt(lijn.land.breedte, lijn.land.lengte, {.r = r});
         };
         auto baan = DrieWereld::boog({.van = thuis, .naar = punt(1.0)});
-        zet(DrieWereld::lijnen(stukken(baan), boogKleur(lijn.aantal, eerste)), {}, in);
+        zet(DrieWereld::lijnen(stukken(baan), boogKleur(lijn.aantal, eerste)), {}, in)
+            ->setRenderingOrder(kVolgLicht);
         zet(stip_, punt(1.01), in);
         in.addChild(lichtje(std::move(baan), i));
         const QString tekst = opschrift(lijn);
-        const auto oud = labels_.find(tekst);
-        const auto vlak = oud != labels_.end() ? oud->second : label(tekst);
-        opschriften.push_back(zet(vlak, punt(1.09), in));
-        opschriften.back()->setBillboard(true);
-        opschriften.back()->setRenderingOrder(1);
-        labels.emplace(tekst, vlak);
+        const NodePtr opschrift = label(tekst);
+        opschrift->setPosition(punt(1.09));
+        in.addChild(opschrift);
+        labels.emplace(tekst, opschrift->geometry());
+        opschriften.push_back(opschrift);
     }
     labels_ = std::move(labels);
     opschriften_.zet(std::move(opschriften));
@@ -99,7 +133,25 @@ NodePtr BolLijnen::lichtje(std::vector<glm::dvec3> baan, std::size_t i) const {
     return node;
 }
 
-GeometryPtr BolLijnen::label(const QString& tekst) {
+// The letters, and the night behind them as part of it.
+NodePtr BolLijnen::label(const QString& tekst) {
+    GeometryPtr& vlak = labels_[tekst];
+    if (!vlak) vlak = letters(tekst);
+    auto node = std::make_shared<Node>(vlak);
+    node->setBillboard(true);
+    node->setRenderingOrder(kVolgLetters);
+    const glm::vec3 maat = node->geometry()->size();
+    auto achter = std::make_shared<Node>(grond_);
+    achter->setRenderingOrder(kVolgGrond);
+    achter->setScale({(1.0 + kRandBreed) * maat.x + kGrondBreder / kPuntenPerEenheid,
+                      maat.y + 2.0 * kGrondOmhoog / kPuntenPerEenheid, 1.0});
+    // From the label's lower edge up, where the dot is not reached.
+    achter->setPosition({0.0, kGrondOmhoog / kPuntenPerEenheid, 0.0});
+    node->addChild(achter);
+    return node;
+}
+
+GeometryPtr BolLijnen::letters(const QString& tekst) {
     ++getekend_;
     const QFont font = Thema::font(26.0, {.vet = true});
     const QSizeF maat(Thema::breedte(tekst, {.font = font}) + 16.0, kLabelHoogte);

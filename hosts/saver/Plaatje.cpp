@@ -22,6 +22,8 @@ namespace brixtel {
 
 namespace {
 
+// Of a file with lines, by which an endless one is told from one that is none.
+constexpr qint64 kMeesteBytes = 16 << 20;
 constexpr platform::Rgba kZwart{0.0F, 0.0F, 0.0F, 1.0F};
 
 // Lays the scene into the picture, at full quality.
@@ -87,7 +89,7 @@ QString bolMetLijnen(const Opdracht& opdracht, platform::ManualClock& klok,
                      platform::RandomSource& toeval) {
     QFile bestand(opdracht.lijnen);
     const auto lijnen =
-        bestand.open(QIODevice::ReadOnly) ? leesJson(bestand.readAll()) : std::nullopt;
+        bestand.open(QIODevice::ReadOnly) ? leesJson(bestand.read(kMeesteBytes)) : std::nullopt;
     if (!lijnen)
         return QStringLiteral("'%1' bevat geen lijnen als die van --verbindingen=json")
             .arg(opdracht.lijnen);

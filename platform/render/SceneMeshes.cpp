@@ -44,6 +44,8 @@ void addVertices(Build& build, const MeshData& data, float slot) {
         vertex.position = data.positions[i];
         if (i < data.normals.size()) vertex.normal = data.normals[i];
         if (i < data.texcoords.size()) vertex.texcoord = data.texcoords[i];
+        if (data.primitive == Primitive::Points)
+            vertex.texcoord = glm::vec2(data.pointSize, data.pointHeightShare);
         vertex.slot = slot;
     }
     for (const std::uint32_t index : data.indices)

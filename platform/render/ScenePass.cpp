@@ -33,15 +33,18 @@ unsigned variantOf(const DrawBatch& batch) {
     return variant;
 }
 
+// Lines and points have soft edges, and so are blended whatever their material.
+bool hasSoftEdges(const DrawBatch& batch) {
+    return batch.mesh->primitive() != Primitive::Triangles;
+}
+
 bool mayMerge(const DrawBatch& a, const DrawBatch& b) {
     const unsigned variant = variantOf(a);
     return variant == variantOf(b) && (variant & (kTextured | kLambert)) == 0 &&
-           a.material.opaque == b.material.opaque &&
+           (a.material.opaque == b.material.opaque || hasSoftEdges(a)) &&
            a.material.writesDepth == b.material.writesDepth &&
            a.material.readsDepth == b.material.readsDepth &&
-           a.material.doubleSided == b.material.doubleSided &&
-           a.mesh->data().pointSize == b.mesh->data().pointSize &&
-           a.mesh->data().pointHeightShare == b.mesh->data().pointHeightShare;
+           a.material.doubleSided == b.material.doubleSided;
 }
 
 // How many of the first batches are drawn at once.
@@ -72,7 +75,7 @@ bool surrounds(const Mesh& mesh, const DrawInstance& instance, const glm::vec3& 
 }
 
 bool hasOutline(const DrawBatch& batch, const DrawList& list) {
-    if (batch.mesh->primitive() != Primitive::Triangles) return false;
+    if (hasSoftEdges(batch)) return false;
     if (fades(batch.material)) return false;
     return batch.count > 1 ||
            !surrounds(*batch.mesh, list.instances[batch.first], list.camera.position);
@@ -206,8 +209,8 @@ void ScenePass::drawRun(std::span<const PlacedBatch> run, unsigned variant) {
     const GlMesh& mesh = single ? meshes_.find(run.front()) : meshes_.findMerged(run);
     program->use(frame_, draw_);
     glUniform1i(program->firstInstance, static_cast<GLint>(run.front().first));
-    const bool drawn = (variant & (kLines | kPoints)) != 0;
-    if (drawn) setThickness(*program, batch);
+    const bool softEdges = hasSoftEdges(batch);
+    if (softEdges) setThickness(*program);
     if ((variant & kLambert) != 0)
         glUniform3fv(program->emission, 1, glm::value_ptr(batch.material.emission));
     if ((variant & kTextured) != 0) {
@@ -215,8 +218,8 @@ void ScenePass::drawRun(std::span<const PlacedBatch> run, unsigned variant) {
         glUniformMatrix4fv(program->contentsTransform, 1, GL_FALSE,
                            glm::value_ptr(batch.material.contentsTransform));
     }
-    setBlending(batch.material, drawn);
-    if (batch.material.doubleSided || drawn) {
+    setBlending(batch.material, softEdges);
+    if (batch.material.doubleSided || softEdges) {
         glDisable(GL_CULL_FACE);
     } else {
         glEnable(GL_CULL_FACE);
@@ -227,20 +230,16 @@ void ScenePass::drawRun(std::span<const PlacedBatch> run, unsigned variant) {
     ++drawCalls_;
 }
 
-// Never thinner than a pixel that is shown. Where that is less than one of the
-// image it is drawn as one of those, with as much less light.
-void ScenePass::setThickness(const SceneProgram& program, const DrawBatch& batch) const {
-    const bool round = batch.mesh->primitive() == Primitive::Points;
-    const MeshData& mesh = batch.mesh->data();
-    float pixels = (round ? static_cast<float>(mesh.pointSize) : 1.0F) * options_.pixelsPerPoint;
-    if (round && mesh.pointHeightShare > 0.0)
-        pixels = std::min(pixels, static_cast<float>(mesh.pointHeightShare) *
-                                      static_cast<float>(options_.size.height()));
-    const float wanted = std::max(pixels, options_.shownPixel);
+// One point wide, and never thinner than a pixel that is shown. Where that is less
+// than one of the image it is drawn as one of those, with as much less light.
+void ScenePass::setThickness(const SceneProgram& program) const {
+    const float wanted = std::max(options_.pixelsPerPoint, options_.shownPixel);
     const float drawn = std::max(wanted, 1.0F);
-    const float share = wanted / drawn;
     glUniform1f(program.thickness, drawn);
-    glUniform1f(program.strength, round ? share * share : share);
+    glUniform1f(program.strength, wanted / drawn);
+    // Every dot has a size of its own.
+    glUniform3f(program.dots, options_.pixelsPerPoint, static_cast<float>(options_.size.height()),
+                options_.shownPixel);
 }
 
 void ScenePass::setBlending(const DrawMaterial& material, bool smoothEdges) const {

@@ -58,7 +58,7 @@ class ScenePass {
     void drawRun(std::span<const PlacedBatch> run, unsigned variant);
     void drawFloor(const DrawFloor& floor);
     void drawFloorPlane(const DrawFloor& floor, const glm::vec4& colour, unsigned variant);
-    void setThickness(const SceneProgram& program, const DrawBatch& batch) const;
+    void setThickness(const SceneProgram& program) const;
     void setBlending(const DrawMaterial& material, bool smoothEdges) const;
 
     ScenePrograms programs_;

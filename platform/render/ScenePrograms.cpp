@@ -61,6 +61,7 @@ SceneProgram::SceneProgram(std::unique_ptr<GlProgram> program, unsigned variant)
     contentsTransform = at("contentsTransform");
     thickness = at("thickness");
     strength = at("strength");
+    dots = at("dots");
     emission = at("emission");
     world = at("world");
     under = at("under");

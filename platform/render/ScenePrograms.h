@@ -51,7 +51,7 @@ class SceneProgram {
     // Makes it the one in use, with the frame's values if it has not got them yet.
     void use(const SceneFrame& frame, std::uint64_t draw);
 
-    GLint firstInstance, contentsTransform, thickness, strength, emission;
+    GLint firstInstance, contentsTransform, thickness, strength, dots, emission;
     GLint world, under, reach, textureSpan, colour;  // of the floor
 
   private:

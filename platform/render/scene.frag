@@ -15,6 +15,10 @@ in vec2 pictureCoord;
 #ifdef LINES
 noperspective in float across;
 #endif
+#ifdef POINTS
+flat in float dotSize;
+flat in float dotLight;
+#endif
 #ifdef MIRRORED
 in float height;
 #endif
@@ -28,7 +32,7 @@ uniform vec3 lightColour[8];
 uniform vec3 fogColour;
 uniform vec2 fogRange;     // where it starts, and how fast it thickens
 uniform vec2 reflection;   // the mirror's share, and what a unit of height takes of it
-uniform float thickness;   // pixels, of lines and points
+uniform float thickness;   // pixels, of lines
 uniform float strength;    // of their light
 uniform float outputScale;
 
@@ -71,10 +75,10 @@ void main() {
     colour *= strength * clamp(0.5 * thickness + 0.5 - abs(across), 0.0, 1.0);
 #endif
 #ifdef POINTS
-    float away = length(gl_PointCoord - 0.5) * (thickness + 1.0);
-    float covered = clamp(0.5 * thickness + 0.5 - away, 0.0, 1.0);
+    float away = length(gl_PointCoord - 0.5) * (dotSize + 1.0);
+    float covered = clamp(0.5 * dotSize + 0.5 - away, 0.0, 1.0);
     if (covered == 0.0) discard;
-    colour *= strength * covered;
+    colour *= dotLight * covered;
 #endif
 #ifdef MIRRORED
     colour.rgb *= reflection.x * clamp(1.0 - height * reflection.y, 0.0, 1.0);

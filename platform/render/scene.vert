@@ -5,7 +5,8 @@
 
 layout(location = 0) in vec3 position;
 layout(location = 1) in vec3 normal;    // of a line: its other end
-layout(location = 2) in vec2 texcoord;  // of a line: which side, and which end
+layout(location = 2) in vec2 texcoord;  // of a line: which side, and which end; of a
+                                        // point: its size, and its share of the height
 layout(location = 3) in float slot;
 
 uniform samplerBuffer instances;  // four texels each: the world matrix's rows, the colour
@@ -14,7 +15,8 @@ uniform mat4 viewProjection;
 uniform vec3 cameraPosition;
 uniform mat4 contentsTransform;
 uniform vec2 halfViewport;  // pixels
-uniform float thickness;    // pixels, of lines and points
+uniform float thickness;    // pixels, of lines
+uniform vec3 dots;          // pixels per point, and high the picture and a shown pixel
 uniform float zNear;
 uniform vec4 floorPlane;  // world; its normal and minus its distance
 
@@ -28,6 +30,10 @@ out vec2 pictureCoord;
 #endif
 #ifdef LINES
 noperspective out float across;  // pixels from the line's middle
+#endif
+#ifdef POINTS
+flat out float dotSize;   // pixels
+flat out float dotLight;  // of its own, what is left
 #endif
 #ifdef MIRRORED
 out float height;  // of the reflected thing above the floor
@@ -80,7 +86,14 @@ void main() {
     pictureCoord = (contentsTransform * vec4(texcoord, 0.0, 1.0)).xy;
 #endif
 #ifdef POINTS
-    gl_PointSize = thickness + 1.0;
+    // Never thinner than a pixel that is shown. Where that is less than one of the
+    // image it is drawn as one of those, with as much less light.
+    float size = texcoord.x * dots.x;
+    if (texcoord.y > 0.0) size = min(size, texcoord.y * dots.y);
+    size = max(size, dots.z);
+    dotSize = max(size, 1.0);
+    dotLight = (size / dotSize) * (size / dotSize);
+    gl_PointSize = dotSize + 1.0;
 #endif
 #ifdef LINES
     vec4 end = vec4(normal, 1.0);

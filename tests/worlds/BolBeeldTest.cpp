@@ -3,6 +3,7 @@
 #include "platform/render/SceneSnapshot.h"
 #include "tests/worlds/BolLijst.h"
 #include "tests/worlds/Opstelling.h"
+#include "worlds/Bol.h"
 
 using brixtel::DrieSoort;
 using brixtel::DrieWereld;
@@ -17,12 +18,13 @@ class BolBeeldTest : public steun::WereldOpstelling {
     void SetUp() override { ASSERT_TRUE(snapshot) << "no OpenGL"; }
     void TearDown() override { EXPECT_EQ(snapshot->errors(), 0); }
 
-    static QImage neem(DrieWereld& wereld, double na, QSizeF maat) {
-        return wereld.plaatje({.maat = maat, .na = na}, [](const platform::DrawList& lijst,
-                                                           const DrieWereld::Opname& opname) {
-            return snapshot->picture(lijst, opname.maat, opname.schaal,
-                                     {.samples = opname.monsters});
-        });
+    static QImage neem(DrieWereld& wereld, double na, QSizeF maat, double schaal = 1.0) {
+        return wereld.plaatje(
+            {.maat = maat, .na = na, .schaal = schaal},
+            [](const platform::DrawList& lijst, const DrieWereld::Opname& opname) {
+                return snapshot->picture(lijst, opname.maat, opname.schaal,
+                                         {.samples = opname.monsters});
+            });
     }
     [[nodiscard]] QImage bolMet(const std::vector<Lijn>& lijnen, double na = 0.0) {
         const auto bol = maak(DrieSoort::bol, {.eigenLijnen = true});
@@ -43,14 +45,52 @@ std::int64_t verschil(const QImage& a, const QImage& b) {
 }
 
 TEST_F(BolBeeldTest, With24LinesItTakesTwelveDrawCallsAndOnePerLabel) {
+    kaart_ = steun::noordland();
     const auto bol = maak(DrieSoort::bol, {.eigenLijnen = true});
     bol->zetLijnen(steun::lijnen(24));
-    for (const double na : {0.0, 17.0, 40.0}) {
-        neem(*bol, na, {480, 300});
+    for (double na = 0.0; na < 60.0; na += 3.7) {
+        neem(*bol, na, {480, 300}, na < 30.0 ? 1.0 : 2.0);
         const auto labels = static_cast<int>(steun::zichtbareLabels(*bol));
         EXPECT_GT(labels, 4);
         EXPECT_EQ(snapshot->renderer().drawCalls() - labels, 12) << "at " << na;
     }
+}
+
+TEST_F(BolBeeldTest, ALabelIsReadOverLand) {
+    kaart_ = steun::noordland();
+    const auto bol = maak(DrieSoort::bol, {.eigenLijnen = true});
+    bol->zetLijnen({{{"NL", 20.0, 5.0}, {"Proef"}, 1}});
+    const platform::Node& label = steun::label(*bol, 0);
+    const QImage met = neem(*bol, 0.0, {960, 600});
+    platform::DrawList lijst;
+    platform::extract(*bol->scene(), 1.6, lijst);
+    const glm::mat4 naar = lijst.camera.projection * lijst.camera.view;
+    // The two spaces between its name and its number.
+    const auto& oog = steun::cameraVan(*bol)->worldTransform();
+    const glm::dvec3 midden = label.worldPosition() + glm::dvec3(oog[1]) * label.screenOffset().y;
+    const double teken =
+        (900.0 * label.geometry()->size().x - 16.0) / 900.0 /
+        static_cast<double>(
+            brixtel::BolLijnen::opschrift({{"NL", 20.0, 5.0}, {"Proef"}, 1}).size());
+    const auto plek = [&](double rechts, double omhoog) {
+        const glm::dvec3 p = midden + glm::dvec3(oog[0]) * rechts + glm::dvec3(oog[1]) * omhoog;
+        const glm::vec4 op = naar * glm::vec4(glm::vec3(p), 1.0F);
+        return QPoint(static_cast<int>(480.0F * (1.0F + op.x / op.w)),
+                      static_cast<int>(300.0F * (1.0F - op.y / op.w)));
+    };
+    const double einde = 0.5 * label.geometry()->size().x - 8.0 / 900.0 - teken;
+    const QRect tussen(plek(einde - 1.8 * teken, 0.012), plek(einde - 0.2 * teken, -0.008));
+    ASSERT_GT(tussen.width(), 4);
+    const auto felst = [&](const QImage& beeld) {
+        int meest = 0;
+        for (int y = tussen.top(); y <= tussen.bottom(); ++y)
+            for (int x = tussen.left(); x <= tussen.right(); ++x)
+                meest = std::max(meest, qGreen(beeld.pixel(x, y)));
+        return meest;
+    };
+    EXPECT_LT(felst(met), 130);
+    bol->lijnenNode()->children().back()->setHidden(true);
+    EXPECT_GT(felst(neem(*bol, 0.0, {960, 600})), 200);
 }
 
 TEST_F(BolBeeldTest, ACountryBehindTheGlobeShowsNothing) {

@@ -131,6 +131,59 @@ TEST_F(BolLabelsTest, NeverJump) {
     }
 }
 
+TEST_F(BolLabelsTest, LieBesideTheHomeMarkersDot) {
+    const brixtel::Land thuis = tabel_.thuis();
+    zet({in(51.1, 10.4, 9), in(50.5, 4.5, 8), in(thuis.breedte, thuis.lengte, 7), in(53.1, -8.2, 6),
+         in(46.6, 2.4, 5)});
+    const glm::dmat4 oog = steun::cameraVan(*bol_)->worldTransform();
+    const auto hoog = [&](const glm::dvec3& plaats) {
+        const glm::dvec3 naar = plaats - glm::dvec3(oog[3]);
+        return -glm::dot(naar, glm::dvec3(oog[1])) / glm::dot(naar, glm::dvec3(oog[2]));
+    };
+    const double stip = hoog(bol_->bol()->find("thuis")->worldPosition());
+    for (std::size_t i = 0; i < 5; ++i) {
+        const double diepte =
+            -glm::dot(label(*bol_, i).worldPosition() - glm::dvec3(oog[3]), glm::dvec3(oog[2]));
+        EXPECT_GT(std::abs(plek(i).y - stip * diepte), 0.5 * kHoogte + 0.9 * 0.022) << i;
+    }
+}
+
+TEST_F(BolLabelsTest, StayWithinThePictureAllRound) {
+    zet({in(61.9, 16.7, 6), in(64.6, 12.7, 5), in(64.3, 26.1, 4), in(65.0, -18.6, 3),
+         in(72.0, -40.0, 2), in(78.0, 20.0, 1)});
+    for (int beeld = 0; beeld <= 60 * 10; ++beeld) {
+        bol_->scene()->advance(beeld / 10.0);
+        const glm::dmat4 oog = steun::cameraVan(*bol_)->worldTransform();
+        for (std::size_t i = 0; i < 6; ++i) {
+            const double diepte =
+                -glm::dot(label(*bol_, i).worldPosition() - glm::dvec3(oog[3]), glm::dvec3(oog[2]));
+            EXPECT_LT((plek(i).y + 0.5 * kHoogte) / diepte, std::tan(19.0 * M_PI / 180.0))
+                << i << " at " << beeld / 10.0;
+        }
+    }
+}
+
+TEST_F(BolLabelsTest, HaveNightBehindThemAndTheHomeRingBehindThat) {
+    zet({in(51.1, 10.4)});
+    const platform::Node& letters = label(*bol_, 0);
+    ASSERT_EQ(letters.children().size(), 1U);
+    const platform::Node& nacht = *letters.children().front();
+    const platform::Material& materiaal = *nacht.geometry()->material();
+    EXPECT_FALSE(materiaal.isOpaque());
+    EXPECT_FALSE(materiaal.readsDepth());
+    EXPECT_FALSE(materiaal.writesDepth());
+    EXPECT_EQ(materiaal.blendMode(), platform::BlendMode::Alpha);
+    const QImage beeld = materiaal.picture();
+    EXPECT_EQ(qAlpha(beeld.pixel(0, 0)), 0);
+    EXPECT_GT(qAlpha(beeld.pixel(beeld.width() / 2, beeld.height() / 2)), 230);
+    EXPECT_EQ(beeld.pixelColor(beeld.width() / 2, beeld.height() / 2).green(), 0);
+    EXPECT_GE(nacht.scale().x, letters.geometry()->size().x);
+    EXPECT_GE(nacht.scale().y, letters.geometry()->size().y);
+    EXPECT_GT(letters.renderingOrder(), nacht.renderingOrder());
+    EXPECT_GT(nacht.renderingOrder(), bol_->bol()->find("ring")->renderingOrder());
+    EXPECT_GT(nacht.renderingOrder(), steun::deel(*bol_, 0, 0).renderingOrder());
+}
+
 TEST_F(BolLabelsTest, FindTheirPlacesAlsoWhenTheWorldIsGone) {
     zet({in(30.0, 5.0)});
     const auto scene = bol_->scene();
@@ -184,6 +237,51 @@ TEST_F(BolLabelsTest, ThePolesTheAntipodeAndHomeItselfHaveAFiniteArcAndLabel) {
         }
         EXPECT_TRUE(std::isfinite(label(*bol_, i).opacity()));
         EXPECT_TRUE(std::isfinite(label(*bol_, i).screenOffset().y));
+    }
+}
+
+TEST_F(BolLabelsTest, TheSameCountryTwiceIsTwoLinesWithLabelsBesideOneAnother) {
+    zet({in(51.1, 10.4, 3), in(51.1, 10.4, 3)});
+    EXPECT_EQ(steun::aantalLijnen(*bol_), 2U);
+    EXPECT_EQ(label(*bol_, 0).geometry(), label(*bol_, 1).geometry());
+    EXPECT_GT(std::abs(plek(0).y - plek(1).y), 0.85 * kHoogte);
+}
+
+TEST_F(BolLabelsTest, StrangeNumbersAreWrittenPlainlyAndKeepTheArcsInRange) {
+    constexpr std::int64_t kVeel = std::int64_t{1} << 62;
+    for (const std::int64_t eerste : {std::int64_t{0}, std::int64_t{-5}, kVeel}) {
+        zet({in(51.1, 10.4, eerste), in(40.0, 30.0, kVeel), in(20.0, 0.0, -kVeel)});
+        for (std::size_t i = 0; i < 3; ++i) {
+            const float alfa = steun::deel(*bol_, i, 0).geometry()->material()->colour().alphaF();
+            EXPECT_GE(alfa, 0.0F);
+            EXPECT_LE(alfa, 1.0F);
+        }
+    }
+    EXPECT_TRUE(BolLijnen::opschrift(in(0, 0, kVeel)).endsWith(u"  4611686018427387904"));
+    EXPECT_TRUE(BolLijnen::opschrift(in(0, 0, -3)).endsWith(u"  -3"));
+}
+
+TEST_F(BolLabelsTest, NamesInAnyScriptAreOneLine) {
+    for (const char* naam :
+         {"\xF0\x9F\x87\xB3\xF0\x9F\x87\xB1 land", "\xD7\x99\xD7\xA9\xD7\xA8\xD7\x90\xD7\x9C",
+          "twee\nregels", "\xFF\xFE", ""}) {
+        zet({{{naam, 30.0, 5.0}, {"Proef"}, 1}});
+        const auto maat = label(*bol_, 0).geometry()->size();
+        EXPECT_NEAR(maat.y, kHoogte, 1e-6);
+        EXPECT_GT(maat.x, 16.0 / 900.0);
+        EXPECT_LT(maat.x, 0.5);
+        EXPECT_EQ(label(*bol_, 0).opacity(), 1.0);
+    }
+}
+
+TEST_F(BolLabelsTest, AListThatChangesEveryFrameIsAlwaysTheLastOne) {
+    for (int beeld = 0; beeld < 90; ++beeld) {
+        auto alle = steun::lijnen(beeld % 30);
+        for (Lijn& lijn : alle)
+            lijn.aantal += beeld;
+        zet(alle);
+        bol_->scene()->advance(beeld / 60.0);
+        EXPECT_EQ(steun::aantalLijnen(*bol_), std::min<std::size_t>(alle.size(), 24U));
     }
 }
 

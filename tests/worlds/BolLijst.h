@@ -18,6 +18,16 @@ inline std::vector<brixtel::Lijn> lijnen(int aantal) {
     return alle;
 }
 
+// The northern half is land.
+inline brixtel::LandKaart noordland() {
+    QImage beeld(720, 360, QImage::Format_RGB32);
+    beeld.fill(Qt::white);
+    for (int y = 0; y < 180; ++y)
+        for (int x = 0; x < 720; ++x)
+            beeld.setPixelColor(x, y, Qt::black);
+    return brixtel::LandKaart(beeld);
+}
+
 // Of each line its arc, its dot, its light and its label.
 inline const platform::Node& deel(const brixtel::DrieWereld& w, std::size_t lijn,
                                   std::size_t welk) {

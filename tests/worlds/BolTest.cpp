@@ -5,6 +5,7 @@
 
 #include "drawing/Thema.h"
 #include "tests/platform/scene/Near.h"
+#include "tests/worlds/BolLijst.h"
 #include "tests/worlds/Opstelling.h"
 
 using brixtel::BolLijnen;
@@ -19,16 +20,6 @@ using platform::NodePtr;
 using platform::Primitive;
 
 namespace {
-
-// The northern half is land.
-QImage noordland() {
-    QImage beeld(720, 360, QImage::Format_RGB32);
-    beeld.fill(Qt::white);
-    for (int y = 0; y < 180; ++y)
-        for (int x = 0; x < 720; ++x)
-            beeld.setPixelColor(x, y, Qt::black);
-    return beeld;
-}
 
 TEST(BolRooster, TheFirstPointLiesNearTheNorthPole) {
     for (const int n : {26'000, 12'000}) {
@@ -50,7 +41,7 @@ TEST(BolRooster, GoesRoundByTheGoldenAngle) {
 }
 
 TEST(BolRooster, SeaIsFiveTimesThinnerThanLand) {
-    const BolPunten punten = brixtel::bolPunten(26'000, LandKaart(noordland()));
+    const BolPunten punten = brixtel::bolPunten(26'000, steun::noordland());
     EXPECT_EQ(punten.land.size(), 13'000U);
     EXPECT_EQ(punten.zee.size(), 2'600U);
     for (const glm::dvec3& punt : punten.land)
@@ -91,7 +82,7 @@ TEST(BolGloed, IsARingThatPeaksJustOutsideTheRim) {
 
 class BolTest : public steun::WereldOpstelling {
   protected:
-    BolTest() { kaart_ = LandKaart(noordland()); }
+    BolTest() { kaart_ = steun::noordland(); }
 
     static std::vector<Lijn> lijnen(int aantal) {
         std::vector<Lijn> alle;

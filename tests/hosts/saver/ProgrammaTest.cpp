@@ -158,12 +158,16 @@ TEST(Programma, TheGlobeDrawsTheLinesOfAFile) {
 }
 
 TEST(Programma, AFileWithoutLinesIsOneClearLine) {
-    Programma programma;
-    programma.draai({QStringLiteral("--plaatje=") + programma.map() + QStringLiteral("/b.png"),
-                     QStringLiteral("--keuze=bol"), QStringLiteral("--lijnen=/er/niet.json")});
-    EXPECT_EQ(programma.uitgang(), 1);
-    EXPECT_EQ(programma.fouten().count('\n'), 1);
-    EXPECT_FALSE(QFileInfo::exists(programma.map() + QStringLiteral("/b.png")));
+    // One that is not there, and one without an end.
+    for (const char* bestand : {"/er/niet.json", "/dev/zero"}) {
+        Programma programma;
+        programma.draai({QStringLiteral("--plaatje=") + programma.map() + QStringLiteral("/b.png"),
+                         QStringLiteral("--keuze=bol"),
+                         QStringLiteral("--lijnen=") + QLatin1String(bestand)});
+        EXPECT_EQ(programma.uitgang(), 1);
+        EXPECT_EQ(programma.fouten().count('\n'), 1);
+        EXPECT_FALSE(QFileInfo::exists(programma.map() + QStringLiteral("/b.png")));
+    }
 }
 
 TEST(Programma, AStillThatCannotBeWrittenLeavesNothingBehind) {

@@ -59,6 +59,24 @@ TEST_F(SceneShapesTest, PointsAreRoundAndAsWideAtEveryDensity) {
     }
 }
 
+TEST_F(SceneShapesTest, PointsOfSeveralSizesAreDrawnAtOnceEachInItsOwn) {
+    const auto light = [this](bool large, bool small) {
+        Stage stage;
+        QColor half(0, 188, 0);
+        half.setAlphaF(0.5F);
+        if (large)
+            stage.add(makePoints({{0.41F, 0.01F, -1}}, 9.0, constant(QColor(0, 188, 0))), {});
+        if (small) stage.add(makePoints({{-0.4F, 0.01F, -1}}, 4.0, constant(half)), {});
+        return lightOf(picture(stage, {64, 64}));
+    };
+    const double one = light(true, false);
+    const int calls = snapshot_->renderer().drawCalls();
+    const double other = light(false, true);
+    EXPECT_NEAR(light(true, true), one + other, 0.02 * one);
+    EXPECT_EQ(snapshot_->renderer().drawCalls(), calls);
+    EXPECT_NEAR(other / one, 0.5 * 16.0 / 81.0, 0.02);
+}
+
 TEST_F(SceneShapesTest, APointIsNeverThinnerThanAPixel) {
     Stage stage;
     stage.add(makePoints({{0.0F, 0.0F, -1}}, 0.1, constant(QColor(0, 188, 0))), {});
