@@ -162,8 +162,8 @@ void MonitorRecorder::Link::found(const pa_source_info& source) {
     source_ = source.name;
     const std::uint32_t rate = std::min(source.sample_spec.rate, kHighestRate);
     rate_ = rate;
-    const pa_sample_spec spec{.format = PA_SAMPLE_FLOAT32NE, .rate = rate, .channels = 1};
-    stream_.reset(pa_stream_new(context_.get(), "Muziek", &spec, nullptr));
+    const pa_sample_spec wanted{.format = PA_SAMPLE_FLOAT32NE, .rate = rate, .channels = 1};
+    stream_.reset(pa_stream_new(context_.get(), "Muziek", &wanted, nullptr));
     if (!stream_) return;
     pa_stream_set_state_callback(
         stream_.get(), [](pa_stream*, void* self) { of(self).streamChanged(); }, this);
