@@ -95,8 +95,10 @@ void MatrixCentrale::rondAf(int nummer) {
 // --- what happens around it ---
 
 void MatrixCentrale::veranderd(Workspace::Change wat) {
-    if (wat != Workspace::Change::FrontmostApplication) return werkRegenBij();
-    if (!zwartAan() || toetsenKlok_.isValid()) return;
+    if (wat != Workspace::Change::FrontmostApplication) werkRegenBij();
+    // What changed under a saver or lock is seen to after it.
+    if (wat == Workspace::Change::Saver && !bronnen_.werkruimte.isSaverActive()) volgSchermen();
+    if (wat == Workspace::Change::Compositor || !zwartAan() || toetsenKlok_.isValid()) return;
     // What is typed must not end up in a window that nobody sees.
     toetsenKlok_ = Timer(klok_, {.interval = kToetsenRust}, [this] {
         const bool eigen = std::any_of(zwart_.begin(), zwart_.end(),
@@ -110,7 +112,8 @@ void MatrixCentrale::volgSchermen() {
     const std::vector<Screen> schermen = bronnen_.schermen();
     // Between two sets of displays there may be none for a moment.
     if (schermen.empty()) return;
-    if (zwartAan()) volgZwart(schermen);
+    // A new black window would lie over the saver or lock.
+    if (zwartAan() && !bronnen_.werkruimte.isSaverActive()) volgZwart(schermen);
     if (regenAan()) volgRegen(schermen);
 }
 

@@ -51,8 +51,15 @@ void MatrixCentrale::toonZwart(std::optional<DrieSoort> drie) {
 void MatrixCentrale::sluitZwart() {
     if (!zwartAan()) return;
     Sluitend sluitend{.zwart = std::exchange(zwart_, {})};
+    // Those of an earlier one that still fades go with it.
+    const auto gaatAl = [this](const DrieWereld* wereld) {
+        return std::any_of(sluitend_.begin(), sluitend_.end(), [wereld](const Sluitend& eerder) {
+            return std::find(eerder.werelden.begin(), eerder.werelden.end(), wereld) !=
+                   eerder.werelden.end();
+        });
+    };
     for (const auto& wereld : drieWerelden_)
-        sluitend.werelden.push_back(wereld.get());
+        if (!gaatAl(wereld.get())) sluitend.werelden.push_back(wereld.get());
     muziekKlok_ = Timer();
     toetsenKlok_ = Timer();
     if (std::exchange(cursorWeg_, false)) bronnen_.werkruimte.unhideCursor();
@@ -231,6 +238,8 @@ void MatrixCentrale::volgZwart(const std::vector<Screen>& schermen) {
         if (verplaats(zwart_, scherm)) continue;
         zwart_.push_back(maakZwart(scherm, Opkomst::Meteen));
     }
+    // The one that had the keyboard may have gone with its display.
+    if (!zwart_.empty() && !bronnen_.server.keyWindow()) zwart_.back().venster->makeKey();
 }
 
 }  // namespace brixtel

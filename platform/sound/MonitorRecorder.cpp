@@ -19,7 +19,9 @@ namespace platform {
 
 namespace {
 
-// What is above is not needed, and would be worked on for nothing.
+// The server makes it so, whatever the device has: what is above is not needed, and
+// below there is too little to find beats in.
+constexpr std::uint32_t kLowestRate = 8'000;
 constexpr std::uint32_t kHighestRate = 48'000;
 // So often does sound come.
 constexpr std::uint32_t kPiecesPerSecond = 40;
@@ -160,7 +162,7 @@ void MonitorRecorder::Link::found(const pa_source_info& source) {
     close();
     if (!isMonitor(source)) return;
     source_ = source.name;
-    const std::uint32_t rate = std::min(source.sample_spec.rate, kHighestRate);
+    const std::uint32_t rate = std::clamp(source.sample_spec.rate, kLowestRate, kHighestRate);
     rate_ = rate;
     const pa_sample_spec wanted{.format = PA_SAMPLE_FLOAT32NE, .rate = rate, .channels = 1};
     stream_.reset(pa_stream_new(context_.get(), "Muziek", &wanted, nullptr));

@@ -364,6 +364,11 @@ TEST_F(Effecten, ADisplayThatGoesAndComesIsFollowed) {
     ASSERT_TRUE(until([&] { return centrale->zwart().size() == 1; }));
     EXPECT_EQ(centrale->regen().size(), 1U);
     EXPECT_EQ(centrale->drieWerelden().size(), 1U);
+    // What is typed goes to the display that is left.
+    const platform::Window& over = *centrale->zwart()[0].venster;
+    EXPECT_TRUE(until([&] {
+        return Bureaublad::metToetsen() == static_cast<xcb_window_t>(over.windowNumber());
+    }));
     Bureaublad::hulp(QStringLiteral("xrandr --setmonitor rechts 640/160x480/120+640+0 none"));
     ASSERT_TRUE(until([&] { return centrale->zwart().size() == 2; }));
     EXPECT_EQ(centrale->regen().size(), 2U);

@@ -327,6 +327,31 @@ TEST_F(Centrale, AKeyboardThatAnotherTookIsTakenBack) {
     EXPECT_EQ(werkruimte.zelfGeactiveerd, zoveel);
 }
 
+TEST_F(Centrale, DisplaysThatChangeUnderALockAreFollowedAfterIt) {
+    centrale->toonZwart(std::nullopt);
+    werkruimte.zetBeveiligd(true);
+    schermen.push_back({.name = QStringLiteral("drie"), .frame = {720, 0, 200, 200}, .scale = 1.0});
+    klok.advance(1.0);
+    // A new window would lie over the lock.
+    EXPECT_EQ(centrale->zwart().size(), 2U);
+    werkruimte.zetBeveiligd(false);
+    EXPECT_EQ(centrale->zwart().size(), 3U);
+}
+
+TEST_F(Centrale, OneOpenedWhileSeveralStillFadeKeepsItsWorlds) {
+    for (int keer = 0; keer < 3; ++keer) {
+        centrale->toonZwart(DrieSoort::kubus);
+        klok.advance(0.1);
+        centrale->sluitZwart();
+    }
+    centrale->toonZwart(DrieSoort::logo);
+    klok.advance(0.2);
+    klok.advance(5.0);
+    ASSERT_EQ(centrale->drieWerelden().size(), 2U);
+    for (const auto& wereld : centrale->drieWerelden())
+        EXPECT_EQ(wereld->soort(), DrieSoort::logo);
+}
+
 TEST_F(Centrale, WithoutOpenGlItRainsInTheScenesPlace) {
     centrale->toonZwart(DrieSoort::kubus);
     const auto drie = centrale->zwart()[0].drie;
