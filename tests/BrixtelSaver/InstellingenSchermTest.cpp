@@ -13,6 +13,7 @@
 #include "platform/desktop/SheetOnWindow.h"
 #include "platform/desktop/Window.h"
 #include "tests/BrixtelSaver/Instellingen.h"
+#include "tests/support/Openbox.h"
 #include "tests/support/Until.h"
 #include "tests/support/Xvfb.h"
 
@@ -36,7 +37,7 @@ QByteArray hulp(const QString& woorden) {
 class Blad : public testing::Test {
   protected:
     brixtel::EigenInstellingen eigen;
-    QProcess beheer;
+    Openbox beheer;
     platform::SystemClock klok;
     platform::RandomSource toeval{3};
     platform::DistributedNotificationCenter berichten{QString()};
@@ -47,13 +48,7 @@ class Blad : public testing::Test {
     std::optional<platform::SheetOnWindow> bij;
 
     void SetUp() override {
-        beheer.start(QStringLiteral("openbox"), {});
-        ASSERT_TRUE(until(
-            [] {
-                return hulp(QStringLiteral("xprop -root _NET_SUPPORTING_WM_CHECK"))
-                    .contains("window id");
-            },
-            20'000));
+        ASSERT_TRUE(beheer.isReady());
         const QRectF vlak(200, 200, 640, 400);
         venster.emplace(
             server, platform::WindowOptions{.frame = vlak, .style = platform::WindowStyle::Titled});
@@ -72,8 +67,7 @@ class Blad : public testing::Test {
         blad.reset();
         view->stopAnimation();
         venster.reset();
-        beheer.terminate();
-        beheer.waitForFinished(5000);
+        beheer.stop();
     }
     void toon() {
         blad = std::dynamic_pointer_cast<InstellingenVenster>(view->configureSheet());

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <initializer_list>
 
+#include "tests/support/Openbox.h"
 #include "tests/support/Until.h"
 #include "tests/support/Xvfb.h"
 
@@ -22,25 +23,13 @@ inline Xvfb* scherm = nullptr;
 
 class Bureaublad {
   public:
-    Bureaublad() { begin(beheer, QStringLiteral("openbox"), {}); }
-    ~Bureaublad() {
-        eindig(compositor);
-        eindig(beheer);
-    }
+    Bureaublad() = default;
+    ~Bureaublad() { eindig(compositor); }
     Bureaublad(const Bureaublad&) = delete;
     Bureaublad& operator=(const Bureaublad&) = delete;
 
-    [[nodiscard]] bool isKlaar() const {
-        return until([] {
-            // One that has gone leaves its word behind, but not its window.
-            const QByteArray id =
-                hulp(QStringLiteral("xprop -root _NET_SUPPORTING_WM_CHECK")).trimmed();
-            const QString venster = QString::fromLatin1(id.mid(id.lastIndexOf(' ') + 1));
-            return hulp(QStringLiteral("xprop -id %1 _NET_SUPPORTING_WM_CHECK").arg(venster))
-                .contains("window id");
-        });
-    }
-    void stopBeheer() { eindig(beheer); }
+    [[nodiscard]] bool isKlaar() const { return beheer.isReady(); }
+    void stopBeheer() { beheer.stop(); }
     [[nodiscard]] bool startCompositor() {
         begin(compositor, QStringLiteral("picom"),
               {QStringLiteral("--backend"), QStringLiteral("xrender"), QStringLiteral("--config"),
@@ -117,7 +106,8 @@ class Bureaublad {
     }
 
   private:
-    QProcess beheer, compositor;
+    Openbox beheer{scherm->display()};
+    QProcess compositor;
 };
 
 // A real program with one window, whose events it prints: xev.

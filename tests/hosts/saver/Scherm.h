@@ -5,28 +5,18 @@
 #include <gtest/gtest.h>
 
 #include "tests/hosts/saver/Programma.h"
+#include "tests/support/Openbox.h"
 
 namespace brixtel {
 
 class Scherm : public testing::Test {
   protected:
     Xvfb server{"1280x800x24"};
-    QProcess vensterbeheer;
+    Openbox vensterbeheer{server.display()};
     Programma programma{server.display()};
 
-    void SetUp() override {
-        draai(vensterbeheer, QStringLiteral("openbox"), {});
-        // It owns this property once it manages windows.
-        ASSERT_TRUE(until([this] {
-            return hulp({QStringLiteral("xprop"), QStringLiteral("-root"),
-                         QStringLiteral("_NET_SUPPORTING_WM_CHECK")})
-                .contains("window id");
-        }));
-    }
-    void TearDown() override {
-        vensterbeheer.terminate();
-        vensterbeheer.waitForFinished(5000);
-    }
+    void SetUp() override { ASSERT_TRUE(vensterbeheer.isReady()); }
+    void TearDown() override { vensterbeheer.stop(); }
     void draai(QProcess& proces, const QString& naam, const QStringList& woorden) const {
         QProcessEnvironment omgeving = QProcessEnvironment::systemEnvironment();
         omgeving.insert(QStringLiteral("DISPLAY"), server.display());
