@@ -11,6 +11,7 @@
 #include "hosts/bureau/BureauDienst.h"
 #include "hosts/bureau/Klant.h"
 #include "hosts/bureau/Opdracht.h"
+#include "hosts/bureau/PaneelModule.h"
 #include "hosts/bureau/Pictogram.h"
 #include "hosts/gedeeld/Signalen.h"
 #include "platform/desktop/DesktopWorkspace.h"
@@ -79,8 +80,14 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
 
     // To quit() every window that shows would have to agree.
     const auto stop = [] { QCoreApplication::exit(0); };
-    brixtel::BureauDienst dienst(bureau, poort, stop);
-    brixtel::Pictogram pictogram(bureau, poort, stop);
+    std::unique_ptr<brixtel::BureauPaneel> paneel;
+    const auto toonPaneel = [&] {
+        return brixtel::PaneelModule::toon(
+            paneel, {.bureau = bureau, .server = server, .toeval = toeval, .bus = bus});
+    };
+    const brixtel::BureauDaden daden{.stop = stop, .toonPaneel = toonPaneel};
+    brixtel::BureauDienst dienst(bureau, poort, daden);
+    brixtel::Pictogram pictogram(bureau, poort, daden);
     poort.onVerloren(stop);
     if (!poort.neemNaam(brixtel::kDienstNaam)) return std::nullopt;
     pictogram.meldAan();
