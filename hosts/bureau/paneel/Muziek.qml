@@ -32,14 +32,15 @@ Column {
             anchors.verticalCenter: parent.verticalCenter
             width: implicitWidth
             height: 11
-            // As many bars as a slider of this width has.
-            aantal: Math.max(4, Math.floor((regel.width - x - 68) / 7))
+            // Four points to the bar, up to what stands at the right.
+            aantal: Math.max(4, Math.floor((maat.x - 10 - x) / 4))
             gevuld: Math.round(paneel.niveau * aantal)
             Accessible.role: Accessible.ProgressBar
             Accessible.name: "Niveau"
             Accessible.description: BX.bxProcent(paneel.niveau)
         }
         BXTekst {
+            id: maat
             anchors { right: lamp.left; rightMargin: 6; verticalCenter: parent.verticalCenter }
             text: "maat"
             grootte: 10
@@ -52,8 +53,8 @@ Column {
             anchors { right: parent.right; verticalCenter: parent.verticalCenter }
             width: implicitWidth
             height: 11
-            aantal: 2
-            gevuld: paneel.slag ? 2 : 0
+            aantal: 3
+            gevuld: paneel.slag ? 3 : 0
             Accessible.role: Accessible.Indicator
             Accessible.name: "Maat"
             Accessible.description: paneel.slag ? "aan" : "uit"

@@ -21,7 +21,7 @@ Rectangle {
     function toon(wat) {
         for (let boven = wat; boven; boven = boven.parent)
             if (boven === rijen) {
-                const y = wat.mapToItem(rijen, 0, 0).y;
+                const y = wat.mapToItem(rol.contentItem, 0, 0).y;
                 if (y - 6 < rol.contentY) rol.contentY = Math.max(0, y - 6);
                 else if (y + wat.height + 6 > rol.contentY + rol.height)
                     rol.contentY = Math.min(y + wat.height + 6, rol.contentHeight) - rol.height;

@@ -13,7 +13,7 @@ namespace {
 
 constexpr double kLuisterTijd = 0.05;  // seconds
 constexpr double kLampDuur = 0.15;     // seconds that a beat lights the lamp
-constexpr double kStappen = 24.0;      // of the meter
+constexpr double kStappen = 50.0;      // of the meter, so that it stands still in silence
 
 QString regenOf(std::optional<DrieSoort> soort) {
     return soort ? ruweWaarde(*soort) : QStringLiteral("regen");

@@ -15,7 +15,9 @@ constexpr QSize kKleinste(300, 240);
 
 PaneelVenster::PaneelVenster(const PaneelBronnen& bronnen)
     : bronnen_(bronnen), voorbeeld_(bronnen.server, bronnen.toeval) {
-    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND"))
+    // The environment may say otherwise; once for the process.
+    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND") &&
+        QQuickWindow::sceneGraphBackend().isEmpty())
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
 }
 
