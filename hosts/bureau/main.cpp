@@ -9,6 +9,7 @@
 #include "hosts/bureau/Autostart.h"
 #include "hosts/bureau/Bureau.h"
 #include "hosts/bureau/BureauDienst.h"
+#include "hosts/bureau/Hulpmiddelen.h"
 #include "hosts/bureau/Klant.h"
 #include "hosts/bureau/Opdracht.h"
 #include "hosts/bureau/PaneelModule.h"
@@ -82,6 +83,7 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
     const auto stop = [] { QCoreApplication::exit(0); };
     std::unique_ptr<brixtel::BureauPaneel> paneel;
     const auto toonPaneel = [&] {
+        brixtel::zoekHulpmiddelen(poort.verbinding());
         return brixtel::PaneelModule::toon(
             paneel, {.bureau = bureau, .server = server, .toeval = toeval, .bus = bus});
     };
