@@ -24,8 +24,8 @@ struct BureauStand {
 [[nodiscard]] QString uitleg(RegenStand stand);
 
 // The owner of the desktop effects: drives the controller, listens to the music
-// while a black screen follows it or the user is shown what it hears, keeps the user's choices, and tells how things
-// stand. Main thread; what it is made of must outlive it.
+// while a black screen follows it or the user is shown what it hears, keeps the user's choices, and
+// tells how things stand. Main thread; what it is made of must outlive it.
 class Bureau {
   public:
     explicit Bureau(const MatrixCentraleBronnen& bronnen,

@@ -22,8 +22,8 @@ inline const QString kDienstPad = QStringLiteral("/nl/groenlicht/brixtel/Bureau"
 
 // What the owner's program does for those who ask.
 struct BureauDaden {
-    std::function<void()> stop;            // ends the program
-    std::function<QString()> toonPaneel;   // returns what went wrong; empty if nothing did
+    std::function<void()> stop;           // ends the program
+    std::function<QString()> toonPaneel;  // returns what went wrong; empty if nothing did
 };
 
 // The desktop effects as an object on the session bus, as its introspection XML

@@ -77,9 +77,10 @@ const std::vector<Optie>& opties() {
         watOptie(QLatin1String("versie"), Wat::Versie),
         watOptie(QLatin1String("help"), Wat::Hulp),
         zonder(QLatin1String("paneel"), QStringLiteral("ToonPaneel")),
-        {QLatin1String("dienst"), Waarde::Geen, {}, [](BureauOpdracht&, const QString&) {
-             return QString();
-         }},
+        {QLatin1String("dienst"),
+         Waarde::Geen,
+         {},
+         [](BureauOpdracht&, const QString&) { return QString(); }},
         zonder(QLatin1String("toon-regen"), QStringLiteral("ToonRegen")),
         zonder(QLatin1String("sluit-regen"), QStringLiteral("SluitRegen")),
         zonder(QLatin1String("wissel-regen"), QStringLiteral("WisselRegen")),

@@ -24,6 +24,7 @@ using brixtel::BureauOpdracht;
 using brixtel::BusPoort;
 using brixtel::Klant;
 
+constexpr const char* kBus = "DBUS_SESSION_BUS_ADDRESS";
 constexpr int kFout = 1;
 constexpr int kVerkeerdGebruik = 2;
 
@@ -83,7 +84,6 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
     const auto stop = [] { QCoreApplication::exit(0); };
     std::unique_ptr<brixtel::BureauPaneel> paneel;
     const auto toonPaneel = [&] {
-        brixtel::zoekHulpmiddelen(poort.verbinding());
         return brixtel::PaneelModule::toon(
             paneel, {.bureau = bureau, .server = server, .toeval = toeval, .bus = bus});
     };
@@ -130,6 +130,9 @@ std::optional<int> alsKlant(int argc, char** argv, const QString& bus,
             uitgang = meldNaam(QStringLiteral("de sessiebus is onbereikbaar"));
         else if (klant.isEr())
             uitgang = vraag(klant, opdracht);
+        else if (brixtel::zijnHulpmiddelenInGebruik(verbinding))
+            // Qt finds them by it.
+            qputenv(kBus, bus.toLocal8Bit());
     }
     QDBusConnection::disconnectFromBus(naam);
     return uitgang;
@@ -152,7 +155,7 @@ int start(int argc, char** argv, const BureauOpdracht& opdracht) {
     const QString bus = platform::DistributedNotificationCenter::sessionBusAddress();
     if (bus.isEmpty()) return meldNaam(QStringLiteral("er is geen sessiebus"));
     // Kept from Qt, which would wait for it on the main thread.
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
+    qputenv(kBus, "unix:path=/dev/null");
     if (const auto uitgang = alsKlant(argc, argv, bus, opdracht)) return *uitgang;
     if (opdracht.wat == BureauOpdracht::Wat::Stand)
         return meldNaam(QStringLiteral("er draait geen brixtel-bureau"));

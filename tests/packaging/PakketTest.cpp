@@ -110,9 +110,8 @@ class Pakket : public testing::Test {
         };
         EXPECT_EQ(veld("Package"), "brixtel\n");
         EXPECT_EQ(veld("Version"), BRIXTEL_VERSION "\n");
-        for (const char* naam :
-             {"libqt6gui6", "libepoxy0", "libegl1", "libgl1", "fonts-dejavu-core",
-              "libqt6quick6", "qml6-module-qtquick"})
+        for (const char* naam : {"libqt6gui6", "libepoxy0", "libegl1", "libgl1",
+                                 "fonts-dejavu-core", "libqt6quick6", "qml6-module-qtquick"})
             EXPECT_TRUE(veld("Depends").contains(naam)) << naam;
         EXPECT_TRUE(veld("Recommends").contains("lsof"));
     }

@@ -28,10 +28,7 @@ QVariantMap optie(const QString& ruw) {
 }  // namespace
 
 PaneelStaat::PaneelStaat(Bureau& bureau, platform::MediaClock& klok, QString bus)
-    : bureau_(bureau),
-      klok_(klok),
-      blad_(std::move(bus)),
-      saver_(SaverInstellingen::keuze()) {
+    : bureau_(bureau), klok_(klok), blad_(std::move(bus)), saver_(SaverInstellingen::keuze()) {
     stand_ = bureau_.stand().volg([this](const BureauStand&) {
         volgMuziek();
         Q_EMIT standChanged();

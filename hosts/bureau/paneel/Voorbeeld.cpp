@@ -59,12 +59,11 @@ void Voorbeeld::vul() {
 }
 
 void Voorbeeld::vulRegen() {
-    regen_ = std::make_unique<MatrixRegen>(
-        MatrixRegenOpties{.maat = QSizeF(vak_->size()),
-                          .schaal = vak_->devicePixelRatio(),
-                          .dichtheid = wat_.dichtheid,
-                          .snelheid = wat_.snelheid},
-        server_.clock(), toeval_);
+    regen_ = std::make_unique<MatrixRegen>(MatrixRegenOpties{.maat = QSizeF(vak_->size()),
+                                                             .schaal = vak_->devicePixelRatio(),
+                                                             .dichtheid = wat_.dichtheid,
+                                                             .snelheid = wat_.snelheid},
+                                           server_.clock(), toeval_);
     view_->layer()->addSublayer(regen_->laag());
 }
 

@@ -50,8 +50,8 @@ class Voorbeeld {
     std::unique_ptr<QWindow> vak_;
     std::unique_ptr<platform::Window> venster_;  // draws in it
     std::shared_ptr<platform::View> view_;
-    std::unique_ptr<MatrixRegen> regen_;   // or
-    std::unique_ptr<DrieWereld> wereld_;   // one of the two
+    std::unique_ptr<MatrixRegen> regen_;  // or
+    std::unique_ptr<DrieWereld> wereld_;  // one of the two
 };
 
 }  // namespace brixtel

@@ -123,10 +123,10 @@ TEST(BureauOpdracht, ABadArgumentGetsOneClearDutchLine) {
 
 TEST(BureauOpdracht, TheHelpNamesEveryOption) {
     const QString hulp = brixtel::bureauHulpTekst();
-    for (const char* naam : {"toon-regen", "sluit-regen", "wissel-regen", "toon-zwart",
-                             "sluit-zwart", "wissel-zwart", "sluit-alles", "stop", "dichtheid",
-                             "snelheid", "muziek", "autostart", "stand", "versie", "help", "paneel",
-                             "dienst"})
+    for (const char* naam :
+         {"toon-regen", "sluit-regen", "wissel-regen", "toon-zwart", "sluit-zwart", "wissel-zwart",
+          "sluit-alles", "stop", "dichtheid", "snelheid", "muziek", "autostart", "stand", "versie",
+          "help", "paneel", "dienst"})
         EXPECT_TRUE(hulp.contains(QStringLiteral("--") + QLatin1String(naam))) << naam;
 }
 

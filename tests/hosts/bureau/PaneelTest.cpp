@@ -86,7 +86,9 @@ class OpHetPaneel : public BureauProef {
         open("Muziek volgen");
         open("Schermbeveiliging");
     }
-    QQuickItem* item(const char* naam) { return blad()->findChild<QQuickItem*>(QLatin1String(naam)); }
+    QQuickItem* item(const char* naam) {
+        return blad()->findChild<QQuickItem*>(QLatin1String(naam));
+    }
 
     // All there is to do now is done: no picture for so many turns.
     void kalmeer() {
@@ -101,9 +103,8 @@ class OpHetPaneel : public BureauProef {
 
 TEST_F(OpHetPaneel, EveryControlHasItsNameAndItsState) {
     openAlles();
-    for (const char* naam :
-         {"Voorbeeld van het zwarte scherm", "Regen over het bureaublad", "Zwart scherm",
-          "Muziek volgen"})
+    for (const char* naam : {"Voorbeeld van het zwarte scherm", "Regen over het bureaublad",
+                             "Zwart scherm", "Muziek volgen"})
         EXPECT_TRUE(vind(QAccessible::CheckBox, naam)) << naam;
     EXPECT_TRUE(vind(QAccessible::Slider, "Dichtheid"));
     EXPECT_TRUE(vind(QAccessible::Slider, "Snelheid"));
@@ -136,7 +137,8 @@ TEST_F(OpHetPaneel, WhatIsChangedElsewhereShowsAtOnce) {
     EXPECT_TRUE(isAan("Zwart scherm"));
     bureau->sluitZwart();
     EXPECT_FALSE(isAan("Zwart scherm"));
-    bureau->zetKeuzes({.dichtheid = 0.3, .snelheid = 2.5, .muziek = true, .soort = DrieSoort::logo});
+    bureau->zetKeuzes(
+        {.dichtheid = 0.3, .snelheid = 2.5, .muziek = true, .soort = DrieSoort::logo});
     EXPECT_EQ(waarde("Dichtheid"), 0.3);
     EXPECT_EQ(waarde("Snelheid"), 2.5);
     EXPECT_TRUE(isAan("Muziek volgen"));
@@ -224,8 +226,8 @@ TEST_F(OpHetPaneel, WithoutACompositorItSaysSoUntilThereIsOne) {
     werkruimte.doorzichtig = false;
     schakel("Regen over het bureaublad");
     EXPECT_TRUE(item("regenMelding")->isVisible());
-    EXPECT_TRUE(item("regenMelding")->property("tekst").toString().contains(
-        QStringLiteral("compositor")));
+    EXPECT_TRUE(
+        item("regenMelding")->property("tekst").toString().contains(QStringLiteral("compositor")));
     EXPECT_TRUE(isAan("Regen over het bureaublad"));
     werkruimte.zetDoorzichtig(true);
     EXPECT_FALSE(item("regenMelding")->isVisible());
@@ -234,8 +236,8 @@ TEST_F(OpHetPaneel, WithoutACompositorItSaysSoUntilThereIsOne) {
 TEST_F(OpHetPaneel, TheSaversModeIsStoredWhereTheSaverReadsIt) {
     openAlles();
     EXPECT_TRUE(isGekozen("Wisselend"));
-    for (const auto& [ruw, keuze] : {std::pair{"tunnel", SaverKeuze::tunnel},
-                                     std::pair{"wisselend", SaverKeuze::wisselend}}) {
+    for (const auto& [ruw, keuze] :
+         {std::pair{"tunnel", SaverKeuze::tunnel}, std::pair{"wisselend", SaverKeuze::wisselend}}) {
         paneel->staat()->zetSaver(QLatin1String(ruw));
         EXPECT_EQ(SaverInstellingen::keuze(), keuze);
     }

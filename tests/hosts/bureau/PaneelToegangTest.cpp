@@ -75,8 +75,7 @@ TEST(PaneelToegang, AScreenReaderFindsReadsAndWorksThePanelOfTheRunningOwner) {
 
     QProcess eigenaar;
     eigenaar.start(QStringLiteral(BRIXTEL_BUILD_DIR "/bin/brixtel-bureau"), QStringList());
-    ASSERT_TRUE(
-        until([] { return vind(ATSPI_ROLE_PUSH_BUTTON, "Toon nu") != nullptr; }, 30'000));
+    ASSERT_TRUE(until([] { return vind(ATSPI_ROLE_PUSH_BUTTON, "Toon nu") != nullptr; }, 30'000));
     for (const char* naam : {"Dichtheid", "Snelheid"})
         EXPECT_TRUE(vind(ATSPI_ROLE_SLIDER, naam)) << naam;
     const Toegankelijk muziek = vind(ATSPI_ROLE_CHECK_BOX, "Muziek volgen");
