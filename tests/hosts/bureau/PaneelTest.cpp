@@ -10,6 +10,8 @@
 #include "controls/SchuifFocus.h"
 #include "hosts/bureau/paneel/PaneelVenster.h"
 #include "tests/hosts/bureau/BureauProef.h"
+#include "tests/support/GeluidServer.h"
+#include "tests/support/KlikSpoor.h"
 
 using namespace brixtel;
 
@@ -331,6 +333,37 @@ TEST_F(OpHetPaneel, WhileNothingChangesThereAreNoPicturesAndNoTimers) {
     for (QObject* een : blad()->findChildren<QObject*>())
         klokken += int(beurt->registeredTimers(een).size());
     EXPECT_EQ(klokken, 0);
+}
+
+TEST(PaneelGeluid, TheLevelAndTheBeatAreThoseOfWhatIsPlayed) {
+    const QTemporaryDir map;
+    qputenv("XDG_CONFIG_HOME", map.path().toLocal8Bit());
+    steun::GeluidServer geluid;
+    ASSERT_TRUE(geluid.loopt());
+    platform::SystemClock klok;
+    platform::RandomSource toeval{3};
+    Werkruimte werkruimte;
+    platform::WindowServer server{klok, {.drawer = {}, .display = QStringLiteral(":none")}};
+    Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval},
+                  {.server = geluid.adres()});
+    bureau.zetKeuzes({.muziek = true});
+    PaneelVenster paneel({.bureau = bureau, .server = server, .toeval = toeval, .bus = {}});
+    paneel.toon();
+    ASSERT_TRUE(until([&] { return bureau.muziek().luistert(); }));
+    ASSERT_TRUE(until([&] { return bureau.muziek().stand().has_value(); }));
+    double hoogste = 0;
+    int slagen = 0;
+    QObject::connect(paneel.staat(), &PaneelStaat::geluidChanged, paneel.staat(), [&] {
+        hoogste = std::max(hoogste, paneel.staat()->niveau());
+        slagen += paneel.staat()->slag();
+    });
+    ASSERT_TRUE(geluid.speel(steun::KlikSpoor{.seconden = 6}.maak(), 44'100));
+    EXPECT_TRUE(until([&] { return hoogste > 0.05 && slagen > 2; }));
+    EXPECT_FALSE(paneel.staat()->zonderGeluid());
+    // And dark again in silence.
+    EXPECT_TRUE(until([&] { return !paneel.staat()->slag() && paneel.staat()->niveau() == 0.0; }));
+    geluid.stop();
+    EXPECT_TRUE(until([&] { return paneel.staat()->zonderGeluid(); }));
 }
 
 // The texts of the panel, and whether any two lie over each other or one is cut.
