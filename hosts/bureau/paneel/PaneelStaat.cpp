@@ -13,6 +13,7 @@ namespace {
 
 constexpr double kLuisterTijd = 0.05;  // seconds
 constexpr double kLampDuur = 0.15;     // seconds that a beat lights the lamp
+constexpr double kTeLaat = 0.5;        // seconds: an old beat is none
 constexpr double kStappen = 50.0;      // of the meter, so that it stands still in silence
 
 QString regenOf(std::optional<DrieSoort> soort) {
@@ -181,7 +182,11 @@ void PaneelStaat::luister() {
         nu.zonder = bureau_.muziek().isZonderServer();
         if (gehoord) {
             nu.niveau = std::round(gehoord->level * kStappen) / kStappen;
-            nu.slag = gehoord->beat > 0 && gehoord->vertraging < kLampDuur;
+            // From when it is first seen, so that one that comes late shows too.
+            if (gehoord->beat != beat_ && gehoord->vertraging < kTeLaat)
+                lampTot_ = klok_.now() + kLampDuur;
+            beat_ = gehoord->beat;
+            nu.slag = klok_.now() < lampTot_;
         }
     }
     if (nu == geluid_) return;

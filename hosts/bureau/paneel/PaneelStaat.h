@@ -111,6 +111,8 @@ class PaneelStaat : public QObject {
     bool saverOntbreekt_ = false;
     SaverKeuze saver_;
     Geluid geluid_;
+    int beat_ = 0;
+    double lampTot_ = 0;  // the clock's time
     platform::Timer luisterKlok_;
     Abonnement stand_;
 };
