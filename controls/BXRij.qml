@@ -9,6 +9,9 @@ BXRijBasis {
 
     default property Component opties
 
+    // Whether it has a switch; what is always on has none.
+    property bool schakelbaar: true
+
     readonly property real rand: 6
     readonly property bool zweef: boven.hovered
 
@@ -87,6 +90,7 @@ BXRijBasis {
         }
         BXSchakelStijl {
             id: schakel
+            visible: rij.schakelbaar
             anchors { right: parent.right; rightMargin: rij.rand; verticalCenter: parent.verticalCenter }
             label: rij.titel
             aan: rij.aan

@@ -44,7 +44,7 @@ QString Autostart::zet(bool aan, const QString& programma) {
         QStringLiteral(
             "[Desktop Entry]\nType=Application\nName=Brixtel\n"
             "Comment=Effects over the desktop\nComment[nl]=Effecten over het bureaublad\n"
-            "Exec=%1\nIcon=brixtel-saver\nTerminal=false\nX-GNOME-Autostart-Delay=2\n")
+            "Exec=%1 --dienst\nIcon=brixtel-saver\nTerminal=false\nX-GNOME-Autostart-Delay=2\n")
             .arg(aangehaald(programma));
     if (QDir().mkpath(map()) && doel.open(QIODevice::WriteOnly) && doel.write(tekst.toUtf8()) > 0 &&
         doel.commit())

@@ -43,7 +43,8 @@ void Bureau::na(Doe doe) {
 }
 
 void Bureau::meld() {
-    muziek_.luister(centrale_.zwartAan() && centrale_.muziekKlok().isValid() && keuzes_.muziek);
+    const bool volgt = centrale_.zwartAan() && centrale_.muziekKlok().isValid();
+    muziek_.luister(keuzes_.muziek && (volgt || luisterMee_));
     if (bezig_ > 0) return;
     const BureauStand nu{.zwart = centrale_.zwartAan(),
                          .soort = centrale_.zwartAan() ? soort_ : std::nullopt,
@@ -85,6 +86,11 @@ void Bureau::wisselRegen() {
 
 void Bureau::sluitAlles() {
     na([&] { centrale_.sluitAlles(); });
+}
+
+void Bureau::luisterMee(bool aan) {
+    luisterMee_ = aan;
+    meld();
 }
 
 void Bureau::zetKeuzes(const BureauKeuzes& keuzes) {

@@ -24,8 +24,8 @@ struct BureauStand {
 [[nodiscard]] QString uitleg(RegenStand stand);
 
 // The owner of the desktop effects: drives the controller, listens to the music
-// while a black screen follows it, keeps the user's choices, and tells how things
-// stand. Main thread; what it is made of must outlive it.
+// while a black screen follows it or the user is shown what it hears, keeps the user's choices, and
+// tells how things stand. Main thread; what it is made of must outlive it.
 class Bureau {
   public:
     explicit Bureau(const MatrixCentraleBronnen& bronnen,
@@ -47,6 +47,10 @@ class Bureau {
     // following the music at once.
     void zetKeuzes(const BureauKeuzes& keuzes);
 
+    // Listens to the music also while no black screen shows, for as long as the
+    // choice is to follow it: for whoever shows the user what it hears.
+    void luisterMee(bool aan);
+
     // Told once for all that a call changed.
     [[nodiscard]] const Gepubliceerd<BureauStand>& stand() const { return stand_; }
 
@@ -65,6 +69,7 @@ class Bureau {
     MatrixCentrale centrale_;
     std::optional<DrieSoort> soort_;
     int bezig_ = 0;
+    bool luisterMee_ = false;
     Gepubliceerd<BureauStand> stand_;
     platform::Timer vernieuwing_;
     Abonnement regen_;

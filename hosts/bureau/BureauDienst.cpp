@@ -49,8 +49,8 @@ QString ruweWaarde(RegenStand stand) {
     return {};
 }
 
-BureauDienst::BureauDienst(Bureau& bureau, BusPoort& poort, std::function<void()> stop)
-    : bureau_(bureau), poort_(poort), stop_(std::move(stop)), methoden_(methoden()) {
+BureauDienst::BureauDienst(Bureau& bureau, BusPoort& poort, BureauDaden daden)
+    : bureau_(bureau), poort_(poort), daden_(std::move(daden)), methoden_(methoden()) {
     poort_.bied({.pad = kDienstPad,
                  .beschrijving = QString::fromUtf8(kBureauXml),
                  .doe = methoden_,
@@ -72,10 +72,16 @@ QHash<QString, BusObject::Doe> BureauDienst::methoden() {
         return QVariantList();
     };
     const auto stop = [this](const QVariantList&) -> BusAntwoord {
-        platform::runOnMainQueue(stop_);
+        platform::runOnMainQueue(daden_.stop);
         return QVariantList();
     };
+    const auto paneel = [this](const QVariantList&) -> BusAntwoord {
+        const QString mis = daden_.toonPaneel();
+        if (mis.isEmpty()) return QVariantList();
+        return BusFout{QStringLiteral("org.freedesktop.DBus.Error.Failed"), mis};
+    };
     return {
+        {voluit(QStringLiteral("ToonPaneel")), paneel},
         {voluit(QStringLiteral("ToonZwart")), metSoort(&Bureau::toonZwart)},
         {voluit(QStringLiteral("SluitZwart")), zonder(&Bureau::sluitZwart)},
         {voluit(QStringLiteral("WisselZwart")), metSoort(&Bureau::wisselZwart)},

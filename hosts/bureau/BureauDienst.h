@@ -20,13 +20,19 @@ inline const QString kDienstPad = QStringLiteral("/nl/groenlicht/brixtel/Bureau"
 // The raw value of a RegenStand on the bus.
 [[nodiscard]] QString ruweWaarde(RegenStand stand);
 
+// What the owner's program does for those who ask.
+struct BureauDaden {
+    std::function<void()> stop;           // ends the program
+    std::function<QString()> toonPaneel;  // returns what went wrong; empty if nothing did
+};
+
 // The desktop effects as an object on the session bus, as its introspection XML
 // tells: every method checks what it is given and then asks the owner; every
 // change of how things stand is told. Main thread.
 class BureauDienst {
   public:
-    // `stop` is called for the method of that name, after its answer is on its way.
-    BureauDienst(Bureau& bureau, BusPoort& poort, std::function<void()> stop);
+    // `stop` is called after the method's answer is on its way.
+    BureauDienst(Bureau& bureau, BusPoort& poort, BureauDaden daden);
     BureauDienst(const BureauDienst&) = delete;
     BureauDienst& operator=(const BureauDienst&) = delete;
 
@@ -42,7 +48,7 @@ class BureauDienst {
 
     Bureau& bureau_;
     BusPoort& poort_;
-    const std::function<void()> stop_;
+    const BureauDaden daden_;
     const QHash<QString, BusObject::Doe> methoden_;
     Abonnement stand_;
 };

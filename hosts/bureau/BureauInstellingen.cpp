@@ -10,6 +10,9 @@ namespace {
 const QLatin1String kDichtheid("dichtheid");
 const QLatin1String kSnelheid("snelheid");
 const QLatin1String kMuziek("muziek");
+const QLatin1String kSoort("soort");
+const QLatin1String kVoorbeeld("voorbeeld");
+const QLatin1String kRegen("regen");
 const QLatin1String kAan("aan");
 const QLatin1String kUit("uit");
 }  // namespace
@@ -24,6 +27,8 @@ BureauKeuzes BureauInstellingen::lees() {
     keuzes.dichtheid = getal(kDichtheid, 0.0, 1.0, keuzes.dichtheid);
     keuzes.snelheid = getal(kSnelheid, kLangzaamst, kSnelst, keuzes.snelheid);
     keuzes.muziek = winkel->string(kMuziek) == kAan;
+    keuzes.soort = soortUitRuw(winkel->string(kSoort).value_or(QString()));
+    keuzes.voorbeeld = winkel->string(kVoorbeeld) != kUit;
     return keuzes;
 }
 
@@ -33,6 +38,8 @@ void BureauInstellingen::bewaar(const BureauKeuzes& keuzes) {
     winkel->setString(kDichtheid, QString::number(keuzes.dichtheid));
     winkel->setString(kSnelheid, QString::number(keuzes.snelheid));
     winkel->setString(kMuziek, keuzes.muziek ? kAan : kUit);
+    winkel->setString(kSoort, keuzes.soort ? ruweWaarde(*keuzes.soort) : QString(kRegen));
+    winkel->setString(kVoorbeeld, keuzes.voorbeeld ? kAan : kUit);
     winkel->synchronize();
 }
 

@@ -2,14 +2,19 @@
 #pragma once
 
 #include <QLatin1String>
+#include <optional>
+
+#include "worlds/DrieSoort.h"
 
 namespace brixtel {
 
 // What the user chose for the desktop effects.
 struct BureauKeuzes {
-    double dichtheid = 0.7;  // 0...1
-    double snelheid = 1.0;   // 0.2...4, times the usual
-    bool muziek = false;     // whether the black screen follows the music
+    double dichtheid = 0.7;          // 0...1
+    double snelheid = 1.0;           // 0.2...4, times the usual
+    bool muziek = false;             // whether the black screen follows the music
+    std::optional<DrieSoort> soort;  // what the panel's black screen shows; none for the rain
+    bool voorbeeld = true;           // whether the panel shows it
     friend bool operator==(const BureauKeuzes&, const BureauKeuzes&) = default;
 };
 

@@ -76,6 +76,11 @@ const std::vector<Optie>& opties() {
         watOptie(QLatin1String("stand"), Wat::Stand),
         watOptie(QLatin1String("versie"), Wat::Versie),
         watOptie(QLatin1String("help"), Wat::Hulp),
+        zonder(QLatin1String("paneel"), QStringLiteral("ToonPaneel")),
+        {QLatin1String("dienst"),
+         Waarde::Geen,
+         {},
+         [](BureauOpdracht&, const QString&) { return QString(); }},
         zonder(QLatin1String("toon-regen"), QStringLiteral("ToonRegen")),
         zonder(QLatin1String("sluit-regen"), QStringLiteral("SluitRegen")),
         zonder(QLatin1String("wissel-regen"), QStringLiteral("WisselRegen")),
@@ -99,17 +104,21 @@ std::variant<BureauOpdracht, Fout> leesBureauOpdracht(const QStringList& argumen
     BureauOpdracht opdracht;
     const QString mis = neemOpties(opties(), argumenten, opdracht);
     if (!mis.isEmpty()) return foutVan(QLatin1String("brixtel-bureau"), mis);
+    if (argumenten.isEmpty()) opdracht.verzoeken.push_back({QStringLiteral("ToonPaneel"), {}});
     return opdracht;
 }
 
 QString bureauHulpTekst() {
     return QStringLiteral(R"(brixtel-bureau: effecten over het hele bureaublad
 
-Zonder opties start het, met een pictogram in het systeemvak. Er is er één per
-sessie: een tweede start geeft door wat er gevraagd is en houdt dan op, zodat de
-sneltoetsen van het bureaublad deze opties kunnen gebruiken. Opties mogen met één
-of twee streepjes; een waarde volgt na = of als het volgende woord. Wat gevraagd
-wordt, gebeurt in die volgorde.
+Zonder opties start het, met een pictogram in het systeemvak, en opent het paneel
+met de instellingen. Er is er één per sessie: een tweede start geeft door wat er
+gevraagd is en houdt dan op, zodat de sneltoetsen van het bureaublad deze opties
+kunnen gebruiken. Opties mogen met één of twee streepjes; een waarde volgt na = of
+als het volgende woord. Wat gevraagd wordt, gebeurt in die volgorde.
+
+  --paneel               opent het paneel, of haalt het naar voren
+  --dienst               start zonder iets te tonen
 
 Regen over alles heen, waar klikken doorheen gaat:
   --toon-regen  --sluit-regen  --wissel-regen

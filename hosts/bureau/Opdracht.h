@@ -28,7 +28,7 @@ struct BureauOpdracht {
     std::optional<bool> autostart;
 };
 
-// `argumenten` without the program's own name.
+// `argumenten` without the program's own name. Without any it is to show the panel.
 [[nodiscard]] std::variant<BureauOpdracht, Fout> leesBureauOpdracht(const QStringList& argumenten);
 
 // The text of --help.

@@ -99,8 +99,8 @@ const QDBusArgument& operator>>(const QDBusArgument& in, BusBeeld& beeld) {
     return in;
 }
 
-Pictogram::Pictogram(Bureau& bureau, BusPoort& poort, std::function<void()> stop)
-    : bureau_(bureau), poort_(poort), stop_(std::move(stop)), menu_(poort, kMenuPad) {
+Pictogram::Pictogram(Bureau& bureau, BusPoort& poort, BureauDaden daden)
+    : bureau_(bureau), poort_(poort), daden_(std::move(daden)), menu_(poort, kMenuPad) {
     qDBusRegisterMetaType<BusBeeld>();
     qDBusRegisterMetaType<QList<BusBeeld>>();
     const auto wissel = [this](const QVariantList&) -> BusAntwoord {
@@ -163,8 +163,9 @@ std::vector<MenuRegel> Pictogram::regels(const BureauStand& stand) {
          .aan = stand.keuzes.muziek,
          .doe = muziek},
         {.soort = MenuRegel::Soort::Streep},
+        {.tekst = QStringLiteral("Instellingen…"), .doe = [this] { daden_.toonPaneel(); }},
         {.tekst = QStringLiteral("Alles sluiten"), .doe = [this] { bureau_.sluitAlles(); }},
-        {.tekst = QStringLiteral("Stoppen"), .doe = stop_}};
+        {.tekst = QStringLiteral("Stoppen"), .doe = daden_.stop}};
 }
 
 }  // namespace brixtel

@@ -8,7 +8,7 @@
 #include <functional>
 #include <memory>
 
-#include "hosts/bureau/Bureau.h"
+#include "hosts/bureau/BureauDienst.h"
 #include "hosts/bureau/BusPoort.h"
 #include "hosts/bureau/Menu.h"
 
@@ -30,8 +30,7 @@ const QDBusArgument& operator>>(const QDBusArgument& in, BusBeeld& beeld);
 // it, it costs nothing. Main thread; bureau and gate must outlive it.
 class Pictogram {
   public:
-    // `stop` ends the program.
-    Pictogram(Bureau& bureau, BusPoort& poort, std::function<void()> stop);
+    Pictogram(Bureau& bureau, BusPoort& poort, BureauDaden daden);
     Pictogram(const Pictogram&) = delete;
     Pictogram& operator=(const Pictogram&) = delete;
 
@@ -44,7 +43,7 @@ class Pictogram {
 
     Bureau& bureau_;
     BusPoort& poort_;
-    const std::function<void()> stop_;
+    const BureauDaden daden_;
     Menu menu_;
     QDBusServiceWatcher trays_;
     Abonnement stand_;

@@ -9,8 +9,10 @@
 #include "hosts/bureau/Autostart.h"
 #include "hosts/bureau/Bureau.h"
 #include "hosts/bureau/BureauDienst.h"
+#include "hosts/bureau/Hulpmiddelen.h"
 #include "hosts/bureau/Klant.h"
 #include "hosts/bureau/Opdracht.h"
+#include "hosts/bureau/PaneelModule.h"
 #include "hosts/bureau/Pictogram.h"
 #include "hosts/gedeeld/Signalen.h"
 #include "platform/desktop/DesktopWorkspace.h"
@@ -22,6 +24,7 @@ using brixtel::BureauOpdracht;
 using brixtel::BusPoort;
 using brixtel::Klant;
 
+constexpr const char* kBus = "DBUS_SESSION_BUS_ADDRESS";
 constexpr int kFout = 1;
 constexpr int kVerkeerdGebruik = 2;
 
@@ -79,8 +82,14 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
 
     // To quit() every window that shows would have to agree.
     const auto stop = [] { QCoreApplication::exit(0); };
-    brixtel::BureauDienst dienst(bureau, poort, stop);
-    brixtel::Pictogram pictogram(bureau, poort, stop);
+    std::unique_ptr<brixtel::BureauPaneel> paneel;
+    const auto toonPaneel = [&] {
+        return brixtel::PaneelModule::toon(
+            paneel, {.bureau = bureau, .server = server, .toeval = toeval, .bus = bus});
+    };
+    const brixtel::BureauDaden daden{.stop = stop, .toonPaneel = toonPaneel};
+    brixtel::BureauDienst dienst(bureau, poort, daden);
+    brixtel::Pictogram pictogram(bureau, poort, daden);
     poort.onVerloren(stop);
     if (!poort.neemNaam(brixtel::kDienstNaam)) return std::nullopt;
     pictogram.meldAan();
@@ -121,6 +130,9 @@ std::optional<int> alsKlant(int argc, char** argv, const QString& bus,
             uitgang = meldNaam(QStringLiteral("de sessiebus is onbereikbaar"));
         else if (klant.isEr())
             uitgang = vraag(klant, opdracht);
+        else if (brixtel::zijnHulpmiddelenInGebruik(verbinding))
+            // Qt finds them by it.
+            qputenv(kBus, bus.toLocal8Bit());
     }
     QDBusConnection::disconnectFromBus(naam);
     return uitgang;
@@ -143,7 +155,7 @@ int start(int argc, char** argv, const BureauOpdracht& opdracht) {
     const QString bus = platform::DistributedNotificationCenter::sessionBusAddress();
     if (bus.isEmpty()) return meldNaam(QStringLiteral("er is geen sessiebus"));
     // Kept from Qt, which would wait for it on the main thread.
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
+    qputenv(kBus, "unix:path=/dev/null");
     if (const auto uitgang = alsKlant(argc, argv, bus, opdracht)) return *uitgang;
     if (opdracht.wat == BureauOpdracht::Wat::Stand)
         return meldNaam(QStringLiteral("er draait geen brixtel-bureau"));

@@ -1,4 +1,6 @@
 complete -c brixtel-bureau -f
+complete -c brixtel-bureau -l paneel -d 'Het paneel met de instellingen'
+complete -c brixtel-bureau -l dienst -d 'Start zonder iets te tonen'
 complete -c brixtel-bureau -l toon-regen -d 'Regen over het bureaublad'
 complete -c brixtel-bureau -l sluit-regen -d 'Geen regen meer'
 complete -c brixtel-bureau -l wissel-regen -d 'Regen aan of uit'

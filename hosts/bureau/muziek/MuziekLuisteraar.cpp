@@ -12,6 +12,7 @@ namespace brixtel {
 namespace {
 constexpr double kEersteGeduld = 1.0;    // seconds
 constexpr double kLangsteGeduld = 10.0;  // seconds
+constexpr double kGeloof = 1.0;          // seconds
 // A device that plays nothing any more stops sending.
 constexpr double kVerstomd = 0.5;  // seconds
 }  // namespace
@@ -54,10 +55,12 @@ void MuziekLuisteraar::luister(bool aan) {
     opname_.reset();
     opnieuw_.invalidate();
     geduld_ = kEersteGeduld;
+    kwijt_ = false;
     gehoor_->vergeet();
 }
 
 void MuziekLuisteraar::begin() {
+    begonnen_ = klok_.now();
     opname_ = std::make_unique<platform::MonitorRecorder>(
         opties_,
         [gehoor = gehoor_, &klok = klok_](std::span<const float> monsters, double tempo) {
@@ -70,9 +73,14 @@ void MuziekLuisteraar::verloren() {
     const std::lock_guard houvast(gehoor_->slot);
     if (gehoor_->zoeker) geduld_ = kEersteGeduld;
     gehoor_->vergeet();
+    kwijt_ = true;
     const double wacht = std::exchange(geduld_, std::min(2 * geduld_, kLangsteGeduld));
     // The recorder is calling, so it goes a little later.
     opnieuw_ = platform::Timer(klok_, {.interval = wacht}, [this] { begin(); });
+}
+
+bool MuziekLuisteraar::isZonderServer() const {
+    return kwijt_ && (opnieuw_.isValid() || klok_.now() - begonnen_ < kGeloof);
 }
 
 std::optional<MuziekStand> MuziekLuisteraar::stand() const {

@@ -30,6 +30,10 @@ class MuziekLuisteraar {
     // number of the beat goes on counting as long as the listener lives.
     [[nodiscard]] std::optional<MuziekStand> stand() const;
 
+    // Whether the last attempts, while it listens, found no sound server. One that
+    // is reached is believed after a second.
+    [[nodiscard]] bool isZonderServer() const;
+
   private:
     struct Gehoor;
     void begin();
@@ -40,6 +44,8 @@ class MuziekLuisteraar {
     const std::shared_ptr<Gehoor> gehoor_;
     bool luistert_ = false;
     double geduld_;  // seconds until the next attempt
+    bool kwijt_ = false;
+    double begonnen_ = 0;  // the clock's time at the last attempt
     std::unique_ptr<platform::MonitorRecorder> opname_;
     platform::Timer opnieuw_;
 };

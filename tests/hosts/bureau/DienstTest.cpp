@@ -22,12 +22,20 @@ class Dienst : public BureauProef {
     std::optional<BureauDienst> dienst;
     std::optional<Beller> beller;
     int gestopt = 0;
+    int getoond = 0;
+    QString paneelMis;
 
     void SetUp() override {
         BureauProef::SetUp();
         ASSERT_FALSE(bus.address().isEmpty());
         poort.emplace(echteKlok, bus.address());
-        dienst.emplace(*bureau, *poort, [this] { ++gestopt; });
+        dienst.emplace(*bureau, *poort,
+                       BureauDaden{.stop = [this] { ++gestopt; },
+                                   .toonPaneel =
+                                       [this] {
+                                           ++getoond;
+                                           return paneelMis;
+                                       }});
         ASSERT_TRUE(poort->neemNaam(kDienstNaam));
         beller.emplace(bus.address());
     }
@@ -242,6 +250,15 @@ TEST_F(Dienst, AFloodOfCallsStopsNeitherPicturesNorOthers) {
     EXPECT_GT(gemeld.size(), 2U);
     const double duur = echteKlok.now() - sinds;
     EXPECT_LE(static_cast<double>(gemeld.size()), 2 + 8 + 4 * (duur + 20));
+}
+
+TEST_F(Dienst, ThePanelIsShownOrTheReasonToldWhyNot) {
+    EXPECT_EQ(beller->roep("ToonPaneel").type(), QDBusMessage::ReplyMessage);
+    EXPECT_EQ(getoond, 1);
+    paneelMis = QStringLiteral("het paneel ontbreekt");
+    const QDBusMessage antwoord = beller->roep("ToonPaneel");
+    EXPECT_EQ(antwoord.type(), QDBusMessage::ErrorMessage);
+    EXPECT_EQ(antwoord.errorMessage(), paneelMis);
 }
 
 }  // namespace

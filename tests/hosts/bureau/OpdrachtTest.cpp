@@ -35,13 +35,19 @@ Verzoek verzoek(const char* methode, const QVariantList& waarden = {}) {
     return {QString::fromLatin1(methode), waarden};
 }
 
-TEST(BureauOpdracht, NothingMeansTheServiceAndNothingMore) {
+TEST(BureauOpdracht, NothingMeansTheServiceAndThePanel) {
     EXPECT_EQ(goed("").wat, Wat::Dienst);
-    EXPECT_TRUE(goed("").verzoeken.empty());
+    EXPECT_EQ(goed("").verzoeken, std::vector{verzoek("ToonPaneel")});
+}
+
+TEST(BureauOpdracht, TheServiceAloneShowsNothing) {
+    EXPECT_EQ(goed("--dienst").wat, Wat::Dienst);
+    EXPECT_TRUE(goed("--dienst").verzoeken.empty());
 }
 
 TEST(BureauOpdracht, EveryOptionIsOneCall) {
     const std::pair<const char*, Verzoek> paren[] = {
+        {"--paneel", verzoek("ToonPaneel")},
         {"--toon-regen", verzoek("ToonRegen")},
         {"--sluit-regen", verzoek("SluitRegen")},
         {"--wissel-regen", verzoek("WisselRegen")},
@@ -117,9 +123,10 @@ TEST(BureauOpdracht, ABadArgumentGetsOneClearDutchLine) {
 
 TEST(BureauOpdracht, TheHelpNamesEveryOption) {
     const QString hulp = brixtel::bureauHulpTekst();
-    for (const char* naam : {"toon-regen", "sluit-regen", "wissel-regen", "toon-zwart",
-                             "sluit-zwart", "wissel-zwart", "sluit-alles", "stop", "dichtheid",
-                             "snelheid", "muziek", "autostart", "stand", "versie", "help"})
+    for (const char* naam :
+         {"toon-regen", "sluit-regen", "wissel-regen", "toon-zwart", "sluit-zwart", "wissel-zwart",
+          "sluit-alles", "stop", "dichtheid", "snelheid", "muziek", "autostart", "stand", "versie",
+          "help", "paneel", "dienst"})
         EXPECT_TRUE(hulp.contains(QStringLiteral("--") + QLatin1String(naam))) << naam;
 }
 
@@ -129,7 +136,7 @@ TEST(BureauOpdracht, EveryMethodOfTheBusHasAnOption) {
         vanDeBus << methode.naam;
     for (const char* regel : {"--toon-regen", "--sluit-regen", "--wissel-regen", "--toon-zwart",
                               "--sluit-zwart", "--wissel-zwart", "--sluit-alles", "--stop",
-                              "--dichtheid=1", "--snelheid=1", "--muziek=aan"})
+                              "--dichtheid=1", "--snelheid=1", "--muziek=aan", "--paneel"})
         vanDeRegel << goed(regel).verzoeken.front().methode;
     vanDeBus.sort();
     vanDeRegel.sort();

@@ -45,12 +45,19 @@ class InHetSysteemvak : public BureauProef {
     std::optional<Pictogram> pictogram;
     std::optional<Beller> beller;
     int gestopt = 0;
+    int getoond = 0;
 
     void SetUp() override {
         BureauProef::SetUp();
         ASSERT_FALSE(bus.address().isEmpty());
         poort.emplace(echteKlok, bus.address());
-        pictogram.emplace(*bureau, *poort, [this] { ++gestopt; });
+        pictogram.emplace(*bureau, *poort,
+                          BureauDaden{.stop = [this] { ++gestopt; },
+                                      .toonPaneel =
+                                          [this] {
+                                              ++getoond;
+                                              return QString();
+                                          }});
         ASSERT_TRUE(poort->neemNaam(kDienstNaam));
         beller.emplace(bus.address());
     }
@@ -142,6 +149,8 @@ TEST_F(InHetSysteemvak, TheMenuDoesWhatItSays) {
     klik("Alles sluiten");
     EXPECT_FALSE(nu().regen || nu().zwart);
     EXPECT_EQ(gestopt, 0);
+    klik("Instellingen");
+    EXPECT_EQ(getoond, 1);
     klik("Stoppen");
     EXPECT_EQ(gestopt, 1);
 }
@@ -155,7 +164,7 @@ TEST_F(InHetSysteemvak, TheMenuSaysWhatTheRainWaitsFor) {
 }
 
 TEST_F(InHetSysteemvak, ALineThatIsNotThereIsRefused) {
-    for (const int nummer : {-1, 12, 1'000'000}) {
+    for (const int nummer : {-1, 13, 1'000'000}) {
         EXPECT_EQ(beller->roep(menuPad(), kMenuInterface, "AboutToShow", {nummer}).type(),
                   QDBusMessage::ErrorMessage);
         EXPECT_EQ(beller

@@ -71,7 +71,7 @@ class Sessie : public testing::Test {
     }
     Afloop draai(const char* regel) const { return draai(QString::fromLatin1(regel).split(u' ')); }
     // Starts the owner, and waits until it answers.
-    bool begin(const QStringList& woorden = {}) {
+    bool begin(const QStringList& woorden = {QStringLiteral("--dienst")}) {
         start(eigenaar, woorden);
         return until([this] { return draai("--stand").uitgang == 0; }, 30'000);
     }
@@ -138,7 +138,7 @@ TEST_F(Sessie, ASecondStartAsksTheFirst) {
     EXPECT_EQ(tweede.uit, QStringLiteral("zwart scherm: uit\nregen: uit\ndichtheid: 0.25\n"
                                          "snelheid: 3\nmuziek: aan\n"));
     EXPECT_EQ(tweede.fouten, QString());
-    EXPECT_EQ(draai(QStringList()).uitgang, 0);
+    EXPECT_EQ(draai("--dienst").uitgang, 0);
     EXPECT_EQ(eigenaar.state(), QProcess::Running);
     // Without a display too.
     QProcess blind;
@@ -210,7 +210,7 @@ TEST_F(Sessie, ItStartsWithTheSessionIfAsked) {
     ASSERT_TRUE(ingang.open(QIODevice::ReadOnly));
     const QString tekst = QString::fromUtf8(ingang.readAll());
     const QString regel = tekst.section(QStringLiteral("\nExec="), 1).section(u'\n', 0, 0);
-    EXPECT_EQ(regel, QStringLiteral("\"" BRIXTEL_BUILD_DIR "/bin/brixtel-bureau\""));
+    EXPECT_EQ(regel, QStringLiteral("\"" BRIXTEL_BUILD_DIR "/bin/brixtel-bureau\" --dienst"));
     // Nothing was started for it.
     EXPECT_EQ(draai("--stand").uitgang, 1);
     EXPECT_EQ(draai("--autostart=uit").uitgang, 0);
@@ -268,6 +268,71 @@ TEST_F(Sessie, ASignalEndsItAndTheEndOfTheBusToo) {
     EXPECT_EQ(eigenaar.exitCode(), 0);
 }
 
+// Those with that name that can be seen.
+QList<xcb_window_t> panelen() {
+    QList<xcb_window_t> alle;
+    const QByteArray uit =
+        Bureaublad::hulp(QStringLiteral("xdotool search --onlyvisible --name Instellingen"));
+    for (const QByteArray& regel : uit.split('\n'))
+        if (!regel.isEmpty()) alle << regel.toUInt();
+    return alle;
+}
+
+TEST_F(Sessie, WithoutArgumentsThePanelOpensAndASecondStartRaisesIt) {
+    start(eigenaar, {});
+    ASSERT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
+    const xcb_window_t paneel = panelen().front();
+    EXPECT_TRUE(until([=] { return Bureaublad::actief() == paneel; }));
+    const brixtel::Programma ander;
+    ASSERT_NE(Bureaublad::actief(), paneel);
+    EXPECT_EQ(draai(QStringList()).uitgang, 0);
+    EXPECT_TRUE(until([=] { return Bureaublad::actief() == paneel; }));
+    EXPECT_EQ(panelen(), QList{paneel});
+}
+
+TEST_F(Sessie, EscapeClosesThePanelAndTheOwnerStays) {
+    start(eigenaar, {});
+    ASSERT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
+    EXPECT_TRUE(until(
+        [] {
+            Bureaublad::hulp(QStringLiteral("xdotool key Escape"));
+            return panelen().isEmpty();
+        },
+        30'000));
+    EXPECT_EQ(draai("--stand").uitgang, 0);
+    EXPECT_EQ(eigenaar.state(), QProcess::Running);
+    EXPECT_EQ(draai("--paneel").uitgang, 0);
+    EXPECT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
+}
+
+TEST_F(Sessie, ThePanelHasARunningPictureOfTheSceneWhileItIsWanted) {
+    start(eigenaar, {});
+    ASSERT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
+    // Nothing else in the panel moves.
+    for (int keer = 0; keer < 20; ++keer) {
+        const QImage voor = beeld();
+        EXPECT_TRUE(until([&] { return beeld() != voor; }, 20'000)) << keer;
+    }
+}
+
+QByteArray geladen(qint64 proces) {
+    QFile kaart(QStringLiteral("/proc/%1/maps").arg(proces));
+    return kaart.open(QIODevice::ReadOnly) ? kaart.readAll() : QByteArray();
+}
+
+TEST_F(Sessie, OnlyAnOwnerThatHasShownItsPanelLoadsQtQuick) {
+    ASSERT_TRUE(begin({QStringLiteral("--toon-zwart")}));
+    ASSERT_TRUE(until([this] { return groen() > 0.02; }, 20'000));
+    const QByteArray voor = geladen(eigenaar.processId());
+    ASSERT_TRUE(voor.contains("libQt6Gui"));
+    EXPECT_FALSE(voor.contains("libQt6Quick"));
+    EXPECT_FALSE(voor.contains("libQt6Qml"));
+    EXPECT_FALSE(voor.contains("libQt6Widgets"));
+    EXPECT_EQ(draai("--sluit-alles --paneel").uitgang, 0);
+    EXPECT_TRUE(
+        until([this] { return geladen(eigenaar.processId()).contains("libQt6Quick"); }, 20'000));
+}
+
 // How often the kernel has given each of the owner's threads its turn.
 QByteArray beurten(qint64 proces) {
     QByteArray alle;
@@ -296,6 +361,25 @@ TEST_F(Sessie, AnOwnerThatShowsNothingIsNotWokenOnce) {
             return !voor.isEmpty() && beurten(eigenaar.processId()) == voor;
         },
         60'000));
+}
+
+TEST_F(Sessie, AnOpenPanelWithoutItsPictureIsNotWokenOnce) {
+    QDir(thuis.path()).mkdir(QStringLiteral(".config"));
+    QFile keuzes(thuis.filePath(QStringLiteral(".config/nl.groenlicht.brixtel.bureau.conf")));
+    ASSERT_TRUE(keuzes.open(QIODevice::WriteOnly));
+    keuzes.write("[General]\nvoorbeeld=uit\n");
+    keuzes.close();
+    start(eigenaar, {});
+    ASSERT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
+    EXPECT_TRUE(until(
+        [this] {
+            const QByteArray voor = beurten(eigenaar.processId());
+            for (int keer = 0; keer < 20; ++keer)
+                draai("--versie");
+            return !voor.isEmpty() && beurten(eigenaar.processId()) == voor;
+        },
+        60'000));
+    EXPECT_EQ(panelen().size(), 1);
 }
 
 TEST_F(Sessie, AFloodOfCallsDoesNotStopThePictures) {

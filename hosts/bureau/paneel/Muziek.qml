@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Brixtel.Controls
+
+// What is heard.
+Column {
+    property var paneel
+    spacing: 8
+
+    BXUitleg {
+        width: parent.width
+        tekst: "Het zwarte scherm beweegt op de maat van wat de computer afspeelt. De microfoon wordt nooit gebruikt en er wordt niets bewaard."
+    }
+    Item {
+        id: regel
+        width: parent.width
+        height: Math.max(label.height, meter.height)
+        opacity: paneel.muziek ? 1 : 0.5
+
+        BXTekst {
+            id: label
+            anchors.verticalCenter: parent.verticalCenter
+            width: 72
+            text: "Niveau"
+            color: BX.dek(BX.bxWit, 0.9)
+            Accessible.ignored: true
+        }
+        BXBalken {
+            id: meter
+            objectName: "niveau"
+            x: 72 + 8 + 2
+            anchors.verticalCenter: parent.verticalCenter
+            width: implicitWidth
+            height: 11
+            // Four points to the bar, up to what stands at the right.
+            aantal: Math.max(4, Math.floor((maat.x - 10 - x) / 4))
+            gevuld: Math.round(paneel.niveau * aantal)
+            Accessible.role: Accessible.ProgressBar
+            Accessible.name: "Niveau"
+            Accessible.description: BX.bxProcent(paneel.niveau)
+        }
+        BXTekst {
+            id: maat
+            anchors { right: lamp.left; rightMargin: 6; verticalCenter: parent.verticalCenter }
+            text: "maat"
+            grootte: 10
+            color: BX.bxMiddel
+            Accessible.ignored: true
+        }
+        BXBalken {
+            id: lamp
+            objectName: "maat"
+            anchors { right: parent.right; verticalCenter: parent.verticalCenter }
+            width: implicitWidth
+            height: 11
+            aantal: 3
+            gevuld: paneel.slag ? 3 : 0
+            Accessible.role: Accessible.Indicator
+            Accessible.name: "Maat"
+            Accessible.description: paneel.slag ? "aan" : "uit"
+        }
+    }
+}

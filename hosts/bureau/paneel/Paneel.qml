@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Brixtel.Controls
+
+// The settings, with a running picture of the chosen scene above them.
+Rectangle {
+    id: blad
+
+    property var paneel
+    readonly property real rand: 12
+    // Where the picture stands in the window; empty where there is no room for it.
+    readonly property rect plek: beeld.visible ? Qt.rect(beeld.x + 1, beeld.y + 1, beeld.width - 2, beeld.height - 2) : Qt.rect(0, 0, 0, 0)
+
+    color: BX.bxZwart
+    Accessible.role: Accessible.Pane
+    Accessible.name: "Instellingen"
+
+    Shortcut { sequences: ["Escape"]; onActivated: blad.paneel.sluit() }
+
+    // What has the keyboard is in sight.
+    function toon(wat) {
+        for (let boven = wat; boven; boven = boven.parent)
+            if (boven === rijen) {
+                const y = wat.mapToItem(rol.contentItem, 0, 0).y;
+                if (y - 6 < rol.contentY) rol.contentY = Math.max(0, y - 6);
+                else if (y + wat.height + 6 > rol.contentY + rol.height)
+                    rol.contentY = Math.min(y + wat.height + 6, rol.contentHeight) - rol.height;
+                return;
+            }
+    }
+    Connections {
+        target: blad.Window.window
+        function onActiveFocusItemChanged() { blad.toon(blad.Window.activeFocusItem); }
+    }
+
+    BXVlak {
+        id: beeld
+        x: blad.rand
+        y: blad.rand
+        width: blad.width - 2 * blad.rand
+        height: Math.round(Math.min(width * 9 / 16, blad.height * 0.3))
+        visible: blad.paneel.voorbeeld && height >= 90
+        rand: BX.bxDonker
+    }
+    BXVinkStijl {
+        id: vink
+        x: blad.rand
+        y: beeld.visible ? beeld.y + beeld.height + 8 : blad.rand
+        width: blad.width - 2 * blad.rand
+        label: "Voorbeeld van het zwarte scherm"
+        aan: blad.paneel.voorbeeld
+        onGewisseld: (nu) => blad.paneel.voorbeeld = nu
+    }
+    BXLijn { id: streep; x: blad.rand; y: vink.y + vink.height + 8; width: blad.width - 2 * blad.rand }
+
+    Flickable {
+        id: rol
+        objectName: "rol"
+        anchors { left: parent.left; right: parent.right; top: streep.bottom; bottom: parent.bottom }
+        contentWidth: width
+        contentHeight: rijen.height + 2 * blad.rand
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+
+        Column {
+            id: rijen
+            x: blad.rand
+            y: 8
+            width: rol.width - 2 * blad.rand
+            spacing: 4
+
+            BXRij {
+                width: parent.width
+                titel: "Regen over het bureaublad"
+                status: blad.paneel.regenStatus
+                aan: blad.paneel.regen
+                onGewisseld: (nu) => blad.paneel.regen = nu
+                open: true
+                onWissel: open = !open
+                Regen { width: parent.width; paneel: blad.paneel }
+            }
+            BXMelding {
+                objectName: "regenMelding"
+                width: parent.width
+                visible: tekst !== ""
+                tekst: blad.paneel.regenMelding
+            }
+            BXRij {
+                width: parent.width
+                titel: "Zwart scherm"
+                status: blad.paneel.zwartStatus
+                aan: blad.paneel.zwart
+                onGewisseld: (nu) => blad.paneel.zwart = nu
+                open: true
+                onWissel: open = !open
+                Zwart { width: parent.width; paneel: blad.paneel }
+            }
+            BXRij {
+                width: parent.width
+                titel: "Muziek volgen"
+                status: blad.paneel.muziek ? "aan" : "uit"
+                aan: blad.paneel.muziek
+                onGewisseld: (nu) => blad.paneel.muziek = nu
+                onWissel: open = !open
+                Muziek { width: parent.width; paneel: blad.paneel }
+            }
+            BXMelding {
+                objectName: "geluidMelding"
+                width: parent.width
+                visible: blad.paneel.zonderGeluid
+                tekst: "Er is geen geluidsserver, dus er is geen muziek om te volgen. Zodra er een is, gaat het vanzelf."
+            }
+            BXRij {
+                width: parent.width
+                titel: "Schermbeveiliging"
+                status: blad.paneel.saver
+                aan: true
+                schakelbaar: false
+                onWissel: open = !open
+                Saver { width: parent.width; paneel: blad.paneel }
+            }
+            BXMelding {
+                objectName: "saverMelding"
+                width: parent.width
+                visible: blad.paneel.saverOntbreekt
+                tekst: "De instellingen van de schermbeveiliging zijn niet te openen: brixtel-saver ontbreekt of werkt niet."
+            }
+        }
+    }
+    BXVlak {
+        visible: rol.contentHeight > rol.height
+        x: blad.width - 6
+        y: rol.y + rol.visibleArea.yPosition * rol.height
+        width: 3
+        height: Math.max(12, rol.visibleArea.heightRatio * rol.height)
+        kleur: BX.bxDonker
+    }
+}

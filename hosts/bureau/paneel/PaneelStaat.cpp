@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/bureau/paneel/PaneelStaat.h"
+
+#include <cmath>
+#include <utility>
+
+#include "BrixtelSaver/SaverInstellingen.h"
+#include "hosts/bureau/BureauDienst.h"
+
+namespace brixtel {
+
+namespace {
+
+constexpr double kLuisterTijd = 0.05;  // seconds
+constexpr double kLampDuur = 0.15;     // seconds that a beat lights the lamp
+constexpr double kTeLaat = 0.5;        // seconds: an old beat is none
+constexpr double kStappen = 50.0;      // of the meter, so that it stands still in silence
+
+QString regenOf(std::optional<DrieSoort> soort) {
+    return soort ? ruweWaarde(*soort) : QStringLiteral("regen");
+}
+
+QVariantMap optie(const QString& ruw) {
+    QString label = ruw;
+    label[0] = label[0].toUpper();
+    return {{QStringLiteral("waarde"), ruw}, {QStringLiteral("label"), label}};
+}
+
+}  // namespace
+
+PaneelStaat::PaneelStaat(Bureau& bureau, platform::MediaClock& klok, QString bus)
+    : bureau_(bureau), klok_(klok), blad_(std::move(bus)), saver_(SaverInstellingen::keuze()) {
+    stand_ = bureau_.stand().volg([this](const BureauStand&) {
+        volgMuziek();
+        Q_EMIT standChanged();
+    });
+}
+
+PaneelStaat::~PaneelStaat() {
+    stand_ = {};
+    bureau_.luisterMee(false);
+}
+
+QString PaneelStaat::regenStatus() const {
+    switch (stand().regenStand) {
+        case RegenStand::uit:
+            return QStringLiteral("uit");
+        case RegenStand::aan:
+            return QStringLiteral("aan");
+        case RegenStand::geenCompositor:
+        case RegenStand::schermbeveiliging:
+            return QStringLiteral("wacht");
+    }
+    return {};
+}
+
+QString PaneelStaat::regenMelding() const {
+    QString tekst = uitleg(stand().regenStand);
+    if (tekst.isEmpty()) return tekst;
+    tekst[0] = tekst[0].toUpper();
+    return tekst + u'.';
+}
+
+QString PaneelStaat::zwartStatus() const {
+    return zwart() ? regenOf(stand().soort) : QStringLiteral("uit");
+}
+
+QString PaneelStaat::soort() const {
+    return regenOf(stand().keuzes.soort);
+}
+
+QVariantList PaneelStaat::soorten() const {
+    QVariantList lijst{optie(regenOf(std::nullopt))};
+    for (const DrieSoort een : alleSoorten)
+        lijst << optie(ruweWaarde(een));
+    return lijst;
+}
+
+QString PaneelStaat::saver() const {
+    return ruweWaarde(saver_);
+}
+
+QString PaneelStaat::saverNaam() const {
+    return naam(saver_);
+}
+
+QVariantList PaneelStaat::saverKeuzes() const {
+    QVariantList lijst;
+    for (const SaverKeuze een : alleKeuzes)
+        lijst << optie(ruweWaarde(een));
+    return lijst;
+}
+
+// --- what the user wishes ---
+
+// Told in any case: what was wished may not have come about.
+void PaneelStaat::zetRegen(bool aan) {
+    aan ? bureau_.toonRegen() : bureau_.sluitRegen();
+    Q_EMIT standChanged();
+}
+
+void PaneelStaat::zetZwart(bool aan) {
+    aan ? bureau_.toonZwart(stand().keuzes.soort) : bureau_.sluitZwart();
+    Q_EMIT standChanged();
+}
+
+template <typename T>
+void PaneelStaat::kies(T BureauKeuzes::*keuze, const T& waarde) {
+    BureauKeuzes keuzes = stand().keuzes;
+    keuzes.*keuze = waarde;
+    bureau_.zetKeuzes(keuzes);
+}
+
+void PaneelStaat::zetDichtheid(double dichtheid) {
+    kies(&BureauKeuzes::dichtheid, dichtheid);
+}
+
+void PaneelStaat::zetSnelheid(double snelheid) {
+    kies(&BureauKeuzes::snelheid, snelheid);
+}
+
+void PaneelStaat::zetSoort(const QString& soort) {
+    std::optional<DrieSoort> gekozen;
+    if (leesSoort(soort, gekozen)) kies(&BureauKeuzes::soort, gekozen);
+}
+
+void PaneelStaat::zetVoorbeeld(bool aan) {
+    kies(&BureauKeuzes::voorbeeld, aan);
+}
+
+void PaneelStaat::zetMuziek(bool aan) {
+    kies(&BureauKeuzes::muziek, aan);
+}
+
+void PaneelStaat::zetSaver(const QString& keuze) {
+    const auto gekozen = keuzeUitRuw(keuze);
+    if (!gekozen || gekozen == saver_) return;
+    SaverInstellingen::zetKeuze(*gekozen);
+    herlees();
+}
+
+void PaneelStaat::toonSaverBlad() {
+    saverOntbreekt_ = false;
+    blad_.toon([this](bool getoond) {
+        saverOntbreekt_ = !getoond;
+        saver_ = SaverInstellingen::keuze();
+        Q_EMIT saverChanged();
+    });
+}
+
+void PaneelStaat::herlees() {
+    const SaverKeuze nu = SaverInstellingen::keuze();
+    if (nu == saver_) return;
+    saver_ = nu;
+    Q_EMIT saverChanged();
+}
+
+// --- music ---
+
+void PaneelStaat::zetBekeken(bool bekeken) {
+    if (bekeken == bekeken_) return;
+    bekeken_ = bekeken;
+    volgMuziek();
+}
+
+void PaneelStaat::volgMuziek() {
+    const bool volgt = bekeken_ && muziek();
+    if (volgt == luisterKlok_.isValid()) return;
+    if (volgt)
+        luisterKlok_ = platform::Timer(klok_, {.interval = kLuisterTijd, .repeats = true},
+                                       [this] { luister(); });
+    else
+        luisterKlok_ = platform::Timer();
+    bureau_.luisterMee(volgt);
+    luister();
+}
+
+void PaneelStaat::luister() {
+    Geluid nu;
+    if (luisterKlok_.isValid()) {
+        const auto gehoord = bureau_.muziek().stand();
+        nu.zonder = bureau_.muziek().isZonderServer();
+        if (gehoord) {
+            nu.niveau = std::round(gehoord->level * kStappen) / kStappen;
+            // From when it is first seen, so that one that comes late shows too.
+            if (gehoord->beat != beat_ && gehoord->vertraging < kTeLaat)
+                lampTot_ = klok_.now() + kLampDuur;
+            beat_ = gehoord->beat;
+            nu.slag = klok_.now() < lampTot_;
+        }
+    }
+    if (nu == geluid_) return;
+    geluid_ = nu;
+    Q_EMIT geluidChanged();
+}
+
+}  // namespace brixtel

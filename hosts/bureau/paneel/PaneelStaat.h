@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QVariant>
+#include <functional>
+
+#include "BrixtelSaver/SaverKeuze.h"
+#include "hosts/bureau/Bureau.h"
+#include "hosts/bureau/paneel/SaverBlad.h"
+
+namespace brixtel {
+
+// What the panel shows and what its user wishes, between the owner and QML. Every
+// wish is the owner's to fulfil; what the panel shows is what then is so. While it
+// is watched and the music is to be followed, it listens along and looks twenty
+// times a second; else it does nothing by itself. Main thread; owner and clock must
+// outlive it.
+class PaneelStaat : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(bool regen READ regen WRITE zetRegen NOTIFY standChanged)
+    Q_PROPERTY(QString regenStatus READ regenStatus NOTIFY standChanged)
+    Q_PROPERTY(QString regenMelding READ regenMelding NOTIFY standChanged)
+    Q_PROPERTY(double dichtheid READ dichtheid WRITE zetDichtheid NOTIFY standChanged)
+    Q_PROPERTY(double snelheid READ snelheid WRITE zetSnelheid NOTIFY standChanged)
+    Q_PROPERTY(double langzaamst READ langzaamst CONSTANT)
+    Q_PROPERTY(double snelst READ snelst CONSTANT)
+    Q_PROPERTY(bool zwart READ zwart WRITE zetZwart NOTIFY standChanged)
+    Q_PROPERTY(QString zwartStatus READ zwartStatus NOTIFY standChanged)
+    Q_PROPERTY(QString soort READ soort WRITE zetSoort NOTIFY standChanged)
+    Q_PROPERTY(QVariantList soorten READ soorten CONSTANT)
+    Q_PROPERTY(bool voorbeeld READ voorbeeld WRITE zetVoorbeeld NOTIFY standChanged)
+    Q_PROPERTY(bool muziek READ muziek WRITE zetMuziek NOTIFY standChanged)
+    Q_PROPERTY(double niveau READ niveau NOTIFY geluidChanged)
+    Q_PROPERTY(bool slag READ slag NOTIFY geluidChanged)
+    Q_PROPERTY(bool zonderGeluid READ zonderGeluid NOTIFY geluidChanged)
+    Q_PROPERTY(QString saver READ saver WRITE zetSaver NOTIFY saverChanged)
+    Q_PROPERTY(QString saverNaam READ saverNaam NOTIFY saverChanged)
+    Q_PROPERTY(QVariantList saverKeuzes READ saverKeuzes CONSTANT)
+    Q_PROPERTY(bool saverOntbreekt READ saverOntbreekt NOTIFY saverChanged)
+
+  public:
+    PaneelStaat(Bureau& bureau, platform::MediaClock& klok, QString bus);
+    ~PaneelStaat() override;
+
+    [[nodiscard]] bool regen() const { return stand().regen; }
+    [[nodiscard]] QString regenStatus() const;
+    [[nodiscard]] QString regenMelding() const;
+    [[nodiscard]] double dichtheid() const { return stand().keuzes.dichtheid; }
+    [[nodiscard]] double snelheid() const { return stand().keuzes.snelheid; }
+    [[nodiscard]] double langzaamst() const { return BureauInstellingen::kLangzaamst; }
+    [[nodiscard]] double snelst() const { return BureauInstellingen::kSnelst; }
+    [[nodiscard]] bool zwart() const { return stand().zwart; }
+    [[nodiscard]] QString zwartStatus() const;
+    [[nodiscard]] QString soort() const;
+    [[nodiscard]] QVariantList soorten() const;
+    [[nodiscard]] bool voorbeeld() const { return stand().keuzes.voorbeeld; }
+    [[nodiscard]] bool muziek() const { return stand().keuzes.muziek; }
+    [[nodiscard]] double niveau() const { return geluid_.niveau; }
+    [[nodiscard]] bool slag() const { return geluid_.slag; }
+    [[nodiscard]] bool zonderGeluid() const { return geluid_.zonder; }
+    [[nodiscard]] QString saver() const;
+    [[nodiscard]] QString saverNaam() const;
+    [[nodiscard]] QVariantList saverKeuzes() const;
+    [[nodiscard]] bool saverOntbreekt() const { return saverOntbreekt_; }
+
+    void zetRegen(bool aan);
+    void zetDichtheid(double dichtheid);
+    void zetSnelheid(double snelheid);
+    void zetZwart(bool aan);
+    void zetSoort(const QString& soort);
+    void zetVoorbeeld(bool aan);
+    void zetMuziek(bool aan);
+    void zetSaver(const QString& keuze);
+
+    // Opens the saver's own sheet.
+    Q_INVOKABLE void toonSaverBlad();
+    // The user wants the panel closed.
+    Q_INVOKABLE void sluit() { Q_EMIT sluiten(); }
+
+    // Whether anyone can see the panel.
+    void zetBekeken(bool bekeken);
+    // Reads again what other programs may have stored.
+    void herlees();
+
+    [[nodiscard]] const BureauStand& stand() const { return bureau_.stand().waarde(); }
+
+  Q_SIGNALS:
+    void standChanged();
+    void geluidChanged();
+    void saverChanged();
+    void sluiten();
+
+  private:
+    struct Geluid {
+        double niveau = 0;  // 0...1
+        bool slag = false;
+        bool zonder = false;  // no sound server
+        friend bool operator==(const Geluid&, const Geluid&) = default;
+    };
+    // Stores the choices with one changed.
+    template <typename T>
+    void kies(T BureauKeuzes::*keuze, const T& waarde);
+    void volgMuziek();
+    void luister();
+
+    Bureau& bureau_;
+    platform::MediaClock& klok_;
+    SaverBlad blad_;
+    bool bekeken_ = false;
+    bool saverOntbreekt_ = false;
+    SaverKeuze saver_;
+    Geluid geluid_;
+    int beat_ = 0;
+    double lampTot_ = 0;  // the clock's time
+    platform::Timer luisterKlok_;
+    Abonnement stand_;
+};
+
+}  // namespace brixtel

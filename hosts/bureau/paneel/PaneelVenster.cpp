@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/bureau/paneel/PaneelVenster.h"
+
+#include <QQmlEngine>
+#include <QQuickItem>
+
+#include "controls/BX.h"
+
+namespace brixtel {
+
+namespace {
+constexpr QSize kMaat(400, 640);
+constexpr QSize kKleinste(300, 240);
+}  // namespace
+
+PaneelVenster::PaneelVenster(const PaneelBronnen& bronnen)
+    : bronnen_(bronnen), voorbeeld_(bronnen.server, bronnen.toeval) {
+    // The environment may say otherwise; once for the process.
+    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND") &&
+        QQuickWindow::sceneGraphBackend().isEmpty())
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+}
+
+PaneelVenster::~PaneelVenster() {
+    voorbeeld_.weg();
+}
+
+void PaneelVenster::toon() {
+    if (!view_) maak();
+    if (view_->visibility() == QWindow::Minimized) view_->showNormal();
+    view_->show();
+    view_->raise();
+    view_->requestActivate();
+}
+
+void PaneelVenster::maak() {
+    staat_ = std::make_unique<PaneelStaat>(bronnen_.bureau, bronnen_.server.clock(), bronnen_.bus);
+    view_ = std::make_unique<QQuickView>();
+    bxBereid(*view_->engine());
+    view_->setTitle(QStringLiteral("Instellingen"));
+    view_->setColor(BXKleur::bxZwart());
+    view_->setResizeMode(QQuickView::SizeRootObjectToView);
+    view_->setInitialProperties({{QStringLiteral("paneel"), QVariant::fromValue(staat_.get())}});
+    view_->setSource(QUrl(QStringLiteral("qrc:/paneel/Paneel.qml")));
+    view_->resize(kMaat);
+    view_->setMinimumSize(kKleinste);
+    view_->installEventFilter(this);
+    connect(staat_.get(), &PaneelStaat::sluiten, view_.get(), &QWindow::close);
+    connect(staat_.get(), &PaneelStaat::standChanged, this, &PaneelVenster::werkVoorbeeldBij);
+    if (QQuickItem* const blad = view_->rootObject())
+        connect(blad, SIGNAL(plekChanged()), this, SLOT(werkVoorbeeldBij()));
+}
+
+bool PaneelVenster::eventFilter(QObject* wat, QEvent* event) {
+    switch (event->type()) {
+        case QEvent::Expose:
+            staat_->zetBekeken(view_->isExposed());
+            werkVoorbeeldBij();
+            break;
+        case QEvent::FocusIn:
+            staat_->herlees();
+            break;
+        case QEvent::Hide:
+            staat_->zetBekeken(false);
+            voorbeeld_.weg();
+            // It is in the midst of its own event.
+            QMetaObject::invokeMethod(this, &PaneelVenster::ruimOp, Qt::QueuedConnection);
+            break;
+        default:
+            break;
+    }
+    return QObject::eventFilter(wat, event);
+}
+
+void PaneelVenster::ruimOp() {
+    // It may have been opened again meanwhile.
+    if (!view_ || view_->isVisible()) return;
+    voorbeeld_.weg();
+    view_.reset();
+    staat_.reset();
+}
+
+void PaneelVenster::werkVoorbeeldBij() {
+    const BureauStand& stand = staat_->stand();
+    const QQuickItem* const blad = view_->rootObject();
+    if (!blad || !stand.keuzes.voorbeeld || !view_->isExposed()) return voorbeeld_.weg();
+    voorbeeld_.toon(*view_, blad->property("plek").toRectF().toRect(),
+                    {.soort = stand.keuzes.soort,
+                     .dichtheid = stand.keuzes.dichtheid,
+                     .snelheid = stand.keuzes.snelheid});
+}
+
+}  // namespace brixtel

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QQuickView>
+#include <memory>
+
+#include "hosts/bureau/PaneelModule.h"
+#include "hosts/bureau/paneel/PaneelStaat.h"
+#include "hosts/bureau/paneel/Voorbeeld.h"
+
+namespace brixtel {
+
+// The panel's window. It exists while it is open, and so does all that it is made
+// of; closing it leaves the owner as it is. Drawn without a GPU: what stands still
+// costs nothing, and what moves is small. Main thread.
+class PaneelVenster : public QObject, public BureauPaneel {
+    Q_OBJECT
+
+  public:
+    explicit PaneelVenster(const PaneelBronnen& bronnen);
+    ~PaneelVenster() override;
+
+    void toon() override;
+    [[nodiscard]] bool isOpen() const override { return view_ != nullptr; }
+
+    // None while it is closed.
+    [[nodiscard]] QQuickView* view() const { return view_.get(); }
+    [[nodiscard]] PaneelStaat* staat() const { return staat_.get(); }
+    [[nodiscard]] const Voorbeeld& voorbeeld() const { return voorbeeld_; }
+
+  protected:
+    bool eventFilter(QObject* wat, QEvent* event) override;
+
+  private:
+    void maak();
+    void ruimOp();
+    Q_SLOT void werkVoorbeeldBij();
+
+    const PaneelBronnen bronnen_;
+    Voorbeeld voorbeeld_;
+    std::unique_ptr<PaneelStaat> staat_;
+    std::unique_ptr<QQuickView> view_;
+};
+
+}  // namespace brixtel

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Brixtel.Controls
+
+// The screen saver, which is a program of its own.
+Column {
+    property var paneel
+    spacing: 8
+
+    BXUitleg { width: parent.width; tekst: paneel.saverNaam }
+    BXKeuze {
+        width: parent.width
+        opties: paneel.saverKeuzes
+        keuze: paneel.saver
+        onGewisseld: (nu) => paneel.saver = nu
+        Accessible.name: "Wat de schermbeveiliging toont"
+    }
+    BXKnop {
+        width: Math.min(implicitWidth, parent.width)
+        titel: "Open de instellingen"
+        onActie: paneel.toonSaverBlad()
+    }
+}

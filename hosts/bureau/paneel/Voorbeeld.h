@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QRect>
+#include <QWindow>
+#include <memory>
+#include <optional>
+
+#include "platform/desktop/Window.h"
+#include "rain/MatrixRegen.h"
+#include "worlds/DrieWereld.h"
+
+namespace brixtel {
+
+// A small, running picture of what the black screen would show, at preview
+// quality, in a window of its own within another. It exists while it is shown, and
+// lets the mouse through. Main thread; server and source must outlive it.
+class Voorbeeld {
+  public:
+    struct Wat {
+        std::optional<DrieSoort> soort;  // none for the rain
+        double dichtheid = 0.7;          // of the rain
+        double snelheid = 1.0;
+        friend bool operator==(const Wat&, const Wat&) = default;
+    };
+
+    Voorbeeld(platform::WindowServer& server, platform::RandomSource& toeval)
+        : server_(server), toeval_(toeval) {}
+    ~Voorbeeld();
+    Voorbeeld(const Voorbeeld&) = delete;
+    Voorbeeld& operator=(const Voorbeeld&) = delete;
+
+    // At that place in the window, in points from its upper left. An empty place
+    // shows nothing.
+    void toon(QWindow& in, const QRect& plek, const Wat& wat);
+    void weg();
+
+    [[nodiscard]] bool isGetoond() const { return venster_ != nullptr; }
+    // None while nothing is shown.
+    [[nodiscard]] const platform::Window* venster() const { return venster_.get(); }
+
+  private:
+    void vul();
+    void vulRegen();
+    void geenWereld();
+
+    platform::WindowServer& server_;
+    platform::RandomSource& toeval_;
+    Wat wat_;
+    std::unique_ptr<QWindow> vak_;
+    std::unique_ptr<platform::Window> venster_;  // draws in it
+    std::shared_ptr<platform::View> view_;
+    std::unique_ptr<MatrixRegen> regen_;  // or
+    std::unique_ptr<DrieWereld> wereld_;  // one of the two
+};
+
+}  // namespace brixtel

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Brixtel.Controls
+
+// Which scene the black screen shows.
+Column {
+    property var paneel
+    spacing: 8
+
+    BXUitleg {
+        width: parent.width
+        tekst: "Op elk scherm, tot een toets, een klik of een echte beweging van de muis."
+    }
+    BXKeuze {
+        width: parent.width
+        opties: paneel.soorten
+        keuze: paneel.soort
+        onGewisseld: (nu) => paneel.soort = nu
+        Accessible.name: "Scène van het zwarte scherm"
+    }
+    BXKnop {
+        width: Math.min(implicitWidth, parent.width)
+        titel: "Toon nu"
+        onActie: paneel.zwart = true
+    }
+}
