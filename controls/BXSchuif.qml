@@ -46,7 +46,8 @@ BXSchuifBasis {
             width: implicitWidth
             height: 11
             aantal: schuif.balken(schuif.width - baan.x - 4 - schuif.tussen - schuif.tekstBreedte)
-            gevuld: schuif.gevuld(schuif.waarde, aantal)
+            // Reads the range for itself, so it is named for the binding's sake.
+            gevuld: { schuif.bereik; return schuif.gevuld(schuif.waarde, aantal); }
         }
         MouseArea {
             anchors.fill: parent

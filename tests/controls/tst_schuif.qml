@@ -126,5 +126,19 @@ Item {
             verify(tweede.waarde >= tweede.minimumValue && tweede.waarde <= tweede.maximumValue);
             tweede.bereik = eerst;
         }
+        function test_slider_follows_its_range() {
+            const eerst = tweede.bereik;
+            const waarde = tweede.waarde;
+            const balken = blad.deel(tweede, "balken");
+            tweede.bereik = [0, 10];
+            tweede.waarde = 5;
+            verify(balken.gevuld > 0 && balken.gevuld < balken.aantal);
+            tweede.bereik = [0, 5];
+            compare(balken.gevuld, balken.aantal);
+            tweede.bereik = [5, 10];
+            compare(balken.gevuld, 0);
+            tweede.bereik = eerst;
+            tweede.waarde = waarde;
+        }
     }
 }
