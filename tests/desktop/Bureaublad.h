@@ -66,6 +66,22 @@ class Bureaublad {
     static xcb_window_t actief() {
         return hulp(QStringLiteral("xdotool getactivewindow")).trimmed().toUInt();
     }
+    // The windows that the window manager knows of.
+    static QList<xcb_window_t> beheerde() {
+        auto* const antwoord = xcb_get_property_reply(
+            scherm->connection(),
+            xcb_get_property(scherm->connection(), 0, scherm->screen().root,
+                             atoom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW, 0, 1024),
+            nullptr);
+        QList<xcb_window_t> alle;
+        if (antwoord) {
+            const auto* const eerste =
+                static_cast<const xcb_window_t*>(xcb_get_property_value(antwoord));
+            alle = {eerste, eerste + xcb_get_property_value_length(antwoord) / 4};
+        }
+        std::free(antwoord);
+        return alle;
+    }
     static xcb_window_t metToetsen() {
         auto* const antwoord = xcb_get_input_focus_reply(
             scherm->connection(), xcb_get_input_focus(scherm->connection()), nullptr);
@@ -127,10 +143,13 @@ class Programma {
         // Its first words are "Outer window is 0x...".
         const qsizetype plaats = gezegd.indexOf("0x");
         venster = gezegd.mid(plaats, gezegd.indexOf(',', plaats) - plaats).toUInt(nullptr, 16);
-        // Until it is managed, nobody hears the wish.
+        // Until it is managed, nobody hears the wish; and the manager tells the server
+        // before it tells the others.
+        if (!until([this] { return Bureaublad::beheerde().contains(venster); }))
+            ADD_FAILURE() << std::hex << venster << " is not managed";
+        Bureaublad::vraagBeheer(venster, "_NET_ACTIVE_WINDOW", {2});
         if (!until([this] {
-                Bureaublad::vraagBeheer(venster, "_NET_ACTIVE_WINDOW", {2});
-                return Bureaublad::metToetsen() == venster;
+                return Bureaublad::metToetsen() == venster && Bureaublad::actief() == venster;
             }))
             ADD_FAILURE() << std::hex << venster << " has no keyboard but "
                           << Bureaublad::metToetsen();
