@@ -92,13 +92,12 @@ void CpuSurface::paint(const Frame& frame, std::span<const QRect> damage,
 void CpuSurface::paintScene(const Frame& frame, const SceneFrame& scene,
                             const PixelBuffer& picture) {
     showsScene_ = scene.hasScene;
-    if (scene.hasScene && !stage_ && !failsScenes_) {
+    if (scene.hasScene && !stage_ && !failsScenes_)
         stage_ = SceneStage::inMemory(options_.resetStatus);
-        failsScenes_ = !stage_;
-    }
-    if (stage_ && stage_->draw(scene, frame.grid, picture)) return;
-    if (renewStage() && stage_->draw(scene, frame.grid, picture)) return;
-    failsScenes_ = failsScenes_ || scene.hasScene;
+    const auto draws = [&] { return stage_ && stage_->draw(scene, frame.grid, picture); };
+    const bool drawn = draws() || (renewStage() && draws());
+    if (scene.hasScene) failsScenes_ = !drawn;
+    if (drawn) return;
     const QRect rect = frame.grid.snap(scene.frame);
     drawer_.draw(DisplayList(), frame.grid, {&rect, 1}, scene.background, picture);
 }

@@ -28,6 +28,7 @@ bool GlSurface::renew() {
     stage_.reset();
     drawer_.reset();
     context_.reset();
+    failsScenes_ = false;
     return start() && !context_->isLost();
 }
 
@@ -42,11 +43,16 @@ Surface::Result GlSurface::draw(const Frame& frame, std::span<const QRect>) {
     if (context_->isLost() && !renew()) return Result::WindowGone;
     // A driver may learn of a new size only by swapping.
     for (int tries = 0; tries < 2; ++tries) {
-        paint(frame);
-        if (!window_->swap()) windowGone_ = true;
+        if (!show(frame) && !(context_->isLost() && renew() && show(frame))) windowGone_ = true;
         if (windowGone_ || window_->size() == frame.grid.size) break;
     }
     return state();
+}
+
+bool GlSurface::show(const Frame& frame) {
+    paint(frame);
+    // What was lost meanwhile has painted nothing.
+    return !context_->isLost() && window_->swap();
 }
 
 void GlSurface::paint(const Frame& frame) {
@@ -66,12 +72,11 @@ void GlSurface::paint(const Frame& frame) {
 
 void GlSurface::paintScene(const Frame& frame, const SceneFrame& scene) {
     showsScene_ = scene.hasScene;
-    if (scene.hasScene && !stage_ && !failsScenes_) {
-        stage_ = SceneStage::onContext(*context_);
-        failsScenes_ = !stage_;
-    }
-    if (stage_ && stage_->draw(scene, frame.grid)) return;
-    failsScenes_ = failsScenes_ || scene.hasScene;
+    if (scene.hasScene && !stage_ && !failsScenes_) stage_ = SceneStage::onContext(*context_);
+    const bool drawn = stage_ && stage_->draw(scene, frame.grid);
+    // What a lost context fails is the next one's to draw.
+    if (scene.hasScene) failsScenes_ = !drawn && !context_->isLost();
+    if (drawn) return;
     // What lies below a scene of the whole picture was not drawn.
     if (firstVisiblePass(frame) > 0) drawer_->draw(DisplayList(), frame.grid, scene.background);
 }

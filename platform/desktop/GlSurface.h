@@ -40,6 +40,8 @@ class GlSurface final : public Surface {
     bool start();
     // In another context, where the one there was is lost; once.
     bool renew();
+    // Paints it and swaps; false where the context or the window is gone.
+    bool show(const Frame& frame);
     void paint(const Frame& frame);
     void paintScene(const Frame& frame, const SceneFrame& scene);
     // Of the errors that have arrived.

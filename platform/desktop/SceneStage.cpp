@@ -89,8 +89,9 @@ bool SceneStage::draw(const SceneFrame& scene, const PixelGrid& grid) {
 
 void SceneStage::frameTook(double seconds) {
     if (!ladder_) return;
-    // A GPU works on while its commands have long been given; it tells later.
-    if (software_)
+    // A GPU works on while its commands have long been given; it tells later, but
+    // where the picture was read back, it had to be waited for.
+    if (software_ || own_)
         ladder_->frameCost(seconds);
     else if (const auto gpu = renderer_->gpuSeconds())
         ladder_->frameCost(*gpu);

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 // A GPU that is reset while windows are drawn, as told in the driver's place.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <atomic>
+#include <tuple>
 
 #include "platform/desktop/SceneView.h"
 #include "tests/platform/desktop/Client.h"
@@ -17,23 +19,47 @@ constexpr unsigned kUnknownReset = 0x8255;  // GL_UNKNOWN_CONTEXT_RESET
 constexpr std::uint32_t kRed = 0xff0000;
 constexpr std::uint32_t kBlue = 0x0000ff;
 
+// Asked on the render thread whether the context was reset.
+class Driver {
+  public:
+    static constexpr int kNever = -1, kAlways = -2;
+
+    unsigned answer() {
+        asker_ = ::gettid();
+        ++questions_;
+        if (in_ == kAlways) return kUnknownReset;
+        return in_ >= 0 && in_-- == 0 ? kUnknownReset : 0U;
+    }
+    // It is reset once, as told at the question that comes after this many more.
+    void resetIn(int questions) { in_ = questions; }
+    void resetAlways() { in_ = kAlways; }
+    [[nodiscard]] bool wasReset() const { return in_ == kNever; }
+    [[nodiscard]] pid_t asker() const { return asker_; }
+    [[nodiscard]] int questions() const { return questions_; }
+
+  private:
+    std::atomic<int> in_{kNever}, questions_{0};
+    std::atomic<pid_t> asker_{0};
+};
+
 // A window full of one scene that is nothing but a colour.
-struct LostContext : testing::TestWithParam<DrawerChoice> {
+struct ColourWindow {
+    explicit ColourWindow(DrawerChoice drawer) : choice(drawer) {}
+
+    const DrawerChoice choice;
     const Xvfb x;
     const xcb_window_t id = x.makeWindow({});
-    std::atomic<int> resets{0};  // still to be told; below 0 always
+    Driver driver;
     platform::SystemClock clock;
-    platform::WindowServer server{
-        clock, {.drawer = GetParam(), .display = x.display(), .resetStatus = [this] {
-                    if (resets == 0) return 0U;
-                    if (resets > 0) --resets;
-                    return kUnknownReset;
-                }}};
+    platform::WindowServer server{clock,
+                                  {.drawer = choice, .display = x.display(), .resetStatus = [this] {
+                                       return driver.answer();
+                                   }}};
     platform::Window window{server, platform::HostWindow{.id = id}};
     std::shared_ptr<platform::Scene> scene = std::make_shared<platform::Scene>();
     int failures = 0;
 
-    void SetUp() override {
+    void begin() {
         auto eye = std::make_shared<platform::Node>();
         eye->setCamera(platform::Camera{});
         scene->root().addChild(eye);
@@ -45,27 +71,58 @@ struct LostContext : testing::TestWithParam<DrawerChoice> {
         view->onFailure([this] { ++failures; });
         window.setContentView(view);
         ASSERT_TRUE(until([&] { return x.pixel(id, 50, 50) == kRed; }));
+        // Which is told once the picture has been shown.
+        ASSERT_TRUE(
+            until([&] { return window.statistics().drawer.contains(QStringLiteral("llvmpipe")); }));
     }
+};
+
+std::string nameOf(DrawerChoice choice) {
+    return choice == DrawerChoice::Cpu ? "InMemory" : "InTheWindow";
+}
+
+class LostContext : public testing::TestWithParam<DrawerChoice>, protected ColourWindow {
+  protected:
+    LostContext() : ColourWindow(GetParam()) {}
+    void SetUp() override { begin(); }
 };
 
 INSTANTIATE_TEST_SUITE_P(Drawer, LostContext,
                          testing::Values(DrawerChoice::Cpu, DrawerChoice::OpenGl),
+                         [](const auto& of) { return nameOf(of.param); });
+
+// Told at one of the questions that are asked in the course of a frame or two.
+class ContextLostAt : public testing::TestWithParam<std::tuple<DrawerChoice, int>>,
+                      protected ColourWindow {
+  protected:
+    ContextLostAt() : ColourWindow(std::get<0>(GetParam())) {}
+    void SetUp() override { begin(); }
+};
+
+INSTANTIATE_TEST_SUITE_P(Question, ContextLostAt,
+                         testing::Combine(testing::Values(DrawerChoice::Cpu, DrawerChoice::OpenGl),
+                                          testing::Range(0, 6)),
                          [](const auto& of) {
-                             return of.param == DrawerChoice::Cpu ? "InMemory" : "InTheWindow";
+                             return nameOf(std::get<0>(of.param)) +
+                                    std::to_string(std::get<1>(of.param));
                          });
 
-TEST_P(LostContext, IsMadeAnewAndTheSceneGoesOn) {
-    const QString drawer = window.statistics().drawer;
-    resets = 1;
-    ASSERT_TRUE(until([&] { return resets == 0; }));
+TEST_P(ContextLostAt, IsMadeAnewAndTheSceneGoesOn) {
+    const auto thread = driver.asker();
+    driver.resetIn(std::get<1>(GetParam()));
+    ASSERT_TRUE(until([&] { return driver.wasReset(); }));
     scene->setBackground(Qt::blue);
     EXPECT_TRUE(until([&] { return x.pixel(id, 50, 50) == kBlue; }));
-    EXPECT_EQ(window.statistics().drawer, drawer);
+    const int asked = driver.questions();
+    EXPECT_TRUE(until([&] { return driver.questions() > asked; }));
+    EXPECT_TRUE(window.statistics().drawer.contains(QStringLiteral("llvmpipe")));
+    // Another way of drawing would have been given another thread.
+    EXPECT_EQ(driver.asker(), thread);
     EXPECT_EQ(failures, 0);
 }
 
 TEST_P(LostContext, ThatIsLostAgainAtOnceFailsTheSceneOnce) {
-    resets = -1;
+    driver.resetAlways();
     EXPECT_TRUE(until([&] { return failures > 0; }));
     const auto frames = window.statistics().frames;
     EXPECT_TRUE(until([&] { return window.statistics().frames > frames + 3; }));
@@ -73,7 +130,7 @@ TEST_P(LostContext, ThatIsLostAgainAtOnceFailsTheSceneOnce) {
 }
 
 TEST_P(LostContext, ThatStaysLostLeavesThePictureToTheProcessor) {
-    resets = -1;
+    driver.resetAlways();
     ASSERT_TRUE(until([&] { return failures > 0; }));
     window.setContentView(makePicture(window.frame().size()));
     EXPECT_TRUE(until([&] { return x.pixel(id, 60, 120) == 0x00ff00U; }));
