@@ -31,6 +31,18 @@ class DBusDaemon {
         return sender.waitForFinished() && sender.exitCode() == 0;
     }
 
+    // Whether anyone listens for signals of this member.
+    [[nodiscard]] bool isHeard(const char* member) const {
+        QProcess asker;
+        asker.start(
+            QStringLiteral("dbus-send"),
+            {QStringLiteral("--bus=") + address_, QStringLiteral("--print-reply"),
+             QStringLiteral("--dest=org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+             QStringLiteral("org.freedesktop.DBus.Debug.Stats.GetAllMatchRules")});
+        return asker.waitForFinished() &&
+               asker.readAllStandardOutput().contains(QByteArray("member='") + member + '\'');
+    }
+
   private:
     QProcess process_;
     QString address_;

@@ -7,7 +7,7 @@
 // Turns the event loop until the condition holds, and says whether it did
 // before the deadline. For what another process or thread brings about.
 template <typename Condition>
-bool until(Condition condition, int deadlineMilliseconds = 10'000) {
+bool until(Condition condition, int deadlineMilliseconds = 30'000) {
     if (condition()) return true;
     QEventLoop loop;
     QTimer look, deadline;
