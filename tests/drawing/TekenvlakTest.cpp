@@ -73,13 +73,14 @@ TEST(Tekenvlak, AShadowFallsWhereItsOffsetPointsInPixelsYUp) {
 struct Vulling {
     QPointF bij;
     QColor kleur;
+    double breedte = 4.5;
 };
 QImage vulAlle(const std::vector<Vulling>& vullingen, QPointF schaduw) {
     return teken({60, 40}, 1.5, [&](Tekenvlak& vlak) {
         vlak.zetSchaduw({.verschuiving = schaduw, .vervaging = 3.0, .kleur = Qt::red});
         for (const Vulling& vulling : vullingen) {
             vlak.zetVulkleur(vulling.kleur);
-            vlak.vul(std::array{QRectF(vulling.bij, QSizeF(4.5, 3.25)),
+            vlak.vul(std::array{QRectF(vulling.bij, QSizeF(vulling.breedte, 3.25)),
                                 QRectF(vulling.bij + QPointF(1.25, 5.0), QSizeF(2.0, 2.0))});
         }
     });
@@ -121,6 +122,25 @@ TEST(Tekenvlak, AShapeComesAgainHalfOutsideThePicture) {
 TEST(Tekenvlak, AShapeComesAgainWithItsShadowBesideIt) {
     verwachtAlsAlleen({{{8, 12}, Qt::green}, {{28, 12}, Qt::green}, {{46, 24}, Qt::green}},
                       {5, -4});
+}
+
+TEST(Tekenvlak, AShapeComesAgainWithAnotherAlpha) {
+    verwachtAlsAlleen({{{8, 8}, Qt::green},
+                       {{28, 8}, QColor::fromRgbF(0, 1, 0, 0.5F)},
+                       {{46, 24}, QColor::fromRgbF(0, 1, 0, 0.25F)}},
+                      {0, 0});
+}
+
+TEST(Tekenvlak, ManyShapesComeAgainAfterOneAnother) {
+    // Twelve different ones, then the first, the last and one from between.
+    std::vector<Vulling> alle;
+    for (const int soort : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 0, 11, 5}) {
+        const auto plaats = alle.size();
+        alle.push_back({.bij = {2.0 + 11.5 * double(plaats % 5), 2.0 + 13.0 * double(plaats / 5)},
+                        .kleur = Qt::green,
+                        .breedte = 2.0 + 0.2 * soort});
+    }
+    verwachtAlsAlleen(alle, {0, 0});
 }
 
 TEST(Tekenvlak, AShapeThatComesAgainOnAnotherLiesOverIt) {

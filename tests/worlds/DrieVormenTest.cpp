@@ -108,6 +108,22 @@ TEST(DrieVormen, ArcHas41PointsThatStartAndEndJustAboveTheSphere) {
     EXPECT_EQ(DrieWereld::boog({.van = van, .naar = naar, .stappen = 8}).size(), 9U);
 }
 
+TEST(DrieVormen, ArcBetweenOppositePointsGoesHalfRoundInOnePlane) {
+    for (const double breedte : {0.0, 52.0, 90.0}) {
+        const glm::dvec3 van = DrieWereld::punt(breedte, 5.0, {.r = 1.0});
+        const auto boog = DrieWereld::boog({.van = van, .naar = -van});
+        ASSERT_EQ(boog.size(), 41U);
+        EXPECT_VEC_NEAR(boog.front(), 1.005 * van, kRond);
+        EXPECT_VEC_NEAR(boog.back(), -1.005 * van, 1e-9);
+        // Halfway, highest, square to both.
+        EXPECT_NEAR(glm::dot(boog.at(20), van), 0.0, 1e-9);
+        EXPECT_NEAR(glm::length(boog.at(20)), 1.005 + 0.22 + 0.06, 1e-9);
+        const glm::dvec3 normaal = glm::cross(van, boog.at(20));
+        for (const glm::dvec3& punt : boog)
+            EXPECT_NEAR(glm::dot(punt, normaal), 0.0, 1e-9);
+    }
+}
+
 TEST(DrieVormen, ArcClimbsWithItsLength) {
     const auto top = [](double graden) {
         const auto boog = DrieWereld::boog({.van = DrieWereld::punt(0.0, 0.0, {.r = 1.0}),

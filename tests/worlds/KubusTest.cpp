@@ -285,7 +285,6 @@ TEST_F(KubusTest, ALateFrameShowsAllTheTicksBeforeIt) {
         wereld->scene()->advance(i / 60.0);
     ander->scene()->advance(10.0);
     const auto soorten = [](const std::vector<platform::GeometryPtr>& vlakken) {
-        std::map<const platform::Geometry*, int> nummers;
         QByteArray beelden;
         for (const auto& vlak : vlakken)
             beelden += vlak->material()->picture().pixelColor(28, 6).name().toLatin1() +

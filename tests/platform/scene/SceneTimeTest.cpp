@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // When things happen: blocks, late frames, long times.
-#include <chrono>
 #include <string>
 
 #include "platform/scene/DrawList.h"
