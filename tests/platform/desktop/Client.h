@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <memory>
 
@@ -43,6 +45,39 @@ struct Client {
     }
     [[nodiscard]] bool waitForFrames(std::uint64_t count) const {
         return until([&] { return window->statistics().frames >= count; });
+    }
+};
+
+// Destroys a window while frames are under way in it all the time: the seconds
+// until its program was told, and those that letting go of it took.
+struct Destruction {
+    double told = 0.0, dropped = 0.0;
+
+    explicit Destruction(platform::DrawerChoice drawer) {
+        const Xvfb x;
+        const xcb_window_t id = x.makeWindow({});
+        Client client(x, id, drawer);
+        const platform::Timer busy(client.clock, {.interval = 0.005, .repeats = true}, [&] {
+            auto& layer = *client.window->contentView()->layer();
+            layer.setOpacity(layer.opacity() > 0.5 ? 0.4 : 1.0);
+        });
+        EXPECT_TRUE(client.waitForFrames(6));
+        const double before = client.clock.now();
+        x.destroy(id);
+        EXPECT_TRUE(until([&] { return client.closed > 0; }));
+        told = client.clock.now() - before;
+        client.window.reset();
+        dropped = client.clock.now() - before - told;
+        EXPECT_EQ(client.closed, 1);
+    }
+    // On a machine that is busy with something else anything may take longer; what
+    // always does, does so every time.
+    [[nodiscard]] static bool canTakeLessThan(double seconds, platform::DrawerChoice drawer) {
+        for (int tries = 0; tries < 8; ++tries) {
+            const Destruction once(drawer);
+            if (std::max(once.told, once.dropped) < seconds) return true;
+        }
+        return false;
     }
 };
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "platform/desktop/DistributedNotificationCenter.h"
 #include "platform/desktop/NotificationNames.h"
 #include "platform/time/MediaClock.h"
@@ -182,17 +184,22 @@ TEST(WithoutABus, HandlersMayAddAndRemoveObservers) {
     EXPECT_EQ(third, 0);
 }
 
-// The figure is a hundred times what it takes to start a thread.
+// The figure is a hundred times what it takes to start a thread; a machine that is
+// busy with something else may take longer now and then, but not every time.
 TEST(Notifications, LookingForTheBusKeepsNobodyWaiting) {
     DBusDaemon bus;
     ASSERT_FALSE(bus.address().isEmpty());
     const platform::SystemClock clock;
-    const double begin = clock.now();
-    DistributedNotificationCenter center{bus.address()};
-    int heard = 0;
-    center.addObserver(&heard, kWillStop, [&] { ++heard; });
-    EXPECT_LT(clock.now() - begin, 0.01);
-    ASSERT_TRUE(waitUntilReady(center));
+    double least = 1e9;
+    for (int tries = 0; tries < 20; ++tries) {
+        const double begin = clock.now();
+        DistributedNotificationCenter center{bus.address()};
+        int heard = 0;
+        center.addObserver(&heard, kWillStop, [&] { ++heard; });
+        least = std::min(least, clock.now() - begin);
+        ASSERT_TRUE(waitUntilReady(center));
+    }
+    EXPECT_LT(least, 0.01);
 }
 
 }  // namespace
