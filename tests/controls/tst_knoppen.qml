@@ -146,7 +146,7 @@ Item {
 
         // The choice.
         function test_choice_is_the_option_pressed() {
-            const knoppen = blad.deel(scene, "vlak").parent.children[2].children;
+            const knoppen = blad.deel(scene, "rij").children;
             mouseClick(knoppen[2]);
             compare(staat.keuze, "c");
             mouseClick(knoppen[0]);
