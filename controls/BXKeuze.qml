@@ -38,7 +38,7 @@ BXKeuzeBasis {
     // keeping off farther; a few rounds settle it.
     property bool bezig: false
     function schik() {
-        if (bezig) return;
+        if (bezig || !(width > 0)) return;
         bezig = true;
         leg(0);
         for (let ronde = 0; ronde < 4 && hoogste > 1.5 * vet.height; ++ronde) {

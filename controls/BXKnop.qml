@@ -15,7 +15,7 @@ BXDruk {
     readonly property string wit: width - 10 < regel.advanceWidth - 0.5 ? "\u00a0" : " "
 
     onGedrukt: actie()
-    implicitWidth: tekst.implicitWidth + 10
+    implicitWidth: regel.advanceWidth + 10
     implicitHeight: tekst.implicitHeight + 6
 
     Accessible.role: Accessible.Button

@@ -77,10 +77,12 @@ BXRijBasis {
             color: rij.aan ? BX.bx : BX.bxMiddel
             Accessible.ignored: true
         }
+        // What a text asks for itself is not settled while it wraps.
+        TextMetrics { id: statusMaat; font: statusTekst.font; text: rij.status }
         BXTekst {
             id: statusTekst
             anchors { right: rij.schakelbaar ? schakel.left : parent.right; rightMargin: rij.schakelbaar ? 8 : rij.rand; verticalCenter: parent.verticalCenter }
-            width: Math.min(implicitWidth, rij.width * 0.4)
+            width: Math.min(Math.ceil(statusMaat.advanceWidth), rij.width * 0.4)
             horizontalAlignment: Text.AlignRight
             text: rij.status
             grootte: 10

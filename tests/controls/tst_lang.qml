@@ -164,6 +164,14 @@ Item {
             tijden.opties = eerst;
             compare(tijden.height, hoog);
         }
+        function test_choice_without_room_comes_back() {
+            const hoog = tijden.height;
+            for (const breed of [0, 5, 40, 300]) {
+                kolom.width = breed;
+                verify(isFinite(tijden.height) && tijden.height > 0);
+            }
+            compare(tijden.height, hoog);
+        }
         function test_slider_wraps_its_value_and_grows() {
             gelegd();
             const waarde = hulp.teksten(schuif)[1];

@@ -103,7 +103,7 @@ Item {
             compare(tweede.waarde, 0);
         }
         function test_slider_without_room_has_no_bars_and_is_not_dragged_data() {
-            return [{ tag: "100", breed: 100 }, { tag: "0", breed: 0 }, { tag: "just too little", breed: 92 + 46 + 16 + 4 + 2.9 }];
+            return [{ tag: "100", breed: 100 }, { tag: "1", breed: 1 }, { tag: "just too little", breed: 92 + 46 + 16 + 4 + 2.9 }];
         }
         function test_slider_without_room_has_no_bars_and_is_not_dragged(data) {
             const balken = blad.deel(schuif, "balken");
