@@ -18,7 +18,8 @@ BXKeuzeBasis {
 
     // How far the first and the last label stay off the ends, which are the rounder
     // the more lines there are. One line clears them by itself.
-    property real bocht: 0
+    property real links: 0
+    property real rechts: 0
     property real hoogste: vet.height
 
     implicitWidth: gevraagd.reduce((som, een) => som + een, 0)
@@ -27,12 +28,20 @@ BXKeuzeBasis {
     onMinstChanged: schik()
     Component.onCompleted: schik()
 
-    function leg(af) {
-        bocht = af;
-        breedtes = verdeel(gevraagd, minst, width - 2 * af);
+    function leg(af, tot) {
+        links = af;
+        rechts = tot;
+        breedtes = verdeel(gevraagd, minst, width - af - tot);
         let hoog = vet.height;
-        for (let i = 0; i < knoppen.count; ++i) hoog = Math.max(hoog, knoppen.itemAt(i)?.hoog ?? 0);
+        for (let i = 0; i < knoppen.count; ++i) hoog = Math.max(hoog, hoogte(i));
         hoogste = hoog;
+    }
+    function hoogte(index) { return knoppen.itemAt(index)?.hoog ?? 0; }
+    // How far the curve comes in at the corners of that label, beyond its padding.
+    function bocht(index) {
+        const straal = hoogste / 2 + 4;
+        const half = hoogte(index) / 2;
+        return Math.max(0, Math.ceil(straal - Math.sqrt(straal * straal - half * half)) - 1);
     }
     // Keeping off the ends takes width and so may take more lines, which takes
     // keeping off farther; a few rounds settle it.
@@ -40,12 +49,11 @@ BXKeuzeBasis {
     function schik() {
         if (bezig || !(width > 0)) return;
         bezig = true;
-        leg(0);
+        leg(0, 0);
         for (let ronde = 0; ronde < 4 && hoogste > 1.5 * vet.height; ++ronde) {
-            const straal = hoogste / 2 + 4;
-            const nodig = Math.ceil(straal - Math.sqrt(straal * straal - hoogste * hoogste / 4)) - 1;
-            if (nodig <= bocht) break;
-            leg(nodig);
+            const af = Math.max(links, bocht(0)), tot = Math.max(rechts, bocht(labels.length - 1));
+            if (af === links && tot === rechts) break;
+            leg(af, tot);
         }
         bezig = false;
     }
@@ -79,8 +87,8 @@ BXKeuzeBasis {
                 required property int index
                 required property var modelData
                 readonly property bool gekozen: keus.gekozen === index
-                readonly property real links: index === 0 ? keus.bocht : 0
-                readonly property real rechts: index === keus.labels.length - 1 ? keus.bocht : 0
+                readonly property real links: index === 0 ? keus.links : 0
+                readonly property real rechts: index === keus.labels.length - 1 ? keus.rechts : 0
                 readonly property real hoog: maat.implicitHeight
                 onHoogChanged: keus.schik()
 
