@@ -26,8 +26,8 @@ struct BXKleur final {
 struct BXFontOpties {
     bool vet = false;
 };
-// The theme's font, `grootte` points high. Fonts come in whole sizes here, so 10.5
-// is set as 11. Needs a QGuiApplication.
+// The theme's font, `grootte` points high. Fonts come in whole pixels here, however
+// their size is given, so 10.5 is set as 11. Needs a QGuiApplication.
 [[nodiscard]] QFont bxFont(double grootte, BXFontOpties opties = {});
 
 // Lets the engine find `import Brixtel.Controls` in this library itself, so that

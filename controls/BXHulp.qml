@@ -19,16 +19,15 @@ Item {
         else wacht.stop();
     }
 
-    Timer {
-        id: wacht
-        interval: 700
-        onTriggered: {
-            const plek = hulp.bij.mapToItem(hulp.blad, 0, hulp.bij.height + 4);
-            vak.x = Math.max(0, Math.min(plek.x, hulp.blad.width - vak.width));
-            vak.y = plek.y + vak.height > hulp.blad.height ? plek.y - hulp.bij.height - 8 - vak.height : plek.y;
-            vak.visible = true;
-        }
+    // Beneath the control, or above it where there is no room.
+    function toon() {
+        const plek = bij.mapToItem(blad, 0, bij.height + 4);
+        vak.x = Math.max(0, Math.min(plek.x, blad.width - vak.width));
+        vak.y = plek.y + vak.height > blad.height ? plek.y - bij.height - 8 - vak.height : plek.y;
+        vak.visible = true;
     }
+
+    Timer { id: wacht; interval: 700; onTriggered: hulp.toon() }
     BXVlak {
         id: vak
         parent: hulp.blad

@@ -3,19 +3,60 @@ import QtQuick
 import Brixtel.Controls
 
 // A choice of one out of several, side by side. Wider than it asks for, its
-// options share the room; narrower, their labels are cut. Tab stops at the option
+// options share the room; narrower, their labels wrap. Tab stops at the option
 // chosen; the arrows go to the next and choose it.
 BXKeuzeBasis {
     id: keus
 
-    // Keeps the first and the last label off the rounded ends.
-    readonly property real eind: 5
-    readonly property real over: width - rij.gevraagd - 2 * eind
     property bool toonFocus: false
 
-    implicitWidth: rij.gevraagd + 2 * eind
-    implicitHeight: maat.implicitHeight + 8
+    readonly property var labels: opties.map(optie => String(optie.label ?? ""))
+    // As wide in bold as in regular, so that nothing shifts.
+    readonly property var gevraagd: labels.map(label => Math.ceil(vet.advanceWidth(label)) + 4)
+    readonly property var minst: labels.map(label => Math.max(...label.split(" ").map(woord => Math.ceil(vet.advanceWidth(woord)))) + 4)
+    property var breedtes: []
 
+    // How far the first and the last label stay off the ends, which are the rounder
+    // the more lines there are. One line clears them by itself.
+    property real links: 0
+    property real rechts: 0
+    property real hoogste: vet.height
+
+    implicitWidth: gevraagd.reduce((som, een) => som + een, 0)
+    implicitHeight: Math.ceil(hoogste) + 8
+    onWidthChanged: schik()
+    onMinstChanged: schik()
+    Component.onCompleted: schik()
+
+    function leg(af, tot) {
+        links = af;
+        rechts = tot;
+        breedtes = verdeel(gevraagd, minst, width - af - tot);
+        let hoog = vet.height;
+        for (let i = 0; i < knoppen.count; ++i) hoog = Math.max(hoog, hoogte(i));
+        hoogste = hoog;
+    }
+    function hoogte(index) { return knoppen.itemAt(index)?.hoog ?? 0; }
+    // How far the curve comes in at the corners of that label, beyond its padding.
+    function bocht(index) {
+        const straal = hoogste / 2 + 4;
+        const half = hoogte(index) / 2;
+        return Math.max(0, Math.ceil(straal - Math.sqrt(straal * straal - half * half)) - 1);
+    }
+    // Keeping off the ends takes width and so may take more lines, which takes
+    // keeping off farther; a few rounds settle it.
+    property bool bezig: false
+    function schik() {
+        if (bezig || !(width > 0)) return;
+        bezig = true;
+        leg(0, 0);
+        for (let ronde = 0; ronde < 4 && hoogste > 1.5 * vet.height; ++ronde) {
+            const af = Math.max(links, bocht(0)), tot = Math.max(rechts, bocht(labels.length - 1));
+            if (af === links && tot === rechts) break;
+            leg(af, tot);
+        }
+        bezig = false;
+    }
     function naar(index) {
         const knop = knoppen.itemAt((index + knoppen.count) % knoppen.count);
         if (!knop) return;
@@ -25,41 +66,33 @@ BXKeuzeBasis {
 
     Accessible.role: Accessible.Grouping
 
-    BXTekst { id: maat; visible: false; grootte: 10.5; text: " "; Accessible.ignored: true }
+    FontMetrics { id: vet; font: BX.font(10.5, true) }
 
     BXKeuzeVlak {
         objectName: "vlak"
-        // Asks again whenever the options are measured anew.
-        readonly property Item knop: rij.gevraagd > 0 && keus.gekozen >= 0 ? knoppen.itemAt(keus.gekozen) : null
+        // Asks again whenever the options are laid out anew.
+        readonly property Item knop: keus.breedtes.length > 0 && keus.gekozen >= 0 ? knoppen.itemAt(keus.gekozen) : null
         anchors.fill: parent
         van: knop ? knop.x : 0
         tot: knop ? knop.x + knop.width : 0
     }
     Row {
-        id: rij
-        property real gevraagd: 0
-        function meet() {
-            let som = 0;
-            for (let i = 0; i < knoppen.count; ++i) som += knoppen.itemAt(i)?.gevraagd ?? 0;
-            gevraagd = som;
-        }
+        objectName: "rij"
         Repeater {
             id: knoppen
             model: keus.opties
-            onCountChanged: rij.meet()
+            onItemAdded: keus.schik()
             delegate: BXDruk {
                 id: knop
                 required property int index
                 required property var modelData
                 readonly property bool gekozen: keus.gekozen === index
-                readonly property real links: index === 0 ? keus.eind : 0
-                readonly property real rechts: index === knoppen.count - 1 ? keus.eind : 0
-                // As wide in bold as in regular, so that nothing shifts.
-                readonly property real gevraagd: Math.ceil(vette.advanceWidth) + 4
-                onGevraagdChanged: rij.meet()
-                Component.onCompleted: rij.meet()
+                readonly property real links: index === 0 ? keus.links : 0
+                readonly property real rechts: index === keus.labels.length - 1 ? keus.rechts : 0
+                readonly property real hoog: maat.implicitHeight
+                onHoogChanged: keus.schik()
 
-                width: links + rechts + gevraagd + (keus.over < 0 ? keus.over * gevraagd / rij.gevraagd : keus.over / knoppen.count)
+                width: links + (keus.breedtes[index] ?? 0) + rechts
                 height: keus.height
                 activeFocusOnTab: gekozen || activeFocus || (keus.gekozen < 0 && index === 0)
                 onGedrukt: keus.kies(index)
@@ -68,23 +101,28 @@ BXKeuzeBasis {
                 Keys.onRightPressed: keus.naar(index + 1)
 
                 Accessible.role: Accessible.RadioButton
-                Accessible.name: modelData.label
+                Accessible.name: keus.labels[index] ?? ""
+                Accessible.focusable: true
                 Accessible.checkable: true
                 Accessible.checked: gekozen
                 Accessible.onPressAction: druk()
                 Accessible.onToggleAction: druk()
 
-                TextMetrics { id: vette; font: BX.font(10.5, true); text: knop.modelData.label }
-                BXTekst {
-                    anchors { fill: parent; leftMargin: knop.links + 2; rightMargin: knop.rechts + 2 }
+                component Label: BXTekst {
                     horizontalAlignment: Text.AlignHCenter
-                    verticalAlignment: Text.AlignVCenter
-                    elide: Text.ElideRight
-                    text: knop.modelData.label
+                    wrapMode: Text.Wrap
                     grootte: 10.5
+                    Accessible.ignored: true
+                }
+                // As high in bold as in regular, chosen or not.
+                Label { id: maat; visible: false; width: tekst.width; text: tekst.text; vet: true }
+                Label {
+                    id: tekst
+                    anchors { fill: parent; leftMargin: knop.links + 2; rightMargin: knop.rechts + 2 }
+                    verticalAlignment: Text.AlignVCenter
+                    text: keus.labels[knop.index] ?? ""
                     vet: knop.gekozen
                     color: knop.gekozen ? BX.bxZwart : BX.dek(BX.bx, 0.7)
-                    Accessible.ignored: true
                 }
             }
         }

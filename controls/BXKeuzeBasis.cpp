@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "controls/BXKeuzeBasis.h"
 
+#include <algorithm>
+
+#include "controls/KeuzeRekenen.h"
+
 namespace brixtel {
 
 QVariant BXKeuzeBasis::waarde(qsizetype index) const {
@@ -31,6 +35,14 @@ void BXKeuzeBasis::kies(int index) {
     if (index < 0 || index >= opties_.size() || waarde(index) == keuze_) return;
     zetKeuze(waarde(index));
     Q_EMIT gewisseld(keuze_);
+}
+
+QList<double> BXKeuzeBasis::verdeel(const QList<double>& gevraagd, const QList<double>& minst,
+                                    double ruimte) {
+    QList<KeuzeVraag> vragen;
+    for (qsizetype i = 0; i < std::min(gevraagd.size(), minst.size()); ++i)
+        vragen << KeuzeVraag{.gevraagd = gevraagd[i], .minst = minst[i]};
+    return keuzeVerdeling(vragen, ruimte);
 }
 
 }  // namespace brixtel

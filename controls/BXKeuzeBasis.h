@@ -33,6 +33,11 @@ class BXKeuzeBasis : public QQuickItem {
     // The user chose this option; nothing when there is none of that index.
     Q_INVOKABLE void kies(int index);
 
+    // keuzeVerdeling for QML, with `gevraagd` and `minst` of each option.
+    Q_INVOKABLE [[nodiscard]] static QList<double> verdeel(const QList<double>& gevraagd,
+                                                           const QList<double>& minst,
+                                                           double ruimte);
+
   Q_SIGNALS:
     void optiesChanged();
     void keuzeChanged();

@@ -2,7 +2,8 @@
 import QtQuick
 import Brixtel.Controls
 
-// A button: "[ titel ]" in `kleur`, the other way round under the pointer.
+// A button: "[ titel ]" in `kleur`, the other way round under the pointer. Where
+// it is too narrow for its title, that wraps.
 BXDruk {
     id: knop
 
@@ -10,24 +11,29 @@ BXDruk {
     property color kleur: BX.bx
     signal actie()
 
+    // On several lines the brackets stay with the words beside them.
+    readonly property string wit: width - 10 < regel.advanceWidth - 0.5 ? "\u00a0" : " "
+
     onGedrukt: actie()
-    implicitWidth: tekst.implicitWidth + 10
+    implicitWidth: regel.advanceWidth + 10
     implicitHeight: tekst.implicitHeight + 6
 
     Accessible.role: Accessible.Button
     Accessible.name: titel
     Accessible.onPressAction: druk()
 
+    TextMetrics { id: regel; font: tekst.font; text: "[ " + knop.titel + " ]" }
     BXVlak {
+        objectName: "vlak"
         anchors.fill: parent
         kleur: knop.zweef ? knop.kleur : BX.dek(knop.kleur, 0.08)
     }
     BXTekst {
         id: tekst
         anchors { left: parent.left; right: parent.right; leftMargin: 5; rightMargin: 5; verticalCenter: parent.verticalCenter }
-        text: "[ " + knop.titel + " ]"
+        text: "[" + knop.wit + knop.titel + knop.wit + "]"
         vet: true
-        elide: Text.ElideMiddle
+        wrapMode: Text.Wrap
         color: knop.zweef ? BX.bxZwart : knop.kleur
         Accessible.ignored: true
     }

@@ -36,6 +36,7 @@ BXVlak {
         }
         BXKnop {
             id: druk
+            objectName: "druk"
             width: Math.min(implicitWidth, parent.width)
             visible: melding.knop !== ""
             titel: melding.knop

@@ -34,6 +34,7 @@ BXRijBasis {
         }
         BXDruk {
             id: pijl
+            objectName: "pijl"
             // The frame is 9 points wide; all of the corner can be pressed.
             width: rij.rand + 9 + 4
             height: parent.height
@@ -57,7 +58,7 @@ BXRijBasis {
             }
             BXFocusRand { anchors.margins: 2; toon: pijl.toonFocus }
         }
-        BXHulp { bij: pijl; tekst: pijl.hulptekst }
+        BXHulp { objectName: "hulp"; bij: pijl; tekst: pijl.hulptekst }
         BXVlak {
             objectName: "accent"
             x: rij.rand + 9 + 6
@@ -76,10 +77,12 @@ BXRijBasis {
             color: rij.aan ? BX.bx : BX.bxMiddel
             Accessible.ignored: true
         }
+        // What a text asks for itself is not settled while it wraps.
+        TextMetrics { id: statusMaat; font: statusTekst.font; text: rij.status }
         BXTekst {
             id: statusTekst
-            anchors { right: schakel.left; rightMargin: 8; verticalCenter: parent.verticalCenter }
-            width: Math.min(implicitWidth, rij.width * 0.4)
+            anchors { right: rij.schakelbaar ? schakel.left : parent.right; rightMargin: rij.schakelbaar ? 8 : rij.rand; verticalCenter: parent.verticalCenter }
+            width: Math.min(Math.ceil(statusMaat.advanceWidth), rij.width * 0.4)
             horizontalAlignment: Text.AlignRight
             text: rij.status
             grootte: 10
@@ -90,6 +93,7 @@ BXRijBasis {
         }
         BXSchakelStijl {
             id: schakel
+            objectName: "schakel"
             visible: rij.schakelbaar
             anchors { right: parent.right; rightMargin: rij.rand; verticalCenter: parent.verticalCenter }
             label: rij.titel
@@ -105,6 +109,7 @@ BXRijBasis {
         visible: rij.open && rij.opties !== null
 
         BXVlak {
+            objectName: "lijn"
             x: rij.rand + 4
             width: 1
             height: parent.height

@@ -8,6 +8,8 @@ BXTweestand {
     id: schakel
 
     readonly property int duur: 120
+    // Eases out: begins at full speed and comes to rest.
+    readonly property list<real> uitlopend: [0, 0, 0.58, 1, 1, 1]
 
     implicitWidth: 34
     implicitHeight: 16
@@ -20,8 +22,8 @@ BXTweestand {
     Accessible.onPressAction: druk()
     Accessible.onToggleAction: druk()
 
-    component Verloop: Behavior {
-        ColorAnimation { duration: schakel.duur; easing.type: Easing.BezierSpline; easing.bezierCurve: [0, 0, 0.58, 1, 1, 1] }
+    component Kleurverloop: Behavior {
+        ColorAnimation { duration: schakel.duur; easing.type: Easing.BezierSpline; easing.bezierCurve: schakel.uitlopend }
     }
 
     Item {
@@ -32,10 +34,10 @@ BXTweestand {
         BXVlak {
             objectName: "baan"
             anchors.fill: parent
-            kleur: schakel.aan ? BX.dek(BX.bx, 0.22) : BX.dek(BX.bx, 0)
-            rand: schakel.aan ? BX.dek(BX.bx, 0.9) : BX.bxDonker
-            Verloop on kleur {}
-            Verloop on rand {}
+            kleur: BX.dek(BX.bx, schakel.aan ? 0.22 : 0)
+            rand: schakel.aan ? BX.bx : BX.bxDonker
+            Kleurverloop on kleur {}
+            Kleurverloop on rand {}
         }
         BXVlak {
             objectName: "knop"
@@ -43,10 +45,16 @@ BXTweestand {
             y: 2.5
             width: 13
             height: 11
-            kleur: schakel.aan ? BX.bx : BX.bxDonker
-            Verloop on kleur {}
+            kleur: BX.bxDonker
             Behavior on x {
-                NumberAnimation { duration: schakel.duur; easing.type: Easing.BezierSpline; easing.bezierCurve: [0, 0, 0.58, 1, 1, 1] }
+                NumberAnimation { duration: schakel.duur; easing.type: Easing.BezierSpline; easing.bezierCurve: schakel.uitlopend }
+            }
+            // What lights the knob.
+            BXVlak {
+                objectName: "licht"
+                anchors.fill: parent
+                kleur: BX.dek(BX.bx, schakel.aan ? 0.9 : 0)
+                Kleurverloop on kleur {}
             }
         }
         BXFocusRand { toon: schakel.toonFocus }

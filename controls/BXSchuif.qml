@@ -10,7 +10,7 @@ BXSchuifBasis {
     readonly property real tekstBreedte: 46
 
     implicitWidth: naamBreedte + 2 * tussen + tekstBreedte + 124
-    implicitHeight: Math.max(naamTekst.height, baan.height)
+    implicitHeight: Math.max(naamTekst.height, baan.height, waardeTekst.height)
 
     Accessible.role: Accessible.Slider
     Accessible.name: naam
@@ -52,17 +52,21 @@ BXSchuifBasis {
         MouseArea {
             anchors.fill: parent
             preventStealing: true
-            function sleep(x) { schuif.sleep((x - balken.x) / Math.max(1, balken.width)); }
+            // Without bars there is no place on the track to point at.
+            function sleep(x) {
+                if (balken.aantal > 0) schuif.sleep((x - balken.x) / balken.width);
+            }
             onPressed: (muis) => { schuif.forceActiveFocus(Qt.MouseFocusReason); sleep(muis.x); }
             onPositionChanged: (muis) => sleep(muis.x)
         }
     }
     BXTekst {
+        id: waardeTekst
         anchors { right: parent.right; verticalCenter: parent.verticalCenter }
         width: schuif.tekstBreedte
         horizontalAlignment: Text.AlignRight
         text: schuif.tekst
-        elide: Text.ElideRight
+        wrapMode: Text.Wrap
         Accessible.ignored: true
     }
 }

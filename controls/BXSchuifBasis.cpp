@@ -92,6 +92,7 @@ void BXSchuifBasis::kies(double waarde) {
 }
 
 void BXSchuifBasis::sleep(double fractie) {
+    if (std::isnan(fractie)) return;
     kies(reken().opFractie(fractie));
 }
 

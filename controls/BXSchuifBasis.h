@@ -62,7 +62,7 @@ class BXSchuifBasis : public QQuickItem {
 
     // What the user can do. A value outside the range is clamped to it.
     Q_INVOKABLE void kies(double waarde);
-    Q_INVOKABLE void sleep(double fractie);  // of the track, from the left
+    Q_INVOKABLE void sleep(double fractie);  // of the track, from the left; NaN is no place
     Q_INVOKABLE void verzet(int stappen);
     Q_INVOKABLE void verhoog();
     Q_INVOKABLE void verlaag();

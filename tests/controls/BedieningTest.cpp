@@ -5,6 +5,7 @@
 #include <QFontMetricsF>
 #include <QSignalSpy>
 #include <cmath>
+#include <limits>
 #include <memory>
 
 #include "controls/BX.h"
@@ -196,6 +197,26 @@ TEST_F(SchuifTest, DraggingSetsTheValueFromThePlace) {
     schuif->sleep(-7.0);
     EXPECT_EQ(schuif->waarde(), 10.0);
     EXPECT_EQ(bewogen.count(), 3);
+}
+
+TEST_F(SchuifTest, APlaceThatIsNoNumberMovesNothing) {
+    schuif->zetWaarde(0.4);
+    QSignalSpy bewogen(schuif.get(), &BXSchuifBasis::bewogen);
+    schuif->sleep(std::nan(""));
+    EXPECT_EQ(schuif->waarde(), 0.4);
+    EXPECT_EQ(bewogen.count(), 0);
+}
+
+TEST_F(SchuifTest, AnEndlessPlaceIsAnEnd) {
+    schuif->sleep(std::numeric_limits<double>::infinity());
+    EXPECT_EQ(schuif->waarde(), 1.0);
+    schuif->sleep(-std::numeric_limits<double>::infinity());
+    EXPECT_EQ(schuif->waarde(), 0.0);
+}
+
+TEST_F(SchuifTest, WithoutBarsNoneIsLit) {
+    schuif->zetWaarde(1.0);
+    EXPECT_EQ(schuif->gevuld(1.0, 0), 0);
 }
 
 TEST_F(SchuifTest, AValueIsWrittenOnlyWhenItDiffers) {

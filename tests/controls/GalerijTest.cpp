@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QImage>
 #include <QProcess>
+#include <vector>
 
 #include "tests/support/Pictures.h"
 #include "tests/support/TijdelijkeMap.h"
@@ -24,6 +25,8 @@ class GalerijTest : public testing::TestWithParam<const char*> {
     // Runs the gallery; its exit status, −1 when it did not end by itself.
     int draai(const QStringList& woorden) {
         QProcessEnvironment omgeving;
+        for (const auto& [variabele, waarde] : extra)
+            omgeving.insert(variabele, waarde);
         omgeving.insert(QStringLiteral("FONTCONFIG_FILE"), QStringLiteral(BRIXTEL_LETTERTYPE));
         omgeving.insert(QStringLiteral("XDG_RUNTIME_DIR"), uit());
         omgeving.insert(QStringLiteral("XDG_CACHE_HOME"), uit());
@@ -40,6 +43,7 @@ class GalerijTest : public testing::TestWithParam<const char*> {
 
     steun::TijdelijkeMap map;
     QString fouten;
+    std::vector<std::pair<QString, QString>> extra;  // in its environment
 };
 
 TEST_P(GalerijTest, EveryControlLooksAsStored) {
@@ -71,6 +75,23 @@ TEST_P(GalerijOpdrachtTest, OnePictureHasTheScaleAskedFor) {
               0);
     EXPECT_EQ(QImage(bestand).width(),
               std::lround(760 * QString(QLatin1String(GetParam())).toDouble()));
+}
+
+TEST_P(GalerijOpdrachtTest, TheScaleAskedForGoesBeforeTheEnvironments) {
+    extra = {{QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("3")},
+             {QStringLiteral("QT_SCREEN_SCALE_FACTORS"), QStringLiteral("2")}};
+    const QString bestand = uit() + QStringLiteral("alles.png");
+    ASSERT_EQ(draai({QStringLiteral("--plaatje=") + bestand, QStringLiteral("--schaal=1.5")}), 0);
+    EXPECT_EQ(QImage(bestand).width(), 1140);
+}
+
+TEST_P(GalerijOpdrachtTest, WithoutOneTheEnvironmentDecides) {
+    const QString bestand = uit() + QStringLiteral("alles.png");
+    ASSERT_EQ(draai({QStringLiteral("--plaatje=") + bestand}), 0);
+    EXPECT_EQ(QImage(bestand).width(), 760);
+    extra = {{QStringLiteral("QT_SCALE_FACTOR"), QStringLiteral("2")}};
+    ASSERT_EQ(draai({QStringLiteral("--plaatje=") + bestand}), 0);
+    EXPECT_EQ(QImage(bestand).width(), 1520);
 }
 
 TEST_P(GalerijOpdrachtTest, ABadArgumentGetsOneLineAndStatusTwo) {

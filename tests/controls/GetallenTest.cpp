@@ -66,7 +66,16 @@ TEST(BxGetal, IsDutch) {
 
 TEST(BxGetal, HasExactlySoManyDecimals) {
     EXPECT_EQ(bxGetal(2.0, 3), QStringLiteral("2,000"));
-    EXPECT_EQ(bxGetal(0.125, 2).size(), 4);
+    EXPECT_EQ(bxGetal(0.1, 20), QStringLiteral("0,10000000000000000555"));
+}
+
+TEST(BxGetal, IsRoundedToTheNearestAndHalvesAwayFromZero) {
+    EXPECT_EQ(bxGetal(0.125, 2), QStringLiteral("0,13"));
+    EXPECT_EQ(bxGetal(0.375, 2), QStringLiteral("0,38"));
+    EXPECT_EQ(bxGetal(-0.125, 2), QStringLiteral("-0,13"));
+    EXPECT_EQ(bxGetal(2.5, 0), QStringLiteral("3"));
+    EXPECT_EQ(bxGetal(0.1249, 2), QStringLiteral("0,12"));
+    EXPECT_EQ(bxGetal(999.95001, 1), QStringLiteral("1.000,0"));
 }
 
 TEST(BxGetal, WithoutDecimalsThereIsNoComma) {

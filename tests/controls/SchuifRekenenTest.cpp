@@ -21,6 +21,22 @@ TEST(SchuifRekenen, ThereIsABarForEveryFourPointsOfTrackAndOne) {
     EXPECT_EQ(SchuifRekenen::balken(199.0), 50);
 }
 
+TEST(SchuifRekenen, ABarMoreComesAtThePointWhereItFitsAndNotBefore) {
+    for (int aantal = 1; aantal <= 200; ++aantal) {
+        // So many bars, with a point between each two, are exactly this wide.
+        const double past = 4.0 * aantal - 1.0;
+        EXPECT_EQ(SchuifRekenen::balken(std::nextafter(past, 0.0)), aantal - 1) << past;
+        EXPECT_EQ(SchuifRekenen::balken(past), aantal) << past;
+        EXPECT_EQ(SchuifRekenen::balken(past + 0.01), aantal) << past;
+        EXPECT_EQ(SchuifRekenen::balken(past + 3.99), aantal) << past;
+    }
+    EXPECT_EQ(SchuifRekenen::balken(54.0), 13);
+    EXPECT_EQ(SchuifRekenen::balken(55.0), 14);
+    EXPECT_EQ(SchuifRekenen::balken(56.0), 14);
+    EXPECT_EQ(SchuifRekenen::balken(58.0), 14);
+    EXPECT_EQ(SchuifRekenen::balken(59.0), 15);
+}
+
 TEST(SchuifRekenen, ATrackWithoutRoomHasNoBars) {
     for (const double breedte : {0.0, 2.9, -100.0, kGeenGetal})
         EXPECT_EQ(SchuifRekenen::balken(breedte), 0) << breedte;

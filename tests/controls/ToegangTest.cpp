@@ -220,6 +220,19 @@ TEST_F(ToegangTest, StepsASliderFiveStepsAtATime) {
     EXPECT_TRUE(wordt(ATSPI_ROLE_SLIDER, "Dichtheid", toont("25%")));
 }
 
+TEST_F(ToegangTest, EveryControlThatCanHaveTheKeyboardSaysSo) {
+    const std::pair<AtspiRole, const char*> bediening[] = {
+        {ATSPI_ROLE_PUSH_BUTTON, "Toon nu"}, {ATSPI_ROLE_CHECK_BOX, "Ook bij stilte"},
+        {ATSPI_ROLE_RADIO_BUTTON, "Bol"},    {ATSPI_ROLE_RADIO_BUTTON, "Kubus"},
+        {ATSPI_ROLE_SLIDER, "Dichtheid"},    {ATSPI_ROLE_PUSH_BUTTON, "Toon de opties"},
+        {ATSPI_ROLE_CHECK_BOX, "Muziek"},    {ATSPI_ROLE_PUSH_BUTTON, "Zoek"}};
+    for (const auto& [rol, met] : bediening) {
+        const Toegankelijk een = vind(rol, met);
+        ASSERT_TRUE(een) << met;
+        EXPECT_TRUE(heeft(een.get(), ATSPI_STATE_FOCUSABLE)) << met;
+    }
+}
+
 TEST_F(ToegangTest, ChoosesAnOption) {
     EXPECT_TRUE(heeft(vind(ATSPI_ROLE_RADIO_BUTTON, "Bol").get(), ATSPI_STATE_CHECKED));
     ASSERT_TRUE(doe(vind(ATSPI_ROLE_RADIO_BUTTON, "Kubus").get(), "Press"));

@@ -102,10 +102,35 @@ Item {
             keyClick(Qt.Key_Left, Qt.ShiftModifier);
             compare(tweede.waarde, 0);
         }
-        function test_slider_without_room_has_no_bars() {
-            schuif.width = 100;
-            compare(blad.deel(schuif, "balken").aantal, 0);
-            mouseClick(blad.deel(schuif, "baan"), 1, 5);
+        function test_slider_without_room_has_no_bars_and_is_not_dragged_data() {
+            return [{ tag: "100", breed: 100 }, { tag: "1", breed: 1 }, { tag: "just too little", breed: 92 + 46 + 16 + 4 + 2.9 }];
+        }
+        function test_slider_without_room_has_no_bars_and_is_not_dragged(data) {
+            const balken = blad.deel(schuif, "balken");
+            const baan = blad.deel(schuif, "baan");
+            schuif.width = data.breed;
+            compare([balken.aantal, balken.gevuld, balken.width], [0, 0, 0]);
+            compare(baan.width, 4);
+            mouseClick(baan, 1, 5);
+            compare(staat.waarde, 0.25);
+            mousePress(baan, 2, 5);
+            mouseMove(baan, 50, 5);
+            mouseMove(baan, -50, 5);
+            compare(staat.waarde, 0.25);
+            mouseRelease(baan, -50, 5);
+            keyClick(Qt.Key_Right);
+            fuzzyCompare(staat.waarde, 0.26, 1e-9);
+            schuif.width = Qt.binding(() => schuif.parent.width);
+            verify(balken.aantal > 20);
+        }
+        function test_slider_with_room_for_one_bar_is_dragged() {
+            const baan = blad.deel(schuif, "baan");
+            schuif.width = 92 + 46 + 16 + 4 + 3;
+            compare(blad.deel(schuif, "balken").aantal, 1);
+            mouseClick(baan, 6, 5);
+            compare(staat.waarde, 1);
+            mouseClick(baan, 1, 5);
+            compare(staat.waarde, 0);
             schuif.width = Qt.binding(() => schuif.parent.width);
         }
         function test_slider_of_an_odd_range_shows_data() {

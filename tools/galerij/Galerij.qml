@@ -15,6 +15,11 @@ Rectangle {
         { waarde: "tunnel", label: "Tunnel" }, { waarde: "logo", label: "Logo" }
     ]
 
+    readonly property var tijden: [
+        { waarde: "nooit", label: "Nooit vanzelf" }, { waarde: "tien", label: "Na tien minuten" },
+        { waarde: "uur", label: "Na een half uur zonder toetsen" }
+    ]
+
     Column {
         id: links
         x: 16
@@ -28,12 +33,16 @@ Rectangle {
             Staat { naam: "zweef"; BXKnop { objectName: "zweef"; titel: "Toon nu" } }
             Staat { naam: "focus"; BXKnop { objectName: "focus"; titel: "Toon nu" } }
             Staat { naam: "kleur"; BXKnop { titel: "Stop de regen"; kleur: BX.bxOranje } }
+            Staat { naam: "met zweef"; BXKnop { objectName: "zweef"; titel: "Stop de regen"; kleur: BX.bxOranje } }
+            Staat { naam: "met focus"; BXKnop { objectName: "focus"; titel: "Stop de regen"; kleur: BX.bxOranje } }
+            Staat { naam: "lang"; vol: true; BXKnop { titel: "Open de instellingen van de schermbeveiliging" } }
         }
         Vak {
             naam: "BXSchakelStijl"
             Staat { naam: "uit"; BXSchakelStijl { label: "Regen" } }
             Staat { naam: "aan"; BXSchakelStijl { label: "Regen"; aan: true } }
-            Staat { naam: "focus"; BXSchakelStijl { objectName: "focus"; label: "Regen"; aan: true } }
+            Staat { naam: "uit, focus"; BXSchakelStijl { objectName: "focus"; label: "Regen" } }
+            Staat { naam: "aan, focus"; BXSchakelStijl { objectName: "focus"; label: "Regen"; aan: true } }
         }
         Vak {
             naam: "BXVinkStijl"
@@ -51,6 +60,7 @@ Rectangle {
             Staat { naam: "focus"; BXKeuze { opties: blad.scenes; keuze: "kubus"; toonFocus: true } }
             Staat { naam: "ruim"; vol: true; BXKeuze { opties: blad.scenes; keuze: "kubus" } }
             Staat { naam: "krap"; BXKeuze { opties: blad.scenes; keuze: "kubus"; width: 110 } }
+            Staat { naam: "lang"; vol: true; BXKeuze { opties: blad.tijden; keuze: "nooit" } }
         }
         Vak {
             naam: "BX"
@@ -77,18 +87,20 @@ Rectangle {
             BXSchuif { width: parent.width; naam: "bovengrens"; waarde: 1; tekst: BX.bxProcent(waarde) }
             BXSchuif { width: parent.width; objectName: "schuiffocus"; naam: "focus"; waarde: 12.5; bereik: [0, 20]; tekst: BX.bxGetal(waarde, 1) }
             BXSchuif { width: parent.width; naam: "Snelheid van de regen"; waarde: 0.7; tekst: BX.bxProcent(waarde) }
+            BXSchuif { width: parent.width; naam: "Overgang"; waarde: 0.4; tekst: "heel snel" }
         }
         Vak {
             naam: "BXRij"
             spacing: 2
-            BXRij { width: parent.width; titel: "Regen"; status: "uit" }
-            BXRij { width: parent.width; objectName: "wijsaan"; titel: "Zwart scherm"; status: "na 10 minuten"; aan: true }
+            BXRij { width: parent.width; titel: "Regen"; status: "uit"; onWissel: open = !open }
+            BXRij { width: parent.width; objectName: "wijsaan"; titel: "Zwart scherm"; status: "na 10 minuten"; aan: true; onWissel: open = !open }
             BXRij {
                 width: parent.width
                 titel: "Muziek"
                 status: "volgt de muziek"
                 aan: true
                 open: true
+                onWissel: open = !open
                 Column {
                     spacing: 8
                     BXUitleg { width: parent.width; tekst: "De regen valt op de maat." }
@@ -96,12 +108,28 @@ Rectangle {
                     BXVinkStijl { label: "Ook bij stilte"; aan: true }
                 }
             }
-            BXRij { width: parent.width; titel: "Een titel die te lang is voor één regel in dit paneel"; status: "en een toestand die dat ook is" }
+            BXRij {
+                width: parent.width
+                titel: "Open en uit"
+                status: "stil"
+                open: true
+                onWissel: open = !open
+                BXVinkStijl { label: "Ook bij stilte" }
+            }
+            BXRij { width: parent.width; objectName: "focus pijl"; titel: "Focus op de pijl"; status: "uit"; onWissel: open = !open }
+            BXRij { width: parent.width; objectName: "focus schakel"; titel: "Focus op de schakelaar"; aan: true; status: "aan"; onWissel: open = !open }
+            BXRij { width: parent.width; titel: "Zonder schakelaar"; status: "Wereldbol"; aan: true; schakelbaar: false; onWissel: open = !open }
+            BXRij { width: parent.width; titel: "Een titel die te lang is voor één regel in dit paneel"; status: "en een toestand die dat ook is"; onWissel: open = !open }
+            BXRij { width: parent.width; objectName: "hulp"; titel: "Met hulp bij de pijl"; status: "uit"; onWissel: open = !open }
+            // Where the help falls.
+            Item { width: 1; height: 20 }
         }
         Vak {
             naam: "BXMelding"
             BXMelding { width: parent.width; tekst: "Er is geen geluid om te volgen." }
             BXMelding { width: parent.width; tekst: "Dit bureaublad toont geen doorzichtige vensters. Zonder die kan de regen niet over uw werk vallen."; knop: "Hoe kan dat wel?" }
+            BXMelding { width: parent.width; objectName: "zweef druk"; tekst: "Met de muis op de knop."; knop: "Hoe kan dat wel?" }
+            BXMelding { width: parent.width; objectName: "focus druk"; tekst: "Met het toetsenbord op de knop."; knop: "Hoe kan dat wel?" }
         }
         Vak {
             naam: "BXUitleg"

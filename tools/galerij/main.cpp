@@ -7,6 +7,7 @@
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
+#include <QRegularExpression>
 #include <cstdio>
 
 #include "controls/BX.h"
@@ -16,7 +17,7 @@ namespace {
 
 struct Opdracht {
     QString plaatje, vakken;
-    QByteArray schaal = "1";
+    QByteArray schaal;  // empty where it was not asked for
 };
 
 int meld(const QString& wat) {
@@ -51,24 +52,37 @@ Opdracht lees(int argc, char** argv) {
         meld(goed ? QStringLiteral("een schaal ligt tussen 0.5 en 4") : lezer.errorText());
         std::exit(2);
     }
-    return {lezer.value(plaatje), lezer.value(vakken), QByteArray::number(getal)};
+    return {lezer.value(plaatje), lezer.value(vakken),
+            lezer.isSet(schaal) ? QByteArray::number(getal) : QByteArray()};
 }
 
-// What an option leaves open, the environment may decide.
+// What is not asked for, the environment may decide.
 void stelIn(const char* naam, const QByteArray& waarde) {
     if (qEnvironmentVariableIsEmpty(naam)) qputenv(naam, waarde);
 }
 
-void toonStaten(QQuickView& venster) {
-    const QObject& blad = *venster.rootObject();
-    for (QQuickItem* item : blad.findChildren<QQuickItem*>(QStringLiteral("zweef"))) {
+// Puts what is named after a state in that state, or a part of it: "focus pijl".
+void toonStaat(QQuickItem& item) {
+    const QStringList woorden = item.objectName().split(u' ');
+    QObject* wat = woorden.size() > 1 ? item.findChild<QObject*>(woorden[1]) : &item;
+    if (woorden[0] == u"zweef") {
         QHoverEvent binnen(QEvent::HoverEnter, QPointF(1, 1), QPointF(1, 1), QPointF(-1, -1));
-        QCoreApplication::sendEvent(item, &binnen);
-    }
-    for (QQuickItem* item : blad.findChildren<QQuickItem*>(QStringLiteral("focus"))) {
+        QCoreApplication::sendEvent(wat, &binnen);
+    } else if (woorden[0] == u"focus") {
         QFocusEvent in(QEvent::FocusIn, Qt::TabFocusReason);
-        QCoreApplication::sendEvent(item, &in);
+        QCoreApplication::sendEvent(wat, &in);
+    } else if (woorden[0] == u"hulp") {
+        QMetaObject::invokeMethod(item.findChild<QObject*>(QStringLiteral("hulp")), "toon");
     }
+}
+
+void toonStaten(QQuickView& venster) {
+    // Which it would get when it is shown.
+    venster.contentItem()->setSize(venster.size());
+    const QObject& blad = *venster.rootObject();
+    static const QRegularExpression staten(QStringLiteral("^(zweef|focus|hulp)\\b"));
+    for (QQuickItem* item : blad.findChildren<QQuickItem*>(staten))
+        toonStaat(*item);
     if (const auto* rij = blad.findChild<QQuickItem*>(QStringLiteral("wijsaan"))) {
         const QPointF plek = rij->mapToScene({60.0, 10.0});
         QMouseEvent wijs(QEvent::MouseMove, plek, plek, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
@@ -98,7 +112,10 @@ int main(int argc, char** argv) {
         stelIn("QT_QPA_PLATFORM", "offscreen");
         stelIn("QT_QUICK_BACKEND", "software");
     }
-    stelIn("QT_SCALE_FACTOR", opdracht.schaal);
+    if (!opdracht.schaal.isEmpty()) {
+        qputenv("QT_SCALE_FACTOR", opdracht.schaal);
+        qunsetenv("QT_SCREEN_SCALE_FACTORS");  // it would multiply with that
+    }
     const QGuiApplication programma(argc, argv);
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Galerij"));
     QQuickView venster;
