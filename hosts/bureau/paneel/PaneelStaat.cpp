@@ -51,6 +51,7 @@ PaneelStaat::PaneelStaat(Bureau& bureau, platform::MediaClock& klok, QString bus
 PaneelStaat::~PaneelStaat() {
     stand_ = {};
     bureau_.luisterMee(false);
+    bureau_.bewaar();
 }
 
 QString PaneelStaat::regenStatus() const {

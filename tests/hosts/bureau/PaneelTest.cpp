@@ -168,8 +168,18 @@ TEST_F(OpHetPaneel, TheSlidersAreTheOwnersAndAreKept) {
     vind(QAccessible::Slider, "Snelheid")->valueInterface()->setCurrentValue(3.0);
     EXPECT_NEAR(nu().keuzes.dichtheid, 0.4, 1e-9);
     EXPECT_NEAR(nu().keuzes.snelheid, 3.0, 1e-9);
+    klok.advance(0.15);
     EXPECT_NEAR(BureauInstellingen::lees().dichtheid, 0.4, 1e-9);
     EXPECT_NEAR(BureauInstellingen::lees().snelheid, 3.0, 1e-9);
+}
+
+TEST_F(OpHetPaneel, WhatASliderWasDraggedToIsKeptWhenThePanelCloses) {
+    for (const double nu : {0.3, 0.5, 0.9})
+        vind(QAccessible::Slider, "Dichtheid")->valueInterface()->setCurrentValue(nu);
+    EXPECT_NEAR(BureauInstellingen::lees().dichtheid, 0.3, 1e-9);
+    view()->close();
+    ASSERT_TRUE(until([this] { return !paneel->isOpen(); }));
+    EXPECT_NEAR(BureauInstellingen::lees().dichtheid, 0.9, 1e-9);
 }
 
 TEST_F(OpHetPaneel, TheSceneIsChosenKeptAndShown) {
@@ -183,6 +193,7 @@ TEST_F(OpHetPaneel, TheSceneIsChosenKeptAndShown) {
     schakel("Zwart scherm");
     EXPECT_FALSE(nu().zwart);
     druk(QAccessible::RadioButton, "Regen");
+    klok.advance(0.15);
     EXPECT_EQ(BureauInstellingen::lees().soort, std::nullopt);
     schakel("Zwart scherm");
     EXPECT_TRUE(nu().zwart);
@@ -316,6 +327,7 @@ TEST_F(OpHetPaneel, WhileNothingChangesThereAreNoPicturesAndNoTimers) {
     openAlles();
     schakel("Voorbeeld van het zwarte scherm");
     kalmeer();
+    klok.advance(0.15);
     const int voor = beelden;
     ASSERT_GT(voor, 0);
     EXPECT_EQ(klok.timerCount(), 0U);
