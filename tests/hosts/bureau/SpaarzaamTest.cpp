@@ -2,16 +2,12 @@
 // What is asked for often and done seldom: by itself, and as choices are written.
 #include "hosts/bureau/Spaarzaam.h"
 
-#include <sys/inotify.h>
-#include <unistd.h>
-
-#include <array>
-#include <cstring>
-
 #include "tests/hosts/bureau/BureauProef.h"
+#include "tests/hosts/bureau/SchrijfTeller.h"
 
 using brixtel::BureauInstellingen;
 using brixtel::BureauProef;
+using brixtel::SchrijfTeller;
 using brixtel::Spaarzaam;
 
 namespace {
@@ -70,32 +66,10 @@ TEST_F(SpaarzaamTest, WhatWaitsIsDoneNowOrForgotten) {
     EXPECT_EQ(gedaan, 3);
 }
 
-// Counts how often the kernel sees the owner's choices put in their place.
 class Bewaring : public BureauProef {
   protected:
-    int kijker = -1;
+    const SchrijfTeller teller{map.path(), "nl.groenlicht.brixtel.bureau.conf"};
 
-    void SetUp() override {
-        BureauProef::SetUp();
-        kijker = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-        ASSERT_GE(inotify_add_watch(kijker, map.path().toLocal8Bit().constData(),
-                                    IN_MOVED_TO | IN_CREATE),
-                  0);
-    }
-    void TearDown() override { close(kijker); }
-    // Since the last time.
-    int geschreven() const {
-        alignas(inotify_event) std::array<char, 65536> buffer{};
-        const ssize_t lengte = read(kijker, buffer.data(), buffer.size());
-        int aantal = 0;
-        for (ssize_t plaats = 0; plaats < lengte;) {
-            const auto* const wat = reinterpret_cast<const inotify_event*>(buffer.data() + plaats);
-            aantal +=
-                wat->len > 0 && std::strcmp(wat->name, "nl.groenlicht.brixtel.bureau.conf") == 0;
-            plaats += ssize_t(sizeof(inotify_event)) + wat->len;
-        }
-        return aantal;
-    }
     void sleep(double dichtheid) { bureau->zetKeuzes({.dichtheid = dichtheid}); }
     static double bewaard() { return BureauInstellingen::lees().dichtheid; }
 };
@@ -110,23 +84,23 @@ TEST_F(Bewaring, ADragIsWrittenAtMostOnceInATimeAndItsLastValueAlways) {
         klok.advance(0.01);
     }
     // At 0, 0.15, 0.30, ... 0.90.
-    EXPECT_EQ(geschreven(), 7);
+    EXPECT_EQ(teller.geschreven(), 7);
     EXPECT_NE(bewaard(), 0.5);
     klok.advance(0.15);
-    EXPECT_EQ(geschreven(), 1);
+    EXPECT_EQ(teller.geschreven(), 1);
     EXPECT_EQ(bewaard(), 0.5);
     klok.advance(10.0);
-    EXPECT_EQ(geschreven(), 0);
+    EXPECT_EQ(teller.geschreven(), 0);
     EXPECT_EQ(klok.timerCount(), 0U);
 }
 
 TEST_F(Bewaring, AChoiceByItselfIsWrittenAtOnce) {
     sleep(0.25);
-    EXPECT_EQ(geschreven(), 1);
+    EXPECT_EQ(teller.geschreven(), 1);
     EXPECT_EQ(bewaard(), 0.25);
     sleep(0.25);
     klok.advance(1.0);
-    EXPECT_EQ(geschreven(), 0);
+    EXPECT_EQ(teller.geschreven(), 0);
 }
 
 TEST_F(Bewaring, WhatWaitsIsWrittenAtTheEnd) {
@@ -134,7 +108,7 @@ TEST_F(Bewaring, WhatWaitsIsWrittenAtTheEnd) {
     sleep(0.75);
     EXPECT_EQ(bewaard(), 0.25);
     bureau.reset();
-    EXPECT_EQ(geschreven(), 2);
+    EXPECT_EQ(teller.geschreven(), 2);
     EXPECT_EQ(bewaard(), 0.75);
 }
 
