@@ -23,6 +23,7 @@ QString uitleg(RegenStand stand) {
 Bureau::Bureau(const MatrixCentraleBronnen& bronnen, platform::MonitorRecorderOptions geluid)
     : klok_(bronnen.server.clock()),
       keuzes_(BureauInstellingen::lees()),
+      bewaring_(klok_, kSamennemen, [this] { BureauInstellingen::bewaar(keuzes_); }),
       muziek_(klok_, std::move(geluid)),
       centrale_(bronnen) {
     centrale_.dichtheid = keuzes_.dichtheid;
@@ -32,6 +33,10 @@ Bureau::Bureau(const MatrixCentraleBronnen& bronnen, platform::MonitorRecorderOp
     // Also when the user closes the black screen.
     centrale_.onZwart = [this](bool) { meld(); };
     regen_ = centrale_.regenStand().volg([this](RegenStand) { meld(); });
+}
+
+Bureau::~Bureau() {
+    bewaar();
 }
 
 template <typename Doe>
@@ -98,7 +103,7 @@ void Bureau::zetKeuzes(const BureauKeuzes& keuzes) {
     const bool andereRegen =
         keuzes.dichtheid != keuzes_.dichtheid || keuzes.snelheid != keuzes_.snelheid;
     keuzes_ = keuzes;
-    BureauInstellingen::bewaar(keuzes);
+    bewaring_.vraag();
     centrale_.dichtheid = keuzes.dichtheid;
     centrale_.snelheid = keuzes.snelheid;
     centrale_.opMuziek = keuzes.muziek;

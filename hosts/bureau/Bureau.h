@@ -6,6 +6,7 @@
 #include "connections/Gepubliceerd.h"
 #include "desktop/MatrixCentrale.h"
 #include "hosts/bureau/BureauInstellingen.h"
+#include "hosts/bureau/Spaarzaam.h"
 #include "hosts/bureau/muziek/MuziekLuisteraar.h"
 
 namespace brixtel {
@@ -30,6 +31,7 @@ class Bureau {
   public:
     explicit Bureau(const MatrixCentraleBronnen& bronnen,
                     platform::MonitorRecorderOptions geluid = {});
+    ~Bureau();
     Bureau(const Bureau&) = delete;
     Bureau& operator=(const Bureau&) = delete;
 
@@ -42,10 +44,13 @@ class Bureau {
     void wisselRegen();
     void sluitAlles();
 
-    // Kept between runs. The desktop rain is made anew with them within a moment;
-    // a black screen has them from its next opening, except that it stops
-    // following the music at once.
+    // The desktop rain is made anew with them within a moment; a black screen has
+    // them from its next opening, except that it stops following the music at once.
+    // Kept between runs: written out at once, but for what follows within a moment,
+    // of which the last is, as that is over or this ends.
     void zetKeuzes(const BureauKeuzes& keuzes);
+    // Writes out now what waits for it.
+    void bewaar() { bewaring_.nu(); }
 
     // Listens to the music also while no black screen shows, for as long as the
     // choice is to follow it: for whoever shows the user what it hears.
@@ -65,6 +70,7 @@ class Bureau {
 
     platform::MediaClock& klok_;
     BureauKeuzes keuzes_;
+    Spaarzaam bewaring_;
     MuziekLuisteraar muziek_;
     MatrixCentrale centrale_;
     std::optional<DrieSoort> soort_;

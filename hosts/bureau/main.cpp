@@ -75,10 +75,13 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
     auto toeval = platform::RandomSource::fromSystem();
     platform::DistributedNotificationCenter berichten(bus);
     platform::WindowServer server(klok);
-    // What a desktop that ends takes with it is gone; there is nobody left to tell.
-    server.onConnectionLost([] { std::_Exit(0); });
     platform::DesktopWorkspace werkruimte(server, berichten);
     brixtel::Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval});
+    // What a desktop that ends takes with it is gone; there is nobody left to tell.
+    server.onConnectionLost([&bureau] {
+        bureau.bewaar();
+        std::_Exit(0);
+    });
 
     // To quit() every window that shows would have to agree.
     const auto stop = [] { QCoreApplication::exit(0); };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/saver/Voorstelling.h"
 
+#include <QCoreApplication>
 #include <algorithm>
 
 #include "hosts/saver/BeeldTeller.h"
@@ -19,7 +20,12 @@ constexpr QSizeF kKlein(480.0, 360.0);
 Voorstelling::Voorstelling(const Opdracht& opdracht, const ModuleLader& module,
                            platform::WindowServer& server,
                            const platform::ScreenSaverContext& context, const QString& bus)
-    : opdracht_(opdracht), module_(module), server_(server), context_(context), instellingen_(bus) {
+    : opdracht_(opdracht),
+      module_(module),
+      server_(server),
+      context_(context),
+      // This program once more.
+      instellingen_(QCoreApplication::applicationFilePath(), bus) {
     switch (opdracht.wat) {
         case Opdracht::Wat::Venster:
             toonVenster();
@@ -53,9 +59,11 @@ void Voorstelling::begin() {
 void Voorstelling::toonInstellingen(const Window& bij) {
     if (instellingen_.isOpen()) return;
     bladIsOpen(true);
-    instellingen_.toon(bij.xWindow(), [this](bool gekozen) {
+    const QStringList argumenten{QStringLiteral("--instellingen"),
+                                 QStringLiteral("--boven=%1").arg(bij.xWindow())};
+    instellingen_.toon(argumenten, [this](bool goed) {
         bladIsOpen(false);
-        if (!gekozen) return;
+        if (!goed) return;
         // What was asked for this run alone, the user has now changed.
         platform::Preferences::clearArgument(QStringLiteral("keuze"));
         begin();

@@ -9,7 +9,7 @@ Column {
 
     BXUitleg {
         width: parent.width
-        tekst: "Het zwarte scherm beweegt op de maat van wat de computer afspeelt. De microfoon wordt nooit gebruikt en er wordt niets bewaard."
+        tekst: "Het zwarte scherm beweegt op de maat van wat er klinkt. Zonder microfoon, en er wordt niets bewaard."
     }
     Item {
         id: regel

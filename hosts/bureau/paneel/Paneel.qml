@@ -38,7 +38,7 @@ Rectangle {
         x: blad.rand
         y: blad.rand
         width: blad.width - 2 * blad.rand
-        height: Math.round(Math.min(width * 9 / 16, blad.height * 0.3))
+        height: Math.round(Math.min(width * 9 / 16, blad.height * 0.26))
         visible: blad.paneel.voorbeeld && height >= 90
         rand: BX.bxDonker
     }
@@ -58,14 +58,14 @@ Rectangle {
         objectName: "rol"
         anchors { left: parent.left; right: parent.right; top: streep.bottom; bottom: parent.bottom }
         contentWidth: width
-        contentHeight: rijen.height + 2 * blad.rand
+        contentHeight: rijen.height + 2 * rijen.y
         boundsBehavior: Flickable.StopAtBounds
         clip: true
 
         Column {
             id: rijen
             x: blad.rand
-            y: 8
+            y: 6
             width: rol.width - 2 * blad.rand
             spacing: 4
 
@@ -101,6 +101,7 @@ Rectangle {
                 status: blad.paneel.muziek ? "aan" : "uit"
                 aan: blad.paneel.muziek
                 onGewisseld: (nu) => blad.paneel.muziek = nu
+                open: true
                 onWissel: open = !open
                 Muziek { width: parent.width; paneel: blad.paneel }
             }
@@ -116,6 +117,7 @@ Rectangle {
                 status: blad.paneel.saver
                 aan: true
                 schakelbaar: false
+                open: true
                 onWissel: open = !open
                 Saver { width: parent.width; paneel: blad.paneel }
             }

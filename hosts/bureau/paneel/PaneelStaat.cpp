@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/bureau/paneel/PaneelStaat.h"
 
+#include <QCoreApplication>
+#include <QFileInfo>
 #include <cmath>
 #include <utility>
 
@@ -26,10 +28,20 @@ QVariantMap optie(const QString& ruw) {
     return {{QStringLiteral("waarde"), ruw}, {QStringLiteral("label"), label}};
 }
 
+// Beside this program, or in the PATH.
+QString saverProgramma() {
+    const QString naam = QStringLiteral("brixtel-saver");
+    const QString ernaast = QCoreApplication::applicationDirPath() + u'/' + naam;
+    return QFileInfo(ernaast).isExecutable() ? ernaast : naam;
+}
+
 }  // namespace
 
 PaneelStaat::PaneelStaat(Bureau& bureau, platform::MediaClock& klok, QString bus)
-    : bureau_(bureau), klok_(klok), blad_(std::move(bus)), saver_(SaverInstellingen::keuze()) {
+    : bureau_(bureau),
+      klok_(klok),
+      blad_(saverProgramma(), std::move(bus)),
+      saver_(SaverInstellingen::keuze()) {
     stand_ = bureau_.stand().volg([this](const BureauStand&) {
         volgMuziek();
         Q_EMIT standChanged();
@@ -39,6 +51,7 @@ PaneelStaat::PaneelStaat(Bureau& bureau, platform::MediaClock& klok, QString bus
 PaneelStaat::~PaneelStaat() {
     stand_ = {};
     bureau_.luisterMee(false);
+    bureau_.bewaar();
 }
 
 QString PaneelStaat::regenStatus() const {
@@ -141,8 +154,8 @@ void PaneelStaat::zetSaver(const QString& keuze) {
 
 void PaneelStaat::toonSaverBlad() {
     saverOntbreekt_ = false;
-    blad_.toon([this](bool getoond) {
-        saverOntbreekt_ = !getoond;
+    blad_.toon({QStringLiteral("--instellingen")}, [this](bool goed) {
+        saverOntbreekt_ = !goed;
         saver_ = SaverInstellingen::keuze();
         Q_EMIT saverChanged();
     });

@@ -7,7 +7,7 @@
 
 #include "BrixtelSaver/SaverKeuze.h"
 #include "hosts/bureau/Bureau.h"
-#include "hosts/bureau/paneel/SaverBlad.h"
+#include "hosts/gedeeld/InstellingenProces.h"
 
 namespace brixtel {
 
@@ -106,7 +106,7 @@ class PaneelStaat : public QObject {
 
     Bureau& bureau_;
     platform::MediaClock& klok_;
-    SaverBlad blad_;
+    InstellingenProces blad_;
     bool bekeken_ = false;
     bool saverOntbreekt_ = false;
     SaverKeuze saver_;

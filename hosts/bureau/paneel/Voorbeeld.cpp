@@ -1,9 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/bureau/paneel/Voorbeeld.h"
 
+#include <utility>
+
 namespace brixtel {
 
 using platform::View;
+
+namespace {
+constexpr double kSamennemen = 0.15;  // seconds, while a slider is dragged
+}
+
+Voorbeeld::Voorbeeld(platform::WindowServer& server, platform::RandomSource& toeval)
+    : server_(server), toeval_(toeval), andereRegen_(server.clock(), kSamennemen, [this] {
+          regen_->laag()->removeFromSuperlayer();
+          vulRegen();
+      }) {}
 
 Voorbeeld::~Voorbeeld() {
     weg();
@@ -23,12 +35,16 @@ void Voorbeeld::toon(QWindow& in, const QRect& plek, const Wat& wat) {
     }
     const bool andereMaat = vak_->size() != plek.size();
     vak_->setGeometry(plek);
-    if (!nieuw && !andereMaat && wat == wat_) return;
-    wat_ = wat;
-    vul();
+    const Wat voor = std::exchange(wat_, wat);
+    if (nieuw || wat.soort != voor.soort) return vul();
+    // A scene fills its window by itself, and has nothing of the rain's.
+    if (!regen_) return;
+    if (andereMaat || wat.dichtheid != voor.dichtheid) andereRegen_.vraag();
+    if (wat.snelheid != voor.snelheid) zetSnelheid();
 }
 
 void Voorbeeld::weg() {
+    andereRegen_.vergeet();
     venster_.reset();
     view_.reset();
     regen_.reset();
@@ -52,6 +68,7 @@ void Voorbeeld::vul() {
         view_->addSubview(drie);
     }
     venster_->setContentView(view_);
+    andereRegen_.vergeet();
     // What the last content showed may go now.
     regen_.reset();
     wereld_ = std::move(wereld);
@@ -61,10 +78,15 @@ void Voorbeeld::vul() {
 void Voorbeeld::vulRegen() {
     regen_ = std::make_unique<MatrixRegen>(MatrixRegenOpties{.maat = QSizeF(vak_->size()),
                                                              .schaal = vak_->devicePixelRatio(),
-                                                             .dichtheid = wat_.dichtheid,
-                                                             .snelheid = wat_.snelheid},
+                                                             .dichtheid = wat_.dichtheid},
                                            server_.clock(), toeval_);
+    zetSnelheid();
     view_->layer()->addSublayer(regen_->laag());
+}
+
+// One made for a speed and one whose time goes by at that speed fall alike.
+void Voorbeeld::zetSnelheid() {
+    regen_->zetTempo(static_cast<float>(wat_.snelheid));
 }
 
 // Where nothing can draw scenes, it rains in their place.

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 
+#include "hosts/bureau/Spaarzaam.h"
 #include "platform/desktop/Window.h"
 #include "rain/MatrixRegen.h"
 #include "worlds/DrieWereld.h"
@@ -24,14 +25,14 @@ class Voorbeeld {
         friend bool operator==(const Wat&, const Wat&) = default;
     };
 
-    Voorbeeld(platform::WindowServer& server, platform::RandomSource& toeval)
-        : server_(server), toeval_(toeval) {}
+    Voorbeeld(platform::WindowServer& server, platform::RandomSource& toeval);
     ~Voorbeeld();
     Voorbeeld(const Voorbeeld&) = delete;
     Voorbeeld& operator=(const Voorbeeld&) = delete;
 
     // At that place in the window, in points from its upper left. An empty place
-    // shows nothing.
+    // shows nothing. Only another kind is another picture: the rain takes its speed
+    // as it falls and is made anew, but seldom, for its density; a scene has neither.
     void toon(QWindow& in, const QRect& plek, const Wat& wat);
     void weg();
 
@@ -42,10 +43,12 @@ class Voorbeeld {
   private:
     void vul();
     void vulRegen();
+    void zetSnelheid();
     void geenWereld();
 
     platform::WindowServer& server_;
     platform::RandomSource& toeval_;
+    Spaarzaam andereRegen_;
     Wat wat_;
     std::unique_ptr<QWindow> vak_;
     std::unique_ptr<platform::Window> venster_;  // draws in it

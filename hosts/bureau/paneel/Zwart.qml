@@ -9,7 +9,7 @@ Column {
 
     BXUitleg {
         width: parent.width
-        tekst: "Op elk scherm, tot een toets, een klik of een echte beweging van de muis."
+        tekst: "Op elk scherm, tot een toets, klik of muisbeweging."
     }
     BXKeuze {
         width: parent.width

@@ -24,13 +24,16 @@ class BureauProef : public testing::Test {
     platform::ManualClock klok{100.0};
     platform::RandomSource toeval{3};
     Werkruimte werkruimte;
-    platform::WindowServer server{klok, {.drawer = {}, .display = QStringLiteral(":none")}};
+    platform::WindowServer server;
     std::vector<platform::Screen> schermen{
         {.name = QStringLiteral("een"), .frame = {0, 0, 400, 300}, .scale = 1.0}};
     std::optional<Bureau> bureau;
     std::vector<BureauStand> gemeld;
     Abonnement stand;
 
+    // Without a display unless told of one; empty is the environment's.
+    explicit BureauProef(const QString& display = QStringLiteral(":none"))
+        : server(klok, {.drawer = {}, .display = display}) {}
     void SetUp() override {
         qputenv("XDG_CONFIG_HOME", map.path().toLocal8Bit());
         begin();

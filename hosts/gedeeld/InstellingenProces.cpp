@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: MIT
-#include "hosts/saver/InstellingenProces.h"
+#include "hosts/gedeeld/InstellingenProces.h"
 
 #include <signal.h>
 #include <sys/prctl.h>
 
-#include <QCoreApplication>
 #include <utility>
 
 namespace brixtel {
 
-InstellingenProces::InstellingenProces(QString bus) : bus_(std::move(bus)) {
-    proces_.setProgram(QCoreApplication::applicationFilePath());
+InstellingenProces::InstellingenProces(const QString& programma, QString bus)
+    : bus_(std::move(bus)) {
+    proces_.setProgram(programma);
     proces_.setProcessChannelMode(QProcess::ForwardedChannels);
     proces_.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
-    const auto meld = [this](bool gekozen) {
-        if (const auto klaar = std::exchange(klaar_, nullptr)) klaar(gekozen);
+    const auto meld = [this](bool goed) {
+        if (const auto klaar = std::exchange(klaar_, nullptr)) klaar(goed);
     };
     QObject::connect(&proces_, &QProcess::finished, &proces_,
                      [meld](int uitgang, QProcess::ExitStatus hoe) {
@@ -33,14 +33,14 @@ InstellingenProces::~InstellingenProces() {
     proces_.waitForFinished();
 }
 
-void InstellingenProces::toon(std::uint32_t boven, std::function<void(bool)> klaar) {
+void InstellingenProces::toon(const QStringList& argumenten, std::function<void(bool)> klaar) {
     if (isOpen()) return;
     klaar_ = std::move(klaar);
     QProcessEnvironment omgeving = QProcessEnvironment::systemEnvironment();
+    // A program may have kept it from itself.
     omgeving.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus_);
     proces_.setProcessEnvironment(omgeving);
-    proces_.setArguments(
-        {QStringLiteral("--instellingen"), QStringLiteral("--boven=%1").arg(boven)});
+    proces_.setArguments(argumenten);
     proces_.start();
 }
 

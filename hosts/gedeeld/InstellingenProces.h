@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QProcess>
+#include <QString>
+#include <functional>
+
+namespace brixtel {
+
+// The saver's configuration sheet beside a program at work, in a process of its
+// own. Of what a sheet is made, the program itself never loads a byte, and its own
+// start takes no longer for it. Ends with this process. Main thread.
+class InstellingenProces {
+  public:
+    // Whoever shows sheets: a path, or a name to be found in the PATH. `bus` is the
+    // session bus's address for it; a screen reader listens there.
+    InstellingenProces(const QString& programma, QString bus);
+    ~InstellingenProces();
+    InstellingenProces(const InstellingenProces&) = delete;
+    InstellingenProces& operator=(const InstellingenProces&) = delete;
+
+    // One at a time. `klaar` is called once, as it has gone, and told whether it had
+    // been there and came to a good end.
+    void toon(const QStringList& argumenten, std::function<void(bool goed)> klaar);
+    [[nodiscard]] bool isOpen() const { return proces_.state() != QProcess::NotRunning; }
+
+  private:
+    QProcess proces_;
+    const QString bus_;
+    std::function<void(bool)> klaar_;
+};
+
+}  // namespace brixtel
