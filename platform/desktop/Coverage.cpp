@@ -127,11 +127,19 @@ CoverageWatch::CoverageWatch(MediaClock& clock, const QString& display, Actions 
     : clock_(clock),
       display_(display),
       actions_(std::move(actions)),
-      queue_(std::make_unique<SerialQueue>("coverage")) {
+      queue_(std::make_unique<SerialQueue>("coverage")) {}
+
+CoverageWatch::~CoverageWatch() = default;
+
+void CoverageWatch::wake() {
+    awake_ = true;
     schedule(false);
 }
 
-CoverageWatch::~CoverageWatch() = default;
+void CoverageWatch::rest() {
+    awake_ = false;
+    timer_ = Timer();
+}
 
 void CoverageWatch::schedule(bool anyCovered) {
     timer_ = Timer(clock_, {.interval = anyCovered ? kCovered : kInSight, .tolerance = kTolerance},
@@ -154,6 +162,7 @@ void CoverageWatch::look() {
 }
 
 void CoverageWatch::found(const std::vector<Finding>& findings) {
+    if (!awake_) return;
     schedule(std::any_of(findings.begin(), findings.end(),
                          [](const Finding& finding) { return finding.covered; }));
     for (const Finding& finding : findings)

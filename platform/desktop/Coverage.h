@@ -20,7 +20,7 @@ namespace platform {
 // Looks every so often which windows are covered. The X server says so by
 // itself of some, but never of those whose picture it keeps apart: with a
 // compositor all of them, and without one those of 32 bits. Looks over a
-// connection of its own, in the background. Main thread.
+// connection of its own, in the background. Rests at first. Main thread.
 class CoverageWatch {
   public:
     struct Actions {
@@ -32,6 +32,11 @@ class CoverageWatch {
     ~CoverageWatch();
     CoverageWatch(const CoverageWatch&) = delete;
     CoverageWatch& operator=(const CoverageWatch&) = delete;
+
+    // Begins to look.
+    void wake();
+    // Looks no more: for as long as there are no windows that it matters of.
+    void rest();
 
   private:
     struct Finding {
@@ -50,6 +55,7 @@ class CoverageWatch {
     std::shared_ptr<CoverageWatch*> self_ = std::make_shared<CoverageWatch*>(this);
     std::unique_ptr<SerialQueue> queue_;
     Timer timer_;
+    bool awake_ = false;
 };
 
 }  // namespace platform

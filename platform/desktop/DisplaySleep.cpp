@@ -31,6 +31,8 @@ class DpmsQuestion final : public DisplaySleepQuestion {
         return extension && extension->present;
     }
     void ask() override {
+        // Of one who rested meanwhile.
+        if (asked_ != 0) xcb_discard_reply(connection_, asked_);
         asked_ = xcb_dpms_info(connection_).sequence;
         xcb_flush(connection_);
     }
@@ -67,10 +69,16 @@ std::unique_ptr<DisplaySleepQuestion> dpmsQuestion(xcb_connection_t* connection,
 
 DisplaySleep::DisplaySleep(MediaClock& clock, std::unique_ptr<DisplaySleepQuestion> question,
                            std::function<void(bool)> action)
-    : clock_(clock),
-      question_(std::move(question)),
-      action_(std::move(action)),
-      timer_(clock, {.interval = kAwake, .tolerance = kTolerance}, [this] { look(); }) {}
+    : clock_(clock), question_(std::move(question)), action_(std::move(action)) {}
+
+void DisplaySleep::wake() {
+    timer_ = Timer(clock_, {.interval = kAwake, .tolerance = kTolerance}, [this] { look(); });
+}
+
+void DisplaySleep::rest() {
+    timer_ = Timer();
+    asleep_ = false;
+}
 
 void DisplaySleep::look() {
     if (!question_->canAsk()) return;

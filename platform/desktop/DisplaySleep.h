@@ -28,13 +28,18 @@ class DisplaySleepQuestion {
 [[nodiscard]] std::unique_ptr<DisplaySleepQuestion> dpmsQuestion(
     xcb_connection_t* connection, std::function<void()> afterReading = {});
 
-// Looks every so often whether the display sleeps, since no server tells. Main
-// thread.
+// Looks every so often whether the display sleeps, since no server tells. Rests
+// at first. Main thread.
 class DisplaySleep {
   public:
     // Calls the action each time that the display falls asleep or wakes up.
     DisplaySleep(MediaClock& clock, std::unique_ptr<DisplaySleepQuestion> question,
                  std::function<void(bool asleep)> action);
+
+    // Begins to look.
+    void wake();
+    // Looks no more: for as long as it matters to nobody. The display counts as awake.
+    void rest();
 
   private:
     void look();

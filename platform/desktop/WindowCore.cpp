@@ -24,11 +24,11 @@ WindowCore::WindowCore(Window& window)
            }),
       window_(window),
       screens_([this] { geometryChanged(); }) {
-    window_.server_.windows_.push_back(this);
+    window_.server_.added(*this);
 }
 
 WindowCore::~WindowCore() {
-    std::erase(window_.server_.windows_, this);
+    window_.server_.removed(*this);
 }
 
 void WindowCore::updateWanted() {

@@ -86,6 +86,21 @@ void WindowServer::onConnectionLost(std::function<void()> action) {
     listening = events_.get();
 }
 
+void WindowServer::added(WindowCore& window) {
+    windows_.push_back(&window);
+    if (windows_.size() > 1 || !sleep_) return;
+    sleep_->wake();
+    coverage_->wake();
+}
+
+void WindowServer::removed(WindowCore& window) {
+    std::erase(windows_, &window);
+    if (!windows_.empty() || !sleep_) return;
+    sleep_->rest();
+    coverage_->rest();
+    asleep_ = false;
+}
+
 void WindowServer::setPace(int divisor) {
     require(divisor > 0);
     if (std::exchange(pace_, divisor) == divisor) return;

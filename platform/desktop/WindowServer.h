@@ -88,6 +88,9 @@ class WindowServer {
   private:
     friend class Window;
     friend class WindowCore;
+    // Watches the display and what covers windows for as long as there are any.
+    void added(WindowCore& window);
+    void removed(WindowCore& window);
     // Keeps windows of a higher level above one that came to the front.
     void cameToFront(Window& window);
     void becameKey(Window& window);

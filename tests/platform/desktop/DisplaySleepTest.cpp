@@ -37,6 +37,8 @@ struct DisplaySleepTest : testing::Test {
     std::vector<bool> told;
     DisplaySleep sleep{clock, std::make_unique<Question>(server),
                        [this](bool asleep) { told.push_back(asleep); }};
+
+    void SetUp() override { sleep.wake(); }
 };
 
 TEST_F(DisplaySleepTest, ADisplayThatStaysAwakeIsNotSpokenOf) {
@@ -65,6 +67,20 @@ TEST_F(DisplaySleepTest, AServerThatDoesNotAnswerChangesNothing) {
     server.answers = false;
     clock.advance(60.0);
     EXPECT_EQ(told, std::vector<bool>{true});
+}
+
+TEST_F(DisplaySleepTest, WhileItRestsNothingIsAskedAndAfterwardsTheDisplayIsTakenToBeAwake) {
+    server.asleep = true;
+    clock.advance(5.0);
+    sleep.rest();
+    EXPECT_EQ(clock.timerCount(), 0U);
+    const int asked = server.asked;
+    clock.advance(60.0);
+    EXPECT_EQ(server.asked, asked);
+    EXPECT_EQ(told, std::vector<bool>{true});
+    sleep.wake();
+    clock.advance(5.0);
+    EXPECT_EQ(told, (std::vector<bool>{true, true}));
 }
 
 TEST_F(DisplaySleepTest, AServerThatKnowsNoSleepIsNotAskedAgain) {

@@ -112,6 +112,19 @@ TEST(HostWindow, FollowsItsSize) {
     ASSERT_TRUE(until([&] { return x.pixel(id, 5, 35) == 0xffffff; }));
 }
 
+TEST(HostWindow, WithoutAnyNothingIsLookedAtEverySoOften) {
+    const Xvfb x;
+    platform::ManualClock clock;
+    platform::WindowServer server(clock, {.display = x.display()});
+    EXPECT_EQ(clock.timerCount(), 0U);
+    auto window =
+        std::make_unique<platform::Window>(server, platform::HostWindow{.id = x.makeWindow({})});
+    // Whether the display sleeps, and whether anything covers the window; and frames.
+    EXPECT_GE(clock.timerCount(), 2U);
+    window.reset();
+    EXPECT_EQ(clock.timerCount(), 0U);
+}
+
 TEST(HostWindow, DestroyedWhileRunningIsToldWithinATenthOfASecond) {
     testing::internal::CaptureStderr();
     EXPECT_TRUE(Destruction::canTakeLessThan(0.1, platform::DrawerChoice::Cpu));
