@@ -33,7 +33,11 @@ class Bureau {
     Bureau(const Bureau&) = delete;
     Bureau& operator=(const Bureau&) = delete;
 
-    // As in MatrixCentrale.
+    // Why no black screen can be shown now: it would lie over the screen saver or
+    // lock that is active. Empty where it can, or shows already.
+    [[nodiscard]] QString zwartBeletsel() const;
+
+    // As in MatrixCentrale, except that what has a zwartBeletsel() does nothing.
     void toonZwart(std::optional<DrieSoort> soort);
     void sluitZwart();
     void wisselZwart(std::optional<DrieSoort> soort);
@@ -64,6 +68,7 @@ class Bureau {
     void vernieuwRegen();
 
     platform::MediaClock& klok_;
+    platform::Workspace& werkruimte_;
     BureauKeuzes keuzes_;
     MuziekLuisteraar muziek_;
     MatrixCentrale centrale_;

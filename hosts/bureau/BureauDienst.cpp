@@ -11,6 +11,12 @@ namespace brixtel {
 
 namespace {
 
+// `mis` is empty where nothing went wrong.
+BusAntwoord afloop(const QString& mis) {
+    if (mis.isEmpty()) return QVariantList();
+    return BusFout{QStringLiteral("org.freedesktop.DBus.Error.Failed"), mis};
+}
+
 QString voluit(const QString& naam) {
     return kDienstNaam + u'.' + naam;
 }
@@ -75,11 +81,7 @@ QHash<QString, BusObject::Doe> BureauDienst::methoden() {
         platform::runOnMainQueue(daden_.stop);
         return QVariantList();
     };
-    const auto paneel = [this](const QVariantList&) -> BusAntwoord {
-        const QString mis = daden_.toonPaneel();
-        if (mis.isEmpty()) return QVariantList();
-        return BusFout{QStringLiteral("org.freedesktop.DBus.Error.Failed"), mis};
-    };
+    const auto paneel = [this](const QVariantList&) { return afloop(daden_.toonPaneel()); };
     return {
         {voluit(QStringLiteral("ToonPaneel")), paneel},
         {voluit(QStringLiteral("ToonZwart")), metSoort(&Bureau::toonZwart)},
@@ -114,8 +116,9 @@ BusObject::Doe BureauDienst::metSoort(void (Bureau::*doe)(std::optional<DrieSoor
                 QStringLiteral(
                     "het zwarte scherm kent regen, bol, kubus, tunnel en logo, niet '%1'")
                     .arg(waarden.at(0).toString()));
+        const QString beletsel = bureau_.zwartBeletsel();
         (bureau_.*doe)(soort);
-        return QVariantList();
+        return afloop(beletsel);
     };
 }
 

@@ -68,8 +68,18 @@ bool isAfsluiten(const BureauOpdracht& opdracht) {
                        [](const auto& v) { return sluitend.contains(v.methode); });
 }
 
-// Shows the effects until something ends the program, and returns by which signal,
-// or 0; none where another start was first after all.
+// Returns what went wrong with the first that did; empty if nothing did.
+QString voerUit(brixtel::BureauDienst& dienst, const BureauOpdracht& opdracht) {
+    for (const auto& verzoek : opdracht.verzoeken) {
+        const auto antwoord = dienst.voerUit(verzoek.methode, verzoek.waarden);
+        if (const auto* fout = std::get_if<brixtel::BusFout>(&antwoord)) return fout->tekst;
+    }
+    return {};
+}
+
+// Shows the effects until something ends the program, and returns the exit status,
+// below 0 for a signal; none where another start was first after all. What was
+// asked and cannot be ends it at once: there is nobody else to tell.
 std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QString& bus,
                          const BureauOpdracht& opdracht) {
     auto toeval = platform::RandomSource::fromSystem();
@@ -99,10 +109,9 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
         doorSignaal = signaal;
         QCoreApplication::exit(0);
     });
-    for (const auto& verzoek : opdracht.verzoeken)
-        dienst.voerUit(verzoek.methode, verzoek.waarden);
+    if (const QString mis = voerUit(dienst, opdracht); !mis.isEmpty()) return meldNaam(mis);
     QCoreApplication::exec();
-    return doorSignaal;
+    return -doorSignaal;
 }
 
 // Whether nothing was asked but what is written down.
@@ -147,8 +156,8 @@ int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht&
     QGuiApplication::setQuitOnLastWindowClosed(false);
     platform::SystemClock klok;
     BusPoort poort(klok, bus);
-    const auto signaal = draai(klok, poort, bus, opdracht);
-    return signaal ? -*signaal : vraag(Klant(poort.verbinding()), opdracht);
+    const auto uitgang = draai(klok, poort, bus, opdracht);
+    return uitgang ? *uitgang : vraag(Klant(poort.verbinding()), opdracht);
 }
 
 int start(int argc, char** argv, const BureauOpdracht& opdracht) {

@@ -189,6 +189,20 @@ TEST_F(Dienst, WhatIsNotThereIsSaidToBe) {
               "PropertyReadOnly");
 }
 
+TEST_F(Dienst, ABlackScreenUnderALockIsRefused) {
+    werkruimte.zetBeveiligd(true);
+    geweigerd(beller->roep("ToonZwart", {QStringLiteral("bol")}), "Failed");
+    geweigerd(beller->roep("WisselZwart", {QString::fromLatin1("")}), "Failed");
+    werkruimte.zetBeveiligd(false);
+    EXPECT_EQ(beller->roep("WisselZwart", {QStringLiteral("bol")}).type(),
+              QDBusMessage::ReplyMessage);
+    werkruimte.zetBeveiligd(true);
+    // To close it is never refused.
+    EXPECT_EQ(beller->roep("WisselZwart", {QStringLiteral("bol")}).type(),
+              QDBusMessage::ReplyMessage);
+    EXPECT_FALSE(nu().zwart);
+}
+
 TEST_F(Dienst, StopAnswersFirst) {
     EXPECT_EQ(beller->roep("Stop").type(), QDBusMessage::ReplyMessage);
     EXPECT_TRUE(until([&] { return gestopt == 1; }));

@@ -163,6 +163,13 @@ TEST_F(InHetSysteemvak, TheMenuSaysWhatTheRainWaitsFor) {
               nullptr);
 }
 
+TEST_F(InHetSysteemvak, ABlackScreenUnderALockDoesNotCome) {
+    werkruimte.zetBeveiligd(true);
+    klik("Tunnel");
+    EXPECT_EQ(nu(), BureauStand{});
+    EXPECT_FALSE(heeftVink("Tunnel"));
+}
+
 TEST_F(InHetSysteemvak, ALineThatIsNotThereIsRefused) {
     for (const int nummer : {-1, 13, 1'000'000}) {
         EXPECT_EQ(beller->roep(menuPad(), kMenuInterface, "AboutToShow", {nummer}).type(),
