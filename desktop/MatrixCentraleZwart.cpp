@@ -36,7 +36,7 @@ QColor metAlfa(QColor kleur, double alfa) {
 
 void MatrixCentrale::toonZwart(std::optional<DrieSoort> drie) {
     if (zwartAan()) return;
-    vorigeApp_ = bronnen_.werkruimte.frontmostApplication();
+    vorigeApp_ = voorsteApp();
     soort_ = drie;
     for (const Screen& scherm : bronnen_.schermen())
         zwart_.push_back(maakZwart(scherm, Opkomst::Geleidelijk));
@@ -48,9 +48,18 @@ void MatrixCentrale::toonZwart(std::optional<DrieSoort> drie) {
     if (onZwart) onZwart(true);
 }
 
+// Right after a closing no window may have the keyboard yet; it is on its way to
+// the application that was in front before.
+std::optional<platform::RunningApplication> MatrixCentrale::voorsteApp() const {
+    if (const auto app = bronnen_.werkruimte.frontmostApplication()) return app;
+    const auto laatste = std::find_if(sluitend_.rbegin(), sluitend_.rend(),
+                                      [](const Sluitend& s) { return s.vorigeApp.has_value(); });
+    return laatste == sluitend_.rend() ? std::nullopt : laatste->vorigeApp;
+}
+
 void MatrixCentrale::sluitZwart() {
     if (!zwartAan()) return;
-    Sluitend sluitend{.zwart = std::exchange(zwart_, {})};
+    Sluitend sluitend{.zwart = std::exchange(zwart_, {}), .vorigeApp = vorigeApp_};
     // Those of an earlier one that still fades go with it.
     const auto gaatAl = [this](const DrieWereld* wereld) {
         return std::any_of(sluitend_.begin(), sluitend_.end(), [wereld](const Sluitend& eerder) {

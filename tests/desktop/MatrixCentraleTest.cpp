@@ -237,6 +237,39 @@ TEST_F(Centrale, WithoutAFrontmostAppNoneIsActivatedAfterwards) {
     EXPECT_EQ(werkruimte.verborgen, 0);
 }
 
+TEST_F(Centrale, OneReopenedDuringTheFadeStillKnowsThePreviousApp) {
+    const RunningApplication vorige = *werkruimte.voor;
+    centrale->toonZwart(std::nullopt);
+    wachtFade();
+    // The black window had the keyboard, and the window manager has yet to move it.
+    werkruimte.voor.reset();
+    for (int keer = 0; keer < 2; ++keer) {
+        centrale->sluitZwart();
+        klok.advance(0.1);
+        centrale->toonZwart(DrieSoort::kubus);
+        EXPECT_EQ(centrale->vorigeApp(), vorige);
+    }
+    centrale->sluitZwart();
+    EXPECT_EQ(werkruimte.geactiveerd, std::vector<RunningApplication>(3, vorige));
+}
+
+TEST_F(Centrale, OneReopenedDuringTheFadeOverAnotherAppGoesBackToThatOne) {
+    centrale->toonZwart(std::nullopt);
+    centrale->sluitZwart();
+    werkruimte.voor = RunningApplication{.window = 33, .process = 44};
+    centrale->toonZwart(std::nullopt);
+    EXPECT_EQ(centrale->vorigeApp(), werkruimte.voor);
+}
+
+TEST_F(Centrale, OneReopenedAfterTheFadeKnowsNoPreviousAppWhereThereIsNone) {
+    centrale->toonZwart(std::nullopt);
+    centrale->sluitZwart();
+    wachtFade();
+    werkruimte.voor.reset();
+    centrale->toonZwart(std::nullopt);
+    EXPECT_FALSE(centrale->vorigeApp());
+}
+
 TEST_F(Centrale, InputClosesItAndMoreInputDuringTheFadeIsIgnored) {
     centrale->toonZwart(DrieSoort::kubus);
     auto& inhoud = view(1);
