@@ -2,6 +2,7 @@
 // The black screen of MatrixCentrale.
 #include <QPainter>
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "desktop/MatrixCentrale.h"
@@ -238,17 +239,23 @@ void MatrixCentrale::flits(double sterkte) {
 // --- displays ---
 
 void MatrixCentrale::volgZwart(const std::vector<Screen>& schermen) {
-    std::erase_if(zwart_, [&](const Zwart& zwart) {
-        if (blijft(zwart, schermen)) return false;
-        vergeetWereld(zwart);
-        return true;
-    });
+    // Dropped last: as long as another does not cover the display and has the
+    // keyboard, the desktop below would be seen and typed in.
+    const auto eersteWeg = std::stable_partition(
+        zwart_.begin(), zwart_.end(), [&](const Zwart& z) { return blijft(z, schermen); });
+    const std::vector<Zwart> weg(std::make_move_iterator(eersteWeg),
+                                 std::make_move_iterator(zwart_.end()));
+    zwart_.erase(eersteWeg, zwart_.end());
     for (const Screen& scherm : schermen) {
         if (verplaats(zwart_, scherm)) continue;
         zwart_.push_back(maakZwart(scherm, Opkomst::Meteen));
     }
-    // The one that had the keyboard may have gone with its display.
-    if (!zwart_.empty() && !bronnen_.server.keyWindow()) zwart_.back().venster->makeKey();
+    const platform::Window* const metToetsen = bronnen_.server.keyWindow();
+    const bool gaat = std::any_of(weg.begin(), weg.end(),
+                                  [=](const Zwart& z) { return z.venster.get() == metToetsen; });
+    if (gaat || !metToetsen) zwart_.back().venster->makeKey();
+    for (const Zwart& zwart : weg)
+        vergeetWereld(zwart);
 }
 
 }  // namespace brixtel
