@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <type_traits>
 
 #include "connections/Gepubliceerd.h"
 #include "desktop/MatrixCentrale.h"
@@ -50,6 +51,14 @@ class Bureau {
     // a black screen has them from its next opening, except that it stops
     // following the music at once.
     void zetKeuzes(const BureauKeuzes& keuzes);
+
+    // One of them; the others stay as they are.
+    template <typename T>
+    void kies(T BureauKeuzes::*keuze, const std::type_identity_t<T>& waarde) {
+        BureauKeuzes keuzes = keuzes_;
+        keuzes.*keuze = waarde;
+        zetKeuzes(keuzes);
+    }
 
     // Listens to the music also while no black screen shows, for as long as the
     // choice is to follow it: for whoever shows the user what it hears.

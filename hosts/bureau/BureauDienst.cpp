@@ -72,9 +72,7 @@ BusAntwoord BureauDienst::voerUit(const QString& methode, const QVariantList& wa
 
 QHash<QString, BusObject::Doe> BureauDienst::methoden() {
     const auto muziek = [this](const QVariantList& waarden) -> BusAntwoord {
-        BureauKeuzes keuzes = bureau_.stand().waarde().keuzes;
-        keuzes.muziek = waarden.at(0).toBool();
-        bureau_.zetKeuzes(keuzes);
+        bureau_.kies(&BureauKeuzes::muziek, waarden.at(0).toBool());
         return QVariantList();
     };
     const auto stop = [this](const QVariantList&) -> BusAntwoord {
@@ -133,9 +131,7 @@ BusObject::Doe BureauDienst::metGetal(double BureauKeuzes::*keuze, double laag, 
                                        .arg(laag)
                                        .arg(hoog)
                                        .arg(getal));
-        BureauKeuzes keuzes = bureau_.stand().waarde().keuzes;
-        keuzes.*keuze = getal;
-        bureau_.zetKeuzes(keuzes);
+        bureau_.kies(keuze, getal);
         return QVariantList();
     };
 }
