@@ -14,6 +14,7 @@
 #include "hosts/bureau/Opdracht.h"
 #include "hosts/bureau/PaneelModule.h"
 #include "hosts/bureau/Pictogram.h"
+#include "hosts/gedeeld/Melding.h"
 #include "hosts/gedeeld/Signalen.h"
 #include "platform/desktop/DesktopWorkspace.h"
 #include "platform/desktop/DisplayCheck.h"
@@ -28,15 +29,8 @@ constexpr const char* kBus = "DBUS_SESSION_BUS_ADDRESS";
 constexpr int kFout = 1;
 constexpr int kVerkeerdGebruik = 2;
 
-// One line, also where it quotes an argument that is several.
-int meld(QString regel, int uitgang) {
-    regel.replace(u'\n', u' ');
-    std::fprintf(stderr, "%s\n", qUtf8Printable(regel));
-    return uitgang;
-}
-
 int meldNaam(const QString& wat) {
-    return meld(QStringLiteral("brixtel-bureau: ") + wat, kFout);
+    return brixtel::meld(QStringLiteral("brixtel-bureau: ") + wat, kFout);
 }
 
 constexpr const char* kGeenScherm = "er is geen scherm om op te tekenen";
@@ -45,7 +39,7 @@ constexpr const char* kGeenScherm = "er is geen scherm om op te tekenen";
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     if (soort != QtFatalMsg) return;
     const bool erIsScherm = platform::DisplayCheck().isReachable();
-    std::_Exit(meldNaam(erIsScherm ? regel.trimmed() : QString::fromUtf8(kGeenScherm)));
+    std::_Exit(meldNaam(erIsScherm ? regel : QString::fromUtf8(kGeenScherm)));
 }
 
 int vraag(const Klant& klant, const BureauOpdracht& opdracht) {
@@ -181,7 +175,7 @@ int main(int argc, char** argv) {
         argumenten << QString::fromLocal8Bit(argv[i]);
     const auto gelezen = brixtel::leesBureauOpdracht(argumenten);
     if (const auto* fout = std::get_if<brixtel::Fout>(&gelezen))
-        return meld(fout->regel, kVerkeerdGebruik);
+        return brixtel::meld(fout->regel, kVerkeerdGebruik);
     const auto& opdracht = std::get<BureauOpdracht>(gelezen);
     if (opdracht.wat == BureauOpdracht::Wat::Hulp) {
         std::fputs(qUtf8Printable(brixtel::bureauHulpTekst()), stdout);
