@@ -115,6 +115,8 @@ class MatrixCentrale {
         std::vector<Zwart> zwart;
         std::vector<Regen> regen;
         std::vector<const DrieWereld*> werelden;
+        // Whom the keyboard went back to, which may take as long.
+        std::optional<platform::RunningApplication> vorigeApp;
     };
 
     // Calls `doe` with this, as long as there is one.
@@ -142,6 +144,7 @@ class MatrixCentrale {
     // Shows or hides the rain's windows as things stand, and says so.
     void werkRegenBij();
 
+    [[nodiscard]] std::optional<platform::RunningApplication> voorsteApp() const;
     void laatUitgaan(Sluitend sluitend, double duur);
     void rondAf(int nummer);
     void veranderd(platform::Workspace::Change wat);

@@ -2,6 +2,7 @@
 // The black screen of MatrixCentrale.
 #include <QPainter>
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "desktop/MatrixCentrale.h"
@@ -36,7 +37,7 @@ QColor metAlfa(QColor kleur, double alfa) {
 
 void MatrixCentrale::toonZwart(std::optional<DrieSoort> drie) {
     if (zwartAan()) return;
-    vorigeApp_ = bronnen_.werkruimte.frontmostApplication();
+    vorigeApp_ = voorsteApp();
     soort_ = drie;
     for (const Screen& scherm : bronnen_.schermen())
         zwart_.push_back(maakZwart(scherm, Opkomst::Geleidelijk));
@@ -48,9 +49,18 @@ void MatrixCentrale::toonZwart(std::optional<DrieSoort> drie) {
     if (onZwart) onZwart(true);
 }
 
+// Right after a closing no window may have the keyboard yet; it is on its way to
+// the application that was in front before.
+std::optional<platform::RunningApplication> MatrixCentrale::voorsteApp() const {
+    if (const auto app = bronnen_.werkruimte.frontmostApplication()) return app;
+    const auto laatste = std::find_if(sluitend_.rbegin(), sluitend_.rend(),
+                                      [](const Sluitend& s) { return s.vorigeApp.has_value(); });
+    return laatste == sluitend_.rend() ? std::nullopt : laatste->vorigeApp;
+}
+
 void MatrixCentrale::sluitZwart() {
     if (!zwartAan()) return;
-    Sluitend sluitend{.zwart = std::exchange(zwart_, {})};
+    Sluitend sluitend{.zwart = std::exchange(zwart_, {}), .vorigeApp = vorigeApp_};
     // Those of an earlier one that still fades go with it.
     const auto gaatAl = [this](const DrieWereld* wereld) {
         return std::any_of(sluitend_.begin(), sluitend_.end(), [wereld](const Sluitend& eerder) {
@@ -229,17 +239,23 @@ void MatrixCentrale::flits(double sterkte) {
 // --- displays ---
 
 void MatrixCentrale::volgZwart(const std::vector<Screen>& schermen) {
-    std::erase_if(zwart_, [&](const Zwart& zwart) {
-        if (blijft(zwart, schermen)) return false;
-        vergeetWereld(zwart);
-        return true;
-    });
+    // Dropped last: as long as another does not cover the display and has the
+    // keyboard, the desktop below would be seen and typed in.
+    const auto eersteWeg = std::stable_partition(
+        zwart_.begin(), zwart_.end(), [&](const Zwart& z) { return blijft(z, schermen); });
+    const std::vector<Zwart> weg(std::make_move_iterator(eersteWeg),
+                                 std::make_move_iterator(zwart_.end()));
+    zwart_.erase(eersteWeg, zwart_.end());
     for (const Screen& scherm : schermen) {
         if (verplaats(zwart_, scherm)) continue;
         zwart_.push_back(maakZwart(scherm, Opkomst::Meteen));
     }
-    // The one that had the keyboard may have gone with its display.
-    if (!zwart_.empty() && !bronnen_.server.keyWindow()) zwart_.back().venster->makeKey();
+    const platform::Window* const metToetsen = bronnen_.server.keyWindow();
+    const bool gaat = std::any_of(weg.begin(), weg.end(),
+                                  [=](const Zwart& z) { return z.venster.get() == metToetsen; });
+    if (gaat || !metToetsen) zwart_.back().venster->makeKey();
+    for (const Zwart& zwart : weg)
+        vergeetWereld(zwart);
 }
 
 }  // namespace brixtel

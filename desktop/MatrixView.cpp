@@ -48,6 +48,7 @@ void MatrixView::keyDown(const platform::KeyEvent& toets) {
         case Qt::Key_Super_R:
         case Qt::Key_Hyper_L:
         case Qt::Key_Hyper_R:
+        case Qt::Key_Mode_switch:
             return;
         default:
             sluit();

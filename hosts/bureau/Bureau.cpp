@@ -22,6 +22,7 @@ QString uitleg(RegenStand stand) {
 
 Bureau::Bureau(const MatrixCentraleBronnen& bronnen, platform::MonitorRecorderOptions geluid)
     : klok_(bronnen.server.clock()),
+      werkruimte_(bronnen.werkruimte),
       keuzes_(BureauInstellingen::lees()),
       bewaring_(klok_, kSamennemen, [this] { BureauInstellingen::bewaar(keuzes_); }),
       muziek_(klok_, std::move(geluid)),
@@ -59,7 +60,14 @@ void Bureau::meld() {
     if (nu != stand_.waarde()) stand_.zet(nu);
 }
 
+QString Bureau::zwartBeletsel() const {
+    if (centrale_.zwartAan() || !werkruimte_.isSaverActive()) return {};
+    return QStringLiteral(
+        "de schermbeveiliging of vergrendeling is aan; een zwart scherm kan pas daarna");
+}
+
 void Bureau::toonZwart(std::optional<DrieSoort> soort) {
+    if (!zwartBeletsel().isEmpty()) return;
     na([&] {
         if (!centrale_.zwartAan()) soort_ = soort;
         centrale_.toonZwart(soort);

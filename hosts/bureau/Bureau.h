@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <type_traits>
 
 #include "connections/Gepubliceerd.h"
 #include "desktop/MatrixCentrale.h"
@@ -35,7 +36,11 @@ class Bureau {
     Bureau(const Bureau&) = delete;
     Bureau& operator=(const Bureau&) = delete;
 
-    // As in MatrixCentrale.
+    // Why no black screen can be shown now: it would lie over the screen saver or
+    // lock that is active. Empty where it can, or shows already.
+    [[nodiscard]] QString zwartBeletsel() const;
+
+    // As in MatrixCentrale, except that what has a zwartBeletsel() does nothing.
     void toonZwart(std::optional<DrieSoort> soort);
     void sluitZwart();
     void wisselZwart(std::optional<DrieSoort> soort);
@@ -51,6 +56,14 @@ class Bureau {
     void zetKeuzes(const BureauKeuzes& keuzes);
     // Writes out now what waits for it.
     void bewaar() { bewaring_.nu(); }
+
+    // One of them; the others stay as they are.
+    template <typename T>
+    void kies(T BureauKeuzes::*keuze, const std::type_identity_t<T>& waarde) {
+        BureauKeuzes keuzes = keuzes_;
+        keuzes.*keuze = waarde;
+        zetKeuzes(keuzes);
+    }
 
     // Listens to the music also while no black screen shows, for as long as the
     // choice is to follow it: for whoever shows the user what it hears.
@@ -69,6 +82,7 @@ class Bureau {
     void vernieuwRegen();
 
     platform::MediaClock& klok_;
+    platform::Workspace& werkruimte_;
     BureauKeuzes keuzes_;
     Spaarzaam bewaring_;
     MuziekLuisteraar muziek_;

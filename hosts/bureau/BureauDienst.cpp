@@ -11,6 +11,12 @@ namespace brixtel {
 
 namespace {
 
+// `mis` is empty where nothing went wrong.
+BusAntwoord afloop(const QString& mis) {
+    if (mis.isEmpty()) return QVariantList();
+    return BusFout{QStringLiteral("org.freedesktop.DBus.Error.Failed"), mis};
+}
+
 QString voluit(const QString& naam) {
     return kDienstNaam + u'.' + naam;
 }
@@ -66,20 +72,14 @@ BusAntwoord BureauDienst::voerUit(const QString& methode, const QVariantList& wa
 
 QHash<QString, BusObject::Doe> BureauDienst::methoden() {
     const auto muziek = [this](const QVariantList& waarden) -> BusAntwoord {
-        BureauKeuzes keuzes = bureau_.stand().waarde().keuzes;
-        keuzes.muziek = waarden.at(0).toBool();
-        bureau_.zetKeuzes(keuzes);
+        bureau_.kies(&BureauKeuzes::muziek, waarden.at(0).toBool());
         return QVariantList();
     };
     const auto stop = [this](const QVariantList&) -> BusAntwoord {
         platform::runOnMainQueue(daden_.stop);
         return QVariantList();
     };
-    const auto paneel = [this](const QVariantList&) -> BusAntwoord {
-        const QString mis = daden_.toonPaneel();
-        if (mis.isEmpty()) return QVariantList();
-        return BusFout{QStringLiteral("org.freedesktop.DBus.Error.Failed"), mis};
-    };
+    const auto paneel = [this](const QVariantList&) { return afloop(daden_.toonPaneel()); };
     return {
         {voluit(QStringLiteral("ToonPaneel")), paneel},
         {voluit(QStringLiteral("ToonZwart")), metSoort(&Bureau::toonZwart)},
@@ -114,8 +114,9 @@ BusObject::Doe BureauDienst::metSoort(void (Bureau::*doe)(std::optional<DrieSoor
                 QStringLiteral(
                     "het zwarte scherm kent regen, bol, kubus, tunnel en logo, niet '%1'")
                     .arg(waarden.at(0).toString()));
+        const QString beletsel = bureau_.zwartBeletsel();
         (bureau_.*doe)(soort);
-        return QVariantList();
+        return afloop(beletsel);
     };
 }
 
@@ -130,9 +131,7 @@ BusObject::Doe BureauDienst::metGetal(double BureauKeuzes::*keuze, double laag, 
                                        .arg(laag)
                                        .arg(hoog)
                                        .arg(getal));
-        BureauKeuzes keuzes = bureau_.stand().waarde().keuzes;
-        keuzes.*keuze = getal;
-        bureau_.zetKeuzes(keuzes);
+        bureau_.kies(keuze, getal);
         return QVariantList();
     };
 }

@@ -37,7 +37,7 @@ class BureauDienst {
     BureauDienst& operator=(const BureauDienst&) = delete;
 
     // As if it were called over the bus.
-    BusAntwoord voerUit(const QString& methode, const QVariantList& waarden);
+    [[nodiscard]] BusAntwoord voerUit(const QString& methode, const QVariantList& waarden);
 
   private:
     [[nodiscard]] QHash<QString, BusObject::Doe> methoden();

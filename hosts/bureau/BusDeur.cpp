@@ -4,6 +4,7 @@
 #include <QDBusConnection>
 #include <QDBusVariant>
 #include <algorithm>
+#include <array>
 
 #include "platform/time/Require.h"
 
@@ -17,6 +18,21 @@ constexpr std::size_t kMeesteWachtend = 64;
 QDBusMessage fout(const QDBusMessage& bericht, const char* naam, const QString& tekst) {
     return bericht.createErrorReply(
         QStringLiteral("org.freedesktop.DBus.Error.") + QLatin1String(naam), tekst);
+}
+
+QDBusMessage onbekend(const QDBusMessage& bericht) {
+    return fout(bericht, "UnknownMethod",
+                QStringLiteral("er is geen methode '%1' van '%2'")
+                    .arg(bericht.member(), bericht.interface()));
+}
+
+QDBusMessage andereSoort(const QDBusMessage& bericht, const QString& handtekening) {
+    return fout(bericht, "InvalidArgs",
+                handtekening.isEmpty()
+                    ? QStringLiteral("%1 wil geen waarden, niet '%2'")
+                          .arg(bericht.member(), bericht.signature())
+                    : QStringLiteral("%1 wil waarden van de soort '%2', niet '%3'")
+                          .arg(bericht.member(), handtekening, bericht.signature()));
 }
 
 // What Qt and the bus answer by themselves.
@@ -96,16 +112,25 @@ QDBusMessage BusDeur::antwoord(const QDBusMessage& bericht, bool& later) {
                     QStringLiteral("er is hier geen object '%1'").arg(bericht.path()));
     const Object& object = gevonden->second;
     if (bericht.interface() != kEigenschappen) return roepMethode(bericht, object, later);
-    if (bericht.member() == u"Get" && bericht.signature() == u"ss")
-        return leesEigenschap(bericht, object);
-    if (bericht.member() == u"GetAll" && bericht.signature() == u"s")
-        return leesAlle(bericht, object);
-    if (bericht.member() == u"Set" && bericht.signature() == u"ssv")
-        return fout(bericht, "PropertyReadOnly",
-                    QStringLiteral("eigenschappen zijn hier alleen te lezen; gebruik een methode"));
-    return fout(bericht, "InvalidArgs",
-                QStringLiteral("Get wil twee teksten, GetAll één; dit is %1(%2)")
-                    .arg(bericht.member(), bericht.signature()));
+    return roepEigenschappen(bericht, object);
+}
+
+QDBusMessage BusDeur::roepEigenschappen(const QDBusMessage& bericht, const Object& object) {
+    struct Methode {
+        QLatin1String naam, handtekening;
+        QDBusMessage (BusDeur::*roep)(const QDBusMessage&, const Object&);
+    };
+    static constexpr std::array kMethoden{
+        Methode{QLatin1String("Get"), QLatin1String("ss"), &BusDeur::leesEigenschap},
+        Methode{QLatin1String("GetAll"), QLatin1String("s"), &BusDeur::leesAlle},
+        Methode{QLatin1String("Set"), QLatin1String("ssv"), &BusDeur::weigerZetten}};
+    for (const Methode& methode : kMethoden) {
+        if (methode.naam != bericht.member()) continue;
+        if (methode.handtekening != bericht.signature())
+            return andereSoort(bericht, methode.handtekening);
+        return (this->*methode.roep)(bericht, object);
+    }
+    return onbekend(bericht);
 }
 
 QDBusMessage BusDeur::leesEigenschap(const QDBusMessage& bericht, const Object& object) {
@@ -115,6 +140,13 @@ QDBusMessage BusDeur::leesEigenschap(const QDBusMessage& bericht, const Object& 
     if (waarde.isValid()) return bericht.createReply(QVariant::fromValue(QDBusVariant(waarde)));
     return fout(bericht, "UnknownProperty",
                 QStringLiteral("er is geen eigenschap '%1' van '%2'").arg(naam, interface));
+}
+
+QDBusMessage BusDeur::weigerZetten(const QDBusMessage& bericht, const Object& object) {
+    const QDBusMessage gelezen = leesEigenschap(bericht, object);
+    if (gelezen.type() == QDBusMessage::ErrorMessage) return gelezen;
+    return fout(bericht, "PropertyReadOnly",
+                QStringLiteral("eigenschappen zijn hier alleen te lezen; gebruik een methode"));
 }
 
 QDBusMessage BusDeur::leesAlle(const QDBusMessage& bericht, const Object& object) {
@@ -132,17 +164,9 @@ QDBusMessage BusDeur::roepMethode(const QDBusMessage& bericht, const Object& obj
             return m.naam == bericht.member() &&
                    (bericht.interface().isEmpty() || m.interface == bericht.interface());
         });
-    if (methode == object.methoden.end())
-        return fout(bericht, "UnknownMethod",
-                    QStringLiteral("er is geen methode '%1' van '%2'")
-                        .arg(bericht.member(), bericht.interface()));
+    if (methode == object.methoden.end()) return onbekend(bericht);
     if (methode->handtekening != bericht.signature())
-        return fout(bericht, "InvalidArgs",
-                    methode->handtekening.isEmpty()
-                        ? QStringLiteral("%1 wil geen waarden, niet '%2'")
-                              .arg(methode->naam, bericht.signature())
-                        : QStringLiteral("%1 wil waarden van de soort '%2', niet '%3'")
-                              .arg(methode->naam, methode->handtekening, bericht.signature()));
+        return andereSoort(bericht, methode->handtekening);
     const QString voluit = methode->interface + u'.' + methode->naam;
     const double prijs = object.zelf.prijzen.value(voluit, 1.0);
     if (!toegang_.mag(bericht.service(), klok_.now(), prijs) || wachtend_.size() >= kMeesteWachtend)

@@ -48,8 +48,10 @@ class BusDeur final : public QDBusVirtualObject {
         std::vector<BusMethode> methoden;
     };
     [[nodiscard]] QDBusMessage antwoord(const QDBusMessage& bericht, bool& later);
+    [[nodiscard]] QDBusMessage roepEigenschappen(const QDBusMessage& bericht, const Object& object);
     [[nodiscard]] QDBusMessage leesEigenschap(const QDBusMessage& bericht, const Object& object);
     [[nodiscard]] QDBusMessage leesAlle(const QDBusMessage& bericht, const Object& object);
+    [[nodiscard]] QDBusMessage weigerZetten(const QDBusMessage& bericht, const Object& object);
     [[nodiscard]] QDBusMessage roepMethode(const QDBusMessage& bericht, const Object& object,
                                            bool& later);
 

@@ -70,8 +70,22 @@ BusMenuRegel totDiepte(const BusMenuRegel& regel, int diepte) {
     return deel;
 }
 
-BusFout geenRegel(int nummer) {
-    return verkeerdeWaarde(QStringLiteral("het menu heeft geen regel %1").arg(nummer));
+QVariantMap kenmerkenVan(const MenuRegel& regel) {
+    using Soort = MenuRegel::Soort;
+    if (regel.soort == Soort::Streep)
+        return {{QStringLiteral("type"), QStringLiteral("separator")}};
+    // An underscore would mark the letter behind it.
+    QVariantMap kenmerken{
+        {QStringLiteral("label"), QString(regel.tekst).replace(u'_', QStringLiteral("__"))}};
+    if (regel.soort != Soort::Gewoon) {
+        kenmerken.insert(QStringLiteral("toggle-type"), regel.soort == Soort::Rondje
+                                                            ? QStringLiteral("radio")
+                                                            : QStringLiteral("checkmark"));
+        kenmerken.insert(QStringLiteral("toggle-state"), regel.aan ? 1 : 0);
+    }
+    if (!regel.onder.empty())
+        kenmerken.insert(QStringLiteral("children-display"), QStringLiteral("submenu"));
+    return kenmerken;
 }
 
 }  // namespace
@@ -144,40 +158,24 @@ void Menu::zet(std::vector<MenuRegel> regels) {
 }
 
 BusMenuRegel Menu::bouw(const MenuRegel& regel, int& volgende) {
-    BusMenuRegel klaar{.nummer = volgende++};
+    BusMenuRegel klaar{.nummer = volgende++, .kenmerken = kenmerkenVan(regel)};
     daden_.push_back(regel.doe);
-    QVariantMap& kenmerken = klaar.kenmerken;
-    if (regel.soort == MenuRegel::Soort::Streep) {
-        kenmerken.insert(QStringLiteral("type"), QStringLiteral("separator"));
-        return klaar;
-    }
-    // An underscore would mark the letter behind it.
-    kenmerken.insert(QStringLiteral("label"),
-                     QString(regel.tekst).replace(u'_', QStringLiteral("__")));
-    if (regel.soort == MenuRegel::Soort::Vink) {
-        kenmerken.insert(QStringLiteral("toggle-type"), QStringLiteral("checkmark"));
-        kenmerken.insert(QStringLiteral("toggle-state"), regel.aan ? 1 : 0);
-    }
-    if (!regel.onder.empty())
-        kenmerken.insert(QStringLiteral("children-display"), QStringLiteral("submenu"));
     for (const MenuRegel& onder : regel.onder)
         klaar.onder.push_back(bouw(onder, volgende));
     return klaar;
 }
 
-void Menu::gebeur(int nummer, const QString& wat) {
-    if (wat != u"clicked") return;
-    // What is done may make the menu anew.
-    const auto doe = daden_[static_cast<std::size_t>(nummer)];
-    if (doe) doe();
+BusObject::Doe Menu::metRegel(MetRegel doe) const {
+    return [this, doe = std::move(doe)](const QVariantList& waarden) -> BusAntwoord {
+        const int nummer = waarden.at(0).toInt();
+        if (const auto* regel = vind(boven_, nummer)) return doe(*regel, waarden);
+        return verkeerdeWaarde(QStringLiteral("het menu heeft geen regel %1").arg(nummer));
+    };
 }
 
 QHash<QString, BusObject::Doe> Menu::methoden() {
-    const auto indeling = [this](const QVariantList& waarden) -> BusAntwoord {
-        const auto* regel = vind(boven_, waarden.at(0).toInt());
-        if (!regel) return geenRegel(waarden.at(0).toInt());
-        return QVariantList{uitgave_,
-                            QVariant::fromValue(totDiepte(*regel, waarden.at(1).toInt()))};
+    const auto indeling = [this](const BusMenuRegel& regel, const QVariantList& waarden) {
+        return QVariantList{uitgave_, QVariant::fromValue(totDiepte(regel, waarden.at(1).toInt()))};
     };
     const auto groep = [this](const QVariantList& waarden) -> BusAntwoord {
         QList<BusMenuKenmerken> lijst;
@@ -185,26 +183,24 @@ QHash<QString, BusObject::Doe> Menu::methoden() {
             if (const auto* regel = vind(boven_, nummer)) lijst.append({nummer, regel->kenmerken});
         return QVariantList{QVariant::fromValue(lijst)};
     };
-    const auto kenmerk = [this](const QVariantList& waarden) -> BusAntwoord {
-        const auto* regel = vind(boven_, waarden.at(0).toInt());
-        if (!regel) return geenRegel(waarden.at(0).toInt());
+    const auto kenmerk = [](const BusMenuRegel& regel, const QVariantList& waarden) {
         return QVariantList{QVariant::fromValue(
-            QDBusVariant(regel->kenmerken.value(waarden.at(1).toString(), QString())))};
+            QDBusVariant(regel.kenmerken.value(waarden.at(1).toString(), QString())))};
     };
-    const auto gebeurtenis = [this](const QVariantList& waarden) -> BusAntwoord {
-        if (!vind(boven_, waarden.at(0).toInt())) return geenRegel(waarden.at(0).toInt());
-        gebeur(waarden.at(0).toInt(), waarden.at(1).toString());
+    const auto gebeurtenis = [this](const BusMenuRegel& regel, const QVariantList& waarden) {
+        // What is done may make the menu anew.
+        const auto doe = daden_[static_cast<std::size_t>(regel.nummer)];
+        if (doe && waarden.at(1).toString() == u"clicked") doe();
         return QVariantList();
     };
-    const auto straks = [this](const QVariantList& waarden) -> BusAntwoord {
-        if (!vind(boven_, waarden.at(0).toInt())) return geenRegel(waarden.at(0).toInt());
+    const auto straks = [](const BusMenuRegel&, const QVariantList&) {
         return QVariantList{false};
     };
-    return {{voluit("GetLayout"), indeling},
+    return {{voluit("GetLayout"), metRegel(indeling)},
             {voluit("GetGroupProperties"), groep},
-            {voluit("GetProperty"), kenmerk},
-            {voluit("Event"), gebeurtenis},
-            {voluit("AboutToShow"), straks}};
+            {voluit("GetProperty"), metRegel(kenmerk)},
+            {voluit("Event"), metRegel(gebeurtenis)},
+            {voluit("AboutToShow"), metRegel(straks)}};
 }
 
 }  // namespace brixtel

@@ -14,10 +14,11 @@ namespace brixtel {
 
 // One line of a menu.
 struct MenuRegel {
-    enum class Soort { Keuze, Vink, Streep };
-    Soort soort = Soort::Keuze;
+    // Of the Rondjes beside each other one is on.
+    enum class Soort { Gewoon, Vink, Rondje, Streep };
+    Soort soort = Soort::Gewoon;
     QString tekst;
-    bool aan = false;  // of a Vink: whether it is ticked
+    bool aan = false;  // of a Vink or Rondje
     std::function<void()> doe;
     std::vector<MenuRegel> onder;  // a menu of its own
 };
@@ -52,7 +53,9 @@ class Menu {
 
   private:
     [[nodiscard]] QHash<QString, BusObject::Doe> methoden();
-    void gebeur(int nummer, const QString& wat);
+    // What is done for a line, whose number is the first of the values.
+    using MetRegel = std::function<BusAntwoord(const BusMenuRegel&, const QVariantList&)>;
+    [[nodiscard]] BusObject::Doe metRegel(MetRegel doe) const;
     // Gives every line its number, from `volgende` on.
     [[nodiscard]] BusMenuRegel bouw(const MenuRegel& regel, int& volgende);
 

@@ -3,7 +3,9 @@
 
 #include <QDBusMessage>
 #include <QDBusMetaType>
+#include <QLocale>
 #include <QtEndian>
+#include <algorithm>
 #include <utility>
 
 #include "drawing/BlokCijfer.h"
@@ -41,6 +43,15 @@ constexpr const char* kXml = R"xml(<interface name="org.kde.StatusNotifierItem">
 
 QString voluit(const char* naam) {
     return kInterface + u'.' + QLatin1String(naam);
+}
+
+QString procent(double fractie) {
+    return QString::number(qRound(fractie * 100.0)) + u'%';
+}
+
+QString keer(double factor) {
+    static const QLocale nederlands(QLocale::Dutch, QLocale::Netherlands);
+    return nederlands.toString(factor, 'f', 1) + QStringLiteral(" ×");
 }
 
 // A one and a zero, green on a black tile.
@@ -140,28 +151,52 @@ MenuRegel Pictogram::scene(const BureauStand& stand, std::optional<DrieSoort> so
             .doe = [this, soort] { bureau_.wisselZwart(soort); }};
 }
 
-std::vector<MenuRegel> Pictogram::regels(const BureauStand& stand) {
-    MenuRegel zwart{.tekst = QStringLiteral("Zwart scherm")};
-    zwart.onder.push_back(scene(stand, std::nullopt));
+MenuRegel Pictogram::zwart(const BureauStand& stand) {
+    MenuRegel menu{.tekst = QStringLiteral("Zwart scherm"), .onder = {scene(stand, std::nullopt)}};
     for (const DrieSoort soort : alleSoorten)
-        zwart.onder.push_back(scene(stand, soort));
+        menu.onder.push_back(scene(stand, soort));
+    return menu;
+}
+
+MenuRegel Pictogram::keuze(const BureauStand& stand, Stappen stappen) {
+    const double nu = stand.keuzes.*stappen.keuze;
+    const auto isNu = [&](double stap) { return stappen.tekst(stap) == stappen.tekst(nu); };
+    std::vector<double>& alle = stappen.stappen;
+    // As the panel's slider or the command line may have left it.
+    if (std::none_of(alle.begin(), alle.end(), isNu))
+        alle.insert(std::upper_bound(alle.begin(), alle.end(), nu), nu);
+    MenuRegel menu{.tekst = stappen.naam};
+    for (const double stap : alle)
+        menu.onder.push_back(
+            {.soort = MenuRegel::Soort::Rondje,
+             .tekst = stappen.tekst(stap),
+             .aan = isNu(stap),
+             .doe = [this, wat = stappen.keuze, stap] { bureau_.kies(wat, stap); }});
+    return menu;
+}
+
+std::vector<MenuRegel> Pictogram::regels(const BureauStand& stand) {
     const bool verhinderd = stand.regenStand == RegenStand::geenCompositor;
-    const auto muziek = [this] {
-        BureauKeuzes keuzes = bureau_.stand().waarde().keuzes;
-        keuzes.muziek = !keuzes.muziek;
-        bureau_.zetKeuzes(keuzes);
-    };
     return {
         {.soort = MenuRegel::Soort::Vink,
          .tekst = verhinderd ? QStringLiteral("Regen over het bureaublad (wacht op een compositor)")
                              : QStringLiteral("Regen over het bureaublad"),
          .aan = stand.regen,
          .doe = [this] { bureau_.wisselRegen(); }},
-        std::move(zwart),
+        zwart(stand),
+        keuze(stand, {.naam = QStringLiteral("Dichtheid"),
+                      .keuze = &BureauKeuzes::dichtheid,
+                      .stappen = {0.1, 0.3, 0.5, 0.7, 0.9, 1.0},
+                      .tekst = procent}),
+        keuze(stand, {.naam = QStringLiteral("Snelheid"),
+                      .keuze = &BureauKeuzes::snelheid,
+                      .stappen = {BureauInstellingen::kLangzaamst, 0.5, 1.0, 1.5, 2.0, 3.0,
+                                  BureauInstellingen::kSnelst},
+                      .tekst = keer}),
         {.soort = MenuRegel::Soort::Vink,
          .tekst = QStringLiteral("Zwart scherm volgt de muziek"),
          .aan = stand.keuzes.muziek,
-         .doe = muziek},
+         .doe = [this, om = !stand.keuzes.muziek] { bureau_.kies(&BureauKeuzes::muziek, om); }},
         {.soort = MenuRegel::Soort::Streep},
         {.tekst = QStringLiteral("Instellingen…"), .doe = [this] { daden_.toonPaneel(); }},
         {.tekst = QStringLiteral("Alles sluiten"), .doe = [this] { bureau_.sluitAlles(); }},

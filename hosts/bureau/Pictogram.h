@@ -39,6 +39,16 @@ class Pictogram {
 
   private:
     [[nodiscard]] std::vector<MenuRegel> regels(const BureauStand& stand);
+    [[nodiscard]] MenuRegel zwart(const BureauStand& stand);
+    // A menu of what a choice may be, each by its text, with what is chosen among
+    // them.
+    struct Stappen {
+        QString naam;
+        double BureauKeuzes::*keuze;
+        std::vector<double> stappen;  // from low to high
+        QString (*tekst)(double);
+    };
+    [[nodiscard]] MenuRegel keuze(const BureauStand& stand, Stappen stappen);
     [[nodiscard]] MenuRegel scene(const BureauStand& stand, std::optional<DrieSoort> soort);
 
     Bureau& bureau_;

@@ -14,6 +14,7 @@
 #include "hosts/bureau/Opdracht.h"
 #include "hosts/bureau/PaneelModule.h"
 #include "hosts/bureau/Pictogram.h"
+#include "hosts/gedeeld/Melding.h"
 #include "hosts/gedeeld/Signalen.h"
 #include "platform/desktop/DesktopWorkspace.h"
 #include "platform/desktop/DisplayCheck.h"
@@ -28,15 +29,8 @@ constexpr const char* kBus = "DBUS_SESSION_BUS_ADDRESS";
 constexpr int kFout = 1;
 constexpr int kVerkeerdGebruik = 2;
 
-// One line, also where it quotes an argument that is several.
-int meld(QString regel, int uitgang) {
-    regel.replace(u'\n', u' ');
-    std::fprintf(stderr, "%s\n", qUtf8Printable(regel));
-    return uitgang;
-}
-
 int meldNaam(const QString& wat) {
-    return meld(QStringLiteral("brixtel-bureau: ") + wat, kFout);
+    return brixtel::meld(QStringLiteral("brixtel-bureau: ") + wat, kFout);
 }
 
 constexpr const char* kGeenScherm = "er is geen scherm om op te tekenen";
@@ -45,7 +39,7 @@ constexpr const char* kGeenScherm = "er is geen scherm om op te tekenen";
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     if (soort != QtFatalMsg) return;
     const bool erIsScherm = platform::DisplayCheck().isReachable();
-    std::_Exit(meldNaam(erIsScherm ? regel.trimmed() : QString::fromUtf8(kGeenScherm)));
+    std::_Exit(meldNaam(erIsScherm ? regel : QString::fromUtf8(kGeenScherm)));
 }
 
 int vraag(const Klant& klant, const BureauOpdracht& opdracht) {
@@ -68,8 +62,18 @@ bool isAfsluiten(const BureauOpdracht& opdracht) {
                        [](const auto& v) { return sluitend.contains(v.methode); });
 }
 
-// Shows the effects until something ends the program, and returns by which signal,
-// or 0; none where another start was first after all.
+// Returns what went wrong with the first that did; empty if nothing did.
+QString voerUit(brixtel::BureauDienst& dienst, const BureauOpdracht& opdracht) {
+    for (const auto& verzoek : opdracht.verzoeken) {
+        const auto antwoord = dienst.voerUit(verzoek.methode, verzoek.waarden);
+        if (const auto* fout = std::get_if<brixtel::BusFout>(&antwoord)) return fout->tekst;
+    }
+    return {};
+}
+
+// Shows the effects until something ends the program, and returns the exit status,
+// below 0 for a signal; none where another start was first after all. What was
+// asked and cannot be ends it at once: there is nobody else to tell.
 std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QString& bus,
                          const BureauOpdracht& opdracht) {
     auto toeval = platform::RandomSource::fromSystem();
@@ -102,10 +106,9 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
         doorSignaal = signaal;
         QCoreApplication::exit(0);
     });
-    for (const auto& verzoek : opdracht.verzoeken)
-        dienst.voerUit(verzoek.methode, verzoek.waarden);
+    if (const QString mis = voerUit(dienst, opdracht); !mis.isEmpty()) return meldNaam(mis);
     QCoreApplication::exec();
-    return doorSignaal;
+    return -doorSignaal;
 }
 
 // Whether nothing was asked but what is written down.
@@ -150,8 +153,8 @@ int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht&
     QGuiApplication::setQuitOnLastWindowClosed(false);
     platform::SystemClock klok;
     BusPoort poort(klok, bus);
-    const auto signaal = draai(klok, poort, bus, opdracht);
-    return signaal ? -*signaal : vraag(Klant(poort.verbinding()), opdracht);
+    const auto uitgang = draai(klok, poort, bus, opdracht);
+    return uitgang ? *uitgang : vraag(Klant(poort.verbinding()), opdracht);
 }
 
 int start(int argc, char** argv, const BureauOpdracht& opdracht) {
@@ -175,7 +178,7 @@ int main(int argc, char** argv) {
         argumenten << QString::fromLocal8Bit(argv[i]);
     const auto gelezen = brixtel::leesBureauOpdracht(argumenten);
     if (const auto* fout = std::get_if<brixtel::Fout>(&gelezen))
-        return meld(fout->regel, kVerkeerdGebruik);
+        return brixtel::meld(fout->regel, kVerkeerdGebruik);
     const auto& opdracht = std::get<BureauOpdracht>(gelezen);
     if (opdracht.wat == BureauOpdracht::Wat::Hulp) {
         std::fputs(qUtf8Printable(brixtel::bureauHulpTekst()), stdout);

@@ -4,10 +4,12 @@
 #include <QLocale>
 #include <cmath>
 
+#include "hosts/gedeeld/Melding.h"
+
 namespace brixtel {
 
 Fout foutVan(QLatin1String programma, const QString& wat) {
-    return {QStringLiteral("%1: %2 (--help toont wat er kan)").arg(programma, wat.simplified())};
+    return {QStringLiteral("%1: %2 (--help toont wat er kan)").arg(programma, eenRegel(wat))};
 }
 
 std::optional<double> leesGetal(const QString& tekst, double laag, double hoog) {

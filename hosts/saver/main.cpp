@@ -7,6 +7,7 @@
 
 #include "BrixtelSaver/InstellingenModule.h"
 #include "BrixtelSaver/SaverInstellingen.h"
+#include "hosts/gedeeld/Melding.h"
 #include "hosts/gedeeld/Signalen.h"
 #include "hosts/saver/Aanmelding.h"
 #include "hosts/saver/Instellingen.h"
@@ -29,15 +30,8 @@ using brixtel::Opdracht;
 constexpr int kFout = 1;
 constexpr int kVerkeerdGebruik = 2;
 
-// One line, also where it quotes an argument that is several.
-int meld(QString regel, int uitgang) {
-    regel.replace(u'\n', u' ');
-    std::fprintf(stderr, "%s\n", qUtf8Printable(regel));
-    return uitgang;
-}
-
 int meldNaam(const QString& wat, int uitgang) {
-    return meld(QStringLiteral("brixtel-saver: ") + wat, uitgang);
+    return brixtel::meld(QStringLiteral("brixtel-saver: ") + wat, uitgang);
 }
 
 constexpr const char* kGeenScherm =
@@ -49,7 +43,7 @@ constexpr const char* kGeenScherm =
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     if (soort != QtFatalMsg) return;
     const bool erIsScherm = platform::DisplayCheck().isReachable();
-    std::_Exit(meldNaam(erIsScherm ? regel.trimmed() : QString::fromUtf8(kGeenScherm), kFout));
+    std::_Exit(meldNaam(erIsScherm ? regel : QString::fromUtf8(kGeenScherm), kFout));
 }
 
 bool isPlaatje(const Opdracht& opdracht) {
@@ -201,7 +195,7 @@ int main(int argc, char** argv) {
     const auto gelezen =
         brixtel::leesOpdracht(argumenten, qEnvironmentVariable("XSCREENSAVER_WINDOW"));
     if (const auto* fout = std::get_if<brixtel::Fout>(&gelezen))
-        return meld(fout->regel, kVerkeerdGebruik);
+        return brixtel::meld(fout->regel, kVerkeerdGebruik);
     const auto& opdracht = std::get<Opdracht>(gelezen);
     switch (opdracht.wat) {
         case Opdracht::Wat::Hulp:

@@ -36,7 +36,9 @@ class DistributedNotificationCenter {
     [[nodiscard]] static QString sessionBusAddress();
 
     // Calls the handler for every notification of that name, which is made of at
-    // least three words of letters, digits and underscores, with dots between.
+    // least three words of letters, digits and underscores, with dots between. Of
+    // those that come within one turn of the event loop it is told once, each name
+    // when it came last.
     // `observer` is the key to take it away again, for all names.
     void addObserver(const void* observer, const QString& name, std::function<void()> handler);
     void removeObserver(const void* observer);

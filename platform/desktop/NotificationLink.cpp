@@ -1,18 +1,48 @@
 // SPDX-License-Identifier: MIT
 #include "platform/desktop/NotificationLink.h"
 
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <cstdint>
 #include <utility>
 
 #include "platform/desktop/NotificationNames.h"
 
 namespace platform {
 
+NotificationReceiver::NotificationReceiver(std::function<void(const QString&)> deliver)
+    : deliver_(std::move(deliver)),
+      door_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
+      notifier_(door_, QSocketNotifier::Read) {
+    QObject::connect(&notifier_, &QSocketNotifier::activated, this, [this] { deliverAll(); });
+}
+
+NotificationReceiver::~NotificationReceiver() {
+    notifier_.setEnabled(false);
+    ::close(door_);
+}
+
+void NotificationReceiver::note(const QString& name) {
+    if (noted_.isEmpty()) eventfd_write(door_, 1);
+    noted_.removeOne(name);
+    noted_.append(name);
+}
+
+void NotificationReceiver::deliverAll() {
+    eventfd_t rings = 0;
+    eventfd_read(door_, &rings);
+    // Handlers may turn the event loop.
+    for (const QString& name : std::exchange(noted_, {}))
+        deliver_(name);
+}
+
 void NotificationReceiver::notified(const QDBusMessage& message) {
-    deliver(message.interface() + QLatin1Char('.') + message.member());
+    note(message.interface() + QLatin1Char('.') + message.member());
 }
 
 void NotificationReceiver::activeChanged(bool active) {
-    deliver(QLatin1String(active ? kSaverDidStart : kSaverWillStop));
+    note(QLatin1String(active ? kSaverDidStart : kSaverWillStop));
 }
 
 NotificationLink::NotificationLink(const QString& busAddress,
@@ -61,7 +91,7 @@ void NotificationLink::post(const QString& name) {
             connection_->send(QDBusMessage::createSignal(bus.path, bus.interface, bus.member)))
             return;
         QMetaObject::invokeMethod(
-            &receiver_, [this, name] { receiver_.deliver(name); }, Qt::QueuedConnection);
+            &receiver_, [this, name] { receiver_.note(name); }, Qt::QueuedConnection);
     });
 }
 

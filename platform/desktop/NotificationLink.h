@@ -4,7 +4,9 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
+#include <QSocketNotifier>
 #include <QString>
+#include <QStringList>
 #include <functional>
 #include <optional>
 #include <set>
@@ -13,18 +15,30 @@
 
 namespace platform {
 
-// Turns signals of the bus into names of notifications, on the main thread.
+// Turns signals of the bus into names of notifications. What comes in is only
+// noted; once in each turn of the event loop, however many came, what was noted is
+// delivered: each name once, in the order in which they came last. So whoever
+// floods the bus with signals holds up nothing. Main thread.
 class NotificationReceiver : public QObject {
     Q_OBJECT
 
   public:
-    explicit NotificationReceiver(std::function<void(const QString&)> action)
-        : deliver(std::move(action)) {}
+    explicit NotificationReceiver(std::function<void(const QString&)> deliver);
+    ~NotificationReceiver() override;
 
-    const std::function<void(const QString&)> deliver;
-
+    void note(const QString& name);
     Q_SLOT void notified(const QDBusMessage& message);
     Q_SLOT void activeChanged(bool active);
+
+  private:
+    void deliverAll();
+
+    const std::function<void(const QString&)> deliver_;
+    QStringList noted_;
+    // Readable while there is something to deliver. A posted event would have its
+    // turn before those who wait for anything else.
+    const int door_;
+    QSocketNotifier notifier_;
 };
 
 // The notification centre's connection to a bus. All that could make its caller

@@ -2,6 +2,8 @@
 // A desktop that does what a test says, and remembers what was asked of it.
 #pragma once
 
+#include <functional>
+#include <string>
 #include <vector>
 
 #include "platform/desktop/Workspace.h"
@@ -18,6 +20,8 @@ class Werkruimte final : public platform::Workspace {
     QPointF muis;
     bool doorzichtig = true;
     bool beveiligd = false;
+    // Told of each request as it comes.
+    std::function<void(const std::string&)> bij = [](const std::string&) {};
 
     void zetDoorzichtig(bool aan) {
         doorzichtig = aan;
@@ -30,10 +34,22 @@ class Werkruimte final : public platform::Workspace {
     void meldVoorgrond() { observers_.tell(Change::FrontmostApplication); }
 
     std::optional<platform::RunningApplication> frontmostApplication() override { return voor; }
-    void activate(const platform::RunningApplication& app) override { geactiveerd.push_back(app); }
-    void activateIgnoringOthers() override { ++zelfGeactiveerd; }
-    void hideCursor() override { ++verborgen; }
-    void unhideCursor() override { --verborgen; }
+    void activate(const platform::RunningApplication& app) override {
+        geactiveerd.push_back(app);
+        bij("activate");
+    }
+    void activateIgnoringOthers() override {
+        ++zelfGeactiveerd;
+        bij("activateIgnoringOthers");
+    }
+    void hideCursor() override {
+        ++verborgen;
+        bij("hideCursor");
+    }
+    void unhideCursor() override {
+        --verborgen;
+        bij("unhideCursor");
+    }
     [[nodiscard]] QPointF mouseLocation() const override { return muis; }
     [[nodiscard]] bool isComposited() const override { return doorzichtig; }
     [[nodiscard]] bool isSaverActive() const override { return beveiligd; }

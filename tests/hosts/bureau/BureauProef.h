@@ -89,4 +89,33 @@ class Beller {
     QDBusConnection verbinding;
 };
 
+// The owner, offered on a bus of the test's own.
+class BureauOpDeBus : public BureauProef {
+  protected:
+    DBusDaemon bus;
+    platform::SystemClock echteKlok;
+    int gestopt = 0;
+    int getoond = 0;
+    QString paneelMis;
+    std::optional<BusPoort> poort;
+    std::optional<Beller> beller;
+
+    // Puts what is tested on the bus, before it has its name.
+    virtual void bied(const BureauDaden& daden) = 0;
+
+    void SetUp() override {
+        BureauProef::SetUp();
+        ASSERT_FALSE(bus.address().isEmpty());
+        poort.emplace(echteKlok, bus.address());
+        bied({.stop = [this] { ++gestopt; },
+              .toonPaneel =
+                  [this] {
+                      ++getoond;
+                      return paneelMis;
+                  }});
+        ASSERT_TRUE(poort->neemNaam(kDienstNaam));
+        beller.emplace(bus.address());
+    }
+};
+
 }  // namespace brixtel

@@ -69,6 +69,32 @@ TEST_F(BureauProef, WithoutACompositorTheRainSaysWhyAndComesOnceThereIsOne) {
     EXPECT_NE(brixtel::uitleg(nu().regenStand), QString());
 }
 
+TEST_F(BureauProef, ABlackScreenIsRefusedWhileASaverOrLockIsActive) {
+    werkruimte.zetBeveiligd(true);
+    EXPECT_NE(bureau->zwartBeletsel(), QString());
+    bureau->toonZwart(DrieSoort::bol);
+    bureau->wisselZwart(std::nullopt);
+    EXPECT_EQ(nu(), BureauStand{});
+    EXPECT_TRUE(gemeld.empty());
+    EXPECT_EQ(werkruimte.verborgen, 0);
+    EXPECT_EQ(klok.timerCount(), 0U);
+    werkruimte.zetBeveiligd(false);
+    EXPECT_EQ(bureau->zwartBeletsel(), QString());
+    bureau->wisselZwart(DrieSoort::bol);
+    EXPECT_EQ(nu().soort, DrieSoort::bol);
+}
+
+TEST_F(BureauProef, ABlackScreenThatALockCameOverStaysAndCanBeClosed) {
+    bureau->toonZwart(DrieSoort::bol);
+    werkruimte.zetBeveiligd(true);
+    // Shown already, so there is nothing to refuse.
+    EXPECT_EQ(bureau->zwartBeletsel(), QString());
+    bureau->toonZwart(std::nullopt);
+    EXPECT_EQ(nu().soort, DrieSoort::bol);
+    bureau->wisselZwart(std::nullopt);
+    EXPECT_FALSE(nu().zwart);
+}
+
 TEST_F(BureauProef, ChoicesAreKeptBetweenRuns) {
     bureau->zetKeuzes({.dichtheid = 0.25, .snelheid = 3.5, .muziek = true});
     EXPECT_EQ(gemeld.back().keuzes.dichtheid, 0.25);

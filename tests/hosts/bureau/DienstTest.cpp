@@ -14,36 +14,11 @@ namespace {
 
 const QString kEigenschappen = QStringLiteral("org.freedesktop.DBus.Properties");
 
-class Dienst : public BureauProef {
+class Dienst : public BureauOpDeBus {
   protected:
-    DBusDaemon bus;
-    platform::SystemClock echteKlok;
-    std::optional<BusPoort> poort;
     std::optional<BureauDienst> dienst;
-    std::optional<Beller> beller;
-    int gestopt = 0;
-    int getoond = 0;
-    QString paneelMis;
 
-    void SetUp() override {
-        BureauProef::SetUp();
-        ASSERT_FALSE(bus.address().isEmpty());
-        poort.emplace(echteKlok, bus.address());
-        dienst.emplace(*bureau, *poort,
-                       BureauDaden{.stop = [this] { ++gestopt; },
-                                   .toonPaneel =
-                                       [this] {
-                                           ++getoond;
-                                           return paneelMis;
-                                       }});
-        ASSERT_TRUE(poort->neemNaam(kDienstNaam));
-        beller.emplace(bus.address());
-    }
-    void TearDown() override {
-        beller.reset();
-        dienst.reset();
-        poort.reset();
-    }
+    void bied(const BureauDaden& daden) override { dienst.emplace(*bureau, *poort, daden); }
     // A call that must be refused: by which error, with one Dutch line, and with
     // nothing changed.
     void geweigerd(const QDBusMessage& antwoord, const char* naam) {
@@ -183,10 +158,42 @@ TEST_F(Dienst, WhatIsNotThereIsSaidToBe) {
         beller->roep(kDienstPad, kEigenschappen, "Get", {kDienstNaam, QStringLiteral("Kleur")}),
         "UnknownProperty");
     geweigerd(beller->roep(kDienstPad, kEigenschappen, "Get", {kDienstNaam}), "InvalidArgs");
-    geweigerd(beller->roep(kDienstPad, kEigenschappen, "Set",
-                           {kDienstNaam, QStringLiteral("RegenAan"),
-                            QVariant::fromValue(QDBusVariant(true))}),
-              "PropertyReadOnly");
+}
+
+TEST_F(Dienst, PropertiesAreReadAndNotSet) {
+    const QVariant aan = QVariant::fromValue(QDBusVariant(true));
+    const auto roep = [&](const char* methode, const QVariantList& waarden = {}) {
+        return beller->roep(kDienstPad, kEigenschappen, methode, waarden);
+    };
+    geweigerd(roep("Set", {kDienstNaam, QStringLiteral("RegenAan"), aan}), "PropertyReadOnly");
+    geweigerd(roep("Set", {kDienstNaam, QStringLiteral("Kleur"), aan}), "UnknownProperty");
+    geweigerd(roep("Ontplof", {kDienstNaam}), "UnknownMethod");
+    geweigerd(roep("get", {kDienstNaam, QStringLiteral("RegenAan")}), "UnknownMethod");
+    for (const QVariantList& waarden :
+         {QVariantList{}, QVariantList{kDienstNaam, QStringLiteral("RegenAan")},
+          QVariantList{kDienstNaam, QStringLiteral("RegenAan"), true}}) {
+        const QDBusMessage antwoord = roep("Set", waarden);
+        geweigerd(antwoord, "InvalidArgs");
+        EXPECT_TRUE(antwoord.errorMessage().startsWith(
+            QStringLiteral("Set wil waarden van de soort 'ssv', niet '")))
+            << qPrintable(antwoord.errorMessage());
+    }
+    geweigerd(roep("GetAll"), "InvalidArgs");
+    EXPECT_EQ(beller->lees("RegenAan"), false);
+}
+
+TEST_F(Dienst, ABlackScreenUnderALockIsRefused) {
+    werkruimte.zetBeveiligd(true);
+    geweigerd(beller->roep("ToonZwart", {QStringLiteral("bol")}), "Failed");
+    geweigerd(beller->roep("WisselZwart", {QString::fromLatin1("")}), "Failed");
+    werkruimte.zetBeveiligd(false);
+    EXPECT_EQ(beller->roep("WisselZwart", {QStringLiteral("bol")}).type(),
+              QDBusMessage::ReplyMessage);
+    werkruimte.zetBeveiligd(true);
+    // To close it is never refused.
+    EXPECT_EQ(beller->roep("WisselZwart", {QStringLiteral("bol")}).type(),
+              QDBusMessage::ReplyMessage);
+    EXPECT_FALSE(nu().zwart);
 }
 
 TEST_F(Dienst, StopAnswersFirst) {

@@ -37,35 +37,11 @@ struct Tray {
     bool kom() { return poort.neemNaam(kTrays); }
 };
 
-class InHetSysteemvak : public BureauProef {
+class InHetSysteemvak : public BureauOpDeBus {
   protected:
-    DBusDaemon bus;
-    platform::SystemClock echteKlok;
-    std::optional<BusPoort> poort;
     std::optional<Pictogram> pictogram;
-    std::optional<Beller> beller;
-    int gestopt = 0;
-    int getoond = 0;
 
-    void SetUp() override {
-        BureauProef::SetUp();
-        ASSERT_FALSE(bus.address().isEmpty());
-        poort.emplace(echteKlok, bus.address());
-        pictogram.emplace(*bureau, *poort,
-                          BureauDaden{.stop = [this] { ++gestopt; },
-                                      .toonPaneel =
-                                          [this] {
-                                              ++getoond;
-                                              return QString();
-                                          }});
-        ASSERT_TRUE(poort->neemNaam(kDienstNaam));
-        beller.emplace(bus.address());
-    }
-    void TearDown() override {
-        beller.reset();
-        pictogram.reset();
-        poort.reset();
-    }
+    void bied(const BureauDaden& daden) override { pictogram.emplace(*bureau, *poort, daden); }
     QVariant kenmerk(const char* naam) {
         const auto antwoord =
             beller->roep(kItem, kEigenschappen, "Get", {kItemInterface, QLatin1String(naam)});
@@ -92,10 +68,26 @@ class InHetSysteemvak : public BureauProef {
                      {regel->nummer, QStringLiteral("clicked"),
                       QVariant::fromValue(QDBusVariant(QString())), 0U});
     }
+    static bool heeftVink(const BusMenuRegel& regel) {
+        return regel.kenmerken.value(QStringLiteral("toggle-state")) == 1;
+    }
     bool heeftVink(const char* begin) {
         const BusMenuRegel alles = menu();
         const auto* regel = vind(alles, QString::fromLatin1(begin));
-        return regel && regel->kenmerken.value(QStringLiteral("toggle-state")) == 1;
+        return regel && heeftVink(*regel);
+    }
+    // The texts of a menu's lines, with a star at the one that is on.
+    QStringList keuzes(const char* naam) {
+        const BusMenuRegel alles = menu();
+        const auto* regel = vind(alles, QString::fromLatin1(naam));
+        QStringList teksten;
+        for (const auto& onder : regel ? regel->onder : std::vector<BusMenuRegel>()) {
+            EXPECT_EQ(onder.kenmerken.value(QStringLiteral("toggle-type")),
+                      QStringLiteral("radio"));
+            teksten << onder.kenmerken.value(QStringLiteral("label")).toString() +
+                           (heeftVink(onder) ? QStringLiteral("*") : QString());
+        }
+        return teksten;
     }
 };
 
@@ -163,8 +155,37 @@ TEST_F(InHetSysteemvak, TheMenuSaysWhatTheRainWaitsFor) {
               nullptr);
 }
 
+TEST_F(InHetSysteemvak, DensityAndSpeedAreChosenInStepsAndTheChoiceIsMarked) {
+    EXPECT_EQ(keuzes("Dichtheid").join(u' '), QStringLiteral("10% 30% 50% 70%* 90% 100%"));
+    EXPECT_EQ(keuzes("Snelheid").join(u','),
+              QStringLiteral("0,2 ×,0,5 ×,1,0 ×*,1,5 ×,2,0 ×,3,0 ×,4,0 ×"));
+    klik("30%");
+    klik("4,0");
+    EXPECT_EQ(nu().keuzes, (BureauKeuzes{.dichtheid = 0.3, .snelheid = 4.0}));
+    EXPECT_EQ(keuzes("Dichtheid").join(u' '), QStringLiteral("10% 30%* 50% 70% 90% 100%"));
+    EXPECT_EQ(keuzes("Snelheid").last(), QStringLiteral("4,0 ×*"));
+}
+
+TEST_F(InHetSysteemvak, AChoiceBetweenTheStepsIsListedAsLongAsItIsChosen) {
+    bureau->zetKeuzes({.dichtheid = 0.0, .snelheid = 1.2});
+    EXPECT_EQ(keuzes("Dichtheid").join(u' '), QStringLiteral("0%* 10% 30% 50% 70% 90% 100%"));
+    EXPECT_EQ(keuzes("Snelheid").at(3), QStringLiteral("1,2 ×*"));
+    klik("50%");
+    EXPECT_EQ(keuzes("Dichtheid").join(u' '), QStringLiteral("10% 30% 50%* 70% 90% 100%"));
+    // By what can be told apart.
+    bureau->kies(&BureauKeuzes::dichtheid, 0.7001);
+    EXPECT_EQ(keuzes("Dichtheid").join(u' '), QStringLiteral("10% 30% 50% 70%* 90% 100%"));
+}
+
+TEST_F(InHetSysteemvak, ABlackScreenUnderALockDoesNotCome) {
+    werkruimte.zetBeveiligd(true);
+    klik("Tunnel");
+    EXPECT_EQ(nu(), BureauStand{});
+    EXPECT_FALSE(heeftVink("Tunnel"));
+}
+
 TEST_F(InHetSysteemvak, ALineThatIsNotThereIsRefused) {
-    for (const int nummer : {-1, 13, 1'000'000}) {
+    for (const int nummer : {-1, 28, 1'000'000}) {
         EXPECT_EQ(beller->roep(menuPad(), kMenuInterface, "AboutToShow", {nummer}).type(),
                   QDBusMessage::ErrorMessage);
         EXPECT_EQ(beller

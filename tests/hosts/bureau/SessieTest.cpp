@@ -193,6 +193,28 @@ TEST_F(Sessie, WhereNobodyRunsThereIsNothingToCloseAndNothingToTell) {
     EXPECT_EQ(stand.fouten, QStringLiteral("brixtel-bureau: er draait geen brixtel-bureau\n"));
 }
 
+TEST_F(Sessie, ABlackScreenUnderASaverIsOneDutchLineAndStatusOne) {
+    // As xscreensaver tells that it blanks.
+    Bureaublad::hulp(QStringLiteral(
+        "xprop -root -f _SCREENSAVER_STATUS 32i -set _SCREENSAVER_STATUS 254,1795233919,0"));
+    const auto geweigerd = [](const Afloop& afloop) {
+        EXPECT_EQ(afloop.uitgang, 1);
+        EXPECT_EQ(afloop.uit, QString());
+        // The X libraries may have something to say after it.
+        EXPECT_TRUE(afloop.fouten.startsWith(
+            QStringLiteral("brixtel-bureau: de schermbeveiliging of vergrendeling is aan; "
+                           "een zwart scherm kan pas daarna\n")))
+            << qPrintable(afloop.fouten);
+    };
+    // Of the start that would be the owner, and of one that asks it.
+    geweigerd(draai("--toon-zwart"));
+    ASSERT_TRUE(begin());
+    geweigerd(draai("--toon-zwart=kubus"));
+    geweigerd(draai("--wissel-zwart"));
+    EXPECT_TRUE(meldt("zwart scherm: uit"));
+    EXPECT_EQ(groen(), 0.0);
+}
+
 TEST_F(Sessie, BadUseIsOneDutchLineAndStatusTwo) {
     const auto fout = draai("--wissel-zwart=zebra");
     EXPECT_EQ(fout.uitgang, 2);

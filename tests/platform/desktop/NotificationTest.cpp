@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <QDBusConnectionInterface>
 #include <algorithm>
 
 #include "platform/desktop/DistributedNotificationCenter.h"
+#include "platform/desktop/NotificationLink.h"
 #include "platform/desktop/NotificationNames.h"
 #include "platform/time/MediaClock.h"
 #include "tests/support/DBusDaemon.h"
@@ -134,6 +136,68 @@ TEST_F(OnABus, TheBusMayDie) {
     center.post(kOther);
     ASSERT_TRUE(waitUntilReady(center));
     EXPECT_EQ(heard, 0);
+}
+
+TEST(NotificationReceiver, WhatComesWithinOneTurnIsToldOnceInTheOrderOfTheLast) {
+    QStringList told;
+    platform::NotificationReceiver receiver([&](const QString& name) { told << name; });
+    for (int i = 0; i < 1000; ++i) {
+        receiver.activeChanged(false);
+        receiver.activeChanged(true);
+    }
+    receiver.note(kOther);
+    receiver.activeChanged(false);
+    EXPECT_TRUE(told.isEmpty());
+    ASSERT_TRUE(until([&] { return !told.isEmpty(); }));
+    EXPECT_EQ(told, QStringList({QLatin1String(platform::kSaverDidStart), kOther, kWillStop}));
+    receiver.activeChanged(false);
+    ASSERT_TRUE(until([&] { return told.size() > 3; }));
+    EXPECT_EQ(told.mid(3), QStringList(kWillStop));
+}
+
+TEST(NotificationReceiver, AHandlerMayBringAboutMore) {
+    int told = 0;
+    platform::NotificationReceiver* self = nullptr;
+    platform::NotificationReceiver receiver([&](const QString& name) {
+        if (++told < 3) self->note(name);
+    });
+    self = &receiver;
+    receiver.note(kOther);
+    EXPECT_TRUE(until([&] { return told == 3; }));
+}
+
+// While the bus brings one after the other, timers and all else have their turns.
+TEST_F(OnABus, AFloodOfSignalsIsToldNowAndThenAndItsLastWordStands) {
+    constexpr int kSent = 10'000;
+    bool active = false;
+    int told = 0;
+    const auto hears = [&](const char* name, bool means) {
+        center.addObserver(&told, QLatin1String(name), [&, means] {
+            ++told;
+            active = means;
+        });
+    };
+    hears(platform::kSaverDidStart, true);
+    hears(platform::kSaverWillStop, false);
+    ASSERT_TRUE(waitUntilReady(center));
+    const QString name = QStringLiteral("flood");
+    auto flood = QDBusConnection::connectToBus(bus.address(), name);
+    for (int i = 0; i < kSent; ++i) {
+        auto signal = QDBusMessage::createSignal(QStringLiteral("/ScreenSaver"),
+                                                 QStringLiteral("org.gnome.ScreenSaver"),
+                                                 QStringLiteral("ActiveChanged"));
+        signal << (i % 2 == 0);
+        ASSERT_TRUE(flood.send(signal));
+    }
+    // Once the bus has passed on all of them.
+    ASSERT_TRUE(flood.interface()->isServiceRegistered(flood.baseService()).value());
+    flush();
+    EXPECT_FALSE(active);
+    EXPECT_GT(told, 0);
+    EXPECT_LT(told, kSent / 2);
+    flood = QDBusConnection(QString());
+    QDBusConnection::disconnectFromBus(name);
+    center.removeObserver(&told);
 }
 
 TEST(WithoutABus, NotificationsStayInTheProgram) {

@@ -63,6 +63,30 @@ TEST(MonitorRecorder, HearsWhatIsPlayed) {
     EXPECT_EQ(recording.lost, 0);
 }
 
+// An output of a rate, and that at which the server hands over what it plays.
+class OutputOfRate : public testing::TestWithParam<std::pair<int, int>> {};
+
+TEST_P(OutputOfRate, IsRecordedWithinTheLimits) {
+    const auto [output, recorded] = GetParam();
+    GeluidServer server(
+        {QStringLiteral("-L"), QStringLiteral("module-null-sink rate=%1").arg(output)});
+    ASSERT_TRUE(server.loopt());
+    ASSERT_TRUE(
+        server.pactl({QStringLiteral("list"), QStringLiteral("sinks"), QStringLiteral("short")})
+            .contains(QStringLiteral(" %1Hz").arg(output)));
+    Recording recording(server.adres());
+    ASSERT_TRUE(until([&] { return recording.samples > 0; }));
+    EXPECT_EQ(recording.rate, recorded);
+    EXPECT_TRUE(recordings(server).contains(QStringLiteral(" 1ch %1Hz").arg(recorded)))
+        << qPrintable(recordings(server));
+}
+
+INSTANTIATE_TEST_SUITE_P(MonitorRecorder, OutputOfRate,
+                         testing::Values(std::pair(4'000, 8'000), std::pair(8'000, 8'000),
+                                         std::pair(22'050, 22'050), std::pair(48'000, 48'000),
+                                         std::pair(96'000, 48'000)),
+                         [](const auto& rates) { return std::to_string(rates.param.first); });
+
 TEST(MonitorRecorder, FollowsTheDefaultOutput) {
     GeluidServer server(GeluidServer::nulUitgang(QStringLiteral("een")) +
                         GeluidServer::nulUitgang(QStringLiteral("twee")));

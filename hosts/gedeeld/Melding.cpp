@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/gedeeld/Melding.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace brixtel {
+
+QString eenRegel(QString tekst) {
+    const auto breekt = [](QChar teken) {
+        return teken.category() == QChar::Other_Control || teken == QChar::LineSeparator ||
+               teken == QChar::ParagraphSeparator;
+    };
+    std::replace_if(tekst.begin(), tekst.end(), breekt, QChar(u' '));
+    return tekst.trimmed();
+}
+
+int meld(const QString& tekst, int uitgang) {
+    std::fprintf(stderr, "%s\n", qUtf8Printable(eenRegel(tekst)));
+    return uitgang;
+}
+
+}  // namespace brixtel

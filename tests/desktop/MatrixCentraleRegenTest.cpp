@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: MIT
+// The desktop rain.
+#include "tests/desktop/CentraleProef.h"
+
+using brixtel::CentraleProef;
+using brixtel::DrieSoort;
+using brixtel::RegenStand;
+
+namespace {
+
+class CentraleRegen : public CentraleProef {};
+
+constexpr std::uint32_t kGedrag = 0x151;
+
+TEST_F(CentraleRegen, TheDesktopRainIsSeeThroughAndClicksGoThroughIt) {
+    centrale->toonRegen();
+    ASSERT_EQ(centrale->regen().size(), 2U);
+    EXPECT_EQ(centrale->regenStand().waarde(), RegenStand::aan);
+    for (std::size_t n = 0; n < 2; ++n) {
+        const auto& regen = centrale->regen()[n];
+        EXPECT_EQ(regen.venster->frame(), schermen[n].frame);
+        EXPECT_EQ(regen.venster->level(), 1000);
+        EXPECT_FALSE(regen.venster->isOpaque());
+        EXPECT_FALSE(regen.venster->hasShadow());
+        EXPECT_TRUE(regen.venster->ignoresMouseEvents());
+        EXPECT_FALSE(regen.venster->canBecomeKey());
+        EXPECT_EQ(regen.venster->collectionBehavior(), kGedrag);
+        EXPECT_TRUE(regen.venster->isVisible());
+        const auto& laag = *regen.venster->contentView()->layer();
+        EXPECT_FALSE(laag.backgroundColor().isValid());
+        ASSERT_EQ(laag.sublayers().size(), 1U);
+        EXPECT_EQ(laag.sublayers()[0], regen.regen->laag());
+        // See-through: columns of 29 × 1.3 points or so, wider than the opaque ones.
+        EXPECT_EQ(regen.regen->kolommen().size(),
+                  std::size_t(schermen[n].frame.width() /
+                              regen.regen->kolommen()[0].staart->bounds().width()));
+    }
+    EXPECT_EQ(werkruimte.zelfGeactiveerd, 0);
+    EXPECT_EQ(werkruimte.verborgen, 0);
+    EXPECT_TRUE(gemeld.empty());
+    EXPECT_EQ(centrale->regen()[0].venster->alpha(), 0.0);
+    wachtFade();
+    EXPECT_EQ(centrale->regen()[0].venster->alpha(), 1.0);
+}
+
+TEST_F(CentraleRegen, ClosingTheDesktopRainTakesFourTenths) {
+    centrale->toonRegen();
+    wachtFade();
+    auto* const venster = centrale->regen()[0].venster.get();
+    auto* const regen = centrale->regen()[0].regen.get();
+    centrale->wisselRegen();
+    EXPECT_FALSE(centrale->regenAan());
+    EXPECT_EQ(centrale->regenStand().waarde(), RegenStand::uit);
+    klok.advance(0.35);
+    EXPECT_TRUE(venster->isVisible());
+    EXPECT_GT(venster->alpha(), 0.0);
+    EXPECT_TRUE(regen->flikker().isValid());
+    klok.advance(0.1);
+    EXPECT_EQ(klok.timerCount(), 0U);
+    centrale->wisselRegen();
+    EXPECT_TRUE(centrale->regenAan());
+}
+
+TEST_F(CentraleRegen, OpeningTheBlackScreenHidesTheRainInstantlyAndClosingFadesItBackIn) {
+    centrale->toonRegen();
+    wachtFade();
+    centrale->toonZwart(std::nullopt);
+    EXPECT_EQ(centrale->regen()[0].venster->alpha(), 0.0);
+    EXPECT_EQ(centrale->regen()[1].venster->alpha(), 0.0);
+    wachtFade();
+    EXPECT_EQ(centrale->regen()[0].venster->alpha(), 0.0);
+    centrale->sluitZwart();
+    klok.advance(0.1);
+    EXPECT_GT(centrale->regen()[0].venster->alpha(), 0.0);
+    EXPECT_LT(centrale->regen()[0].venster->alpha(), 1.0);
+    klok.advance(0.2);
+    EXPECT_EQ(centrale->regen()[0].venster->alpha(), 1.0);
+}
+
+TEST_F(CentraleRegen, TheRainOpenedWhileTheBlackScreenShowsStaysInvisibleUntilThatCloses) {
+    centrale->toonZwart(std::nullopt);
+    wachtFade();
+    centrale->toonRegen();
+    klok.advance(10.0);
+    EXPECT_TRUE(centrale->regenAan());
+    EXPECT_EQ(centrale->regen()[0].venster->alpha(), 0.0);
+    centrale->sluitZwart();
+    wachtFade();
+    EXPECT_EQ(centrale->regen()[0].venster->alpha(), 1.0);
+}
+
+TEST_F(CentraleRegen, SluitAllesClosesBoth) {
+    centrale->toonZwart(std::nullopt);
+    centrale->toonRegen();
+    centrale->sluitAlles();
+    EXPECT_FALSE(centrale->zwartAan());
+    EXPECT_FALSE(centrale->regenAan());
+    klok.advance(1.0);
+    EXPECT_EQ(klok.timerCount(), 0U);
+}
+
+TEST_F(CentraleRegen, TheRainsWindowsGoIntoOneSpaceThatIsLeftInPlace) {
+    static int gemaakt, gevoegd, gesloopt;
+    gemaakt = gevoegd = gesloopt = 0;
+    brixtel::Bovenlaag::begin([](const char* naam) -> void* {
+        const std::string n = naam;
+        if (n == "_CGSDefaultConnection")
+            return reinterpret_cast<void*>(+[] { return std::int32_t{1}; });
+        if (n == "CGSSpaceCreate")
+            return reinterpret_cast<void*>(+[](std::int32_t, std::int32_t, const CGSOptions*) {
+                ++gemaakt;
+                return std::uint64_t{9};
+            });
+        if (n == "CGSSpaceSetAbsoluteLevel")
+            return reinterpret_cast<void*>(+[](std::int32_t, std::uint64_t, std::int32_t) {});
+        if (n == "CGSAddWindowsToSpaces")
+            return reinterpret_cast<void*>(
+                +[](std::int32_t, const CGSNumbers*, const CGSNumbers*) { ++gevoegd; });
+        if (n == "CGSSpaceDestroy")
+            return reinterpret_cast<void*>(+[](std::int32_t, std::uint64_t) { ++gesloopt; });
+        return reinterpret_cast<void*>(+[](std::int32_t, const CGSNumbers*) {});
+    });
+    for (int keer = 0; keer < 2; ++keer) {
+        centrale->toonRegen();
+        centrale->toonZwart(std::nullopt);
+        centrale->sluitAlles();
+        wachtFade(0.4);
+    }
+    EXPECT_EQ(gemaakt, 1);
+    EXPECT_EQ(gevoegd, 4);
+    EXPECT_EQ(gesloopt, 0);
+    brixtel::Bovenlaag::begin(nullptr);
+}
+
+TEST_F(CentraleRegen, WithoutACompositorTheRainShowsNothingSaysSoAndComesUpWithOne) {
+    werkruimte.doorzichtig = false;
+    std::vector<RegenStand> standen;
+    const auto volgt = centrale->regenStand().volg([&](RegenStand s) { standen.push_back(s); });
+    centrale->toonRegen();
+    EXPECT_TRUE(centrale->regenAan());
+    EXPECT_FALSE(centrale->regen()[0].venster->isVisible());
+    werkruimte.zetDoorzichtig(true);
+    EXPECT_TRUE(centrale->regen()[0].venster->isVisible());
+    wachtFade();
+    EXPECT_EQ(centrale->regen()[0].venster->alpha(), 1.0);
+    werkruimte.zetDoorzichtig(false);
+    EXPECT_FALSE(centrale->regen()[0].venster->isVisible());
+    werkruimte.zetDoorzichtig(true);
+    centrale->sluitRegen();
+    EXPECT_EQ(standen, (std::vector<RegenStand>{RegenStand::uit, RegenStand::geenCompositor,
+                                                RegenStand::aan, RegenStand::geenCompositor,
+                                                RegenStand::aan, RegenStand::uit}));
+}
+
+TEST_F(CentraleRegen, ASaverOrLockHidesTheRainAndItReturns) {
+    centrale->toonRegen();
+    wachtFade();
+    werkruimte.zetBeveiligd(true);
+    EXPECT_EQ(centrale->regenStand().waarde(), RegenStand::schermbeveiliging);
+    EXPECT_FALSE(centrale->regen()[0].venster->isVisible());
+    EXPECT_FALSE(centrale->regen()[1].venster->isVisible());
+    werkruimte.zetBeveiligd(false);
+    EXPECT_EQ(centrale->regenStand().waarde(), RegenStand::aan);
+    EXPECT_TRUE(centrale->regen()[0].venster->isVisible());
+    wachtFade();
+    EXPECT_EQ(centrale->regen()[0].venster->alpha(), 1.0);
+}
+
+TEST_F(CentraleRegen, TheRainThatComesUpUnderTheBlackScreenStaysInvisible) {
+    werkruimte.doorzichtig = false;
+    centrale->toonRegen();
+    centrale->toonZwart(std::nullopt);
+    werkruimte.zetDoorzichtig(true);
+    wachtFade();
+    EXPECT_EQ(centrale->regen()[0].venster->alpha(), 0.0);
+    centrale->sluitZwart();
+    wachtFade();
+    EXPECT_EQ(centrale->regen()[0].venster->alpha(), 1.0);
+}
+
+}  // namespace

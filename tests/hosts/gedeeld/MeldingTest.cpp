@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/gedeeld/Melding.h"
+
+#include <gtest/gtest.h>
+
+using brixtel::eenRegel;
+
+namespace {
+
+TEST(EenRegel, WhatIsOneLineStaysAsItIs) {
+    EXPECT_EQ(eenRegel(QStringLiteral("'/a  b' is niet te schrijven …")),
+              QStringLiteral("'/a  b' is niet te schrijven …"));
+    EXPECT_EQ(eenRegel(QString()), QString());
+}
+
+TEST(EenRegel, NothingThatIsQuotedBreaksItOrSteersATerminal) {
+    EXPECT_EQ(eenRegel(QStringLiteral("a\nb\r\nc\td\u2028e\u2029f\u0085g\u001b[2J")),
+              QStringLiteral("a b  c d e f g [2J"));
+    EXPECT_EQ(eenRegel(QStringLiteral("\n a \n")), QStringLiteral("a"));
+}
+
+TEST(Melding, IsOneLineOnStandardErrorAndGivesItsExitStatus) {
+    testing::internal::CaptureStderr();
+    const int uitgang = brixtel::meld(QStringLiteral("een\ntwee: é\n"), 7);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "een twee: é\n");
+    EXPECT_EQ(uitgang, 7);
+}
+
+}  // namespace
