@@ -19,30 +19,24 @@ std::array<std::uint16_t, 256> makeDecoding() {
     return table;
 }
 
-// The pixels along one side that a pixel of half as many stands for, and the
-// share of each.
-struct Span {
-    int first = 0;
-    int count = 1;
-    std::array<float, 3> share{1.0F, 0.0F, 0.0F};
+// Two neighbours along one side, and the second one's share of what lies between.
+struct Pair {
+    std::size_t first = 0;
+    std::size_t second = 0;
+    float share = 0.0F;
 };
 
-std::vector<Span> spansOf(int length) {
-    if (length == 1) return {Span{}};
-    const int half = length / 2;
-    std::vector<Span> spans;
+std::vector<Pair> pairsOf(int length) {
+    const int half = std::max(1, length / 2);
+    std::vector<Pair> pairs;
     for (int i = 0; i < half; ++i) {
-        const auto whole = static_cast<float>(length);
-        if (length % 2 == 0)
-            spans.push_back({2 * i, 2, {0.5F, 0.5F, 0.0F}});
-        else
-            spans.push_back(
-                {2 * i,
-                 3,
-                 {static_cast<float>(half - i) / whole, static_cast<float>(half) / whole,
-                  static_cast<float>(i + 1) / whole}});
+        const double middle = (i + 0.5) * length / half - 0.5;
+        const int first = static_cast<int>(middle);
+        pairs.push_back({static_cast<std::size_t>(first),
+                         static_cast<std::size_t>(std::min(first + 1, length - 1)),
+                         static_cast<float>(middle - first)});
     }
-    return spans;
+    return pairs;
 }
 
 }  // namespace
@@ -71,27 +65,24 @@ QSize halvedSize(QSize size) {
 }
 
 std::vector<std::uint16_t> halvedPixels(const std::vector<std::uint16_t>& pixels, QSize size) {
-    const std::vector<Span> across = spansOf(size.width());
-    const std::vector<Span> down = spansOf(size.height());
+    const std::vector<Pair> across = pairsOf(size.width());
+    const auto line = 4 * static_cast<std::size_t>(size.width());
     std::vector<std::uint16_t> halved;
-    halved.reserve(4 * across.size() * down.size());
-    for (const Span& rows : down) {
-        for (const Span& columns : across) {
-            std::array<float, 4> sum{0.5F, 0.5F, 0.5F, 0.5F};
-            for (int j = 0; j < rows.count; ++j) {
-                const std::uint16_t* const from =
-                    &pixels[4 * (static_cast<std::size_t>(rows.first + j) *
-                                     static_cast<std::size_t>(size.width()) +
-                                 static_cast<std::size_t>(columns.first))];
-                for (int i = 0; i < columns.count; ++i) {
-                    const float share = rows.share[static_cast<std::size_t>(j)] *
-                                        columns.share[static_cast<std::size_t>(i)];
-                    for (std::size_t k = 0; k < 4; ++k)
-                        sum[k] += share * static_cast<float>(from[4 * i + static_cast<int>(k)]);
-                }
+    halved.reserve(4 * across.size() * static_cast<std::size_t>(halvedSize(size).height()));
+    for (const Pair& rows : pairsOf(size.height())) {
+        const std::uint16_t* const above = &pixels[rows.first * line];
+        const std::uint16_t* const below = &pixels[rows.second * line];
+        for (const Pair& columns : across) {
+            for (std::size_t k = 0; k < 4; ++k) {
+                const auto along = [&](const std::uint16_t* row) {
+                    const auto a = static_cast<float>(row[4 * columns.first + k]);
+                    return a +
+                           columns.share * (static_cast<float>(row[4 * columns.second + k]) - a);
+                };
+                const float a = along(above);
+                halved.push_back(
+                    static_cast<std::uint16_t>(a + rows.share * (along(below) - a) + 0.5F));
             }
-            for (const float value : sum)
-                halved.push_back(static_cast<std::uint16_t>(std::min(value, 65535.0F)));
         }
     }
     return halved;

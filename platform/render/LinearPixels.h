@@ -17,8 +17,8 @@ namespace platform {
 // The size of the next smaller level of a mipmap; of one pixel, itself.
 [[nodiscard]] QSize halvedSize(QSize size);
 
-// Such pixels at that size: each becomes the average of the area it stands for,
-// so that every level is as light as the picture.
+// Such pixels at that size, each being what lies in the middle of the area that it
+// stands for, as drivers make their levels: of even sides, the area's average.
 [[nodiscard]] std::vector<std::uint16_t> halvedPixels(const std::vector<std::uint16_t>& pixels,
                                                       QSize size);
 
