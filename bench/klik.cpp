@@ -60,7 +60,7 @@ class Proef {
         xcb_map_window(programma_, venster);
         xcb_flush(programma_);
         // Until it stands in the frame that the window manager gives it.
-        until([&] { return isBeheerd(venster); });
+        until([&] { return isBeheerd(venster) && isTeZien(venster); });
         xcb_warp_pointer(programma_, XCB_NONE, venster, 0, 0, 0, 0, 200, 150);
         xcb_flush(programma_);
     }
@@ -84,6 +84,13 @@ class Proef {
     }
 
   private:
+    [[nodiscard]] bool isTeZien(xcb_window_t venster) const {
+        auto* const staat = xcb_get_window_attributes_reply(
+            programma_, xcb_get_window_attributes(programma_, venster), nullptr);
+        const bool is = staat && staat->map_state == XCB_MAP_STATE_VIEWABLE;
+        std::free(staat);
+        return is;
+    }
     [[nodiscard]] bool isBeheerd(xcb_window_t venster) const {
         auto* const boom =
             xcb_query_tree_reply(programma_, xcb_query_tree(programma_, venster), nullptr);
