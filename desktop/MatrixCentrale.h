@@ -9,6 +9,7 @@
 #include "connections/Gepubliceerd.h"
 #include "desktop/MatrixVenster.h"
 #include "desktop/MuziekStand.h"
+#include "platform/desktop/SceneWarmUp.h"
 #include "platform/desktop/Screen.h"
 #include "platform/desktop/Workspace.h"
 #include "platform/time/Timer.h"
@@ -155,6 +156,7 @@ class MatrixCentrale {
     const MatrixCentraleBronnen bronnen_;
     platform::MediaClock& klok_;
     std::vector<Zwart> zwart_;
+    std::unique_ptr<platform::SceneWarmUp> opwarming_;
     std::vector<std::unique_ptr<DrieWereld>> drieWerelden_;
     platform::Timer muziekKlok_;
     std::vector<Regen> regen_;

@@ -39,6 +39,8 @@ void MatrixCentrale::toonZwart(std::optional<DrieSoort> drie) {
     if (zwartAan()) return;
     vorigeApp_ = voorsteApp();
     soort_ = drie;
+    if (drie && bronnen_.server.isConnected())
+        opwarming_ = std::make_unique<platform::SceneWarmUp>();
     for (const Screen& scherm : bronnen_.schermen())
         zwart_.push_back(maakZwart(scherm, Opkomst::Geleidelijk));
     startKlok();
@@ -72,6 +74,7 @@ void MatrixCentrale::sluitZwart() {
         if (!gaatAl(wereld.get())) sluitend.werelden.push_back(wereld.get());
     muziekKlok_ = Timer();
     toetsenKlok_ = Timer();
+    opwarming_.reset();
     if (std::exchange(cursorWeg_, false)) bronnen_.werkruimte.unhideCursor();
     laatUitgaan(std::move(sluitend), kUitgaan);
     if (const auto app = std::exchange(vorigeApp_, std::nullopt))

@@ -9,7 +9,7 @@ DRAAIEN="libqt6gui6 libqt6widgets6 libegl1 libegl-mesa0 libgl1-mesa-dri fonts-de
 PROEVEN="libgtest-dev libgmock-dev libbenchmark-dev xvfb xauth dbus openbox picom xscreensaver
   xscreensaver-data xdotool x11-utils x11-xserver-utils imagemagick iproute2 procps
   dpkg-dev fakeroot file qml6-module-qttest qml6-module-qtquick-window at-spi2-core libatspi2.0-dev
-  pulseaudio pulseaudio-utils"
+  libxcb-damage0-dev libxcb-xtest0-dev pulseaudio pulseaudio-utils"
 
 # zorg_voor PACKAGE...: installs those that are missing, and says which.
 zorg_voor() {

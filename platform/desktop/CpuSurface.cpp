@@ -11,7 +11,10 @@ namespace platform {
 
 namespace {
 constexpr std::size_t kPutHeader = 32;
-}
+// A GiB of picture, and more than any screen shows; the rest of a larger window
+// stays as it is.
+constexpr QSize kLargest(16384, 16384);
+}  // namespace
 
 std::unique_ptr<CpuSurface> CpuSurface::create(const Options& options) {
     auto connection = std::make_unique<XConnection>(options.display);
@@ -60,7 +63,13 @@ void CpuSurface::resize(QSize size) {
 Surface::Result CpuSurface::draw(const Frame& frame, std::span<const QRect> damage) {
     const Result settled = settle();
     if (settled != Result::Drawn) return settled;
-    resize(frame.grid.size);
+    resize(frame.grid.size.boundedTo(kLargest));
+    damage_.assign(damage.begin(), damage.end());
+    for (QRect& rect : damage_)
+        rect &= QRect(QPoint(0, 0), size_);
+    std::erase_if(damage_, [](const QRect& rect) { return rect.isEmpty(); });
+    if (damage_.empty()) return state();
+    damage = damage_;
     std::uint32_t* const pixels = picture_.empty() && shared_
                                       ? reinterpret_cast<std::uint32_t*>(shared_->data())
                                       : picture_.data();
@@ -98,7 +107,7 @@ void CpuSurface::paintScene(const Frame& frame, const SceneFrame& scene,
     const bool drawn = draws() || (renewStage() && draws());
     if (scene.hasScene) failsScenes_ = !drawn;
     if (drawn) return;
-    const QRect rect = frame.grid.snap(scene.frame);
+    const QRect rect = frame.grid.snap(scene.frame) & QRect(QPoint(0, 0), picture.size);
     drawer_.draw(DisplayList(), frame.grid, {&rect, 1}, scene.background, picture);
 }
 

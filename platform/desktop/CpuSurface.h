@@ -77,6 +77,7 @@ class CpuSurface final : public Surface {
     std::unique_ptr<ShmImage> shared_;
     std::vector<std::uint32_t> picture_;
     std::vector<std::uint8_t> band_;
+    std::vector<QRect> damage_;  // what of it is drawn
 
     // Until the server has answered, it may still be reading.
     bool copying_ = false;

@@ -41,6 +41,9 @@ GlSurface::~GlSurface() {
 Surface::Result GlSurface::draw(const Frame& frame, std::span<const QRect>) {
     // Then the processor may still draw in the window.
     if (context_->isLost() && !renew()) return Result::WindowGone;
+    // Some end the program at what is beyond them.
+    const QSize largest = GlContext::largestPicture();
+    if (frame.grid.size.boundedTo(largest) != frame.grid.size) return Result::WindowGone;
     // A driver may learn of a new size only by swapping.
     for (int tries = 0; tries < 2; ++tries) {
         if (!show(frame) && !(context_->isLost() && renew() && show(frame))) windowGone_ = true;

@@ -18,7 +18,9 @@ constexpr double kSoftwareInterval = 1.0 / 48.0;
 std::unique_ptr<SceneStage> SceneStage::inMemory(ResetQuery resetStatus) {
     auto context = GlContext::create(EglDisplay::offscreen(), nullptr, std::move(resetStatus));
     if (!context || !context->makeCurrent()) return nullptr;
-    auto renderer = SceneRenderer::create();
+    SceneRenderer::Options options;
+    options.memoryOnly = true;
+    auto renderer = SceneRenderer::create(options);
     if (!renderer) return nullptr;
     const QString name = QString::fromStdString(context->rendererName());
     const bool software = context->isSoftware();

@@ -135,6 +135,9 @@ class GlContext {
     // Whether the CPU does the drawing; see isSoftwareRenderer().
     [[nodiscard]] bool isSoftware() const;
 
+    // The most that it can draw at once, in pixels; it must be current.
+    [[nodiscard]] static QSize largestPicture();
+
     // How many errors OpenGL has reported, each with a line on standard error.
     // Counted in strict builds only (BRIXTEL_STRICT), else 0.
     [[nodiscard]] int errors() const { return errors_; }

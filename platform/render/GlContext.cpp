@@ -2,6 +2,8 @@
 #include <epoxy/egl.h>
 #include <epoxy/gl.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <initializer_list>
 #include <utility>
@@ -143,6 +145,16 @@ void GlContext::firstTime() {
     glEnable(GL_DEBUG_OUTPUT);
     glEnable(GL_DEBUG_OUTPUT_SYNCHRONOUS);
     glDebugMessageCallback(countError, &errors_);
+}
+
+QSize GlContext::largestPicture() {
+    std::array<GLint, 2> view{};
+    GLint texture = 0, buffer = 0;
+    glGetIntegerv(GL_MAX_VIEWPORT_DIMS, view.data());
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &texture);
+    glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &buffer);
+    const int side = std::min(texture, buffer);
+    return {std::min(view[0], side), std::min(view[1], side)};
 }
 
 bool GlContext::isSoftware() const {

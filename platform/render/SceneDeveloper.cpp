@@ -16,7 +16,7 @@ constexpr std::uint32_t kOpaqueBlack = 0xFF000000U;
 
 // The pattern of the shader's last step.
 std::int32_t grain(int x, int y) {
-    const auto fraction = [](double value) { return value - std::floor(value); };
+    const auto fraction = [](double value) { return value - static_cast<int>(value); };
     const double share = fraction(52.9829189 * fraction(0.06711056 * x + 0.00583715 * y));
     return static_cast<std::int32_t>(share * rows::kStep * rows::kWhole);
 }

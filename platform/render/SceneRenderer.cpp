@@ -21,6 +21,7 @@ namespace platform {
 
 namespace {
 
+// What shows the light of a scene, with its bloom or without.
 struct Composite {
     std::unique_ptr<GlProgram> program;
     GLint inputScale = -1;
@@ -36,6 +37,18 @@ struct Composite {
         program->use();
         glUniform1i(program->uniform("scene"), 0);
         glUniform1i(program->uniform("bloom"), 1);
+    }
+};
+
+// Of a renderer that draws into framebuffers.
+struct Finish {
+    std::unique_ptr<SceneBloom> bloom = SceneBloom::create();
+    Composite plain{""};
+    Composite glowing{"BLOOM"};
+    Composite glowingSmoothly{"BLOOM SMOOTH"};
+
+    [[nodiscard]] bool isComplete() const {
+        return bloom && plain.program && glowing.program && glowingSmoothly.program;
     }
 };
 
@@ -61,10 +74,7 @@ struct SceneRenderer::Parts {
 
     Options options;
     ScenePass pass;
-    std::unique_ptr<SceneBloom> bloom = SceneBloom::create();
-    Composite plain{""};
-    Composite glowing{"BLOOM"};
-    Composite glowingSmoothly{"BLOOM SMOOTH"};
+    std::unique_ptr<Finish> finish;
     SceneCanvas canvas;
     GlVertexArray noVertices = GlVertexArray::make();
     GpuTimer timer;
@@ -76,8 +86,8 @@ struct SceneRenderer::Parts {
 };
 
 bool SceneRenderer::Parts::prepare() {
-    if (!bloom || !plain.program || !glowing.program || !glowingSmoothly.program || !pass.prepare())
-        return false;
+    if (!options.memoryOnly) finish = std::make_unique<Finish>();
+    if ((finish && !finish->isComplete()) || !pass.prepare()) return false;
     glGetIntegerv(GL_MAX_SAMPLES, &maxSamples);
     maxSamples = std::min(maxSamples, options.maxSamples);
     return fit({}, {16, 16}, {});
@@ -131,30 +141,32 @@ bool SceneRenderer::Parts::drawBloom(const DrawList& list, double scale) {
     if (camera.bloomIntensity <= 0.0F || camera.bloomBlurRadius <= 0.0F) return false;
     const SceneFormat& format = canvas.options().format;
     // Light above the threshold can be faint: bloom is never kept in eight bits.
-    const int calls =
-        bloom->draw(canvas.image(),
-                    {.threshold = camera.bloomThreshold,
-                     .inputScale = 1.0F / format.scale,
-                     .sigma = bloomSigma(camera.bloomBlurRadius, scale),
-                     .fine = quality.fineBloom,
-                     .format = static_cast<GLenum>(options.floatTargets ? GL_RGBA16F : GL_RGBA16)});
+    const int calls = finish->bloom->draw(
+        canvas.image(),
+        {.threshold = camera.bloomThreshold,
+         .inputScale = 1.0F / format.scale,
+         .sigma = bloomSigma(camera.bloomBlurRadius, scale),
+         .fine = quality.fineBloom,
+         .format = static_cast<GLenum>(options.floatTargets ? GL_RGBA16F : GL_RGBA16)});
     drawCalls += calls;
     return calls > 0;
 }
 
 void SceneRenderer::Parts::drawComposite(const DrawList& list, const SceneTarget& target,
                                          bool withBloom) {
-    const Composite& composite = !withBloom ? plain : quality.fineBloom ? glowingSmoothly : glowing;
+    const Composite& composite = !withBloom          ? finish->plain
+                                 : quality.fineBloom ? finish->glowingSmoothly
+                                                     : finish->glowing;
     glBindFramebuffer(GL_FRAMEBUFFER, target.framebuffer);
     glViewport(target.origin.x(), target.origin.y(), target.size.width(), target.size.height());
     composite.program->use();
     glUniform1f(composite.inputScale, 1.0F / canvas.options().format.scale);
     if (withBloom) {
-        const glm::vec2 covered = bloom->covered();
+        const glm::vec2 covered = finish->bloom->covered();
         glUniform2fv(composite.bloomCoord, 1, glm::value_ptr(covered));
         glUniform1f(composite.intensity, list.camera.bloomIntensity);
         glActiveTexture(GL_TEXTURE1);
-        glBindTexture(GL_TEXTURE_2D, bloom->image().texture());
+        glBindTexture(GL_TEXTURE_2D, finish->bloom->image().texture());
     }
     glActiveTexture(GL_TEXTURE0);
     glBindTexture(GL_TEXTURE_2D, canvas.image().texture());
@@ -175,7 +187,7 @@ bool SceneRenderer::draw(const DrawList& list, const SceneTarget& target,
                          const SceneQuality& quality) {
     Parts& parts = *parts_;
     parts.drawCalls = 0;
-    if (target.size.isEmpty() || GlContext::isCurrentLost()) return false;
+    if (!parts.finish || target.size.isEmpty() || GlContext::isCurrentLost()) return false;
     const QSize size = internalSize(target.size, quality.resolution);
     if (!parts.fit(list, size, quality)) return false;
     const double scale = target.scale * size.height() / target.size.height();

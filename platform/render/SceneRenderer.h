@@ -39,6 +39,9 @@ class SceneRenderer {
         // lesser ones.
         int maxSamples = 16;
         bool floatTargets = true;
+        // Only for drawing into memory: a software driver takes long over every
+        // program it is given. Drawing into framebuffers is false then.
+        bool memoryOnly = false;
         // Measures the time that the GPU takes; see gpuSeconds().
         bool timed = false;
     };

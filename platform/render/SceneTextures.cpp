@@ -2,47 +2,35 @@
 #include "platform/render/SceneTextures.h"
 
 #include <algorithm>
-#include <array>
-#include <cmath>
+#include <utility>
 
-#include "platform/scene/Shading.h"
+#include "platform/render/LinearPixels.h"
 
 namespace platform {
 
 namespace {
 
-std::array<std::uint16_t, 256> makeDecoding() {
-    std::array<std::uint16_t, 256> table{};
-    for (std::size_t i = 0; i < table.size(); ++i)
-        table[i] = static_cast<std::uint16_t>(
-            std::lround(65535.0 * srgbDecode(static_cast<double>(i) / 255.0)));
-    return table;
-}
-
 GLint wrapOf(WrapMode mode) {
     return mode == WrapMode::Repeat ? GL_REPEAT : GL_CLAMP_TO_EDGE;
 }
 
-}  // namespace
-
-std::vector<std::uint16_t> linearPixels(const QImage& picture) {
-    static const std::array<std::uint16_t, 256> kDecoding = makeDecoding();
-    const QImage source = picture.convertToFormat(QImage::Format_RGBA8888);
-    std::vector<std::uint16_t> pixels;
-    pixels.reserve(4 * static_cast<std::size_t>(source.width()) *
-                   static_cast<std::size_t>(source.height()));
-    for (int y = 0; y < source.height(); ++y) {
-        const uchar* const row = source.constScanLine(y);
-        for (int x = 0; x < source.width(); ++x) {
-            const std::uint32_t alpha = row[4 * x + 3];
-            for (int i = 0; i < 3; ++i)
-                pixels.push_back(
-                    static_cast<std::uint16_t>((kDecoding[row[4 * x + i]] * alpha + 127) / 255));
-            pixels.push_back(static_cast<std::uint16_t>(alpha * 257));
-        }
+// Not by the driver: a software one makes shaders for it, which take it longer than
+// all else that a scene's first picture needs.
+void putLevels(const QImage& picture) {
+    std::vector<std::uint16_t> pixels = linearPixels(picture);
+    QSize size = picture.size();
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+    for (GLint level = 0;; ++level) {
+        glTexImage2D(GL_TEXTURE_2D, level, GL_RGBA16, size.width(), size.height(), 0, GL_RGBA,
+                     GL_UNSIGNED_SHORT, pixels.data());
+        const QSize half = halvedSize(size);
+        if (half == size) break;
+        pixels = halvedPixels(pixels, size);
+        size = half;
     }
-    return pixels;
 }
+
+}  // namespace
 
 SceneTextures::SceneTextures(int keepDraws)
     : keepDraws_(static_cast<std::uint64_t>(std::max(1, keepDraws))) {
@@ -67,14 +55,10 @@ SceneTextures::Kept SceneTextures::upload(const QImage& picture) const {
     QImage source = picture;
     if (std::max(source.width(), source.height()) > maxSize_)
         source = source.scaled(maxSize_, maxSize_, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    const std::vector<std::uint16_t> pixels = linearPixels(source);
     Kept kept;
     kept.texture = GlTexture::make();
     glBindTexture(GL_TEXTURE_2D, kept.texture.name());
-    glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA16, source.width(), source.height(), 0, GL_RGBA,
-                 GL_UNSIGNED_SHORT, pixels.data());
-    glGenerateMipmap(GL_TEXTURE_2D);
+    putLevels(source);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);

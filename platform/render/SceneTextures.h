@@ -6,17 +6,11 @@
 #include <QImage>
 #include <cstdint>
 #include <unordered_map>
-#include <vector>
 
 #include "platform/render/GlObjects.h"
 #include "platform/scene/DrawList.h"
 
 namespace platform {
-
-// The picture's pixels, top row first, as 16 bits of linear light a component
-// with alpha multiplied in: what is between two of them is then right by plain
-// averaging, in every driver.
-[[nodiscard]] std::vector<std::uint16_t> linearPixels(const QImage& picture);
 
 // Mipmapped. Known again by their cache keys.
 class SceneTextures {

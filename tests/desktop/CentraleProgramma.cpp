@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // A program that owns the effects, for tests to end and benchmarks to measure. Its
 // argument is what it shows: regen, zwart or a kind of scene. Says on standard
-// output when all of it is on the screen, and after how many milliseconds; ends
-// after the seconds of a second argument, and then prints what it cost.
+// output when all of it is on the screen, after how many milliseconds and how many
+// of the processor's; ends after the seconds of a second argument, and then prints
+// what it cost.
 #include <QGuiApplication>
 #include <algorithm>
 #include <cstdio>
@@ -35,9 +36,10 @@ int main(int argc, char** argv) {
     MatrixCentrale centrale({.server = server, .werkruimte = werkruimte, .toeval = toeval});
     const QString wat = QString::fromLocal8Bit(argv[1]);
 
-    double begin = 0.0;
+    double begin = 0.0, rekenBegin = 0.0;
     bool gezegd = false;
     const auto toon = [&] {
+        rekenBegin = platform::processUsage().cpuSeconds;
         begin = klok.now();
         if (wat == QLatin1String("regen"))
             centrale.toonRegen();
@@ -50,7 +52,8 @@ int main(int argc, char** argv) {
         const auto eerste = stand(centrale).firstFrameTime;
         if (!eerste) return;
         gezegd = true;
-        std::printf("getoond %.0f\n", 1000.0 * (*eerste - begin));
+        std::printf("getoond %.0f rekentijd %.0f\n", 1000.0 * (*eerste - begin),
+                    1000.0 * (platform::processUsage().cpuSeconds - rekenBegin));
         std::fflush(stdout);
     });
     // Not quit(), which asks every window whether it may.

@@ -81,6 +81,29 @@ TEST(GlWindow, AWindowThatOpenGlCannotDrawInIsDrawnByTheProcessor) {
     EXPECT_EQ(client.window->statistics().drawer, QStringLiteral("cpu"));
 }
 
+TEST(GlWindow, AWindowLargerThanOpenGlCanDrawIsDrawnByTheProcessor) {
+    const Xvfb x;
+    // As wide as windows get.
+    const xcb_window_t id = x.makeWindow({.width = 32767, .height = 40});
+    Client client(x, id, DrawerChoice::OpenGl);
+    ASSERT_TRUE(until([&] { return x.pixel(id, 100, 30) == 0x00ff00U; }));
+    EXPECT_EQ(client.window->statistics().drawer, QStringLiteral("cpu"));
+    x.resize(id, 300, 200);
+    EXPECT_TRUE(until([&] { return x.pixel(id, 299, 199) == 0x00ff00U; }));
+}
+
+TEST(GlWindow, OneThatBecomesTooLargeIsToo) {
+    const Xvfb x;
+    const xcb_window_t id = x.makeWindow({});
+    Client client(x, id, DrawerChoice::OpenGl);
+    ASSERT_TRUE(client.waitForFrames(1));
+    EXPECT_NE(client.window->statistics().drawer, QStringLiteral("cpu"));
+    x.resize(id, 40, 32767);
+    EXPECT_TRUE(until([&] { return client.window->statistics().drawer == QStringLiteral("cpu"); }));
+    x.resize(id, 300, 200);
+    EXPECT_TRUE(until([&] { return x.pixel(id, 299, 199) == 0x00ff00U; }));
+}
+
 TEST(GlWindow, AutoTakesTheProcessorWhereOpenGlIsSoftware) {
     const Xvfb x;
     Client client(x, x.makeWindow({}), DrawerChoice::Auto);

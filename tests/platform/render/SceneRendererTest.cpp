@@ -284,6 +284,19 @@ TEST_F(SceneRendererTest, TheProcessorsPictureIsTheShadersPicture) {
     }
 }
 
+TEST_F(SceneRendererTest, ARendererForMemoryAloneDrawsTheSameThereAndNothingElsewhere) {
+    const auto scene = makeStandIn(QStringLiteral("blocks"), 1);
+    scene->advance(4.0);
+    DrawList list;
+    extract(*scene, 321.0 / 203.0, list);
+    const QImage expected = inMemory(*snapshot_, list, {321, 203}, {});
+    SceneRenderer::Options options;
+    options.memoryOnly = true;
+    restart(options);
+    EXPECT_FALSE(snapshot_->render(list, {8, 8}, 1.0, {}));
+    EXPECT_EQ(inMemory(*snapshot_, list, {321, 203}, {}), expected);
+}
+
 TEST_F(SceneRendererTest, StretchedPicturesStayInPlace) {
     Stage stage;
     stage.add(square(1.0, constant(QColor(Qt::white))), {0, 0, -1});

@@ -5,8 +5,8 @@
 #include <cmath>
 #include <glm/gtc/matrix_transform.hpp>
 
+#include "platform/render/LinearPixels.h"
 #include "platform/render/SceneBloom.h"
-#include "platform/render/SceneTextures.h"
 #include "platform/scene/Shading.h"
 #include "platform/time/RandomSource.h"
 #include "tests/platform/render/SceneFixture.h"
@@ -160,6 +160,49 @@ TEST(LinearPixels, AlphaIsMultipliedInAfterDecoding) {
     EXPECT_NEAR(pixels[1], 65535 * alpha * srgbDecode(128.0 / 255.0), 300.0);  // 8-bit source
     EXPECT_EQ(pixels[2], 0);
     EXPECT_NEAR(pixels[3], 65535 * alpha, 2.0);
+}
+
+TEST_F(SceneShaders, SmallerLevelsOfAPictureAreTheDriversOwn) {
+    for (const QSize size : {QSize(64, 32), QSize(56, 76), QSize(13, 1), QSize(5, 9)}) {
+        RandomSource random(3);
+        std::vector<std::uint16_t> pixels(
+            static_cast<std::size_t>(4 * size.width() * size.height()));
+        for (std::uint16_t& value : pixels)
+            value = static_cast<std::uint16_t>(random.below(65536));
+        const GlTexture texture = GlTexture::make();
+        glBindTexture(GL_TEXTURE_2D, texture.name());
+        glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA16, size.width(), size.height(), 0, GL_RGBA,
+                     GL_UNSIGNED_SHORT, pixels.data());
+        glGenerateMipmap(GL_TEXTURE_2D);
+        QSize at = size;
+        for (GLint level = 1; halvedSize(at) != at; ++level) {
+            pixels = halvedPixels(pixels, at);
+            at = halvedSize(at);
+            ASSERT_THAT(pixels, testing::SizeIs(4 * at.width() * at.height()));
+            std::vector<std::uint16_t> theirs(pixels.size());
+            glGetTexImage(GL_TEXTURE_2D, level, GL_RGBA, GL_UNSIGNED_SHORT, theirs.data());
+            // Each level is rounded anew; drivers weigh what lies between in 256ths.
+            for (std::size_t i = 0; i < pixels.size(); ++i)
+                EXPECT_NEAR(pixels[i], theirs[i], 300.0 * level) << level << ' ' << i;
+        }
+        EXPECT_EQ(at, QSize(1, 1));
+    }
+}
+
+TEST(LinearPixels, ALevelOfHalfTheSizeIsTheAverageOfItsFours) {
+    const std::vector<std::uint16_t> pixels{100, 0,    0, 65535, 200, 0,    0, 65535, 300,   0, 0,
+                                            0,   1000, 7, 0,     0,   2000, 7, 65535, 0,     0, 0,
+                                            0,   0,    0, 0,     0,   0,    0, 7,     65535, 0};
+    EXPECT_THAT(halvedPixels(pixels, {4, 2}),
+                testing::ElementsAre(575, 2, 16384, 32768, 325, 4, 16384, 0));
+}
+
+TEST(LinearPixels, WhiteStaysWhiteHoweverSmall) {
+    std::vector<std::uint16_t> pixels(4 * 13 * 7, 65535);
+    for (QSize at(13, 7); halvedSize(at) != at; at = halvedSize(at)) {
+        pixels = halvedPixels(pixels, at);
+        EXPECT_THAT(pixels, testing::Each(65535));
+    }
 }
 
 TEST_F(SceneShaders, AParticleIsAsLargeAsTheFormulaSays) {
