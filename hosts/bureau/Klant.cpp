@@ -52,11 +52,20 @@ bool Klant::isEr() const {
            verbinding_.interface()->isServiceRegistered(kDienstNaam).value();
 }
 
+// Of an error Qt's bus thread still speaks after it has woken whoever waited for
+// the answer; a process that ends meanwhile takes from it what it speaks of. Its
+// next answer comes after that.
+QDBusMessage Klant::roep(const QDBusMessage& bericht) const {
+    const QDBusMessage antwoord = verbinding_.call(bericht, QDBus::Block, kGeduld);
+    if (antwoord.type() == QDBusMessage::ErrorMessage) (void)isEr();
+    return antwoord;
+}
+
 QString Klant::vraag(const Verzoek& verzoek) const {
     QDBusMessage bericht =
         QDBusMessage::createMethodCall(kDienstNaam, kDienstPad, kDienstNaam, verzoek.methode);
     bericht.setArguments(verzoek.waarden);
-    const QDBusMessage antwoord = verbinding_.call(bericht, QDBus::Block, kGeduld);
+    const QDBusMessage antwoord = roep(bericht);
     return antwoord.type() == QDBusMessage::ErrorMessage ? foutTekst(antwoord) : QString();
 }
 
@@ -65,7 +74,7 @@ QString Klant::stand(QString& mis) const {
         kDienstNaam, kDienstPad, QStringLiteral("org.freedesktop.DBus.Properties"),
         QStringLiteral("GetAll"));
     bericht << kDienstNaam;
-    const QDBusMessage antwoord = verbinding_.call(bericht, QDBus::Block, kGeduld);
+    const QDBusMessage antwoord = roep(bericht);
     if (antwoord.type() == QDBusMessage::ErrorMessage) {
         mis = foutTekst(antwoord);
         return {};

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QString>
 #include <QVariantMap>
 
@@ -24,6 +25,9 @@ class Klant {
     [[nodiscard]] QString stand(QString& mis) const;
 
   private:
+    // Waits for the answer.
+    [[nodiscard]] QDBusMessage roep(const QDBusMessage& bericht) const;
+
     QDBusConnection verbinding_;
 };
 
