@@ -30,8 +30,10 @@ MatrixCentrale::~MatrixCentrale() {
     zelf_.reset();
     werkruimte_.reset();
     if (cursorWeg_) bronnen_.werkruimte.unhideCursor();
-    zwart_.clear();
+    // Before the windows, which wait for their drawing: a process that is being
+    // ended may not get that far.
     if (vorigeApp_) bronnen_.werkruimte.activate(*vorigeApp_);
+    zwart_.clear();
 }
 
 void MatrixCentrale::wisselZwart(std::optional<DrieSoort> drie) {
@@ -97,7 +99,10 @@ void MatrixCentrale::rondAf(int nummer) {
 void MatrixCentrale::veranderd(Workspace::Change wat) {
     if (wat != Workspace::Change::FrontmostApplication) werkRegenBij();
     // What changed under a saver or lock is seen to after it.
-    if (wat == Workspace::Change::Saver && !bronnen_.werkruimte.isSaverActive()) volgSchermen();
+    if (wat == Workspace::Change::Saver) {
+        if (zwartAan()) verbergCursor(!bronnen_.werkruimte.isSaverActive());
+        if (!bronnen_.werkruimte.isSaverActive()) volgSchermen();
+    }
     if (wat == Workspace::Change::Compositor || !zwartAan() || toetsenKlok_.isValid()) return;
     // What is typed must not end up in a window that nobody sees.
     toetsenKlok_ = Timer(klok_, {.interval = kToetsenRust}, [this] {
@@ -106,6 +111,15 @@ void MatrixCentrale::veranderd(Workspace::Change wat) {
         if (zwartAan() && !eigen && !bronnen_.werkruimte.isSaverActive())
             bronnen_.werkruimte.activateIgnoringOthers();
     });
+}
+
+// It is hidden on all of the desktop: whatever lies over the black screen needs it.
+void MatrixCentrale::verbergCursor(bool weg) {
+    if (std::exchange(cursorWeg_, weg) == weg) return;
+    if (weg)
+        bronnen_.werkruimte.hideCursor();
+    else
+        bronnen_.werkruimte.unhideCursor();
 }
 
 void MatrixCentrale::volgSchermen() {

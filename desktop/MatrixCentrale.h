@@ -116,6 +116,8 @@ class MatrixCentrale {
         std::vector<Zwart> zwart;
         std::vector<Regen> regen;
         std::vector<const DrieWereld*> werelden;
+        // Which is not to be waited for.
+        std::unique_ptr<platform::SceneWarmUp> opwarming;
         // Whom the keyboard went back to, which may take as long.
         std::optional<platform::RunningApplication> vorigeApp;
     };
@@ -149,6 +151,7 @@ class MatrixCentrale {
     void laatUitgaan(Sluitend sluitend, double duur);
     void rondAf(int nummer);
     void veranderd(platform::Workspace::Change wat);
+    void verbergCursor(bool weg);
     void volgSchermen();
     void volgZwart(const std::vector<platform::Screen>& schermen);
     void volgRegen(const std::vector<platform::Screen>& schermen);

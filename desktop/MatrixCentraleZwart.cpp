@@ -45,7 +45,7 @@ void MatrixCentrale::toonZwart(std::optional<DrieSoort> drie) {
         zwart_.push_back(maakZwart(scherm, Opkomst::Geleidelijk));
     startKlok();
     bronnen_.werkruimte.activateIgnoringOthers();
-    if (!std::exchange(cursorWeg_, true)) bronnen_.werkruimte.hideCursor();
+    verbergCursor(true);
     for (const Regen& regen : regen_)
         regen.venster->setAlpha(0.0);
     if (onZwart) onZwart(true);
@@ -62,7 +62,9 @@ std::optional<platform::RunningApplication> MatrixCentrale::voorsteApp() const {
 
 void MatrixCentrale::sluitZwart() {
     if (!zwartAan()) return;
-    Sluitend sluitend{.zwart = std::exchange(zwart_, {}), .vorigeApp = vorigeApp_};
+    Sluitend sluitend{.zwart = std::exchange(zwart_, {}),
+                      .opwarming = std::move(opwarming_),
+                      .vorigeApp = vorigeApp_};
     // Those of an earlier one that still fades go with it.
     const auto gaatAl = [this](const DrieWereld* wereld) {
         return std::any_of(sluitend_.begin(), sluitend_.end(), [wereld](const Sluitend& eerder) {
@@ -74,8 +76,7 @@ void MatrixCentrale::sluitZwart() {
         if (!gaatAl(wereld.get())) sluitend.werelden.push_back(wereld.get());
     muziekKlok_ = Timer();
     toetsenKlok_ = Timer();
-    opwarming_.reset();
-    if (std::exchange(cursorWeg_, false)) bronnen_.werkruimte.unhideCursor();
+    verbergCursor(false);
     laatUitgaan(std::move(sluitend), kUitgaan);
     if (const auto app = std::exchange(vorigeApp_, std::nullopt))
         bronnen_.werkruimte.activate(*app);

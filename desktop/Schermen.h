@@ -27,7 +27,9 @@ template <typename Vermelding>
         std::find_if(vermeldingen.begin(), vermeldingen.end(),
                      [&](const Vermelding& v) { return v.scherm.name == scherm.name; });
     if (gevonden == vermeldingen.end()) return false;
-    if (gevonden->scherm.frame != scherm.frame) gevonden->venster->setFrame(scherm.frame);
+    // Also where the frame is the same: the one of the display that all others are
+    // measured from is, wherever that one goes.
+    gevonden->venster->setFrame(scherm.frame);
     gevonden->scherm = scherm;
     return true;
 }

@@ -34,6 +34,9 @@ Bureau::Bureau(const MatrixCentraleBronnen& bronnen, platform::MonitorRecorderOp
     // Also when the user closes the black screen.
     centrale_.onZwart = [this](bool) { meld(); };
     regen_ = centrale_.regenStand().volg([this](RegenStand) { meld(); });
+    beveiliging_ = werkruimte_.observe([this](platform::Workspace::Change wat) {
+        if (wat == platform::Workspace::Change::Saver) meld();
+    });
 }
 
 Bureau::~Bureau() {
@@ -49,7 +52,9 @@ void Bureau::na(Doe doe) {
 }
 
 void Bureau::meld() {
-    const bool volgt = centrale_.zwartAan() && centrale_.muziekKlok().isValid();
+    // What lies under a saver or lock is seen by nobody.
+    const bool volgt =
+        centrale_.zwartAan() && centrale_.muziekKlok().isValid() && !werkruimte_.isSaverActive();
     muziek_.luister(keuzes_.muziek && (volgt || luisterMee_));
     if (bezig_ > 0) return;
     const BureauStand nu{.zwart = centrale_.zwartAan(),

@@ -93,6 +93,7 @@ class Bureau {
     Gepubliceerd<BureauStand> stand_;
     platform::Timer vernieuwing_;
     Abonnement regen_;
+    platform::Observation beveiliging_;
 };
 
 }  // namespace brixtel

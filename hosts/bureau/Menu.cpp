@@ -3,6 +3,7 @@
 
 #include <QDBusMetaType>
 #include <QDBusVariant>
+#include <numeric>
 #include <utility>
 
 namespace brixtel {
@@ -179,7 +180,13 @@ QHash<QString, BusObject::Doe> Menu::methoden() {
     };
     const auto groep = [this](const QVariantList& waarden) -> BusAntwoord {
         QList<BusMenuKenmerken> lijst;
-        for (const int nummer : qdbus_cast<QList<int>>(waarden.at(0)))
+        QList<int> nummers = qdbus_cast<QList<int>>(waarden.at(0));
+        // None named are all of them.
+        if (nummers.isEmpty()) {
+            nummers.resize(static_cast<qsizetype>(daden_.size()));
+            std::iota(nummers.begin(), nummers.end(), 0);
+        }
+        for (const int nummer : nummers)
             if (const auto* regel = vind(boven_, nummer)) lijst.append({nummer, regel->kenmerken});
         return QVariantList{QVariant::fromValue(lijst)};
     };

@@ -104,6 +104,8 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
     int doorSignaal = 0;
     const brixtel::Signalen signalen([&](int signaal) {
         doorSignaal = signaal;
+        // It may not get as far as the end of all that is open.
+        bureau.bewaar();
         QCoreApplication::exit(0);
     });
     if (const QString mis = voerUit(dienst, opdracht); !mis.isEmpty()) return meldNaam(mis);

@@ -70,6 +70,7 @@ class MonitorRecorder::Link {
     Owned<pa_stream> stream_;
     std::string source_;  // that the stream is of
     double rate_ = 0;
+    bool began_ = false;  // the stream
 };
 
 MonitorRecorder::Link::Link(const MonitorRecorderOptions& options, Sound sound,
@@ -189,6 +190,10 @@ void MonitorRecorder::Link::streamChanged() {
     const bool other =
         state == PA_STREAM_READY && source_ != pa_stream_get_device_name(stream_.get());
     if (ended || other) close();
+    // Of a mixer that ended it nothing else will tell; what never began would only
+    // fail again.
+    if (ended && std::exchange(began_, false)) look();
+    if (state == PA_STREAM_READY) began_ = !other;
 }
 
 void MonitorRecorder::Link::close() {

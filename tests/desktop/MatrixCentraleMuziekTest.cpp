@@ -70,7 +70,7 @@ TEST_F(CentraleMuziek, ALevelOfZeroSettlesAtFourFifths) {
     EXPECT_NEAR(tempo(1), 0.8, 1e-6);
 }
 
-TEST_F(CentraleMuziek, AnyLevelOfFourNinthsOrMoreSettlesAtTwoPointFour) {
+TEST_F(CentraleMuziek, AnyLevelOfSixteenThirtyFifthsOrMoreSettlesAtTwoPointFour) {
     centrale->toonZwart(std::nullopt);
     for (const double level : {0.458, 0.7, 1.0}) {
         stand = MuziekStand{.level = level};

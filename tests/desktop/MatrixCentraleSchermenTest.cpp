@@ -23,6 +23,20 @@ TEST_F(CentraleSchermen, DisplaysThatChangeUnderALockAreFollowedAfterIt) {
     EXPECT_EQ(centrale->zwart().size(), 3U);
 }
 
+// A frame is relative to the primary display's, and so the primary's own stays the
+// same wherever it goes: then its windows are elsewhere than their frame says.
+TEST_F(CentraleSchermen, AWindowIsPutWhereItsDisplayIsAlsoIfTheFrameIsTheSame) {
+    centrale->toonRegen();
+    centrale->toonZwart(std::nullopt);
+    const QRectF elders = schermen[0].frame.translated(-400, 0);
+    centrale->regen()[0].venster->setFrame(elders);
+    centrale->zwart()[0].venster->setFrame(elders);
+    ASSERT_EQ(centrale->zwart()[0].venster->frame(), elders);
+    werkruimte.zetBeveiligd(false);
+    EXPECT_EQ(centrale->regen()[0].venster->frame(), schermen[0].frame);
+    EXPECT_EQ(centrale->zwart()[0].venster->frame(), schermen[0].frame);
+}
+
 // Notes the windows that come and go.
 struct Kijker : QObject {
     platform::WindowServer& server;

@@ -357,4 +357,19 @@ TEST_F(Centrale, WithoutOpenGlItRainsInTheScenesPlace) {
     EXPECT_TRUE(centrale->zwart()[1].drie);
 }
 
+// The one who unlocks needs to see where the pointer is.
+TEST_F(Centrale, ASaverOrLockOverTheBlackScreenHasThePointer) {
+    centrale->toonZwart(std::nullopt);
+    ASSERT_EQ(werkruimte.verborgen, 1);
+    werkruimte.zetBeveiligd(true);
+    EXPECT_EQ(werkruimte.verborgen, 0);
+    werkruimte.zetBeveiligd(false);
+    EXPECT_EQ(werkruimte.verborgen, 1);
+    werkruimte.zetBeveiligd(true);
+    centrale->sluitZwart();
+    EXPECT_EQ(werkruimte.verborgen, 0);
+    werkruimte.zetBeveiligd(false);
+    EXPECT_EQ(werkruimte.verborgen, 0);
+}
+
 }  // namespace

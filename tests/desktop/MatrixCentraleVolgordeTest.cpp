@@ -81,6 +81,23 @@ TEST_F(CentraleVolgorde, ToCloseIsTheMusicTheCursorTheFadeTheKeyboardTheRainAndT
     EXPECT_EQ(stappen[2].regen, 0.0);
 }
 
+// An owner that is being ended may get no further than its first steps.
+TEST_F(CentraleVolgorde, AtTheControllersEndTheKeyboardGoesBackBeforeTheWindowsAreGone) {
+    centrale->toonZwart(std::nullopt);
+    wachtFade();
+    std::vector<std::string> gedaan;
+    std::vector<std::size_t> klokken;
+    werkruimte.bij = [&](const std::string& wat) {
+        gedaan.push_back(wat);
+        klokken.push_back(klok.timerCount());
+    };
+    const std::size_t voor = klok.timerCount();
+    centrale.reset();
+    EXPECT_EQ(gedaan, (std::vector<std::string>{"unhideCursor", "activate"}));
+    EXPECT_EQ(klokken, (std::vector<std::size_t>{voor, voor}));
+    EXPECT_EQ(werkruimte.verborgen, 0);
+}
+
 class CentraleTijden : public CentraleProef {};
 
 TEST_F(CentraleTijden, ClosingRestoresKeyboardCursorAndRainWithinTheFadesTimes) {

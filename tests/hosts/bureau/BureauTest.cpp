@@ -153,6 +153,16 @@ TEST_F(BureauProef, MusicIsListenedToWhileABlackScreenFollowsIt) {
     EXPECT_FALSE(bureau->muziek().luistert());
 }
 
+TEST_F(BureauProef, MusicIsNotListenedToUnderASaverOrLock) {
+    bureau->zetKeuzes({.muziek = true});
+    bureau->toonZwart(std::nullopt);
+    ASSERT_TRUE(bureau->muziek().luistert());
+    werkruimte.zetBeveiligd(true);
+    EXPECT_FALSE(bureau->muziek().luistert());
+    werkruimte.zetBeveiligd(false);
+    EXPECT_TRUE(bureau->muziek().luistert());
+}
+
 TEST_F(BureauProef, MusicStopsWhenTheUserClosesTheBlackScreen) {
     bureau->zetKeuzes({.muziek = true});
     bureau->toonZwart(std::nullopt);

@@ -3,6 +3,7 @@
 #include "hosts/bureau/Pictogram.h"
 
 #include <QDBusArgument>
+#include <functional>
 
 #include "tests/hosts/bureau/BureauProef.h"
 
@@ -203,6 +204,24 @@ TEST_F(InHetSysteemvak, ActivatingTheIconSwitchesTheRain) {
     EXPECT_TRUE(nu().regen);
     beller->roep(kItem, kItemInterface, "Activate", {0, 0});
     EXPECT_FALSE(nu().regen);
+}
+
+TEST_F(InHetSysteemvak, WithoutNamingAnyAllLinesOfTheMenuAreTold) {
+    const auto alle = [this](const QList<int>& nummers) {
+        const auto antwoord = beller->roep(menuPad(), kMenuInterface, "GetGroupProperties",
+                                           {QVariant::fromValue(nummers), QStringList()});
+        return qdbus_cast<QList<BusMenuKenmerken>>(antwoord.arguments().value(0));
+    };
+    const auto lijst = alle({});
+    std::function<int(const BusMenuRegel&)> tel = [&](const BusMenuRegel& regel) {
+        int aantal = 1;
+        for (const auto& onder : regel.onder)
+            aantal += tel(onder);
+        return aantal;
+    };
+    EXPECT_EQ(lijst.size(), tel(menu()));
+    EXPECT_EQ(alle({1, 2}).size(), 2);
+    EXPECT_EQ(alle({1, 9999}).size(), 1);
 }
 
 }  // namespace

@@ -2,6 +2,9 @@
 #include "platform/sound/MonitorRecorder.h"
 
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 #include <atomic>
 
@@ -144,6 +147,41 @@ TEST(MonitorRecorder, IsSilentWhenItsOutputGoes) {
     const long before = recording.samples;
     server.pactl({QStringLiteral("load-module"), QStringLiteral("module-null-sink")});
     EXPECT_TRUE(until([&] { return recording.samples > before; }));
+    EXPECT_EQ(recording.lost, 0);
+}
+
+// Has the server itself do what a mixer may ask for, and pactl cannot.
+void command(GeluidServer& server, const QByteArray& line) {
+    const QByteArray path = server.adres().section(u':', 1).toLocal8Bit() + "-cli";
+    server.pactl({QStringLiteral("load-module"), QStringLiteral("module-cli-protocol-unix"),
+                  QStringLiteral("socket=") + QString::fromLocal8Bit(path)});
+    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+    ASSERT_LT(static_cast<std::size_t>(path.size()), sizeof address.sun_path);
+    std::copy(path.begin(), path.end(), address.sun_path);
+    const int door = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    EXPECT_EQ(connect(door, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    EXPECT_EQ(write(door, line.constData(), static_cast<std::size_t>(line.size())), line.size());
+    // It reads to the end before it closes.
+    shutdown(door, SHUT_WR);
+    char said = 0;
+    while (read(door, &said, 1) > 0) {
+    }
+    close(door);
+}
+
+TEST(MonitorRecorder, BeginsAnewWhenAMixerEndsIt) {
+    GeluidServer server;
+    ASSERT_TRUE(server.loopt());
+    Recording recording(server.adres());
+    ASSERT_TRUE(until([&] { return recording.samples > 0; }));
+    const QString before = recordings(server).section(u'\t', 0, 0);
+    command(server, "kill-source-output " + before.toLatin1() + "\n");
+    EXPECT_TRUE(until([&] {
+        const QString now = recordings(server).section(u'\t', 0, 0);
+        return !now.isEmpty() && now != before;
+    }));
+    const long samples = recording.samples;
+    EXPECT_TRUE(until([&] { return recording.samples > samples; }));
     EXPECT_EQ(recording.lost, 0);
 }
 
