@@ -237,7 +237,7 @@ TEST_F(MetSaver, ItsSheetStaysWhenThePanelClosesAndANewPanelShowsWhatCameOfIt) {
     openBlad(2);
     sluitPaneel();
     ASSERT_TRUE(saver.eindig("bol"));
-    EXPECT_TRUE(until([] { return SaverInstellingen::keuze() == SaverKeuze::bol; }));
+    EXPECT_EQ(SaverInstellingen::keuze(), SaverKeuze::bol);
     toon();
     EXPECT_TRUE(isGekozen("Bol", kSaver));
 }
@@ -246,7 +246,7 @@ TEST_F(MetSaver, ItsSheetStaysWhenTheOwnerEnds) {
     openBlad();
     paneel.reset();
     ASSERT_TRUE(saver.eindig("regen"));
-    EXPECT_TRUE(until([] { return SaverInstellingen::keuze() == SaverKeuze::regen; }));
+    EXPECT_EQ(SaverInstellingen::keuze(), SaverKeuze::regen);
 }
 
 TEST_F(MetSaver, ThatItFailedIsNotSaidWhileItsSheetIsOpen) {

@@ -33,19 +33,18 @@ class NepSaver {
 
     [[nodiscard]] QString programma() const { return in("brixtel-saver"); }
     // A line for each start: what it was started with.
-    [[nodiscard]] QByteArray woorden() const {
-        QFile bestand(in("woorden"));
-        return bestand.open(QIODevice::ReadOnly) ? bestand.readAll() : QByteArray();
-    }
+    [[nodiscard]] QByteArray woorden() const { return inhoud("woorden"); }
     [[nodiscard]] int keren() const { return int(woorden().count('\n')); }
 
     // Whether a sheet waits for its end; it then ends with status 9.
     [[nodiscard]] bool wacht() const { return zeg({}); }
     // Ends the sheet that is open, or comes, with that mode ("-" for none) stored and
-    // that exit status. Whether there was one.
+    // that exit status. Whether there was one, and it has stored it.
     [[nodiscard]] bool eindig(const char* keuze, int uitgang = 0) const {
         const QByteArray regel = QByteArray(keuze) + ' ' + QByteArray::number(uitgang) + '\n';
-        return until([&] { return zeg(regel); });
+        const auto voor = inhoud("klaar").size();
+        return until([&] { return zeg(regel); }) &&
+               until([&] { return inhoud("klaar").size() > voor; });
     }
 
   private:
@@ -56,10 +55,15 @@ read -r keuze uitgang < einde || exit 9
 if [ "$keuze" != - ]; then
   printf '[General]\nkeuze=%s\n' "$keuze" > "$XDG_CONFIG_HOME/nl.groenlicht.brixtel.saver.conf"
 fi
+echo >> klaar
 exit "$uitgang"
 )sh";
 
     [[nodiscard]] QString in(const char* naam) const { return map_.filePath(QLatin1String(naam)); }
+    [[nodiscard]] QByteArray inhoud(const char* naam) const {
+        QFile bestand(in(naam));
+        return bestand.open(QIODevice::ReadOnly) ? bestand.readAll() : QByteArray();
+    }
     [[nodiscard]] bool zeg(const QByteArray& regel) const {
         const int pijp =
             open(QFile::encodeName(in("einde")).constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
