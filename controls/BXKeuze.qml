@@ -57,6 +57,11 @@ BXKeuzeBasis {
         }
         bezig = false;
     }
+    // With Ctrl, Alt or Meta an arrow is for others.
+    function pijl(toets, index) {
+        toets.accepted = !(toets.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier));
+        if (toets.accepted) naar(index);
+    }
     function naar(index) {
         const knop = knoppen.itemAt((index + knoppen.count) % knoppen.count);
         if (!knop) return;
@@ -97,8 +102,8 @@ BXKeuzeBasis {
                 activeFocusOnTab: gekozen || activeFocus || (keus.gekozen < 0 && index === 0)
                 onGedrukt: keus.kies(index)
                 onToonFocusChanged: keus.toonFocus = toonFocus
-                Keys.onLeftPressed: keus.naar(index - 1)
-                Keys.onRightPressed: keus.naar(index + 1)
+                Keys.onLeftPressed: (toets) => keus.pijl(toets, index - 1)
+                Keys.onRightPressed: (toets) => keus.pijl(toets, index + 1)
 
                 Accessible.role: Accessible.RadioButton
                 Accessible.name: keus.labels[index] ?? ""

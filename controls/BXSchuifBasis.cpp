@@ -85,6 +85,8 @@ int BXSchuifBasis::gevuld(double waarde, int balken) const {
 }
 
 void BXSchuifBasis::kies(double waarde) {
+    // Assistive technology asks this of any slider.
+    if (!isEnabled()) return;
     const double nieuw = reken().binnen(waarde);
     if (gelijk(nieuw, waarde_)) return;
     zetWaarde(nieuw);

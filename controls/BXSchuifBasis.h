@@ -60,7 +60,8 @@ class BXSchuifBasis : public QQuickItem {
     [[nodiscard]] double maximumValue() const { return reken().boven(); }
     [[nodiscard]] double stepSize() const { return reken().stap(); }
 
-    // What the user can do. A value outside the range is clamped to it.
+    // What the user can do while it is enabled. A value outside the range is clamped
+    // to it.
     Q_INVOKABLE void kies(double waarde);
     Q_INVOKABLE void sleep(double fractie);  // of the track, from the left; NaN is no place
     Q_INVOKABLE void verzet(int stappen);

@@ -8,11 +8,12 @@
 
 namespace brixtel {
 
-InstellingenProces::InstellingenProces(const QString& programma, QString bus)
-    : bus_(std::move(bus)) {
+InstellingenProces::InstellingenProces(const QString& programma, QString bus, Einde einde)
+    : bus_(std::move(bus)), einde_(einde) {
     proces_.setProgram(programma);
     proces_.setProcessChannelMode(QProcess::ForwardedChannels);
-    proces_.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    if (einde == Einde::Mee)
+        proces_.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
     const auto meld = [this](bool goed) {
         if (const auto klaar = std::exchange(klaar_, nullptr)) klaar(goed);
     };
@@ -29,6 +30,10 @@ InstellingenProces::InstellingenProces(const QString& programma, QString bus)
 InstellingenProces::~InstellingenProces() {
     klaar_ = nullptr;
     if (!isOpen()) return;
+    if (einde_ == Einde::Blijft) {
+        proces_.laatGaan();
+        return;
+    }
     proces_.kill();
     proces_.waitForFinished();
 }

@@ -25,7 +25,7 @@ Voorstelling::Voorstelling(const Opdracht& opdracht, const ModuleLader& module,
       server_(server),
       context_(context),
       // This program once more.
-      instellingen_(QCoreApplication::applicationFilePath(), bus) {
+      instellingen_(QCoreApplication::applicationFilePath(), bus, InstellingenProces::Einde::Mee) {
     switch (opdracht.wat) {
         case Opdracht::Wat::Venster:
             toonVenster();

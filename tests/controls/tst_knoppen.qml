@@ -182,6 +182,24 @@ Item {
             staat.keuze = "c";
             compare(scene.implicitWidth, breed);
         }
+        function test_choice_leaves_arrows_with_a_modifier_to_others_data() {
+            return [
+                { tag: "Ctrl", bij: Qt.ControlModifier, kiest: false },
+                { tag: "Alt", bij: Qt.AltModifier, kiest: false },
+                { tag: "Meta", bij: Qt.MetaModifier, kiest: false },
+                { tag: "the keypad", bij: Qt.KeypadModifier, kiest: true },
+                { tag: "the keypad with Ctrl", bij: Qt.KeypadModifier | Qt.ControlModifier, kiest: false }
+            ];
+        }
+        function test_choice_leaves_arrows_with_a_modifier_to_others(data) {
+            blad.deel(scene, "rij").children[1].forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Right, data.bij);
+            compare(staat.keuze, data.kiest ? "c" : "b");
+            staat.keuze = "b";
+            blad.deel(scene, "rij").children[1].forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Left, data.bij);
+            compare(staat.keuze, data.kiest ? "a" : "b");
+        }
         function test_choice_is_one_stop_and_its_arrows_choose() {
             vink.forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_Tab);

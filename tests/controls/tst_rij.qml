@@ -80,6 +80,19 @@ Item {
             tryVerify(() => rij.zweef, 10000);
             verify(blad.deel(rij, "achtergrond").kleur.a > 0);
         }
+        function test_row_stays_lit_over_its_arrow_and_its_switch_and_not_beyond() {
+            const achtergrond = blad.deel(rij, "achtergrond");
+            for (const x of [150, 8, rij.width - 12, 150]) {
+                mouseMove(rij, x, 10);
+                tryVerify(() => rij.zweef && achtergrond.kleur.a > 0, 10000, `at ${x}`);
+            }
+            for (const van of [8, rij.width - 12]) {
+                mouseMove(rij, van, 10);
+                tryVerify(() => rij.zweef, 10000);
+                mouseMove(blad, 399, 699);
+                tryVerify(() => !rij.zweef && achtergrond.kleur.a === 0, 10000, `left from ${van}`);
+            }
+        }
         function test_row_switch_keeps_what_it_is_bound_to() {
             mouseClick(rij, rij.width - 12, 14);
             verify(staat.aan);

@@ -102,6 +102,20 @@ Item {
             keyClick(Qt.Key_Left, Qt.ShiftModifier);
             compare(tweede.waarde, 0);
         }
+        function test_slider_that_is_disabled_is_not_moved_by_assistive_technology() {
+            schuif.enabled = false;
+            schuif.Accessible.increaseAction();
+            schuif.Accessible.decreaseAction();
+            schuif.value = 0.9;
+            compare(schuif.waarde, 0.25);
+            compare(staat.waarde, 0.25);
+            // Its owner moves it still.
+            staat.waarde = 0.5;
+            compare(schuif.waarde, 0.5);
+            schuif.enabled = true;
+            schuif.Accessible.increaseAction();
+            fuzzyCompare(staat.waarde, 0.55, 1e-9);
+        }
         function test_slider_without_room_has_no_bars_and_is_not_dragged_data() {
             return [{ tag: "100", breed: 100 }, { tag: "1", breed: 1 }, { tag: "just too little", breed: 92 + 46 + 16 + 4 + 2.9 }];
         }

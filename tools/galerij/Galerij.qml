@@ -15,6 +15,10 @@ Rectangle {
         { waarde: "tunnel", label: "Tunnel" }, { waarde: "logo", label: "Logo" }
     ]
 
+    readonly property var standen: [
+        { waarde: "nooit", label: "Nooit" }, { waarde: "half", label: "Half uur" }, { waarde: "uur", label: "Heel uur" }
+    ]
+
     readonly property var tijden: [
         { waarde: "nooit", label: "Nooit vanzelf" }, { waarde: "tien", label: "Na tien minuten" },
         { waarde: "uur", label: "Na een half uur zonder toetsen" }
@@ -59,7 +63,7 @@ Rectangle {
             Staat { naam: "geen"; BXKeuze { opties: blad.scenes } }
             Staat { naam: "focus"; BXKeuze { opties: blad.scenes; keuze: "kubus"; toonFocus: true } }
             Staat { naam: "ruim"; vol: true; BXKeuze { opties: blad.scenes; keuze: "kubus" } }
-            Staat { naam: "krap"; BXKeuze { opties: blad.scenes; keuze: "kubus"; width: 110 } }
+            Staat { naam: "krap"; BXKeuze { opties: blad.standen; keuze: "half"; width: 150 } }
             Staat { naam: "lang"; vol: true; BXKeuze { opties: blad.tijden; keuze: "nooit" } }
         }
         Vak {

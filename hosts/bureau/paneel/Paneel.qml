@@ -17,8 +17,10 @@ Rectangle {
 
     Shortcut { sequences: ["Escape"]; onActivated: blad.paneel.sluit() }
 
-    // What has the keyboard is in sight.
+    // What has the keyboard is in sight. What was pressed is so already, and must
+    // not go from under the pointer before that lets go of it.
     function toon(wat) {
+        if (wat?.toonFocus === false) return;
         for (let boven = wat; boven; boven = boven.parent)
             if (boven === rijen) {
                 const y = wat.mapToItem(rol.contentItem, 0, 0).y;

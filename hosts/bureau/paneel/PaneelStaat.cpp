@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/bureau/paneel/PaneelStaat.h"
 
-#include <QCoreApplication>
-#include <QFileInfo>
 #include <cmath>
-#include <utility>
 
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "hosts/bureau/BureauDienst.h"
@@ -28,20 +25,10 @@ QVariantMap optie(const QString& ruw) {
     return {{QStringLiteral("waarde"), ruw}, {QStringLiteral("label"), label}};
 }
 
-// Beside this program, or in the PATH.
-QString saverProgramma() {
-    const QString naam = QStringLiteral("brixtel-saver");
-    const QString ernaast = QCoreApplication::applicationDirPath() + u'/' + naam;
-    return QFileInfo(ernaast).isExecutable() ? ernaast : naam;
-}
-
 }  // namespace
 
-PaneelStaat::PaneelStaat(Bureau& bureau, platform::MediaClock& klok, QString bus)
-    : bureau_(bureau),
-      klok_(klok),
-      blad_(saverProgramma(), std::move(bus)),
-      saver_(SaverInstellingen::keuze()) {
+PaneelStaat::PaneelStaat(Bureau& bureau, platform::MediaClock& klok)
+    : bureau_(bureau), klok_(klok), saver_(SaverInstellingen::keuze()) {
     stand_ = bureau_.stand().volg([this](const BureauStand&) {
         volgMuziek();
         Q_EMIT standChanged();
@@ -149,16 +136,14 @@ void PaneelStaat::zetSaver(const QString& keuze) {
     const auto gekozen = keuzeUitRuw(keuze);
     if (!gekozen || gekozen == saver_) return;
     SaverInstellingen::zetKeuze(*gekozen);
-    herlees();
+    saver_ = SaverInstellingen::keuze();
+    Q_EMIT saverChanged();
 }
 
-void PaneelStaat::toonSaverBlad() {
-    saverOntbreekt_ = false;
-    blad_.toon({QStringLiteral("--instellingen")}, [this](bool goed) {
-        saverOntbreekt_ = !goed;
-        saver_ = SaverInstellingen::keuze();
-        Q_EMIT saverChanged();
-    });
+void PaneelStaat::zetSaverOntbreekt(bool ontbreekt) {
+    if (ontbreekt == saverOntbreekt_) return;
+    saverOntbreekt_ = ontbreekt;
+    Q_EMIT saverChanged();
 }
 
 void PaneelStaat::herlees() {

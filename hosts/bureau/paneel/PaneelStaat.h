@@ -7,7 +7,6 @@
 
 #include "BrixtelSaver/SaverKeuze.h"
 #include "hosts/bureau/Bureau.h"
-#include "hosts/gedeeld/InstellingenProces.h"
 
 namespace brixtel {
 
@@ -40,7 +39,7 @@ class PaneelStaat : public QObject {
     Q_PROPERTY(bool saverOntbreekt READ saverOntbreekt NOTIFY saverChanged)
 
   public:
-    PaneelStaat(Bureau& bureau, platform::MediaClock& klok, QString bus);
+    PaneelStaat(Bureau& bureau, platform::MediaClock& klok);
     ~PaneelStaat() override;
 
     [[nodiscard]] bool regen() const { return stand().regen; }
@@ -73,8 +72,8 @@ class PaneelStaat : public QObject {
     void zetMuziek(bool aan);
     void zetSaver(const QString& keuze);
 
-    // Opens the saver's own sheet.
-    Q_INVOKABLE void toonSaverBlad();
+    // The user wants the saver's own sheet.
+    Q_INVOKABLE void toonSaverBlad() { Q_EMIT saverBladGevraagd(); }
     // The user wants the panel closed.
     Q_INVOKABLE void sluit() { Q_EMIT sluiten(); }
 
@@ -82,6 +81,8 @@ class PaneelStaat : public QObject {
     void zetBekeken(bool bekeken);
     // Reads again what other programs may have stored.
     void herlees();
+    // Whether the sheet could not be shown, when it was last asked for.
+    void zetSaverOntbreekt(bool ontbreekt);
 
     [[nodiscard]] const BureauStand& stand() const { return bureau_.stand().waarde(); }
 
@@ -89,6 +90,7 @@ class PaneelStaat : public QObject {
     void standChanged();
     void geluidChanged();
     void saverChanged();
+    void saverBladGevraagd();
     void sluiten();
 
   private:
@@ -106,7 +108,6 @@ class PaneelStaat : public QObject {
 
     Bureau& bureau_;
     platform::MediaClock& klok_;
-    InstellingenProces blad_;
     bool bekeken_ = false;
     bool saverOntbreekt_ = false;
     SaverKeuze saver_;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/bureau/paneel/PaneelVenster.h"
 
+#include <QCoreApplication>
+#include <QFileInfo>
 #include <QQmlEngine>
 #include <QQuickItem>
 
@@ -11,10 +13,20 @@ namespace brixtel {
 namespace {
 constexpr QSize kMaat(400, 640);
 constexpr QSize kKleinste(300, 240);
+
+// Beside this program, or in the PATH.
+QString saverProgramma() {
+    const QString naam = QStringLiteral("brixtel-saver");
+    const QString ernaast = QCoreApplication::applicationDirPath() + u'/' + naam;
+    return QFileInfo(ernaast).isExecutable() ? ernaast : naam;
+}
+
 }  // namespace
 
 PaneelVenster::PaneelVenster(const PaneelBronnen& bronnen)
-    : bronnen_(bronnen), voorbeeld_(bronnen.server, bronnen.toeval) {
+    : bronnen_(bronnen),
+      voorbeeld_(bronnen.server, bronnen.toeval),
+      saverBlad_(saverProgramma(), bronnen.bus, InstellingenProces::Einde::Blijft) {
     // The environment may say otherwise; once for the process.
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND") &&
         QQuickWindow::sceneGraphBackend().isEmpty())
@@ -34,7 +46,7 @@ void PaneelVenster::toon() {
 }
 
 void PaneelVenster::maak() {
-    staat_ = std::make_unique<PaneelStaat>(bronnen_.bureau, bronnen_.server.clock(), bronnen_.bus);
+    staat_ = std::make_unique<PaneelStaat>(bronnen_.bureau, bronnen_.server.clock());
     view_ = std::make_unique<QQuickView>();
     bxBereid(*view_->engine());
     view_->setTitle(QStringLiteral("Instellingen"));
@@ -47,6 +59,7 @@ void PaneelVenster::maak() {
     view_->installEventFilter(this);
     connect(staat_.get(), &PaneelStaat::sluiten, view_.get(), &QWindow::close);
     connect(staat_.get(), &PaneelStaat::standChanged, this, &PaneelVenster::werkVoorbeeldBij);
+    connect(staat_.get(), &PaneelStaat::saverBladGevraagd, this, &PaneelVenster::toonSaverBlad);
     if (QQuickItem* const blad = view_->rootObject())
         connect(blad, SIGNAL(plekChanged()), this, SLOT(werkVoorbeeldBij()));
 }
@@ -59,6 +72,10 @@ bool PaneelVenster::eventFilter(QObject* wat, QEvent* event) {
             break;
         case QEvent::FocusIn:
             staat_->herlees();
+            break;
+        case QEvent::Close:
+            // The picture's window goes with this one, and is being drawn in.
+            voorbeeld_.weg();
             break;
         case QEvent::Hide:
             staat_->zetBekeken(false);
@@ -78,6 +95,19 @@ void PaneelVenster::ruimOp() {
     voorbeeld_.weg();
     view_.reset();
     staat_.reset();
+}
+
+void PaneelVenster::toonSaverBlad() {
+    if (saverBlad_.isOpen()) return;
+    staat_->zetSaverOntbreekt(false);
+    const QStringList woorden{QStringLiteral("--instellingen"),
+                              QStringLiteral("--boven=%1").arg(view_->winId())};
+    saverBlad_.toon(woorden, [this](bool goed) {
+        // The panel may be closed, or be another by now.
+        if (!staat_) return;
+        staat_->zetSaverOntbreekt(!goed);
+        staat_->herlees();
+    });
 }
 
 void PaneelVenster::werkVoorbeeldBij() {

@@ -7,12 +7,15 @@
 #include "hosts/bureau/PaneelModule.h"
 #include "hosts/bureau/paneel/PaneelStaat.h"
 #include "hosts/bureau/paneel/Voorbeeld.h"
+#include "hosts/gedeeld/InstellingenProces.h"
 
 namespace brixtel {
 
 // The panel's window. It exists while it is open, and so does all that it is made
-// of; closing it leaves the owner as it is. Drawn without a GPU: what stands still
-// costs nothing, and what moves is small. Main thread.
+// of, but for the saver's sheet: what the user marks in that is not lost with a
+// panel that is closed, nor with the owner. Closing it leaves the owner as it is.
+// Drawn without a GPU: what stands still costs nothing, and what moves is small.
+// Main thread.
 class PaneelVenster : public QObject, public BureauPaneel {
     Q_OBJECT
 
@@ -34,10 +37,12 @@ class PaneelVenster : public QObject, public BureauPaneel {
   private:
     void maak();
     void ruimOp();
+    void toonSaverBlad();
     Q_SLOT void werkVoorbeeldBij();
 
     const PaneelBronnen bronnen_;
     Voorbeeld voorbeeld_;
+    InstellingenProces saverBlad_;
     std::unique_ptr<PaneelStaat> staat_;
     std::unique_ptr<QQuickView> view_;
 };

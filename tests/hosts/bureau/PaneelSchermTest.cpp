@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "BrixtelSaver/SaverInstellingen.h"
+#include "platform/desktop/SceneView.h"
 #include "tests/desktop/Bureaublad.h"
 #include "tests/hosts/bureau/PaneelProef.h"
 #include "tests/hosts/bureau/SchrijfTeller.h"
@@ -206,6 +207,92 @@ TEST_F(OpHetScherm, TheRainTakesItsSpeedAsItFallsAndIsSeldomMadeAnewForItsDensit
     klok.advance(1.0);
     EXPECT_EQ(regen(), derde);
     EXPECT_EQ(inhoud()->layer()->sublayers().size(), 1U);
+}
+
+TEST_F(OpHetScherm, WhereNoSceneCanBeDrawnItRainsUntilAnotherIsChosen) {
+    begin({.dichtheid = 0.9, .soort = DrieSoort::kubus});
+    ASSERT_TRUE(straks([this] { return getekend() > 2; }));
+    const auto scene = std::dynamic_pointer_cast<platform::SceneView>(inhoud()->subviews().front());
+    ASSERT_NE(scene, nullptr);
+    const QImage kubus = stil();
+    scene->fail();
+    EXPECT_TRUE(inhoud()->subviews().empty());
+    ASSERT_EQ(inhoud()->layer()->sublayers().size(), 1U);
+    EXPECT_TRUE(straks([&] { return groen(beeld()) > 0.01; }));
+    EXPECT_GT(verschil(stil(), kubus), 0.05);
+    // It is the rain, to its density and speed.
+    const auto regen = inhoud()->layer()->sublayers().front();
+    sleep("Snelheid");
+    EXPECT_NEAR(regen->time().speed, nu().keuzes.snelheid, 1e-6);
+    kies(DrieSoort::tunnel);
+    EXPECT_EQ(inhoud()->subviews().size(), 1U);
+    EXPECT_TRUE(inhoud()->layer()->sublayers().empty() ||
+                inhoud()->layer()->sublayers().front() != regen);
+    const auto voor = getekend();
+    EXPECT_TRUE(straks([&] { return getekend() > voor + 2; }));
+}
+
+// Sees whether the picture was still drawn in when its window went.
+class Afscheid : public QObject {
+  public:
+    Afscheid(QWindow& venster, const Voorbeeld& voorbeeld) : voorbeeld_(voorbeeld) {
+        venster.installEventFilter(this);
+    }
+    int keren = 0;
+    bool getekend = false;
+
+  protected:
+    bool eventFilter(QObject* wat, QEvent* event) override {
+        if (event->type() == QEvent::PlatformSurface &&
+            static_cast<QPlatformSurfaceEvent*>(event)->surfaceEventType() ==
+                QPlatformSurfaceEvent::SurfaceAboutToBeDestroyed) {
+            ++keren;
+            getekend = getekend || voorbeeld_.venster();
+        }
+        return QObject::eventFilter(wat, event);
+    }
+
+  private:
+    const Voorbeeld& voorbeeld_;
+};
+
+TEST_F(OpHetScherm, HoweverItIsClosedThePicturesDrawingEndsBeforeItsWindow) {
+    const std::vector<std::function<void()>> manieren{
+        [] { doe(QStringLiteral("key Escape")); },
+        [this] {
+            Bureaublad::vraagBeheer(xcb_window_t(view()->winId()), "_NET_CLOSE_WINDOW", {0, 2});
+        },
+        [this] { view()->hide(); }, [this] { paneel.reset(); }};
+    for (const auto& sluit : manieren) {
+        begin({.soort = DrieSoort::kubus});
+        ASSERT_TRUE(straks([this] { return getekend() > 2; }));
+        const auto vakken = view()->findChildren<QWindow*>();
+        ASSERT_EQ(vakken.size(), 1);
+        const Afscheid afscheid(*vakken.front(), voorbeeld());
+        sluit();
+        ASSERT_TRUE(until([this] { return !paneel || !paneel->isOpen(); }));
+        EXPECT_EQ(afscheid.keren, 1);
+        EXPECT_FALSE(afscheid.getekend);
+    }
+}
+
+TEST_F(OpHetScherm, ClosedInTheMidstOfADragWithThePictureRunningTheLastValueIsKept) {
+    begin({.dichtheid = 0.2});
+    ASSERT_TRUE(straks([this] { return getekend() > 2; }));
+    klok.advance(1.0);
+    const QRect plek = vind(QAccessible::Slider, "Dichtheid")->rect();
+    const QPoint midden = plek.center();
+    doe(naar(midden) + QStringLiteral("mousedown 1 ") + naar(midden + QPoint(20, 0)).trimmed());
+    ASSERT_TRUE(until([this] { return nu().keuzes.dichtheid > 0.2; }));
+    const double eerste = nu().keuzes.dichtheid;
+    doe(naar(midden + QPoint(60, 0)).trimmed());
+    ASSERT_TRUE(until([&] { return nu().keuzes.dichtheid > eerste; }));
+    EXPECT_LT(BureauInstellingen::lees().dichtheid, nu().keuzes.dichtheid - 1e-6);
+    doe(QStringLiteral("key Escape"));
+    ASSERT_TRUE(until([this] { return !paneel->isOpen(); }));
+    EXPECT_NEAR(BureauInstellingen::lees().dichtheid, nu().keuzes.dichtheid, 1e-6);
+    EXPECT_FALSE(voorbeeld().isGetoond());
+    doe(QStringLiteral("mouseup 1"));
 }
 
 // As any other program would find it.

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 // The panel, worked as assistive technology and a keyboard do.
 #include <QAbstractEventDispatcher>
+#include <QDir>
 #include <QFile>
 #include <QTest>
 
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "controls/SchuifFocus.h"
 #include "tests/hosts/bureau/PaneelProef.h"
+#include "tests/hosts/gedeeld/NepSaver.h"
 #include "tests/support/GeluidServer.h"
 #include "tests/support/KlikSpoor.h"
 
@@ -187,6 +189,97 @@ TEST_F(OpHetPaneel, ASaverThatIsNotThereIsToldOf) {
     druk(QAccessible::Button, "Open de instellingen");
     EXPECT_TRUE(until([this] { return item("saverMelding")->isVisible(); }));
     qputenv("PATH", pad);
+}
+
+TEST_F(OpHetPaneel, AModeOfTheSaverThatCannotBeStoredIsNotShownAsChosen) {
+    ASSERT_TRUE(QDir(map.path()).mkdir(QStringLiteral("nl.groenlicht.brixtel.saver.conf")));
+    druk(QAccessible::RadioButton, "Tunnel", kSaver);
+    EXPECT_EQ(SaverInstellingen::keuze(), SaverKeuze::wisselend);
+    EXPECT_FALSE(isGekozen("Tunnel", kSaver));
+    EXPECT_TRUE(isGekozen("Wisselend", kSaver));
+}
+
+class MetSaver : public OpHetPaneel {
+  protected:
+    NepSaver saver;
+
+    void openBlad(int keren = 1) {
+        druk(QAccessible::Button, "Open de instellingen");
+        ASSERT_TRUE(until([=, this] { return saver.keren() == keren; }));
+    }
+    void sluitPaneel() {
+        QTest::keyClick(view(), Qt::Key_Escape);
+        ASSERT_TRUE(until([this] { return !paneel->isOpen(); }));
+    }
+};
+
+TEST_F(MetSaver, ItsSheetOpensAboveThePanelOnceAndItsModeIsReadAfterIt) {
+    openBlad();
+    EXPECT_EQ(saver.woorden(),
+              "--instellingen --boven=" + QByteArray::number(view()->winId()) + '\n');
+    druk(QAccessible::Button, "Open de instellingen");
+    ASSERT_TRUE(saver.eindig("tunnel"));
+    EXPECT_TRUE(until([this] { return isGekozen("Tunnel", kSaver); }));
+    EXPECT_FALSE(item("saverMelding")->isVisible());
+    EXPECT_EQ(saver.keren(), 1);
+    openBlad(2);
+    ASSERT_TRUE(saver.eindig("logo"));
+    EXPECT_TRUE(until([this] { return isGekozen("Logo", kSaver); }));
+}
+
+TEST_F(MetSaver, ItsSheetStaysWhenThePanelClosesAndANewPanelShowsWhatCameOfIt) {
+    openBlad();
+    sluitPaneel();
+    toon();
+    EXPECT_TRUE(isGekozen("Wisselend", kSaver));
+    ASSERT_TRUE(saver.eindig("kubus"));
+    EXPECT_TRUE(until([this] { return isGekozen("Kubus", kSaver); }));
+    openBlad(2);
+    sluitPaneel();
+    ASSERT_TRUE(saver.eindig("bol"));
+    EXPECT_EQ(SaverInstellingen::keuze(), SaverKeuze::bol);
+    toon();
+    EXPECT_TRUE(isGekozen("Bol", kSaver));
+}
+
+TEST_F(MetSaver, ItsSheetStaysWhenTheOwnerEnds) {
+    openBlad();
+    paneel.reset();
+    ASSERT_TRUE(saver.eindig("regen"));
+    EXPECT_EQ(SaverInstellingen::keuze(), SaverKeuze::regen);
+}
+
+TEST_F(MetSaver, ThatItFailedIsNotSaidWhileItsSheetIsOpen) {
+    const QByteArray pad = qgetenv("PATH");
+    qputenv("PATH", "/nonexistent");
+    druk(QAccessible::Button, "Open de instellingen");
+    ASSERT_TRUE(until([this] { return item("saverMelding")->isVisible(); }));
+    qputenv("PATH", pad);
+    openBlad();
+    EXPECT_FALSE(item("saverMelding")->isVisible());
+    ASSERT_TRUE(saver.eindig("-", 1));
+    EXPECT_TRUE(until([this] { return item("saverMelding")->isVisible(); }));
+}
+
+TEST_F(OpHetPaneel, AClickOnWhatIsHalfInSightIsNotLost) {
+    view()->resize(320, 260);
+    kalmeer();
+    auto* const rol = item("rol");
+    auto* const knop = qobject_cast<QQuickItem*>(vind(QAccessible::Button, "Toon nu")->object());
+    // Four points of it at the upper edge.
+    const double y = knop->mapToItem(rol, QPointF()).y() + rol->property("contentY").toDouble();
+    const double boven = std::round(y + knop->height() - 4.0);
+    rol->setProperty("contentY", boven);
+    // With the keyboard it comes into sight.
+    knop->forceActiveFocus(Qt::TabFocusReason);
+    EXPECT_LT(rol->property("contentY").toDouble(), y);
+    blad()->forceActiveFocus();
+    rol->setProperty("contentY", boven);
+    kalmeer();
+    const QPoint plek = knop->mapToScene({knop->width() / 2, knop->height() - 2.0}).toPoint();
+    QTest::mouseClick(view(), Qt::LeftButton, Qt::NoModifier, plek);
+    EXPECT_TRUE(nu().zwart);
+    EXPECT_EQ(rol->property("contentY").toDouble(), boven);
 }
 
 TEST_F(OpHetPaneel, TabVisitsEveryControlAndBringsItIntoSight) {
