@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/desktop/AnimationGroup.h"
+#include "platform/time/ProcessUsage.h"
 
 namespace brixtel {
 
@@ -92,6 +93,8 @@ void MatrixCentrale::rondAf(int nummer) {
         return std::find(klaar.werelden.begin(), klaar.werelden.end(), wereld.get()) !=
                klaar.werelden.end();
     });
+    // A scene leaves much behind, and the owner may lie idle for days.
+    if (!zwartAan() && sluitend_.empty()) platform::releaseFreeMemory();
 }
 
 // --- what happens around it ---

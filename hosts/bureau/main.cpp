@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
 // The owner of the desktop effects: one per session. A second start asks the first
 // for what its command line says.
+#include <signal.h>
+#include <unistd.h>
+
 #include <QGuiApplication>
 #include <algorithm>
 #include <cstdio>
 #include <optional>
+#include <string_view>
 
 #include "hosts/bureau/Autostart.h"
 #include "hosts/bureau/Bureau.h"
@@ -42,15 +46,23 @@ void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     std::_Exit(meldNaam(erIsScherm ? regel : QString::fromUtf8(kGeenScherm)));
 }
 
-int vraag(const Klant& klant, const BureauOpdracht& opdracht) {
+// Asks for it, and for how things stand if that is wanted; returns what went wrong.
+QString vraagAlles(const Klant& klant, const BureauOpdracht& opdracht) {
     QString mis;
     for (const auto& verzoek : opdracht.verzoeken)
-        if (mis = klant.vraag(verzoek); !mis.isEmpty()) return meldNaam(mis);
-    if (opdracht.wat != BureauOpdracht::Wat::Stand) return 0;
+        if (mis = klant.vraag(verzoek); !mis.isEmpty()) return mis;
+    if (opdracht.wat != BureauOpdracht::Wat::Stand) return {};
     const QString stand = klant.stand(mis);
-    if (!mis.isEmpty()) return meldNaam(mis);
-    std::fputs(qUtf8Printable(stand), stdout);
-    return 0;
+    if (mis.isEmpty()) std::fputs(qUtf8Printable(stand), stdout);
+    return mis;
+}
+
+// Returns the exit status; none where the owner was about to end, and did.
+std::optional<int> vraag(const Klant& klant, const BureauOpdracht& opdracht) {
+    const QString mis = vraagAlles(klant, opdracht);
+    if (mis.isEmpty()) return 0;
+    if (!klant.isEr()) return std::nullopt;
+    return meldNaam(mis);
 }
 
 // Whether there is nothing to start for.
@@ -125,10 +137,33 @@ QString zetAutostart(int argc, char** argv, bool aan) {
     return brixtel::Autostart::zet(aan, QCoreApplication::applicationFilePath());
 }
 
+// A bus that hangs keeps whoever asks it for ever; a signal does not wait for it.
+class Wekker {
+  public:
+    explicit Wekker(unsigned seconden) {
+        signal(SIGALRM, [](int) {
+            constexpr std::string_view kRegel = "brixtel-bureau: de sessiebus antwoordt niet\n";
+            [[maybe_unused]] const auto n = write(STDERR_FILENO, kRegel.data(), kRegel.size());
+            _exit(kFout);
+        });
+        alarm(seconden);
+    }
+    ~Wekker() {
+        alarm(0);
+        signal(SIGALRM, SIG_DFL);
+    }
+    Wekker(const Wekker&) = delete;
+    Wekker& operator=(const Wekker&) = delete;
+};
+
+// More than any request may take.
+constexpr unsigned kBusGeduld = 15;
+
 // Asks the owner that runs, if one does, and returns the exit status.
 std::optional<int> alsKlant(int argc, char** argv, const QString& bus,
                             const BureauOpdracht& opdracht) {
     const QString naam = QStringLiteral("klant");
+    const Wekker wekker(kBusGeduld);
     const QCoreApplication app(argc, argv);
     std::optional<int> uitgang;
     {
@@ -156,7 +191,9 @@ int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht&
     platform::SystemClock klok;
     BusPoort poort(klok, bus);
     const auto uitgang = draai(klok, poort, bus, opdracht);
-    return uitgang ? *uitgang : vraag(Klant(poort.verbinding()), opdracht);
+    if (uitgang) return *uitgang;
+    const QString mis = vraagAlles(Klant(poort.verbinding()), opdracht);
+    return mis.isEmpty() ? 0 : meldNaam(mis);
 }
 
 int start(int argc, char** argv, const BureauOpdracht& opdracht) {

@@ -112,6 +112,7 @@ bool OwnWindow::event(QEvent* event) {
     // There are no controls in here for Qt to tell the accessibility bus of, for
     // which it would make everyone wait while a session bus hangs.
     const bool focus = event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut;
+    if (event->type() == QEvent::FocusOut) delegate_.keysLost();
     if (focus) return true;
     if (event->type() != QEvent::Close) return QWindow::event(event);
     event->ignore();

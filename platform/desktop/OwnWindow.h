@@ -19,6 +19,8 @@ class OwnWindowDelegate {
     virtual void keyDown(const KeyEvent& event) = 0;
     virtual void mouse(Mouse what, const MouseEvent& event) = 0;
     virtual void closeAsked() = 0;
+    // Another window, maybe another program's, has the keyboard now.
+    virtual void keysLost() = 0;
 };
 
 // A window of the program's own: Qt makes it and brings its input, and draws

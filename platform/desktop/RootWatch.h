@@ -48,6 +48,10 @@ class RootWatch {
     // The first number of a property; 0 where it is absent or none.
     [[nodiscard]] std::uint32_t property(xcb_window_t window, xcb_atom_t name) const;
 
+    // Tells of another active window, where only this program can know: the keyboard
+    // may go to one that no window manager calls active.
+    void keysMoved() { observers_.tell(Change::ActiveWindow); }
+
     // Hands out, in a later turn of the event loop, what came with a reply.
     void readSoon() const;
 

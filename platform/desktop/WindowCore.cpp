@@ -150,4 +150,8 @@ void WindowCore::closeAsked() {
     if (const auto action = closed) action();
 }
 
+void WindowCore::keysLost() {
+    window_.server_.keysMoved();
+}
+
 }  // namespace platform

@@ -24,6 +24,7 @@ class WindowCore final : public OwnWindowDelegate {
     void keyDown(const KeyEvent& event) override;
     void mouse(Mouse what, const MouseEvent& event) override;
     void closeAsked() override;
+    void keysLost() override;
 
     void geometryChanged();
     // Whether there is any sense in frames may have changed.

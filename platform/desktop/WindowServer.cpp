@@ -137,6 +137,10 @@ void WindowServer::dropped(Window& window) {
     if (key_ == &window) key_ = nullptr;
 }
 
+void WindowServer::keysMoved() {
+    if (root_) root_->keysMoved();
+}
+
 void WindowServer::destroyed(std::uint32_t windowNumber) {
     if (spaces_) spaces_->forget(windowNumber);
     if (stack_) stack_->release(windowNumber);

@@ -95,6 +95,8 @@ class WindowServer {
     void cameToFront(Window& window);
     void becameKey(Window& window);
     void dropped(Window& window);
+    // No longer to the window that had them.
+    void keysMoved();
     void destroyed(std::uint32_t windowNumber);
     [[nodiscard]] int levelOf(std::uint32_t windowNumber) const;
 

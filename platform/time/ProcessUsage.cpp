@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/time/ProcessUsage.h"
 
+#include <malloc.h>
 #include <sys/resource.h>
 #include <time.h>
 #include <unistd.h>
@@ -57,6 +58,10 @@ double secondsSinceProcessStart() {
     clock_gettime(CLOCK_BOOTTIME, &now);
     return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9 -
            ticks / static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
+void releaseFreeMemory() {
+    malloc_trim(0);
 }
 
 }  // namespace platform

@@ -18,4 +18,8 @@ struct ProcessUsage {
 // the hundredth that the kernel keeps. 0 when /proc cannot tell.
 [[nodiscard]] double secondsSinceProcessStart();
 
+// Gives memory that was used and freed back to the system, of which the allocator
+// would keep a part for each thread that there was. Takes some milliseconds.
+void releaseFreeMemory();
+
 }  // namespace platform

@@ -278,6 +278,21 @@ TEST_F(Effecten, AWindowThatOpensUnderTheBlackScreenGetsNothing) {
     }));
 }
 
+TEST_F(Effecten, AWindowManagerThatComesAnewDoesNotKeepTheKeyboard) {
+    ASSERT_TRUE(toonZwart());
+    const auto zwart = xcb_window_t(centrale->zwart().back().venster->windowNumber());
+    ASSERT_TRUE(until([=] { return Bureaublad::metToetsen() == zwart; }));
+    bureaublad.stopBeheer();
+    const Openbox ander{scherm->display()};
+    ASSERT_TRUE(ander.isReady());
+    EXPECT_TRUE(until([=] { return Bureaublad::metToetsen() == zwart; }));
+    // It stays so: what is typed closes the black screen.
+    EXPECT_TRUE(until([this] {
+        if (centrale->zwartAan()) Bureaublad::hulp(QStringLiteral("xdotool key a"));
+        return !centrale->zwartAan();
+    }));
+}
+
 TEST_F(Effecten, WhatHasFadedInIsSeenWholeAlsoWhenNothingElseHappens) {
     ASSERT_TRUE(bureaublad.startCompositor());
     scherm->fill(scherm->screen().root, 0xffffff);

@@ -18,6 +18,8 @@ class DBusDaemon {
 
     [[nodiscard]] const QString& address() const { return address_; }
 
+    [[nodiscard]] qint64 process() const { return process_.processId(); }
+
     void stop() {
         process_.kill();
         process_.waitForFinished();

@@ -276,6 +276,45 @@ TEST_F(Sessie, AnOwnerThatIsKilledLeavesNothingAndANewOneStarts) {
     EXPECT_TRUE(meldt("dichtheid: 0.5\n"));
 }
 
+TEST_F(Sessie, AStartWhileTheOwnerGoesTakesItsPlace) {
+    ASSERT_TRUE(begin());
+    // It hears what it is asked no more.
+    ::kill(static_cast<pid_t>(eigenaar.processId()), SIGSTOP);
+    QProcess luisteraar;
+    luisteraar.start(QStringLiteral("dbus-monitor"),
+                     {QStringLiteral("--address"), bus.address(),
+                      QStringLiteral("type=method_call,member=ToonZwart")});
+    QByteArray gehoord;
+    const auto hoort = [&](const char* tekst) {
+        return until([&] {
+            gehoord += luisteraar.readAll();
+            return gehoord.contains(tekst);
+        });
+    };
+    ASSERT_TRUE(hoort("NameAcquired"));
+    QProcess tweede;
+    start(tweede, {QStringLiteral("--toon-zwart=kubus")});
+    ASSERT_TRUE(hoort("member=ToonZwart"));
+    eigenaar.kill();
+    ASSERT_TRUE(eindigt());
+    EXPECT_TRUE(meldt("zwart scherm: aan (kubus)"));
+    EXPECT_EQ(tweede.state(), QProcess::Running);
+    EXPECT_EQ(draai("--stop").uitgang, 0);
+    EXPECT_TRUE(until([&] { return tweede.state() == QProcess::NotRunning; }));
+    EXPECT_EQ(tweede.exitCode(), 0);
+    EXPECT_EQ(tweede.readAllStandardError(), QByteArray());
+    luisteraar.kill();
+    luisteraar.waitForFinished();
+}
+
+TEST_F(Sessie, ABusThatHangsIsToldOf) {
+    ::kill(static_cast<pid_t>(bus.process()), SIGSTOP);
+    const auto stand = draai("--stand");
+    ::kill(static_cast<pid_t>(bus.process()), SIGCONT);
+    EXPECT_EQ(stand.uitgang, 1);
+    EXPECT_EQ(stand.fouten, QStringLiteral("brixtel-bureau: de sessiebus antwoordt niet\n"));
+}
+
 TEST_F(Sessie, ASignalEndsItAndTheEndOfTheBusToo) {
     ASSERT_TRUE(begin({QStringLiteral("--toon-zwart")}));
     ::kill(static_cast<pid_t>(eigenaar.processId()), SIGTERM);
