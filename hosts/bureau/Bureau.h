@@ -65,6 +65,10 @@ class Bureau {
         zetKeuzes(keuzes);
     }
 
+    // Has a window of this program brought to the user, who asked for it, from whatever
+    // desktop it is on.
+    void activeer(std::uint32_t venster) { werkruimte_.activate({.window = venster}); }
+
     // Listens to the music also while no black screen shows, for as long as the
     // choice is to follow it: for whoever shows the user what it hears.
     void luisterMee(bool aan);

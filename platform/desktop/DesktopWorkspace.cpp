@@ -21,6 +21,21 @@ namespace {
 // takes it for a program that pushes itself to the front.
 constexpr std::uint32_t kFromPager = 2;
 
+constexpr std::uint32_t kAllDesktops = 0xffffffff;
+
+// Asks the window manager, as the Extended Window Manager Hints say.
+void wish(const RootWatch& root, xcb_window_t window, const char* what, std::uint32_t value) {
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = window;
+    event.type = root.atom(what);
+    event.data.data32[0] = value;
+    xcb_send_event(root.get(), 0, root.root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&event));
+}
+
 // From a compositor's claim to its hold on every window. What is drawn in
 // between would be taken for opaque.
 constexpr double kCompositorSettles = 0.5;
@@ -86,15 +101,12 @@ void DesktopWorkspace::activate(const RunningApplication& application) {
         xcb_set_input_focus(root.get(), XCB_INPUT_FOCUS_PARENT, application.window,
                             XCB_CURRENT_TIME);
     } else {
-        xcb_client_message_event_t wish{};
-        wish.response_type = XCB_CLIENT_MESSAGE;
-        wish.format = 32;
-        wish.window = application.window;
-        wish.type = root.atom("_NET_ACTIVE_WINDOW");
-        wish.data.data32[0] = kFromPager;
-        xcb_send_event(root.get(), 0, root.root(),
-                       XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                       reinterpret_cast<const char*>(&wish));
+        // Managers may leave one that is on another of the user's desktops where it is.
+        const std::uint32_t at = root.property(application.window, root.atom("_NET_WM_DESKTOP"));
+        if (at != kAllDesktops &&
+            at != root.property(root.root(), root.atom("_NET_CURRENT_DESKTOP")))
+            wish(root, root.root(), "_NET_CURRENT_DESKTOP", at);
+        wish(root, application.window, "_NET_ACTIVE_WINDOW", kFromPager);
     }
     xcb_flush(root.get());
 }

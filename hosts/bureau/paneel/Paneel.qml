@@ -17,6 +17,12 @@ Rectangle {
 
     Shortcut { sequences: ["Escape"]; onActivated: blad.paneel.sluit() }
 
+    Shortcut { sequences: ["PgDown"]; onActivated: blad.blader(1) }
+    Shortcut { sequences: ["PgUp"]; onActivated: blad.blader(-1) }
+    function blader(kant) {
+        rol.contentY = Math.max(0, Math.min(rol.contentY + kant * rol.height * 0.9, rol.contentHeight - rol.height));
+    }
+
     // What has the keyboard is in sight. What was pressed is so already, and must
     // not go from under the pointer before that lets go of it.
     function toon(wat) {
@@ -127,6 +133,8 @@ Rectangle {
                 objectName: "saverMelding"
                 width: parent.width
                 visible: blad.paneel.saverOntbreekt
+                // What was pressed is above it, and it may be out of sight.
+                onVisibleChanged: { rijen.forceLayout(); blad.toon(this); }
                 tekst: "De instellingen van de schermbeveiliging zijn niet te openen: brixtel-saver ontbreekt of werkt niet."
             }
         }

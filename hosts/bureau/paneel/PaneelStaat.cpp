@@ -2,6 +2,7 @@
 #include "hosts/bureau/paneel/PaneelStaat.h"
 
 #include <cmath>
+#include <utility>
 
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "hosts/bureau/BureauDienst.h"
@@ -138,6 +139,10 @@ void PaneelStaat::zetSaver(const QString& keuze) {
     SaverInstellingen::zetKeuze(*gekozen);
     saver_ = SaverInstellingen::keuze();
     Q_EMIT saverChanged();
+}
+
+void PaneelStaat::zetSaverBlad(bool open) {
+    if (std::exchange(saverBlad_, open) != open) Q_EMIT saverChanged();
 }
 
 void PaneelStaat::zetSaverOntbreekt(bool ontbreekt) {

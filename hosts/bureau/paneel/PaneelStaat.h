@@ -36,6 +36,7 @@ class PaneelStaat : public QObject {
     Q_PROPERTY(QString saver READ saver WRITE zetSaver NOTIFY saverChanged)
     Q_PROPERTY(QString saverNaam READ saverNaam NOTIFY saverChanged)
     Q_PROPERTY(QVariantList saverKeuzes READ saverKeuzes CONSTANT)
+    Q_PROPERTY(bool saverBlad READ saverBlad NOTIFY saverChanged)
     Q_PROPERTY(bool saverOntbreekt READ saverOntbreekt NOTIFY saverChanged)
 
   public:
@@ -61,6 +62,7 @@ class PaneelStaat : public QObject {
     [[nodiscard]] QString saver() const;
     [[nodiscard]] QString saverNaam() const;
     [[nodiscard]] QVariantList saverKeuzes() const;
+    [[nodiscard]] bool saverBlad() const { return saverBlad_; }
     [[nodiscard]] bool saverOntbreekt() const { return saverOntbreekt_; }
 
     void zetRegen(bool aan);
@@ -81,6 +83,9 @@ class PaneelStaat : public QObject {
     void zetBekeken(bool bekeken);
     // Reads again what other programs may have stored.
     void herlees();
+    // Whether the sheet is open: as it closes it stores what was marked in it, whatever
+    // was stored meanwhile.
+    void zetSaverBlad(bool open);
     // Whether the sheet could not be shown, when it was last asked for.
     void zetSaverOntbreekt(bool ontbreekt);
 
@@ -109,6 +114,7 @@ class PaneelStaat : public QObject {
     Bureau& bureau_;
     platform::MediaClock& klok_;
     bool bekeken_ = false;
+    bool saverBlad_ = false;
     bool saverOntbreekt_ = false;
     SaverKeuze saver_;
     Geluid geluid_;

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QQmlEngine>
 #include <QQuickItem>
+#include <QScreen>
 
 #include "controls/BX.h"
 
@@ -13,6 +14,8 @@ namespace brixtel {
 namespace {
 constexpr QSize kMaat(400, 640);
 constexpr QSize kKleinste(300, 240);
+// What a frame around it may take of the screen.
+constexpr QSize kRand(8, 40);
 
 // Beside this program, or in the PATH.
 QString saverProgramma() {
@@ -38,15 +41,21 @@ PaneelVenster::~PaneelVenster() {
 }
 
 void PaneelVenster::toon() {
+    const bool stondEr = view_ && view_->isVisible();
     if (!view_) maak();
-    if (view_->visibility() == QWindow::Minimized) view_->showNormal();
-    view_->show();
+    // Not show(), which would make one that fills the screen small.
+    if (view_->windowStates().testFlag(Qt::WindowMinimized))
+        view_->setWindowStates(view_->windowStates() & ~Qt::WindowMinimized);
+    view_->setVisible(true);
     view_->raise();
     view_->requestActivate();
+    // On another desktop it would stay.
+    if (stondEr) bronnen_.bureau.activeer(static_cast<std::uint32_t>(view_->winId()));
 }
 
 void PaneelVenster::maak() {
     staat_ = std::make_unique<PaneelStaat>(bronnen_.bureau, bronnen_.server.clock());
+    staat_->zetSaverBlad(saverBlad_.isOpen());
     view_ = std::make_unique<QQuickView>();
     bxBereid(*view_->engine());
     view_->setTitle(QStringLiteral("Instellingen"));
@@ -54,7 +63,8 @@ void PaneelVenster::maak() {
     view_->setResizeMode(QQuickView::SizeRootObjectToView);
     view_->setInitialProperties({{QStringLiteral("paneel"), QVariant::fromValue(staat_.get())}});
     view_->setSource(QUrl(QStringLiteral("qrc:/paneel/Paneel.qml")));
-    view_->resize(kMaat);
+    const QSize past = view_->screen()->availableSize() - kRand;
+    view_->resize(kMaat.boundedTo(past).expandedTo(kKleinste));
     view_->setMinimumSize(kKleinste);
     view_->installEventFilter(this);
     connect(staat_.get(), &PaneelStaat::sluiten, view_.get(), &QWindow::close);
@@ -102,9 +112,11 @@ void PaneelVenster::toonSaverBlad() {
     staat_->zetSaverOntbreekt(false);
     const QStringList woorden{QStringLiteral("--instellingen"),
                               QStringLiteral("--boven=%1").arg(view_->winId())};
+    staat_->zetSaverBlad(true);
     saverBlad_.toon(woorden, [this](bool goed) {
         // The panel may be closed, or be another by now.
         if (!staat_) return;
+        staat_->zetSaverBlad(false);
         staat_->zetSaverOntbreekt(!goed);
         staat_->herlees();
     });

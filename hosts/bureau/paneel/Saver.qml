@@ -12,6 +12,9 @@ Column {
         width: parent.width
         opties: paneel.saverKeuzes
         keuze: paneel.saver
+        // The open sheet will have the last word.
+        enabled: !paneel.saverBlad
+        opacity: enabled ? 1 : 0.4
         onGewisseld: (nu) => paneel.saver = nu
         Accessible.name: "Wat de schermbeveiliging toont"
     }

@@ -42,6 +42,8 @@ class PaneelMaat : public PaneelProef, public testing::WithParamInterface<QSize>
                    item("saverMelding")->isVisible();
         }));
         qputenv("PATH", pad);
+        // It brought the last notice into sight.
+        item("rol")->setProperty("contentY", 0.0);
     }
     void verzamelTeksten(QQuickItem& in) {
         const QString tekst = in.property("text").toString();

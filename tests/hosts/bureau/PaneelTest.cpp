@@ -189,6 +189,29 @@ TEST_F(OpHetPaneel, ASaverThatIsNotThereIsToldOf) {
     druk(QAccessible::Button, "Open de instellingen");
     EXPECT_TRUE(until([this] { return item("saverMelding")->isVisible(); }));
     qputenv("PATH", pad);
+    // In sight, though it stands below all else.
+    const QQuickItem* const melding = item("saverMelding");
+    const QRectF plaats = melding->mapRectToScene({0, 0, melding->width(), melding->height()});
+    EXPECT_GT(melding->height(), 20.0);
+    EXPECT_LE(plaats.bottom(), view()->height());
+}
+
+TEST_F(OpHetPaneel, PageKeysTurnWhatIsOutOfSight) {
+    view()->resize(400, 400);
+    QQuickItem* const rol = item("rol");
+    ASSERT_TRUE(until([&] {
+        return view()->rootObject()->height() == 400 &&
+               rol->property("contentHeight").toReal() > rol->height() * 1.5;
+    }));
+    const double einde = rol->property("contentHeight").toReal() - rol->height();
+    QTest::keyClick(view(), Qt::Key_PageDown);
+    EXPECT_DOUBLE_EQ(rol->property("contentY").toReal(), std::min(einde, 0.9 * rol->height()));
+    for (int keer = 0; keer < 5; ++keer)
+        QTest::keyClick(view(), Qt::Key_PageDown);
+    EXPECT_DOUBLE_EQ(rol->property("contentY").toReal(), einde);
+    for (int keer = 0; keer < 6; ++keer)
+        QTest::keyClick(view(), Qt::Key_PageUp);
+    EXPECT_DOUBLE_EQ(rol->property("contentY").toReal(), 0.0);
 }
 
 TEST_F(OpHetPaneel, AModeOfTheSaverThatCannotBeStoredIsNotShownAsChosen) {
@@ -225,6 +248,22 @@ TEST_F(MetSaver, ItsSheetOpensAboveThePanelOnceAndItsModeIsReadAfterIt) {
     openBlad(2);
     ASSERT_TRUE(saver.eindig("logo"));
     EXPECT_TRUE(until([this] { return isGekozen("Logo", kSaver); }));
+}
+
+// It would be undone as the sheet closes.
+TEST_F(MetSaver, WhileItsSheetIsOpenItsModeIsChosenThereAlone) {
+    openBlad();
+    druk(QAccessible::RadioButton, "Tunnel", kSaver);
+    EXPECT_TRUE(isGekozen("Wisselend", kSaver));
+    EXPECT_EQ(SaverInstellingen::keuze(), SaverKeuze::wisselend);
+    sluitPaneel();
+    toon();
+    druk(QAccessible::RadioButton, "Tunnel", kSaver);
+    EXPECT_TRUE(isGekozen("Wisselend", kSaver));
+    ASSERT_TRUE(saver.eindig("kubus"));
+    EXPECT_TRUE(until([this] { return isGekozen("Kubus", kSaver); }));
+    druk(QAccessible::RadioButton, "Tunnel", kSaver);
+    EXPECT_EQ(SaverInstellingen::keuze(), SaverKeuze::tunnel);
 }
 
 TEST_F(MetSaver, ItsSheetStaysWhenThePanelClosesAndANewPanelShowsWhatCameOfIt) {

@@ -350,6 +350,52 @@ TEST_F(Sessie, WithoutArgumentsThePanelOpensAndASecondStartRaisesIt) {
     EXPECT_EQ(panelen(), QList{paneel});
 }
 
+TEST_F(Sessie, ThePanelFitsOnASmallScreen) {
+    start(eigenaar, {});
+    ASSERT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
+    const QByteArray plaats = Bureaublad::hulp(
+        QStringLiteral("xdotool getwindowgeometry --shell %1").arg(panelen().front()));
+    EXPECT_TRUE(plaats.contains("WIDTH=400\nHEIGHT=560\n")) << plaats.constData();
+}
+
+TEST_F(Sessie, APanelOnAnotherDesktopIsGoneTo) {
+    Bureaublad::hulp(QStringLiteral("xdotool set_num_desktops 2"));
+    start(eigenaar, {});
+    ASSERT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
+    const xcb_window_t paneel = panelen().front();
+    ASSERT_TRUE(until([=] { return Bureaublad::actief() == paneel; }));
+    const auto bureau = [] {
+        return Bureaublad::hulp(QStringLiteral("xdotool get_desktop")).trimmed();
+    };
+    Bureaublad::hulp(QStringLiteral("xdotool set_desktop 1"));
+    ASSERT_TRUE(until([&] { return bureau() == "1"; }));
+    EXPECT_EQ(draai(QStringList()).uitgang, 0);
+    EXPECT_TRUE(until([&] { return bureau() == "0"; }));
+    EXPECT_TRUE(until([=] { return Bureaublad::actief() == paneel; }));
+}
+
+TEST_F(Sessie, APanelThatFillsTheScreenDoesSoAgainAfterItWasAnIcon) {
+    start(eigenaar, {});
+    ASSERT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
+    const xcb_window_t paneel = panelen().front();
+    ASSERT_TRUE(until([=] { return Bureaublad::actief() == paneel; }));
+    Bureaublad::vraagBeheer(paneel, "_NET_WM_STATE",
+                            {1, Bureaublad::atoom("_NET_WM_STATE_MAXIMIZED_VERT"),
+                             Bureaublad::atoom("_NET_WM_STATE_MAXIMIZED_HORZ")});
+    const auto isVol = [=] {
+        return Bureaublad::hulp(QStringLiteral("xdotool getwindowgeometry --shell %1").arg(paneel))
+            .contains("WIDTH=800\n");
+    };
+    ASSERT_TRUE(until(isVol));
+    Bureaublad::hulp(QStringLiteral("xdotool windowminimize %1").arg(paneel));
+    ASSERT_TRUE(until([] { return panelen().isEmpty(); }));
+    EXPECT_EQ(draai(QStringList()).uitgang, 0);
+    ASSERT_TRUE(until([] { return panelen().size() == 1; }));
+    EXPECT_TRUE(until(isVol));
+    EXPECT_TRUE(Bureaublad::hulp(QStringLiteral("xprop -id %1 _NET_WM_STATE").arg(paneel))
+                    .contains("MAXIMIZED_VERT"));
+}
+
 TEST_F(Sessie, EscapeClosesThePanelAndTheOwnerStays) {
     start(eigenaar, {});
     ASSERT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
