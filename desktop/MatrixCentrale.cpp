@@ -17,6 +17,9 @@ namespace {
 
 // Another program that takes the keyboard from the black screen has it this long.
 constexpr double kToetsenRust = 0.25;
+// So often it is taken back from one that insists, each within so long of the last.
+constexpr int kMeesteKeren = 5;
+constexpr double kStrijd = 1.5;
 
 }  // namespace
 
@@ -74,9 +77,9 @@ void MatrixCentrale::rondAf(int nummer) {
     const auto gevonden = std::find_if(sluitend_.begin(), sluitend_.end(),
                                        [=](const Sluitend& s) { return s.nummer == nummer; });
     if (gevonden == sluitend_.end()) return;
-    const Sluitend klaar = std::move(*gevonden);
+    std::optional<Sluitend> klaar = std::move(*gevonden);
     sluitend_.erase(gevonden);
-    for (const Zwart& zwart : klaar.zwart) {
+    for (const Zwart& zwart : klaar->zwart) {
         if (zwart.regen) zwart.regen->stop();
         if (zwart.drie) {
             zwart.drie->setPlaying(false);
@@ -84,17 +87,19 @@ void MatrixCentrale::rondAf(int nummer) {
         }
         zwart.venster->orderOut();
     }
-    for (const Regen& regen : klaar.regen) {
+    for (const Regen& regen : klaar->regen) {
         regen.regen->stop();
         regen.venster->orderOut();
     }
     // Those of a black screen that was opened meanwhile stay.
     std::erase_if(drieWerelden_, [&](const auto& wereld) {
-        return std::find(klaar.werelden.begin(), klaar.werelden.end(), wereld.get()) !=
-               klaar.werelden.end();
+        return std::find(klaar->werelden.begin(), klaar->werelden.end(), wereld.get()) !=
+               klaar->werelden.end();
     });
-    // A scene leaves much behind, and the owner may lie idle for days.
-    if (!zwartAan() && sluitend_.empty()) platform::releaseFreeMemory();
+    const bool hadWerelden = !klaar->werelden.empty();
+    klaar.reset();
+    // Scenes leave much behind, and the owner may lie idle for days.
+    if (hadWerelden && !zwartAan()) platform::releaseFreeMemory();
 }
 
 // --- what happens around it ---
@@ -111,9 +116,17 @@ void MatrixCentrale::veranderd(Workspace::Change wat) {
     toetsenKlok_ = Timer(klok_, {.interval = kToetsenRust}, [this] {
         const bool eigen = std::any_of(zwart_.begin(), zwart_.end(),
                                        [](const Zwart& z) { return z.venster->isKey(); });
-        if (zwartAan() && !eigen && !bronnen_.werkruimte.isSaverActive())
-            bronnen_.werkruimte.activateIgnoringOthers();
+        if (zwartAan() && !eigen && !bronnen_.werkruimte.isSaverActive()) neemToetsen();
     });
+}
+
+// One that takes it back each time must have its reasons, as a lock that nobody
+// knows of has.
+void MatrixCentrale::neemToetsen() {
+    const double nu = klok_.now();
+    genomen_ = nu - laatstGenomen_ < kStrijd ? genomen_ + 1 : 1;
+    laatstGenomen_ = nu;
+    if (genomen_ <= kMeesteKeren) bronnen_.werkruimte.activateIgnoringOthers();
 }
 
 // It is hidden on all of the desktop: whatever lies over the black screen needs it.

@@ -152,6 +152,7 @@ class MatrixCentrale {
     void rondAf(int nummer);
     void veranderd(platform::Workspace::Change wat);
     void verbergCursor(bool weg);
+    void neemToetsen();
     void volgSchermen();
     void volgZwart(const std::vector<platform::Screen>& schermen);
     void volgRegen(const std::vector<platform::Screen>& schermen);
@@ -171,6 +172,8 @@ class MatrixCentrale {
     int laatsteNummer_ = 0;
     Gepubliceerd<RegenStand> stand_{RegenStand::uit};
     platform::Timer toetsenKlok_;
+    double laatstGenomen_ = -1e9;  // the keyboard, from another
+    int genomen_ = 0;
     platform::Observation werkruimte_;
     platform::ScreenObserver schermen_;
     std::shared_ptr<MatrixCentrale*> zelf_ = std::make_shared<MatrixCentrale*>(this);

@@ -52,10 +52,9 @@ void Bureau::na(Doe doe) {
 }
 
 void Bureau::meld() {
+    const bool volgt = centrale_.zwartAan() && centrale_.muziekKlok().isValid();
     // What lies under a saver or lock is seen by nobody.
-    const bool volgt =
-        centrale_.zwartAan() && centrale_.muziekKlok().isValid() && !werkruimte_.isSaverActive();
-    muziek_.luister(keuzes_.muziek && (volgt || luisterMee_));
+    muziek_.luister(keuzes_.muziek && (volgt || luisterMee_) && !werkruimte_.isSaverActive());
     if (bezig_ > 0) return;
     const BureauStand nu{.zwart = centrale_.zwartAan(),
                          .soort = centrale_.zwartAan() ? soort_ : std::nullopt,

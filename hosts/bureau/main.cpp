@@ -146,6 +146,11 @@ class Wekker {
             [[maybe_unused]] const auto n = write(STDERR_FILENO, kRegel.data(), kRegel.size());
             _exit(kFout);
         });
+        // Whoever started the process may have left it blocked.
+        sigset_t alleen;
+        sigemptyset(&alleen);
+        sigaddset(&alleen, SIGALRM);
+        pthread_sigmask(SIG_UNBLOCK, &alleen, nullptr);
         alarm(seconden);
     }
     ~Wekker() {
@@ -156,14 +161,15 @@ class Wekker {
     Wekker& operator=(const Wekker&) = delete;
 };
 
-// More than any request may take.
-constexpr unsigned kBusGeduld = 15;
+// Seconds for a bus to answer, and more than a request to the owner may take.
+constexpr unsigned kBusGeduld = 15, kVraagGeduld = 10;
 
 // Asks the owner that runs, if one does, and returns the exit status.
 std::optional<int> alsKlant(int argc, char** argv, const QString& bus,
                             const BureauOpdracht& opdracht) {
     const QString naam = QStringLiteral("klant");
-    const Wekker wekker(kBusGeduld);
+    const auto vragen = static_cast<unsigned>(opdracht.verzoeken.size());
+    const Wekker wekker(kBusGeduld + kVraagGeduld * vragen);
     const QCoreApplication app(argc, argv);
     std::optional<int> uitgang;
     {
@@ -173,8 +179,8 @@ std::optional<int> alsKlant(int argc, char** argv, const QString& bus,
             uitgang = meldNaam(QStringLiteral("de sessiebus is onbereikbaar"));
         else if (klant.isEr())
             uitgang = vraag(klant, opdracht);
-        else if (brixtel::zijnHulpmiddelenInGebruik(verbinding))
-            // Qt finds them by it.
+        // Qt finds them by it.
+        if (!uitgang && brixtel::zijnHulpmiddelenInGebruik(verbinding))
             qputenv(kBus, bus.toLocal8Bit());
     }
     QDBusConnection::disconnectFromBus(naam);

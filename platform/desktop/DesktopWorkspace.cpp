@@ -102,10 +102,10 @@ void DesktopWorkspace::activate(const RunningApplication& application) {
                             XCB_CURRENT_TIME);
     } else {
         // Managers may leave one that is on another of the user's desktops where it is.
-        const std::uint32_t at = root.property(application.window, root.atom("_NET_WM_DESKTOP"));
-        if (at != kAllDesktops &&
-            at != root.property(root.root(), root.atom("_NET_CURRENT_DESKTOP")))
-            wish(root, root.root(), "_NET_CURRENT_DESKTOP", at);
+        const auto at = root.find(application.window, root.atom("_NET_WM_DESKTOP"));
+        const auto here = root.find(root.root(), root.atom("_NET_CURRENT_DESKTOP"));
+        if (at && here && at != here && at != kAllDesktops)
+            wish(root, root.root(), "_NET_CURRENT_DESKTOP", *at);
         wish(root, application.window, "_NET_ACTIVE_WINDOW", kFromPager);
     }
     xcb_flush(root.get());

@@ -80,14 +80,14 @@ bool RootWatch::isSaverOn() const {
     return property(root_, saverName_) != 0;
 }
 
-std::uint32_t RootWatch::property(xcb_window_t window, xcb_atom_t name) const {
-    if (!isAlive()) return 0;
+std::optional<std::uint32_t> RootWatch::find(xcb_window_t window, xcb_atom_t name) const {
+    if (!isAlive()) return std::nullopt;
     const auto cookie = xcb_get_property(get(), 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, 1);
     xcb_generic_error_t* error = nullptr;
     const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(get(), cookie, &error));
     std::free(error);
     readSoon();
-    if (!reply || reply->format != 32 || reply->value_len == 0) return 0;
+    if (!reply || reply->format != 32 || reply->value_len == 0) return std::nullopt;
     return *static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
 }
 

@@ -4,6 +4,7 @@
 #include <QSocketNotifier>
 #include <QString>
 #include <memory>
+#include <optional>
 
 #include "platform/desktop/Observers.h"
 #include "platform/desktop/Xcb.h"
@@ -46,7 +47,11 @@ class RootWatch {
     [[nodiscard]] bool hasFixes() const { return selectionEvent_ != 0; }
 
     // The first number of a property; 0 where it is absent or none.
-    [[nodiscard]] std::uint32_t property(xcb_window_t window, xcb_atom_t name) const;
+    [[nodiscard]] std::uint32_t property(xcb_window_t window, xcb_atom_t name) const {
+        return find(window, name).value_or(0);
+    }
+    // The same; none where it is absent.
+    [[nodiscard]] std::optional<std::uint32_t> find(xcb_window_t window, xcb_atom_t name) const;
 
     // Tells of another active window, where only this program can know: the keyboard
     // may go to one that no window manager calls active.

@@ -70,7 +70,7 @@ class MonitorRecorder::Link {
     Owned<pa_stream> stream_;
     std::string source_;  // that the stream is of
     double rate_ = 0;
-    bool began_ = false;  // the stream
+    bool heard_ = false;  // the stream
 };
 
 MonitorRecorder::Link::Link(const MonitorRecorderOptions& options, Sound sound,
@@ -163,6 +163,7 @@ void MonitorRecorder::Link::found(const pa_source_info& source) {
     close();
     if (!isMonitor(source)) return;
     source_ = source.name;
+    heard_ = false;
     const std::uint32_t rate = std::clamp(source.sample_spec.rate, kLowestRate, kHighestRate);
     rate_ = rate;
     const pa_sample_spec wanted{.format = PA_SAMPLE_FLOAT32NE, .rate = rate, .channels = 1};
@@ -190,10 +191,9 @@ void MonitorRecorder::Link::streamChanged() {
     const bool other =
         state == PA_STREAM_READY && source_ != pa_stream_get_device_name(stream_.get());
     if (ended || other) close();
-    // Of a mixer that ended it nothing else will tell; what never began would only
-    // fail again.
-    if (ended && std::exchange(began_, false)) look();
-    if (state == PA_STREAM_READY) began_ = !other;
+    // Of a mixer that ended it nothing else will tell; what was never heard would
+    // only end again.
+    if (ended && std::exchange(heard_, false)) look();
 }
 
 void MonitorRecorder::Link::close() {
@@ -210,6 +210,7 @@ void MonitorRecorder::Link::read() {
         const void* data = nullptr;
         std::size_t bytes = 0;
         if (pa_stream_peek(stream_.get(), &data, &bytes) != 0 || bytes == 0) return;
+        heard_ = true;
         std::size_t left = bytes / sizeof(float);
         if (data) {
             sound_({static_cast<const float*>(data), left}, rate_);

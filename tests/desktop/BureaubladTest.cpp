@@ -278,6 +278,26 @@ TEST_F(Effecten, AWindowThatOpensUnderTheBlackScreenGetsNothing) {
     }));
 }
 
+TEST_F(Effecten, AnApplicationThatIsGoneTakesNobodyToAnotherDesktop) {
+    const auto zegt = [](const char* vraag) {
+        return Bureaublad::hulp(QStringLiteral("xdotool ") + QLatin1String(vraag)).trimmed();
+    };
+    zegt("set_num_desktops 2");
+    zegt("set_desktop 1");
+    ASSERT_TRUE(until([&] { return zegt("get_desktop") == "1"; }));
+    {
+        Programma programma;
+        ASSERT_TRUE(toonZwart());
+        ASSERT_EQ(centrale->vorigeApp()->window, programma.venster);
+    }
+    ASSERT_TRUE(until([] { return Bureaublad::beheerde().isEmpty(); }));
+    centrale->sluitZwart();
+    // What the window manager is asked after it, it does after it.
+    zegt("set_num_desktops 3");
+    ASSERT_TRUE(until([&] { return zegt("get_num_desktops") == "3"; }));
+    EXPECT_EQ(zegt("get_desktop"), "1");
+}
+
 TEST_F(Effecten, AWindowManagerThatComesAnewDoesNotKeepTheKeyboard) {
     ASSERT_TRUE(toonZwart());
     const auto zwart = xcb_window_t(centrale->zwart().back().venster->windowNumber());

@@ -332,6 +332,22 @@ TEST_F(Centrale, AKeyboardThatAnotherTookIsTakenBack) {
     EXPECT_EQ(werkruimte.zelfGeactiveerd, 2);
 }
 
+TEST_F(Centrale, WhoInsistsOnTheKeyboardHasIt) {
+    centrale->toonZwart(std::nullopt);
+    const auto strijd = [this](int keren) {
+        const int voor = werkruimte.zelfGeactiveerd;
+        for (int keer = 0; keer < keren; ++keer) {
+            werkruimte.meldVoorgrond();
+            klok.advance(0.7);
+        }
+        return werkruimte.zelfGeactiveerd - voor;
+    };
+    EXPECT_EQ(strijd(20), 5);
+    // Another that comes later does not suffer for it.
+    klok.advance(5.0);
+    EXPECT_EQ(strijd(1), 1);
+}
+
 TEST_F(Centrale, OneOpenedWhileSeveralStillFadeKeepsItsWorlds) {
     for (int keer = 0; keer < 3; ++keer) {
         centrale->toonZwart(DrieSoort::kubus);

@@ -134,7 +134,7 @@ Rectangle {
                 width: parent.width
                 visible: blad.paneel.saverOntbreekt
                 // What was pressed is above it, and it may be out of sight.
-                onVisibleChanged: { rijen.forceLayout(); blad.toon(this); }
+                onVisibleChanged: if (visible) { rijen.forceLayout(); blad.toon(this); }
                 tekst: "De instellingen van de schermbeveiliging zijn niet te openen: brixtel-saver ontbreekt of werkt niet."
             }
         }

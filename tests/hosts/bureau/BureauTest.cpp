@@ -161,6 +161,12 @@ TEST_F(BureauProef, MusicIsNotListenedToUnderASaverOrLock) {
     EXPECT_FALSE(bureau->muziek().luistert());
     werkruimte.zetBeveiligd(false);
     EXPECT_TRUE(bureau->muziek().luistert());
+    bureau->sluitZwart();
+    bureau->luisterMee(true);
+    werkruimte.zetBeveiligd(true);
+    EXPECT_FALSE(bureau->muziek().luistert());
+    werkruimte.zetBeveiligd(false);
+    EXPECT_TRUE(bureau->muziek().luistert());
 }
 
 TEST_F(BureauProef, MusicStopsWhenTheUserClosesTheBlackScreen) {

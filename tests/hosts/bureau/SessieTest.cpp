@@ -359,18 +359,20 @@ TEST_F(Sessie, ThePanelFitsOnASmallScreen) {
 }
 
 TEST_F(Sessie, APanelOnAnotherDesktopIsGoneTo) {
+    const auto bureau = [] {
+        return Bureaublad::hulp(QStringLiteral("xdotool get_desktop")).trimmed();
+    };
     Bureaublad::hulp(QStringLiteral("xdotool set_num_desktops 2"));
+    Bureaublad::hulp(QStringLiteral("xdotool set_desktop 1"));
+    ASSERT_TRUE(until([&] { return bureau() == "1"; }));
     start(eigenaar, {});
     ASSERT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
     const xcb_window_t paneel = panelen().front();
     ASSERT_TRUE(until([=] { return Bureaublad::actief() == paneel; }));
-    const auto bureau = [] {
-        return Bureaublad::hulp(QStringLiteral("xdotool get_desktop")).trimmed();
-    };
-    Bureaublad::hulp(QStringLiteral("xdotool set_desktop 1"));
-    ASSERT_TRUE(until([&] { return bureau() == "1"; }));
+    Bureaublad::hulp(QStringLiteral("xdotool set_desktop 0"));
+    ASSERT_TRUE(until([&] { return bureau() == "0"; }));
     EXPECT_EQ(draai(QStringList()).uitgang, 0);
-    EXPECT_TRUE(until([&] { return bureau() == "0"; }));
+    EXPECT_TRUE(until([&] { return bureau() == "1"; }));
     EXPECT_TRUE(until([=] { return Bureaublad::actief() == paneel; }));
 }
 
@@ -391,6 +393,7 @@ TEST_F(Sessie, APanelThatFillsTheScreenDoesSoAgainAfterItWasAnIcon) {
     ASSERT_TRUE(until([] { return panelen().isEmpty(); }));
     EXPECT_EQ(draai(QStringList()).uitgang, 0);
     ASSERT_TRUE(until([] { return panelen().size() == 1; }));
+    ASSERT_TRUE(until([=] { return Bureaublad::actief() == paneel; }));
     EXPECT_TRUE(until(isVol));
     EXPECT_TRUE(Bureaublad::hulp(QStringLiteral("xprop -id %1 _NET_WM_STATE").arg(paneel))
                     .contains("MAXIMIZED_VERT"));
