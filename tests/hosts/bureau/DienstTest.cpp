@@ -7,6 +7,7 @@
 
 #include "hosts/bureau/BureauXml.h"
 #include "tests/hosts/bureau/BureauProef.h"
+#include "tests/support/BusMonitor.h"
 
 using namespace brixtel;
 
@@ -92,38 +93,17 @@ TEST_F(Dienst, TheDescriptionTellsOfEveryMethodAndProperty) {
 }
 
 TEST_F(Dienst, EveryChangeIsSignalled) {
-    QProcess luisteraar;
-    luisteraar.start(QStringLiteral("dbus-monitor"),
-                     {QStringLiteral("--address"), bus.address(),
-                      QStringLiteral("type=signal,member=PropertiesChanged")});
-    QByteArray gehoord;
-    const auto hoort = [&](const char* tekst) {
-        return until([&] {
-            gehoord += luisteraar.readAll();
-            return gehoord.contains(tekst);
-        });
-    };
-    ASSERT_TRUE(hoort("NameAcquired"));
-    // It listens once it is heard to.
-    ASSERT_TRUE(until([&] {
-        (void)bus.send({QStringLiteral("/"),
-                        QStringLiteral("org.freedesktop.DBus.Properties.PropertiesChanged"),
-                        QStringLiteral("string:proef")});
-        gehoord += luisteraar.readAll();
-        return gehoord.contains("\"proef\"");
-    }));
-    gehoord.clear();
+    BusMonitor luisteraar(bus, QStringLiteral("type=signal,member=PropertiesChanged"));
+    ASSERT_TRUE(luisteraar.isReady());
     beller->roep("ToonRegen");
-    EXPECT_TRUE(hoort("\"RegenStand\""));
-    EXPECT_TRUE(gehoord.contains("\"RegenAan\""));
-    EXPECT_FALSE(gehoord.contains("\"ZwartAan\""));
-    gehoord.clear();
+    EXPECT_TRUE(luisteraar.hears("\"RegenStand\""));
+    EXPECT_TRUE(luisteraar.hasHeard("\"RegenAan\""));
+    EXPECT_FALSE(luisteraar.hasHeard("\"ZwartAan\""));
+    luisteraar.forget();
     werkruimte.zetDoorzichtig(false);
-    EXPECT_TRUE(hoort("\"geen-compositor\""));
-    EXPECT_TRUE(hoort("\"RegenUitleg\""));
-    EXPECT_FALSE(gehoord.contains("\"RegenAan\""));
-    luisteraar.kill();
-    luisteraar.waitForFinished();
+    EXPECT_TRUE(luisteraar.hears("\"geen-compositor\""));
+    EXPECT_TRUE(luisteraar.hears("\"RegenUitleg\""));
+    EXPECT_FALSE(luisteraar.hasHeard("\"RegenAan\""));
 }
 
 TEST_F(Dienst, AValueThatIsNoneIsRefused) {

@@ -10,12 +10,23 @@
 #include <QProcessEnvironment>
 
 #include "tests/desktop/Bureaublad.h"
+#include "tests/support/BusMonitor.h"
 #include "tests/support/DBusDaemon.h"
 
 namespace {
 
 using brixtel::Bureaublad;
 using brixtel::scherm;
+
+// The panels that can be seen.
+QList<xcb_window_t> panelen() {
+    QList<xcb_window_t> alle;
+    const QByteArray uit =
+        Bureaublad::hulp(QStringLiteral("xdotool search --onlyvisible --name Instellingen"));
+    for (const QByteArray& regel : uit.split('\n'))
+        if (!regel.isEmpty()) alle << regel.toUInt();
+    return alle;
+}
 
 class Sessie : public testing::Test {
   protected:
@@ -24,6 +35,7 @@ class Sessie : public testing::Test {
     QTemporaryDir thuis;
     std::optional<Bureaublad> bureaublad;
     QProcess eigenaar;
+    xcb_window_t paneel = 0;
 
     void SetUp() override {
         ASSERT_TRUE(server.isRunning());
@@ -74,6 +86,15 @@ class Sessie : public testing::Test {
     bool begin(const QStringList& woorden = {QStringLiteral("--dienst")}) {
         start(eigenaar, woorden);
         return until([this] { return draai("--stand").uitgang == 0; }, 30'000);
+    }
+    // Starts the owner with its panel, and waits for that.
+    void openPaneel() {
+        start(eigenaar, {});
+        ASSERT_TRUE(until([] { return panelen().size() == 1; }));
+        paneel = panelen().front();
+    }
+    [[nodiscard]] bool isPaneelActief() const {
+        return until([this] { return Bureaublad::actief() == paneel; });
     }
     // Whether --stand says so, soon: it answers before it has done all it was
     // started for.
@@ -280,21 +301,11 @@ TEST_F(Sessie, AStartWhileTheOwnerGoesTakesItsPlace) {
     ASSERT_TRUE(begin());
     // It hears what it is asked no more.
     ::kill(static_cast<pid_t>(eigenaar.processId()), SIGSTOP);
-    QProcess luisteraar;
-    luisteraar.start(QStringLiteral("dbus-monitor"),
-                     {QStringLiteral("--address"), bus.address(),
-                      QStringLiteral("type=method_call,member=ToonZwart")});
-    QByteArray gehoord;
-    const auto hoort = [&](const char* tekst) {
-        return until([&] {
-            gehoord += luisteraar.readAll();
-            return gehoord.contains(tekst);
-        });
-    };
-    ASSERT_TRUE(hoort("NameAcquired"));
+    BusMonitor luisteraar(bus, QStringLiteral("type=method_call,member=ToonZwart"));
+    ASSERT_TRUE(luisteraar.isReady());
     QProcess tweede;
     start(tweede, {QStringLiteral("--toon-zwart=kubus")});
-    ASSERT_TRUE(hoort("member=ToonZwart"));
+    ASSERT_TRUE(luisteraar.hears("member=ToonZwart"));
     eigenaar.kill();
     ASSERT_TRUE(eindigt());
     EXPECT_TRUE(meldt("zwart scherm: aan (kubus)"));
@@ -303,8 +314,6 @@ TEST_F(Sessie, AStartWhileTheOwnerGoesTakesItsPlace) {
     EXPECT_TRUE(until([&] { return tweede.state() == QProcess::NotRunning; }));
     EXPECT_EQ(tweede.exitCode(), 0);
     EXPECT_EQ(tweede.readAllStandardError(), QByteArray());
-    luisteraar.kill();
-    luisteraar.waitForFinished();
 }
 
 TEST_F(Sessie, ABusThatHangsIsToldOf) {
@@ -328,33 +337,20 @@ TEST_F(Sessie, ASignalEndsItAndTheEndOfTheBusToo) {
     EXPECT_EQ(eigenaar.exitCode(), 0);
 }
 
-// Those with that name that can be seen.
-QList<xcb_window_t> panelen() {
-    QList<xcb_window_t> alle;
-    const QByteArray uit =
-        Bureaublad::hulp(QStringLiteral("xdotool search --onlyvisible --name Instellingen"));
-    for (const QByteArray& regel : uit.split('\n'))
-        if (!regel.isEmpty()) alle << regel.toUInt();
-    return alle;
-}
-
 TEST_F(Sessie, WithoutArgumentsThePanelOpensAndASecondStartRaisesIt) {
-    start(eigenaar, {});
-    ASSERT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
-    const xcb_window_t paneel = panelen().front();
-    EXPECT_TRUE(until([=] { return Bureaublad::actief() == paneel; }));
+    ASSERT_NO_FATAL_FAILURE(openPaneel());
+    EXPECT_TRUE(isPaneelActief());
     const brixtel::Programma ander;
     ASSERT_NE(Bureaublad::actief(), paneel);
     EXPECT_EQ(draai(QStringList()).uitgang, 0);
-    EXPECT_TRUE(until([=] { return Bureaublad::actief() == paneel; }));
+    EXPECT_TRUE(isPaneelActief());
     EXPECT_EQ(panelen(), QList{paneel});
 }
 
 TEST_F(Sessie, ThePanelFitsOnASmallScreen) {
-    start(eigenaar, {});
-    ASSERT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
-    const QByteArray plaats = Bureaublad::hulp(
-        QStringLiteral("xdotool getwindowgeometry --shell %1").arg(panelen().front()));
+    ASSERT_NO_FATAL_FAILURE(openPaneel());
+    const QByteArray plaats =
+        Bureaublad::hulp(QStringLiteral("xdotool getwindowgeometry --shell %1").arg(paneel));
     EXPECT_TRUE(plaats.contains("WIDTH=400\nHEIGHT=560\n")) << plaats.constData();
 }
 
@@ -365,26 +361,22 @@ TEST_F(Sessie, APanelOnAnotherDesktopIsGoneTo) {
     Bureaublad::hulp(QStringLiteral("xdotool set_num_desktops 2"));
     Bureaublad::hulp(QStringLiteral("xdotool set_desktop 1"));
     ASSERT_TRUE(until([&] { return bureau() == "1"; }));
-    start(eigenaar, {});
-    ASSERT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
-    const xcb_window_t paneel = panelen().front();
-    ASSERT_TRUE(until([=] { return Bureaublad::actief() == paneel; }));
+    ASSERT_NO_FATAL_FAILURE(openPaneel());
+    ASSERT_TRUE(isPaneelActief());
     Bureaublad::hulp(QStringLiteral("xdotool set_desktop 0"));
     ASSERT_TRUE(until([&] { return bureau() == "0"; }));
     EXPECT_EQ(draai(QStringList()).uitgang, 0);
     EXPECT_TRUE(until([&] { return bureau() == "1"; }));
-    EXPECT_TRUE(until([=] { return Bureaublad::actief() == paneel; }));
+    EXPECT_TRUE(isPaneelActief());
 }
 
 TEST_F(Sessie, APanelThatFillsTheScreenDoesSoAgainAfterItWasAnIcon) {
-    start(eigenaar, {});
-    ASSERT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
-    const xcb_window_t paneel = panelen().front();
-    ASSERT_TRUE(until([=] { return Bureaublad::actief() == paneel; }));
+    ASSERT_NO_FATAL_FAILURE(openPaneel());
+    ASSERT_TRUE(isPaneelActief());
     Bureaublad::vraagBeheer(paneel, "_NET_WM_STATE",
                             {1, Bureaublad::atoom("_NET_WM_STATE_MAXIMIZED_VERT"),
                              Bureaublad::atoom("_NET_WM_STATE_MAXIMIZED_HORZ")});
-    const auto isVol = [=] {
+    const auto isVol = [this] {
         return Bureaublad::hulp(QStringLiteral("xdotool getwindowgeometry --shell %1").arg(paneel))
             .contains("WIDTH=800\n");
     };
@@ -393,17 +385,15 @@ TEST_F(Sessie, APanelThatFillsTheScreenDoesSoAgainAfterItWasAnIcon) {
     ASSERT_TRUE(until([] { return panelen().isEmpty(); }));
     EXPECT_EQ(draai(QStringList()).uitgang, 0);
     ASSERT_TRUE(until([] { return panelen().size() == 1; }));
-    ASSERT_TRUE(until([=] { return Bureaublad::actief() == paneel; }));
+    ASSERT_TRUE(isPaneelActief());
     EXPECT_TRUE(until(isVol));
     EXPECT_TRUE(Bureaublad::hulp(QStringLiteral("xprop -id %1 _NET_WM_STATE").arg(paneel))
                     .contains("MAXIMIZED_VERT"));
 }
 
 TEST_F(Sessie, EscapeClosesThePanelAndTheOwnerStays) {
-    start(eigenaar, {});
-    ASSERT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
-    const xcb_window_t paneel = panelen().front();
-    ASSERT_TRUE(until([=] { return Bureaublad::metToetsen() == paneel; }));
+    ASSERT_NO_FATAL_FAILURE(openPaneel());
+    ASSERT_TRUE(until([this] { return Bureaublad::metToetsen() == paneel; }));
     Bureaublad::hulp(QStringLiteral("xdotool key Escape"));
     EXPECT_TRUE(until([] { return panelen().isEmpty(); }));
     EXPECT_EQ(draai("--stand").uitgang, 0);
@@ -423,10 +413,8 @@ QList<xcb_window_t> bladen() {
 }
 
 TEST_F(Sessie, TheSaversSheetLiesAboveThePanelAndOutlivesItAndTheOwner) {
-    start(eigenaar, {});
-    ASSERT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
-    const xcb_window_t paneel = panelen().front();
-    ASSERT_TRUE(until([=] { return Bureaublad::metToetsen() == paneel; }));
+    ASSERT_NO_FATAL_FAILURE(openPaneel());
+    ASSERT_TRUE(until([this] { return Bureaublad::metToetsen() == paneel; }));
     // The last of the panel's controls opens it.
     Bureaublad::hulp(QStringLiteral("xdotool key shift+Tab space"));
     ASSERT_TRUE(until([] { return bladen().size() == 1; }));
@@ -463,8 +451,7 @@ TEST_F(Sessie, WhatWaitsToBeWrittenIsKeptWhenTheDisplayGoes) {
 }
 
 TEST_F(Sessie, ThePanelHasARunningPictureOfTheSceneWhileItIsWanted) {
-    start(eigenaar, {});
-    ASSERT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
+    ASSERT_NO_FATAL_FAILURE(openPaneel());
     // Nothing else in the panel moves.
     for (int keer = 0; keer < 20; ++keer) {
         const QImage voor = beeld();
@@ -526,8 +513,7 @@ TEST_F(Sessie, AnOpenPanelWithoutItsPictureIsNotWokenOnce) {
     ASSERT_TRUE(keuzes.open(QIODevice::WriteOnly));
     keuzes.write("[General]\nvoorbeeld=uit\n");
     keuzes.close();
-    start(eigenaar, {});
-    ASSERT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
+    ASSERT_NO_FATAL_FAILURE(openPaneel());
     EXPECT_TRUE(until(
         [this] {
             const QByteArray voor = beurten(eigenaar.processId());
