@@ -72,9 +72,7 @@ function(brixtel_test name)
   target_link_libraries(${name} PRIVATE brixtel_flags ${T_LINKS} GTest::gmock)
   # Tests are compiled more often than they run.
   target_compile_options(${name} PRIVATE -O1)
-  target_compile_definitions(${name} PRIVATE
-                             BRIXTEL_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data"
-                             BRIXTEL_BUILD_DIR="${CMAKE_BINARY_DIR}")
+  target_include_directories(${name} PRIVATE "${CMAKE_BINARY_DIR}/gemaakt")
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
                        PROPERTIES LABELS "${T_LABELS}" TIMEOUT 120 ${T_PROPERTIES})
 endfunction()

@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "tests/connections/Tabellen.h"
+#include "tests/support/Paden.h"
 #include "tests/support/Processen.h"
 
 using brixtel::Land;

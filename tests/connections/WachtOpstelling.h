@@ -15,6 +15,7 @@
 
 #include "connections/VerbindingWacht.h"
 #include "tests/connections/Tabellen.h"
+#include "tests/support/Paden.h"
 #include "tests/support/Processen.h"
 #include "tests/support/TijdelijkeMap.h"
 

@@ -8,6 +8,7 @@
 #include <QProcess>
 #include <vector>
 
+#include "tests/support/Paden.h"
 #include "tests/support/Pictures.h"
 #include "tests/support/TijdelijkeMap.h"
 

@@ -9,6 +9,7 @@
 #include <QQuickItem>
 #include <memory>
 
+#include "tests/support/Paden.h"
 #include "tests/support/TijdelijkeMap.h"
 
 namespace {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tests/support/DBusDaemon.h"
+#include "tests/support/Paden.h"
 #include "tests/support/TijdelijkeMap.h"
 #include "tests/support/Until.h"
 #include "tests/support/Xvfb.h"

@@ -10,6 +10,7 @@
 #include "desktop/MatrixView.h"
 #include "platform/desktop/DesktopWorkspace.h"
 #include "tests/support/DBusDaemon.h"
+#include "tests/support/Paden.h"
 
 using brixtel::Bureaublad;
 using brixtel::DrieSoort;

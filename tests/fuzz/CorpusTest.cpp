@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "tests/fuzz/FuzzDoelen.h"
+#include "tests/support/Paden.h"
 
 namespace {
 

@@ -11,6 +11,7 @@
 #include "BrixtelSaver/SaverKeuze.h"
 #include "hosts/bureau/Opdracht.h"
 #include "hosts/saver/Opdracht.h"
+#include "tests/support/Paden.h"
 
 namespace {
 

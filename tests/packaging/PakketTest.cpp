@@ -11,6 +11,7 @@
 #include <QTemporaryDir>
 
 #include "tests/hosts/saver/Programma.h"
+#include "tests/support/Paden.h"
 
 namespace {
 

@@ -7,6 +7,8 @@
 #include <array>
 #include <cstdlib>
 
+#include "tests/support/Paden.h"
+
 namespace platform::test {
 
 namespace {

@@ -15,6 +15,7 @@
 #include "tests/connections/Programma.h"
 #include "tests/connections/Tabellen.h"
 #include "tests/support/KeepDriver.h"
+#include "tests/support/Paden.h"
 #include "tests/support/Until.h"
 #include "tests/support/Xvfb.h"
 #include "worlds/DrieWereld.h"

@@ -8,6 +8,7 @@
 #include "hosts/bureau/BureauXml.h"
 #include "tests/hosts/bureau/BureauProef.h"
 #include "tests/support/BusMonitor.h"
+#include "tests/support/Paden.h"
 
 using namespace brixtel;
 

@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "tests/support/DBusDaemon.h"
+#include "tests/support/Paden.h"
 #include "tests/support/TijdelijkeMap.h"
 #include "tests/support/Until.h"
 #include "tests/support/Xvfb.h"

@@ -12,6 +12,7 @@
 #include "tests/desktop/Bureaublad.h"
 #include "tests/support/BusMonitor.h"
 #include "tests/support/DBusDaemon.h"
+#include "tests/support/Paden.h"
 
 namespace {
 

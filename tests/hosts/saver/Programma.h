@@ -7,6 +7,7 @@
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
 
+#include "tests/support/Paden.h"
 #include "tests/support/Until.h"
 #include "tests/support/Xvfb.h"
 

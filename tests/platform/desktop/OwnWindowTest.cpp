@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 
 #include "platform/desktop/Window.h"
+#include "tests/support/Paden.h"
 #include "tests/support/Until.h"
 #include "tests/support/Xvfb.h"
 
