@@ -6,8 +6,8 @@
 
 #include "BrixtelSaver/InstellingenModule.h"
 #include "BrixtelSaver/SaverInstellingen.h"
-#include "platform/desktop/Screen.h"
-#include "platform/desktop/Window.h"
+#include "platform/window/Screen.h"
+#include "platform/window/Window.h"
 
 namespace brixtel {
 

@@ -6,8 +6,8 @@
 #include <optional>
 
 #include "BrixtelSaver/SaverKeuze.h"
-#include "platform/desktop/ScreenSaverView.h"
 #include "platform/time/Timer.h"
+#include "platform/view/ScreenSaverView.h"
 #include "rain/MatrixRegen.h"
 #include "worlds/DrieWereld.h"
 

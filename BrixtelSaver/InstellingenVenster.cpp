@@ -12,7 +12,7 @@
 #include "BrixtelSaver/InstellingenStijl.h"
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "drawing/Thema.h"
-#include "platform/desktop/DialogFrame.h"
+#include "platform/window/x11/DialogFrame.h"
 
 namespace brixtel {
 

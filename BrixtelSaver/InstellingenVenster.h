@@ -7,7 +7,7 @@
 #include <memory>
 
 #include "BrixtelSaver/SaverKeuze.h"
-#include "platform/desktop/Sheet.h"
+#include "platform/view/Sheet.h"
 
 class QAbstractButton;
 class QPushButton;

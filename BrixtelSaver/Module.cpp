@@ -2,7 +2,7 @@
 #include <QObject>
 
 #include "BrixtelSaver/BrixtelSaver.h"
-#include "platform/desktop/SaverModule.h"
+#include "platform/view/SaverModule.h"
 
 namespace brixtel {
 

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "BrixtelSaver/SaverKeuze.h"
-#include "platform/desktop/Preferences.h"
+#include "platform/session/Preferences.h"
 
 namespace brixtel {
 

@@ -10,9 +10,9 @@
 #include <cstdio>
 #include <vector>
 
-#include "platform/render/CpuDrawer.h"
 #include "platform/render/QualityLadder.h"
 #include "platform/render/SceneSnapshot.h"
+#include "platform/render/cpu/CpuDrawer.h"
 #include "platform/scene/DrawList.h"
 #include "platform/time/MediaClock.h"
 #include "platform/time/ProcessUsage.h"

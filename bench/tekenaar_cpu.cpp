@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/layers/Damage.h"
-#include "platform/render/CpuDrawer.h"
+#include "platform/render/cpu/CpuDrawer.h"
 #include "tests/support/FallingColumns.h"
 
 using namespace platform;

@@ -9,7 +9,7 @@
 #include <QStringList>
 #include <cstdio>
 
-#include "platform/render/Egl.h"
+#include "platform/render/egl/Egl.h"
 #include "platform/time/ProcessUsage.h"
 #include "platform/time/Timer.h"
 

@@ -14,8 +14,8 @@
 #include <vector>
 
 #include "BrixtelSaver/BrixtelSaver.h"
-#include "platform/desktop/Window.h"
 #include "platform/time/ProcessUsage.h"
+#include "platform/window/Window.h"
 #include "tests/BrixtelSaver/Instellingen.h"
 #include "tests/support/Xvfb.h"
 

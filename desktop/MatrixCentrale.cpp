@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/desktop/AnimationGroup.h"
 #include "platform/time/ProcessUsage.h"
+#include "platform/view/AnimationGroup.h"
 
 namespace brixtel {
 

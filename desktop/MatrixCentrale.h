@@ -9,10 +9,10 @@
 #include "connections/Gepubliceerd.h"
 #include "desktop/MatrixVenster.h"
 #include "desktop/MuziekStand.h"
-#include "platform/desktop/SceneWarmUp.h"
-#include "platform/desktop/Screen.h"
-#include "platform/desktop/Workspace.h"
 #include "platform/time/Timer.h"
+#include "platform/window/SceneWarmUp.h"
+#include "platform/window/Screen.h"
+#include "platform/window/Workspace.h"
 #include "rain/MatrixRegen.h"
 #include "worlds/DrieWereld.h"
 

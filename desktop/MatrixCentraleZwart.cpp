@@ -9,7 +9,7 @@
 #include "desktop/MatrixView.h"
 #include "desktop/Schermen.h"
 #include "drawing/Thema.h"
-#include "platform/desktop/SceneView.h"
+#include "platform/view/SceneView.h"
 
 namespace brixtel {
 

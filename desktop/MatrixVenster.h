@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/desktop/Window.h"
+#include "platform/window/Window.h"
 
 namespace brixtel {
 

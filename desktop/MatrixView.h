@@ -6,9 +6,9 @@
 #include <memory>
 #include <optional>
 
-#include "platform/desktop/View.h"
-#include "platform/desktop/Workspace.h"
 #include "platform/time/MediaClock.h"
+#include "platform/view/View.h"
+#include "platform/window/Workspace.h"
 
 namespace brixtel {
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "platform/desktop/Screen.h"
+#include "platform/window/Screen.h"
 
 namespace brixtel {
 

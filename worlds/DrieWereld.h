@@ -16,10 +16,10 @@
 #include "connections/Gepubliceerd.h"
 #include "connections/LandenTabel.h"
 #include "connections/VerbindingWacht.h"
-#include "platform/desktop/SceneView.h"
 #include "platform/scene/Scene.h"
 #include "platform/time/MediaClock.h"
 #include "platform/time/RandomSource.h"
+#include "platform/view/SceneView.h"
 #include "worlds/DrieSoort.h"
 #include "worlds/LandKaart.h"
 

@@ -2,7 +2,7 @@
 #include "hosts/bureau/BureauInstellingen.h"
 
 #include "hosts/gedeeld/Opties.h"
-#include "platform/desktop/Preferences.h"
+#include "platform/session/Preferences.h"
 
 namespace brixtel {
 

@@ -20,8 +20,8 @@
 #include "hosts/bureau/Pictogram.h"
 #include "hosts/gedeeld/Melding.h"
 #include "hosts/gedeeld/Signalen.h"
-#include "platform/desktop/DesktopWorkspace.h"
-#include "platform/desktop/DisplayCheck.h"
+#include "platform/window/x11/DesktopWorkspace.h"
+#include "platform/window/x11/DisplayCheck.h"
 
 namespace {
 

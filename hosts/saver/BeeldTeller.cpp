@@ -4,8 +4,8 @@
 #include <QLocale>
 
 #include "drawing/Thema.h"
-#include "platform/desktop/Window.h"
 #include "platform/time/ProcessUsage.h"
+#include "platform/window/Window.h"
 
 namespace brixtel {
 

@@ -5,8 +5,8 @@
 #include <array>
 #include <cstdint>
 
-#include "platform/desktop/View.h"
 #include "platform/time/Timer.h"
+#include "platform/view/View.h"
 
 namespace brixtel {
 

@@ -5,8 +5,8 @@
 #include <memory>
 #include <optional>
 
-#include "platform/desktop/ScreenSaverView.h"
-#include "platform/desktop/View.h"
+#include "platform/view/ScreenSaverView.h"
+#include "platform/view/View.h"
 
 namespace brixtel {
 

@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "hosts/gedeeld/Signalen.h"
-#include "platform/desktop/SheetOnWindow.h"
+#include "platform/window/x11/SheetOnWindow.h"
 
 namespace brixtel {
 

@@ -7,8 +7,8 @@
 #include <optional>
 #include <vector>
 
-#include "platform/desktop/Window.h"
 #include "platform/time/Timer.h"
+#include "platform/window/Window.h"
 
 namespace brixtel {
 

@@ -5,7 +5,7 @@
 #include <QString>
 #include <memory>
 
-#include "platform/desktop/SaverModule.h"
+#include "platform/view/SaverModule.h"
 
 namespace brixtel {
 

@@ -9,7 +9,7 @@
 #include <variant>
 
 #include "hosts/gedeeld/Opties.h"
-#include "platform/desktop/WindowServer.h"
+#include "platform/window/WindowServer.h"
 
 namespace brixtel {
 

@@ -10,12 +10,12 @@
 #include <cmath>
 
 #include "connections/Overzicht.h"
-#include "platform/desktop/DistributedNotificationCenter.h"
-#include "platform/desktop/FrameBuilder.h"
-#include "platform/render/CpuDrawer.h"
 #include "platform/render/OffscreenPicture.h"
 #include "platform/render/SceneSnapshot.h"
+#include "platform/render/cpu/CpuDrawer.h"
+#include "platform/session/DistributedNotificationCenter.h"
 #include "platform/time/MediaClock.h"
+#include "platform/view/FrameBuilder.h"
 #include "worlds/DrieWereld.h"
 
 namespace brixtel {

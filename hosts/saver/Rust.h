@@ -3,10 +3,10 @@
 
 #include <QString>
 
-#include "platform/desktop/ReducedMotion.h"
-#include "platform/desktop/WindowServer.h"
+#include "platform/session/ReducedMotion.h"
 #include "platform/time/RestableClock.h"
 #include "platform/time/Timer.h"
+#include "platform/window/WindowServer.h"
 
 namespace brixtel {
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "hosts/saver/BeeldTeller.h"
-#include "platform/desktop/Preferences.h"
+#include "platform/session/Preferences.h"
 
 namespace brixtel {
 

@@ -9,8 +9,8 @@
 #include "hosts/saver/HostView.h"
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
-#include "platform/desktop/Screen.h"
-#include "platform/desktop/Window.h"
+#include "platform/window/Screen.h"
+#include "platform/window/Window.h"
 
 namespace brixtel {
 

@@ -18,10 +18,10 @@
 #include "hosts/saver/Rust.h"
 #include "hosts/saver/Verbindingen.h"
 #include "hosts/saver/Voorstelling.h"
-#include "platform/desktop/DisplayCheck.h"
-#include "platform/desktop/PowerSupply.h"
-#include "platform/desktop/Preferences.h"
+#include "platform/session/PowerSupply.h"
+#include "platform/session/Preferences.h"
 #include "platform/time/ProcessUsage.h"
+#include "platform/window/x11/DisplayCheck.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/render/Egl.h"
+#include "platform/render/egl/Egl.h"
 
 namespace platform {
 

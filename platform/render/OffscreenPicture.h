@@ -7,7 +7,7 @@
 
 #include "platform/layers/DisplayList.h"
 #include "platform/layers/PixelGrid.h"
-#include "platform/render/GlDrawer.h"
+#include "platform/render/gl/GlDrawer.h"
 
 namespace platform {
 

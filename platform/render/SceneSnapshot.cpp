@@ -5,8 +5,8 @@
 #include <cmath>
 #include <utility>
 
-#include "platform/render/Egl.h"
-#include "platform/render/SceneTargets.h"
+#include "platform/render/egl/Egl.h"
+#include "platform/render/gl/SceneTargets.h"
 
 namespace platform {
 

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "platform/render/SceneQuality.h"
-#include "platform/render/SceneRenderer.h"
+#include "platform/render/gl/SceneRenderer.h"
 
 namespace platform {
 

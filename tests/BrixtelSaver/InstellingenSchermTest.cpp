@@ -11,8 +11,8 @@
 
 #include "BrixtelSaver/BrixtelSaver.h"
 #include "BrixtelSaver/InstellingenVenster.h"
-#include "platform/desktop/SheetOnWindow.h"
-#include "platform/desktop/Window.h"
+#include "platform/window/Window.h"
+#include "platform/window/x11/SheetOnWindow.h"
 #include "tests/BrixtelSaver/Instellingen.h"
 #include "tests/support/Openbox.h"
 #include "tests/support/Until.h"

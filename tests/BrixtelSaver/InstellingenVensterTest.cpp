@@ -15,7 +15,7 @@
 #include <type_traits>
 
 #include "drawing/Thema.h"
-#include "platform/desktop/SheetOnWindow.h"
+#include "platform/window/x11/SheetOnWindow.h"
 #include "tests/BrixtelSaver/Instellingen.h"
 #include "tests/support/Until.h"
 

@@ -8,7 +8,7 @@
 #include "desktop/Bovenlaag.h"
 #include "desktop/MatrixCentrale.h"
 #include "desktop/MatrixView.h"
-#include "platform/desktop/DesktopWorkspace.h"
+#include "platform/window/x11/DesktopWorkspace.h"
 #include "tests/support/DBusDaemon.h"
 #include "tests/support/Paden.h"
 

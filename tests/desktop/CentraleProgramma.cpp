@@ -10,8 +10,8 @@
 #include <cstdlib>
 
 #include "desktop/MatrixCentrale.h"
-#include "platform/desktop/DesktopWorkspace.h"
 #include "platform/time/ProcessUsage.h"
+#include "platform/window/x11/DesktopWorkspace.h"
 
 namespace {
 

@@ -11,9 +11,9 @@
 
 #include "desktop/Bovenlaag.h"
 #include "desktop/MatrixCentrale.h"
-#include "platform/desktop/DesktopWorkspace.h"
-#include "platform/desktop/Frame.h"
-#include "platform/desktop/FrameBuilder.h"
+#include "platform/view/Frame.h"
+#include "platform/view/FrameBuilder.h"
+#include "platform/window/x11/DesktopWorkspace.h"
 #include "tests/desktop/Bureaublad.h"
 #include "tests/support/DBusDaemon.h"
 

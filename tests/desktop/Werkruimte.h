@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/desktop/Workspace.h"
+#include "platform/window/Workspace.h"
 
 namespace brixtel {
 

@@ -32,9 +32,11 @@ const std::map<QString, QStringList>& vloeren() {
         zet("platform/layers", {"platform/animation"});
         zet("platform/scene", {"platform/animation"});
         zet("platform/render", {"platform/layers", "platform/scene"});
-        zet("platform/desktop", {"platform/render"});
-        zet("drawing", {"platform/desktop"});
-        zet("connections", {"platform/desktop", "platform/resources", "platform/process"});
+        zet("platform/session", {"platform/time"});
+        zet("platform/view", {"platform/layers", "platform/scene", "platform/session"});
+        zet("platform/window", {"platform/view", "platform/render"});
+        zet("drawing", {"platform/window"});
+        zet("connections", {"platform/window", "platform/resources", "platform/process"});
         zet("rain", {"connections", "drawing"});
         zet("worlds", {"connections", "drawing"});
         zet("BrixtelSaver", {"worlds", "rain"});
@@ -99,7 +101,7 @@ TEST(Huis, NothingIncludesUpward) {
 TEST(Huis, OpenGlStaysInRenderAndTheWindowGlue) {
     elkeBron([](const QString& pad, const QString& tekst) {
         if (pad.startsWith(QLatin1String("platform/render/")) ||
-            pad.startsWith(QLatin1String("platform/desktop/")))
+            pad.startsWith(QLatin1String("platform/window/")))
             return;
         EXPECT_TRUE(
             gevonden(tekst, QStringLiteral("^#include <((?:epoxy|GL|GLES|EGL)/[^>]+)>")).isEmpty())

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/layers/DisplayListBuilder.h"
-#include "platform/render/CpuDrawer.h"
+#include "platform/render/cpu/CpuDrawer.h"
 
 inline constexpr platform::Rgba kBlack{0.0F, 0.0F, 0.0F, 1.0F};
 

@@ -8,7 +8,7 @@
 
 #include <memory>
 
-#include "platform/render/Egl.h"
+#include "platform/render/egl/Egl.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include "platform/layers/Rgba.h"
 
 // Draws a list pixel by pixel in double precision, straight from the rules that
-// every drawer keeps (platform/render/CpuDrawer.h): slow, and what the drawers
+// every drawer keeps (platform/render/cpu/CpuDrawer.h): slow, and what the drawers
 // are measured against. Premultiplied ARGB of the grid's size.
 [[nodiscard]] QImage drawReference(const platform::DisplayList& list,
                                    const platform::PixelGrid& grid,

@@ -9,9 +9,9 @@
 #include <array>
 #include <optional>
 
-#include "platform/desktop/Window.h"
 #include "platform/process/ToolRun.h"
 #include "platform/scene/DrawList.h"
+#include "platform/window/Window.h"
 #include "tests/connections/Programma.h"
 #include "tests/connections/Tabellen.h"
 #include "tests/support/KeepDriver.h"

@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "hosts/bureau/Spaarzaam.h"
-#include "platform/desktop/Window.h"
+#include "platform/window/Window.h"
 #include "rain/MatrixRegen.h"
 #include "worlds/DrieWereld.h"
 

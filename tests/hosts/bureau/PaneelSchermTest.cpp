@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "BrixtelSaver/SaverInstellingen.h"
-#include "platform/desktop/SceneView.h"
+#include "platform/view/SceneView.h"
 #include "tests/desktop/Bureaublad.h"
 #include "tests/hosts/bureau/PaneelProef.h"
 #include "tests/hosts/bureau/SchrijfTeller.h"

@@ -7,7 +7,7 @@
 #include <QRegularExpression>
 
 #include "drawing/Thema.h"
-#include "platform/desktop/Window.h"
+#include "platform/window/Window.h"
 #include "tests/support/Until.h"
 #include "tests/support/Xvfb.h"
 

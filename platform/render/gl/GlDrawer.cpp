@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+#include "platform/render/gl/GlDrawer.h"
+
+#include <epoxy/gl.h>
+
+#include <algorithm>
+#include <optional>
+
+#include "platform/render/gl/GlPictures.h"
+#include "platform/render/gl/GlProgram.h"
+#include "platform/render/gl/GlRecords.h"
+#include "rects.frag.h"
+#include "rects.vert.h"
+
+namespace platform {
+
+namespace {
+
+constexpr int kRecordUnit = 0;
+constexpr int kPictureUnit = 1;
+constexpr GLsizeiptr kRecordBytes = sizeof(GlRecords::Record);
+
+int atMost(int wanted, GLint offered) {
+    return wanted > 0 ? std::min(wanted, offered) : offered;
+}
+
+GLint offeredTexels() {
+    GLint texels = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_BUFFER_SIZE, &texels);
+    return texels;
+}
+
+// rects.vert and rects.frag, and where they take their uniforms.
+struct RectProgram {
+    RectProgram(const char* label, const char* definition)
+        : program(label, kRectsVert, kRectsFrag, definition) {
+        if (!program.isValid()) return;
+        program.use();
+        glUniform1i(program.uniform("records"), kRecordUnit);
+        glUniform1i(program.uniform("pictures"), kPictureUnit);
+        firstRect = program.uniform("firstRect");
+        pixelSize = program.uniform("pixelSize");
+    }
+
+    GlProgram program;
+    GLint firstRect = -1;
+    GLint pixelSize = -1;
+};
+
+}  // namespace
+
+struct GlDrawer::Parts {
+    explicit Parts(const Options& options)
+        : plain("display list", nullptr),
+          recordBuffer("records", GL_RGBA32I),
+          pictures(atMost(options.maxTexels, offeredTexels()), options.keepDraws),
+          records(pictures, static_cast<std::size_t>(atMost(options.maxRecords, offeredTexels()))) {
+        glGenVertexArrays(1, &vertices);
+    }
+    ~Parts() { glDeleteVertexArrays(1, &vertices); }
+    Parts(const Parts&) = delete;
+    Parts& operator=(const Parts&) = delete;
+
+    void flush();
+    RectProgram& program();
+
+    RectProgram plain;
+    // Compiled when first needed: many a program never does.
+    std::optional<RectProgram> everything;
+    GlTexelBuffer recordBuffer;
+    GlPictures pictures;
+    GlRecords records;
+    GLuint vertices = 0;  // no attributes: core profile wants one bound all the same
+    QSize size;
+    int drawCalls = 0;
+};
+
+std::unique_ptr<GlDrawer> GlDrawer::create(const Options& options) {
+    auto parts = std::make_unique<Parts>(options);
+    if (!parts->plain.program.isValid()) return nullptr;
+    return std::unique_ptr<GlDrawer>(new GlDrawer(std::move(parts)));
+}
+
+GlDrawer::GlDrawer(std::unique_ptr<Parts> parts) : parts_(std::move(parts)) {}
+
+GlDrawer::~GlDrawer() = default;
+
+int GlDrawer::drawCalls() const {
+    return parts_->drawCalls;
+}
+
+int GlDrawer::pictureCount() const {
+    return parts_->pictures.count();
+}
+
+void GlDrawer::draw(const DisplayList& list, const PixelGrid& grid,
+                    std::optional<Rgba> background) {
+    Parts& p = *parts_;
+    p.drawCalls = 0;
+    if (grid.size.isEmpty()) return;
+    glDisable(GL_SCISSOR_TEST);
+    glDisable(GL_DEPTH_TEST);
+    glDisable(GL_STENCIL_TEST);
+    glDisable(GL_CULL_FACE);
+    glDisable(GL_FRAMEBUFFER_SRGB);
+    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+    glViewport(0, 0, grid.size.width(), grid.size.height());
+    if (background) {
+        glClearColor(background->r, background->g, background->b, background->a);
+        glClear(GL_COLOR_BUFFER_BIT);
+    }
+    glEnable(GL_BLEND);
+    glBlendEquation(GL_FUNC_ADD);
+    glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
+    p.size = grid.size;
+    p.records.begin(list, grid);
+    for (const DisplayItem& item : list.items) {
+        if (p.records.add(item)) continue;
+        p.flush();
+        // What does not fit even alone is left out.
+        p.records.add(item);
+    }
+    p.flush();
+    p.pictures.endDraw();
+}
+
+RectProgram& GlDrawer::Parts::program() {
+    if (!records.wantsEverything()) return plain;
+    if (!everything) everything.emplace("any display list", "EVERYTHING");
+    return *everything;
+}
+
+void GlDrawer::Parts::flush() {
+    const auto count = static_cast<GLsizei>(records.rectCount());
+    if (count > 0) {
+        const std::size_t first = records.finish();
+        const auto bytes = static_cast<GLsizeiptr>(records.records().size()) * kRecordBytes;
+        recordBuffer.bindTo(kRecordUnit);
+        recordBuffer.renew(std::max(bytes, recordBuffer.size()), GL_STREAM_DRAW);
+        recordBuffer.write(0, bytes, records.records().data());
+        pictures.bindTo(kPictureUnit);
+        const RectProgram& with = program();
+        with.program.use();
+        glUniform1i(with.firstRect, static_cast<GLint>(first));
+        glUniform2f(with.pixelSize, 1.0F / static_cast<float>(size.width()),
+                    1.0F / static_cast<float>(size.height()));
+        glBindVertexArray(vertices);
+        glDrawArraysInstanced(GL_TRIANGLE_STRIP, 0, 4, count);
+        ++drawCalls;
+    }
+    records.restart();
+}
+
+}  // namespace platform

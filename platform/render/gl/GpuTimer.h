@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+// How long the GPU takes; private to platform/render.
+#pragma once
+
+#include <array>
+#include <optional>
+
+#include "platform/render/gl/GlObjects.h"
+
+namespace platform {
+
+// Asks without ever waiting: an answer comes some frames later. Not started
+// anew before it is answered.
+class GpuTimer {
+  public:
+    explicit GpuTimer(bool enabled);
+
+    void begin();
+    void end();
+    // Of the last frame that is known; none before the first.
+    [[nodiscard]] std::optional<double> seconds() const { return seconds_; }
+
+  private:
+    struct Question {
+        GlQuery query;
+        bool asked = false;
+    };
+
+    bool enabled_;
+    std::array<Question, 4> questions_;
+    std::size_t next_ = 0;
+    bool running_ = false;
+    std::optional<double> seconds_;
+};
+
+}  // namespace platform

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+// The pictures that a scene's drawer keeps in video memory; private to
+// platform/render.
+#pragma once
+
+#include <QImage>
+#include <cstdint>
+#include <unordered_map>
+
+#include "platform/render/gl/GlObjects.h"
+#include "platform/scene/DrawList.h"
+
+namespace platform {
+
+// Mipmapped. Known again by their cache keys.
+class SceneTextures {
+  public:
+    explicit SceneTextures(int keepDraws);
+
+    // Binds the material's picture to texture unit 0, uploading it if it is new,
+    // wrapped as the material says.
+    void bind(const DrawMaterial& material, int anisotropy);
+
+    // Ends a draw: drops what none has shown for a while.
+    void endDraw();
+    [[nodiscard]] int count() const { return static_cast<int>(kept_.size()); }
+
+  private:
+    struct Kept {
+        GlTexture texture;
+        WrapMode wrapS = WrapMode::Clamp;
+        WrapMode wrapT = WrapMode::Clamp;
+        int anisotropy = 1;
+        std::uint64_t lastDraw = 0;
+    };
+
+    Kept upload(const QImage& picture) const;
+    void setUp(Kept& kept, const DrawMaterial& material, int anisotropy) const;
+
+    std::uint64_t keepDraws_;
+    std::uint64_t draw_ = 1;
+    int maxSize_ = 0;
+    int maxAnisotropy_ = 1;  // 1: not offered
+    std::unordered_map<qint64, Kept> kept_;
+};
+
+}  // namespace platform

@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+#include "platform/session/ReducedMotion.h"
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+#include <QMap>
+#include <QObject>
+#include <QSet>
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+
+#include "platform/time/Queue.h"
+
+namespace platform {
+
+namespace {
+
+const QLatin1String kService("org.freedesktop.portal.Desktop");
+const QLatin1String kPath("/org/freedesktop/portal/desktop");
+const QLatin1String kInterface("org.freedesktop.portal.Settings");
+
+// One desktop's setting, and the value that says so.
+struct Setting {
+    QLatin1String space;
+    QLatin1String key;
+    int wish;
+};
+constexpr std::array<Setting, 3> kSettings{{
+    {QLatin1String("org.freedesktop.appearance"), QLatin1String("reduced-motion"), 1},
+    {QLatin1String("org.gnome.desktop.interface"), QLatin1String("enable-animations"), 0},
+    // A factor for the length of all animations; it comes as text.
+    {QLatin1String("org.kde.kdeglobals.KDE"), QLatin1String("AnimationDurationFactor"), 0},
+}};
+
+}  // namespace
+
+class ReducedMotion::Link final : public QObject {
+    Q_OBJECT
+
+  public:
+    Link(const QString& address, std::function<void(bool)> action)
+        : name_(QStringLiteral("settings-%1").arg(reinterpret_cast<quintptr>(this))),
+          action_(std::move(action)) {
+        if (address.isEmpty()) return;
+        queue_.emplace("settings");
+        queue_->async([this, address] { connectTo(address); });
+    }
+    ~Link() override {
+        queue_.reset();
+        if (!connection_) return;
+        connection_.reset();
+        QDBusConnection::disconnectFromBus(name_);
+    }
+
+    Q_SLOT void changed(const QString& space, const QString& key, const QDBusVariant& value) {
+        // Newer than the answer to what was asked at first, also where it is
+        // delivered before that.
+        heard_.insert(key);
+        note(space, key, value.variant());
+    }
+
+  private:
+    // On the queue: this may take its time.
+    void connectTo(const QString& address) {
+        QDBusConnection connection = QDBusConnection::connectToBus(address, name_);
+        if (!connection.isConnected()) return;
+        // The slot is looked up by its types' names, which a type has once it is in use.
+        qRegisterMetaType<QDBusVariant>();
+        connection.connect(QString(), kPath, kInterface, QStringLiteral("SettingChanged"), this,
+                           SLOT(changed(QString, QString, QDBusVariant)));
+        connection_ = connection;
+        QMetaObject::invokeMethod(
+            this, [this] { ask(); }, Qt::QueuedConnection);
+    }
+
+    void ask() {
+        QDBusMessage call =
+            QDBusMessage::createMethodCall(kService, kPath, kInterface, QStringLiteral("ReadAll"));
+        QStringList spaces;
+        for (const Setting& setting : kSettings)
+            spaces << setting.space;
+        call << spaces;
+        auto* const watcher = new QDBusPendingCallWatcher(connection_->asyncCall(call), this);
+        connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+            watcher->deleteLater();
+            const QDBusMessage reply = watcher->reply();
+            if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) return;
+            const auto all = qdbus_cast<QMap<QString, QVariantMap>>(reply.arguments().first());
+            for (const Setting& setting : kSettings) {
+                const QVariantMap space = all.value(setting.space);
+                if (space.contains(setting.key) && !heard_.contains(setting.key))
+                    note(setting.space, setting.key, space.value(setting.key));
+            }
+        });
+    }
+
+    void note(const QString& space, const QString& key, const QVariant& value) {
+        for (std::size_t i = 0; i < kSettings.size(); ++i) {
+            const Setting& setting = kSettings[i];
+            if (space != setting.space || key != setting.key) continue;
+            bool isNumber = false;
+            const double number = value.toDouble(&isNumber);
+            wishes_[i] = isNumber && number == setting.wish;
+        }
+        const bool wished = std::find(wishes_.begin(), wishes_.end(), true) != wishes_.end();
+        // The action may drop this.
+        if (std::exchange(wished_, wished) != wished) action_(wished);
+    }
+
+    const QString name_;
+    const std::function<void(bool)> action_;
+    std::array<bool, kSettings.size()> wishes_{};
+    bool wished_ = false;
+    QSet<QString> heard_;
+    std::optional<QDBusConnection> connection_;
+    std::optional<SerialQueue> queue_;
+};
+
+ReducedMotion::ReducedMotion(const QString& busAddress, std::function<void(bool)> action)
+    : link_(std::make_unique<Link>(busAddress, std::move(action))) {}
+
+ReducedMotion::~ReducedMotion() = default;
+
+}  // namespace platform
+
+#include "ReducedMotion.moc"

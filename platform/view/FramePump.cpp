@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#include "platform/view/FramePump.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "platform/time/Require.h"
+
+namespace platform {
+
+namespace {
+constexpr double kNever = std::numeric_limits<double>::infinity();
+}
+
+FramePump::FramePump(MediaClock& clock, FrameSink& sink, Build build)
+    : clock_(clock), sink_(sink), build_(std::move(build)), due_(kNever), last_(-kNever) {
+    setInterval(interval_);
+}
+
+void FramePump::setInterval(double seconds) {
+    require(seconds > 0.0);
+    if (timer_.isValid() && interval_ == seconds) return;
+    interval_ = seconds;
+    timer_ = Timer(clock_, {.interval = seconds, .repeats = true}, [this] { tick(); });
+    schedule(due_);
+}
+
+void FramePump::setVisible(bool visible) {
+    if (visible_ == visible) return;
+    visible_ = visible;
+    if (visible) {
+        request();
+    } else {
+        schedule(kNever);
+    }
+}
+
+void FramePump::request() {
+    requested_ = true;
+    if (visible_ && !building_) schedule(std::min(due_, clock_.now()));
+}
+
+double FramePump::beatFrom(double time) const {
+    // Without a beat to keep, now is as good as any.
+    if (time >= last_ + 2.0 * interval_ && time <= clock_.now()) return clock_.now();
+    if (!std::isfinite(last_)) return std::max(time, clock_.now());
+    const double beats = std::ceil((time - last_) / interval_);
+    return last_ + std::max(beats, 1.0) * interval_;
+}
+
+void FramePump::schedule(double wanted) {
+    due_ = std::isfinite(wanted) ? beatFrom(wanted) : kNever;
+    timer_.fireNextAt(due_);
+}
+
+void FramePump::tick() {
+    const double now = clock_.now();
+    // A frame that is late by less than one beat keeps the beat.
+    last_ = now - due_ < interval_ ? due_ : now;
+    requested_ = false;
+    building_ = true;
+    const double next = build_(frame_, now);
+    building_ = false;
+    sink_.submit(frame_);
+    schedule(requested_ ? now : next);
+}
+
+}  // namespace platform

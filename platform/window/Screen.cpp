@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#include "platform/window/Screen.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <utility>
+
+#include "platform/window/x11/ScreenSpace.h"
+
+namespace platform {
+
+std::vector<Screen> Screen::all() {
+    std::vector<Screen> screens;
+    for (const QScreen* screen : QGuiApplication::screens())
+        screens.push_back(screenFrom(*screen));
+    return screens;
+}
+
+std::optional<Screen> Screen::main() {
+    const QScreen* const primary = QGuiApplication::primaryScreen();
+    if (!primary) return std::nullopt;
+    return screenFrom(*primary);
+}
+
+class ScreenObserver::Listener {
+  public:
+    explicit Listener(std::function<void()> action) : action_(std::move(action)) {
+        const auto* const app = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
+        if (!app) return;
+        QObject::connect(app, &QGuiApplication::screenAdded, &context_, [this](QScreen* s) {
+            follow(*s);
+            note();
+        });
+        QObject::connect(app, &QGuiApplication::screenRemoved, &context_, [this] { note(); });
+        QObject::connect(app, &QGuiApplication::primaryScreenChanged, &context_,
+                         [this] { note(); });
+        for (const QScreen* screen : QGuiApplication::screens())
+            follow(*screen);
+    }
+
+  private:
+    void follow(const QScreen& screen) {
+        const auto noted = [this] { note(); };
+        QObject::connect(&screen, &QScreen::geometryChanged, &context_, noted);
+        QObject::connect(&screen, &QScreen::logicalDotsPerInchChanged, &context_, noted);
+        QObject::connect(&screen, &QScreen::refreshRateChanged, &context_, noted);
+    }
+
+    // In a later turn, when Qt has finished its own bookkeeping and a change of
+    // several screens is complete.
+    void note() {
+        if (std::exchange(noted_, true)) return;
+        QMetaObject::invokeMethod(
+            &context_,
+            [this] {
+                noted_ = false;
+                action_();
+            },
+            Qt::QueuedConnection);
+    }
+
+    std::function<void()> action_;
+    bool noted_ = false;
+    QObject context_;
+};
+
+ScreenObserver::ScreenObserver(std::function<void()> action)
+    : listener_(std::make_unique<Listener>(std::move(action))) {}
+
+ScreenObserver::~ScreenObserver() = default;
+
+}  // namespace platform

@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+#include "platform/window/x11/Coverage.h"
+
+#include <xcb/shape.h>
+
+#include <QRegion>
+#include <algorithm>
+#include <string_view>
+
+namespace platform {
+
+namespace {
+
+// From look to look: what comes into sight again is looked at.
+constexpr double kInSight = 2.0;
+constexpr double kCovered = 0.25;
+constexpr double kTolerance = 0.1;
+// More windows than that above one: nobody will mind a few frames.
+constexpr int kMost = 256;
+
+// The reply to a request, without its error among the events.
+template <typename Reply, typename Cookie>
+XcbReply<Reply> answer(xcb_connection_t* connection, Cookie cookie,
+                       Reply* (*wait)(xcb_connection_t*, Cookie, xcb_generic_error_t**)) {
+    xcb_generic_error_t* error = nullptr;
+    XcbReply<Reply> reply(wait(connection, cookie, &error));
+    std::free(error);
+    return reply;
+}
+
+xcb_atom_t opacityAtom(xcb_connection_t* connection) {
+    constexpr std::string_view kName = "_NET_WM_WINDOW_OPACITY";
+    const auto reply = answer<xcb_intern_atom_reply_t>(
+        connection,
+        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(kName.size()), kName.data()),
+        xcb_intern_atom_reply);
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+bool knowsShapes(xcb_connection_t* connection) {
+    const auto* const extension = xcb_get_extension_data(connection, &xcb_shape_id);
+    return extension && extension->present;
+}
+
+// What is asked of all windows above at once, so that it costs one wait.
+struct Asked {
+    xcb_get_window_attributes_cookie_t attributes;
+    xcb_get_geometry_cookie_t geometry;
+    xcb_get_property_cookie_t opacity;
+    xcb_shape_query_extents_cookie_t shape;
+};
+
+// The rectangle of the root that a window hides; empty where it hides nothing.
+QRect hiddenBy(xcb_connection_t* connection, const Asked& asked, bool shapes) {
+    const auto attributes = answer<xcb_get_window_attributes_reply_t>(
+        connection, asked.attributes, xcb_get_window_attributes_reply);
+    const auto geometry =
+        answer<xcb_get_geometry_reply_t>(connection, asked.geometry, xcb_get_geometry_reply);
+    const auto opacity =
+        answer<xcb_get_property_reply_t>(connection, asked.opacity, xcb_get_property_reply);
+    XcbReply<xcb_shape_query_extents_reply_t> shape;
+    if (shapes)
+        shape = answer<xcb_shape_query_extents_reply_t>(connection, asked.shape,
+                                                        xcb_shape_query_extents_reply);
+    if (!attributes || !geometry || attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
+        attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT || geometry->depth == 32)
+        return {};
+    if ((opacity && opacity->type != XCB_ATOM_NONE) || (shape && shape->bounding_shaped)) return {};
+    const int border = 2 * geometry->border_width;
+    return {geometry->x, geometry->y, geometry->width + border, geometry->height + border};
+}
+
+// The windows right below the root from the one after the one that `window` is in,
+// upwards; none where it is the root, or gone.
+std::vector<xcb_window_t> above(xcb_connection_t* connection, xcb_window_t window,
+                                xcb_window_t root) {
+    xcb_window_t top = window;
+    for (xcb_window_t at = window; at != root;) {
+        const auto tree = answer<xcb_query_tree_reply_t>(connection, xcb_query_tree(connection, at),
+                                                         xcb_query_tree_reply);
+        if (!tree) return {};
+        top = std::exchange(at, tree->parent);
+        if (at == XCB_NONE) return {};
+    }
+    const auto tree = answer<xcb_query_tree_reply_t>(connection, xcb_query_tree(connection, root),
+                                                     xcb_query_tree_reply);
+    if (!tree) return {};
+    const xcb_window_t* const first = xcb_query_tree_children(tree.get());
+    const xcb_window_t* const last = first + xcb_query_tree_children_length(tree.get());
+    const xcb_window_t* const own = std::find(first, last, top);
+    if (own == last || last - own > kMost) return {};
+    return {own + 1, last};
+}
+
+}  // namespace
+
+bool isCovered(xcb_connection_t* connection, xcb_window_t window) {
+    const auto look = lookAt(connection, window);
+    if (!look || !look->viewable) return false;
+    const auto corner = answer<xcb_translate_coordinates_reply_t>(
+        connection, xcb_translate_coordinates(connection, window, look->root, 0, 0),
+        xcb_translate_coordinates_reply);
+    const auto screen = answer<xcb_get_geometry_reply_t>(
+        connection, xcb_get_geometry(connection, look->root), xcb_get_geometry_reply);
+    if (!corner || !screen) return false;
+    const xcb_atom_t opacity = opacityAtom(connection);
+    const bool shapes = knowsShapes(connection);
+    std::vector<Asked> all;
+    for (const xcb_window_t other : above(connection, window, look->root)) {
+        Asked asked{
+            .attributes = xcb_get_window_attributes(connection, other),
+            .geometry = xcb_get_geometry(connection, other),
+            .opacity = xcb_get_property(connection, 0, other, opacity, XCB_ATOM_CARDINAL, 0, 1),
+            .shape = {}};
+        if (shapes) asked.shape = xcb_shape_query_extents(connection, other);
+        all.push_back(asked);
+    }
+    QRegion seen = QRect(corner->dst_x, corner->dst_y, look->width, look->height) &
+                   QRect(0, 0, screen->width, screen->height);
+    const bool onScreen = !seen.isEmpty();
+    for (const Asked& asked : all)
+        seen -= hiddenBy(connection, asked, shapes);
+    return onScreen && seen.isEmpty();
+}
+
+CoverageWatch::CoverageWatch(MediaClock& clock, const QString& display, Actions actions)
+    : clock_(clock),
+      display_(display),
+      actions_(std::move(actions)),
+      queue_(std::make_unique<SerialQueue>("coverage")) {}
+
+CoverageWatch::~CoverageWatch() = default;
+
+void CoverageWatch::wake() {
+    awake_ = true;
+    schedule(false);
+}
+
+void CoverageWatch::rest() {
+    awake_ = false;
+    timer_ = Timer();
+}
+
+void CoverageWatch::schedule(bool anyCovered) {
+    timer_ = Timer(clock_, {.interval = anyCovered ? kCovered : kInSight, .tolerance = kTolerance},
+                   [this] { look(); });
+}
+
+void CoverageWatch::look() {
+    std::vector<xcb_window_t> windows = actions_.windows();
+    if (windows.empty()) return schedule(false);
+    queue_->async([this, windows = std::move(windows), weak = std::weak_ptr(self_)] {
+        if (!connection_) connection_ = std::make_unique<XConnection>(display_);
+        std::vector<Finding> findings;
+        for (const xcb_window_t window : windows)
+            if (connection_->isAlive())
+                findings.push_back({window, isCovered(connection_->get(), window)});
+        runOnMainQueue([weak, findings = std::move(findings)] {
+            if (const auto self = weak.lock()) (*self)->found(findings);
+        });
+    });
+}
+
+void CoverageWatch::found(const std::vector<Finding>& findings) {
+    if (!awake_) return;
+    schedule(std::any_of(findings.begin(), findings.end(),
+                         [](const Finding& finding) { return finding.covered; }));
+    for (const Finding& finding : findings)
+        actions_.tell(finding.window, finding.covered);
+}
+
+}  // namespace platform

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <xcb/shm.h>
+
+#include <vector>
+
+#include "platform/render/cpu/CpuDrawer.h"
+#include "platform/window/SceneStage.h"
+#include "platform/window/Surface.h"
+#include "platform/window/x11/PixelFormat.h"
+#include "platform/window/x11/ShmImage.h"
+
+namespace platform {
+
+// Draws with the processor into memory and has the server copy what changed to
+// the window: through shared memory where there is any, else over the
+// connection in pieces. Keeps the whole picture, so that what the window loses
+// is shown again without drawing.
+class CpuSurface final : public Surface {
+  public:
+    struct Options {
+        QString display;
+        std::uint32_t window = 0;
+        int ending = -1;  // ends all waiting once it is readable
+        bool sharedMemory = true;
+        ResetQuery resetStatus{};
+    };
+
+    // None if the window or the server is not there.
+    [[nodiscard]] static std::unique_ptr<CpuSurface> create(const Options& options);
+    ~CpuSurface() override;
+
+    Result draw(const Frame& frame, std::span<const QRect> damage) override;
+    Result repair(const Frame& frame, std::span<const QRect> lost) override;
+    Result finish() override;
+    [[nodiscard]] const QString& drawer() const override;
+    [[nodiscard]] int rung() const override;
+    [[nodiscard]] bool failsScenes() const override { return showsScene_ && failsScenes_; }
+    void frameTook(double seconds) override;
+
+  private:
+    CpuSurface(const Options& options, std::unique_ptr<XConnection> connection,
+               const WindowLook& look, PixelFormat format);
+
+    void resize(QSize size);
+    void paint(const Frame& frame, std::span<const QRect> damage, const PixelBuffer& picture);
+    void paintScene(const Frame& frame, const SceneFrame& scene, const PixelBuffer& picture);
+    // Where the one there was is lost; once.
+    bool renewStage();
+    void show(std::span<const QRect> rects);
+    void putShared(const QRect& rect, bool last);
+    void putOverConnection(const QRect& rect);
+    void putBand(const QRect& band);
+
+    // Waits until the server has copied all that was put.
+    Result settle();
+    void take(const xcb_generic_event_t& event);
+    [[nodiscard]] Result state() const;
+
+    const Options options_;
+    const std::unique_ptr<XConnection> connection_;
+    const int depth_;
+    const PixelFormat format_;
+    const xcb_gcontext_t context_;
+    std::size_t largestPut_;  // bytes of pixels in one request
+
+    CpuDrawer drawer_;
+    // Made for the first scene.
+    std::unique_ptr<SceneStage> stage_;
+    bool failsScenes_ = false;
+    bool renewed_ = false;
+    bool showsScene_ = false;
+    QSize size_;
+    // The picture in the window's format, where there is shared memory; and in
+    // ours, unless that is the same.
+    std::unique_ptr<ShmImage> shared_;
+    std::vector<std::uint32_t> picture_;
+    std::vector<std::uint8_t> band_;
+    std::vector<QRect> damage_;  // what of it is drawn
+
+    // Until the server has answered, it may still be reading.
+    bool copying_ = false;
+    std::uint32_t answer_ = 0;     // sequence number, of what goes over the connection
+    std::uint8_t completion_ = 0;  // event number, of what is shared; 0 without
+    bool windowGone_ = false;
+};
+
+}  // namespace platform

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#include "platform/window/x11/EventConnection.h"
+
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+// Of which window an event that windows are listened to for tells; 0 for other
+// events.
+xcb_window_t windowOf(const xcb_generic_event_t& event) {
+    switch (event.response_type & 0x7f) {
+        case XCB_CONFIGURE_NOTIFY:
+            return reinterpret_cast<const xcb_configure_notify_event_t&>(event).window;
+        case XCB_DESTROY_NOTIFY:
+            return reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window;
+        case XCB_MAP_NOTIFY:
+            return reinterpret_cast<const xcb_map_notify_event_t&>(event).window;
+        case XCB_UNMAP_NOTIFY:
+            return reinterpret_cast<const xcb_unmap_notify_event_t&>(event).window;
+        case XCB_EXPOSE:
+            return reinterpret_cast<const xcb_expose_event_t&>(event).window;
+        case XCB_VISIBILITY_NOTIFY:
+            return reinterpret_cast<const xcb_visibility_notify_event_t&>(event).window;
+        default:
+            return XCB_NONE;
+    }
+}
+
+}  // namespace
+
+EventConnection::EventConnection(const QString& display) : connection_(display) {
+    if (!isAlive()) return;
+    notifier_ =
+        std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(get()), QSocketNotifier::Read);
+    QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] { read(); });
+}
+
+xcb_window_t EventConnection::root() const {
+    if (!isAlive()) return XCB_NONE;
+    auto screens = xcb_setup_roots_iterator(xcb_get_setup(get()));
+    for (int i = 0; i < connection_.screenNumber() && screens.rem > 1; ++i)
+        xcb_screen_next(&screens);
+    return screens.data->root;
+}
+
+void EventConnection::listen(xcb_window_t window, Handler handler) {
+    handlers_[window] = std::move(handler);
+    const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_EXPOSURE |
+                               XCB_EVENT_MASK_VISIBILITY_CHANGE;
+    xcb_change_window_attributes(get(), window, XCB_CW_EVENT_MASK, &mask);
+    xcb_flush(get());
+}
+
+void EventConnection::ignore(xcb_window_t window) {
+    if (handlers_.erase(window) == 0) return;
+    const std::uint32_t mask = XCB_EVENT_MASK_NO_EVENT;
+    xcb_change_window_attributes(get(), window, XCB_CW_EVENT_MASK, &mask);
+    xcb_flush(get());
+}
+
+void EventConnection::readSoon() {
+    if (!notifier_) return;
+    QMetaObject::invokeMethod(
+        notifier_.get(), [this] { read(); }, Qt::QueuedConnection);
+}
+
+void EventConnection::read() {
+    while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(get())})
+        handle(*event);
+    if (!isAlive()) lost();
+}
+
+void EventConnection::handle(const xcb_generic_event_t& event) {
+    xcb_destroy_notify_event_t gone{};
+    const xcb_generic_event_t* told = &event;
+    if (event.response_type == 0) {
+        const auto& error = reinterpret_cast<const xcb_generic_error_t&>(event);
+        if (!tellsOfNoWindow(error)) return;
+        gone.response_type = XCB_DESTROY_NOTIFY;
+        gone.window = error.resource_id;
+        told = reinterpret_cast<const xcb_generic_event_t*>(&gone);
+    }
+    const auto found = handlers_.find(windowOf(*told));
+    if (found == handlers_.end()) return;
+    // The handler may take itself away.
+    const Handler handler = found->second;
+    handler(*told);
+}
+
+void EventConnection::lost() {
+    if (notifier_) notifier_->setEnabled(false);
+    if (const auto action = std::exchange(lost_, nullptr)) action();
+}
+
+}  // namespace platform

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QSocketNotifier>
+#include <functional>
+#include <map>
+
+#include "platform/window/x11/Xcb.h"
+
+namespace platform {
+
+// The connection over which the main thread hears of the windows it draws in.
+class EventConnection {
+  public:
+    explicit EventConnection(const QString& display);
+
+    [[nodiscard]] xcb_connection_t* get() const { return connection_.get(); }
+    [[nodiscard]] xcb_window_t root() const;
+    [[nodiscard]] bool isAlive() const { return connection_.isAlive(); }
+
+    // Hands the window's structure, exposure and visibility events to the
+    // handler from now on; a window that turns out not to exist is told of as
+    // destroyed. One handler a window.
+    using Handler = std::function<void(const xcb_generic_event_t&)>;
+    void listen(xcb_window_t window, Handler handler);
+    void ignore(xcb_window_t window);
+
+    // Hands out what has arrived without anyone waiting for it, in a later turn
+    // of the event loop. To be called after waiting for a reply, since events
+    // that came with it wake nobody.
+    void readSoon();
+
+    // The server is gone: calls the action, once.
+    void onLost(std::function<void()> action) { lost_ = std::move(action); }
+    void lost();
+
+  private:
+    void read();
+    void handle(const xcb_generic_event_t& event);
+
+    XConnection connection_;
+    std::map<xcb_window_t, Handler> handlers_;
+    std::function<void()> lost_;
+    std::unique_ptr<QSocketNotifier> notifier_;
+};
+
+}  // namespace platform

@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: MIT
+#include "platform/window/x11/OwnWindow.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QScreen>
+#include <array>
+#include <string_view>
+
+#include "platform/window/x11/ScreenSpace.h"
+#include "platform/window/x11/Xcb.h"
+
+namespace platform {
+
+namespace {
+
+// Qt's own connection: what goes over it comes in order with Qt's requests.
+xcb_connection_t* qtConnection() {
+    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return x11 ? x11->connection() : nullptr;
+}
+
+Qt::WindowFlags flagsFor(const WindowOptions& options, bool takesKeys) {
+    Qt::WindowFlags flags = Qt::Window;
+    if (options.style != WindowStyle::Titled) flags |= Qt::FramelessWindowHint;
+    if (options.style == WindowStyle::FullScreen) flags |= Qt::WindowStaysOnTopHint;
+    if (options.level > 0) flags |= Qt::X11BypassWindowManagerHint | Qt::WindowStaysOnTopHint;
+    if (!takesKeys) flags |= Qt::WindowDoesNotAcceptFocus;
+    return flags;
+}
+
+void setCardinal(xcb_connection_t* connection, xcb_window_t window, std::string_view name,
+                 std::uint32_t value) {
+    const XcbReply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
+        connection,
+        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data()),
+        nullptr));
+    if (atom)
+        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, atom->atom,
+                            XCB_ATOM_CARDINAL, 32, 1, &value);
+}
+
+}  // namespace
+
+OwnWindow::OwnWindow(const WindowOptions& options, bool takesKeys, OwnWindowDelegate& delegate)
+    : options_(options), delegate_(delegate) {
+    QSurfaceFormat format;
+    format.setAlphaBufferSize(options.opaque ? 0 : 8);
+    setFormat(format);
+    setTitle(options.title);
+    setFlags(flagsFor(options, takesKeys));
+    QScreen* const under = screenUnderQt(toQt(options.frame));
+    if (under) setScreen(under);
+    const bool fills = options.style == WindowStyle::FullScreen && under;
+    setGeometry(fills ? under->geometry() : toQt(options.frame).toRect());
+}
+
+OwnWindow::~OwnWindow() = default;
+
+std::uint32_t OwnWindow::xWindow() {
+    xcb_connection_t* const connection = qtConnection();
+    if (!connection) return 0;
+    const bool made = handle() != nullptr;
+    const auto window = static_cast<std::uint32_t>(winId());
+    if (!made) prepare(connection, window);
+    return window;
+}
+
+void OwnWindow::prepare(xcb_connection_t* connection, xcb_window_t window) {
+    // Shown by the server itself the moment the window is, before any drawing.
+    // In a deep visual all bits but alpha's may be 0, and alpha's must be 1.
+    const std::uint32_t background = options_.opaque ? 0xff000000U : 0U;
+    xcb_change_window_attributes(connection, window, XCB_CW_BACK_PIXEL, &background);
+    if (options_.collectionBehavior & CanJoinAllSpaces)
+        setCardinal(connection, window, "_NET_WM_DESKTOP", 0xffffffff);
+    if (!options_.hasShadow) setCardinal(connection, window, "_COMPTON_SHADOW", 0);
+    // A compositor that stopped for a full-screen window below would leave this
+    // one nothing to be seen through by.
+    if (!options_.opaque) setCardinal(connection, window, "_NET_WM_BYPASS_COMPOSITOR", 2);
+    // Other connections are about to name this window.
+    std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+}
+
+void OwnWindow::show() {
+    if (options_.style == WindowStyle::FullScreen) {
+        showFullScreen();
+    } else {
+        QWindow::show();
+    }
+    raise();
+}
+
+void OwnWindow::takeKeys() {
+    requestActivate();
+    xcb_connection_t* const connection = qtConnection();
+    if (options_.level == 0 || !connection) return;
+    // No window manager will see to this one.
+    xcb_set_input_focus(connection, XCB_INPUT_FOCUS_PARENT, xWindow(), XCB_CURRENT_TIME);
+    xcb_flush(connection);
+}
+
+void OwnWindow::flush() {
+    if (xcb_connection_t* const connection = qtConnection()) xcb_flush(connection);
+}
+
+void OwnWindow::setIgnoresMouse(bool ignores) {
+    setFlag(Qt::WindowTransparentForInput, ignores);
+}
+
+bool OwnWindow::event(QEvent* event) {
+    // There are no controls in here for Qt to tell the accessibility bus of, for
+    // which it would make everyone wait while a session bus hangs.
+    const bool focus = event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut;
+    if (event->type() == QEvent::FocusOut) delegate_.keysLost();
+    if (focus) return true;
+    if (event->type() != QEvent::Close) return QWindow::event(event);
+    event->ignore();
+    delegate_.closeAsked();
+    return true;
+}
+
+void OwnWindow::keyPressEvent(QKeyEvent* event) {
+    delegate_.keyDown({.key = event->key(),
+                       .text = event->text(),
+                       .modifiers = static_cast<std::uint32_t>(event->modifiers().toInt()),
+                       .isRepeat = event->isAutoRepeat()});
+}
+
+MouseEvent OwnWindow::from(const QMouseEvent& event) const {
+    const QPointF at = event.position();
+    return {.location = {at.x(), height() - at.y()},
+            .screenLocation = fromQt(event.globalPosition())};
+}
+
+void OwnWindow::mousePressEvent(QMouseEvent* event) {
+    using Mouse = OwnWindowDelegate::Mouse;
+    const Mouse what = event->button() == Qt::LeftButton    ? Mouse::LeftDown
+                       : event->button() == Qt::RightButton ? Mouse::RightDown
+                                                            : Mouse::OtherDown;
+    delegate_.mouse(what, from(*event));
+}
+
+void OwnWindow::mouseMoveEvent(QMouseEvent* event) {
+    delegate_.mouse(OwnWindowDelegate::Mouse::Moved, from(*event));
+}
+
+}  // namespace platform

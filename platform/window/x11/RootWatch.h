@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QSocketNotifier>
+#include <QString>
+#include <memory>
+#include <optional>
+
+#include "platform/view/Observers.h"
+#include "platform/window/x11/Xcb.h"
+
+namespace platform {
+
+// What the rest of the desktop does, as the root window of an X server tells it,
+// over a connection of its own. Without a server everything is absent. Main
+// thread.
+class RootWatch {
+  public:
+    // To the environment's display where `display` is empty.
+    explicit RootWatch(const QString& display);
+    RootWatch(const RootWatch&) = delete;
+    RootWatch& operator=(const RootWatch&) = delete;
+
+    [[nodiscard]] bool isAlive() const { return connection_.isAlive(); }
+    [[nodiscard]] xcb_connection_t* get() const { return connection_.get(); }
+    [[nodiscard]] xcb_window_t root() const { return root_; }
+    [[nodiscard]] xcb_atom_t atom(const char* name) const;
+
+    enum class Change {
+        Stack,         // a top level window came, went or was moved
+        ActiveWindow,  // the window manager gave the keyboard to another window
+        Saver,
+        Compositor,
+    };
+    [[nodiscard]] Observation observe(std::function<void(Change)> action);
+
+    // Whether a compositing manager runs: only then can windows be seen through.
+    [[nodiscard]] bool isComposited() const;
+    // Whether xscreensaver covers the screen, blanked or locked.
+    [[nodiscard]] bool isSaverOn() const;
+    [[nodiscard]] bool hasWindowManager() const;
+    // The window that has the keyboard: the window manager's word for it, or the
+    // server's where there is no manager. 0 for none.
+    [[nodiscard]] xcb_window_t activeWindow() const;
+
+    // Whether the server can hide the pointer, and tells who manages selections.
+    [[nodiscard]] bool hasFixes() const { return selectionEvent_ != 0; }
+
+    // The first number of a property; 0 where it is absent or none.
+    [[nodiscard]] std::uint32_t property(xcb_window_t window, xcb_atom_t name) const {
+        return find(window, name).value_or(0);
+    }
+    // The same; none where it is absent.
+    [[nodiscard]] std::optional<std::uint32_t> find(xcb_window_t window, xcb_atom_t name) const;
+
+    // Tells of another active window, where only this program can know: the keyboard
+    // may go to one that no window manager calls active.
+    void keysMoved() { observers_.tell(Change::ActiveWindow); }
+
+    // Hands out, in a later turn of the event loop, what came with a reply.
+    void readSoon() const;
+
+  private:
+    void watchRoot() const;
+    void watchCompositor();
+    void read();
+    void handle(const xcb_generic_event_t& event);
+
+    const XConnection connection_;
+    xcb_window_t root_ = 0;
+    xcb_atom_t managerName_ = 0;
+    xcb_atom_t activeWindowName_ = 0;
+    xcb_atom_t saverName_ = 0;
+    xcb_atom_t compositorName_ = 0;
+    std::uint8_t selectionEvent_ = 0;  // 0 without the extension
+    Observers<Change> observers_;
+    std::unique_ptr<QSocketNotifier> notifier_;
+};
+
+}  // namespace platform

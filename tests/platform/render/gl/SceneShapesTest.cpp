@@ -1,0 +1,281 @@
+// SPDX-License-Identifier: MIT
+// Whole pictures of small scenes: shapes and where they are.
+#include <cmath>
+
+#include "platform/scene/Shading.h"
+#include "tests/platform/render/gl/ScenePictures.h"
+#include "tests/support/Pictures.h"
+#include "tests/support/StandInScenes.h"
+
+namespace platform::test {
+namespace {
+
+using SceneShapesTest = ScenePictures;
+
+// --- lines and points ---
+
+TEST_F(SceneShapesTest, LinesAreOnePointWideAtEveryDensity) {
+    Stage stage;
+    stage.add(makeLines({{-2, 0.013F, -1}, {2, 0.013F, -1}}, constant(QColor(0, 188, 0))), {});
+    for (const double scale : {1.0, 2.0, 3.0}) {
+        const QImage image = snapshot_->picture(stage.list(), QSizeF(64, 64), scale);
+        const double columns = 64.0 * scale;
+        EXPECT_NEAR(lightOf(image) / srgbDecode(188 / 255.0) / columns, scale, 0.05 * scale);
+    }
+}
+
+TEST_F(SceneShapesTest, ALineKeepsItsWidthWhateverItsSlope) {
+    // Not 1: there pixels stand in step with the line.
+    for (const float slope : {0.0F, 0.3F, 0.87F}) {
+        Stage stage;
+        stage.add(makeLines({{-0.5F, -0.5F * slope, -1}, {0.5F, 0.5F * slope, -1}},
+                            constant(QColor(0, 188, 0))),
+                  {});
+        const double length = 64.0 * std::hypot(1.0, slope);
+        const double light = lightOf(picture(stage, {128, 128})) / srgbDecode(188 / 255.0);
+        EXPECT_NEAR(light / length, 1.0, 0.06) << slope;
+    }
+}
+
+TEST_F(SceneShapesTest, ALineFromBehindTheCameraIsCutOffBeforeIt) {
+    Stage stage;
+    stage.add(makeLines({{0.3F, -0.5F, 5}, {0.3F, -0.5F, -10}}, constant(QColor(Qt::green))), {});
+    const QImage image = picture(stage, {64, 64});
+    // Seen from (0, 0, 0) it runs from the lower right edge to near the middle,
+    // and nowhere else.
+    EXPECT_GT(lightOf(image), 10.0);
+    for (int y = 0; y < 30; ++y)
+        for (int x = 0; x < 64; ++x)
+            EXPECT_EQ(green(image, x, y), 0);
+}
+
+TEST_F(SceneShapesTest, PointsAreRoundAndAsWideAtEveryDensity) {
+    Stage stage;
+    stage.add(makePoints({{0.02F, 0.01F, -1}}, 6.0, constant(QColor(0, 188, 0))), {});
+    for (const double scale : {1.0, 2.0}) {
+        const QImage image = snapshot_->picture(stage.list(), QSizeF(32, 32), scale);
+        const double area = 0.25 * kPi * 36.0 * scale * scale;
+        EXPECT_NEAR(lightOf(image) / srgbDecode(188 / 255.0), area, 0.05 * area);
+    }
+}
+
+TEST_F(SceneShapesTest, PointsOfSeveralSizesAreDrawnAtOnceEachInItsOwn) {
+    const auto light = [this](bool large, bool small) {
+        Stage stage;
+        QColor half(0, 188, 0);
+        half.setAlphaF(0.5F);
+        if (large)
+            stage.add(makePoints({{0.41F, 0.01F, -1}}, 9.0, constant(QColor(0, 188, 0))), {});
+        if (small) stage.add(makePoints({{-0.4F, 0.01F, -1}}, 4.0, constant(half)), {});
+        return lightOf(picture(stage, {64, 64}));
+    };
+    const double one = light(true, false);
+    const int calls = snapshot_->renderer().drawCalls();
+    const double other = light(false, true);
+    EXPECT_NEAR(light(true, true), one + other, 0.02 * one);
+    EXPECT_EQ(snapshot_->renderer().drawCalls(), calls);
+    EXPECT_NEAR(other / one, 0.5 * 16.0 / 81.0, 0.02);
+}
+
+TEST_F(SceneShapesTest, APointIsNeverThinnerThanAPixel) {
+    Stage stage;
+    stage.add(makePoints({{0.0F, 0.0F, -1}}, 0.1, constant(QColor(0, 188, 0))), {});
+    const double light = lightOf(picture(stage, {33, 33})) / srgbDecode(188 / 255.0);
+    EXPECT_NEAR(light, 1.0, 0.35);
+}
+
+TEST_F(SceneShapesTest, APointIsNoLargerThanItsShareOfTheHeight) {
+    for (const int height : {64, 160}) {
+        Stage stage;
+        stage.add(makeGeometry({.primitive = Primitive::Points,
+                                .positions = {{0.02F, 0.01F, -1}},
+                                .indices = {0},
+                                .pointSize = 8.0,
+                                .pointHeightShare = 0.0625},
+                               constant(QColor(0, 188, 0))),
+                  {});
+        const double across = std::min(8.0, 0.0625 * height);
+        const double area = 0.25 * kPi * across * across;
+        EXPECT_NEAR(lightOf(picture(stage, {height, height})) / srgbDecode(188 / 255.0), area,
+                    0.08 * area);
+    }
+}
+
+// --- depth ---
+
+TEST_F(SceneShapesTest, WhatReadsNoDepthIsSeenThroughWhatIsNearer) {
+    for (const bool reads : {true, false}) {
+        Stage stage;
+        stage.add(square(2.0, constant(QColor(Qt::blue))), {0, 0, -1});
+        const auto behind = constant(QColor(Qt::green), BlendMode::Additive);
+        behind->setReadsDepth(reads);
+        stage.add(square(2.0, behind), {0, 0, -2});
+        // What is drawn next looks again.
+        const auto last = constant(QColor(Qt::red), BlendMode::Additive);
+        stage.add(square(2.0, last), {0, 0, -3})->setRenderingOrder(1);
+        const QImage image = picture(stage, {32, 32});
+        EXPECT_EQ(image.pixel(16, 16), reads ? qRgb(0, 0, 255) : qRgb(0, 255, 255));
+    }
+}
+
+// --- the same at every density ---
+
+// Half as large, averaged in linear light.
+QImage halved(const QImage& image) {
+    QImage result(image.size() / 2, QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < result.height(); ++y)
+        for (int x = 0; x < result.width(); ++x) {
+            double sum = 0.0;
+            for (const int i : {0, 1, 2, 3})
+                sum += 0.25 * srgbDecode(green(image, 2 * x + i % 2, 2 * y + i / 2) / 255.0);
+            const int value = static_cast<int>(std::lround(255.0 * srgbEncode(sum)));
+            result.setPixel(x, y, qRgb(value, value, value));
+        }
+    return result;
+}
+
+TEST_F(SceneShapesTest, BloomLooksTheSameAtOneAndTwoPixelsAPoint) {
+    Stage stage;
+    Camera lens = Stage::lens();
+    lens.hdr = true;
+    lens.bloomIntensity = 1.4;
+    lens.bloomThreshold = 0.35;
+    lens.bloomBlurRadius = 14.0;
+    stage.camera->setCamera(lens);
+    stage.add(square(0.2, constant(QColor(Qt::white))), {0, 0, -1});
+    for (const bool fine : {true, false}) {
+        const SceneQuality quality{.fineBloom = fine};
+        const QImage once = snapshot_->picture(stage.list(), QSizeF(96, 96), 1.0, quality);
+        const QImage twice = snapshot_->picture(stage.list(), QSizeF(96, 96), 2.0, quality);
+        // The square's own edge has but four samples a pixel.
+        EXPECT_TRUE(agree(once, halved(twice), "density", {.largest = 16, .mean = 0.3}));
+    }
+}
+
+TEST_F(SceneShapesTest, AllRungsShowTheSamePicture) {
+    for (const char* name : {"cube", "tunnel", "blocks"}) {
+        const auto scene = makeStandIn(QString::fromLatin1(name), 3);
+        scene->advance(5.0);
+        DrawList list;
+        extract(*scene, 1.5, list);
+        const QSizeF size(360, 240);
+        const double full = lightOf(snapshot_->picture(list, size, 1.0, {}));
+        const QImage low = snapshot_->picture(
+            list, size, 1.0,
+            {.samples = 1, .resolution = 0.5, .fineBloom = false, .anisotropy = 1});
+        EXPECT_NEAR(lightOf(low) / full, 1.0, 0.1) << name;
+    }
+}
+
+// --- the tube and the floor ---
+
+TEST_F(SceneShapesTest, ATubesPictureReadsLeftToRightFromInside) {
+    // A green stripe of a fifth of the round with red to its left and blue to its
+    // right; above them all white.
+    QImage paper(80, 64, QImage::Format_RGBA8888);
+    for (int y = 0; y < 64; ++y)
+        for (int x = 0; x < 80; ++x)
+            paper.setPixelColor(x, y,
+                                y < 8    ? QColor(Qt::white)
+                                : x < 32 ? QColor(Qt::red)
+                                : x < 48 ? QColor(Qt::green)
+                                         : QColor(Qt::blue));
+    Stage stage;
+    const NodePtr tube = stage.add(
+        makeTube({.innerRadius = 1.0, .outerRadius = 1.1, .height = 2.2}, constant(paper)), {});
+    // Upright round the camera, turned until the stripe is ahead.
+    QImage image;
+    for (int turn = 0; turn < 36; ++turn) {
+        tube->setEulerAngles({0, turn * kPi / 18.0, 0});
+        image = picture(stage, {180, 100}, {.samples = 1});
+        if (green(image, 70, 50) > 200 && green(image, 110, 50) > 200) break;
+    }
+    EXPECT_EQ(image.pixel(20, 50), qRgb(255, 0, 0));
+    EXPECT_EQ(image.pixel(90, 50), qRgb(0, 255, 0));
+    EXPECT_EQ(image.pixel(160, 50), qRgb(0, 0, 255));
+    // v = 0, the picture's top, is up.
+    EXPECT_EQ(image.pixel(90, 1), qRgb(255, 255, 255));
+    EXPECT_EQ(image.pixel(90, 98), qRgb(0, 255, 0));
+}
+
+TEST_F(SceneShapesTest, ATubeHasNoSeam) {
+    QImage paper(64, 64, QImage::Format_RGBA8888);
+    paper.fill(QColor(0, 150, 0));
+    const MaterialPtr material = constant(paper);
+    material->setWrapS(WrapMode::Repeat);
+    material->setWrapT(WrapMode::Repeat);
+    Stage stage;
+    const NodePtr tube =
+        stage.add(makeTube({.innerRadius = 1.0, .outerRadius = 1.1, .height = 60}, material), {});
+    tube->setEulerAngles({0.5 * kPi, 0, 0.4});
+    const QImage image = picture(stage, {200, 200});
+    for (int y = 0; y < 200; ++y)
+        for (int x = 0; x < 200; ++x) {
+            if (std::hypot(x - 99.5, y - 99.5) < 12.0) continue;  // where the tube ends
+            ASSERT_NEAR(green(image, x, y), 150, 1) << x << ' ' << y;
+        }
+}
+
+TEST_F(SceneShapesTest, TheMirrorImageIsTrue) {
+    Stage stage;
+    stage.camera->setPosition({0, 0.0001, 4});
+    auto floor = stage.add({}, {0, 0, 0});
+    floor->setFloor(Floor{.reflectivity = 1.0, .material = constant(QColor(Qt::black))});
+    // Skew, so that neither a turn nor a shift would do.
+    stage.add(makeGeometry({.positions = {{-1.5F, 0.2F, 0}, {1.0F, 0.5F, 0}, {0.4F, 2.2F, -1}},
+                            .indices = {0, 1, 2}},
+                           constant(QColor(0, 200, 60))),
+              {});
+    const QImage image = picture(stage, {120, 120}, {.samples = 1});
+    int lit = 0;
+    for (int y = 0; y < 58; ++y)
+        for (int x = 0; x < 120; ++x) {
+            EXPECT_NEAR(green(image, x, y), green(image, x, 119 - y), 1) << x << ' ' << y;
+            if (green(image, x, y) > 100) ++lit;
+        }
+    EXPECT_GT(lit, 300);
+}
+
+TEST_F(SceneShapesTest, TheMirrorAddsToTheFloorsColourAndShowsNothingBelowIt) {
+    Stage stage;
+    stage.scene.setBackground(QColor(90, 0, 0));
+    stage.camera->setPosition({0, 2, 4});
+    auto floor = stage.add({}, {0, 0, 0});
+    floor->setFloor(Floor{.reflectivity = 0.5, .material = constant(QColor(0, 0, 100))});
+    stage.add(square(40, constant(QColor(0, 255, 0))), {0, 0, -5});  // half of it below
+    const QImage image = picture(stage, {64, 64});
+    const QRgb mirrored = image.pixel(32, 50);
+    EXPECT_NEAR(qGreen(mirrored), 255.0 * srgbEncode(0.5), 1.0);
+    EXPECT_NEAR(qBlue(mirrored), 100, 1);
+    EXPECT_EQ(qRed(mirrored), 0) << "the background shines through the floor";
+}
+
+TEST_F(SceneShapesTest, AFarGridIsEvenWithoutMoire) {
+    const auto scene = makeBlocks(1);
+    DrawList list;
+    extract(*scene, 16.0 / 9.0, list);
+    list.batches.clear();
+    list.fog.active = false;
+    const QImage image = snapshot_->picture(list, QSizeF(480, 270));
+    int horizon = 0;
+    while (horizon < 269 && green(image, 240, horizon) == 0)
+        ++horizon;
+    // Under the horizon lines stand closer than pixels; beats between the two
+    // would show as patches of light and dark.
+    for (int y = horizon + 1; y < horizon + 12; ++y) {
+        double least = 255.0;
+        double most = 0.0;
+        for (int patch = 0; patch < 480; patch += 16) {
+            double sum = 0.0;
+            for (int x = patch; x < patch + 16; ++x)
+                sum += green(image, x, y) / 16.0;
+            least = std::min(least, sum);
+            most = std::max(most, sum);
+        }
+        EXPECT_GT(least, 0.0);
+        EXPECT_LE(most - least, 0.15 * most) << y;
+    }
+}
+
+}  // namespace
+}  // namespace platform::test

@@ -1,0 +1,269 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <QDBusConnectionInterface>
+#include <algorithm>
+
+#include "platform/session/DistributedNotificationCenter.h"
+#include "platform/session/NotificationLink.h"
+#include "platform/session/NotificationNames.h"
+#include "platform/time/MediaClock.h"
+#include "tests/support/DBusDaemon.h"
+#include "tests/support/Until.h"
+
+using platform::DistributedNotificationCenter;
+
+namespace {
+
+const QString kWillStop = QStringLiteral("com.apple.screensaver.willstop");
+const QString kOther = QStringLiteral("org.example.thing.happened");
+
+bool waitUntilReady(DistributedNotificationCenter& center) {
+    bool ready = false;
+    center.whenReady([&] { ready = true; });
+    return until([&] { return ready; });
+}
+
+TEST(NotificationNames, TheLastWordIsTheMember) {
+    const auto bus = platform::busNameOf(kWillStop);
+    EXPECT_EQ(bus.interface, QStringLiteral("com.apple.screensaver"));
+    EXPECT_EQ(bus.member, QStringLiteral("willstop"));
+    EXPECT_EQ(bus.path, QStringLiteral("/com/apple/screensaver"));
+}
+
+TEST(NotificationNamesDeathTest, ANameWithoutTwoDotsIsAProgrammingError) {
+    EXPECT_DEATH((void)platform::busNameOf(QStringLiteral("a.b")), "");
+    EXPECT_DEATH((void)platform::busNameOf(QStringLiteral("a.b.c-d")), "");
+}
+
+struct OnABus : testing::Test {
+    DBusDaemon bus;
+    DistributedNotificationCenter center{bus.address()};
+    int heard = 0;
+    int key = 0;
+
+    void SetUp() override { ASSERT_FALSE(bus.address().isEmpty()); }
+    void listen(const QString& name) {
+        center.addObserver(&key, name, [this] { ++heard; });
+        ASSERT_TRUE(waitUntilReady(center));
+    }
+    // After all that was sent before.
+    void flush() {
+        int done = 0;
+        int own = 0;
+        center.addObserver(&own, kOther, [&] { ++done; });
+        ASSERT_TRUE(waitUntilReady(center));
+        ASSERT_TRUE(bus.send({QStringLiteral("/"), kOther}));
+        ASSERT_TRUE(until([&] { return done == 1; }));
+        center.removeObserver(&own);
+    }
+};
+
+TEST_F(OnABus, ASignalOfThatNameFromAnyoneOnAnyPath) {
+    listen(kWillStop);
+    ASSERT_TRUE(bus.send({QStringLiteral("/"), kWillStop}));
+    EXPECT_TRUE(until([&] { return heard == 1; }));
+    ASSERT_TRUE(bus.send(
+        {QStringLiteral("/some/where"), kWillStop, QStringLiteral("string:with arguments")}));
+    EXPECT_TRUE(until([&] { return heard == 2; }));
+}
+
+TEST_F(OnABus, EachDesktopsActiveChangedFalse) {
+    listen(kWillStop);
+    int expected = 0;
+    for (const char* desktop :
+         {"org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver", "org.mate.ScreenSaver",
+          "org.cinnamon.ScreenSaver", "org.xfce.ScreenSaver"}) {
+        const QString signal = QLatin1String(desktop) + QStringLiteral(".ActiveChanged");
+        ASSERT_TRUE(
+            bus.send({QStringLiteral("/ScreenSaver"), signal, QStringLiteral("boolean:true")}));
+        ASSERT_TRUE(
+            bus.send({QStringLiteral("/ScreenSaver"), signal, QStringLiteral("boolean:false")}));
+        ++expected;
+        EXPECT_TRUE(until([&] { return heard == expected; })) << desktop;
+    }
+    flush();
+    EXPECT_EQ(heard, expected);
+}
+
+TEST_F(OnABus, ActiveChangedTrueIsAStartAndEachIsHeardOnce) {
+    int started = 0;
+    center.addObserver(&started, QStringLiteral("com.apple.screensaver.didstart"),
+                       [&] { ++started; });
+    listen(kWillStop);
+    for (const char* active : {"boolean:true", "boolean:false"})
+        ASSERT_TRUE(bus.send({QStringLiteral("/ScreenSaver"),
+                              QStringLiteral("org.gnome.ScreenSaver.ActiveChanged"),
+                              QLatin1String(active)}));
+    flush();
+    EXPECT_EQ(started, 1);
+    EXPECT_EQ(heard, 1);
+    center.removeObserver(&started);
+}
+
+TEST_F(OnABus, OtherSignalsAreNotHeard) {
+    listen(kWillStop);
+    ASSERT_TRUE(bus.send({QStringLiteral("/"), QStringLiteral("com.apple.screensaver.didstart")}));
+    ASSERT_TRUE(bus.send({QStringLiteral("/"), QStringLiteral("org.other.saver.willstop")}));
+    ASSERT_TRUE(
+        bus.send({QStringLiteral("/"), QStringLiteral("org.gnome.ScreenSaver.ActiveChanged"),
+                  QStringLiteral("string:false")}));
+    flush();
+    EXPECT_EQ(heard, 0);
+}
+
+TEST_F(OnABus, PostingReachesBothPrograms) {
+    listen(kOther);
+    DistributedNotificationCenter second{bus.address()};
+    int there = 0;
+    second.addObserver(this, kOther, [&] { ++there; });
+    ASSERT_TRUE(waitUntilReady(second));
+    center.post(kOther);
+    EXPECT_TRUE(until([&] { return heard == 1 && there == 1; }));
+}
+
+TEST_F(OnABus, ARemovedObserverHearsNothingMore) {
+    listen(kWillStop);
+    center.removeObserver(&key);
+    ASSERT_TRUE(bus.send({QStringLiteral("/"), kWillStop}));
+    flush();
+    EXPECT_EQ(heard, 0);
+}
+
+TEST_F(OnABus, TheBusMayDie) {
+    listen(kWillStop);
+    bus.stop();
+    center.post(kOther);
+    ASSERT_TRUE(waitUntilReady(center));
+    EXPECT_EQ(heard, 0);
+}
+
+TEST(NotificationReceiver, WhatComesWithinOneTurnIsToldOnceInTheOrderOfTheLast) {
+    QStringList told;
+    platform::NotificationReceiver receiver([&](const QString& name) { told << name; });
+    for (int i = 0; i < 1000; ++i) {
+        receiver.activeChanged(false);
+        receiver.activeChanged(true);
+    }
+    receiver.note(kOther);
+    receiver.activeChanged(false);
+    EXPECT_TRUE(told.isEmpty());
+    ASSERT_TRUE(until([&] { return !told.isEmpty(); }));
+    EXPECT_EQ(told, QStringList({QLatin1String(platform::kSaverDidStart), kOther, kWillStop}));
+    receiver.activeChanged(false);
+    ASSERT_TRUE(until([&] { return told.size() > 3; }));
+    EXPECT_EQ(told.mid(3), QStringList(kWillStop));
+}
+
+TEST(NotificationReceiver, AHandlerMayBringAboutMore) {
+    int told = 0;
+    platform::NotificationReceiver* self = nullptr;
+    platform::NotificationReceiver receiver([&](const QString& name) {
+        if (++told < 3) self->note(name);
+    });
+    self = &receiver;
+    receiver.note(kOther);
+    EXPECT_TRUE(until([&] { return told == 3; }));
+}
+
+// While the bus brings one after the other, timers and all else have their turns.
+TEST_F(OnABus, AFloodOfSignalsIsToldNowAndThenAndItsLastWordStands) {
+    constexpr int kSent = 10'000;
+    bool active = false;
+    int told = 0;
+    const auto hears = [&](const char* name, bool means) {
+        center.addObserver(&told, QLatin1String(name), [&, means] {
+            ++told;
+            active = means;
+        });
+    };
+    hears(platform::kSaverDidStart, true);
+    hears(platform::kSaverWillStop, false);
+    ASSERT_TRUE(waitUntilReady(center));
+    const QString name = QStringLiteral("flood");
+    auto flood = QDBusConnection::connectToBus(bus.address(), name);
+    for (int i = 0; i < kSent; ++i) {
+        auto signal = QDBusMessage::createSignal(QStringLiteral("/ScreenSaver"),
+                                                 QStringLiteral("org.gnome.ScreenSaver"),
+                                                 QStringLiteral("ActiveChanged"));
+        signal << (i % 2 == 0);
+        ASSERT_TRUE(flood.send(signal));
+    }
+    // Once the bus has passed on all of them.
+    ASSERT_TRUE(flood.interface()->isServiceRegistered(flood.baseService()).value());
+    flush();
+    EXPECT_FALSE(active);
+    EXPECT_GT(told, 0);
+    EXPECT_LT(told, kSent / 2);
+    flood = QDBusConnection(QString());
+    QDBusConnection::disconnectFromBus(name);
+    center.removeObserver(&told);
+}
+
+TEST(WithoutABus, NotificationsStayInTheProgram) {
+    DistributedNotificationCenter center{QString()};
+    int heard = 0;
+    center.addObserver(&heard, kWillStop, [&] { ++heard; });
+    center.post(kWillStop);
+    EXPECT_EQ(heard, 0);
+    EXPECT_TRUE(until([&] { return heard == 1; }));
+}
+
+TEST(WithoutABus, AnAddressWhereNobodyListensIsNoError) {
+    testing::internal::CaptureStderr();
+    {
+        DistributedNotificationCenter center{QStringLiteral("unix:path=/nonexistent/bus")};
+        int heard = 0;
+        center.addObserver(&heard, kWillStop, [&] { ++heard; });
+        ASSERT_TRUE(waitUntilReady(center));
+        center.post(kWillStop);
+        EXPECT_TRUE(until([&] { return heard == 1; }));
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(WithoutABus, NoneIsStarted) {
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    qputenv("XDG_RUNTIME_DIR", "/nonexistent");
+    EXPECT_EQ(DistributedNotificationCenter::sessionBusAddress(), QString());
+    qunsetenv("XDG_RUNTIME_DIR");
+    EXPECT_EQ(DistributedNotificationCenter::sessionBusAddress(), QString());
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/x");
+    EXPECT_EQ(DistributedNotificationCenter::sessionBusAddress(), QStringLiteral("unix:path=/x"));
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+}
+
+TEST(WithoutABus, HandlersMayAddAndRemoveObservers) {
+    DistributedNotificationCenter center{QString()};
+    int first = 0, second = 0, third = 0;
+    center.addObserver(&first, kOther, [&] {
+        ++first;
+        center.removeObserver(&second);
+        center.addObserver(&third, kOther, [&] { ++third; });
+    });
+    center.addObserver(&second, kOther, [&] { ++second; });
+    center.post(kOther);
+    ASSERT_TRUE(until([&] { return first == 1; }));
+    EXPECT_EQ(second, 0);
+    EXPECT_EQ(third, 0);
+}
+
+// The figure is a hundred times what it takes to start a thread; a machine that is
+// busy with something else may take longer now and then, but not every time.
+TEST(Notifications, LookingForTheBusKeepsNobodyWaiting) {
+    DBusDaemon bus;
+    ASSERT_FALSE(bus.address().isEmpty());
+    const platform::SystemClock clock;
+    double least = 1e9;
+    for (int tries = 0; tries < 20; ++tries) {
+        const double begin = clock.now();
+        DistributedNotificationCenter center{bus.address()};
+        int heard = 0;
+        center.addObserver(&heard, kWillStop, [&] { ++heard; });
+        least = std::min(least, clock.now() - begin);
+        ASSERT_TRUE(waitUntilReady(center));
+    }
+    EXPECT_LT(least, 0.01);
+}
+
+}  // namespace
