@@ -25,6 +25,7 @@ const std::map<QString, QStringList>& vloeren() {
             r[QLatin1String(map)] = alle;
         };
         zet("platform/time", {});
+        zet("platform/files", {});
         zet("platform/resources", {});
         zet("platform/process", {"platform/time"});
         zet("platform/sound", {});
@@ -32,7 +33,7 @@ const std::map<QString, QStringList>& vloeren() {
         zet("platform/layers", {"platform/animation"});
         zet("platform/scene", {"platform/animation"});
         zet("platform/render", {"platform/layers", "platform/scene"});
-        zet("platform/session", {"platform/time"});
+        zet("platform/session", {"platform/time", "platform/files"});
         zet("platform/view", {"platform/layers", "platform/scene", "platform/session"});
         zet("platform/window", {"platform/view", "platform/render"});
         zet("drawing", {"platform/window"});
@@ -42,7 +43,7 @@ const std::map<QString, QStringList>& vloeren() {
         zet("BrixtelSaver", {"worlds", "rain"});
         zet("desktop", {"worlds", "rain"});
         zet("controls", {"drawing"});
-        zet("hosts/gedeeld", {});
+        zet("hosts/gedeeld", {"platform/files"});
         zet("hosts/saver", {"BrixtelSaver", "hosts/gedeeld"});
         zet("hosts/bureau",
             {"hosts/gedeeld", "BrixtelSaver", "desktop", "controls", "platform/sound"});
