@@ -54,6 +54,9 @@ class Bureau {
     // Kept between runs: written out at once, but for what follows within a moment,
     // of which the last is, as that is over or this ends.
     void zetKeuzes(const BureauKeuzes& keuzes);
+    // Why the choices are not kept, as it was when they were written out last; empty
+    // where they are.
+    [[nodiscard]] QString bewaarMis() const;
     // Writes out now what waits for it.
     void bewaar() { bewaring_.nu(); }
 
@@ -88,6 +91,7 @@ class Bureau {
     platform::MediaClock& klok_;
     platform::Workspace& werkruimte_;
     BureauKeuzes keuzes_;
+    int bewaarFout_ = 0;
     Spaarzaam bewaring_;
     MuziekLuisteraar muziek_;
     MatrixCentrale centrale_;

@@ -25,7 +25,8 @@ QString aanUit(bool aan) {
 // What the bus itself has to say is English.
 QString foutTekst(const QDBusMessage& antwoord) {
     if (antwoord.errorName() == u"org.freedesktop.DBus.Error.NoReply")
-        return QStringLiteral("de draaiende brixtel-bureau antwoordt niet");
+        return QStringLiteral(
+            "de draaiende brixtel-bureau antwoordt niet; wat gevraagd is kan later nog gebeuren");
     if (antwoord.errorName() == u"org.freedesktop.DBus.Error.ServiceUnknown")
         return QStringLiteral("brixtel-bureau draait niet meer");
     return antwoord.errorMessage();

@@ -20,6 +20,7 @@
 #include "hosts/bureau/Pictogram.h"
 #include "hosts/gedeeld/Melding.h"
 #include "hosts/gedeeld/Signalen.h"
+#include "hosts/gedeeld/Uitvoer.h"
 #include "platform/window/x11/DesktopWorkspace.h"
 #include "platform/window/x11/DisplayCheck.h"
 
@@ -35,6 +36,12 @@ constexpr int kVerkeerdGebruik = 2;
 
 int meldNaam(const QString& wat) {
     return brixtel::meld(QStringLiteral("brixtel-bureau: ") + wat, kFout);
+}
+
+// Prints it; returns the exit status.
+int druk(const QString& tekst) {
+    const QString mis = brixtel::drukAf(tekst.toUtf8());
+    return mis.isEmpty() ? 0 : meldNaam(mis);
 }
 
 constexpr const char* kGeenScherm = "er is geen scherm om op te tekenen";
@@ -53,8 +60,7 @@ QString vraagAlles(const Klant& klant, const BureauOpdracht& opdracht) {
         if (mis = klant.vraag(verzoek); !mis.isEmpty()) return mis;
     if (opdracht.wat != BureauOpdracht::Wat::Stand) return {};
     const QString stand = klant.stand(mis);
-    if (mis.isEmpty()) std::fputs(qUtf8Printable(stand), stdout);
-    return mis;
+    return mis.isEmpty() ? brixtel::drukAf(stand.toUtf8()) : mis;
 }
 
 // Returns the exit status; none where the owner was about to end, and did.
@@ -188,6 +194,8 @@ std::optional<int> alsKlant(int argc, char** argv, const QString& bus,
 }
 
 int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht& opdracht) {
+    brixtel::meldInstellingen(QStringLiteral("brixtel-bureau"),
+                              brixtel::BureauInstellingen::moduleNaam);
     qputenv("QT_QPA_PLATFORM", "xcb");
     if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     const QGuiApplication app(argc, argv);
@@ -225,14 +233,9 @@ int main(int argc, char** argv) {
     if (const auto* fout = std::get_if<brixtel::Fout>(&gelezen))
         return brixtel::meld(fout->regel, kVerkeerdGebruik);
     const auto& opdracht = std::get<BureauOpdracht>(gelezen);
-    if (opdracht.wat == BureauOpdracht::Wat::Hulp) {
-        std::fputs(qUtf8Printable(brixtel::bureauHulpTekst()), stdout);
-        return 0;
-    }
-    if (opdracht.wat == BureauOpdracht::Wat::Versie) {
-        std::puts("brixtel-bureau " BRIXTEL_VERSION);
-        return 0;
-    }
+    if (opdracht.wat == BureauOpdracht::Wat::Hulp) return druk(brixtel::bureauHulpTekst());
+    if (opdracht.wat == BureauOpdracht::Wat::Versie)
+        return druk(QStringLiteral("brixtel-bureau " BRIXTEL_VERSION "\n"));
     // Only the arguments that are ours were ours to take: Qt gets none.
     int geen = 1;
     if (opdracht.autostart) {

@@ -16,7 +16,7 @@
 #include <utility>
 
 #include "hosts/saver/ProgrammaLijst.h"
-#include "hosts/saver/Reden.h"
+#include "hosts/gedeeld/Reden.h"
 
 namespace brixtel {
 

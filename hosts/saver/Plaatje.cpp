@@ -4,12 +4,12 @@
 #include <QFile>
 #include <QImage>
 #include <QPainter>
-#include <QSaveFile>
 #include <algorithm>
 #include <array>
 #include <cmath>
 
 #include "connections/Overzicht.h"
+#include "hosts/saver/PngBestand.h"
 #include "platform/render/OffscreenPicture.h"
 #include "platform/render/SceneSnapshot.h"
 #include "platform/render/cpu/CpuDrawer.h"
@@ -62,15 +62,6 @@ std::optional<QImage> teken(const platform::Frame& frame, platform::DrawerChoice
     return beeld;
 }
 
-QString schrijf(const QImage& beeld, const QString& naam) {
-    QSaveFile bestand(naam);
-    const bool gelukt = bestand.open(QIODevice::WriteOnly) &&
-                        beeld.convertToFormat(QImage::Format_RGB32).save(&bestand, "PNG") &&
-                        bestand.commit();
-    if (gelukt) return {};
-    return QStringLiteral("'%1' kan niet geschreven worden").arg(naam);
-}
-
 // What the view shows now, in the file that the command names.
 QString leg(platform::View& view, const Opdracht& opdracht, double nu) {
     const QSizeF maat = view.bounds().size();
@@ -81,7 +72,7 @@ QString leg(platform::View& view, const Opdracht& opdracht, double nu) {
     platform::FrameBuilder(frame, nu).add(view);
     const auto beeld = teken(frame, opdracht.tekenaar);
     if (!beeld) return QStringLiteral("er is geen OpenGL, of geen geheugen voor zo'n beeld");
-    return schrijf(*beeld, opdracht.plaatje);
+    return schrijfPng(beeld->convertToFormat(QImage::Format_RGB32), opdracht.plaatje);
 }
 
 // The globe with the lines of a file in place of those of this machine.

@@ -9,6 +9,7 @@
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "hosts/gedeeld/Melding.h"
 #include "hosts/gedeeld/Signalen.h"
+#include "hosts/gedeeld/Uitvoer.h"
 #include "hosts/saver/Aanmelding.h"
 #include "hosts/saver/Instellingen.h"
 #include "hosts/saver/Meting.h"
@@ -62,10 +63,15 @@ int verbindingen(bool json) {
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
+// Prints it; returns the exit status.
+int druk(const QString& tekst) {
+    const QString mis = brixtel::drukAf(tekst.toUtf8());
+    return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
+}
+
 int bericht(const brixtel::Bericht& bericht) {
     if (!bericht.gelukt) return meldNaam(bericht.regel, kFout);
-    std::puts(qUtf8Printable(bericht.regel));
-    return 0;
+    return druk(bericht.regel + u'\n');
 }
 
 int meldAan(const QString& thuis) {
@@ -78,7 +84,8 @@ int plaatje(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
-// Shows the saver until something ends it, and returns by which signal, or 0.
+// Shows the saver until something ends it, and returns by which signal, or 0;
+// below 0 an exit status.
 int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QString& bus) {
     platform::SystemClock klok;
     const double begin = klok.now() - platform::secondsSinceProcessStart();
@@ -129,8 +136,8 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
     QCoreApplication::exec();
     if (meting) {
         const QString keuze = ruweWaarde(brixtel::SaverInstellingen::keuze());
-        std::fputs(meting->regel(keuze).constData(), stdout);
-        std::fflush(stdout);
+        const QString mis = brixtel::drukAf(meting->regel(keuze));
+        if (!mis.isEmpty()) return -meldNaam(mis, kFout);
     }
     return doorSignaal;
 }
@@ -199,11 +206,9 @@ int main(int argc, char** argv) {
     const auto& opdracht = std::get<Opdracht>(gelezen);
     switch (opdracht.wat) {
         case Opdracht::Wat::Hulp:
-            std::fputs(qUtf8Printable(brixtel::hulpTekst()), stdout);
-            return 0;
+            return druk(brixtel::hulpTekst());
         case Opdracht::Wat::Versie:
-            std::puts("brixtel-saver " BRIXTEL_VERSION);
-            return 0;
+            return druk(QStringLiteral("brixtel-saver " BRIXTEL_VERSION "\n"));
         case Opdracht::Wat::Verbindingen:
             return verbindingen(opdracht.json);
         case Opdracht::Wat::Aanmelden:
@@ -214,6 +219,9 @@ int main(int argc, char** argv) {
             break;
     }
     brixtel::Signalen::negeerOpnieuw();
+    if (opdracht.keuze.isEmpty())
+        brixtel::meldInstellingen(QStringLiteral("brixtel-saver"),
+                                  brixtel::SaverInstellingen::moduleNaam);
     // Only the arguments that are ours were ours to take: Qt gets none.
     int geen = 1;
     const int uitgang = start(geen, argv, opdracht);

@@ -43,7 +43,7 @@ const std::map<QString, QStringList>& vloeren() {
         zet("BrixtelSaver", {"worlds", "rain"});
         zet("desktop", {"worlds", "rain"});
         zet("controls", {"drawing"});
-        zet("hosts/gedeeld", {"platform/files"});
+        zet("hosts/gedeeld", {"platform/session"});
         zet("hosts/saver", {"BrixtelSaver", "hosts/gedeeld"});
         zet("hosts/bureau",
             {"hosts/gedeeld", "BrixtelSaver", "desktop", "controls", "platform/sound"});

@@ -67,7 +67,7 @@ TEST_F(Verbindingen, ASignalThatIsIgnoredStaysSo) {
 
 TEST_F(Verbindingen, ATableThatCannotBeWrittenIsAnError) {
     EXPECT_EXIT(draai("/no/such/lsof", "/dev/full"), testing::ExitedWithCode(1),
-                "de verbindingen zijn niet te schrijven");
+                "de uitvoer is niet te schrijven");
     EXPECT_EXIT(draai("/no/such/lsof", "/dev/null"), testing::ExitedWithCode(0), "");
 }
 
