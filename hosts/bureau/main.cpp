@@ -21,6 +21,7 @@
 #include "hosts/gedeeld/Melding.h"
 #include "hosts/gedeeld/Signalen.h"
 #include "hosts/gedeeld/Uitvoer.h"
+#include "hosts/gedeeld/Voorraad.h"
 #include "platform/window/x11/DesktopWorkspace.h"
 #include "platform/window/x11/DisplayCheck.h"
 
@@ -226,6 +227,7 @@ int start(int argc, char** argv, const BureauOpdracht& opdracht) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    brixtel::eindigMetEenRegel("brixtel-bureau");
     QStringList argumenten;
     for (int i = 1; i < argc; ++i)
         argumenten << QString::fromLocal8Bit(argv[i]);
@@ -236,6 +238,7 @@ int main(int argc, char** argv) {
     if (opdracht.wat == BureauOpdracht::Wat::Hulp) return druk(brixtel::bureauHulpTekst());
     if (opdracht.wat == BureauOpdracht::Wat::Versie)
         return druk(QStringLiteral("brixtel-bureau " BRIXTEL_VERSION "\n"));
+    if (const QString mis = brixtel::tekort(); !mis.isEmpty()) return meldNaam(mis);
     // Only the arguments that are ours were ours to take: Qt gets none.
     int geen = 1;
     if (opdracht.autostart) {

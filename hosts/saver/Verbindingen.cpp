@@ -51,18 +51,20 @@ class Opvang {
     std::array<struct sigaction, kSignalen.size()> eerder_{};
 };
 
-std::vector<Lijn> meet(const VerbindingWacht::Bron& bron) {
+std::optional<std::vector<Lijn>> meet(const VerbindingWacht::Bron& bron) {
     const platform::ToolStop stop;
     const Opvang opvang(stop);
-    return VerbindingWacht::meet(bron, &stop);
+    return VerbindingWacht::probeer(bron, &stop);
 }
 
 }  // namespace
 
 QString toonVerbindingen(bool json, const VerbindingWacht::Bron& bron) {
-    const std::vector<Lijn> lijnen = meet(bron);
+    const auto lijnen = meet(bron);
     if (gevangen != 0) Signalen::eindigDoor(gevangen);
-    const QByteArray tekst = json ? alsJson(lijnen) : alsTabel(lijnen).toUtf8();
+    if (!lijnen)
+        return QStringLiteral("de verbindingen zijn niet te meten: lsof ontbreekt of faalt");
+    const QByteArray tekst = json ? alsJson(*lijnen) : alsTabel(*lijnen).toUtf8();
     return drukAf(tekst);
 }
 

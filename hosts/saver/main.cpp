@@ -10,6 +10,7 @@
 #include "hosts/gedeeld/Melding.h"
 #include "hosts/gedeeld/Signalen.h"
 #include "hosts/gedeeld/Uitvoer.h"
+#include "hosts/gedeeld/Voorraad.h"
 #include "hosts/saver/Aanmelding.h"
 #include "hosts/saver/Instellingen.h"
 #include "hosts/saver/Meting.h"
@@ -196,6 +197,7 @@ int start(int argc, char** argv, const Opdracht& opdracht) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    brixtel::eindigMetEenRegel("brixtel-saver");
     QStringList argumenten;
     for (int i = 1; i < argc; ++i)
         argumenten << QString::fromLocal8Bit(argv[i]);
@@ -219,6 +221,7 @@ int main(int argc, char** argv) {
             break;
     }
     brixtel::Signalen::negeerOpnieuw();
+    if (const QString mis = brixtel::tekort(); !mis.isEmpty()) return meldNaam(mis, kFout);
     if (opdracht.keuze.isEmpty())
         brixtel::meldInstellingen(QStringLiteral("brixtel-saver"),
                                   brixtel::SaverInstellingen::moduleNaam);

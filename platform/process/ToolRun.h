@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <optional>
@@ -14,6 +16,18 @@ namespace platform {
 struct ToolCall {
     std::string program;  // a path; no search is done
     std::vector<std::string> arguments;
+    std::size_t mostBytes = SIZE_MAX;  // of its output
+    double mostSeconds = 0.0;          // until its end; 0 is for ever
+};
+
+// How a run of a tool came to its end.
+enum class ToolEnd {
+    done,        // with exit status 0 or 1
+    failed,      // with another status, or by a signal
+    notStarted,  // or without memory for its text
+    stopped,     // as was requested
+    late,        // it took more than mostSeconds
+    tooMuch,     // it wrote more than mostBytes
 };
 
 // Everything a tool wrote to its standard output. Move-only owner; grows where
@@ -57,10 +71,12 @@ class ToolStop {
 // thrown away, it inherits no other descriptor and all signals as usual.
 //
 // Blocks the calling thread. Nothing when the tool could not be started, when
-// `stop` was requested, or when its text does not fit into memory; the tool is
-// then killed with its process group. The kernel kills it too when the calling
-// thread ends first, however that came about. Any thread.
-[[nodiscard]] std::optional<ToolText> runTool(const ToolCall& call, const ToolStop* stop = nullptr);
+// `stop` was requested, when it took too long or wrote too much, or when its text
+// does not fit into memory; the tool is then killed with its process group. The
+// kernel kills it too when the calling thread ends first, however that came
+// about. How it ended is left in `end`. Any thread.
+[[nodiscard]] std::optional<ToolText> runTool(const ToolCall& call, const ToolStop* stop = nullptr,
+                                              ToolEnd* end = nullptr);
 
 // The path of a system tool: in /usr/sbin, else in /usr/bin, else in an absolute
 // folder on the PATH. Nothing when it is not installed. Any thread.

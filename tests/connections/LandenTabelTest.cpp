@@ -314,6 +314,19 @@ TEST(Meegeleverd, TheModulesOwnTableIsFoundBesideTheModule) {
     EXPECT_NE(LandenTabel::gedeeld().land("193.0.6.139"), std::nullopt);
 }
 
+TEST(Meegeleverd, TheChecksumIsBesideTheTableAndHolds) {
+    const auto inhoudVan = [](const char* naam) {
+        std::ostringstream tekst;
+        tekst << std::ifstream(std::string(BRIXTEL_BUILD_DIR "/lib/resources/") + naam,
+                               std::ios::binary)
+                     .rdbuf();
+        return tekst.str();
+    };
+    const std::string bytes = inhoudVan("landen.bin");
+    EXPECT_EQ(inhoudVan("landen.bin.crc32"),
+              brixtel::somVan({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}));
+}
+
 TEST(Meegeleverd, ThisComputersOwnAndPrivateAddressesBelongToNoCountry) {
     for (const char* adres :
          {"127.0.0.1", "10.1.2.3", "172.16.0.1", "192.168.1.2", "169.254.1.1", "0.0.0.0",

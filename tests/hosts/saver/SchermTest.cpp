@@ -7,6 +7,7 @@
 #include <QRegularExpression>
 
 #include "tests/hosts/saver/Scherm.h"
+#include "tests/support/BusSaver.h"
 
 using brixtel::isRegen;
 using brixtel::Scherm;
@@ -129,9 +130,10 @@ class Bus : public Scherm {
                                                                   QStringLiteral("--type=signal")} +
                                                           signaal);
             proces.waitForFinished(5000);
-            return brixtel::aandeelGroen(server.picture(server.screen().root)) == 0.0;
+            return isZwart();
         });
     }
+    bool isZwart() { return brixtel::aandeelGroen(server.picture(server.screen().root)) == 0.0; }
 };
 
 TEST_F(Bus, WillstopTearsTheSceneDown) {
@@ -140,22 +142,15 @@ TEST_F(Bus, WillstopTearsTheSceneDown) {
 }
 
 TEST_F(Bus, ADesktopsActiveChangedFalseTearsTheSceneDown) {
-    EXPECT_TRUE(zwartNa({QStringLiteral("/org/gnome/ScreenSaver"),
-                         QStringLiteral("org.gnome.ScreenSaver.ActiveChanged"),
-                         QStringLiteral("boolean:false")}));
+    const BusSaver saver(adres);
+    EXPECT_TRUE(until([&] { return saver.say(false) && isZwart(); }));
     EXPECT_TRUE(programma.loopt());
 }
 
 TEST_F(Bus, ActiveChangedTrueLeavesItAlone) {
-    QProcess proces;
-    proces.start(
-        QStringLiteral("dbus-send"),
-        {QStringLiteral("--bus=") + adres, QStringLiteral("--type=signal"),
-         QStringLiteral("/org/gnome/ScreenSaver"),
-         QStringLiteral("org.gnome.ScreenSaver.ActiveChanged"), QStringLiteral("boolean:true")});
-    proces.waitForFinished(5000);
-    EXPECT_FALSE(until(
-        [&] { return brixtel::aandeelGroen(server.picture(server.screen().root)) == 0.0; }, 500));
+    const BusSaver saver(adres);
+    ASSERT_TRUE(saver.say(true));
+    EXPECT_FALSE(until([&] { return isZwart(); }, 500));
 }
 
 }  // namespace

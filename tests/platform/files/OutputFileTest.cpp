@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -36,6 +37,18 @@ int inChild(Act act) {
     int status = 0;
     waitpid(child, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+// A pipe's reader, which is there from now on and waits for the first byte.
+int readerOf(const std::string& pipe) {
+    const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+    fcntl(reader, F_SETFL, 0);
+    return reader;
+}
+
+void awaitByte(int reader) {
+    pollfd wait{reader, POLLIN, 0};
+    poll(&wait, 1, -1);
 }
 
 struct OutputFile : testing::Test {
@@ -106,10 +119,10 @@ TEST_F(OutputFile, APipeIsWrittenToAndNotReplaced) {
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
     EXPECT_EQ(replaceFile(path, "x"), ENXIO);
     const std::string text(300'000, 'p');  // more than a pipe holds
-    const int reader = open(path.c_str(), O_RDONLY | O_NONBLOCK);
-    fcntl(reader, F_SETFL, 0);
+    const int reader = readerOf(path);
     std::string got;
     std::thread other([&] {
+        awaitByte(reader);
         char part[4096];
         for (ssize_t count = 0; (count = read(reader, part, sizeof part)) > 0;)
             got.append(part, static_cast<std::size_t>(count));
@@ -126,10 +139,10 @@ TEST_F(OutputFile, APipeIsWrittenToAndNotReplaced) {
 
 TEST_F(OutputFile, AReaderThatGoesAwayIsAnErrorAndNoSignal) {
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
-    const int reader = open(path.c_str(), O_RDONLY | O_NONBLOCK);
+    const int reader = readerOf(path);
     std::thread other([&] {
         char part = 0;
-        fcntl(reader, F_SETFL, 0);
+        awaitByte(reader);
         EXPECT_EQ(read(reader, &part, 1), 1);
         close(reader);
     });
