@@ -60,6 +60,10 @@ void VerbindingWacht::kijk() {
     });
 }
 
+void VerbindingWacht::daarna(std::function<void()> doe) {
+    wachtrij_.async([doe = std::move(doe)] { platform::runOnMainQueue(doe); });
+}
+
 void VerbindingWacht::toon(std::vector<Lijn> lijnen) {
     bezig_ = false;
     const auto nog = std::weak_ptr(nog_);

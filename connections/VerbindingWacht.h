@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -56,6 +57,10 @@ class VerbindingWacht {
     // `elke` seconds, or removes it. The smallest wish counts. The first
     // subscriber gets a measurement at once.
     void gebruik(const std::string& sleutel, bool aan, double elke = 3.0);
+
+    // Runs `doe` on the main thread, once all that is under way now has been measured
+    // and published.
+    void daarna(std::function<void()> doe);
 
     // Seconds between two measurements; 0 while nobody asks.
     [[nodiscard]] double tussentijd() const { return tussentijd_; }
