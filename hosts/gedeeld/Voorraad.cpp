@@ -22,7 +22,6 @@ namespace {
 
 constexpr std::size_t kDraden = 8;
 constexpr std::size_t kDescriptors = 32;
-constexpr std::size_t kRuimte = std::size_t{256} << 20;  // bytes
 
 // Threads that all are there at the same time.
 bool zijnErDraden() {
@@ -53,10 +52,10 @@ bool zijnErDescriptors() {
     return open == kDescriptors;
 }
 
-bool isErRuimte() {
-    void* const ruimte = mmap(nullptr, kRuimte, PROT_READ | PROT_WRITE,
+bool isErRuimte(std::size_t bytes) {
+    void* const ruimte = mmap(nullptr, bytes, PROT_READ | PROT_WRITE,
                               MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-    return ruimte != MAP_FAILED && munmap(ruimte, kRuimte) == 0;
+    return ruimte != MAP_FAILED && munmap(ruimte, bytes) == 0;
 }
 
 const char* naam = "brixtel";
@@ -85,10 +84,10 @@ void schrijf(std::string_view tekst) {
 
 }  // namespace
 
-QString tekort() {
+QString tekort(std::size_t ruimte) {
     if (!zijnErDescriptors())
         return QStringLiteral("het systeem staat te weinig open bestanden toe");
-    if (!isErRuimte()) return QStringLiteral("het systeem staat te weinig geheugen toe");
+    if (!isErRuimte(ruimte)) return QStringLiteral("het systeem staat te weinig geheugen toe");
     if (!zijnErDraden()) return QStringLiteral("het systeem staat te weinig draden toe");
     return {};
 }

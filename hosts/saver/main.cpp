@@ -80,6 +80,15 @@ int meldAan(const QString& thuis) {
     return bericht(brixtel::meldAan(thuis, brixtel::opdrachtVoorGastheer(eigen)));
 }
 
+// The address space that what is asked for takes.
+std::size_t ruimteVoor(const Opdracht& opdracht) {
+    const QString regen = ruweWaarde(brixtel::SaverKeuze::regen);
+    const QString keuze =
+        opdracht.keuze.isEmpty() ? ruweWaarde(brixtel::SaverInstellingen::keuze()) : opdracht.keuze;
+    const bool zonderScene = keuze == regen || opdracht.wat == Opdracht::Wat::Instellingen;
+    return zonderScene ? brixtel::kRuimteRegen : brixtel::kRuimteScene;
+}
+
 int plaatje(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
     const QString mis = brixtel::maakPlaatje(opdracht, module);
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
@@ -221,7 +230,8 @@ int main(int argc, char** argv) {
             break;
     }
     brixtel::Signalen::negeerOpnieuw();
-    if (const QString mis = brixtel::tekort(); !mis.isEmpty()) return meldNaam(mis, kFout);
+    const QString mis = brixtel::tekort(ruimteVoor(opdracht));
+    if (!mis.isEmpty()) return meldNaam(mis, kFout);
     if (opdracht.keuze.isEmpty())
         brixtel::meldInstellingen(QStringLiteral("brixtel-saver"),
                                   brixtel::SaverInstellingen::moduleNaam);
