@@ -9,11 +9,10 @@ namespace platform {
 
 namespace {
 
-// The first that answers, kept in `hold`; null where none does.
-const WindowSystemKind* reachable(std::shared_ptr<void>& hold) {
-    for (const WindowSystemKind* kind : windowSystemKinds())
-        if ((hold = kind->reach())) return kind;
-    return nullptr;
+// The kind that answered last; the first until one is asked.
+const WindowSystemKind*& answering() {
+    static const WindowSystemKind* kind = windowSystemKinds().front();
+    return kind;
 }
 
 template <typename Ref>
@@ -27,14 +26,17 @@ std::optional<Ref> read(const QString& text,
 }  // namespace
 
 DisplayCheck::DisplayCheck() {
-    reachable(hold_);
+    for (const WindowSystemKind* kind : windowSystemKinds()) {
+        hold_ = kind->reach();
+        if (!hold_) continue;
+        answering() = kind;
+        return;
+    }
 }
 
 void chooseQtScreens(QtScreens screens) {
-    std::shared_ptr<void> hold;
-    const WindowSystemKind* kind = screens == QtScreens::Session ? reachable(hold) : nullptr;
-    if (!kind && screens == QtScreens::Session) kind = windowSystemKinds().front();
-    qputenv("QT_QPA_PLATFORM", kind ? kind->qtPlugin() : QByteArrayLiteral("offscreen"));
+    const bool none = screens == QtScreens::None;
+    qputenv("QT_QPA_PLATFORM", none ? QByteArrayLiteral("offscreen") : answering()->qtPlugin());
 }
 
 const WindowSystemKind* qtsKind() {

@@ -24,8 +24,9 @@ class DisplayCheck {
 
 enum class QtScreens { Session, None };
 
-// Makes Qt show windows on the session's window system, or nowhere, for pictures
-// alone. Before the application object. Main thread.
+// Makes Qt show windows on the session's window system, the one that a DisplayCheck
+// found, or nowhere, for pictures alone. Before the application object. Main
+// thread.
 void chooseQtScreens(QtScreens screens);
 
 // The window system that Qt shows windows on, or the first there is where Qt shows
