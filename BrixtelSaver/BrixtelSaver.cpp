@@ -18,9 +18,6 @@ constexpr double kWisselTijd = 60.0;
 constexpr double kMaatRust = 0.15;
 const QLatin1String kStopt("com.apple.screensaver.willstop");
 
-constexpr std::array kScenes{SaverKeuze::regen, SaverKeuze::bol, SaverKeuze::kubus,
-                             SaverKeuze::tunnel, SaverKeuze::logo};
-
 }  // namespace
 
 BrixtelSaverView::BrixtelSaverView(const QRectF& frame, bool isPreview,
@@ -83,8 +80,8 @@ void BrixtelSaverView::toon(SaverKeuze keuze) {
         laat(keuze);
         return;
     }
-    // Any of the five, also the one shown before: only the ticks never repeat.
-    const SaverKeuze eerste = kScenes.at(context().random.below(kScenes.size()));
+    // The first may be the scene shown before; only a tick never repeats one.
+    const SaverKeuze eerste = alleScenes.at(context().random.below(alleScenes.size()));
     wisselKlok_ = platform::Timer(context().clock, {.interval = kWisselTijd, .repeats = true},
                                   [this] { wissel(); });
     laat(eerste);
@@ -92,7 +89,7 @@ void BrixtelSaverView::toon(SaverKeuze keuze) {
 
 void BrixtelSaverView::wissel() {
     std::vector<SaverKeuze> kandidaten;
-    for (const SaverKeuze scene : kScenes)
+    for (const SaverKeuze scene : alleScenes)
         if (scene != huidige_) kandidaten.push_back(scene);
     laat(kandidaten[context().random.below(static_cast<std::uint32_t>(kandidaten.size()))]);
 }

@@ -2,9 +2,11 @@
 #include "worlds/DrieWereld.h"
 
 #include <QUuid>
+#include <array>
 #include <utility>
 
 #include "worlds/Bol.h"
+#include "worlds/DrieStart.h"
 
 namespace brixtel {
 
@@ -44,29 +46,21 @@ DrieWereld::~DrieWereld() {
 }
 
 void DrieWereld::bouw() {
-    switch (soort_) {
-        case DrieSoort::bol:
-            bouwBol();
-            break;
-        case DrieSoort::kubus:
-            camera({.z = 6.0, .zicht = 40.0, .bloom = 1.4});
-            zetMist(4.6, 8.2);
-            bouwKubus();
-            break;
-        case DrieSoort::tunnel:
-            camera({.z = 0.0, .zicht = 70.0, .bloom = 1.2})->setPosition({0.0, 0.0, 0.0});
-            zetMist(3.0, 34.0);
-            bouwTunnel();
-            break;
-        case DrieSoort::logo: {
-            const NodePtr oog = camera({.z = 15.0, .zicht = 42.0, .bloom = 0.9});
-            oog->setPosition({0.0, 2.2, 15.0});
-            oog->lookAt({0.0, 0.0, 0.0});
-            zetMist(12.0, 40.0);
-            bouwLogo();
-            break;
-        }
-    }
+    struct Regel {
+        DrieStart start;
+        void (DrieWereld::*bouwer)();
+    };
+    // By the number of the kind.
+    static const std::array<Regel, alleSoorten.size()> regels{{
+#define DRIE(ruw, naam, nl, en, uitleg, bouwer, ...) {{__VA_ARGS__}, &DrieWereld::bouwer},
+#include "worlds/Scenes.def"
+    }};
+    const auto& [start, bouwer] = regels.at(static_cast<std::size_t>(soort_));
+    oog_ = camera({.z = start.oog.z, .zicht = start.zicht, .bloom = start.bloom});
+    oog_->setPosition(start.oog);
+    if (start.naarMidden) oog_->lookAt({0.0, 0.0, 0.0});
+    if (start.mist.einde > start.mist.begin) zetMist(start.mist);
+    (this->*bouwer)();
 }
 
 NodePtr DrieWereld::camera(const CameraOpties& opties) {
@@ -84,8 +78,8 @@ NodePtr DrieWereld::camera(const CameraOpties& opties) {
     return node;
 }
 
-void DrieWereld::zetMist(double begin, double einde) {
-    scene_->setFog({.start = begin, .end = einde, .colour = Qt::black});
+void DrieWereld::zetMist(const DrieMist& mist) {
+    scene_->setFog({.start = mist.begin, .end = mist.einde, .colour = Qt::black});
 }
 
 std::shared_ptr<SceneView> DrieWereld::maakView(const QRectF& frame) {

@@ -13,10 +13,6 @@ namespace brixtel {
 inline const QString kDienstNaam = QStringLiteral("nl.groenlicht.brixtel.Bureau");
 inline const QString kDienstPad = QStringLiteral("/nl/groenlicht/brixtel/Bureau");
 
-// Which scene a black screen is asked for: "regen" or nothing for the rain, or a
-// scene's raw value. False for anything else.
-[[nodiscard]] bool leesSoort(const QString& tekst, std::optional<DrieSoort>& soort);
-
 // The raw value of a RegenStand on the bus.
 [[nodiscard]] QString ruweWaarde(RegenStand stand);
 

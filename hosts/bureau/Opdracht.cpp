@@ -2,6 +2,8 @@
 #include "hosts/bureau/Opdracht.h"
 
 #include "hosts/bureau/BureauInstellingen.h"
+#include "hosts/bureau/ZwartSoort.h"
+#include "hosts/gedeeld/Opsomming.h"
 
 namespace brixtel {
 
@@ -9,8 +11,6 @@ namespace {
 
 using Wat = BureauOpdracht::Wat;
 using Optie = brixtel::Optie<BureauOpdracht>;
-
-constexpr QLatin1String kSoort("^(regen|bol|kubus|tunnel|logo)$");
 
 QString zetWat(BureauOpdracht& opdracht, Wat wat, QLatin1String naam) {
     if (opdracht.wat != Wat::Dienst && opdracht.wat != wat)
@@ -33,11 +33,12 @@ Optie zonder(QLatin1String naam, const QString& methode) {
 }
 
 Optie metSoort(QLatin1String naam, const QString& methode) {
-    return {naam, Waarde::Mag, kSoort, [=](BureauOpdracht& o, const QString& waarde) {
-                static const QRegularExpression vorm(kSoort);
-                if (!waarde.isEmpty() && !vorm.match(waarde).hasMatch())
-                    return QStringLiteral("--%1 kent regen, bol, kubus, tunnel en logo, niet '%2'")
-                        .arg(naam, waarde);
+    const QString vorm = u"^(" + zwartWoorden().join(u'|') + u")$";
+    return {naam, Waarde::Mag, vorm, [=](BureauOpdracht& o, const QString& waarde) {
+                ZwartSoort soort;
+                if (!leesSoort(waarde, soort))
+                    return QStringLiteral("--%1 kent %2, niet '%3'")
+                        .arg(naam, opsomming(zwartWoorden(), QLatin1String("en")), waarde);
                 // Not a null string: it goes over the bus.
                 o.verzoeken.push_back({methode, {waarde + QLatin1String("")}});
                 return QString();
@@ -98,6 +99,13 @@ const std::vector<Optie>& opties() {
     return alle;
 }
 
+// The first is the rain.
+QString soorten() {
+    QStringList woorden = zwartWoorden();
+    woorden.first() += QStringLiteral(" (ook zonder SOORT)");
+    return opsomming(woorden, QLatin1String("of"));
+}
+
 }  // namespace
 
 std::variant<BureauOpdracht, Fout> leesBureauOpdracht(const QStringList& argumenten) {
@@ -125,7 +133,7 @@ Regen over alles heen, waar klikken doorheen gaat:
 
 Een zwart scherm, tot een toets, een klik of een echte beweging van de muis:
   --toon-zwart[=SOORT]  --sluit-zwart  --wissel-zwart[=SOORT]
-                         regen (ook zonder SOORT), bol, kubus, tunnel of logo
+                         %1
 
 Alles:
   --sluit-alles          sluit wat er te zien is
@@ -141,7 +149,8 @@ Verder:
   --stand                hoe het ervoor staat
   --versie               het versienummer
   --help                 deze tekst
-)");
+)")
+        .arg(vouw(soorten(), kHulpKolom));
 }
 
 }  // namespace brixtel

@@ -142,8 +142,8 @@ void Pictogram::meldAan() {
     meld();
 }
 
-MenuRegel Pictogram::scene(const BureauStand& stand, std::optional<DrieSoort> soort) {
-    QString tekst = soort ? ruweWaarde(*soort) : QStringLiteral("regen");
+MenuRegel Pictogram::scene(const BureauStand& stand, ZwartSoort soort) {
+    QString tekst = ruweWaarde(soort);
     tekst[0] = tekst[0].toUpper();
     return {.soort = MenuRegel::Soort::Vink,
             .tekst = tekst,
@@ -152,8 +152,8 @@ MenuRegel Pictogram::scene(const BureauStand& stand, std::optional<DrieSoort> so
 }
 
 MenuRegel Pictogram::zwart(const BureauStand& stand) {
-    MenuRegel menu{.tekst = QStringLiteral("Zwart scherm"), .onder = {scene(stand, std::nullopt)}};
-    for (const DrieSoort soort : alleSoorten)
+    MenuRegel menu{.tekst = QStringLiteral("Zwart scherm")};
+    for (const ZwartSoort soort : alleZwartSoorten())
         menu.onder.push_back(scene(stand, soort));
     return menu;
 }

@@ -11,6 +11,7 @@
 #include "hosts/bureau/BureauDienst.h"
 #include "hosts/bureau/BusPoort.h"
 #include "hosts/bureau/Menu.h"
+#include "hosts/bureau/ZwartSoort.h"
 
 namespace brixtel {
 
@@ -49,7 +50,7 @@ class Pictogram {
         QString (*tekst)(double);
     };
     [[nodiscard]] MenuRegel keuze(const BureauStand& stand, Stappen stappen);
-    [[nodiscard]] MenuRegel scene(const BureauStand& stand, std::optional<DrieSoort> soort);
+    [[nodiscard]] MenuRegel scene(const BureauStand& stand, ZwartSoort soort);
 
     Bureau& bureau_;
     BusPoort& poort_;

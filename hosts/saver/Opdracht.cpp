@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "BrixtelSaver/SaverKeuze.h"
+#include "hosts/gedeeld/Opsomming.h"
 
 namespace brixtel {
 
@@ -46,11 +47,17 @@ QString zetMaat(QSize& doel, const QString& waarde, QLatin1String naam) {
     return QStringLiteral("--%1 wil een maat als 1280x720, niet '%2'").arg(naam, waarde);
 }
 
+QStringList keuzeWoorden() {
+    QStringList woorden;
+    for (const SaverKeuze keuze : alleKeuzes)
+        woorden << ruweWaarde(keuze);
+    return woorden;
+}
+
 QString zetKeuze(Opdracht& opdracht, const QString& waarde) {
     if (!keuzeUitRuw(waarde))
-        return QStringLiteral(
-                   "--keuze kent wisselend, regen, bol, kubus, tunnel en logo, niet '%1'")
-            .arg(waarde);
+        return QStringLiteral("--keuze kent %1, niet '%2'")
+            .arg(opsomming(keuzeWoorden(), QLatin1String("en")), waarde);
     opdracht.keuze = waarde;
     return {};
 }
@@ -240,8 +247,7 @@ Waar:
                          ze afdrukt, in plaats van die van nu
 
 Wat:
-  --keuze=KEUZE          wisselend, regen, bol, kubus, tunnel of logo; alleen
-                         voor deze keer, er wordt niets bewaard
+  --keuze=KEUZE          %1
   --voorvertoning        in de kwaliteit van een klein voorbeeld
   --tekenaar=WELKE       gl, cpu of auto (auto)
   --seconden=N           houdt na N seconden vanzelf op
@@ -259,7 +265,10 @@ Verder:
   --afmelden             haalt Brixtel uit die lijst
   --versie               het versienummer
   --help                 deze tekst
-)");
+)")
+        .arg(vouw(opsomming(keuzeWoorden(), QLatin1String("of")) +
+                      QStringLiteral("; alleen voor deze keer, er wordt niets bewaard"),
+                  kHulpKolom));
 }
 
 }  // namespace brixtel

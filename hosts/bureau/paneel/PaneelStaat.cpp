@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "BrixtelSaver/SaverInstellingen.h"
-#include "hosts/bureau/BureauDienst.h"
+#include "hosts/bureau/ZwartSoort.h"
 
 namespace brixtel {
 
@@ -15,10 +15,6 @@ constexpr double kLuisterTijd = 0.05;  // seconds
 constexpr double kLampDuur = 0.15;     // seconds that a beat lights the lamp
 constexpr double kTeLaat = 0.5;        // seconds: an old beat is none
 constexpr double kStappen = 50.0;      // of the meter, so that it stands still in silence
-
-QString regenOf(std::optional<DrieSoort> soort) {
-    return soort ? ruweWaarde(*soort) : QStringLiteral("regen");
-}
 
 QVariantMap optie(const QString& ruw) {
     QString label = ruw;
@@ -63,16 +59,16 @@ QString PaneelStaat::regenMelding() const {
 }
 
 QString PaneelStaat::zwartStatus() const {
-    return zwart() ? regenOf(stand().soort) : QStringLiteral("uit");
+    return zwart() ? ruweWaarde(stand().soort) : QStringLiteral("uit");
 }
 
 QString PaneelStaat::soort() const {
-    return regenOf(stand().keuzes.soort);
+    return ruweWaarde(stand().keuzes.soort);
 }
 
 QVariantList PaneelStaat::soorten() const {
-    QVariantList lijst{optie(regenOf(std::nullopt))};
-    for (const DrieSoort een : alleSoorten)
+    QVariantList lijst;
+    for (const ZwartSoort een : alleZwartSoorten())
         lijst << optie(ruweWaarde(een));
     return lijst;
 }
@@ -121,7 +117,7 @@ void PaneelStaat::zetSnelheid(double snelheid) {
 }
 
 void PaneelStaat::zetSoort(const QString& soort) {
-    std::optional<DrieSoort> gekozen;
+    ZwartSoort gekozen;
     if (leesSoort(soort, gekozen)) kies(&BureauKeuzes::soort, gekozen);
 }
 
