@@ -33,7 +33,7 @@ Optie zonder(QLatin1String naam, const QString& methode) {
 }
 
 Optie metSoort(QLatin1String naam, const QString& methode) {
-    const QString vorm = u"^(" + zwartWoorden().join(u'|') + u")$";
+    const QString vorm = QStringLiteral("^(%1)$").arg(zwartWoorden().join(u'|'));
     return {naam, Waarde::Mag, vorm, [=](BureauOpdracht& o, const QString& waarde) {
                 ZwartSoort soort;
                 if (!leesSoort(waarde, soort))
