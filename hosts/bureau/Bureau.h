@@ -7,7 +7,7 @@
 #include "connections/Gepubliceerd.h"
 #include "desktop/MatrixCentrale.h"
 #include "hosts/bureau/BureauInstellingen.h"
-#include "hosts/bureau/Spaarzaam.h"
+#include "hosts/bureau/GedoseerdeActie.h"
 #include "hosts/bureau/muziek/MuziekLuisteraar.h"
 
 namespace brixtel {
@@ -88,7 +88,7 @@ class Bureau {
     platform::MediaClock& klok_;
     platform::Workspace& werkruimte_;
     BureauKeuzes keuzes_;
-    Spaarzaam bewaring_;
+    GedoseerdeActie bewaring_;
     MuziekLuisteraar muziek_;
     MatrixCentrale centrale_;
     std::optional<DrieSoort> soort_;

@@ -52,14 +52,14 @@ QString ruweWaarde(RegenStand stand) {
     return {};
 }
 
-BureauDienst::BureauDienst(Bureau& bureau, BusPoort& poort, BureauDaden daden)
-    : bureau_(bureau), poort_(poort), daden_(std::move(daden)), methoden_(methoden()) {
-    poort_.bied({.pad = kDienstPad,
-                 .beschrijving = QString::fromUtf8(kBureauXml),
-                 .doe = methoden_,
-                 .eigenschappen = eigenschappenVan(bureau.stand().waarde())});
+BureauDienst::BureauDienst(Bureau& bureau, BusAansluiting& bus, BureauDaden daden)
+    : bureau_(bureau), bus_(bus), daden_(std::move(daden)), methoden_(methoden()) {
+    bus_.bied({.pad = kDienstPad,
+               .beschrijving = QString::fromUtf8(kBureauXml),
+               .doe = methoden_,
+               .eigenschappen = eigenschappenVan(bureau.stand().waarde())});
     stand_ = bureau.stand().volg([this](const BureauStand& stand) {
-        poort_.zetEigenschappen(kDienstPad, eigenschappenVan(stand));
+        bus_.zetEigenschappen(kDienstPad, eigenschappenVan(stand));
     });
 }
 

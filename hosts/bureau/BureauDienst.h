@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "hosts/bureau/Bureau.h"
+#include "hosts/bureau/BusAansluiting.h"
 #include "hosts/bureau/BusObject.h"
-#include "hosts/bureau/BusPoort.h"
 
 namespace brixtel {
 
@@ -28,7 +28,7 @@ struct BureauDaden {
 class BureauDienst {
   public:
     // `stop` is called after the method's answer is on its way.
-    BureauDienst(Bureau& bureau, BusPoort& poort, BureauDaden daden);
+    BureauDienst(Bureau& bureau, BusAansluiting& bus, BureauDaden daden);
     BureauDienst(const BureauDienst&) = delete;
     BureauDienst& operator=(const BureauDienst&) = delete;
 
@@ -43,7 +43,7 @@ class BureauDienst {
                                           const QString& wat);
 
     Bureau& bureau_;
-    BusPoort& poort_;
+    BusAansluiting& bus_;
     const BureauDaden daden_;
     const QHash<QString, BusObject::Doe> methoden_;
     Abonnement stand_;

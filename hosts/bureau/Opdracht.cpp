@@ -9,19 +9,19 @@ namespace brixtel {
 
 namespace {
 
-using Wat = BureauOpdracht::Wat;
+using Taak = BureauOpdracht::Taak;
 using Optie = brixtel::Optie<BureauOpdracht>;
 
-QString zetWat(BureauOpdracht& opdracht, Wat wat, QLatin1String naam) {
-    if (opdracht.wat != Wat::Dienst && opdracht.wat != wat)
+QString zetTaak(BureauOpdracht& opdracht, Taak taak, QLatin1String naam) {
+    if (opdracht.taak != Taak::Dienst && opdracht.taak != taak)
         return QStringLiteral("--%1 gaat niet samen met wat eerder gevraagd is").arg(naam);
-    opdracht.wat = wat;
+    opdracht.taak = taak;
     return {};
 }
 
-Optie watOptie(QLatin1String naam, Wat wat) {
+Optie taakOptie(QLatin1String naam, Taak taak) {
     return {naam, Waarde::Geen, {}, [=](BureauOpdracht& o, const QString&) {
-                return zetWat(o, wat, naam);
+                return zetTaak(o, taak, naam);
             }};
 }
 
@@ -74,9 +74,9 @@ QString zetAutostart(BureauOpdracht& opdracht, const QString& waarde) {
 
 const std::vector<Optie>& opties() {
     static const std::vector<Optie> alle{
-        watOptie(QLatin1String("stand"), Wat::Stand),
-        watOptie(QLatin1String("versie"), Wat::Versie),
-        watOptie(QLatin1String("help"), Wat::Hulp),
+        taakOptie(QLatin1String("stand"), Taak::Stand),
+        taakOptie(QLatin1String("versie"), Taak::Versie),
+        taakOptie(QLatin1String("help"), Taak::Hulp),
         zonder(QLatin1String("paneel"), QStringLiteral("ToonPaneel")),
         {QLatin1String("dienst"),
          Waarde::Geen,

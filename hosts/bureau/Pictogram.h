@@ -9,7 +9,7 @@
 #include <memory>
 
 #include "hosts/bureau/BureauDienst.h"
-#include "hosts/bureau/BusPoort.h"
+#include "hosts/bureau/BusAansluiting.h"
 #include "hosts/bureau/Menu.h"
 #include "hosts/bureau/ZwartSoort.h"
 
@@ -31,7 +31,7 @@ const QDBusArgument& operator>>(const QDBusArgument& in, BusBeeld& beeld);
 // it, it costs nothing. Main thread; bureau and gate must outlive it.
 class Pictogram {
   public:
-    Pictogram(Bureau& bureau, BusPoort& poort, BureauDaden daden);
+    Pictogram(Bureau& bureau, BusAansluiting& bus, BureauDaden daden);
     Pictogram(const Pictogram&) = delete;
     Pictogram& operator=(const Pictogram&) = delete;
 
@@ -53,7 +53,7 @@ class Pictogram {
     [[nodiscard]] MenuRegel scene(const BureauStand& stand, ZwartSoort soort);
 
     Bureau& bureau_;
-    BusPoort& poort_;
+    BusAansluiting& bus_;
     const BureauDaden daden_;
     Menu menu_;
     QDBusServiceWatcher trays_;

@@ -26,7 +26,7 @@
 namespace {
 
 using brixtel::BureauOpdracht;
-using brixtel::BusPoort;
+using brixtel::BusAansluiting;
 using brixtel::Klant;
 
 constexpr const char* kBus = "DBUS_SESSION_BUS_ADDRESS";
@@ -51,7 +51,7 @@ QString vraagAlles(const Klant& klant, const BureauOpdracht& opdracht) {
     QString mis;
     for (const auto& verzoek : opdracht.verzoeken)
         if (mis = klant.vraag(verzoek); !mis.isEmpty()) return mis;
-    if (opdracht.wat != BureauOpdracht::Wat::Stand) return {};
+    if (opdracht.taak != BureauOpdracht::Taak::Stand) return {};
     const QString stand = klant.stand(mis);
     if (mis.isEmpty()) std::fputs(qUtf8Printable(stand), stdout);
     return mis;
@@ -86,8 +86,8 @@ QString voerUit(brixtel::BureauDienst& dienst, const BureauOpdracht& opdracht) {
 // Shows the effects until something ends the program, and returns the exit status,
 // below 0 for a signal; none where another start was first after all. What was
 // asked and cannot be ends it at once: there is nobody else to tell.
-std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QString& bus,
-                         const BureauOpdracht& opdracht) {
+std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluiting,
+                         const QString& bus, const BureauOpdracht& opdracht) {
     auto toeval = platform::RandomSource::fromSystem();
     platform::DistributedNotificationCenter berichten(bus);
     platform::WindowServer server(klok);
@@ -107,10 +107,10 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
             paneel, {.bureau = bureau, .server = server, .toeval = toeval, .bus = bus});
     };
     const brixtel::BureauDaden daden{.stop = stop, .toonPaneel = toonPaneel};
-    brixtel::BureauDienst dienst(bureau, poort, daden);
-    brixtel::Pictogram pictogram(bureau, poort, daden);
-    poort.onVerloren(stop);
-    if (!poort.neemNaam(brixtel::kDienstNaam)) return std::nullopt;
+    brixtel::BureauDienst dienst(bureau, aansluiting, daden);
+    brixtel::Pictogram pictogram(bureau, aansluiting, daden);
+    aansluiting.onVerloren(stop);
+    if (!aansluiting.neemNaam(brixtel::kDienstNaam)) return std::nullopt;
     pictogram.meldAan();
 
     int doorSignaal = 0;
@@ -128,7 +128,7 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
 // Whether nothing was asked but what is written down.
 bool isAlleenAutostart(const BureauOpdracht& opdracht) {
     return opdracht.autostart && opdracht.verzoeken.empty() &&
-           opdracht.wat == BureauOpdracht::Wat::Dienst;
+           opdracht.taak == BureauOpdracht::Taak::Dienst;
 }
 
 // Returns what went wrong; empty if nothing did.
@@ -195,10 +195,10 @@ int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht&
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Brixtel"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     platform::SystemClock klok;
-    BusPoort poort(klok, bus);
-    const auto uitgang = draai(klok, poort, bus, opdracht);
+    BusAansluiting aansluiting(klok, bus);
+    const auto uitgang = draai(klok, aansluiting, bus, opdracht);
     if (uitgang) return *uitgang;
-    const QString mis = vraagAlles(Klant(poort.verbinding()), opdracht);
+    const QString mis = vraagAlles(Klant(aansluiting.verbinding()), opdracht);
     return mis.isEmpty() ? 0 : meldNaam(mis);
 }
 
@@ -208,7 +208,7 @@ int start(int argc, char** argv, const BureauOpdracht& opdracht) {
     // Kept from Qt, which would wait for it on the main thread.
     qputenv(kBus, "unix:path=/dev/null");
     if (const auto uitgang = alsKlant(argc, argv, bus, opdracht)) return *uitgang;
-    if (opdracht.wat == BureauOpdracht::Wat::Stand)
+    if (opdracht.taak == BureauOpdracht::Taak::Stand)
         return meldNaam(QStringLiteral("er draait geen brixtel-bureau"));
     if (isAfsluiten(opdracht)) return 0;
     if (!platform::DisplayCheck().isReachable()) return meldNaam(QString::fromUtf8(kGeenScherm));
@@ -225,11 +225,11 @@ int main(int argc, char** argv) {
     if (const auto* fout = std::get_if<brixtel::Fout>(&gelezen))
         return brixtel::meld(fout->regel, kVerkeerdGebruik);
     const auto& opdracht = std::get<BureauOpdracht>(gelezen);
-    if (opdracht.wat == BureauOpdracht::Wat::Hulp) {
+    if (opdracht.taak == BureauOpdracht::Taak::Hulp) {
         std::fputs(qUtf8Printable(brixtel::bureauHulpTekst()), stdout);
         return 0;
     }
-    if (opdracht.wat == BureauOpdracht::Wat::Versie) {
+    if (opdracht.taak == BureauOpdracht::Taak::Versie) {
         std::puts("brixtel-bureau " BRIXTEL_VERSION);
         return 0;
     }

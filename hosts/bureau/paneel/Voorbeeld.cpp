@@ -21,7 +21,7 @@ Voorbeeld::~Voorbeeld() {
     weg();
 }
 
-void Voorbeeld::toon(QWindow& in, const QRect& plek, const Wat& wat) {
+void Voorbeeld::toon(QWindow& in, const QRect& plek, const Inhoud& inhoud) {
     if (plek.isEmpty() || !server_.isConnected()) return weg();
     const bool nieuw = !vak_ || vak_->parent() != &in;
     if (nieuw) {
@@ -35,12 +35,12 @@ void Voorbeeld::toon(QWindow& in, const QRect& plek, const Wat& wat) {
     }
     const bool andereMaat = vak_->size() != plek.size();
     vak_->setGeometry(plek);
-    const Wat voor = std::exchange(wat_, wat);
-    if (nieuw || wat.soort != voor.soort) return vul();
+    const Inhoud voor = std::exchange(inhoud_, inhoud);
+    if (nieuw || inhoud.soort != voor.soort) return vul();
     // A scene fills its window by itself, and has nothing of the rain's.
     if (!regen_) return;
-    if (andereMaat || wat.dichtheid != voor.dichtheid) andereRegen_.vraag();
-    if (wat.snelheid != voor.snelheid) zetSnelheid();
+    if (andereMaat || inhoud.dichtheid != voor.dichtheid) andereRegen_.vraag();
+    if (inhoud.snelheid != voor.snelheid) zetSnelheid();
 }
 
 void Voorbeeld::weg() {
@@ -58,9 +58,9 @@ void Voorbeeld::vul() {
     view_->setWantsLayer(true);
     view_->layer()->setBackgroundColor(Qt::black);
     std::unique_ptr<DrieWereld> wereld;
-    if (wat_.soort) {
+    if (inhoud_.soort) {
         wereld = std::make_unique<DrieWereld>(
-            *wat_.soort, DrieWereldOpties{.groot = false, .rustig = true},
+            *inhoud_.soort, DrieWereldOpties{.groot = false, .rustig = true},
             DrieWereldBronnen{.klok = server_.clock(), .toeval = toeval_});
         const auto drie = wereld->maakView(vlak);
         drie->setAutoresizingMask(View::WidthSizable | View::HeightSizable);
@@ -78,7 +78,7 @@ void Voorbeeld::vul() {
 void Voorbeeld::vulRegen() {
     regen_ = std::make_unique<MatrixRegen>(MatrixRegenOpties{.maat = QSizeF(vak_->size()),
                                                              .schaal = vak_->devicePixelRatio(),
-                                                             .dichtheid = wat_.dichtheid},
+                                                             .dichtheid = inhoud_.dichtheid},
                                            server_.clock(), toeval_);
     zetSnelheid();
     view_->layer()->addSublayer(regen_->laag());
@@ -86,7 +86,7 @@ void Voorbeeld::vulRegen() {
 
 // One made for a speed and one whose time goes by at that speed fall alike.
 void Voorbeeld::zetSnelheid() {
-    regen_->zetTempo(static_cast<float>(wat_.snelheid));
+    regen_->zetTempo(static_cast<float>(inhoud_.snelheid));
 }
 
 // Where nothing can draw scenes, it rains in their place.

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "hosts/bureau/BusPoort.h"
+#include "hosts/bureau/BusAansluiting.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 
-#include "hosts/bureau/BusDeur.h"
+#include "hosts/bureau/BusOntvanger.h"
 
 namespace brixtel {
 
@@ -13,11 +13,11 @@ namespace {
 constexpr double kTussendoor = 0.005;  // seconds
 }  // namespace
 
-BusPoort::BusPoort(platform::MediaClock& klok, const QString& adres)
+BusAansluiting::BusAansluiting(platform::MediaClock& klok, const QString& adres)
     : klok_(klok),
       verbindingNaam_(QStringLiteral("bureau-%1").arg(reinterpret_cast<quintptr>(this))),
       verbinding_(QDBusConnection::connectToBus(adres, verbindingNaam_)),
-      deur_(std::make_unique<BusDeur>(klok, [this] {
+      ontvanger_(std::make_unique<BusOntvanger>(klok, [this] {
           QMetaObject::invokeMethod(
               this,
               [this] {
@@ -30,20 +30,20 @@ BusPoort::BusPoort(platform::MediaClock& klok, const QString& adres)
                         QStringLiteral("Disconnected"), this, SLOT(verloren()));
 }
 
-BusPoort::~BusPoort() {
+BusAansluiting::~BusAansluiting() {
     verbinding_.unregisterObject(QStringLiteral("/"), QDBusConnection::UnregisterTree);
     draad_.quit();
     draad_.wait();
-    deur_.reset();
+    ontvanger_.reset();
     QDBusConnection::disconnectFromBus(verbindingNaam_);
 }
 
-bool BusPoort::neemNaam(const QString& naam) {
+bool BusAansluiting::neemNaam(const QString& naam) {
     if (!draad_.isRunning()) {
         // Qt hangs something of its own on it, which must come along.
-        verbinding_.registerVirtualObject(QStringLiteral("/"), deur_.get(),
+        verbinding_.registerVirtualObject(QStringLiteral("/"), ontvanger_.get(),
                                           QDBusConnection::SubPath);
-        deur_->moveToThread(&draad_);
+        ontvanger_->moveToThread(&draad_);
         draad_.start();
     }
     QDBusConnectionInterface* const bus = verbinding_.interface();
@@ -52,31 +52,31 @@ bool BusPoort::neemNaam(const QString& naam) {
                       QDBusConnectionInterface::ServiceRegistered;
 }
 
-void BusPoort::bied(BusObject object) {
-    deur_->bied(std::move(object));
+void BusAansluiting::bied(BusObject object) {
+    ontvanger_->bied(std::move(object));
 }
 
-void BusPoort::zetEigenschappen(const QString& pad, const QVariantMap& eigenschappen) {
-    const auto anders = deur_->zetEigenschappen(pad, eigenschappen);
+void BusAansluiting::zetEigenschappen(const QString& pad, const QVariantMap& eigenschappen) {
+    const auto anders = ontvanger_->zetEigenschappen(pad, eigenschappen);
     for (auto interface = anders.begin(); interface != anders.end(); ++interface)
         zend(pad, QStringLiteral("org.freedesktop.DBus.Properties"),
              QStringLiteral("PropertiesChanged"),
              {interface.key(), interface.value(), QStringList()});
 }
 
-void BusPoort::zend(const QString& pad, const QString& interface, const QString& signaal,
-                    const QVariantList& waarden) {
+void BusAansluiting::zend(const QString& pad, const QString& interface, const QString& signaal,
+                          const QVariantList& waarden) {
     QDBusMessage bericht = QDBusMessage::createSignal(pad, interface, signaal);
     bericht.setArguments(waarden);
     verbinding_.send(bericht);
 }
 
-void BusPoort::verloren() {
+void BusAansluiting::verloren() {
     if (onVerloren_) onVerloren_();
 }
 
-void BusPoort::haal() {
-    const auto oproep = deur_->neem();
+void BusAansluiting::haal() {
+    const auto oproep = ontvanger_->neem();
     if (!oproep) return;
     const BusAntwoord antwoord = oproep->doe(oproep->bericht.arguments());
     if (oproep->bericht.isReplyRequired()) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "hosts/saver/Rust.h"
+#include "hosts/saver/StilleBeelden.h"
 
 namespace brixtel {
 
@@ -9,13 +9,14 @@ constexpr double kStap = 10.0;
 constexpr double kOpGang = 6.0;
 }  // namespace
 
-Rust::Rust(platform::RestableClock& beelden, platform::WindowServer& server, const QString& bus)
-    : beelden_(beelden), server_(server), wens_(bus, [this](bool rust) { zet(rust); }) {}
+StilleBeelden::StilleBeelden(platform::RestableClock& beelden, platform::WindowServer& server,
+                             const QString& bus)
+    : beelden_(beelden), server_(server), wens_(bus, [this](bool stil) { zet(stil); }) {}
 
-void Rust::zet(bool rust) {
-    beelden_.setResting(rust);
+void StilleBeelden::zet(bool stil) {
+    beelden_.setResting(stil);
     stap_ = platform::Timer();
-    if (rust) {
+    if (stil) {
         beelden_.leap(kOpGang);
         stap_ = platform::Timer(server_.clock(), {.interval = kStap, .repeats = true},
                                 [this] { stap(); });
@@ -23,7 +24,7 @@ void Rust::zet(bool rust) {
     server_.setNeedsFrames();
 }
 
-void Rust::stap() {
+void StilleBeelden::stap() {
     // In between, the rotating mode may put up another scene.
     beelden_.leap(kStap - kOpGang);
     beelden_.leap(kOpGang);

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
-#include "hosts/bureau/Toegang.h"
+#include "hosts/bureau/OproepLimiet.h"
 
 #include <gtest/gtest.h>
 
-using brixtel::Toegang;
+using brixtel::OproepLimiet;
 
 namespace {
 
 const QString kIemand = QStringLiteral(":1.1");
 
-TEST(Toegang, EightAtOnceAndThenFourASecond) {
-    Toegang toegang;
+TEST(OproepLimiet, EightAtOnceAndThenFourASecond) {
+    OproepLimiet toegang;
     for (int keer = 0; keer < 8; ++keer)
         EXPECT_TRUE(toegang.mag(kIemand, 100.0));
     EXPECT_FALSE(toegang.mag(kIemand, 100.0));
@@ -19,37 +19,37 @@ TEST(Toegang, EightAtOnceAndThenFourASecond) {
     EXPECT_FALSE(toegang.mag(kIemand, 100.25));
 }
 
-TEST(Toegang, WhatCountsForLessMayBeAskedMoreOften) {
-    Toegang toegang;
+TEST(OproepLimiet, WhatCountsForLessMayBeAskedMoreOften) {
+    OproepLimiet toegang;
     for (int keer = 0; keer < 32; ++keer)
         EXPECT_TRUE(toegang.mag(kIemand, 100.0, 0.25));
     EXPECT_FALSE(toegang.mag(kIemand, 100.0, 0.25));
 }
 
-TEST(Toegang, WhoKeepsAskingTooOftenStillGetsHisShare) {
-    Toegang toegang;
+TEST(OproepLimiet, WhoKeepsAskingTooOftenStillGetsHisShare) {
+    OproepLimiet toegang;
     int toegelaten = 0;
     for (int keer = 0; keer < 10'000; ++keer)
         toegelaten += toegang.mag(kIemand, 100.0 + keer * 0.001);
     EXPECT_NEAR(toegelaten, 8 + 40, 1);
 }
 
-TEST(Toegang, OneCallerDoesNotCountForAnother) {
-    Toegang toegang;
+TEST(OproepLimiet, OneCallerDoesNotCountForAnother) {
+    OproepLimiet toegang;
     for (int keer = 0; keer < 100; ++keer)
         (void)toegang.mag(kIemand, 1.0);
     EXPECT_TRUE(toegang.mag(QStringLiteral(":1.2"), 1.0));
     EXPECT_FALSE(toegang.mag(kIemand, 1.0));
 }
 
-TEST(Toegang, OfManyCallersTheLastAreRemembered) {
-    Toegang toegang;
+TEST(OproepLimiet, OfManyCallersTheLastAreRemembered) {
+    OproepLimiet toegang;
     for (int keer = 0; keer < 8; ++keer)
         (void)toegang.mag(kIemand, 1.0);
-    for (std::size_t ander = 0; ander < Toegang::kBellers - 1; ++ander)
+    for (std::size_t ander = 0; ander < OproepLimiet::kBellers - 1; ++ander)
         EXPECT_TRUE(toegang.mag(QString::number(ander), 1.0));
     EXPECT_FALSE(toegang.mag(kIemand, 1.0));
-    for (std::size_t ander = 0; ander < Toegang::kBellers; ++ander)
+    for (std::size_t ander = 0; ander < OproepLimiet::kBellers; ++ander)
         EXPECT_TRUE(toegang.mag(QString::number(ander), 1.0));
     EXPECT_TRUE(toegang.mag(kIemand, 1.0));
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "hosts/bureau/BusDeur.h"
+#include "hosts/bureau/BusOntvanger.h"
 
 #include <QDBusConnection>
 #include <QDBusVariant>
@@ -43,7 +43,7 @@ bool isVanDeBus(const QString& interface) {
 
 }  // namespace
 
-void BusDeur::bied(BusObject object) {
+void BusOntvanger::bied(BusObject object) {
     const std::lock_guard houvast(slot_);
     auto methoden = methodenIn(object.beschrijving);
     for (const BusMethode& methode : methoden)
@@ -52,8 +52,8 @@ void BusDeur::bied(BusObject object) {
     objecten_.insert_or_assign(pad, Object{std::move(object), std::move(methoden)});
 }
 
-QMap<QString, QVariantMap> BusDeur::zetEigenschappen(const QString& pad,
-                                                     const QVariantMap& eigenschappen) {
+QMap<QString, QVariantMap> BusOntvanger::zetEigenschappen(const QString& pad,
+                                                          const QVariantMap& eigenschappen) {
     const std::lock_guard houvast(slot_);
     QMap<QString, QVariantMap> anders;
     QVariantMap& nu = objecten_.at(pad).zelf.eigenschappen;
@@ -67,7 +67,7 @@ QMap<QString, QVariantMap> BusDeur::zetEigenschappen(const QString& pad,
     return anders;
 }
 
-std::optional<BusDeur::Oproep> BusDeur::neem() {
+std::optional<BusOntvanger::Oproep> BusOntvanger::neem() {
     const std::lock_guard houvast(slot_);
     if (wachtend_.empty()) return std::nullopt;
     Oproep eerste = std::move(wachtend_.front());
@@ -75,7 +75,7 @@ std::optional<BusDeur::Oproep> BusDeur::neem() {
     return eerste;
 }
 
-QString BusDeur::introspect(const QString& pad) const {
+QString BusOntvanger::introspect(const QString& pad) const {
     const std::lock_guard houvast(slot_);
     const auto object = objecten_.find(pad);
     if (object != objecten_.end()) return object->second.zelf.beschrijving;
@@ -91,7 +91,7 @@ QString BusDeur::introspect(const QString& pad) const {
     return xml;
 }
 
-bool BusDeur::handleMessage(const QDBusMessage& bericht, const QDBusConnection& verbinding) {
+bool BusOntvanger::handleMessage(const QDBusMessage& bericht, const QDBusConnection& verbinding) {
     if (isVanDeBus(bericht.interface())) return false;
     bool later = false;
     const QDBusMessage terug = antwoord(bericht, later);
@@ -104,7 +104,7 @@ bool BusDeur::handleMessage(const QDBusMessage& bericht, const QDBusConnection& 
     return true;
 }
 
-QDBusMessage BusDeur::antwoord(const QDBusMessage& bericht, bool& later) {
+QDBusMessage BusOntvanger::antwoord(const QDBusMessage& bericht, bool& later) {
     const std::lock_guard houvast(slot_);
     const auto gevonden = objecten_.find(bericht.path());
     if (gevonden == objecten_.end())
@@ -115,15 +115,15 @@ QDBusMessage BusDeur::antwoord(const QDBusMessage& bericht, bool& later) {
     return roepEigenschappen(bericht, object);
 }
 
-QDBusMessage BusDeur::roepEigenschappen(const QDBusMessage& bericht, const Object& object) {
+QDBusMessage BusOntvanger::roepEigenschappen(const QDBusMessage& bericht, const Object& object) {
     struct Methode {
         QLatin1String naam, handtekening;
-        QDBusMessage (BusDeur::*roep)(const QDBusMessage&, const Object&);
+        QDBusMessage (BusOntvanger::*roep)(const QDBusMessage&, const Object&);
     };
     static constexpr std::array kMethoden{
-        Methode{QLatin1String("Get"), QLatin1String("ss"), &BusDeur::leesEigenschap},
-        Methode{QLatin1String("GetAll"), QLatin1String("s"), &BusDeur::leesAlle},
-        Methode{QLatin1String("Set"), QLatin1String("ssv"), &BusDeur::weigerZetten}};
+        Methode{QLatin1String("Get"), QLatin1String("ss"), &BusOntvanger::leesEigenschap},
+        Methode{QLatin1String("GetAll"), QLatin1String("s"), &BusOntvanger::leesAlle},
+        Methode{QLatin1String("Set"), QLatin1String("ssv"), &BusOntvanger::weigerZetten}};
     for (const Methode& methode : kMethoden) {
         if (methode.naam != bericht.member()) continue;
         if (methode.handtekening != bericht.signature())
@@ -133,7 +133,7 @@ QDBusMessage BusDeur::roepEigenschappen(const QDBusMessage& bericht, const Objec
     return onbekend(bericht);
 }
 
-QDBusMessage BusDeur::leesEigenschap(const QDBusMessage& bericht, const Object& object) {
+QDBusMessage BusOntvanger::leesEigenschap(const QDBusMessage& bericht, const Object& object) {
     const QString interface = bericht.arguments().at(0).toString();
     const QString naam = bericht.arguments().at(1).toString();
     const QVariant waarde = object.zelf.eigenschappen.value(interface + u'.' + naam);
@@ -142,14 +142,14 @@ QDBusMessage BusDeur::leesEigenschap(const QDBusMessage& bericht, const Object& 
                 QStringLiteral("er is geen eigenschap '%1' van '%2'").arg(naam, interface));
 }
 
-QDBusMessage BusDeur::weigerZetten(const QDBusMessage& bericht, const Object& object) {
+QDBusMessage BusOntvanger::weigerZetten(const QDBusMessage& bericht, const Object& object) {
     const QDBusMessage gelezen = leesEigenschap(bericht, object);
     if (gelezen.type() == QDBusMessage::ErrorMessage) return gelezen;
     return fout(bericht, "PropertyReadOnly",
                 QStringLiteral("eigenschappen zijn hier alleen te lezen; gebruik een methode"));
 }
 
-QDBusMessage BusDeur::leesAlle(const QDBusMessage& bericht, const Object& object) {
+QDBusMessage BusOntvanger::leesAlle(const QDBusMessage& bericht, const Object& object) {
     const QString begin = bericht.arguments().at(0).toString() + u'.';
     QVariantMap alle;
     const QVariantMap& eigen = object.zelf.eigenschappen;
@@ -158,7 +158,8 @@ QDBusMessage BusDeur::leesAlle(const QDBusMessage& bericht, const Object& object
     return bericht.createReply(QVariant(alle));
 }
 
-QDBusMessage BusDeur::roepMethode(const QDBusMessage& bericht, const Object& object, bool& later) {
+QDBusMessage BusOntvanger::roepMethode(const QDBusMessage& bericht, const Object& object,
+                                       bool& later) {
     const auto methode =
         std::find_if(object.methoden.begin(), object.methoden.end(), [&](const BusMethode& m) {
             return m.naam == bericht.member() &&
@@ -169,7 +170,7 @@ QDBusMessage BusDeur::roepMethode(const QDBusMessage& bericht, const Object& obj
         return andereSoort(bericht, methode->handtekening);
     const QString voluit = methode->interface + u'.' + methode->naam;
     const double prijs = object.zelf.prijzen.value(voluit, 1.0);
-    if (!toegang_.mag(bericht.service(), klok_.now(), prijs) || wachtend_.size() >= kMeesteWachtend)
+    if (!limiet_.mag(bericht.service(), klok_.now(), prijs) || wachtend_.size() >= kMeesteWachtend)
         return fout(bericht, "LimitsExceeded",
                     QStringLiteral("dat is te veel tegelijk; probeer het zo weer"));
     later = true;

@@ -12,23 +12,23 @@
 
 namespace brixtel {
 
-class BusDeur;
+class BusOntvanger;
 
 // This program's place on a message bus: its objects, their properties, its name.
 //
 // Calls come in on a thread of its own, which answers by itself what can be
 // answered from what it knows: properties, introspection, and calls that are
 // wrong, each with a Dutch error. What is left goes to the main thread, one at
-// a time, and not more from one caller than Toegang allows, so that whoever
+// a time, and not more from one caller than OproepLimiet allows, so that whoever
 // floods the bus with calls holds up nothing but his own answers. Main thread; the
 // clock must outlive it, and its now() must be for any thread to call.
-class BusPoort : public QObject {
+class BusAansluiting : public QObject {
     Q_OBJECT
 
   public:
     // Waits for the bus at that address.
-    BusPoort(platform::MediaClock& klok, const QString& adres);
-    ~BusPoort() override;
+    BusAansluiting(platform::MediaClock& klok, const QString& adres);
+    ~BusAansluiting() override;
 
     [[nodiscard]] bool isVerbonden() const { return verbinding_.isConnected(); }
     [[nodiscard]] const QDBusConnection& verbinding() const { return verbinding_; }
@@ -57,7 +57,7 @@ class BusPoort : public QObject {
     const QString verbindingNaam_;
     QDBusConnection verbinding_;
     QThread draad_;
-    std::unique_ptr<BusDeur> deur_;  // lives on that thread
+    std::unique_ptr<BusOntvanger> ontvanger_;  // lives on that thread
     platform::Timer verder_;
     std::function<void()> onVerloren_;
 };

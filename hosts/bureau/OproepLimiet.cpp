@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "hosts/bureau/Toegang.h"
+#include "hosts/bureau/OproepLimiet.h"
 
 #include <algorithm>
 
 namespace brixtel {
 
-bool Toegang::mag(const QString& beller, double nu, double prijs) {
+bool OproepLimiet::mag(const QString& beller, double nu, double prijs) {
     const auto bekend = std::find_if(bellers_.begin(), bellers_.end(),
                                      [&](const Tegoed& t) { return t.beller == beller; });
     if (bekend == bellers_.end()) {

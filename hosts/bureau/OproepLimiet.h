@@ -9,7 +9,7 @@ namespace brixtel {
 // How often each caller may ask for something: eight times at once and then four
 // times a second, which no hand reaches. Knows no clock, and remembers the last 32
 // callers only. One thread at a time.
-class Toegang {
+class OproepLimiet {
   public:
     static constexpr double kInEens = 8.0;
     static constexpr double kPerSeconde = 4.0;

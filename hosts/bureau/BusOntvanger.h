@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Private to BusPoort.
+// Private to BusAansluiting.
 #pragma once
 
 #include <QDBusMessage>
@@ -10,13 +10,13 @@
 #include <optional>
 
 #include "hosts/bureau/BusObject.h"
-#include "hosts/bureau/Toegang.h"
+#include "hosts/bureau/OproepLimiet.h"
 #include "platform/time/MediaClock.h"
 
 namespace brixtel {
 
 // Where calls come in, on a thread of its own: every path of the connection.
-class BusDeur final : public QDBusVirtualObject {
+class BusOntvanger final : public QDBusVirtualObject {
   public:
     // A call that the main thread is to carry out.
     struct Oproep {
@@ -24,9 +24,9 @@ class BusDeur final : public QDBusVirtualObject {
         BusObject::Doe doe;
     };
 
-    // `roep` is called, on the door's thread, when there is something to take
+    // `roep` is called, on the receiver's thread, when there is something to take
     // where there was nothing.
-    BusDeur(const platform::MediaClock& klok, std::function<void()> roep)
+    BusOntvanger(const platform::MediaClock& klok, std::function<void()> roep)
         : klok_(klok), roep_(std::move(roep)) {}
 
     // --- from any thread ---
@@ -57,7 +57,7 @@ class BusDeur final : public QDBusVirtualObject {
 
     const platform::MediaClock& klok_;
     const std::function<void()> roep_;
-    Toegang toegang_;  // the door's thread only
+    OproepLimiet limiet_;  // the receiver's thread only
     mutable std::mutex slot_;
     std::map<QString, Object> objecten_;
     std::deque<Oproep> wachtend_;

@@ -11,11 +11,11 @@ namespace brixtel {
 // than once in `tussentijd` seconds: at once where it has not been done lately, and
 // else once for all, as that time is up. So what was asked for last is done too.
 // Main thread; the clock must outlive it.
-class Spaarzaam {
+class GedoseerdeActie {
   public:
-    Spaarzaam(platform::MediaClock& klok, double tussentijd, std::function<void()> doe);
-    Spaarzaam(const Spaarzaam&) = delete;
-    Spaarzaam& operator=(const Spaarzaam&) = delete;
+    GedoseerdeActie(platform::MediaClock& klok, double tussentijd, std::function<void()> doe);
+    GedoseerdeActie(const GedoseerdeActie&) = delete;
+    GedoseerdeActie& operator=(const GedoseerdeActie&) = delete;
 
     void vraag();
     // What waits, if anything does, is done now.

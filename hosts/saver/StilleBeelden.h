@@ -13,14 +13,15 @@ namespace brixtel {
 // Stills in place of movement, for as long as the desktop says that its user
 // wishes so: every ten seconds another picture, and nothing in between. Main
 // thread.
-class Rust {
+class StilleBeelden {
   public:
     // `beelden` is what the server's pictures move by; `bus` the session bus's
     // address.
-    Rust(platform::RestableClock& beelden, platform::WindowServer& server, const QString& bus);
+    StilleBeelden(platform::RestableClock& beelden, platform::WindowServer& server,
+                  const QString& bus);
 
   private:
-    void zet(bool rust);
+    void zet(bool stil);
     void stap();
 
     platform::RestableClock& beelden_;

@@ -1,24 +1,24 @@
 // SPDX-License-Identifier: MIT
 // What is asked for often and done seldom: by itself, and as choices are written.
-#include "hosts/bureau/Spaarzaam.h"
+#include "hosts/bureau/GedoseerdeActie.h"
 
 #include "tests/hosts/bureau/BureauProef.h"
 #include "tests/hosts/bureau/SchrijfTeller.h"
 
 using brixtel::BureauInstellingen;
 using brixtel::BureauProef;
+using brixtel::GedoseerdeActie;
 using brixtel::SchrijfTeller;
-using brixtel::Spaarzaam;
 
 namespace {
 
-struct SpaarzaamTest : testing::Test {
+struct GedoseerdeActieTest : testing::Test {
     platform::ManualClock klok;
     int gedaan = 0;
-    Spaarzaam werk{klok, 0.15, [this] { ++gedaan; }};
+    GedoseerdeActie werk{klok, 0.15, [this] { ++gedaan; }};
 };
 
-TEST_F(SpaarzaamTest, TheFirstIsDoneAtOnceAndAloneLeavesNothing) {
+TEST_F(GedoseerdeActieTest, TheFirstIsDoneAtOnceAndAloneLeavesNothing) {
     EXPECT_EQ(klok.timerCount(), 0U);
     werk.vraag();
     EXPECT_EQ(gedaan, 1);
@@ -27,7 +27,7 @@ TEST_F(SpaarzaamTest, TheFirstIsDoneAtOnceAndAloneLeavesNothing) {
     EXPECT_EQ(klok.timerCount(), 0U);
 }
 
-TEST_F(SpaarzaamTest, WhatIsAskedForMeanwhileIsDoneOnceAsTheTimeIsUp) {
+TEST_F(GedoseerdeActieTest, WhatIsAskedForMeanwhileIsDoneOnceAsTheTimeIsUp) {
     for (int keer = 0; keer < 100; ++keer)
         werk.vraag();
     EXPECT_EQ(gedaan, 1);
@@ -48,7 +48,7 @@ TEST_F(SpaarzaamTest, WhatIsAskedForMeanwhileIsDoneOnceAsTheTimeIsUp) {
     EXPECT_EQ(gedaan, 4);
 }
 
-TEST_F(SpaarzaamTest, WhatWaitsIsDoneNowOrForgotten) {
+TEST_F(GedoseerdeActieTest, WhatWaitsIsDoneNowOrForgotten) {
     werk.nu();
     EXPECT_EQ(gedaan, 0);
     werk.vraag();

@@ -16,12 +16,12 @@ namespace brixtel {
 // every 32nd of them, which lie together. A list that does not ascend gives
 // some place in it, never one outside.
 template <typename Getal>
-class Bladwijzer {
+class BereikZoeker {
   public:
     // Of an empty list.
-    Bladwijzer() = default;
+    BereikZoeker() = default;
 
-    explicit Bladwijzer(const std::vector<Getal>& starts) {
+    explicit BereikZoeker(const std::vector<Getal>& starts) {
         if (starts.empty()) return;
         const int breedte = std::bit_width(*std::max_element(starts.begin(), starts.end()));
         verschuif_ = std::max(0, breedte - kBits);

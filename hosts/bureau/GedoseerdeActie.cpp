@@ -1,30 +1,31 @@
 // SPDX-License-Identifier: MIT
-#include "hosts/bureau/Spaarzaam.h"
+#include "hosts/bureau/GedoseerdeActie.h"
 
 #include <utility>
 
 namespace brixtel {
 
-Spaarzaam::Spaarzaam(platform::MediaClock& klok, double tussentijd, std::function<void()> doe)
+GedoseerdeActie::GedoseerdeActie(platform::MediaClock& klok, double tussentijd,
+                                 std::function<void()> doe)
     : klok_(klok), tussentijd_(tussentijd), doe_(std::move(doe)) {}
 
-void Spaarzaam::vraag() {
+void GedoseerdeActie::vraag() {
     if (rust_.isValid())
         wacht_ = true;
     else
         doe();
 }
 
-void Spaarzaam::nu() {
+void GedoseerdeActie::nu() {
     if (wacht_) doe();
 }
 
-void Spaarzaam::vergeet() {
+void GedoseerdeActie::vergeet() {
     wacht_ = false;
     rust_ = {};
 }
 
-void Spaarzaam::doe() {
+void GedoseerdeActie::doe() {
     wacht_ = false;
     rust_ = platform::Timer(klok_, {.interval = tussentijd_}, [this] { nu(); });
     doe_();
