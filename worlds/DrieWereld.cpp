@@ -10,21 +10,11 @@
 
 namespace brixtel {
 
-using platform::Camera;
-using platform::Node;
-using platform::NodePtr;
-using platform::SceneView;
-
 namespace {
 
+// Seconds between two measurements.
 constexpr double kTussentijd = 3.0;
 constexpr double kRustigeTussentijd = 30.0;
-constexpr int kMonsters = 4;
-constexpr QSizeF kOpwarmMaat(64.0, 40.0);
-
-double verhouding(QSizeF maat) {
-    return maat.width() / maat.height();
-}
 
 }  // namespace
 
@@ -63,38 +53,6 @@ void DrieWereld::bouw() {
     (this->*bouwer)();
 }
 
-NodePtr DrieWereld::camera(const CameraOpties& opties) {
-    auto node = std::make_shared<Node>();
-    node->setCamera(Camera{.fieldOfView = opties.zicht,
-                           .zNear = 0.05,
-                           .zFar = 100.0,
-                           .hdr = true,
-                           .bloomIntensity = opties.bloom,
-                           .bloomThreshold = 0.35,
-                           .bloomBlurRadius = groot() ? 14.0 : 8.0,
-                           .exposureAdaptation = false});
-    node->setPosition({0.0, 0.0, opties.z});
-    scene_->root().addChild(node);
-    return node;
-}
-
-void DrieWereld::zetMist(const DrieMist& mist) {
-    scene_->setFog({.start = mist.begin, .end = mist.einde, .colour = Qt::black});
-}
-
-std::shared_ptr<SceneView> DrieWereld::maakView(const QRectF& frame) {
-    auto view = std::make_shared<SceneView>(frame, klok_);
-    view->setScene(scene_);
-    view->setBackgroundColor(Qt::black);
-    view->setSampleCount(groot() ? 4 : 2);
-    view->setPreferredFramesPerSecond(groot() ? 60 : 30);
-    view->setPlaying(true);
-    view->setLoops(true);
-    return view;
-}
-
-// --- the connection watch ---
-
 bool DrieWereld::gebruiktWacht() const {
     return soort_ == DrieSoort::bol && !opties_.eigenLijnen;
 }
@@ -122,20 +80,6 @@ const std::string& DrieWereld::wachtSleutel() {
 void DrieWereld::actief(bool aan) {
     if (gebruiktWacht())
         wacht().gebruik(wachtSleutel(), aan, rustig() ? kRustigeTussentijd : kTussentijd);
-}
-
-// --- still pictures ---
-
-QImage DrieWereld::plaatje(const PlaatjeOpties& opties, const Fotograaf& fotograaf) {
-    platform::DrawList lijst;
-    const auto neem = [&](double tijd, const Opname& opname) {
-        scene_->advance(tijd);
-        platform::extract(*scene_, verhouding(opname.maat), lijst);
-        return fotograaf(lijst, opname);
-    };
-    for (const double tijd : {0.0, opties.na / 3.0, 2.0 * opties.na / 3.0})
-        neem(tijd, {.maat = kOpwarmMaat, .schaal = 1.0, .monsters = kMonsters});
-    return neem(opties.na, {.maat = opties.maat, .schaal = opties.schaal, .monsters = kMonsters});
 }
 
 }  // namespace brixtel

@@ -143,10 +143,8 @@ void Pictogram::meldAan() {
 }
 
 MenuRegel Pictogram::scene(const BureauStand& stand, ZwartSoort soort) {
-    QString tekst = ruweWaarde(soort);
-    tekst[0] = tekst[0].toUpper();
     return {.soort = MenuRegel::Soort::Vink,
-            .tekst = tekst,
+            .tekst = naam(soort) + QStringLiteral(": ") + uitleg(soort),
             .aan = stand.zwart && stand.soort == soort,
             .doe = [this, soort] { bureau_.wisselZwart(soort); }};
 }

@@ -39,7 +39,7 @@ int meldNaam(const QString& wat) {
 
 constexpr const char* kGeenScherm = "er is geen scherm om op te tekenen";
 
-// What Qt has to say is for developers, and after its last words it would dump core.
+// Qt's messages are for developers, and a fatal one would dump core.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     if (soort != QtFatalMsg) return;
     const bool erIsScherm = platform::DisplayCheck().isReachable();
@@ -93,13 +93,13 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
     platform::WindowServer server(klok);
     platform::DesktopWorkspace werkruimte(server, berichten);
     brixtel::Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval});
-    // What a desktop that ends takes with it is gone; there is nobody left to tell.
+    // A desktop that ends takes the X server along; the program ends without a word.
     server.onConnectionLost([&bureau] {
         bureau.bewaar();
         std::_Exit(0);
     });
 
-    // To quit() every window that shows would have to agree.
+    // quit() asks every window that shows, and one could refuse.
     const auto stop = [] { QCoreApplication::exit(0); };
     std::unique_ptr<brixtel::BureauPaneel> paneel;
     const auto toonPaneel = [&] {
@@ -116,7 +116,7 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
     int doorSignaal = 0;
     const brixtel::Signalen signalen([&](int signaal) {
         doorSignaal = signaal;
-        // It may not get as far as the end of all that is open.
+        // The process may be killed before everything is closed in order.
         bureau.bewaar();
         QCoreApplication::exit(0);
     });
@@ -137,7 +137,7 @@ QString zetAutostart(int argc, char** argv, bool aan) {
     return brixtel::Autostart::zet(aan, QCoreApplication::applicationFilePath());
 }
 
-// A bus that hangs keeps whoever asks it for ever; a signal does not wait for it.
+// A call to a bus that hangs never returns; a signal ends the process all the same.
 class Wekker {
   public:
     explicit Wekker(unsigned seconden) {
@@ -146,7 +146,7 @@ class Wekker {
             [[maybe_unused]] const auto n = write(STDERR_FILENO, kRegel.data(), kRegel.size());
             _exit(kFout);
         });
-        // Whoever started the process may have left it blocked.
+        // The signal may be blocked, inherited from the starting process.
         sigset_t alleen;
         sigemptyset(&alleen);
         sigaddset(&alleen, SIGALRM);
@@ -205,7 +205,7 @@ int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht&
 int start(int argc, char** argv, const BureauOpdracht& opdracht) {
     const QString bus = platform::DistributedNotificationCenter::sessionBusAddress();
     if (bus.isEmpty()) return meldNaam(QStringLiteral("er is geen sessiebus"));
-    // Kept from Qt, which would wait for it on the main thread.
+    // Qt does not see the bus: it would wait for it on the main thread.
     qputenv(kBus, "unix:path=/dev/null");
     if (const auto uitgang = alsKlant(argc, argv, bus, opdracht)) return *uitgang;
     if (opdracht.taak == BureauOpdracht::Taak::Stand)
@@ -233,7 +233,7 @@ int main(int argc, char** argv) {
         std::puts("brixtel-bureau " BRIXTEL_VERSION);
         return 0;
     }
-    // Only the arguments that are ours were ours to take: Qt gets none.
+    // Qt gets no arguments: it would take those that are named as its own options.
     int geen = 1;
     if (opdracht.autostart) {
         const QString mis = zetAutostart(geen, argv, *opdracht.autostart);

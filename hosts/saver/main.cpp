@@ -37,9 +37,8 @@ int meldNaam(const QString& wat, int uitgang) {
 constexpr const char* kGeenScherm =
     "er is geen scherm om op te tekenen; met --plaatje kan het zonder";
 
-// What Qt has to say is for developers; a host would show it to people. After
-// its last words it would dump core, most of all where the X server goes away
-// just when Qt wants to begin.
+// Qt's messages are for developers, and a host would show them to people. A fatal one would
+// dump core, as when the X server goes away while Qt starts.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     if (soort != QtFatalMsg) return;
     const bool erIsScherm = platform::DisplayCheck().isReachable();
@@ -85,7 +84,7 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
     auto toeval = opdracht.zaad ? platform::RandomSource(*opdracht.zaad)
                                 : platform::RandomSource::fromSystem();
     platform::DistributedNotificationCenter berichten(bus);
-    // Whoever wishes for little movement has asked for no saver by its window.
+    // A user who wishes for little movement asked for a window, not for a saver.
     std::optional<platform::RestableClock> beelden;
     if (opdracht.taak == Opdracht::Taak::Venster) beelden.emplace(klok);
     platform::WindowServer server(
@@ -214,7 +213,7 @@ int main(int argc, char** argv) {
             break;
     }
     brixtel::Signalen::negeerOpnieuw();
-    // Only the arguments that are ours were ours to take: Qt gets none.
+    // Qt gets no arguments: it would take those that are named as its own options.
     int geen = 1;
     const int uitgang = start(geen, argv, opdracht);
     if (uitgang < 0) brixtel::Signalen::eindigDoor(-uitgang);

@@ -8,8 +8,7 @@
 
 #include "hosts/bureau/GedoseerdeActie.h"
 #include "platform/window/Window.h"
-#include "rain/MatrixRegen.h"
-#include "worlds/DrieWereld.h"
+#include "tafereel/Tafereel.h"
 
 namespace brixtel {
 
@@ -42,9 +41,8 @@ class Voorbeeld {
 
   private:
     void vul();
-    void vulRegen();
+    [[nodiscard]] MatrixRegenOpties regenOpties() const;
     void zetSnelheid();
-    void geenWereld();
 
     platform::WindowServer& server_;
     platform::RandomSource& toeval_;
@@ -53,8 +51,7 @@ class Voorbeeld {
     std::unique_ptr<QWindow> vak_;
     std::unique_ptr<platform::Window> venster_;  // draws in it
     std::shared_ptr<platform::View> view_;
-    std::unique_ptr<MatrixRegen> regen_;  // or
-    std::unique_ptr<DrieWereld> wereld_;  // one of the two
+    std::unique_ptr<Tafereel> tafereel_;
 };
 
 }  // namespace brixtel

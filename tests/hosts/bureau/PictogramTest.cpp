@@ -135,10 +135,10 @@ TEST_F(InHetSysteemvak, TheMenuDoesWhatItSays) {
     klik("Regen over het bureaublad");
     EXPECT_TRUE(nu().regen);
     EXPECT_TRUE(heeftVink("Regen over het bureaublad"));
-    klik("Tunnel");
+    klik("TUNNEL: vlieg door een tunnel van matrix-cijfers");
     EXPECT_EQ(nu().soort, DrieSoort::tunnel);
-    EXPECT_TRUE(heeftVink("Tunnel"));
-    EXPECT_FALSE(heeftVink("Bol"));
+    EXPECT_TRUE(heeftVink("TUNNEL"));
+    EXPECT_FALSE(heeftVink("BOL: de aarde"));
     klik("Zwart scherm volgt de muziek");
     EXPECT_TRUE(nu().keuzes.muziek);
     EXPECT_TRUE(heeftVink("Zwart scherm volgt de muziek"));
@@ -183,9 +183,9 @@ TEST_F(InHetSysteemvak, AChoiceBetweenTheStepsIsListedAsLongAsItIsChosen) {
 
 TEST_F(InHetSysteemvak, ABlackScreenUnderALockDoesNotCome) {
     werkruimte.zetBeveiligd(true);
-    klik("Tunnel");
+    klik("TUNNEL: vlieg door een tunnel van matrix-cijfers");
     EXPECT_EQ(nu(), BureauStand{});
-    EXPECT_FALSE(heeftVink("Tunnel"));
+    EXPECT_FALSE(heeftVink("TUNNEL"));
 }
 
 TEST_F(InHetSysteemvak, ALineThatIsNotThereIsRefused) {
