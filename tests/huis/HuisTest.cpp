@@ -12,10 +12,11 @@
 namespace {
 
 const QString kWortel = QStringLiteral(BRIXTEL_SOURCE_DIR "/");
-const QStringList kKamers{
-    QStringLiteral("platform"),     QStringLiteral("connections"), QStringLiteral("drawing"),
-    QStringLiteral("rain"),         QStringLiteral("worlds"),      QStringLiteral("desktop"),
-    QStringLiteral("BrixtelSaver"), QStringLiteral("controls"),    QStringLiteral("hosts")};
+const QStringList kKamers{QStringLiteral("platform"),     QStringLiteral("connections"),
+                          QStringLiteral("drawing"),      QStringLiteral("rain"),
+                          QStringLiteral("worlds"),       QStringLiteral("desktop"),
+                          QStringLiteral("BrixtelSaver"), QStringLiteral("tafereel"),
+                          QStringLiteral("controls"),     QStringLiteral("hosts")};
 
 QString lees(const QString& naam) {
     QFile bestand(naam);
