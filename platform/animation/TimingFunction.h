@@ -3,8 +3,8 @@
 
 namespace platform {
 
-// A cubic Bézier curve from (0, 0) to (1, 1) that maps the share of time that
-// has passed to the share of progress made.
+// A cubic Bézier curve from (0, 0) to (1, 1) that maps the share of time passed
+// to the share of progress. A value: any thread, like any other value.
 class TimingFunction {
   public:
     // The control points (x1, y1) and (x2, y2); x within [0, 1].
