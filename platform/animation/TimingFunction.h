@@ -10,6 +10,7 @@ class TimingFunction {
     // The control points (x1, y1) and (x2, y2); x within [0, 1].
     TimingFunction(double x1, double y1, double x2, double y2);
 
+    // The curves of CSS Easing Functions Level 1; `standard` is its "ease".
     static TimingFunction linear() { return {0.0, 0.0, 1.0, 1.0}; }
     static TimingFunction easeIn() { return {0.42, 0.0, 1.0, 1.0}; }
     static TimingFunction easeOut() { return {0.0, 0.0, 0.58, 1.0}; }

@@ -14,7 +14,7 @@ struct Camera {
     double bloomIntensity = 0.0;
     double bloomThreshold = 1.0;   // linear light
     double bloomBlurRadius = 4.0;  // points; the blur's σ is half of it
-    // The drawers' exposure is always linear and clamped at 1; adaptation must be off.
+    // When false, exposure is linear and clamped at 1. Drawers have only that exposure.
     bool exposureAdaptation = true;
 
     // Projects to clip space, z from −1 at zNear to 1 at zFar. aspect = width / height.

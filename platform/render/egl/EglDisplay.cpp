@@ -16,12 +16,12 @@ namespace platform {
 
 namespace {
 
-// EGL_EXT_platform_xcb, which the version of epoxy at hand does not know.
+// From EGL_EXT_platform_xcb; epoxy 1.5.10 lacks the constant.
 constexpr EGLenum kPlatformXcb = 0x31DC;
 constexpr EGLint kPlatformXcbScreen = 0x31DE;
 
-// A driver hands out one display for one connection however often it is asked,
-// and shutting it down shuts it down for all. So it is counted.
+// Counts openings: a driver gives one display per connection however often it
+// is asked, and shutting the display down does so for every user.
 class Openings {
   public:
     static Openings& shared() {
@@ -50,8 +50,8 @@ class Openings {
     std::map<EGLDisplay, int> counts_;
 };
 
-// The few calls of Xlib that a driver without xcb costs. Looked up by name: no
-// other machine needs the library.
+// The few Xlib calls needed for a driver without xcb. Looked up by name, since
+// no other machine needs the library.
 struct Xlib {
     using Handler = int (*)(void*, void*);
     using ExitHandler = void (*)(void*, void*);
@@ -109,7 +109,7 @@ std::vector<EglDevice> eglDevices() {
 }
 
 bool isSoftwareForced() {
-    // As Mesa reads its own switch.
+    // The value is read by Mesa's own rule.
     const char* const value = std::getenv("LIBGL_ALWAYS_SOFTWARE");
     if (!value) return false;
     const std::string_view word(value);
@@ -132,8 +132,8 @@ EglDisplay::~EglDisplay() {
 
 std::shared_ptr<EglDisplay> EglDisplay::offscreen() {
     if (!eglClientOffers("EGL_EXT_platform_base")) return nullptr;
-    // Devices first: asked for no platform at all, a machine that has a GPU's own
-    // driver beside Mesa answers with Mesa's software.
+    // Devices come first: without a platform, a machine with a GPU's own driver
+    // beside Mesa gives Mesa's software renderer.
     const bool devices = eglClientOffers("EGL_EXT_platform_device");
     const auto onDevice = [&](bool software) -> std::shared_ptr<EglDisplay> {
         for (const EglDevice& device : eglDevices()) {

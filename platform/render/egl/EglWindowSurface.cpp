@@ -58,7 +58,7 @@ int depthOf(EGLDisplay display, EGLConfig config) {
            value(display, config, EGL_BLUE_SIZE) + value(display, config, EGL_ALPHA_SIZE);
 }
 
-// Of those that fit, the one that carries least besides the colours.
+// Picks, of the fitting configs, the one with the least besides the colours.
 template <typename Fits>
 EGLConfig leanest(EGLDisplay display, Fits fits) {
     EGLConfig best = nullptr;
@@ -93,7 +93,7 @@ std::unique_ptr<EglWindowSurface> EglWindowSurface::create(std::shared_ptr<EglDi
     if (!look) return nullptr;
     EGLConfig config = configFor(display->handle(), *look);
     if (!config) return nullptr;
-    // Xlib's windows are longs, xcb's are not; the low bytes come first in both.
+    // Xlib's windows are longs, xcb's are 32 bits; the low bytes come first in both.
     unsigned long native = window;
     EGLSurface handle =
         eglCreatePlatformWindowSurfaceEXT(display->handle(), config, &native, nullptr);
@@ -123,8 +123,8 @@ std::uint32_t EglWindowSurface::visualFor(const EglDisplay& display, int depth) 
 }
 
 bool EglWindowSurface::swap() {
-    // Without a server Mesa's software renderer sends its picture for minutes, in
-    // pieces of no size.
+    // Without a server, Mesa's software renderer sends its picture for minutes,
+    // in pieces of zero size.
     return display_->isConnected() && eglSwapBuffers(display_->handle(), handle_) == EGL_TRUE;
 }
 
