@@ -27,7 +27,7 @@ struct DisplayItem {
     Rgba colour;                                 // Colour only
     QImage image;                                // Image only: premultiplied, stretched to `rect`
     std::uint32_t firstStop = 0, stopCount = 0;  // Gradient only: into `stops`
-    QPointF start, end;                          // the gradient's axis, in the unit square of `rect`
+    QPointF start, end;  // the gradient's axis, in the unit square of `rect`
 };
 
 // The combined alpha of some pieces, by which items are multiplied; zero where

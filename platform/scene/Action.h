@@ -19,8 +19,8 @@ class Node;
 // motion only: their blocks are not called.
 inline constexpr double kMaxCatchUpCycles = 50'000.0;
 
-// What a node is to do over time: an immutable description that is cheap to
-// copy; many nodes may share one. Seconds, radians. Main thread.
+// A description of a node's motion over time: immutable and cheap to copy; many
+// nodes may share one. Seconds, radians. Main thread.
 //
 // Motion is computed from where the action began, not from frame to frame. The
 // motion thus neither drifts nor depends on the frame rate. Where other code writes

@@ -26,8 +26,8 @@ struct ParticleSettings {
     double velocityVariation = 0.0;
     glm::dvec3 emittingDirection{0.0, 1.0, 0.0};  // in the node's space
     double spreadingAngle = 0.0;                  // degrees either side of the direction
-    glm::dvec2 emitterSize{0.0};  // births spread over this plane, in the node's xy
-    double size = 1.0;            // the square's side, in units
+    glm::dvec2 emitterSize{0.0};                  // births spread over this plane, in the node's xy
+    double size = 1.0;                            // the square's side, in units
     double sizeVariation = 0.0;
     QColor colour = Qt::white;        // multiplies the image
     glm::dvec4 colourVariation{0.0};  // hue, saturation, brightness, alpha; parts of 1

@@ -8,9 +8,9 @@ namespace platform {
 
 struct TimerState;
 
-// The one clock. A moving object is handed a clock and asks it for the time;
-// nothing else in the program reads the system's clock. Timers belong to the
-// same clock (see Timer.h), so a test that moves the clock moves them.
+// The program's only clock. A moving object is handed a clock and asks it for
+// the time; nothing else in the program reads the system's clock. Timers belong
+// to the same clock (see Timer.h), so a test that moves the clock moves them.
 //
 // Seconds as double, monotonic, from an arbitrary start. Main thread, except SystemClock::now(),
 // which any thread may call. The program owns its clock, which outlives every user.

@@ -6,8 +6,8 @@
 
 namespace platform {
 
-// The one source of randomness, handed to its users by its owner. The same seed gives
-// the same numbers, and so the same picture, on every machine. One thread at a time.
+// The program's only source of randomness, handed to its users by its owner. The same seed
+// gives the same numbers, and so the same picture, on every machine. One thread at a time.
 class RandomSource {
   public:
     explicit RandomSource(std::uint64_t seed) : engine_(seed) {}

@@ -17,7 +17,7 @@ class GpuTimer {
 
     void begin();
     void end();
-    // Of the last frame answered; none before the first answer.
+    // The time of the last frame answered; none before the first answer.
     [[nodiscard]] std::optional<double> seconds() const { return seconds_; }
 
   private:
