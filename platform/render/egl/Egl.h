@@ -27,10 +27,10 @@ class EglDisplay {
     [[nodiscard]] static std::shared_ptr<EglDisplay> forX11(xcb_connection_t* connection,
                                                             int screen);
 
-    // The same for drivers that know no xcb: a connection of Xlib's own, to the
-    // server that the environment names. forX11() comes here by itself. Xlib's
-    // process-wide error handler is replaced by one that ignores, since the
-    // usual one ends the program when a window has gone.
+    // Does the same for drivers without xcb: over a connection of Xlib's own,
+    // to the server that the environment names. forX11() falls back to this.
+    // Replaces Xlib's process-wide error handler with one that ignores errors,
+    // since the default handler ends the program when a window has gone.
     [[nodiscard]] static std::shared_ptr<EglDisplay> throughXlib(xcb_connection_t* connection,
                                                                  int screen);
 
