@@ -135,7 +135,7 @@ TEST(Huis, AFileCanBeHeldInTheHead) {
 
 // The text of a source's comments: C++ and QML alike, code left out.
 QString commentaar(const QString& tekst) {
-    return gevonden(tekst, QStringLiteral("(?:^|\\s)//\\s?(.*)$")).join(u'\n');
+    return gevonden(tekst, QStringLiteral("(?:(?:^|\\s)//|^\\s*/?\\*)\\s?(.*)$")).join(u'\n');
 }
 
 // Calls `doe` with the path and the comments of every public header of platform/.
