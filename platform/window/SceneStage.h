@@ -13,8 +13,8 @@
 
 namespace platform {
 
-// What a window's scenes are drawn with, and how well: picks the quality that
-// holds the frame rate. Made, used and dropped on the window's render thread.
+// Draws a window's scenes, and picks the quality that holds the frame rate.
+// Made, used, owned and dropped on the window's render thread.
 class SceneStage {
   public:
     // With a context of its own, for pictures in memory. None where there is no

@@ -9,8 +9,8 @@
 
 namespace platform {
 
-// What a window's picture is drawn on, with one way of drawing. Made, used and
-// dropped on the window's render thread.
+// The surface that a window's picture is drawn on, with one way of drawing.
+// Made, used, owned and dropped on the window's render thread.
 class Surface {
   public:
     enum class Result { Drawn, WindowGone, ServerGone };
@@ -27,8 +27,8 @@ class Surface {
     // Waits until the window shows it.
     virtual Result finish() = 0;
 
-    // What drew the last frame, and at which rung of the quality ladder, as
-    // WindowStatistics has it.
+    // The drawer of the last frame, and its rung of the quality ladder, as in
+    // WindowStatistics.
     [[nodiscard]] virtual const QString& drawer() const = 0;
     [[nodiscard]] virtual int rung() const { return 0; }
 

@@ -54,7 +54,7 @@ struct HostWindow {
     std::uint32_t id = 0;
 };
 
-// What a window has cost and shown so far; for measuring.
+// A window's cost and pictures so far; for measuring.
 struct WindowStatistics {
     std::uint64_t frames = 0;              // that reached the screen
     std::optional<double> firstFrameTime;  // the clock's, as the first one did

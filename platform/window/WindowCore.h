@@ -9,7 +9,7 @@
 
 namespace platform {
 
-// What a window is made of, hidden from those who only show views in it.
+// The parts of a window, which owns them. Main thread.
 class WindowCore final : public OwnWindowDelegate {
   public:
     explicit WindowCore(Window& window);

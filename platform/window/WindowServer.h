@@ -22,17 +22,17 @@ class StackKeeper;
 class Window;
 class WindowCore;
 
-// Which drawer shows layers in windows. Auto takes the CPU where OpenGL would
-// be software: a full-screen swap alone costs that more than the CPU's drawing
-// of what changed.
+// The choice of a drawer for layers in windows. Auto takes the CPU where OpenGL
+// would be software: there a full-screen swap alone costs more than the CPU's
+// drawing of the changes.
 enum class DrawerChoice { Auto, OpenGl, Cpu };
 
 struct WindowServerOptions {
     DrawerChoice drawer = DrawerChoice::Auto;
     QString display;           // the X display; empty for the one of the environment
     ResetQuery resetStatus{};  // asked, on render threads, in OpenGL's place
-    // What the pictures move by, where that is another clock than the windows'
-    // own; while it rests, nothing moves. Outlives the server.
+    // The clock that the pictures move by, if not the windows' own; while it
+    // rests, nothing moves. Outlives the server.
     const RestableClock* pictures = nullptr;
 };
 
@@ -65,7 +65,7 @@ class WindowServer {
     void setDisplayAsleep(bool asleep);
     [[nodiscard]] bool isDisplayAsleep() const { return asleep_; }
 
-    // What all windows show looks different.
+    // Marks the pictures of all windows as changed.
     void setNeedsFrames();
 
     [[nodiscard]] MediaClock& clock() const { return clock_; }

@@ -11,9 +11,9 @@
 
 namespace platform {
 
-// The workspace of a running X11 desktop, by what its window manager, compositor
-// and saver tell. Where there is no X server nothing is ever active, composited
-// or hidden. The server and the notifications must outlive it; one per server.
+// The workspace of a running X11 desktop, as told by its window manager, compositor
+// and saver. Without an X server nothing is active, composited or hidden. The
+// server and the notifications must outlive it; one per server. Main thread.
 class DesktopWorkspace final : public Workspace {
   public:
     DesktopWorkspace(WindowServer& server, DistributedNotificationCenter& notifications);

@@ -7,8 +7,8 @@
 
 namespace platform {
 
-// Asks the window manager for a dark frame around an own window that has been
-// made and not yet shown. Those that know no dark frames give the ordinary one.
+// Asks the window manager for a dark frame around an own window that is made and
+// not yet shown. A manager without dark frames gives the ordinary one. Main thread.
 void askForDarkFrame(QWindow& window);
 
 // Asks it, of such a window, for a title bar and nothing to close, shrink, grow

@@ -5,10 +5,10 @@ struct xcb_connection_t;
 
 namespace platform {
 
-// Whether the X server that the environment names answers. Qt would end the
-// program with a crash where it does not. To be kept until Qt has connected: a
-// server may start anew when its last client leaves, and turn others away
-// meanwhile.
+// Owns a connection that shows whether the environment's X server answers. Qt
+// would crash without an answer. Keep the object until Qt has connected: a
+// server may restart when its last client leaves, and refuse others meanwhile.
+// Main thread.
 class DisplayCheck {
   public:
     DisplayCheck();

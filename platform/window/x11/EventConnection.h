@@ -9,7 +9,7 @@
 
 namespace platform {
 
-// The connection over which the main thread hears of the windows it draws in.
+// Owns the connection on which the main thread hears of the windows it draws in.
 class EventConnection {
   public:
     explicit EventConnection(const QString& display);

@@ -12,7 +12,7 @@
 namespace platform {
 
 // Draws with OpenGL on the window's id, all of it each time, and waits for the
-// screen at the swap.
+// screen at the swap. Owns its context. The render thread.
 class GlSurface final : public Surface {
   public:
     struct Options {
@@ -44,7 +44,7 @@ class GlSurface final : public Surface {
     bool show(const Frame& frame);
     void paint(const Frame& frame);
     void paintScene(const Frame& frame, const SceneFrame& scene);
-    // Of the errors that have arrived.
+    // The state after the errors that have arrived.
     Result state();
 
     const ResetQuery resetStatus_;

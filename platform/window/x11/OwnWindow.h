@@ -34,7 +34,7 @@ class OwnWindow final : public QWindow {
     [[nodiscard]] std::uint32_t xWindow();
 
     void show();
-    // Of one that is shown.
+    // For a shown window only.
     void takeKeys();
     void setIgnoresMouse(bool ignores);
 

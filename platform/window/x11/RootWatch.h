@@ -11,8 +11,8 @@
 
 namespace platform {
 
-// What the rest of the desktop does, as the root window of an X server tells it,
-// over a connection of its own. Without a server everything is absent. Main
+// Watches the rest of the desktop through the root window of an X server, over
+// a connection that it owns. Without a server everything is absent. Main
 // thread.
 class RootWatch {
   public:

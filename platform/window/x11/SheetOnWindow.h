@@ -8,8 +8,8 @@
 
 namespace platform {
 
-// Shows a sheet attached to a window, this program's or another's, from its
-// making until the sheet asks for its end or this is dropped. Main thread.
+// Shows a sheet attached to a window, this program's or another's, until the sheet
+// asks for its end or this object is dropped. Shares the sheet. Main thread.
 class SheetOnWindow final : public SheetParent {
   public:
     // `window` is an X id.

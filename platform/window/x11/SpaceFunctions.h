@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: MIT */
 /* Spaces that lie over the desktop. The functions are no part of the platform's
- * interface: who wants them looks them up by name while the program runs, and
+ * interface: a caller looks them up by name while the program runs, and
  * does without where they are not found. They are there on X11.
  *
  * A space is a set of windows with a level. While it is shown, its windows stay
@@ -16,7 +16,7 @@
 extern "C" {
 #endif
 
-/* Space ids or window numbers, the caller's for the length of the call. */
+/* Space ids or window numbers. The caller owns them, at least during the call. */
 struct CGSNumbers {
     const uint64_t* values;
     size_t count;

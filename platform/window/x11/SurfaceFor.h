@@ -17,8 +17,9 @@ struct SurfaceOptions {
     ResetQuery resetStatus{};
 };
 
-// The surface for a window as the choice says; the processor's where OpenGL was
-// asked for and there is none. Null if the window or the server is not there.
+// Makes the surface that the choice asks for; the processor's where OpenGL was
+// asked for and is missing. Null if the window or the server is gone. The
+// caller owns the surface. The render thread.
 [[nodiscard]] std::unique_ptr<Surface> makeSurfaceFor(const SurfaceOptions& options);
 
 }  // namespace platform

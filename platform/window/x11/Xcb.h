@@ -36,7 +36,7 @@ class XConnection {
     std::unique_ptr<xcb_connection_t, Disconnect> connection_;
 };
 
-// What there is to know of a window before drawing in it.
+// The properties of a window that drawing in it needs.
 struct WindowLook {
     int width = 0, height = 0;  // pixels
     int depth = 0;
