@@ -15,8 +15,8 @@
 #include <memory>
 #include <utility>
 
-#include "hosts/saver/ProgrammaLijst.h"
 #include "hosts/gedeeld/Reden.h"
+#include "hosts/saver/ProgrammaLijst.h"
 
 namespace brixtel {
 
