@@ -22,7 +22,8 @@ QString aanUit(bool aan) {
     return aan ? QStringLiteral("aan") : QStringLiteral("uit");
 }
 
-// What the bus itself has to say is English.
+}  // namespace
+
 QString foutTekst(const QDBusMessage& antwoord) {
     if (antwoord.errorName() == u"org.freedesktop.DBus.Error.NoReply")
         return QStringLiteral(
@@ -31,8 +32,6 @@ QString foutTekst(const QDBusMessage& antwoord) {
         return QStringLiteral("brixtel-bureau draait niet meer");
     return antwoord.errorMessage();
 }
-
-}  // namespace
 
 QString standTekst(const QVariantMap& eigenschappen) {
     const auto waarde = [&](const char* naam) { return eigenschappen.value(QLatin1String(naam)); };
