@@ -6,7 +6,7 @@
 
 namespace platform {
 
-// What reading a file gave: its bytes, or the error's number in `error`.
+// A file as it was read: its bytes, or the error's number in `error`. A plain value.
 struct FileContent {
     std::string bytes;
     int error = 0;
