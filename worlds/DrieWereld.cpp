@@ -18,6 +18,8 @@ namespace {
 constexpr double kTussentijd = 3.0;
 constexpr double kRustigeTussentijd = 30.0;
 constexpr int kMonsters = 4;
+// The ring of the logo, 7.2 units round its word, with its digits.
+constexpr double kRingBreedte = 0.565;
 constexpr QSizeF kOpwarmMaat(64.0, 40.0);
 
 double verhouding(QSizeF maat) {
@@ -59,7 +61,8 @@ void DrieWereld::bouw() {
             bouwTunnel();
             break;
         case DrieSoort::logo: {
-            const NodePtr oog = camera({.z = 15.0, .zicht = 42.0, .bloom = 0.9});
+            const NodePtr oog =
+                camera({.z = 15.0, .zicht = 42.0, .bloom = 0.9, .breedte = kRingBreedte});
             oog->setPosition({0.0, 2.2, 15.0});
             oog->lookAt({0.0, 0.0, 0.0});
             zetMist(12.0, 40.0);
@@ -72,6 +75,7 @@ void DrieWereld::bouw() {
 NodePtr DrieWereld::camera(const CameraOpties& opties) {
     auto node = std::make_shared<Node>();
     node->setCamera(Camera{.fieldOfView = opties.zicht,
+                           .subjectWidth = opties.breedte,
                            .zNear = 0.05,
                            .zFar = 100.0,
                            .hdr = true,

@@ -26,6 +26,7 @@
 namespace brixtel {
 
 class BolLijnen;
+class BolZicht;
 
 struct DrieWereldOpties {
     bool groot = true;         // full quality; false for a small preview
@@ -159,6 +160,7 @@ class DrieWereld {
         double z = 0.0;
         double zicht = 60.0;  // vertical, degrees
         double bloom = 0.0;
+        double breedte = 0.0;  // half the subject's width, at a distance of 1
     };
     platform::NodePtr camera(const CameraOpties& opties);
     void zetMist(double begin, double einde);
@@ -183,6 +185,7 @@ class DrieWereld {
     const LandKaart* const kaart_;
     platform::RandomSource toeval_;
     platform::NodePtr oog_;  // the globe's camera
+    std::shared_ptr<BolZicht> zicht_;
     platform::NodePtr bol_;
     platform::NodePtr lijnenNode_;
     std::shared_ptr<BolLijnen> bolLijnen_;

@@ -57,8 +57,8 @@ class Action {
     // A cycle of no length happens once per frame.
     [[nodiscard]] static Action repeatForever(const Action& action);
 
-    // The same with this timing over its overall progress (a sequence as a whole,
-    // in each cycle where it is repeated). No effect on what never ends.
+    // The same with this timing over its progress. A sequence passes the timing on
+    // to each of its steps that has none of its own. No effect on what never ends.
     [[nodiscard]] Action timed(const TimingFunction& function) const;
 
     // Infinity for what never ends.
@@ -71,7 +71,8 @@ class Action {
     explicit Action(std::shared_ptr<const Description> description);
 
     static Action make(double duration, StateMaker maker);
-    static std::vector<std::unique_ptr<ActionState>> makeStates(const std::vector<Action>& actions);
+    static std::vector<std::unique_ptr<ActionState>> makeStates(const std::vector<Action>& actions,
+                                                                const TimingFunction& common);
     [[nodiscard]] std::unique_ptr<ActionState> makeState() const;
 
     std::shared_ptr<const Description> description_;

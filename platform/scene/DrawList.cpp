@@ -99,7 +99,7 @@ void Extraction::takeCamera(double aspect) {
                                  glm::translate(glm::dmat4(1.0), -camera_.position));
     out_.camera.projection = glm::mat4(camera.projection(aspect));
     out_.camera.position = glm::vec3(camera_.position);
-    out_.camera.fieldOfView = static_cast<float>(camera.fieldOfView);
+    out_.camera.fieldOfView = static_cast<float>(camera.verticalAngle(aspect));
     out_.camera.zNear = static_cast<float>(camera.zNear);
     out_.camera.zFar = static_cast<float>(camera.zFar);
     out_.camera.hdr = camera.hdr;

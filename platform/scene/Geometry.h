@@ -56,11 +56,13 @@ struct BoxOptions {
 };
 [[nodiscard]] GeometryPtr makeBox(const BoxOptions& options, MaterialPtr material = {});
 
-// Poles on ±y; `segments` round the axis and half as many from pole to pole.
+// Poles on ±y; `segments` round the axis and `rows` from pole to pole, half as many
+// segments where `rows` is 0.
 // The picture's seam lies on −z, its middle on +z.
 struct SphereOptions {
     double radius = 0.5;
     int segments = 48;
+    int rows = 0;
 };
 [[nodiscard]] GeometryPtr makeSphere(const SphereOptions& options, MaterialPtr material = {});
 

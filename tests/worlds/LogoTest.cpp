@@ -97,14 +97,33 @@ TEST_F(LogoTest, TheWordSwaysBetweenItsTwoTurnsEvery8Seconds) {
     EXPECT_TURN_NEAR(na(4.0), platform::fromEuler({0.0, 0.55, 0.0}), 1e-6);
     EXPECT_TURN_NEAR(na(8.0), platform::fromEuler({0.0, -0.55, 0.0}), 1e-6);
     EXPECT_TURN_NEAR(na(12.0), platform::fromEuler({0.0, 0.55, 0.0}), 1e-6);
-    // It sets out slowly.
-    const auto draai = [&](double van, double tot) {
-        const glm::dquat eerst = na(van);
-        return glm::angle(glm::conjugate(eerst) * na(tot));
+}
+
+// The speeds at both ends of a leg are a small part of the speed in its middle.
+TEST_F(LogoTest, TheWordTurnsAndRisesGentlyAtBothEnds) {
+    struct Stand {
+        glm::dquat draai;
+        double hoogte;
     };
-    const double vroeg = draai(16.0, 16.5);
-    const double later = draai(18.0, 18.5);
-    EXPECT_GT(later, 1.5 * vroeg);
+    const auto na = [&](double tijd) {
+        wereld->scene()->advance(tijd);
+        return Stand{woord->orientation(), woord->position().y};
+    };
+    const auto snelheid = [&](double tijd) {
+        const Stand van = na(tijd - 0.01);
+        const Stand tot = na(tijd + 0.01);
+        return Stand{{glm::angle(glm::conjugate(van.draai) * tot.draai) / 0.02, 0.0, 0.0, 0.0},
+                     std::abs(tot.hoogte - van.hoogte) / 0.02};
+    };
+    for (const double omkeer : {8.0, 12.0, 16.0, 20.0}) {
+        const Stand einde = snelheid(omkeer);
+        const Stand wip = snelheid(omkeer + 1.0);
+        const Stand midden = snelheid(omkeer + 2.0);
+        EXPECT_LT(einde.draai.w, 0.05 * midden.draai.w) << omkeer;
+        EXPECT_LT(einde.hoogte, 0.05 * wip.hoogte) << omkeer;
+        // The other end of the bob.
+        EXPECT_LT(midden.hoogte, 0.05 * wip.hoogte) << omkeer;
+    }
 }
 
 TEST_F(LogoTest, TheWordBobsByAQuarterUnitEvery4Seconds) {
