@@ -2,9 +2,11 @@
 #include "BrixtelSaver/BrixtelSaver.h"
 
 #include <QPainter>
+#include <cmath>
 #include <vector>
 
 #include "BrixtelSaver/InstellingenModule.h"
+#include "BrixtelSaver/Opkomst.h"
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "platform/window/Screen.h"
 #include "platform/window/Window.h"
@@ -16,6 +18,15 @@ namespace {
 constexpr double kWisselTijd = 60.0;
 // A window that is being dragged larger gets its new rain once it rests.
 constexpr double kMaatRust = 0.15;
+// Where a display's scale is not whole, a window learns its size in points only once it is
+// shown: until then it is rounded.
+constexpr double kAfronding = 1.0;
+
+bool isOngeveer(QSizeF een, QSizeF ander) {
+    return std::abs(een.width() - ander.width()) < kAfronding &&
+           std::abs(een.height() - ander.height()) < kAfronding;
+}
+
 const QLatin1String kStopt("com.apple.screensaver.willstop");
 
 constexpr std::array kScenes{SaverKeuze::regen, SaverKeuze::bol, SaverKeuze::kubus,
@@ -63,11 +74,25 @@ void BrixtelSaverView::draw(QPainter& painter, const QRectF& dirty) {
 std::shared_ptr<platform::Sheet> BrixtelSaverView::configureSheet() {
     instellingen_ =
         maakInstellingenVenster([zelf = std::weak_ptr<BrixtelSaverView*>(zelf_)](SaverKeuze keuze) {
-            SaverInstellingen::zetKeuze(keuze);
             const auto view = zelf.lock();
-            if (view && (*view)->nu_) (*view)->toon(keuze);
+            if (!view) return SaverInstellingen::zetKeuze(keuze);
+            (*view)->gekozen_ = keuze;
+            (*view)->kies(keuze);
         });
     return instellingen_;
+}
+
+void BrixtelSaverView::kies(SaverKeuze keuze) {
+    SaverInstellingen::zetKeuze(keuze);
+    if (nu_) toon(keuze);
+}
+
+QString BrixtelSaverView::pickedInSheet() const {
+    return gekozen_ ? ruweWaarde(*gekozen_) : QString();
+}
+
+void BrixtelSaverView::takePick(const QString& pick) {
+    if (const auto keuze = keuzeUitRuw(pick)) kies(*keuze);
 }
 
 std::shared_ptr<platform::Sheet> BrixtelSaverView::maakInstellingenVenster(Klaar klaar) {
@@ -98,12 +123,23 @@ void BrixtelSaverView::wissel() {
 }
 
 void BrixtelSaverView::laat(SaverKeuze keuze) {
-    weg();
+    const bool regent = keuze == SaverKeuze::regen || geenDrie_;
+    const bool eerste = !huidige_;
+    // Where it rains in place of every scene, the rain goes on.
+    if (!regent || !regen_) weg();
     huidige_ = keuze;
-    if (keuze == SaverKeuze::regen || geenDrie_)
+    if (regen_) return;
+    if (regent)
         toonRegen();
     else if (const auto soort = soortUitRuw(ruweWaarde(keuze)))
         toonWereld(*soort);
+    if (!eerste) toonOpkomst();
+}
+
+void BrixtelSaverView::toonOpkomst() {
+    opkomst_ = std::make_shared<Opkomst>(bounds(), context().clock);
+    opkomst_->setAutoresizingMask(WidthSizable | HeightSizable);
+    addSubview(opkomst_);
 }
 
 void BrixtelSaverView::toonRegen() {
@@ -138,6 +174,10 @@ void BrixtelSaverView::toonWereld(DrieSoort soort) {
 
 void BrixtelSaverView::weg() {
     nieuweMaat_ = platform::Timer();
+    if (opkomst_) {
+        opkomst_->removeFromSuperview();
+        opkomst_.reset();
+    }
     if (scn_) {
         scn_->setPlaying(false);
         scn_->setScene(nullptr);
@@ -156,9 +196,8 @@ void BrixtelSaverView::weg() {
 }
 
 void BrixtelSaverView::setFrame(const QRectF& frame) {
-    const QSizeF oud = bounds().size();
     ScreenSaverView::setFrame(frame);
-    if (!regen_ || bounds().size() == oud) return;
+    if (!regen_ || isOngeveer(bounds().size(), regen_->laag()->frame().size())) return;
     nieuweMaat_ = platform::Timer(context().clock, {.interval = kMaatRust}, [this] {
         weg();
         toonRegen();
