@@ -25,7 +25,6 @@ constexpr double kRasterStap = 6.0;  // degrees
 constexpr double kHoogsteDeel = 0.0038;
 constexpr double kHoogsteDeelKlein = 0.0056;
 
-constexpr double kZicht = 38.0;
 constexpr double kBinnen = 0.985;
 constexpr int kBinnenRijen = 24;
 // Radii as parts of the picture's height, of what stands as near as can be.
@@ -192,11 +191,7 @@ QImage bolGloed() {
 }
 
 void DrieWereld::bouwBol() {
-    zicht_ = std::make_shared<BolZicht>(kZicht);
-    oog_ = camera({.z = 3.3, .zicht = kZicht, .bloom = 1.4});
-    oog_->setPosition({0.0, 0.35, 3.3});
-    oog_->lookAt({0.0, 0.0, 0.0});
-
+    zicht_ = std::make_shared<BolZicht>(oog_->camera()->fieldOfView);
     bol_ = std::make_shared<Node>();
     bol_->setName("bol");
     scene_->root().addChild(bol_);

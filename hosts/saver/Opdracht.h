@@ -16,7 +16,7 @@ namespace brixtel {
 // What the user asked the program to do: its command line and the environment,
 // read and checked.
 struct Opdracht {
-    enum class Wat {
+    enum class Taak {
         Schermvullend,
         Venster,
         Gastheer,  // in a host's window
@@ -28,7 +28,7 @@ struct Opdracht {
         Versie,
         Hulp,
     };
-    Wat wat = Wat::Schermvullend;
+    Taak taak = Taak::Schermvullend;
 
     QSize venster{1280, 720};                // points
     std::optional<std::uint32_t> vensterId;  // the host's; none means the root window

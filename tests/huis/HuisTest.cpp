@@ -39,8 +39,9 @@ const std::map<QString, QStringList>& vloeren() {
         zet("connections", {"platform/window", "platform/resources", "platform/process"});
         zet("rain", {"connections", "drawing"});
         zet("worlds", {"connections", "drawing"});
-        zet("BrixtelSaver", {"worlds", "rain"});
-        zet("desktop", {"worlds", "rain"});
+        zet("tafereel", {"worlds", "rain"});
+        zet("BrixtelSaver", {"tafereel"});
+        zet("desktop", {"tafereel"});
         zet("controls", {"drawing"});
         zet("hosts/gedeeld", {});
         zet("hosts/saver", {"BrixtelSaver", "hosts/gedeeld"});

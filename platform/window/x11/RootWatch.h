@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-#include "platform/view/Observers.h"
+#include "platform/time/Observers.h"
 #include "platform/window/x11/Xcb.h"
 
 namespace platform {

@@ -9,6 +9,7 @@
 #include "tests/desktop/Bureaublad.h"
 #include "tests/hosts/bureau/PaneelProef.h"
 #include "tests/hosts/bureau/SchrijfTeller.h"
+#include "tests/support/EigenScherm.h"
 
 using namespace brixtel;
 
@@ -322,18 +323,7 @@ TEST_F(OpHetScherm, TheSaversModeIsChosenWithTheMouseAndWithKeys) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    if (testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
-    const QTemporaryDir thuis;
-    Xvfb server("800x800x24");
-    scherm = &server;
-    for (const char* naam : {"HOME", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"})
-        qputenv(naam, QFile::encodeName(thuis.path()));
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
-    qputenv("DISPLAY", server.display().toLocal8Bit());
-    qputenv("QT_QPA_PLATFORM", "xcb");
-    qputenv("LIBGL_ALWAYS_SOFTWARE", "1");
-    const QGuiApplication app(argc, argv);
-    QGuiApplication::setQuitOnLastWindowClosed(false);
-    return RUN_ALL_TESTS();
+    return steun::draaiOpEigenScherm(
+        argc, argv, {.scherm = "800x800x24", .omgeving = {{"LIBGL_ALWAYS_SOFTWARE", "1"}}},
+        [](Xvfb& server, const QString&) { scherm = &server; });
 }
