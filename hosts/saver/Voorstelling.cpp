@@ -39,7 +39,7 @@ Voorstelling::Voorstelling(const Opdracht& opdracht, const ModuleLader& module,
             volgSchermen();
             schermen_ = std::make_unique<platform::ScreenObserver>([this] { volgSchermen(); });
     }
-    if (opdracht.wat == Opdracht::Wat::Gastheer) return;
+    if (opdracht.taak == Opdracht::Taak::Gastheer) return;
     // The views themselves stop at this; nobody else starts them again.
     context_.notifications.addObserver(this, kStopt, [this] {
         opnieuw_ = platform::Timer(server_.clock(), {.interval = 0.0}, [this] { begin(); });

@@ -229,6 +229,26 @@ TEST_F(LogoTest, TheRingTurnsIn18SecondsAndKeepsItsDigits) {
         EXPECT_EQ(ring->children()[i]->geometry(), voor[i]);
 }
 
+// A film of 72 seconds begins again unseen, once the first half sway is over.
+TEST_F(LogoTest, IsAsItWasAfter72Seconds) {
+    const auto na = [&](double tijd) {
+        wereld->scene()->advance(tijd);
+        platform::DrawList lijst;
+        platform::extract(*wereld->scene(), 1.6, lijst);
+        return lijst;
+    };
+    for (const double tijd : {8.0, 13.7}) {
+        wereld = maak(DrieSoort::logo);
+        const auto eerst = na(tijd);
+        const auto later = na(tijd + 72.0);
+        ASSERT_EQ(eerst.instances.size(), later.instances.size());
+        for (std::size_t i = 0; i < eerst.instances.size(); ++i)
+            for (int as = 0; as < 4; ++as)
+                EXPECT_VEC_NEAR(glm::dvec3(eerst.instances[i].world[as]),
+                                glm::dvec3(later.instances[i].world[as]), 1e-5);
+    }
+}
+
 TEST_F(LogoTest, IsDrawnInThreeCallsBesidesTheFloor) {
     platform::DrawList lijst;
     platform::extract(*wereld->scene(), 1.6, lijst);
