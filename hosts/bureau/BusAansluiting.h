@@ -30,7 +30,6 @@ class BusAansluiting : public QObject {
     BusAansluiting(platform::MediaClock& klok, const QString& adres);
     ~BusAansluiting() override;
 
-    [[nodiscard]] bool isVerbonden() const { return verbinding_.isConnected(); }
     [[nodiscard]] const QDBusConnection& verbinding() const { return verbinding_; }
 
     // Whether the name is this program's now. Calls are only answered from then on

@@ -41,7 +41,7 @@ QDBusArgument& operator<<(QDBusArgument& uit, const BusMenuKenmerken& regel);
 const QDBusArgument& operator>>(const QDBusArgument& in, BusMenuKenmerken& regel);
 
 // A menu that the desktop's panel shows, over the bus: com.canonical.dbusmenu.
-// Main thread; the gate must outlive it.
+// Main thread; the bus must outlive it.
 class Menu {
   public:
     Menu(BusAansluiting& bus, const QString& pad);

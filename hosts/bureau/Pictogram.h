@@ -28,7 +28,7 @@ const QDBusArgument& operator>>(const QDBusArgument& in, BusBeeld& beeld);
 // The icon in the desktop's tray, with a menu of what the owner can do: an
 // org.kde.StatusNotifierItem, announced to whatever tray there is now or comes
 // later. All of it lives on the connection that is there anyhow; where nobody shows
-// it, it costs nothing. Main thread; bureau and gate must outlive it.
+// it, it costs nothing. Main thread; bureau and bus must outlive it.
 class Pictogram {
   public:
     Pictogram(Bureau& bureau, BusAansluiting& bus, BureauDaden daden);

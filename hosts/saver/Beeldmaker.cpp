@@ -2,14 +2,13 @@
 #include "hosts/saver/Beeldmaker.h"
 
 #include <QFile>
-#include <QPainter>
 #include <algorithm>
 #include <array>
 #include <cmath>
 
 #include "connections/Overzicht.h"
-#include "platform/render/OffscreenPicture.h"
-#include "platform/render/cpu/CpuDrawer.h"
+#include "platform/render/gl/OffscreenPicture.h"
+#include "platform/view/FrameBuilder.h"
 
 namespace brixtel {
 
@@ -18,7 +17,6 @@ namespace {
 // The most that is read of a file with lines: one may be endless.
 constexpr qint64 kMeesteBytes = 16 << 20;
 constexpr platform::Rgba kZwart{0.0F, 0.0F, 0.0F, 1.0F};
-constexpr int kMonsters = 4;
 
 }  // namespace
 
@@ -30,6 +28,7 @@ Beeldmaker::Beeldmaker(const Opdracht& opdracht, const ModuleLader& module)
     frame_.grid = {.scale = opdracht.schaal,
                    .size = {static_cast<int>(std::ceil(maat.width() * opdracht.schaal)),
                             static_cast<int>(std::ceil(maat.height() * opdracht.schaal))}};
+    frame_.background = kZwart;
     if (const auto soort = soortUitRuw(opdracht.keuze)) {
         maakWereld(*soort);
         return;
@@ -68,17 +67,6 @@ std::optional<QImage> Beeldmaker::beeld(double tijd) {
     return teken();
 }
 
-// Lays the scene into the picture.
-bool Beeldmaker::tekenScene(const platform::SceneFrame& scene, QImage& beeld) {
-    if (!snapshot_) snapshot_ = platform::SceneSnapshot::create();
-    if (!snapshot_ || !scene.hasScene) return false;
-    const QImage deel = snapshot_->picture(scene.list, scene.frame.size(), frame_.grid.scale,
-                                           {.samples = std::max(scene.sampleCount, kMonsters)});
-    if (deel.isNull()) return false;
-    QPainter(&beeld).drawImage(frame_.grid.snap(scene.frame).topLeft(), deel);
-    return true;
-}
-
 // Layers are drawn with OpenGL where that is asked for, and on the CPU otherwise,
 // which gives the same picture on every machine.
 std::optional<QImage> Beeldmaker::teken() {
@@ -89,17 +77,16 @@ std::optional<QImage> Beeldmaker::teken() {
     }
     QImage beeld(frame_.grid.size, QImage::Format_ARGB32_Premultiplied);
     if (beeld.isNull()) return std::nullopt;
-    platform::CpuDrawer cpu;
+    // A view that is to show a scene and has none shows no picture of itself.
+    const bool mist = std::any_of(frame_.passes.begin(), frame_.passes.end(), [](const auto& pas) {
+        return pas.scene.isShown && !pas.scene.hasScene;
+    });
     const std::array alles{beeld.rect()};
-    std::optional<platform::Rgba> onder = kZwart;
-    for (const platform::FramePass& pas : frame_.passes) {
-        if (pas.scene.isShown && !tekenScene(pas.scene, beeld)) return std::nullopt;
-        cpu.draw(pas.layers, frame_.grid, alles, onder,
-                 {.pixels = reinterpret_cast<std::uint32_t*>(beeld.bits()),
-                  .stride = static_cast<int>(beeld.bytesPerLine() / 4),
-                  .size = beeld.size()});
-        onder.reset();
-    }
+    if (mist || !schilder_.paint(frame_, alles,
+                                 {.pixels = reinterpret_cast<std::uint32_t*>(beeld.bits()),
+                                  .stride = static_cast<int>(beeld.bytesPerLine() / 4),
+                                  .size = beeld.size()}))
+        return std::nullopt;
     return beeld;
 }
 

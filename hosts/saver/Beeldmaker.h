@@ -7,11 +7,11 @@
 
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
-#include "platform/render/SceneSnapshot.h"
 #include "platform/session/DistributedNotificationCenter.h"
 #include "platform/time/MediaClock.h"
 #include "platform/time/RandomSource.h"
-#include "platform/view/FrameBuilder.h"
+#include "platform/view/Frame.h"
+#include "platform/window/PicturePainter.h"
 #include "worlds/DrieWereld.h"
 
 namespace brixtel {
@@ -41,7 +41,6 @@ class Beeldmaker {
   private:
     void maakWereld(DrieSoort soort);
     [[nodiscard]] std::optional<QImage> teken();
-    [[nodiscard]] bool tekenScene(const platform::SceneFrame& scene, QImage& beeld);
 
     const Opdracht opdracht_;
     platform::ManualClock klok_;
@@ -52,7 +51,7 @@ class Beeldmaker {
     std::shared_ptr<platform::ScreenSaverView> saver_;
     std::shared_ptr<platform::View> view_;
     platform::Frame frame_;
-    std::unique_ptr<platform::SceneSnapshot> snapshot_;  // made for the first scene
+    platform::PicturePainter schilder_{{.still = true}};
     QString mis_;
 };
 

@@ -9,6 +9,7 @@
 #include <variant>
 
 #include "hosts/gedeeld/Opties.h"
+#include "platform/window/WindowOptions.h"
 #include "platform/window/WindowServer.h"
 
 namespace brixtel {
@@ -31,13 +32,13 @@ struct Opdracht {
     };
     Taak taak = Taak::Schermvullend;
 
-    QSize venster{1280, 720};                // points
-    std::optional<std::uint32_t> vensterId;  // the host's; none means the root window
-    bool voorvertoning = false;              // asked for; a small host's window has it anyway
-    QString keuze;                           // a raw value; empty for the stored one
+    QSize venster{1280, 720};                    // points
+    std::optional<platform::HostRef> vensterId;  // the host's; none means the whole screen
+    bool voorvertoning = false;                  // asked for; a small host's window has it anyway
+    QString keuze;                               // a raw value; empty for the stored one
 
-    QString instellingen;                // the file for a picture of the sheet; empty to show it
-    std::optional<std::uint32_t> boven;  // the window that the sheet belongs to
+    QString instellingen;  // the file for a picture of the sheet; empty to show it
+    std::optional<platform::WindowRef> boven;  // the window that the sheet belongs to
 
     QString plaatje;             // the file
     QString film;                // the file

@@ -5,7 +5,7 @@
 
 namespace platform {
 
-// What a node sees with, looking down its own −z.
+// The lens of a node, which looks down its own −z. A value: any thread, like any other value.
 struct Camera {
     double fieldOfView = 60.0;  // vertical, degrees, in a picture at least 4:3 wide
     // Half the width that the subject takes, at a distance of 1. A square picture, and
@@ -13,11 +13,11 @@ struct Camera {
     double subjectWidth = 0.0;
     double zNear = 1.0;
     double zFar = 100.0;
-    bool hdr = false;  // without it there is no bloom
+    bool hdr = false;  // false: no bloom
     double bloomIntensity = 0.0;
     double bloomThreshold = 1.0;   // linear light
     double bloomBlurRadius = 4.0;  // points; the blur's σ is half of it
-    // Off: linear, clamped at 1. Drawers know no other exposure.
+    // When false, exposure is linear and clamped at 1. Drawers have only that exposure.
     bool exposureAdaptation = true;
 
     // The vertical angle in degrees that a picture of this shape shows. A picture
@@ -25,7 +25,7 @@ struct Camera {
     // more. aspect = width / height.
     [[nodiscard]] double verticalAngle(double aspect) const;
 
-    // To clip space, z from −1 at zNear to 1 at zFar.
+    // Projects to clip space, z from −1 at zNear to 1 at zFar. aspect = width / height.
     [[nodiscard]] glm::dmat4 projection(double aspect) const;
 
     friend bool operator==(const Camera&, const Camera&) = default;

@@ -45,7 +45,7 @@ double nearness(double depth, double nearFade) {
     return t * t * (3.0 - 2.0 * t);
 }
 
-// One walk through a scene.
+// A single walk through a scene.
 class Extraction {
   public:
     Extraction(const Scene& scene, DrawList& out) : scene_(scene), out_(out) {}
@@ -72,7 +72,7 @@ class Extraction {
     const Scene& scene_;
     DrawList& out_;
     Pose camera_;
-    glm::dmat4 facing_{1.0};  // the camera's orientation, which billboards take on
+    glm::dmat4 facing_{1.0};  // the camera's orientation, used by billboards
 };
 
 void Extraction::run(double aspect) {

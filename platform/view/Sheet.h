@@ -2,15 +2,16 @@
 #pragma once
 
 #include <QImage>
-#include <cstdint>
 #include <functional>
 #include <utility>
+
+#include "platform/view/WindowRef.h"
 
 namespace platform {
 
 class Sheet;
 
-// What a sheet is attached to, and who takes it away again.
+// The holder of a sheet, which takes the sheet away again.
 class SheetParent {
   public:
     virtual void endSheet(Sheet& sheet) = 0;
@@ -30,13 +31,13 @@ class Sheet {
     Sheet(const Sheet&) = delete;
     Sheet& operator=(const Sheet&) = delete;
 
-    // Shows it and returns at once: above the window with this X id, which may
-    // be another program's, or by itself in the middle of the screen for 0.
-    virtual void orderFront(std::uint32_t above) = 0;
+    // Shows the sheet and returns at once: above the window, which may be another
+    // program's, or by itself in the middle of the screen for none.
+    virtual void orderFront(const WindowRef& above) = 0;
     virtual void orderOut() = 0;
     [[nodiscard]] virtual bool isShown() const = 0;
 
-    // What it looks like, in the pixels of the screen.
+    // The sheet's look, in the pixels of the screen.
     [[nodiscard]] virtual QImage picture() = 0;
 
     [[nodiscard]] SheetParent* sheetParent() const { return parent_; }

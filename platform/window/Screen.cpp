@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/window/x11/ScreenSpace.h"
+#include "platform/window/ScreenSpace.h"
 
 namespace platform {
 

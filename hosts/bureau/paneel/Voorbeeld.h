@@ -35,7 +35,6 @@ class Voorbeeld {
     void toon(QWindow& in, const QRect& plek, const Inhoud& inhoud);
     void weg();
 
-    [[nodiscard]] bool isGetoond() const { return venster_ != nullptr; }
     // None while nothing is shown.
     [[nodiscard]] const platform::Window* venster() const { return venster_.get(); }
 

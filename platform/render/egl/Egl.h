@@ -8,9 +8,18 @@
 #include <string>
 #include <string_view>
 
-struct xcb_connection_t;
-
 namespace platform {
+
+// A window system's display as EGL opens it.
+struct EglPlatform {
+    unsigned name = 0;                // EGL_PLATFORM_…
+    void* native = nullptr;           // the display in that platform's terms
+    const int* attributes = nullptr;  // ended by EGL_NONE; null for none
+    // Whether the window system is still at the other end; asked on any thread.
+    std::function<bool()> isConnected;
+    // Held until the driver let go of the display.
+    std::shared_ptr<void> hold;
+};
 
 // A connection to the machine's OpenGL, through EGL. Shared by the contexts and
 // surfaces made on it, which keep it alive; the driver is let go with the last.
@@ -18,21 +27,16 @@ namespace platform {
 // cannot do gives none.
 class EglDisplay {
   public:
-    // Without any display server: on a GPU where there is one, else on Mesa's
+    // Needs no display server: on a GPU where there is one, else on Mesa's
     // software renderer.
     [[nodiscard]] static std::shared_ptr<EglDisplay> offscreen();
 
-    // For windows of this X server. The connection stays the caller's and must
-    // outlive everything made here.
-    [[nodiscard]] static std::shared_ptr<EglDisplay> forX11(xcb_connection_t* connection,
-                                                            int screen);
+    // For windows of a window system. Its display stays the caller's and must
+    // outlive everything made here, but for what `platform.hold` holds.
+    [[nodiscard]] static std::shared_ptr<EglDisplay> on(EglPlatform platform);
 
-    // The same for drivers that know no xcb: a connection of Xlib's own, to the
-    // server that the environment names. forX11() comes here by itself. Xlib's
-    // process-wide error handler is replaced by one that ignores, since the
-    // usual one ends the program when a window has gone.
-    [[nodiscard]] static std::shared_ptr<EglDisplay> throughXlib(xcb_connection_t* connection,
-                                                                 int screen);
+    // Whether EGL is there at all and offers this before a display is open.
+    [[nodiscard]] static bool clientOffers(const char* extension);
 
     ~EglDisplay();
     EglDisplay(const EglDisplay&) = delete;
@@ -40,52 +44,56 @@ class EglDisplay {
 
     [[nodiscard]] void* handle() const { return handle_; }  // EGLDisplay
     [[nodiscard]] bool offers(std::string_view extension) const;
-    // Null where there are no windows.
-    [[nodiscard]] xcb_connection_t* connection() const { return connection_; }
-    // Whether the X server is still at the other end.
-    [[nodiscard]] bool isConnected() const;
+    // Whether there are windows, and their system still is at the other end.
+    [[nodiscard]] bool isConnected() const {
+        return platform_.isConnected && platform_.isConnected();
+    }
 
   private:
     EglDisplay() = default;
     [[nodiscard]] static std::shared_ptr<EglDisplay> initialize(void* handle);
 
     void* handle_ = nullptr;
-    xcb_connection_t* connection_ = nullptr;
-    std::shared_ptr<void> xlib_;  // Xlib's own connection, closed after the driver let go
+    EglPlatform platform_;
     std::string extensions_;
 };
 
-// What OpenGL draws into to show it in an X window, whoever made that window.
-// Belongs to the thread on which it is current. The window may vanish at any
-// time: then swapping fails or shows nothing, and nothing worse happens. The X
-// errors of that arrive on the display's connection, as events for its owner.
+// What is asked of a config to draw into a window with.
+struct EglConfigTraits {
+    int visual = 0;  // the window system's number for its pixels; 0 for none
+    int depth = 0;   // bits of the colours and of alpha together
+    int alpha = 0;   // bits of alpha alone
+};
+
+// What OpenGL draws into to show it in a window, whoever made that window. Belongs
+// to the thread on which it is current. The window may vanish at any time: then
+// swapping fails or shows nothing, and nothing worse happens.
 class EglWindowSurface {
   public:
-    // None if the window is gone, has a surface already, or is of a visual that
-    // the driver cannot draw into (then it must be made in a visual of a
-    // config's, see visualFor()).
+    // `config` is an EGLConfig of configWhere(), `native` the address of the window
+    // in the platform's terms, the caller's for the length of the call. None if the
+    // window is gone, has a surface already, or does not fit the config.
     [[nodiscard]] static std::unique_ptr<EglWindowSurface> create(
-        std::shared_ptr<EglDisplay> display, std::uint32_t window);
+        std::shared_ptr<EglDisplay> display, void* config, void* native);
     ~EglWindowSurface();
     EglWindowSurface(const EglWindowSurface&) = delete;
     EglWindowSurface& operator=(const EglWindowSurface&) = delete;
 
-    // A visual of this depth (24 or 32) that the driver draws into; 0 if none.
-    [[nodiscard]] static std::uint32_t visualFor(const EglDisplay& display, int depth);
+    // The config that fits and carries least besides the colours; null if none.
+    [[nodiscard]] static void* configWhere(const EglDisplay& display,
+                                           const std::function<bool(const EglConfigTraits&)>& fits);
+    [[nodiscard]] static EglConfigTraits traits(const EglDisplay& display, void* config);
 
     // Shows what was drawn; false if the window can no longer be drawn into, as
-    // far as the driver noticed, or the X server has gone.
+    // far as the driver noticed, or the window system has gone.
     // With an interval of 1 it may wait for the screen.
     bool swap();
-    // Vertical blanks between two pictures; 0 does not wait. The surface must be
-    // current.
+    // Sets the vertical blanks between two pictures; 0 does not wait. The
+    // surface must be current.
     bool setSwapInterval(int interval);
-    // Pixels, as of the last swap. Mesa learns of a new size from the server at
-    // the first drawing after it; the window's owner, from ConfigureNotify.
+    // Pixels, as of the last swap. A driver may learn of a new size later than the
+    // window's owner does.
     [[nodiscard]] QSize size() const;
-    // How many swaps ago the picture now in the back buffer was shown; 0 when it
-    // cannot be told. The surface must be current.
-    [[nodiscard]] int bufferAge() const;
 
     [[nodiscard]] void* handle() const { return handle_; }  // EGLSurface
     [[nodiscard]] void* config() const { return config_; }  // EGLConfig
@@ -96,20 +104,19 @@ class EglWindowSurface {
     std::shared_ptr<EglDisplay> display_;
     void* handle_;
     void* config_;
-    bool tellsAge_;
 };
 
-// Says what glGetGraphicsResetStatus() would; for trying what a lost GPU brings.
+// Replaces glGetGraphicsResetStatus() in tests of a lost GPU.
 using ResetQuery = std::function<unsigned()>;
 
-// OpenGL 3.3, core profile. Current on at most one thread at a time; every
-// OpenGL object made in it must be dropped while it is current, and the context
-// itself where it is current or current nowhere.
+// An OpenGL 3.3 context, core profile, that keeps its display. Current on at most
+// one thread at a time. Every OpenGL object made in it must be dropped while it is
+// current; the context itself, while current there or current nowhere.
 class GlContext {
   public:
-    // Made to fit `surface` where the driver needs to know; a context without
-    // one can draw off screen on every driver, and to windows on nearly all.
-    // `resetStatus`, if given, is asked in the driver's place.
+    // Fits `surface` where the driver needs that. A context without a surface
+    // can draw off screen on every driver, and to windows on nearly all.
+    // `resetStatus`, if given, replaces the driver's answer.
     [[nodiscard]] static std::unique_ptr<GlContext> create(
         std::shared_ptr<EglDisplay> display, const EglWindowSurface* surface = nullptr,
         ResetQuery resetStatus = {});
@@ -117,29 +124,29 @@ class GlContext {
     GlContext(const GlContext&) = delete;
     GlContext& operator=(const GlContext&) = delete;
 
-    // False if the driver refuses; then nothing has changed.
+    // False, with nothing changed, if the driver refuses.
     bool makeCurrent();
     bool makeCurrent(const EglWindowSurface& surface);
     void doneCurrent();
 
-    // Whether the GPU was reset, and all that was made here is lost with it: then
-    // nothing can be drawn any more, and another context is needed. It must be
-    // current. Never true where the driver does not tell.
+    // Whether a GPU reset lost the context with all its objects: nothing can be
+    // drawn any more, and another context is needed. The context must be
+    // current. Always false where the driver does not report resets.
     [[nodiscard]] bool isLost();
-    // The same of the one that is current on this thread, if any is.
+    // The same for this thread's current context; false without one.
     [[nodiscard]] static bool isCurrentLost();
 
-    // As the driver names it; empty until the context was current for the first
-    // time.
+    // The driver's name for itself; empty until the context was first
+    // current.
     [[nodiscard]] const std::string& rendererName() const { return rendererName_; }
-    // Whether the CPU does the drawing; see isSoftwareRenderer().
+    // Whether the CPU draws; see isSoftwareRenderer().
     [[nodiscard]] bool isSoftware() const;
 
-    // The most that it can draw at once, in pixels; it must be current.
+    // The driver's largest picture, in pixels; a context must be current.
     [[nodiscard]] static QSize largestPicture();
 
-    // How many errors OpenGL has reported, each with a line on standard error.
-    // Counted in strict builds only (BRIXTEL_STRICT), else 0.
+    // The number of errors that OpenGL has reported, each with a line on
+    // standard error. Strict builds (BRIXTEL_STRICT) only, else 0.
     [[nodiscard]] int errors() const { return errors_; }
 
   private:
@@ -156,9 +163,9 @@ class GlContext {
 };
 
 // Whether a renderer of this name (GL_RENDERER) draws on the CPU: Mesa's
-// llvmpipe and softpipe, its older "Software Rasterizer" and swr, and SwiftShader.
-// Renderers of virtual machines that hand the work to the host's GPU (virgl,
-// SVGA3D) are none of these.
+// llvmpipe and softpipe, its older "Software Rasterizer" and swr, and
+// SwiftShader. Virtual machines' renderers that use the host's GPU (virgl,
+// SVGA3D) do not count.
 [[nodiscard]] bool isSoftwareRenderer(std::string_view name);
 
 }  // namespace platform

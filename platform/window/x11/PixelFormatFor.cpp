@@ -41,7 +41,7 @@ struct Wish {
     std::uint16_t red, green, blue;
 };
 
-// What to ask a colour table for: a cube of even steps, or a ramp of greys.
+// The colours wanted from a colour table: a cube of even steps, or a ramp of greys.
 std::vector<Wish> wishes(bool grey) {
     std::vector<Wish> all;
     const auto level = [](int i, int steps) {
@@ -71,10 +71,7 @@ std::vector<PixelFormat::PaletteColour> takeColours(xcb_connection_t* connection
                            static_cast<std::uint8_t>(c.blue >> 8)});
     };
     for (const auto cookie : asked) {
-        xcb_generic_error_t* full = nullptr;
-        const XcbReply<xcb_alloc_color_reply_t> reply(
-            xcb_alloc_color_reply(connection, cookie, &full));
-        std::free(full);
+        const auto reply = answer(connection, cookie, xcb_alloc_color_reply);
         if (reply) add(reply->pixel, *reply);
     }
     return colours;
@@ -86,11 +83,9 @@ void addPresentColours(xcb_connection_t* connection, xcb_colormap_t table, unsig
     std::vector<std::uint32_t> pixels;
     for (std::uint32_t i = 0; i < entries; ++i)
         pixels.push_back(i);
-    const auto cookie = xcb_query_colors(connection, table, entries, pixels.data());
-    xcb_generic_error_t* error = nullptr;
-    const XcbReply<xcb_query_colors_reply_t> reply(
-        xcb_query_colors_reply(connection, cookie, &error));
-    std::free(error);
+    const auto reply =
+        answer(connection, xcb_query_colors(connection, table, entries, pixels.data()),
+               xcb_query_colors_reply);
     if (!reply) return;
     const xcb_rgb_t* const found = xcb_query_colors_colors(reply.get());
     const int count = xcb_query_colors_colors_length(reply.get());
@@ -111,7 +106,7 @@ std::optional<PixelFormat> pixelFormatFor(xcb_connection_t* connection, const Wi
     if (visual->_class == XCB_VISUAL_CLASS_TRUE_COLOR ||
         visual->_class == XCB_VISUAL_CLASS_DIRECT_COLOR) {
         const std::uint32_t colours = visual->red_mask | visual->green_mask | visual->blue_mask;
-        // Of a 32 bits deep visual, what is no colour is alpha.
+        // Bits without a colour are alpha in a visual of depth 32.
         const std::uint32_t alpha = look.depth == 32 ? ~colours : 0U;
         return PixelFormat(*layout,
                            {visual->red_mask, visual->green_mask, visual->blue_mask, alpha});

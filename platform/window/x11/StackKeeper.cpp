@@ -10,7 +10,7 @@ namespace platform {
 namespace {
 
 constexpr double kPause = 0.1;
-// What covers us again within this time, and this often, will go on doing so.
+// A window that covers ours this often within this time goes on doing so.
 constexpr double kStubborn = 1.0;
 constexpr int kOftenEnough = 3;
 
@@ -59,15 +59,15 @@ void StackKeeper::look() {
     looked_ = clock_.now();
     const std::vector<xcb_window_t> shown = shownFromOurs();
     const xcb_window_t covers = intruder(shown);
-    // What was given way to is down.
+    // The window that was given way to is down.
     if (rival_.times > kOftenEnough && covers != rival_.window) rival_ = {};
     if (covers != 0 ? !givesWay(covers) : !isInOrder(shown)) raiseAll();
     root_.readSoon();
 }
 
 std::vector<xcb_window_t> StackKeeper::shownFromOurs() {
-    const XcbReply<xcb_query_tree_reply_t> tree(
-        xcb_query_tree_reply(root_.get(), xcb_query_tree(root_.get(), root_.root()), nullptr));
+    const auto tree =
+        answer(root_.get(), xcb_query_tree(root_.get(), root_.root()), xcb_query_tree_reply);
     if (!tree) return {};
     const xcb_window_t* const all = xcb_query_tree_children(tree.get());
     const xcb_window_t* const end = all + xcb_query_tree_children_length(tree.get());
@@ -80,10 +80,7 @@ std::vector<xcb_window_t> StackKeeper::shownFromOurs() {
     std::vector<xcb_window_t> shown;
     for (std::size_t i = 0; i < asked.size(); ++i) {
         // Some will be gone meanwhile.
-        xcb_generic_error_t* error = nullptr;
-        const XcbReply<xcb_get_window_attributes_reply_t> look(
-            xcb_get_window_attributes_reply(root_.get(), asked[i], &error));
-        std::free(error);
+        const auto look = answer(root_.get(), asked[i], xcb_get_window_attributes_reply);
         if (look && look->map_state == XCB_MAP_STATE_VIEWABLE &&
             look->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT)
             shown.push_back(first[i]);
