@@ -10,6 +10,7 @@
 #include "hosts/gedeeld/Melding.h"
 #include "hosts/gedeeld/Signalen.h"
 #include "hosts/saver/Aanmelding.h"
+#include "hosts/saver/Film.h"
 #include "hosts/saver/Instellingen.h"
 #include "hosts/saver/Meting.h"
 #include "hosts/saver/ModuleLader.h"
@@ -46,7 +47,8 @@ void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
 }
 
 bool isPlaatje(const Opdracht& opdracht) {
-    return opdracht.taak == Opdracht::Taak::Plaatje || !opdracht.instellingen.isEmpty();
+    return opdracht.taak == Opdracht::Taak::Plaatje || opdracht.taak == Opdracht::Taak::Film ||
+           !opdracht.instellingen.isEmpty();
 }
 
 void kiesPlatform(const Opdracht& opdracht) {
@@ -73,6 +75,11 @@ int meldAan(const QString& thuis) {
 
 int plaatje(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
     const QString mis = brixtel::maakPlaatje(opdracht, module);
+    return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
+}
+
+int film(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
+    const QString mis = brixtel::maakFilm(opdracht, module);
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
@@ -180,6 +187,7 @@ int start(int argc, char** argv, const Opdracht& opdracht) {
         return meldNaam(QStringLiteral("de module BrixtelSaver.so ontbreekt of is onbruikbaar"),
                         kFout);
     if (opdracht.taak == Opdracht::Taak::Plaatje) return plaatje(opdracht, module);
+    if (opdracht.taak == Opdracht::Taak::Film) return film(opdracht, module);
     if (opdracht.taak == Opdracht::Taak::Instellingen) return instellingen(opdracht, module);
     return -toon(opdracht, module, bus);
 }

@@ -132,17 +132,24 @@ class Bus : public Scherm {
             return brixtel::aandeelGroen(server.picture(server.screen().root)) == 0.0;
         });
     }
+    bool regentWeer() {
+        return until(
+            [&] { return brixtel::aandeelGroen(server.picture(server.screen().root)) > 0.005; });
+    }
 };
 
-TEST_F(Bus, WillstopTearsTheSceneDown) {
+// In a window of its own nobody else would put the scene up again.
+TEST_F(Bus, WillstopTearsTheSceneDownAndItStartsAgain) {
     EXPECT_TRUE(zwartNa({QStringLiteral("/"), QStringLiteral("com.apple.screensaver.willstop")}));
+    EXPECT_TRUE(regentWeer());
     EXPECT_TRUE(programma.loopt());
 }
 
-TEST_F(Bus, ADesktopsActiveChangedFalseTearsTheSceneDown) {
+TEST_F(Bus, WhenTheDesktopsLockHasGoneTheSceneStartsAgain) {
     EXPECT_TRUE(zwartNa({QStringLiteral("/org/gnome/ScreenSaver"),
                          QStringLiteral("org.gnome.ScreenSaver.ActiveChanged"),
                          QStringLiteral("boolean:false")}));
+    EXPECT_TRUE(regentWeer());
     EXPECT_TRUE(programma.loopt());
 }
 
