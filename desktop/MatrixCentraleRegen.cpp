@@ -22,7 +22,7 @@ constexpr double kUitgaan = 0.4;
 
 void MatrixCentrale::toonRegen() {
     if (regenAan()) return;
-    for (const Screen& scherm : bronnen_.schermen())
+    for (const Screen& scherm : platform::distinctRectangles(bronnen_.schermen()))
         regen_.push_back(maakRegen(scherm));
     werkRegenBij();
 }

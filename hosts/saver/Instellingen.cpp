@@ -33,7 +33,12 @@ QString toonInstellingen(const Opdracht& opdracht, const ModuleLader& module, in
         blad->orderFront({});
     QCoreApplication::exec();
     blad->onOrderedOut({});
-    return {};
+    // A program that shows the sheet beside its own window reads the pick here.
+    const QByteArray gekozen = view->pickedInSheet().toUtf8();
+    if (gekozen.isEmpty()) return {};
+    const bool gedrukt = std::printf("%s\n", gekozen.constData()) > 0;
+    if (gedrukt && std::fflush(stdout) == 0) return {};
+    return QStringLiteral("de keuze kan niet afgedrukt worden");
 }
 
 }  // namespace brixtel

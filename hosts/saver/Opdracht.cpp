@@ -16,6 +16,9 @@ using Taak = Opdracht::Taak;
 
 using Optie = brixtel::Optie<Opdracht>;
 
+// Of a film, per second.
+constexpr int kMeesteBeelden = 240;
+
 // Both sides from 1 to 16384; an invalid size for anything else.
 QSize leesMaat(const QString& tekst) {
     static const QRegularExpression vorm(QStringLiteral("^([0-9]{1,5})[xX×]([0-9]{1,5})$"));
@@ -95,6 +98,29 @@ QString zetPlaatje(Opdracht& opdracht, const QString& waarde) {
     return zetTaak(opdracht, Taak::Plaatje, QLatin1String("plaatje"));
 }
 
+QString zetFilm(Opdracht& opdracht, const QString& waarde) {
+    static const QRegularExpression vorm(QStringLiteral("\\.(webm|mp4|gif|webp)$"),
+                                         QRegularExpression::CaseInsensitiveOption);
+    opdracht.film = waarde;
+    if (!vorm.match(waarde).hasMatch())
+        return QStringLiteral("--film wil een bestand op .webm, .mp4, .gif of .webp, niet '%1'")
+            .arg(waarde);
+    return zetTaak(opdracht, Taak::Film, QLatin1String("film"));
+}
+
+// Without a number, the rate is shown in the picture.
+QString zetFps(Opdracht& opdracht, const QString& waarde) {
+    if (waarde.isEmpty()) {
+        opdracht.fps = true;
+        return {};
+    }
+    opdracht.beeldenPerSeconde = waarde.toInt();
+    if (opdracht.beeldenPerSeconde >= 1 && opdracht.beeldenPerSeconde <= kMeesteBeelden) return {};
+    return QStringLiteral("--fps wil 1 tot %1 beelden per seconde, niet '%2'")
+        .arg(kMeesteBeelden)
+        .arg(waarde);
+}
+
 QString zetInstellingen(Opdracht& opdracht, const QString& waarde) {
     opdracht.instellingen = waarde;
     if (!waarde.isEmpty() && !waarde.endsWith(QLatin1String(".png"), Qt::CaseInsensitive))
@@ -153,7 +179,8 @@ const std::vector<Optie>& opties() {
         taakOptie(QLatin1String("help"), Taak::Hulp),
         vlagOptie(QLatin1String("voorvertoning"), &Opdracht::voorvertoning),
         vlagOptie(QLatin1String("meet"), &Opdracht::meet),
-        vlagOptie(QLatin1String("fps"), &Opdracht::fps),
+        vlagOptie(QLatin1String("lus"), &Opdracht::lus),
+        {QLatin1String("fps"), Waarde::Mag, QLatin1String("^[0-9]+$"), zetFps},
         vlagOptie(QLatin1String("volle-snelheid"), &Opdracht::volleSnelheid),
         {QLatin1String("instellingen"), Waarde::Mag, QLatin1String("\\.png$"), zetInstellingen},
         {QLatin1String("boven"), Waarde::Nodig, {}, zetBoven},
@@ -163,6 +190,7 @@ const std::vector<Optie>& opties() {
         {QLatin1String("keuze"), Waarde::Nodig, {}, zetKeuze},
         {QLatin1String("tekenaar"), Waarde::Nodig, {}, zetTekenaar},
         {QLatin1String("plaatje"), Waarde::Nodig, {}, zetPlaatje},
+        {QLatin1String("film"), Waarde::Nodig, {}, zetFilm},
         maatOptie(QLatin1String("maat"), &Opdracht::maat),
         getalOptie(QLatin1String("schaal"), &Opdracht::schaal, 0.25, 8),
         getalOptie(QLatin1String("na"), &Opdracht::na, 0, 86400),
@@ -199,10 +227,21 @@ QString controleer(const Opdracht& opdracht) {
         return QStringLiteral("--meet, --fps en --seconden gaan niet samen met --plaatje");
     if (opdracht.taak == Taak::Plaatje && isTeGroot(opdracht))
         return QStringLiteral("--plaatje kan hoogstens 67108864 beeldpunten hebben (8192x8192)");
-    const bool bolPlaatje =
-        opdracht.taak == Taak::Plaatje && opdracht.keuze == ruweWaarde(SaverKeuze::bol);
-    if (!opdracht.lijnen.isEmpty() && !bolPlaatje)
-        return QStringLiteral("--lijnen gaat alleen samen met --plaatje en --keuze=bol");
+    const bool film = opdracht.taak == Taak::Film;
+    if (film && opdracht.keuze.isEmpty()) return QStringLiteral("--film vraagt ook om --keuze");
+    if (film && !opdracht.seconden && !opdracht.lus)
+        return QStringLiteral("--film vraagt ook om --seconden of --lus");
+    if (film && opdracht.seconden && opdracht.lus)
+        return QStringLiteral("--lus weet zelf hoe lang de film duurt, zonder --seconden");
+    if (film && (opdracht.meet || opdracht.fps))
+        return QStringLiteral("--meet, en --fps zonder getal, gaan niet samen met --film");
+    if (!film && opdracht.lus) return QStringLiteral("--lus gaat alleen samen met --film");
+    if (!film && opdracht.beeldenPerSeconde != Opdracht().beeldenPerSeconde)
+        return QStringLiteral("--fps met een getal gaat alleen samen met --film");
+    const bool getekendeBol =
+        (film || opdracht.taak == Taak::Plaatje) && opdracht.keuze == ruweWaarde(SaverKeuze::bol);
+    if (!opdracht.lijnen.isEmpty() && !getekendeBol)
+        return QStringLiteral("--lijnen gaat alleen samen met --plaatje of --film, en --keuze=bol");
     if (opdracht.boven && opdracht.taak != Taak::Instellingen)
         return QStringLiteral("--boven gaat alleen samen met --instellingen");
     return {};
@@ -250,6 +289,12 @@ Waar:
       --zaad=N           hetzelfde getal geeft hetzelfde beeld
       --lijnen=BESTAND   de lijnen van de wereldbol, zoals --verbindingen=json
                          ze afdrukt, in plaats van die van nu
+  --film=BESTAND         een film van de scène, op .webm, .mp4, .gif of .webp; dat
+                         kan ook zonder scherm, en heeft ffmpeg nodig. Met --keuze
+                         en --seconden, en naar wens als --plaatje, en:
+      --fps=N            beelden per seconde (30)
+      --lus              in plaats van --seconden: zo lang dat het eind weer het
+                         begin is; alleen met logo
 
 Wat:
   --keuze=KEUZE          %1

@@ -12,6 +12,7 @@
 #include "hosts/gedeeld/Uitvoer.h"
 #include "hosts/gedeeld/Voorraad.h"
 #include "hosts/saver/Aanmelding.h"
+#include "hosts/saver/Film.h"
 #include "hosts/saver/Instellingen.h"
 #include "hosts/saver/Meting.h"
 #include "hosts/saver/ModuleLader.h"
@@ -48,7 +49,8 @@ void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
 }
 
 bool isPlaatje(const Opdracht& opdracht) {
-    return opdracht.taak == Opdracht::Taak::Plaatje || !opdracht.instellingen.isEmpty();
+    return opdracht.taak == Opdracht::Taak::Plaatje || opdracht.taak == Opdracht::Taak::Film ||
+           !opdracht.instellingen.isEmpty();
 }
 
 void kiesPlatform(const Opdracht& opdracht) {
@@ -89,6 +91,11 @@ std::size_t ruimteVoor(const Opdracht& opdracht) {
 
 int plaatje(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
     const QString mis = brixtel::maakPlaatje(opdracht, module);
+    return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
+}
+
+int film(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
+    const QString mis = brixtel::maakFilm(opdracht, module);
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
@@ -197,6 +204,7 @@ int start(int argc, char** argv, const Opdracht& opdracht) {
         return meldNaam(QStringLiteral("de module BrixtelSaver.so ontbreekt of is onbruikbaar"),
                         kFout);
     if (opdracht.taak == Opdracht::Taak::Plaatje) return plaatje(opdracht, module);
+    if (opdracht.taak == Opdracht::Taak::Film) return film(opdracht, module);
     if (opdracht.taak == Opdracht::Taak::Instellingen) return instellingen(opdracht, module);
     return -toon(opdracht, module, bus);
 }

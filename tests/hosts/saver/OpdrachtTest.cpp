@@ -188,7 +188,7 @@ TEST(Opdracht, TheHelpNamesEveryOption) {
           "instellingen",  "plaatje",      "maat",      "schaal",        "na",
           "zaad",          "seconden",     "meet",      "fps",           "tekenaar",
           "lijnen",        "verbindingen", "versie",    "help",          "boven",
-          "volle-snelheid"})
+          "volle-snelheid", "film", "lus"})
         EXPECT_TRUE(hulp.contains(QStringLiteral("--") + QLatin1String(naam))) << naam;
 }
 

@@ -133,17 +133,24 @@ class Bus : public Scherm {
             return isZwart();
         });
     }
+    bool regentWeer() {
+        return until(
+            [&] { return brixtel::aandeelGroen(server.picture(server.screen().root)) > 0.005; });
+    }
     bool isZwart() { return brixtel::aandeelGroen(server.picture(server.screen().root)) == 0.0; }
 };
 
-TEST_F(Bus, WillstopTearsTheSceneDown) {
+// In a window of its own nobody else would put the scene up again.
+TEST_F(Bus, WillstopTearsTheSceneDownAndItStartsAgain) {
     EXPECT_TRUE(zwartNa({QStringLiteral("/"), QStringLiteral("com.apple.screensaver.willstop")}));
+    EXPECT_TRUE(regentWeer());
     EXPECT_TRUE(programma.loopt());
 }
 
-TEST_F(Bus, ADesktopsActiveChangedFalseTearsTheSceneDown) {
+TEST_F(Bus, WhenTheDesktopsLockHasGoneTheSceneStartsAgain) {
     const BusSaver saver(adres);
     EXPECT_TRUE(until([&] { return saver.say(false) && isZwart(); }));
+    EXPECT_TRUE(regentWeer());
     EXPECT_TRUE(programma.loopt());
 }
 
