@@ -111,7 +111,7 @@ TEST_F(Centrale, TheBannerIsAGreenTextInAFrameOnNearlyBlack) {
 // The same words drawn at the same place: any other has other letters.
 TEST_F(Centrale, TheBannerSaysHowToGoBack) {
     centrale->toonZwart(std::nullopt);
-    const Layer& tip = *view(0).layer()->sublayers()[2];
+    const platform::Layer& tip = *view(0).layer()->sublayers()[2];
     const QFont font = Thema::font(13.0, {.vet = true});
     const auto beeldVan = [&](const QString& tekst) {
         const double breed = Thema::breedte(tekst, {.font = font}) + 28.0;
@@ -263,7 +263,7 @@ TEST_F(Centrale, ClosingFadesAndThenTakesTheWindowsDown) {
     wachtFade();
     const std::size_t voor = klok.timerCount();
     auto* const venster = centrale->zwart()[0].venster.get();
-    auto* const regen = centrale->zwart()[0].regen.get();
+    auto* const regen = centrale->zwart()[0].regen;
     centrale->sluitZwart();
     klok.advance(0.2);
     EXPECT_TRUE(venster->isVisible());
