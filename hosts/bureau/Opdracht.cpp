@@ -9,6 +9,7 @@ namespace {
 
 using Wat = BureauOpdracht::Wat;
 using Optie = brixtel::Optie<BureauOpdracht>;
+using Gegeven = std::vector<const Optie*>;
 
 constexpr QLatin1String kSoort("^(regen|bol|kubus|tunnel|logo)$");
 
@@ -19,9 +20,11 @@ QString zetWat(BureauOpdracht& opdracht, Wat wat, QLatin1String naam) {
     return {};
 }
 
-Optie watOptie(QLatin1String naam, Wat wat) {
+// Makes an option that chooses what to do; `naam` may be short for `voluit`.
+Optie watOptie(QLatin1String naam, Wat wat, QLatin1String voluit = {}) {
+    const QLatin1String gemeld = voluit.isEmpty() ? naam : voluit;
     return {naam, Waarde::Geen, {}, [=](BureauOpdracht& o, const QString&) {
-                return zetWat(o, wat, naam);
+                return zetWat(o, wat, gemeld);
             }};
 }
 
@@ -72,10 +75,14 @@ QString zetAutostart(BureauOpdracht& opdracht, const QString& waarde) {
 }
 
 const std::vector<Optie>& opties() {
+    static const QLatin1String help("help"), versie("versie");
     static const std::vector<Optie> alle{
         watOptie(QLatin1String("stand"), Wat::Stand),
-        watOptie(QLatin1String("versie"), Wat::Versie),
-        watOptie(QLatin1String("help"), Wat::Hulp),
+        watOptie(versie, Wat::Versie),
+        watOptie(QLatin1String("version"), Wat::Versie, versie),
+        watOptie(QLatin1String("V"), Wat::Versie, versie),
+        watOptie(help, Wat::Hulp),
+        watOptie(QLatin1String("h"), Wat::Hulp, help),
         zonder(QLatin1String("paneel"), QStringLiteral("ToonPaneel")),
         {QLatin1String("dienst"),
          Waarde::Geen,
@@ -102,7 +109,8 @@ const std::vector<Optie>& opties() {
 
 std::variant<BureauOpdracht, Fout> leesBureauOpdracht(const QStringList& argumenten) {
     BureauOpdracht opdracht;
-    const QString mis = neemOpties(opties(), argumenten, opdracht);
+    Gegeven gegeven;
+    const QString mis = neemOpties(opties(), argumenten, opdracht, gegeven);
     if (!mis.isEmpty()) return foutVan(QLatin1String("brixtel-bureau"), mis);
     if (argumenten.isEmpty()) opdracht.verzoeken.push_back({QStringLiteral("ToonPaneel"), {}});
     return opdracht;
@@ -132,15 +140,15 @@ Alles:
   --stop                 sluit alles en houdt op
 
 Instellingen, die bewaard blijven:
-  --dichtheid=GETAL      van de regen, van 0 tot en met 1 (0.7)
-  --snelheid=GETAL       van de regen, van 0.2 tot en met 4 (1)
+  --dichtheid=GETAL      van de regen, van 0 tot en met 1 (0,7)
+  --snelheid=GETAL       van de regen, van 0,2 tot en met 4 (1)
   --muziek=aan|uit       of het zwarte scherm de muziek volgt (uit)
   --autostart=aan|uit    of het bij het aanmelden vanzelf start (uit)
 
 Verder:
   --stand                hoe het ervoor staat
-  --versie               het versienummer
-  --help                 deze tekst
+  --versie, -V           het versienummer
+  --help, -h             deze tekst
 )");
 }
 

@@ -13,6 +13,10 @@ namespace {
 using Wat = Opdracht::Wat;
 
 using Optie = brixtel::Optie<Opdracht>;
+using Gegeven = std::vector<const Optie*>;
+
+// The calls that an option belongs to.
+enum : unsigned { kToont = 1, kPlaatje = 2, kBlad = 4 };
 
 // Both sides from 1 to 16384; an invalid size for anything else.
 QSize leesMaat(const QString& tekst) {
@@ -70,6 +74,7 @@ QString zetTekenaar(Opdracht& opdracht, const QString& waarde) {
 
 QString zetVensterId(Opdracht& opdracht, const QString& waarde) {
     opdracht.vensterId = leesVensterId(waarde);
+    opdracht.vensterGenoemd = waarde;
     if (!opdracht.vensterId)
         return QStringLiteral("'%1' is geen nummer van een venster").arg(waarde);
     return zetWat(opdracht, Wat::Gastheer, QLatin1String("window-id"));
@@ -116,64 +121,70 @@ QString zetVerbindingen(Opdracht& opdracht, const QString& waarde) {
     return zetWat(opdracht, Wat::Verbindingen, QLatin1String("verbindingen"));
 }
 
-// Makes an option that chooses what to do.
-Optie watOptie(QLatin1String naam, Wat wat) {
-    return {
-        naam, Waarde::Geen, {}, [=](Opdracht& o, const QString&) { return zetWat(o, wat, naam); }};
+QString zetLijnen(Opdracht& opdracht, const QString& waarde) {
+    opdracht.lijnen = waarde;
+    return {};
 }
 
-Optie vlagOptie(QLatin1String naam, bool Opdracht::*vlag) {
+// Makes an option that chooses what to do; `naam` may be short for `voluit`.
+Optie watOptie(QLatin1String naam, Wat wat, QLatin1String voluit = {}) {
+    const QLatin1String gemeld = voluit.isEmpty() ? naam : voluit;
     return {naam, Waarde::Geen, {}, [=](Opdracht& o, const QString&) {
-                o.*vlag = true;
-                return QString();
+                return zetWat(o, wat, gemeld);
             }};
 }
 
-Optie maatOptie(QLatin1String naam, QSize Opdracht::*maat) {
-    return {naam, Waarde::Nodig, {}, [=](Opdracht& o, const QString& waarde) {
-                return zetMaat(o.*maat, waarde, naam);
-            }};
+Optie vlagOptie(QLatin1String naam, bool Opdracht::*vlag, unsigned bij) {
+    const auto zet = [=](Opdracht& o, const QString&) {
+        o.*vlag = true;
+        return QString();
+    };
+    return {naam, Waarde::Geen, {}, zet, bij};
 }
 
 template <typename Getal>
-Optie getalOptie(QLatin1String naam, Getal Opdracht::*getal, double laag, double hoog) {
-    return {naam, Waarde::Nodig, {}, [=](Opdracht& o, const QString& waarde) {
-                return zetGetal(o.*getal, waarde, naam, laag, hoog);
-            }};
+Optie getalOptie(QLatin1String naam, Getal Opdracht::*getal, double laag, double hoog,
+                 unsigned bij) {
+    const auto zet = [=](Opdracht& o, const QString& waarde) {
+        return zetGetal(o.*getal, waarde, naam, laag, hoog);
+    };
+    return {naam, Waarde::Nodig, {}, zet, bij};
 }
 
 const std::vector<Optie>& opties() {
     static const QLatin1String maatVorm("^[0-9]+[xX×][0-9]+$");
+    static const QLatin1String help("help"), versie("versie"), maat("maat");
     static const std::vector<Optie> alle{
         watOptie(QLatin1String("root"), Wat::Gastheer),
         watOptie(QLatin1String("aanmelden"), Wat::Aanmelden),
         watOptie(QLatin1String("afmelden"), Wat::Afmelden),
-        watOptie(QLatin1String("versie"), Wat::Versie),
-        watOptie(QLatin1String("help"), Wat::Hulp),
-        vlagOptie(QLatin1String("voorvertoning"), &Opdracht::voorvertoning),
-        vlagOptie(QLatin1String("meet"), &Opdracht::meet),
-        vlagOptie(QLatin1String("fps"), &Opdracht::fps),
-        vlagOptie(QLatin1String("volle-snelheid"), &Opdracht::volleSnelheid),
+        watOptie(versie, Wat::Versie),
+        watOptie(QLatin1String("version"), Wat::Versie, versie),
+        watOptie(QLatin1String("V"), Wat::Versie, versie),
+        watOptie(help, Wat::Hulp),
+        watOptie(QLatin1String("h"), Wat::Hulp, help),
+        vlagOptie(QLatin1String("voorvertoning"), &Opdracht::voorvertoning, kToont | kPlaatje),
+        vlagOptie(QLatin1String("meet"), &Opdracht::meet, kToont),
+        vlagOptie(QLatin1String("fps"), &Opdracht::fps, kToont),
+        vlagOptie(QLatin1String("volle-snelheid"), &Opdracht::volleSnelheid, kToont),
         {QLatin1String("instellingen"), Waarde::Mag, QLatin1String("\\.png$"), zetInstellingen},
-        {QLatin1String("boven"), Waarde::Nodig, {}, zetBoven},
+        {QLatin1String("boven"), Waarde::Nodig, {}, zetBoven, kBlad},
         {QLatin1String("venster"), Waarde::Mag, maatVorm, zetVenster},
         {QLatin1String("verbindingen"), Waarde::Mag, QLatin1String("^json$"), zetVerbindingen},
         {QLatin1String("window-id"), Waarde::Nodig, {}, zetVensterId},
-        {QLatin1String("keuze"), Waarde::Nodig, {}, zetKeuze},
-        {QLatin1String("tekenaar"), Waarde::Nodig, {}, zetTekenaar},
+        {QLatin1String("keuze"), Waarde::Nodig, {}, zetKeuze, kToont | kPlaatje},
+        {QLatin1String("tekenaar"), Waarde::Nodig, {}, zetTekenaar, kToont | kPlaatje},
         {QLatin1String("plaatje"), Waarde::Nodig, {}, zetPlaatje},
-        maatOptie(QLatin1String("maat"), &Opdracht::maat),
-        getalOptie(QLatin1String("schaal"), &Opdracht::schaal, 0.25, 8),
-        getalOptie(QLatin1String("na"), &Opdracht::na, 0, 86400),
-        getalOptie(QLatin1String("seconden"), &Opdracht::seconden, 0.1, 31536000),
-        {QLatin1String("zaad"), Waarde::Nodig, {}, zetZaad},
-        {QLatin1String("lijnen"),
+        {maat,
          Waarde::Nodig,
          {},
-         [](Opdracht& o, const QString& waarde) {
-             o.lijnen = waarde;
-             return QString();
-         }},
+         [](Opdracht& o, const QString& waarde) { return zetMaat(o.maat, waarde, maat); },
+         kPlaatje},
+        getalOptie(QLatin1String("schaal"), &Opdracht::schaal, 0.25, 8, kPlaatje | kBlad),
+        getalOptie(QLatin1String("na"), &Opdracht::na, 0, 86400, kPlaatje),
+        getalOptie(QLatin1String("seconden"), &Opdracht::seconden, 0.1, 31536000, kToont),
+        {QLatin1String("zaad"), Waarde::Nodig, {}, zetZaad, kPlaatje},
+        {QLatin1String("lijnen"), Waarde::Nodig, {}, zetLijnen, kPlaatje},
     };
     return alle;
 }
@@ -182,18 +193,52 @@ Fout fout(const QString& wat) {
     return foutVan(QLatin1String("brixtel-saver"), wat);
 }
 
-// What only shows once everything has been read.
-QString controleer(const Opdracht& opdracht) {
+// The call as it is asked for, and its bit.
+std::pair<QLatin1String, unsigned> aanroep(Wat wat) {
+    switch (wat) {
+        case Wat::Plaatje:
+            return {QLatin1String("--plaatje"), kPlaatje};
+        case Wat::Instellingen:
+            return {QLatin1String("--instellingen"), kBlad};
+        case Wat::Verbindingen:
+            return {QLatin1String("--verbindingen"), 0};
+        case Wat::Aanmelden:
+            return {QLatin1String("--aanmelden"), 0};
+        case Wat::Afmelden:
+            return {QLatin1String("--afmelden"), 0};
+        default:
+            return {{}, kToont};
+    }
+}
+
+// What is wrong with an option that belongs to another call than this one.
+QString hoortElders(const Optie& optie, Wat wat) {
+    const auto [naam, bit] = aanroep(wat);
+    if (optie.bij == 0 || (optie.bij & bit) != 0) return {};
+    if (!naam.isEmpty()) return QStringLiteral("--%1 gaat niet samen met %2").arg(optie.naam, naam);
+    const bool beide = (optie.bij & kPlaatje) != 0 && (optie.bij & kBlad) != 0;
+    return QStringLiteral("--%1 gaat alleen samen met %2")
+        .arg(optie.naam, beide ? QLatin1String("--plaatje of --instellingen=BESTAND.png")
+                         : (optie.bij & kBlad) != 0 ? QLatin1String("--instellingen")
+                                                    : QLatin1String("--plaatje"));
+}
+
+// What only shows once everything has been read. Help and version take anything.
+QString controleer(const Opdracht& opdracht, const Gegeven& gegeven) {
+    if (opdracht.wat == Wat::Hulp || opdracht.wat == Wat::Versie) return {};
+    for (const Optie* optie : gegeven)
+        if (QString mis = hoortElders(*optie, opdracht.wat); !mis.isEmpty()) return mis;
     if (opdracht.wat == Wat::Plaatje && opdracht.keuze.isEmpty())
         return QStringLiteral("--plaatje vraagt ook om --keuze");
-    if (opdracht.wat == Wat::Plaatje && (opdracht.meet || opdracht.fps || opdracht.seconden))
-        return QStringLiteral("--meet, --fps en --seconden gaan niet samen met --plaatje");
-    const bool bolPlaatje =
-        opdracht.wat == Wat::Plaatje && opdracht.keuze == ruweWaarde(SaverKeuze::bol);
-    if (!opdracht.lijnen.isEmpty() && !bolPlaatje)
+    if (!opdracht.lijnen.isEmpty() && opdracht.keuze != ruweWaarde(SaverKeuze::bol))
         return QStringLiteral("--lijnen gaat alleen samen met --plaatje en --keuze=bol");
-    if (opdracht.boven && opdracht.wat != Wat::Instellingen)
-        return QStringLiteral("--boven gaat alleen samen met --instellingen");
+    const bool schaalGegeven = std::any_of(gegeven.begin(), gegeven.end(), [](const Optie* optie) {
+        return optie->naam == QLatin1String("schaal");
+    });
+    if (opdracht.wat == Wat::Instellingen && opdracht.instellingen.isEmpty() && schaalGegeven)
+        return QStringLiteral(
+            "--schaal gaat alleen samen met --instellingen als die een "
+            "BESTAND.png heeft");
     return {};
 }
 
@@ -202,9 +247,12 @@ QString controleer(const Opdracht& opdracht) {
 std::variant<Opdracht, Fout> leesOpdracht(const QStringList& argumenten,
                                           const QString& hostVenster) {
     Opdracht opdracht;
-    QString mis = neemOpties(opties(), argumenten, opdracht);
-    if (mis.isEmpty()) mis = controleer(opdracht);
+    Gegeven gegeven;
+    QString mis = neemOpties(opties(), argumenten, opdracht, gegeven);
+    if (mis.isEmpty()) mis = controleer(opdracht, gegeven);
     if (!mis.isEmpty()) return fout(mis);
+    // Its host knows of its windows; whoever has none is told of one that is not there.
+    if (!hostVenster.isEmpty()) opdracht.vensterGenoemd.clear();
     // A host that names its window in the environment means the saver to draw
     // there, unless the command line asks for something else altogether.
     const bool bijGastheer = opdracht.wat == Wat::Gastheer || opdracht.wat == Wat::Schermvullend;
@@ -257,8 +305,8 @@ Verder:
   --verbindingen[=json]  met welke landen deze machine nu verbonden is
   --aanmelden            zet Brixtel in de lijst van xscreensaver
   --afmelden             haalt Brixtel uit die lijst
-  --versie               het versienummer
-  --help                 deze tekst
+  --versie, -V           het versienummer
+  --help, -h             deze tekst
 )");
 }
 

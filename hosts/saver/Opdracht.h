@@ -32,6 +32,7 @@ struct Opdracht {
 
     QSize venster{1280, 720};                // points
     std::optional<std::uint32_t> vensterId;  // the host's; none means the root window
+    QString vensterGenoemd;      // as it was typed; empty with a host behind it
     bool voorvertoning = false;              // asked for; a small host's window has it anyway
     QString keuze;                           // a raw value; empty for the stored one
 

@@ -2,14 +2,17 @@
 #include "hosts/saver/Plaatje.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QPainter>
 #include <QSaveFile>
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cmath>
 
 #include "connections/Overzicht.h"
+#include "hosts/saver/Reden.h"
 #include "platform/render/OffscreenPicture.h"
 #include "platform/render/SceneSnapshot.h"
 #include "platform/render/cpu/CpuDrawer.h"
@@ -88,8 +91,11 @@ QString leg(platform::View& view, const Opdracht& opdracht, double nu) {
 QString bolMetLijnen(const Opdracht& opdracht, platform::ManualClock& klok,
                      platform::RandomSource& toeval) {
     QFile bestand(opdracht.lijnen);
-    const auto lijnen =
-        bestand.open(QIODevice::ReadOnly) ? leesJson(bestand.read(kMeesteBytes)) : std::nullopt;
+    const bool isMap = QFileInfo(opdracht.lijnen).isDir();
+    if (isMap || !bestand.open(QIODevice::ReadOnly))
+        return QStringLiteral("'%1' is niet te lezen: %2")
+            .arg(opdracht.lijnen, reden(isMap ? EISDIR : errno));
+    const auto lijnen = leesJson(bestand.read(kMeesteBytes));
     if (!lijnen)
         return QStringLiteral("'%1' bevat geen lijnen als die van --verbindingen=json")
             .arg(opdracht.lijnen);

@@ -145,6 +145,7 @@ void Voorstelling::toonBijGastheer() {
                   server_, platform::HostWindow{.id = opdracht_.vensterId.value_or(0)}),
               .view = nullptr};
     const QSizeF maat = doek.venster->frame().size();
+    zonderVenster_ = maat.isEmpty();
     const bool klein = maat.width() < kKlein.width() && maat.height() < kKlein.height();
     vul(doek, {QPointF(0, 0), maat}, opdracht_.voorvertoning || klein);
     doek.venster->orderFront();

@@ -34,6 +34,9 @@ class Voorstelling {
     // Every view stops and starts, with the choice as it is stored now.
     void begin();
 
+    // Whether the host's window was not there when it was to be drawn in.
+    [[nodiscard]] bool zonderVenster() const { return zonderVenster_; }
+
     // Of the first window: the main screen's.
     [[nodiscard]] platform::WindowStatistics stand() const;
 
@@ -57,6 +60,7 @@ class Voorstelling {
     platform::WindowServer& server_;
     const platform::ScreenSaverContext context_;
     std::function<void()> onEinde_;
+    bool zonderVenster_ = false;
     std::vector<Doek> doeken_;
     InstellingenProces instellingen_;
     std::unique_ptr<platform::ScreenObserver> schermen_;

@@ -109,7 +109,10 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
                              .clock = beeldKlok, .random = toeval, .notifications = berichten},
                          bus);
     const bool bijGastheer = opdracht.wat == Opdracht::Wat::Gastheer;
-    voorstelling->onEinde([bijGastheer] {
+    voorstelling->onEinde([&] {
+        if (!opdracht.vensterGenoemd.isEmpty() && voorstelling->zonderVenster())
+            std::_Exit(meldNaam(
+                QStringLiteral("er is geen venster %1").arg(opdracht.vensterGenoemd), kFout));
         if (bijGastheer) brixtel::Signalen::haast();
         QCoreApplication::quit();
     });

@@ -157,7 +157,7 @@ TEST_F(Sessie, ASecondStartAsksTheFirst) {
     ASSERT_TRUE(begin());
     const auto tweede = draai("--dichtheid=0.25 --snelheid 3 --muziek=aan --stand");
     EXPECT_EQ(tweede.uitgang, 0);
-    EXPECT_EQ(tweede.uit, QStringLiteral("zwart scherm: uit\nregen: uit\ndichtheid: 0.25\n"
+    EXPECT_EQ(tweede.uit, QStringLiteral("zwart scherm: uit\nregen: uit\ndichtheid: 0,25\n"
                                          "snelheid: 3\nmuziek: aan\n"));
     EXPECT_EQ(tweede.fouten, QString());
     EXPECT_EQ(draai("--dienst").uitgang, 0);
@@ -295,7 +295,7 @@ TEST_F(Sessie, AnOwnerThatIsKilledLeavesNothingAndANewOneStarts) {
     EXPECT_TRUE(until([this] { return groen() == 0.0; }));
     EXPECT_TRUE(until([this] { return draai("--stand").uitgang == 1; }));
     ASSERT_TRUE(begin());
-    EXPECT_TRUE(meldt("dichtheid: 0.5\n"));
+    EXPECT_TRUE(meldt("dichtheid: 0,5\n"));
 }
 
 TEST_F(Sessie, AStartWhileTheOwnerGoesTakesItsPlace) {

@@ -162,7 +162,7 @@ TEST(Opdracht, ABadArgumentGetsOneClearDutchLine) {
 
 TEST(Opdracht, ABadNumberIsToldItsBoundsWrittenOut) {
     EXPECT_EQ(mis(woorden("--seconden=0")),
-              QStringLiteral("brixtel-saver: --seconden wil een getal van 0.1 tot en met 31536000, "
+              QStringLiteral("brixtel-saver: --seconden wil een getal van 0,1 tot en met 31536000, "
                              "niet '0' (--help toont wat er kan)"));
     EXPECT_TRUE(mis(woorden("--na=1e9")).contains(QStringLiteral("van 0 tot en met 86400,")));
 }
@@ -171,6 +171,80 @@ TEST(Opdracht, ALineBreakInAnArgumentIsNoneInTheLine) {
     const QString fout = mis({QStringLiteral("--keuze=een\nander")});
     EXPECT_FALSE(fout.contains(u'\n'));
     EXPECT_TRUE(fout.contains(QStringLiteral("'een ander'")));
+}
+
+TEST(Opdracht, HelpAndVersionHaveTheNamesThatPeopleTry) {
+    for (const char* regel : {"--version", "-V", "--versie", "-version", "--maat=3x3 -V"})
+        EXPECT_EQ(goed(woorden(regel)).wat, Wat::Versie) << regel;
+    for (const char* regel : {"-h", "--help", "--zaad 1 -h"})
+        EXPECT_EQ(goed(woorden(regel)).wat, Wat::Hulp) << regel;
+}
+
+TEST(Opdracht, ANumberTakesACommaAsWellAsAPoint) {
+    EXPECT_EQ(goed(woorden("--seconden=1,5")).seconden, 1.5);
+    EXPECT_EQ(goed(woorden("--plaatje=a.png --keuze=bol --schaal 0,5 --na 2,25")).na, 2.25);
+    for (const char* regel : {"--seconden=1,5,5", "--seconden=1.000,5", "--seconden=,"})
+        EXPECT_FALSE(mis(woorden(regel)).isEmpty()) << regel;
+}
+
+TEST(Opdracht, ATypingErrorIsAnsweredWithTheNearestOption) {
+    const std::pair<const char*, const char*> paren[] = {{"--keuz=bol", "keuze"},
+                                                         {"-venstre", "venster"},
+                                                         {"--plaaatje=a.png", "plaatje"},
+                                                         {"--fsp", "fps"},
+                                                         {"venster", "venster"},
+                                                         {"--verison", "version"},
+                                                         {"--voorvertonig", "voorvertoning"}};
+    for (const auto& [regel, optie] : paren)
+        EXPECT_TRUE(mis(woorden(regel))
+                        .contains(QStringLiteral("; bedoelt u --%1? (").arg(QLatin1String(optie))))
+            << qPrintable(mis(woorden(regel)));
+    EXPECT_FALSE(mis(woorden("--hologram")).contains(QStringLiteral("bedoelt")));
+}
+
+TEST(Opdracht, AnOptionOfAnotherCallIsRefused) {
+    const std::pair<const char*, const char*> paren[] = {
+        {"--maat=800x600", "--maat gaat alleen samen met --plaatje "},
+        {"--venster --na=3", "--na gaat alleen samen met --plaatje "},
+        {"--root --zaad=1", "--zaad gaat alleen samen met --plaatje "},
+        {"--schaal=2", "--schaal gaat alleen samen met --plaatje of --instellingen=BESTAND.png "},
+        {"--lijnen=a.json", "--lijnen gaat alleen samen met --plaatje "},
+        {"--boven=5", "--boven gaat alleen samen met --instellingen "},
+        {"--instellingen --schaal=2", "--schaal gaat alleen samen met --instellingen als"},
+        {"--instellingen --keuze=bol", "--keuze gaat niet samen met --instellingen "},
+        {"--plaatje=a.png --keuze=bol --boven=5", "--boven gaat niet samen met --plaatje "},
+        {"--plaatje=a.png --keuze=bol --fps", "--fps gaat niet samen met --plaatje "},
+        {"--verbindingen --tekenaar=cpu", "--tekenaar gaat niet samen met --verbindingen "},
+        {"--aanmelden --seconden=3", "--seconden gaat niet samen met --aanmelden "},
+        {"--volle-snelheid --afmelden", "--volle-snelheid gaat niet samen met --afmelden "},
+    };
+    for (const auto& [regel, verwacht] : paren)
+        EXPECT_TRUE(mis(woorden(regel)).contains(QLatin1String(verwacht)))
+            << regel << ": " << qPrintable(mis(woorden(regel)));
+    EXPECT_EQ(goed(woorden("--instellingen=a.png --schaal=2")).schaal, 2.0);
+    EXPECT_TRUE(goed(woorden("--plaatje=a.png --keuze=bol --voorvertoning")).voorvertoning);
+    EXPECT_EQ(goed(woorden("--keuze=bol"), QStringLiteral("5")).wat, Wat::Gastheer);
+}
+
+// Every option but those that choose a call, with every call.
+TEST(Opdracht, EveryOptionHasAPlaceAndNoOther) {
+    const char* const aanroepen[] = {"", "--plaatje=a.png --keuze=bol", "--instellingen=a.png",
+                                     "--verbindingen", "--aanmelden"};
+    // One column per call: 1 where the option belongs.
+    const std::pair<const char*, const char*> rijen[] = {
+        {"--voorvertoning", "11000"},  {"--meet", "10000"},       {"--fps", "10000"},
+        {"--volle-snelheid", "10000"}, {"--boven=5", "00100"},    {"--keuze=bol", "11000"},
+        {"--tekenaar=cpu", "11000"},   {"--maat=8x8", "01000"},   {"--schaal=2", "01100"},
+        {"--na=1", "01000"},           {"--seconden=1", "10000"}, {"--zaad=1", "01000"},
+        {"--lijnen=a.json", "01000"},
+    };
+    for (const auto& [optie, past] : rijen)
+        for (std::size_t i = 0; i < std::size(aanroepen); ++i) {
+            const QString regel =
+                QStringLiteral("%1 %2").arg(QLatin1String(aanroepen[i]), QLatin1String(optie));
+            EXPECT_EQ(mis(woorden(qPrintable(regel))).isEmpty(), past[i] == '1')
+                << qPrintable(regel);
+        }
 }
 
 TEST(Opdracht, TheHelpNamesEveryOption) {
