@@ -232,8 +232,9 @@ void MatrixCentrale::startMuziek(double& tempo, int& vorigeBeat) {
 }
 
 void MatrixCentrale::flits(double sterkte) {
+    if (flitsDeel <= 0.0) return;
     const platform::BasicAnimation uitdoven{.keyPath = platform::KeyPath::Opacity,
-                                            .from = std::min(sterkte + 0.35, 1.0),
+                                            .from = std::min(sterkte + 0.35, 1.0) * flitsDeel,
                                             .to = 0.0,
                                             .timing = {.duration = kFlitsDuur}};
     for (const Zwart& zwart : zwart_)

@@ -49,8 +49,9 @@ class Bureau {
     void wisselRegen();
     void sluitAlles();
 
-    // The desktop rain is made anew with them within a moment; a black screen has
-    // them from its next opening, except that it stops following the music at once.
+    // The desktop rain takes its speed at once and fades into another density; a black
+    // screen has them from its next opening, except that it stops following the music,
+    // and softens its flash, at once.
     // Kept between runs: written out at once, but for what follows within a moment,
     // of which the last is, as that is over or this ends.
     void zetKeuzes(const BureauKeuzes& keuzes);
@@ -69,6 +70,10 @@ class Bureau {
     // desktop it is on.
     void activeer(std::uint32_t venster) { werkruimte_.activate({.window = venster}); }
 
+    // The desktop rain leaves this rectangle of the screens free: what stands there is to
+    // be read. As in Screen::frame; an empty one is none.
+    void laatVrij(const QRectF& vlak) { centrale_.laatVrij(vlak); }
+
     // Listens to the music also while no black screen shows, for as long as the
     // choice is to follow it: for whoever shows the user what it hears.
     void luisterMee(bool aan);
@@ -83,7 +88,6 @@ class Bureau {
     template <typename Doe>
     void na(Doe doe);
     void meld();
-    void vernieuwRegen();
 
     platform::MediaClock& klok_;
     platform::Workspace& werkruimte_;
@@ -95,7 +99,6 @@ class Bureau {
     int bezig_ = 0;
     bool luisterMee_ = false;
     Gepubliceerd<BureauStand> stand_;
-    platform::Timer vernieuwing_;
     Abonnement regen_;
     platform::Observation beveiliging_;
 };

@@ -51,6 +51,8 @@ QString PaneelStaat::regenStatus() const {
         case RegenStand::geenCompositor:
         case RegenStand::schermbeveiliging:
             return QStringLiteral("wacht");
+        case RegenStand::leeg:
+            return QStringLiteral("leeg");
     }
     return {};
 }
