@@ -12,15 +12,17 @@
 #include "BrixtelSaver/InstellingenStijl.h"
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "drawing/Thema.h"
-#include "platform/window/x11/DialogFrame.h"
+#include "platform/window/systems/DialogFrame.h"
 
 namespace brixtel {
 
 namespace {
 
-constexpr QSize kMaat(380, 286);
-constexpr int kEersteKnop = 190;
 constexpr int kKnopStap = 26;
+// The sheet is laid out for six choices, and grows with more.
+constexpr int kErbij = kKnopStap * (static_cast<int>(alleKeuzes.size()) - 6);
+constexpr QSize kMaat(380, 286 + kErbij);
+constexpr int kEersteKnop = 190 + kErbij;
 // The title bar alone: no button to close, shrink or grow.
 constexpr Qt::WindowFlags kSoort =
     Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::MSWindowsFixedSizeDialogHint;
@@ -51,8 +53,9 @@ InstellingenVenster::InstellingenVenster(Klaar klaar)
     inhoud_->setGeometry(QRect(QPoint(0, 0), kMaat));
     const QString titel = QStringLiteral("BRIXTEL SCHERMBEVEILIGING");
     const QString vraag = QStringLiteral("// wat laat hij zien?");
-    maakOpschrift(titel, Thema::font(15, {.vet = true}), Thema::groen(), {20, 244, 340, 22});
-    maakOpschrift(vraag, Thema::font(11), Thema::middel(), {20, 222, 340, 16});
+    maakOpschrift(titel, Thema::font(15, {.vet = true}), Thema::groen(),
+                  {20, 244 + kErbij, 340, 22});
+    maakOpschrift(vraag, Thema::font(11), Thema::middel(), {20, 222 + kErbij, 340, 16});
     setAccessibleName(titel);
     setAccessibleDescription(vraag);
     const SaverKeuze bewaard = SaverInstellingen::keuze();
@@ -134,13 +137,12 @@ void InstellingenVenster::sluit() {
         orderOut();
 }
 
-void InstellingenVenster::orderFront(std::uint32_t above) {
+void InstellingenVenster::orderFront(const platform::WindowRef& above) {
     winId();  // so that there is a window to speak of
     platform::askForDarkFrame(*windowHandle());
     platform::askForTitleOnly(*windowHandle());
-    if (const auto plaats = above != 0 ? platform::placeOf(above) : std::nullopt) {
-        onder_.reset(QWindow::fromWinId(above));
-        windowHandle()->setTransientParent(onder_.get());
+    if (const auto plaats = platform::placeOf(above)) {
+        onder_ = platform::attach(*windowHandle(), above);
         move(plaats->center() - rect().center());
     }
     show();

@@ -6,7 +6,7 @@
 // Needs the tests to be built: their program shows the effects.
 //
 // Usage: bovenop [--maat=1920x1080] [--seconden=10] [EFFECT...]
-// Effects: regen, zwart, bol, kubus, tunnel, logo.
+// Effects: regen, zwart, or the raw value of a DrieSoort.
 #include <QCoreApplication>
 #include <QProcess>
 #include <QProcessEnvironment>

@@ -173,3 +173,8 @@ bouw() {
   shift
   NINJA_STATUS="[%f/%t] " ninja -C "$map" "$@" 2>&1 | voortgang
 }
+
+# scenes: the raw values of all scenes, from the table.
+scenes() {
+  sed -nE 's/^(VLAK|DRIE)\(([a-z]+),.*/\2/p' worlds/Scenes.def
+}

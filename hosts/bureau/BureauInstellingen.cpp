@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/bureau/BureauInstellingen.h"
 
+#include "hosts/bureau/ZwartSoort.h"
 #include "hosts/gedeeld/Opties.h"
 #include "platform/session/Preferences.h"
 
@@ -13,7 +14,6 @@ const QLatin1String kMuziek("muziek");
 const QLatin1String kFlits("flits");
 const QLatin1String kSoort("soort");
 const QLatin1String kVoorbeeld("voorbeeld");
-const QLatin1String kRegen("regen");
 const QLatin1String kAan("aan");
 const QLatin1String kUit("uit");
 constexpr double kZacht = 0.35;
@@ -66,7 +66,7 @@ void BureauInstellingen::bewaar(const BureauKeuzes& keuzes) {
     winkel->setString(kSnelheid, QString::number(keuzes.snelheid));
     winkel->setString(kMuziek, keuzes.muziek ? kAan : kUit);
     winkel->setString(kFlits, ruweWaarde(keuzes.flits));
-    winkel->setString(kSoort, keuzes.soort ? ruweWaarde(*keuzes.soort) : QString(kRegen));
+    winkel->setString(kSoort, ruweWaarde(keuzes.soort));
     winkel->setString(kVoorbeeld, keuzes.voorbeeld ? kAan : kUit);
     winkel->synchronize();
 }

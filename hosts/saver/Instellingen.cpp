@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "hosts/gedeeld/Signalen.h"
-#include "platform/window/x11/SheetOnWindow.h"
+#include "platform/window/SheetOnWindow.h"
 
 namespace brixtel {
 
@@ -27,7 +27,7 @@ QString toonInstellingen(const Opdracht& opdracht, const ModuleLader& module, in
     platform::DistributedNotificationCenter geenBus{QString()};
     const auto view = module.maak({QPointF(0, 0), QSizeF(opdracht.maat)}, true,
                                   {.clock = klok, .random = toeval, .notifications = geenBus});
-    const auto blad = view->configureSheet();
+    const auto blad = view->hasConfigureSheet() ? view->configureSheet() : nullptr;
     if (!blad) return QStringLiteral("de module BrixtelInstellingen.so ontbreekt");
     if (!opdracht.instellingen.isEmpty()) return schrijf(blad->picture(), opdracht.instellingen);
 
@@ -41,7 +41,7 @@ QString toonInstellingen(const Opdracht& opdracht, const ModuleLader& module, in
     if (opdracht.boven)
         bij.emplace(blad, *opdracht.boven);
     else
-        blad->orderFront(0);
+        blad->orderFront({});
     QCoreApplication::exec();
     blad->onOrderedOut({});
     return {};

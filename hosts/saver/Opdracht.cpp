@@ -5,12 +5,14 @@
 #include <algorithm>
 
 #include "BrixtelSaver/SaverKeuze.h"
+#include "hosts/gedeeld/Opsomming.h"
+#include "platform/window/systems/WindowSystems.h"
 
 namespace brixtel {
 
 namespace {
 
-using Wat = Opdracht::Wat;
+using Taak = Opdracht::Taak;
 
 using Optie = brixtel::Optie<Opdracht>;
 using Gegeven = std::vector<const Optie*>;
@@ -29,18 +31,10 @@ QSize leesMaat(const QString& tekst) {
     return past ? maat : QSize();
 }
 
-std::optional<std::uint32_t> leesVensterId(const QString& tekst) {
-    bool goed = false;
-    const bool hex = tekst.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
-    const auto id = hex ? tekst.mid(2).toUInt(&goed, 16) : tekst.toUInt(&goed, 10);
-    if (!goed || id == 0) return std::nullopt;
-    return id;
-}
-
-QString zetWat(Opdracht& opdracht, Wat wat, QLatin1String naam) {
-    if (opdracht.wat != Wat::Schermvullend && opdracht.wat != wat)
+QString zetTaak(Opdracht& opdracht, Taak taak, QLatin1String naam) {
+    if (opdracht.taak != Taak::Schermvullend && opdracht.taak != taak)
         return QStringLiteral("--%1 gaat niet samen met wat eerder gevraagd is").arg(naam);
-    opdracht.wat = wat;
+    opdracht.taak = taak;
     return {};
 }
 
@@ -50,11 +44,17 @@ QString zetMaat(QSize& doel, const QString& waarde, QLatin1String naam) {
     return QStringLiteral("--%1 wil een maat als 1280x720, niet '%2'").arg(naam, waarde);
 }
 
+QStringList keuzeWoorden() {
+    QStringList woorden;
+    for (const SaverKeuze keuze : alleKeuzes)
+        woorden << ruweWaarde(keuze);
+    return woorden;
+}
+
 QString zetKeuze(Opdracht& opdracht, const QString& waarde) {
     if (!keuzeUitRuw(waarde))
-        return QStringLiteral(
-                   "--keuze kent wisselend, regen, bol, kubus, tunnel en logo, niet '%1'")
-            .arg(waarde);
+        return QStringLiteral("--keuze kent %1, niet '%2'")
+            .arg(opsomming(keuzeWoorden(), QLatin1String("en")), waarde);
     opdracht.keuze = waarde;
     return {};
 }
@@ -73,11 +73,11 @@ QString zetTekenaar(Opdracht& opdracht, const QString& waarde) {
 }
 
 QString zetVensterId(Opdracht& opdracht, const QString& waarde) {
-    opdracht.vensterId = leesVensterId(waarde);
+    opdracht.vensterId = platform::readHost(waarde);
     opdracht.vensterGenoemd = waarde;
     if (!opdracht.vensterId)
         return QStringLiteral("'%1' is geen nummer van een venster").arg(waarde);
-    return zetWat(opdracht, Wat::Gastheer, QLatin1String("window-id"));
+    return zetTaak(opdracht, Taak::Gastheer, QLatin1String("window-id"));
 }
 
 QString zetZaad(Opdracht& opdracht, const QString& waarde) {
@@ -90,14 +90,14 @@ QString zetZaad(Opdracht& opdracht, const QString& waarde) {
 QString zetVenster(Opdracht& opdracht, const QString& waarde) {
     QString fout =
         waarde.isEmpty() ? QString() : zetMaat(opdracht.venster, waarde, QLatin1String("venster"));
-    return fout.isEmpty() ? zetWat(opdracht, Wat::Venster, QLatin1String("venster")) : fout;
+    return fout.isEmpty() ? zetTaak(opdracht, Taak::Venster, QLatin1String("venster")) : fout;
 }
 
 QString zetPlaatje(Opdracht& opdracht, const QString& waarde) {
     opdracht.plaatje = waarde;
     if (!waarde.endsWith(QLatin1String(".png"), Qt::CaseInsensitive))
         return QStringLiteral("--plaatje wil de naam van een .png-bestand, niet '%1'").arg(waarde);
-    return zetWat(opdracht, Wat::Plaatje, QLatin1String("plaatje"));
+    return zetTaak(opdracht, Taak::Plaatje, QLatin1String("plaatje"));
 }
 
 QString zetInstellingen(Opdracht& opdracht, const QString& waarde) {
@@ -105,11 +105,11 @@ QString zetInstellingen(Opdracht& opdracht, const QString& waarde) {
     if (!waarde.isEmpty() && !waarde.endsWith(QLatin1String(".png"), Qt::CaseInsensitive))
         return QStringLiteral("--instellingen wil de naam van een .png-bestand, niet '%1'")
             .arg(waarde);
-    return zetWat(opdracht, Wat::Instellingen, QLatin1String("instellingen"));
+    return zetTaak(opdracht, Taak::Instellingen, QLatin1String("instellingen"));
 }
 
 QString zetBoven(Opdracht& opdracht, const QString& waarde) {
-    opdracht.boven = leesVensterId(waarde);
+    opdracht.boven = platform::readWindow(waarde);
     if (opdracht.boven) return {};
     return QStringLiteral("'%1' is geen nummer van een venster").arg(waarde);
 }
@@ -118,7 +118,7 @@ QString zetVerbindingen(Opdracht& opdracht, const QString& waarde) {
     if (!waarde.isEmpty() && waarde != QLatin1String("json"))
         return QStringLiteral("--verbindingen kent alleen json, niet '%1'").arg(waarde);
     opdracht.json = !waarde.isEmpty();
-    return zetWat(opdracht, Wat::Verbindingen, QLatin1String("verbindingen"));
+    return zetTaak(opdracht, Taak::Verbindingen, QLatin1String("verbindingen"));
 }
 
 QString zetLijnen(Opdracht& opdracht, const QString& waarde) {
@@ -127,10 +127,10 @@ QString zetLijnen(Opdracht& opdracht, const QString& waarde) {
 }
 
 // Makes an option that chooses what to do; `naam` may be short for `voluit`.
-Optie watOptie(QLatin1String naam, Wat wat, QLatin1String voluit = {}) {
+Optie taakOptie(QLatin1String naam, Taak taak, QLatin1String voluit = {}) {
     const QLatin1String gemeld = voluit.isEmpty() ? naam : voluit;
     return {naam, Waarde::Geen, {}, [=](Opdracht& o, const QString&) {
-                return zetWat(o, wat, gemeld);
+                return zetTaak(o, taak, gemeld);
             }};
 }
 
@@ -155,14 +155,14 @@ const std::vector<Optie>& opties() {
     static const QLatin1String maatVorm("^[0-9]+[xX×][0-9]+$");
     static const QLatin1String help("help"), versie("versie"), maat("maat");
     static const std::vector<Optie> alle{
-        watOptie(QLatin1String("root"), Wat::Gastheer),
-        watOptie(QLatin1String("aanmelden"), Wat::Aanmelden),
-        watOptie(QLatin1String("afmelden"), Wat::Afmelden),
-        watOptie(versie, Wat::Versie),
-        watOptie(QLatin1String("version"), Wat::Versie, versie),
-        watOptie(QLatin1String("V"), Wat::Versie, versie),
-        watOptie(help, Wat::Hulp),
-        watOptie(QLatin1String("h"), Wat::Hulp, help),
+        taakOptie(QLatin1String("root"), Taak::Gastheer),
+        taakOptie(QLatin1String("aanmelden"), Taak::Aanmelden),
+        taakOptie(QLatin1String("afmelden"), Taak::Afmelden),
+        taakOptie(versie, Taak::Versie),
+        taakOptie(QLatin1String("version"), Taak::Versie, versie),
+        taakOptie(QLatin1String("V"), Taak::Versie, versie),
+        taakOptie(help, Taak::Hulp),
+        taakOptie(QLatin1String("h"), Taak::Hulp, help),
         vlagOptie(QLatin1String("voorvertoning"), &Opdracht::voorvertoning, kToont | kPlaatje),
         vlagOptie(QLatin1String("meet"), &Opdracht::meet, kToont),
         vlagOptie(QLatin1String("fps"), &Opdracht::fps, kToont),
@@ -194,17 +194,17 @@ Fout fout(const QString& wat) {
 }
 
 // The call as it is asked for, and its bit.
-std::pair<QLatin1String, unsigned> aanroep(Wat wat) {
-    switch (wat) {
-        case Wat::Plaatje:
+std::pair<QLatin1String, unsigned> aanroep(Taak taak) {
+    switch (taak) {
+        case Taak::Plaatje:
             return {QLatin1String("--plaatje"), kPlaatje};
-        case Wat::Instellingen:
+        case Taak::Instellingen:
             return {QLatin1String("--instellingen"), kBlad};
-        case Wat::Verbindingen:
+        case Taak::Verbindingen:
             return {QLatin1String("--verbindingen"), 0};
-        case Wat::Aanmelden:
+        case Taak::Aanmelden:
             return {QLatin1String("--aanmelden"), 0};
-        case Wat::Afmelden:
+        case Taak::Afmelden:
             return {QLatin1String("--afmelden"), 0};
         default:
             return {{}, kToont};
@@ -212,8 +212,8 @@ std::pair<QLatin1String, unsigned> aanroep(Wat wat) {
 }
 
 // What is wrong with an option that belongs to another call than this one.
-QString hoortElders(const Optie& optie, Wat wat) {
-    const auto [naam, bit] = aanroep(wat);
+QString hoortElders(const Optie& optie, Taak taak) {
+    const auto [naam, bit] = aanroep(taak);
     if (optie.bij == 0 || (optie.bij & bit) != 0) return {};
     if (!naam.isEmpty()) return QStringLiteral("--%1 gaat niet samen met %2").arg(optie.naam, naam);
     const bool beide = (optie.bij & kPlaatje) != 0 && (optie.bij & kBlad) != 0;
@@ -225,17 +225,17 @@ QString hoortElders(const Optie& optie, Wat wat) {
 
 // What only shows once everything has been read. Help and version take anything.
 QString controleer(const Opdracht& opdracht, const Gegeven& gegeven) {
-    if (opdracht.wat == Wat::Hulp || opdracht.wat == Wat::Versie) return {};
+    if (opdracht.taak == Taak::Hulp || opdracht.taak == Taak::Versie) return {};
     for (const Optie* optie : gegeven)
-        if (QString mis = hoortElders(*optie, opdracht.wat); !mis.isEmpty()) return mis;
-    if (opdracht.wat == Wat::Plaatje && opdracht.keuze.isEmpty())
+        if (QString mis = hoortElders(*optie, opdracht.taak); !mis.isEmpty()) return mis;
+    if (opdracht.taak == Taak::Plaatje && opdracht.keuze.isEmpty())
         return QStringLiteral("--plaatje vraagt ook om --keuze");
     if (!opdracht.lijnen.isEmpty() && opdracht.keuze != ruweWaarde(SaverKeuze::bol))
         return QStringLiteral("--lijnen gaat alleen samen met --plaatje en --keuze=bol");
     const bool schaalGegeven = std::any_of(gegeven.begin(), gegeven.end(), [](const Optie* optie) {
         return optie->naam == QLatin1String("schaal");
     });
-    if (opdracht.wat == Wat::Instellingen && opdracht.instellingen.isEmpty() && schaalGegeven)
+    if (opdracht.taak == Taak::Instellingen && opdracht.instellingen.isEmpty() && schaalGegeven)
         return QStringLiteral(
             "--schaal gaat alleen samen met --instellingen als die een "
             "BESTAND.png heeft");
@@ -255,13 +255,14 @@ std::variant<Opdracht, Fout> leesOpdracht(const QStringList& argumenten,
     if (!hostVenster.isEmpty()) opdracht.vensterGenoemd.clear();
     // A host that names its window in the environment means the saver to draw
     // there, unless the command line asks for something else altogether.
-    const bool bijGastheer = opdracht.wat == Wat::Gastheer || opdracht.wat == Wat::Schermvullend;
+    const bool bijGastheer =
+        opdracht.taak == Taak::Gastheer || opdracht.taak == Taak::Schermvullend;
     if (bijGastheer && !opdracht.vensterId && !hostVenster.isEmpty()) {
-        opdracht.vensterId = leesVensterId(hostVenster);
+        opdracht.vensterId = platform::readHost(hostVenster);
         if (!opdracht.vensterId)
             return fout(QStringLiteral("XSCREENSAVER_WINDOW is geen nummer van een venster: '%1'")
                             .arg(hostVenster));
-        opdracht.wat = Wat::Gastheer;
+        opdracht.taak = Taak::Gastheer;
     }
     return opdracht;
 }
@@ -288,8 +289,7 @@ Waar:
                          ze afdrukt, in plaats van die van nu
 
 Wat:
-  --keuze=KEUZE          wisselend, regen, bol, kubus, tunnel of logo; alleen
-                         voor deze keer, er wordt niets bewaard
+  --keuze=KEUZE          %1
   --voorvertoning        in de kwaliteit van een klein voorbeeld
   --tekenaar=WELKE       gl, cpu of auto (auto)
   --seconden=N           houdt na N seconden vanzelf op
@@ -307,7 +307,10 @@ Verder:
   --afmelden             haalt Brixtel uit die lijst
   --versie, -V           het versienummer
   --help, -h             deze tekst
-)");
+)")
+        .arg(vouw(opsomming(keuzeWoorden(), QLatin1String("of")) +
+                      QStringLiteral("; alleen voor deze keer, er wordt niets bewaard"),
+                  kHulpKolom));
 }
 
 }  // namespace brixtel

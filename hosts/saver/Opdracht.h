@@ -9,6 +9,7 @@
 #include <variant>
 
 #include "hosts/gedeeld/Opties.h"
+#include "platform/window/WindowOptions.h"
 #include "platform/window/WindowServer.h"
 
 namespace brixtel {
@@ -16,7 +17,7 @@ namespace brixtel {
 // What the user asked the program to do: its command line and the environment,
 // read and checked.
 struct Opdracht {
-    enum class Wat {
+    enum class Taak {
         Schermvullend,
         Venster,
         Gastheer,  // in a host's window
@@ -28,16 +29,16 @@ struct Opdracht {
         Versie,
         Hulp,
     };
-    Wat wat = Wat::Schermvullend;
+    Taak taak = Taak::Schermvullend;
 
-    QSize venster{1280, 720};                // points
-    std::optional<std::uint32_t> vensterId;  // the host's; none means the root window
-    QString vensterGenoemd;      // as it was typed; empty with a host behind it
-    bool voorvertoning = false;              // asked for; a small host's window has it anyway
-    QString keuze;                           // a raw value; empty for the stored one
+    QSize venster{1280, 720};                    // points
+    std::optional<platform::HostRef> vensterId;  // the host's; none means the whole screen
+    QString vensterGenoemd;                      // as it was typed; empty with a host behind it
+    bool voorvertoning = false;                  // asked for; a small host's window has it anyway
+    QString keuze;                               // a raw value; empty for the stored one
 
-    QString instellingen;                // the file for a picture of the sheet; empty to show it
-    std::optional<std::uint32_t> boven;  // the window that the sheet belongs to
+    QString instellingen;  // the file for a picture of the sheet; empty to show it
+    std::optional<platform::WindowRef> boven;  // the window that the sheet belongs to
 
     QString plaatje;         // the file
     QSize maat{1920, 1080};  // points

@@ -4,7 +4,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
-#include <QPainter>
 #include <QSaveFile>
 #include <algorithm>
 #include <array>
@@ -13,33 +12,21 @@
 
 #include "connections/Overzicht.h"
 #include "hosts/saver/Reden.h"
-#include "platform/render/OffscreenPicture.h"
-#include "platform/render/SceneSnapshot.h"
-#include "platform/render/cpu/CpuDrawer.h"
+#include "platform/render/gl/OffscreenPicture.h"
 #include "platform/session/DistributedNotificationCenter.h"
 #include "platform/time/MediaClock.h"
 #include "platform/view/FrameBuilder.h"
+#include "platform/window/PicturePainter.h"
 #include "worlds/DrieWereld.h"
 
 namespace brixtel {
 
 namespace {
 
-// Of a file with lines, by which an endless one is told from one that is none.
+// The most that is read of a file with lines: one may be endless.
 constexpr qint64 kMeesteBytes = 16 << 20;
+constexpr QLatin1String kGeenBeeld("er is geen OpenGL, of geen geheugen voor zo'n beeld");
 constexpr platform::Rgba kZwart{0.0F, 0.0F, 0.0F, 1.0F};
-
-// Lays the scene into the picture, at full quality.
-bool tekenScene(const platform::SceneFrame& scene, const platform::PixelGrid& raster,
-                QImage& beeld) {
-    const auto snapshot = platform::SceneSnapshot::create();
-    if (!snapshot || !scene.hasScene) return false;
-    const QImage deel = snapshot->picture(scene.list, scene.frame.size(), raster.scale,
-                                          {.samples = std::max(scene.sampleCount, 4)});
-    if (deel.isNull()) return false;
-    QPainter(&beeld).drawImage(raster.snap(scene.frame).topLeft(), deel);
-    return true;
-}
 
 // Layers are drawn with OpenGL where that is asked for, and on the CPU otherwise,
 // which gives the same picture on every machine.
@@ -51,17 +38,17 @@ std::optional<QImage> teken(const platform::Frame& frame, platform::DrawerChoice
     }
     QImage beeld(frame.grid.size, QImage::Format_ARGB32_Premultiplied);
     if (beeld.isNull()) return std::nullopt;
-    platform::CpuDrawer cpu;
+    // A view that is to show a scene and has none shows no picture of itself.
+    const bool mist = std::any_of(frame.passes.begin(), frame.passes.end(), [](const auto& pas) {
+        return pas.scene.isShown && !pas.scene.hasScene;
+    });
+    platform::PicturePainter schilder({.still = true});
     const std::array alles{beeld.rect()};
-    std::optional<platform::Rgba> onder = kZwart;
-    for (const platform::FramePass& pas : frame.passes) {
-        if (pas.scene.isShown && !tekenScene(pas.scene, frame.grid, beeld)) return std::nullopt;
-        cpu.draw(pas.layers, frame.grid, alles, onder,
-                 {.pixels = reinterpret_cast<std::uint32_t*>(beeld.bits()),
-                  .stride = static_cast<int>(beeld.bytesPerLine() / 4),
-                  .size = beeld.size()});
-        onder.reset();
-    }
+    if (mist || !schilder.paint(frame, alles,
+                                {.pixels = reinterpret_cast<std::uint32_t*>(beeld.bits()),
+                                 .stride = static_cast<int>(beeld.bytesPerLine() / 4),
+                                 .size = beeld.size()}))
+        return std::nullopt;
     return beeld;
 }
 
@@ -81,30 +68,34 @@ QString leg(platform::View& view, const Opdracht& opdracht, double nu) {
     frame.grid = {.scale = opdracht.schaal,
                   .size = {static_cast<int>(std::ceil(maat.width() * opdracht.schaal)),
                            static_cast<int>(std::ceil(maat.height() * opdracht.schaal))}};
+    frame.background = kZwart;
     platform::FrameBuilder(frame, nu).add(view);
     const auto beeld = teken(frame, opdracht.tekenaar);
-    if (!beeld) return QStringLiteral("er is geen OpenGL, of geen geheugen voor zo'n beeld");
+    if (!beeld) return kGeenBeeld;
     return schrijf(*beeld, opdracht.plaatje);
 }
 
-// The globe with the lines of a file in place of those of this machine.
-QString bolMetLijnen(const Opdracht& opdracht, platform::ManualClock& klok,
-                     platform::RandomSource& toeval) {
-    QFile bestand(opdracht.lijnen);
-    const bool isMap = QFileInfo(opdracht.lijnen).isDir();
-    if (isMap || !bestand.open(QIODevice::ReadOnly))
-        return QStringLiteral("'%1' is niet te lezen: %2")
-            .arg(opdracht.lijnen, reden(isMap ? EISDIR : errno));
-    const auto lijnen = leesJson(bestand.read(kMeesteBytes));
-    if (!lijnen)
-        return QStringLiteral("'%1' bevat geen lijnen als die van --verbindingen=json")
-            .arg(opdracht.lijnen);
-    DrieWereld wereld(DrieSoort::bol, {.groot = !opdracht.voorvertoning, .eigenLijnen = true},
+// A scene in 3D, and the globe with the lines of a file where the command names one.
+QString legWereld(DrieSoort soort, const Opdracht& opdracht, platform::MediaClock& klok,
+                  platform::RandomSource& toeval) {
+    const bool eigenLijnen = !opdracht.lijnen.isEmpty();
+    DrieWereld wereld(soort, {.groot = !opdracht.voorvertoning, .eigenLijnen = eigenLijnen},
                       {.klok = klok, .toeval = toeval});
-    wereld.zetLijnen(*lijnen);
-    const auto view = wereld.maakView({QPointF(0, 0), QSizeF(opdracht.maat)});
-    klok.advance(opdracht.na);
-    return leg(*view, opdracht, klok.now());
+    if (eigenLijnen) {
+        QFile bestand(opdracht.lijnen);
+        const bool isMap = QFileInfo(opdracht.lijnen).isDir();
+        if (isMap || !bestand.open(QIODevice::ReadOnly))
+            return QStringLiteral("'%1' is niet te lezen: %2")
+                .arg(opdracht.lijnen, reden(isMap ? EISDIR : errno));
+        const auto lijnen = leesJson(bestand.read(kMeesteBytes));
+        if (!lijnen)
+            return QStringLiteral("'%1' bevat geen lijnen als die van --verbindingen=json")
+                .arg(opdracht.lijnen);
+        wereld.zetLijnen(*lijnen);
+    }
+    const QImage beeld = wereld.plaatje(
+        {.maat = QSizeF(opdracht.maat), .na = opdracht.na, .schaal = opdracht.schaal});
+    return beeld.isNull() ? QString(kGeenBeeld) : schrijf(beeld, opdracht.plaatje);
 }
 
 }  // namespace
@@ -113,7 +104,8 @@ QString maakPlaatje(const Opdracht& opdracht, const ModuleLader& module) {
     platform::ManualClock klok;
     auto toeval = opdracht.zaad ? platform::RandomSource(*opdracht.zaad)
                                 : platform::RandomSource::fromSystem();
-    if (!opdracht.lijnen.isEmpty()) return bolMetLijnen(opdracht, klok, toeval);
+    if (const auto soort = soortUitRuw(opdracht.keuze))
+        return legWereld(*soort, opdracht, klok, toeval);
     platform::DistributedNotificationCenter geenBus{QString()};
     const auto view = module.maak({QPointF(0, 0), QSizeF(opdracht.maat)}, opdracht.voorvertoning,
                                   {.clock = klok, .random = toeval, .notifications = geenBus});

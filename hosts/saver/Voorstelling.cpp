@@ -26,11 +26,11 @@ Voorstelling::Voorstelling(const Opdracht& opdracht, const ModuleLader& module,
       context_(context),
       // This program once more.
       instellingen_(QCoreApplication::applicationFilePath(), bus, InstellingenProces::Einde::Mee) {
-    switch (opdracht.wat) {
-        case Opdracht::Wat::Venster:
+    switch (opdracht.taak) {
+        case Opdracht::Taak::Venster:
             toonVenster();
             break;
-        case Opdracht::Wat::Gastheer:
+        case Opdracht::Taak::Gastheer:
             toonBijGastheer();
             break;
         default:
@@ -60,7 +60,7 @@ void Voorstelling::toonInstellingen(const Window& bij) {
     if (instellingen_.isOpen()) return;
     bladIsOpen(true);
     const QStringList argumenten{QStringLiteral("--instellingen"),
-                                 QStringLiteral("--boven=%1").arg(bij.xWindow())};
+                                 QStringLiteral("--boven=%1").arg(bij.reference().text)};
     instellingen_.toon(argumenten, [this](bool goed) {
         bladIsOpen(false);
         if (!goed) return;
@@ -73,7 +73,7 @@ void Voorstelling::toonInstellingen(const Window& bij) {
 void Voorstelling::bladIsOpen(bool open) {
     for (const Doek& doek : doeken_) {
         doek.view->setMuisTelt(!open);
-        if (opdracht_.wat == Opdracht::Wat::Schermvullend) doek.venster->setCursorHidden(!open);
+        if (opdracht_.taak == Opdracht::Taak::Schermvullend) doek.venster->setCursorHidden(!open);
     }
 }
 
@@ -142,7 +142,7 @@ void Voorstelling::toonVenster() {
 void Voorstelling::toonBijGastheer() {
     Doek doek{.scherm = {},
               .venster = std::make_unique<Window>(
-                  server_, platform::HostWindow{.id = opdracht_.vensterId.value_or(0)}),
+                  server_, opdracht_.vensterId.value_or(platform::HostRef{})),
               .view = nullptr};
     const QSizeF maat = doek.venster->frame().size();
     zonderVenster_ = maat.isEmpty();

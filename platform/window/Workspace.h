@@ -6,7 +6,7 @@
 #include <functional>
 #include <optional>
 
-#include "platform/view/Observers.h"
+#include "platform/time/Observers.h"
 
 namespace platform {
 

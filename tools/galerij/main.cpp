@@ -20,6 +20,18 @@ struct Opdracht {
     QByteArray schaal;  // empty where it was not asked for
 };
 
+QVariantList scenes() {
+    QVariantList lijst;
+    const auto voeg = [&](QString ruw) {
+        const QString waarde = ruw;
+        ruw[0] = ruw[0].toUpper();
+        lijst << QVariantMap{{QStringLiteral("waarde"), waarde}, {QStringLiteral("label"), ruw}};
+    };
+#define DRIE(ruw, ...) voeg(QStringLiteral(#ruw));
+#include "worlds/Scenes.def"
+    return lijst;
+}
+
 int meld(const QString& wat) {
     std::fprintf(stderr, "galerij: %s\n", qUtf8Printable(wat));
     return 1;
@@ -120,6 +132,7 @@ int main(int argc, char** argv) {
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Galerij"));
     QQuickView venster;
     brixtel::bxBereid(*venster.engine());
+    venster.setInitialProperties({{QStringLiteral("scenes"), scenes()}});
     venster.setSource(QUrl(QStringLiteral("qrc:/galerij/Galerij.qml")));
     if (venster.status() != QQuickView::Ready)
         return meld(QStringLiteral("de bediening is niet te laden"));

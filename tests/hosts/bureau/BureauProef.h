@@ -15,6 +15,7 @@
 #include "tests/desktop/Werkruimte.h"
 #include "tests/support/DBusDaemon.h"
 #include "tests/support/Until.h"
+#include "tests/support/WindowSystems.h"
 
 namespace brixtel {
 
@@ -33,7 +34,7 @@ class BureauProef : public testing::Test {
 
     // Without a display unless told of one; empty is the environment's.
     explicit BureauProef(const QString& display = QStringLiteral(":none"))
-        : server(klok, {.drawer = {}, .display = display}) {}
+        : server(klok, {.drawer = {}, .system = systemOn(klok, display)}) {}
     void SetUp() override {
         qputenv("XDG_CONFIG_HOME", map.path().toLocal8Bit());
         begin();
@@ -97,7 +98,7 @@ class BureauOpDeBus : public BureauProef {
     int gestopt = 0;
     int getoond = 0;
     QString paneelMis;
-    std::optional<BusPoort> poort;
+    std::optional<BusAansluiting> aansluiting;
     std::optional<Beller> beller;
 
     // Puts what is tested on the bus, before it has its name.
@@ -106,14 +107,14 @@ class BureauOpDeBus : public BureauProef {
     void SetUp() override {
         BureauProef::SetUp();
         ASSERT_FALSE(bus.address().isEmpty());
-        poort.emplace(echteKlok, bus.address());
+        aansluiting.emplace(echteKlok, bus.address());
         bied({.stop = [this] { ++gestopt; },
               .toonPaneel =
                   [this] {
                       ++getoond;
                       return paneelMis;
                   }});
-        ASSERT_TRUE(poort->neemNaam(kDienstNaam));
+        ASSERT_TRUE(aansluiting->neemNaam(kDienstNaam));
         beller.emplace(bus.address());
     }
 };

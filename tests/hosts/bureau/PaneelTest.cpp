@@ -11,6 +11,7 @@
 #include "tests/hosts/gedeeld/NepSaver.h"
 #include "tests/support/GeluidServer.h"
 #include "tests/support/KlikSpoor.h"
+#include "tests/support/WindowSystems.h"
 
 using namespace brixtel;
 
@@ -32,7 +33,7 @@ TEST_F(OpHetPaneel, EveryControlHasItsNameAndItsState) {
     EXPECT_TRUE(vind(QAccessible::Slider, "Snelheid"));
     EXPECT_TRUE(vind(QAccessible::Button, "Toon nu"));
     EXPECT_TRUE(vind(QAccessible::Button, "Open de instellingen"));
-    EXPECT_TRUE(vind(QAccessible::RadioButton, "Bol", kScenes));
+    EXPECT_TRUE(vind(QAccessible::RadioButton, "BOL", kScenes));
     EXPECT_TRUE(vind(QAccessible::RadioButton, "Wisselend", kSaver));
     EXPECT_TRUE(vind(QAccessible::ProgressBar, "Niveau"));
     EXPECT_TRUE(vind(QAccessible::Indicator, "Maat"));
@@ -103,16 +104,18 @@ TEST_F(OpHetPaneel, WhatASliderWasDraggedToIsKeptWhenThePanelCloses) {
 }
 
 TEST_F(OpHetPaneel, TheSceneIsChosenKeptAndShown) {
-    druk(QAccessible::RadioButton, "Kubus", kScenes);
+    druk(QAccessible::RadioButton, "KUBUS", kScenes);
     EXPECT_EQ(nu().keuzes.soort, DrieSoort::kubus);
     EXPECT_EQ(BureauInstellingen::lees().soort, DrieSoort::kubus);
-    EXPECT_TRUE(isGekozen("Kubus", kScenes));
+    EXPECT_TRUE(isGekozen("KUBUS", kScenes));
+    EXPECT_EQ(item("soortUitleg")->property("tekst").toString(),
+              QStringLiteral("Een kubus van 343 nullen en enen die omspringen en golven."));
     druk(QAccessible::Button, "Toon nu");
     EXPECT_TRUE(nu().zwart);
     EXPECT_EQ(nu().soort, DrieSoort::kubus);
     schakel("Zwart scherm");
     EXPECT_FALSE(nu().zwart);
-    druk(QAccessible::RadioButton, "Regen", kScenes);
+    druk(QAccessible::RadioButton, "REGEN", kScenes);
     klok.advance(0.15);
     EXPECT_EQ(BureauInstellingen::lees().soort, std::nullopt);
     schakel("Zwart scherm");
@@ -427,7 +430,7 @@ TEST(PaneelGeluid, TheLevelAndTheBeatAreThoseOfWhatIsPlayed) {
     platform::SystemClock klok;
     platform::RandomSource toeval{3};
     Werkruimte werkruimte;
-    platform::WindowServer server{klok, {.drawer = {}, .display = QStringLiteral(":none")}};
+    platform::WindowServer server{klok, {.drawer = {}, .system = withoutSystem(klok)}};
     Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval},
                   {.server = geluid.adres()});
     bureau.zetKeuzes({.muziek = true});
