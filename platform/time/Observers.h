@@ -11,8 +11,8 @@ namespace platform {
 // Being told of something; dropping it ends that, also from inside the action.
 using Observation = std::shared_ptr<void>;
 
-// Those who are told, in the order in which they came. An action may add and
-// drop observers, the list's owner included. Main thread.
+// A list of observers, told in the order in which they came. An action may add
+// and drop observers, the list's owner included. Main thread.
 template <typename... Told>
 class Observers {
   public:

@@ -5,7 +5,7 @@
 #include <functional>
 #include <optional>
 
-#include "platform/view/Observers.h"
+#include "platform/time/Observers.h"
 #include "platform/window/Workspace.h"
 
 namespace platform {

@@ -39,8 +39,8 @@ class Surface {
     // Waits until the window shows it.
     virtual Result finish() = 0;
 
-    // What drew the last frame, and at which rung of the quality ladder, as
-    // WindowStatistics has it.
+    // The drawer of the last frame, and its rung of the quality ladder, as in
+    // WindowStatistics.
     [[nodiscard]] virtual const QString& drawer() const = 0;
     [[nodiscard]] virtual int rung() const { return 0; }
 

@@ -123,7 +123,7 @@ Rectangle {
             BXRij { width: parent.width; titel: "Zonder schakelaar"; status: "Wereldbol"; aan: true; schakelbaar: false; onWissel: open = !open }
             BXRij { width: parent.width; titel: "Een titel die te lang is voor één regel in dit paneel"; status: "en een toestand die dat ook is"; onWissel: open = !open }
             BXRij { width: parent.width; objectName: "hulp"; titel: "Met hulp bij de pijl"; status: "uit"; onWissel: open = !open }
-            // Where the help falls.
+            // Room for the help text.
             Item { width: 1; height: 20 }
         }
         Vak {

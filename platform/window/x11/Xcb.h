@@ -97,7 +97,7 @@ class XConnection {
     mutable std::map<std::string, xcb_atom_t, std::less<>> atoms_;
 };
 
-// What there is to know of a window before drawing in it.
+// The properties of a window that drawing in it needs.
 struct WindowLook {
     int width = 0, height = 0;  // pixels
     int depth = 0;
