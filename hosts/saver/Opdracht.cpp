@@ -158,6 +158,7 @@ const std::vector<Optie>& opties() {
         taakOptie(QLatin1String("root"), Taak::Gastheer),
         taakOptie(QLatin1String("aanmelden"), Taak::Aanmelden),
         taakOptie(QLatin1String("afmelden"), Taak::Afmelden),
+        taakOptie(QLatin1String("hervat"), Taak::Hervat),
         taakOptie(versie, Taak::Versie),
         taakOptie(QLatin1String("version"), Taak::Versie, versie),
         taakOptie(QLatin1String("V"), Taak::Versie, versie),
@@ -206,6 +207,8 @@ std::pair<QLatin1String, unsigned> aanroep(Taak taak) {
             return {QLatin1String("--aanmelden"), 0};
         case Taak::Afmelden:
             return {QLatin1String("--afmelden"), 0};
+        case Taak::Hervat:
+            return {QLatin1String("--hervat"), 0};
         default:
             return {{}, kToont};
     }
@@ -305,6 +308,8 @@ Verder:
   --verbindingen[=json]  met welke landen deze machine nu verbonden is
   --aanmelden            zet Brixtel in de lijst van xscreensaver
   --afmelden             haalt Brixtel uit die lijst
+  --hervat               laat de schermvullende saver van dit scherm ophouden,
+                         als er een loopt
   --versie, -V           het versienummer
   --help, -h             deze tekst
 )")

@@ -26,6 +26,7 @@ struct Opdracht {
         Verbindingen,
         Aanmelden,
         Afmelden,
+        Hervat,
         Versie,
         Hulp,
     };

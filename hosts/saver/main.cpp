@@ -2,6 +2,7 @@
 // The host adapter: reads its command line, loads the saver module and shows it.
 #include <QFile>
 #include <QGuiApplication>
+#include <chrono>
 #include <cstdio>
 #include <optional>
 
@@ -11,6 +12,7 @@
 #include "hosts/gedeeld/Signalen.h"
 #include "hosts/saver/Aanmelding.h"
 #include "hosts/saver/Instellingen.h"
+#include "hosts/saver/LopendeSaver.h"
 #include "hosts/saver/Meting.h"
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
@@ -69,6 +71,19 @@ int bericht(const brixtel::Bericht& bericht) {
 int meldAan(const QString& thuis) {
     const QString eigen = QFile::symLinkTarget(QStringLiteral("/proc/self/exe"));
     return bericht(brixtel::meldAan(thuis, brixtel::opdrachtVoorGastheer(eigen)));
+}
+
+// The display that a saver would show on now.
+QString schermNaam() {
+    const QString wayland = qEnvironmentVariable("WAYLAND_DISPLAY");
+    return wayland.isEmpty() ? qEnvironmentVariable("DISPLAY") : wayland;
+}
+
+int hervat() {
+    constexpr std::chrono::seconds kGeduld{5};
+    brixtel::LopendeSaver saver(qEnvironmentVariable("XDG_RUNTIME_DIR"), schermNaam());
+    const QString mis = saver.beeindig(kGeduld);
+    return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
 int plaatje(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
@@ -209,11 +224,16 @@ int main(int argc, char** argv) {
             return verbindingen(opdracht.json);
         case Opdracht::Taak::Aanmelden:
             return meldAan(qEnvironmentVariable("HOME"));
+        case Opdracht::Taak::Hervat:
+            return hervat();
         case Opdracht::Taak::Afmelden:
             return bericht(brixtel::meldAf(qEnvironmentVariable("HOME")));
         default:
             break;
     }
+    brixtel::LopendeSaver lopend(qEnvironmentVariable("XDG_RUNTIME_DIR"), schermNaam());
+    if (opdracht.taak == Opdracht::Taak::Schermvullend && !lopend.neem())
+        return meldNaam(QStringLiteral("er loopt er al een op dit scherm"), 0);
     brixtel::Signalen::negeerOpnieuw();
     // Qt gets no arguments: it would take those that are named as its own options.
     int geen = 1;

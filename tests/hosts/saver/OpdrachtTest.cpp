@@ -192,6 +192,13 @@ TEST(Opdracht, ANumberTakesACommaAsWellAsAPoint) {
         EXPECT_FALSE(mis(woorden(regel)).isEmpty()) << regel;
 }
 
+TEST(Opdracht, ResumingEndsTheOneThatRuns) {
+    EXPECT_EQ(goed(woorden("--hervat")).taak, Taak::Hervat);
+    EXPECT_EQ(goed(woorden("--hervat"), QStringLiteral("5")).taak, Taak::Hervat);
+    EXPECT_FALSE(mis(woorden("--hervat --keuze=bol")).isEmpty());
+    EXPECT_FALSE(mis(woorden("--hervat --venster")).isEmpty());
+}
+
 TEST(Opdracht, ATypingErrorIsAnsweredWithTheNearestOption) {
     const std::pair<const char*, const char*> paren[] = {{"--keuz=bol", "keuze"},
                                                          {"-venstre", "venster"},
