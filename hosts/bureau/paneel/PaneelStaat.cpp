@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/bureau/paneel/PaneelStaat.h"
+#include "hosts/bureau/Autostart.h"
 
+#include <QCoreApplication>
 #include <cmath>
 #include <utility>
 
@@ -134,6 +136,27 @@ void PaneelStaat::zetVoorbeeld(bool aan) {
 
 void PaneelStaat::zetMuziek(bool aan) {
     kies(&BureauKeuzes::muziek, aan);
+}
+
+QVariantList PaneelStaat::flitsen() const {
+    QVariantList lijst;
+    for (const Flits een : {Flits::gewoon, Flits::zacht, Flits::uit})
+        lijst << optie(ruweWaarde(een));
+    return lijst;
+}
+
+void PaneelStaat::zetFlits(const QString& flits) {
+    if (const auto gekozen = flitsUitRuw(flits)) kies(&BureauKeuzes::flits, *gekozen);
+}
+
+bool PaneelStaat::autostart() const {
+    return Autostart::isAan();
+}
+
+// Told in any case: what cannot be written has not come about.
+void PaneelStaat::zetAutostart(bool aan) {
+    (void)Autostart::zet(aan, QCoreApplication::applicationFilePath());
+    Q_EMIT autostartChanged();
 }
 
 void PaneelStaat::zetSaver(const QString& keuze) {

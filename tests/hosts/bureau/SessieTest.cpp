@@ -254,6 +254,9 @@ TEST_F(Sessie, ItStartsWithTheSessionIfAsked) {
     const QString tekst = QString::fromUtf8(ingang.readAll());
     const QString regel = tekst.section(QStringLiteral("\nExec="), 1).section(u'\n', 0, 0);
     EXPECT_EQ(regel, QStringLiteral("\"" BRIXTEL_BUILD_DIR "/bin/brixtel-bureau\" --dienst"));
+    // It goes with the program.
+    EXPECT_TRUE(
+        tekst.contains(QStringLiteral("\nTryExec=" BRIXTEL_BUILD_DIR "/bin/brixtel-bureau\n")));
     // Nothing was started for it.
     EXPECT_EQ(draai("--stand").uitgang, 1);
     EXPECT_EQ(draai("--autostart=uit").uitgang, 0);
