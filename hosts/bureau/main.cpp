@@ -189,7 +189,6 @@ std::optional<int> alsKlant(int argc, char** argv, const QString& bus,
 
 int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht& opdracht) {
     platform::chooseQtScreens(platform::QtScreens::Session);
-    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     const QGuiApplication app(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("brixtel-bureau"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Brixtel"));
@@ -233,6 +232,7 @@ int main(int argc, char** argv) {
         std::puts("brixtel-bureau " BRIXTEL_VERSION);
         return 0;
     }
+    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     // Qt gets no arguments: it would take those that are named as its own options.
     int geen = 1;
     if (opdracht.autostart) {

@@ -183,7 +183,6 @@ int start(int argc, char** argv, const Opdracht& opdracht) {
     if (scherm && !scherm->isReachable()) return meldNaam(QString::fromUtf8(kGeenScherm), kFout);
     kiesPlatform(opdracht);
     const QString bus = neemBus(opdracht);
-    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     const auto toepassing = maakToepassing(argc, argv, opdracht);
     if (!toepassing)
         return meldNaam(QStringLiteral("de module BrixtelInstellingen.so ontbreekt"), kFout);
@@ -213,6 +212,7 @@ int main(int argc, char** argv) {
     if (const auto* fout = std::get_if<brixtel::Fout>(&gelezen))
         return brixtel::meld(fout->regel, kVerkeerdGebruik);
     const auto& opdracht = std::get<Opdracht>(gelezen);
+    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     switch (opdracht.taak) {
         case Opdracht::Taak::Hulp:
             std::fputs(qUtf8Printable(brixtel::hulpTekst()), stdout);
