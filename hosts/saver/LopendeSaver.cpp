@@ -5,7 +5,7 @@
 #include <poll.h>
 #include <signal.h>
 #include <sys/file.h>
-#include <sys/pidfd.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <QByteArray>
@@ -15,6 +15,14 @@
 namespace brixtel {
 
 namespace {
+
+// The C library's header has these for C alone.
+int openProces(pid_t wie) {
+    return static_cast<int>(syscall(SYS_pidfd_open, wie, 0));
+}
+bool stuur(int proces, int signaal) {
+    return syscall(SYS_pidfd_send_signal, proces, signaal, nullptr, 0) == 0;
+}
 
 // The number of the process that wrote it; 0 for none.
 pid_t nummerIn(int bestand) {
@@ -54,13 +62,13 @@ bool LopendeSaver::neem() {
 QString LopendeSaver::beeindig(std::chrono::milliseconds geduld) {
     if (!open() || flock(bestand_, LOCK_EX | LOCK_NB) == 0) return {};
     const pid_t wie = nummerIn(bestand_);
-    const int proces = wie > 1 ? pidfd_open(wie, 0) : -1;
+    const int proces = wie > 1 ? openProces(wie) : -1;
     // It may have ended just now.
     if (proces < 0) return {};
     // Its number may be another's by now, unless the lock is still held.
     const bool isHet = flock(bestand_, LOCK_EX | LOCK_NB) != 0;
     pollfd einde{.fd = proces, .events = POLLIN, .revents = 0};
-    const bool weg = !isHet || (pidfd_send_signal(proces, SIGTERM, nullptr, 0) == 0 &&
+    const bool weg = !isHet || (stuur(proces, SIGTERM) &&
                                 poll(&einde, 1, static_cast<int>(geduld.count())) == 1);
     close(proces);
     return weg ? QString() : QStringLiteral("de schermbeveiliging houdt niet op");
