@@ -36,7 +36,7 @@ pid_t nummerIn(int bestand) {
 LopendeSaver::LopendeSaver(const QString& map, const QString& scherm) {
     static const QRegularExpression vreemd(QStringLiteral("[^A-Za-z0-9.-]"));
     const QString naam = QString(scherm).replace(vreemd, QStringLiteral("_"));
-    if (!map.isEmpty()) pad_ = QFile::encodeName(map + QStringLiteral("/brixtel-saver") + naam);
+    if (!map.isEmpty()) pad_ = QFile::encodeName(map + QStringLiteral("/brixtel-saver-") + naam);
 }
 
 LopendeSaver::~LopendeSaver() {

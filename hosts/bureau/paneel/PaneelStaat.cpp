@@ -140,8 +140,9 @@ void PaneelStaat::zetMuziek(bool aan) {
 
 QVariantList PaneelStaat::flitsen() const {
     QVariantList lijst;
-    for (const Flits een : {Flits::gewoon, Flits::zacht, Flits::uit})
-        lijst << optie(ruweWaarde(een));
+    lijst << optie(ruweWaarde(Flits::gewoon), QStringLiteral("Gewoon"))
+          << optie(ruweWaarde(Flits::zacht), QStringLiteral("Zacht"))
+          << optie(ruweWaarde(Flits::uit), QStringLiteral("Uit"));
     return lijst;
 }
 

@@ -9,6 +9,7 @@
 
 #include "controls/BX.h"
 #include "platform/window/ScreenSpace.h"
+#include "platform/window/WindowSystem.h"
 #include "platform/window/systems/DialogFrame.h"
 
 namespace brixtel {

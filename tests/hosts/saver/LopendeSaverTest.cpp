@@ -90,7 +90,7 @@ TEST_F(Lopend, WhereNoneRunsNothingHappens) {
         pause();
         _exit(0);
     }
-    QFile bestand(map.filePath(QStringLiteral("brixtel-saver_7_x")));
+    QFile bestand(map.filePath(QStringLiteral("brixtel-saver-_7_x")));
     ASSERT_TRUE(bestand.open(QIODevice::WriteOnly));
     bestand.write(QByteArray::number(vreemde));
     bestand.close();
