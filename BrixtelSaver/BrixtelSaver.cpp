@@ -2,9 +2,11 @@
 #include "BrixtelSaver/BrixtelSaver.h"
 
 #include <QPainter>
+#include <cmath>
 #include <vector>
 
 #include "BrixtelSaver/InstellingenModule.h"
+#include "BrixtelSaver/Opkomst.h"
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "platform/window/Screen.h"
 #include "platform/window/Window.h"
@@ -18,6 +20,15 @@ constexpr double kWisselTijd = 60.0;  // seconds
 constexpr int kBeeldenKlein = 30;
 // A window that is being dragged larger gets its new rain once it rests.
 constexpr double kMaatRust = 0.15;
+// Where a display's scale is not whole, a window learns its size in points only once it is
+// shown: until then it is rounded.
+constexpr double kAfronding = 1.0;
+
+bool isOngeveer(QSizeF een, QSizeF ander) {
+    return std::abs(een.width() - ander.width()) < kAfronding &&
+           std::abs(een.height() - ander.height()) < kAfronding;
+}
+
 const QLatin1String kStopt("com.apple.screensaver.willstop");
 
 }  // namespace
@@ -62,11 +73,25 @@ void BrixtelSaverView::draw(QPainter& painter, const QRectF& dirty) {
 std::shared_ptr<platform::Sheet> BrixtelSaverView::configureSheet() {
     instellingen_ =
         maakInstellingenVenster([zelf = std::weak_ptr<BrixtelSaverView*>(zelf_)](SaverKeuze keuze) {
-            SaverInstellingen::zetKeuze(keuze);
             const auto view = zelf.lock();
-            if (view && (*view)->nu_) (*view)->toon(keuze);
+            if (!view) return SaverInstellingen::zetKeuze(keuze);
+            (*view)->gekozen_ = keuze;
+            (*view)->kies(keuze);
         });
     return instellingen_;
+}
+
+void BrixtelSaverView::kies(SaverKeuze keuze) {
+    SaverInstellingen::zetKeuze(keuze);
+    if (nu_) toon(keuze);
+}
+
+QString BrixtelSaverView::pickedInSheet() const {
+    return gekozen_ ? ruweWaarde(*gekozen_) : QString();
+}
+
+void BrixtelSaverView::takePick(const QString& pick) {
+    if (const auto keuze = keuzeUitRuw(pick)) kies(*keuze);
 }
 
 std::shared_ptr<platform::Sheet> BrixtelSaverView::maakInstellingenVenster(Klaar klaar) {
@@ -97,13 +122,24 @@ void BrixtelSaverView::wissel() {
 }
 
 void BrixtelSaverView::laat(SaverKeuze keuze) {
-    weg();
+    const bool regent = keuze == SaverKeuze::regen || geenDrie_;
+    const bool eerste = !huidige_;
+    // Where it rains in place of every scene, the rain goes on.
+    if (!regent || !regen()) weg();
     huidige_ = keuze;
+    if (regen()) return;
     const auto soort = soortUitRuw(ruweWaarde(keuze));
-    if (keuze == SaverKeuze::regen || geenDrie_)
+    if (regent)
         toonTafereel(std::nullopt);
     else if (soort)
         toonTafereel(soort);
+    if (!eerste) toonOpkomst();
+}
+
+void BrixtelSaverView::toonOpkomst() {
+    opkomst_ = std::make_shared<Opkomst>(bounds(), context().clock);
+    opkomst_->setAutoresizingMask(WidthSizable | HeightSizable);
+    addSubview(opkomst_);
 }
 
 MatrixRegenOpties BrixtelSaverView::regenOpties() const {
@@ -130,13 +166,14 @@ void BrixtelSaverView::toonTafereel(std::optional<DrieSoort> soort) {
 
 void BrixtelSaverView::weg() {
     nieuweMaat_ = platform::Timer();
+    if (opkomst_) opkomst_->removeFromSuperview();
+    opkomst_.reset();
     tafereel_.reset();
 }
 
 void BrixtelSaverView::setFrame(const QRectF& frame) {
-    const QSizeF oud = bounds().size();
     ScreenSaverView::setFrame(frame);
-    if (!regen() || bounds().size() == oud) return;
+    if (!regen() || isOngeveer(bounds().size(), regen()->laag()->frame().size())) return;
     nieuweMaat_ = platform::Timer(context().clock, {.interval = kMaatRust},
                                   [this] { tafereel_->vernieuwRegen(); });
 }

@@ -12,9 +12,11 @@
 
 namespace brixtel {
 
+class Opkomst;
+
 // The saver's principal view: a black surface that shows one scene at a time,
-// and in the rotating mode another one every minute. Scenes move themselves; the
-// view draws nothing but black. Main thread.
+// and in the rotating mode another one every minute, which comes up out of black. Scenes move
+// themselves; the view draws nothing but black. Main thread.
 class BrixtelSaverView : public platform::ScreenSaverView {
   public:
     BrixtelSaverView(const QRectF& frame, bool isPreview,
@@ -37,6 +39,8 @@ class BrixtelSaverView : public platform::ScreenSaverView {
     // it is stored, and shown at once by a view that was ever started. None in a
     // program without a QApplication.
     std::shared_ptr<platform::Sheet> configureSheet() override;
+    [[nodiscard]] QString pickedInSheet() const override;
+    void takePick(const QString& pick) override;
 
     // What is up now. At most one scene is; `nu` and `huidige` keep their last
     // value when it is taken down.
@@ -61,6 +65,7 @@ class BrixtelSaverView : public platform::ScreenSaverView {
     virtual std::shared_ptr<platform::Sheet> maakInstellingenVenster(Klaar klaar);
 
   private:
+    void kies(SaverKeuze keuze);
     void toon(SaverKeuze keuze);
     void laat(SaverKeuze keuze);
     void wissel();
@@ -71,12 +76,16 @@ class BrixtelSaverView : public platform::ScreenSaverView {
     // None is the rain.
     void toonTafereel(std::optional<DrieSoort> soort);
     [[nodiscard]] MatrixRegenOpties regenOpties() const;
+    // Lays black over the new picture, which fades.
+    void toonOpkomst();
 
     std::unique_ptr<Tafereel> tafereel_;
     platform::Timer wisselKlok_;
     std::optional<SaverKeuze> nu_;
     std::shared_ptr<platform::Sheet> instellingen_;
     std::optional<SaverKeuze> huidige_;
+    std::optional<SaverKeuze> gekozen_;  // in the sheet
+    std::shared_ptr<Opkomst> opkomst_;
     platform::Timer nieuweMaat_;
     // Nothing here can draw a 3D scene: it rains in its place.
     bool geenDrie_ = false;

@@ -137,7 +137,7 @@ void MatrixCentrale::verbergCursor(bool weg) {
 }
 
 void MatrixCentrale::volgSchermen() {
-    const std::vector<Screen> schermen = bronnen_.schermen();
+    const std::vector<Screen> schermen = platform::distinctRectangles(bronnen_.schermen());
     // Between two sets of displays there may be none for a moment.
     if (schermen.empty()) return;
     // A new black window would lie over the saver or lock.

@@ -44,7 +44,7 @@ void laatVervagen(platform::Layer& laag, double van, double tot, double nu) {
 
 void MatrixCentrale::toonRegen() {
     if (regenAan()) return;
-    for (const Screen& scherm : bronnen_.schermen())
+    for (const Screen& scherm : platform::distinctRectangles(bronnen_.schermen()))
         regen_.push_back(maakRegen(scherm));
     werkRegenBij();
 }

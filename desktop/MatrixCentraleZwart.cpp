@@ -58,7 +58,7 @@ void MatrixCentrale::toonZwart(std::optional<DrieSoort> drie) {
     soort_ = drie;
     if (drie && bronnen_.server.isConnected())
         opwarming_ = std::make_unique<platform::SceneWarmUp>();
-    for (const Screen& scherm : bronnen_.schermen())
+    for (const Screen& scherm : platform::distinctRectangles(bronnen_.schermen()))
         zwart_.push_back(maakZwart(scherm, Opkomst::Geleidelijk));
     startKlok();
     bronnen_.werkruimte.activateIgnoringOthers();

@@ -30,6 +30,7 @@ constexpr int kBeeldenKlein = 30;
 NodePtr DrieWereld::camera(const CameraOpties& opties) {
     auto node = std::make_shared<Node>();
     node->setCamera(Camera{.fieldOfView = opties.zicht,
+                           .subjectWidth = opties.breedte,
                            .zNear = kDichtbij,
                            .zFar = kVeraf,
                            .hdr = true,

@@ -20,6 +20,8 @@ struct DrieStart {
     double zicht = 60.0;      // field of view, vertical, degrees
     double bloom = 0.0;       // the bloom's intensity
     DrieMist mist;
+    double breedte = 0.0;  // half the width of what a narrow picture shows whole, at a distance
+                           // of 1; 0: what 4:3 shows will do
 };
 
 }  // namespace brixtel

@@ -46,7 +46,8 @@ void DrieWereld::bouw() {
 #include "worlds/Scenes.def"
     }};
     const auto& [start, bouwer] = regels.at(static_cast<std::size_t>(soort_));
-    oog_ = camera({.z = start.oog.z, .zicht = start.zicht, .bloom = start.bloom});
+    oog_ = camera(
+        {.z = start.oog.z, .zicht = start.zicht, .bloom = start.bloom, .breedte = start.breedte});
     oog_->setPosition(start.oog);
     if (start.naarMidden) oog_->lookAt({0.0, 0.0, 0.0});
     if (start.mist.einde > start.mist.begin) zetMist(start.mist);

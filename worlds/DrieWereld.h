@@ -27,6 +27,7 @@
 namespace brixtel {
 
 class BolLijnen;
+class BolZicht;
 
 struct DrieWereldOpties {
     bool groot = true;         // full quality; false for a small preview
@@ -160,6 +161,7 @@ class DrieWereld {
         double z = 0.0;
         double zicht = 60.0;  // vertical, degrees
         double bloom = 0.0;
+        double breedte = 0.0;  // half the subject's width, at a distance of 1
     };
     platform::NodePtr camera(const CameraOpties& opties);
     void zetMist(const DrieMist& mist);
@@ -182,7 +184,8 @@ class DrieWereld {
     LandenTabel* const landen_;
     const LandKaart* const kaart_;
     platform::RandomSource toeval_;
-    platform::NodePtr oog_;  // the camera
+    platform::NodePtr oog_;            // the camera
+    std::shared_ptr<BolZicht> zicht_;  // the globe's
     platform::NodePtr bol_;
     platform::NodePtr lijnenNode_;
     std::shared_ptr<BolLijnen> bolLijnen_;

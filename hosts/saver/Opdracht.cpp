@@ -18,7 +18,10 @@ using Optie = brixtel::Optie<Opdracht>;
 using Gegeven = std::vector<const Optie*>;
 
 // The calls that an option belongs to.
-enum : unsigned { kToont = 1, kPlaatje = 2, kBlad = 4 };
+enum : unsigned { kToont = 1, kPlaatje = 2, kBlad = 4, kFilm = 8, kBeeld = kPlaatje | kFilm };
+
+// Of a film, per second.
+constexpr int kMeesteBeelden = 240;
 
 // Both sides from 1 to 16384; an invalid size for anything else.
 QSize leesMaat(const QString& tekst) {
@@ -100,6 +103,29 @@ QString zetPlaatje(Opdracht& opdracht, const QString& waarde) {
     return zetTaak(opdracht, Taak::Plaatje, QLatin1String("plaatje"));
 }
 
+QString zetFilm(Opdracht& opdracht, const QString& waarde) {
+    static const QRegularExpression vorm(QStringLiteral("\\.(webm|mp4|gif|webp)$"),
+                                         QRegularExpression::CaseInsensitiveOption);
+    opdracht.film = waarde;
+    if (!vorm.match(waarde).hasMatch())
+        return QStringLiteral("--film wil een bestand op .webm, .mp4, .gif of .webp, niet '%1'")
+            .arg(waarde);
+    return zetTaak(opdracht, Taak::Film, QLatin1String("film"));
+}
+
+// Without a number, the rate is shown in the picture.
+QString zetFps(Opdracht& opdracht, const QString& waarde) {
+    if (waarde.isEmpty()) {
+        opdracht.fps = true;
+        return {};
+    }
+    opdracht.beeldenPerSeconde = waarde.toInt();
+    if (opdracht.beeldenPerSeconde >= 1 && opdracht.beeldenPerSeconde <= kMeesteBeelden) return {};
+    return QStringLiteral("--fps wil 1 tot %1 beelden per seconde, niet '%2'")
+        .arg(kMeesteBeelden)
+        .arg(waarde);
+}
+
 QString zetInstellingen(Opdracht& opdracht, const QString& waarde) {
     opdracht.instellingen = waarde;
     if (!waarde.isEmpty() && !waarde.endsWith(QLatin1String(".png"), Qt::CaseInsensitive))
@@ -164,28 +190,30 @@ const std::vector<Optie>& opties() {
         taakOptie(QLatin1String("V"), Taak::Versie, versie),
         taakOptie(help, Taak::Hulp),
         taakOptie(QLatin1String("h"), Taak::Hulp, help),
-        vlagOptie(QLatin1String("voorvertoning"), &Opdracht::voorvertoning, kToont | kPlaatje),
+        vlagOptie(QLatin1String("voorvertoning"), &Opdracht::voorvertoning, kToont | kBeeld),
         vlagOptie(QLatin1String("meet"), &Opdracht::meet, kToont),
-        vlagOptie(QLatin1String("fps"), &Opdracht::fps, kToont),
+        vlagOptie(QLatin1String("lus"), &Opdracht::lus, kFilm),
+        {QLatin1String("fps"), Waarde::Mag, QLatin1String("^[0-9]+$"), zetFps, kToont | kFilm},
         vlagOptie(QLatin1String("volle-snelheid"), &Opdracht::volleSnelheid, kToont),
         {QLatin1String("instellingen"), Waarde::Mag, QLatin1String("\\.png$"), zetInstellingen},
         {QLatin1String("boven"), Waarde::Nodig, {}, zetBoven, kBlad},
         {QLatin1String("venster"), Waarde::Mag, maatVorm, zetVenster},
         {QLatin1String("verbindingen"), Waarde::Mag, QLatin1String("^json$"), zetVerbindingen},
         {QLatin1String("window-id"), Waarde::Nodig, {}, zetVensterId},
-        {QLatin1String("keuze"), Waarde::Nodig, {}, zetKeuze, kToont | kPlaatje},
-        {QLatin1String("tekenaar"), Waarde::Nodig, {}, zetTekenaar, kToont | kPlaatje},
+        {QLatin1String("keuze"), Waarde::Nodig, {}, zetKeuze, kToont | kBeeld},
+        {QLatin1String("tekenaar"), Waarde::Nodig, {}, zetTekenaar, kToont | kBeeld},
         {QLatin1String("plaatje"), Waarde::Nodig, {}, zetPlaatje},
+        {QLatin1String("film"), Waarde::Nodig, {}, zetFilm},
         {maat,
          Waarde::Nodig,
          {},
          [](Opdracht& o, const QString& waarde) { return zetMaat(o.maat, waarde, maat); },
-         kPlaatje},
-        getalOptie(QLatin1String("schaal"), &Opdracht::schaal, 0.25, 8, kPlaatje | kBlad),
-        getalOptie(QLatin1String("na"), &Opdracht::na, 0, 86400, kPlaatje),
-        getalOptie(QLatin1String("seconden"), &Opdracht::seconden, 0.1, 31536000, kToont),
-        {QLatin1String("zaad"), Waarde::Nodig, {}, zetZaad, kPlaatje},
-        {QLatin1String("lijnen"), Waarde::Nodig, {}, zetLijnen, kPlaatje},
+         kBeeld},
+        getalOptie(QLatin1String("schaal"), &Opdracht::schaal, 0.25, 8, kBeeld | kBlad),
+        getalOptie(QLatin1String("na"), &Opdracht::na, 0, 86400, kBeeld),
+        getalOptie(QLatin1String("seconden"), &Opdracht::seconden, 0.1, 31536000, kToont | kFilm),
+        {QLatin1String("zaad"), Waarde::Nodig, {}, zetZaad, kBeeld},
+        {QLatin1String("lijnen"), Waarde::Nodig, {}, zetLijnen, kBeeld},
     };
     return alle;
 }
@@ -199,6 +227,8 @@ std::pair<QLatin1String, unsigned> aanroep(Taak taak) {
     switch (taak) {
         case Taak::Plaatje:
             return {QLatin1String("--plaatje"), kPlaatje};
+        case Taak::Film:
+            return {QLatin1String("--film"), kFilm};
         case Taak::Instellingen:
             return {QLatin1String("--instellingen"), kBlad};
         case Taak::Verbindingen:
@@ -214,16 +244,47 @@ std::pair<QLatin1String, unsigned> aanroep(Taak taak) {
     }
 }
 
+// The calls that an option belongs to, none of which shows anything.
+QString bijWelke(unsigned bij) {
+    QStringList namen;
+    if ((bij & kPlaatje) != 0) namen << QStringLiteral("--plaatje");
+    if ((bij & kFilm) != 0) namen << QStringLiteral("--film");
+    if (bij == kBlad)
+        namen << QStringLiteral("--instellingen");
+    else if ((bij & kBlad) != 0)
+        namen << QStringLiteral("--instellingen=BESTAND.png");
+    return opsomming(namen, QLatin1String("of"));
+}
+
 // What is wrong with an option that belongs to another call than this one.
 QString hoortElders(const Optie& optie, Taak taak) {
     const auto [naam, bit] = aanroep(taak);
     if (optie.bij == 0 || (optie.bij & bit) != 0) return {};
     if (!naam.isEmpty()) return QStringLiteral("--%1 gaat niet samen met %2").arg(optie.naam, naam);
-    const bool beide = (optie.bij & kPlaatje) != 0 && (optie.bij & kBlad) != 0;
-    return QStringLiteral("--%1 gaat alleen samen met %2")
-        .arg(optie.naam, beide ? QLatin1String("--plaatje of --instellingen=BESTAND.png")
-                         : (optie.bij & kBlad) != 0 ? QLatin1String("--instellingen")
-                                                    : QLatin1String("--plaatje"));
+    return QStringLiteral("--%1 gaat alleen samen met %2").arg(optie.naam, bijWelke(optie.bij));
+}
+
+// A still is drawn whole in memory.
+constexpr double kMeesteBeeldpunten = 8192.0 * 8192.0;
+
+bool isTeGroot(const Opdracht& opdracht) {
+    return opdracht.maat.width() * opdracht.schaal * opdracht.maat.height() * opdracht.schaal >
+           kMeesteBeeldpunten;
+}
+
+QString controleerFilm(const Opdracht& opdracht) {
+    if (opdracht.keuze.isEmpty()) return QStringLiteral("--film vraagt ook om --keuze");
+    if (!opdracht.seconden && !opdracht.lus)
+        return QStringLiteral("--film vraagt ook om --seconden of --lus");
+    if (opdracht.seconden && opdracht.lus)
+        return QStringLiteral("--lus weet zelf hoe lang de film duurt, zonder --seconden");
+    if (opdracht.fps) return QStringLiteral("--fps zonder getal gaat niet samen met --film");
+    return {};
+}
+
+bool heeft(const Gegeven& gegeven, const char* naam) {
+    return std::any_of(gegeven.begin(), gegeven.end(),
+                       [&](const Optie* optie) { return optie->naam == QLatin1String(naam); });
 }
 
 // What only shows once everything has been read. Help and version take anything.
@@ -233,15 +294,18 @@ QString controleer(const Opdracht& opdracht, const Gegeven& gegeven) {
         if (QString mis = hoortElders(*optie, opdracht.taak); !mis.isEmpty()) return mis;
     if (opdracht.taak == Taak::Plaatje && opdracht.keuze.isEmpty())
         return QStringLiteral("--plaatje vraagt ook om --keuze");
+    if (opdracht.taak == Taak::Plaatje && isTeGroot(opdracht))
+        return QStringLiteral("--plaatje kan hoogstens 67108864 beeldpunten hebben (8192x8192)");
+    const bool film = opdracht.taak == Taak::Film;
+    if (QString mis = film ? controleerFilm(opdracht) : QString(); !mis.isEmpty()) return mis;
+    if (!film && opdracht.beeldenPerSeconde != Opdracht().beeldenPerSeconde)
+        return QStringLiteral("--fps met een getal gaat alleen samen met --film");
     if (!opdracht.lijnen.isEmpty() && opdracht.keuze != ruweWaarde(SaverKeuze::bol))
-        return QStringLiteral("--lijnen gaat alleen samen met --plaatje en --keuze=bol");
-    const bool schaalGegeven = std::any_of(gegeven.begin(), gegeven.end(), [](const Optie* optie) {
-        return optie->naam == QLatin1String("schaal");
-    });
-    if (opdracht.taak == Taak::Instellingen && opdracht.instellingen.isEmpty() && schaalGegeven)
+        return QStringLiteral("--lijnen gaat alleen samen met --plaatje of --film, en --keuze=bol");
+    if (opdracht.taak == Taak::Instellingen && opdracht.instellingen.isEmpty() &&
+        heeft(gegeven, "schaal"))
         return QStringLiteral(
-            "--schaal gaat alleen samen met --instellingen als die een "
-            "BESTAND.png heeft");
+            "--schaal gaat alleen samen met --instellingen als die een BESTAND.png heeft");
     return {};
 }
 
@@ -284,12 +348,18 @@ Waar:
   --window-id=NUMMER     in het venster met dit nummer (hexadecimaal of decimaal)
   --plaatje=BESTAND.png  een stilstaand beeld in een bestand; dat kan ook
                          zonder scherm. Met --keuze, en naar wens:
-      --maat=BxH         in punten (1920x1080)
+      --maat=BxH         in punten (1920x1080); hoogstens 67108864 beeldpunten
       --schaal=S         beeldpunten per punt (1)
       --na=SECONDEN      zo lang na het begin (6)
       --zaad=N           hetzelfde getal geeft hetzelfde beeld
       --lijnen=BESTAND   de lijnen van de wereldbol, zoals --verbindingen=json
                          ze afdrukt, in plaats van die van nu
+  --film=BESTAND         een film van de scène, op .webm, .mp4, .gif of .webp; dat
+                         kan ook zonder scherm, en heeft ffmpeg nodig. Met --keuze
+                         en --seconden, en naar wens als --plaatje, en:
+      --fps=N            beelden per seconde (30)
+      --lus              in plaats van --seconden: zo lang dat het eind weer het
+                         begin is; alleen met logo
 
 Wat:
   --keuze=KEUZE          %1

@@ -22,6 +22,7 @@ struct Opdracht {
         Venster,
         Gastheer,  // in a host's window
         Plaatje,
+        Film,
         Instellingen,
         Verbindingen,
         Aanmelden,
@@ -41,8 +42,11 @@ struct Opdracht {
     QString instellingen;  // the file for a picture of the sheet; empty to show it
     std::optional<platform::WindowRef> boven;  // the window that the sheet belongs to
 
-    QString plaatje;         // the file
-    QSize maat{1920, 1080};  // points
+    QString plaatje;             // the file
+    QString film;                // the file
+    int beeldenPerSeconde = 30;  // of a film
+    bool lus = false;            // the film ends where it began
+    QSize maat{1920, 1080};      // points
     double schaal = 1.0;
     double na = 6.0;  // seconds after the start
     QString lijnen;   // the file with the globe's lines; empty for this machine's

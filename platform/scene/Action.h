@@ -57,8 +57,8 @@ class Action {
     // A cycle of zero duration happens once per frame.
     [[nodiscard]] static Action repeatForever(const Action& action);
 
-    // The same action with this timing over its overall progress; a repeated
-    // sequence is eased in each cycle. No effect on an endless action.
+    // The same action with this timing over its progress. A sequence passes the timing on to
+    // each of its steps that has none of its own. No effect on an endless action.
     [[nodiscard]] Action timed(const TimingFunction& function) const;
 
     // Infinity for an endless action.
@@ -71,7 +71,8 @@ class Action {
     explicit Action(std::shared_ptr<const Description> description);
 
     static Action make(double duration, StateMaker maker);
-    static std::vector<std::unique_ptr<ActionState>> makeStates(const std::vector<Action>& actions);
+    static std::vector<std::unique_ptr<ActionState>> makeStates(const std::vector<Action>& actions,
+                                                                const TimingFunction& common);
     [[nodiscard]] std::unique_ptr<ActionState> makeState() const;
 
     std::shared_ptr<const Description> description_;

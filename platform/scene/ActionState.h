@@ -150,8 +150,7 @@ class CustomState final : public ActionState {
 // Runs its children one after the other.
 class SequenceState final : public ActionState {
   public:
-    SequenceState(double duration, const TimingFunction& timing,
-                  std::vector<ActionStatePtr> children);
+    SequenceState(double duration, std::vector<ActionStatePtr> children);
     void reset() override;
     void begin(ActionContext& context) override;
     void fireNext(ActionContext& context) override;

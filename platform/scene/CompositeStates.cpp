@@ -11,9 +11,8 @@ namespace platform {
 
 // --- sequence ---
 
-SequenceState::SequenceState(double duration, const TimingFunction& timing,
-                             std::vector<ActionStatePtr> children)
-    : ActionState(duration, timing), children_(std::move(children)) {
+SequenceState::SequenceState(double duration, std::vector<ActionStatePtr> children)
+    : ActionState(duration, TimingFunction::linear()), children_(std::move(children)) {
     double start = 0.0;
     for (const ActionStatePtr& child : children_) {
         starts_.push_back(start);

@@ -56,11 +56,12 @@ struct BoxOptions {
 };
 [[nodiscard]] GeometryPtr makeBox(const BoxOptions& options, MaterialPtr material = {});
 
-// A sphere with poles on ±y, `segments` around the axis and half as many from
-// pole to pole. The picture's seam lies on −z, its middle on +z.
+// A sphere with poles on ±y, `segments` around the axis and `rows` from pole to pole, half
+// as many as segments where `rows` is 0. The picture's seam lies on −z, its middle on +z.
 struct SphereOptions {
     double radius = 0.5;
     int segments = 48;
+    int rows = 0;
 };
 [[nodiscard]] GeometryPtr makeSphere(const SphereOptions& options, MaterialPtr material = {});
 

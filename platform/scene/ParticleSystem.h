@@ -32,6 +32,9 @@ struct ParticleSettings {
     QColor colour = Qt::white;        // multiplies the image
     glm::dvec4 colourVariation{0.0};  // hue, saturation, brightness, alpha; parts of 1
     BlendMode blendMode = BlendMode::Alpha;
+    // Nearer to the camera than this, in units, a particle fades, and is gone at a quarter of
+    // it: it would else fill the picture in its last frame. 0: it does not fade.
+    double nearFade = 0.0;
 };
 
 // Squares parallel to the screen that fly through the world from a node, and do

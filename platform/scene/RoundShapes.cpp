@@ -53,9 +53,9 @@ void addRim(MeshData& mesh, const TubeOptions& options, bool top) {
 }  // namespace
 
 GeometryPtr makeSphere(const SphereOptions& options, MaterialPtr material) {
-    require(options.segments >= 4);
+    const int rows = options.rows > 0 ? options.rows : options.segments / 2;
+    require(options.segments >= 4 && rows >= 2);
     MeshData mesh;
-    const int rows = options.segments / 2;
     addGrid(mesh, options.segments, rows, [&](int column, int row) {
         const double u = share(column, options.segments);
         const double v = share(row, rows);

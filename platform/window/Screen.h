@@ -25,6 +25,9 @@ struct Screen {
     friend bool operator==(const Screen&, const Screen&) = default;
 };
 
+// The same without those that show the rectangle of an earlier one, as mirrored displays do.
+[[nodiscard]] std::vector<Screen> distinctRectangles(std::vector<Screen> screens);
+
 // Calls an action on the main thread, once for each turn of the event loop in
 // which any screen came, went or changed. Dropping it ends that.
 class ScreenObserver {

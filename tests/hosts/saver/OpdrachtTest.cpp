@@ -91,6 +91,7 @@ TEST(Opdracht, AStillPictureWithAllItsParts) {
     EXPECT_EQ(opdracht.taak, Taak::Plaatje);
     EXPECT_EQ(opdracht.plaatje, QStringLiteral("a.png"));
     EXPECT_EQ(opdracht.maat, QSize(640, 480));
+    EXPECT_EQ(goed(woorden("--plaatje=a.png --keuze=regen --maat=4096x4096 --schaal=2")).schaal, 2);
     EXPECT_EQ(opdracht.schaal, 1.5);
     EXPECT_EQ(opdracht.na, 6.5);
     EXPECT_EQ(opdracht.zaad, 18446744073709551615ULL);
@@ -142,6 +143,8 @@ TEST(Opdracht, ABadArgumentGetsOneClearDutchLine) {
                               "--plaatje=a.jpg --keuze=regen",
                               "--plaatje=a.png",
                               "--plaatje=a.png --keuze=regen --meet",
+                              "--plaatje=a.png --keuze=regen --maat=8193x8192",
+                              "--plaatje=a.png --keuze=regen --maat=4097x4096 --schaal=2",
                               "--lijnen=a.json",
                               "--plaatje=a.png --keuze=regen --lijnen=a.json",
                               "--zaad=-1",
@@ -216,11 +219,12 @@ TEST(Opdracht, ATypingErrorIsAnsweredWithTheNearestOption) {
 
 TEST(Opdracht, AnOptionOfAnotherCallIsRefused) {
     const std::pair<const char*, const char*> paren[] = {
-        {"--maat=800x600", "--maat gaat alleen samen met --plaatje "},
-        {"--venster --na=3", "--na gaat alleen samen met --plaatje "},
-        {"--root --zaad=1", "--zaad gaat alleen samen met --plaatje "},
-        {"--schaal=2", "--schaal gaat alleen samen met --plaatje of --instellingen=BESTAND.png "},
-        {"--lijnen=a.json", "--lijnen gaat alleen samen met --plaatje "},
+        {"--maat=800x600", "--maat gaat alleen samen met --plaatje of --film "},
+        {"--venster --na=3", "--na gaat alleen samen met --plaatje of --film "},
+        {"--root --zaad=1", "--zaad gaat alleen samen met --plaatje of --film "},
+        {"--schaal=2",
+         "--schaal gaat alleen samen met --plaatje, --film of --instellingen=BESTAND.png "},
+        {"--lijnen=a.json", "--lijnen gaat alleen samen met --plaatje of --film "},
         {"--boven=5", "--boven gaat alleen samen met --instellingen "},
         {"--instellingen --schaal=2", "--schaal gaat alleen samen met --instellingen als"},
         {"--instellingen --keuze=bol", "--keuze gaat niet samen met --instellingen "},
@@ -240,15 +244,19 @@ TEST(Opdracht, AnOptionOfAnotherCallIsRefused) {
 
 // Every option but those that choose a call, with every call.
 TEST(Opdracht, EveryOptionHasAPlaceAndNoOther) {
-    const char* const aanroepen[] = {"", "--plaatje=a.png --keuze=bol", "--instellingen=a.png",
-                                     "--verbindingen", "--aanmelden"};
+    const char* const aanroepen[] = {"",
+                                     "--plaatje=a.png --keuze=bol",
+                                     "--instellingen=a.png",
+                                     "--verbindingen",
+                                     "--aanmelden",
+                                     "--film=a.mp4 --keuze=bol --seconden=2"};
     // One column per call: 1 where the option belongs.
     const std::pair<const char*, const char*> rijen[] = {
-        {"--voorvertoning", "11000"},  {"--meet", "10000"},       {"--fps", "10000"},
-        {"--volle-snelheid", "10000"}, {"--boven=5", "00100"},    {"--keuze=bol", "11000"},
-        {"--tekenaar=cpu", "11000"},   {"--maat=8x8", "01000"},   {"--schaal=2", "01100"},
-        {"--na=1", "01000"},           {"--seconden=1", "10000"}, {"--zaad=1", "01000"},
-        {"--lijnen=a.json", "01000"},
+        {"--voorvertoning", "110001"},  {"--meet", "100000"},          {"--fps", "100000"},
+        {"--fps=20", "000001"},         {"--boven=5", "001000"},       {"--keuze=bol", "110001"},
+        {"--volle-snelheid", "100000"}, {"--tekenaar=cpu", "110001"},  {"--maat=8x8", "010001"},
+        {"--schaal=2", "011001"},       {"--na=1", "010001"},          {"--seconden=1", "100001"},
+        {"--zaad=1", "010001"},         {"--lijnen=a.json", "010001"},
     };
     for (const auto& [optie, past] : rijen)
         for (std::size_t i = 0; i < std::size(aanroepen); ++i) {
@@ -262,11 +270,11 @@ TEST(Opdracht, EveryOptionHasAPlaceAndNoOther) {
 TEST(Opdracht, TheHelpNamesEveryOption) {
     const QString hulp = brixtel::hulpTekst();
     for (const char* naam :
-         {"venster",       "root",         "window-id", "voorvertoning", "keuze",
-          "instellingen",  "plaatje",      "maat",      "schaal",        "na",
-          "zaad",          "seconden",     "meet",      "fps",           "tekenaar",
-          "lijnen",        "verbindingen", "versie",    "help",          "boven",
-          "volle-snelheid"})
+         {"venster",        "root",         "window-id", "voorvertoning", "keuze",
+          "instellingen",   "plaatje",      "maat",      "schaal",        "na",
+          "zaad",           "seconden",     "meet",      "fps",           "tekenaar",
+          "lijnen",         "verbindingen", "versie",    "help",          "boven",
+          "volle-snelheid", "film",         "lus"})
         EXPECT_TRUE(hulp.contains(QStringLiteral("--") + QLatin1String(naam))) << naam;
 }
 
