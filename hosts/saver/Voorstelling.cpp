@@ -140,9 +140,9 @@ void Voorstelling::volgSchermen() {
     }
 }
 
+// The program's own name is put behind it.
 QString Voorstelling::titel() const {
-    const SaverKeuze keuze = SaverInstellingen::keuze();
-    return QStringLiteral("Brixtel: ") + naam(keuze);
+    return naam(SaverInstellingen::keuze());
 }
 
 void Voorstelling::maakVenster(Doek& doek, platform::WindowStyle stijl, const QRectF& frame) {
