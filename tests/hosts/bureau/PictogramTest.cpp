@@ -129,7 +129,7 @@ TEST_F(InHetSysteemvak, ATrayThatComesLaterOrAgainIsToldToo) {
 TEST_F(InHetSysteemvak, ThePictureIsGreenOnBlack) {
     EXPECT_EQ(kenmerk("Title"), QStringLiteral("Brixtel"));
     EXPECT_EQ(kenmerk("Status"), QStringLiteral("Active"));
-    EXPECT_EQ(kenmerk("ItemIsMenu"), true);
+    EXPECT_EQ(kenmerk("ItemIsMenu"), false);
     const auto beelden = qdbus_cast<QList<BusBeeld>>(kenmerk("IconPixmap"));
     ASSERT_EQ(beelden.size(), 3);
     for (const BusBeeld& beeld : beelden) {
