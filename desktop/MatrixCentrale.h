@@ -23,6 +23,7 @@ enum class RegenStand {
     aan,                // also while the black screen lies over it
     geenCompositor,     // wanted, but nothing here can be seen through; comes up once it can
     schermbeveiliging,  // wanted, but a saver or lock has the screen; comes back after it
+    leeg,               // wanted, but of density 0: no drop falls
 };
 
 // What the controller stands on; all of it must outlive it. Its clock is the
@@ -60,7 +61,8 @@ class MatrixCentrale {
     double dichtheid = 0.7;  // of every rain, 0...1
     // Asked thirty times a second while a black screen shows that follows the music.
     std::function<std::optional<MuziekStand>()> muziekStand;
-    bool opMuziek = false;  // whether the black screen follows the music
+    bool opMuziek = false;   // whether the black screen follows the music
+    double flitsDeel = 1.0;  // 0...1: how much of the flash on a beat shows
     // Told true when the black screen has been shown, false when it closes.
     std::function<void(bool)> onZwart;
 
@@ -73,6 +75,12 @@ class MatrixCentrale {
     void toonRegen();
     void sluitRegen();
     void wisselRegen();
+    // The desktop rain that shows takes over `snelheid` at once, and fades within a third
+    // of a second into one of the `dichtheid`, where that is another.
+    void pasRegenAan();
+    // The desktop rain leaves this rectangle of the screens free, as in Screen::frame;
+    // an empty one is none.
+    void laatVrij(const QRectF& vlak);
     void sluitAlles();
 
     [[nodiscard]] bool zwartAan() const { return !zwart_.empty(); }
@@ -94,6 +102,8 @@ class MatrixCentrale {
         std::unique_ptr<platform::Window> venster;
         std::unique_ptr<MatrixRegen> regen;
         platform::Screen scherm;
+        double dichtheid = 0.0, snelheid = 0.0;  // that the rain was made with
+        std::unique_ptr<MatrixRegen> oud;        // fades out under it
     };
     // One for each display.
     [[nodiscard]] const std::vector<Zwart>& zwart() const { return zwart_; }
@@ -143,6 +153,10 @@ class MatrixCentrale {
     void vergeetWereld(const Zwart& zwart);
 
     Regen maakRegen(const platform::Screen& scherm);
+    [[nodiscard]] std::unique_ptr<MatrixRegen> maakDoorzichtig(const platform::Screen& scherm);
+    void vervaag(Regen& regen);
+    void rondOvergangAf();
+    void zetVrij(const Regen& regen) const;
     void toonRegenVenster(Regen& regen);
     [[nodiscard]] RegenStand watRegenMag() const;
     // Shows or hides the rain's windows as things stand, and says so.
@@ -165,6 +179,8 @@ class MatrixCentrale {
     std::vector<std::shared_ptr<DrieWereld>> drieWerelden_;
     platform::Timer muziekKlok_;
     std::vector<Regen> regen_;
+    platform::Timer overgang_;  // of one density into another
+    QRectF vrij_;               // of the screens
     std::optional<platform::RunningApplication> vorigeApp_;
     bool cursorWeg_ = false;
 

@@ -246,10 +246,12 @@ void MatrixCentrale::startMuziek(double& tempo, int& vorigeBeat) {
 }
 
 void MatrixCentrale::flits(double sterkte) {
-    const platform::BasicAnimation uitdoven{.keyPath = platform::KeyPath::Opacity,
-                                            .from = std::min(sterkte + kFlitsErbij, 1.0),
-                                            .to = 0.0,
-                                            .timing = {.duration = kFlitsDuur}};
+    if (flitsDeel <= 0.0) return;
+    const platform::BasicAnimation uitdoven{
+        .keyPath = platform::KeyPath::Opacity,
+        .from = std::min(sterkte + kFlitsErbij, 1.0) * flitsDeel,
+        .to = 0.0,
+        .timing = {.duration = kFlitsDuur}};
     for (const Zwart& zwart : zwart_)
         zwart.flits->addAnimation("beat", uitdoven, klok_.now());
 }

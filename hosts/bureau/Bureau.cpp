@@ -8,7 +8,7 @@
 namespace brixtel {
 
 namespace {
-// A slider that is dragged asks many times.
+// A slider that is dragged asks many times to be kept.
 constexpr double kSamennemen = 0.15;  // seconds
 }  // namespace
 
@@ -19,6 +19,8 @@ QString uitleg(RegenStand stand) {
             "de regen komt zodra er een is");
     if (stand == RegenStand::schermbeveiliging)
         return QStringLiteral("de schermbeveiliging is aan; de regen komt daarna terug");
+    if (stand == RegenStand::leeg)
+        return QStringLiteral("de dichtheid is 0, dus er valt geen druppel");
     return {};
 }
 
@@ -32,6 +34,7 @@ Bureau::Bureau(const MatrixCentraleBronnen& bronnen, platform::MonitorRecorderOp
     centrale_.dichtheid = keuzes_.dichtheid;
     centrale_.snelheid = keuzes_.snelheid;
     centrale_.opMuziek = keuzes_.muziek;
+    centrale_.flitsDeel = flitsDeel(keuzes_.flits);
     centrale_.muziekStand = [this] { return muziek_.stand(); };
     // Also when the user closes the black screen.
     centrale_.onZwart = [this](bool) { meld(); };
@@ -121,23 +124,15 @@ void Bureau::zetKeuzes(const BureauKeuzes& keuzes) {
     centrale_.dichtheid = keuzes.dichtheid;
     centrale_.snelheid = keuzes.snelheid;
     centrale_.opMuziek = keuzes.muziek;
-    if (andereRegen && centrale_.regenAan() && !vernieuwing_.isValid())
-        vernieuwing_ =
-            platform::Timer(klok_, {.interval = kSamennemen}, [this] { vernieuwRegen(); });
-    meld();
+    centrale_.flitsDeel = flitsDeel(keuzes.flits);
+    na([&] {
+        if (andereRegen) centrale_.pasRegenAan();
+    });
 }
 
 QString Bureau::bewaarMis() const {
     if (bewaarFout_ == 0) return {};
     return QStringLiteral("de keuze geldt, maar is niet te bewaren: ") + reden(bewaarFout_);
-}
-
-void Bureau::vernieuwRegen() {
-    if (!centrale_.regenAan()) return;
-    na([&] {
-        centrale_.sluitRegen();
-        centrale_.toonRegen();
-    });
 }
 
 }  // namespace brixtel

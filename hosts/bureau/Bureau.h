@@ -49,10 +49,11 @@ class Bureau {
     void wisselRegen();
     void sluitAlles();
 
-    // The desktop rain is made anew with the choices within 0.15 s. A black screen has them
-    // from its next opening, except that it stops following the music at once. The choices
-    // are kept between runs and written at most every 0.15 s; the last ones are always
-    // written, at the latest when this is dropped.
+    // The desktop rain takes its speed at once and fades into another density. A black
+    // screen has the choices from its next opening, except that it stops following the
+    // music, and softens its flash, at once. The choices are kept between runs and
+    // written at most every 0.15 s; the last ones are always written, at the latest when
+    // this is dropped.
     void zetKeuzes(const BureauKeuzes& keuzes);
     // Why the choices are not kept, as it was when they were written out last; empty
     // where they are.
@@ -71,6 +72,10 @@ class Bureau {
     // Brings a window of this program to the front, from whatever desktop it is on.
     void activeer(std::uint32_t venster) { werkruimte_.activate({.window = venster}); }
 
+    // The desktop rain leaves this rectangle of the screens free: what stands there is to
+    // be read. As in Screen::frame; an empty one is none.
+    void laatVrij(const QRectF& vlak) { centrale_.laatVrij(vlak); }
+
     // Listens to the music also while no black screen shows, for as long as the
     // choice is to follow it: for whoever shows the user what it hears.
     void luisterMee(bool aan);
@@ -85,7 +90,6 @@ class Bureau {
     template <typename Doe>
     void na(Doe doe);
     void meld();
-    void vernieuwRegen();
 
     platform::MediaClock& klok_;
     platform::Workspace& werkruimte_;
@@ -98,7 +102,6 @@ class Bureau {
     int bezig_ = 0;
     bool luisterMee_ = false;
     Gepubliceerd<BureauStand> stand_;
-    platform::Timer vernieuwing_;
     Abonnement regen_;
     platform::Observation beveiliging_;
 };

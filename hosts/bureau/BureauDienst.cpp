@@ -48,6 +48,8 @@ QString ruweWaarde(RegenStand stand) {
             return QStringLiteral("geen-compositor");
         case RegenStand::schermbeveiliging:
             return QStringLiteral("schermbeveiliging");
+        case RegenStand::leeg:
+            return QStringLiteral("leeg");
     }
     return {};
 }

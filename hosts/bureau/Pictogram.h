@@ -25,6 +25,18 @@ struct BusBeeld {
 QDBusArgument& operator<<(QDBusArgument& uit, const BusBeeld& beeld);
 const QDBusArgument& operator>>(const QDBusArgument& in, BusBeeld& beeld);
 
+// What a tray shows with the pointer on the icon: the interface's (sa(iiay)ss).
+struct BusHulp {
+    QString titel;
+    QString tekst;
+    friend bool operator==(const BusHulp&, const BusHulp&) = default;
+};
+QDBusArgument& operator<<(QDBusArgument& uit, const BusHulp& hulp);
+const QDBusArgument& operator>>(const QDBusArgument& in, BusHulp& hulp);
+
+// How things stand, in lines.
+[[nodiscard]] QString hulpTekstVan(const BureauStand& stand);
+
 // The icon in the desktop's tray, with a menu of what the owner can do: an
 // org.kde.StatusNotifierItem, announced to whatever tray there is now or comes
 // later. All of it lives on the connection that is there anyhow; where nobody shows
@@ -39,6 +51,7 @@ class Pictogram {
     void meldAan();
 
   private:
+    void volg(const BureauStand& stand);
     [[nodiscard]] std::vector<MenuRegel> regels(const BureauStand& stand);
     [[nodiscard]] MenuRegel zwart(const BureauStand& stand);
     // A menu of what a choice may be, each by its text, with what is chosen among
@@ -56,6 +69,7 @@ class Pictogram {
     BusAansluiting& bus_;
     const BureauDaden daden_;
     Menu menu_;
+    BusHulp hulp_;
     QDBusServiceWatcher trays_;
     Abonnement stand_;
 };
@@ -63,3 +77,4 @@ class Pictogram {
 }  // namespace brixtel
 
 Q_DECLARE_METATYPE(brixtel::BusBeeld)
+Q_DECLARE_METATYPE(brixtel::BusHulp)

@@ -198,7 +198,6 @@ int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht&
     brixtel::meldInstellingen(QStringLiteral("brixtel-bureau"),
                               brixtel::BureauInstellingen::moduleNaam);
     platform::chooseQtScreens(platform::QtScreens::Session);
-    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     const QGuiApplication app(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("brixtel-bureau"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Brixtel"));
@@ -238,6 +237,7 @@ int main(int argc, char** argv) {
     if (opdracht.taak == BureauOpdracht::Taak::Hulp) return druk(brixtel::bureauHulpTekst());
     if (opdracht.taak == BureauOpdracht::Taak::Versie)
         return druk(QStringLiteral("brixtel-bureau " BRIXTEL_VERSION "\n"));
+    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     if (const QString mis = brixtel::tekort(); !mis.isEmpty()) return meldNaam(mis);
     // Qt gets no arguments: it would take those that are named as its own options.
     int geen = 1;

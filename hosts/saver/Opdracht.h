@@ -27,6 +27,7 @@ struct Opdracht {
         Verbindingen,
         Aanmelden,
         Afmelden,
+        Hervat,
         Versie,
         Hulp,
     };
@@ -34,6 +35,7 @@ struct Opdracht {
 
     QSize venster{1280, 720};                    // points
     std::optional<platform::HostRef> vensterId;  // the host's; none means the whole screen
+    QString vensterGenoemd;                      // as it was typed; empty with a host behind it
     bool voorvertoning = false;                  // asked for; a small host's window has it anyway
     QString keuze;                               // a raw value; empty for the stored one
 

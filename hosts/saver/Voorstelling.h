@@ -37,6 +37,9 @@ class Voorstelling {
     // Every view stops and starts, with the choice as it is stored now.
     void begin();
 
+    // Whether the host's window was not there when it was to be drawn in.
+    [[nodiscard]] bool zonderVenster() const { return zonderVenster_; }
+
     // Of the first window: the main screen's.
     [[nodiscard]] platform::WindowStatistics stand() const;
 
@@ -49,6 +52,10 @@ class Voorstelling {
     void volgSchermen();
     void toonOp(const platform::Screen& scherm);
     void toonVenster();
+    // Moves the view into a window of that style, in a later turn of the event loop.
+    void straksAls(platform::WindowStyle stijl);
+    void maakVenster(Doek& doek, platform::WindowStyle stijl, const QRectF& frame);
+    [[nodiscard]] QString titel() const;
     void toonBijGastheer();
     void vul(Doek& doek, const QRectF& vlak, bool voorvertoning);
     void toonInstellingen(const platform::Window& bij);
@@ -61,6 +68,10 @@ class Voorstelling {
     platform::WindowServer& server_;
     const platform::ScreenSaverContext context_;
     std::function<void()> onEinde_;
+    bool zonderVenster_ = false;
+    bool volledig_ = false;  // the window of its own fills the screen
+    QRectF eigenFrame_;      // that it goes back to
+    std::shared_ptr<Voorstelling*> zelf_ = std::make_shared<Voorstelling*>(this);
     std::vector<Doek> doeken_;
     InstellingenProces instellingen_;
     platform::Timer opnieuw_;

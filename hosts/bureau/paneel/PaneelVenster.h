@@ -36,6 +36,7 @@ class PaneelVenster : public QObject, public BureauPaneel {
 
   private:
     void maak();
+    void laatLezen();
     void ruimOp();
     void toonSaverBlad();
     Q_SLOT void werkVoorbeeldBij();
