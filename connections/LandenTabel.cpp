@@ -7,11 +7,12 @@
 #include <QtEndian>
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
+#include <span>
 #include <string>
 
+#include "platform/files/InputFile.h"
 #include "platform/resources/ResourceFolder.h"
 
 namespace brixtel {
@@ -20,6 +21,8 @@ namespace {
 
 // Any address of this library tells in which file it lies.
 const char kHier = 0;
+
+constexpr std::size_t kSomGrens = 64;  // bytes
 
 // The region of the user's locale; LC_ADDRESS is the part that says where one
 // lives. Empty when the locale has none.
@@ -31,14 +34,15 @@ std::string regio() {
     return {};
 }
 
-std::vector<std::uint8_t> leesAlles(const std::filesystem::path& pad) {
-    std::error_code fout;
-    const auto maat = std::filesystem::file_size(pad, fout);
-    if (fout || maat > kLandenGrens) return {};
-    std::vector<std::uint8_t> bytes(maat);
-    std::ifstream bestand(pad, std::ios::binary);
-    bestand.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(maat));
-    if (!bestand) return {};
+std::span<const std::uint8_t> alsBytes(const std::string& tekst) {
+    return {reinterpret_cast<const std::uint8_t*>(tekst.data()), tekst.size()};
+}
+
+// Empty when it cannot be read, or is not what its checksum says.
+std::string leesHeel(const std::string& pad) {
+    std::string bytes = platform::readRegularFile(pad, kLandenGrens).bytes;
+    const auto som = platform::readRegularFile(pad + std::string(kLandenSom), kSomGrens);
+    if (som.error != ENOENT && som.bytes != somVan(alsBytes(bytes))) return {};
     return bytes;
 }
 
@@ -52,7 +56,7 @@ LandenTabel& LandenTabel::gedeeld() {
 LandenInhoud LandenTabel::leesBestand() const {
     const auto pad = bestand_ ? bestand_ : platform::resourcePath(&kHier, "landen.bin");
     if (!pad) return {};
-    const auto data = pakUit(leesAlles(*pad));
+    const auto data = pakUit(alsBytes(leesHeel(pad->string())));
     if (!data) return {};
     return leesLanden(*data);
 }

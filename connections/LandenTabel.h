@@ -19,8 +19,9 @@ namespace brixtel {
 //
 // The table is read once, at the first question, and kept. A file that is
 // missing or damaged leaves it empty without a word: no address then has a
-// country, and home is the Netherlands. A file that claims to hold more than it
-// does stops the process.
+// country, and home is the Netherlands. So does a file that is not what the
+// checksum beside it says; without one nothing is checked. A file that claims to
+// hold more than it does stops the process, after a line on standard error.
 //
 // Any thread may ask; the first to do so reads the file while others wait.
 class LandenTabel {

@@ -60,6 +60,10 @@ void VerbindingWacht::kijk() {
     });
 }
 
+void VerbindingWacht::daarna(std::function<void()> doe) {
+    wachtrij_.async([doe = std::move(doe)] { platform::runOnMainQueue(doe); });
+}
+
 void VerbindingWacht::toon(std::vector<Lijn> lijnen) {
     bezig_ = false;
     const auto leeft = std::weak_ptr(leeft_);
@@ -69,11 +73,21 @@ void VerbindingWacht::toon(std::vector<Lijn> lijnen) {
 }
 
 std::vector<Lijn> VerbindingWacht::meet(const Bron& bron, const platform::ToolStop* stop) {
+    return probeer(bron, stop).value_or(std::vector<Lijn>());
+}
+
+std::optional<std::vector<Lijn>> VerbindingWacht::probeer(const Bron& bron,
+                                                          const platform::ToolStop* stop) {
     const auto pad = bron.lsof.empty() ? platform::findTool("lsof") : bron.lsof;
-    if (!pad) return {};
-    const auto uit = platform::runTool(
-        {.program = *pad, .arguments = {"-nP", "-iTCP", "-sTCP:ESTABLISHED", "-FcnT"}}, stop);
-    if (!uit) return {};
+    if (!pad) return std::nullopt;
+    auto einde = platform::ToolEnd::done;
+    const auto uit = platform::runTool({.program = *pad,
+                                        .arguments = {"-nP", "-iTCP", "-sTCP:ESTABLISHED", "-FcnT"},
+                                        .mostBytes = kMeesteBytes,
+                                        .mostSeconds = bron.seconden},
+                                       stop, &einde);
+    // lsof ends with 1 where there are no connections.
+    if (!uit || (einde == platform::ToolEnd::failed && uit->text().empty())) return std::nullopt;
     return groepeer(uit->text(), bron.tabel);
 }
 

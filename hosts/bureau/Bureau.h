@@ -54,6 +54,9 @@ class Bureau {
     // are kept between runs and written at most every 0.15 s; the last ones are always
     // written, at the latest when this is dropped.
     void zetKeuzes(const BureauKeuzes& keuzes);
+    // Why the choices are not kept, as it was when they were written out last; empty
+    // where they are.
+    [[nodiscard]] QString bewaarMis() const;
     // Writes choices that wait for it at once.
     void bewaar() { bewaring_.nu(); }
 
@@ -87,6 +90,7 @@ class Bureau {
     platform::MediaClock& klok_;
     platform::Workspace& werkruimte_;
     BureauKeuzes keuzes_;
+    int bewaarFout_ = 0;
     GedoseerdeActie bewaring_;
     MuziekLuisteraar muziek_;
     MatrixCentrale centrale_;

@@ -70,7 +70,7 @@ BusAntwoord BureauDienst::voerUit(const QString& methode, const QVariantList& wa
 QHash<QString, BusObject::Doe> BureauDienst::methoden() {
     const auto muziek = [this](const QVariantList& waarden) -> BusAntwoord {
         bureau_.kies(&BureauKeuzes::muziek, waarden.at(0).toBool());
-        return QVariantList();
+        return afloop(bureau_.bewaarMis());
     };
     const auto stop = [this](const QVariantList&) -> BusAntwoord {
         platform::runOnMainQueue(daden_.stop);
@@ -128,7 +128,7 @@ BusObject::Doe BureauDienst::metGetal(double BureauKeuzes::*keuze, double laag, 
                                        .arg(hoog)
                                        .arg(getal));
         bureau_.kies(keuze, getal);
-        return QVariantList();
+        return afloop(bureau_.bewaarMis());
     };
 }
 

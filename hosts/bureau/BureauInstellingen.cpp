@@ -32,15 +32,15 @@ BureauKeuzes BureauInstellingen::lees() {
     return keuzes;
 }
 
-void BureauInstellingen::bewaar(const BureauKeuzes& keuzes) {
+int BureauInstellingen::bewaar(const BureauKeuzes& keuzes) {
     const auto winkel = platform::Preferences::forModule(moduleNaam);
-    if (!winkel) return;
+    if (!winkel) return 0;
     winkel->setString(kDichtheid, QString::number(keuzes.dichtheid));
     winkel->setString(kSnelheid, QString::number(keuzes.snelheid));
     winkel->setString(kMuziek, keuzes.muziek ? kAan : kUit);
     winkel->setString(kSoort, ruweWaarde(keuzes.soort));
     winkel->setString(kVoorbeeld, keuzes.voorbeeld ? kAan : kUit);
-    winkel->synchronize();
+    return winkel->synchronize();
 }
 
 }  // namespace brixtel

@@ -22,16 +22,16 @@ QString aanUit(bool aan) {
     return aan ? QStringLiteral("aan") : QStringLiteral("uit");
 }
 
-// What the bus itself has to say is English.
+}  // namespace
+
 QString foutTekst(const QDBusMessage& antwoord) {
     if (antwoord.errorName() == u"org.freedesktop.DBus.Error.NoReply")
-        return QStringLiteral("de draaiende brixtel-bureau antwoordt niet");
+        return QStringLiteral(
+            "de draaiende brixtel-bureau antwoordt niet; wat gevraagd is kan later nog gebeuren");
     if (antwoord.errorName() == u"org.freedesktop.DBus.Error.ServiceUnknown")
         return QStringLiteral("brixtel-bureau draait niet meer");
     return antwoord.errorMessage();
 }
-
-}  // namespace
 
 QString standTekst(const QVariantMap& eigenschappen) {
     const auto waarde = [&](const char* naam) { return eigenschappen.value(QLatin1String(naam)); };

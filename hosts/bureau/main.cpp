@@ -20,6 +20,8 @@
 #include "hosts/bureau/Pictogram.h"
 #include "hosts/gedeeld/Melding.h"
 #include "hosts/gedeeld/Signalen.h"
+#include "hosts/gedeeld/Uitvoer.h"
+#include "hosts/gedeeld/Voorraad.h"
 #include "platform/window/DesktopWorkspace.h"
 #include "platform/window/systems/WindowSystems.h"
 
@@ -35,6 +37,12 @@ constexpr int kVerkeerdGebruik = 2;
 
 int meldNaam(const QString& wat) {
     return brixtel::meld(QStringLiteral("brixtel-bureau: ") + wat, kFout);
+}
+
+// Prints it; returns the exit status.
+int druk(const QString& tekst) {
+    const QString mis = brixtel::drukAf(tekst.toUtf8());
+    return mis.isEmpty() ? 0 : meldNaam(mis);
 }
 
 constexpr const char* kGeenScherm = "er is geen scherm om op te tekenen";
@@ -53,8 +61,7 @@ QString vraagAlles(const Klant& klant, const BureauOpdracht& opdracht) {
         if (mis = klant.vraag(verzoek); !mis.isEmpty()) return mis;
     if (opdracht.taak != BureauOpdracht::Taak::Stand) return {};
     const QString stand = klant.stand(mis);
-    if (mis.isEmpty()) std::fputs(qUtf8Printable(stand), stdout);
-    return mis;
+    return mis.isEmpty() ? brixtel::drukAf(stand.toUtf8()) : mis;
 }
 
 // Returns the exit status; none where the owner was about to end, and did.
@@ -188,6 +195,8 @@ std::optional<int> alsKlant(int argc, char** argv, const QString& bus,
 }
 
 int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht& opdracht) {
+    brixtel::meldInstellingen(QStringLiteral("brixtel-bureau"),
+                              brixtel::BureauInstellingen::moduleNaam);
     platform::chooseQtScreens(platform::QtScreens::Session);
     if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     const QGuiApplication app(argc, argv);
@@ -218,6 +227,7 @@ int start(int argc, char** argv, const BureauOpdracht& opdracht) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    brixtel::eindigMetEenRegel("brixtel-bureau");
     QStringList argumenten;
     for (int i = 1; i < argc; ++i)
         argumenten << QString::fromLocal8Bit(argv[i]);
@@ -225,14 +235,10 @@ int main(int argc, char** argv) {
     if (const auto* fout = std::get_if<brixtel::Fout>(&gelezen))
         return brixtel::meld(fout->regel, kVerkeerdGebruik);
     const auto& opdracht = std::get<BureauOpdracht>(gelezen);
-    if (opdracht.taak == BureauOpdracht::Taak::Hulp) {
-        std::fputs(qUtf8Printable(brixtel::bureauHulpTekst()), stdout);
-        return 0;
-    }
-    if (opdracht.taak == BureauOpdracht::Taak::Versie) {
-        std::puts("brixtel-bureau " BRIXTEL_VERSION);
-        return 0;
-    }
+    if (opdracht.taak == BureauOpdracht::Taak::Hulp) return druk(brixtel::bureauHulpTekst());
+    if (opdracht.taak == BureauOpdracht::Taak::Versie)
+        return druk(QStringLiteral("brixtel-bureau " BRIXTEL_VERSION "\n"));
+    if (const QString mis = brixtel::tekort(); !mis.isEmpty()) return meldNaam(mis);
     // Qt gets no arguments: it would take those that are named as its own options.
     int geen = 1;
     if (opdracht.autostart) {

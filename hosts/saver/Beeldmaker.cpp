@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/saver/Beeldmaker.h"
 
-#include <QFile>
 #include <algorithm>
 #include <array>
 #include <cmath>
 
 #include "connections/Overzicht.h"
+#include "platform/files/InputFile.h"
 #include "platform/render/gl/OffscreenPicture.h"
 #include "platform/view/FrameBuilder.h"
 
@@ -15,7 +15,7 @@ namespace brixtel {
 namespace {
 
 // The most that is read of a file with lines: one may be endless.
-constexpr qint64 kMeesteBytes = 16 << 20;
+constexpr std::size_t kMeesteBytes = std::size_t{16} << 20;
 constexpr platform::Rgba kZwart{0.0F, 0.0F, 0.0F, 1.0F};
 
 }  // namespace
@@ -51,9 +51,10 @@ void Beeldmaker::maakWereld(DrieSoort soort) {
         DrieWereldBronnen{.klok = klok_, .toeval = toeval_});
     view_ = wereld_->maakView({QPointF(0, 0), QSizeF(opdracht_.maat)});
     if (!eigenLijnen) return;
-    QFile bestand(opdracht_.lijnen);
+    const platform::FileContent inhoud =
+        platform::readRegularFile(opdracht_.lijnen.toStdString(), kMeesteBytes);
     const auto lijnen =
-        bestand.open(QIODevice::ReadOnly) ? leesJson(bestand.read(kMeesteBytes)) : std::nullopt;
+        inhoud.error == 0 ? leesJson(QByteArray::fromStdString(inhoud.bytes)) : std::nullopt;
     if (lijnen)
         wereld_->zetLijnen(*lijnen);
     else
@@ -65,6 +66,13 @@ std::optional<QImage> Beeldmaker::beeld(double tijd) {
     klok_.advance(std::max(0.0, begin_ + tijd - klok_.now()));
     platform::FrameBuilder(frame_, klok_.now()).add(*view_);
     return teken();
+}
+
+std::optional<QImage> Beeldmaker::plaatje() {
+    if (!wereld_) return beeld(opdracht_.na);
+    const QImage still = wereld_->plaatje(
+        {.maat = QSizeF(opdracht_.maat), .na = opdracht_.na, .schaal = opdracht_.schaal});
+    return still.isNull() ? std::nullopt : std::optional(still);
 }
 
 // Layers are drawn with OpenGL where that is asked for, and on the CPU otherwise,

@@ -35,7 +35,9 @@ class Beeldmaker {
     // The picture so many seconds after the start, not before the last one asked for. None
     // where there is no OpenGL for it, or no memory.
     [[nodiscard]] std::optional<QImage> beeld(double tijd);
-    // What to say then.
+    // The still that the command asks for. None as above.
+    [[nodiscard]] std::optional<QImage> plaatje();
+    // The line for the user where there is no picture.
     static constexpr QLatin1String geenBeeld{"er is geen OpenGL, of geen geheugen voor zo'n beeld"};
 
   private:

@@ -2,25 +2,13 @@
 #include "hosts/saver/Instellingen.h"
 
 #include <QCoreApplication>
-#include <QSaveFile>
-#include <cstdio>
 #include <optional>
 
 #include "hosts/gedeeld/Signalen.h"
+#include "hosts/saver/PngBestand.h"
 #include "platform/window/SheetOnWindow.h"
 
 namespace brixtel {
-
-namespace {
-
-QString schrijf(const QImage& beeld, const QString& naam) {
-    QSaveFile bestand(naam);
-    if (bestand.open(QIODevice::WriteOnly) && beeld.save(&bestand, "PNG") && bestand.commit())
-        return {};
-    return QStringLiteral("'%1' kan niet geschreven worden").arg(naam);
-}
-
-}  // namespace
 
 QString toonInstellingen(const Opdracht& opdracht, const ModuleLader& module, int& doorSignaal) {
     platform::SystemClock klok;
@@ -30,7 +18,7 @@ QString toonInstellingen(const Opdracht& opdracht, const ModuleLader& module, in
                                   {.clock = klok, .random = toeval, .notifications = geenBus});
     const auto blad = view->hasConfigureSheet() ? view->configureSheet() : nullptr;
     if (!blad) return QStringLiteral("de module BrixtelInstellingen.so ontbreekt");
-    if (!opdracht.instellingen.isEmpty()) return schrijf(blad->picture(), opdracht.instellingen);
+    if (!opdracht.instellingen.isEmpty()) return schrijfPng(blad->picture(), opdracht.instellingen);
 
     // Not quit(), which asks every window first; this one does not close for that.
     const Signalen signalen([&](int signaal) {

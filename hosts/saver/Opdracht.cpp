@@ -211,12 +211,22 @@ Fout fout(const QString& wat) {
     return foutVan(QLatin1String("brixtel-saver"), wat);
 }
 
+// A still is drawn whole in memory.
+constexpr double kMeesteBeeldpunten = 8192.0 * 8192.0;
+
+bool isTeGroot(const Opdracht& opdracht) {
+    return opdracht.maat.width() * opdracht.schaal * opdracht.maat.height() * opdracht.schaal >
+           kMeesteBeeldpunten;
+}
+
 // What only shows once everything has been read.
 QString controleer(const Opdracht& opdracht) {
     if (opdracht.taak == Taak::Plaatje && opdracht.keuze.isEmpty())
         return QStringLiteral("--plaatje vraagt ook om --keuze");
     if (opdracht.taak == Taak::Plaatje && (opdracht.meet || opdracht.fps || opdracht.seconden))
         return QStringLiteral("--meet, --fps en --seconden gaan niet samen met --plaatje");
+    if (opdracht.taak == Taak::Plaatje && isTeGroot(opdracht))
+        return QStringLiteral("--plaatje kan hoogstens 67108864 beeldpunten hebben (8192x8192)");
     const bool film = opdracht.taak == Taak::Film;
     if (film && opdracht.keuze.isEmpty()) return QStringLiteral("--film vraagt ook om --keuze");
     if (film && !opdracht.seconden && !opdracht.lus)
@@ -273,7 +283,7 @@ Waar:
   --window-id=NUMMER     in het venster met dit nummer (hexadecimaal of decimaal)
   --plaatje=BESTAND.png  een stilstaand beeld in een bestand; dat kan ook
                          zonder scherm. Met --keuze, en naar wens:
-      --maat=BxH         in punten (1920x1080)
+      --maat=BxH         in punten (1920x1080); hoogstens 67108864 beeldpunten
       --schaal=S         beeldpunten per punt (1)
       --na=SECONDEN      zo lang na het begin (6)
       --zaad=N           hetzelfde getal geeft hetzelfde beeld

@@ -9,6 +9,8 @@
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "hosts/gedeeld/Melding.h"
 #include "hosts/gedeeld/Signalen.h"
+#include "hosts/gedeeld/Uitvoer.h"
+#include "hosts/gedeeld/Voorraad.h"
 #include "hosts/saver/Aanmelding.h"
 #include "hosts/saver/Film.h"
 #include "hosts/saver/Instellingen.h"
@@ -62,15 +64,29 @@ int verbindingen(bool json) {
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
+// Prints it; returns the exit status.
+int druk(const QString& tekst) {
+    const QString mis = brixtel::drukAf(tekst.toUtf8());
+    return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
+}
+
 int bericht(const brixtel::Bericht& bericht) {
     if (!bericht.gelukt) return meldNaam(bericht.regel, kFout);
-    std::puts(qUtf8Printable(bericht.regel));
-    return 0;
+    return druk(bericht.regel + u'\n');
 }
 
 int meldAan(const QString& thuis) {
     const QString eigen = QFile::symLinkTarget(QStringLiteral("/proc/self/exe"));
     return bericht(brixtel::meldAan(thuis, brixtel::opdrachtVoorGastheer(eigen)));
+}
+
+// The address space that what is asked for takes.
+std::size_t ruimteVoor(const Opdracht& opdracht) {
+    const QString regen = ruweWaarde(brixtel::SaverKeuze::regen);
+    const QString keuze =
+        opdracht.keuze.isEmpty() ? ruweWaarde(brixtel::SaverInstellingen::keuze()) : opdracht.keuze;
+    const bool zonderScene = keuze == regen || opdracht.taak == Opdracht::Taak::Instellingen;
+    return zonderScene ? brixtel::kRuimteRegen : brixtel::kRuimteScene;
 }
 
 int plaatje(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
@@ -83,7 +99,8 @@ int film(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
-// Shows the saver until something ends it, and returns by which signal, or 0.
+// Shows the saver until something ends it, and returns by which signal, or 0;
+// below 0 an exit status.
 int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QString& bus) {
     platform::SystemClock klok;
     const double begin = klok.now() - platform::secondsSinceProcessStart();
@@ -134,8 +151,8 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
     QCoreApplication::exec();
     if (meting) {
         const QString keuze = ruweWaarde(brixtel::SaverInstellingen::keuze());
-        std::fputs(meting->regel(keuze).constData(), stdout);
-        std::fflush(stdout);
+        const QString mis = brixtel::drukAf(meting->regel(keuze));
+        if (!mis.isEmpty()) return -meldNaam(mis, kFout);
     }
     return doorSignaal;
 }
@@ -195,6 +212,7 @@ int start(int argc, char** argv, const Opdracht& opdracht) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    brixtel::eindigMetEenRegel("brixtel-saver");
     QStringList argumenten;
     for (int i = 1; i < argc; ++i)
         argumenten << QString::fromLocal8Bit(argv[i]);
@@ -205,11 +223,9 @@ int main(int argc, char** argv) {
     const auto& opdracht = std::get<Opdracht>(gelezen);
     switch (opdracht.taak) {
         case Opdracht::Taak::Hulp:
-            std::fputs(qUtf8Printable(brixtel::hulpTekst()), stdout);
-            return 0;
+            return druk(brixtel::hulpTekst());
         case Opdracht::Taak::Versie:
-            std::puts("brixtel-saver " BRIXTEL_VERSION);
-            return 0;
+            return druk(QStringLiteral("brixtel-saver " BRIXTEL_VERSION "\n"));
         case Opdracht::Taak::Verbindingen:
             return verbindingen(opdracht.json);
         case Opdracht::Taak::Aanmelden:
@@ -220,6 +236,11 @@ int main(int argc, char** argv) {
             break;
     }
     brixtel::Signalen::negeerOpnieuw();
+    const QString mis = brixtel::tekort(ruimteVoor(opdracht));
+    if (!mis.isEmpty()) return meldNaam(mis, kFout);
+    if (opdracht.keuze.isEmpty())
+        brixtel::meldInstellingen(QStringLiteral("brixtel-saver"),
+                                  brixtel::SaverInstellingen::moduleNaam);
     // Qt gets no arguments: it would take those that are named as its own options.
     int geen = 1;
     const int uitgang = start(geen, argv, opdracht);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <optional>
@@ -14,6 +16,18 @@ namespace platform {
 struct ToolCall {
     std::string program;  // a path; no search is done
     std::vector<std::string> arguments;
+    std::size_t mostBytes = SIZE_MAX;  // of its output
+    double mostSeconds = 0.0;          // until its end; 0 is for ever
+};
+
+// How a run of a tool came to its end.
+enum class ToolEnd {
+    done,        // with exit status 0 or 1
+    failed,      // with another status, or by a signal
+    notStarted,  // or without memory for its text
+    stopped,     // as was requested
+    late,        // it took more than mostSeconds
+    tooMuch,     // it wrote more than mostBytes
 };
 
 // A tool's whole standard output. Move-only owner. Grows in place, so a large
@@ -55,13 +69,14 @@ class ToolStop {
 // Runs a tool, reads its standard output to the end and waits for its exit; the exit status is
 // ignored. The tool's input is empty, its standard error is discarded, it inherits no other
 // descriptor, and its signals have their defaults.
-// thrown away, it inherits no other descriptor and all signals as usual.
 //
-// Blocks the calling thread. Gives nothing when the tool could not be started,
-// when `stop` was requested, or when the text does not fit into memory; the
-// tool is then killed with its process group. The kernel also kills the tool
-// when the calling thread ends first, for whatever reason. Any thread.
-[[nodiscard]] std::optional<ToolText> runTool(const ToolCall& call, const ToolStop* stop = nullptr);
+// Blocks the calling thread. Gives nothing when the tool could not be started, when
+// `stop` was requested, when the tool took too long or wrote too much, or when the text
+// does not fit into memory; the tool is then killed with its process group. The kernel
+// also kills the tool when the calling thread ends first, for whatever reason. The way
+// the run ended is left in `end`. Any thread.
+[[nodiscard]] std::optional<ToolText> runTool(const ToolCall& call, const ToolStop* stop = nullptr,
+                                              ToolEnd* end = nullptr);
 
 // Finds a system tool: in /usr/sbin, else in /usr/bin, else in an absolute
 // folder on the PATH. Gives nothing when the tool is not installed. Any thread.

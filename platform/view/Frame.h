@@ -23,8 +23,8 @@ struct FramePass {
 struct Frame {
     PixelGrid grid;
     Rgba background;
-    // Of the whole picture, in [0, 1]; below 1 only where the window system does
-    // not fade windows itself.
+    // Opacity of the whole picture, in [0, 1]; below 1 only where the window system
+    // does not fade windows itself.
     double opacity = 1.0;
     std::vector<FramePass> passes;
 };

@@ -51,7 +51,7 @@ Surface::Result GlSurface::draw(const Frame& frame, std::span<const QRect>) {
 
 bool GlSurface::show(const Frame& frame) {
     paint(frame);
-    // What was lost meanwhile has painted nothing.
+    // A context that was lost meanwhile has painted nothing.
     return !context_->isLost() && target_->surface().swap();
 }
 

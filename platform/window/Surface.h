@@ -10,7 +10,7 @@
 
 namespace platform {
 
-// Which drawer shows layers in windows. Auto takes the CPU where OpenGL would
+// The drawer that shows layers in windows. Auto takes the CPU where OpenGL would
 // be software: a full-screen swap alone costs that more than the CPU's drawing
 // of what changed.
 enum class DrawerChoice { Auto, OpenGl, Cpu };
@@ -21,7 +21,7 @@ struct SurfaceOptions {
     ResetQuery resetStatus{};  // asked, on render threads, in OpenGL's place
 };
 
-// What a window's picture is drawn on, with one way of drawing. Made, used and
+// The ground that a window's picture is drawn on, with one way of drawing. Made, used and
 // dropped on the window's render thread, which owns it.
 class Surface {
   public:

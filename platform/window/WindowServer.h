@@ -27,7 +27,7 @@ struct WindowServerOptions {
     const RestableClock* pictures = nullptr;
 };
 
-// What the program's windows share: their system, their clock, their pace and
+// The things that the program's windows share: their system, their clock, their pace and
 // their order. One per program; outlives its windows. The clock outlives the
 // server. Main thread.
 class WindowServer {

@@ -177,6 +177,23 @@ TEST(BereikZoeker, FindsWhatTheBinarySearchFindsInListsOfEverySizeAndSpread) {
     }
 }
 
+// Thousands of starts with the same sixteen highest bits, as IPv6 has them, between
+// pages with one start or none.
+TEST(BereikZoeker, FindsWhatTheBinarySearchFindsOnACrowdedPage) {
+    std::mt19937_64 lot(14);
+    std::vector<std::uint64_t> starts{0, 0x2000000000000000, 0x2A01FFFFFFFFFFFF};
+    for (int i = 0; i < 5000; ++i)
+        starts.push_back(0x2A02000000000000 + (lot() >> (16 + i % 40)));
+    starts.push_back(0x2A03000000000000);
+    std::sort(starts.begin(), starts.end());
+    const brixtel::BereikZoeker zoeker(starts);
+    for (const auto start : starts)
+        for (const auto sleutel : {start, start + 1, start == 0 ? 0 : start - 1, start + 1000})
+            ASSERT_EQ(static_cast<long>(zoeker.zoek(sleutel, starts)),
+                      zoekLetterlijk(starts, sleutel))
+                << sleutel;
+}
+
 TEST(BereikZoeker, InAListThatDoesNotAscendItStaysInside) {
     std::mt19937 lot(12);
     for (int beurt = 0; beurt < 1000; ++beurt) {
@@ -312,6 +329,19 @@ TEST(Meegeleverd, TheModulesOwnTableIsFoundBesideTheModule) {
     EXPECT_EQ(tabel.landen().size(), 250U);
     EXPECT_EQ(&LandenTabel::gedeeld(), &LandenTabel::gedeeld());
     EXPECT_NE(LandenTabel::gedeeld().land("193.0.6.139"), std::nullopt);
+}
+
+TEST(Meegeleverd, TheChecksumIsBesideTheTableAndHolds) {
+    const auto inhoudVan = [](const char* naam) {
+        std::ostringstream tekst;
+        tekst << std::ifstream(std::string(BRIXTEL_BUILD_DIR "/lib/resources/") + naam,
+                               std::ios::binary)
+                     .rdbuf();
+        return tekst.str();
+    };
+    const std::string bytes = inhoudVan("landen.bin");
+    EXPECT_EQ(inhoudVan("landen.bin.crc32"),
+              brixtel::somVan({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}));
 }
 
 TEST(Meegeleverd, ThisComputersOwnAndPrivateAddressesBelongToNoCountry) {

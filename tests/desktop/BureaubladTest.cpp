@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Both effects on a real desktop: openbox, picom, two displays, real programs.
 #include "tests/desktop/Bureaublad.h"
+#include "tests/support/BusSaver.h"
 
 #include <QFile>
 #include <QtEndian>
@@ -382,15 +383,11 @@ TEST_F(Effecten, XscreensaverHidesTheRainAndItReturns) {
 TEST_F(Effecten, ADesktopsOwnLockHidesTheRainAndItReturns) {
     ASSERT_TRUE(bureaublad.startCompositor());
     ASSERT_TRUE(toonRegen());
-    const auto meld = [&](const char* waarde) {
-        return bus.send({QStringLiteral("/org/gnome/ScreenSaver"),
-                         QStringLiteral("org.gnome.ScreenSaver.ActiveChanged"),
-                         QStringLiteral("boolean:") + QLatin1String(waarde)});
-    };
-    ASSERT_TRUE(meld("true"));
+    BusSaver slot(bus.address());
+    ASSERT_TRUE(slot.say(true));
     ASSERT_TRUE(
         until([&] { return centrale->regenStand().waarde() == RegenStand::schermbeveiliging; }));
-    ASSERT_TRUE(meld("false"));
+    ASSERT_TRUE(slot.say(false));
     ASSERT_TRUE(until([&] { return centrale->regenStand().waarde() == RegenStand::aan; }));
     EXPECT_TRUE(regent(kRechts));
 }

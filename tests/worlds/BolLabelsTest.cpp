@@ -2,6 +2,7 @@
 // The labels in front of the globe, and what may come in a list of lines.
 #include <cmath>
 
+#include "drawing/Thema.h"
 #include "tests/platform/scene/Near.h"
 #include "tests/worlds/BolLijst.h"
 #include "tests/worlds/Opstelling.h"
@@ -357,6 +358,23 @@ TEST_F(BolLabelsTest, ANameOf60CharactersIsOneLongLabel) {
     EXPECT_NEAR(maat.y, kHoogte, 1e-6);
     EXPECT_GT(maat.x, 0.8);
     EXPECT_FALSE(label(*bol_, 0).geometry()->material()->drawsNothing());
+}
+
+// The same words drawn where they belong.
+TEST_F(BolLabelsTest, SayTheirCountryAndNumberFromEightTenOn) {
+    zet({{{"US", 40.0, -100.0}, {"Proef"}, 12}});
+    const QImage beeld = label(*bol_, 0).geometry()->material()->picture();
+    const QFont font = brixtel::Thema::font(26.0, {.vet = true});
+    const QString tekst = QStringLiteral("VERENIGDE STATEN  12");
+    const auto teken = [&](brixtel::Tekenvlak& vlak) {
+        brixtel::Thema::tekst(
+            tekst, {.font = font, .kleur = brixtel::Thema::groen(), .op = {8.0, 10.0}}, vlak);
+    };
+    const auto verwacht =
+        brixtel::Thema::beeld({brixtel::Thema::breedte(tekst, {.font = font}) + 16.0, 36.0},
+                              {.schaal = 2.0, .teken = teken});
+    ASSERT_TRUE(verwacht);
+    EXPECT_EQ(beeld, verwacht->convertToFormat(beeld.format()));
 }
 
 }  // namespace

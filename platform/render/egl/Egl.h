@@ -58,15 +58,15 @@ class EglDisplay {
     std::string extensions_;
 };
 
-// What is asked of a config to draw into a window with.
+// Traits of a config that drawing into a window asks for. A plain value.
 struct EglConfigTraits {
     int visual = 0;  // the window system's number for its pixels; 0 for none
     int depth = 0;   // bits of the colours and of alpha together
     int alpha = 0;   // bits of alpha alone
 };
 
-// What OpenGL draws into to show it in a window, whoever made that window. Belongs
-// to the thread on which it is current. The window may vanish at any time: then
+// The surface that OpenGL draws into to show it in a window, whoever made that
+// window. Belongs to the thread on which it is current. The window may vanish at any time: then
 // swapping fails or shows nothing, and nothing worse happens.
 class EglWindowSurface {
   public:

@@ -11,7 +11,7 @@
 
 namespace platform {
 
-// What the rest of the desktop does, as the root window of an X server tells it,
+// The doings of the rest of the desktop, as the root window of an X server tells them,
 // over a connection of its own. Without a server everything is absent. Owned by
 // the X11System. Main thread.
 class RootWatch {

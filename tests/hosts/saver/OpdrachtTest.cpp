@@ -91,6 +91,7 @@ TEST(Opdracht, AStillPictureWithAllItsParts) {
     EXPECT_EQ(opdracht.taak, Taak::Plaatje);
     EXPECT_EQ(opdracht.plaatje, QStringLiteral("a.png"));
     EXPECT_EQ(opdracht.maat, QSize(640, 480));
+    EXPECT_EQ(goed(woorden("--plaatje=a.png --keuze=regen --maat=4096x4096 --schaal=2")).schaal, 2);
     EXPECT_EQ(opdracht.schaal, 1.5);
     EXPECT_EQ(opdracht.na, 6.5);
     EXPECT_EQ(opdracht.zaad, 18446744073709551615ULL);
@@ -142,6 +143,8 @@ TEST(Opdracht, ABadArgumentGetsOneClearDutchLine) {
                               "--plaatje=a.jpg --keuze=regen",
                               "--plaatje=a.png",
                               "--plaatje=a.png --keuze=regen --meet",
+                              "--plaatje=a.png --keuze=regen --maat=8193x8192",
+                              "--plaatje=a.png --keuze=regen --maat=4097x4096 --schaal=2",
                               "--lijnen=a.json",
                               "--plaatje=a.png --keuze=regen --lijnen=a.json",
                               "--zaad=-1",

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "hosts/saver/Reden.h"
+#include "hosts/gedeeld/Reden.h"
 
 #include <cerrno>
 #include <cstring>
@@ -23,12 +23,17 @@ QString reden(int nummer) {
         case EROFS:
             return QStringLiteral("die schijf is alleen te lezen");
         case ELOOP:
-            return QStringLiteral("de verwijzingen gaan in het rond");
+            return QStringLiteral("de verwijzing gaat in het rond, of is van een ander");
         case ENAMETOOLONG:
             return QStringLiteral("de naam is te lang");
+        case ENOTSUP:
+            return QStringLiteral("dat is geen gewoon bestand");
+        case EFBIG:
+            return QStringLiteral("dat is te groot");
         case EIO:
             return QStringLiteral("de schijf hapert");
         case EPIPE:
+        case ENXIO:
             return QStringLiteral("er is niemand die het leest");
         default:
             return QString::fromLocal8Bit(std::strerror(nummer));
