@@ -263,7 +263,7 @@ TEST_F(Centrale, ClosingFadesAndThenTakesTheWindowsDown) {
     wachtFade();
     const std::size_t voor = klok.timerCount();
     auto* const venster = centrale->zwart()[0].venster.get();
-    auto* const regen = centrale->zwart()[0].regen.get();
+    auto* const regen = centrale->zwart()[0].regen;
     centrale->sluitZwart();
     klok.advance(0.2);
     EXPECT_TRUE(venster->isVisible());
