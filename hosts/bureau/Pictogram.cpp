@@ -212,6 +212,20 @@ MenuRegel Pictogram::keuze(const BureauStand& stand, Stappen stappen) {
     return menu;
 }
 
+void Pictogram::toonPaneel() {
+    paneelMis_ = daden_.toonPaneel();
+    menu_.zet(regels(bureau_.stand().waarde()));
+    if (paneelMis_.isEmpty()) return;
+    const QString dienst = QStringLiteral("org.freedesktop.Notifications");
+    QDBusMessage bericht = QDBusMessage::createMethodCall(
+        dienst, QStringLiteral("/org/freedesktop/Notifications"), dienst, QStringLiteral("Notify"));
+    constexpr int kZoLangAlsGebruikelijk = -1;
+    bericht << QStringLiteral("Brixtel") << 0U << QStringLiteral("brixtel-saver")
+            << QStringLiteral("De instellingen gaan niet open") << paneelMis_ << QStringList()
+            << QVariantMap() << kZoLangAlsGebruikelijk;
+    bus_.verbinding().send(bericht);
+}
+
 std::vector<MenuRegel> Pictogram::regels(const BureauStand& stand) {
     const bool verhinderd = stand.regenStand == RegenStand::geenCompositor;
     return {
@@ -235,7 +249,9 @@ std::vector<MenuRegel> Pictogram::regels(const BureauStand& stand) {
          .aan = stand.keuzes.muziek,
          .doe = [this, om = !stand.keuzes.muziek] { bureau_.kies(&BureauKeuzes::muziek, om); }},
         {.soort = MenuRegel::Soort::Streep},
-        {.tekst = QStringLiteral("Instellingen…"), .doe = [this] { daden_.toonPaneel(); }},
+        {.tekst = paneelMis_.isEmpty() ? QStringLiteral("Instellingen…")
+                                       : QStringLiteral("Instellingen… (%1)").arg(paneelMis_),
+         .doe = [this] { toonPaneel(); }},
         {.tekst = QStringLiteral("Alles sluiten"), .doe = [this] { bureau_.sluitAlles(); }},
         {.tekst = QStringLiteral("Stoppen"), .doe = daden_.stop}};
 }

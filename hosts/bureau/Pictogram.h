@@ -64,12 +64,15 @@ class Pictogram {
     };
     [[nodiscard]] MenuRegel keuze(const BureauStand& stand, Stappen stappen);
     [[nodiscard]] MenuRegel scene(const BureauStand& stand, ZwartSoort soort);
+    // Where nothing opens, says why: in the menu from then on, and as a notification.
+    void toonPaneel();
 
     Bureau& bureau_;
     BusAansluiting& bus_;
     const BureauDaden daden_;
     Menu menu_;
     BusHulp hulp_;
+    QString paneelMis_;  // why the panel did not open; empty if it did
     QDBusServiceWatcher trays_;
     Abonnement stand_;
 };

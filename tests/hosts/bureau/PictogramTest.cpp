@@ -165,6 +165,20 @@ TEST_F(InHetSysteemvak, TheMenuDoesWhatItSays) {
     EXPECT_EQ(gestopt, 1);
 }
 
+TEST_F(InHetSysteemvak, TheMenuSaysWhyNoPanelOpensUntilOneDoes) {
+    paneelMis = QStringLiteral("de module BrixtelPaneel.so ontbreekt");
+    klik("Instellingen");
+    BusMenuRegel alles = menu();
+    EXPECT_NE(vind(alles, QStringLiteral("Instellingen… (de module BrixtelPaneel.so ontbreekt)")),
+              nullptr);
+    paneelMis.clear();
+    klik("Instellingen");
+    alles = menu();
+    EXPECT_EQ(vind(alles, QStringLiteral("Instellingen… (")), nullptr);
+    EXPECT_NE(vind(alles, QStringLiteral("Instellingen…")), nullptr);
+    EXPECT_EQ(getoond, 2);
+}
+
 TEST_F(InHetSysteemvak, TheMenuSaysWhatTheRainWaitsFor) {
     werkruimte.doorzichtig = false;
     bureau->toonRegen();
