@@ -37,6 +37,9 @@ struct BloomRequest {
     QSize size;          // of the scene's image
     double sigma = 1.0;  // in its pixels
     bool fine = true;    // on a larger image, stretched by cubic splines
+    // On as small an image as goes, of at least two and at most sixteen pixels
+    // each, stretched by cubic splines; `fine` makes no difference.
+    bool spline = false;
 };
 [[nodiscard]] BloomPlan planBloom(const BloomRequest& request);
 

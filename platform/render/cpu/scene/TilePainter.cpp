@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include "platform/render/cpu/scene/TilePainter.h"
+
+#include <algorithm>
+
+#include "platform/render/cpu/scene/TileFinish.h"
+
+namespace platform {
+
+namespace {
+
+// Planes begin within their first row, and vectors may end behind the last one.
+constexpr std::size_t kPlaneRoom = kTilePlane + 2 * kTileMargin;
+
+float* planeAt(std::vector<float>& room, std::size_t number) {
+    return room.data() + number * kPlaneRoom + kTileMargin;
+}
+
+}  // namespace
+
+TilePainter::TilePainter() : planes_(4 * kPlaneRoom) {
+    for (std::size_t k = 0; k < 3; ++k)
+        tile_.light[k] = planeAt(planes_, k);
+    tile_.near = planeAt(planes_, 3);
+}
+
+void TilePainter::paint(const ScenePlan& plan, std::span<const ShapeCall> calls, const QRect& rect,
+                        const glm::vec3& background) {
+    tile_.x = rect.left();
+    tile_.y = rect.top();
+    tile_.width = rect.width();
+    tile_.height = rect.height();
+    clearTile(tile_, &background.x);
+    for (const ShapeCall call : calls)
+        draw(plan, call);
+    resolveLight(tile_);
+}
+
+void TilePainter::drawPolygons(const ScenePlan& plan, ShapeCall call) {
+    const ScreenPolygon& polygon = plan.polygons()[call.index()];
+    const Surface& surface = plan.surfaces()[polygon.surface];
+    if (surface.opaque && surface.outlined && surface.hiding.writes) {
+        if (samples_.empty()) {
+            samples_.resize(4 * kSamples * kPlaneRoom);
+            for (std::size_t s = 0; s < kSamples; ++s) {
+                for (std::size_t k = 0; k < 3; ++k)
+                    tile_.sampleLight[s][k] = planeAt(samples_, 4 * s + k);
+                tile_.sampleNear[s] = planeAt(samples_, 4 * s + 3);
+            }
+        }
+        sampleNearness(tile_);
+        sampleLight(tile_);
+    } else if (!surface.opaque) {
+        resolveLight(tile_);
+    }
+    drawPolygon(polygon, surface, plan.frame(), tile_);
+    if (surface.hiding.writes) tile_.hidesNothing = false;
+}
+
+void TilePainter::draw(const ScenePlan& plan, ShapeCall call) {
+    if (call.kind() == ShapeKind::Polygon) return drawPolygons(plan, call);
+    resolveLight(tile_);
+    bool writes = false;
+    switch (call.kind()) {
+        case ShapeKind::Dot: {
+            const ScreenDot& dot = plan.dots()[call.index()];
+            const DotStyle& style = plan.dotStyles()[dot.style];
+            drawDot(dot, style, tile_);
+            writes = style.hiding.writes;
+            break;
+        }
+        case ShapeKind::Line: {
+            const ScreenLine& line = plan.lines()[call.index()];
+            drawLine(line, plan.lineKernel(), tile_);
+            writes = line.hiding.writes;
+            break;
+        }
+        case ShapeKind::Sprite: {
+            const ScreenSprite& sprite = plan.sprites()[call.index()];
+            drawSprite(sprite, tile_, desk_);
+            writes = sprite.hiding.writes;
+            break;
+        }
+        case ShapeKind::Ball: {
+            const ScreenBall& ball = plan.balls()[call.index()];
+            drawBall(ball, plan.lens(), tile_);
+            writes = ball.hiding.writes;
+            break;
+        }
+        case ShapeKind::Floor: {
+            const ScreenFloor& floor = plan.floors()[call.index()];
+            drawFloor(floor, plan.lens(), tile_);
+            writes = floor.hiding.writes && !floor.blackens;
+            break;
+        }
+        case ShapeKind::Polygon:
+            break;
+    }
+    if (writes) tile_.hidesNothing = false;
+}
+
+}  // namespace platform

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+// Draws the shapes of one tile after another; private to platform/render.
+#pragma once
+
+#include <QRect>
+#include <glm/vec3.hpp>
+#include <span>
+#include <vector>
+
+#include "platform/render/cpu/scene/ScenePlan.h"
+#include "platform/render/cpu/scene/SceneTile.h"
+#include "platform/render/cpu/scene/TileSprites.h"
+
+namespace platform {
+
+// The space that a tile is drawn in, of one thread.
+class TilePainter {
+  public:
+    TilePainter();
+
+    // Draws all calls over the background; `rect` is the tile's part of the picture.
+    void paint(const ScenePlan& plan, std::span<const ShapeCall> calls, const QRect& rect,
+               const glm::vec3& background);
+
+    [[nodiscard]] const SceneTile& tile() const { return tile_; }
+
+  private:
+    void draw(const ScenePlan& plan, ShapeCall call);
+    void drawPolygons(const ScenePlan& plan, ShapeCall call);
+
+    SceneTile tile_;
+    SpriteDesk desk_;
+    std::vector<float> planes_;
+    std::vector<float> samples_;  // made when first needed
+};
+
+}  // namespace platform
