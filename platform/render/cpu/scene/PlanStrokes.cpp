@@ -6,6 +6,7 @@
 #include <glm/mat3x3.hpp>
 
 #include "platform/render/cpu/scene/ScenePlan.h"
+#include "platform/render/cpu/scene/SceneTile.h"
 
 namespace platform {
 
@@ -146,14 +147,23 @@ bool ScenePlan::addSprite(const BatchView& view, const DrawInstance& instance) {
     const Ink ink = inkAt(view, tintOf(view, instance), glm::length(middle), 0.0F);
     // Fog that is not black would need more than a tint.
     if (frame_.hasFog && !view.additive && glm::length(frame_.fogColour) > 0.0F) return false;
-    sprite.picture = &spriteOf(material);
+    sprite.picture = &spriteOf(material, view.additive);
     sprite.near = 1.0F / corner.z;
     sprite.tint = {ink.light, tintOf(view, instance).a};
     sprite.additive = view.additive;
     sprite.hiding = view.hiding;
     const ShapeCall call(ShapeKind::Sprite, sprites_.size());
     sprites_.push_back(sprite);
-    bins_.add(call, glm::min(a, b), glm::max(a, b));
+    const glm::dvec2 perPixel(sprite.picture->width / sprite.size.x,
+                              sprite.picture->height / sprite.size.y);
+    bins_.addWhere(call, glm::min(a, b), glm::max(a, b), [&](int tileX, int tileY) {
+        const glm::dvec2 low(tileX * kTileWidth, tileY * kTileHeight);
+        const glm::dvec2 from = (low - sprite.at) * perPixel;
+        const glm::dvec2 to =
+            (low + glm::dvec2(kTileWidth, kTileHeight) - sprite.at) * perPixel;
+        return !sprite.picture->isEmpty(std::min(from.x, to.x), std::min(from.y, to.y),
+                                        std::max(from.x, to.x), std::max(from.y, to.y));
+    });
     return true;
 }
 

@@ -29,14 +29,10 @@ SceneBins::Range SceneBins::rangeOf(glm::vec2 low, glm::vec2 high) const {
 }
 
 void SceneBins::add(ShapeCall call, glm::vec2 low, glm::vec2 high) {
-    const Range range = rangeOf(low, high);
-    for (int y = range.firstY; y <= range.lastY; ++y)
-        for (int x = range.firstX; x <= range.lastX; ++x)
-            put(call, y * tiles_.width() + x);
+    addWhere(call, low, high, [](int, int) { return true; });
 }
 
 void SceneBins::add(ShapeCall call, const ScreenPolygon& polygon) {
-    const Range range = rangeOf(polygon.low, polygon.high);
     const auto isOutside = [&](int x, int y) {
         for (int i = 0; i < polygon.edges; ++i) {
             const Plane& edge = polygon.edge[static_cast<std::size_t>(i)];
@@ -46,9 +42,7 @@ void SceneBins::add(ShapeCall call, const ScreenPolygon& polygon) {
         }
         return false;
     };
-    for (int y = range.firstY; y <= range.lastY; ++y)
-        for (int x = range.firstX; x <= range.lastX; ++x)
-            if (!isOutside(x, y)) put(call, y * tiles_.width() + x);
+    addWhere(call, polygon.low, polygon.high, [&](int x, int y) { return !isOutside(x, y); });
 }
 
 void SceneBins::addEverywhere(ShapeCall call) {

@@ -29,6 +29,14 @@ class SceneBins {
     void begin(QSize picture);
     // Everything that a box of pixels touches; the box may lie outside.
     void add(ShapeCall call, glm::vec2 low, glm::vec2 high);
+    // The same, but for the tiles that are not wanted.
+    template <typename Wanted>
+    void addWhere(ShapeCall call, glm::vec2 low, glm::vec2 high, const Wanted& wanted) {
+        const Range range = rangeOf(low, high);
+        for (int y = range.firstY; y <= range.lastY; ++y)
+            for (int x = range.firstX; x <= range.lastX; ++x)
+                if (wanted(x, y)) put(call, y * tiles_.width() + x);
+    }
     // What of the box lies inside the polygon's edges.
     void add(ShapeCall call, const ScreenPolygon& polygon);
     void addEverywhere(ShapeCall call);

@@ -148,10 +148,10 @@ ScenePlan::Picture& ScenePlan::pictureOf(const DrawMaterial& material) {
     return kept;
 }
 
-const SpritePicture& ScenePlan::spriteOf(const DrawMaterial& material) {
-    Picture& kept = pictureOf(material);
-    if (!kept.sprite) kept.sprite = std::make_unique<SpritePicture>(material.picture);
-    return *kept.sprite;
+const SpritePicture& ScenePlan::spriteOf(const DrawMaterial& material, bool additive) {
+    auto& sprite = pictureOf(material).sprite[additive ? 1 : 0];
+    if (!sprite) sprite = std::make_unique<SpritePicture>(material.picture, additive);
+    return *sprite;
 }
 
 const RipPicture& ScenePlan::ripOf(const DrawMaterial& material) {

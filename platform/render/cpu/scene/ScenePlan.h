@@ -50,7 +50,7 @@ class ScenePlan {
 
   private:
     struct Picture {
-        std::unique_ptr<SpritePicture> sprite;
+        std::array<std::unique_ptr<SpritePicture>, 2> sprite;  // by whether it is only added
         std::unique_ptr<RipPicture> rip;
         std::unique_ptr<StripePicture> stripes;
         bool hasNoStripes = false;
@@ -101,7 +101,7 @@ class ScenePlan {
 
     const MeshShape& shapeOf(const Mesh& mesh);
     Picture& pictureOf(const DrawMaterial& material);
-    const SpritePicture& spriteOf(const DrawMaterial& material);
+    const SpritePicture& spriteOf(const DrawMaterial& material, bool additive);
     const RipPicture& ripOf(const DrawMaterial& material);
     const DotKernel& dotKernelOf(float diameter);
     void dropOld();

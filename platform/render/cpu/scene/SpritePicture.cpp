@@ -12,7 +12,7 @@ namespace {
 
 constexpr float kWhole = 65535.0F;
 // Of a component of 65535, what rounding may make of one colour.
-constexpr float kSameColour = 300.0F;
+constexpr float kSameColour = 24.0F;
 
 struct Texels {
     std::vector<std::uint16_t> pixels;
@@ -61,14 +61,35 @@ bool isOneColour(const Texels& texels, const glm::vec4& colour) {
 
 }  // namespace
 
-SpritePicture::SpritePicture(const QImage& picture) {
-    const Texels texels{linearPixels(picture), picture.width(), picture.height()};
+bool SpritePicture::isEmpty(double left, double top, double right, double bottom) const {
+    // A texel is seen half a texel further than it reaches.
+    const auto block = [](double at, int side) {
+        return static_cast<int>(std::clamp(std::floor(at * kBlocks / side), 0.0, kBlocks - 1.0));
+    };
+    for (int y = block(top - 1.0, height); y <= block(bottom + 1.0, height); ++y)
+        for (int x = block(left - 1.0, width); x <= block(right + 1.0, width); ++x)
+            if (filled_[static_cast<std::size_t>(y * kBlocks + x)]) return false;
+    return true;
+}
+
+SpritePicture::SpritePicture(const QImage& picture, bool additive) {
+    Texels texels{linearPixels(picture), picture.width(), picture.height()};
+    for (std::size_t i = 3; additive && i < texels.pixels.size(); i += 4)
+        texels.pixels[i] = 0;
     width = texels.width;
     height = texels.height;
     const glm::vec4 most = brightest(texels);
     hasOneColour = isOneColour(texels, most);
     channels = hasOneColour ? 1 : 4;
     if (hasOneColour) colour = most / kWhole;
+    filled_.assign(static_cast<std::size_t>(kBlocks) * kBlocks, 0);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            const std::uint16_t* const texel = texels.at(x, y);
+            if ((texel[0] | texel[1] | texel[2] | texel[3]) == 0) continue;
+            filled_[static_cast<std::size_t>(y * kBlocks / height * kBlocks +
+                                             x * kBlocks / width)] = 1;
+        }
     // A vector that begins at any node may reach beyond the last.
     stride = (nodes() + 31) / 16 * 16;
     const auto isSame = [&](int a, int b) {

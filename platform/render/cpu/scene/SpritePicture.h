@@ -13,7 +13,11 @@ namespace platform {
 // with its integral. Equal rows that follow one another are kept once, and a
 // picture of one colour keeps only how much of it there is.
 struct SpritePicture {
-    explicit SpritePicture(const QImage& picture);
+    // Whether it is only added: what it covers does not matter then.
+    SpritePicture(const QImage& picture, bool additive);
+
+    // Whether there is nothing to be seen of a box of its texels.
+    [[nodiscard]] bool isEmpty(double left, double top, double right, double bottom) const;
 
     [[nodiscard]] int nodes() const { return width + 2; }
     [[nodiscard]] const float* values(std::size_t channel, int run) const {
@@ -35,6 +39,11 @@ struct SpritePicture {
     std::vector<int> runOf;         // by the picture's row
     std::vector<bool> runIsEmpty;   // by the run
     std::vector<float> data;
+
+  private:
+    // Whether there is something in each of kBlocks × kBlocks parts of it.
+    static constexpr int kBlocks = 16;
+    std::vector<char> filled_;
 };
 
 // One pixel row or column of a sprite and what of the picture it shows: how much

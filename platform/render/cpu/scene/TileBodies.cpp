@@ -150,6 +150,16 @@ TileV across(const RowOf& plane, const RowOf& near, TileV value, TileV depth, fl
     return hn::Max(hn::Add(hn::Abs(along), hn::Abs(down)), hn::Set(d, texel));
 }
 
+// Whether nearness and the picture's row are the same along a row of pixels.
+bool isEven(const ScreenFloor& floor, const SceneTile& tile, int row) {
+    constexpr double kEven = 1e-4;  // of what there is, or of a repeat
+    const double near = floor.near.at(tile.x, tile.y + row + 0.5);
+    if (!(near > 1e-5) || std::abs(floor.near.a) * kTileWidth > kEven * near) return false;
+    const double v = floor.v.at(tile.x, tile.y + row + 0.5) / near;
+    const double step = (floor.v.a - v * floor.near.a) / near;
+    return std::abs(step) * kTileWidth < kEven;
+}
+
 void drawFloorRow(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& tile, int row) {
     const TileF d;
     const int lanes = static_cast<int>(hn::Lanes(d));
@@ -158,6 +168,17 @@ void drawFloorRow(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& t
     const RowOf v(floor.v, tile, row);
     const StripePicture& stripes = floor.stripes;
     const float dy = (lens.middle.y - (static_cast<float>(tile.y + row) + 0.5F)) * lens.perPixel.y;
+    // Where the camera stands upright, a row of pixels shows one row of the picture.
+    const bool level = isEven(floor, tile, row);
+    TileV columns[StripePicture::kMostKinds];
+    TileV rows[StripePicture::kMostKinds];
+    if (level) {
+        const auto middle = hn::Set(d, 0.5F * kTileWidth);
+        const auto deep = hn::Div(hn::Set(d, 1.0F), near.at(middle));
+        const auto vAt = hn::Mul(v.at(middle), deep);
+        stripeShares(stripes.row, stripes.rowKinds, vAt,
+                     across(v, near, vAt, deep, stripes.texel.y), rows);
+    }
     for (int x = 0; x < tile.width; x += lanes) {
         const auto column = columnsFrom(x);
         const auto nearness = near.at(column);
@@ -178,13 +199,13 @@ void drawFloorRow(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& t
             clear = hn::Sub(one, hn::Min(hn::Max(fog, hn::Zero(d)), one));
         }
         const auto uAt = hn::Mul(u.at(column), depth);
-        const auto vAt = hn::Mul(v.at(column), depth);
-        TileV columns[StripePicture::kMostKinds];
-        TileV rows[StripePicture::kMostKinds];
         stripeShares(stripes.column, stripes.columnKinds, uAt,
                      across(u, near, uAt, depth, stripes.texel.x), columns);
-        stripeShares(stripes.row, stripes.rowKinds, vAt,
-                     across(v, near, vAt, depth, stripes.texel.y), rows);
+        if (!level) {
+            const auto vAt = hn::Mul(v.at(column), depth);
+            stripeShares(stripes.row, stripes.rowKinds, vAt,
+                         across(v, near, vAt, depth, stripes.texel.y), rows);
+        }
         const auto foggy = hn::Sub(one, clear);
         for (int k = 0; k < 3; ++k) {
             auto light = hn::Zero(d);

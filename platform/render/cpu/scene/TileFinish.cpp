@@ -58,6 +58,20 @@ void sampleLight(SceneTile& tile) {
     tile.sampledLight = true;
 }
 
+float leastNear(const SceneTile& tile) {
+    const F d;
+    auto least = hn::Set(d, 1e30F);
+    const int lanes = static_cast<int>(hn::Lanes(d));
+    for (int row = 0; row < tile.height; ++row)
+        for (int x = 0; x + lanes <= tile.width; x += lanes)
+            least = hn::Min(least, hn::LoadU(d, tile.near + SceneTile::at(x, row)));
+    float result = hn::GetLane(hn::MinOfLanes(d, least));
+    for (int row = 0; row < tile.height; ++row)
+        for (int x = tile.width / lanes * lanes; x < tile.width; ++x)
+            result = std::min(result, tile.near[SceneTile::at(x, row)]);
+    return result;
+}
+
 void resolveLight(SceneTile& tile) {
     if (!tile.sampledLight) return;
     const F d;
@@ -211,6 +225,7 @@ namespace platform {
 HWY_EXPORT(clearTile);
 HWY_EXPORT(sampleNearness);
 HWY_EXPORT(sampleLight);
+HWY_EXPORT(leastNear);
 HWY_EXPORT(resolveLight);
 HWY_EXPORT(packTile);
 HWY_EXPORT(encodeTile);
@@ -239,6 +254,9 @@ void sampleNearness(SceneTile& tile) {
 }
 void sampleLight(SceneTile& tile) {
     HWY_DYNAMIC_DISPATCH(sampleLight)(tile);
+}
+float leastNear(const SceneTile& tile) {
+    return HWY_DYNAMIC_DISPATCH(leastNear)(tile);
 }
 void resolveLight(SceneTile& tile) {
     HWY_DYNAMIC_DISPATCH(resolveLight)(tile);

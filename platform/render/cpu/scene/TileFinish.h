@@ -18,6 +18,8 @@ void clearTile(SceneTile& tile, const float* rgb);
 void sampleNearness(SceneTile& tile);
 // From here on light is kept per sample.
 void sampleLight(SceneTile& tile);
+// The least nearness of the tile's pixels; only while it is kept once per pixel.
+float leastNear(const SceneTile& tile);
 // Averages the samples' light.
 void resolveLight(SceneTile& tile);
 

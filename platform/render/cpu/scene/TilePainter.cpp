@@ -2,6 +2,7 @@
 #include "platform/render/cpu/scene/TilePainter.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "platform/render/cpu/scene/TileFinish.h"
 
@@ -31,12 +32,41 @@ void TilePainter::paint(const ScenePlan& plan, std::span<const ShapeCall> calls,
     tile_.width = rect.width();
     tile_.height = rect.height();
     clearTile(tile_, &background.x);
-    for (const ShapeCall call : calls)
-        draw(plan, call);
+    while (!calls.empty()) {
+        const std::size_t opaque = drawOpaque(plan, calls);
+        if (opaque == 0) draw(plan, calls.front());
+        calls = calls.subspan(std::max<std::size_t>(opaque, 1));
+    }
     resolveLight(tile_);
 }
 
-void TilePainter::drawPolygons(const ScenePlan& plan, ShapeCall call) {
+std::size_t TilePainter::drawOpaque(const ScenePlan& plan, std::span<const ShapeCall> calls) {
+    fronts_.clear();
+    for (const ShapeCall call : calls) {
+        if (call.kind() != ShapeKind::Polygon) break;
+        const ScreenPolygon& polygon = plan.polygons()[call.index()];
+        const Surface& surface = plan.surfaces()[polygon.surface];
+        if (!surface.opaque || !surface.hiding.reads || !surface.hiding.writes) break;
+        const Plane& near = polygon.near;
+        const double middle =
+            near.at(tile_.x + 0.5 * kTileWidth, tile_.y + 0.5 * kTileHeight);
+        const double reach = 0.5 * (std::abs(near.a) * kTileWidth + std::abs(near.b) * kTileHeight);
+        fronts_.push_back({middle, middle + reach, call});
+    }
+    if (fronts_.size() > 1)
+        std::sort(fronts_.begin(), fronts_.end(), [](const Front& a, const Front& b) {
+            return a.near != b.near ? a.near > b.near : a.call.word < b.call.word;
+        });
+    for (const Front& front : fronts_) {
+        if (!tile_.hidesNothing && !tile_.sampledNear &&
+            front.most < static_cast<double>(leastNear(tile_)))
+            continue;
+        drawPolygonCall(plan, front.call);
+    }
+    return fronts_.size();
+}
+
+void TilePainter::drawPolygonCall(const ScenePlan& plan, ShapeCall call) {
     const ScreenPolygon& polygon = plan.polygons()[call.index()];
     const Surface& surface = plan.surfaces()[polygon.surface];
     if (surface.opaque && surface.outlined && surface.hiding.writes) {
@@ -58,7 +88,7 @@ void TilePainter::drawPolygons(const ScenePlan& plan, ShapeCall call) {
 }
 
 void TilePainter::draw(const ScenePlan& plan, ShapeCall call) {
-    if (call.kind() == ShapeKind::Polygon) return drawPolygons(plan, call);
+    if (call.kind() == ShapeKind::Polygon) return drawPolygonCall(plan, call);
     resolveLight(tile_);
     bool writes = false;
     switch (call.kind()) {

@@ -26,10 +26,19 @@ class TilePainter {
 
   private:
     void draw(const ScenePlan& plan, ShapeCall call);
-    void drawPolygons(const ScenePlan& plan, ShapeCall call);
+    // The leading calls of opaque polygons, those in front first, so that what they
+    // hide need not be worked out. Returns how many they are.
+    std::size_t drawOpaque(const ScenePlan& plan, std::span<const ShapeCall> calls);
+    void drawPolygonCall(const ScenePlan& plan, ShapeCall call);
 
     SceneTile tile_;
     SpriteDesk desk_;
+    struct Front {
+        double near = 0.0;  // in the tile's middle
+        double most = 0.0;  // anywhere in the tile
+        ShapeCall call;
+    };
+    std::vector<Front> fronts_;
     std::vector<float> planes_;
     std::vector<float> samples_;  // made when first needed
 };

@@ -84,10 +84,22 @@ inline TexelLight sampleTexels(const RipPicture& picture, const TexelPlaces& pla
     const auto height = hnt::Set(d, static_cast<float>(picture.height));
     const auto across = levelOf(hnt::Mul(places.wideU, hnt::Mul(width, width)), picture.levelsAcross);
     const auto down = levelOf(hnt::Mul(places.wideV, hnt::Mul(height, height)), picture.levelsDown);
-    const auto levelWidth = hnt::GatherIndex(d, picture.widths.data(), across);
-    const auto levelHeight = hnt::GatherIndex(d, picture.heights.data(), down);
     const auto level = hnt::Add(hnt::Mul(across, hnt::Set(di, picture.levelsDown)), down);
-    const auto first = hnt::GatherIndex(di, picture.first.data(), level);
+    const auto one = hnt::Set(d, 1.0F);
+    auto levelWidth = one;
+    auto levelHeight = one;
+    auto first = hnt::Zero(di);
+    const auto at = static_cast<std::size_t>(hnt::GetLane(level));
+    if (hnt::AllTrue(di, hnt::Eq(level, hnt::Set(di, static_cast<std::int32_t>(at))))) {
+        const auto levelsDown = static_cast<std::size_t>(picture.levelsDown);
+        levelWidth = hnt::Set(d, picture.widths[at / levelsDown]);
+        levelHeight = hnt::Set(d, picture.heights[at % levelsDown]);
+        first = hnt::Set(di, picture.first[at]);
+    } else {
+        levelWidth = hnt::GatherIndex(d, picture.widths.data(), across);
+        levelHeight = hnt::GatherIndex(d, picture.heights.data(), down);
+        first = hnt::GatherIndex(di, picture.first.data(), level);
+    }
     const TexelPair columns = pairAt(places.u, levelWidth, repeatS);
     const TexelPair rows = pairAt(places.v, levelHeight, repeatT);
     const auto stride = hnt::ConvertTo(di, levelWidth);
@@ -97,7 +109,6 @@ inline TexelLight sampleTexels(const RipPicture& picture, const TexelPlaces& pla
     const hnt::Vec<TexelI> places4[4] = {
         hnt::Add(above, columns.first), hnt::Add(above, columns.second),
         hnt::Add(below, columns.first), hnt::Add(below, columns.second)};
-    const auto one = hnt::Set(d, 1.0F);
     const auto left = hnt::Sub(one, columns.share);
     const auto upper = hnt::Sub(one, rows.share);
     const TexelV weights[4] = {hnt::Mul(left, upper), hnt::Mul(columns.share, upper),
