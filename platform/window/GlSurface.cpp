@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#include "platform/window/GlSurface.h"
+
+namespace platform {
+
+std::unique_ptr<GlSurface> GlSurface::create(std::unique_ptr<EglTarget> target,
+                                             ResetQuery resetStatus) {
+    if (!target) return nullptr;
+    std::unique_ptr<GlSurface> surface(new GlSurface(std::move(target), std::move(resetStatus)));
+    return surface->start() ? std::move(surface) : nullptr;
+}
+
+bool GlSurface::start() {
+    context_ = GlContext::create(target_->display(), &target_->surface(), resetStatus_);
+    if (!context_ || !context_->makeCurrent(target_->surface())) return false;
+    target_->surface().setSwapInterval(1);
+    name_ = QString::fromStdString(context_->rendererName());
+    drawer_ = GlDrawer::create();
+    return drawer_ != nullptr;
+}
+
+bool GlSurface::renew() {
+    if (std::exchange(renewed_, true)) return false;
+    stage_.reset();
+    drawer_.reset();
+    context_.reset();
+    failsScenes_ = false;
+    return start() && !context_->isLost();
+}
+
+GlSurface::~GlSurface() {
+    stage_.reset();
+    drawer_.reset();
+    if (context_) context_->doneCurrent();
+}
+
+Surface::Result GlSurface::draw(const Frame& frame, std::span<const QRect>) {
+    // Then the processor may still draw in the window.
+    if (context_->isLost() && !renew()) return Result::WindowGone;
+    // A driver may end the program at a picture larger than it can draw.
+    const QSize largest = GlContext::largestPicture();
+    if (frame.grid.size.boundedTo(largest) != frame.grid.size) return Result::WindowGone;
+    target_->resize(frame.grid.size);
+    // A driver may learn of a new size only by swapping.
+    for (int tries = 0; tries < 2; ++tries) {
+        if (!show(frame) && !(context_->isLost() && renew() && show(frame))) windowGone_ = true;
+        if (windowGone_ || target_->surface().size() == frame.grid.size) break;
+    }
+    return state();
+}
+
+bool GlSurface::show(const Frame& frame) {
+    paint(frame);
+    // What was lost meanwhile has painted nothing.
+    return !context_->isLost() && target_->surface().swap();
+}
+
+void GlSurface::paint(const Frame& frame) {
+    showsScene_ = false;
+    forEachVisiblePart(
+        frame, [&](const SceneFrame& scene) { paintScene(frame, scene); },
+        [&](const DisplayList& layers, std::optional<Rgba> background) {
+            drawer_->draw(layers, frame.grid, background);
+        });
+}
+
+void GlSurface::paintScene(const Frame& frame, const SceneFrame& scene) {
+    showsScene_ = scene.hasScene;
+    if (scene.hasScene && !stage_ && !failsScenes_) stage_ = SceneStage::onContext(*context_);
+    const bool drawn = stage_ && stage_->draw(scene, frame.grid);
+    // What a lost context fails is the next one's to draw.
+    if (scene.hasScene) failsScenes_ = !drawn && !context_->isLost();
+    if (drawn) return;
+    // What lies below a scene of the whole picture was not drawn.
+    if (firstVisiblePass(frame) > 0) drawer_->draw(DisplayList(), frame.grid, scene.background);
+}
+
+void GlSurface::frameTook(double seconds) {
+    if (showsScene_ && stage_) stage_->frameTook(seconds);
+}
+
+Surface::Result GlSurface::repair(const Frame& frame, std::span<const QRect> lost) {
+    return draw(frame, lost);
+}
+
+Surface::Result GlSurface::finish() {
+    return state();
+}
+
+Surface::Result GlSurface::state() const {
+    const Result told = target_->state();
+    return told == Result::Drawn && windowGone_ ? Result::WindowGone : told;
+}
+
+}  // namespace platform

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#include "platform/window/SheetOnWindow.h"
+
+#include <utility>
+
+namespace platform {
+
+SheetOnWindow::SheetOnWindow(std::shared_ptr<Sheet> sheet, const WindowRef& window)
+    : sheet_(std::move(sheet)) {
+    sheet_->setSheetParent(this);
+    sheet_->orderFront(window);
+}
+
+SheetOnWindow::~SheetOnWindow() {
+    if (sheet_) endSheet(*sheet_);
+}
+
+void SheetOnWindow::endSheet(Sheet& sheet) {
+    if (&sheet != sheet_.get()) return;
+    // Hearing of the end may drop this.
+    const auto ended = std::exchange(sheet_, nullptr);
+    ended->setSheetParent(nullptr);
+    ended->orderOut();
+}
+
+}  // namespace platform
