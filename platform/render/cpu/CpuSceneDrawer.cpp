@@ -7,6 +7,7 @@
 
 #include "platform/render/cpu/scene/SceneGlow.h"
 #include "platform/render/cpu/scene/ScenePlan.h"
+#include "platform/render/cpu/scene/StretchPicture.h"
 #include "platform/render/cpu/scene/TilePainter.h"
 #include "platform/scene/DrawList.h"
 #include "platform/scene/Shading.h"
@@ -42,6 +43,7 @@ struct CpuSceneDrawer::Parts {
     void paint(const DrawList& list);
     void showTile(int tile, const PixelBuffer& picture);
     void addDamage(const QRect& rect);
+    void draw(const DrawList& list, const PixelBuffer& picture, double scale, bool isKept);
 
     ScenePlan plan;
     TilePainter painter;
@@ -55,6 +57,7 @@ struct CpuSceneDrawer::Parts {
     std::vector<float> work = std::vector<float>(SceneGlow::kWorkSize);
     std::vector<QRect> damage;
     Counts counts;
+    std::vector<std::uint32_t> coarse;  // a picture that is to be stretched
 };
 
 void CpuSceneDrawer::Parts::fit(const PixelBuffer& picture, bool isKept) {
@@ -136,31 +139,63 @@ void CpuSceneDrawer::Parts::showTile(int tile, const PixelBuffer& picture) {
 CpuSceneDrawer::CpuSceneDrawer(const Options& options) : parts_(std::make_unique<Parts>(options)) {}
 CpuSceneDrawer::~CpuSceneDrawer() = default;
 
-std::span<const QRect> CpuSceneDrawer::draw(const DrawList& list, const PixelBuffer& picture,
-                                            const Frame& frame) {
-    Parts& parts = *parts_;
-    if (picture.size.isEmpty() || std::max(picture.size.width(), picture.size.height()) > kMostSide)
-        return {};
-    parts.fit(picture, frame.isKept);
-    const bool drawable = isDrawable(list, frame.scale);
+void CpuSceneDrawer::Parts::draw(const DrawList& list, const PixelBuffer& picture, double scale,
+                                 bool isKept) {
+    fit(picture, isKept);
+    const bool drawable = isDrawable(list, scale);
     const DrawCamera& camera = list.camera;
-    const double sigma = bloomSigma(camera.bloomBlurRadius, frame.scale);
+    const double sigma = bloomSigma(camera.bloomBlurRadius, scale);
     const bool glows = drawable && camera.bloomIntensity > 0.0F &&
                        std::isfinite(camera.bloomIntensity) && sigma > 0.0 &&
                        camera.bloomThreshold >= 0.0F;
-    parts.glow.begin({.tiles = parts.tiles,
-                      .intensity = glows ? camera.bloomIntensity : 0.0F,
-                      .threshold = camera.bloomThreshold,
-                      .sigma = sigma});
+    glow.begin({.tiles = tiles,
+                .intensity = glows ? camera.bloomIntensity : 0.0F,
+                .threshold = camera.bloomThreshold,
+                .sigma = sigma});
     if (drawable) {
-        parts.plan.make(list, picture.size, frame.scale);
-        parts.paint(list);
+        plan.make(list, picture.size, scale);
+        paint(list);
     }
-    parts.glow.spread();
-    parts.counts.glowing = parts.glow.tilesSpread();
-    for (int tile = 0; tile < parts.counts.tiles; ++tile)
-        parts.showTile(tile, picture);
+    glow.spread();
+    counts.glowing = glow.tilesSpread();
+    for (int tile = 0; tile < counts.tiles; ++tile)
+        showTile(tile, picture);
+}
+
+std::span<const QRect> CpuSceneDrawer::draw(const DrawList& list, const PixelBuffer& picture,
+                                            const Frame& frame) {
+    Parts& parts = *parts_;
+    const QSize size = picture.size;
+    if (size.isEmpty() || std::max(size.width(), size.height()) > kMostSide) return {};
+    if (!(frame.resolution < 1.0)) {
+        parts.draw(list, picture, frame.scale, frame.isKept);
+        return parts.damage;
+    }
+    const double share = std::max(frame.resolution, 0.05);
+    const QSize inner(std::max(1, static_cast<int>(std::lround(size.width() * share))),
+                      std::max(1, static_cast<int>(std::lround(size.height() * share))));
+    parts.coarse.resize(static_cast<std::size_t>(inner.width()) *
+                        static_cast<std::size_t>(inner.height()));
+    const PixelBuffer coarse{parts.coarse.data(), inner.width(), inner};
+    parts.draw(list, coarse, frame.scale * inner.height() / size.height(), false);
+    stretchPicture(coarse, picture);
+    // What is drawn next time has nothing to do with the picture.
+    parts.size = {};
+    parts.damage.assign(1, QRect(QPoint(0, 0), size));
     return parts.damage;
+}
+
+QImage CpuSceneDrawer::picture(const DrawList& list, QSizeF points, double scale) {
+    const QSize size(static_cast<int>(std::lround(points.width() * scale)),
+                     static_cast<int>(std::lround(points.height() * scale)));
+    if (size.isEmpty() || std::max(size.width(), size.height()) > kMostSide) return {};
+    QImage image(size, QImage::Format_RGB32);
+    if (image.isNull()) return {};
+    draw(list,
+         {reinterpret_cast<std::uint32_t*>(image.bits()),
+          static_cast<int>(image.bytesPerLine() / 4), size},
+         {.scale = scale});
+    return image;
 }
 
 const CpuSceneDrawer::Counts& CpuSceneDrawer::counts() const {

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QImage>
 #include <QRect>
+#include <QSizeF>
 #include <memory>
 #include <span>
 
@@ -35,6 +37,9 @@ class CpuSceneDrawer {
 
     struct Frame {
         double scale = 1.0;  // pixels per point
+        // Pixels drawn per pixel shown, along each side, (0, 1]; below 1 the picture
+        // is stretched.
+        double resolution = 1.0;
         // Whether the picture still holds what the last draw left in it. If not,
         // all of it is drawn, black included.
         bool isKept = false;
@@ -44,6 +49,10 @@ class CpuSceneDrawer {
     // opaque black where the camera or the scale makes no sense.
     std::span<const QRect> draw(const DrawList& list, const PixelBuffer& picture,
                                 const Frame& frame);
+
+    // A picture of its own, as RGB32 of `points` × `scale` pixels, rounded; a null
+    // image where that is none, or more than there is memory for.
+    [[nodiscard]] QImage picture(const DrawList& list, QSizeF points, double scale = 1.0);
 
     // Of the last draw, in tiles.
     struct Counts {

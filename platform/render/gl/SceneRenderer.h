@@ -11,7 +11,6 @@
 namespace platform {
 
 struct DrawList;
-struct PixelBuffer;
 
 // Where a scene's picture goes: a rectangle of a framebuffer, which the picture
 // replaces. Pixels, the origin being the rectangle's lower left corner.
@@ -39,9 +38,6 @@ class SceneRenderer {
         // lesser ones.
         int maxSamples = 16;
         bool floatTargets = true;
-        // Only for drawing into memory: a software driver takes long over every
-        // program it is given. Drawing into framebuffers is false then.
-        bool memoryOnly = false;
         // Measures the time that the GPU takes; see gpuSeconds().
         bool timed = false;
     };
@@ -57,13 +53,6 @@ class SceneRenderer {
     // False if nothing could be drawn: the size is empty or more than the driver
     // can draw into, or the context is lost. Then another context may do.
     bool draw(const DrawList& list, const SceneTarget& target, const SceneQuality& quality);
-
-    // Draws into memory instead, every pixel becoming opaque: OpenGL draws the
-    // scene and the processor's own code does the rest. Where OpenGL is software
-    // that costs a fraction, and the picture needs no copy on its way to a
-    // window; on a GPU it would cost far more. Always without the finest bloom.
-    bool draw(const DrawList& list, const PixelBuffer& picture, double scale,
-              const SceneQuality& quality);
 
     // Of the last draw: everything that makes the driver draw, resolving the
     // samples included, clearing not.

@@ -57,8 +57,7 @@ NativeWindow::SurfaceMaker WindowWatch::surfaceMaker(const SurfaceOptions& optio
                                [&] {
                                    return CpuSurface::create({.display = display,
                                                               .window = window,
-                                                              .ending = ending,
-                                                              .resetStatus = options.resetStatus});
+                                                              .ending = ending});
                                }});
     };
 }

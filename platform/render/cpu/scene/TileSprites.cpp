@@ -18,15 +18,21 @@ namespace {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-// The integral of a run's row up to the left edges of `count` pixels; the first
-// edge is at `edge`, in texels, the next ones `step` on.
-void integrate(const SpritePicture& picture, std::size_t channel, int run, float edge, float step,
-               int count, float* to) {
+// A row of a picture: what its nodes hold, and their integral.
+struct SpriteRow {
+    const float* values = nullptr;
+    const float* integrals = nullptr;
+    int width = 0;  // texels
+};
+
+// The integral of a row up to the left edges of `count` pixels; the first edge is
+// at `edge`, in texels, the next ones `step` on.
+void integrate(const SpriteRow& row, float edge, float step, int count, float* to) {
     const TileF d;
     const hn::RebindToSigned<TileF> di;
-    const float* const values = picture.values(channel, run);
-    const float* const integrals = picture.integrals(channel, run);
-    const auto last = hn::Set(d, static_cast<float>(picture.width) + 0.5F);
+    const float* const values = row.values;
+    const float* const integrals = row.integrals;
+    const auto last = hn::Set(d, static_cast<float>(row.width) + 0.5F);
     const auto half = hn::Set(d, 0.5F);
     const int lanes = static_cast<int>(hn::Lanes(d));
     for (int i = 0; i < count; i += lanes) {
@@ -44,12 +50,10 @@ void integrate(const SpritePicture& picture, std::size_t channel, int run, float
 }
 
 // The averages of pixels between the edges, and zeros behind them.
-void makeRow(const SpritePicture& picture, std::size_t channel, int run, double edge, double step,
-             int count, float* to) {
+void makeRow(const SpriteRow& row, double edge, double step, int count, float* to) {
     const TileF d;
     alignas(64) float edges[kTileStride];
-    integrate(picture, channel, run, static_cast<float>(edge), static_cast<float>(step), count + 1,
-              edges);
+    integrate(row, static_cast<float>(edge), static_cast<float>(step), count + 1, edges);
     const auto share = hn::Set(d, static_cast<float>(1.0 / step));
     const int lanes = static_cast<int>(hn::Lanes(d));
     for (int i = 0; i < count; i += lanes) {
@@ -66,6 +70,28 @@ inline double tentIntegral(double at) {
     if (at <= -1.0) return 0.0;
     if (at >= 1.0) return 1.0;
     return at < 0.0 ? 0.5 * (at + 1.0) * (at + 1.0) : 1.0 - 0.5 * (1.0 - at) * (1.0 - at);
+}
+
+// The nodes from `first` on of several rows weighed, into the desk's own row.
+SpriteRow mixRows(const SpritePicture& picture, std::size_t channel, int first, int end,
+                  SpriteDesk& desk) {
+    const TileF d;
+    float* const values = desk.mixed.data();
+    float* const integrals = values + picture.stride;
+    const int lanes = static_cast<int>(hn::Lanes(d));
+    for (int i = first; i < end; i += lanes) {
+        auto value = hn::Zero(d);
+        auto integral = hn::Zero(d);
+        for (const RunShare& share : desk.shares) {
+            const auto weight = hn::Set(d, share.share);
+            const float* const from = picture.values(channel, share.run) + i;
+            value = hn::Add(value, hn::Mul(hn::LoadU(d, from), weight));
+            integral = hn::Add(integral, hn::Mul(hn::LoadU(d, from + picture.stride), weight));
+        }
+        hn::StoreU(value, d, values + i);
+        hn::StoreU(integral, d, integrals + i);
+    }
+    return {values, integrals, picture.width};
 }
 
 // How much of each run a pixel row shows, from `low` to `high` in texels.
@@ -175,21 +201,40 @@ void drawSprite(const ScreenSprite& sprite, SceneTile& tile, SpriteDesk& desk) {
     const Columns down =
         columnsOf(sprite.at.y, sprite.size.y, picture.height, tile.y, tile.height);
     if (across.count <= 0 || down.count <= 0) return;
-    const std::size_t runFloats = picture.channels * kTileStride;
-    const std::size_t needed = runFloats * static_cast<std::size_t>(picture.runs) + kTileMargin;
+    // Where a row shows many of the picture's it is cheaper to mix those first.
+    const bool mixes = picture.runs * 2 > picture.height;
+    const std::size_t rowFloats = picture.channels * kTileStride;
+    const std::size_t rows = mixes ? 1 : static_cast<std::size_t>(picture.runs);
+    const std::size_t needed = rowFloats * rows + kTileMargin;
     if (desk.row.size() < needed) desk.row.resize(needed);
+    if (mixes && desk.mixed.size() < 2 * static_cast<std::size_t>(picture.stride))
+        desk.mixed.resize(2 * static_cast<std::size_t>(picture.stride));
     desk.madeRuns.assign(static_cast<std::size_t>(picture.runs), 0);
+    const double otherEdge = across.edge + across.step * across.count;
+    const auto node = [&](double at) {
+        return static_cast<int>(std::clamp(at, 0.0, static_cast<double>(picture.width)));
+    };
+    const int firstNode = node(std::min(across.edge, otherEdge) - 1.0);
+    const int endNode = node(std::max(across.edge, otherEdge) + 1.0) + 3;
     for (int row = 0; row < down.count; ++row) {
         const double a = down.edge + row * down.step;
         shareRuns(picture, std::min(a, a + down.step), std::max(a, a + down.step), desk);
         if (desk.shares.empty()) continue;
+        if (mixes) {
+            for (std::size_t k = 0; k < picture.channels; ++k)
+                makeRow(mixRows(picture, k, firstNode, endNode, desk), across.edge, across.step,
+                        across.count, desk.row.data() + k * kTileStride);
+            desk.shares.assign(1, {0, 1.0F});
+        }
         for (const RunShare& share : desk.shares) {
             const auto run = static_cast<std::size_t>(share.run);
-            if (desk.madeRuns[run]) continue;
+            if (mixes || desk.madeRuns[run]) continue;
             desk.madeRuns[run] = 1;
             for (std::size_t k = 0; k < picture.channels; ++k)
-                makeRow(picture, k, share.run, across.edge, across.step, across.count,
-                        desk.row.data() + run * runFloats + k * kTileStride);
+                makeRow({picture.values(k, share.run), picture.integrals(k, share.run),
+                         picture.width},
+                        across.edge, across.step, across.count,
+                        desk.row.data() + run * rowFloats + k * kTileStride);
         }
         putRow(sprite, tile, desk, across, down.first + row);
     }

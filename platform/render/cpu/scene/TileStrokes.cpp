@@ -25,7 +25,9 @@ void putDot(const ScreenDot& dot, const Hiding& hiding, SceneTile& tile, std::pt
     const auto share =
         hiding.reads && !tile.hidesNothing ? hn::Mul(covered, shareSeen(tile, at, near)) : covered;
     putInk(tile, at, dot.ink, share);
-    if (hiding.writes) putNear(tile, at, near, share);
+    // A pixel that is not all but covered lets other dots through, or a crowd of dots
+    // would lose the light of all rims.
+    if (hiding.writes) putNear(tile, at, near, hn::Sub(share, hn::Set(d, 0.9F)));
 }
 
 // Without a table, for dots of any size.
