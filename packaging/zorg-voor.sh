@@ -1,7 +1,7 @@
 # Sourced by the commands at the root: what they need from Debian 12, and how
 # they get it.
 
-BOUWEN="g++ cmake ninja-build pkg-config qt6-base-dev qt6-declarative-dev libepoxy-dev libegl-dev libgl-dev libglm-dev
+BOUWEN="g++ cmake ninja-build pkg-config qt6-base-dev qt6-declarative-dev libepoxy-dev libegl-dev libgl-dev libglm-dev libhwy-dev
   zlib1g-dev libicu-dev libx11-dev libx11-xcb-dev libxcb1-dev libxcb-shm0-dev libxcb-randr0-dev
   libxcb-dpms0-dev libxcb-shape0-dev libxcb-xfixes0-dev libpulse-dev libkissfft-dev"
 DRAAIEN="libqt6gui6 libqt6widgets6 libegl1 libegl-mesa0 libgl1-mesa-dri fonts-dejavu-core lsof libqt6quick6

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <vector>
 
 #include "platform/render/cpu/scene/SceneGlow.h"
@@ -85,7 +86,8 @@ void CpuSceneDrawer::Parts::paint(const DrawList& list) {
         const QRect rect(column * kTileWidth, row * kTileHeight,
                          std::min(kTileWidth, size.width() - column * kTileWidth),
                          std::min(kTileHeight, size.height() - row * kTileHeight));
-        painter.paint(plan, calls, rect, background);
+        painter.paint(plan, calls, rect, background,
+                      glow.isOn() ? std::optional(list.camera.bloomThreshold) : std::nullopt);
         BrightCells cells;
         if (glow.isOn()) cells = glow.cellsOf(column, row);
         const PackedTile result =

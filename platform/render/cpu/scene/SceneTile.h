@@ -42,6 +42,13 @@ struct SceneTile {
     bool sampledNear = false;    // `sampleNear` holds, not `near`
     bool sampledLight = false;   // `sampleLight` holds, not `light`
     std::array<float*, 3> light{};  // pixel (0, 0) of each plane
+    // What of dots and lines is brighter than `threshold`, times how much of a pixel
+    // they cover: however thin they are, they bloom as they would in a larger
+    // picture. Valid once there is some.
+    std::array<float*, 3> excess{};
+    bool hasExcess = false;
+    float threshold = 0.0F;
+    bool blooms = false;
     float* near = nullptr;
     std::array<float*, kSamples> sampleNear{};
     std::array<std::array<float*, 3>, kSamples> sampleLight{};

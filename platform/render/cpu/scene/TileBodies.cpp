@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <glm/geometric.hpp>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "platform/render/cpu/scene/TileBodies.cpp"
@@ -66,7 +67,49 @@ BallHit hit(const ScreenBall& ball, const ScreenLens& lens, TileV dx, float dy) 
     return {covered, hn::Div(length, hn::Max(away, tiny))};
 }
 
+// Whether every pixel of the tile lies well within the ball's outline.
+bool holdsTile(const ScreenBall& ball, const ScreenLens& lens, const SceneTile& tile) {
+    const TileF d;
+    for (const int y : {tile.y, tile.y + tile.height}) {
+        const float dy = (lens.middle.y - static_cast<float>(y)) * lens.perPixel.y;
+        for (const int x : {tile.x, tile.x + tile.width}) {
+            const float dx = (static_cast<float>(x) - lens.middle.x) * lens.perPixel.x;
+            if (hn::GetLane(hit(ball, lens, hn::Set(d, dx), dy).covered) < 1.0F) return false;
+        }
+    }
+    return true;
+}
+
+// A ball that is all there is to be seen: one colour, and how near it is.
+void fillWithBall(const ScreenBall& ball, const ScreenLens& lens, SceneTile& tile) {
+    const TileF d;
+    const glm::vec3& c = ball.middle;
+    const int lanes = static_cast<int>(hn::Lanes(d));
+    const float past = glm::dot(c, c) - ball.radius * ball.radius;
+    for (int row = 0; row < tile.height; ++row) {
+        const float dy =
+            (lens.middle.y - (static_cast<float>(tile.y + row) + 0.5F)) * lens.perPixel.y;
+        for (int x = 0; x < tile.width; x += lanes) {
+            const std::ptrdiff_t at = SceneTile::at(x, row);
+            for (std::size_t k = 0; k < 3; ++k)
+                hn::StoreU(hn::Set(d, ball.ink.light[static_cast<int>(k)]), d, tile.light[k] + at);
+            const auto dx = hn::Mul(hn::Sub(columnsFrom(tile.x + x), hn::Set(d, lens.middle.x)),
+                                    hn::Set(d, lens.perPixel.x));
+            const auto length = hn::Add(hn::Mul(dx, dx), hn::Set(d, dy * dy + 1.0F));
+            const auto along = hn::Add(hn::Mul(dx, hn::Set(d, c.x)), hn::Set(d, dy * c.y + c.z));
+            const auto depth =
+                hn::Sub(hn::Mul(along, along), hn::Mul(length, hn::Set(d, past)));
+            // The nearer of two crossings, as 1 over the product with the farther one.
+            const auto far = hn::Add(along, hn::Sqrt(hn::Max(depth, hn::Zero(d))));
+            hn::StoreU(hn::Mul(far, hn::Set(d, 1.0F / past)), d, tile.near + at);
+        }
+    }
+}
+
 void drawBall(const ScreenBall& ball, const ScreenLens& lens, SceneTile& tile) {
+    if (tile.hidesNothing && ball.hiding.writes && ball.ink.alpha >= 1.0F && !tile.hasExcess &&
+        holdsTile(ball, lens, tile))
+        return fillWithBall(ball, lens, tile);
     const TileF d;
     const int lanes = static_cast<int>(hn::Lanes(d));
     const int firstColumn = inside(ball.low.x - static_cast<float>(tile.x), tile.width);

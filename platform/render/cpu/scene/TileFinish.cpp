@@ -41,6 +41,14 @@ void clearTile(SceneTile& tile, const float* rgb) {
     tile.hidesNothing = true;
     tile.sampledNear = false;
     tile.sampledLight = false;
+    tile.hasExcess = false;
+}
+
+void startExcess(SceneTile& tile) {
+    if (tile.hasExcess) return;
+    for (float* const plane : tile.excess)
+        fillPlane(plane, 0.0F);
+    tile.hasExcess = true;
 }
 
 void sampleNearness(SceneTile& tile) {
@@ -90,9 +98,9 @@ void resolveLight(SceneTile& tile) {
 
 // What of a row is above the threshold, column by column.
 template <typename V>
-V addBright(V light, float threshold, float* sums) {
+V addBright(V light, V excess, float threshold, float* sums) {
     const F d;
-    const V above = hn::Max(hn::Sub(light, hn::Set(d, threshold)), hn::Zero(d));
+    const V above = hn::Max(hn::Sub(light, hn::Set(d, threshold)), excess);
     hn::StoreU(hn::Add(hn::LoadU(d, sums), above), d, sums);
     return above;
 }
@@ -142,6 +150,11 @@ PackedTile packTile(const SceneTile& tile, const BrightCells* bright, std::uint3
             if (!bright) continue;
             const auto most = hn::Max(r, hn::Max(g, b));
             above = hn::Max(above, most);
+            if (!tile.hasExcess) continue;
+            const auto more = hn::Max(hn::LoadU(d, tile.excess[0] + at),
+                                      hn::Max(hn::LoadU(d, tile.excess[1] + at),
+                                              hn::LoadU(d, tile.excess[2] + at)));
+            above = hn::IfThenElse(hn::Gt(more, hn::Zero(d)), hn::Set(d, 1e30F), above);
         }
     }
     PackedTile result{.lit = !hn::AllTrue(du, hn::Eq(any, hn::Zero(du)))};
@@ -152,9 +165,13 @@ PackedTile packTile(const SceneTile& tile, const BrightCells* bright, std::uint3
             for (auto& plane : sums)
                 plane.fill(0.0F);
         for (int x = 0; x < tile.width; x += lanes)
-            for (std::size_t k = 0; k < 3; ++k)
-                addBright(hn::LoadU(d, tile.light[k] + SceneTile::at(x, row)), bright->threshold,
+            for (std::size_t k = 0; k < 3; ++k) {
+                const std::ptrdiff_t at = SceneTile::at(x, row);
+                const auto excess =
+                    tile.hasExcess ? hn::LoadU(d, tile.excess[k] + at) : hn::Zero(d);
+                addBright(hn::LoadU(d, tile.light[k] + at), excess, bright->threshold,
                           sums[k].data() + x);
+            }
         for (auto& plane : sums)
             std::fill(plane.begin() + tile.width, plane.end(), 0.0F);
         if ((row + 1) % bright->reduction == 0 || row + 1 == tile.height)
@@ -223,6 +240,7 @@ HWY_AFTER_NAMESPACE();
 namespace platform {
 
 HWY_EXPORT(clearTile);
+HWY_EXPORT(startExcess);
 HWY_EXPORT(sampleNearness);
 HWY_EXPORT(sampleLight);
 HWY_EXPORT(leastNear);
@@ -248,6 +266,9 @@ std::array<float, kPackedTile + 16> makeNoise() {
 
 void clearTile(SceneTile& tile, const float* rgb) {
     HWY_DYNAMIC_DISPATCH(clearTile)(tile, rgb);
+}
+void startExcess(SceneTile& tile) {
+    HWY_DYNAMIC_DISPATCH(startExcess)(tile);
 }
 void sampleNearness(SceneTile& tile) {
     HWY_DYNAMIC_DISPATCH(sampleNearness)(tile);

@@ -14,6 +14,8 @@ inline constexpr int kPackedTile = kTileWidth * kTileHeight;
 
 // Some light over all of the tile; nothing is near.
 void clearTile(SceneTile& tile, const float* rgb);
+// From here on what is brighter than what blooms is kept.
+void startExcess(SceneTile& tile);
 // From here on nearness is kept per sample.
 void sampleNearness(SceneTile& tile);
 // From here on light is kept per sample.

@@ -19,19 +19,23 @@ float* planeAt(std::vector<float>& room, std::size_t number) {
 
 }  // namespace
 
-TilePainter::TilePainter() : planes_(4 * kPlaneRoom) {
-    for (std::size_t k = 0; k < 3; ++k)
+TilePainter::TilePainter() : planes_(7 * kPlaneRoom) {
+    for (std::size_t k = 0; k < 3; ++k) {
         tile_.light[k] = planeAt(planes_, k);
+        tile_.excess[k] = planeAt(planes_, 4 + k);
+    }
     tile_.near = planeAt(planes_, 3);
 }
 
 void TilePainter::paint(const ScenePlan& plan, std::span<const ShapeCall> calls, const QRect& rect,
-                        const glm::vec3& background) {
+                        const glm::vec3& background, std::optional<float> threshold) {
     tile_.x = rect.left();
     tile_.y = rect.top();
     tile_.width = rect.width();
     tile_.height = rect.height();
     clearTile(tile_, &background.x);
+    tile_.blooms = threshold.has_value();
+    tile_.threshold = threshold.value_or(0.0F);
     while (!calls.empty()) {
         const std::size_t opaque = drawOpaque(plan, calls);
         if (opaque == 0) draw(plan, calls.front());
@@ -95,12 +99,14 @@ void TilePainter::draw(const ScenePlan& plan, ShapeCall call) {
         case ShapeKind::Dot: {
             const ScreenDot& dot = plan.dots()[call.index()];
             const DotStyle& style = plan.dotStyles()[dot.style];
+            if (isBright(dot.ink, tile_)) startExcess(tile_);
             drawDot(dot, style, tile_);
             writes = style.hiding.writes;
             break;
         }
         case ShapeKind::Line: {
             const ScreenLine& line = plan.lines()[call.index()];
+            if (isBright(line.inkFrom, tile_) || isBright(line.inkTo, tile_)) startExcess(tile_);
             drawLine(line, plan.lineKernel(), tile_);
             writes = line.hiding.writes;
             break;

@@ -4,6 +4,7 @@
 
 #include <QRect>
 #include <glm/vec3.hpp>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -19,8 +20,9 @@ class TilePainter {
     TilePainter();
 
     // Draws all calls over the background; `rect` is the tile's part of the picture.
+    // What is brighter than the threshold blooms; none: nothing does.
     void paint(const ScenePlan& plan, std::span<const ShapeCall> calls, const QRect& rect,
-               const glm::vec3& background);
+               const glm::vec3& background, std::optional<float> threshold);
 
     [[nodiscard]] const SceneTile& tile() const { return tile_; }
 

@@ -44,8 +44,10 @@ class PolygonWork {
     PolygonWork(const ScreenPolygon& polygon, const Surface& surface, const PolygonFrame& frame,
                 SceneTile& tile)
         : polygon_(polygon), surface_(surface), frame_(frame), tile_(tile), near_(polygon.near, tile) {
-        for (std::size_t i = 0; i < static_cast<std::size_t>(polygon.edges); ++i)
-            edge_[i] = Flat(polygon.edge[i], tile);
+        for (int i = 0; i < polygon.edges; ++i)
+            if (cuts(polygon.edge[static_cast<std::size_t>(i)], tile))
+                edge_[static_cast<std::size_t>(edges_++)] =
+                    Flat(polygon.edge[static_cast<std::size_t>(i)], tile);
         for (std::size_t i = 0; i < attribute_.size(); ++i)
             attribute_[i] = Flat(polygon.attribute[i], tile);
         for (std::size_t i = 0; i < ray_.size(); ++i)
@@ -67,11 +69,17 @@ class PolygonWork {
     }
 
   private:
+    // Whether some of the tile lies outside an edge, or nearly.
+    static bool cuts(const Plane& edge, const SceneTile& tile) {
+        return edge.at(edge.a > 0.0 ? tile.x : tile.x + kTileWidth,
+                       edge.b > 0.0 ? tile.y : tile.y + kTileHeight) < 1.0;
+    }
+
     // Where along a row the polygon can be, half a pixel and more to spare.
     void drawRow(int row, int first, int end) {
         float low = static_cast<float>(first);
         float high = static_cast<float>(end);
-        for (int i = 0; i < polygon_.edges; ++i) {
+        for (int i = 0; i < edges_; ++i) {
             const Flat& edge = edge_[static_cast<std::size_t>(i)];
             const float reach = edge.b * static_cast<float>(row) + edge.c +
                                 0.5F * (std::abs(edge.a) + std::abs(edge.b));
@@ -111,8 +119,9 @@ class PolygonWork {
     // The least of what a sample is inside the edges by.
     TileV inside(const TileV* edges, float x, float y) const {
         const TileF d;
+        if (edges_ == 0) return hn::Set(d, 1.0F);
         auto least = hn::Add(edges[0], hn::Set(d, edge_[0].a * x + edge_[0].b * y));
-        for (int i = 1; i < polygon_.edges; ++i) {
+        for (int i = 1; i < edges_; ++i) {
             const Flat& edge = edge_[static_cast<std::size_t>(i)];
             least = hn::Min(least, hn::Add(edges[i], hn::Set(d, edge.a * x + edge.b * y)));
         }
@@ -120,7 +129,7 @@ class PolygonWork {
     }
 
     void edgesAt(TileV column, float down, TileV* edges) const {
-        for (int i = 0; i < polygon_.edges; ++i)
+        for (int i = 0; i < edges_; ++i)
             edges[i] = edge_[static_cast<std::size_t>(i)].at(column, down);
     }
 
@@ -168,7 +177,7 @@ class PolygonWork {
         const auto zero = hn::Zero(d);
         const bool bySample = tile_.sampledNear && surface_.hiding.reads && !tile_.hidesNothing;
         auto sum = zero;
-        if (!surface_.outlined && !bySample) {
+        if ((!surface_.outlined || edges_ == 0) && !bySample) {
             sum = hn::IfThenElseZero(hn::Ge(inside(edges, 0.0F, 0.0F), zero), hn::Set(d, 1.0F));
         } else {
             const auto part = hn::Set(d, 1.0F / kSamples);
@@ -218,9 +227,9 @@ class PolygonWork {
         Rgb light{hn::Set(d, surface_.tint.r), hn::Set(d, surface_.tint.g),
                   hn::Set(d, surface_.tint.b)};
         if (surface_.picture) {
-            const TexelPlaces places = texelPlaces(column, down, near, depth);
-            const TexelLight texel = sampleTexels(*surface_.picture, places, surface_.repeatS,
-                                                  surface_.repeatT, !surface_.opaque);
+            const TexelLight texel =
+                readTexels(*surface_.picture, texelPlaces(column, down, depth),
+                           {surface_.repeatS, surface_.repeatT, !surface_.opaque});
             light = {hn::Mul(light.r, texel.r), hn::Mul(light.g, texel.g),
                      hn::Mul(light.b, texel.b)};
             alpha = hn::Mul(alpha, texel.alpha);
@@ -237,21 +246,23 @@ class PolygonWork {
         return light;
     }
 
-    TexelPlaces texelPlaces(TileV column, float down, TileV near, TileV depth) const {
+    TexelPlaces texelPlaces(TileV column, float down, TileV depth) const {
         const TileF d;
-        (void)near;
         TexelPlaces places;
+        const auto across = [&](const Flat& plane, TileV value) {
+            return hn::Mul(hn::Sub(hn::Set(d, plane.a), hn::Mul(value, hn::Set(d, near_.a))),
+                           depth);
+        };
+        const auto downward = [&](const Flat& plane, TileV value) {
+            return hn::Mul(hn::Sub(hn::Set(d, plane.b), hn::Mul(value, hn::Set(d, near_.b))),
+                           depth);
+        };
         places.u = hn::Mul(attribute_[0].at(column, down), depth);
         places.v = hn::Mul(attribute_[1].at(column, down), depth);
-        const auto square = [&](const Flat& plane, TileV value) {
-            const auto x = hn::Mul(
-                hn::Sub(hn::Set(d, plane.a), hn::Mul(value, hn::Set(d, near_.a))), depth);
-            const auto y = hn::Mul(
-                hn::Sub(hn::Set(d, plane.b), hn::Mul(value, hn::Set(d, near_.b))), depth);
-            return hn::Add(hn::Mul(x, x), hn::Mul(y, y));
-        };
-        places.wideU = square(attribute_[0], places.u);
-        places.wideV = square(attribute_[1], places.v);
+        places.uAcross = across(attribute_[0], places.u);
+        places.vAcross = across(attribute_[1], places.v);
+        places.uDown = downward(attribute_[0], places.u);
+        places.vDown = downward(attribute_[1], places.v);
         return places;
     }
 
@@ -326,6 +337,7 @@ class PolygonWork {
     const PolygonFrame& frame_;
     SceneTile& tile_;
     Flat near_;
+    int edges_ = 0;
     std::array<Flat, ScreenPolygon::kMaxEdges> edge_;
     std::array<Flat, ScreenPolygon::kAttributes> attribute_;
     std::array<Flat, 3> ray_;

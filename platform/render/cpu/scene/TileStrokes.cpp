@@ -25,6 +25,7 @@ void putDot(const ScreenDot& dot, const Hiding& hiding, SceneTile& tile, std::pt
     const auto share =
         hiding.reads && !tile.hidesNothing ? hn::Mul(covered, shareSeen(tile, at, near)) : covered;
     putInk(tile, at, dot.ink, share);
+    if (isBright(dot.ink, tile)) putExcess(tile, at, excessOf(dot.ink, tile), share);
     // A pixel that is not all but covered lets other dots through, or a crowd of dots
     // would lose the light of all rims.
     if (hiding.writes) putNear(tile, at, near, hn::Sub(share, hn::Set(d, 0.9F)));
@@ -117,6 +118,10 @@ void putLinePixel(const ScreenLine& line, SceneTile& tile, std::ptrdiff_t at, fl
             line.inkFrom.light[i] + share * (line.inkTo.light[i] - line.inkFrom.light[i]);
         float& pixel = tile.light[k][at];
         pixel = pixel * (1.0F - alpha * covered) + light * covered;
+        if (!tile.hasExcess) continue;
+        float& excess = tile.excess[k][at];
+        excess = excess * (1.0F - alpha * covered) +
+                 std::max(light - tile.threshold, 0.0F) * covered;
     }
     if (!line.hiding.writes) return;
     const auto put = [&](float* plane) { plane[at] = std::max(plane[at], near); };

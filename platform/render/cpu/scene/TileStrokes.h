@@ -39,6 +39,11 @@ struct LineKernel {
     std::vector<float> covered;
 };
 
+// What of an ink is brighter than what blooms in a tile.
+[[nodiscard]] Ink excessOf(const Ink& ink, const SceneTile& tile);
+// Whether there is any.
+[[nodiscard]] bool isBright(const Ink& ink, const SceneTile& tile);
+
 void drawDot(const ScreenDot& dot, const DotStyle& style, SceneTile& tile);
 void drawLine(const ScreenLine& line, const LineKernel& kernel, SceneTile& tile);
 

@@ -22,10 +22,18 @@ using TexelI = hnt::RebindToSigned<TexelF>;
 using TexelU = hnt::RebindToUnsigned<TexelF>;
 using TexelV = hnt::Vec<TexelF>;
 
-// In repeats of the picture, and how much of it a pixel is across, squared.
+// In repeats of the picture: where a pixel's middle is, and what the next pixel
+// adds to it.
 struct TexelPlaces {
     TexelV u, v;
-    TexelV wideU, wideV;
+    TexelV uAcross, vAcross;
+    TexelV uDown, vDown;
+};
+
+struct TexelManner {
+    bool repeatS = false;
+    bool repeatT = false;
+    bool wantsAlpha = false;
 };
 
 struct TexelLight {
@@ -75,15 +83,13 @@ inline TexelPair pairAt(TexelV at, TexelV size, bool repeat) {
     return {hnt::ConvertTo(di, first), hnt::ConvertTo(di, second), hnt::Sub(place, base)};
 }
 
-inline TexelLight sampleTexels(const RipPicture& picture, const TexelPlaces& places, bool repeatS,
-                               bool repeatT, bool wantsAlpha) {
+// What is at a place, on the given level of each side.
+inline TexelLight sampleTexels(const RipPicture& picture, TexelV u, TexelV v,
+                               hnt::Vec<TexelI> across, hnt::Vec<TexelI> down,
+                               const TexelManner& manner) {
     const TexelF d;
     const TexelI di;
     const TexelU du;
-    const auto width = hnt::Set(d, static_cast<float>(picture.width));
-    const auto height = hnt::Set(d, static_cast<float>(picture.height));
-    const auto across = levelOf(hnt::Mul(places.wideU, hnt::Mul(width, width)), picture.levelsAcross);
-    const auto down = levelOf(hnt::Mul(places.wideV, hnt::Mul(height, height)), picture.levelsDown);
     const auto level = hnt::Add(hnt::Mul(across, hnt::Set(di, picture.levelsDown)), down);
     const auto one = hnt::Set(d, 1.0F);
     auto levelWidth = one;
@@ -100,8 +106,8 @@ inline TexelLight sampleTexels(const RipPicture& picture, const TexelPlaces& pla
         levelHeight = hnt::GatherIndex(d, picture.heights.data(), down);
         first = hnt::GatherIndex(di, picture.first.data(), level);
     }
-    const TexelPair columns = pairAt(places.u, levelWidth, repeatS);
-    const TexelPair rows = pairAt(places.v, levelHeight, repeatT);
+    const TexelPair columns = pairAt(u, levelWidth, manner.repeatS);
+    const TexelPair rows = pairAt(v, levelHeight, manner.repeatT);
     const auto stride = hnt::ConvertTo(di, levelWidth);
     const auto above = hnt::Add(first, hnt::Mul(rows.first, stride));
     const auto below = hnt::Add(first, hnt::Mul(rows.second, stride));
@@ -127,7 +133,7 @@ inline TexelLight sampleTexels(const RipPicture& picture, const TexelPlaces& pla
     light.r = hnt::Mul(light.r, hnt::Set(d, 1.0F / (1023.0F * 1023.0F)));
     light.g = hnt::Mul(light.g, hnt::Set(d, 1.0F / (4095.0F * 4095.0F)));
     light.b = hnt::Mul(light.b, hnt::Set(d, 1.0F / (1023.0F * 1023.0F)));
-    if (!wantsAlpha || !picture.hasAlpha) return light;
+    if (!manner.wantsAlpha || !picture.hasAlpha) return light;
     light.alpha = hnt::Zero(d);
     const auto* const alphas = reinterpret_cast<const std::int32_t*>(picture.alphas.data());
     for (int i = 0; i < 4; ++i)
@@ -136,6 +142,49 @@ inline TexelLight sampleTexels(const RipPicture& picture, const TexelPlaces& pla
             hnt::Mul(hnt::ConvertTo(d, hnt::GatherIndex(di, alphas, places4[i])), weights[i]));
     light.alpha = hnt::Mul(light.alpha, hnt::Set(d, 1.0F / 65535.0F));
     return light;
+}
+
+// The average over a pixel: one reading where texels are as large as pixels, and
+// four, each of a quarter of the pixel, where they are smaller.
+inline TexelLight readTexels(const RipPicture& picture, const TexelPlaces& places,
+                             const TexelManner& manner) {
+    const TexelF d;
+    const TexelI di;
+    const auto zero = hnt::Zero(di);
+    const auto square = [&](TexelV x, TexelV y, int side) {
+        const auto size = hnt::Set(d, static_cast<float>(side) * static_cast<float>(side));
+        return hnt::Mul(hnt::Add(hnt::Mul(x, x), hnt::Mul(y, y)), size);
+    };
+    const auto wideU = square(places.uAcross, places.uDown, picture.width);
+    const auto wideV = square(places.vAcross, places.vDown, picture.height);
+    const auto large =
+        hnt::Lt(hnt::Max(wideU, wideV), hnt::Set(d, 3.0F));
+    TexelLight single{};
+    if (!hnt::AllFalse(d, large)) {
+        single = sampleTexels(picture, places.u, places.v, zero, zero, manner);
+        if (hnt::AllTrue(d, large)) return single;
+    }
+    const auto quarter = hnt::Set(d, 0.25F);
+    const auto across = levelOf(hnt::Mul(wideU, quarter), picture.levelsAcross);
+    const auto down = levelOf(hnt::Mul(wideV, quarter), picture.levelsDown);
+    TexelLight sum{hnt::Zero(d), hnt::Zero(d), hnt::Zero(d), hnt::Zero(d)};
+    for (int i = 0; i < 4; ++i) {
+        const auto right = hnt::Set(d, (i & 1) != 0 ? 0.25F : -0.25F);
+        const auto lower = hnt::Set(d, (i & 2) != 0 ? 0.25F : -0.25F);
+        const auto u = hnt::Add(places.u, hnt::Add(hnt::Mul(places.uAcross, right),
+                                                   hnt::Mul(places.uDown, lower)));
+        const auto v = hnt::Add(places.v, hnt::Add(hnt::Mul(places.vAcross, right),
+                                                   hnt::Mul(places.vDown, lower)));
+        const TexelLight part = sampleTexels(picture, u, v, across, down, manner);
+        sum.r = hnt::Add(sum.r, hnt::Mul(part.r, quarter));
+        sum.g = hnt::Add(sum.g, hnt::Mul(part.g, quarter));
+        sum.b = hnt::Add(sum.b, hnt::Mul(part.b, quarter));
+        sum.alpha = hnt::Add(sum.alpha, hnt::Mul(part.alpha, quarter));
+    }
+    if (hnt::AllFalse(d, large)) return sum;
+    return {hnt::IfThenElse(large, single.r, sum.r), hnt::IfThenElse(large, single.g, sum.g),
+            hnt::IfThenElse(large, single.b, sum.b),
+            hnt::IfThenElse(large, single.alpha, sum.alpha)};
 }
 
 }  // namespace

@@ -57,6 +57,19 @@ inline void putInk(const SceneTile& tile, std::ptrdiff_t at, const Ink& ink, Til
         const auto old = hnv::LoadU(d, plane);
         hnv::StoreU(hnv::Add(ink.alpha == 0.0F ? old : hnv::Mul(old, left), added), d, plane);
     }
+    if (!tile.hasExcess || ink.alpha == 0.0F) return;
+    for (float* const first : tile.excess)
+        hnv::StoreU(hnv::Mul(hnv::LoadU(d, first + at), left), d, first + at);
+}
+
+// What of an ink is brighter than what blooms, where it covers a pixel in part.
+inline void putExcess(const SceneTile& tile, std::ptrdiff_t at, const Ink& excess, TileV covered) {
+    const TileF d;
+    for (std::size_t k = 0; k < 3; ++k) {
+        float* const plane = tile.excess[k] + at;
+        const auto added = hnv::Mul(covered, hnv::Set(d, excess.light[static_cast<int>(k)]));
+        hnv::StoreU(hnv::Add(hnv::LoadU(d, plane), added), d, plane);
+    }
 }
 
 }  // namespace
