@@ -8,8 +8,7 @@
 #include "BrixtelSaver/SaverKeuze.h"
 #include "platform/time/Timer.h"
 #include "platform/view/ScreenSaverView.h"
-#include "rain/MatrixRegen.h"
-#include "worlds/DrieWereld.h"
+#include "tafereel/Tafereel.h"
 
 namespace brixtel {
 
@@ -29,6 +28,7 @@ class BrixtelSaverView : public platform::ScreenSaverView {
     // The rain is built for one size: a new size builds it anew.
     void setFrame(const QRectF& frame) override;
 
+    // For a host that skips what lies behind an opaque view.
     [[nodiscard]] bool isOpaque() const override { return true; }
     void draw(QPainter& painter, const QRectF& dirty) override;
 
@@ -40,9 +40,15 @@ class BrixtelSaverView : public platform::ScreenSaverView {
 
     // What is up now. At most one scene is; `nu` and `huidige` keep their last
     // value when it is taken down.
-    [[nodiscard]] const std::shared_ptr<platform::SceneView>& scn() const { return scn_; }
-    [[nodiscard]] const DrieWereld* wereld() const { return wereld_.get(); }
-    [[nodiscard]] const MatrixRegen* regen() const { return regen_.get(); }
+    [[nodiscard]] std::shared_ptr<platform::SceneView> scn() const {
+        return tafereel_ ? tafereel_->scn() : nullptr;
+    }
+    [[nodiscard]] const DrieWereld* wereld() const {
+        return tafereel_ ? tafereel_->wereld().get() : nullptr;
+    }
+    [[nodiscard]] const MatrixRegen* regen() const {
+        return tafereel_ ? tafereel_->regen() : nullptr;
+    }
     [[nodiscard]] const platform::Timer& wisselKlok() const { return wisselKlok_; }
     // The mode last asked for; none until first started.
     [[nodiscard]] std::optional<SaverKeuze> nu() const { return nu_; }
@@ -62,12 +68,11 @@ class BrixtelSaverView : public platform::ScreenSaverView {
     void stopt();
     void stopKlok();
 
-    void toonRegen();
-    void toonWereld(DrieSoort soort);
+    // None is the rain.
+    void toonTafereel(std::optional<DrieSoort> soort);
+    [[nodiscard]] MatrixRegenOpties regenOpties() const;
 
-    std::shared_ptr<platform::SceneView> scn_;
-    std::unique_ptr<DrieWereld> wereld_;
-    std::unique_ptr<MatrixRegen> regen_;
+    std::unique_ptr<Tafereel> tafereel_;
     platform::Timer wisselKlok_;
     std::optional<SaverKeuze> nu_;
     std::shared_ptr<platform::Sheet> instellingen_;

@@ -61,8 +61,8 @@ void LandenTabel::laad() {
     if (geladen_.load(std::memory_order_acquire)) return;
     std::call_once(eenmaal_, [this] {
         inhoud_ = leesBestand();
-        bladen4_ = Bladwijzer(inhoud_.v4);
-        bladen6_ = Bladwijzer(inhoud_.v6);
+        zoeker4_ = BereikZoeker(inhoud_.v4);
+        zoeker6_ = BereikZoeker(inhoud_.v6);
         geladen_.store(true, std::memory_order_release);
     });
 }
@@ -75,18 +75,18 @@ const std::vector<Land>& LandenTabel::landen() const {
 template <typename Getal>
 const Land* LandenTabel::zoek(Getal sleutel, const std::vector<Getal>& starts,
                               const std::vector<std::uint8_t>& indexen,
-                              const Bladwijzer<Getal>& bladwijzer) const {
+                              const BereikZoeker<Getal>& zoeker) const {
     if (starts.empty() || sleutel < starts.front()) return nullptr;
-    const std::size_t index = indexen[bladwijzer.zoek(sleutel, starts)];
+    const std::size_t index = indexen[zoeker.zoek(sleutel, starts)];
     return index < inhoud_.landen.size() ? &inhoud_.landen[index] : nullptr;
 }
 
 const Land* LandenTabel::zoek4(const std::uint8_t* bytes) const {
-    return zoek(qFromBigEndian<std::uint32_t>(bytes), inhoud_.v4, inhoud_.v4Land, bladen4_);
+    return zoek(qFromBigEndian<std::uint32_t>(bytes), inhoud_.v4, inhoud_.v4Land, zoeker4_);
 }
 
 const Land* LandenTabel::zoek6(const std::uint8_t* bytes) const {
-    return zoek(qFromBigEndian<std::uint64_t>(bytes), inhoud_.v6, inhoud_.v6Land, bladen6_);
+    return zoek(qFromBigEndian<std::uint64_t>(bytes), inhoud_.v6, inhoud_.v6Land, zoeker6_);
 }
 
 const Land* LandenTabel::vind(std::string_view adres) const {

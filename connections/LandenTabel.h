@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "connections/Bladwijzer.h"
+#include "connections/BereikZoeker.h"
 #include "connections/Land.h"
 #include "connections/LandenBestand.h"
 
@@ -58,12 +58,12 @@ class LandenTabel {
     template <typename Getal>
     [[nodiscard]] const Land* zoek(Getal sleutel, const std::vector<Getal>& starts,
                                    const std::vector<std::uint8_t>& indexen,
-                                   const Bladwijzer<Getal>& bladwijzer) const;
+                                   const BereikZoeker<Getal>& zoeker) const;
 
     const std::optional<std::filesystem::path> bestand_;
     LandenInhoud inhoud_;
-    Bladwijzer<std::uint32_t> bladen4_;
-    Bladwijzer<std::uint64_t> bladen6_;
+    BereikZoeker<std::uint32_t> zoeker4_;
+    BereikZoeker<std::uint64_t> zoeker6_;
     std::once_flag eenmaal_;
     std::atomic<bool> geladen_{false};
 };

@@ -71,17 +71,17 @@ class VerbindingWacht {
     void kijk();
     void toon(std::vector<Lijn> lijnen);
 
-    platform::MediaClock& tijd_;
+    platform::MediaClock& mediaKlok_;
     const Bron bron_;
     Gepubliceerd<std::vector<Lijn>> lijnen_;
     Gepubliceerd<std::int64_t> totaal_;
     std::map<std::string, double> gebruikers_;
-    platform::Timer klok_;
+    platform::Timer klok_;  // the next measurement
     double tussentijd_ = 0.0;
     bool bezig_ = false;  // a measurement is under way
 
     // Gone with the watcher; a result on its way back looks whether it is.
-    std::shared_ptr<const bool> nog_ = std::make_shared<bool>(true);
+    std::shared_ptr<const bool> leeft_ = std::make_shared<bool>(true);
     platform::ToolStop stop_;
     platform::SerialQueue wachtrij_;  // last: ends before what its task uses
 };

@@ -151,10 +151,6 @@ QImage bolGloed() {
 }
 
 void DrieWereld::bouwBol() {
-    oog_ = camera({.z = 3.3, .zicht = 38.0, .bloom = 1.4});
-    oog_->setPosition({0.0, 0.35, 3.3});
-    oog_->lookAt({0.0, 0.0, 0.0});
-
     bol_ = std::make_shared<Node>();
     bol_->setName("bol");
     scene_->root().addChild(bol_);

@@ -21,6 +21,7 @@
 #include "platform/time/RandomSource.h"
 #include "platform/view/SceneView.h"
 #include "worlds/DrieSoort.h"
+#include "worlds/DrieStart.h"
 #include "worlds/LandKaart.h"
 
 namespace brixtel {
@@ -161,13 +162,12 @@ class DrieWereld {
         double bloom = 0.0;
     };
     platform::NodePtr camera(const CameraOpties& opties);
-    void zetMist(double begin, double einde);
+    void zetMist(const DrieMist& mist);
 
     void bouw();
-    void bouwBol();
-    void bouwKubus();
-    void bouwTunnel();
-    void bouwLogo();
+    // The builders, each in its scene's own source.
+#define DRIE(ruw, naam, nl, en, uitleg, bouwer, ...) void bouwer();
+#include "worlds/Scenes.def"
 
     [[nodiscard]] bool gebruiktWacht() const;
     [[nodiscard]] VerbindingWacht& wacht() const;
@@ -182,7 +182,7 @@ class DrieWereld {
     LandenTabel* const landen_;
     const LandKaart* const kaart_;
     platform::RandomSource toeval_;
-    platform::NodePtr oog_;  // the globe's camera
+    platform::NodePtr oog_;  // the camera
     platform::NodePtr bol_;
     platform::NodePtr lijnenNode_;
     std::shared_ptr<BolLijnen> bolLijnen_;

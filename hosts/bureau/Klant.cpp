@@ -52,9 +52,9 @@ bool Klant::isEr() const {
            verbinding_.interface()->isServiceRegistered(kDienstNaam).value();
 }
 
-// Of an error Qt's bus thread still speaks after it has woken whoever waited for
-// the answer; a process that ends meanwhile takes from it what it speaks of. Its
-// next answer comes after that.
+// Qt's bus thread still logs an error after it has woken the caller, and a process that
+// ends in that moment destroys what the thread reads. A second call returns only once the
+// thread is done with the first.
 QDBusMessage Klant::roep(const QDBusMessage& bericht) const {
     const QDBusMessage antwoord = verbinding_.call(bericht, QDBus::Block, kGeduld);
     if (antwoord.type() == QDBusMessage::ErrorMessage) (void)isEr();

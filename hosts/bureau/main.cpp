@@ -26,7 +26,7 @@
 namespace {
 
 using brixtel::BureauOpdracht;
-using brixtel::BusPoort;
+using brixtel::BusAansluiting;
 using brixtel::Klant;
 
 constexpr const char* kBus = "DBUS_SESSION_BUS_ADDRESS";
@@ -39,7 +39,7 @@ int meldNaam(const QString& wat) {
 
 constexpr const char* kGeenScherm = "er is geen scherm om op te tekenen";
 
-// What Qt has to say is for developers, and after its last words it would dump core.
+// Qt's messages are for developers, and a fatal one would dump core.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     if (soort != QtFatalMsg) return;
     const bool erIsScherm = platform::DisplayCheck().isReachable();
@@ -51,7 +51,7 @@ QString vraagAlles(const Klant& klant, const BureauOpdracht& opdracht) {
     QString mis;
     for (const auto& verzoek : opdracht.verzoeken)
         if (mis = klant.vraag(verzoek); !mis.isEmpty()) return mis;
-    if (opdracht.wat != BureauOpdracht::Wat::Stand) return {};
+    if (opdracht.taak != BureauOpdracht::Taak::Stand) return {};
     const QString stand = klant.stand(mis);
     if (mis.isEmpty()) std::fputs(qUtf8Printable(stand), stdout);
     return mis;
@@ -86,20 +86,20 @@ QString voerUit(brixtel::BureauDienst& dienst, const BureauOpdracht& opdracht) {
 // Shows the effects until something ends the program, and returns the exit status,
 // below 0 for a signal; none where another start was first after all. What was
 // asked and cannot be ends it at once: there is nobody else to tell.
-std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QString& bus,
-                         const BureauOpdracht& opdracht) {
+std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluiting,
+                         const QString& bus, const BureauOpdracht& opdracht) {
     auto toeval = platform::RandomSource::fromSystem();
     platform::DistributedNotificationCenter berichten(bus);
     platform::WindowServer server(klok, {.system = platform::openWindowSystem(klok)});
     platform::DesktopWorkspace werkruimte(server, berichten);
     brixtel::Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval});
-    // What a desktop that ends takes with it is gone; there is nobody left to tell.
+    // A desktop that ends takes the X server along; the program ends without a word.
     server.onConnectionLost([&bureau] {
         bureau.bewaar();
         std::_Exit(0);
     });
 
-    // To quit() every window that shows would have to agree.
+    // quit() asks every window that shows, and one could refuse.
     const auto stop = [] { QCoreApplication::exit(0); };
     std::unique_ptr<brixtel::BureauPaneel> paneel;
     const auto toonPaneel = [&] {
@@ -107,16 +107,16 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
             paneel, {.bureau = bureau, .server = server, .toeval = toeval, .bus = bus});
     };
     const brixtel::BureauDaden daden{.stop = stop, .toonPaneel = toonPaneel};
-    brixtel::BureauDienst dienst(bureau, poort, daden);
-    brixtel::Pictogram pictogram(bureau, poort, daden);
-    poort.onVerloren(stop);
-    if (!poort.neemNaam(brixtel::kDienstNaam)) return std::nullopt;
+    brixtel::BureauDienst dienst(bureau, aansluiting, daden);
+    brixtel::Pictogram pictogram(bureau, aansluiting, daden);
+    aansluiting.onVerloren(stop);
+    if (!aansluiting.neemNaam(brixtel::kDienstNaam)) return std::nullopt;
     pictogram.meldAan();
 
     int doorSignaal = 0;
     const brixtel::Signalen signalen([&](int signaal) {
         doorSignaal = signaal;
-        // It may not get as far as the end of all that is open.
+        // The process may be killed before everything is closed in order.
         bureau.bewaar();
         QCoreApplication::exit(0);
     });
@@ -128,7 +128,7 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
 // Whether nothing was asked but what is written down.
 bool isAlleenAutostart(const BureauOpdracht& opdracht) {
     return opdracht.autostart && opdracht.verzoeken.empty() &&
-           opdracht.wat == BureauOpdracht::Wat::Dienst;
+           opdracht.taak == BureauOpdracht::Taak::Dienst;
 }
 
 // Returns what went wrong; empty if nothing did.
@@ -137,7 +137,7 @@ QString zetAutostart(int argc, char** argv, bool aan) {
     return brixtel::Autostart::zet(aan, QCoreApplication::applicationFilePath());
 }
 
-// A bus that hangs keeps whoever asks it for ever; a signal does not wait for it.
+// A call to a bus that hangs never returns; a signal ends the process all the same.
 class Wekker {
   public:
     explicit Wekker(unsigned seconden) {
@@ -146,7 +146,7 @@ class Wekker {
             [[maybe_unused]] const auto n = write(STDERR_FILENO, kRegel.data(), kRegel.size());
             _exit(kFout);
         });
-        // Whoever started the process may have left it blocked.
+        // The signal may be blocked, inherited from the starting process.
         sigset_t alleen;
         sigemptyset(&alleen);
         sigaddset(&alleen, SIGALRM);
@@ -195,20 +195,20 @@ int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht&
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Brixtel"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     platform::SystemClock klok;
-    BusPoort poort(klok, bus);
-    const auto uitgang = draai(klok, poort, bus, opdracht);
+    BusAansluiting aansluiting(klok, bus);
+    const auto uitgang = draai(klok, aansluiting, bus, opdracht);
     if (uitgang) return *uitgang;
-    const QString mis = vraagAlles(Klant(poort.verbinding()), opdracht);
+    const QString mis = vraagAlles(Klant(aansluiting.verbinding()), opdracht);
     return mis.isEmpty() ? 0 : meldNaam(mis);
 }
 
 int start(int argc, char** argv, const BureauOpdracht& opdracht) {
     const QString bus = platform::DistributedNotificationCenter::sessionBusAddress();
     if (bus.isEmpty()) return meldNaam(QStringLiteral("er is geen sessiebus"));
-    // Kept from Qt, which would wait for it on the main thread.
+    // Qt does not see the bus: it would wait for it on the main thread.
     qputenv(kBus, "unix:path=/dev/null");
     if (const auto uitgang = alsKlant(argc, argv, bus, opdracht)) return *uitgang;
-    if (opdracht.wat == BureauOpdracht::Wat::Stand)
+    if (opdracht.taak == BureauOpdracht::Taak::Stand)
         return meldNaam(QStringLiteral("er draait geen brixtel-bureau"));
     if (isAfsluiten(opdracht)) return 0;
     if (!platform::DisplayCheck().isReachable()) return meldNaam(QString::fromUtf8(kGeenScherm));
@@ -225,15 +225,15 @@ int main(int argc, char** argv) {
     if (const auto* fout = std::get_if<brixtel::Fout>(&gelezen))
         return brixtel::meld(fout->regel, kVerkeerdGebruik);
     const auto& opdracht = std::get<BureauOpdracht>(gelezen);
-    if (opdracht.wat == BureauOpdracht::Wat::Hulp) {
+    if (opdracht.taak == BureauOpdracht::Taak::Hulp) {
         std::fputs(qUtf8Printable(brixtel::bureauHulpTekst()), stdout);
         return 0;
     }
-    if (opdracht.wat == BureauOpdracht::Wat::Versie) {
+    if (opdracht.taak == BureauOpdracht::Taak::Versie) {
         std::puts("brixtel-bureau " BRIXTEL_VERSION);
         return 0;
     }
-    // Only the arguments that are ours were ours to take: Qt gets none.
+    // Qt gets no arguments: it would take those that are named as its own options.
     int geen = 1;
     if (opdracht.autostart) {
         const QString mis = zetAutostart(geen, argv, *opdracht.autostart);

@@ -27,7 +27,7 @@ QString toonInstellingen(const Opdracht& opdracht, const ModuleLader& module, in
     platform::DistributedNotificationCenter geenBus{QString()};
     const auto view = module.maak({QPointF(0, 0), QSizeF(opdracht.maat)}, true,
                                   {.clock = klok, .random = toeval, .notifications = geenBus});
-    const auto blad = view->configureSheet();
+    const auto blad = view->hasConfigureSheet() ? view->configureSheet() : nullptr;
     if (!blad) return QStringLiteral("de module BrixtelInstellingen.so ontbreekt");
     if (!opdracht.instellingen.isEmpty()) return schrijf(blad->picture(), opdracht.instellingen);
 

@@ -5,13 +5,14 @@
 #include <algorithm>
 
 #include "BrixtelSaver/SaverKeuze.h"
+#include "hosts/gedeeld/Opsomming.h"
 #include "platform/window/systems/WindowSystems.h"
 
 namespace brixtel {
 
 namespace {
 
-using Wat = Opdracht::Wat;
+using Taak = Opdracht::Taak;
 
 using Optie = brixtel::Optie<Opdracht>;
 
@@ -26,10 +27,10 @@ QSize leesMaat(const QString& tekst) {
     return past ? maat : QSize();
 }
 
-QString zetWat(Opdracht& opdracht, Wat wat, QLatin1String naam) {
-    if (opdracht.wat != Wat::Schermvullend && opdracht.wat != wat)
+QString zetTaak(Opdracht& opdracht, Taak taak, QLatin1String naam) {
+    if (opdracht.taak != Taak::Schermvullend && opdracht.taak != taak)
         return QStringLiteral("--%1 gaat niet samen met wat eerder gevraagd is").arg(naam);
-    opdracht.wat = wat;
+    opdracht.taak = taak;
     return {};
 }
 
@@ -39,11 +40,17 @@ QString zetMaat(QSize& doel, const QString& waarde, QLatin1String naam) {
     return QStringLiteral("--%1 wil een maat als 1280x720, niet '%2'").arg(naam, waarde);
 }
 
+QStringList keuzeWoorden() {
+    QStringList woorden;
+    for (const SaverKeuze keuze : alleKeuzes)
+        woorden << ruweWaarde(keuze);
+    return woorden;
+}
+
 QString zetKeuze(Opdracht& opdracht, const QString& waarde) {
     if (!keuzeUitRuw(waarde))
-        return QStringLiteral(
-                   "--keuze kent wisselend, regen, bol, kubus, tunnel en logo, niet '%1'")
-            .arg(waarde);
+        return QStringLiteral("--keuze kent %1, niet '%2'")
+            .arg(opsomming(keuzeWoorden(), QLatin1String("en")), waarde);
     opdracht.keuze = waarde;
     return {};
 }
@@ -65,7 +72,7 @@ QString zetVensterId(Opdracht& opdracht, const QString& waarde) {
     opdracht.vensterId = platform::readHost(waarde);
     if (!opdracht.vensterId)
         return QStringLiteral("'%1' is geen nummer van een venster").arg(waarde);
-    return zetWat(opdracht, Wat::Gastheer, QLatin1String("window-id"));
+    return zetTaak(opdracht, Taak::Gastheer, QLatin1String("window-id"));
 }
 
 QString zetZaad(Opdracht& opdracht, const QString& waarde) {
@@ -78,14 +85,14 @@ QString zetZaad(Opdracht& opdracht, const QString& waarde) {
 QString zetVenster(Opdracht& opdracht, const QString& waarde) {
     QString fout =
         waarde.isEmpty() ? QString() : zetMaat(opdracht.venster, waarde, QLatin1String("venster"));
-    return fout.isEmpty() ? zetWat(opdracht, Wat::Venster, QLatin1String("venster")) : fout;
+    return fout.isEmpty() ? zetTaak(opdracht, Taak::Venster, QLatin1String("venster")) : fout;
 }
 
 QString zetPlaatje(Opdracht& opdracht, const QString& waarde) {
     opdracht.plaatje = waarde;
     if (!waarde.endsWith(QLatin1String(".png"), Qt::CaseInsensitive))
         return QStringLiteral("--plaatje wil de naam van een .png-bestand, niet '%1'").arg(waarde);
-    return zetWat(opdracht, Wat::Plaatje, QLatin1String("plaatje"));
+    return zetTaak(opdracht, Taak::Plaatje, QLatin1String("plaatje"));
 }
 
 QString zetInstellingen(Opdracht& opdracht, const QString& waarde) {
@@ -93,7 +100,7 @@ QString zetInstellingen(Opdracht& opdracht, const QString& waarde) {
     if (!waarde.isEmpty() && !waarde.endsWith(QLatin1String(".png"), Qt::CaseInsensitive))
         return QStringLiteral("--instellingen wil de naam van een .png-bestand, niet '%1'")
             .arg(waarde);
-    return zetWat(opdracht, Wat::Instellingen, QLatin1String("instellingen"));
+    return zetTaak(opdracht, Taak::Instellingen, QLatin1String("instellingen"));
 }
 
 QString zetBoven(Opdracht& opdracht, const QString& waarde) {
@@ -106,13 +113,14 @@ QString zetVerbindingen(Opdracht& opdracht, const QString& waarde) {
     if (!waarde.isEmpty() && waarde != QLatin1String("json"))
         return QStringLiteral("--verbindingen kent alleen json, niet '%1'").arg(waarde);
     opdracht.json = !waarde.isEmpty();
-    return zetWat(opdracht, Wat::Verbindingen, QLatin1String("verbindingen"));
+    return zetTaak(opdracht, Taak::Verbindingen, QLatin1String("verbindingen"));
 }
 
 // Makes an option that chooses what to do.
-Optie watOptie(QLatin1String naam, Wat wat) {
-    return {
-        naam, Waarde::Geen, {}, [=](Opdracht& o, const QString&) { return zetWat(o, wat, naam); }};
+Optie taakOptie(QLatin1String naam, Taak taak) {
+    return {naam, Waarde::Geen, {}, [=](Opdracht& o, const QString&) {
+                return zetTaak(o, taak, naam);
+            }};
 }
 
 Optie vlagOptie(QLatin1String naam, bool Opdracht::*vlag) {
@@ -138,11 +146,11 @@ Optie getalOptie(QLatin1String naam, Getal Opdracht::*getal, double laag, double
 const std::vector<Optie>& opties() {
     static const QLatin1String maatVorm("^[0-9]+[xX×][0-9]+$");
     static const std::vector<Optie> alle{
-        watOptie(QLatin1String("root"), Wat::Gastheer),
-        watOptie(QLatin1String("aanmelden"), Wat::Aanmelden),
-        watOptie(QLatin1String("afmelden"), Wat::Afmelden),
-        watOptie(QLatin1String("versie"), Wat::Versie),
-        watOptie(QLatin1String("help"), Wat::Hulp),
+        taakOptie(QLatin1String("root"), Taak::Gastheer),
+        taakOptie(QLatin1String("aanmelden"), Taak::Aanmelden),
+        taakOptie(QLatin1String("afmelden"), Taak::Afmelden),
+        taakOptie(QLatin1String("versie"), Taak::Versie),
+        taakOptie(QLatin1String("help"), Taak::Hulp),
         vlagOptie(QLatin1String("voorvertoning"), &Opdracht::voorvertoning),
         vlagOptie(QLatin1String("meet"), &Opdracht::meet),
         vlagOptie(QLatin1String("fps"), &Opdracht::fps),
@@ -177,15 +185,15 @@ Fout fout(const QString& wat) {
 
 // What only shows once everything has been read.
 QString controleer(const Opdracht& opdracht) {
-    if (opdracht.wat == Wat::Plaatje && opdracht.keuze.isEmpty())
+    if (opdracht.taak == Taak::Plaatje && opdracht.keuze.isEmpty())
         return QStringLiteral("--plaatje vraagt ook om --keuze");
-    if (opdracht.wat == Wat::Plaatje && (opdracht.meet || opdracht.fps || opdracht.seconden))
+    if (opdracht.taak == Taak::Plaatje && (opdracht.meet || opdracht.fps || opdracht.seconden))
         return QStringLiteral("--meet, --fps en --seconden gaan niet samen met --plaatje");
     const bool bolPlaatje =
-        opdracht.wat == Wat::Plaatje && opdracht.keuze == ruweWaarde(SaverKeuze::bol);
+        opdracht.taak == Taak::Plaatje && opdracht.keuze == ruweWaarde(SaverKeuze::bol);
     if (!opdracht.lijnen.isEmpty() && !bolPlaatje)
         return QStringLiteral("--lijnen gaat alleen samen met --plaatje en --keuze=bol");
-    if (opdracht.boven && opdracht.wat != Wat::Instellingen)
+    if (opdracht.boven && opdracht.taak != Taak::Instellingen)
         return QStringLiteral("--boven gaat alleen samen met --instellingen");
     return {};
 }
@@ -200,13 +208,14 @@ std::variant<Opdracht, Fout> leesOpdracht(const QStringList& argumenten,
     if (!mis.isEmpty()) return fout(mis);
     // A host that names its window in the environment means the saver to draw
     // there, unless the command line asks for something else altogether.
-    const bool bijGastheer = opdracht.wat == Wat::Gastheer || opdracht.wat == Wat::Schermvullend;
+    const bool bijGastheer =
+        opdracht.taak == Taak::Gastheer || opdracht.taak == Taak::Schermvullend;
     if (bijGastheer && !opdracht.vensterId && !hostVenster.isEmpty()) {
         opdracht.vensterId = platform::readHost(hostVenster);
         if (!opdracht.vensterId)
             return fout(QStringLiteral("XSCREENSAVER_WINDOW is geen nummer van een venster: '%1'")
                             .arg(hostVenster));
-        opdracht.wat = Wat::Gastheer;
+        opdracht.taak = Taak::Gastheer;
     }
     return opdracht;
 }
@@ -233,8 +242,7 @@ Waar:
                          ze afdrukt, in plaats van die van nu
 
 Wat:
-  --keuze=KEUZE          wisselend, regen, bol, kubus, tunnel of logo; alleen
-                         voor deze keer, er wordt niets bewaard
+  --keuze=KEUZE          %1
   --voorvertoning        in de kwaliteit van een klein voorbeeld
   --tekenaar=WELKE       gl, cpu of auto (auto)
   --seconden=N           houdt na N seconden vanzelf op
@@ -252,7 +260,10 @@ Verder:
   --afmelden             haalt Brixtel uit die lijst
   --versie               het versienummer
   --help                 deze tekst
-)");
+)")
+        .arg(vouw(opsomming(keuzeWoorden(), QLatin1String("of")) +
+                      QStringLiteral("; alleen voor deze keer, er wordt niets bewaard"),
+                  kHulpKolom));
 }
 
 }  // namespace brixtel

@@ -17,7 +17,7 @@ namespace brixtel {
 // What the user asked the program to do: its command line and the environment,
 // read and checked.
 struct Opdracht {
-    enum class Wat {
+    enum class Taak {
         Schermvullend,
         Venster,
         Gastheer,  // in a host's window
@@ -29,7 +29,7 @@ struct Opdracht {
         Versie,
         Hulp,
     };
-    Wat wat = Wat::Schermvullend;
+    Taak taak = Taak::Schermvullend;
 
     QSize venster{1280, 720};                    // points
     std::optional<platform::HostRef> vensterId;  // the host's; none means the whole screen

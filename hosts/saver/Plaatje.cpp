@@ -20,8 +20,9 @@ namespace brixtel {
 
 namespace {
 
-// Of a file with lines, by which an endless one is told from one that is none.
+// The most that is read of a file with lines: one may be endless.
 constexpr qint64 kMeesteBytes = 16 << 20;
+constexpr QLatin1String kGeenBeeld("er is geen OpenGL, of geen geheugen voor zo'n beeld");
 constexpr platform::Rgba kZwart{0.0F, 0.0F, 0.0F, 1.0F};
 
 // Layers are drawn with OpenGL where that is asked for, and on the CPU otherwise,
@@ -67,25 +68,28 @@ QString leg(platform::View& view, const Opdracht& opdracht, double nu) {
     frame.background = kZwart;
     platform::FrameBuilder(frame, nu).add(view);
     const auto beeld = teken(frame, opdracht.tekenaar);
-    if (!beeld) return QStringLiteral("er is geen OpenGL, of geen geheugen voor zo'n beeld");
+    if (!beeld) return kGeenBeeld;
     return schrijf(*beeld, opdracht.plaatje);
 }
 
-// The globe with the lines of a file in place of those of this machine.
-QString bolMetLijnen(const Opdracht& opdracht, platform::ManualClock& klok,
-                     platform::RandomSource& toeval) {
-    QFile bestand(opdracht.lijnen);
-    const auto lijnen =
-        bestand.open(QIODevice::ReadOnly) ? leesJson(bestand.read(kMeesteBytes)) : std::nullopt;
-    if (!lijnen)
-        return QStringLiteral("'%1' bevat geen lijnen als die van --verbindingen=json")
-            .arg(opdracht.lijnen);
-    DrieWereld wereld(DrieSoort::bol, {.groot = !opdracht.voorvertoning, .eigenLijnen = true},
+// A scene in 3D, and the globe with the lines of a file where the command names one.
+QString legWereld(DrieSoort soort, const Opdracht& opdracht, platform::MediaClock& klok,
+                  platform::RandomSource& toeval) {
+    const bool eigenLijnen = !opdracht.lijnen.isEmpty();
+    DrieWereld wereld(soort, {.groot = !opdracht.voorvertoning, .eigenLijnen = eigenLijnen},
                       {.klok = klok, .toeval = toeval});
-    wereld.zetLijnen(*lijnen);
-    const auto view = wereld.maakView({QPointF(0, 0), QSizeF(opdracht.maat)});
-    klok.advance(opdracht.na);
-    return leg(*view, opdracht, klok.now());
+    if (eigenLijnen) {
+        QFile bestand(opdracht.lijnen);
+        const auto lijnen =
+            bestand.open(QIODevice::ReadOnly) ? leesJson(bestand.read(kMeesteBytes)) : std::nullopt;
+        if (!lijnen)
+            return QStringLiteral("'%1' bevat geen lijnen als die van --verbindingen=json")
+                .arg(opdracht.lijnen);
+        wereld.zetLijnen(*lijnen);
+    }
+    const QImage beeld = wereld.plaatje(
+        {.maat = QSizeF(opdracht.maat), .na = opdracht.na, .schaal = opdracht.schaal});
+    return beeld.isNull() ? QString(kGeenBeeld) : schrijf(beeld, opdracht.plaatje);
 }
 
 }  // namespace
@@ -94,7 +98,8 @@ QString maakPlaatje(const Opdracht& opdracht, const ModuleLader& module) {
     platform::ManualClock klok;
     auto toeval = opdracht.zaad ? platform::RandomSource(*opdracht.zaad)
                                 : platform::RandomSource::fromSystem();
-    if (!opdracht.lijnen.isEmpty()) return bolMetLijnen(opdracht, klok, toeval);
+    if (const auto soort = soortUitRuw(opdracht.keuze))
+        return legWereld(*soort, opdracht, klok, toeval);
     platform::DistributedNotificationCenter geenBus{QString()};
     const auto view = module.maak({QPointF(0, 0), QSizeF(opdracht.maat)}, opdracht.voorvertoning,
                                   {.clock = klok, .random = toeval, .notifications = geenBus});

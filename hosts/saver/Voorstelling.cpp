@@ -26,11 +26,11 @@ Voorstelling::Voorstelling(const Opdracht& opdracht, const ModuleLader& module,
       context_(context),
       // This program once more.
       instellingen_(QCoreApplication::applicationFilePath(), bus, InstellingenProces::Einde::Mee) {
-    switch (opdracht.wat) {
-        case Opdracht::Wat::Venster:
+    switch (opdracht.taak) {
+        case Opdracht::Taak::Venster:
             toonVenster();
             break;
-        case Opdracht::Wat::Gastheer:
+        case Opdracht::Taak::Gastheer:
             toonBijGastheer();
             break;
         default:
@@ -73,7 +73,7 @@ void Voorstelling::toonInstellingen(const Window& bij) {
 void Voorstelling::bladIsOpen(bool open) {
     for (const Doek& doek : doeken_) {
         doek.view->setMuisTelt(!open);
-        if (opdracht_.wat == Opdracht::Wat::Schermvullend) doek.venster->setCursorHidden(!open);
+        if (opdracht_.taak == Opdracht::Taak::Schermvullend) doek.venster->setCursorHidden(!open);
     }
 }
 

@@ -15,7 +15,7 @@
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
 #include "hosts/saver/Plaatje.h"
-#include "hosts/saver/Rust.h"
+#include "hosts/saver/StilleBeelden.h"
 #include "hosts/saver/Verbindingen.h"
 #include "hosts/saver/Voorstelling.h"
 #include "platform/session/PowerSupply.h"
@@ -37,9 +37,8 @@ int meldNaam(const QString& wat, int uitgang) {
 constexpr const char* kGeenScherm =
     "er is geen scherm om op te tekenen; met --plaatje kan het zonder";
 
-// What Qt has to say is for developers; a host would show it to people. After
-// its last words it would dump core, most of all where the X server goes away
-// just when Qt wants to begin.
+// Qt's messages are for developers, and a host would show them to people. A fatal one would
+// dump core, as when the X server goes away while Qt starts.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     if (soort != QtFatalMsg) return;
     const bool erIsScherm = platform::DisplayCheck().isReachable();
@@ -47,7 +46,7 @@ void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
 }
 
 bool isPlaatje(const Opdracht& opdracht) {
-    return opdracht.wat == Opdracht::Wat::Plaatje || !opdracht.instellingen.isEmpty();
+    return opdracht.taak == Opdracht::Taak::Plaatje || !opdracht.instellingen.isEmpty();
 }
 
 void kiesPlatform(const Opdracht& opdracht) {
@@ -84,9 +83,9 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
     auto toeval = opdracht.zaad ? platform::RandomSource(*opdracht.zaad)
                                 : platform::RandomSource::fromSystem();
     platform::DistributedNotificationCenter berichten(bus);
-    // Whoever wishes for little movement has asked for no saver by its window.
+    // A user who wishes for little movement asked for a window, not for a saver.
     std::optional<platform::RestableClock> beelden;
-    if (opdracht.wat == Opdracht::Wat::Venster) beelden.emplace(klok);
+    if (opdracht.taak == Opdracht::Taak::Venster) beelden.emplace(klok);
     platform::WindowServer server(klok, {.drawer = opdracht.tekenaar,
                                          .system = platform::openWindowSystem(klok),
                                          .pictures = beelden ? &*beelden : nullptr});
@@ -107,14 +106,14 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
                          platform::ScreenSaverContext{
                              .clock = beeldKlok, .random = toeval, .notifications = berichten},
                          bus);
-    const bool bijGastheer = opdracht.wat == Opdracht::Wat::Gastheer;
+    const bool bijGastheer = opdracht.taak == Opdracht::Taak::Gastheer;
     voorstelling->onEinde([bijGastheer] {
         if (bijGastheer) brixtel::Signalen::haast();
         QCoreApplication::quit();
     });
 
-    std::optional<brixtel::Rust> rust;
-    if (beelden) rust.emplace(*beelden, server, bus);
+    std::optional<brixtel::StilleBeelden> stilleBeelden;
+    if (beelden) stilleBeelden.emplace(*beelden, server, bus);
     std::optional<platform::PowerWatch> accu;
     if (!opdracht.volleSnelheid)
         accu.emplace(klok, [&server](bool opAccu) { server.setPace(opAccu ? 2 : 1); });
@@ -140,14 +139,14 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
 // The sheet has controls, and a screen reader hears of them over the bus.
 QString neemBus(const Opdracht& opdracht) {
     const QString adres = platform::DistributedNotificationCenter::sessionBusAddress();
-    if (opdracht.wat != Opdracht::Wat::Instellingen || adres.isEmpty())
+    if (opdracht.taak != Opdracht::Taak::Instellingen || adres.isEmpty())
         qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
     return adres;
 }
 
 // None where what it takes is missing.
 std::unique_ptr<QCoreApplication> maakToepassing(int& argc, char** argv, const Opdracht& opdracht) {
-    if (opdracht.wat != Opdracht::Wat::Instellingen)
+    if (opdracht.taak != Opdracht::Taak::Instellingen)
         return std::make_unique<QGuiApplication>(argc, argv);
     brixtel::InstellingenModule* const blad = brixtel::InstellingenModule::laad();
     return blad ? blad->maakToepassing(argc, argv) : nullptr;
@@ -180,8 +179,8 @@ int start(int argc, char** argv, const Opdracht& opdracht) {
     if (!module.isGeladen())
         return meldNaam(QStringLiteral("de module BrixtelSaver.so ontbreekt of is onbruikbaar"),
                         kFout);
-    if (opdracht.wat == Opdracht::Wat::Plaatje) return plaatje(opdracht, module);
-    if (opdracht.wat == Opdracht::Wat::Instellingen) return instellingen(opdracht, module);
+    if (opdracht.taak == Opdracht::Taak::Plaatje) return plaatje(opdracht, module);
+    if (opdracht.taak == Opdracht::Taak::Instellingen) return instellingen(opdracht, module);
     return -toon(opdracht, module, bus);
 }
 
@@ -196,29 +195,29 @@ int main(int argc, char** argv) {
     if (const auto* fout = std::get_if<brixtel::Fout>(&gelezen))
         return brixtel::meld(fout->regel, kVerkeerdGebruik);
     const auto& opdracht = std::get<Opdracht>(gelezen);
-    switch (opdracht.wat) {
-        case Opdracht::Wat::Hulp:
+    switch (opdracht.taak) {
+        case Opdracht::Taak::Hulp:
             std::fputs(qUtf8Printable(brixtel::hulpTekst()), stdout);
             return 0;
-        case Opdracht::Wat::Versie:
+        case Opdracht::Taak::Versie:
             std::puts("brixtel-saver " BRIXTEL_VERSION);
             return 0;
-        case Opdracht::Wat::Verbindingen:
+        case Opdracht::Taak::Verbindingen:
             return verbindingen(opdracht.json);
-        case Opdracht::Wat::Aanmelden:
+        case Opdracht::Taak::Aanmelden:
             return meldAan(qEnvironmentVariable("HOME"));
-        case Opdracht::Wat::Afmelden:
+        case Opdracht::Taak::Afmelden:
             return bericht(brixtel::meldAf(qEnvironmentVariable("HOME")));
         default:
             break;
     }
     brixtel::Signalen::negeerOpnieuw();
-    // Only the arguments that are ours were ours to take: Qt gets none.
+    // Qt gets no arguments: it would take those that are named as its own options.
     int geen = 1;
     const int uitgang = start(geen, argv, opdracht);
     if (uitgang < 0) brixtel::Signalen::eindigDoor(-uitgang);
     // A host is waiting, and as the libraries are unloaded every font is looked up.
-    if (opdracht.wat == Opdracht::Wat::Gastheer) {
+    if (opdracht.taak == Opdracht::Taak::Gastheer) {
         std::fflush(nullptr);
         std::_Exit(uitgang);
     }

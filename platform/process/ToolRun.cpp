@@ -22,11 +22,11 @@ namespace platform {
 namespace {
 
 constexpr std::size_t kFirstRoom = std::size_t{64} * 1024;
-// How long a killed tool may take to go. Longer means that it hangs inside the
-// kernel, where no signal reaches it; it then ends by itself, unwaited for.
+// The time in milliseconds that a killed tool may take to end. A tool that takes longer
+// hangs inside the kernel, where no signal reaches it, and is not waited for.
 constexpr int kGoneWithinMs = 1000;
 
-// Closes what it holds.
+// Owns and closes a descriptor.
 class Descriptor {
   public:
     explicit Descriptor(int number) : number_(number) {}
@@ -42,15 +42,16 @@ class Descriptor {
     int number_;
 };
 
-// Readable once the process has ended. The system's header for this has no C++.
+// Makes a descriptor that becomes readable when the process ends. The system's
+// header for it is not valid C++.
 int processDescriptor(pid_t pid) {
     return static_cast<int>(syscall(SYS_pidfd_open, pid, 0U));
 }
 
 enum class Event { ready, stopped, late };
 
-// Waits for `descriptor` to be readable or at its end, for the stop, or, when
-// `withinMs` is not negative, for that time to pass.
+// Waits until `descriptor` is readable or at its end, the stop is requested, or
+// `withinMs` milliseconds (if not negative) have passed.
 Event await(int descriptor, int stop, int withinMs = -1) {
     std::array<pollfd, 2> waits{{{descriptor, POLLIN, 0}, {stop, POLLIN, 0}}};
     int count = 0;
@@ -60,7 +61,7 @@ Event await(int descriptor, int stop, int withinMs = -1) {
     return waits[1].revents != 0 ? Event::stopped : Event::ready;
 }
 
-// Whether all of it was read.
+// Reads to the end; false if reading was cut short.
 bool readAll(int pipe, int stop, ToolText& text) {
     for (;;) {
         if (await(pipe, stop) == Event::stopped) return false;
@@ -74,12 +75,12 @@ bool readAll(int pipe, int stop, ToolText& text) {
 }
 
 void killGroup(pid_t pid) {
-    // By its number too: the group exists only once the child has made it.
+    // Kills the child by its number too: its group exists only once the child has made it.
     kill(-pid, SIGKILL);
     kill(pid, SIGKILL);
 }
 
-// The exit status of a process that has ended, which is then gone for good.
+// Collects the exit status of an ended process, which removes the process.
 int reap(pid_t pid) {
     int status = 0;
     while (waitpid(pid, &status, 0) < 0) {
@@ -125,8 +126,8 @@ std::optional<ToolText> runTool(const ToolCall& call, const ToolStop* stop) {
     ToolText text;
     bool whole = readAll(from.get(), stopped, text);
     if (whole && watched) whole = await(process.get(), stopped) == Event::ready;
-    // Where the kernel has no descriptors for processes, one that has closed its
-    // output is not waited for: the stop could not be heard meanwhile.
+    // Without a process descriptor (old kernels), a tool that has closed its output
+    // is killed rather than waited for: a plain wait could not hear the stop.
     if (!whole || !watched) killGroup(pid);
     if (!whole && watched && await(process.get(), -1, kGoneWithinMs) == Event::late)
         return std::nullopt;
@@ -144,11 +145,11 @@ std::optional<std::string> findTool(std::string_view name) {
         const std::size_t end = std::min(folders.find(':', begin), folders.size());
         std::string candidate = folders.substr(begin, end - begin);
         begin = end + 1;
-        // An entry that is empty or relative means wherever the program happens
-        // to be; nothing is run from there.
+        // An empty or relative entry on the PATH means the current folder;
+        // nothing is run from there.
         if (!candidate.starts_with('/')) continue;
         candidate.append("/").append(name);
-        // A folder may be "executed" too.
+        // A folder, too, can have execute permission.
         struct stat file {};
         const bool isFile = stat(candidate.c_str(), &file) == 0 && S_ISREG(file.st_mode);
         if (isFile && access(candidate.c_str(), X_OK) == 0) return candidate;

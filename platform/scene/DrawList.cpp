@@ -36,7 +36,7 @@ DrawMaterial snapshot(const Material& material) {
     return result;
 }
 
-// One walk through a scene.
+// A single walk through a scene.
 class Extraction {
   public:
     Extraction(const Scene& scene, DrawList& out) : scene_(scene), out_(out) {}
@@ -63,7 +63,7 @@ class Extraction {
     const Scene& scene_;
     DrawList& out_;
     Pose camera_;
-    glm::dmat4 facing_{1.0};  // the camera's orientation, which billboards take on
+    glm::dmat4 facing_{1.0};  // the camera's orientation, used by billboards
 };
 
 void Extraction::run(double aspect) {

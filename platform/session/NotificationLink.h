@@ -41,8 +41,8 @@ class NotificationReceiver : public QObject {
     QSocketNotifier notifier_;
 };
 
-// The notification centre's connection to a bus. All that could make its caller
-// wait happens on a queue. Main thread.
+// Owns the notification centre's connection to a bus. Anything that could make
+// the caller wait happens on a queue. Main thread.
 class NotificationLink {
   public:
     NotificationLink(const QString& busAddress, std::function<void(const QString&)> deliver);

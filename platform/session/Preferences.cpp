@@ -49,7 +49,7 @@ std::optional<QString> Preferences::string(const QString& key) const {
 }
 
 void Preferences::setString(const QString& key, const QString& value) {
-    // What cannot be written would else be kept for every later store to read.
+    // An unwritable value would stay in memory for every later store to read.
     if (store_->settings.isWritable()) store_->settings.setValue(key, value);
 }
 

@@ -11,6 +11,7 @@ namespace platform {
 // `<the user's configuration folder>/<module's name>.conf`. A file that is
 // missing, unreadable or damaged holds nothing; where nothing can be written,
 // writing silently does nothing. A file is replaced as a whole or not at all.
+// Each object owns its store. Main thread.
 class Preferences {
   public:
     // None where the user has no configuration folder.

@@ -60,7 +60,7 @@ void MediaClock::fireDue() {
             std::min_element(timers_.begin(), timers_.end(),
                              [](const auto& a, const auto& b) { return a->due < b->due; });
         if (next == timers_.end() || (*next)->due > at) break;
-        // Held here, since the action may drop its own timer.
+        // Shared here, since the action may drop its own timer.
         const std::shared_ptr<TimerState> timer = *next;
         if (timer->repeats) {
             timer->advancePast(at);
@@ -75,8 +75,8 @@ void MediaClock::fireDue() {
     rearm();
 }
 
-// A timer of the kernel's: to the microsecond, and re-armed without a trip to the
-// heap, which Qt's would make at every frame.
+// A kernel timer: exact to the microsecond, and re-armed without the heap
+// allocation that a Qt timer makes at every frame.
 struct SystemClock::Waker {
     explicit Waker(std::function<void()> wake) : notifier(file.number, QSocketNotifier::Read) {
         QObject::connect(&notifier, &QSocketNotifier::activated, [this, wake = std::move(wake)] {
@@ -86,7 +86,7 @@ struct SystemClock::Waker {
             wake();
         });
     }
-    // Rounded up: a timer may be late, never early. Infinity disarms.
+    // Rounds up: a timer may be late, never early. Infinity disarms.
     void set(double time) {
         if (time == armed) return;
         armed = time;

@@ -11,7 +11,7 @@
 
 namespace platform {
 
-// What a saver is handed by its host; outlives the view.
+// The things that a host hands to a saver; they outlive the view.
 struct ScreenSaverContext {
     MediaClock& clock;
     RandomSource& random;

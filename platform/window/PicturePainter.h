@@ -31,7 +31,7 @@ class PicturePainter {
     // valid until the next one.
     [[nodiscard]] std::span<const QRect> changed() const { return changed_; }
 
-    // Of the last frame, as Surface has them.
+    // The last frame's, as Surface has them.
     [[nodiscard]] const QString& drawer() const;
     [[nodiscard]] int rung() const;
     [[nodiscard]] bool failsScenes() const { return showsScene_ && failsScenes_; }

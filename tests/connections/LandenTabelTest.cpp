@@ -155,7 +155,7 @@ std::string tekstVan(std::uint32_t a) {
            std::to_string(a >> 8 & 255) + "." + std::to_string(a & 255);
 }
 
-TEST(Bladwijzer, FindsWhatTheBinarySearchFindsInListsOfEverySizeAndSpread) {
+TEST(BereikZoeker, FindsWhatTheBinarySearchFindsInListsOfEverySizeAndSpread) {
     std::mt19937_64 lot(11);
     for (std::size_t maat = 1; maat < 200; maat += 1 + maat / 10) {
         for (int bits = 0; bits <= 64; bits += 4) {
@@ -163,7 +163,7 @@ TEST(Bladwijzer, FindsWhatTheBinarySearchFindsInListsOfEverySizeAndSpread) {
             for (auto& start : starts)
                 start = bits == 0 ? 0 : lot() >> (64 - bits);
             std::sort(starts.begin(), starts.end());
-            const brixtel::Bladwijzer bladwijzer(starts);
+            const brixtel::BereikZoeker bladwijzer(starts);
             std::vector<std::uint64_t> sleutels{~std::uint64_t{0}, lot(), starts.front()};
             for (const auto start : starts)
                 sleutels.insert(sleutels.end(), {start, start + 1, start - 1});
@@ -177,13 +177,13 @@ TEST(Bladwijzer, FindsWhatTheBinarySearchFindsInListsOfEverySizeAndSpread) {
     }
 }
 
-TEST(Bladwijzer, InAListThatDoesNotAscendItStaysInside) {
+TEST(BereikZoeker, InAListThatDoesNotAscendItStaysInside) {
     std::mt19937 lot(12);
     for (int beurt = 0; beurt < 1000; ++beurt) {
         std::vector<std::uint32_t> starts(1 + lot() % 500);
         for (auto& start : starts)
             start = static_cast<std::uint32_t>(lot() % (beurt % 2 ? 300U : ~0U));
-        const brixtel::Bladwijzer bladwijzer(starts);
+        const brixtel::BereikZoeker bladwijzer(starts);
         for (unsigned i = 0; i < 100; ++i)
             ASSERT_LT(bladwijzer.zoek(starts.front() + i, starts), starts.size());
     }

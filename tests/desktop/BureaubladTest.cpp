@@ -10,6 +10,7 @@
 #include "desktop/MatrixView.h"
 #include "platform/window/DesktopWorkspace.h"
 #include "tests/support/DBusDaemon.h"
+#include "tests/support/EigenScherm.h"
 #include "tests/support/Paden.h"
 #include "tests/support/WindowSystems.h"
 
@@ -563,20 +564,9 @@ INSTANTIATE_TEST_SUITE_P(Effecten, Muis, testing::Values(false, true),
 }  // namespace
 
 int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    if (testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
-    const QTemporaryDir thuis;
-    const Xvfb server("1280x480x24", {"-fbdir", thuis.path().toStdString()});
-    scherm = const_cast<Xvfb*>(&server);
-    glas = thuis.path() + QStringLiteral("/Xvfb_screen0");
-    qputenv("HOME", QFile::encodeName(thuis.path()));
-    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(thuis.path()));
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(thuis.path()));
-    qputenv("XDG_CACHE_HOME", QFile::encodeName(thuis.path()));
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
-    qputenv("DISPLAY", server.display().toLocal8Bit());
-    qputenv("QT_QPA_PLATFORM", "xcb");
-    const QGuiApplication app(argc, argv);
-    QGuiApplication::setQuitOnLastWindowClosed(false);
-    return RUN_ALL_TESTS();
+    return steun::draaiOpEigenScherm(argc, argv, {.scherm = "1280x480x24", .metGlas = true},
+                                     [](Xvfb& server, const QString& thuis) {
+                                         scherm = &server;
+                                         glas = thuis + QStringLiteral("/Xvfb_screen0");
+                                     });
 }

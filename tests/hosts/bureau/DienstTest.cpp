@@ -20,7 +20,7 @@ class Dienst : public BureauOpDeBus {
   protected:
     std::optional<BureauDienst> dienst;
 
-    void bied(const BureauDaden& daden) override { dienst.emplace(*bureau, *poort, daden); }
+    void bied(const BureauDaden& daden) override { dienst.emplace(*bureau, *aansluiting, daden); }
     // A call that must be refused: by which error, with one Dutch line, and with
     // nothing changed.
     void geweigerd(const QDBusMessage& antwoord, const char* naam) {
@@ -183,13 +183,13 @@ TEST_F(Dienst, StopAnswersFirst) {
 }
 
 TEST_F(Dienst, TheNameIsOneProgramsOnly) {
-    BusPoort tweede(echteKlok, bus.address());
+    BusAansluiting tweede(echteKlok, bus.address());
     EXPECT_FALSE(tweede.neemNaam(kDienstNaam));
 }
 
 TEST_F(Dienst, TheEndOfTheBusIsTold) {
     int verloren = 0;
-    poort->onVerloren([&] { ++verloren; });
+    aansluiting->onVerloren([&] { ++verloren; });
     bus.stop();
     EXPECT_TRUE(until([&] { return verloren == 1; }));
 }
