@@ -11,11 +11,11 @@
 #include <cmath>
 #include <cstdio>
 
-#include "platform/time/ProcessUsage.h"
 #include "platform/render/SceneSnapshot.h"
 #include "platform/render/cpu/CpuSceneDrawer.h"
 #include "platform/scene/DrawList.h"
 #include "platform/scene/Shading.h"
+#include "platform/time/ProcessUsage.h"
 #include "tests/support/PictureQuality.h"
 #include "worlds/DrieWereld.h"
 
@@ -53,8 +53,9 @@ void measure(DrieSoort kind, const Settings& settings) {
     platform::ManualClock clock;
     platform::RandomSource random{1};
     brixtel::LandenTabel countries{"/nergens/landen.bin"};
-    DrieWereld world(kind, brixtel::DrieWereldOpties{.eigenLijnen = true},
-                     brixtel::DrieWereldBronnen{.klok = clock, .toeval = random, .landen = &countries});
+    DrieWereld world(
+        kind, brixtel::DrieWereldOpties{.eigenLijnen = true},
+        brixtel::DrieWereldBronnen{.klok = clock, .toeval = random, .landen = &countries});
     if (kind == DrieSoort::bol) world.zetLijnen(twentyFour());
     platform::CpuSceneDrawer drawer;
     QImage picture(settings.size, QImage::Format_RGB32);
@@ -88,7 +89,8 @@ void measure(DrieSoort kind, const Settings& settings) {
             const QImage own = snapshot->picture(list, settings.size, settings.scale);
             result.insert(QStringLiteral("psnr_gl"), platform::test::psnr(own, wanted));
             if (!settings.still.isEmpty())
-                wanted.save(settings.still + QLatin1Char('-') + ruweWaarde(kind) + QStringLiteral("-ref.png"));
+                wanted.save(settings.still + QLatin1Char('-') + ruweWaarde(kind) +
+                            QStringLiteral("-ref.png"));
         }
     }
     std::printf("%s\n", QJsonDocument(result).toJson(QJsonDocument::Compact).constData());

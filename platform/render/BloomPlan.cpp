@@ -60,7 +60,9 @@ BloomPlan planBloom(const BloomRequest& request) {
     plan.size = BloomPlan::reduced(request.size, reduction);
     const double wanted = request.sigma / reduction;
     const double averaging = (1.0 - 1.0 / (reduction * reduction)) / 12.0;
-    const double stretching = request.fine || request.spline ? 1.0 / 3.0 : reduction > 1 ? 1.0 / 6.0 : 0.0;
+    const double stretching = request.fine || request.spline ? 1.0 / 3.0
+                              : reduction > 1                ? 1.0 / 6.0
+                                                             : 0.0;
     plan.sigma = std::sqrt(std::max(wanted * wanted - averaging - stretching, 0.01));
     setWeights(plan);
     return plan;

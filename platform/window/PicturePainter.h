@@ -11,9 +11,9 @@
 
 namespace platform {
 
-// Paints frames into a picture in memory with the processor. Made, used and dropped on one thread; owned by the
-// surface or the still that the picture is for. Allocates nothing per frame once
-// the frames have grown.
+// Paints frames into a picture in memory with the processor. Made, used and dropped on one thread;
+// owned by the surface or the still that the picture is for. Allocates nothing per frame once the
+// frames have grown.
 class PicturePainter {
   public:
     struct Options {

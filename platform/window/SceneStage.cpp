@@ -19,8 +19,8 @@ constexpr int kStillSamples = 4;
 }  // namespace
 
 std::unique_ptr<SceneStage> SceneStage::inMemory(bool still) {
-    return std::unique_ptr<SceneStage>(new SceneStage(
-        std::make_unique<CpuSceneDrawer>(), nullptr, QStringLiteral("cpu"), true, still));
+    return std::unique_ptr<SceneStage>(new SceneStage(std::make_unique<CpuSceneDrawer>(), nullptr,
+                                                      QStringLiteral("cpu"), true, still));
 }
 
 std::unique_ptr<SceneStage> SceneStage::onContext(const GlContext& context) {
@@ -34,7 +34,8 @@ std::unique_ptr<SceneStage> SceneStage::onContext(const GlContext& context) {
 }
 
 SceneStage::SceneStage(std::unique_ptr<CpuSceneDrawer> memory,
-                       std::unique_ptr<SceneRenderer> renderer, const QString& name, bool software, bool still)
+                       std::unique_ptr<SceneRenderer> renderer, const QString& name, bool software,
+                       bool still)
     : memory_(std::move(memory)),
       renderer_(std::move(renderer)),
       name_(name),
@@ -69,8 +70,8 @@ bool SceneStage::draw(const SceneFrame& scene, const PixelGrid& grid, const Pixe
     const QRect rect = grid.snap(scene.frame) & QRect(QPoint(0, 0), picture.size);
     if (rect.isEmpty()) return true;
     const PixelBuffer part{
-        .pixels = picture.pixels + static_cast<std::ptrdiff_t>(rect.top()) * picture.stride +
-                  rect.left(),
+        .pixels =
+            picture.pixels + static_cast<std::ptrdiff_t>(rect.top()) * picture.stride + rect.left(),
         .stride = picture.stride,
         .size = rect.size()};
     const auto changed = memory_->draw(scene.list, part,

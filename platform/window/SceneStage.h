@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QString>
 #include <QRect>
+#include <QString>
 #include <memory>
 #include <span>
 #include <vector>
@@ -10,8 +10,8 @@
 #include "platform/layers/PixelGrid.h"
 #include "platform/render/QualityLadder.h"
 #include "platform/render/cpu/CpuSceneDrawer.h"
-#include "platform/render/gl/SceneRenderer.h"
 #include "platform/render/egl/Egl.h"
+#include "platform/render/gl/SceneRenderer.h"
 #include "platform/view/SceneFrame.h"
 
 namespace platform {

@@ -40,8 +40,8 @@ class CpuBeeld : public steun::WereldOpstelling {
             wereld->scene()->advance(time);
             for (const Shape& shape : shapes) {
                 platform::DrawList list;
-                platform::extract(*wereld->scene(),
-                                  1.0 * shape.size.width() / shape.size.height(), list);
+                platform::extract(*wereld->scene(), 1.0 * shape.size.width() / shape.size.height(),
+                                  list);
                 const QImage own = drawer.picture(list, shape.size, shape.scale);
                 const QImage wanted = platform::test::averagedDown(
                     snapshot->picture(list, shape.size, kTimes * shape.scale), kTimes);

@@ -52,8 +52,8 @@ struct CpuSceneDrawer::Parts {
     QSize size;
     QSize tiles;
     enum State : char { kUnknown, kBlack, kLit };
-    std::vector<char> shows;          // what the picture's tiles show
-    std::vector<char> lit;            // whether there is light in the packed tile
+    std::vector<char> shows;  // what the picture's tiles show
+    std::vector<char> lit;    // whether there is light in the packed tile
     std::vector<std::uint32_t> packed;
     std::vector<float> work = std::vector<float>(SceneGlow::kWorkSize);
     std::vector<QRect> damage;
@@ -118,9 +118,8 @@ void CpuSceneDrawer::Parts::showTile(int tile, const PixelBuffer& picture) {
     const QRect rect = QRect(column * kTileWidth, row * kTileHeight, kTileWidth, kTileHeight) &
                        QRect(QPoint(0, 0), size);
     addDamage(rect);
-    std::uint32_t* const to = picture.pixels +
-                              static_cast<std::ptrdiff_t>(rect.top()) * picture.stride +
-                              rect.left();
+    std::uint32_t* const to =
+        picture.pixels + static_cast<std::ptrdiff_t>(rect.top()) * picture.stride + rect.left();
     if (!glows && !lit[at]) {
         for (int y = 0; y < rect.height(); ++y)
             std::fill_n(to + static_cast<std::ptrdiff_t>(y) * picture.stride, rect.width(),

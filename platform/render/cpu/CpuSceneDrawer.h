@@ -56,11 +56,11 @@ class CpuSceneDrawer {
 
     // Of the last draw, in tiles.
     struct Counts {
-        int tiles = 0;     // of the whole picture
-        int drawn = 0;     // cleared and drawn into
-        int glowing = 0;   // that the bloom's blur worked on
-        int encoded = 0;   // made pixels of
-        int blackened = 0; // had light the time before, and no longer do
+        int tiles = 0;      // of the whole picture
+        int drawn = 0;      // cleared and drawn into
+        int glowing = 0;    // that the bloom's blur worked on
+        int encoded = 0;    // made pixels of
+        int blackened = 0;  // had light the time before, and no longer do
     };
     [[nodiscard]] const Counts& counts() const;
 

@@ -55,9 +55,8 @@ NativeWindow::SurfaceMaker WindowWatch::surfaceMaker(const SurfaceOptions& optio
                                },
                            .cpu =
                                [&] {
-                                   return CpuSurface::create({.display = display,
-                                                              .window = window,
-                                                              .ending = ending});
+                                   return CpuSurface::create(
+                                       {.display = display, .window = window, .ending = ending});
                                }});
     };
 }

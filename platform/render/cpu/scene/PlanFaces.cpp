@@ -121,15 +121,15 @@ void ScenePlan::addFaces(const BatchView& view, const DrawInstance& instance) {
 // The polygon whose corners are in `cut_`.
 void ScenePlan::addPolygon(const Surface& surface, std::size_t number, bool doubleSided) {
     const auto isOutside = [&](auto inside) {
-        return std::any_of(cut_.begin(), cut_.end(), [&](const Corner& c) { return inside(c) < 0.0; });
+        return std::any_of(cut_.begin(), cut_.end(),
+                           [&](const Corner& c) { return inside(c) < 0.0; });
     };
     const auto cut = [&](auto inside) {
         if (isOutside(inside)) cutAway(cut_, uncut_, inside);
     };
     cut([&](const Corner& c) { return c.eye.z - zNear_; });
     cut([&](const Corner& c) { return zFar_ - c.eye.z; });
-    if (surface.mirrored)
-        cut([&](const Corner& c) { return c.value[ScreenPolygon::kHeight]; });
+    if (surface.mirrored) cut([&](const Corner& c) { return c.value[ScreenPolygon::kHeight]; });
     const std::size_t count = cut_.size();
     if (count < 3 || count > ScreenPolygon::kMaxEdges) return;
     std::array<glm::dvec2, ScreenPolygon::kMaxEdges> at{};

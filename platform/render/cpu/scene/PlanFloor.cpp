@@ -63,23 +63,22 @@ std::unique_ptr<StripePicture> stripesOf(const QImage& picture) {
     stripes->texel = {1.0F / static_cast<float>(width), 1.0F / static_cast<float>(height)};
     Kinds column{};
     Kinds row{};
-    const bool simple =
-        findKinds(
-            width,
-            [&](int a, int b) {
-                for (int y = 0; y < height; ++y)
-                    if (!isSame(a, y, b, y)) return false;
-                return true;
-            },
-            stripes->column, stripes->columnKinds, column) &&
-        findKinds(
-            height,
-            [&](int a, int b) {
-                for (int x = 0; x < width; ++x)
-                    if (!isSame(x, a, x, b)) return false;
-                return true;
-            },
-            stripes->row, stripes->rowKinds, row);
+    const bool simple = findKinds(
+                            width,
+                            [&](int a, int b) {
+                                for (int y = 0; y < height; ++y)
+                                    if (!isSame(a, y, b, y)) return false;
+                                return true;
+                            },
+                            stripes->column, stripes->columnKinds, column) &&
+                        findKinds(
+                            height,
+                            [&](int a, int b) {
+                                for (int x = 0; x < width; ++x)
+                                    if (!isSame(x, a, x, b)) return false;
+                                return true;
+                            },
+                            stripes->row, stripes->rowKinds, row);
     if (!simple) return nullptr;
     for (std::size_t i = 0; i < stripes->columnKinds; ++i)
         for (std::size_t j = 0; j < stripes->rowKinds; ++j) {
@@ -215,7 +214,8 @@ void ScenePlan::addFloorPolygon(const DrawFloor& floor) {
     if (!std::isfinite(reach)) return;
     const glm::vec3 normal(floorPlane_);
     cut_.clear();
-    for (const auto& [x, z] : {std::pair{-1.0F, 1.0F}, {1.0F, 1.0F}, {1.0F, -1.0F}, {-1.0F, -1.0F}}) {
+    for (const auto& [x, z] :
+         {std::pair{-1.0F, 1.0F}, {1.0F, 1.0F}, {1.0F, -1.0F}, {-1.0F, -1.0F}}) {
         const glm::vec3 local = under + glm::vec3(x * reach, 0.0F, z * reach);
         const glm::vec3 world(floor.world * glm::vec4(local, 1.0F));
         const glm::vec4 uv =

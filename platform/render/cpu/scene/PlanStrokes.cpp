@@ -159,8 +159,7 @@ bool ScenePlan::addSprite(const BatchView& view, const DrawInstance& instance) {
     bins_.addWhere(call, glm::min(a, b), glm::max(a, b), [&](int tileX, int tileY) {
         const glm::dvec2 low(tileX * kTileWidth, tileY * kTileHeight);
         const glm::dvec2 from = (low - sprite.at) * perPixel;
-        const glm::dvec2 to =
-            (low + glm::dvec2(kTileWidth, kTileHeight) - sprite.at) * perPixel;
+        const glm::dvec2 to = (low + glm::dvec2(kTileWidth, kTileHeight) - sprite.at) * perPixel;
         return !sprite.picture->isEmpty(std::min(from.x, to.x), std::min(from.y, to.y),
                                         std::max(from.x, to.x), std::max(from.y, to.y));
     });
@@ -171,8 +170,7 @@ bool ScenePlan::addBall(const BatchView& view, const DrawInstance& instance) {
     const DrawMaterial& material = view.batch->material;
     const glm::vec4 tint = tintOf(view, instance);
     if (!view.shape->isBall || view.mirrored || view.additive || !material.opaque ||
-        tint.a < 1.0F || !material.picture.isNull() ||
-        material.lighting != LightingModel::Constant)
+        tint.a < 1.0F || !material.picture.isNull() || material.lighting != LightingModel::Constant)
         return false;
     const glm::mat3 turn(instance.world);
     const float grown = glm::length(turn[0]);
@@ -185,7 +183,8 @@ bool ScenePlan::addBall(const BatchView& view, const DrawInstance& instance) {
     ball.middle = eyeOf(glm::vec3(instance.world * glm::vec4(middle, 1.0F)));
     ball.radius = grown * view.shape->radius;
     // What the near or the far plane cuts is no ellipse.
-    if (!(ball.middle.z - ball.radius > zNear_ && ball.middle.z + ball.radius < zFar_)) return false;
+    if (!(ball.middle.z - ball.radius > zNear_ && ball.middle.z + ball.radius < zFar_))
+        return false;
     // The box of its eight corners holds it, seen from anywhere.
     glm::vec2 low(kMostCoordinate), high(-kMostCoordinate);
     for (int i = 0; i < 8; ++i) {

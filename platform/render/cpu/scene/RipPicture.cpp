@@ -30,7 +30,8 @@ glm::vec4 halved(int i, int half, int whole, At at) {
     const double low = static_cast<double>(i) * whole / half;
     const double high = static_cast<double>(i + 1) * whole / half;
     glm::vec4 sum(0.0F);
-    for (int k = static_cast<int>(low); k < std::min(whole, static_cast<int>(std::ceil(high))); ++k) {
+    for (int k = static_cast<int>(low); k < std::min(whole, static_cast<int>(std::ceil(high)));
+         ++k) {
         const double share = std::min(high, k + 1.0) - std::max(low, static_cast<double>(k));
         sum += at(k) * static_cast<float>(share / (high - low));
     }
@@ -81,8 +82,8 @@ RipPicture::RipPicture(const QImage& picture)
     const std::vector<std::uint16_t> pixels = linearPixels(picture);
     Level whole{width, height, {}};
     for (std::size_t i = 0; i < pixels.size(); i += 4) {
-        whole.texels.push_back(
-            glm::vec4(pixels[i], pixels[i + 1], pixels[i + 2], pixels[i + 3]) / 65535.0F);
+        whole.texels.push_back(glm::vec4(pixels[i], pixels[i + 1], pixels[i + 2], pixels[i + 3]) /
+                               65535.0F);
         if (pixels[i + 3] != 65535) hasAlpha = true;
     }
     for (int across = 0; across < levelsAcross; ++across) {

@@ -25,7 +25,7 @@ struct RipPicture {
     int levelsAcross = 1;
     int levelsDown = 1;
     bool hasAlpha = false;
-    std::array<float, kMostLevels> widths{};   // by the level
+    std::array<float, kMostLevels> widths{};  // by the level
     std::array<float, kMostLevels> heights{};
     std::vector<std::int32_t> first;  // texel of a level; see levelAt()
     std::vector<std::uint32_t> texels;

@@ -18,12 +18,12 @@ SceneBins::Range SceneBins::rangeOf(glm::vec2 low, glm::vec2 high) const {
     // Also false where something is not a number.
     if (!(low.x <= high.x && low.y <= high.y)) return {};
     const auto tileAt = [](float at, float side, int count) {
-        return static_cast<int>(std::clamp(std::floor(at / side), -1.0F, static_cast<float>(count)));
+        return static_cast<int>(
+            std::clamp(std::floor(at / side), -1.0F, static_cast<float>(count)));
     };
-    const Range range{tileAt(low.x, kTileWidth, tiles_.width()),
-                      tileAt(low.y, kTileHeight, tiles_.height()),
-                      tileAt(high.x, kTileWidth, tiles_.width()),
-                      tileAt(high.y, kTileHeight, tiles_.height())};
+    const Range range{
+        tileAt(low.x, kTileWidth, tiles_.width()), tileAt(low.y, kTileHeight, tiles_.height()),
+        tileAt(high.x, kTileWidth, tiles_.width()), tileAt(high.y, kTileHeight, tiles_.height())};
     return {std::max(range.firstX, 0), std::max(range.firstY, 0),
             std::min(range.lastX, tiles_.width() - 1), std::min(range.lastY, tiles_.height() - 1)};
 }

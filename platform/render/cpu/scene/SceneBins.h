@@ -51,7 +51,9 @@ class SceneBins {
         int firstX = 0, firstY = 0, lastX = -1, lastY = -1;
     };
     [[nodiscard]] Range rangeOf(glm::vec2 low, glm::vec2 high) const;
-    void put(ShapeCall call, int tile) { pairs_.push_back({static_cast<std::uint32_t>(tile), call}); }
+    void put(ShapeCall call, int tile) {
+        pairs_.push_back({static_cast<std::uint32_t>(tile), call});
+    }
 
     struct Pair {
         std::uint32_t tile = 0;

@@ -82,8 +82,8 @@ void SceneGlow::clearCells(Planes& planes, int tile) {
     const int across = options_.tiles.width();
     for (auto& plane : planes)
         for (int row = 0; row < cellsDown_; ++row)
-            std::fill_n(plane.begin() + static_cast<std::ptrdiff_t>(
-                                            cellAt(tile % across, tile / across)) +
+            std::fill_n(plane.begin() +
+                            static_cast<std::ptrdiff_t>(cellAt(tile % across, tile / across)) +
                             static_cast<std::ptrdiff_t>(row) * stride_,
                         cellsAcross_, 0.0F);
 }
@@ -161,9 +161,9 @@ void SceneGlow::expand(int tileX, int tileY, float* work, TileGlow& glow) const 
         float* const to = work + k * kPackedTile;
         for (int row = 0; row < kTileHeight; ++row) {
             const Phase& p = phases_[static_cast<std::size_t>(row % reduction_)];
-            const float* const from = along + static_cast<std::ptrdiff_t>(row / reduction_ +
-                                                                          kExtra + p.first) *
-                                                  kTileWidth;
+            const float* const from =
+                along +
+                static_cast<std::ptrdiff_t>(row / reduction_ + kExtra + p.first) * kTileWidth;
             const float* const four[4] = {from, from + kTileWidth, from + 2 * kTileWidth,
                                           from + 3 * kTileWidth};
             weighCells(four, p.weight.data(), to + static_cast<std::ptrdiff_t>(row) * kTileWidth,

@@ -68,12 +68,11 @@ void ScenePlan::setFrame(const DrawList& list) {
 void ScenePlan::addBatches(bool mirrored) {
     for (const DrawBatch& batch : list_->batches) {
         if (!batch.mesh) continue;
-        const BatchView view{
-            .batch = &batch,
-            .shape = &shapeOf(*batch.mesh),
-            .mirrored = mirrored,
-            .additive = batch.material.blend == BlendMode::Additive,
-            .hiding = {batch.material.readsDepth, batch.material.writesDepth}};
+        const BatchView view{.batch = &batch,
+                             .shape = &shapeOf(*batch.mesh),
+                             .mirrored = mirrored,
+                             .additive = batch.material.blend == BlendMode::Additive,
+                             .hiding = {batch.material.readsDepth, batch.material.writesDepth}};
         for (std::uint32_t i = 0; i < batch.count; ++i) {
             const std::size_t at = static_cast<std::size_t>(batch.first) + i;
             if (at < list_->instances.size()) addInstance(view, list_->instances[at]);
@@ -124,14 +123,13 @@ Ink ScenePlan::inkAt(const BatchView& view, const glm::vec4& tint, float distanc
                      float height) const {
     glm::vec3 light(tint);
     if (frame_.hasFog) {
-        const float fog =
-            std::clamp((distance - frame_.fogStart) * frame_.fogShare, 0.0F, 1.0F);
+        const float fog = std::clamp((distance - frame_.fogStart) * frame_.fogShare, 0.0F, 1.0F);
         light *= 1.0F - fog;
         if (!view.additive) light += fog * tint.a * frame_.fogColour;
     }
     if (view.mirrored)
-        light *= frame_.reflectivity *
-                 std::clamp(1.0F - height * frame_.reflectionShare, 0.0F, 1.0F);
+        light *=
+            frame_.reflectivity * std::clamp(1.0F - height * frame_.reflectionShare, 0.0F, 1.0F);
     return {light, view.additive ? 0.0F : tint.a};
 }
 

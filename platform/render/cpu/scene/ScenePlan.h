@@ -129,7 +129,7 @@ class ScenePlan {
     std::vector<Surface> surfaces_;
     std::vector<ScreenPolygon> polygons_;
     std::vector<ScreenFloor> floors_;
-    std::vector<Corner> corners_;   // of an instance's mesh
+    std::vector<Corner> corners_;  // of an instance's mesh
     std::vector<Corner> cut_, uncut_;
     std::vector<glm::vec2> outline_;
     std::unique_ptr<LineKernel> lineKernel_;

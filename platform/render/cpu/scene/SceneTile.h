@@ -18,15 +18,14 @@ inline constexpr int kTilePlane = kTileStride * kTileHeight;
 inline constexpr int kSamples = 8;
 
 // Where the samples of a pixel lie, in pixels from its middle.
-inline constexpr std::array<std::array<float, 2>, kSamples> kSamplePlaces{
-    {{0.0625F, -0.1875F},
-     {-0.0625F, 0.1875F},
-     {0.3125F, 0.0625F},
-     {-0.1875F, -0.3125F},
-     {-0.3125F, 0.3125F},
-     {-0.4375F, -0.0625F},
-     {0.1875F, 0.4375F},
-     {0.4375F, -0.4375F}}};
+inline constexpr std::array<std::array<float, 2>, kSamples> kSamplePlaces{{{0.0625F, -0.1875F},
+                                                                           {-0.0625F, 0.1875F},
+                                                                           {0.3125F, 0.0625F},
+                                                                           {-0.1875F, -0.3125F},
+                                                                           {-0.3125F, 0.3125F},
+                                                                           {-0.4375F, -0.0625F},
+                                                                           {0.1875F, 0.4375F},
+                                                                           {0.4375F, -0.4375F}}};
 
 // Linear light and nearness (1 / depth before the camera, 0 for nothing) of a
 // tile's pixels. Nearness is kept once per pixel until an outline needs more;
@@ -38,9 +37,9 @@ struct SceneTile {
     int y = 0;
     int width = 0;  // what of the tile lies inside the picture
     int height = 0;
-    bool hidesNothing = true;    // no surface has written its nearness yet
-    bool sampledNear = false;    // `sampleNear` holds, not `near`
-    bool sampledLight = false;   // `sampleLight` holds, not `light`
+    bool hidesNothing = true;       // no surface has written its nearness yet
+    bool sampledNear = false;       // `sampleNear` holds, not `near`
+    bool sampledLight = false;      // `sampleLight` holds, not `light`
     std::array<float*, 3> light{};  // pixel (0, 0) of each plane
     // What of dots and lines is brighter than `threshold`, times how much of a pixel
     // they cover: however thin they are, they bloom as they would in a larger

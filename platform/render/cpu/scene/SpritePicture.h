@@ -21,9 +21,9 @@ struct SpritePicture {
 
     [[nodiscard]] int nodes() const { return width + 2; }
     [[nodiscard]] const float* values(std::size_t channel, int run) const {
-        return data.data() + (channel * static_cast<std::size_t>(runs) +
-                              static_cast<std::size_t>(run)) *
-                                 2 * static_cast<std::size_t>(stride);
+        return data.data() +
+               (channel * static_cast<std::size_t>(runs) + static_cast<std::size_t>(run)) * 2 *
+                   static_cast<std::size_t>(stride);
     }
     [[nodiscard]] const float* integrals(std::size_t channel, int run) const {
         return values(channel, run) + stride;
@@ -34,10 +34,10 @@ struct SpritePicture {
     int stride = 0;  // of a row's values, and of its integrals
     int runs = 0;
     bool hasOneColour = false;
-    glm::vec4 colour{1.0F};         // of which there is more or less; alpha multiplied in
-    std::size_t channels = 1;       // 1 where there is one colour, else 4
-    std::vector<int> runOf;         // by the picture's row
-    std::vector<bool> runIsEmpty;   // by the run
+    glm::vec4 colour{1.0F};        // of which there is more or less; alpha multiplied in
+    std::size_t channels = 1;      // 1 where there is one colour, else 4
+    std::vector<int> runOf;        // by the picture's row
+    std::vector<bool> runIsEmpty;  // by the run
     std::vector<float> data;
 
   private:

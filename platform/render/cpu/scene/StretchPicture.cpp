@@ -15,8 +15,8 @@ struct Between {
 };
 
 Between betweenAt(int i, int from, int to) {
-    const std::int64_t at = std::max<std::int64_t>(
-        (2 * std::int64_t{i} + 1) * from * 128 / to - 128, 0);
+    const std::int64_t at =
+        std::max<std::int64_t>((2 * std::int64_t{i} + 1) * from * 128 / to - 128, 0);
     const int first = std::min(static_cast<int>(at >> 8), from - 1);
     return {first, std::min(first + 1, from - 1), static_cast<std::uint32_t>(at & 255)};
 }

@@ -44,8 +44,7 @@ Ink excessOf(const Ink& ink, const SceneTile& tile) {
 }
 
 bool isBright(const Ink& ink, const SceneTile& tile) {
-    return tile.blooms &&
-           std::max({ink.light.r, ink.light.g, ink.light.b}) > tile.threshold;
+    return tile.blooms && std::max({ink.light.r, ink.light.g, ink.light.b}) > tile.threshold;
 }
 
 DotKernel::DotKernel(float dotDiameter) : diameter(dotDiameter) {

@@ -44,25 +44,22 @@ BallHit hit(const ScreenBall& ball, const ScreenLens& lens, TileV dx, float dy) 
     const auto crossX = hn::Set(d, dy * c.z - c.y);
     const auto crossY = hn::Sub(hn::Set(d, c.x), hn::Mul(dx, hn::Set(d, c.z)));
     const auto crossZ = hn::Sub(hn::Mul(dx, hn::Set(d, c.y)), hn::Set(d, dy * c.x));
-    const auto past = hn::Add(hn::Add(hn::Mul(crossX, crossX), hn::Mul(crossY, crossY)),
-                              hn::Mul(crossZ, crossZ));
+    const auto past =
+        hn::Add(hn::Add(hn::Mul(crossX, crossX), hn::Mul(crossY, crossY)), hn::Mul(crossZ, crossZ));
     const auto depth = hn::Sub(hn::Mul(length, hn::Set(d, square)), past);
     // What the depth grows by from a pixel to the next: how far the rim is.
-    const auto growX = hn::Add(hn::Mul(dx, hn::Set(d, square)),
-                               hn::Sub(hn::Mul(crossY, hn::Set(d, c.z)),
-                                       hn::Mul(crossZ, hn::Set(d, c.y))));
-    const auto growY = hn::Add(hn::Set(d, dy * square),
-                               hn::Sub(hn::Mul(crossZ, hn::Set(d, c.x)),
-                                       hn::Mul(crossX, hn::Set(d, c.z))));
+    const auto growX =
+        hn::Add(hn::Mul(dx, hn::Set(d, square)),
+                hn::Sub(hn::Mul(crossY, hn::Set(d, c.z)), hn::Mul(crossZ, hn::Set(d, c.y))));
+    const auto growY = hn::Add(hn::Set(d, dy * square), hn::Sub(hn::Mul(crossZ, hn::Set(d, c.x)),
+                                                                hn::Mul(crossX, hn::Set(d, c.z))));
     const auto stepX = hn::Mul(growX, hn::Set(d, 2.0F * lens.perPixel.x));
     const auto stepY = hn::Mul(growY, hn::Set(d, 2.0F * lens.perPixel.y));
     const auto step = hn::Sqrt(hn::Add(hn::Mul(stepX, stepX), hn::Mul(stepY, stepY)));
     const auto tiny = hn::Set(d, 1e-20F);
     const auto rim = hn::Div(depth, hn::Max(step, tiny));
-    const auto covered =
-        hn::Min(hn::Max(hn::Add(rim, hn::Set(d, 0.5F)), hn::Zero(d)), one);
-    const auto along =
-        hn::Add(hn::Mul(dx, hn::Set(d, c.x)), hn::Set(d, dy * c.y + c.z));
+    const auto covered = hn::Min(hn::Max(hn::Add(rim, hn::Set(d, 0.5F)), hn::Zero(d)), one);
+    const auto along = hn::Add(hn::Mul(dx, hn::Set(d, c.x)), hn::Set(d, dy * c.y + c.z));
     const auto away = hn::Sub(along, hn::Sqrt(hn::Max(depth, hn::Zero(d))));
     return {covered, hn::Div(length, hn::Max(away, tiny))};
 }
@@ -97,8 +94,7 @@ void fillWithBall(const ScreenBall& ball, const ScreenLens& lens, SceneTile& til
                                     hn::Set(d, lens.perPixel.x));
             const auto length = hn::Add(hn::Mul(dx, dx), hn::Set(d, dy * dy + 1.0F));
             const auto along = hn::Add(hn::Mul(dx, hn::Set(d, c.x)), hn::Set(d, dy * c.y + c.z));
-            const auto depth =
-                hn::Sub(hn::Mul(along, along), hn::Mul(length, hn::Set(d, past)));
+            const auto depth = hn::Sub(hn::Mul(along, along), hn::Mul(length, hn::Set(d, past)));
             // The nearer of two crossings, as 1 over the product with the farther one.
             const auto far = hn::Add(along, hn::Sqrt(hn::Max(depth, hn::Zero(d))));
             hn::StoreU(hn::Mul(far, hn::Set(d, 1.0F / past)), d, tile.near + at);
@@ -120,9 +116,8 @@ void drawBall(const ScreenBall& ball, const ScreenLens& lens, SceneTile& tile) {
         const float dy =
             (lens.middle.y - (static_cast<float>(tile.y + row) + 0.5F)) * lens.perPixel.y;
         for (int x = firstColumn; x < endColumn; x += lanes) {
-            const auto dx = hn::Mul(
-                hn::Sub(columnsFrom(tile.x + x), hn::Set(d, lens.middle.x)),
-                hn::Set(d, lens.perPixel.x));
+            const auto dx = hn::Mul(hn::Sub(columnsFrom(tile.x + x), hn::Set(d, lens.middle.x)),
+                                    hn::Set(d, lens.perPixel.x));
             const BallHit found = hit(ball, lens, dx, dy);
             if (hn::AllTrue(d, hn::Le(found.covered, hn::Zero(d)))) continue;
             const std::ptrdiff_t at = SceneTile::at(x, row);
@@ -186,11 +181,26 @@ struct RowOf {
 // make of it, and never less than a texel.
 TileV across(const RowOf& plane, const RowOf& near, TileV value, TileV depth, float texel) {
     const TileF d;
-    const auto along = hn::Mul(
-        hn::Sub(hn::Set(d, plane.step), hn::Mul(value, hn::Set(d, near.step))), depth);
-    const auto down = hn::Mul(
-        hn::Sub(hn::Set(d, plane.down), hn::Mul(value, hn::Set(d, near.down))), depth);
+    const auto along =
+        hn::Mul(hn::Sub(hn::Set(d, plane.step), hn::Mul(value, hn::Set(d, near.step))), depth);
+    const auto down =
+        hn::Mul(hn::Sub(hn::Set(d, plane.down), hn::Mul(value, hn::Set(d, near.down))), depth);
     return hn::Max(hn::Add(hn::Abs(along), hn::Abs(down)), hn::Set(d, texel));
+}
+
+// What each kind of column shows where a pixel shows these rows.
+void mixRows(const StripePicture& stripes, TileV at, TileV wide,
+             TileV (&colours)[StripePicture::kMostKinds][3]) {
+    const TileF d;
+    TileV rows[StripePicture::kMostKinds];
+    stripeShares(stripes.row, stripes.rowKinds, at, wide, rows);
+    for (std::size_t i = 0; i < stripes.columnKinds; ++i)
+        for (int k = 0; k < 3; ++k) {
+            auto sum = hn::Mul(rows[0], hn::Set(d, stripes.colour[i][0][k]));
+            for (std::size_t j = 1; j < stripes.rowKinds; ++j)
+                sum = hn::Add(sum, hn::Mul(rows[j], hn::Set(d, stripes.colour[i][j][k])));
+            colours[i][k] = sum;
+        }
 }
 
 // Whether nearness and the picture's row are the same along a row of pixels.
@@ -214,13 +224,12 @@ void drawFloorRow(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& t
     // Where the camera stands upright, a row of pixels shows one row of the picture.
     const bool level = isEven(floor, tile, row);
     TileV columns[StripePicture::kMostKinds];
-    TileV rows[StripePicture::kMostKinds];
+    TileV colours[StripePicture::kMostKinds][3];
     if (level) {
         const auto middle = hn::Set(d, 0.5F * kTileWidth);
         const auto deep = hn::Div(hn::Set(d, 1.0F), near.at(middle));
         const auto vAt = hn::Mul(v.at(middle), deep);
-        stripeShares(stripes.row, stripes.rowKinds, vAt,
-                     across(v, near, vAt, deep, stripes.texel.y), rows);
+        mixRows(stripes, vAt, across(v, near, vAt, deep, stripes.texel.y), colours);
     }
     for (int x = 0; x < tile.width; x += lanes) {
         const auto column = columnsFrom(x);
@@ -235,29 +244,30 @@ void drawFloorRow(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& t
                                 hn::Set(d, lens.perPixel.x));
         auto clear = one;
         if (floor.hasFog) {
-            const auto away = hn::Mul(
-                depth, hn::Sqrt(hn::Add(hn::Mul(dx, dx), hn::Set(d, dy * dy + 1.0F))));
-            const auto fog = hn::Mul(hn::Sub(away, hn::Set(d, floor.fogStart)),
-                                     hn::Set(d, floor.fogShare));
+            const auto away =
+                hn::Mul(depth, hn::Sqrt(hn::Add(hn::Mul(dx, dx), hn::Set(d, dy * dy + 1.0F))));
+            const auto fog =
+                hn::Mul(hn::Sub(away, hn::Set(d, floor.fogStart)), hn::Set(d, floor.fogShare));
             clear = hn::Sub(one, hn::Min(hn::Max(fog, hn::Zero(d)), one));
+        }
+        // Far away there is only fog, which adds nothing where it is black.
+        const bool isDark = floor.additive || floor.fog == glm::vec3(0.0F);
+        if (isDark && hn::AllTrue(d, hn::Le(clear, hn::Zero(d)))) {
+            if (floor.hiding.writes) putNear(tile, at, nearness, seen);
+            continue;
         }
         const auto uAt = hn::Mul(u.at(column), depth);
         stripeShares(stripes.column, stripes.columnKinds, uAt,
                      across(u, near, uAt, depth, stripes.texel.x), columns);
         if (!level) {
             const auto vAt = hn::Mul(v.at(column), depth);
-            stripeShares(stripes.row, stripes.rowKinds, vAt,
-                         across(v, near, vAt, depth, stripes.texel.y), rows);
+            mixRows(stripes, vAt, across(v, near, vAt, depth, stripes.texel.y), colours);
         }
         const auto foggy = hn::Sub(one, clear);
         for (int k = 0; k < 3; ++k) {
-            auto light = hn::Zero(d);
-            for (std::size_t i = 0; i < stripes.columnKinds; ++i) {
-                auto sum = hn::Mul(rows[0], hn::Set(d, stripes.colour[i][0][k]));
-                for (std::size_t j = 1; j < stripes.rowKinds; ++j)
-                    sum = hn::Add(sum, hn::Mul(rows[j], hn::Set(d, stripes.colour[i][j][k])));
-                light = hn::Add(light, hn::Mul(sum, columns[i]));
-            }
+            auto light = hn::Mul(colours[0][k], columns[0]);
+            for (std::size_t i = 1; i < stripes.columnKinds; ++i)
+                light = hn::Add(light, hn::Mul(colours[i][k], columns[i]));
             light = hn::Mul(hn::Mul(light, hn::Set(d, floor.light[k])), clear);
             if (!floor.additive) light = hn::Add(light, hn::Mul(foggy, hn::Set(d, floor.fog[k])));
             float* const plane = tile.light[static_cast<std::size_t>(k)] + at;

@@ -151,9 +151,9 @@ PackedTile packTile(const SceneTile& tile, const BrightCells* bright, std::uint3
             const auto most = hn::Max(r, hn::Max(g, b));
             above = hn::Max(above, most);
             if (!tile.hasExcess) continue;
-            const auto more = hn::Max(hn::LoadU(d, tile.excess[0] + at),
-                                      hn::Max(hn::LoadU(d, tile.excess[1] + at),
-                                              hn::LoadU(d, tile.excess[2] + at)));
+            const auto more = hn::Max(
+                hn::LoadU(d, tile.excess[0] + at),
+                hn::Max(hn::LoadU(d, tile.excess[1] + at), hn::LoadU(d, tile.excess[2] + at)));
             above = hn::IfThenElse(hn::Gt(more, hn::Zero(d)), hn::Set(d, 1e30F), above);
         }
     }
@@ -206,7 +206,8 @@ void encodeRow(const std::uint32_t* packed, const std::array<const float*, 3>& g
                 return rounded(hn::Sqrt(hn::Min(light, hn::Set(d, 1.0F))), grain);
             };
             const auto r = shown(hn::ShiftRight<22>(word), unpack10, 0);
-            const auto g = shown(hn::And(hn::ShiftRight<10>(word), hn::Set(du, 4095U)), unpack12, 1);
+            const auto g =
+                shown(hn::And(hn::ShiftRight<10>(word), hn::Set(du, 4095U)), unpack12, 1);
             const auto b = shown(hn::And(word, hn::Set(du, 1023U)), unpack10, 2);
             result = hn::Or(hn::Or(opaque, hn::ShiftLeft<16>(r)), hn::Or(hn::ShiftLeft<8>(g), b));
         }

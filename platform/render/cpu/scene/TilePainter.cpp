@@ -52,8 +52,7 @@ std::size_t TilePainter::drawOpaque(const ScenePlan& plan, std::span<const Shape
         const Surface& surface = plan.surfaces()[polygon.surface];
         if (!surface.opaque || !surface.hiding.reads || !surface.hiding.writes) break;
         const Plane& near = polygon.near;
-        const double middle =
-            near.at(tile_.x + 0.5 * kTileWidth, tile_.y + 0.5 * kTileHeight);
+        const double middle = near.at(tile_.x + 0.5 * kTileWidth, tile_.y + 0.5 * kTileHeight);
         const double reach = 0.5 * (std::abs(near.a) * kTileWidth + std::abs(near.b) * kTileHeight);
         fronts_.push_back({middle, middle + reach, call});
     }

@@ -43,7 +43,11 @@ class PolygonWork {
   public:
     PolygonWork(const ScreenPolygon& polygon, const Surface& surface, const PolygonFrame& frame,
                 SceneTile& tile)
-        : polygon_(polygon), surface_(surface), frame_(frame), tile_(tile), near_(polygon.near, tile) {
+        : polygon_(polygon),
+          surface_(surface),
+          frame_(frame),
+          tile_(tile),
+          near_(polygon.near, tile) {
         for (int i = 0; i < polygon.edges; ++i)
             if (cuts(polygon.edge[static_cast<std::size_t>(i)], tile))
                 edge_[static_cast<std::size_t>(edges_++)] =
@@ -59,8 +63,7 @@ class PolygonWork {
             return static_cast<int>(std::clamp(value, 0.0F, static_cast<float>(most)));
         };
         const int end = inside(polygon_.high.y - static_cast<float>(tile_.y) + 1.0F, tile_.height);
-        const int firstColumn =
-            inside(polygon_.low.x - static_cast<float>(tile_.x), tile_.width);
+        const int firstColumn = inside(polygon_.low.x - static_cast<float>(tile_.x), tile_.width);
         const int endColumn =
             inside(polygon_.high.x - static_cast<float>(tile_.x) + 1.0F, tile_.width);
         for (int row = inside(polygon_.low.y - static_cast<float>(tile_.y), tile_.height);
@@ -216,8 +219,7 @@ class PolygonWork {
         put(light.r, tile_.light[0]);
         put(light.g, tile_.light[1]);
         put(light.b, tile_.light[2]);
-        if (surface_.hiding.writes)
-            putNear(tile_, at, near, hn::Sub(share, hn::Set(d, 0.499F)));
+        if (surface_.hiding.writes) putNear(tile_, at, near, hn::Sub(share, hn::Set(d, 0.499F)));
     }
 
     Rgb shade(TileV column, float down, TileV near, TileV& alpha, Mask& kept) const {
@@ -273,10 +275,10 @@ class PolygonWork {
         const auto nx = attribute_[kNormal].at(column, down);
         const auto ny = attribute_[kNormal + 1].at(column, down);
         const auto nz = attribute_[kNormal + 2].at(column, down);
-        const auto size = hn::Sqrt(
-            hn::Add(hn::Add(hn::Mul(nx, nx), hn::Mul(ny, ny)), hn::Mul(nz, nz)));
-        const auto unit = hn::Div(hn::Set(d, polygon_.back ? -1.0F : 1.0F),
-                                  hn::Max(size, hn::Set(d, 1e-20F)));
+        const auto size =
+            hn::Sqrt(hn::Add(hn::Add(hn::Mul(nx, nx), hn::Mul(ny, ny)), hn::Mul(nz, nz)));
+        const auto unit =
+            hn::Div(hn::Set(d, polygon_.back ? -1.0F : 1.0F), hn::Max(size, hn::Set(d, 1e-20F)));
         Rgb sum{hn::Set(d, frame_.ambient.r), hn::Set(d, frame_.ambient.g),
                 hn::Set(d, frame_.ambient.b)};
         for (std::size_t i = 0; i < frame_.lights; ++i) {
@@ -285,12 +287,11 @@ class PolygonWork {
             const auto lx = hn::Sub(hn::Set(d, place.x), ray.r);
             const auto ly = hn::Sub(hn::Set(d, place.y), ray.g);
             const auto lz = hn::Sub(hn::Set(d, place.z), ray.b);
-            const auto length = hn::Sqrt(
-                hn::Add(hn::Add(hn::Mul(lx, lx), hn::Mul(ly, ly)), hn::Mul(lz, lz)));
-            const auto dot =
-                hn::Add(hn::Add(hn::Mul(lx, nx), hn::Mul(ly, ny)), hn::Mul(lz, nz));
-            const auto share = hn::Max(
-                hn::Div(hn::Mul(dot, unit), hn::Max(length, hn::Set(d, 1e-20F))), zero);
+            const auto length =
+                hn::Sqrt(hn::Add(hn::Add(hn::Mul(lx, lx), hn::Mul(ly, ly)), hn::Mul(lz, lz)));
+            const auto dot = hn::Add(hn::Add(hn::Mul(lx, nx), hn::Mul(ly, ny)), hn::Mul(lz, nz));
+            const auto share =
+                hn::Max(hn::Div(hn::Mul(dot, unit), hn::Max(length, hn::Set(d, 1e-20F))), zero);
             const glm::vec3& lamp = frame_.lightColour[i];
             sum.r = hn::Add(sum.r, hn::Mul(share, hn::Set(d, lamp.r)));
             sum.g = hn::Add(sum.g, hn::Mul(share, hn::Set(d, lamp.g)));
@@ -304,11 +305,10 @@ class PolygonWork {
 
     Rgb foggy(const Rgb& light, TileV alpha, const Rgb& ray) const {
         const TileF d;
-        const auto away = hn::Sqrt(hn::Add(
-            hn::Add(hn::Mul(ray.r, ray.r), hn::Mul(ray.g, ray.g)), hn::Mul(ray.b, ray.b)));
+        const auto away = hn::Sqrt(
+            hn::Add(hn::Add(hn::Mul(ray.r, ray.r), hn::Mul(ray.g, ray.g)), hn::Mul(ray.b, ray.b)));
         const auto one = hn::Set(d, 1.0F);
-        auto fog = hn::Mul(hn::Sub(away, hn::Set(d, frame_.fogStart)),
-                           hn::Set(d, frame_.fogShare));
+        auto fog = hn::Mul(hn::Sub(away, hn::Set(d, frame_.fogStart)), hn::Set(d, frame_.fogShare));
         fog = hn::Min(hn::Max(fog, hn::Zero(d)), one);
         const auto clear = hn::Sub(one, fog);
         const auto mixed = [&](TileV value, float colour) {
@@ -322,11 +322,9 @@ class PolygonWork {
 
     Rgb reflected(const Rgb& light, TileV column, float down, TileV depth, Mask& kept) const {
         const TileF d;
-        const auto height =
-            hn::Mul(attribute_[ScreenPolygon::kHeight].at(column, down), depth);
+        const auto height = hn::Mul(attribute_[ScreenPolygon::kHeight].at(column, down), depth);
         kept = hn::And(kept, hn::Ge(height, hn::Zero(d)));
-        auto share = hn::Sub(hn::Set(d, 1.0F),
-                             hn::Mul(height, hn::Set(d, frame_.reflectionShare)));
+        auto share = hn::Sub(hn::Set(d, 1.0F), hn::Mul(height, hn::Set(d, frame_.reflectionShare)));
         share = hn::Min(hn::Max(share, hn::Zero(d)), hn::Set(d, 1.0F));
         share = hn::Mul(share, hn::Set(d, frame_.reflectivity));
         return {hn::Mul(light.r, share), hn::Mul(light.g, share), hn::Mul(light.b, share)};

@@ -146,8 +146,7 @@ TileV seen(const ScreenSprite& sprite, const SceneTile& tile, std::ptrdiff_t at,
     const TileF d;
     if (tile.hidesNothing && !sprite.hiding.writes) return covered;
     const auto near = hn::Set(d, sprite.near);
-    const auto share =
-        sprite.hiding.reads ? shareSeen(tile, at, near) : hn::Set(d, 1.0F);
+    const auto share = sprite.hiding.reads ? shareSeen(tile, at, near) : hn::Set(d, 1.0F);
     return hn::Mul(covered, share);
 }
 
@@ -156,8 +155,8 @@ TileV weighed(const float* rows, std::ptrdiff_t runStride, const SpriteDesk& des
     const TileF d;
     auto sum = hn::Zero(d);
     for (const RunShare& share : desk.shares)
-        sum = hn::Add(sum, hn::Mul(hn::LoadU(d, rows + share.run * runStride + x),
-                                   hn::Set(d, share.share)));
+        sum = hn::Add(
+            sum, hn::Mul(hn::LoadU(d, rows + share.run * runStride + x), hn::Set(d, share.share)));
     return sum;
 }
 
@@ -183,8 +182,7 @@ void putRow(const ScreenSprite& sprite, SceneTile& tile, const SpriteDesk& desk,
         const auto left = hn::Sub(hn::Set(d, 1.0F), hn::Mul(alpha, hn::Set(d, sprite.tint.a)));
         for (std::size_t k = 0; k < 3; ++k) {
             float* const plane = tile.light[k] + at;
-            const auto texels =
-                weighed(desk.row.data() + k * kTileStride, runStride, desk, x);
+            const auto texels = weighed(desk.row.data() + k * kTileStride, runStride, desk, x);
             const auto added =
                 hn::Mul(hn::Mul(texels, share), hn::Set(d, sprite.tint[static_cast<int>(k)]));
             const auto old = hn::LoadU(d, plane);
@@ -196,10 +194,8 @@ void putRow(const ScreenSprite& sprite, SceneTile& tile, const SpriteDesk& desk,
 
 void drawSprite(const ScreenSprite& sprite, SceneTile& tile, SpriteDesk& desk) {
     const SpritePicture& picture = *sprite.picture;
-    const Columns across =
-        columnsOf(sprite.at.x, sprite.size.x, picture.width, tile.x, tile.width);
-    const Columns down =
-        columnsOf(sprite.at.y, sprite.size.y, picture.height, tile.y, tile.height);
+    const Columns across = columnsOf(sprite.at.x, sprite.size.x, picture.width, tile.x, tile.width);
+    const Columns down = columnsOf(sprite.at.y, sprite.size.y, picture.height, tile.y, tile.height);
     if (across.count <= 0 || down.count <= 0) return;
     // Where a row shows many of the picture's it is cheaper to mix those first.
     const bool mixes = picture.runs * 2 > picture.height;
@@ -231,10 +227,10 @@ void drawSprite(const ScreenSprite& sprite, SceneTile& tile, SpriteDesk& desk) {
             if (mixes || desk.madeRuns[run]) continue;
             desk.madeRuns[run] = 1;
             for (std::size_t k = 0; k < picture.channels; ++k)
-                makeRow({picture.values(k, share.run), picture.integrals(k, share.run),
-                         picture.width},
-                        across.edge, across.step, across.count,
-                        desk.row.data() + run * rowFloats + k * kTileStride);
+                makeRow(
+                    {picture.values(k, share.run), picture.integrals(k, share.run), picture.width},
+                    across.edge, across.step, across.count,
+                    desk.row.data() + run * rowFloats + k * kTileStride);
         }
         putRow(sprite, tile, desk, across, down.first + row);
     }

@@ -12,9 +12,9 @@ namespace platform {
 
 // Space to work in, of one thread; it keeps what it has taken.
 struct SpriteDesk {
-    std::vector<float> row;       // a run's pixels, by run and channel
-    std::vector<float> mixed;     // of several runs: values and integrals of the nodes
-    std::vector<int> madeRuns;    // runs whose pixels are there, by the tile's drawing
+    std::vector<float> row;     // a run's pixels, by run and channel
+    std::vector<float> mixed;   // of several runs: values and integrals of the nodes
+    std::vector<int> madeRuns;  // runs whose pixels are there, by the tile's drawing
     std::vector<RunShare> shares;
 };
 

@@ -48,12 +48,11 @@ void drawLargeDot(const ScreenDot& dot, const DotStyle& style, SceneTile& tile) 
     for (int row = clamped(y - reach, tile.height); row < endRow; ++row) {
         const float down = static_cast<float>(row) + 0.5F - y;
         for (int column = firstColumn; column < endColumn; column += lanes) {
-            const auto across = hn::Add(hn::ConvertTo(d, hn::Iota(di, column)),
-                                        hn::Set(d, 0.5F - x));
-            const auto away =
-                hn::Sqrt(hn::Add(hn::Mul(across, across), hn::Set(d, down * down)));
-            const auto covered = hn::Min(
-                hn::Max(hn::Sub(hn::Set(d, reach), away), hn::Zero(d)), hn::Set(d, 1.0F));
+            const auto across =
+                hn::Add(hn::ConvertTo(d, hn::Iota(di, column)), hn::Set(d, 0.5F - x));
+            const auto away = hn::Sqrt(hn::Add(hn::Mul(across, across), hn::Set(d, down * down)));
+            const auto covered =
+                hn::Min(hn::Max(hn::Sub(hn::Set(d, reach), away), hn::Zero(d)), hn::Set(d, 1.0F));
             putDot(dot, style.hiding, tile, SceneTile::at(column, row), covered);
         }
     }
@@ -71,9 +70,8 @@ void drawDot(const ScreenDot& dot, const DotStyle& style, SceneTile& tile) {
     const int row = static_cast<int>(top) - kernel.before - tile.y;
     if (column <= -kTileMargin || column >= kTileWidth) return;
     const float* const table =
-        kernel.covered.data() +
-        static_cast<std::ptrdiff_t>(phaseY * DotKernel::kPhases + phaseX) * kernel.side *
-            kTileMargin;
+        kernel.covered.data() + static_cast<std::ptrdiff_t>(phaseY * DotKernel::kPhases + phaseX) *
+                                    kernel.side * kTileMargin;
     const TileF d;
     const int lanes = static_cast<int>(hn::Lanes(d));
     for (int i = std::max(0, -row); i < std::min(kernel.side, tile.height - row); ++i)
@@ -86,9 +84,9 @@ void drawDot(const ScreenDot& dot, const DotStyle& style, SceneTile& tile) {
 struct Course {
     bool steep = false;  // follows the columns instead of the rows
     float along0 = 0.0F, across0 = 0.0F;
-    float slope = 0.0F;      // across, for a pixel along
-    float upright = 0.0F;    // of a pixel across, how far from the line
-    float onward = 1.0F;     // of the line's length, a pixel along; below 0 if it runs back
+    float slope = 0.0F;    // across, for a pixel along
+    float upright = 0.0F;  // of a pixel across, how far from the line
+    float onward = 1.0F;   // of the line's length, a pixel along; below 0 if it runs back
     float length = 0.0F;
     const float* table = nullptr;
 };
@@ -120,8 +118,8 @@ void putLinePixel(const ScreenLine& line, SceneTile& tile, std::ptrdiff_t at, fl
         pixel = pixel * (1.0F - alpha * covered) + light * covered;
         if (!tile.hasExcess) continue;
         float& excess = tile.excess[k][at];
-        excess = excess * (1.0F - alpha * covered) +
-                 std::max(light - tile.threshold, 0.0F) * covered;
+        excess =
+            excess * (1.0F - alpha * covered) + std::max(light - tile.threshold, 0.0F) * covered;
     }
     if (!line.hiding.writes) return;
     const auto put = [&](float* plane) { plane[at] = std::max(plane[at], near); };
@@ -137,7 +135,8 @@ void drawAcross(const ScreenLine& line, const LineKernel& kernel, const Course& 
     const float reach = kernel.reach / course.upright;
     const int most = course.steep ? tile.width : tile.height;
     const float low = std::clamp(std::ceil(middle - reach), 0.0F, static_cast<float>(most));
-    const float high = std::clamp(std::floor(middle + reach) + 1.0F, 0.0F, static_cast<float>(most));
+    const float high =
+        std::clamp(std::floor(middle + reach) + 1.0F, 0.0F, static_cast<float>(most));
     for (int i = static_cast<int>(low); i < static_cast<int>(high); ++i) {
         const float beside = static_cast<float>(i) - middle;
         const float away = std::abs(beside) * course.upright;
@@ -174,9 +173,9 @@ void drawLine(const ScreenLine& line, const LineKernel& kernel, SceneTile& tile)
     course.upright = 1.0F / stretch;
     course.onward = longer < 0.0F ? -stretch : stretch;
     const int slope = static_cast<int>(std::abs(course.slope) * LineKernel::kSlopes + 0.5F);
-    course.table = kernel.covered.data() +
-                   static_cast<std::ptrdiff_t>(std::min(slope, LineKernel::kSlopes)) *
-                       kernel.entries;
+    course.table =
+        kernel.covered.data() +
+        static_cast<std::ptrdiff_t>(std::min(slope, LineKernel::kSlopes)) * kernel.entries;
     const float low = std::min(course.along0, course.along0 + longer) - kernel.reach - 1.0F;
     const float high = std::max(course.along0, course.along0 + longer) + kernel.reach + 1.0F;
     const auto most = static_cast<float>(course.steep ? tile.height : tile.width);

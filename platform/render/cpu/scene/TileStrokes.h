@@ -20,8 +20,8 @@ struct DotKernel {
     explicit DotKernel(float dotDiameter);
 
     float diameter = 1.0F;
-    int side = 0;   // pixels of a table's row that matter, and rows
-    int before = 0; // pixels from the first one's to the middle's
+    int side = 0;                // pixels of a table's row that matter, and rows
+    int before = 0;              // pixels from the first one's to the middle's
     std::vector<float> covered;  // rows of kTileMargin
 };
 

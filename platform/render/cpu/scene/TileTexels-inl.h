@@ -45,13 +45,14 @@ struct TexelLight {
 inline hnt::Vec<TexelI> levelOf(TexelV texelsSquared, int levels) {
     const TexelF d;
     const TexelI di;
-    const auto wide = hnt::Add(hnt::Mul(texelsSquared, hnt::Set(d, 1.0F / 3.0F)),
-                               hnt::Set(d, 1.0F));
+    const auto wide =
+        hnt::Add(hnt::Mul(texelsSquared, hnt::Set(d, 1.0F / 3.0F)), hnt::Set(d, 1.0F));
     auto level = hnt::Zero(di);
     float above = 2.0F;
     for (int i = 1; i < levels; ++i, above *= 4.0F)
-        level = hnt::Add(level, hnt::IfThenElseZero(hnt::RebindMask(di, hnt::Ge(wide, hnt::Set(d, above))),
-                                                    hnt::Set(di, 1)));
+        level = hnt::Add(level,
+                         hnt::IfThenElseZero(hnt::RebindMask(di, hnt::Ge(wide, hnt::Set(d, above))),
+                                             hnt::Set(di, 1)));
     return level;
 }
 
@@ -157,8 +158,7 @@ inline TexelLight readTexels(const RipPicture& picture, const TexelPlaces& place
     };
     const auto wideU = square(places.uAcross, places.uDown, picture.width);
     const auto wideV = square(places.vAcross, places.vDown, picture.height);
-    const auto large =
-        hnt::Lt(hnt::Max(wideU, wideV), hnt::Set(d, 3.0F));
+    const auto large = hnt::Lt(hnt::Max(wideU, wideV), hnt::Set(d, 2.0F));
     TexelLight single{};
     if (!hnt::AllFalse(d, large)) {
         single = sampleTexels(picture, places.u, places.v, zero, zero, manner);
@@ -171,10 +171,10 @@ inline TexelLight readTexels(const RipPicture& picture, const TexelPlaces& place
     for (int i = 0; i < 4; ++i) {
         const auto right = hnt::Set(d, (i & 1) != 0 ? 0.25F : -0.25F);
         const auto lower = hnt::Set(d, (i & 2) != 0 ? 0.25F : -0.25F);
-        const auto u = hnt::Add(places.u, hnt::Add(hnt::Mul(places.uAcross, right),
-                                                   hnt::Mul(places.uDown, lower)));
-        const auto v = hnt::Add(places.v, hnt::Add(hnt::Mul(places.vAcross, right),
-                                                   hnt::Mul(places.vDown, lower)));
+        const auto u = hnt::Add(
+            places.u, hnt::Add(hnt::Mul(places.uAcross, right), hnt::Mul(places.uDown, lower)));
+        const auto v = hnt::Add(
+            places.v, hnt::Add(hnt::Mul(places.vAcross, right), hnt::Mul(places.vDown, lower)));
         const TexelLight part = sampleTexels(picture, u, v, across, down, manner);
         sum.r = hnt::Add(sum.r, hnt::Mul(part.r, quarter));
         sum.g = hnt::Add(sum.g, hnt::Mul(part.g, quarter));

@@ -28,9 +28,7 @@ class GuardedPicture {
           pixels_(static_cast<std::size_t>(stride_) * static_cast<std::size_t>(size.height() + 2),
                   kGuard) {}
 
-    [[nodiscard]] PixelBuffer buffer() {
-        return {pixels_.data() + stride_, stride_, size_};
-    }
+    [[nodiscard]] PixelBuffer buffer() { return {pixels_.data() + stride_, stride_, size_}; }
     [[nodiscard]] bool isGuarded() const {
         for (std::size_t i = 0; i < pixels_.size(); ++i) {
             const int x = static_cast<int>(i) % stride_;
@@ -221,9 +219,9 @@ TEST(CpuSceneDrawer, DamageHoldsEverythingThatChanges) {
                 if (before[at] == shown[at]) continue;
                 const QPoint place(static_cast<int>(at) % size.width(),
                                    static_cast<int>(at) / size.width());
-                ASSERT_TRUE(std::any_of(damage.begin(), damage.end(),
-                                        [&](const QRect& rect) { return rect.contains(place); }))
-                    << name;
+                ASSERT_TRUE(std::any_of(damage.begin(), damage.end(), [&](const QRect& rect) {
+                    return rect.contains(place);
+                })) << name;
             }
             before = shown;
         }

@@ -48,10 +48,10 @@ struct ColourWindow {
     const xcb_window_t id = x.makeWindow({});
     Driver driver;
     platform::SystemClock clock;
-    platform::WindowServer server{
-        clock, {.drawer = DrawerChoice::OpenGl, .system = systemOn(clock, x.display()), .resetStatus = [this] {
-                    return driver.answer();
-                }}};
+    platform::WindowServer server{clock,
+                                  {.drawer = DrawerChoice::OpenGl,
+                                   .system = systemOn(clock, x.display()),
+                                   .resetStatus = [this] { return driver.answer(); }}};
     platform::Window window{server, hostRef(id)};
     std::shared_ptr<platform::Scene> scene = std::make_shared<platform::Scene>();
     int failures = 0;
