@@ -5,12 +5,24 @@
 #include <memory>
 #include <span>
 
+#include "platform/render/egl/Egl.h"
 #include "platform/view/Frame.h"
 
 namespace platform {
 
+// Which drawer shows layers in windows. Auto takes the CPU where OpenGL would
+// be software: a full-screen swap alone costs that more than the CPU's drawing
+// of what changed.
+enum class DrawerChoice { Auto, OpenGl, Cpu };
+
+// How a surface is to be drawn on. Plain values.
+struct SurfaceOptions {
+    DrawerChoice drawer = DrawerChoice::Auto;
+    ResetQuery resetStatus{};  // asked, on render threads, in OpenGL's place
+};
+
 // What a window's picture is drawn on, with one way of drawing. Made, used and
-// dropped on the window's render thread.
+// dropped on the window's render thread, which owns it.
 class Surface {
   public:
     enum class Result { Drawn, WindowGone, ServerGone };

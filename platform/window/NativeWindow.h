@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QRect>
+#include <QRectF>
+#include <QSize>
+#include <QSizeF>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "platform/view/Events.h"
+#include "platform/window/Screen.h"
+#include "platform/window/Surface.h"
+#include "platform/window/WindowOptions.h"
+
+namespace platform {
+
+// Hears what happens to a native window and what the user does in it. The window
+// above the seam implements the interface. Main thread, in a turn of the event
+// loop; a call may drop the native window.
+class NativeWindowDelegate {
+  public:
+    enum class Mouse { LeftDown, RightDown, OtherDown, Moved };
+
+    // The size, the place, the scale or the screen is another one.
+    virtual void geometryChanged() = 0;
+    // NativeWindow::isSeen() is another one.
+    virtual void visibilityChanged() = 0;
+    // The system takes the next frame (true), or wants none until it says so
+    // (false). True at first. For systems that pace frames themselves.
+    virtual void readyForFrame(bool ready) = 0;
+    // The window lost what it showed there; pixels of the picture, y down.
+    virtual void exposed(const QRect& rect) = 0;
+    virtual void keyDown(const KeyEvent& event) = 0;
+    virtual void mouse(Mouse what, const MouseEvent& event) = 0;
+    // The user asks to close the window, which stays.
+    virtual void closeAsked() = 0;
+    // Another window, maybe another program's, has the keyboard now.
+    virtual void keyboardLost() = 0;
+    // The window is no more; called once.
+    virtual void gone() = 0;
+
+  protected:
+    ~NativeWindowDelegate() = default;
+};
+
+// One window of a window system: either made for the program, or a host's that
+// the program only draws in. Owned by the window above the seam. Main thread.
+// A call that the system cannot follow does nothing.
+class NativeWindow {
+  public:
+    virtual ~NativeWindow() = default;
+
+    // The system's number for the window, > 0 from its making. Other processes
+    // need not know it.
+    [[nodiscard]] virtual std::int64_t number() const = 0;
+    // The window as another program may be told of it; empty where it cannot.
+    [[nodiscard]] virtual WindowRef reference() const = 0;
+
+    // Whether there is anything to draw on. Where not, the window has a size and
+    // input, but never a frame.
+    [[nodiscard]] virtual bool isDrawable() const = 0;
+    // Whether the window still exists. May wait for the system.
+    [[nodiscard]] virtual bool exists() = 0;
+
+    // The content in points, as in Screen::frame. A host's window keeps its own.
+    [[nodiscard]] virtual QRectF frame() const = 0;
+    virtual void setFrame(const QRectF& frame) = 0;
+    // The content's size, in points and in pixels of the picture.
+    [[nodiscard]] virtual QSizeF size() const = 0;
+    [[nodiscard]] virtual QSize pixelSize() const = 0;
+    // Pixels per point, > 0; fractions are allowed.
+    [[nodiscard]] virtual double scale() const = 0;
+    // The screen with most of the window; none without screens.
+    [[nodiscard]] virtual std::optional<Screen> screen() const = 0;
+
+    // Shows the window above its equals.
+    virtual void show() = 0;
+    virtual void raise() = 0;
+    virtual void hide() = 0;
+    // Holds the window above all others from now until it is hidden; see
+    // WindowOptions::staysOnTop.
+    virtual void keepOnTop() = 0;
+    // Takes the keyboard, for a window that is shown.
+    virtual void takeKeyboard() = 0;
+    [[nodiscard]] virtual bool hasKeyboard() const = 0;
+
+    // Whether the window is shown, whoever may see it.
+    [[nodiscard]] virtual bool isShown() const = 0;
+    // Whether a frame could be seen, as far as the system tells: the window is
+    // shown, not minimised and not hidden by others.
+    [[nodiscard]] virtual bool isSeen() const = 0;
+
+    // Clicks go to what lies below.
+    virtual void setIgnoresMouse(bool ignores) = 0;
+    // No pointer is drawn over the window.
+    virtual void setCursorHidden(bool hidden) = 0;
+    // Opacity of the whole window in [0, 1]. Only where
+    // Capabilities::fadesWindows; elsewhere Frame::opacity has it.
+    virtual void setOpacity(double opacity) = 0;
+
+    // Makes what the window is drawn on; called on the render thread, and again
+    // after a way of drawing failed. The maker may outlive the native window and
+    // shares nothing with the main thread but what is safe there. `ending` is a
+    // file that becomes readable once all waiting must end. Null where there is
+    // nothing to draw on.
+    using SurfaceMaker = std::function<std::unique_ptr<Surface>(int ending)>;
+    [[nodiscard]] virtual SurfaceMaker surfaceMaker(const SurfaceOptions& options) = 0;
+};
+
+}  // namespace platform

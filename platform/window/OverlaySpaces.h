@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+
+namespace platform {
+
+// The spaces of SpaceFunctions.h: sets of windows that lie above all others while
+// their space is shown. Owned by the window system. Main thread. A space or a
+// window that does not exist is ignored.
+class OverlaySpaces {
+  public:
+    virtual ~OverlaySpaces() = default;
+
+    // A new space, empty, hidden and of level 0.
+    [[nodiscard]] virtual std::uint64_t create() = 0;
+    virtual void destroy(std::uint64_t space) = 0;
+    virtual void setLevel(std::uint64_t space, int level) = 0;
+    virtual void setShown(std::uint64_t space, bool shown) = 0;
+    // `window` is a NativeWindow::number().
+    virtual void add(std::uint64_t window, std::uint64_t space) = 0;
+};
+
+}  // namespace platform

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "platform/window/NativeWindow.h"
+#include "platform/window/NativeWorkspace.h"
+#include "platform/window/OverlaySpaces.h"
+#include "platform/window/WindowOptions.h"
+
+class QWindow;
+
+namespace platform {
+
+// What a window system can do. Callers ask for a capability, never for the
+// system's name. Plain values that stay the same while the system runs.
+struct Capabilities {
+    // The program can draw in a window that a host keeps.
+    bool adoptsHosts = false;
+    // A window can lie above everything, full-screen windows included.
+    bool liesAboveAll = false;
+    // The program can hand the keyboard to another program's window; elsewhere
+    // the keyboard finds its own way back when a window goes.
+    bool returnsKeyboard = false;
+    // The system fades a whole window; elsewhere the drawer does.
+    bool fadesWindows = false;
+    // The system tells the place of the pointer outside the program's windows.
+    bool tellsPointer = false;
+    // The program chooses where on the screen a window lies.
+    bool placesWindows = false;
+};
+
+// A window system: makes the program's windows, adopts hosts' windows, and tells
+// of what lies around them. One implementation per system, each in a folder of its
+// own; platform/window/systems opens the one that the session has.
+//
+// One per WindowServer, which keeps it alive and outlives all windows. Main
+// thread, under a QGuiApplication for windows of the program's own.
+class WindowSystem {
+  public:
+    virtual ~WindowSystem() = default;
+
+    [[nodiscard]] virtual Capabilities capabilities() const = 0;
+
+    // Whether the system is there at all; without it windows stay empty.
+    [[nodiscard]] virtual bool isConnected() const = 0;
+    // Called once when the system has gone away, as WindowServer has it.
+    virtual void onLost(std::function<void()> action) = 0;
+    // A surface found the system gone: does what finding it out here does.
+    virtual void lost() = 0;
+
+    // Makes a hidden window. The delegate outlives it.
+    [[nodiscard]] virtual std::unique_ptr<NativeWindow> makeWindow(
+        const WindowOptions& options, bool takesKeyboard, NativeWindowDelegate& delegate) = 0;
+    // The host's window; one that does not exist is told of as gone in a later
+    // turn of the event loop. The delegate outlives it. Null where the system is
+    // not connected or adopts no hosts.
+    [[nodiscard]] virtual std::unique_ptr<NativeWindow> adopt(const HostRef& host,
+                                                              NativeWindowDelegate& delegate) = 0;
+    // A window that Qt made in this program, to be drawn in as a host's; none
+    // where the system adopts no hosts.
+    [[nodiscard]] virtual std::optional<HostRef> hostRefOf(QWindow& window) const = 0;
+
+    // Made on first use.
+    [[nodiscard]] virtual NativeWorkspace& workspace() = 0;
+    // The spaces above everything; null where the system has none.
+    [[nodiscard]] virtual OverlaySpaces* overlaySpaces() = 0;
+
+    // Watches, from now until rest(), whether the display sleeps and what covers
+    // windows. The display counts as awake at first.
+    virtual void watch(std::function<void(bool asleep)> displaySlept) = 0;
+    virtual void rest() = 0;
+};
+
+}  // namespace platform
