@@ -3,13 +3,15 @@
 
 BOUWEN="g++ cmake ninja-build pkg-config qt6-base-dev qt6-declarative-dev libepoxy-dev libegl-dev libgl-dev libglm-dev
   zlib1g-dev libicu-dev libx11-dev libx11-xcb-dev libxcb1-dev libxcb-shm0-dev libxcb-randr0-dev
-  libxcb-dpms0-dev libxcb-shape0-dev libxcb-xfixes0-dev libpulse-dev libkissfft-dev"
+  libxcb-dpms0-dev libxcb-shape0-dev libxcb-xfixes0-dev libpulse-dev libkissfft-dev
+  libwayland-dev wayland-protocols libxkbcommon-dev"
 DRAAIEN="libqt6gui6 libqt6widgets6 libegl1 libegl-mesa0 libgl1-mesa-dri fonts-dejavu-core lsof libqt6quick6
-  qml6-module-qtquick qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript"
+  qml6-module-qtquick qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qt6-wayland"
 PROEVEN="libgtest-dev libgmock-dev libbenchmark-dev xvfb xauth dbus openbox picom xscreensaver
   xscreensaver-data xdotool x11-utils x11-xserver-utils imagemagick iproute2 procps
   dpkg-dev fakeroot file qml6-module-qttest qml6-module-qtquick-window at-spi2-core libatspi2.0-dev
-  libxcb-damage0-dev libxcb-xtest0-dev pulseaudio pulseaudio-utils"
+  libxcb-damage0-dev libxcb-xtest0-dev pulseaudio pulseaudio-utils
+  sway weston grim wtype foot swaylock swayidle"
 
 # zorg_voor PACKAGE...: installs those that are missing, and says which.
 zorg_voor() {
