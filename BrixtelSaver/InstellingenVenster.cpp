@@ -12,7 +12,7 @@
 #include "BrixtelSaver/InstellingenStijl.h"
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "drawing/Thema.h"
-#include "platform/window/x11/DialogFrame.h"
+#include "platform/window/systems/DialogFrame.h"
 
 namespace brixtel {
 
@@ -134,13 +134,12 @@ void InstellingenVenster::sluit() {
         orderOut();
 }
 
-void InstellingenVenster::orderFront(std::uint32_t above) {
+void InstellingenVenster::orderFront(const platform::WindowRef& above) {
     winId();  // so that there is a window to speak of
     platform::askForDarkFrame(*windowHandle());
     platform::askForTitleOnly(*windowHandle());
-    if (const auto plaats = above != 0 ? platform::placeOf(above) : std::nullopt) {
-        onder_.reset(QWindow::fromWinId(above));
-        windowHandle()->setTransientParent(onder_.get());
+    if (const auto plaats = platform::placeOf(above)) {
+        onder_ = platform::attach(*windowHandle(), above);
         move(plaats->center() - rect().center());
     }
     show();

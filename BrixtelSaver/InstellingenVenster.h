@@ -38,7 +38,7 @@ class InstellingenVenster final : public QDialog, public platform::Sheet {
     // Reports the marked mode, if there is one, and closes.
     void sluit();
 
-    void orderFront(std::uint32_t above) override;
+    void orderFront(const platform::WindowRef& above) override;
     void orderOut() override;
     [[nodiscard]] bool isShown() const override { return isVisible(); }
     [[nodiscard]] QImage picture() override;
@@ -59,7 +59,7 @@ class InstellingenVenster final : public QDialog, public platform::Sheet {
     std::array<QRadioButton*, alleKeuzes.size()> knoppen_{};
     const Klaar klaar_;
     QWidget* inhoud_ = nullptr;
-    std::unique_ptr<QWindow> onder_;  // what it was last shown above
+    std::shared_ptr<void> onder_;  // its hold on what it was last shown above
 };
 
 }  // namespace brixtel

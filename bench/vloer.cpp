@@ -9,9 +9,9 @@
 #include <QStringList>
 #include <cstdio>
 
-#include "platform/render/egl/Egl.h"
 #include "platform/time/ProcessUsage.h"
 #include "platform/time/Timer.h"
+#include "platform/window/x11/EglOnX11.h"
 
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
@@ -24,8 +24,8 @@ int main(int argc, char** argv) {
                       nullptr);
     xcb_map_window(server, venster);
     xcb_flush(server);
-    const auto display = platform::EglDisplay::forX11(server, 0);
-    const auto vlak = display ? platform::EglWindowSurface::create(display, venster) : nullptr;
+    const auto display = platform::eglDisplayOn(server, 0);
+    const auto vlak = platform::eglSurfaceFor(display, server, venster);
     const auto context = vlak ? platform::GlContext::create(display, vlak.get()) : nullptr;
     if (!context || !context->makeCurrent(*vlak)) {
         std::fprintf(stderr, "vloer: geen OpenGL in een venster\n");

@@ -17,6 +17,7 @@
 #include "platform/time/ProcessUsage.h"
 #include "platform/window/Window.h"
 #include "tests/BrixtelSaver/Instellingen.h"
+#include "tests/support/WindowSystems.h"
 #include "tests/support/Xvfb.h"
 
 namespace {
@@ -37,9 +38,10 @@ class Wisseling {
   public:
     explicit Wisseling(QSize maat)
         : x_(QStringLiteral("%1x%2x24").arg(maat.width()).arg(maat.height()).toStdString()),
-          server_(klok_, {.drawer = platform::DrawerChoice::Auto, .display = x_.display()}),
-          venster_(server_, platform::HostWindow{.id = x_.makeWindow({.width = maat.width(),
-                                                                      .height = maat.height()})}),
+          server_(klok_, {.drawer = platform::DrawerChoice::Auto,
+                          .system = systemOn(klok_, x_.display())}),
+          venster_(server_,
+                   hostRef(x_.makeWindow({.width = maat.width(), .height = maat.height()}))),
           view_(std::make_shared<brixtel::BrixtelSaverView>(
               QRectF(QPointF(0, 0), venster_.frame().size()), false,
               platform::ScreenSaverContext{

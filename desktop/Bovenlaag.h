@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
+#include "platform/window/SpaceFunctions.h"
 #include "platform/window/Window.h"
-#include "platform/window/x11/SpaceFunctions.h"
 
 namespace brixtel {
 

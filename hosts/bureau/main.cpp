@@ -20,8 +20,8 @@
 #include "hosts/bureau/Pictogram.h"
 #include "hosts/gedeeld/Melding.h"
 #include "hosts/gedeeld/Signalen.h"
-#include "platform/window/x11/DesktopWorkspace.h"
-#include "platform/window/x11/DisplayCheck.h"
+#include "platform/window/DesktopWorkspace.h"
+#include "platform/window/systems/WindowSystems.h"
 
 namespace {
 
@@ -90,7 +90,7 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
                          const BureauOpdracht& opdracht) {
     auto toeval = platform::RandomSource::fromSystem();
     platform::DistributedNotificationCenter berichten(bus);
-    platform::WindowServer server(klok);
+    platform::WindowServer server(klok, {.system = platform::openWindowSystem(klok)});
     platform::DesktopWorkspace werkruimte(server, berichten);
     brixtel::Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval});
     // What a desktop that ends takes with it is gone; there is nobody left to tell.
@@ -188,7 +188,7 @@ std::optional<int> alsKlant(int argc, char** argv, const QString& bus,
 }
 
 int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht& opdracht) {
-    qputenv("QT_QPA_PLATFORM", "xcb");
+    platform::chooseQtScreens(platform::QtScreens::Session);
     if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     const QGuiApplication app(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("brixtel-bureau"));

@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "hosts/gedeeld/Signalen.h"
-#include "platform/window/x11/SheetOnWindow.h"
+#include "platform/window/SheetOnWindow.h"
 
 namespace brixtel {
 
@@ -41,7 +41,7 @@ QString toonInstellingen(const Opdracht& opdracht, const ModuleLader& module, in
     if (opdracht.boven)
         bij.emplace(blad, *opdracht.boven);
     else
-        blad->orderFront(0);
+        blad->orderFront({});
     QCoreApplication::exec();
     blad->onOrderedOut({});
     return {};

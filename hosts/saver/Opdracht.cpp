@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "BrixtelSaver/SaverKeuze.h"
+#include "platform/window/systems/WindowSystems.h"
 
 namespace brixtel {
 
@@ -23,14 +24,6 @@ QSize leesMaat(const QString& tekst) {
     const bool past = std::min(maat.width(), maat.height()) >= 1 &&
                       std::max(maat.width(), maat.height()) <= 16384;
     return past ? maat : QSize();
-}
-
-std::optional<std::uint32_t> leesVensterId(const QString& tekst) {
-    bool goed = false;
-    const bool hex = tekst.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
-    const auto id = hex ? tekst.mid(2).toUInt(&goed, 16) : tekst.toUInt(&goed, 10);
-    if (!goed || id == 0) return std::nullopt;
-    return id;
 }
 
 QString zetWat(Opdracht& opdracht, Wat wat, QLatin1String naam) {
@@ -69,7 +62,7 @@ QString zetTekenaar(Opdracht& opdracht, const QString& waarde) {
 }
 
 QString zetVensterId(Opdracht& opdracht, const QString& waarde) {
-    opdracht.vensterId = leesVensterId(waarde);
+    opdracht.vensterId = platform::readHost(waarde);
     if (!opdracht.vensterId)
         return QStringLiteral("'%1' is geen nummer van een venster").arg(waarde);
     return zetWat(opdracht, Wat::Gastheer, QLatin1String("window-id"));
@@ -104,7 +97,7 @@ QString zetInstellingen(Opdracht& opdracht, const QString& waarde) {
 }
 
 QString zetBoven(Opdracht& opdracht, const QString& waarde) {
-    opdracht.boven = leesVensterId(waarde);
+    opdracht.boven = platform::readWindow(waarde);
     if (opdracht.boven) return {};
     return QStringLiteral("'%1' is geen nummer van een venster").arg(waarde);
 }
@@ -209,7 +202,7 @@ std::variant<Opdracht, Fout> leesOpdracht(const QStringList& argumenten,
     // there, unless the command line asks for something else altogether.
     const bool bijGastheer = opdracht.wat == Wat::Gastheer || opdracht.wat == Wat::Schermvullend;
     if (bijGastheer && !opdracht.vensterId && !hostVenster.isEmpty()) {
-        opdracht.vensterId = leesVensterId(hostVenster);
+        opdracht.vensterId = platform::readHost(hostVenster);
         if (!opdracht.vensterId)
             return fout(QStringLiteral("XSCREENSAVER_WINDOW is geen nummer van een venster: '%1'")
                             .arg(hostVenster));

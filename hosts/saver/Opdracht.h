@@ -9,6 +9,7 @@
 #include <variant>
 
 #include "hosts/gedeeld/Opties.h"
+#include "platform/window/WindowOptions.h"
 #include "platform/window/WindowServer.h"
 
 namespace brixtel {
@@ -30,13 +31,13 @@ struct Opdracht {
     };
     Wat wat = Wat::Schermvullend;
 
-    QSize venster{1280, 720};                // points
-    std::optional<std::uint32_t> vensterId;  // the host's; none means the root window
-    bool voorvertoning = false;              // asked for; a small host's window has it anyway
-    QString keuze;                           // a raw value; empty for the stored one
+    QSize venster{1280, 720};                    // points
+    std::optional<platform::HostRef> vensterId;  // the host's; none means the whole screen
+    bool voorvertoning = false;                  // asked for; a small host's window has it anyway
+    QString keuze;                               // a raw value; empty for the stored one
 
-    QString instellingen;                // the file for a picture of the sheet; empty to show it
-    std::optional<std::uint32_t> boven;  // the window that the sheet belongs to
+    QString instellingen;  // the file for a picture of the sheet; empty to show it
+    std::optional<platform::WindowRef> boven;  // the window that the sheet belongs to
 
     QString plaatje;         // the file
     QSize maat{1920, 1080};  // points

@@ -3,7 +3,6 @@
 
 #include <QFile>
 #include <QImage>
-#include <QPainter>
 #include <QSaveFile>
 #include <algorithm>
 #include <array>
@@ -11,11 +10,10 @@
 
 #include "connections/Overzicht.h"
 #include "platform/render/OffscreenPicture.h"
-#include "platform/render/SceneSnapshot.h"
-#include "platform/render/cpu/CpuDrawer.h"
 #include "platform/session/DistributedNotificationCenter.h"
 #include "platform/time/MediaClock.h"
 #include "platform/view/FrameBuilder.h"
+#include "platform/window/PicturePainter.h"
 #include "worlds/DrieWereld.h"
 
 namespace brixtel {
@@ -25,18 +23,6 @@ namespace {
 // Of a file with lines, by which an endless one is told from one that is none.
 constexpr qint64 kMeesteBytes = 16 << 20;
 constexpr platform::Rgba kZwart{0.0F, 0.0F, 0.0F, 1.0F};
-
-// Lays the scene into the picture, at full quality.
-bool tekenScene(const platform::SceneFrame& scene, const platform::PixelGrid& raster,
-                QImage& beeld) {
-    const auto snapshot = platform::SceneSnapshot::create();
-    if (!snapshot || !scene.hasScene) return false;
-    const QImage deel = snapshot->picture(scene.list, scene.frame.size(), raster.scale,
-                                          {.samples = std::max(scene.sampleCount, 4)});
-    if (deel.isNull()) return false;
-    QPainter(&beeld).drawImage(raster.snap(scene.frame).topLeft(), deel);
-    return true;
-}
 
 // Layers are drawn with OpenGL where that is asked for, and on the CPU otherwise,
 // which gives the same picture on every machine.
@@ -48,17 +34,17 @@ std::optional<QImage> teken(const platform::Frame& frame, platform::DrawerChoice
     }
     QImage beeld(frame.grid.size, QImage::Format_ARGB32_Premultiplied);
     if (beeld.isNull()) return std::nullopt;
-    platform::CpuDrawer cpu;
+    // A view that is to show a scene and has none shows no picture of itself.
+    const bool mist = std::any_of(frame.passes.begin(), frame.passes.end(), [](const auto& pas) {
+        return pas.scene.isShown && !pas.scene.hasScene;
+    });
+    platform::PicturePainter schilder({.still = true});
     const std::array alles{beeld.rect()};
-    std::optional<platform::Rgba> onder = kZwart;
-    for (const platform::FramePass& pas : frame.passes) {
-        if (pas.scene.isShown && !tekenScene(pas.scene, frame.grid, beeld)) return std::nullopt;
-        cpu.draw(pas.layers, frame.grid, alles, onder,
-                 {.pixels = reinterpret_cast<std::uint32_t*>(beeld.bits()),
-                  .stride = static_cast<int>(beeld.bytesPerLine() / 4),
-                  .size = beeld.size()});
-        onder.reset();
-    }
+    if (mist || !schilder.paint(frame, alles,
+                                {.pixels = reinterpret_cast<std::uint32_t*>(beeld.bits()),
+                                 .stride = static_cast<int>(beeld.bytesPerLine() / 4),
+                                 .size = beeld.size()}))
+        return std::nullopt;
     return beeld;
 }
 
@@ -78,6 +64,7 @@ QString leg(platform::View& view, const Opdracht& opdracht, double nu) {
     frame.grid = {.scale = opdracht.schaal,
                   .size = {static_cast<int>(std::ceil(maat.width() * opdracht.schaal)),
                            static_cast<int>(std::ceil(maat.height() * opdracht.schaal))}};
+    frame.background = kZwart;
     platform::FrameBuilder(frame, nu).add(view);
     const auto beeld = teken(frame, opdracht.tekenaar);
     if (!beeld) return QStringLiteral("er is geen OpenGL, of geen geheugen voor zo'n beeld");

@@ -60,7 +60,7 @@ void Voorstelling::toonInstellingen(const Window& bij) {
     if (instellingen_.isOpen()) return;
     bladIsOpen(true);
     const QStringList argumenten{QStringLiteral("--instellingen"),
-                                 QStringLiteral("--boven=%1").arg(bij.xWindow())};
+                                 QStringLiteral("--boven=%1").arg(bij.reference().text)};
     instellingen_.toon(argumenten, [this](bool goed) {
         bladIsOpen(false);
         if (!goed) return;
@@ -142,7 +142,7 @@ void Voorstelling::toonVenster() {
 void Voorstelling::toonBijGastheer() {
     Doek doek{.scherm = {},
               .venster = std::make_unique<Window>(
-                  server_, platform::HostWindow{.id = opdracht_.vensterId.value_or(0)}),
+                  server_, opdracht_.vensterId.value_or(platform::HostRef{})),
               .view = nullptr};
     const QSizeF maat = doek.venster->frame().size();
     const bool klein = maat.width() < kKlein.width() && maat.height() < kKlein.height();

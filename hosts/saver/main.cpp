@@ -21,7 +21,7 @@
 #include "platform/session/PowerSupply.h"
 #include "platform/session/Preferences.h"
 #include "platform/time/ProcessUsage.h"
-#include "platform/window/x11/DisplayCheck.h"
+#include "platform/window/systems/WindowSystems.h"
 
 namespace {
 
@@ -50,10 +50,9 @@ bool isPlaatje(const Opdracht& opdracht) {
     return opdracht.wat == Opdracht::Wat::Plaatje || !opdracht.instellingen.isEmpty();
 }
 
-// Windows are drawn through X11, also where the desktop is another.
 void kiesPlatform(const Opdracht& opdracht) {
     const bool plaatje = isPlaatje(opdracht);
-    qputenv("QT_QPA_PLATFORM", plaatje ? "offscreen" : "xcb");
+    platform::chooseQtScreens(plaatje ? platform::QtScreens::None : platform::QtScreens::Session);
     if (plaatje) qputenv("QT_SCALE_FACTOR", QByteArray::number(opdracht.schaal));
 }
 
@@ -88,9 +87,9 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
     // Whoever wishes for little movement has asked for no saver by its window.
     std::optional<platform::RestableClock> beelden;
     if (opdracht.wat == Opdracht::Wat::Venster) beelden.emplace(klok);
-    platform::WindowServer server(
-        klok,
-        {.drawer = opdracht.tekenaar, .display = {}, .pictures = beelden ? &*beelden : nullptr});
+    platform::WindowServer server(klok, {.drawer = opdracht.tekenaar,
+                                         .system = platform::openWindowSystem(klok),
+                                         .pictures = beelden ? &*beelden : nullptr});
     server.onConnectionLost([] { std::_Exit(0); });
 
     int doorSignaal = 0;

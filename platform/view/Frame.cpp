@@ -11,7 +11,8 @@ namespace {
 // with part.
 bool sameParts(const Frame& before, const Frame& after) {
     if (before.grid != after.grid || before.background != after.background) return false;
-    if (before.passes.size() != after.passes.size()) return false;
+    if (before.opacity != after.opacity || before.passes.size() != after.passes.size())
+        return false;
     for (std::size_t i = 0; i < after.passes.size(); ++i)
         if (before.passes[i].scene.isShown != after.passes[i].scene.isShown ||
             before.passes[i].scene.frame != after.passes[i].scene.frame)

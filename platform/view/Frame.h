@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "platform/layers/DisplayList.h"
@@ -22,6 +23,9 @@ struct FramePass {
 struct Frame {
     PixelGrid grid;
     Rgba background;
+    // Of the whole picture, in [0, 1]; below 1 only where the window system does
+    // not fade windows itself.
+    double opacity = 1.0;
     std::vector<FramePass> passes;
 };
 
@@ -37,6 +41,24 @@ class FrameSink {
 // The pass from which a drawer need begin: what lies below is hidden by a scene
 // that fills the picture.
 [[nodiscard]] std::size_t firstVisiblePass(const Frame& frame);
+
+// Goes through what a drawer draws of a frame, lowest first: calls
+// `scene(const SceneFrame&)` for each visible scene and then
+// `layers(const DisplayList&, std::optional<Rgba>)` for what lies over it; the
+// background is given where nothing was drawn below.
+template <typename Scene, typename Layers>
+void forEachVisiblePart(const Frame& frame, Scene scene, Layers layers) {
+    std::optional<Rgba> background = frame.background;
+    for (std::size_t i = firstVisiblePass(frame); i < frame.passes.size(); ++i) {
+        const FramePass& pass = frame.passes[i];
+        if (pass.scene.isShown) {
+            scene(pass.scene);
+            background.reset();
+        }
+        if (!pass.layers.items.empty() || background) layers(pass.layers, background);
+        background.reset();
+    }
+}
 
 // Writes into `rects` (emptied first) which pixels may differ between two frames.
 void findFrameDamage(const Frame& before, const Frame& after, std::vector<QRect>& rects);

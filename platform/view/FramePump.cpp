@@ -37,6 +37,12 @@ void FramePump::setVisible(bool visible) {
     }
 }
 
+void FramePump::setReady(bool ready) {
+    if (ready_ == ready) return;
+    ready_ = ready;
+    timer_.fireNextAt(ready ? due_ : kNever);
+}
+
 void FramePump::request() {
     requested_ = true;
     if (visible_ && !building_) schedule(std::min(due_, clock_.now()));
@@ -52,7 +58,7 @@ double FramePump::beatFrom(double time) const {
 
 void FramePump::schedule(double wanted) {
     due_ = std::isfinite(wanted) ? beatFrom(wanted) : kNever;
-    timer_.fireNextAt(due_);
+    timer_.fireNextAt(ready_ ? due_ : kNever);
 }
 
 void FramePump::tick() {

@@ -25,7 +25,10 @@ class FramePump {
     void setInterval(double seconds);
 
     void setVisible(bool visible);
-    [[nodiscard]] bool isVisible() const { return visible_; }
+
+    // Whether whoever shows the frames takes another one; true at first. While
+    // not, frames wait.
+    void setReady(bool ready);
 
     // Something looks different.
     void request();
@@ -41,6 +44,7 @@ class FramePump {
     const Build build_;
     double interval_ = 1.0 / 60.0;
     bool visible_ = false;
+    bool ready_ = true;
     bool requested_ = false;
     bool building_ = false;
     double due_;   // of the timer

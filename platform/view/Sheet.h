@@ -2,9 +2,10 @@
 #pragma once
 
 #include <QImage>
-#include <cstdint>
 #include <functional>
 #include <utility>
+
+#include "platform/view/WindowRef.h"
 
 namespace platform {
 
@@ -30,9 +31,9 @@ class Sheet {
     Sheet(const Sheet&) = delete;
     Sheet& operator=(const Sheet&) = delete;
 
-    // Shows it and returns at once: above the window with this X id, which may
-    // be another program's, or by itself in the middle of the screen for 0.
-    virtual void orderFront(std::uint32_t above) = 0;
+    // Shows the sheet and returns at once: above the window, which may be another
+    // program's, or by itself in the middle of the screen for none.
+    virtual void orderFront(const WindowRef& above) = 0;
     virtual void orderOut() = 0;
     [[nodiscard]] virtual bool isShown() const = 0;
 

@@ -37,13 +37,20 @@ class NativeWindowDelegate {
     virtual void mouse(Mouse what, const MouseEvent& event) = 0;
     // The user asks to close the window, which stays.
     virtual void closeAsked() = 0;
-    // Another window, maybe another program's, has the keyboard now.
-    virtual void keyboardLost() = 0;
     // The window is no more; called once.
     virtual void gone() = 0;
 
   protected:
     ~NativeWindowDelegate() = default;
+};
+
+// How a native window of the program's own begins.
+struct NativeWindowOptions {
+    WindowOptions window;
+    bool takesKeyboard = false;
+    double opacity = 1.0;  // as setOpacity() has it
+    bool ignoresMouse = false;
+    bool cursorHidden = false;
 };
 
 // One window of a window system: either made for the program, or a host's that

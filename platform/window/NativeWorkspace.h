@@ -30,8 +30,6 @@ class NativeWorkspace {
     // While this holds, the program's windows are not raised over others: a saver
     // or lock covers the screen of which only the session knows.
     virtual void setSaverCovers(bool covers) = 0;
-    // A window of the program lost the keyboard.
-    virtual void keyboardMoved() = 0;
 
     [[nodiscard]] virtual Observation observe(std::function<void(Workspace::Change)> action) = 0;
 };

@@ -6,20 +6,21 @@
 
 #include "platform/layers/PixelGrid.h"
 #include "platform/render/QualityLadder.h"
+#include "platform/render/SceneDrawer.h"
 #include "platform/render/cpu/CpuDrawer.h"
-#include "platform/render/egl/Egl.h"
 #include "platform/render/gl/SceneRenderer.h"
 #include "platform/view/SceneFrame.h"
 
 namespace platform {
 
-// What a window's scenes are drawn with, and how well: picks the quality that
-// holds the frame rate. Made, used and dropped on the window's render thread.
+// What scenes are drawn with, and how well: picks the quality that holds the frame
+// rate, or the best for a still. Made, used and dropped on one thread, a window's
+// render thread; owned by what draws the frames.
 class SceneStage {
   public:
-    // With a context of its own, for pictures in memory. None where there is no
-    // OpenGL that can draw scenes.
-    [[nodiscard]] static std::unique_ptr<SceneStage> inMemory(ResetQuery resetStatus = {});
+    // For pictures in memory, with the machine's best drawer. None where the
+    // machine cannot draw scenes.
+    [[nodiscard]] static std::unique_ptr<SceneStage> inMemory(const SceneDrawerOptions& options);
     // In the context that is current, and stays so.
     [[nodiscard]] static std::unique_ptr<SceneStage> onContext(const GlContext& context);
     ~SceneStage();
@@ -36,16 +37,20 @@ class SceneStage {
     // As in kQualityRungs.
     [[nodiscard]] int rung() const { return ladder_ ? ladder_->rung() : 0; }
     [[nodiscard]] const QString& rendererName() const { return name_; }
+    // Whether the drawer in memory will never draw again, and another stage may.
+    [[nodiscard]] bool isLost() const { return memory_ && memory_->isLost(); }
 
   private:
-    SceneStage(std::unique_ptr<GlContext> own, std::unique_ptr<SceneRenderer> renderer,
-               const QString& name, bool software);
-    SceneQuality quality(const SceneFrame& scene);
+    SceneStage(std::unique_ptr<SceneDrawer> memory, std::unique_ptr<SceneRenderer> renderer,
+               const QString& name, bool software, bool still);
+    SceneQuality quality(const SceneFrame& scene, QSize size);
 
-    const std::unique_ptr<GlContext> own_;
-    std::unique_ptr<SceneRenderer> renderer_;
+    // One of the two.
+    const std::unique_ptr<SceneDrawer> memory_;
+    const std::unique_ptr<SceneRenderer> renderer_;
     const QString name_;
     const bool software_;
+    const bool still_;
     std::unique_ptr<QualityLadder> ladder_;
     double budget_ = 0.0;
     QSize size_;

@@ -5,7 +5,7 @@
 #include <QScreen>
 #include <utility>
 
-#include "platform/window/x11/ScreenSpace.h"
+#include "platform/window/ScreenSpace.h"
 
 namespace platform {
 

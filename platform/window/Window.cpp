@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/window/Window.h"
 
-#include <QScreen>
 #include <utility>
 
 #include "platform/view/AnimationGroup.h"
 #include "platform/window/WindowCore.h"
-#include "platform/window/x11/EventConnection.h"
-#include "platform/window/x11/ScreenSpace.h"
-#include "platform/window/x11/StackKeeper.h"
+#include "platform/window/WindowSystem.h"
 
 namespace platform {
 
@@ -20,17 +17,16 @@ Window::Window(WindowServer& server, const WindowOptions& options)
     content_->setHost(this);
 }
 
-Window::Window(WindowServer& server, HostWindow host)
+Window::Window(WindowServer& server, const HostRef& host)
     : server_(server),
       content_(std::make_shared<View>(QRectF())),
       core_(std::make_unique<WindowCore>(*this)) {
     content_->setHost(this);
-    core_->draw(host.id != 0 ? host.id : server.events().root());
+    core_->adopt(host);
 }
 
 Window::~Window() {
     server_.dropped(*this);
-    if (core_->own && core_->drawing) server_.destroyed(core_->drawing->id());
     // Frames stop before their views do.
     core_->drawing.reset();
     content_->setHost(nullptr);
@@ -47,21 +43,12 @@ void Window::setContentView(std::shared_ptr<View> view) {
 }
 
 QRectF Window::frame() const {
-    if (core_->own) return fromQt(QRectF(core_->own->geometry()));
-    if (!core_->drawing) return options_.frame;
-    const QScreen* const on = core_->screen();
-    const QPointF corner = on ? on->geometry().topLeft() : QPointF(0, 0);
-    // Within a screen, points and pixels differ by its scale.
-    const QPointF pixels = QPointF(core_->drawing->geometry().topLeft()) - corner;
-    return fromQt(QRectF(corner + pixels / core_->scale(), core_->sizeInPoints()));
+    return core_->native ? core_->native->frame() : options_.frame;
 }
 
 void Window::setFrame(const QRectF& frame) {
     options_.frame = frame;
-    if (core_->own) {
-        core_->own->setGeometry(toQt(frame).toRect());
-        OwnWindow::flush();
-    }
+    if (core_->native) core_->native->setFrame(frame);
     if (!core_->drawing) content_->setFrame({QPointF(0, 0), core_->sizeInPoints()});
 }
 
@@ -69,14 +56,12 @@ double Window::backingScaleFactor() const {
     return core_->scale();
 }
 
-std::uint32_t Window::xWindow() const {
-    return core_->drawing ? core_->drawing->id() : 0;
+WindowRef Window::reference() const {
+    return core_->native ? core_->native->reference() : WindowRef();
 }
 
 std::optional<Screen> Window::screen() const {
-    const QScreen* const on = core_->screen();
-    if (!on) return std::nullopt;
-    return screenFrom(*on);
+    return core_->screen();
 }
 
 void Window::orderFront() {
@@ -89,42 +74,34 @@ void Window::makeKeyAndOrderFront() {
 
 void Window::show(bool asKey) {
     if (core_->isHosts()) return;
-    if (!core_->own) core_->makeOwn();
-    core_->own->show();
-    OwnWindow::flush();
+    if (!core_->native) core_->makeOwn();
+    core_->native->show();
     server_.cameToFront(*this);
-    if (options_.staysOnTop && core_->drawing)
-        server_.stack().keep(core_->drawing->id(), {.window = options_.level});
+    if (options_.staysOnTop) core_->native->keepOnTop();
     if (asKey) makeKey();
 }
 
 void Window::makeKey() {
-    if (!canBecomeKey() || !core_->own || !core_->own->isVisible()) return;
-    core_->own->takeKeys();
+    if (!canBecomeKey() || core_->isHosts() || !isVisible()) return;
+    core_->native->takeKeyboard();
     server_.becameKey(*this);
 }
 
 std::int64_t Window::windowNumber() const {
-    if (core_->own)
-        return core_->own->handle() ? static_cast<std::int64_t>(core_->own->winId()) : 0;
-    return core_->drawing ? core_->drawing->id() : 0;
+    return core_->native ? core_->native->number() : 0;
 }
 
 void Window::raise() {
-    if (core_->own) core_->own->raise();
+    if (core_->native) core_->native->raise();
 }
 
 void Window::orderOut() {
     server_.dropped(*this);
-    if (options_.staysOnTop && core_->drawing) server_.stack().release(core_->drawing->id());
-    if (!core_->own) return;
-    core_->own->hide();
-    OwnWindow::flush();
+    if (core_->native) core_->native->hide();
 }
 
 bool Window::isVisible() const {
-    if (core_->own) return core_->own->isVisible();
-    return core_->drawing && core_->drawing->isMapped();
+    return core_->native && core_->native->isShown();
 }
 
 bool Window::canBecomeKey() const {
@@ -136,7 +113,7 @@ bool Window::canBecomeMain() const {
 }
 
 bool Window::isKey() const {
-    return core_->own && core_->own->isActive();
+    return core_->native && core_->native->hasKeyboard();
 }
 
 bool Window::makeFirstResponder(View* view) {
@@ -151,12 +128,12 @@ void Window::detached(const View* view) {
 
 void Window::setIgnoresMouseEvents(bool ignores) {
     if (std::exchange(ignoresMouse_, ignores) == ignores) return;
-    if (core_->own) core_->own->setIgnoresMouse(ignores);
+    if (core_->native) core_->native->setIgnoresMouse(ignores);
 }
 
 void Window::setCursorHidden(bool hidden) {
     cursorHidden_ = hidden;
-    if (core_->own) core_->own->setCursor(hidden ? Qt::BlankCursor : Qt::ArrowCursor);
+    if (core_->native) core_->native->setCursorHidden(hidden);
 }
 
 double Window::alpha() const {

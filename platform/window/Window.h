@@ -10,49 +10,13 @@
 
 #include "platform/view/View.h"
 #include "platform/window/Screen.h"
+#include "platform/window/WindowOptions.h"
 #include "platform/window/WindowServer.h"
 
 namespace platform {
 
 class AnimationGroup;
 class WindowCore;
-
-enum class WindowStyle {
-    Titled,      // an ordinary window with a frame of the window manager
-    Borderless,  // its content and nothing else
-    FullScreen,  // covers the screen that its frame lies on, panels included
-};
-
-// How a window behaves among spaces. One with a level above 0 is on every space,
-// stationary, left out of cycling and over full-screen windows anyway.
-enum CollectionBehavior : std::uint32_t {
-    CanJoinAllSpaces = 0x1,
-    Stationary = 0x10,
-    IgnoresCycle = 0x40,
-    FullScreenAuxiliary = 0x100,
-};
-
-struct WindowOptions {
-    QRectF frame;  // of the content: points, as in Screen::frame
-    WindowStyle style = WindowStyle::Borderless;
-    QString title;
-    // An opaque window is black where nothing is drawn, from its first moment;
-    // another shows what lies below.
-    bool opaque = true;
-    // 0 is an ordinary window. Above it the window is out of the window
-    // manager's hands and on top, on every space, the higher level the higher.
-    int level = 0;
-    std::uint32_t collectionBehavior = 0;  // CollectionBehavior bits
-    bool hasShadow = true;                 // where a compositor gives windows one
-    // Nothing that is opened or raised later covers it while it is shown, but a
-    // screen saver or lock. For a level above 0.
-    bool staysOnTop = false;
-};
-
-// A window that someone else made and keeps, by its X id; 0 is the root window.
-struct HostWindow {
-    std::uint32_t id = 0;
-};
 
 // What a window has cost and shown so far; for measuring.
 struct WindowStatistics {
@@ -62,15 +26,16 @@ struct WindowStatistics {
     int rung = 0;                          // of the quality ladder; 0 is best
 };
 
-// A window that shows a tree of views. Either the program's own, made and
-// given its input by Qt, or a host's, which is only drawn in: it is listened to
-// for its size and its end, and takes no input, no focus and no grab. Frames
-// are built on the main thread and drawn on a thread of the window's own; while
-// nothing changes, or nobody could see it, there are none.
+// A window that shows a tree of views. Either the program's own, or a host's, in
+// which the program only draws: the window follows the host's size and end, and
+// takes no input, no focus and no grab. Frames are built on the main thread and
+// drawn on a thread of the window's own; while nothing changes, or nobody could
+// see the window, there are none. Owned by whoever made it; keeps its views
+// alive. Main thread.
 class Window : public ViewHost {
   public:
     Window(WindowServer& server, const WindowOptions& options);
-    Window(WindowServer& server, HostWindow host);
+    Window(WindowServer& server, const HostRef& host);
     virtual ~Window();
     Window(const Window&) = delete;
     Window& operator=(const Window&) = delete;
@@ -85,8 +50,9 @@ class Window : public ViewHost {
     [[nodiscard]] QRectF frame() const;
     void setFrame(const QRectF& frame);
     [[nodiscard]] double backingScaleFactor() const;
-    // Its X id; 0 for an own window that was never shown.
-    [[nodiscard]] std::uint32_t xWindow() const;
+    // The window as another program may be told of it, for a dialog to belong to;
+    // empty for an own window that was never shown.
+    [[nodiscard]] WindowRef reference() const;
     // The screen with most of it; none without screens.
     [[nodiscard]] std::optional<Screen> screen() const;
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/window/WindowCore.h"
 
-#include <QGuiApplication>
 #include <QScreen>
 #include <limits>
 #include <utility>
@@ -9,20 +8,15 @@
 
 #include "platform/view/FrameBuilder.h"
 #include "platform/view/SceneView.h"
-#include "platform/window/x11/ScreenSpace.h"
+#include "platform/window/ScreenSpace.h"
+#include "platform/window/WindowSystem.h"
 
 namespace platform {
 
 WindowCore::WindowCore(Window& window)
-    : fade(window.server_.clock(),
-           [this](double alpha) {
-               if (own) {
-                   own->setOpacity(alpha);
-                   OwnWindow::flush();
-               }
-               updateWanted();
-           }),
+    : fade(window.server_.clock(), [this](double opacity) { show(opacity); }),
       window_(window),
+      fades_(window.server_.system().capabilities().fadesWindows),
       screens_([this] { geometryChanged(); }) {
     window_.server_.added(*this);
 }
@@ -31,44 +25,62 @@ WindowCore::~WindowCore() {
     window_.server_.removed(*this);
 }
 
-void WindowCore::updateWanted() {
-    if (!drawing) return;
-    const bool minimised = own && own->windowStates().testFlag(Qt::WindowMinimized);
-    drawing->setWanted(fade.value() > 0.0 && !window_.server_.isDisplayAsleep() && !minimised &&
-                       !covered_);
+void WindowCore::show(double opacity) {
+    if (native && fades_) native->setOpacity(opacity);
+    if (drawing && !fades_) drawing->requestFrame();
+    updateWanted();
 }
 
-void WindowCore::setCovered(bool covered) {
-    if (std::exchange(covered_, covered) != covered) updateWanted();
+void WindowCore::updateWanted() {
+    if (drawing) drawing->setWanted(fade.value() > 0.0 && !window_.server_.isDisplayAsleep());
 }
 
 void WindowCore::makeOwn() {
-    own = std::make_unique<OwnWindow>(window_.options_, window_.canBecomeKey(), *this);
-    own->setOpacity(fade.value());
-    own->setIgnoresMouse(window_.ignoresMouse_);
-    if (window_.cursorHidden_) own->setCursor(Qt::BlankCursor);
-    QObject::connect(own.get(), &QWindow::screenChanged, own.get(), [this] { geometryChanged(); });
-    QObject::connect(own.get(), &QWindow::windowStateChanged, own.get(),
-                     [this] { updateWanted(); });
-    if (const std::uint32_t xWindow = own->xWindow()) draw(xWindow);
+    native = window_.server_.system().makeWindow({.window = window_.options_,
+                                                  .takesKeyboard = window_.canBecomeKey(),
+                                                  .opacity = fade.value(),
+                                                  .ignoresMouse = window_.ignoresMouse_,
+                                                  .cursorHidden = window_.cursorHidden_},
+                                                 *this);
+    draw();
     fit();
 }
 
-void WindowCore::draw(std::uint32_t xWindow) {
-    if (!window_.server_.isConnected()) return;
+void WindowCore::adopt(const HostRef& host) {
+    native = window_.server_.system().adopt(host, *this);
+    isHosts_ = native != nullptr;
+    draw();
+}
+
+void WindowCore::draw() {
+    if (!native || !native->isDrawable() || !window_.server_.isConnected()) return;
     drawing = std::make_unique<WindowDrawing>(
-        window_.server_, xWindow,
+        window_.server_, *native,
         WindowDrawing::Actions{
             .build = [this](Frame& frame, double time) { return build(frame, time); },
-            .geometryChanged = [this] { geometryChanged(); },
             .scenesFailed = [this] { tellOfNoScenes(*window_.content_); },
-            .gone =
-                [this] {
-                    // The action may drop the window, and itself with it.
-                    if (const auto action = closed) action();
-                }});
+            .gone = [this] { gone(); }});
     updateWanted();
     geometryChanged();
+}
+
+void WindowCore::visibilityChanged() {
+    if (drawing) drawing->updateVisibility();
+}
+
+void WindowCore::readyForFrame(bool ready) {
+    if (drawing) drawing->setReady(ready);
+}
+
+void WindowCore::exposed(const QRect& rect) {
+    if (drawing) drawing->expose(rect);
+}
+
+void WindowCore::gone() {
+    if (std::exchange(gone_, true)) return;
+    if (drawing) drawing->setGone();
+    // The action may drop the window, and itself with it.
+    if (const auto action = closed) action();
 }
 
 void WindowCore::tellOfNoScenes(View& view) {
@@ -80,8 +92,9 @@ void WindowCore::tellOfNoScenes(View& view) {
 }
 
 double WindowCore::build(Frame& frame, double time) {
-    frame.grid = {.scale = scale(), .size = drawing->geometry().size()};
+    frame.grid = {.scale = scale(), .size = native->pixelSize()};
     frame.background = {0.0F, 0.0F, 0.0F, window_.options_.opaque ? 1.0F : 0.0F};
+    frame.opacity = fades_ ? 1.0 : fade.value();
     const RestableClock* const pictures = window_.server_.options().pictures;
     const double shown = pictures ? pictures->now() : time;
     FrameBuilder builder(frame, shown);
@@ -93,8 +106,8 @@ double WindowCore::build(Frame& frame, double time) {
 void WindowCore::geometryChanged() {
     fit();
     if (!drawing) return;
-    const QScreen* const on = screen();
-    const double rate = on ? screenFrom(*on).refreshRate : 60.0;
+    const std::optional<Screen> on = screen();
+    const double rate = on ? on->refreshRate : Screen().refreshRate;
     drawing->setFrameInterval(window_.server_.pace() / rate);
     drawing->requestFrame();
 }
@@ -103,22 +116,21 @@ void WindowCore::fit() {
     window_.content_->setFrame({QPointF(0, 0), sizeInPoints()});
 }
 
-QScreen* WindowCore::screen() const {
-    if (own) return own->screen();
-    // One that is not yet made will be where its frame is.
-    return drawing ? screenUnderPixels(drawing->geometry())
-                   : screenUnderQt(toQt(window_.options_.frame));
+std::optional<Screen> WindowCore::screen() const {
+    if (native) return native->screen();
+    // A window that is not yet made will be where its frame is.
+    const QScreen* const under = screenUnderQt(toQt(window_.options_.frame));
+    return under ? std::optional(screenFrom(*under)) : std::nullopt;
 }
 
 double WindowCore::scale() const {
-    if (own) return own->devicePixelRatio();
-    const QScreen* const on = screen();
-    return on ? on->devicePixelRatio() : 1.0;
+    if (native) return native->scale();
+    const std::optional<Screen> on = screen();
+    return on ? on->scale : 1.0;
 }
 
 QSizeF WindowCore::sizeInPoints() const {
-    if (drawing) return QSizeF(drawing->geometry().size()) / scale();
-    return own ? QSizeF(own->size()) : window_.options_.frame.size();
+    return native ? native->size() : window_.options_.frame.size();
 }
 
 void WindowCore::keyDown(const KeyEvent& event) {
@@ -148,10 +160,6 @@ void WindowCore::mouse(Mouse what, const MouseEvent& event) {
 
 void WindowCore::closeAsked() {
     if (const auto action = closed) action();
-}
-
-void WindowCore::keysLost() {
-    window_.server_.keysMoved();
 }
 
 }  // namespace platform

@@ -4,50 +4,58 @@
 #include <memory>
 
 #include "platform/view/Fade.h"
+#include "platform/window/Window.h"
 #include "platform/window/WindowDrawing.h"
-#include "platform/window/x11/OwnWindow.h"
 
 namespace platform {
 
-// What a window is made of, hidden from those who only show views in it.
-class WindowCore final : public OwnWindowDelegate {
+// What a window is made of, hidden from those who only show views in it. Owned by
+// its window. Main thread.
+class WindowCore final : public NativeWindowDelegate {
   public:
     explicit WindowCore(Window& window);
-    ~WindowCore() override;
+    ~WindowCore();
     WindowCore(const WindowCore&) = delete;
     WindowCore& operator=(const WindowCore&) = delete;
 
-    // Makes the Qt window, and the drawing where there is X.
+    // Makes a native window of the program's own, or adopts the host's, and the
+    // drawing where there is something to draw on.
     void makeOwn();
-    void draw(std::uint32_t xWindow);
+    void adopt(const HostRef& host);
 
+    void geometryChanged() override;
+    void visibilityChanged() override;
+    void readyForFrame(bool ready) override;
+    void exposed(const QRect& rect) override;
     void keyDown(const KeyEvent& event) override;
     void mouse(Mouse what, const MouseEvent& event) override;
     void closeAsked() override;
-    void keysLost() override;
+    void gone() override;
 
-    void geometryChanged();
     // Whether there is any sense in frames may have changed.
     void updateWanted();
-    // Other windows hide it.
-    void setCovered(bool covered);
-    [[nodiscard]] bool isHosts() const { return drawing && !own; }
-    [[nodiscard]] QScreen* screen() const;
+    [[nodiscard]] bool isHosts() const { return isHosts_; }
+    [[nodiscard]] std::optional<Screen> screen() const;
     [[nodiscard]] double scale() const;
     [[nodiscard]] QSizeF sizeInPoints() const;
 
-    std::unique_ptr<OwnWindow> own;
+    // The drawing goes first.
+    std::unique_ptr<NativeWindow> native;
     std::unique_ptr<WindowDrawing> drawing;
     std::function<void()> closed;
     Fade fade;
 
   private:
+    void draw();
     double build(Frame& frame, double time);
     void fit();
+    void show(double opacity);
     static void tellOfNoScenes(View& view);
 
     Window& window_;
-    bool covered_ = false;
+    const bool fades_;  // the system does
+    bool isHosts_ = false;
+    bool gone_ = false;
     ScreenObserver screens_;
 };
 

@@ -5,6 +5,8 @@
 #include <QString>
 #include <cstdint>
 
+#include "platform/view/WindowRef.h"
+
 namespace platform {
 
 enum class WindowStyle {
@@ -46,15 +48,6 @@ struct WindowOptions {
 struct HostRef {
     QString text;
     friend bool operator==(const HostRef&, const HostRef&) = default;
-};
-
-// A window of any program, to which a dialog can belong. The text passes from
-// program to program on a command line; only the window system reads it. Empty:
-// no window. Plain value, any thread.
-struct WindowRef {
-    QString text;
-    [[nodiscard]] bool isEmpty() const { return text.isEmpty(); }
-    friend bool operator==(const WindowRef&, const WindowRef&) = default;
 };
 
 }  // namespace platform

@@ -4,7 +4,6 @@
 #include <QString>
 #include <functional>
 #include <memory>
-#include <optional>
 
 #include "platform/window/NativeWindow.h"
 #include "platform/window/NativeWorkspace.h"
@@ -54,15 +53,15 @@ class WindowSystem {
 
     // Makes a hidden window. The delegate outlives it.
     [[nodiscard]] virtual std::unique_ptr<NativeWindow> makeWindow(
-        const WindowOptions& options, bool takesKeyboard, NativeWindowDelegate& delegate) = 0;
+        const NativeWindowOptions& options, NativeWindowDelegate& delegate) = 0;
     // The host's window; one that does not exist is told of as gone in a later
     // turn of the event loop. The delegate outlives it. Null where the system is
     // not connected or adopts no hosts.
     [[nodiscard]] virtual std::unique_ptr<NativeWindow> adopt(const HostRef& host,
                                                               NativeWindowDelegate& delegate) = 0;
-    // A window that Qt made in this program, to be drawn in as a host's; none
-    // where the system adopts no hosts.
-    [[nodiscard]] virtual std::optional<HostRef> hostRefOf(QWindow& window) const = 0;
+    // A window that Qt made in this program, to be drawn in as a host's. Only where
+    // Capabilities::adoptsHosts.
+    [[nodiscard]] virtual HostRef hostRefOf(QWindow& window) const = 0;
 
     // Made on first use.
     [[nodiscard]] virtual NativeWorkspace& workspace() = 0;

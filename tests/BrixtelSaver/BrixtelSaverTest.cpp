@@ -19,7 +19,7 @@ using brixtel::SaverKeuze;
 namespace {
 
 struct EenBlad : platform::Sheet {
-    void orderFront(std::uint32_t) override {}
+    void orderFront(const platform::WindowRef&) override {}
     void orderOut() override {}
     bool isShown() const override { return false; }
     QImage picture() override { return {}; }

@@ -11,11 +11,12 @@
 
 #include "BrixtelSaver/BrixtelSaver.h"
 #include "BrixtelSaver/InstellingenVenster.h"
+#include "platform/window/SheetOnWindow.h"
 #include "platform/window/Window.h"
-#include "platform/window/x11/SheetOnWindow.h"
 #include "tests/BrixtelSaver/Instellingen.h"
 #include "tests/support/Openbox.h"
 #include "tests/support/Until.h"
+#include "tests/support/WindowSystems.h"
 #include "tests/support/Xvfb.h"
 
 using brixtel::alleKeuzes;
@@ -42,7 +43,8 @@ class Blad : public testing::Test {
     platform::SystemClock klok;
     platform::RandomSource toeval{3};
     platform::DistributedNotificationCenter berichten{QString()};
-    platform::WindowServer server{klok, {.drawer = platform::DrawerChoice::Cpu, .display = {}}};
+    platform::WindowServer server{
+        klok, {.drawer = platform::DrawerChoice::Cpu, .system = systemOn(klok)}};
     std::optional<platform::Window> venster;
     std::shared_ptr<BrixtelSaverView> view;
     std::shared_ptr<InstellingenVenster> blad;
@@ -73,7 +75,7 @@ class Blad : public testing::Test {
     void toon() {
         blad = std::dynamic_pointer_cast<InstellingenVenster>(view->configureSheet());
         ASSERT_TRUE(blad);
-        bij.emplace(blad, venster->xWindow());
+        bij.emplace(blad, venster->reference());
         ASSERT_TRUE(until([this] { return blad->isActiveWindow(); }, 20'000));
     }
     void klik(const QWidget& op, QPoint plaats) const {
@@ -193,7 +195,8 @@ TEST_F(Blad, ItLiesInTheMiddleOfItsWindowAndBelongsToIt) {
     toon();
     const QByteArray ouder =
         hulp(QStringLiteral("xprop -id %1 WM_TRANSIENT_FOR").arg(blad->winId()));
-    EXPECT_TRUE(ouder.contains("0x" + QByteArray::number(venster->xWindow(), 16))) << ouder.data();
+    EXPECT_TRUE(ouder.contains("0x" + QByteArray::number(qlonglong(venster->windowNumber()), 16)))
+        << ouder.data();
     const QRectF onder = venster->frame();
     const QPointF midden(onder.center().x(), QGuiApplication::primaryScreen()->geometry().height() -
                                                  onder.center().y());

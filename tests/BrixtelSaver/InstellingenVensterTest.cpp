@@ -15,7 +15,7 @@
 #include <type_traits>
 
 #include "drawing/Thema.h"
-#include "platform/window/x11/SheetOnWindow.h"
+#include "platform/window/SheetOnWindow.h"
 #include "tests/BrixtelSaver/Instellingen.h"
 #include "tests/support/Until.h"
 
@@ -175,7 +175,7 @@ TEST_F(Venster, TheVeryButtonCountsNotOneThatLooksTheSame) {
 
 TEST_F(Venster, KlaarReportsTheMarkedModeAlsoIfItWasNotChanged) {
     const auto venster = maakMet(SaverKeuze::bol);
-    venster->orderFront(0);
+    venster->orderFront({});
     klaarKnop(*venster)->click();
     EXPECT_EQ(gemeld, std::vector{SaverKeuze::bol});
     EXPECT_FALSE(venster->isShown());
@@ -195,7 +195,7 @@ TEST_F(Venster, WithNoneMarkedItClosesWithoutReporting) {
     const auto venster = maak();
     losGroep(*venster);
     venster->knoppen()[0]->setChecked(false);
-    venster->orderFront(0);
+    venster->orderFront({});
     venster->sluit();
     EXPECT_TRUE(gemeld.empty());
     EXPECT_FALSE(venster->isShown());
@@ -211,7 +211,7 @@ TEST_F(Venster, AttachedAsASheetItsParentIsAskedToEndIt) {
     const auto venster = maak();
     Ouder ouder;
     venster->setSheetParent(&ouder);
-    venster->orderFront(0);
+    venster->orderFront({});
     venster->sluit();
     EXPECT_EQ(ouder.geeindigd, std::vector<platform::Sheet*>{venster.get()});
     // That is the parent's to do.
@@ -223,7 +223,7 @@ TEST_F(Venster, TheParentTakesItAwayAndLetsItGo) {
     const auto venster = maak();
     int weg = 0;
     venster->onOrderedOut([&] { ++weg; });
-    platform::SheetOnWindow ouder(venster, 0);
+    platform::SheetOnWindow ouder(venster, {});
     EXPECT_EQ(venster->sheetParent(), &ouder);
     EXPECT_TRUE(venster->isShown());
     venster->sluit();
@@ -236,7 +236,7 @@ TEST_F(Venster, ShownWithoutASheetParentItClosesByOrderingOut) {
     const auto venster = maak();
     int weg = 0;
     venster->onOrderedOut([&] { ++weg; });
-    venster->orderFront(0);
+    venster->orderFront({});
     EXPECT_TRUE(venster->isShown());
     venster->sluit();
     EXPECT_FALSE(venster->isShown());
@@ -247,7 +247,7 @@ TEST_F(Venster, PressingReturnReportsTheMarkedModeOnceThenEnds) {
     for (const int toets : {Qt::Key_Return, Qt::Key_Enter}) {
         gemeld.clear();
         const auto venster = maakMet(SaverKeuze::logo);
-        venster->orderFront(0);
+        venster->orderFront({});
         druk(*venster, toets, QStringLiteral("\r"));
         EXPECT_EQ(gemeld, std::vector{SaverKeuze::logo});
         EXPECT_FALSE(venster->isShown());
@@ -256,7 +256,7 @@ TEST_F(Venster, PressingReturnReportsTheMarkedModeOnceThenEnds) {
 
 TEST_F(Venster, NothingButKlaarClosesIt) {
     const auto venster = maak();
-    venster->orderFront(0);
+    venster->orderFront({});
     druk(*venster, Qt::Key_Escape);
     EXPECT_TRUE(venster->isShown());
     venster->close();  // as the window manager asks for it
@@ -268,7 +268,7 @@ TEST_F(Venster, NothingButKlaarClosesIt) {
 
 TEST_F(Venster, TheMarkedButtonHasTheKeyboardAndArrowsChoose) {
     const auto venster = maakMet(SaverKeuze::bol);
-    venster->orderFront(0);
+    venster->orderFront({});
     ASSERT_TRUE(until([&] { return venster->knoppen()[2]->hasFocus(); }));
     druk(*venster->knoppen()[2], Qt::Key_Down);
     EXPECT_EQ(aan(*venster), std::vector{3});

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "desktop/Bovenlaag.h"
+#include "tests/support/WindowSystems.h"
 
 #include <gtest/gtest.h>
 
@@ -71,7 +72,7 @@ void* zoek(const char* naam) {
 class BovenlaagTest : public testing::Test {
   protected:
     ManualClock klok;
-    WindowServer server{klok, {.drawer = {}, .display = QStringLiteral(":none")}};
+    WindowServer server{klok, {.drawer = {}, .system = withoutSystem(klok)}};
     Window eerste{server, {.frame = {0, 0, 10, 10}, .level = 1000}};
     Window tweede{server, {.frame = {20, 0, 10, 10}, .level = 1000}};
 

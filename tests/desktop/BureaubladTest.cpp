@@ -8,9 +8,10 @@
 #include "desktop/Bovenlaag.h"
 #include "desktop/MatrixCentrale.h"
 #include "desktop/MatrixView.h"
-#include "platform/window/x11/DesktopWorkspace.h"
+#include "platform/window/DesktopWorkspace.h"
 #include "tests/support/DBusDaemon.h"
 #include "tests/support/Paden.h"
+#include "tests/support/WindowSystems.h"
 
 using brixtel::Bureaublad;
 using brixtel::DrieSoort;
@@ -49,7 +50,8 @@ class Effecten : public testing::Test {
     platform::SystemClock klok;
     platform::RandomSource toeval{7};
     platform::DistributedNotificationCenter berichten{bus.address()};
-    platform::WindowServer server{klok, {.drawer = platform::DrawerChoice::Cpu, .display = {}}};
+    platform::WindowServer server{
+        klok, {.drawer = platform::DrawerChoice::Cpu, .system = systemOn(klok)}};
     platform::DesktopWorkspace werkruimte{server, berichten};
     std::optional<MatrixCentrale> centrale;
 

@@ -8,6 +8,7 @@
 #include "desktop/MatrixCentrale.h"
 #include "desktop/MatrixView.h"
 #include "tests/desktop/Werkruimte.h"
+#include "tests/support/WindowSystems.h"
 
 namespace brixtel {
 
@@ -16,7 +17,7 @@ class CentraleProef : public testing::Test {
     platform::ManualClock klok{100.0};
     platform::RandomSource toeval{3};
     Werkruimte werkruimte;
-    platform::WindowServer server{klok, {.drawer = {}, .display = QStringLiteral(":none")}};
+    platform::WindowServer server{klok, {.drawer = {}, .system = withoutSystem(klok)}};
     std::vector<platform::Screen> schermen{
         {.name = QStringLiteral("een"), .frame = {0, 0, 400, 300}, .scale = 1.0},
         {.name = QStringLiteral("twee"), .frame = {400, 0, 320, 240}, .scale = 2.0}};

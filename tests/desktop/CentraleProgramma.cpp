@@ -11,7 +11,8 @@
 
 #include "desktop/MatrixCentrale.h"
 #include "platform/time/ProcessUsage.h"
-#include "platform/window/x11/DesktopWorkspace.h"
+#include "platform/window/DesktopWorkspace.h"
+#include "tests/support/WindowSystems.h"
 
 namespace {
 
@@ -30,7 +31,7 @@ int main(int argc, char** argv) {
     platform::SystemClock klok;
     platform::RandomSource toeval(1);
     platform::DistributedNotificationCenter berichten;
-    platform::WindowServer server(klok);
+    platform::WindowServer server(klok, {.system = systemOn(klok)});
     server.onConnectionLost([] { std::_Exit(0); });
     platform::DesktopWorkspace werkruimte(server, berichten);
     MatrixCentrale centrale({.server = server, .werkruimte = werkruimte, .toeval = toeval});

@@ -5,6 +5,7 @@
 
 #include "desktop/MatrixVenster.h"
 #include "tests/desktop/Werkruimte.h"
+#include "tests/support/WindowSystems.h"
 
 using brixtel::MatrixVenster;
 using brixtel::MatrixView;
@@ -148,7 +149,7 @@ TEST_F(MatrixViewTest, WithoutAnActionInputIsSwallowed) {
 }
 
 TEST_F(MatrixViewTest, OneTrackingAreaOverTheBoundsFollowsTheView) {
-    platform::WindowServer server{klok, {.drawer = {}, .display = QStringLiteral(":none")}};
+    platform::WindowServer server{klok, {.drawer = {}, .system = withoutSystem(klok)}};
     MatrixVenster venster(server, {.frame = {0, 0, 300, 200}});
     const auto inhoud = std::make_shared<MatrixView>(QRectF(0, 0, 300, 200), klok, werkruimte);
     venster.setContentView(inhoud);
@@ -164,7 +165,7 @@ TEST_F(MatrixViewTest, OneTrackingAreaOverTheBoundsFollowsTheView) {
 }
 
 TEST_F(MatrixViewTest, ItsWindowCanAlwaysBecomeKeyAndMain) {
-    platform::WindowServer server{klok, {.drawer = {}, .display = QStringLiteral(":none")}};
+    platform::WindowServer server{klok, {.drawer = {}, .system = withoutSystem(klok)}};
     const MatrixVenster venster(server, {.frame = {0, 0, 300, 200}});
     EXPECT_TRUE(venster.canBecomeKey());
     EXPECT_TRUE(venster.canBecomeMain());

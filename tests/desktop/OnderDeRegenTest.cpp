@@ -13,9 +13,10 @@
 #include "desktop/MatrixCentrale.h"
 #include "platform/view/Frame.h"
 #include "platform/view/FrameBuilder.h"
-#include "platform/window/x11/DesktopWorkspace.h"
+#include "platform/window/DesktopWorkspace.h"
 #include "tests/desktop/Bureaublad.h"
 #include "tests/support/DBusDaemon.h"
+#include "tests/support/WindowSystems.h"
 
 using brixtel::Bureaublad;
 using brixtel::MatrixCentrale;
@@ -68,7 +69,8 @@ class OnderDeRegen : public testing::Test {
     HandKlok klok;
     platform::RandomSource toeval{7};
     platform::DistributedNotificationCenter berichten{bus.address()};
-    platform::WindowServer server{klok, {.drawer = platform::DrawerChoice::Cpu, .display = {}}};
+    platform::WindowServer server{
+        klok, {.drawer = platform::DrawerChoice::Cpu, .system = systemOn(klok)}};
     platform::DesktopWorkspace werkruimte{server, berichten};
     std::optional<MatrixCentrale> centrale;
 

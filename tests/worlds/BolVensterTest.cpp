@@ -17,6 +17,7 @@
 #include "tests/support/KeepDriver.h"
 #include "tests/support/Paden.h"
 #include "tests/support/Until.h"
+#include "tests/support/WindowSystems.h"
 #include "tests/support/Xvfb.h"
 #include "worlds/DrieWereld.h"
 
@@ -59,8 +60,9 @@ class BolVenster : public testing::Test {
         if (!platform::findTool("lsof")) GTEST_SKIP() << "no lsof here";
         ASSERT_TRUE(x_.isRunning());
         id_ = x_.makeWindow({.width = 960, .height = 600});
-        server_.emplace(klok_, platform::WindowServerOptions{.display = x_.display()});
-        venster_ = std::make_unique<platform::Window>(*server_, platform::HostWindow{.id = id_});
+        server_.emplace(klok_,
+                        platform::WindowServerOptions{.system = systemOn(klok_, x_.display())});
+        venster_ = std::make_unique<platform::Window>(*server_, hostRef(id_));
         bol_ = std::make_unique<DrieWereld>(DrieSoort::bol, brixtel::DrieWereldOpties{},
                                             brixtel::DrieWereldBronnen{.klok = klok_,
                                                                        .toeval = toeval_,

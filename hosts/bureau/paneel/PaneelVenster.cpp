@@ -8,6 +8,7 @@
 #include <QScreen>
 
 #include "controls/BX.h"
+#include "platform/window/systems/DialogFrame.h"
 
 namespace brixtel {
 
@@ -111,7 +112,7 @@ void PaneelVenster::toonSaverBlad() {
     if (saverBlad_.isOpen()) return;
     staat_->zetSaverOntbreekt(false);
     const QStringList woorden{QStringLiteral("--instellingen"),
-                              QStringLiteral("--boven=%1").arg(view_->winId())};
+                              QStringLiteral("--boven=%1").arg(platform::refOf(*view_).text)};
     staat_->zetSaverBlad(true);
     saverBlad_.toon(woorden, [this](bool goed) {
         // The panel may be closed, or be another by now.

@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include "platform/window/WindowSystem.h"
+
 namespace brixtel {
 
 using platform::View;
@@ -22,7 +24,8 @@ Voorbeeld::~Voorbeeld() {
 }
 
 void Voorbeeld::toon(QWindow& in, const QRect& plek, const Wat& wat) {
-    if (plek.isEmpty() || !server_.isConnected()) return weg();
+    if (plek.isEmpty() || !server_.isConnected() || !server_.system().capabilities().adoptsHosts)
+        return weg();
     const bool nieuw = !vak_ || vak_->parent() != &in;
     if (nieuw) {
         weg();
@@ -30,8 +33,7 @@ void Voorbeeld::toon(QWindow& in, const QRect& plek, const Wat& wat) {
         vak_->setFlag(Qt::WindowTransparentForInput);
         vak_->setGeometry(plek);
         vak_->show();
-        venster_ = std::make_unique<platform::Window>(
-            server_, platform::HostWindow{.id = static_cast<std::uint32_t>(vak_->winId())});
+        venster_ = std::make_unique<platform::Window>(server_, server_.system().hostRefOf(*vak_));
     }
     const bool andereMaat = vak_->size() != plek.size();
     vak_->setGeometry(plek);

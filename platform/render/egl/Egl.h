@@ -8,9 +8,18 @@
 #include <string>
 #include <string_view>
 
-struct xcb_connection_t;
-
 namespace platform {
+
+// A window system's display as EGL opens it.
+struct EglPlatform {
+    unsigned name = 0;                // EGL_PLATFORM_…
+    void* native = nullptr;           // the display in that platform's terms
+    const int* attributes = nullptr;  // ended by EGL_NONE; null for none
+    // Whether the window system is still at the other end; asked on any thread.
+    std::function<bool()> isConnected;
+    // Held until the driver let go of the display.
+    std::shared_ptr<void> hold;
+};
 
 // A connection to the machine's OpenGL, through EGL. Shared by the contexts and
 // surfaces made on it, which keep it alive; the driver is let go with the last.
@@ -22,17 +31,12 @@ class EglDisplay {
     // software renderer.
     [[nodiscard]] static std::shared_ptr<EglDisplay> offscreen();
 
-    // For windows of this X server. The connection stays the caller's and must
-    // outlive everything made here.
-    [[nodiscard]] static std::shared_ptr<EglDisplay> forX11(xcb_connection_t* connection,
-                                                            int screen);
+    // For windows of a window system. Its display stays the caller's and must
+    // outlive everything made here, but for what `platform.hold` holds.
+    [[nodiscard]] static std::shared_ptr<EglDisplay> on(EglPlatform platform);
 
-    // The same for drivers that know no xcb: a connection of Xlib's own, to the
-    // server that the environment names. forX11() comes here by itself. Xlib's
-    // process-wide error handler is replaced by one that ignores, since the
-    // usual one ends the program when a window has gone.
-    [[nodiscard]] static std::shared_ptr<EglDisplay> throughXlib(xcb_connection_t* connection,
-                                                                 int screen);
+    // Whether EGL is there at all and offers this before a display is open.
+    [[nodiscard]] static bool clientOffers(const char* extension);
 
     ~EglDisplay();
     EglDisplay(const EglDisplay&) = delete;
@@ -40,52 +44,56 @@ class EglDisplay {
 
     [[nodiscard]] void* handle() const { return handle_; }  // EGLDisplay
     [[nodiscard]] bool offers(std::string_view extension) const;
-    // Null where there are no windows.
-    [[nodiscard]] xcb_connection_t* connection() const { return connection_; }
-    // Whether the X server is still at the other end.
-    [[nodiscard]] bool isConnected() const;
+    // Whether there are windows, and their system still is at the other end.
+    [[nodiscard]] bool isConnected() const {
+        return platform_.isConnected && platform_.isConnected();
+    }
 
   private:
     EglDisplay() = default;
     [[nodiscard]] static std::shared_ptr<EglDisplay> initialize(void* handle);
 
     void* handle_ = nullptr;
-    xcb_connection_t* connection_ = nullptr;
-    std::shared_ptr<void> xlib_;  // Xlib's own connection, closed after the driver let go
+    EglPlatform platform_;
     std::string extensions_;
 };
 
-// What OpenGL draws into to show it in an X window, whoever made that window.
-// Belongs to the thread on which it is current. The window may vanish at any
-// time: then swapping fails or shows nothing, and nothing worse happens. The X
-// errors of that arrive on the display's connection, as events for its owner.
+// What is asked of a config to draw into a window with.
+struct EglConfigTraits {
+    int visual = 0;  // the window system's number for its pixels; 0 for none
+    int depth = 0;   // bits of the colours and of alpha together
+    int alpha = 0;   // bits of alpha alone
+};
+
+// What OpenGL draws into to show it in a window, whoever made that window. Belongs
+// to the thread on which it is current. The window may vanish at any time: then
+// swapping fails or shows nothing, and nothing worse happens.
 class EglWindowSurface {
   public:
-    // None if the window is gone, has a surface already, or is of a visual that
-    // the driver cannot draw into (then it must be made in a visual of a
-    // config's, see visualFor()).
+    // `config` is an EGLConfig of configWhere(), `native` the address of the window
+    // in the platform's terms, the caller's for the length of the call. None if the
+    // window is gone, has a surface already, or does not fit the config.
     [[nodiscard]] static std::unique_ptr<EglWindowSurface> create(
-        std::shared_ptr<EglDisplay> display, std::uint32_t window);
+        std::shared_ptr<EglDisplay> display, void* config, void* native);
     ~EglWindowSurface();
     EglWindowSurface(const EglWindowSurface&) = delete;
     EglWindowSurface& operator=(const EglWindowSurface&) = delete;
 
-    // A visual of this depth (24 or 32) that the driver draws into; 0 if none.
-    [[nodiscard]] static std::uint32_t visualFor(const EglDisplay& display, int depth);
+    // The config that fits and carries least besides the colours; null if none.
+    [[nodiscard]] static void* configWhere(const EglDisplay& display,
+                                           const std::function<bool(const EglConfigTraits&)>& fits);
+    [[nodiscard]] static EglConfigTraits traits(const EglDisplay& display, void* config);
 
     // Shows what was drawn; false if the window can no longer be drawn into, as
-    // far as the driver noticed, or the X server has gone.
+    // far as the driver noticed, or the window system has gone.
     // With an interval of 1 it may wait for the screen.
     bool swap();
     // Vertical blanks between two pictures; 0 does not wait. The surface must be
     // current.
     bool setSwapInterval(int interval);
-    // Pixels, as of the last swap. Mesa learns of a new size from the server at
-    // the first drawing after it; the window's owner, from ConfigureNotify.
+    // Pixels, as of the last swap. A driver may learn of a new size later than the
+    // window's owner does.
     [[nodiscard]] QSize size() const;
-    // How many swaps ago the picture now in the back buffer was shown; 0 when it
-    // cannot be told. The surface must be current.
-    [[nodiscard]] int bufferAge() const;
 
     [[nodiscard]] void* handle() const { return handle_; }  // EGLSurface
     [[nodiscard]] void* config() const { return config_; }  // EGLConfig
@@ -96,7 +104,6 @@ class EglWindowSurface {
     std::shared_ptr<EglDisplay> display_;
     void* handle_;
     void* config_;
-    bool tellsAge_;
 };
 
 // Says what glGetGraphicsResetStatus() would; for trying what a lost GPU brings.

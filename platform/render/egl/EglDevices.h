@@ -12,8 +12,6 @@ struct EglDevice {
     bool software = false;
 };
 
-// Whether EGL is there at all and offers this before a display is open.
-[[nodiscard]] bool eglClientOffers(const char* extension);
 // Empty where EGL cannot list them.
 [[nodiscard]] std::vector<EglDevice> eglDevices();
 // Whether the environment wants Mesa to draw on the CPU.

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <dlfcn.h>
 #include <epoxy/egl.h>
-#include <poll.h>
-#include <xcb/xcb.h>
 
 #include <cstdlib>
 #include <map>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 #include "platform/render/egl/Egl.h"
@@ -15,10 +14,6 @@
 namespace platform {
 
 namespace {
-
-// EGL_EXT_platform_xcb, which the version of epoxy at hand does not know.
-constexpr EGLenum kPlatformXcb = 0x31DC;
-constexpr EGLint kPlatformXcbScreen = 0x31DE;
 
 // A driver hands out one display for one connection however often it is asked,
 // and shutting it down shuts it down for all. So it is counted.
@@ -50,33 +45,6 @@ class Openings {
     std::map<EGLDisplay, int> counts_;
 };
 
-// The few calls of Xlib that a driver without xcb costs. Looked up by name: no
-// other machine needs the library.
-struct Xlib {
-    using Handler = int (*)(void*, void*);
-    using ExitHandler = void (*)(void*, void*);
-    void* library = dlopen("libX11.so.6", RTLD_LAZY | RTLD_LOCAL);
-    int (*initThreads)() = find<int (*)()>("XInitThreads");
-    void* (*open)(const char*) = find<void* (*)(const char*)>("XOpenDisplay");
-    int (*close)(void*) = find<int (*)(void*)>("XCloseDisplay");
-    Handler (*onError)(Handler) = find<Handler (*)(Handler)>("XSetErrorHandler");
-    void (*onExit)(void*, ExitHandler,
-                   void*) = find<void (*)(void*, ExitHandler, void*)>("XSetIOErrorExitHandler");
-
-    template <typename F>
-    F find(const char* name) const {
-        return library ? reinterpret_cast<F>(dlsym(library, name)) : nullptr;
-    }
-    [[nodiscard]] bool isComplete() const {
-        return initThreads && open && close && onError && onExit;
-    }
-};
-
-const Xlib& xlib() {
-    static const Xlib library;
-    return library;
-}
-
 bool isEglPresent() {
     // Epoxy ends the program where the library is missing.
     static const bool present = dlopen("libEGL.so.1", RTLD_LAZY | RTLD_LOCAL) != nullptr;
@@ -85,16 +53,16 @@ bool isEglPresent() {
 
 }  // namespace
 
-bool eglClientOffers(const char* extension) {
+bool EglDisplay::clientOffers(const char* extension) {
     if (!isEglPresent()) return false;
     const char* const all = eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS);
     return all && epoxy_extension_in_string(all, extension);
 }
 
 std::vector<EglDevice> eglDevices() {
-    const bool listed =
-        eglClientOffers("EGL_EXT_device_enumeration") && eglClientOffers("EGL_EXT_device_query");
-    if (!listed && !eglClientOffers("EGL_EXT_device_base")) return {};
+    const bool listed = EglDisplay::clientOffers("EGL_EXT_device_enumeration") &&
+                        EglDisplay::clientOffers("EGL_EXT_device_query");
+    if (!listed && !EglDisplay::clientOffers("EGL_EXT_device_base")) return {};
     EGLint count = 0;
     if (!eglQueryDevicesEXT(0, nullptr, &count) || count <= 0) return {};
     std::vector<EGLDeviceEXT> handles(static_cast<std::size_t>(count));
@@ -131,10 +99,10 @@ EglDisplay::~EglDisplay() {
 }
 
 std::shared_ptr<EglDisplay> EglDisplay::offscreen() {
-    if (!eglClientOffers("EGL_EXT_platform_base")) return nullptr;
+    if (!EglDisplay::clientOffers("EGL_EXT_platform_base")) return nullptr;
     // Devices first: asked for no platform at all, a machine that has a GPU's own
     // driver beside Mesa answers with Mesa's software.
-    const bool devices = eglClientOffers("EGL_EXT_platform_device");
+    const bool devices = EglDisplay::clientOffers("EGL_EXT_platform_device");
     const auto onDevice = [&](bool software) -> std::shared_ptr<EglDisplay> {
         for (const EglDevice& device : eglDevices()) {
             if (device.software != software) continue;
@@ -147,7 +115,7 @@ std::shared_ptr<EglDisplay> EglDisplay::offscreen() {
     if (devices && !isSoftwareForced()) {
         if (auto display = onDevice(false)) return display;
     }
-    if (eglClientOffers("EGL_MESA_platform_surfaceless")) {
+    if (EglDisplay::clientOffers("EGL_MESA_platform_surfaceless")) {
         void* const handle =
             eglGetPlatformDisplayEXT(EGL_PLATFORM_SURFACELESS_MESA, nullptr, nullptr);
         if (auto display = initialize(handle)) return display;
@@ -155,38 +123,15 @@ std::shared_ptr<EglDisplay> EglDisplay::offscreen() {
     return devices ? onDevice(true) : nullptr;
 }
 
-std::shared_ptr<EglDisplay> EglDisplay::forX11(xcb_connection_t* connection, int screen) {
-    if (!eglClientOffers("EGL_EXT_platform_base")) return nullptr;
-    if (!eglClientOffers("EGL_EXT_platform_xcb")) return throughXlib(connection, screen);
-    const EGLint attributes[] = {kPlatformXcbScreen, screen, EGL_NONE};
-    auto display = initialize(eglGetPlatformDisplayEXT(kPlatformXcb, connection, attributes));
-    if (display) display->connection_ = connection;
-    return display;
-}
-
-std::shared_ptr<EglDisplay> EglDisplay::throughXlib(xcb_connection_t* connection, int screen) {
-    if (!eglClientOffers("EGL_EXT_platform_base") || !eglClientOffers("EGL_EXT_platform_x11") ||
-        !xlib().isComplete())
-        return nullptr;
-    xlib().initThreads();
-    void* const server = xlib().open(nullptr);
-    if (!server) return nullptr;
-    const std::shared_ptr<void> owner(server, [](void* opened) { xlib().close(opened); });
-    xlib().onError([](void*, void*) { return 0; });
-    xlib().onExit(
-        server, [](void*, void*) {}, nullptr);
-    const EGLint attributes[] = {EGL_PLATFORM_X11_SCREEN_EXT, screen, EGL_NONE};
-    auto display = initialize(eglGetPlatformDisplayEXT(EGL_PLATFORM_X11_EXT, server, attributes));
+std::shared_ptr<EglDisplay> EglDisplay::on(EglPlatform platform) {
+    if (!clientOffers("EGL_EXT_platform_base")) return nullptr;
+    auto display =
+        initialize(eglGetPlatformDisplayEXT(platform.name, platform.native, platform.attributes));
     if (!display) return nullptr;
-    display->connection_ = connection;
-    display->xlib_ = owner;
+    platform.native = nullptr;
+    platform.attributes = nullptr;
+    display->platform_ = std::move(platform);
     return display;
-}
-
-bool EglDisplay::isConnected() const {
-    if (!connection_ || xcb_connection_has_error(connection_)) return false;
-    pollfd socket{.fd = xcb_get_file_descriptor(connection_), .events = 0, .revents = 0};
-    return poll(&socket, 1, 0) == 0;
 }
 
 bool EglDisplay::offers(std::string_view extension) const {

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <string>
-
-struct xcb_connection_t;
 
 namespace platform {
 
@@ -12,16 +11,13 @@ struct RendererKind {
     bool software = false;  // OpenGL would draw on the CPU
 };
 
-// Tells whether OpenGL on this X server would be software, without starting it:
+// Tells whether OpenGL for windows would be software, without starting it:
 // Mesa's software renderer alone costs a process some 55 MB and 35 ms before it
 // has drawn anything, and whoever finds it will rather draw without OpenGL.
 //
 // Software is what it finds to be certain, in this order, each costing more:
 //  1. The environment asks for it, or there is no EGL at all.
-//  2. The X server offers neither DRI3 nor DRI2, by which it shares a GPU, nor
-//     NV-GLX, which stands for a driver that goes its own way: Xvfb, VNC and
-//     remote servers, and Xorg and Xwayland on machines without a GPU, since
-//     these offer none of them when their own drawing is software. One round
+//  2. The window system shares no GPU with programs, as it says itself. One round
 //     trip.
 //  3. EGL lists devices, and all of them are software: no graphics device is
 //     open to this process, as in a container. 2 ms and 2 MB, which OpenGL
@@ -30,16 +26,16 @@ struct RendererKind {
 // driver is broken; whoever then makes a context learns it from
 // GlContext::isSoftware().
 //
-// Without a connection only the first and the last are asked, for drawing off
-// screen. From any thread.
-[[nodiscard]] RendererKind probeRenderer(xcb_connection_t* connection);
+// `sharesGpu` asks the window system, at most once; without it only the first and
+// the last are asked, for drawing off screen. From any thread.
+[[nodiscard]] RendererKind probeRenderer(const std::function<bool()>& sharesGpu);
 
 // What the probe found, apart, so that its judgement can be tested.
 struct RendererSigns {
     bool forced = false;      // the environment wants software
     bool egl = true;          // there is EGL
-    bool server = false;      // an X server was asked
-    bool sharesGpu = false;   // it offers an extension by which a GPU is shared
+    bool server = false;      // a window system was asked
+    bool sharesGpu = false;   // it shares a GPU with programs
     int devices = 0;          // that EGL lists; 0 if it cannot
     int softwareDevices = 0;  // of them
 };

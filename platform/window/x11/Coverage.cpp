@@ -5,7 +5,6 @@
 
 #include <QRegion>
 #include <algorithm>
-#include <string_view>
 
 namespace platform {
 
@@ -17,25 +16,6 @@ constexpr double kCovered = 0.25;
 constexpr double kTolerance = 0.1;
 // More windows than that above one: nobody will mind a few frames.
 constexpr int kMost = 256;
-
-// The reply to a request, without its error among the events.
-template <typename Reply, typename Cookie>
-XcbReply<Reply> answer(xcb_connection_t* connection, Cookie cookie,
-                       Reply* (*wait)(xcb_connection_t*, Cookie, xcb_generic_error_t**)) {
-    xcb_generic_error_t* error = nullptr;
-    XcbReply<Reply> reply(wait(connection, cookie, &error));
-    std::free(error);
-    return reply;
-}
-
-xcb_atom_t opacityAtom(xcb_connection_t* connection) {
-    constexpr std::string_view kName = "_NET_WM_WINDOW_OPACITY";
-    const auto reply = answer<xcb_intern_atom_reply_t>(
-        connection,
-        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(kName.size()), kName.data()),
-        xcb_intern_atom_reply);
-    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-}
 
 bool knowsShapes(xcb_connection_t* connection) {
     const auto* const extension = xcb_get_extension_data(connection, &xcb_shape_id);
@@ -52,16 +32,11 @@ struct Asked {
 
 // The rectangle of the root that a window hides; empty where it hides nothing.
 QRect hiddenBy(xcb_connection_t* connection, const Asked& asked, bool shapes) {
-    const auto attributes = answer<xcb_get_window_attributes_reply_t>(
-        connection, asked.attributes, xcb_get_window_attributes_reply);
-    const auto geometry =
-        answer<xcb_get_geometry_reply_t>(connection, asked.geometry, xcb_get_geometry_reply);
-    const auto opacity =
-        answer<xcb_get_property_reply_t>(connection, asked.opacity, xcb_get_property_reply);
+    const auto attributes = answer(connection, asked.attributes, xcb_get_window_attributes_reply);
+    const auto geometry = answer(connection, asked.geometry, xcb_get_geometry_reply);
+    const auto opacity = answer(connection, asked.opacity, xcb_get_property_reply);
     XcbReply<xcb_shape_query_extents_reply_t> shape;
-    if (shapes)
-        shape = answer<xcb_shape_query_extents_reply_t>(connection, asked.shape,
-                                                        xcb_shape_query_extents_reply);
+    if (shapes) shape = answer(connection, asked.shape, xcb_shape_query_extents_reply);
     if (!attributes || !geometry || attributes->map_state != XCB_MAP_STATE_VIEWABLE ||
         attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT || geometry->depth == 32)
         return {};
@@ -76,14 +51,12 @@ std::vector<xcb_window_t> above(xcb_connection_t* connection, xcb_window_t windo
                                 xcb_window_t root) {
     xcb_window_t top = window;
     for (xcb_window_t at = window; at != root;) {
-        const auto tree = answer<xcb_query_tree_reply_t>(connection, xcb_query_tree(connection, at),
-                                                         xcb_query_tree_reply);
+        const auto tree = answer(connection, xcb_query_tree(connection, at), xcb_query_tree_reply);
         if (!tree) return {};
         top = std::exchange(at, tree->parent);
         if (at == XCB_NONE) return {};
     }
-    const auto tree = answer<xcb_query_tree_reply_t>(connection, xcb_query_tree(connection, root),
-                                                     xcb_query_tree_reply);
+    const auto tree = answer(connection, xcb_query_tree(connection, root), xcb_query_tree_reply);
     if (!tree) return {};
     const xcb_window_t* const first = xcb_query_tree_children(tree.get());
     const xcb_window_t* const last = first + xcb_query_tree_children_length(tree.get());
@@ -94,16 +67,15 @@ std::vector<xcb_window_t> above(xcb_connection_t* connection, xcb_window_t windo
 
 }  // namespace
 
-bool isCovered(xcb_connection_t* connection, xcb_window_t window) {
+bool isCovered(const XConnection& over, xcb_window_t window) {
+    xcb_connection_t* const connection = over.get();
     const auto look = lookAt(connection, window);
     if (!look || !look->viewable) return false;
-    const auto corner = answer<xcb_translate_coordinates_reply_t>(
-        connection, xcb_translate_coordinates(connection, window, look->root, 0, 0),
-        xcb_translate_coordinates_reply);
-    const auto screen = answer<xcb_get_geometry_reply_t>(
-        connection, xcb_get_geometry(connection, look->root), xcb_get_geometry_reply);
+    const auto corner = over.cornerOf(window, look->root);
+    const auto screen =
+        answer(connection, xcb_get_geometry(connection, look->root), xcb_get_geometry_reply);
     if (!corner || !screen) return false;
-    const xcb_atom_t opacity = opacityAtom(connection);
+    const xcb_atom_t opacity = over.atom("_NET_WM_WINDOW_OPACITY");
     const bool shapes = knowsShapes(connection);
     std::vector<Asked> all;
     for (const xcb_window_t other : above(connection, window, look->root)) {
@@ -115,7 +87,7 @@ bool isCovered(xcb_connection_t* connection, xcb_window_t window) {
         if (shapes) asked.shape = xcb_shape_query_extents(connection, other);
         all.push_back(asked);
     }
-    QRegion seen = QRect(corner->dst_x, corner->dst_y, look->width, look->height) &
+    QRegion seen = QRect(*corner, QSize(look->width, look->height)) &
                    QRect(0, 0, screen->width, screen->height);
     const bool onScreen = !seen.isEmpty();
     for (const Asked& asked : all)
@@ -154,7 +126,7 @@ void CoverageWatch::look() {
         std::vector<Finding> findings;
         for (const xcb_window_t window : windows)
             if (connection_->isAlive())
-                findings.push_back({window, isCovered(connection_->get(), window)});
+                findings.push_back({window, isCovered(*connection_, window)});
         runOnMainQueue([weak, findings = std::move(findings)] {
             if (const auto self = weak.lock()) (*self)->found(findings);
         });

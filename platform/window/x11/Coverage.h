@@ -15,12 +15,13 @@ namespace platform {
 // stack, that together reach over all of it that is on screen. A window deep
 // enough to be seen through, shaped, or made transparent hides nothing. Waits
 // for the server.
-[[nodiscard]] bool isCovered(xcb_connection_t* connection, xcb_window_t window);
+[[nodiscard]] bool isCovered(const XConnection& connection, xcb_window_t window);
 
 // Looks every so often which windows are covered. The X server says so by
 // itself of some, but never of those whose picture it keeps apart: with a
 // compositor all of them, and without one those of 32 bits. Looks over a
-// connection of its own, in the background. Rests at first. Main thread.
+// connection of its own, in the background. Rests at first. Owned by the
+// X11System. Main thread.
 class CoverageWatch {
   public:
     struct Actions {

@@ -33,7 +33,8 @@ CpuSurface::CpuSurface(const Options& options, std::unique_ptr<XConnection> conn
       connection_(std::move(connection)),
       depth_(look.depth),
       format_(std::move(format)),
-      context_(xcb_generate_id(connection_->get())) {
+      context_(xcb_generate_id(connection_->get())),
+      painter_({.resetStatus = options.resetStatus}) {
     xcb_connection_t* const c = connection_->get();
     const std::uint32_t none = 0;
     xcb_create_gc(c, context_, options.window, XCB_GC_GRAPHICS_EXPOSURES, &none);
@@ -73,62 +74,13 @@ Surface::Result CpuSurface::draw(const Frame& frame, std::span<const QRect> dama
     std::uint32_t* const pixels = picture_.empty() && shared_
                                       ? reinterpret_cast<std::uint32_t*>(shared_->data())
                                       : picture_.data();
-    paint(frame, damage, {.pixels = pixels, .stride = size_.width(), .size = size_});
+    painter_.paint(frame, damage, {.pixels = pixels, .stride = size_.width(), .size = size_});
     if (shared_ && !format_.isNative())
         for (const QRect& rect : damage)
             format_.convert(picture_.data(), size_.width(), rect, shared_->data(), size_.width(),
                             rect.topLeft());
     show(damage);
     return state();
-}
-
-void CpuSurface::paint(const Frame& frame, std::span<const QRect> damage,
-                       const PixelBuffer& picture) {
-    showsScene_ = false;
-    std::optional<Rgba> background = frame.background;
-    for (std::size_t i = firstVisiblePass(frame); i < frame.passes.size(); ++i) {
-        const FramePass& pass = frame.passes[i];
-        if (pass.scene.isShown) {
-            paintScene(frame, pass.scene, picture);
-            background.reset();
-        }
-        if (!pass.layers.items.empty() || background)
-            drawer_.draw(pass.layers, frame.grid, damage, background, picture);
-        background.reset();
-    }
-}
-
-void CpuSurface::paintScene(const Frame& frame, const SceneFrame& scene,
-                            const PixelBuffer& picture) {
-    showsScene_ = scene.hasScene;
-    if (scene.hasScene && !stage_ && !failsScenes_)
-        stage_ = SceneStage::inMemory(options_.resetStatus);
-    const auto draws = [&] { return stage_ && stage_->draw(scene, frame.grid, picture); };
-    const bool drawn = draws() || (renewStage() && draws());
-    if (scene.hasScene) failsScenes_ = !drawn;
-    if (drawn) return;
-    const QRect rect = frame.grid.snap(scene.frame) & QRect(QPoint(0, 0), picture.size);
-    drawer_.draw(DisplayList(), frame.grid, {&rect, 1}, scene.background, picture);
-}
-
-bool CpuSurface::renewStage() {
-    if (!stage_ || !GlContext::isCurrentLost() || std::exchange(renewed_, true)) return false;
-    stage_.reset();
-    stage_ = SceneStage::inMemory(options_.resetStatus);
-    return stage_ != nullptr;
-}
-
-const QString& CpuSurface::drawer() const {
-    static const QString own = QStringLiteral("cpu");
-    return showsScene_ && stage_ ? stage_->rendererName() : own;
-}
-
-int CpuSurface::rung() const {
-    return showsScene_ && stage_ ? stage_->rung() : 0;
-}
-
-void CpuSurface::frameTook(double seconds) {
-    if (showsScene_ && stage_) stage_->frameTook(seconds);
 }
 
 Surface::Result CpuSurface::repair(const Frame&, std::span<const QRect> lost) {
@@ -202,11 +154,11 @@ Surface::Result CpuSurface::finish() {
 }
 
 void CpuSurface::take(const xcb_generic_event_t& event) {
-    if (completion_ != 0 && (event.response_type & 0x7f) == completion_) copying_ = false;
+    if (completion_ != 0 && typeOf(event) == completion_) copying_ = false;
     if (event.response_type != 0) return;
     // A request that was refused reads nothing; its answer never comes.
     copying_ = copying_ && !shared_;
-    const auto& error = reinterpret_cast<const xcb_generic_error_t&>(event);
+    const auto& error = as<xcb_generic_error_t>(event);
     if (tellsOfNoWindow(error)) windowGone_ = true;
 }
 

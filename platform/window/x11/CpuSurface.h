@@ -5,8 +5,7 @@
 
 #include <vector>
 
-#include "platform/render/cpu/CpuDrawer.h"
-#include "platform/window/SceneStage.h"
+#include "platform/window/PicturePainter.h"
 #include "platform/window/Surface.h"
 #include "platform/window/x11/PixelFormat.h"
 #include "platform/window/x11/ShmImage.h"
@@ -34,20 +33,16 @@ class CpuSurface final : public Surface {
     Result draw(const Frame& frame, std::span<const QRect> damage) override;
     Result repair(const Frame& frame, std::span<const QRect> lost) override;
     Result finish() override;
-    [[nodiscard]] const QString& drawer() const override;
-    [[nodiscard]] int rung() const override;
-    [[nodiscard]] bool failsScenes() const override { return showsScene_ && failsScenes_; }
-    void frameTook(double seconds) override;
+    [[nodiscard]] const QString& drawer() const override { return painter_.drawer(); }
+    [[nodiscard]] int rung() const override { return painter_.rung(); }
+    [[nodiscard]] bool failsScenes() const override { return painter_.failsScenes(); }
+    void frameTook(double seconds) override { painter_.frameTook(seconds); }
 
   private:
     CpuSurface(const Options& options, std::unique_ptr<XConnection> connection,
                const WindowLook& look, PixelFormat format);
 
     void resize(QSize size);
-    void paint(const Frame& frame, std::span<const QRect> damage, const PixelBuffer& picture);
-    void paintScene(const Frame& frame, const SceneFrame& scene, const PixelBuffer& picture);
-    // Where the one there was is lost; once.
-    bool renewStage();
     void show(std::span<const QRect> rects);
     void putShared(const QRect& rect, bool last);
     void putOverConnection(const QRect& rect);
@@ -65,12 +60,7 @@ class CpuSurface final : public Surface {
     const xcb_gcontext_t context_;
     std::size_t largestPut_;  // bytes of pixels in one request
 
-    CpuDrawer drawer_;
-    // Made for the first scene.
-    std::unique_ptr<SceneStage> stage_;
-    bool failsScenes_ = false;
-    bool renewed_ = false;
-    bool showsScene_ = false;
+    PicturePainter painter_;
     QSize size_;
     // The picture in the window's format, where there is shared memory; and in
     // ours, unless that is the same.

@@ -10,19 +10,19 @@ namespace {
 // Of which window an event that windows are listened to for tells; 0 for other
 // events.
 xcb_window_t windowOf(const xcb_generic_event_t& event) {
-    switch (event.response_type & 0x7f) {
+    switch (typeOf(event)) {
         case XCB_CONFIGURE_NOTIFY:
-            return reinterpret_cast<const xcb_configure_notify_event_t&>(event).window;
+            return as<xcb_configure_notify_event_t>(event).window;
         case XCB_DESTROY_NOTIFY:
-            return reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window;
+            return as<xcb_destroy_notify_event_t>(event).window;
         case XCB_MAP_NOTIFY:
-            return reinterpret_cast<const xcb_map_notify_event_t&>(event).window;
+            return as<xcb_map_notify_event_t>(event).window;
         case XCB_UNMAP_NOTIFY:
-            return reinterpret_cast<const xcb_unmap_notify_event_t&>(event).window;
+            return as<xcb_unmap_notify_event_t>(event).window;
         case XCB_EXPOSE:
-            return reinterpret_cast<const xcb_expose_event_t&>(event).window;
+            return as<xcb_expose_event_t>(event).window;
         case XCB_VISIBILITY_NOTIFY:
-            return reinterpret_cast<const xcb_visibility_notify_event_t&>(event).window;
+            return as<xcb_visibility_notify_event_t>(event).window;
         default:
             return XCB_NONE;
     }
@@ -35,14 +35,6 @@ EventConnection::EventConnection(const QString& display) : connection_(display) 
     notifier_ =
         std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(get()), QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] { read(); });
-}
-
-xcb_window_t EventConnection::root() const {
-    if (!isAlive()) return XCB_NONE;
-    auto screens = xcb_setup_roots_iterator(xcb_get_setup(get()));
-    for (int i = 0; i < connection_.screenNumber() && screens.rem > 1; ++i)
-        xcb_screen_next(&screens);
-    return screens.data->root;
 }
 
 void EventConnection::listen(xcb_window_t window, Handler handler) {
@@ -76,7 +68,7 @@ void EventConnection::handle(const xcb_generic_event_t& event) {
     xcb_destroy_notify_event_t gone{};
     const xcb_generic_event_t* told = &event;
     if (event.response_type == 0) {
-        const auto& error = reinterpret_cast<const xcb_generic_error_t&>(event);
+        const auto& error = as<xcb_generic_error_t>(event);
         if (!tellsOfNoWindow(error)) return;
         gone.response_type = XCB_DESTROY_NOTIFY;
         gone.window = error.resource_id;

@@ -10,12 +10,14 @@
 namespace platform {
 
 // The connection over which the main thread hears of the windows it draws in.
+// Owned by the X11System. Main thread.
 class EventConnection {
   public:
     explicit EventConnection(const QString& display);
 
     [[nodiscard]] xcb_connection_t* get() const { return connection_.get(); }
-    [[nodiscard]] xcb_window_t root() const;
+    [[nodiscard]] const XConnection& connection() const { return connection_; }
+    [[nodiscard]] xcb_window_t root() const { return connection_.root(); }
     [[nodiscard]] bool isAlive() const { return connection_.isAlive(); }
 
     // Hands the window's structure, exposure and visibility events to the

@@ -5,21 +5,13 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScreen>
-#include <array>
-#include <string_view>
+#include <utility>
 
-#include "platform/window/x11/ScreenSpace.h"
-#include "platform/window/x11/Xcb.h"
+#include "platform/window/ScreenSpace.h"
 
 namespace platform {
 
 namespace {
-
-// Qt's own connection: what goes over it comes in order with Qt's requests.
-xcb_connection_t* qtConnection() {
-    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return x11 ? x11->connection() : nullptr;
-}
 
 Qt::WindowFlags flagsFor(const WindowOptions& options, bool takesKeys) {
     Qt::WindowFlags flags = Qt::Window;
@@ -30,21 +22,11 @@ Qt::WindowFlags flagsFor(const WindowOptions& options, bool takesKeys) {
     return flags;
 }
 
-void setCardinal(xcb_connection_t* connection, xcb_window_t window, std::string_view name,
-                 std::uint32_t value) {
-    const XcbReply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
-        connection,
-        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data()),
-        nullptr));
-    if (atom)
-        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, atom->atom,
-                            XCB_ATOM_CARDINAL, 32, 1, &value);
-}
-
 }  // namespace
 
-OwnWindow::OwnWindow(const WindowOptions& options, bool takesKeys, OwnWindowDelegate& delegate)
-    : options_(options), delegate_(delegate) {
+OwnWindow::OwnWindow(const WindowOptions& options, bool takesKeys, NativeWindowDelegate& delegate,
+                     std::function<void()> keyboardLost)
+    : options_(options), delegate_(delegate), keyboardLost_(std::move(keyboardLost)) {
     QSurfaceFormat format;
     format.setAlphaBufferSize(options.opaque ? 0 : 8);
     setFormat(format);
@@ -59,27 +41,28 @@ OwnWindow::OwnWindow(const WindowOptions& options, bool takesKeys, OwnWindowDele
 OwnWindow::~OwnWindow() = default;
 
 std::uint32_t OwnWindow::xWindow() {
-    xcb_connection_t* const connection = qtConnection();
+    const XConnection* const connection = XConnection::ofQt();
     if (!connection) return 0;
     const bool made = handle() != nullptr;
     const auto window = static_cast<std::uint32_t>(winId());
-    if (!made) prepare(connection, window);
+    if (!made) prepare(*connection, window);
     return window;
 }
 
-void OwnWindow::prepare(xcb_connection_t* connection, xcb_window_t window) {
+void OwnWindow::prepare(const XConnection& connection, xcb_window_t window) {
     // Shown by the server itself the moment the window is, before any drawing.
     // In a deep visual all bits but alpha's may be 0, and alpha's must be 1.
     const std::uint32_t background = options_.opaque ? 0xff000000U : 0U;
-    xcb_change_window_attributes(connection, window, XCB_CW_BACK_PIXEL, &background);
+    xcb_change_window_attributes(connection.get(), window, XCB_CW_BACK_PIXEL, &background);
     if (options_.collectionBehavior & CanJoinAllSpaces)
-        setCardinal(connection, window, "_NET_WM_DESKTOP", 0xffffffff);
-    if (!options_.hasShadow) setCardinal(connection, window, "_COMPTON_SHADOW", 0);
+        connection.setCardinal(window, "_NET_WM_DESKTOP", 0xffffffff);
+    if (!options_.hasShadow) connection.setCardinal(window, "_COMPTON_SHADOW", 0);
     // A compositor that stopped for a full-screen window below would leave this
     // one nothing to be seen through by.
-    if (!options_.opaque) setCardinal(connection, window, "_NET_WM_BYPASS_COMPOSITOR", 2);
+    if (!options_.opaque) connection.setCardinal(window, "_NET_WM_BYPASS_COMPOSITOR", 2);
     // Other connections are about to name this window.
-    std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    (void)answer(connection.get(), xcb_get_input_focus(connection.get()),
+                 xcb_get_input_focus_reply);
 }
 
 void OwnWindow::show() {
@@ -93,26 +76,18 @@ void OwnWindow::show() {
 
 void OwnWindow::takeKeys() {
     requestActivate();
-    xcb_connection_t* const connection = qtConnection();
+    const XConnection* const connection = XConnection::ofQt();
     if (options_.level == 0 || !connection) return;
     // No window manager will see to this one.
-    xcb_set_input_focus(connection, XCB_INPUT_FOCUS_PARENT, xWindow(), XCB_CURRENT_TIME);
-    xcb_flush(connection);
-}
-
-void OwnWindow::flush() {
-    if (xcb_connection_t* const connection = qtConnection()) xcb_flush(connection);
-}
-
-void OwnWindow::setIgnoresMouse(bool ignores) {
-    setFlag(Qt::WindowTransparentForInput, ignores);
+    xcb_set_input_focus(connection->get(), XCB_INPUT_FOCUS_PARENT, xWindow(), XCB_CURRENT_TIME);
+    connection->flush();
 }
 
 bool OwnWindow::event(QEvent* event) {
     // There are no controls in here for Qt to tell the accessibility bus of, for
     // which it would make everyone wait while a session bus hangs.
     const bool focus = event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut;
-    if (event->type() == QEvent::FocusOut) delegate_.keysLost();
+    if (event->type() == QEvent::FocusOut) keyboardLost_();
     if (focus) return true;
     if (event->type() != QEvent::Close) return QWindow::event(event);
     event->ignore();
@@ -134,7 +109,7 @@ MouseEvent OwnWindow::from(const QMouseEvent& event) const {
 }
 
 void OwnWindow::mousePressEvent(QMouseEvent* event) {
-    using Mouse = OwnWindowDelegate::Mouse;
+    using Mouse = NativeWindowDelegate::Mouse;
     const Mouse what = event->button() == Qt::LeftButton    ? Mouse::LeftDown
                        : event->button() == Qt::RightButton ? Mouse::RightDown
                                                             : Mouse::OtherDown;
@@ -142,7 +117,7 @@ void OwnWindow::mousePressEvent(QMouseEvent* event) {
 }
 
 void OwnWindow::mouseMoveEvent(QMouseEvent* event) {
-    delegate_.mouse(OwnWindowDelegate::Mouse::Moved, from(*event));
+    delegate_.mouse(NativeWindowDelegate::Mouse::Moved, from(*event));
 }
 
 }  // namespace platform

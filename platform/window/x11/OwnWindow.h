@@ -1,46 +1,31 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <xcb/xcb.h>
-
 #include <QWindow>
 #include <cstdint>
+#include <functional>
 
-#include "platform/view/Events.h"
-#include "platform/window/Window.h"
+#include "platform/window/NativeWindow.h"
+#include "platform/window/x11/Xcb.h"
 
 namespace platform {
 
-// Who an own window tells of what it gets.
-class OwnWindowDelegate {
-  public:
-    virtual ~OwnWindowDelegate() = default;
-    enum class Mouse { LeftDown, RightDown, OtherDown, Moved };
-    virtual void keyDown(const KeyEvent& event) = 0;
-    virtual void mouse(Mouse what, const MouseEvent& event) = 0;
-    virtual void closeAsked() = 0;
-    // Another window, maybe another program's, has the keyboard now.
-    virtual void keysLost() = 0;
-};
-
 // A window of the program's own: Qt makes it and brings its input, and draws
-// nothing in it. Main thread, under a QGuiApplication.
+// nothing in it. Owned by its native window. Main thread, under a QGuiApplication.
 class OwnWindow final : public QWindow {
   public:
-    OwnWindow(const WindowOptions& options, bool takesKeys, OwnWindowDelegate& delegate);
+    // `keyboardLost` is called when another window, maybe another program's, gets
+    // the keyboard.
+    OwnWindow(const WindowOptions& options, bool takesKeys, NativeWindowDelegate& delegate,
+              std::function<void()> keyboardLost);
     ~OwnWindow() override;
 
-    // The X window; 0 where the desktop is not X.
+    // The X window, made on the first call; 0 where Qt is not on X.
     [[nodiscard]] std::uint32_t xWindow();
 
     void show();
-    // Of one that is shown.
+    // For a window that is shown.
     void takeKeys();
-    void setIgnoresMouse(bool ignores);
-
-    // Sends what was asked for so far. Qt does so only when something comes in,
-    // and where nothing moves nothing may for long.
-    static void flush();
 
   protected:
     bool event(QEvent* event) override;
@@ -50,10 +35,11 @@ class OwnWindow final : public QWindow {
 
   private:
     [[nodiscard]] MouseEvent from(const QMouseEvent& event) const;
-    void prepare(xcb_connection_t* connection, xcb_window_t window);
+    void prepare(const XConnection& connection, xcb_window_t window);
 
     const WindowOptions options_;
-    OwnWindowDelegate& delegate_;
+    NativeWindowDelegate& delegate_;
+    const std::function<void()> keyboardLost_;
 };
 
 }  // namespace platform

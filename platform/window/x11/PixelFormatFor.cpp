@@ -71,10 +71,7 @@ std::vector<PixelFormat::PaletteColour> takeColours(xcb_connection_t* connection
                            static_cast<std::uint8_t>(c.blue >> 8)});
     };
     for (const auto cookie : asked) {
-        xcb_generic_error_t* full = nullptr;
-        const XcbReply<xcb_alloc_color_reply_t> reply(
-            xcb_alloc_color_reply(connection, cookie, &full));
-        std::free(full);
+        const auto reply = answer(connection, cookie, xcb_alloc_color_reply);
         if (reply) add(reply->pixel, *reply);
     }
     return colours;
@@ -86,11 +83,9 @@ void addPresentColours(xcb_connection_t* connection, xcb_colormap_t table, unsig
     std::vector<std::uint32_t> pixels;
     for (std::uint32_t i = 0; i < entries; ++i)
         pixels.push_back(i);
-    const auto cookie = xcb_query_colors(connection, table, entries, pixels.data());
-    xcb_generic_error_t* error = nullptr;
-    const XcbReply<xcb_query_colors_reply_t> reply(
-        xcb_query_colors_reply(connection, cookie, &error));
-    std::free(error);
+    const auto reply =
+        answer(connection, xcb_query_colors(connection, table, entries, pixels.data()),
+               xcb_query_colors_reply);
     if (!reply) return;
     const xcb_rgb_t* const found = xcb_query_colors_colors(reply.get());
     const int count = xcb_query_colors_colors_length(reply.get());

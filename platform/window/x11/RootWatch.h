@@ -12,8 +12,8 @@
 namespace platform {
 
 // What the rest of the desktop does, as the root window of an X server tells it,
-// over a connection of its own. Without a server everything is absent. Main
-// thread.
+// over a connection of its own. Without a server everything is absent. Owned by
+// the X11System. Main thread.
 class RootWatch {
   public:
     // To the environment's display where `display` is empty.
@@ -22,9 +22,9 @@ class RootWatch {
     RootWatch& operator=(const RootWatch&) = delete;
 
     [[nodiscard]] bool isAlive() const { return connection_.isAlive(); }
+    [[nodiscard]] const XConnection& connection() const { return connection_; }
     [[nodiscard]] xcb_connection_t* get() const { return connection_.get(); }
     [[nodiscard]] xcb_window_t root() const { return root_; }
-    [[nodiscard]] xcb_atom_t atom(const char* name) const;
 
     enum class Change {
         Stack,         // a top level window came, went or was moved
@@ -46,12 +46,12 @@ class RootWatch {
     // Whether the server can hide the pointer, and tells who manages selections.
     [[nodiscard]] bool hasFixes() const { return selectionEvent_ != 0; }
 
-    // The first number of a property; 0 where it is absent or none.
-    [[nodiscard]] std::uint32_t property(xcb_window_t window, xcb_atom_t name) const {
+    // The first number of a property; none where it is absent, and 0 in the second.
+    [[nodiscard]] std::optional<std::uint32_t> find(xcb_window_t window,
+                                                    std::string_view name) const;
+    [[nodiscard]] std::uint32_t property(xcb_window_t window, std::string_view name) const {
         return find(window, name).value_or(0);
     }
-    // The same; none where it is absent.
-    [[nodiscard]] std::optional<std::uint32_t> find(xcb_window_t window, xcb_atom_t name) const;
 
     // Tells of another active window, where only this program can know: the keyboard
     // may go to one that no window manager calls active.
@@ -68,7 +68,6 @@ class RootWatch {
 
     const XConnection connection_;
     xcb_window_t root_ = 0;
-    xcb_atom_t managerName_ = 0;
     xcb_atom_t activeWindowName_ = 0;
     xcb_atom_t saverName_ = 0;
     xcb_atom_t compositorName_ = 0;

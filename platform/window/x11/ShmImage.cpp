@@ -25,10 +25,8 @@ bool takesFiles(xcb_connection_t* connection) {
     const xcb_query_extension_reply_t* const present =
         xcb_get_extension_data(connection, &xcb_shm_id);
     if (!present || !present->present) return false;
-    xcb_generic_error_t* error = nullptr;
-    const XcbReply<xcb_shm_query_version_reply_t> version(
-        xcb_shm_query_version_reply(connection, xcb_shm_query_version(connection), &error));
-    std::free(error);
+    const auto version =
+        answer(connection, xcb_shm_query_version(connection), xcb_shm_query_version_reply);
     if (!version) return false;
     return version->major_version > 1 ||
            (version->major_version == 1 && version->minor_version >= 2);

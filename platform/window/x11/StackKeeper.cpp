@@ -66,8 +66,8 @@ void StackKeeper::look() {
 }
 
 std::vector<xcb_window_t> StackKeeper::shownFromOurs() {
-    const XcbReply<xcb_query_tree_reply_t> tree(
-        xcb_query_tree_reply(root_.get(), xcb_query_tree(root_.get(), root_.root()), nullptr));
+    const auto tree =
+        answer(root_.get(), xcb_query_tree(root_.get(), root_.root()), xcb_query_tree_reply);
     if (!tree) return {};
     const xcb_window_t* const all = xcb_query_tree_children(tree.get());
     const xcb_window_t* const end = all + xcb_query_tree_children_length(tree.get());
@@ -80,10 +80,7 @@ std::vector<xcb_window_t> StackKeeper::shownFromOurs() {
     std::vector<xcb_window_t> shown;
     for (std::size_t i = 0; i < asked.size(); ++i) {
         // Some will be gone meanwhile.
-        xcb_generic_error_t* error = nullptr;
-        const XcbReply<xcb_get_window_attributes_reply_t> look(
-            xcb_get_window_attributes_reply(root_.get(), asked[i], &error));
-        std::free(error);
+        const auto look = answer(root_.get(), asked[i], xcb_get_window_attributes_reply);
         if (look && look->map_state == XCB_MAP_STATE_VIEWABLE &&
             look->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT)
             shown.push_back(first[i]);

@@ -1,21 +1,50 @@
 // SPDX-License-Identifier: MIT
-// Owners for what xcb hands out; private to platform/window/x11.
+// What is asked of an X server in more than one place; private to
+// platform/window/x11 and its tests.
 #pragma once
 
 #include <xcb/xcb.h>
 
+#include <QPoint>
 #include <QString>
 #include <cstdlib>
+#include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
+#include <span>
+#include <string>
+#include <string_view>
 
 namespace platform {
 
 struct XcbFree {
     void operator()(void* reply) const { std::free(reply); }
 };
+// Owns what xcb hands out.
 template <typename T>
 using XcbReply = std::unique_ptr<T, XcbFree>;
+
+// Waits for the reply to a request. None where the server refused the request;
+// the error does not turn up among the events.
+template <typename Reply, typename Cookie>
+XcbReply<Reply> answer(xcb_connection_t* connection, Cookie cookie,
+                       Reply* (*wait)(xcb_connection_t*, Cookie, xcb_generic_error_t**)) {
+    xcb_generic_error_t* error = nullptr;
+    XcbReply<Reply> reply(wait(connection, cookie, &error));
+    std::free(error);
+    return reply;
+}
+
+// An event's type, without the mark of events that clients send.
+[[nodiscard]] inline int typeOf(const xcb_generic_event_t& event) {
+    return event.response_type & 0x7f;
+}
+
+template <typename Event>
+[[nodiscard]] const Event& as(const xcb_generic_event_t& event) {
+    return reinterpret_cast<const Event&>(event);
+}
 
 // One connection to an X server. Any thread, as xcb allows.
 class XConnection {
@@ -24,16 +53,48 @@ class XConnection {
     // itself: see isAlive().
     explicit XConnection(const QString& display);
 
+    // Qt's own connection, which Qt closes; null where Qt is not on X. Requests
+    // over it come in order with Qt's. Main thread.
+    [[nodiscard]] static const XConnection* ofQt();
+
     [[nodiscard]] xcb_connection_t* get() const { return connection_.get(); }
     [[nodiscard]] int screenNumber() const { return screen_; }
     [[nodiscard]] bool isAlive() const { return xcb_connection_has_error(get()) == 0; }
+    void flush() const { xcb_flush(get()); }
+
+    // Of the connection's screen; 0 without a server.
+    [[nodiscard]] xcb_window_t root() const;
+
+    // The atom of that name, asked for once; 0 without a server.
+    [[nodiscard]] xcb_atom_t atom(std::string_view name) const;
+
+    // The first number of a property; none where the property is absent.
+    [[nodiscard]] std::optional<std::uint32_t> number(xcb_window_t window,
+                                                      std::string_view name) const;
+    // Sets a property of 32-bit numbers.
+    void setNumbers(xcb_window_t window, std::string_view name, xcb_atom_t type,
+                    std::span<const std::uint32_t> values) const;
+    void setCardinal(xcb_window_t window, std::string_view name, std::uint32_t value) const;
+    void setText(xcb_window_t window, std::string_view name, std::string_view value) const;
+
+    // Asks the window manager, as the Extended Window Manager Hints say.
+    void askManager(xcb_window_t window, std::string_view what, std::uint32_t value) const;
+
+    // Where the window's upper left corner is in the root window; none if there is
+    // no such window.
+    [[nodiscard]] std::optional<QPoint> cornerOf(xcb_window_t window, xcb_window_t root) const;
+
+    // Whether the server offers any of the extensions. Waits for the server once.
+    [[nodiscard]] bool offersAny(std::span<const std::string_view> extensions) const;
 
   private:
-    struct Disconnect {
-        void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
-    };
+    using Disconnect = void (*)(xcb_connection_t*);
+    explicit XConnection(xcb_connection_t* borrowed);
+
     int screen_ = 0;
     std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+    mutable std::mutex mutex_;
+    mutable std::map<std::string, xcb_atom_t, std::less<>> atoms_;
 };
 
 // What there is to know of a window before drawing in it.

@@ -15,6 +15,7 @@
 #include "tests/desktop/Werkruimte.h"
 #include "tests/support/DBusDaemon.h"
 #include "tests/support/Until.h"
+#include "tests/support/WindowSystems.h"
 
 namespace brixtel {
 
@@ -33,7 +34,7 @@ class BureauProef : public testing::Test {
 
     // Without a display unless told of one; empty is the environment's.
     explicit BureauProef(const QString& display = QStringLiteral(":none"))
-        : server(klok, {.drawer = {}, .display = display}) {}
+        : server(klok, {.drawer = {}, .system = systemOn(klok, display)}) {}
     void SetUp() override {
         qputenv("XDG_CONFIG_HOME", map.path().toLocal8Bit());
         begin();

@@ -85,7 +85,9 @@ class OpHetScherm : public PaneelProef {
             30'000);
     }
     // What the picture's own window holds.
-    [[nodiscard]] QImage beeld() const { return scherm->picture(voorbeeld().venster()->xWindow()); }
+    [[nodiscard]] QImage beeld() const {
+        return scherm->picture(xcb_window_t(voorbeeld().venster()->windowNumber()));
+    }
     [[nodiscard]] double groen(const QImage& van) const {
         int aantal = 0;
         for (int y = 0; y < van.height(); ++y)

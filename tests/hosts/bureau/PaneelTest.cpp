@@ -11,6 +11,7 @@
 #include "tests/hosts/gedeeld/NepSaver.h"
 #include "tests/support/GeluidServer.h"
 #include "tests/support/KlikSpoor.h"
+#include "tests/support/WindowSystems.h"
 
 using namespace brixtel;
 
@@ -427,7 +428,7 @@ TEST(PaneelGeluid, TheLevelAndTheBeatAreThoseOfWhatIsPlayed) {
     platform::SystemClock klok;
     platform::RandomSource toeval{3};
     Werkruimte werkruimte;
-    platform::WindowServer server{klok, {.drawer = {}, .display = QStringLiteral(":none")}};
+    platform::WindowServer server{klok, {.drawer = {}, .system = withoutSystem(klok)}};
     Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval},
                   {.server = geluid.adres()});
     bureau.zetKeuzes({.muziek = true});

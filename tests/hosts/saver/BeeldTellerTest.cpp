@@ -9,6 +9,7 @@
 #include "drawing/Thema.h"
 #include "platform/window/Window.h"
 #include "tests/support/Until.h"
+#include "tests/support/WindowSystems.h"
 #include "tests/support/Xvfb.h"
 
 using brixtel::BeeldTeller;
@@ -19,10 +20,10 @@ class Teller : public testing::Test {
   protected:
     Xvfb x;
     platform::ManualClock klok;
-    platform::WindowServer server{klok,
-                                  {.drawer = platform::DrawerChoice::Cpu, .display = x.display()}};
+    platform::WindowServer server{
+        klok, {.drawer = platform::DrawerChoice::Cpu, .system = systemOn(klok, x.display())}};
     xcb_window_t nummer = x.makeWindow({.width = 400, .height = 300});
-    platform::Window venster{server, platform::HostWindow{.id = nummer}};
+    platform::Window venster{server, hostRef(nummer)};
     std::shared_ptr<platform::View> beeld =
         std::make_shared<platform::View>(QRectF(0, 0, 400, 300));
     std::shared_ptr<BeeldTeller> teller = std::make_shared<BeeldTeller>(klok, 300);

@@ -21,6 +21,10 @@ Opdracht goed(const QStringList& woorden, const QString& host = {}) {
     return std::get<Opdracht>(gelezen);
 }
 
+platform::HostRef host(std::uint32_t nummer) {
+    return {QString::number(nummer)};
+}
+
 QString mis(const QStringList& woorden, const QString& host = {}) {
     const auto gelezen = leesOpdracht(woorden, host);
     const auto* fout = std::get_if<Fout>(&gelezen);
@@ -54,8 +58,8 @@ TEST(Opdracht, AWindowOfAGivenSizeOrTheUsualOne) {
 }
 
 TEST(Opdracht, AHostsWindowInHexOrDecimal) {
-    EXPECT_EQ(goed(woorden("--window-id 0x1A00003")).vensterId, 0x1A00003U);
-    EXPECT_EQ(goed(woorden("-window-id=27262979")).vensterId, 27262979U);
+    EXPECT_EQ(goed(woorden("--window-id 0x1A00003")).vensterId, host(0x1A00003U));
+    EXPECT_EQ(goed(woorden("-window-id=27262979")).vensterId, host(27262979U));
     EXPECT_EQ(goed(woorden("--window-id 0X2")).wat, Wat::Gastheer);
 }
 
@@ -63,13 +67,13 @@ TEST(Opdracht, OfBothHostSwitchesTheIdWins) {
     for (const char* regel : {"--root --window-id 0x12", "--window-id 0x12 --root"}) {
         const Opdracht opdracht = goed(woorden(regel), QStringLiteral("0x99"));
         EXPECT_EQ(opdracht.wat, Wat::Gastheer);
-        EXPECT_EQ(opdracht.vensterId, 0x12U);
+        EXPECT_EQ(opdracht.vensterId, host(0x12U));
     }
 }
 
 TEST(Opdracht, TheEnvironmentsWindowServesRootAndNothing) {
-    EXPECT_EQ(goed(woorden("--root"), QStringLiteral("0x400001")).vensterId, 0x400001U);
-    EXPECT_EQ(goed({}, QStringLiteral("4194305")).vensterId, 0x400001U);
+    EXPECT_EQ(goed(woorden("--root"), QStringLiteral("0x400001")).vensterId, host(0x400001U));
+    EXPECT_EQ(goed({}, QStringLiteral("4194305")).vensterId, host(0x400001U));
     EXPECT_EQ(goed({}, QStringLiteral("4194305")).wat, Wat::Gastheer);
     EXPECT_EQ(goed(woorden("--root")).wat, Wat::Gastheer);
     EXPECT_FALSE(goed(woorden("--root")).vensterId);
@@ -104,7 +108,8 @@ TEST(Opdracht, TheRest) {
     EXPECT_EQ(goed(woorden("--instellingen")).wat, Wat::Instellingen);
     EXPECT_TRUE(goed(woorden("--instellingen")).instellingen.isEmpty());
     EXPECT_EQ(goed(woorden("--instellingen blad.png")).instellingen, QStringLiteral("blad.png"));
-    EXPECT_EQ(goed(woorden("--instellingen --boven=0x1f")).boven, 0x1fU);
+    EXPECT_EQ(goed(woorden("--instellingen --boven=0x1f")).boven,
+              platform::WindowRef{QString::number(0x1fU)});
     EXPECT_FALSE(goed({}).volleSnelheid);
     EXPECT_TRUE(goed(woorden("-volle-snelheid")).volleSnelheid);
     EXPECT_EQ(goed(woorden("--help")).wat, Wat::Hulp);

@@ -4,6 +4,7 @@
 #include "platform/animation/TimingFunction.h"
 #include "platform/view/AnimationGroup.h"
 #include "platform/window/Window.h"
+#include "tests/support/WindowSystems.h"
 
 using platform::AnimationGroup;
 using platform::ManualClock;
@@ -14,7 +15,7 @@ namespace {
 
 struct FadeTest : testing::Test {
     ManualClock clock;
-    WindowServer server{clock, {.drawer = {}, .display = QStringLiteral(":none")}};
+    WindowServer server{clock, {.drawer = {}, .system = withoutSystem(clock)}};
     Window window{server, {.frame = {0, 0, 10, 10}}};
     Window other{server, {.frame = {0, 0, 10, 10}}};
 };

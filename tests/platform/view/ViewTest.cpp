@@ -8,6 +8,7 @@
 #include "platform/time/MediaClock.h"
 #include "platform/view/FrameBuilder.h"
 #include "platform/window/Window.h"
+#include "tests/support/WindowSystems.h"
 
 using platform::Frame;
 using platform::FrameBuilder;
@@ -215,7 +216,7 @@ TEST(View, HitTestFindsTheTopmostOne) {
 // A window that is nowhere shown: the off-screen platform has no X.
 struct ViewInWindow : testing::Test {
     platform::ManualClock clock;
-    platform::WindowServer server{clock, {.drawer = {}, .display = QStringLiteral(":none")}};
+    platform::WindowServer server{clock, {.drawer = {}, .system = withoutSystem(clock)}};
     platform::Window window{server, {.frame = {0, 0, 100, 80}}};
 };
 

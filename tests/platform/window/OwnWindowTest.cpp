@@ -9,6 +9,7 @@
 #include "platform/window/Window.h"
 #include "tests/support/Paden.h"
 #include "tests/support/Until.h"
+#include "tests/support/WindowSystems.h"
 #include "tests/support/Xvfb.h"
 
 using platform::KeyEvent;
@@ -37,7 +38,7 @@ QString tool(const QString& name, const QStringList& words) {
 
 struct OwnWindowTest : testing::Test {
     SystemClock clock;
-    WindowServer server{clock, {.drawer = platform::DrawerChoice::Cpu, .display = {}}};
+    WindowServer server{clock, {.drawer = platform::DrawerChoice::Cpu, .system = systemOn(clock)}};
 
     static std::shared_ptr<View> coloured(const QColor& colour) {
         auto view = std::make_shared<View>(QRectF());
@@ -80,7 +81,7 @@ TEST_F(OwnWindowTest, IsBlackBeforeAnythingIsDrawn) {
     below.orderFront();
     ASSERT_TRUE(shows(150, 300, kGreen));
     // One that cannot draw at all.
-    WindowServer nowhere(clock, {.drawer = {}, .display = QStringLiteral(":none")});
+    WindowServer nowhere(clock, {.drawer = {}, .system = withoutSystem(clock)});
     Window window(nowhere, {.frame = {100, 60, 200, 150}});
     window.orderFront();
     EXPECT_TRUE(shows(150, 300, kBlack));
@@ -397,7 +398,7 @@ TEST_F(TwoScreens, AWindowNotYetShownHasTheScaleOfTheScreenItWillBeOn) {
 
 TEST_F(TwoScreens, AHostsWindowHasTheScaleOfItsScreen) {
     const xcb_window_t id = x->makeWindow({.width = 200, .height = 100, .x = 400, .y = 100});
-    Window window(server, platform::HostWindow{.id = id});
+    Window window(server, hostRef(id));
     EXPECT_EQ(window.backingScaleFactor(), 2.0);
     EXPECT_EQ(window.contentView()->frame().size(), QSizeF(100, 50));
     ASSERT_TRUE(drawn(window));

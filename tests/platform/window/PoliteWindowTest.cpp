@@ -10,6 +10,7 @@
 #include "platform/window/x11/Coverage.h"
 #include "platform/window/x11/DisplaySleep.h"
 #include "tests/platform/window/x11/Client.h"
+#include "tests/support/WindowSystems.h"
 
 using platform::ManualClock;
 using platform::RestableClock;
@@ -65,7 +66,7 @@ TEST(PoliteWindow, OfThirtyTwoBitsAndFullyCoveredItFallsStillUntilItIsSeenAgain)
 struct Coverage : testing::Test {
     const Xvfb x;
     const platform::XConnection own{x.display()};
-    [[nodiscard]] bool covered(xcb_window_t id) const { return platform::isCovered(own.get(), id); }
+    [[nodiscard]] bool covered(xcb_window_t id) const { return platform::isCovered(own, id); }
 };
 
 TEST_F(Coverage, OpaqueWindowsAboveCoverAlsoTogether) {
@@ -177,10 +178,11 @@ struct ByHand : testing::Test {
     Xvfb x;
     ManualClock clock;
     RestableClock pictures{clock};
-    platform::WindowServer server{
-        clock,
-        {.drawer = platform::DrawerChoice::Cpu, .display = x.display(), .pictures = &pictures}};
-    platform::Window window{server, platform::HostWindow{.id = x.makeWindow({})}};
+    platform::WindowServer server{clock,
+                                  {.drawer = platform::DrawerChoice::Cpu,
+                                   .system = systemOn(clock, x.display()),
+                                   .pictures = &pictures}};
+    platform::Window window{server, hostRef(x.makeWindow({}))};
     std::shared_ptr<Counting> view = std::make_shared<Counting>();
 
     void SetUp() override {
@@ -214,7 +216,7 @@ TEST_F(ByHand, AtHalfPaceThereAreHalfTheFrames) {
 TEST_F(ByHand, AWindowMadeAtHalfPaceKeepsItToo) {
     const int full = perSecond();
     server.setPace(2);
-    platform::Window second(server, platform::HostWindow{.id = x.makeWindow({})});
+    platform::Window second(server, hostRef(x.makeWindow({})));
     const auto own = std::make_shared<Counting>();
     second.setContentView(own);
     own->layer()->addAnimation(

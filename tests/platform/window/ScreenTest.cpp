@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/window/x11/ScreenSpace.h"
+#include "platform/window/ScreenSpace.h"
 
 using platform::Screen;
 

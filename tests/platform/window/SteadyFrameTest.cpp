@@ -10,6 +10,7 @@
 #include "tests/support/FallingColumns.h"
 #include "tests/support/KeepDriver.h"
 #include "tests/support/Until.h"
+#include "tests/support/WindowSystems.h"
 #include "tests/support/Xvfb.h"
 
 using platform::DrawerChoice;
@@ -36,13 +37,14 @@ std::vector<std::string> wordsFor(const Case& c) {
 struct SteadyFrame : testing::TestWithParam<Case> {
     const Xvfb x{GetParam().screen, wordsFor(GetParam())};
     ManualClock clock{1000.0};
-    WindowServer server{clock, {.drawer = GetParam().drawer, .display = x.display()}};
+    WindowServer server{clock,
+                        {.drawer = GetParam().drawer, .system = systemOn(clock, x.display())}};
 };
 
 TEST_P(SteadyFrame, TakesNothingFromTheHeap) {
     ASSERT_TRUE(x.isRunning());
     const xcb_window_t id = x.makeWindow({.width = 500, .height = 400});
-    Window window(server, platform::HostWindow{.id = id});
+    Window window(server, hostRef(id));
     FallingColumns columns({.size = {500, 400}});
     columns.fill(clock.now());
     window.contentView()->setWantsLayer(true);

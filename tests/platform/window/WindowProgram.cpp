@@ -7,11 +7,12 @@
 
 #include "platform/time/Timer.h"
 #include "platform/window/Window.h"
+#include "tests/support/WindowSystems.h"
 
 int main(int argc, char** argv) {
     const QGuiApplication app(argc, argv);
     platform::SystemClock clock;
-    platform::WindowServer server(clock);
+    platform::WindowServer server(clock, {.system = systemOn(clock)});
     server.onConnectionLost([] { std::_Exit(0); });
     platform::Window window(server, {.frame = {10, 10, 200, 150}});
     window.contentView()->setWantsLayer(true);

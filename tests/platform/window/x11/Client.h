@@ -9,6 +9,7 @@
 #include "platform/time/Timer.h"
 #include "platform/window/Window.h"
 #include "tests/support/Until.h"
+#include "tests/support/WindowSystems.h"
 #include "tests/support/Xvfb.h"
 
 // What a look at the window's picture expects: green below the middle, black
@@ -38,8 +39,8 @@ struct Client {
 
     Client(const Xvfb& x, xcb_window_t id,
            platform::DrawerChoice drawer = platform::DrawerChoice::Cpu)
-        : server(clock, {.drawer = drawer, .display = x.display()}) {
-        window = std::make_unique<platform::Window>(server, platform::HostWindow{.id = id});
+        : server(clock, {.drawer = drawer, .system = systemOn(clock, x.display())}) {
+        window = std::make_unique<platform::Window>(server, hostRef(id));
         window->onClose([this] { ++closed; });
         window->setContentView(makePicture(window->frame().size()));
     }

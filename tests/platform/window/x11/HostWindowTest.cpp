@@ -7,8 +7,8 @@
 #include <algorithm>
 
 #include "tests/platform/window/x11/Client.h"
+#include "tests/support/WindowSystems.h"
 
-using platform::HostWindow;
 using platform::SystemClock;
 using platform::Window;
 using platform::WindowServer;
@@ -115,10 +115,9 @@ TEST(HostWindow, FollowsItsSize) {
 TEST(HostWindow, WithoutAnyNothingIsLookedAtEverySoOften) {
     const Xvfb x;
     platform::ManualClock clock;
-    platform::WindowServer server(clock, {.display = x.display()});
+    platform::WindowServer server(clock, {.system = systemOn(clock, x.display())});
     EXPECT_EQ(clock.timerCount(), 0U);
-    auto window =
-        std::make_unique<platform::Window>(server, platform::HostWindow{.id = x.makeWindow({})});
+    auto window = std::make_unique<platform::Window>(server, hostRef(x.makeWindow({})));
     // Whether the display sleeps, and whether anything covers the window; and frames.
     EXPECT_GE(clock.timerCount(), 2U);
     window.reset();
@@ -335,9 +334,9 @@ TEST(HostWindow, TheServersDeathIsToldOnceAndQuietly) {
 
 TEST(HostWindow, WithoutAnyServerTheWindowStaysEmpty) {
     SystemClock clock;
-    WindowServer server(clock, {.drawer = {}, .display = QStringLiteral(":none")});
+    WindowServer server(clock, {.drawer = {}, .system = withoutSystem(clock)});
     EXPECT_FALSE(server.isConnected());
-    Window window(server, HostWindow{.id = 4});
+    Window window(server, hostRef(4));
     window.setNeedsFrame();
     EXPECT_EQ(window.statistics().frames, 0U);
     EXPECT_FALSE(window.isVisible());

@@ -9,6 +9,7 @@
 #include "platform/view/SceneView.h"
 #include "tests/platform/window/x11/Client.h"
 #include "tests/support/KeepDriver.h"
+#include "tests/support/WindowSystems.h"
 
 using platform::DrawerChoice;
 using platform::SceneView;
@@ -51,11 +52,11 @@ struct ColourWindow {
     const xcb_window_t id = x.makeWindow({});
     Driver driver;
     platform::SystemClock clock;
-    platform::WindowServer server{clock,
-                                  {.drawer = choice, .display = x.display(), .resetStatus = [this] {
-                                       return driver.answer();
-                                   }}};
-    platform::Window window{server, platform::HostWindow{.id = id}};
+    platform::WindowServer server{
+        clock, {.drawer = choice, .system = systemOn(clock, x.display()), .resetStatus = [this] {
+                    return driver.answer();
+                }}};
+    platform::Window window{server, hostRef(id)};
     std::shared_ptr<platform::Scene> scene = std::make_shared<platform::Scene>();
     int failures = 0;
 

@@ -35,7 +35,8 @@ struct StackKeeperTest : testing::Test {
     }
     void setSaver(std::uint32_t value) const {
         xcb_change_property(x.connection(), XCB_PROP_MODE_REPLACE, root->root(),
-                            root->atom("_SCREENSAVER_STATUS"), XCB_ATOM_INTEGER, 32, 1, &value);
+                            root->connection().atom("_SCREENSAVER_STATUS"), XCB_ATOM_INTEGER, 32, 1,
+                            &value);
         xcb_flush(x.connection());
     }
     // Lets the keeper see all that has happened, and act twice if it would.

@@ -1,19 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <memory>
-
 #include "platform/session/DistributedNotificationCenter.h"
-#include "platform/time/Timer.h"
 #include "platform/window/WindowServer.h"
 #include "platform/window/Workspace.h"
-#include "platform/window/x11/RootWatch.h"
 
 namespace platform {
 
-// The workspace of a running X11 desktop, by what its window manager, compositor
-// and saver tell. Where there is no X server nothing is ever active, composited
-// or hidden. The server and the notifications must outlive it; one per server.
+class NativeWorkspace;
+
+// The workspace of a running desktop: what the window system tells, and what
+// savers tell over the session bus. The server and the notifications outlive the
+// workspace; one per server, owned by the program. Main thread.
 class DesktopWorkspace final : public Workspace {
   public:
     DesktopWorkspace(WindowServer& server, DistributedNotificationCenter& notifications);
@@ -30,15 +28,12 @@ class DesktopWorkspace final : public Workspace {
     [[nodiscard]] Observation observe(std::function<void(Change)> action) override;
 
   private:
-    void changed(RootWatch::Change change);
-    void compositorChanged();
     void setSaverSaysActive(bool active);
 
     WindowServer& server_;
+    NativeWorkspace& native_;
     DistributedNotificationCenter& notifications_;
     bool saverSaysActive_ = false;
-    bool composited_;
-    Timer compositorSettles_;
     Observers<Change> observers_;
     Observation changes_;
 };

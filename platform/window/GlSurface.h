@@ -7,22 +7,29 @@
 #include "platform/render/gl/GlDrawer.h"
 #include "platform/window/SceneStage.h"
 #include "platform/window/Surface.h"
-#include "platform/window/x11/Xcb.h"
 
 namespace platform {
 
-// Draws with OpenGL on the window's id, all of it each time, and waits for the
-// screen at the swap.
+// A window as EGL draws on it. The window systems implement the interface; the
+// surface that draws owns it. The window's render thread.
+class EglTarget {
+  public:
+    virtual ~EglTarget() = default;
+    [[nodiscard]] virtual const std::shared_ptr<EglDisplay>& display() const = 0;
+    [[nodiscard]] virtual EglWindowSurface& surface() const = 0;
+    // The next frame has this size, in pixels.
+    virtual void resize(QSize size) = 0;
+    // Of what the system has told so far.
+    [[nodiscard]] virtual Surface::Result state() = 0;
+};
+
+// Draws with OpenGL on a window, all of it each time, and waits for the screen at
+// the swap. The window's render thread.
 class GlSurface final : public Surface {
   public:
-    struct Options {
-        QString display;
-        std::uint32_t window = 0;
-        ResetQuery resetStatus{};
-    };
-
     // None if there is no OpenGL for this window.
-    [[nodiscard]] static std::unique_ptr<GlSurface> create(const Options& options);
+    [[nodiscard]] static std::unique_ptr<GlSurface> create(std::unique_ptr<EglTarget> target,
+                                                           ResetQuery resetStatus);
     ~GlSurface() override;
 
     Result draw(const Frame& frame, std::span<const QRect> damage) override;
@@ -36,7 +43,8 @@ class GlSurface final : public Surface {
     [[nodiscard]] bool isSoftware() const { return context_->isSoftware(); }
 
   private:
-    explicit GlSurface(ResetQuery resetStatus) : resetStatus_(std::move(resetStatus)) {}
+    GlSurface(std::unique_ptr<EglTarget> target, ResetQuery resetStatus)
+        : resetStatus_(std::move(resetStatus)), target_(std::move(target)) {}
     bool start();
     // In another context, where the one there was is lost; once.
     bool renew();
@@ -44,14 +52,11 @@ class GlSurface final : public Surface {
     bool show(const Frame& frame);
     void paint(const Frame& frame);
     void paintScene(const Frame& frame, const SceneFrame& scene);
-    // Of the errors that have arrived.
-    Result state();
+    [[nodiscard]] Result state() const;
 
     const ResetQuery resetStatus_;
     // In the order of their making: each stands on those before.
-    std::unique_ptr<XConnection> connection_;
-    std::shared_ptr<EglDisplay> egl_;
-    std::unique_ptr<EglWindowSurface> window_;
+    const std::unique_ptr<EglTarget> target_;
     std::unique_ptr<GlContext> context_;
     std::unique_ptr<GlDrawer> drawer_;
     std::unique_ptr<SceneStage> stage_;  // made for the first scene

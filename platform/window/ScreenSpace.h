@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-// From Qt's and X's ways of placing things on screens to ours; private to
-// platform/window/x11.
+// From Qt's way of placing things on screens to Screen's; for platform/window and
+// the window systems. Main thread.
 #pragma once
 
-#include <QRect>
 #include <QRectF>
 #include <optional>
 
@@ -20,10 +19,11 @@ namespace platform {
 [[nodiscard]] QPointF fromQt(QPointF point);
 [[nodiscard]] QRectF toQt(const QRectF& rect);
 
-// The screen with most of a rectangle; nullptr without screens. The first for
-// one that lies on none.
+// The screen with most of a rectangle; nullptr without screens. The main screen
+// for a rectangle that lies on none. `area` says where a screen lies, in the
+// units of the rectangle. Qt owns the result.
+[[nodiscard]] QScreen* screenWithMost(const QRectF& rect, QRectF (*area)(const QScreen& screen));
+// The same for Qt's points.
 [[nodiscard]] QScreen* screenUnderQt(const QRectF& rect);
-// The same for pixels of the root window.
-[[nodiscard]] QScreen* screenUnderPixels(const QRect& rect);
 
 }  // namespace platform

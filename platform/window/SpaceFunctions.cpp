@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: MIT
-#include "platform/window/x11/SpaceFunctions.h"
+#include "platform/window/SpaceFunctions.h"
 
-#include <limits>
 #include <span>
 
 #include "platform/window/WindowServer.h"
-#include "platform/window/x11/OverlaySpaces.h"
+#include "platform/window/WindowSystem.h"
 
 namespace {
 
 platform::OverlaySpaces* spacesOf(std::int32_t connection) {
     platform::WindowServer* const server = platform::WindowServer::numbered(connection);
-    return server && server->isConnected() ? &server->spaces() : nullptr;
+    return server && server->isConnected() ? server->system().overlaySpaces() : nullptr;
 }
 
 std::span<const std::uint64_t> all(const CGSNumbers* numbers) {
@@ -57,9 +56,7 @@ void CGSAddWindowsToSpaces(std::int32_t connection, const CGSNumbers* windows,
                            const CGSNumbers* spaces) {
     platform::OverlaySpaces* const known = spacesOf(connection);
     if (!known) return;
-    for (const std::uint64_t window : all(windows)) {
-        if (window == 0 || window > std::numeric_limits<xcb_window_t>::max()) continue;
+    for (const std::uint64_t window : all(windows))
         for (const std::uint64_t space : all(spaces))
-            known->add(static_cast<xcb_window_t>(window), space);
-    }
+            known->add(window, space);
 }

@@ -1,23 +1,19 @@
 // SPDX-License-Identifier: MIT
-#include "platform/window/x11/GlSurface.h"
+#include "platform/window/GlSurface.h"
 
 namespace platform {
 
-std::unique_ptr<GlSurface> GlSurface::create(const Options& options) {
-    std::unique_ptr<GlSurface> surface(new GlSurface(options.resetStatus));
-    surface->connection_ = std::make_unique<XConnection>(options.display);
-    if (!surface->connection_->isAlive()) return nullptr;
-    surface->egl_ =
-        EglDisplay::forX11(surface->connection_->get(), surface->connection_->screenNumber());
-    if (!surface->egl_) return nullptr;
-    surface->window_ = EglWindowSurface::create(surface->egl_, options.window);
-    return surface->window_ && surface->start() ? std::move(surface) : nullptr;
+std::unique_ptr<GlSurface> GlSurface::create(std::unique_ptr<EglTarget> target,
+                                             ResetQuery resetStatus) {
+    if (!target) return nullptr;
+    std::unique_ptr<GlSurface> surface(new GlSurface(std::move(target), std::move(resetStatus)));
+    return surface->start() ? std::move(surface) : nullptr;
 }
 
 bool GlSurface::start() {
-    context_ = GlContext::create(egl_, window_.get(), resetStatus_);
-    if (!context_ || !context_->makeCurrent(*window_)) return false;
-    window_->setSwapInterval(1);
+    context_ = GlContext::create(target_->display(), &target_->surface(), resetStatus_);
+    if (!context_ || !context_->makeCurrent(target_->surface())) return false;
+    target_->surface().setSwapInterval(1);
     name_ = QString::fromStdString(context_->rendererName());
     drawer_ = GlDrawer::create();
     return drawer_ != nullptr;
@@ -41,13 +37,14 @@ GlSurface::~GlSurface() {
 Surface::Result GlSurface::draw(const Frame& frame, std::span<const QRect>) {
     // Then the processor may still draw in the window.
     if (context_->isLost() && !renew()) return Result::WindowGone;
-    // Some end the program at what is beyond them.
+    // A driver may end the program at a picture larger than it can draw.
     const QSize largest = GlContext::largestPicture();
     if (frame.grid.size.boundedTo(largest) != frame.grid.size) return Result::WindowGone;
+    target_->resize(frame.grid.size);
     // A driver may learn of a new size only by swapping.
     for (int tries = 0; tries < 2; ++tries) {
         if (!show(frame) && !(context_->isLost() && renew() && show(frame))) windowGone_ = true;
-        if (windowGone_ || window_->size() == frame.grid.size) break;
+        if (windowGone_ || target_->surface().size() == frame.grid.size) break;
     }
     return state();
 }
@@ -55,22 +52,16 @@ Surface::Result GlSurface::draw(const Frame& frame, std::span<const QRect>) {
 bool GlSurface::show(const Frame& frame) {
     paint(frame);
     // What was lost meanwhile has painted nothing.
-    return !context_->isLost() && window_->swap();
+    return !context_->isLost() && target_->surface().swap();
 }
 
 void GlSurface::paint(const Frame& frame) {
     showsScene_ = false;
-    std::optional<Rgba> background = frame.background;
-    for (std::size_t i = firstVisiblePass(frame); i < frame.passes.size(); ++i) {
-        const FramePass& pass = frame.passes[i];
-        if (pass.scene.isShown) {
-            paintScene(frame, pass.scene);
-            background.reset();
-        }
-        if (!pass.layers.items.empty() || background)
-            drawer_->draw(pass.layers, frame.grid, background);
-        background.reset();
-    }
+    forEachVisiblePart(
+        frame, [&](const SceneFrame& scene) { paintScene(frame, scene); },
+        [&](const DisplayList& layers, std::optional<Rgba> background) {
+            drawer_->draw(layers, frame.grid, background);
+        });
 }
 
 void GlSurface::paintScene(const Frame& frame, const SceneFrame& scene) {
@@ -96,14 +87,9 @@ Surface::Result GlSurface::finish() {
     return state();
 }
 
-Surface::Result GlSurface::state() {
-    while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_->get())}) {
-        if (event->response_type != 0) continue;
-        const auto& error = reinterpret_cast<const xcb_generic_error_t&>(*event);
-        windowGone_ = windowGone_ || tellsOfNoWindow(error);
-    }
-    if (!connection_->isAlive()) return Result::ServerGone;
-    return windowGone_ ? Result::WindowGone : Result::Drawn;
+Surface::Result GlSurface::state() const {
+    const Result told = target_->state();
+    return told == Result::Drawn && windowGone_ ? Result::WindowGone : told;
 }
 
 }  // namespace platform

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/window/x11/ScreenSpace.h"
+#include "platform/window/ScreenSpace.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -11,26 +11,6 @@ namespace {
 QRect mainGeometry() {
     const QScreen* const primary = QGuiApplication::primaryScreen();
     return primary ? primary->geometry() : QRect();
-}
-
-// A screen's upper left corner is the same number in points and in pixels.
-QRectF pixelsOf(const QScreen& screen) {
-    const QRectF points = screen.geometry();
-    return {points.topLeft(), points.size() * screen.devicePixelRatio()};
-}
-
-template <typename Area>
-QScreen* screenWithMost(const QRectF& rect, Area area) {
-    QScreen* best = QGuiApplication::primaryScreen();
-    double most = 0.0;
-    for (QScreen* screen : QGuiApplication::screens()) {
-        const QRectF shared = area(*screen) & rect;
-        const double size = shared.width() * shared.height();
-        if (size <= most) continue;
-        most = size;
-        best = screen;
-    }
-    return best;
 }
 
 }  // namespace
@@ -60,12 +40,21 @@ QRectF toQt(const QRectF& rect) {
             rect.height()};
 }
 
-QScreen* screenUnderQt(const QRectF& rect) {
-    return screenWithMost(rect, [](const QScreen& s) { return QRectF(s.geometry()); });
+QScreen* screenWithMost(const QRectF& rect, QRectF (*area)(const QScreen&)) {
+    QScreen* best = QGuiApplication::primaryScreen();
+    double most = 0.0;
+    for (QScreen* screen : QGuiApplication::screens()) {
+        const QRectF shared = area(*screen) & rect;
+        const double size = shared.width() * shared.height();
+        if (size <= most) continue;
+        most = size;
+        best = screen;
+    }
+    return best;
 }
 
-QScreen* screenUnderPixels(const QRect& rect) {
-    return screenWithMost(QRectF(rect), pixelsOf);
+QScreen* screenUnderQt(const QRectF& rect) {
+    return screenWithMost(rect, [](const QScreen& s) { return QRectF(s.geometry()); });
 }
 
 }  // namespace platform

@@ -10,8 +10,8 @@
 #include <memory>
 #include <optional>
 
-#include "platform/render/egl/Egl.h"
 #include "platform/render/gl/GlDrawer.h"
+#include "platform/window/x11/EglOnX11.h"
 #include "tests/support/Xvfb.h"
 
 namespace platform::test {
@@ -60,7 +60,7 @@ class WindowSurface : public testing::Test {
     // Fills the window by way of OpenGL and reads back what the server shows.
     void expectGreen(const std::shared_ptr<EglDisplay>& display, xcb_window_t id) {
         ASSERT_TRUE(display);
-        const auto surface = EglWindowSurface::create(display, id);
+        const auto surface = eglSurfaceFor(display, connection_, id);
         ASSERT_TRUE(surface);
         const auto context = GlContext::create(display, surface.get());
         ASSERT_TRUE(context && context->makeCurrent(*surface));
@@ -86,23 +86,23 @@ class WindowSurface : public testing::Test {
 };
 
 TEST_F(WindowSurface, WhatIsDrawnShowsInTheWindow) {
-    expectGreen(EglDisplay::forX11(connection_, 0), plainWindow());
+    expectGreen(eglDisplayOn(connection_, 0), plainWindow());
 }
 
 TEST_F(WindowSurface, ADriverWithoutXcbIsReachedThroughXlib) {
-    expectGreen(EglDisplay::throughXlib(connection_, 0), plainWindow());
+    expectGreen(eglDisplayThroughXlib(connection_, 0), plainWindow());
 }
 
 TEST_F(WindowSurface, AWindowInAVisualOfTheDriversCanBeDrawnInto) {
-    const auto display = EglDisplay::forX11(connection_, 0);
+    const auto display = eglDisplayOn(connection_, 0);
     ASSERT_TRUE(display);
-    const std::uint32_t visual = EglWindowSurface::visualFor(*display, 24);
+    const std::uint32_t visual = visualFor(*display, 24);
     ASSERT_NE(visual, 0U);
     expectGreen(display, window(24, visual));
 }
 
 TEST_F(WindowSurface, AWindowWithAlphaCanBeDrawnInto) {
-    const auto display = EglDisplay::forX11(connection_, 0);
+    const auto display = eglDisplayOn(connection_, 0);
     ASSERT_TRUE(display);
     xcb_visualid_t visual = 0;
     for (auto depth = xcb_screen_allowed_depths_iterator(screen_); depth.rem;
@@ -115,8 +115,8 @@ TEST_F(WindowSurface, AWindowWithAlphaCanBeDrawnInto) {
 
 TEST_F(WindowSurface, TheSurfaceFollowsTheWindowsSize) {
     const xcb_window_t id = plainWindow();
-    const auto display = EglDisplay::forX11(connection_, 0);
-    const auto surface = EglWindowSurface::create(display, id);
+    const auto display = eglDisplayOn(connection_, 0);
+    const auto surface = eglSurfaceFor(display, connection_, id);
     ASSERT_TRUE(surface);
     const auto context = GlContext::create(display, surface.get());
     ASSERT_TRUE(context && context->makeCurrent(*surface));
@@ -139,8 +139,8 @@ TEST_F(WindowSurface, TheSurfaceFollowsTheWindowsSize) {
 TEST_F(WindowSurface, AWindowThatIsGoneGivesNone) {
     const xcb_window_t id = plainWindow();
     xcb_destroy_window(connection_, id);
-    EXPECT_FALSE(EglWindowSurface::create(EglDisplay::forX11(connection_, 0), id));
-    EXPECT_FALSE(EglWindowSurface::create(nullptr, id));
+    EXPECT_FALSE(eglSurfaceFor(eglDisplayOn(connection_, 0), connection_, id));
+    EXPECT_FALSE(eglSurfaceFor(nullptr, connection_, id));
 }
 
 #ifdef __SANITIZE_ADDRESS__
@@ -157,8 +157,8 @@ class VanishingWindow : public WindowSurface, public testing::WithParamInterface
 TEST_P(VanishingWindow, DrawingIntoItGoesOnWithoutHarm) {
     const xcb_window_t id = plainWindow();
     const auto display =
-        GetParam() ? EglDisplay::throughXlib(connection_, 0) : EglDisplay::forX11(connection_, 0);
-    auto surface = EglWindowSurface::create(display, id);
+        GetParam() ? eglDisplayThroughXlib(connection_, 0) : eglDisplayOn(connection_, 0);
+    auto surface = eglSurfaceFor(display, connection_, id);
     ASSERT_TRUE(surface);
     const auto context = GlContext::create(display, surface.get());
     ASSERT_TRUE(context && context->makeCurrent(*surface));
@@ -182,13 +182,13 @@ TEST_F(WindowSurface, AWindowOfAnotherDepthGivesNone) {
         xcb_connect(server.display().toLocal8Bit().constData(), nullptr);
     ASSERT_EQ(xcb_connection_has_error(connection), 0);
     const xcb_screen_t* const screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
-    EXPECT_FALSE(EglWindowSurface::create(EglDisplay::forX11(connection, 0), screen->root));
+    EXPECT_FALSE(eglSurfaceFor(eglDisplayOn(connection, 0), connection, screen->root));
     xcb_disconnect(connection);
 }
 
 TEST_F(WindowSurface, TwoWindowsShareADisplay) {
-    auto first = EglDisplay::forX11(connection_, 0);
-    const auto second = EglDisplay::forX11(connection_, 0);
+    auto first = eglDisplayOn(connection_, 0);
+    const auto second = eglDisplayOn(connection_, 0);
     first.reset();
     expectGreen(second, plainWindow());
     expectGreen(second, plainWindow());
@@ -200,8 +200,8 @@ TEST_F(WindowSurface, AServerThatGoesAwayEndsNothing) {
         xcb_connect(server->display().toLocal8Bit().constData(), nullptr);
     {
         const xcb_screen_t* const screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
-        const auto display = EglDisplay::forX11(connection, 0);
-        const auto surface = EglWindowSurface::create(display, screen->root);
+        const auto display = eglDisplayOn(connection, 0);
+        const auto surface = eglSurfaceFor(display, connection, screen->root);
         ASSERT_TRUE(surface);
         const auto context = GlContext::create(display, surface.get());
         ASSERT_TRUE(context && context->makeCurrent(*surface));

@@ -6,26 +6,28 @@
 #include <map>
 #include <vector>
 
+#include "platform/window/OverlaySpaces.h"
 #include "platform/window/x11/StackKeeper.h"
 
 namespace platform {
 
-// The spaces of SpaceFunctions.h, of one connection to an X server. Main thread.
-class OverlaySpaces {
+// Spaces as windows that a stack keeper keeps on top. Owned by the X11System; the
+// keeper outlives the spaces. Main thread.
+class StackedSpaces final : public OverlaySpaces {
   public:
     // The level of a window of this program's own; 0 for others.
     using LevelOf = std::function<int(xcb_window_t)>;
 
-    OverlaySpaces(StackKeeper& stack, LevelOf levelOf);
-    ~OverlaySpaces();
-    OverlaySpaces(const OverlaySpaces&) = delete;
-    OverlaySpaces& operator=(const OverlaySpaces&) = delete;
+    StackedSpaces(StackKeeper& stack, LevelOf levelOf);
+    ~StackedSpaces() override;
+    StackedSpaces(const StackedSpaces&) = delete;
+    StackedSpaces& operator=(const StackedSpaces&) = delete;
 
-    [[nodiscard]] std::uint64_t create();
-    void destroy(std::uint64_t space);
-    void setLevel(std::uint64_t space, int level);
-    void setShown(std::uint64_t space, bool shown);
-    void add(xcb_window_t window, std::uint64_t space);
+    [[nodiscard]] std::uint64_t create() override;
+    void destroy(std::uint64_t space) override;
+    void setLevel(std::uint64_t space, int level) override;
+    void setShown(std::uint64_t space, bool shown) override;
+    void add(std::uint64_t window, std::uint64_t space) override;
     // The window is no more.
     void forget(xcb_window_t window);
 

@@ -1,7 +1,8 @@
 /* SPDX-License-Identifier: MIT */
 /* Spaces that lie over the desktop. The functions are no part of the platform's
  * interface: who wants them looks them up by name while the program runs, and
- * does without where they are not found. They are there on X11.
+ * does without where they are not found. Where the window system has no such
+ * spaces, none can be made.
  *
  * A space is a set of windows with a level. While it is shown, its windows stay
  * above all others, whatever is opened or raised later: full-screen windows,

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "platform/window/x11/SheetOnWindow.h"
+#include "platform/window/SheetOnWindow.h"
 
 #include <utility>
 
 namespace platform {
 
-SheetOnWindow::SheetOnWindow(std::shared_ptr<Sheet> sheet, std::uint32_t window)
+SheetOnWindow::SheetOnWindow(std::shared_ptr<Sheet> sheet, const WindowRef& window)
     : sheet_(std::move(sheet)) {
     sheet_->setSheetParent(this);
     sheet_->orderFront(window);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstdint>
 #include <memory>
 
 #include "platform/view/Sheet.h"
@@ -9,11 +8,11 @@
 namespace platform {
 
 // Shows a sheet attached to a window, this program's or another's, from its
-// making until the sheet asks for its end or this is dropped. Main thread.
+// making until the sheet asks for its end or this is dropped. Keeps the sheet
+// alive meanwhile. Main thread.
 class SheetOnWindow final : public SheetParent {
   public:
-    // `window` is an X id.
-    SheetOnWindow(std::shared_ptr<Sheet> sheet, std::uint32_t window);
+    SheetOnWindow(std::shared_ptr<Sheet> sheet, const WindowRef& window);
     ~SheetOnWindow();
     SheetOnWindow(const SheetOnWindow&) = delete;
     SheetOnWindow& operator=(const SheetOnWindow&) = delete;

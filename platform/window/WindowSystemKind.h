@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QRect>
+#include <QString>
+#include <memory>
+#include <optional>
+
+#include "platform/time/MediaClock.h"
+#include "platform/window/WindowSystem.h"
+
+class QWindow;
+
+namespace platform {
+
+// One kind of window system, before and beside any window: whether the session has
+// it, and what dialogs that Qt itself draws need of it. Without state; one object
+// per kind lasts as long as the process. Main thread.
+class WindowSystemKind {
+  public:
+    virtual ~WindowSystemKind() = default;
+
+    // The Qt platform plugin that the program runs on.
+    [[nodiscard]] virtual QByteArray qtPlugin() const = 0;
+
+    // Null where the system that the environment names does not answer. To be kept
+    // until Qt has connected: a server may start anew when its last client leaves,
+    // and turn others away meanwhile.
+    [[nodiscard]] virtual std::shared_ptr<void> reach() const = 0;
+
+    // The clock outlives the system.
+    [[nodiscard]] virtual std::unique_ptr<WindowSystem> open(MediaClock& clock) const = 0;
+
+    // Windows as a command line or the environment names them; none for a text that
+    // names no window.
+    [[nodiscard]] virtual std::optional<HostRef> readHost(const QString& text) const = 0;
+    [[nodiscard]] virtual std::optional<WindowRef> readWindow(const QString& text) const = 0;
+
+    // As in systems/DialogFrame.h.
+    virtual void askForDarkFrame(QWindow& window) const = 0;
+    virtual void askForTitleOnly(QWindow& window) const = 0;
+    [[nodiscard]] virtual std::optional<QRect> placeOf(const WindowRef& window) const = 0;
+    [[nodiscard]] virtual std::shared_ptr<void> attach(QWindow& dialog,
+                                                       const WindowRef& owner) const = 0;
+    [[nodiscard]] virtual WindowRef refOf(QWindow& window) const = 0;
+};
+
+}  // namespace platform

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <map>
+#include <optional>
+#include <vector>
+
+#include "platform/window/WindowSystem.h"
+#include "platform/window/x11/Coverage.h"
+#include "platform/window/x11/DisplaySleep.h"
+#include "platform/window/x11/EventConnection.h"
+#include "platform/window/x11/StackedSpaces.h"
+#include "platform/window/x11/X11Workspace.h"
+
+namespace platform {
+
+class WindowWatch;
+
+// The program's end of the line to an X server, beside Qt's own: windows are
+// listened to and drawn in through connections of our own, so that a vanished
+// host's window is an event and never the end of the program. Owned by the window
+// server; the clock outlives the system. Main thread.
+class X11System final : public WindowSystem {
+  public:
+    // To the environment's display where `display` is empty. Never fails by itself:
+    // see isConnected().
+    explicit X11System(MediaClock& clock, const QString& display = {});
+    ~X11System() override;
+
+    [[nodiscard]] Capabilities capabilities() const override;
+    [[nodiscard]] bool isConnected() const override { return events_.isAlive(); }
+    void onLost(std::function<void()> action) override;
+    void lost() override { events_.lost(); }
+    [[nodiscard]] std::unique_ptr<NativeWindow> makeWindow(const NativeWindowOptions& options,
+                                                           NativeWindowDelegate& delegate) override;
+    [[nodiscard]] std::unique_ptr<NativeWindow> adopt(const HostRef& host,
+                                                      NativeWindowDelegate& delegate) override;
+    [[nodiscard]] HostRef hostRefOf(QWindow& window) const override;
+    [[nodiscard]] NativeWorkspace& workspace() override;
+    [[nodiscard]] OverlaySpaces* overlaySpaces() override { return &spaces(); }
+    void watch(std::function<void(bool asleep)> displaySlept) override;
+    void rest() override;
+
+    // For the native windows.
+    [[nodiscard]] EventConnection& events() { return events_; }
+    [[nodiscard]] const QString& display() const { return display_; }
+    [[nodiscard]] StackKeeper& stack();
+    void added(WindowWatch& window) { windows_.push_back(&window); }
+    void removed(WindowWatch& window) { std::erase(windows_, &window); }
+    // The level of a window that is shown; 0 for one that is not.
+    void setLevel(xcb_window_t window, int level);
+    // The window is no more.
+    void forget(xcb_window_t window);
+    // A window of the program lost the keyboard.
+    void keyboardMoved();
+
+  private:
+    // Made on first use: most programs need none of these.
+    [[nodiscard]] RootWatch& root();
+    [[nodiscard]] StackedSpaces& spaces();
+    [[nodiscard]] std::vector<xcb_window_t> mapped() const;
+    void setCovered(xcb_window_t id, bool covered);
+
+    MediaClock& clock_;
+    const QString display_;
+    EventConnection events_;
+    std::vector<WindowWatch*> windows_;
+    std::map<xcb_window_t, int> levels_;  // of those shown above the others
+    std::unique_ptr<RootWatch> root_;
+    std::unique_ptr<StackKeeper> stack_;
+    std::unique_ptr<StackedSpaces> spaces_;
+    std::unique_ptr<X11Workspace> workspace_;
+    bool asleep_ = false;
+    std::function<void(bool)> displaySlept_;
+    std::optional<DisplaySleep> sleep_;
+    std::optional<CoverageWatch> coverage_;
+};
+
+// A window's number as hosts write it, decimal or hexadecimal after "0x"; none for
+// what is no number, or 0. Any thread.
+[[nodiscard]] std::optional<xcb_window_t> readWindowNumber(const QString& text);
+
+}  // namespace platform
