@@ -61,6 +61,13 @@ QString zetTekenaar(Opdracht& opdracht, const QString& waarde) {
     return {};
 }
 
+QString zetVenstersysteem(Opdracht& opdracht, const QString& waarde) {
+    if (!platform::isWindowSystemName(waarde) && waarde != QLatin1String("auto"))
+        return QStringLiteral("--venstersysteem kent wayland, x11 en auto, niet '%1'").arg(waarde);
+    opdracht.venstersysteem = waarde == QLatin1String("auto") ? QString() : waarde;
+    return {};
+}
+
 QString zetVensterId(Opdracht& opdracht, const QString& waarde) {
     opdracht.vensterId = platform::readHost(waarde);
     if (!opdracht.vensterId)
@@ -154,6 +161,7 @@ const std::vector<Optie>& opties() {
         {QLatin1String("window-id"), Waarde::Nodig, {}, zetVensterId},
         {QLatin1String("keuze"), Waarde::Nodig, {}, zetKeuze},
         {QLatin1String("tekenaar"), Waarde::Nodig, {}, zetTekenaar},
+        {QLatin1String("venstersysteem"), Waarde::Nodig, {}, zetVenstersysteem},
         {QLatin1String("plaatje"), Waarde::Nodig, {}, zetPlaatje},
         maatOptie(QLatin1String("maat"), &Opdracht::maat),
         getalOptie(QLatin1String("schaal"), &Opdracht::schaal, 0.25, 8),
@@ -237,6 +245,7 @@ Wat:
                          voor deze keer, er wordt niets bewaard
   --voorvertoning        in de kwaliteit van een klein voorbeeld
   --tekenaar=WELKE       gl, cpu of auto (auto)
+  --venstersysteem=WELK  wayland, x11 of auto (auto: Wayland waar dat er is)
   --seconden=N           houdt na N seconden vanzelf op
   --fps                  toont het aantal beelden per seconde
   --volle-snelheid       ook op de accu alle beelden, en niet de helft

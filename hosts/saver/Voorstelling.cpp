@@ -59,8 +59,9 @@ void Voorstelling::begin() {
 void Voorstelling::toonInstellingen(const Window& bij) {
     if (instellingen_.isOpen()) return;
     bladIsOpen(true);
-    const QStringList argumenten{QStringLiteral("--instellingen"),
-                                 QStringLiteral("--boven=%1").arg(bij.reference().text)};
+    QStringList argumenten{QStringLiteral("--instellingen")};
+    if (!bij.reference().isEmpty())
+        argumenten << QStringLiteral("--boven=%1").arg(bij.reference().text);
     instellingen_.toon(argumenten, [this](bool goed) {
         bladIsOpen(false);
         if (!goed) return;

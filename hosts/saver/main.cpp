@@ -51,8 +51,12 @@ bool isPlaatje(const Opdracht& opdracht) {
 }
 
 void kiesPlatform(const Opdracht& opdracht) {
+    using platform::QtScreens;
     const bool plaatje = isPlaatje(opdracht);
-    platform::chooseQtScreens(plaatje ? platform::QtScreens::None : platform::QtScreens::Session);
+    const bool blad = opdracht.wat == Opdracht::Wat::Instellingen;
+    platform::chooseQtScreens(plaatje ? QtScreens::None
+                              : blad  ? QtScreens::Session
+                                      : QtScreens::Windows);
     if (plaatje) qputenv("QT_SCALE_FACTOR", QByteArray::number(opdracht.schaal));
 }
 
@@ -77,7 +81,16 @@ int plaatje(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
-// Shows the saver until something ends it, and returns by which signal, or 0.
+// A desktop that ends takes the saver along quietly.
+int uitgangNaVerlies(const platform::WindowServer& server) {
+    const QString reden = server.system().lossReason();
+    if (reden.isEmpty()) return 0;
+    return meldNaam(QStringLiteral("het venstersysteem verbrak de verbinding: %1").arg(reden),
+                    kFout);
+}
+
+// Shows the saver until something ends it, and returns by which signal, 0, or an
+// exit status below 0.
 int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QString& bus) {
     platform::SystemClock klok;
     const double begin = klok.now() - platform::secondsSinceProcessStart();
@@ -90,7 +103,8 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
     platform::WindowServer server(klok, {.drawer = opdracht.tekenaar,
                                          .system = platform::openWindowSystem(klok),
                                          .pictures = beelden ? &*beelden : nullptr});
-    server.onConnectionLost([] { std::_Exit(0); });
+    if (!server.isConnected()) return -meldNaam(QString::fromUtf8(kGeenScherm), kFout);
+    server.onConnectionLost([&server] { std::_Exit(uitgangNaVerlies(server)); });
 
     int doorSignaal = 0;
     std::optional<brixtel::Voorstelling> voorstelling;
@@ -161,6 +175,8 @@ int instellingen(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
 }
 
 int start(int argc, char** argv, const Opdracht& opdracht) {
+    platform::useOnly(opdracht.venstersysteem);
+    if (opdracht.wat == Opdracht::Wat::Gastheer) platform::useOnlyForHosts();
     std::optional<platform::DisplayCheck> scherm;
     if (!isPlaatje(opdracht)) scherm.emplace();
     if (scherm && !scherm->isReachable()) return meldNaam(QString::fromUtf8(kGeenScherm), kFout);

@@ -48,6 +48,8 @@ class WindowSystem {
     [[nodiscard]] virtual bool isConnected() const = 0;
     // Called once when the system has gone away, as WindowServer has it.
     virtual void onLost(std::function<void()> action) = 0;
+    // Why the system is gone, in its own words; empty where it just went away.
+    [[nodiscard]] virtual QString lossReason() const { return {}; }
     // A surface found the system gone: does what finding it out here does.
     virtual void lost() = 0;
 

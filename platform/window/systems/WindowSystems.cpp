@@ -9,10 +9,20 @@ namespace platform {
 
 namespace {
 
+// For the life of the process, as Qt's own choice is.
+const WindowSystemKind* onlyKind = nullptr;
+const WindowSystemKind* chosenKind = nullptr;
+
+const WindowSystemKind* kindOf(const QString& name) {
+    for (const WindowSystemKind* kind : windowSystemKinds())
+        if (QLatin1String(kind->name()) == name) return kind;
+    return nullptr;
+}
+
 // The first that answers, kept in `hold`; null where none does.
 const WindowSystemKind* reachable(std::shared_ptr<void>& hold) {
     for (const WindowSystemKind* kind : windowSystemKinds())
-        if ((hold = kind->reach())) return kind;
+        if ((!onlyKind || kind == onlyKind) && (hold = kind->reach())) return kind;
     return nullptr;
 }
 
@@ -30,11 +40,25 @@ DisplayCheck::DisplayCheck() {
     reachable(hold_);
 }
 
+bool isWindowSystemName(const QString& name) {
+    return kindOf(name) != nullptr;
+}
+
+void useOnly(const QString& name) {
+    onlyKind = kindOf(name);
+}
+
+void useOnlyForHosts() {
+    for (const WindowSystemKind* kind : windowSystemKinds())
+        if (kind->hasHosts() && !onlyKind) onlyKind = kind;
+}
+
 void chooseQtScreens(QtScreens screens) {
     std::shared_ptr<void> hold;
-    const WindowSystemKind* kind = screens == QtScreens::Session ? reachable(hold) : nullptr;
-    if (!kind && screens == QtScreens::Session) kind = windowSystemKinds().front();
-    qputenv("QT_QPA_PLATFORM", kind ? kind->qtPlugin() : QByteArrayLiteral("offscreen"));
+    chosenKind = screens == QtScreens::None ? nullptr : reachable(hold);
+    if (screens != QtScreens::None && !chosenKind) chosenKind = windowSystemKinds().back();
+    const bool shows = chosenKind && (screens == QtScreens::Session || chosenKind->needsQt());
+    qputenv("QT_QPA_PLATFORM", shows ? chosenKind->qtPlugin() : QByteArrayLiteral("offscreen"));
 }
 
 const WindowSystemKind* qtsKind() {
@@ -45,8 +69,9 @@ const WindowSystemKind* qtsKind() {
 }
 
 const WindowSystemKind& programsKind() {
+    if (chosenKind) return *chosenKind;
     const WindowSystemKind* const kind = qtsKind();
-    return kind ? *kind : *windowSystemKinds().front();
+    return kind ? *kind : *windowSystemKinds().back();
 }
 
 std::unique_ptr<WindowSystem> openWindowSystem(MediaClock& clock) {

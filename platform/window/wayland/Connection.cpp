@@ -28,6 +28,27 @@ Proxy<T> bind(wl_registry* registry, std::uint32_t name, const wl_interface& int
 
 }  // namespace
 
+bool answers(wl_display& display) {
+    bool answered = false;
+    const wl_callback_listener answer = {
+        .done = [](void* data, wl_callback*, std::uint32_t) { *static_cast<bool*>(data) = true; }};
+    const Proxy<wl_callback> question(wl_display_sync(&display));
+    wl_callback_add_listener(question.get(), &answer, &answered);
+    while (!answered) {
+        while (wl_display_prepare_read(&display) != 0)
+            if (wl_display_dispatch_pending(&display) < 0) return false;
+        wl_display_flush(&display);
+        pollfd waits{.fd = wl_display_get_fd(&display), .events = POLLIN, .revents = 0};
+        if (poll(&waits, 1, kPatience) <= 0) {
+            wl_display_cancel_read(&display);
+            return false;
+        }
+        if (wl_display_read_events(&display) < 0 || wl_display_dispatch_pending(&display) < 0)
+            return false;
+    }
+    return true;
+}
+
 const wl_registry_listener Connection::kRegistry = {
     .global =
         [](void* data, wl_registry*, std::uint32_t name, const char* interface,
@@ -105,28 +126,6 @@ void Connection::found(std::uint32_t name, std::string_view interface, std::uint
 void Connection::gone(std::uint32_t name) {
     outputs_.remove(name);
     seat_.remove(name);
-}
-
-bool Connection::roundTrip() {
-    if (!alive_) return false;
-    bool answered = false;
-    const wl_callback_listener answer = {
-        .done = [](void* data, wl_callback*, std::uint32_t) { *static_cast<bool*>(data) = true; }};
-    const Proxy<wl_callback> question(wl_display_sync(display()));
-    wl_callback_add_listener(question.get(), &answer, &answered);
-    while (!answered) {
-        while (wl_display_prepare_read(display()) != 0)
-            if (wl_display_dispatch_pending(display()) < 0) return false;
-        wl_display_flush(display());
-        pollfd waits{.fd = wl_display_get_fd(display()), .events = POLLIN, .revents = 0};
-        if (poll(&waits, 1, kPatience) <= 0) {
-            wl_display_cancel_read(display());
-            return false;
-        }
-        if (wl_display_read_events(display()) < 0 || wl_display_dispatch_pending(display()) < 0)
-            return false;
-    }
-    return true;
 }
 
 void Connection::read() {

@@ -12,6 +12,10 @@
 
 namespace platform::wayland {
 
+// Whether the compositor answers all that was sent to it; waits for that, seconds at
+// most. Events that come meanwhile are handed out.
+[[nodiscard]] bool answers(wl_display& display);
+
 // The program's connection to a Wayland compositor, with what the compositor
 // offers. Reads on the Qt event loop of the thread that made the connection, and
 // sends before that loop waits; no other thread uses the connection. Owned by the
@@ -38,6 +42,7 @@ class Connection {
 
     [[nodiscard]] wl_display* display() const { return display_.get(); }
     [[nodiscard]] Outputs& outputs() { return outputs_; }
+    [[nodiscard]] const Outputs& outputs() const { return outputs_; }
     [[nodiscard]] Seat& seat() { return seat_; }
     [[nodiscard]] const Seat& seat() const { return seat_; }
 
@@ -55,9 +60,8 @@ class Connection {
 
     // Sends what was asked for so far.
     void flush();
-    // Waits until the compositor has answered all that was sent, seconds at most.
-    // False where it did not.
-    bool roundTrip();
+    // As answers().
+    bool roundTrip() { return alive_ && answers(*display()); }
 
   private:
     struct Disconnect {

@@ -11,9 +11,12 @@ namespace platform::wayland {
 WaylandSystem::WaylandSystem(MediaClock& clock, const QString& address)
     : connection_(clock, address), workspace_(*this) {
     outputs_ = connection_.outputs().observe([this] { outputsChanged(); });
+    if (connection_.isAlive()) ScreenSource::use(this);
 }
 
-WaylandSystem::~WaylandSystem() = default;
+WaylandSystem::~WaylandSystem() {
+    if (connection_.isAlive()) ScreenSource::use(nullptr);
+}
 
 Capabilities WaylandSystem::capabilities() const {
     return {.liesAboveAll = connection_.layers() != nullptr};

@@ -15,7 +15,7 @@ class WaylandWindow;
 
 // Wayland as a window system: one connection of the program's own, apart from
 // Qt's. Main thread.
-class WaylandSystem final : public WindowSystem {
+class WaylandSystem final : public WindowSystem, public ScreenSource {
   public:
     // To the environment's compositor where `address` is empty. The clock outlives
     // the system.
@@ -25,6 +25,7 @@ class WaylandSystem final : public WindowSystem {
     [[nodiscard]] Capabilities capabilities() const override;
     [[nodiscard]] bool isConnected() const override { return connection_.isAlive(); }
     void onLost(std::function<void()> action) override { connection_.onLost(std::move(action)); }
+    [[nodiscard]] QString lossReason() const override { return connection_.protocolError(); }
     void lost() override { connection_.lost(); }
     [[nodiscard]] std::unique_ptr<NativeWindow> makeWindow(const NativeWindowOptions& options,
                                                            NativeWindowDelegate& delegate) override;
@@ -32,12 +33,19 @@ class WaylandSystem final : public WindowSystem {
                                                       NativeWindowDelegate&) override {
         return nullptr;
     }
-    [[nodiscard]] std::optional<HostRef> hostRefOf(QWindow&) const override { return {}; }
+    [[nodiscard]] HostRef hostRefOf(QWindow&) const override { return {}; }
     [[nodiscard]] NativeWorkspace& workspace() override { return workspace_; }
     [[nodiscard]] OverlaySpaces* overlaySpaces() override { return nullptr; }
     // A compositor that puts the display to sleep asks for no frames.
     void watch(std::function<void(bool)>) override {}
     void rest() override {}
+
+    [[nodiscard]] std::vector<Screen> screens() const override {
+        return connection_.outputs().screens();
+    }
+    [[nodiscard]] Observation observeScreens(std::function<void()> action) override {
+        return connection_.outputs().observe(std::move(action));
+    }
 
     [[nodiscard]] Connection& connection() { return connection_; }
 

@@ -163,7 +163,7 @@ void WaylandWindow::endSurface() {
     if (!surface_) return;
     surface_.reset();
     // Without its surface the compositor reads none of the buffers.
-    buffers_.endNames();
+    ring_->endNames();
     ring_->reset();
     connection_.flush();
     updateReadiness();
