@@ -8,7 +8,7 @@
 #include <cstdio>
 
 #include "platform/layers/DisplayListBuilder.h"
-#include "platform/render/OffscreenPicture.h"
+#include "platform/render/gl/OffscreenPicture.h"
 #include "tests/support/FallingColumns.h"
 
 namespace {

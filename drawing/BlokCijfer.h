@@ -41,8 +41,8 @@ class BlokCijfer final {
 
     static constexpr int kolommen = 5;
     static constexpr int rijen = 7;
-    static constexpr Glief nul{0x0E, 0x11, 0x13, 0x15, 0x19, 0x11, 0x0E};
-    static constexpr Glief een{0x04, 0x0C, 0x14, 0x04, 0x04, 0x04, 0x1F};
+    static constexpr Glief nul{0b01110, 0b10001, 0b10011, 0b10101, 0b11001, 0b10001, 0b01110};
+    static constexpr Glief een{0b00100, 0b01100, 0b10100, 0b00100, 0b00100, 0b00100, 0b11111};
 
     // The size of one glyph.
     static QSizeF maat(BlokMaat maat);

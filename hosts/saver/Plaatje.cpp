@@ -9,7 +9,7 @@
 #include <cmath>
 
 #include "connections/Overzicht.h"
-#include "platform/render/OffscreenPicture.h"
+#include "platform/render/gl/OffscreenPicture.h"
 #include "platform/session/DistributedNotificationCenter.h"
 #include "platform/time/MediaClock.h"
 #include "platform/view/FrameBuilder.h"

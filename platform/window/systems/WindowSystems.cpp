@@ -9,20 +9,14 @@ namespace platform {
 
 namespace {
 
-// For the life of the process, as Qt's own choice is.
+// For the life of the process, as Qt's own choice is: the one kind to be asked, null
+// for all; and the kind that answered last, null until one did.
 const WindowSystemKind* onlyKind = nullptr;
-const WindowSystemKind* chosenKind = nullptr;
+const WindowSystemKind* answering = nullptr;
 
 const WindowSystemKind* kindOf(const QString& name) {
     for (const WindowSystemKind* kind : windowSystemKinds())
         if (QLatin1String(kind->name()) == name) return kind;
-    return nullptr;
-}
-
-// The first that answers, kept in `hold`; null where none does.
-const WindowSystemKind* reachable(std::shared_ptr<void>& hold) {
-    for (const WindowSystemKind* kind : windowSystemKinds())
-        if ((!onlyKind || kind == onlyKind) && (hold = kind->reach())) return kind;
     return nullptr;
 }
 
@@ -37,7 +31,13 @@ std::optional<Ref> read(const QString& text,
 }  // namespace
 
 DisplayCheck::DisplayCheck() {
-    reachable(hold_);
+    for (const WindowSystemKind* kind : windowSystemKinds()) {
+        if (onlyKind && kind != onlyKind) continue;
+        hold_ = kind->reach();
+        if (!hold_) continue;
+        answering = kind;
+        return;
+    }
 }
 
 bool isWindowSystemName(const QString& name) {
@@ -54,11 +54,10 @@ void useOnlyForHosts() {
 }
 
 void chooseQtScreens(QtScreens screens) {
-    std::shared_ptr<void> hold;
-    chosenKind = screens == QtScreens::None ? nullptr : reachable(hold);
-    if (screens != QtScreens::None && !chosenKind) chosenKind = windowSystemKinds().back();
-    const bool shows = chosenKind && (screens == QtScreens::Session || chosenKind->needsQt());
-    qputenv("QT_QPA_PLATFORM", shows ? chosenKind->qtPlugin() : QByteArrayLiteral("offscreen"));
+    const WindowSystemKind& kind = answering ? *answering : *windowSystemKinds().back();
+    const bool shows =
+        screens == QtScreens::Session || (screens == QtScreens::Windows && kind.needsQt());
+    qputenv("QT_QPA_PLATFORM", shows ? kind.qtPlugin() : QByteArrayLiteral("offscreen"));
 }
 
 const WindowSystemKind* qtsKind() {
@@ -69,7 +68,7 @@ const WindowSystemKind* qtsKind() {
 }
 
 const WindowSystemKind& programsKind() {
-    if (chosenKind) return *chosenKind;
+    if (answering) return *answering;
     const WindowSystemKind* const kind = qtsKind();
     return kind ? *kind : *windowSystemKinds().back();
 }

@@ -38,12 +38,12 @@ enum class QtScreens {
     None,     // nothing is shown: pictures alone
 };
 
-// Makes Qt show windows on the session's window system, or nowhere, where it need
-// not. Before the application object. Main thread.
+// Makes Qt show windows on the session's window system, the one that a DisplayCheck
+// found, or nowhere, where it need not. Before the application object. Main thread.
 void chooseQtScreens(QtScreens screens);
 
-// The window system that was chosen with Qt's screens, or else the one that Qt
-// shows windows on, or the first there is where Qt shows none. The clock outlives
+// The window system that a DisplayCheck found, or else the one that Qt
+// shows windows on, or the last there is where Qt shows none. The clock outlives
 // the system. Main thread.
 [[nodiscard]] std::unique_ptr<WindowSystem> openWindowSystem(MediaClock& clock);
 

@@ -82,17 +82,19 @@ void Output::finish() {
     if (std::exchange(now_, told_) != told_ || first) done_();
 }
 
+QSize Output::pixelSize() const {
+    return now_.transform % 2 != 0 ? now_.mode.transposed() : now_.mode;
+}
+
 QRect Output::place() const {
     if (!now_.logicalSize.isEmpty()) return {now_.logicalPosition, now_.logicalSize};
-    const QSize turned = now_.transform % 2 != 0 ? now_.mode.transposed() : now_.mode;
-    return {now_.position, turned / now_.scale};
+    return {now_.position, pixelSize() / now_.scale};
 }
 
 double Output::scale() const {
     if (now_.logicalSize.isEmpty()) return now_.scale;
-    const QSize turned = now_.transform % 2 != 0 ? now_.mode.transposed() : now_.mode;
     // The size in points is a whole number, the scale one of 120ths.
-    const double rough = static_cast<double>(turned.width()) / now_.logicalSize.width();
+    const double rough = static_cast<double>(pixelSize().width()) / now_.logicalSize.width();
     return std::max(std::round(rough * kScaleSteps), 1.0) / kScaleSteps;
 }
 

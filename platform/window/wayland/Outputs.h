@@ -28,6 +28,8 @@ class Output {
     [[nodiscard]] int wholeScale() const { return now_.scale; }
     // Where the display lies among the others, in points, y down.
     [[nodiscard]] QRect place() const;
+    // Its picture's size, upright.
+    [[nodiscard]] QSize pixelSize() const;
     // Pixels per point.
     [[nodiscard]] double scale() const;
     // Frames per second.

@@ -82,6 +82,11 @@ double WaylandWindow::scale() const {
 }
 
 QSize WaylandWindow::pixelSize() const {
+    // Over all of a display whose points are no whole number of its pixels, too.
+    const Output* const on = output();
+    const bool fits = surface_ && surface_->isStretched() && on && points() == on->place().size() &&
+                      scale() == on->scale();
+    if (fits) return on->pixelSize();
     const QSizeF size = QSizeF(points()) * scale();
     const auto whole = [](double length) {
         return std::clamp(static_cast<int>(std::lround(length)), 1, kLongest);

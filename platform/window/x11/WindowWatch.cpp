@@ -39,6 +39,7 @@ WindowWatch::~WindowWatch() {
 bool WindowWatch::exists() {
     const bool there = lookAt(system_.events().get(), window_).has_value();
     system_.events().readSoon();
+    mapped_ = mapped_ && there;
     return there;
 }
 

@@ -95,6 +95,33 @@ TEST_F(FramePumpTest, AChangeWhileBuildingGivesAnotherFrame) {
     EXPECT_EQ(times, (std::vector<double>{1000.0, 1000.0 + kBeat}));
 }
 
+TEST_F(FramePumpTest, WhileNobodyTakesFramesTheyWaitAndComeAtOnceAfterwards) {
+    next = [](double time) { return time; };
+    pump.setVisible(true);
+    clock.advance(0.0);
+    pump.setReady(false);
+    pump.request();
+    clock.advance(1.0);
+    EXPECT_EQ(times.size(), 1U);
+    pump.setInterval(kBeat * 2);
+    clock.advance(1.0);
+    EXPECT_EQ(times.size(), 1U);
+    pump.setReady(true);
+    clock.advance(0.0);
+    EXPECT_EQ(times.size(), 2U);
+    clock.advance(kBeat * 2);
+    EXPECT_EQ(times.size(), 3U);
+}
+
+TEST_F(FramePumpTest, TakingFramesAgainBringsNoneWhereNothingChanged) {
+    pump.setVisible(true);
+    clock.advance(1.0);
+    pump.setReady(false);
+    pump.setReady(true);
+    clock.advance(1.0);
+    EXPECT_EQ(times.size(), 1U);
+}
+
 TEST_F(FramePumpTest, HiddenWindowHasNoFrames) {
     next = [](double time) { return time; };
     clock.advance(1.0);

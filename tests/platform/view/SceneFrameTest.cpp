@@ -58,6 +58,14 @@ TEST_F(SceneFrameTest, APlayingSceneIsDamagedWholeAndNothingBesideIt) {
     EXPECT_EQ(damage(before, build()), std::vector<QRect>{QRect(0, 0, 100, 100)});
 }
 
+TEST_F(SceneFrameTest, AnotherOpacityDamagesAll) {
+    scene->setPlaying(false);
+    const Frame before = build();
+    Frame after = build();
+    after.opacity = 0.5;
+    EXPECT_EQ(damage(before, after), std::vector<QRect>{QRect(0, 0, 200, 100)});
+}
+
 TEST_F(SceneFrameTest, ASceneThatStandsStillIsNotDrawnAgain) {
     scene->setPlaying(false);
     const Frame before = build();

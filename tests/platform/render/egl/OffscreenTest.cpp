@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <thread>
 
-#include "platform/render/OffscreenPicture.h"
 #include "platform/render/egl/Egl.h"
 #include "platform/render/gl/GlDrawer.h"
+#include "platform/render/gl/OffscreenPicture.h"
 
 namespace platform::test {
 

@@ -9,8 +9,8 @@
 #include <memory>
 
 #include "platform/layers/DisplayListBuilder.h"
-#include "platform/render/OffscreenPicture.h"
 #include "platform/render/gl/GlDrawer.h"
+#include "platform/render/gl/OffscreenPicture.h"
 #include "tests/support/CpuPicture.h"
 
 namespace platform::test {

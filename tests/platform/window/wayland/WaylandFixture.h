@@ -19,9 +19,7 @@ namespace platform::wayland {
 class TestWindow final : public NativeWindowDelegate {
   public:
     TestWindow(WaylandSystem& system, const NativeWindowOptions& options)
-        : opaque_(options.window.opaque),
-          native(system.makeWindow(options, *this)),
-          surface_(native->surfaceMaker({})(-1)) {}
+        : native(system.makeWindow(options, *this)), surface_(native->surfaceMaker({})(-1)) {}
 
     void geometryChanged() override { ++geometryChanges; }
     void visibilityChanged() override { ++visibilityChanges; }
@@ -38,21 +36,35 @@ class TestWindow final : public NativeWindowDelegate {
     void closeAsked() override { ++closings; }
     void gone() override {}
 
-    // A frame of one colour within `rect` (pixels), over what there was.
-    void paint(const Rgba& colour, std::vector<QRect> damage, double opacity = 1.0) {
-        frame_.grid = {.scale = native->scale(), .size = native->pixelSize()};
-        frame_.background = colour;
-        frame_.background.a = opaque_ ? 1.0F : colour.a;
-        frame_.opacity = opacity;
-        frame_.passes.resize(1);
-        surface_->draw(frame_, damage);
-    }
+    // Everything has that colour from now on.
     void paintAll(const Rgba& colour, double opacity = 1.0) {
-        paint(colour, {QRect(QPoint(0, 0), native->pixelSize())}, opacity);
+        frame_.passes.assign(1, {});
+        frame_.background = colour;
+        draw({QRect(QPoint(0, 0), native->pixelSize())}, opacity);
+    }
+    // The rectangles (pixels) have that colour from now on.
+    void paint(const Rgba& colour, const std::vector<QRect>& rects) {
+        const double scale = native->scale();
+        const QSizeF size = native->size();
+        for (const QRect& rect : rects) {
+            DisplayItem item;
+            item.order = static_cast<std::uint32_t>(frame_.passes[0].layers.items.size());
+            item.rect = {rect.x() / scale, size.height() - (rect.y() + rect.height()) / scale,
+                         rect.width() / scale, rect.height() / scale};
+            item.clip = QRectF(QPointF(0, 0), size);
+            item.colour = colour;
+            frame_.passes[0].layers.items.push_back(item);
+        }
+        draw(rects, 1.0);
     }
 
   private:
-    const bool opaque_;
+    void draw(const std::vector<QRect>& damage, double opacity) {
+        frame_.grid = {.scale = native->scale(), .size = native->pixelSize()};
+        frame_.opacity = opacity;
+        surface_->draw(frame_, damage);
+    }
+
     Frame frame_;
 
   public:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/render/OffscreenPicture.h"
+#include "platform/render/gl/OffscreenPicture.h"
 
 #include <epoxy/gl.h>
 
