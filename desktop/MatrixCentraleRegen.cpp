@@ -6,6 +6,7 @@
 #include "desktop/Bovenlaag.h"
 #include "desktop/MatrixCentrale.h"
 #include "desktop/Schermen.h"
+#include "platform/window/WindowSystem.h"
 
 namespace brixtel {
 
@@ -22,13 +23,17 @@ constexpr double kUitgaan = 0.4;
 
 void MatrixCentrale::toonRegen() {
     if (regenAan()) return;
+    if (const auto beletsel = regenBeletsel()) return stand_.zet(*beletsel);
     for (const Screen& scherm : bronnen_.schermen())
         regen_.push_back(maakRegen(scherm));
     werkRegenBij();
 }
 
 void MatrixCentrale::sluitRegen() {
-    if (!regenAan()) return;
+    if (!regenAan()) {
+        if (stand_.waarde() != RegenStand::uit) stand_.zet(RegenStand::uit);
+        return;
+    }
     laatUitgaan({.regen = std::exchange(regen_, {})}, kUitgaan);
     werkRegenBij();
 }
@@ -68,8 +73,23 @@ void MatrixCentrale::toonRegenVenster(Regen& regen) {
     if (!zwartAan()) regen.venster->fadeTo(1.0);
 }
 
+std::optional<RegenStand> MatrixCentrale::regenBeletsel() const {
+    const platform::WindowServer& server = bronnen_.server;
+    if (!server.isConnected()) return std::nullopt;
+    const platform::Capabilities kan = server.system().capabilities();
+    if (!kan.liesAboveAll) return RegenStand::geenBovenlaag;
+    if (!kan.passesClicks) return RegenStand::geenDoorklik;
+    return std::nullopt;
+}
+
+bool MatrixCentrale::isRegenGeweigerd() const {
+    return stand_.waarde() == RegenStand::geenBovenlaag ||
+           stand_.waarde() == RegenStand::geenDoorklik;
+}
+
 RegenStand MatrixCentrale::watRegenMag() const {
-    if (!regenAan()) return RegenStand::uit;
+    // A refusal stands until the rain is closed.
+    if (!regenAan()) return isRegenGeweigerd() ? stand_.waarde() : RegenStand::uit;
     if (bronnen_.werkruimte.isSaverActive()) return RegenStand::schermbeveiliging;
     return bronnen_.werkruimte.isComposited() ? RegenStand::aan : RegenStand::geenCompositor;
 }

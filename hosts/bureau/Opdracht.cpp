@@ -2,6 +2,7 @@
 #include "hosts/bureau/Opdracht.h"
 
 #include "hosts/bureau/BureauInstellingen.h"
+#include "platform/window/systems/WindowSystems.h"
 
 namespace brixtel {
 
@@ -71,6 +72,11 @@ QString zetAutostart(BureauOpdracht& opdracht, const QString& waarde) {
     return leesAanUit(opdracht.autostart.emplace(), waarde, QLatin1String("autostart"));
 }
 
+QString zetVenstersysteem(BureauOpdracht& opdracht, const QString& waarde) {
+    return zetNaam(opdracht.venstersysteem, waarde, QLatin1String("venstersysteem"),
+                   platform::windowSystemNames());
+}
+
 const std::vector<Optie>& opties() {
     static const std::vector<Optie> alle{
         watOptie(QLatin1String("stand"), Wat::Stand),
@@ -94,6 +100,7 @@ const std::vector<Optie>& opties() {
                  BureauInstellingen::kLangzaamst, BureauInstellingen::kSnelst),
         {QLatin1String("muziek"), Waarde::Nodig, {}, zetMuziek},
         {QLatin1String("autostart"), Waarde::Nodig, {}, zetAutostart},
+        {QLatin1String("venstersysteem"), Waarde::Nodig, {}, zetVenstersysteem},
     };
     return alle;
 }
@@ -138,10 +145,13 @@ Instellingen, die bewaard blijven:
   --autostart=aan|uit    of het bij het aanmelden vanzelf start (uit)
 
 Verder:
+  --venstersysteem=WELK  %1 of auto (auto: het eerste
+                         dat er is); voor wie start, niet voor wie doorgeeft
   --stand                hoe het ervoor staat
   --versie               het versienummer
   --help                 deze tekst
-)");
+)")
+        .arg(platform::windowSystemNames().join(QStringLiteral(", ")));
 }
 
 }  // namespace brixtel

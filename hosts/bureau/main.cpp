@@ -94,9 +94,13 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
     platform::DesktopWorkspace werkruimte(server, berichten);
     brixtel::Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval});
     // What a desktop that ends takes with it is gone; there is nobody left to tell.
-    server.onConnectionLost([&bureau] {
+    server.onConnectionLost([&bureau, &server] {
         bureau.bewaar();
-        std::_Exit(0);
+        const QString reden = server.system().lossReason();
+        std::_Exit(reden.isEmpty() ? 0
+                                   : meldNaam(QStringLiteral(
+                                                  "het venstersysteem verbrak de verbinding: %1")
+                                                  .arg(reden)));
     });
 
     // To quit() every window that shows would have to agree.
@@ -211,6 +215,7 @@ int start(int argc, char** argv, const BureauOpdracht& opdracht) {
     if (opdracht.wat == BureauOpdracht::Wat::Stand)
         return meldNaam(QStringLiteral("er draait geen brixtel-bureau"));
     if (isAfsluiten(opdracht)) return 0;
+    platform::useOnly(opdracht.venstersysteem);
     if (!platform::DisplayCheck().isReachable()) return meldNaam(QString::fromUtf8(kGeenScherm));
     return alsEigenaar(argc, argv, bus, opdracht);
 }

@@ -39,6 +39,9 @@ struct Optie {
 QString zetGetal(std::optional<double>& doel, const QString& waarde, QLatin1String naam,
                  double laag, double hoog);
 QString zetGetal(double& doel, const QString& waarde, QLatin1String naam, double laag, double hoog);
+// One of the names, or "auto", which leaves `doel` empty.
+QString zetNaam(QString& doel, const QString& waarde, QLatin1String naam,
+                const QStringList& namen);
 
 // Takes the option at `plaats`, and its value if that is the next word. Returns
 // what is wrong.

@@ -62,10 +62,8 @@ QString zetTekenaar(Opdracht& opdracht, const QString& waarde) {
 }
 
 QString zetVenstersysteem(Opdracht& opdracht, const QString& waarde) {
-    if (!platform::isWindowSystemName(waarde) && waarde != QLatin1String("auto"))
-        return QStringLiteral("--venstersysteem kent wayland, x11 en auto, niet '%1'").arg(waarde);
-    opdracht.venstersysteem = waarde == QLatin1String("auto") ? QString() : waarde;
-    return {};
+    return zetNaam(opdracht.venstersysteem, waarde, QLatin1String("venstersysteem"),
+                   platform::windowSystemNames());
 }
 
 QString zetVensterId(Opdracht& opdracht, const QString& waarde) {
@@ -245,7 +243,8 @@ Wat:
                          voor deze keer, er wordt niets bewaard
   --voorvertoning        in de kwaliteit van een klein voorbeeld
   --tekenaar=WELKE       gl, cpu of auto (auto)
-  --venstersysteem=WELK  wayland, x11 of auto (auto: Wayland waar dat er is)
+  --venstersysteem=WELK  %1 of auto (auto: het eerste
+                         dat er is)
   --seconden=N           houdt na N seconden vanzelf op
   --fps                  toont het aantal beelden per seconde
   --volle-snelheid       ook op de accu alle beelden, en niet de helft
@@ -261,7 +260,8 @@ Verder:
   --afmelden             haalt Brixtel uit die lijst
   --versie               het versienummer
   --help                 deze tekst
-)");
+)")
+        .arg(platform::windowSystemNames().join(QStringLiteral(", ")));
 }
 
 }  // namespace brixtel

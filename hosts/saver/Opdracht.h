@@ -52,7 +52,7 @@ struct Opdracht {
     bool volleSnelheid = false;  // on battery too
     bool json = false;
     platform::DrawerChoice tekenaar = platform::DrawerChoice::Auto;
-    QString venstersysteem;  // "wayland" or "x11"; empty for the session's
+    QString venstersysteem;  // its name; empty for the session's
 };
 
 // `argumenten` without the program's own name; `hostVenster` is what the

@@ -21,6 +21,9 @@ struct Capabilities {
     bool adoptsHosts = false;
     // A window can lie above everything, full-screen windows included.
     bool liesAboveAll = false;
+    // Clicks on a window that ignores the mouse reach what lies below, whatever
+    // that is.
+    bool passesClicks = false;
     // The program can hand the keyboard to another program's window; elsewhere
     // the keyboard finds its own way back when a window goes.
     bool returnsKeyboard = false;

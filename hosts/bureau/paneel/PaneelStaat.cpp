@@ -51,6 +51,9 @@ QString PaneelStaat::regenStatus() const {
         case RegenStand::geenCompositor:
         case RegenStand::schermbeveiliging:
             return QStringLiteral("wacht");
+        case RegenStand::geenBovenlaag:
+        case RegenStand::geenDoorklik:
+            return QStringLiteral("kan niet");
     }
     return {};
 }

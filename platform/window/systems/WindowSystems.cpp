@@ -40,8 +40,11 @@ DisplayCheck::DisplayCheck() {
     }
 }
 
-bool isWindowSystemName(const QString& name) {
-    return kindOf(name) != nullptr;
+QStringList windowSystemNames() {
+    QStringList names;
+    for (const WindowSystemKind* kind : windowSystemKinds())
+        names << QString::fromLatin1(kind->name());
+    return names;
 }
 
 void useOnly(const QString& name) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <memory>
 #include <optional>
 
@@ -10,11 +11,12 @@
 
 namespace platform {
 
-// Whether a window system has that name. Any thread.
-[[nodiscard]] bool isWindowSystemName(const QString& name);
+// The window systems' names as a user writes them, in the order in which the session
+// is asked for them. Any thread.
+[[nodiscard]] QStringList windowSystemNames();
 
 // Lets the session be asked for the window system of that name alone; an empty
-// name: for each, in their order. Before all else here but isWindowSystemName().
+// name: for each, in their order. Before all else here but windowSystemNames().
 // Main thread.
 void useOnly(const QString& name);
 // The same for the first that adopts hosts' windows.

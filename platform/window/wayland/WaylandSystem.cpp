@@ -19,7 +19,7 @@ WaylandSystem::~WaylandSystem() {
 }
 
 Capabilities WaylandSystem::capabilities() const {
-    return {.liesAboveAll = connection_.layers() != nullptr};
+    return {.liesAboveAll = connection_.layers() != nullptr, .passesClicks = true};
 }
 
 std::unique_ptr<NativeWindow> WaylandSystem::makeWindow(const NativeWindowOptions& options,
