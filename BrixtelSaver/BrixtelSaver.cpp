@@ -2,9 +2,11 @@
 #include "BrixtelSaver/BrixtelSaver.h"
 
 #include <QPainter>
+#include <cmath>
 #include <vector>
 
 #include "BrixtelSaver/InstellingenModule.h"
+#include "BrixtelSaver/Opkomst.h"
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "platform/window/Screen.h"
 #include "platform/window/Window.h"
@@ -13,13 +15,21 @@ namespace brixtel {
 
 namespace {
 
-constexpr double kWisselTijd = 60.0;
+constexpr double kWisselTijd = 60.0;  // seconds
+// In the preview, frames per second.
+constexpr int kBeeldenKlein = 30;
 // A window that is being dragged larger gets its new rain once it rests.
 constexpr double kMaatRust = 0.15;
-const QLatin1String kStopt("com.apple.screensaver.willstop");
+// Where a display's scale is not whole, a window learns its size in points only once it is
+// shown: until then it is rounded.
+constexpr double kAfronding = 1.0;
 
-constexpr std::array kScenes{SaverKeuze::regen, SaverKeuze::bol, SaverKeuze::kubus,
-                             SaverKeuze::tunnel, SaverKeuze::logo};
+bool isOngeveer(QSizeF een, QSizeF ander) {
+    return std::abs(een.width() - ander.width()) < kAfronding &&
+           std::abs(een.height() - ander.height()) < kAfronding;
+}
+
+const QLatin1String kStopt("com.apple.screensaver.willstop");
 
 }  // namespace
 
@@ -63,11 +73,25 @@ void BrixtelSaverView::draw(QPainter& painter, const QRectF& dirty) {
 std::shared_ptr<platform::Sheet> BrixtelSaverView::configureSheet() {
     instellingen_ =
         maakInstellingenVenster([zelf = std::weak_ptr<BrixtelSaverView*>(zelf_)](SaverKeuze keuze) {
-            SaverInstellingen::zetKeuze(keuze);
             const auto view = zelf.lock();
-            if (view && (*view)->nu_) (*view)->toon(keuze);
+            if (!view) return SaverInstellingen::zetKeuze(keuze);
+            (*view)->gekozen_ = keuze;
+            (*view)->kies(keuze);
         });
     return instellingen_;
+}
+
+void BrixtelSaverView::kies(SaverKeuze keuze) {
+    SaverInstellingen::zetKeuze(keuze);
+    if (nu_) toon(keuze);
+}
+
+QString BrixtelSaverView::pickedInSheet() const {
+    return gekozen_ ? ruweWaarde(*gekozen_) : QString();
+}
+
+void BrixtelSaverView::takePick(const QString& pick) {
+    if (const auto keuze = keuzeUitRuw(pick)) kies(*keuze);
 }
 
 std::shared_ptr<platform::Sheet> BrixtelSaverView::maakInstellingenVenster(Klaar klaar) {
@@ -83,8 +107,8 @@ void BrixtelSaverView::toon(SaverKeuze keuze) {
         laat(keuze);
         return;
     }
-    // Any of the five, also the one shown before: only the ticks never repeat.
-    const SaverKeuze eerste = kScenes.at(context().random.below(kScenes.size()));
+    // The first may be the scene shown before; only a tick never repeats one.
+    const SaverKeuze eerste = alleScenes.at(context().random.below(alleScenes.size()));
     wisselKlok_ = platform::Timer(context().clock, {.interval = kWisselTijd, .repeats = true},
                                   [this] { wissel(); });
     laat(eerste);
@@ -92,77 +116,66 @@ void BrixtelSaverView::toon(SaverKeuze keuze) {
 
 void BrixtelSaverView::wissel() {
     std::vector<SaverKeuze> kandidaten;
-    for (const SaverKeuze scene : kScenes)
+    for (const SaverKeuze scene : alleScenes)
         if (scene != huidige_) kandidaten.push_back(scene);
     laat(kandidaten[context().random.below(static_cast<std::uint32_t>(kandidaten.size()))]);
 }
 
 void BrixtelSaverView::laat(SaverKeuze keuze) {
-    weg();
+    const bool regent = keuze == SaverKeuze::regen || geenDrie_;
+    const bool eerste = !huidige_;
+    // Where it rains in place of every scene, the rain goes on.
+    if (!regent || !regen()) weg();
     huidige_ = keuze;
-    if (keuze == SaverKeuze::regen || geenDrie_)
-        toonRegen();
-    else if (const auto soort = soortUitRuw(ruweWaarde(keuze)))
-        toonWereld(*soort);
+    if (regen()) return;
+    const auto soort = soortUitRuw(ruweWaarde(keuze));
+    if (regent)
+        toonTafereel(std::nullopt);
+    else if (soort)
+        toonTafereel(soort);
+    if (!eerste) toonOpkomst();
 }
 
-void BrixtelSaverView::toonRegen() {
+void BrixtelSaverView::toonOpkomst() {
+    opkomst_ = std::make_shared<Opkomst>(bounds(), context().clock);
+    opkomst_->setAutoresizingMask(WidthSizable | HeightSizable);
+    addSubview(opkomst_);
+}
+
+MatrixRegenOpties BrixtelSaverView::regenOpties() const {
     const auto scherm = platform::Screen::main();
     const double schaal = window() ? window()->backingScaleFactor() : scherm ? scherm->scale : 2.0;
-    regen_ = std::make_unique<MatrixRegen>(MatrixRegenOpties{.maat = bounds().size(),
-                                                             .schaal = schaal,
-                                                             .dichtheid = 0.7,
-                                                             .snelheid = 1.0,
-                                                             .doorzichtig = false,
-                                                             .stil = false},
-                                           context().clock, context().random);
-    layer()->addSublayer(regen_->laag());
+    return {.maat = bounds().size(),
+            .schaal = schaal,
+            .dichtheid = 0.7,
+            .snelheid = 1.0,
+            .doorzichtig = false,
+            .stil = false};
 }
 
-void BrixtelSaverView::toonWereld(DrieSoort soort) {
-    auto wereld = std::make_unique<DrieWereld>(
-        soort, DrieWereldOpties{.groot = !isPreview(), .rustig = false, .eigenLijnen = false},
+void BrixtelSaverView::toonTafereel(std::optional<DrieSoort> soort) {
+    tafereel_ = std::make_unique<Tafereel>(
+        *this,
+        TafereelOpties{.soort = soort,
+                       .wereld = {.groot = !isPreview(), .rustig = false, .eigenLijnen = false},
+                       .regen = [this] { return regenOpties(); },
+                       .bijGeenDrie = [this] { geenDrie_ = true; }},
         DrieWereldBronnen{.klok = context().clock, .toeval = context().random});
-    auto view = wereld->maakView(bounds());
-    view->setAutoresizingMask(WidthSizable | HeightSizable);
-    if (isPreview()) view->setPreferredFramesPerSecond(30);
-    view->onFailure([this] {
-        geenDrie_ = true;
-        weg();
-        toonRegen();
-    });
-    addSubview(view);
-    wereld_ = std::move(wereld);
-    scn_ = std::move(view);
+    if (isPreview() && scn()) scn()->setPreferredFramesPerSecond(kBeeldenKlein);
 }
 
 void BrixtelSaverView::weg() {
     nieuweMaat_ = platform::Timer();
-    if (scn_) {
-        scn_->setPlaying(false);
-        scn_->setScene(nullptr);
-        scn_->removeFromSuperview();
-        scn_.reset();
-    }
-    if (wereld_) {
-        wereld_->actief(false);
-        wereld_.reset();
-    }
-    if (regen_) {
-        regen_->stop();
-        regen_->laag()->removeFromSuperlayer();
-        regen_.reset();
-    }
+    if (opkomst_) opkomst_->removeFromSuperview();
+    opkomst_.reset();
+    tafereel_.reset();
 }
 
 void BrixtelSaverView::setFrame(const QRectF& frame) {
-    const QSizeF oud = bounds().size();
     ScreenSaverView::setFrame(frame);
-    if (!regen_ || bounds().size() == oud) return;
-    nieuweMaat_ = platform::Timer(context().clock, {.interval = kMaatRust}, [this] {
-        weg();
-        toonRegen();
-    });
+    if (!regen() || isOngeveer(bounds().size(), regen()->laag()->frame().size())) return;
+    nieuweMaat_ = platform::Timer(context().clock, {.interval = kMaatRust},
+                                  [this] { tafereel_->vernieuwRegen(); });
 }
 
 }  // namespace brixtel

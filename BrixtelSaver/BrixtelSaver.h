@@ -8,14 +8,15 @@
 #include "BrixtelSaver/SaverKeuze.h"
 #include "platform/time/Timer.h"
 #include "platform/view/ScreenSaverView.h"
-#include "rain/MatrixRegen.h"
-#include "worlds/DrieWereld.h"
+#include "tafereel/Tafereel.h"
 
 namespace brixtel {
 
+class Opkomst;
+
 // The saver's principal view: a black surface that shows one scene at a time,
-// and in the rotating mode another one every minute. Scenes move themselves; the
-// view draws nothing but black. Main thread.
+// and in the rotating mode another one every minute, which comes up out of black. Scenes move
+// themselves; the view draws nothing but black. Main thread.
 class BrixtelSaverView : public platform::ScreenSaverView {
   public:
     BrixtelSaverView(const QRectF& frame, bool isPreview,
@@ -29,6 +30,7 @@ class BrixtelSaverView : public platform::ScreenSaverView {
     // The rain is built for one size: a new size builds it anew.
     void setFrame(const QRectF& frame) override;
 
+    // For a host that skips what lies behind an opaque view.
     [[nodiscard]] bool isOpaque() const override { return true; }
     void draw(QPainter& painter, const QRectF& dirty) override;
 
@@ -37,12 +39,20 @@ class BrixtelSaverView : public platform::ScreenSaverView {
     // it is stored, and shown at once by a view that was ever started. None in a
     // program without a QApplication.
     std::shared_ptr<platform::Sheet> configureSheet() override;
+    [[nodiscard]] QString pickedInSheet() const override;
+    void takePick(const QString& pick) override;
 
     // What is up now. At most one scene is; `nu` and `huidige` keep their last
     // value when it is taken down.
-    [[nodiscard]] const std::shared_ptr<platform::SceneView>& scn() const { return scn_; }
-    [[nodiscard]] const DrieWereld* wereld() const { return wereld_.get(); }
-    [[nodiscard]] const MatrixRegen* regen() const { return regen_.get(); }
+    [[nodiscard]] std::shared_ptr<platform::SceneView> scn() const {
+        return tafereel_ ? tafereel_->scn() : nullptr;
+    }
+    [[nodiscard]] const DrieWereld* wereld() const {
+        return tafereel_ ? tafereel_->wereld().get() : nullptr;
+    }
+    [[nodiscard]] const MatrixRegen* regen() const {
+        return tafereel_ ? tafereel_->regen() : nullptr;
+    }
     [[nodiscard]] const platform::Timer& wisselKlok() const { return wisselKlok_; }
     // The mode last asked for; none until first started.
     [[nodiscard]] std::optional<SaverKeuze> nu() const { return nu_; }
@@ -55,6 +65,7 @@ class BrixtelSaverView : public platform::ScreenSaverView {
     virtual std::shared_ptr<platform::Sheet> maakInstellingenVenster(Klaar klaar);
 
   private:
+    void kies(SaverKeuze keuze);
     void toon(SaverKeuze keuze);
     void laat(SaverKeuze keuze);
     void wissel();
@@ -62,16 +73,19 @@ class BrixtelSaverView : public platform::ScreenSaverView {
     void stopt();
     void stopKlok();
 
-    void toonRegen();
-    void toonWereld(DrieSoort soort);
+    // None is the rain.
+    void toonTafereel(std::optional<DrieSoort> soort);
+    [[nodiscard]] MatrixRegenOpties regenOpties() const;
+    // Lays black over the new picture, which fades.
+    void toonOpkomst();
 
-    std::shared_ptr<platform::SceneView> scn_;
-    std::unique_ptr<DrieWereld> wereld_;
-    std::unique_ptr<MatrixRegen> regen_;
+    std::unique_ptr<Tafereel> tafereel_;
     platform::Timer wisselKlok_;
     std::optional<SaverKeuze> nu_;
     std::shared_ptr<platform::Sheet> instellingen_;
     std::optional<SaverKeuze> huidige_;
+    std::optional<SaverKeuze> gekozen_;  // in the sheet
+    std::shared_ptr<Opkomst> opkomst_;
     platform::Timer nieuweMaat_;
     // Nothing here can draw a 3D scene: it rains in its place.
     bool geenDrie_ = false;

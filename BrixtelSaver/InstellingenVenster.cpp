@@ -18,9 +18,11 @@ namespace brixtel {
 
 namespace {
 
-constexpr QSize kMaat(380, 286);
-constexpr int kEersteKnop = 190;
 constexpr int kKnopStap = 26;
+// The sheet is laid out for six choices, and grows with more.
+constexpr int kErbij = kKnopStap * (static_cast<int>(alleKeuzes.size()) - 6);
+constexpr QSize kMaat(380, 286 + kErbij);
+constexpr int kEersteKnop = 190 + kErbij;
 // The title bar alone: no button to close, shrink or grow.
 constexpr Qt::WindowFlags kSoort =
     Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::MSWindowsFixedSizeDialogHint;
@@ -51,8 +53,9 @@ InstellingenVenster::InstellingenVenster(Klaar klaar)
     inhoud_->setGeometry(QRect(QPoint(0, 0), kMaat));
     const QString titel = QStringLiteral("BRIXTEL SCHERMBEVEILIGING");
     const QString vraag = QStringLiteral("// wat laat hij zien?");
-    maakOpschrift(titel, Thema::font(15, {.vet = true}), Thema::groen(), {20, 244, 340, 22});
-    maakOpschrift(vraag, Thema::font(11), Thema::middel(), {20, 222, 340, 16});
+    maakOpschrift(titel, Thema::font(15, {.vet = true}), Thema::groen(),
+                  {20, 244 + kErbij, 340, 22});
+    maakOpschrift(vraag, Thema::font(11), Thema::middel(), {20, 222 + kErbij, 340, 16});
     setAccessibleName(titel);
     setAccessibleDescription(vraag);
     const SaverKeuze bewaard = SaverInstellingen::keuze();

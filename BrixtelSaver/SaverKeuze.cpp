@@ -12,12 +12,10 @@ struct Regel {
 
 // By the number of the case.
 constexpr std::array<Regel, alleKeuzes.size()> kRegels{{
-    {QLatin1String("wisselend"), QLatin1String("Steeds iets anders (elke minuut)")},
-    {QLatin1String("regen"), QLatin1String("Matrix-regen")},
-    {QLatin1String("bol"), QLatin1String("Wereldbol met verbindingen")},
-    {QLatin1String("kubus"), QLatin1String("Kubus van bits")},
-    {QLatin1String("tunnel"), QLatin1String("Matrix-tunnel")},
-    {QLatin1String("logo"), QLatin1String("Brixtel-logo")},
+#define AFWISSELING(ruw, naam) {QLatin1String(#ruw), QLatin1String(naam)},
+#define VLAK(ruw, naam, ...) {QLatin1String(#ruw), QLatin1String(naam)},
+#define DRIE(ruw, naam, ...) {QLatin1String(#ruw), QLatin1String(naam)},
+#include "worlds/Scenes.def"
 }};
 
 const Regel& regel(SaverKeuze keuze) {

@@ -8,18 +8,34 @@
 
 namespace brixtel {
 
-// What the saver shows: one scene, or another one every minute. The names of
-// the 3D scenes are those of the scene kinds too, which the view relies on.
-enum class SaverKeuze : std::uint8_t { wisselend, regen, bol, kubus, tunnel, logo };
+// What the saver shows: one scene, or another one every minute. The cases come from the
+// table of scenes, so that a 3D scene has the raw value of its DrieSoort.
+enum class SaverKeuze : std::uint8_t {
+#define AFWISSELING(ruw, ...) ruw,
+#define VLAK(ruw, ...) ruw,
+#define DRIE(ruw, ...) ruw,
+#include "worlds/Scenes.def"
+};
 
 // In the order in which they are offered.
-inline constexpr std::array alleKeuzes{SaverKeuze::wisselend, SaverKeuze::regen,  SaverKeuze::bol,
-                                       SaverKeuze::kubus,     SaverKeuze::tunnel, SaverKeuze::logo};
+inline constexpr std::array alleKeuzes{
+#define AFWISSELING(ruw, ...) SaverKeuze::ruw,
+#define VLAK(ruw, ...) SaverKeuze::ruw,
+#define DRIE(ruw, ...) SaverKeuze::ruw,
+#include "worlds/Scenes.def"
+};
+
+// The same without the mode that changes: one scene each.
+inline constexpr std::array alleScenes{
+#define VLAK(ruw, ...) SaverKeuze::ruw,
+#define DRIE(ruw, ...) SaverKeuze::ruw,
+#include "worlds/Scenes.def"
+};
 
 // The raw value, which is what is stored: the case's own name.
 [[nodiscard]] QString ruweWaarde(SaverKeuze keuze);
 
-// None for anything but exactly one of the six raw values.
+// None for anything but exactly one of the raw values.
 [[nodiscard]] std::optional<SaverKeuze> keuzeUitRuw(QStringView ruw);
 
 // What the user reads.

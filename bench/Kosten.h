@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// What processes cost, as the kernel counts it.
+// The cost of processes, as the kernel counts it.
 #pragma once
 
 #include <unistd.h>
 
 #include <QFile>
 
-// User and system time of a process so far, in seconds; proc(5).
+// User and system time of a process so far, in seconds (fields 14 and 15 of proc(5)).
 inline double cpuVan(qint64 proces) {
     QFile bestand(QStringLiteral("/proc/%1/stat").arg(proces));
     if (!bestand.open(QIODevice::ReadOnly)) return 0.0;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How soon a program's window is there: from the start of the process to a window
-// that shows the bright green of the theme where it should.
+// The time to a program's window: from the start of the process to a window
+// that shows the theme's bright green at a given place.
 #pragma once
 
 #include <QCoreApplication>
@@ -22,8 +22,8 @@ struct Opening {
     QProcessEnvironment omgeving;
 };
 
-// Opens it as often as the command line says, under that X server, prints how long
-// it took, and returns the exit status.
+// Opens the program under that X server, as many times as the command line
+// says, prints the times, and returns the exit status.
 inline int meetOpening(const Xvfb& server, const Opening& opening) {
     const int keren = std::max(1, QCoreApplication::arguments().value(1).toInt());
     QProcessEnvironment omgeving = opening.omgeving;

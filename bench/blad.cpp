@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How soon the configuration sheet is there, with its title.
+// The time until the configuration sheet shows its title.
 //
 // Usage: blad [TIMES]
 #include "bench/Opening.h"

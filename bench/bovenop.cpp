@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// What the effects over the desktop cost, under an X server, a window manager and
-// a compositor of its own: CPU per second of the program, the server and the
-// compositor, beside the floor of clearing and presenting a window as large sixty
-// times a second; and how long it takes until the first picture is on the screen.
-// Needs the tests to be built: their program shows the effects.
+// The cost of the effects over the desktop, under an X server, a window manager
+// and a compositor of the benchmark's own: CPU per second of the program, the
+// server and the compositor, beside a floor (a window of the same size, cleared
+// and presented sixty times a second); and the time to the first picture on the
+// screen. Needs the tests to be built: their program shows the effects.
 //
 // Usage: bovenop [--maat=1920x1080] [--seconden=10] [EFFECT...]
-// Effects: regen, zwart, bol, kubus, tunnel, logo.
+// Effects: regen, zwart, or the raw value of a DrieSoort.
 #include <QCoreApplication>
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -44,14 +44,14 @@ bool heeftCompositor() {
     return is;
 }
 
-// Runs a program for this long and prints its line; returns what all of it cost.
+// Runs a program for the given time, prints its line, and returns the total cost.
 double meet(const QString& naam, const QString& programma, const QStringList& argumenten,
             double seconden, double vloer) {
     QProcess proces;
     const double serverVoor = cpuVan(server->process()), compositorVoor = cpuVan(compositor);
     double eigen = 0.0;
     begin(proces, programma, argumenten);
-    // Its own last reading: a process that has ended has none any more.
+    // Waits for the process's last reading: none exists after its end.
     until(
         [&] {
             const double nu = cpuVan(proces.processId());

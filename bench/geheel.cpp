@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Runs the programs whole, under an X server of its own, and prints what they
-// cost: CPU per second of the program and of the X server, beside the floor of
-// clearing and presenting the same window sixty times a second.
+// Runs whole programs under an X server of the benchmark's own, and prints
+// their cost: CPU per second of the program and of the X server, beside a
+// floor: the same window, cleared and presented sixty times a second.
 //
 // Usage: geheel [--maat=1920x1080] [--seconden=10] [--tekenaar=auto] [SCENE...]
 #include <unistd.h>
@@ -26,7 +26,7 @@ struct Opties {
     QStringList scenes;
 };
 
-// Runs one program to its end and prints its line; its JSON comes on stdout.
+// Runs a program to its end and prints its line; the program writes JSON to stdout.
 double meet(const QString& naam, const QString& programma, const QStringList& argumenten,
             const Xvfb& server, double seconden, double vloer) {
     QProcess proces;

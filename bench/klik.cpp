@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// How long a click takes to reach the program below the desktop rain, beside how
-// long it takes without the rain: under an X server, a window manager and a
-// compositor of its own, from the moment at which the server is told of the click
-// to the one at which the program below hears of it. Needs the tests to be built:
-// their program shows the rain.
+// The time that a click takes to the program below the desktop rain, with and
+// without the rain: from the moment at which the server gets the click to the
+// moment at which the program below hears of it. Runs an X server, a window
+// manager and a compositor of its own. Needs the tests to be built: their
+// program shows the rain.
 //
 // Usage: klik [--maat=1920x1080] [--kliks=200]
 #include <poll.h>
@@ -27,7 +27,7 @@ namespace {
 using Tijd = std::chrono::steady_clock;
 
 constexpr int kBlokken = 4;
-constexpr int kGeduld = 2000;  // milliseconds that a click may take at all
+constexpr int kGeduld = 2000;  // milliseconds: the longest wait for a click
 
 void begin(QProcess& proces, const Xvfb& server, const QString& programma,
            const QStringList& woorden) {
@@ -45,7 +45,7 @@ void eindig(QProcess& proces) {
     proces.waitForFinished();
 }
 
-// A client with a window in the middle, and another one that stands for the mouse.
+// A client with a window in the middle, and a client that acts as the mouse.
 class Proef {
   public:
     explicit Proef(const Xvfb& server)
@@ -59,7 +59,7 @@ class Proef {
                           XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, waarden);
         xcb_map_window(programma_, venster);
         xcb_flush(programma_);
-        // Until it stands in the frame that the window manager gives it.
+        // Waits until the window stands in the window manager's frame.
         until([&] { return isBeheerd(venster) && isTeZien(venster); });
         xcb_warp_pointer(programma_, XCB_NONE, venster, 0, 0, 0, 0, 200, 150);
         xcb_flush(programma_);
@@ -71,7 +71,7 @@ class Proef {
     Proef(const Proef&) = delete;
     Proef& operator=(const Proef&) = delete;
 
-    // Milliseconds; none if it never came.
+    // Milliseconds; none if the click never came.
     std::optional<double> klik() {
         const Tijd::time_point begin = Tijd::now();
         xcb_test_fake_input(hand_, XCB_BUTTON_PRESS, 1, 0, wortel_, 0, 0, 0);
@@ -115,7 +115,7 @@ class Proef {
     const xcb_window_t wortel_;
 };
 
-// Never in step with the pictures.
+// Pauses vary, so that clicks never keep step with the pictures.
 void rust(int nummer) {
     poll(nullptr, 0, 20 + nummer * 13 % 17);
 }
@@ -162,7 +162,7 @@ int main(int argc, char** argv) {
                       {QStringLiteral("regen")});
                 if (!regen.waitForReadyRead(20'000)) return 1;
             }
-            // Until it has faded in or out.
+            // Waits for the end of the fade.
             poll(nullptr, 0, 1000);
             for (int i = 0; i < kliks / kBlokken; ++i) {
                 rust(++nummer);

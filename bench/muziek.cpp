@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What listening to the music costs: the analysis of one second of sound.
+// The cost of listening to music: the analysis of one second of sound.
 #include <benchmark/benchmark.h>
 
 #include "hosts/bureau/muziek/SlagZoeker.h"
@@ -13,7 +13,7 @@ void niets(benchmark::State& state) {
 }
 BENCHMARK(niets);
 
-// By the samples a second.
+// The argument is the number of samples per second.
 void seconde(benchmark::State& state) {
     const auto tempo = static_cast<double>(state.range(0));
     const steun::KlikSpoor spoor{.seconden = 1, .tempo = tempo};

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How soon the panel of the desktop effects is there, with its first rows: from the
-// start of the owner itself, on a session bus of its own.
+// The time until the desktop effects' panel shows its first rows, from the
+// start of the owner, on a session bus of the benchmark's own.
 //
 // Usage: paneel [TIMES]
 #include <QTemporaryDir>
@@ -22,7 +22,7 @@ int main(int argc, char** argv) {
     return meetOpening(server, {.wat = "the panel",
                                 .programma = QStringLiteral("brixtel-bureau"),
                                 .woorden = {},
-                                // Below the running picture, which is green too.
+                                // A place below the running picture, which is green too.
                                 .plek = {10, 210, 380, 200},
                                 .omgeving = omgeving});
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Building the rain, which happens on the main thread when it comes on screen.
+// The time to build the rain, which the main thread does before showing it.
 #include <benchmark/benchmark.h>
 
 #include <QGuiApplication>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a frame of a scene costs the main thread. A frame is one sixtieth of a
-// second; every fifth or so carries a tick.
+// A scene's frame on the main thread: its cost. A frame is one sixtieth of a
+// second; about every fifth frame has a tick.
 #include <benchmark/benchmark.h>
 
 #include "platform/scene/DrawList.h"
@@ -10,7 +10,7 @@ namespace {
 
 using platform::DrawList;
 
-// The loop and the clock's arithmetic alone.
+// The floor: only the loop and the clock's arithmetic.
 void nothing(benchmark::State& state) {
     double time = 0.0;
     for (auto _ : state)
@@ -38,7 +38,7 @@ void advanceAndExtractDigits(benchmark::State& state) {
         state.SkipWithError("digits are missing");
 }
 
-// A digit among which something lies that covers: everything is sorted by depth.
+// One covering object among the digits makes the list sort everything by depth.
 void advanceAndExtractSortedDigits(benchmark::State& state) {
     DigitCube cube(1);
     cube.scene.root().addChild(std::make_shared<platform::Node>(

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What drawing a scene costs. One JSON line for each scene: milliseconds of wall
-// clock (best, median) and of all threads' processor time for a frame, drawn to
-// its end; with --gpu what the GPU's own clock says.
+// The cost of drawing a scene. Prints one JSON line per scene: milliseconds of
+// wall clock (best, median) and processor time of all threads for a complete
+// frame; with --gpu, the time by the GPU's own clock.
 #include <QCommandLineParser>
 #include <QGuiApplication>
 #include <QJsonDocument>
@@ -26,7 +26,7 @@ struct Settings {
     QSize size;
     double scale = 1.0;
     int frames = 60;
-    int rung = 0;  // below 0: as the ladder finds it, for 50 frames a second
+    int rung = 0;  // negative: as the ladder finds it, for 50 frames a second
     bool memory = false;
     bool gpu = false;
     QString still;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a frame of falling columns costs without OpenGL: building its list,
-// finding what differs, and drawing that.
+// The cost of a frame of falling columns without OpenGL: building the list,
+// finding the differences, and drawing them.
 #include <benchmark/benchmark.h>
 
 #include <memory>
@@ -17,8 +17,8 @@ namespace {
 constexpr Rgba kBlack{0.0F, 0.0F, 0.0F, 1.0F};
 constexpr double kStart = 1000.0;
 
-// A screen of falling columns; argument 0 is its width and 1 its height in
-// pixels, 2 its pixels per point.
+// A screen of falling columns; argument 0 is the width and 1 the height in
+// pixels, 2 the pixels per point.
 struct Screen {
     explicit Screen(const benchmark::State& state)
         : size(static_cast<int>(state.range(0)), static_cast<int>(state.range(1))),
@@ -29,7 +29,7 @@ struct Screen {
         columns.show(kStart, lists[0]);
     }
 
-    // Frame by frame at 60 a second; a pair of strips changes every fifth.
+    // Advances one frame, 60 per second; every fifth frame changes a pair of strips.
     const DisplayList& next() {
         ++frame;
         if (frame % 5 == 0) columns.swapContents(frame % columns.columnCount());
@@ -75,7 +75,7 @@ void HeelBeeld(benchmark::State& state) {
 }
 BENCHMARK(HeelBeeld)->Apply(screens);
 
-// What falling costs from frame to frame, list and damage aside.
+// The cost of the falling itself, without list and damage.
 void Beeldstap(benchmark::State& state) {
     Screen screen(state);
     double painted = 0.0;

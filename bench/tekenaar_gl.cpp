@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What a full screen of falling digits costs with OpenGL, off screen. "Draw" is
-// what the drawing thread spends on handing a frame over; "Frame" ends when the
-// picture is there, and on software OpenGL that is the processor's work too.
+// The cost of a full screen of falling digits with OpenGL, off screen. "Draw"
+// is the drawing thread's time for handing over a frame. "Frame" ends when the
+// picture is complete; on software OpenGL this includes the processor's work.
 #include <benchmark/benchmark.h>
 #include <epoxy/gl.h>
 
@@ -42,7 +42,7 @@ struct Scene {
 void finish(benchmark::State& state, Scene& scene) {
     state.SetLabel(scene.offscreen->rendererName());
     state.counters["calls"] = scene.offscreen->drawer().drawCalls();
-    // Proof that something was drawn.
+    // The result proves that something was drawn.
     const QImage picture = scene.offscreen->draw(scene.list, scene.grid, kBlack);
     for (int y = 0; y < picture.height(); ++y) {
         for (int x = 0; x < picture.width(); ++x) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The country table and the reading of lsof's output. The inet_pton lines are
-// the floor: what turning the text into a number costs by itself.
+// The country table and the reader of lsof's output. The inet_pton lines are
+// the floor: the cost of turning the text into a number.
 #include <arpa/inet.h>
 #include <benchmark/benchmark.h>
 
@@ -23,8 +23,8 @@ namespace {
 
 using namespace brixtel;
 
-// Enough to be all over the table, few enough not to push it out of the cache
-// themselves.
+// The number of addresses: enough to reach the whole table, and too few to push
+// the table out of the cache.
 constexpr std::size_t kAdressen = 1U << 13;
 using Tekst = std::array<char, INET6_ADDRSTRLEN>;
 
@@ -34,7 +34,7 @@ std::string adres4(platform::RandomSource& lot) {
     return inet_ntop(AF_INET, &getal, tekst.data(), tekst.size());
 }
 
-// What the shipped file holds, once more.
+// The content of the shipped file, decoded.
 const LandenInhoud& meegeleverd() {
     static const LandenInhoud inhoud = [] {
         std::ifstream bestand(BRIXTEL_LANDEN, std::ios::binary);
@@ -48,7 +48,7 @@ const LandenInhoud& meegeleverd() {
     return inhoud;
 }
 
-// Somewhere in the first of a random range, since most of all addresses are nobody's.
+// An address in the first part of a random range, since most addresses belong to no country.
 std::string adres6(platform::RandomSource& lot) {
     const auto& starts = meegeleverd().v6;
     const std::uint64_t boven =
@@ -114,7 +114,7 @@ void laad(benchmark::State& state) {
 }
 BENCHMARK(laad)->Name("laden")->Unit(benchmark::kMillisecond);
 
-// As lsof prints it: 50 programs with some 6,600 connections, three lines each.
+// Text in lsof's format: 50 programs with some 6,600 connections, three lines each.
 std::string lsofTekst(std::size_t regels) {
     platform::RandomSource lot(2);
     std::ostringstream tekst;
@@ -144,7 +144,7 @@ void ontleed(benchmark::State& state) {
 }
 BENCHMARK(ontleed)->Name("groeperen/20000 regels")->Unit(benchmark::kMillisecond);
 
-// The real tool on this machine as it is, from start to result.
+// The machine's real tool, from its start to the result.
 void meet(benchmark::State& state) {
     for (auto _ : state)
         benchmark::DoNotOptimize(VerbindingWacht::meet());

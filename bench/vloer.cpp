@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The floor that every scene is measured beside: a window of the given size that
-// is cleared and presented sixty times a second, and nothing else.
+// The floor for measuring scenes: a window of the given size, cleared and
+// presented sixty times a second.
+//
 // Usage: vloer WIDTHxHEIGHT SECONDS
 #include <epoxy/gl.h>
 #include <xcb/xcb.h>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the worlds cost the main thread: a frame of a sixtieth of a second, ticks
-// and births included, and the making of one.
+// The worlds' cost on the main thread: a frame of a sixtieth of a second, ticks
+// and births included, and the building of a world.
 #include <benchmark/benchmark.h>
 
 #include <QGuiApplication>
@@ -58,7 +58,7 @@ std::vector<brixtel::Lijn> vierentwintig() {
     return lijnen;
 }
 
-// A frame of the globe in which 24 labels find their places.
+// A frame of the globe that places 24 labels.
 void beeldMetLijnen(benchmark::State& state) {
     Opstelling opstelling;
     const auto wereld = opstelling.maak(DrieSoort::bol);
@@ -73,7 +73,7 @@ void beeldMetLijnen(benchmark::State& state) {
 }
 BENCHMARK(beeldMetLijnen)->Unit(benchmark::kMicrosecond);
 
-// Every number, and so every label, has changed.
+// Changes every number, and so every label.
 void zetLijnen(benchmark::State& state) {
     Opstelling opstelling;
     const auto wereld = opstelling.maak(DrieSoort::bol);
@@ -88,7 +88,7 @@ void zetLijnen(benchmark::State& state) {
 }
 BENCHMARK(zetLijnen)->Unit(benchmark::kMillisecond);
 
-// The first globe of the process, the map and the table read for it.
+// The first globe of the process, including the reading of map and table.
 void eersteBol() {
     platform::SystemClock klok;
     platform::RandomSource toeval{1};

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// How long the rotation holds up the event loop: runs it in a window under an X
-// server of its own, by a clock that is moved, until each scene has come after
-// each other one, and prints the longest single turn of the main thread around
-// the change. The processor draws; OpenGL, where needed, on its own thread.
+// The time that the rotation blocks the event loop. Runs the rotation in a window under
+// an X server of its own, by a clock that is moved by hand, until each scene has
+// followed each other scene. Prints the longest single turn of the main thread around
+// each change. The processor draws; OpenGL, where needed, has its own thread.
 //
 // Usage: wissel [--maat=1920x1080] [--keer=2]
 #include <poll.h>
@@ -30,8 +30,8 @@ constexpr int kMeesteWissels = 400;
 constexpr int kScenes = 5;
 
 struct Blok {
-    double wand = 0.0;       // milliseconds that passed
-    double processor = 0.0;  // of the main thread
+    double wand = 0.0;       // milliseconds of wall clock
+    double processor = 0.0;  // milliseconds of the main thread's processor time
 };
 
 class Wisseling {
@@ -51,7 +51,7 @@ class Wisseling {
         wisselTijd_ = klok_.now();
     }
 
-    // The next change, and the longest turn of the main thread around it.
+    // The longest turn of the main thread around one change.
     struct Wissel {
         SaverKeuze van, naar;
         Blok langste;
@@ -65,7 +65,7 @@ class Wisseling {
             const Blok blok = beurt();
             if (*view_->huidige() != van && blok.wand > wissel.langste.wand) wissel.langste = blok;
             const auto beelden = venster_.statistics().frames;
-            // Without a turn of the event loop, so that each is in a beurt().
+            // Waits without turning the event loop, so that every turn is inside beurt().
             for (int wacht = 0; wacht < 20 && venster_.statistics().frames == beelden; ++wacht)
                 poll(nullptr, 0, 1);
         }
@@ -82,7 +82,7 @@ class Wisseling {
         return {1e3 * (wandklok_.now() - begin), 1e3 * (platform::threadCpuSeconds() - verbruikt)};
     }
 
-    const brixtel::EigenInstellingen eigen_;  // without a choice: the rotation
+    const brixtel::EigenInstellingen eigen_;  // without a stored choice: the rotation
     const Xvfb x_;
     platform::SystemClock wandklok_;
     platform::ManualClock klok_;

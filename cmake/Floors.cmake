@@ -1,15 +1,15 @@
 # Build rules that every folder shares.
 
 include(GNUInstallDirs)
-# A folder of the program's own, which no other looks into.
+# A folder of the program's own, which no other program searches.
 set(BRIXTEL_LIBDIR "${CMAKE_INSTALL_LIBDIR}/brixtel")
 if(CMAKE_LIBRARY_ARCHITECTURE)
   set(BRIXTEL_LIBDIR "lib/${CMAKE_LIBRARY_ARCHITECTURE}/brixtel")
 endif()
 
-# Everything of a build lies in three folders, laid out as in an installed
-# tree, so that programs find the module and the module finds its resources
-# the same way in both.
+# A build uses three folders, laid out as in an installed tree: programs
+# find the module, and the module finds its resources, the same way in
+# both.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
 
@@ -20,11 +20,11 @@ target_compile_definitions(brixtel_flags INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_K
 target_compile_options(brixtel_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow
                        -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wunused
                        -Wnull-dereference -Wimplicit-fallthrough
-                       # Option structs are filled with designated initialisers,
-                       # and what is left out has its default.
+                       # Designated initialisers fill option structs, and
+                       # omitted members keep their defaults.
                        -Wno-missing-field-initializers
-                       # Nobody replaces a library's own functions from outside, so it
-                       # may inline them.
+                       # No code replaces a library's own functions from
+                       # outside, so a library may inline them.
                        -fno-semantic-interposition)
 target_link_options(brixtel_flags INTERFACE -Wl,--no-undefined -Wl,--as-needed)
 if(BRIXTEL_STRICT)
@@ -38,7 +38,7 @@ if(BRIXTEL_SANITIZE)
 endif()
 
 # brixtel_floor(NAME SOURCES ... [LINKS ...] [PRIVATE_LINKS ...] [MOC])
-# One shared library for one folder. LINKS are visible to those above.
+# Makes one shared library for one folder. LINKS are visible to the floors above.
 function(brixtel_floor name)
   cmake_parse_arguments(F "MOC" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
   add_library(${name} SHARED ${F_SOURCES})
@@ -49,8 +49,8 @@ function(brixtel_floor name)
 endfunction()
 
 # brixtel_test(NAME SOURCES ... LINKS ... LABELS ... [CORE|GUI] [PROPERTIES ...])
-# One GoogleTest program; every test in it is a ctest entry of its own. CORE
-# runs the tests under a QCoreApplication, GUI under an off-screen
+# Makes one GoogleTest program; every test in it is a ctest entry of its own.
+# CORE runs the tests under a QCoreApplication, GUI under an off-screen
 # QGuiApplication; neither needs a display.
 function(brixtel_test name)
   cmake_parse_arguments(T "CORE;GUI;MOC" "" "SOURCES;LINKS;LABELS;PROPERTIES" ${ARGN})
@@ -70,7 +70,7 @@ function(brixtel_test name)
   set_target_properties(${name} PROPERTIES AUTOMOC ${T_MOC}
                         RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
   target_link_libraries(${name} PRIVATE brixtel_flags ${T_LINKS} GTest::gmock)
-  # Tests are compiled more often than they run.
+  # Tests compile more often than they run.
   target_compile_options(${name} PRIVATE -O1)
   target_include_directories(${name} PRIVATE "${CMAKE_BINARY_DIR}/gemaakt")
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60

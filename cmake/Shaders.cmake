@@ -1,7 +1,7 @@
 # brixtel_shaders(VARIABLE FILE...)
-# Makes of each shader a header of the same name with `.h` behind it, which
-# defines one constant: rects.frag becomes `kRectsFrag` in rects.frag.h. The
-# headers' paths are left in VARIABLE; they land in the folder's build folder.
+# Wraps each shader in a header of the same name plus `.h`, which defines one
+# constant: rects.frag becomes `kRectsFrag` in rects.frag.h. The headers lie in
+# the folder's build folder; VARIABLE receives their paths.
 function(brixtel_shaders variable)
   set(headers "")
   foreach(file IN LISTS ARGN)

@@ -1,5 +1,5 @@
 # Writes HEADER: the text of SHADER as a C++ constant named after the file.
-# What stands above `#version` is left out, since nothing may.
+# Leaves out the lines above `#version`, which must come first in a shader.
 cmake_minimum_required(VERSION 3.25)
 get_filename_component(file "${SHADER}" NAME)
 string(REGEX MATCHALL "[A-Za-z0-9]+" words "${file}")
@@ -19,7 +19,7 @@ string(SUBSTRING "${text}" 0 ${start} above)
 string(REGEX MATCHALL "\n" lines "${above}")
 list(LENGTH lines skipped)
 string(SUBSTRING "${text}" ${start} -1 text)
-# The compiler's messages keep the file's own line numbers.
+# The compiler's messages use the file's own line numbers.
 math(EXPR next "${skipped} + 2")
 string(REGEX REPLACE "^(#version[^\n]*\n)" "\\1#line ${next}\n" text "${text}")
 file(WRITE "${HEADER}" "// Made of ${file}.

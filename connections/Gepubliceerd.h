@@ -4,7 +4,8 @@
 #include <functional>
 #include <memory>
 #include <utility>
-#include <vector>
+
+#include "platform/time/Observers.h"
 
 namespace brixtel {
 
@@ -13,14 +14,18 @@ namespace brixtel {
 class Abonnement {
   public:
     Abonnement() = default;  // of nothing
+    Abonnement(Abonnement&&) = default;
+    Abonnement& operator=(Abonnement&&) = default;
+    Abonnement(const Abonnement&) = delete;
+    Abonnement& operator=(const Abonnement&) = delete;
+    ~Abonnement() = default;
 
   private:
     template <typename T>
     friend class Gepubliceerd;
-    explicit Abonnement(std::unique_ptr<void, void (*)(void*)> houvast)
-        : houvast_(std::move(houvast)) {}
+    explicit Abonnement(platform::Observation houvast) : houvast_(std::move(houvast)) {}
 
-    std::unique_ptr<void, void (*)(void*)> houvast_{nullptr, [](void*) {}};
+    platform::Observation houvast_;
 };
 
 // A value that others follow. A subscriber is told the current value at once,
@@ -44,32 +49,31 @@ class Gepubliceerd {
     [[nodiscard]] const T& waarde() const { return *stand_->waarde; }
 
     [[nodiscard]] Abonnement volg(Ontvanger ontvanger) const {
-        using Vast = std::shared_ptr<Ontvanger>;
-        auto vast = std::make_unique<Vast>(std::make_shared<Ontvanger>(std::move(ontvanger)));
-        const Vast roep = *vast;
-        stand_->volgers.push_back(*vast);
+        const auto vast = std::make_shared<Ontvanger>(std::move(ontvanger));
+        Abonnement abonnement(stand_->volgers.add(
+            [vast, stand = std::weak_ptr<Stand>(stand_)](const std::shared_ptr<const T>& nieuw) {
+                // Another receiver may have set a newer value meanwhile.
+                const auto nu = stand.lock();
+                if (nu && nu->waarde == nieuw) (*vast)(*nieuw);
+            }));
         const auto nu = stand_->waarde;
-        (*roep)(*nu);
-        return Abonnement({vast.release(), [](void* v) { delete static_cast<Vast*>(v); }});
+        (*vast)(*nu);
+        return abonnement;
     }
 
     void zet(T waarde) {
+        // Held, since a receiver may destroy the owner.
         const std::shared_ptr<Stand> stand = stand_;
         const auto nieuw = std::make_shared<const T>(std::move(waarde));
         stand->waarde = nieuw;
-        std::erase_if(stand->volgers, [](const auto& volger) { return volger.expired(); });
-        const auto volgers = stand->volgers;
-        for (const auto& volger : volgers) {
-            if (stand->waarde != nieuw) return;
-            if (const auto roep = volger.lock()) (*roep)(*nieuw);
-        }
+        stand->volgers.tell(nieuw);
     }
 
   private:
     struct Stand {
         explicit Stand(std::shared_ptr<const T> w) : waarde(std::move(w)) {}
         std::shared_ptr<const T> waarde;
-        std::vector<std::weak_ptr<Ontvanger>> volgers;
+        platform::Observers<const std::shared_ptr<const T>&> volgers;
     };
 
     std::shared_ptr<Stand> stand_;

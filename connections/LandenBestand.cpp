@@ -5,6 +5,8 @@
 
 #include <QtEndian>
 #include <algorithm>
+#include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -86,10 +88,20 @@ std::optional<LandenKop> leesKop(Bytes data) {
                      .v6Tal = getal<std::uint32_t>(data, 12)};
 }
 
+std::string somVan(Bytes stroom) {
+    std::array<char, 16> tekst{};
+    const uLong som = crc32_z(0, stroom.data(), stroom.size());
+    std::snprintf(tekst.data(), tekst.size(), "%08lx\n", som);
+    return tekst.data();
+}
+
 LandenInhoud leesLanden(Bytes data) {
     const auto kop = leesKop(data);
     if (!kop) return {};
-    if (data.size() < kop->maat()) std::abort();
+    if (data.size() < kop->maat()) {
+        std::fputs("brixtel: de landentabel is korter dan zij zelf zegt\n", stderr);
+        std::abort();
+    }
     LandenInhoud inhoud;
     data = data.subspan(kLandenKopMaat);
     inhoud.landen.reserve(kop->landenTal);

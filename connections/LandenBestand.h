@@ -20,6 +20,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -28,6 +29,8 @@
 namespace brixtel {
 
 inline constexpr std::string_view kLandenMerk = "BXGEO1";
+// Behind the name of the file that a checksum is of.
+inline constexpr std::string_view kLandenSom = ".crc32";
 inline constexpr std::size_t kLandenKopMaat = 16;
 inline constexpr std::size_t kLandMaat = 10;
 // No table comes near this size unpacked; a stream that goes beyond is not one.
@@ -53,12 +56,16 @@ struct LandenInhoud {
 // The stream unpacked; nothing when it is damaged, cut off, or grows beyond kLandenGrens.
 [[nodiscard]] std::optional<std::vector<std::uint8_t>> pakUit(std::span<const std::uint8_t> stroom);
 
+// The checksum of the packed stream, as the file beside it has it: the CRC-32 as
+// eight hexadecimal digits and a line feed.
+[[nodiscard]] std::string somVan(std::span<const std::uint8_t> stroom);
+
 // The counts; nothing when the data is too short (a table of no bytes after its
 // head is no table) or does not begin with the mark.
 [[nodiscard]] std::optional<LandenKop> leesKop(std::span<const std::uint8_t> data);
 
 // The whole table. Empty where leesKop() has nothing. Data shorter than its own
-// counts claim stops the process.
+// counts claim stops the process, after a line on standard error.
 [[nodiscard]] LandenInhoud leesLanden(std::span<const std::uint8_t> data);
 
 }  // namespace brixtel

@@ -7,11 +7,12 @@
 #include <QtEndian>
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
+#include <span>
 #include <string>
 
+#include "platform/files/InputFile.h"
 #include "platform/resources/ResourceFolder.h"
 
 namespace brixtel {
@@ -20,6 +21,8 @@ namespace {
 
 // Any address of this library tells in which file it lies.
 const char kHier = 0;
+
+constexpr std::size_t kSomGrens = 64;  // bytes
 
 // The region of the user's locale; LC_ADDRESS is the part that says where one
 // lives. Empty when the locale has none.
@@ -31,14 +34,15 @@ std::string regio() {
     return {};
 }
 
-std::vector<std::uint8_t> leesAlles(const std::filesystem::path& pad) {
-    std::error_code fout;
-    const auto maat = std::filesystem::file_size(pad, fout);
-    if (fout || maat > kLandenGrens) return {};
-    std::vector<std::uint8_t> bytes(maat);
-    std::ifstream bestand(pad, std::ios::binary);
-    bestand.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(maat));
-    if (!bestand) return {};
+std::span<const std::uint8_t> alsBytes(const std::string& tekst) {
+    return {reinterpret_cast<const std::uint8_t*>(tekst.data()), tekst.size()};
+}
+
+// Empty when it cannot be read, or is not what its checksum says.
+std::string leesHeel(const std::string& pad) {
+    std::string bytes = platform::readRegularFile(pad, kLandenGrens).bytes;
+    const auto som = platform::readRegularFile(pad + std::string(kLandenSom), kSomGrens);
+    if (som.error != ENOENT && som.bytes != somVan(alsBytes(bytes))) return {};
     return bytes;
 }
 
@@ -52,7 +56,7 @@ LandenTabel& LandenTabel::gedeeld() {
 LandenInhoud LandenTabel::leesBestand() const {
     const auto pad = bestand_ ? bestand_ : platform::resourcePath(&kHier, "landen.bin");
     if (!pad) return {};
-    const auto data = pakUit(leesAlles(*pad));
+    const auto data = pakUit(alsBytes(leesHeel(pad->string())));
     if (!data) return {};
     return leesLanden(*data);
 }
@@ -61,8 +65,8 @@ void LandenTabel::laad() {
     if (geladen_.load(std::memory_order_acquire)) return;
     std::call_once(eenmaal_, [this] {
         inhoud_ = leesBestand();
-        bladen4_ = Bladwijzer(inhoud_.v4);
-        bladen6_ = Bladwijzer(inhoud_.v6);
+        zoeker4_ = BereikZoeker(inhoud_.v4);
+        zoeker6_ = BereikZoeker(inhoud_.v6);
         geladen_.store(true, std::memory_order_release);
     });
 }
@@ -75,18 +79,18 @@ const std::vector<Land>& LandenTabel::landen() const {
 template <typename Getal>
 const Land* LandenTabel::zoek(Getal sleutel, const std::vector<Getal>& starts,
                               const std::vector<std::uint8_t>& indexen,
-                              const Bladwijzer<Getal>& bladwijzer) const {
+                              const BereikZoeker<Getal>& zoeker) const {
     if (starts.empty() || sleutel < starts.front()) return nullptr;
-    const std::size_t index = indexen[bladwijzer.zoek(sleutel, starts)];
+    const std::size_t index = indexen[zoeker.zoek(sleutel, starts)];
     return index < inhoud_.landen.size() ? &inhoud_.landen[index] : nullptr;
 }
 
 const Land* LandenTabel::zoek4(const std::uint8_t* bytes) const {
-    return zoek(qFromBigEndian<std::uint32_t>(bytes), inhoud_.v4, inhoud_.v4Land, bladen4_);
+    return zoek(qFromBigEndian<std::uint32_t>(bytes), inhoud_.v4, inhoud_.v4Land, zoeker4_);
 }
 
 const Land* LandenTabel::zoek6(const std::uint8_t* bytes) const {
-    return zoek(qFromBigEndian<std::uint64_t>(bytes), inhoud_.v6, inhoud_.v6Land, bladen6_);
+    return zoek(qFromBigEndian<std::uint64_t>(bytes), inhoud_.v6, inhoud_.v6Land, zoeker6_);
 }
 
 const Land* LandenTabel::vind(std::string_view adres) const {

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "connections/Bladwijzer.h"
+#include "connections/BereikZoeker.h"
 #include "connections/Land.h"
 #include "connections/LandenBestand.h"
 
@@ -19,8 +19,9 @@ namespace brixtel {
 //
 // The table is read once, at the first question, and kept. A file that is
 // missing or damaged leaves it empty without a word: no address then has a
-// country, and home is the Netherlands. A file that claims to hold more than it
-// does stops the process.
+// country, and home is the Netherlands. So does a file that is not what the
+// checksum beside it says; without one nothing is checked. A file that claims to
+// hold more than it does stops the process, after a line on standard error.
 //
 // Any thread may ask; the first to do so reads the file while others wait.
 class LandenTabel {
@@ -58,12 +59,12 @@ class LandenTabel {
     template <typename Getal>
     [[nodiscard]] const Land* zoek(Getal sleutel, const std::vector<Getal>& starts,
                                    const std::vector<std::uint8_t>& indexen,
-                                   const Bladwijzer<Getal>& bladwijzer) const;
+                                   const BereikZoeker<Getal>& zoeker) const;
 
     const std::optional<std::filesystem::path> bestand_;
     LandenInhoud inhoud_;
-    Bladwijzer<std::uint32_t> bladen4_;
-    Bladwijzer<std::uint64_t> bladen6_;
+    BereikZoeker<std::uint32_t> zoeker4_;
+    BereikZoeker<std::uint64_t> zoeker6_;
     std::once_flag eenmaal_;
     std::atomic<bool> geladen_{false};
 };

@@ -19,11 +19,37 @@ namespace {
 using namespace Qt::StringLiterals;
 using Rij = std::array<QString, 3>;
 
-// Without the control characters by which a name could steer a terminal.
-QString leesbaar(QString tekst) {
-    for (QChar& teken : tekst)
-        if (teken.category() == QChar::Other_Control) teken = u'?';
-    return tekst;
+// Whether a name could steer a terminal with it, or have it write backwards.
+bool stuurt(char32_t teken) {
+    switch (QChar::category(teken)) {
+        case QChar::Other_Control:
+        case QChar::Other_Format:
+        case QChar::Other_Surrogate:
+        case QChar::Separator_Line:
+        case QChar::Separator_Paragraph:
+            return true;
+        default:
+            return false;
+    }
+}
+
+QString leesbaar(const QString& tekst) {
+    QList<uint> tekens = tekst.toUcs4();
+    for (uint& teken : tekens)
+        if (stuurt(teken)) teken = U'?';
+    return QString::fromUcs4(reinterpret_cast<const char32_t*>(tekens.constData()), tekens.size());
+}
+
+// JSON in which those are written by their number, so that their names stay whole.
+QByteArray metNummers(const QByteArray& json) {
+    QString tekst;
+    for (const QChar teken : QString::fromUtf8(json)) {
+        if (teken != u'\n' && !teken.isSurrogate() && stuurt(teken.unicode()))
+            tekst += QStringLiteral("\\u%1").arg(teken.unicode(), 4, 16, QLatin1Char('0'));
+        else
+            tekst += teken;
+    }
+    return tekst.toUtf8();
 }
 
 Rij rijVan(const Lijn& lijn) {
@@ -101,7 +127,7 @@ QByteArray alsJson(const std::vector<Lijn>& lijnen) {
         lijst.append(objectVan(lijn));
     const QJsonObject alles{{u"totaal"_s, static_cast<qint64>(totaalVan(lijnen))},
                             {u"lijnen"_s, lijst}};
-    return QJsonDocument(alles).toJson(QJsonDocument::Indented);
+    return metNummers(QJsonDocument(alles).toJson(QJsonDocument::Indented));
 }
 
 std::optional<std::vector<Lijn>> leesJson(const QByteArray& json) {

@@ -13,7 +13,7 @@ constexpr double kSpeling = 0.15;  // of the interval, by which the timer may be
 }
 
 VerbindingWacht::VerbindingWacht(platform::MediaClock& klok, Bron bron)
-    : tijd_(klok), bron_(std::move(bron)), wachtrij_("nl.brixtel.verbindingen") {}
+    : mediaKlok_(klok), bron_(std::move(bron)), wachtrij_("nl.brixtel.verbindingen") {}
 
 VerbindingWacht::~VerbindingWacht() {
     stop_.request();
@@ -44,36 +44,50 @@ void VerbindingWacht::gebruik(const std::string& sleutel, bool aan, double elke)
     if (nieuw <= 0.0) return;
     if (oud == 0.0) kijk();
     // The timer is the watcher's own and goes with it.
-    klok_ =
-        platform::Timer(tijd_, {.interval = nieuw, .repeats = true, .tolerance = nieuw * kSpeling},
-                        [this] { kijk(); });
+    klok_ = platform::Timer(mediaKlok_,
+                            {.interval = nieuw, .repeats = true, .tolerance = nieuw * kSpeling},
+                            [this] { kijk(); });
 }
 
 void VerbindingWacht::kijk() {
     if (bezig_) return;
     bezig_ = true;
-    wachtrij_.async([this, nog = std::weak_ptr(nog_)] {
+    wachtrij_.async([this, leeft = std::weak_ptr(leeft_)] {
         auto lijnen = std::make_shared<std::vector<Lijn>>(meet(bron_, &stop_));
-        platform::runOnMainQueue([this, nog, lijnen] {
-            if (!nog.expired()) toon(std::move(*lijnen));
+        platform::runOnMainQueue([this, leeft, lijnen] {
+            if (!leeft.expired()) toon(std::move(*lijnen));
         });
     });
 }
 
+void VerbindingWacht::daarna(std::function<void()> doe) {
+    wachtrij_.async([doe = std::move(doe)] { platform::runOnMainQueue(doe); });
+}
+
 void VerbindingWacht::toon(std::vector<Lijn> lijnen) {
     bezig_ = false;
-    const auto nog = std::weak_ptr(nog_);
+    const auto leeft = std::weak_ptr(leeft_);
     totaal_.zet(totaalVan(lijnen));
     // Someone who was told the total may have dropped the watcher.
-    if (!nog.expired()) lijnen_.zet(std::move(lijnen));
+    if (!leeft.expired()) lijnen_.zet(std::move(lijnen));
 }
 
 std::vector<Lijn> VerbindingWacht::meet(const Bron& bron, const platform::ToolStop* stop) {
+    return probeer(bron, stop).value_or(std::vector<Lijn>());
+}
+
+std::optional<std::vector<Lijn>> VerbindingWacht::probeer(const Bron& bron,
+                                                          const platform::ToolStop* stop) {
     const auto pad = bron.lsof.empty() ? platform::findTool("lsof") : bron.lsof;
-    if (!pad) return {};
-    const auto uit = platform::runTool(
-        {.program = *pad, .arguments = {"-nP", "-iTCP", "-sTCP:ESTABLISHED", "-FcnT"}}, stop);
-    if (!uit) return {};
+    if (!pad) return std::nullopt;
+    auto einde = platform::ToolEnd::done;
+    const auto uit = platform::runTool({.program = *pad,
+                                        .arguments = {"-nP", "-iTCP", "-sTCP:ESTABLISHED", "-FcnT"},
+                                        .mostBytes = kMeesteBytes,
+                                        .mostSeconds = bron.seconden},
+                                       stop, &einde);
+    // lsof ends with 1 where there are no connections.
+    if (!uit || (einde == platform::ToolEnd::failed && uit->text().empty())) return std::nullopt;
     return groepeer(uit->text(), bron.tabel);
 }
 

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,6 +35,7 @@ class VerbindingWacht {
     struct Bron {
         LandenTabel& tabel = LandenTabel::gedeeld();
         std::string lsof = {};  // the tool's path; empty means where the system has it
+        double seconden = 5.0;  // the longest that it may take
     };
 
     explicit VerbindingWacht(platform::MediaClock& klok) : VerbindingWacht(klok, Bron{}) {}
@@ -55,6 +58,10 @@ class VerbindingWacht {
     // subscriber gets a measurement at once.
     void gebruik(const std::string& sleutel, bool aan, double elke = 3.0);
 
+    // Runs `doe` on the main thread, once all that is under way now has been measured
+    // and published.
+    void daarna(std::function<void()> doe);
+
     // Seconds between two measurements; 0 while nobody asks.
     [[nodiscard]] double tussentijd() const { return tussentijd_; }
 
@@ -62,6 +69,12 @@ class VerbindingWacht {
     [[nodiscard]] static std::vector<Lijn> meet() { return meet(Bron{}); }
     [[nodiscard]] static std::vector<Lijn> meet(const Bron& bron,
                                                 const platform::ToolStop* stop = nullptr);
+
+    // As meet(), and nothing where nothing could be measured: lsof is missing, fails
+    // without a word, takes longer than it may or writes more than kMeesteBytes.
+    [[nodiscard]] static std::optional<std::vector<Lijn>> probeer(
+        const Bron& bron, const platform::ToolStop* stop = nullptr);
+    static constexpr std::size_t kMeesteBytes = std::size_t{64} << 20;
 
     // A program's name as people know it, from the name that lsof prints: known
     // helper processes get their program's, an escaped space becomes one.
@@ -71,17 +84,17 @@ class VerbindingWacht {
     void kijk();
     void toon(std::vector<Lijn> lijnen);
 
-    platform::MediaClock& tijd_;
+    platform::MediaClock& mediaKlok_;
     const Bron bron_;
     Gepubliceerd<std::vector<Lijn>> lijnen_;
     Gepubliceerd<std::int64_t> totaal_;
     std::map<std::string, double> gebruikers_;
-    platform::Timer klok_;
+    platform::Timer klok_;  // the next measurement
     double tussentijd_ = 0.0;
     bool bezig_ = false;  // a measurement is under way
 
     // Gone with the watcher; a result on its way back looks whether it is.
-    std::shared_ptr<const bool> nog_ = std::make_shared<bool>(true);
+    std::shared_ptr<const bool> leeft_ = std::make_shared<bool>(true);
     platform::ToolStop stop_;
     platform::SerialQueue wachtrij_;  // last: ends before what its task uses
 };

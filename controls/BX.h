@@ -10,7 +10,7 @@ class QQmlEngine;
 
 namespace brixtel {
 
-// The kit's colours, which are the theme's.
+// The kit's colours, from the theme.
 struct BXKleur final {
     BXKleur() = delete;
 
@@ -26,15 +26,15 @@ struct BXKleur final {
 struct BXFontOpties {
     bool vet = false;
 };
-// The theme's font, `grootte` points high. Fonts come in whole pixels here, however
-// their size is given, so 10.5 is set as 11. Needs a QGuiApplication.
+// The theme's font, `grootte` points high. Qt rounds any font size to whole
+// pixels, so 10.5 becomes 11. Needs a QGuiApplication.
 [[nodiscard]] QFont bxFont(double grootte, BXFontOpties opties = {});
 
-// Lets the engine find `import Brixtel.Controls` in this library itself, so that
-// a program that links it needs no import path.
+// Lets the engine find `import Brixtel.Controls` in this library, so that a
+// program linking the library needs no import path.
 void bxBereid(QQmlEngine& machine);
 
-// All of that for QML, as the singleton BX.
+// The colours, fonts and numbers for QML, as the singleton BX.
 class BX : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -59,7 +59,7 @@ class BX : public QObject {
     [[nodiscard]] QColor bxCijfer() const { return BXKleur::bxCijfer(); }
 
     Q_INVOKABLE QFont font(double grootte, bool vet = false) const;
-    // The colour at that opacity, 0...1.
+    // The colour at the given opacity, 0...1.
     Q_INVOKABLE QColor dek(const QColor& kleur, double dekking) const;
     Q_INVOKABLE QString bxGetal(double waarde, int decimalen) const;
     Q_INVOKABLE QString bxProcent(double fractie) const;

@@ -42,7 +42,7 @@ void BXBalken::zetGevuld(int gevuld) {
 void BXBalken::teken(QPainter& painter, QSize maat, double schaal) const {
     QColor gedoofd = BXKleur::bxDonker();
     gedoofd.setAlphaF(kGedoofd);
-    // All bars are equally wide, so the gaps take what does not divide.
+    // All bars have one width, so the gaps take the remainder.
     const int breed = std::max(1, static_cast<int>(SchuifRekenen::kBalkBreedte * schaal + 1e-3));
     for (int i = 0; i < aantal_; ++i) {
         const int x = static_cast<int>(std::lround(SchuifRekenen::kBalkAfstand * i * schaal));

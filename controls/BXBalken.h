@@ -6,7 +6,7 @@
 namespace brixtel {
 
 // The row of bars of a slider: the first `gevuld` of the `aantal` bars are lit.
-// Also a meter by itself.
+// Also serves as a meter.
 class BXBalken : public BXTekening {
     Q_OBJECT
     QML_ELEMENT
@@ -17,7 +17,7 @@ class BXBalken : public BXTekening {
     explicit BXBalken(QQuickItem* ouder = nullptr);
 
     [[nodiscard]] int aantal() const { return aantal_; }
-    void zetAantal(int aantal);  // none below 0
+    void zetAantal(int aantal);  // below 0 counts as 0
 
     [[nodiscard]] int gevuld() const { return gevuld_; }
     void zetGevuld(int gevuld);

@@ -5,7 +5,7 @@ namespace brixtel {
 
 namespace {
 
-// Going to another window and coming back is no change of focus.
+// A switch to another window and back keeps the focus unchanged.
 bool isVensterwissel(const QFocusEvent& event) {
     return event.reason() == Qt::ActiveWindowFocusReason || event.reason() == Qt::PopupFocusReason;
 }
@@ -58,7 +58,7 @@ void BXDruk::keyPressEvent(QKeyEvent* event) {
         event->ignore();
         return;
     }
-    // A key that is held down presses once.
+    // A key held down presses only once.
     if (!event->isAutoRepeat()) druk();
 }
 
@@ -75,7 +75,7 @@ void BXDruk::focusOutEvent(QFocusEvent* event) {
 
 void BXDruk::itemChange(ItemChange wat, const ItemChangeData& gegevens) {
     QQuickItem::itemChange(wat, gegevens);
-    // What is hidden or switched off under the pointer is not told that it left.
+    // Qt sends no leave event to an item that is hidden or disabled under the pointer.
     const bool weg = wat == ItemVisibleHasChanged || wat == ItemEnabledHasChanged;
     if (weg && !gegevens.boolValue) zetZweef(false);
 }

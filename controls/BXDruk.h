@@ -5,9 +5,9 @@
 
 namespace brixtel {
 
-// What all buttons of the kit are: something to press, with the pointer (anywhere
-// on it), with space or Return while it has the keyboard, or through assistive
-// technology. Draws nothing.
+// The base of all buttons of the kit: an item to press with the pointer
+// (anywhere on the item), with space or Return while it has the keyboard, or
+// through assistive technology. Draws nothing.
 class BXDruk : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
@@ -17,14 +17,14 @@ class BXDruk : public QQuickItem {
   public:
     explicit BXDruk(QQuickItem* ouder = nullptr);
 
-    // Whether the pointer is over it.
+    // Whether the pointer is over the item.
     [[nodiscard]] bool zweef() const { return zweef_; }
 
-    // Whether it has the keyboard and got it by way of the keyboard; a press with
-    // the pointer takes the keyboard too, but needs no mark.
+    // Whether the item has the keyboard and got it through the keyboard; a
+    // press with the pointer takes the keyboard too, but shows no mark.
     [[nodiscard]] bool toonFocus() const { return toonFocus_; }
 
-    // As if it had been pressed.
+    // Acts like a press.
     Q_INVOKABLE void druk();
 
   Q_SIGNALS:
@@ -48,7 +48,7 @@ class BXDruk : public QQuickItem {
 
     bool zweef_ = false;
     bool toonFocus_ = false;
-    bool toondeFocus_ = false;  // when its window was left
+    bool toondeFocus_ = false;  // at the moment its window lost the focus
 };
 
 }  // namespace brixtel

@@ -2,7 +2,7 @@
 import QtQuick
 import Brixtel.Controls
 
-// The mark of what has the keyboard, just outside it.
+// The mark around the item that has the keyboard, just outside the item.
 BXVlak {
     property bool toon: false
 

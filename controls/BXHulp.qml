@@ -2,7 +2,7 @@
 import QtQuick
 import Brixtel.Controls
 
-// The help text of `bij`, shown under it once the pointer has rested on it.
+// The help text of `bij`, shown below the item after the pointer has rested there.
 Item {
     id: hulp
 
@@ -19,7 +19,7 @@ Item {
         else wacht.stop();
     }
 
-    // Beneath the control, or above it where there is no room.
+    // Opens below the control, or above it where there is no room.
     function toon() {
         const plek = bij.mapToItem(blad, 0, bij.height + 4);
         vak.x = Math.max(0, Math.min(plek.x, blad.width - vak.width));

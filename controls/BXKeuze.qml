@@ -2,22 +2,22 @@
 import QtQuick
 import Brixtel.Controls
 
-// A choice of one out of several, side by side. Wider than it asks for, its
-// options share the room; narrower, their labels wrap. Tab stops at the option
-// chosen; the arrows go to the next and choose it.
+// A choice of one option out of several, side by side. In a wide place the
+// options share the extra room; in a narrow one their labels wrap. Tab stops at
+// the chosen option; the arrow keys choose its neighbour.
 BXKeuzeBasis {
     id: keus
 
     property bool toonFocus: false
 
     readonly property var labels: opties.map(optie => String(optie.label ?? ""))
-    // As wide in bold as in regular, so that nothing shifts.
+    // The bold width counts for regular labels too, so that nothing shifts.
     readonly property var gevraagd: labels.map(label => Math.ceil(vet.advanceWidth(label)) + 4)
     readonly property var minst: labels.map(label => Math.max(...label.split(" ").map(woord => Math.ceil(vet.advanceWidth(woord)))) + 4)
     property var breedtes: []
 
-    // How far the first and the last label stay off the ends, which are the rounder
-    // the more lines there are. One line clears them by itself.
+    // The inset of the first and last label from the ends, which are rounder
+    // with more lines. A single line needs no inset.
     property real links: 0
     property real rechts: 0
     property real hoogste: vet.height
@@ -37,14 +37,14 @@ BXKeuzeBasis {
         hoogste = hoog;
     }
     function hoogte(index) { return knoppen.itemAt(index)?.hoog ?? 0; }
-    // How far the curve comes in at the corners of that label, beyond its padding.
+    // The depth of the end's curve at the label's corners, beyond the label's padding.
     function bocht(index) {
         const straal = hoogste / 2 + 4;
         const half = hoogte(index) / 2;
         return Math.max(0, Math.ceil(straal - Math.sqrt(straal * straal - half * half)) - 1);
     }
-    // Keeping off the ends takes width and so may take more lines, which takes
-    // keeping off farther; a few rounds settle it.
+    // An inset takes width, so labels may need more lines, which need a larger
+    // inset; a few rounds settle the layout.
     property bool bezig: false
     function schik() {
         if (bezig || !(width > 0)) return;
@@ -57,7 +57,7 @@ BXKeuzeBasis {
         }
         bezig = false;
     }
-    // With Ctrl, Alt or Meta an arrow is for others.
+    // An arrow key with Ctrl, Alt or Meta is not for this control.
     function pijl(toets, index) {
         toets.accepted = !(toets.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier));
         if (toets.accepted) naar(index);
@@ -75,7 +75,7 @@ BXKeuzeBasis {
 
     BXKeuzeVlak {
         objectName: "vlak"
-        // Asks again whenever the options are laid out anew.
+        // The binding is evaluated again whenever the options are laid out anew.
         readonly property Item knop: keus.breedtes.length > 0 && keus.gekozen >= 0 ? knoppen.itemAt(keus.gekozen) : null
         anchors.fill: parent
         van: knop ? knop.x : 0
@@ -119,7 +119,7 @@ BXKeuzeBasis {
                     grootte: 10.5
                     Accessible.ignored: true
                 }
-                // As high in bold as in regular, chosen or not.
+                // The bold height counts for every label, chosen or not.
                 Label { id: maat; visible: false; width: tekst.width; text: tekst.text; vet: true }
                 Label {
                     id: tekst

@@ -6,8 +6,8 @@
 
 namespace brixtel {
 
-// A choice of one out of several without a look. What the user chooses changes
-// `keuze` without disturbing what it is bound to.
+// A choice of one option out of several, without a look. A user's choice
+// changes `keuze` and keeps its binding.
 class BXKeuzeBasis : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
@@ -18,19 +18,19 @@ class BXKeuzeBasis : public QQuickItem {
   public:
     using QQuickItem::QQuickItem;
 
-    // In order, each `{ waarde: ..., label: "..." }`; values of any kind that can
-    // be compared.
+    // The options in order, each `{ waarde: ..., label: "..." }`; values of any
+    // comparable kind.
     [[nodiscard]] const QVariantList& opties() const { return opties_; }
     void zetOpties(const QVariantList& opties);
 
-    // The value chosen, which need not be among the options.
+    // The chosen value, which need not be among the options.
     [[nodiscard]] const QVariant& keuze() const { return keuze_; }
     void zetKeuze(const QVariant& keuze);
 
-    // The index of the option chosen; −1 is none.
+    // The index of the chosen option; −1 means none.
     [[nodiscard]] int gekozen() const;
 
-    // The user chose this option; nothing when there is none of that index.
+    // Makes the user's choice; an index outside the options does nothing.
     Q_INVOKABLE void kies(int index);
 
     // keuzeVerdeling for QML, with `gevraagd` and `minst` of each option.

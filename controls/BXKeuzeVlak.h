@@ -5,9 +5,9 @@
 
 namespace brixtel {
 
-// What lies under the labels of a segmented choice: an outline rounded by half
-// its height, and within it the part from `van` to `tot` (points from the left)
-// that is chosen.
+// The background of a segmented choice: an outline rounded by half its
+// height, and inside it the chosen part, from `van` to `tot` (points from the
+// left).
 class BXKeuzeVlak : public BXTekening {
     Q_OBJECT
     QML_ELEMENT

@@ -2,8 +2,8 @@
 import QtQuick
 import Brixtel.Controls
 
-// A button: "[ titel ]" in `kleur`, the other way round under the pointer. Where
-// it is too narrow for its title, that wraps.
+// A button: "[ titel ]" in `kleur`, inverted under the pointer. The title wraps
+// in a narrow button.
 BXDruk {
     id: knop
 
@@ -11,7 +11,7 @@ BXDruk {
     property color kleur: BX.bx
     signal actie()
 
-    // On several lines the brackets stay with the words beside them.
+    // On several lines, each bracket stays with the word beside it.
     readonly property string wit: width - 10 < regel.advanceWidth - 0.5 ? "\u00a0" : " "
 
     onGedrukt: actie()

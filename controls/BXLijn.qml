@@ -2,7 +2,7 @@
 import QtQuick
 import Brixtel.Controls
 
-// A rule over the width there is.
+// A rule across the available width.
 BXVlak {
     width: parent ? parent.width : implicitWidth
     implicitHeight: 1

@@ -2,7 +2,7 @@
 import QtQuick
 import Brixtel.Controls
 
-// A notice, with a button where there is something to do about it.
+// A notice, with a button where the user can act on it.
 BXVlak {
     id: melding
 

@@ -2,14 +2,14 @@
 import QtQuick
 import Brixtel.Controls
 
-// A row for one thing that can be on or off, with options that can be hidden. The
-// options exist only while they are shown.
+// A row with a switch, and options that can be hidden. The options exist only
+// while shown.
 BXRijBasis {
     id: rij
 
     default property Component opties
 
-    // Whether it has a switch; what is always on has none.
+    // Whether the row has a switch; a row that is always on has none.
     property bool schakelbaar: true
 
     readonly property real rand: 6
@@ -35,7 +35,7 @@ BXRijBasis {
         BXDruk {
             id: pijl
             objectName: "pijl"
-            // The frame is 9 points wide; all of the corner can be pressed.
+            // The frame is 9 points wide; the whole corner accepts presses.
             width: rij.rand + 9 + 4
             height: parent.height
             onGedrukt: rij.wissel()
@@ -77,7 +77,7 @@ BXRijBasis {
             color: rij.aan ? BX.bx : BX.bxMiddel
             Accessible.ignored: true
         }
-        // What a text asks for itself is not settled while it wraps.
+        // A text's own implicit width is not stable while it wraps.
         TextMetrics { id: statusMaat; font: statusTekst.font; text: rij.status }
         BXTekst {
             id: statusTekst

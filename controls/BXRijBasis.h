@@ -5,9 +5,8 @@
 
 namespace brixtel {
 
-// An option row without a look. Its own switch changes `aan` without disturbing
-// what that is bound to; `open` is its owner's, who is asked by `wissel` to turn
-// it round.
+// An option row without a look. Its switch changes `aan` and keeps the binding.
+// The owner sets `open`, on the signal `wissel`.
 class BXRijBasis : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
@@ -31,7 +30,7 @@ class BXRijBasis : public QQuickItem {
     [[nodiscard]] bool open() const { return open_; }
     void zetOpen(bool open);
 
-    // The user's wish.
+    // Applies the user's wish.
     Q_INVOKABLE void schakel(bool aan);
 
   Q_SIGNALS:
@@ -39,7 +38,7 @@ class BXRijBasis : public QQuickItem {
     void statusChanged();
     void aanChanged();
     void openChanged();
-    // The user switched it.
+    // The user switched the row.
     void gewisseld(bool aan);
     // The user wants the options shown or hidden.
     void wissel();

@@ -2,8 +2,8 @@
 import QtQuick
 import Brixtel.Controls
 
-// A toggle that looks like a switch. Its label is not shown, but named to
-// assistive technology.
+// A toggle that looks like a switch. The label is not shown; assistive
+// technology reads it.
 BXTweestand {
     id: schakel
 
@@ -49,7 +49,7 @@ BXTweestand {
             Behavior on x {
                 NumberAnimation { duration: schakel.duur; easing.type: Easing.BezierSpline; easing.bezierCurve: schakel.uitlopend }
             }
-            // What lights the knob.
+            // The light behind the knob.
             BXVlak {
                 objectName: "licht"
                 anchors.fill: parent

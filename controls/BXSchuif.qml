@@ -2,7 +2,7 @@
 import QtQuick
 import Brixtel.Controls
 
-// A slider of bars, between its name and its value.
+// A slider made of bars, between its name and its value.
 BXSchuifBasis {
     id: schuif
 
@@ -40,19 +40,19 @@ BXSchuifBasis {
         BXBalken {
             id: balken
             objectName: "balken"
-            // No wider than its bars, so that the outline fits on both sides.
+            // The width equals that of the bars, so that the outline fits on both sides.
             x: 2
             y: 2
             width: implicitWidth
             height: 11
             aantal: schuif.balken(schuif.width - baan.x - 4 - schuif.tussen - schuif.tekstBreedte)
-            // Reads the range for itself, so it is named for the binding's sake.
+            // The function reads the range itself, so the binding must name the range too.
             gevuld: { schuif.bereik; return schuif.gevuld(schuif.waarde, aantal); }
         }
         MouseArea {
             anchors.fill: parent
             preventStealing: true
-            // Without bars there is no place on the track to point at.
+            // A track without bars has no positions.
             function sleep(x) {
                 if (balken.aantal > 0) schuif.sleep((x - balken.x) / balken.width);
             }

@@ -85,7 +85,7 @@ int BXSchuifBasis::gevuld(double waarde, int balken) const {
 }
 
 void BXSchuifBasis::kies(double waarde) {
-    // Assistive technology asks this of any slider.
+    // Assistive technology calls this on disabled sliders too.
     if (!isEnabled()) return;
     const double nieuw = reken().binnen(waarde);
     if (gelijk(nieuw, waarde_)) return;

@@ -8,12 +8,12 @@
 
 namespace brixtel {
 
-// A slider without a look. What the user does changes `waarde` without disturbing
-// what it is bound to; the owner may put any value there, and the knob then stands
-// at the nearest end. While it has the keyboard it is SchuifFocus.actief.
+// A slider without a look. A user's change of `waarde` keeps its binding. The
+// owner may set any value; outside the range, the knob stands at the nearest
+// end. The slider with the keyboard is SchuifFocus.actief.
 //
-// value, minimumValue, maximumValue and stepSize are the names under which
-// assistive technology looks for the same.
+// Assistive technology reads the same through value, minimumValue, maximumValue
+// and stepSize.
 class BXSchuifBasis : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
@@ -39,14 +39,14 @@ class BXSchuifBasis : public QQuickItem {
     [[nodiscard]] double waarde() const { return waarde_; }
     void zetWaarde(double waarde);
 
-    // Both bounds; anything but two numbers is the empty range 0...0.
+    // Both bounds; any list but two numbers gives the empty range 0...0.
     [[nodiscard]] const QList<double>& bereik() const { return bereik_; }
     void zetBereik(const QList<double>& bereik);
 
     [[nodiscard]] double stap() const { return stap_; }
     void zetStap(double stap);
 
-    // The value as it is shown.
+    // The shown text of the value.
     [[nodiscard]] const QString& tekst() const { return tekst_; }
     void zetTekst(const QString& tekst);
 
@@ -60,15 +60,15 @@ class BXSchuifBasis : public QQuickItem {
     [[nodiscard]] double maximumValue() const { return reken().boven(); }
     [[nodiscard]] double stepSize() const { return reken().stap(); }
 
-    // What the user can do while it is enabled. A value outside the range is clamped
-    // to it.
+    // The user's actions, for an enabled slider. Clamps a value outside the
+    // range.
     Q_INVOKABLE void kies(double waarde);
-    Q_INVOKABLE void sleep(double fractie);  // of the track, from the left; NaN is no place
+    Q_INVOKABLE void sleep(double fractie);  // of the track, from the left; NaN does nothing
     Q_INVOKABLE void verzet(int stappen);
     Q_INVOKABLE void verhoog();
     Q_INVOKABLE void verlaag();
 
-    // The number of bars on a track of so many points, and how many are lit.
+    // The number of bars on a track of `breedte` points, and the number of lit bars.
     Q_INVOKABLE int balken(double breedte) const { return SchuifRekenen::balken(breedte); }
     Q_INVOKABLE int gevuld(double waarde, int balken) const;
 
@@ -81,7 +81,7 @@ class BXSchuifBasis : public QQuickItem {
     void tekstChanged();
     void naamBreedteChanged();
     void actiefChanged();
-    // The user moved it.
+    // The user moved the slider.
     void bewogen(double waarde);
 
   protected:

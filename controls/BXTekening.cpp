@@ -11,7 +11,7 @@ namespace brixtel {
 
 namespace {
 
-// What places and scales are off after a few sums.
+// The rounding error of places and scales, with room to spare.
 constexpr double kSpeling = 1e-3;
 
 int eerste(double rand) {
@@ -98,7 +98,7 @@ void BXTekening::itemChange(ItemChange wat, const ItemChangeData& gegevens) {
     if (wat != ItemSceneChange) return;
     disconnect(kijkt_);
     if (!gegevens.window) return;
-    // An item is not told when what holds it moves; but then there is a frame.
+    // Qt reports no move of an item's ancestor, but every move causes a frame.
     kijkt_ = connect(gegevens.window, &QQuickWindow::afterAnimating, this,
                      &BXTekening::kijkOfVerschoven);
 }

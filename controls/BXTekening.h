@@ -10,11 +10,11 @@ class QPainter;
 
 namespace brixtel {
 
-// An item that lies on whole device pixels wherever it stands in its window and
-// whatever the window's scale, so that no straight edge is ever blurred. What it
-// shows is painted once into a picture of those pixels and painted again only
-// when it changes; being moved is no change. Items under a transformation other
-// than a shift are not kept sharp.
+// An item that lies on whole device pixels, wherever it stands in its window
+// and at any scale of the window: no straight edge is blurred. The picture of
+// those pixels is painted once, and again only after a change; a move is no
+// change. An item under a transformation other than a translation is not kept
+// sharp.
 class BXTekening : public QQuickItem {
     Q_OBJECT
     QML_ANONYMOUS
@@ -22,25 +22,25 @@ class BXTekening : public QQuickItem {
   public:
     explicit BXTekening(QQuickItem* ouder = nullptr);
 
-    // How many device pixels a line of one point is thick: whole, and at least one.
+    // The thickness of a one-point line in device pixels: whole, at least one.
     [[nodiscard]] static int lijnDikte(double schaal);
 
-    // The device pixels nearest to a rectangle of points; halves count as part of
-    // it on either side, so that what was centred stays centred. Empty stays empty.
+    // The device pixels nearest to a rectangle of points. Halves round outward
+    // on both sides, so a centred rectangle stays centred. Empty stays empty.
     [[nodiscard]] static QRect raster(const QRectF& punten, double schaal);
 
-    // The picture as it would be drawn at this place and scale.
+    // The picture for the given place and scale.
     [[nodiscard]] QImage beeld(QPointF plaats, double schaal) const;
 
   protected:
-    // Paints the whole picture, of `maat` device pixels, `schaal` to the point. In
-    // the render thread, while the main thread waits.
+    // Paints the whole picture, of `maat` device pixels, `schaal` per point.
+    // Runs in the render thread, while the main thread waits.
     virtual void teken(QPainter& painter, QSize maat, double schaal) const = 0;
 
-    // The item's pixels in the window; those of its bounds unless said otherwise.
+    // The item's pixels in the window; by default those of its bounds.
     [[nodiscard]] virtual QRect pixels(QPointF plaats, double schaal) const;
 
-    // To be called by setters: the picture is no longer right.
+    // Marks the picture as outdated; setters call this.
     void verouder();
 
     QSGNode* updatePaintNode(QSGNode* oud, UpdatePaintNodeData*) override;

@@ -10,6 +10,6 @@ Text {
     color: BX.bx
     font: BX.font(grootte, vet)
     textFormat: Text.PlainText
-    // Sharp at these sizes, and alike with and without a GPU.
+    // Native rendering is sharp at these sizes, and the same with and without a GPU.
     renderType: Text.NativeRendering
 }

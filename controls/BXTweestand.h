@@ -5,9 +5,9 @@
 
 namespace brixtel {
 
-// A toggle without a look: pressing it flips it. It flips without disturbing what
-// `aan` is bound to, so `aan: iets.aan` with `onAanChanged: iets.aan = aan` keeps
-// the two equal for good.
+// A toggle without a look: a press flips it. Flipping keeps the binding of
+// `aan`, so `aan: iets.aan` with `onAanChanged: iets.aan = aan` keeps the two
+// equal for good.
 class BXTweestand : public BXDruk {
     Q_OBJECT
     QML_ELEMENT
@@ -20,14 +20,14 @@ class BXTweestand : public BXDruk {
     [[nodiscard]] bool aan() const { return aan_; }
     void zetAan(bool aan);
 
-    // What it switches; also its name for assistive technology.
+    // The name of the switched thing, also for assistive technology.
     [[nodiscard]] const QString& label() const { return label_; }
     void zetLabel(const QString& label);
 
   Q_SIGNALS:
     void aanChanged();
     void labelChanged();
-    // The user flipped it.
+    // The user flipped the toggle.
     void gewisseld(bool aan);
 
   private:

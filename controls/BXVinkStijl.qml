@@ -2,7 +2,7 @@
 import QtQuick
 import Brixtel.Controls
 
-// A toggle that looks like a check box, "[x]" before its label.
+// A toggle that looks like a check box, with "[x]" before its label.
 BXTweestand {
     id: vink
 

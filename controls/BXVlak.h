@@ -7,7 +7,7 @@
 
 namespace brixtel {
 
-// A filled rectangle with an outline of one point, rounded where asked for.
+// A filled rectangle with a one-point outline, and rounded corners on request.
 class BXVlak : public BXTekening {
     Q_OBJECT
     QML_ELEMENT
@@ -22,7 +22,7 @@ class BXVlak : public BXTekening {
     [[nodiscard]] QColor kleur() const { return kleur_; }
     void zetKleur(const QColor& kleur);
 
-    // The outline's colour; clear is none.
+    // The outline's colour; transparent means no outline.
     [[nodiscard]] QColor rand() const { return rand_; }
     void zetRand(const QColor& rand);
 
@@ -30,7 +30,7 @@ class BXVlak : public BXTekening {
     [[nodiscard]] double ronding() const { return ronding_; }
     void zetRonding(double ronding);
 
-    // A rule: its shorter side is as thick as an outline, wherever it lies.
+    // Makes a rule: the shorter side is as thick as an outline, wherever it lies.
     [[nodiscard]] bool dun() const { return dun_; }
     void zetDun(bool dun);
 

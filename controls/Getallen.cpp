@@ -16,7 +16,7 @@ QString bxGetal(double waarde, int decimalen) {
 
 QString bxProcent(double fractie) {
     const double procent = std::round(fractie * 100.0);
-    platform::require(procent >= -0x1p63 && procent < 0x1p63);  // not for NaN either
+    platform::require(procent >= -0x1p63 && procent < 0x1p63);  // NaN fails as well
     return QString::number(static_cast<qint64>(procent)) + u'%';
 }
 

@@ -14,7 +14,7 @@ QList<double> keuzeVerdeling(const QList<KeuzeVraag>& vragen, double ruimte) {
         minst += een.minst;
     }
     const double over = std::max(0.0, ruimte - gevraagd) / static_cast<double>(vragen.size());
-    // Where along the way from the longest words to whole labels there is room for.
+    // The share of the way from the longest words to whole labels that the room allows.
     const double deel =
         gevraagd > minst ? std::clamp((ruimte - minst) / (gevraagd - minst), 0.0, 1.0) : 1.0;
     const double krimp = ruimte < minst ? ruimte / minst : 1.0;

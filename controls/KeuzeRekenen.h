@@ -5,16 +5,16 @@
 
 namespace brixtel {
 
-// What an option of a choice asks for, in points: enough for its label on one
-// line, and enough for the longest word of it.
+// The widths that an option needs, in points: for its label on one line, and
+// for its longest word.
 struct KeuzeVraag {
     double gevraagd = 0.0;
     double minst = 0.0;
 };
 
-// How wide each option is in so much room: they share what is left over alike;
-// where there is too little, what is beyond their longest words shrinks first, and
-// then everything. Edges lie on whole points, except the last.
+// The width of each option in the given room. Options share extra room equally.
+// In too little room, the parts beyond the longest words shrink first, then
+// everything. Edges lie on whole points, except the last.
 [[nodiscard]] QList<double> keuzeVerdeling(const QList<KeuzeVraag>& vragen, double ruimte);
 
 }  // namespace brixtel

@@ -53,7 +53,7 @@ bool SchuifFocus::toets(int toets, int bijtoetsen) {
     const int kant = richting(toets);
     const int anders = bijtoetsen & ~(Qt::ShiftModifier | Qt::KeypadModifier);
     if (kant == 0 || anders != 0 || !verzet_) return false;
-    const Verzet verzet = verzet_;  // it may give the keyboard up
+    const Verzet verzet = verzet_;  // a copy: the call may give the keyboard up
     verzet(kant * (bijtoetsen & Qt::ShiftModifier ? kGroteStap : 1));
     return true;
 }

@@ -8,7 +8,7 @@ namespace brixtel {
 
 namespace {
 
-// More bars than any screen has room for.
+// The greatest number of bars; no screen has room for more.
 constexpr double kMeesteBalken = 10'000.0;
 
 }  // namespace
@@ -19,7 +19,7 @@ SchuifRekenen::SchuifRekenen(const Opties& opties)
       stap_(opties.stap) {
     if (!std::isfinite(opties.onder) || !std::isfinite(opties.boven)) onder_ = boven_ = 0.0;
     if (stap_ > 0.0 && std::isfinite(stap_)) return;
-    // The width of the widest range is no finite number.
+    // The widest range has an infinite width, which must be avoided.
     const double breed = boven_ - onder_;
     stap_ = std::isfinite(breed) ? breed / 100.0 : boven_ / 100.0 - onder_ / 100.0;
 }
@@ -45,8 +45,7 @@ double SchuifRekenen::verzet(double waarde, int stappen) const {
     if (stap_ <= 0.0) return binnen(van);
     const double naar = van + stappen * stap_;
     const double aantal = std::round(naar / stap_);
-    // So many of the smallest steps cannot be counted; then there is nothing to
-    // snap to.
+    // An infinite number of steps leaves nothing to snap to.
     return binnen(std::isfinite(aantal) ? stap_ * aantal : naar);
 }
 

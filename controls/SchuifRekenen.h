@@ -3,9 +3,9 @@
 
 namespace brixtel {
 
-// What a slider computes, apart from any window. A range whose bounds are the
-// wrong way round is turned round; one with a bound that is no finite number is
-// the empty range 0...0. A value that is no number counts as the lower bound.
+// A slider's arithmetic, apart from any window. Swaps bounds in the wrong
+// order; a bound that is not finite gives the empty range 0...0. NaN counts as
+// the lower bound.
 class SchuifRekenen final {
   public:
     struct Opties {
@@ -17,28 +17,28 @@ class SchuifRekenen final {
     [[nodiscard]] double onder() const { return onder_; }
     [[nodiscard]] double boven() const { return boven_; }
 
-    // `stap` where that is above 0, else one hundredth of the range: 0 only where
-    // the range is empty.
+    // `stap` if above 0, else one hundredth of the range; 0 only for an empty
+    // range.
     [[nodiscard]] double stap() const { return stap_; }
 
     // The nearest value in the range.
     [[nodiscard]] double binnen(double waarde) const;
 
-    // Where the value lies in the range, 0...1; 0 in an empty one.
+    // The value's position in the range, 0...1; 0 in an empty range.
     [[nodiscard]] double fractie(double waarde) const;
 
-    // The value at that part of the range, which is clamped to 0...1.
+    // The value at a share of the range; the share is clamped to 0...1.
     [[nodiscard]] double opFractie(double fractie) const;
 
-    // So many steps on, snapped to a multiple of the step and then clamped to the
-    // range.
+    // Moves by `stappen` steps, snaps to a multiple of the step, and then
+    // clamps to the range.
     [[nodiscard]] double verzet(double waarde, int stappen) const;
 
-    // What assistive technology does in one go: five steps.
+    // One action of assistive technology: five steps.
     [[nodiscard]] double verhoogd(double waarde) const { return verzet(waarde, 5); }
     [[nodiscard]] double verlaagd(double waarde) const { return verzet(waarde, -5); }
 
-    // The number of bars on a track of so many points, and how many of them are lit.
+    // The number of bars on a track of `breedte` points, and the number of lit bars.
     [[nodiscard]] static int balken(double breedte);
     [[nodiscard]] int gevuld(double waarde, int balken) const;
 

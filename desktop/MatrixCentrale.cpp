@@ -15,9 +15,10 @@ using platform::Workspace;
 
 namespace {
 
-// Another program that takes the keyboard from the black screen has it this long.
+// The black screen takes the keyboard back from another program after this many seconds,
 constexpr double kToetsenRust = 0.25;
-// So often it is taken back from one that insists, each within so long of the last.
+// and at most this many times in a row, where a row has less than kStrijd seconds between
+// two times.
 constexpr int kMeesteKeren = 5;
 constexpr double kStrijd = 1.5;
 
@@ -30,12 +31,12 @@ MatrixCentrale::MatrixCentrale(const MatrixCentraleBronnen& bronnen)
       schermen_([this] { volgSchermen(); }) {}
 
 MatrixCentrale::~MatrixCentrale() {
-    // What completes from here on finds nobody.
+    // Completions of fades find no controller from here on.
     zelf_.reset();
     werkruimte_.reset();
     if (cursorWeg_) bronnen_.werkruimte.unhideCursor();
-    // Before the windows, which wait for their drawing: a process that is being
-    // ended may not get that far.
+    // The keyboard goes back before the windows go. A window waits for its drawing, and a
+    // process that is being ended may not get that far.
     if (vorigeApp_) bronnen_.werkruimte.activate(*vorigeApp_);
     zwart_.clear();
 }
@@ -80,18 +81,14 @@ void MatrixCentrale::rondAf(int nummer) {
     std::optional<Sluitend> klaar = std::move(*gevonden);
     sluitend_.erase(gevonden);
     for (const Zwart& zwart : klaar->zwart) {
-        if (zwart.regen) zwart.regen->stop();
-        if (zwart.drie) {
-            zwart.drie->setPlaying(false);
-            zwart.drie->setScene(nullptr);
-        }
+        zwart.tafereel->stop();
         zwart.venster->orderOut();
     }
     for (const Regen& regen : klaar->regen) {
         regen.regen->stop();
         regen.venster->orderOut();
     }
-    // Those of a black screen that was opened meanwhile stay.
+    // The worlds of a black screen that was opened meanwhile stay.
     std::erase_if(drieWerelden_, [&](const auto& wereld) {
         return std::find(klaar->werelden.begin(), klaar->werelden.end(), wereld.get()) !=
                klaar->werelden.end();
@@ -106,13 +103,13 @@ void MatrixCentrale::rondAf(int nummer) {
 
 void MatrixCentrale::veranderd(Workspace::Change wat) {
     if (wat != Workspace::Change::FrontmostApplication) werkRegenBij();
-    // What changed under a saver or lock is seen to after it.
+    // Changes of displays under a saver or lock are followed when it ends.
     if (wat == Workspace::Change::Saver) {
         if (zwartAan()) verbergCursor(!bronnen_.werkruimte.isSaverActive());
         if (!bronnen_.werkruimte.isSaverActive()) volgSchermen();
     }
     if (wat == Workspace::Change::Compositor || !zwartAan() || toetsenKlok_.isValid()) return;
-    // What is typed must not end up in a window that nobody sees.
+    // Keys must not go to a window that the black screen covers.
     toetsenKlok_ = Timer(klok_, {.interval = kToetsenRust}, [this] {
         const bool eigen = std::any_of(zwart_.begin(), zwart_.end(),
                                        [](const Zwart& z) { return z.venster->isKey(); });
@@ -120,8 +117,8 @@ void MatrixCentrale::veranderd(Workspace::Change wat) {
     });
 }
 
-// One that takes it back each time must have its reasons, as a lock that nobody
-// knows of has.
+// A program that takes the keyboard again and again keeps it in the end. It may be a lock
+// that the workspace does not know.
 void MatrixCentrale::neemToetsen() {
     const double nu = klok_.now();
     genomen_ = nu - laatstGenomen_ < kStrijd ? genomen_ + 1 : 1;
@@ -129,7 +126,8 @@ void MatrixCentrale::neemToetsen() {
     if (genomen_ <= kMeesteKeren) bronnen_.werkruimte.activateIgnoringOthers();
 }
 
-// It is hidden on all of the desktop: whatever lies over the black screen needs it.
+// The pointer is hidden on the whole desktop, and a saver or lock over the black screen
+// needs it.
 void MatrixCentrale::verbergCursor(bool weg) {
     if (std::exchange(cursorWeg_, weg) == weg) return;
     if (weg)
@@ -139,7 +137,7 @@ void MatrixCentrale::verbergCursor(bool weg) {
 }
 
 void MatrixCentrale::volgSchermen() {
-    const std::vector<Screen> schermen = bronnen_.schermen();
+    const std::vector<Screen> schermen = platform::distinctRectangles(bronnen_.schermen());
     // Between two sets of displays there may be none for a moment.
     if (schermen.empty()) return;
     // A new black window would lie over the saver or lock.

@@ -13,8 +13,7 @@
 #include "platform/window/SceneWarmUp.h"
 #include "platform/window/Screen.h"
 #include "platform/window/Workspace.h"
-#include "rain/MatrixRegen.h"
-#include "worlds/DrieWereld.h"
+#include "tafereel/Tafereel.h"
 
 namespace brixtel {
 
@@ -90,8 +89,10 @@ class MatrixCentrale {
 
     struct Zwart {
         std::unique_ptr<MatrixVenster> venster;
-        std::unique_ptr<MatrixRegen> regen;         // or
-        std::shared_ptr<platform::SceneView> drie;  // one of the two
+        std::unique_ptr<Tafereel> tafereel;         // owns either of the next two
+        MatrixRegen* regen = nullptr;               // none while a scene shows
+        std::shared_ptr<platform::SceneView> drie;  // none while it rains
+        const DrieWereld* wereld = nullptr;         // the scene's
         std::shared_ptr<platform::Layer> flits;     // lights up green on a beat
         platform::Screen scherm;
     };
@@ -104,7 +105,7 @@ class MatrixCentrale {
     [[nodiscard]] const std::vector<Zwart>& zwart() const { return zwart_; }
     [[nodiscard]] const std::vector<Regen>& regen() const { return regen_; }
     // Those of the black screen, until it has faded.
-    [[nodiscard]] const std::vector<std::unique_ptr<DrieWereld>>& drieWerelden() const {
+    [[nodiscard]] const std::vector<std::shared_ptr<DrieWereld>>& drieWerelden() const {
         return drieWerelden_;
     }
     [[nodiscard]] const platform::Timer& muziekKlok() const { return muziekKlok_; }
@@ -122,9 +123,10 @@ class MatrixCentrale {
         std::vector<Zwart> zwart;
         std::vector<Regen> regen;
         std::vector<const DrieWereld*> werelden;
-        // Which is not to be waited for.
+        // Dropped with the rest: closing does not wait for it.
         std::unique_ptr<platform::SceneWarmUp> opwarming;
-        // Whom the keyboard went back to, which may take as long.
+        // The application that the keyboard went back to. The window system may take as long
+        // as the fade to tell that it has it.
         std::optional<platform::RunningApplication> vorigeApp;
     };
 
@@ -138,9 +140,8 @@ class MatrixCentrale {
 
     enum class Opkomst { Geleidelijk, Meteen };
     Zwart maakZwart(const platform::Screen& scherm, Opkomst opkomst);
-    void vulRegen(Zwart& zwart, platform::View& view);
-    void vulDrie(Zwart& zwart, platform::View& view, DrieSoort soort);
-    void geenDrie(const platform::SceneView* view);
+    void vul(Zwart& zwart, platform::View& view);
+    void geenDrie();
     [[nodiscard]] std::shared_ptr<platform::Layer> tip(double breedte, double schaal) const;
     void startKlok();
     void startMuziek(double& tempo, int& vorigeBeat);
@@ -169,7 +170,7 @@ class MatrixCentrale {
     platform::MediaClock& klok_;
     std::vector<Zwart> zwart_;
     std::unique_ptr<platform::SceneWarmUp> opwarming_;
-    std::vector<std::unique_ptr<DrieWereld>> drieWerelden_;
+    std::vector<std::shared_ptr<DrieWereld>> drieWerelden_;
     platform::Timer muziekKlok_;
     std::vector<Regen> regen_;
     std::optional<platform::RunningApplication> vorigeApp_;

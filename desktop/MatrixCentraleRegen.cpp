@@ -24,7 +24,7 @@ constexpr double kUitgaan = 0.4;
 void MatrixCentrale::toonRegen() {
     if (regenAan()) return;
     if (const auto beletsel = regenBeletsel()) return stand_.zet(*beletsel);
-    for (const Screen& scherm : bronnen_.schermen())
+    for (const Screen& scherm : platform::distinctRectangles(bronnen_.schermen()))
         regen_.push_back(maakRegen(scherm));
     werkRegenBij();
 }

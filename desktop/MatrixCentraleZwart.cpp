@@ -24,8 +24,25 @@ constexpr int kNiveau = 1001;
 constexpr double kUitgaan = 0.25;
 constexpr double kFlitsAlfa = 0.13;
 constexpr double kFlitsDuur = 0.35;
+constexpr double kFlitsErbij = 0.35;  // on top of the beat's strength
 constexpr double kZwakkeBeat = 0.15;
 constexpr double kMuziekTijd = 1.0 / 30.0;
+
+// The tempo that the music asks for, from its level, and how much of the way there the
+// rain goes in one reading.
+constexpr double kTraagste = 0.8;
+constexpr double kPerNiveau = 3.5;
+constexpr double kMeesteErbij = 1.6;
+constexpr double kVolgen = 0.12;
+
+// The hint banner, in points and seconds.
+constexpr double kTipLetters = 13.0;
+constexpr double kTipRuimte = 28.0;  // beside the text, both sides together
+constexpr double kTipHoogte = 30.0;
+constexpr double kTipOnder = 46.0;  // from the bottom of the screen
+constexpr double kTipTekst = 10.0;  // from the banner's bottom to the baseline
+constexpr double kTipAlfa = 0.85;
+constexpr double kTipDuur = 5.0;
 const QString kTip = QStringLiteral("[ beweeg de muis of druk op een toets om terug te gaan ]");
 
 QColor metAlfa(QColor kleur, double alfa) {
@@ -41,7 +58,7 @@ void MatrixCentrale::toonZwart(std::optional<DrieSoort> drie) {
     soort_ = drie;
     if (drie && bronnen_.server.isConnected())
         opwarming_ = std::make_unique<platform::SceneWarmUp>();
-    for (const Screen& scherm : bronnen_.schermen())
+    for (const Screen& scherm : platform::distinctRectangles(bronnen_.schermen()))
         zwart_.push_back(maakZwart(scherm, Opkomst::Geleidelijk));
     startKlok();
     bronnen_.werkruimte.activateIgnoringOthers();
@@ -51,8 +68,9 @@ void MatrixCentrale::toonZwart(std::optional<DrieSoort> drie) {
     if (onZwart) onZwart(true);
 }
 
-// Right after a closing no window may have the keyboard yet; it is on its way to
-// the application that was in front before.
+// The keyboard is on its way back to an application right after a black screen closed, and
+// the workspace may name none as frontmost. The application is then the last one it was
+// given back to.
 std::optional<platform::RunningApplication> MatrixCentrale::voorsteApp() const {
     if (const auto app = bronnen_.werkruimte.frontmostApplication()) return app;
     const auto laatste = std::find_if(sluitend_.rbegin(), sluitend_.rend(),
@@ -65,7 +83,7 @@ void MatrixCentrale::sluitZwart() {
     Sluitend sluitend{.zwart = std::exchange(zwart_, {}),
                       .opwarming = std::move(opwarming_),
                       .vorigeApp = vorigeApp_};
-    // Those of an earlier one that still fades go with it.
+    // The worlds of an earlier black screen that still fades go with that one.
     const auto gaatAl = [this](const DrieWereld* wereld) {
         return std::any_of(sluitend_.begin(), sluitend_.end(), [wereld](const Sluitend& eerder) {
             return std::find(eerder.werelden.begin(), eerder.werelden.end(), wereld) !=
@@ -102,10 +120,7 @@ MatrixCentrale::Zwart MatrixCentrale::maakZwart(const Screen& scherm, Opkomst op
     view->onSluit = zwak([](MatrixCentrale& c) { c.sluitZwart(); });
     view->setWantsLayer(true);
     view->layer()->setBackgroundColor(Qt::black);
-    if (soort_)
-        vulDrie(zwart, *view, *soort_);
-    else
-        vulRegen(zwart, *view);
+    vul(zwart, *view);
     zwart.flits = std::make_shared<Layer>();
     zwart.flits->setFrame(vlak);
     zwart.flits->setBackgroundColor(metAlfa(Thema::groen(), kFlitsAlfa));
@@ -128,71 +143,70 @@ MatrixCentrale::Zwart MatrixCentrale::maakZwart(const Screen& scherm, Opkomst op
     return zwart;
 }
 
-void MatrixCentrale::vulRegen(Zwart& zwart, View& view) {
-    zwart.regen = std::make_unique<MatrixRegen>(MatrixRegenOpties{.maat = zwart.scherm.frame.size(),
-                                                                  .schaal = zwart.scherm.scale,
-                                                                  .dichtheid = dichtheid,
-                                                                  .snelheid = snelheid,
-                                                                  .doorzichtig = false,
-                                                                  .stil = false},
-                                                klok_, bronnen_.toeval);
-    view.layer()->addSublayer(zwart.regen->laag());
+void MatrixCentrale::vul(Zwart& zwart, View& view) {
+    zwart.tafereel = std::make_unique<Tafereel>(
+        view,
+        TafereelOpties{.soort = soort_,
+                       .wereld = {.groot = true},
+                       .regen =
+                           [this, scherm = zwart.scherm] {
+                               return MatrixRegenOpties{.maat = scherm.frame.size(),
+                                                        .schaal = scherm.scale,
+                                                        .dichtheid = dichtheid,
+                                                        .snelheid = snelheid,
+                                                        .doorzichtig = false,
+                                                        .stil = false};
+                           },
+                       .bijGeenDrie = zwak([](MatrixCentrale& c) { c.geenDrie(); })},
+        DrieWereldBronnen{.klok = klok_,
+                          .toeval = bronnen_.toeval,
+                          .wacht = bronnen_.wacht,
+                          .landen = bronnen_.landen,
+                          .kaart = bronnen_.kaart});
+    zwart.regen = zwart.tafereel->regen();
+    zwart.drie = zwart.tafereel->scn();
+    zwart.wereld = zwart.tafereel->wereld().get();
+    if (zwart.wereld) drieWerelden_.push_back(zwart.tafereel->wereld());
 }
 
-void MatrixCentrale::vulDrie(Zwart& zwart, View& view, DrieSoort soort) {
-    auto wereld = std::make_unique<DrieWereld>(soort, DrieWereldOpties{.groot = true},
-                                               DrieWereldBronnen{.klok = klok_,
-                                                                 .toeval = bronnen_.toeval,
-                                                                 .wacht = bronnen_.wacht,
-                                                                 .landen = bronnen_.landen,
-                                                                 .kaart = bronnen_.kaart});
-    zwart.drie = wereld->maakView(view.bounds());
-    zwart.drie->setAutoresizingMask(View::WidthSizable | View::HeightSizable);
-    zwart.drie->onFailure(zwak([drie = zwart.drie.get()](MatrixCentrale& c) { c.geenDrie(drie); }));
-    view.addSubview(zwart.drie);
-    drieWerelden_.push_back(std::move(wereld));
-}
-
-// Where nothing can draw scenes, it rains in their place.
-void MatrixCentrale::geenDrie(const platform::SceneView* view) {
+// A display whose scene cannot be drawn has the rain already.
+void MatrixCentrale::geenDrie() {
     const auto gevonden = std::find_if(zwart_.begin(), zwart_.end(),
-                                       [=](const Zwart& z) { return z.drie.get() == view; });
+                                       [](const Zwart& z) { return z.drie && !z.tafereel->scn(); });
     if (gevonden == zwart_.end()) return;
     Zwart& zwart = *gevonden;
     vergeetWereld(zwart);
-    zwart.drie->setScene(nullptr);
-    zwart.drie->removeFromSuperview();
     zwart.drie.reset();
-    const std::shared_ptr<View> inhoud = zwart.venster->contentView();
-    vulRegen(zwart, *inhoud);
-    // Above the rain again.
-    inhoud->layer()->addSublayer(zwart.flits);
+    zwart.wereld = nullptr;
+    zwart.regen = zwart.tafereel->regen();
+    // The flash lies above the rain.
+    zwart.venster->contentView()->layer()->addSublayer(zwart.flits);
 }
 
 void MatrixCentrale::vergeetWereld(const Zwart& zwart) {
-    if (!zwart.drie) return;
-    std::erase_if(drieWerelden_,
-                  [&](const auto& wereld) { return wereld->scene() == zwart.drie->scene(); });
+    std::erase_if(drieWerelden_, [&](const auto& wereld) { return wereld.get() == zwart.wereld; });
 }
 
 std::shared_ptr<Layer> MatrixCentrale::tip(double breedte, double schaal) const {
-    const QFont font = Thema::font(13.0, {.vet = true});
-    const double w = Thema::breedte(kTip, {.font = font}) + 28.0;
-    const QSizeF maat(w, 30.0);
+    const QFont font = Thema::font(kTipLetters, {.vet = true});
+    const double w = Thema::breedte(kTip, {.font = font}) + kTipRuimte;
+    const QSizeF maat(w, kTipHoogte);
     auto laag = std::make_shared<Layer>();
-    laag->setFrame({QPointF((breedte - w) / 2.0, 46.0), maat});
+    laag->setFrame({QPointF((breedte - w) / 2.0, kTipOnder), maat});
     laag->setContentsScale(schaal);
     const auto teken = [&](Tekenvlak& vlak) {
         QPainter& painter = vlak.painter();
-        painter.fillRect(QRectF(QPointF(0.0, 0.0), maat), metAlfa(Qt::black, 0.85));
+        painter.fillRect(QRectF(QPointF(0.0, 0.0), maat), metAlfa(Qt::black, kTipAlfa));
         QPen lijn(Thema::middel(), 1.0);
         lijn.setJoinStyle(Qt::MiterJoin);
         painter.setPen(lijn);
-        painter.drawRect(QRectF(0.5, 0.5, w - 1.0, 29.0));
-        Thema::tekst(
-            kTip,
-            {.font = font, .kleur = Thema::groen(), .op = QPointF(w / 2.0, 10.0), .midden = true},
-            vlak);
+        painter.drawRect(QRectF(0.5, 0.5, w - 1.0, kTipHoogte - 1.0));
+        Thema::tekst(kTip,
+                     {.font = font,
+                      .kleur = Thema::groen(),
+                      .op = QPointF(w / 2.0, kTipTekst),
+                      .midden = true},
+                     vlak);
     };
     if (const auto beeld = Thema::beeld(maat, {.schaal = schaal, .teken = teken}))
         laag->setContents(*beeld);
@@ -201,7 +215,7 @@ std::shared_ptr<Layer> MatrixCentrale::tip(double breedte, double schaal) const 
                        platform::KeyframeAnimation{.keyPath = platform::KeyPath::Opacity,
                                                    .values = {0.0, 1.0, 1.0, 0.0},
                                                    .keyTimes = {0.0, 0.1, 0.8, 1.0},
-                                                   .timing = {.duration = 5.0}},
+                                                   .timing = {.duration = kTipDuur}},
                        klok_.now());
     return laag;
 }
@@ -222,8 +236,8 @@ void MatrixCentrale::startMuziek(double& tempo, int& vorigeBeat) {
     if (!muziekStand) return;
     const std::optional<MuziekStand> stand = muziekStand();
     if (!stand) return;
-    const double doel = 0.8 + std::min(3.5 * stand->level, 1.6);
-    tempo += (doel - tempo) * 0.12;
+    const double doel = kTraagste + std::min(kPerNiveau * stand->level, kMeesteErbij);
+    tempo += (doel - tempo) * kVolgen;
     for (const Zwart& zwart : zwart_)
         if (zwart.regen) zwart.regen->zetTempo(static_cast<float>(tempo));
     if (stand->beat == vorigeBeat) return;
@@ -233,7 +247,7 @@ void MatrixCentrale::startMuziek(double& tempo, int& vorigeBeat) {
 
 void MatrixCentrale::flits(double sterkte) {
     const platform::BasicAnimation uitdoven{.keyPath = platform::KeyPath::Opacity,
-                                            .from = std::min(sterkte + 0.35, 1.0),
+                                            .from = std::min(sterkte + kFlitsErbij, 1.0),
                                             .to = 0.0,
                                             .timing = {.duration = kFlitsDuur}};
     for (const Zwart& zwart : zwart_)
@@ -243,8 +257,8 @@ void MatrixCentrale::flits(double sterkte) {
 // --- displays ---
 
 void MatrixCentrale::volgZwart(const std::vector<Screen>& schermen) {
-    // Dropped last: as long as another does not cover the display and has the
-    // keyboard, the desktop below would be seen and typed in.
+    // The windows of displays that are gone are dropped last. Until another window has the
+    // keyboard, the desktop below would get the keys.
     const auto eersteWeg = std::stable_partition(
         zwart_.begin(), zwart_.end(), [&](const Zwart& z) { return blijft(z, schermen); });
     const std::vector<Zwart> weg(std::make_move_iterator(eersteWeg),

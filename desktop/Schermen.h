@@ -9,7 +9,7 @@
 
 namespace brixtel {
 
-// Whether what was made for one display still suits it, as far as its size goes.
+// Whether a window made for a display still suits it: same size, same scale.
 template <typename Vermelding>
 [[nodiscard]] bool blijft(const Vermelding& vermelding,
                           const std::vector<platform::Screen>& schermen) {
@@ -27,8 +27,8 @@ template <typename Vermelding>
         std::find_if(vermeldingen.begin(), vermeldingen.end(),
                      [&](const Vermelding& v) { return v.scherm.name == scherm.name; });
     if (gevonden == vermeldingen.end()) return false;
-    // Also where the frame is the same: the one of the display that all others are
-    // measured from is, wherever that one goes.
+    // The window is placed even where the frame is equal. Frames are measured from the
+    // main display, whose own frame stays the same when it moves.
     gevonden->venster->setFrame(scherm.frame);
     gevonden->scherm = scherm;
     return true;

@@ -14,18 +14,18 @@
 
 namespace brixtel {
 
-// One glyph of the dot-matrix font: seven rows, the top row first; of each the
-// low five bits are the columns, bit 4 the leftmost. A set bit is a block.
+// One glyph of the dot-matrix font: seven rows, the top row first. The low five
+// bits of a row are its columns, bit 4 the leftmost. A set bit is a block.
 using Glief = std::array<std::uint8_t, 7>;
 
-// The side of a block and the gap to the next, in points or whatever unit the
-// caller works in.
+// The side of a block and the gap between two, in points or any unit of the
+// caller's.
 struct BlokMaat {
     double blok = 1.0;
     double spleet = 0.0;
 };
 
-// Where a glyph's blocks go.
+// The place and size of a glyph's blocks.
 struct BlokPlaats {
     QPointF bij;  // the lower-left corner with `omhoog`, else the upper-left
     double blok = 1.0;
@@ -33,8 +33,8 @@ struct BlokPlaats {
     bool omhoog = true;  // y points up: the top row gets the largest y
 };
 
-// The digits 0 and 1 as grids of square blocks, and how any glyph becomes
-// rectangles. Pure arithmetic on constants.
+// The digits 0 and 1 as grids of square blocks, and the conversion of any glyph
+// to rectangles. Pure arithmetic on constants; any thread.
 class BlokCijfer final {
   public:
     BlokCijfer() = delete;
@@ -47,11 +47,11 @@ class BlokCijfer final {
     // The size of one glyph.
     static QSizeF maat(BlokMaat maat);
 
-    // The blocks of a pattern of any number of rows, row by row from the top,
+    // The blocks of a pattern with any number of rows, row by row from the top,
     // left to right.
     static std::vector<QRectF> vakken(std::span<const std::uint8_t> patroon,
                                       const BlokPlaats& plaats);
-    // The same of the one (true) or the zero.
+    // The same for the one (true) or the zero.
     static std::vector<QRectF> vakken(bool cijfer, const BlokPlaats& plaats);
 
     struct TekenOpties {
@@ -60,7 +60,7 @@ class BlokCijfer final {
         double spleet = 0.0;
         QColor kleur;
     };
-    // Paints the one (true) or the zero in one fill, which leaves its colour set.
+    // Paints the one (true) or the zero in one fill, and leaves the fill colour set.
     static void teken(bool cijfer, const TekenOpties& opties, Tekenvlak& in);
 };
 

@@ -57,7 +57,7 @@ const QHash<char16_t, Glief>& letters() {
     return tabel;
 }
 
-// Calls `doe` with each character of the text and its number.
+// Calls `doe` with each character of the text and its index.
 template <typename Doe>
 int elkKarakter(const QString& tekst, Doe doe) {
     QTextBoundaryFinder grens(QTextBoundaryFinder::Grapheme, tekst);

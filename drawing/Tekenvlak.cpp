@@ -8,10 +8,10 @@ namespace brixtel {
 
 namespace {
 
-// Two digits, each at some places between two pixels.
+// Two digits, each at a few positions between two pixels.
 constexpr std::size_t kMeesteVormen = 8;
 
-// How much of the pixel [i, i + 1) lies within [laag, hoog).
+// The part of the pixel [i, i + 1) that lies within [laag, hoog).
 float overlap(double laag, double hoog, int i) {
     return static_cast<float>(
         std::clamp(std::min(hoog, i + 1.0) - std::max(laag, i * 1.0), 0.0, 1.0));
@@ -29,8 +29,8 @@ QRgb over(QRgb onder, float r, float g, float b, float a) {
 
 }  // namespace
 
-// The pixels are fetched before painting begins, since asking for them later
-// would give the painter a copy.
+// The pixels are fetched before painting begins: a later request would give the
+// painter a copy.
 Tekenvlak::Tekenvlak(QImage& beeld, double schaal)
     : beeld_(beeld), pixels_(reinterpret_cast<QRgb*>(beeld.bits())), painter_(&beeld) {
     painter_.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing |
@@ -72,7 +72,7 @@ void Tekenvlak::bepaalDekking(Vorm& vorm) const {
     }
 }
 
-// Blurs the coverage, first along the rows, then along the columns.
+// Blurs the coverage, along the rows first, then along the columns.
 void Tekenvlak::vervaag(Vorm& vorm) {
     vorm.vaag = vorm.scherp;
     if (kern_.empty()) return;
@@ -170,7 +170,7 @@ void Tekenvlak::vul(std::span<const QRectF> vakken) {
     const int rand = schaduw ? static_cast<int>(kern_.size() / 2) : 0;
     const QPoint naast(qRound(schaduw_.verschuiving.x()), -qRound(schaduw_.verschuiving.y()));
     const QRect ruim = omhullend.toAlignedRect().adjusted(-rand, -rand, rand, rand);
-    // What lies outside the picture may still throw its shadow into it.
+    // Blocks outside the picture may cast a shadow into it.
     const QRect gebied =
         ruim & beeld_.rect().adjusted(-rand - std::abs(naast.x()), -rand - std::abs(naast.y()),
                                       rand + std::abs(naast.x()), rand + std::abs(naast.y()));

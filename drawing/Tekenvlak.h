@@ -12,14 +12,14 @@
 
 namespace brixtel {
 
-// Where a picture is drawn: points, origin at the lower left, y up. Adds to
-// QPainter what it lacks: a shadow, and blocks whose edges are exact shares of a
-// pixel, so that neighbouring blocks show no seam. Not for other threads than
-// the one that made it.
+// A surface to draw a picture on: points, origin at the lower left, y up.
+// Adds to QPainter a shadow, and blocks whose edges are exact shares of a
+// pixel, so that neighbouring blocks show no seam. Only for the thread that
+// made it.
 class Tekenvlak {
   public:
-    // Draws on `beeld` (Format_ARGB32_Premultiplied), which must outlive it and
-    // must not be shared meanwhile.
+    // Draws on `beeld` (Format_ARGB32_Premultiplied), which must outlive the
+    // surface and must not be shared meanwhile.
     Tekenvlak(QImage& beeld, double schaal);
     Tekenvlak(const Tekenvlak&) = delete;
     Tekenvlak& operator=(const Tekenvlak&) = delete;
@@ -28,29 +28,29 @@ class Tekenvlak {
     struct Schaduw {
         QPointF verschuiving;  // pixels, y up
         double vervaging = 0;  // pixels: twice the Gaussian's standard deviation
-        QColor kleur;          // an invalid or clear colour casts none
+        QColor kleur;          // an invalid or clear colour casts no shadow
     };
-    // From now on every fill lies on a shadow of its own.
+    // Gives every later fill a shadow of its own.
     void zetSchaduw(const Schaduw& schaduw);
 
     void zetVulkleur(const QColor& kleur) { vulkleur_ = kleur; }
 
-    // Fills all rectangles in one go, where they overlap too.
+    // Fills all rectangles as one shape, even where they overlap.
     void vul(std::span<const QRectF> vakken);
 
-    // For everything else; it casts no shadow. Its transform counts for `vul`
-    // as well, as far as it moves and scales.
+    // Paints anything else, without a shadow. The painter's translation and
+    // scale apply to `vul` as well.
     QPainter& painter() { return painter_; }
 
   private:
-    // What was filled: the share of each pixel that it covers in a rectangle, and
-    // the same blurred where it casts a shadow.
+    // A filled shape: the share of each pixel that it covers within a
+    // rectangle, and the blurred shares if it casts a shadow.
     struct Vorm {
         std::vector<QRectF> vakken;  // pixels, from the rectangle's corner
         QSize maat;
         std::vector<float> scherp;
         std::vector<float> vaag;
-        // What it made of clear pixels, in which colour; empty until it fell on some.
+        // The result on clear pixels and its colour; empty until drawn on clear pixels.
         std::vector<QRgb> afdruk;
         QColor kleur;
     };
@@ -58,8 +58,8 @@ class Tekenvlak {
     void bepaalDekking(Vorm& vorm) const;
     void vervaag(Vorm& vorm);
     void kleurIn(const std::vector<float>& dekking, const QRect& gebied, const QColor& kleur);
-    // On clear pixels alone: repeats what the shape made of such, in this colour;
-    // false if that is not known.
+    // Repeats the shape's stored result for this colour; only for clear pixels.
+    // False if no result is stored.
     bool drukAf(const Vorm& vorm, const QRect& gebied);
     void onthoud(Vorm& vorm, const QRect& gebied);
     [[nodiscard]] bool isLeeg(const QRect& gebied) const;
@@ -70,9 +70,9 @@ class Tekenvlak {
     QPainter painter_;
     QColor vulkleur_ = Qt::black;
     Schaduw schaduw_;
-    std::vector<QRectF> vakken_;  // being filled, as a shape has them
-    // The last shapes: text repeats a few glyphs, and to work one out takes many
-    // times as long as to copy it.
+    std::vector<QRectF> vakken_;  // the present fill, in a shape's own form
+    // The last shapes. Text repeats a few glyphs, and computing a shape takes
+    // many times as long as copying one.
     std::vector<Vorm> vormen_;
     std::size_t oudste_ = 0;
     std::vector<float> hulp_;

@@ -19,7 +19,7 @@ QColor srgb(float rood, float groen, float blauw) {
     return QColor::fromRgbF(rood, groen, blauw);
 }
 
-// The number of whole pixels that a side takes.
+// The number of whole pixels along a side.
 qint64 pixels(double punten, double schaal) {
     const double aantal = std::ceil(punten * schaal);
     require(std::isfinite(aantal) && std::abs(aantal) < 0x1p63);
@@ -72,8 +72,8 @@ QFont Thema::font(double maat, FontOpties opties) {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     font.setStyleHint(QFont::Monospace);
     font.setWeight(opties.vet ? QFont::Bold : QFont::Normal);
-    // Hinted advances would make the same line wider at one scale than at
-    // another. A point here is a unit of layout, which a font calls a pixel.
+    // Hinted advances would make a line's width depend on the scale. A point
+    // here is a unit of layout, called a pixel by QFont.
     font.setHintingPreference(QFont::PreferNoHinting);
     font.setPixelSize(std::max(1, static_cast<int>(std::lround(maat))));
     return font;
@@ -104,7 +104,7 @@ void Thema::tekst(const QString& tekst, const TekstOpties& opties, Tekenvlak& in
     painter.setFont(opties.font);
     painter.setPen(opties.kleur);
     painter.translate(opties.op.x() - terug, opties.op.y());
-    painter.scale(1.0, -1.0);  // letters stand upright where y points up
+    painter.scale(1.0, -1.0);  // keeps letters upright where y points up
     painter.drawText(QPointF(0.0, 0.0), tekst);
     painter.restore();
 }

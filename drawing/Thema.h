@@ -16,9 +16,9 @@
 namespace brixtel {
 
 // The shared look of every scene: the green-on-black palette, one monospaced
-// font, and what it takes to paint text and glyphs into pictures off screen.
-// Without state; the colours are made on first use, safe from any thread.
-// Fonts and text need a QGuiApplication.
+// font, and tools to paint text and glyphs into pictures off screen. Stateless;
+// colours are made on first use, safely on any thread. Fonts and text need a
+// QGuiApplication.
 class Thema final {
   public:
     Thema() = delete;
@@ -36,8 +36,8 @@ class Thema final {
     struct FontOpties {
         bool vet = false;
     };
-    // The desktop's monospaced font, `maat` points high, to the nearest whole
-    // one, bold or regular.
+    // The desktop's monospaced font, `maat` points high, rounded to whole
+    // points, bold or regular.
     static QFont font(double maat, FontOpties opties);
     static QFont font(double maat) { return font(maat, {}); }
 
@@ -45,16 +45,16 @@ class Thema final {
         double schaal = 1.0;  // pixels per point
         std::function<void(Tekenvlak&)> teken;
     };
-    // Lets `teken` draw, at once, on a clear sRGB picture of `maat` points and
-    // returns the picture, premultiplied, each side rounded up to whole pixels.
-    // None when a side is below one pixel or there is no memory for it; a size
-    // that is no number of pixels at all stops the process.
+    // Makes a clear sRGB picture of `maat` points, lets `teken` draw on it at
+    // once, and returns it, premultiplied, each side rounded up to whole
+    // pixels. Gives nothing when a side is below one pixel or memory runs out.
+    // A size that is no number of pixels stops the process.
     static std::optional<QImage> beeld(QSizeF maat, const BeeldOpties& opties);
 
     struct BreedteOpties {
         QFont font;
     };
-    // Advance width of the text set in one line, trailing spaces included.
+    // The advance width of the text in one line, trailing spaces included.
     static double breedte(const QString& tekst, const BreedteOpties& opties);
 
     struct TekstOpties {
@@ -66,7 +66,7 @@ class Thema final {
     // Draws one line of text.
     static void tekst(const QString& tekst, const TekstOpties& opties, Tekenvlak& in);
 
-    // That many fair "0"s and "1"s; a negative number stops the process.
+    // `aantal` fair "0"s and "1"s; a negative number stops the process.
     static QString bits(int aantal, platform::RandomSource& toeval);
 };
 

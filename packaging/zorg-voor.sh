@@ -39,3 +39,8 @@ bouw() {
   ninja "${stil[@]}" -C "$map" "$@" | sed '/no work to do/d' >&2
   touch "$map/.gebouwd"
 }
+
+# scenes: the raw values of all scenes, from the table.
+scenes() {
+  sed -nE 's/^(VLAK|DRIE)\(([a-z]+),.*/\2/p' worlds/Scenes.def
+}

@@ -37,7 +37,7 @@ QColor wit(double alfa) {
     return QColor::fromRgbF(1.0F, 1.0F, 1.0F, static_cast<float>(alfa));
 }
 
-// Lets a mask piece step down the strip, one whole row at a time, for ever.
+// Makes a mask piece step down the strip for ever, one whole row at a time.
 void val(Layer& laag, const std::vector<double>& stops, double plus, double duur, double begin,
          double verschuiving, double nu) {
     std::vector<double> waarden;
@@ -60,7 +60,7 @@ void val(Layer& laag, const std::vector<double>& stops, double plus, double duur
 
 }  // namespace
 
-// The measures of one rain, in points, that its construction needs.
+// The measures of one rain, in points, for its construction.
 struct MatrixRegen::Bouw {
     const MatrixRegenOpties& opties;
     double blok = opties.doorzichtig ? 3.0 : 2.5;
@@ -91,11 +91,11 @@ struct MatrixRegen::Bouw {
         }
     }
 
-    // How many drops a column gets, by lot.
+    // A random number of drops for a column.
     int druppels(platform::RandomSource& toeval) const {
         const double r1 = toeval.unit();
         int aantal = 0;
-        // Density 0 asks for the least there is, without lots.
+        // Density 0 gives the fewest drops, without random numbers.
         const bool leeg = opties.dichtheid <= 0.0;
         if (opties.doorzichtig) {
             aantal = !leeg && r1 < 0.25 + 0.6 * opties.dichtheid ? 1 : 0;
@@ -199,8 +199,8 @@ void MatrixRegen::voegDruppel(const Bouw& bouw, const Kolom& kolom) {
     }
     const double stap = toeval_.between(0.05, 0.12);
     const double duur = stap * (bouw.rijen + lengte + 1) / std::max(bouw.opties.snelheid, 0.2);
-    // The opaque rain fills the screen at once; over the desktop the drops
-    // begin to fall one by one.
+    // Opaque rain fills the screen at once; over the desktop, drops begin to
+    // fall one by one.
     const double begin = bouw.opties.doorzichtig ? bouw.nu + toeval_.between(0.0, 2.2) : bouw.nu;
     const double verschuiving = bouw.opties.doorzichtig ? 0.0 : toeval_.between(0.0, duur);
     val(*staart, stops, spoor / 2.0, duur, begin, verschuiving, bouw.nu);

@@ -23,13 +23,13 @@ struct MatrixRegenOpties {
 };
 
 // The digital rain: a tree of layers in which columns of block digits fall. All
-// digits are drawn once, into at most ten strips in two colours; what falls are
-// the masks that uncover them, by discrete key frames. After construction only
-// the flicker timer touches the tree, swapping the digits of one column at a
-// time. Main thread only. The clock and the random source must outlive it.
+// digits are drawn once, into at most ten strips in two colours. Masks uncover the
+// digits, and fall by discrete key frames. After construction, only the flicker
+// timer changes the tree: it swaps the digits of one column at a time. Main thread
+// only. Owns its layers; the clock and the random source must outlive it.
 //
-// A size that is no number of rows or columns stops the process, as does a
-// still picture of fewer than seven rows.
+// A size that is no number of rows or columns stops the process; a still
+// picture of fewer than seven rows does too.
 class MatrixRegen {
   public:
     MatrixRegen(const MatrixRegenOpties& opties, platform::MediaClock& klok,
@@ -38,10 +38,10 @@ class MatrixRegen {
     MatrixRegen& operator=(const MatrixRegen&) = delete;
 
     // The root of the tree: frame (0, 0, width, height), clipped to it. The
-    // owner adds it to a tree of its own and removes it again.
+    // owner of the rain adds it to a tree of its own and removes it again.
     [[nodiscard]] const std::shared_ptr<platform::Layer>& laag() const { return laag_; }
 
-    // Ends the flicker; the rain falls on.
+    // Ends the flicker; drops fall on.
     void stop();
 
     // Changes the speed of the fall without a jump; 0 freezes it. The flicker
@@ -54,8 +54,8 @@ class MatrixRegen {
     };
     [[nodiscard]] const std::vector<Kolom>& kolommen() const { return kolommen_; }
 
-    // The strips in the normal and in the bright colour; the same index is the
-    // same digits.
+    // The strips in the normal and the bright colour; one index means the same
+    // digits.
     [[nodiscard]] const std::vector<QImage>& stroken() const { return stroken_; }
     [[nodiscard]] const std::vector<QImage>& kopStroken() const { return kopStroken_; }
 

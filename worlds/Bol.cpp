@@ -25,6 +25,14 @@ constexpr double kRasterStap = 6.0;  // degrees
 constexpr double kHoogsteDeel = 0.0038;
 constexpr double kHoogsteDeelKlein = 0.0056;
 
+constexpr double kBinnen = 0.985;
+constexpr int kBinnenRijen = 24;
+// Radii as parts of the picture's height, of what stands as near as can be.
+constexpr double kBinnenDeel = 0.46;
+constexpr double kThuisDeel = 0.014;
+constexpr double kRingDeel = 0.06;
+constexpr double kPijpDeel = 0.005;
+
 double radialen(double graden) {
     return graden * kPi / 180.0;
 }
@@ -53,6 +61,28 @@ NodePtr gloedNode() {
     return node;
 }
 
+// The ball that hides the dots on the far side. Its poles lie towards and away from the
+// camera, so that its rim is one of its circles: round with many segments along that, and
+// few across.
+NodePtr donkereBol(platform::MaterialPtr materiaal) {
+    platform::MeshData vorm =
+        platform::makeSphere(
+            {.radius = kBinnen, .segments = rondeSegmenten(kBinnenDeel), .rows = kBinnenRijen})
+            ->mesh()
+            ->data();
+    const auto kantel = [](std::vector<glm::vec3>& pijlen) {
+        for (glm::vec3& p : pijlen)
+            p = {p.x, -p.z, p.y};
+    };
+    kantel(vorm.positions);
+    kantel(vorm.normals);
+    auto node =
+        std::make_shared<Node>(platform::makeGeometry(std::move(vorm), std::move(materiaal)));
+    node->setName("binnen");
+    node->setBillboard(true);
+    return node;
+}
+
 // The dots, the grid and the dark ball that hides those on the far side.
 void voegAarde(Node& bol, const BolPunten& wolken, bool groot) {
     const auto voeg = [&](platform::GeometryPtr vorm, int volgorde) {
@@ -68,25 +98,35 @@ void voegAarde(Node& bol, const BolPunten& wolken, bool groot) {
              wolken.zee,
              {.grootte = 1.5, .kleur = dimmer(Thema::donker(), 0.8), .hoogsteDeel = deel}),
          kVolgPunten);
-    voeg(DrieWereld::lijnen(bolRaster(), dimmer(Thema::donker(), 0.55)), kVolgLicht);
+    voeg(DrieWereld::lijnen(bolRaster(), dimmer(Thema::donker(), 0.55)), kVolgRaster);
     auto donker = std::make_shared<platform::Material>(QColor::fromRgbF(0.0F, 0.03F, 0.01F));
     donker->setLightingModel(platform::LightingModel::Constant);
-    voeg(platform::makeSphere({.radius = 0.985, .segments = 96}, donker), 0);
+    bol.addChild(donkereBol(donker));
+}
+
+void kijk(Node& oog, double graden) {
+    platform::Camera camera = *oog.camera();
+    camera.fieldOfView = graden;
+    oog.setCamera(camera);
 }
 
 // The home marker: a dot, and a ring flat on the surface that pulses.
 void voegThuis(Node& bol, const glm::dvec3& plaats) {
     auto stip = std::make_shared<Node>(
-        platform::makeSphere({.radius = 0.022}, DrieWereld::gloed(Thema::cijferFel())));
+        platform::makeSphere({.radius = 0.022, .segments = rondeSegmenten(kThuisDeel)},
+                             DrieWereld::gloed(Thema::cijferFel())));
     stip->setName("thuis");
     stip->setPosition(plaats);
     bol.addChild(stip);
 
     auto ring = std::make_shared<Node>(
-        platform::makeTorus({.ringRadius = 0.05, .pipeRadius = 0.004},
+        platform::makeTorus({.ringRadius = 0.05,
+                             .pipeRadius = 0.004,
+                             .ringSegments = rondeSegmenten(kRingDeel),
+                             .pipeSegments = rondeSegmenten(kPijpDeel)},
                             DrieWereld::gloed(Thema::cijferFel(), {.add = true})));
     ring->setName("ring");
-    ring->setRenderingOrder(kVolgLicht);
+    ring->setRenderingOrder(kVolgRaster);
     bol.addChild(ring);
     ring->setPosition(plaats);
     ring->lookAt(2.0 * plaats);
@@ -151,10 +191,7 @@ QImage bolGloed() {
 }
 
 void DrieWereld::bouwBol() {
-    oog_ = camera({.z = 3.3, .zicht = 38.0, .bloom = 1.4});
-    oog_->setPosition({0.0, 0.35, 3.3});
-    oog_->lookAt({0.0, 0.0, 0.0});
-
+    zicht_ = std::make_shared<BolZicht>(oog_->camera()->fieldOfView);
     bol_ = std::make_shared<Node>();
     bol_->setName("bol");
     scene_->root().addChild(bol_);
@@ -177,9 +214,12 @@ void DrieWereld::bouwBol() {
     bol_->runAction(Action::repeatForever(Action::rotateBy({0.0, 2.0 * kPi, 0.0}, 60.0)));
 
     // In every frame, the globe having turned already, as it comes before its parts.
-    // Without the world, which a view may outlive.
+    // Without the world, which a view may outlive; the scene holds the action.
     lijnenNode_->runAction(Action::repeatForever(Action::custom(
-        60.0, [lijnen = bolLijnen_, oog = oog_](Node&, double) { lijnen->schik(*oog); })));
+        60.0, [lijnen = bolLijnen_, oog = oog_, zicht = zicht_, &scene = *scene_](Node&, double) {
+            kijk(*oog, zicht->graden(scene.time()));
+            lijnen->schik(*oog);
+        })));
 
     if (eigenLijnen()) return;
     actief(true);
@@ -190,7 +230,9 @@ void DrieWereld::bouwBol() {
 
 void DrieWereld::zetLijnen(const std::vector<Lijn>& lijnen) {
     if (!bolLijnen_) return;
-    bolLijnen_->teken(lijnen, *lijnenNode_);
+    bolLijnen_->teken(lijnen, scene_->time(), *lijnenNode_);
+    zicht_->vraag(bolZichtVoor(bolLijnen_->banen(), *bol_, *oog_), scene_->time());
+    kijk(*oog_, zicht_->graden(scene_->time()));
     bolLijnen_->schik(*oog_);
 }
 

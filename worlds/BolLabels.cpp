@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include <glm/geometric.hpp>
@@ -9,8 +10,6 @@
 #include "worlds/DrieWereld.h"
 
 namespace brixtel {
-
-using platform::NodePtr;
 
 namespace {
 
@@ -32,9 +31,16 @@ constexpr double kThuisHoogte = 0.055;
 constexpr double kThuisZuidelijker = 0.015;
 
 // The cosine of the angle between a country and the camera, seen from the globe's
-// middle, from where the ground there still shows to where its dot has set too.
-constexpr double kOnder = 0.08;
-constexpr double kBoven = 0.30;
+// middle: where its dot sets, and some degrees on.
+constexpr double kBoven = 0.165;
+constexpr double kOnder = 0.05;
+
+// The thin line shows from half a label's height that the label was moved aside, and is
+// whole from one.
+constexpr double kDraadVan = 0.5;
+constexpr double kDraadTot = 1.0;
+// How much of a label's width its letters take.
+constexpr double kLetters = 0.8;
 
 double zacht(double deel) {
     const double t = std::clamp(deel, 0.0, 1.0);
@@ -56,13 +62,16 @@ glm::dvec3 opScherm(const glm::dvec3& plaats, const glm::dmat4& camera) {
 BolLabels::BolLabels(const BolPlaats& thuis)
     : thuis_(DrieWereld::punt(thuis.breedte, thuis.lengte, {.r = kStip})) {}
 
-void BolLabels::zet(std::vector<NodePtr> labels) {
+void BolLabels::zet(std::vector<Opschrift> opschriften) {
     labels_.clear();
-    ouder_ = labels.empty() ? nullptr : labels.front()->parent();
+    ouder_ = opschriften.empty() ? nullptr : opschriften.front().label->parent();
     if (!ouder_) return;
-    for (NodePtr& node : labels) {
-        const double noorden = glm::normalize(node->position()).y;
-        labels_.push_back({.node = std::move(node), .noorden = noorden, .rang = labels_.size()});
+    for (Opschrift& opschrift : opschriften) {
+        const double noorden = glm::normalize(opschrift.label->position()).y;
+        labels_.push_back({.node = std::move(opschrift.label),
+                           .draad = std::move(opschrift.draad),
+                           .noorden = noorden,
+                           .rang = labels_.size()});
     }
     labels_.push_back(
         {.noorden = glm::normalize(thuis_).y - kThuisZuidelijker, .rang = labels_.size()});
@@ -80,6 +89,7 @@ void BolLabels::schik(const platform::Node& camera) {
         if (!label.node) continue;
         label.node->setScreenOffset({0.0, label.omhoog / label.schaal});
         label.node->setOpacity(label.kracht * sterkte(label));
+        span(label, oog);
     }
 }
 
@@ -100,7 +110,7 @@ void BolLabels::zie(Label& label, const glm::dmat4& camera) const {
     const double breedte = label.node ? label.node->geometry()->size().x : kThuisBreedte;
     label.halveBreedte = 0.5 * breedte * label.schaal;
     label.hoogte = (label.node ? kAfstand : kThuisHoogte) * label.schaal;
-    label.omhoog = label.node ? naastStip(label, camera) : 0.0;
+    label.vanzelf = label.omhoog = label.node ? naastStip(label, camera) : 0.0;
 }
 
 // The dot stands right behind what its label says, but for near the rim. Above it
@@ -140,6 +150,32 @@ void BolLabels::duw(Label& noord, Label& zuid) {
                         std::min({1.0, 4.0 * noord.kracht, 4.0 * zuid.kracht});
     if (noord.node) noord.omhoog += zuid.node ? stap : 2.0 * stap;
     if (zuid.node) zuid.omhoog -= noord.node ? stap : 2.0 * stap;
+}
+
+// The label's frame is the camera's, from where the label shows. The line starts at the
+// letters' edge that is nearest to the dot.
+void BolLabels::span(const Label& label, const glm::dmat4& camera) {
+    const double opzij = std::abs(label.omhoog - label.vanzelf) / label.hoogte;
+    const double deel = zacht((opzij - kDraadVan) / (kDraadTot - kDraadVan));
+    label.draad->setOpacity(deel);
+    if (deel <= 0.0) return;
+    const glm::dvec3 plaats = label.node->worldPosition();
+    const glm::dvec3 naar = kStip * glm::normalize(plaats) - plaats;
+    const glm::dvec3 stip(glm::dot(naar, glm::dvec3(camera[0])),
+                          glm::dot(naar, glm::dvec3(camera[1])) - label.node->screenOffset().y,
+                          glm::dot(naar, glm::dvec3(camera[2])));
+    const double rand = 0.5 * kLetters * label.node->geometry()->size().x;
+    const glm::dvec3 begin(std::clamp(stip.x, -rand, rand), std::copysign(0.5 * kAfstand, stip.y),
+                           0.0);
+    const glm::dvec3 lijn = stip - begin;
+    const double lengte = glm::length(lijn);
+    if (lengte <= 0.0) return;
+    const glm::dvec3 omhoog(0.0, 1.0, 0.0);
+    const glm::dvec3 as = glm::cross(omhoog, lijn);
+    label.draad->setPosition(begin);
+    label.draad->setOrientation(platform::turn(std::acos(std::clamp(lijn.y / lengte, -1.0, 1.0)),
+                                               glm::length(as) > 0.0 ? as : glm::dvec3(1, 0, 0)));
+    label.draad->setScale({1.0, lengte, 1.0});
 }
 
 // What is left when a busier one lies over it.

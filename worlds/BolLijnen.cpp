@@ -24,8 +24,30 @@ constexpr double kNacht = 0.93;       // of the light behind a label that it tak
 constexpr double kRandBreed = 0.06;   // that one of its soft edges takes of its width
 constexpr double kRandHoog = 0.3;     // and of its height
 
+// A globe's radius seen as near as can be, as a part of the picture's height.
+constexpr double kDeelVanStraal = 0.65;
+
 GeometryPtr bolletje(double straal, const QColor& kleur) {
-    return platform::makeSphere({.radius = straal}, DrieWereld::gloed(kleur));
+    return platform::makeSphere(
+        {.radius = straal, .segments = rondeSegmenten(kDeelVanStraal * straal)},
+        DrieWereld::gloed(kleur));
+}
+
+// From a label that was moved aside to its country.
+GeometryPtr draad() {
+    QColor kleur = Thema::groen();
+    kleur.setAlphaF(0.7F);
+    const auto materiaal = DrieWereld::gloed(kleur, {.add = true});
+    materiaal->setReadsDepth(false);
+    return platform::makeLines({{0.0F, 0.0F, 0.0F}, {0.0F, 1.0F, 0.0F}}, materiaal);
+}
+
+// A number from 0 to 1 of a country's own, the same in every run.
+double lotVan(const std::string& code) {
+    std::uint32_t getal = 2166136261U;
+    for (const char teken : code)
+        getal = (getal ^ static_cast<unsigned char>(teken)) * 16777619U;
+    return getal / 4294967296.0;
 }
 
 NodePtr zet(GeometryPtr vorm, const glm::dvec3& plaats, Node& in) {
@@ -86,19 +108,22 @@ BolLijnen::BolLijnen(const Opties& opties)
       stip_(bolletje(0.016, Thema::cijferFel())),
       licht_(bolletje(0.011, Qt::white)),
       grond_(grond()),
+      draad_(draad()),
       opschriften_(opties.thuis) {}
 
 QString BolLijnen::opschrift(const Lijn& lijn) {
     return lijn.land.naam().toUpper() + QLatin1String("  ") + QString::number(lijn.aantal);
 }
 
-void BolLijnen::teken(const std::vector<Lijn>& lijnen, Node& in) {
+void BolLijnen::teken(const std::vector<Lijn>& lijnen, double tijd, Node& in) {
     in.removeAllChildren();
     const glm::dvec3 thuis =
         DrieWereld::punt(opties_.thuis.breedte, opties_.thuis.lengte, {.r = 1.0});
     const std::int64_t eerste = lijnen.empty() ? 1 : std::max<std::int64_t>(lijnen[0].aantal, 1);
     std::map<QString, GeometryPtr> labels;
-    std::vector<NodePtr> opschriften;
+    std::vector<BolLabels::Opschrift> opschriften;
+    Reizen reizen;
+    banen_.clear();
     for (std::size_t i = 0; i < std::min(lijnen.size(), opties_.meeste); ++i) {
         const Lijn& lijn = lijnen[i];
         const auto punt = [&](double r) {
@@ -108,32 +133,55 @@ void BolLijnen::teken(const std::vector<Lijn>& lijnen, Node& in) {
         zet(DrieWereld::lijnen(stukken(baan), boogKleur(lijn.aantal, eerste)), {}, in)
             ->setRenderingOrder(kVolgLicht);
         zet(stip_, punt(1.01), in);
-        in.addChild(lichtje(std::move(baan), i));
+        banen_.insert(banen_.end(), baan.begin(), baan.end());
+        Reizen::key_type sleutel(lijn.land.code, 0);
+        while (reizen.contains(sleutel))
+            ++sleutel.second;
+        const Reis reis = reizen.emplace(sleutel, reisVan(sleutel, i, tijd)).first->second;
+        in.addChild(lichtje(std::move(baan), reis));
         const QString tekst = opschrift(lijn);
         const NodePtr opschrift = label(tekst);
         opschrift->setPosition(punt(1.09));
         in.addChild(opschrift);
         labels.emplace(tekst, opschrift->geometry());
-        opschriften.push_back(opschrift);
+        opschriften.push_back({opschrift, opschrift->children().back()});
     }
     labels_ = std::move(labels);
+    reizen_ = std::move(reizen);
     opschriften_.zet(std::move(opschriften));
 }
 
-NodePtr BolLijnen::lichtje(std::vector<glm::dvec3> baan, std::size_t i) const {
+double BolLijnen::Reis::deelOp(double nu) const {
+    const double gereisd = deel + (nu - tijd) / duur;
+    return gereisd - std::floor(gereisd);
+}
+
+// A line that stays goes on from where it is, perhaps at another pace. A new one starts
+// where its country and the time say, so that no two go in step.
+BolLijnen::Reis BolLijnen::reisVan(const Reizen::key_type& sleutel, std::size_t i,
+                                   double tijd) const {
+    const double duur = 1.2 + 0.25 * static_cast<double>(i % 5);
+    const auto vorige = reizen_.find(sleutel);
+    if (vorige != reizen_.end())
+        return {.deel = vorige->second.deelOp(tijd), .tijd = tijd, .duur = duur};
+    const Reis vanaf0{.deel = lotVan(sleutel.first) + 0.37 * sleutel.second, .duur = duur};
+    return {.deel = vanaf0.deelOp(tijd), .tijd = tijd, .duur = duur};
+}
+
+NodePtr BolLijnen::lichtje(std::vector<glm::dvec3> baan, const Reis& reis) const {
     auto node = std::make_shared<Node>(licht_);
+    node->setRenderingOrder(kVolgLicht);
     node->setPosition(baan.front());
     node->addAnimation({.property = platform::NodeProperty::Position,
                         .values = std::move(baan),
-                        .duration = 1.2 + 0.25 * static_cast<double>(i % 5),
+                        .duration = reis.duur,
                         .repeatCount = platform::kForever,
-                        // Incommensurate with every trip, so that no two start together.
-                        .timeOffset = 0.37 * static_cast<double>(i)},
+                        .timeOffset = reis.deel * reis.duur},
                        "baan");
     return node;
 }
 
-// The letters, and the night behind them as part of it.
+// The letters, and as parts of it the night behind them and the line to their country.
 NodePtr BolLijnen::label(const QString& tekst) {
     GeometryPtr& vlak = labels_[tekst];
     if (!vlak) vlak = letters(tekst);
@@ -148,6 +196,10 @@ NodePtr BolLijnen::label(const QString& tekst) {
     // From the label's lower edge up, where the dot is not reached.
     achter->setPosition({0.0, kGrondOmhoog / kPuntenPerEenheid, 0.0});
     node->addChild(achter);
+    auto draad = std::make_shared<Node>(draad_);
+    draad->setRenderingOrder(kVolgLicht);
+    draad->setOpacity(0.0);
+    node->addChild(std::move(draad));
     return node;
 }
 

@@ -12,13 +12,8 @@ struct Regel {
 
 // By the number of the case.
 constexpr std::array<Regel, alleSoorten.size()> kRegels{{
-    {QLatin1String("bol"),
-     QLatin1String("de aarde van groene puntjes; de lijnen gaan naar de landen waar je Mac nu "
-                   "mee praat")},
-    {QLatin1String("kubus"),
-     QLatin1String("een kubus van 343 nullen en enen die omspringen en golven")},
-    {QLatin1String("tunnel"), QLatin1String("vlieg door een tunnel van matrix-cijfers")},
-    {QLatin1String("logo"), QLatin1String("BRIXTEL in 3D-blokjes op een spiegelende vloer")},
+#define DRIE(ruw, naam, nl, en, uitleg, ...) {QLatin1String(#ruw), QLatin1String(uitleg)},
+#include "worlds/Scenes.def"
 }};
 
 const Regel& regel(DrieSoort soort) {

@@ -21,11 +21,13 @@
 #include "platform/time/RandomSource.h"
 #include "platform/view/SceneView.h"
 #include "worlds/DrieSoort.h"
+#include "worlds/DrieStart.h"
 #include "worlds/LandKaart.h"
 
 namespace brixtel {
 
 class BolLijnen;
+class BolZicht;
 
 struct DrieWereldOpties {
     bool groot = true;         // full quality; false for a small preview
@@ -159,15 +161,15 @@ class DrieWereld {
         double z = 0.0;
         double zicht = 60.0;  // vertical, degrees
         double bloom = 0.0;
+        double breedte = 0.0;  // half the subject's width, at a distance of 1
     };
     platform::NodePtr camera(const CameraOpties& opties);
-    void zetMist(double begin, double einde);
+    void zetMist(const DrieMist& mist);
 
     void bouw();
-    void bouwBol();
-    void bouwKubus();
-    void bouwTunnel();
-    void bouwLogo();
+    // The builders, each in its scene's own source.
+#define DRIE(ruw, naam, nl, en, uitleg, bouwer, ...) void bouwer();
+#include "worlds/Scenes.def"
 
     [[nodiscard]] bool gebruiktWacht() const;
     [[nodiscard]] VerbindingWacht& wacht() const;
@@ -182,7 +184,8 @@ class DrieWereld {
     LandenTabel* const landen_;
     const LandKaart* const kaart_;
     platform::RandomSource toeval_;
-    platform::NodePtr oog_;  // the globe's camera
+    platform::NodePtr oog_;            // the camera
+    std::shared_ptr<BolZicht> zicht_;  // the globe's
     platform::NodePtr bol_;
     platform::NodePtr lijnenNode_;
     std::shared_ptr<BolLijnen> bolLijnen_;

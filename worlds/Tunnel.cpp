@@ -28,6 +28,7 @@ constexpr double kOnderrand = 4.0;
 constexpr BlokMaat kBlok{.blok = 3.0, .spleet = 1.0};
 constexpr double kFelKans = 0.06;
 constexpr double kSnelheid = 0.55;
+constexpr double kVervaagt = 2.5;           // units before the camera
 constexpr double kEindeloos = 1'000'000.0;  // seconds
 
 TunnelCijfer werp(QPointF linksonder, double kolomHelderheid, platform::RandomSource& toeval) {
@@ -106,7 +107,8 @@ platform::ParticleSettings tunnelStroom(bool groot) {
             .sizeVariation = 0.03,
             .colour = Thema::groen(),
             .colourVariation = {0.0, 0.0, 0.3, 0.0},
-            .blendMode = platform::BlendMode::Additive};
+            .blendMode = platform::BlendMode::Additive,
+            .nearFade = kVervaagt};
 }
 
 void DrieWereld::bouwTunnel() {

@@ -3,8 +3,9 @@
 
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 #include <QStandardPaths>
+
+#include "hosts/gedeeld/Uitvoer.h"
 
 namespace brixtel {
 
@@ -39,17 +40,14 @@ QString Autostart::zet(bool aan, const QString& programma) {
         if (!isAan() || QFile::remove(bestand())) return {};
         return QStringLiteral("'%1' is niet te verwijderen").arg(bestand());
     }
-    QSaveFile doel(bestand());
     const QString tekst =
         QStringLiteral(
             "[Desktop Entry]\nType=Application\nName=Brixtel\n"
             "Comment=Effects over the desktop\nComment[nl]=Effecten over het bureaublad\n"
             "Exec=%1 --dienst\nIcon=brixtel-saver\nTerminal=false\nX-GNOME-Autostart-Delay=2\n")
             .arg(aangehaald(programma));
-    if (QDir().mkpath(map()) && doel.open(QIODevice::WriteOnly) && doel.write(tekst.toUtf8()) > 0 &&
-        doel.commit())
-        return {};
-    return QStringLiteral("'%1' is niet te schrijven").arg(bestand());
+    QDir().mkpath(map());
+    return schrijfBestand(bestand(), tekst.toUtf8());
 }
 
 }  // namespace brixtel

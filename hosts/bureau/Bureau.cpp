@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include "hosts/gedeeld/Reden.h"
+
 namespace brixtel {
 
 namespace {
@@ -31,7 +33,7 @@ Bureau::Bureau(const MatrixCentraleBronnen& bronnen, platform::MonitorRecorderOp
     : klok_(bronnen.server.clock()),
       werkruimte_(bronnen.werkruimte),
       keuzes_(BureauInstellingen::lees()),
-      bewaring_(klok_, kSamennemen, [this] { BureauInstellingen::bewaar(keuzes_); }),
+      bewaring_(klok_, kSamennemen, [this] { bewaarFout_ = BureauInstellingen::bewaar(keuzes_); }),
       muziek_(klok_, std::move(geluid)),
       centrale_(bronnen) {
     centrale_.dichtheid = keuzes_.dichtheid;
@@ -134,6 +136,11 @@ void Bureau::zetKeuzes(const BureauKeuzes& keuzes) {
         vernieuwing_ =
             platform::Timer(klok_, {.interval = kSamennemen}, [this] { vernieuwRegen(); });
     meld();
+}
+
+QString Bureau::bewaarMis() const {
+    if (bewaarFout_ == 0) return {};
+    return QStringLiteral("de keuze geldt, maar is niet te bewaren: ") + reden(bewaarFout_);
 }
 
 void Bureau::vernieuwRegen() {

@@ -7,7 +7,7 @@
 #include "connections/Gepubliceerd.h"
 #include "desktop/MatrixCentrale.h"
 #include "hosts/bureau/BureauInstellingen.h"
-#include "hosts/bureau/Spaarzaam.h"
+#include "hosts/bureau/GedoseerdeActie.h"
 #include "hosts/bureau/muziek/MuziekLuisteraar.h"
 
 namespace brixtel {
@@ -51,12 +51,15 @@ class Bureau {
     void wisselRegen();
     void sluitAlles();
 
-    // The desktop rain is made anew with them within a moment; a black screen has
-    // them from its next opening, except that it stops following the music at once.
-    // Kept between runs: written out at once, but for what follows within a moment,
-    // of which the last is, as that is over or this ends.
+    // The desktop rain is made anew with the choices within 0.15 s. A black screen has them
+    // from its next opening, except that it stops following the music at once. The choices
+    // are kept between runs and written at most every 0.15 s; the last ones are always
+    // written, at the latest when this is dropped.
     void zetKeuzes(const BureauKeuzes& keuzes);
-    // Writes out now what waits for it.
+    // Why the choices are not kept, as it was when they were written out last; empty
+    // where they are.
+    [[nodiscard]] QString bewaarMis() const;
+    // Writes choices that wait for it at once.
     void bewaar() { bewaring_.nu(); }
 
     // One of them; the others stay as they are.
@@ -67,15 +70,14 @@ class Bureau {
         zetKeuzes(keuzes);
     }
 
-    // Has a window of this program brought to the user, who asked for it, from whatever
-    // desktop it is on.
+    // Brings a window of this program to the front, from whatever desktop it is on.
     void activeer(std::uint32_t venster) { werkruimte_.activate({.window = venster}); }
 
     // Listens to the music also while no black screen shows, for as long as the
     // choice is to follow it: for whoever shows the user what it hears.
     void luisterMee(bool aan);
 
-    // Told once for all that a call changed.
+    // Published once for all that one call changes.
     [[nodiscard]] const Gepubliceerd<BureauStand>& stand() const { return stand_; }
 
     [[nodiscard]] const MatrixCentrale& centrale() const { return centrale_; }
@@ -90,7 +92,8 @@ class Bureau {
     platform::MediaClock& klok_;
     platform::Workspace& werkruimte_;
     BureauKeuzes keuzes_;
-    Spaarzaam bewaring_;
+    int bewaarFout_ = 0;
+    GedoseerdeActie bewaring_;
     MuziekLuisteraar muziek_;
     MatrixCentrale centrale_;
     std::optional<DrieSoort> soort_;

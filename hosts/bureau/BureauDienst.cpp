@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "hosts/bureau/BureauXml.h"
+#include "hosts/bureau/ZwartSoort.h"
+#include "hosts/gedeeld/Opsomming.h"
 #include "platform/time/Queue.h"
 
 namespace brixtel {
@@ -22,24 +24,19 @@ QString voluit(const QString& naam) {
 }
 
 QVariantMap eigenschappenVan(const BureauStand& stand) {
-    const QString soort = stand.soort ? ruweWaarde(*stand.soort) : QStringLiteral("regen");
-    return {{voluit(QStringLiteral("ZwartAan")), stand.zwart},
-            {voluit(QStringLiteral("ZwartSoort")), stand.zwart ? soort : QString()},
-            {voluit(QStringLiteral("RegenAan")), stand.regen},
-            {voluit(QStringLiteral("RegenStand")), ruweWaarde(stand.regenStand)},
-            {voluit(QStringLiteral("RegenUitleg")), uitleg(stand.regenStand)},
-            {voluit(QStringLiteral("Dichtheid")), stand.keuzes.dichtheid},
-            {voluit(QStringLiteral("Snelheid")), stand.keuzes.snelheid},
-            {voluit(QStringLiteral("Muziek")), stand.keuzes.muziek},
-            {voluit(QStringLiteral("Versie")), QStringLiteral(BRIXTEL_VERSION)}};
+    return {
+        {voluit(QStringLiteral("ZwartAan")), stand.zwart},
+        {voluit(QStringLiteral("ZwartSoort")), stand.zwart ? ruweWaarde(stand.soort) : QString()},
+        {voluit(QStringLiteral("RegenAan")), stand.regen},
+        {voluit(QStringLiteral("RegenStand")), ruweWaarde(stand.regenStand)},
+        {voluit(QStringLiteral("RegenUitleg")), uitleg(stand.regenStand)},
+        {voluit(QStringLiteral("Dichtheid")), stand.keuzes.dichtheid},
+        {voluit(QStringLiteral("Snelheid")), stand.keuzes.snelheid},
+        {voluit(QStringLiteral("Muziek")), stand.keuzes.muziek},
+        {voluit(QStringLiteral("Versie")), QStringLiteral(BRIXTEL_VERSION)}};
 }
 
 }  // namespace
-
-bool leesSoort(const QString& tekst, std::optional<DrieSoort>& soort) {
-    soort = soortUitRuw(tekst);
-    return soort || tekst.isEmpty() || tekst == u"regen";
-}
 
 QString ruweWaarde(RegenStand stand) {
     switch (stand) {
@@ -59,14 +56,14 @@ QString ruweWaarde(RegenStand stand) {
     return {};
 }
 
-BureauDienst::BureauDienst(Bureau& bureau, BusPoort& poort, BureauDaden daden)
-    : bureau_(bureau), poort_(poort), daden_(std::move(daden)), methoden_(methoden()) {
-    poort_.bied({.pad = kDienstPad,
-                 .beschrijving = QString::fromUtf8(kBureauXml),
-                 .doe = methoden_,
-                 .eigenschappen = eigenschappenVan(bureau.stand().waarde())});
+BureauDienst::BureauDienst(Bureau& bureau, BusAansluiting& bus, BureauDaden daden)
+    : bureau_(bureau), bus_(bus), daden_(std::move(daden)), methoden_(methoden()) {
+    bus_.bied({.pad = kDienstPad,
+               .beschrijving = QString::fromUtf8(kBureauXml),
+               .doe = methoden_,
+               .eigenschappen = eigenschappenVan(bureau.stand().waarde())});
     stand_ = bureau.stand().volg([this](const BureauStand& stand) {
-        poort_.zetEigenschappen(kDienstPad, eigenschappenVan(stand));
+        bus_.zetEigenschappen(kDienstPad, eigenschappenVan(stand));
     });
 }
 
@@ -77,7 +74,7 @@ BusAntwoord BureauDienst::voerUit(const QString& methode, const QVariantList& wa
 QHash<QString, BusObject::Doe> BureauDienst::methoden() {
     const auto muziek = [this](const QVariantList& waarden) -> BusAntwoord {
         bureau_.kies(&BureauKeuzes::muziek, waarden.at(0).toBool());
-        return QVariantList();
+        return afloop(bureau_.bewaarMis());
     };
     const auto stop = [this](const QVariantList&) -> BusAntwoord {
         platform::runOnMainQueue(daden_.stop);
@@ -122,9 +119,8 @@ BusObject::Doe BureauDienst::metSoort(void (Bureau::*doe)(std::optional<DrieSoor
         std::optional<DrieSoort> soort;
         if (!leesSoort(waarden.at(0).toString(), soort))
             return verkeerdeWaarde(
-                QStringLiteral(
-                    "het zwarte scherm kent regen, bol, kubus, tunnel en logo, niet '%1'")
-                    .arg(waarden.at(0).toString()));
+                QStringLiteral("het zwarte scherm kent %1, niet '%2'")
+                    .arg(opsomming(zwartWoorden(), QLatin1String("en")), waarden.at(0).toString()));
         const QString beletsel = bureau_.zwartBeletsel();
         (bureau_.*doe)(soort);
         return afloop(beletsel);
@@ -143,7 +139,7 @@ BusObject::Doe BureauDienst::metGetal(double BureauKeuzes::*keuze, double laag, 
                                        .arg(hoog)
                                        .arg(getal));
         bureau_.kies(keuze, getal);
-        return QVariantList();
+        return afloop(bureau_.bewaarMis());
     };
 }
 

@@ -5,17 +5,13 @@
 #include <optional>
 
 #include "hosts/bureau/Bureau.h"
+#include "hosts/bureau/BusAansluiting.h"
 #include "hosts/bureau/BusObject.h"
-#include "hosts/bureau/BusPoort.h"
 
 namespace brixtel {
 
 inline const QString kDienstNaam = QStringLiteral("nl.groenlicht.brixtel.Bureau");
 inline const QString kDienstPad = QStringLiteral("/nl/groenlicht/brixtel/Bureau");
-
-// Which scene a black screen is asked for: "regen" or nothing for the rain, or a
-// scene's raw value. False for anything else.
-[[nodiscard]] bool leesSoort(const QString& tekst, std::optional<DrieSoort>& soort);
 
 // The raw value of a RegenStand on the bus.
 [[nodiscard]] QString ruweWaarde(RegenStand stand);
@@ -32,7 +28,7 @@ struct BureauDaden {
 class BureauDienst {
   public:
     // `stop` is called after the method's answer is on its way.
-    BureauDienst(Bureau& bureau, BusPoort& poort, BureauDaden daden);
+    BureauDienst(Bureau& bureau, BusAansluiting& bus, BureauDaden daden);
     BureauDienst(const BureauDienst&) = delete;
     BureauDienst& operator=(const BureauDienst&) = delete;
 
@@ -48,7 +44,7 @@ class BureauDienst {
                                           const QString& wat);
 
     Bureau& bureau_;
-    BusPoort& poort_;
+    BusAansluiting& bus_;
     const BureauDaden daden_;
     const QHash<QString, BusObject::Doe> methoden_;
     Abonnement stand_;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/bureau/BureauInstellingen.h"
 
+#include "hosts/bureau/ZwartSoort.h"
 #include "hosts/gedeeld/Opties.h"
 #include "platform/session/Preferences.h"
 
@@ -12,7 +13,6 @@ const QLatin1String kSnelheid("snelheid");
 const QLatin1String kMuziek("muziek");
 const QLatin1String kSoort("soort");
 const QLatin1String kVoorbeeld("voorbeeld");
-const QLatin1String kRegen("regen");
 const QLatin1String kAan("aan");
 const QLatin1String kUit("uit");
 }  // namespace
@@ -32,15 +32,15 @@ BureauKeuzes BureauInstellingen::lees() {
     return keuzes;
 }
 
-void BureauInstellingen::bewaar(const BureauKeuzes& keuzes) {
+int BureauInstellingen::bewaar(const BureauKeuzes& keuzes) {
     const auto winkel = platform::Preferences::forModule(moduleNaam);
-    if (!winkel) return;
+    if (!winkel) return 0;
     winkel->setString(kDichtheid, QString::number(keuzes.dichtheid));
     winkel->setString(kSnelheid, QString::number(keuzes.snelheid));
     winkel->setString(kMuziek, keuzes.muziek ? kAan : kUit);
-    winkel->setString(kSoort, keuzes.soort ? ruweWaarde(*keuzes.soort) : QString(kRegen));
+    winkel->setString(kSoort, ruweWaarde(keuzes.soort));
     winkel->setString(kVoorbeeld, keuzes.voorbeeld ? kAan : kUit);
-    winkel->synchronize();
+    return winkel->synchronize();
 }
 
 }  // namespace brixtel

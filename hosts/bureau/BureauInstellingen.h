@@ -31,8 +31,9 @@ class BureauInstellingen final {
     // What is not, or not validly, stored is as it is by default.
     static BureauKeuzes lees();
 
-    // Written out at once; without a store nothing happens.
-    static void bewaar(const BureauKeuzes& keuzes);
+    // Written out at once. Returns 0, or the number of the error for which nothing
+    // is kept; without a store nothing happens.
+    static int bewaar(const BureauKeuzes& keuzes);
 };
 
 }  // namespace brixtel

@@ -30,7 +30,7 @@ struct BusObject {
     QString beschrijving;       // XML
     QHash<QString, Doe> doe;    // by interface.Method
     QVariantMap eigenschappen;  // as they are at first, by interface.Property
-    // What a call of a method counts for in Toegang, by interface.Method; 1 where
+    // What a call of a method counts for in OproepLimiet, by interface.Method; 1 where
     // nothing is said.
     QHash<QString, double> prijzen;
 };

@@ -22,16 +22,16 @@ QString aanUit(bool aan) {
     return aan ? QStringLiteral("aan") : QStringLiteral("uit");
 }
 
-// What the bus itself has to say is English.
+}  // namespace
+
 QString foutTekst(const QDBusMessage& antwoord) {
     if (antwoord.errorName() == u"org.freedesktop.DBus.Error.NoReply")
-        return QStringLiteral("de draaiende brixtel-bureau antwoordt niet");
+        return QStringLiteral(
+            "de draaiende brixtel-bureau antwoordt niet; wat gevraagd is kan later nog gebeuren");
     if (antwoord.errorName() == u"org.freedesktop.DBus.Error.ServiceUnknown")
         return QStringLiteral("brixtel-bureau draait niet meer");
     return antwoord.errorMessage();
 }
-
-}  // namespace
 
 QString standTekst(const QVariantMap& eigenschappen) {
     const auto waarde = [&](const char* naam) { return eigenschappen.value(QLatin1String(naam)); };
@@ -52,9 +52,9 @@ bool Klant::isEr() const {
            verbinding_.interface()->isServiceRegistered(kDienstNaam).value();
 }
 
-// Of an error Qt's bus thread still speaks after it has woken whoever waited for
-// the answer; a process that ends meanwhile takes from it what it speaks of. Its
-// next answer comes after that.
+// Qt's bus thread still logs an error after it has woken the caller, and a process that
+// ends in that moment destroys what the thread reads. A second call returns only once the
+// thread is done with the first.
 QDBusMessage Klant::roep(const QDBusMessage& bericht) const {
     const QDBusMessage antwoord = verbinding_.call(bericht, QDBus::Block, kGeduld);
     if (antwoord.type() == QDBusMessage::ErrorMessage) (void)isEr();

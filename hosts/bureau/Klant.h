@@ -31,6 +31,10 @@ class Klant {
     QDBusConnection verbinding_;
 };
 
+// What an error from the bus or the owner says, for the user: the bus's own words are
+// English.
+[[nodiscard]] QString foutTekst(const QDBusMessage& antwoord);
+
 // The lines of --stand for the properties of the bus's object.
 [[nodiscard]] QString standTekst(const QVariantMap& eigenschappen);
 

@@ -131,31 +131,31 @@ const QDBusArgument& operator>>(const QDBusArgument& in, BusMenuKenmerken& regel
     return in;
 }
 
-Menu::Menu(BusPoort& poort, const QString& pad) : poort_(poort), pad_(pad) {
+Menu::Menu(BusAansluiting& bus, const QString& pad) : bus_(bus), pad_(pad) {
     qDBusRegisterMetaType<BusMenuRegel>();
     qDBusRegisterMetaType<BusMenuKenmerken>();
     qDBusRegisterMetaType<QList<BusMenuKenmerken>>();
     qDBusRegisterMetaType<QList<int>>();
-    poort_.bied({.pad = pad_,
-                 .beschrijving = QLatin1String(kXml),
-                 .doe = methoden(),
-                 .eigenschappen = {{voluit("Version"), 3U},
-                                   {voluit("TextDirection"), QStringLiteral("ltr")},
-                                   {voluit("Status"), QStringLiteral("normal")},
-                                   {voluit("IconThemePath"), QStringList()}},
-                 // A panel asks for much, and tells where the mouse is.
-                 .prijzen = {{voluit("GetLayout"), 0.1},
-                             {voluit("GetGroupProperties"), 0.1},
-                             {voluit("GetProperty"), 0.1},
-                             {voluit("Event"), 0.25},
-                             {voluit("AboutToShow"), 0.1}}});
+    bus_.bied({.pad = pad_,
+               .beschrijving = QLatin1String(kXml),
+               .doe = methoden(),
+               .eigenschappen = {{voluit("Version"), 3U},
+                                 {voluit("TextDirection"), QStringLiteral("ltr")},
+                                 {voluit("Status"), QStringLiteral("normal")},
+                                 {voluit("IconThemePath"), QStringList()}},
+               // A panel asks for much, and tells where the mouse is.
+               .prijzen = {{voluit("GetLayout"), 0.1},
+                           {voluit("GetGroupProperties"), 0.1},
+                           {voluit("GetProperty"), 0.1},
+                           {voluit("Event"), 0.25},
+                           {voluit("AboutToShow"), 0.1}}});
 }
 
 void Menu::zet(std::vector<MenuRegel> regels) {
     daden_.clear();
     int volgende = 0;
     boven_ = bouw({.onder = std::move(regels)}, volgende);
-    poort_.zend(pad_, kInterface, QStringLiteral("LayoutUpdated"), {++uitgave_, 0});
+    bus_.zend(pad_, kInterface, QStringLiteral("LayoutUpdated"), {++uitgave_, 0});
 }
 
 BusMenuRegel Menu::bouw(const MenuRegel& regel, int& volgende) {

@@ -8,7 +8,7 @@
 #include <functional>
 #include <vector>
 
-#include "hosts/bureau/BusPoort.h"
+#include "hosts/bureau/BusAansluiting.h"
 
 namespace brixtel {
 
@@ -41,10 +41,10 @@ QDBusArgument& operator<<(QDBusArgument& uit, const BusMenuKenmerken& regel);
 const QDBusArgument& operator>>(const QDBusArgument& in, BusMenuKenmerken& regel);
 
 // A menu that the desktop's panel shows, over the bus: com.canonical.dbusmenu.
-// Main thread; the gate must outlive it.
+// Main thread; the bus must outlive it.
 class Menu {
   public:
-    Menu(BusPoort& poort, const QString& pad);
+    Menu(BusAansluiting& bus, const QString& pad);
     Menu(const Menu&) = delete;
     Menu& operator=(const Menu&) = delete;
 
@@ -59,7 +59,7 @@ class Menu {
     // Gives every line its number, from `volgende` on.
     [[nodiscard]] BusMenuRegel bouw(const MenuRegel& regel, int& volgende);
 
-    BusPoort& poort_;
+    BusAansluiting& bus_;
     const QString pad_;
     unsigned uitgave_ = 1;
     BusMenuRegel boven_;

@@ -2,27 +2,27 @@
 #include "hosts/bureau/Opdracht.h"
 
 #include "hosts/bureau/BureauInstellingen.h"
+#include "hosts/bureau/ZwartSoort.h"
+#include "hosts/gedeeld/Opsomming.h"
 #include "platform/window/systems/WindowSystems.h"
 
 namespace brixtel {
 
 namespace {
 
-using Wat = BureauOpdracht::Wat;
+using Taak = BureauOpdracht::Taak;
 using Optie = brixtel::Optie<BureauOpdracht>;
 
-constexpr QLatin1String kSoort("^(regen|bol|kubus|tunnel|logo)$");
-
-QString zetWat(BureauOpdracht& opdracht, Wat wat, QLatin1String naam) {
-    if (opdracht.wat != Wat::Dienst && opdracht.wat != wat)
+QString zetTaak(BureauOpdracht& opdracht, Taak taak, QLatin1String naam) {
+    if (opdracht.taak != Taak::Dienst && opdracht.taak != taak)
         return QStringLiteral("--%1 gaat niet samen met wat eerder gevraagd is").arg(naam);
-    opdracht.wat = wat;
+    opdracht.taak = taak;
     return {};
 }
 
-Optie watOptie(QLatin1String naam, Wat wat) {
+Optie taakOptie(QLatin1String naam, Taak taak) {
     return {naam, Waarde::Geen, {}, [=](BureauOpdracht& o, const QString&) {
-                return zetWat(o, wat, naam);
+                return zetTaak(o, taak, naam);
             }};
 }
 
@@ -34,11 +34,12 @@ Optie zonder(QLatin1String naam, const QString& methode) {
 }
 
 Optie metSoort(QLatin1String naam, const QString& methode) {
-    return {naam, Waarde::Mag, kSoort, [=](BureauOpdracht& o, const QString& waarde) {
-                static const QRegularExpression vorm(kSoort);
-                if (!waarde.isEmpty() && !vorm.match(waarde).hasMatch())
-                    return QStringLiteral("--%1 kent regen, bol, kubus, tunnel en logo, niet '%2'")
-                        .arg(naam, waarde);
+    const QString vorm = QStringLiteral("^(%1)$").arg(zwartWoorden().join(u'|'));
+    return {naam, Waarde::Mag, vorm, [=](BureauOpdracht& o, const QString& waarde) {
+                ZwartSoort soort;
+                if (!leesSoort(waarde, soort))
+                    return QStringLiteral("--%1 kent %2, niet '%3'")
+                        .arg(naam, opsomming(zwartWoorden(), QLatin1String("en")), waarde);
                 // Not a null string: it goes over the bus.
                 o.verzoeken.push_back({methode, {waarde + QLatin1String("")}});
                 return QString();
@@ -79,9 +80,9 @@ QString zetVenstersysteem(BureauOpdracht& opdracht, const QString& waarde) {
 
 const std::vector<Optie>& opties() {
     static const std::vector<Optie> alle{
-        watOptie(QLatin1String("stand"), Wat::Stand),
-        watOptie(QLatin1String("versie"), Wat::Versie),
-        watOptie(QLatin1String("help"), Wat::Hulp),
+        taakOptie(QLatin1String("stand"), Taak::Stand),
+        taakOptie(QLatin1String("versie"), Taak::Versie),
+        taakOptie(QLatin1String("help"), Taak::Hulp),
         zonder(QLatin1String("paneel"), QStringLiteral("ToonPaneel")),
         {QLatin1String("dienst"),
          Waarde::Geen,
@@ -103,6 +104,13 @@ const std::vector<Optie>& opties() {
         {QLatin1String("venstersysteem"), Waarde::Nodig, {}, zetVenstersysteem},
     };
     return alle;
+}
+
+// The first is the rain.
+QString soorten() {
+    QStringList woorden = zwartWoorden();
+    woorden.first() += QStringLiteral(" (ook zonder SOORT)");
+    return opsomming(woorden, QLatin1String("of"));
 }
 
 }  // namespace
@@ -132,7 +140,7 @@ Regen over alles heen, waar klikken doorheen gaat:
 
 Een zwart scherm, tot een toets, een klik of een echte beweging van de muis:
   --toon-zwart[=SOORT]  --sluit-zwart  --wissel-zwart[=SOORT]
-                         regen (ook zonder SOORT), bol, kubus, tunnel of logo
+                         %1
 
 Alles:
   --sluit-alles          sluit wat er te zien is
@@ -145,13 +153,14 @@ Instellingen, die bewaard blijven:
   --autostart=aan|uit    of het bij het aanmelden vanzelf start (uit)
 
 Verder:
-  --venstersysteem=WELK  %1 of auto (auto: het eerste
+  --venstersysteem=WELK  %2 of auto (auto: het eerste
                          dat er is); voor wie start, niet voor wie doorgeeft
   --stand                hoe het ervoor staat
   --versie               het versienummer
   --help                 deze tekst
 )")
-        .arg(platform::windowSystemNames().join(QStringLiteral(", ")));
+        .arg(vouw(soorten(), kHulpKolom),
+             platform::windowSystemNames().join(QStringLiteral(", ")));
 }
 
 }  // namespace brixtel

@@ -22,8 +22,8 @@ struct Verzoek {
 
 // What the user asked this start of the program to do.
 struct BureauOpdracht {
-    enum class Wat { Dienst, Stand, Versie, Hulp };
-    Wat wat = Wat::Dienst;
+    enum class Taak { Dienst, Stand, Versie, Hulp };
+    Taak taak = Taak::Dienst;
     std::vector<Verzoek> verzoeken;  // in the order in which they were asked
     std::optional<bool> autostart;
     QString venstersysteem;  // its name; empty for the session's

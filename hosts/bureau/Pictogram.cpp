@@ -110,18 +110,18 @@ const QDBusArgument& operator>>(const QDBusArgument& in, BusBeeld& beeld) {
     return in;
 }
 
-Pictogram::Pictogram(Bureau& bureau, BusPoort& poort, BureauDaden daden)
-    : bureau_(bureau), poort_(poort), daden_(std::move(daden)), menu_(poort, kMenuPad) {
+Pictogram::Pictogram(Bureau& bureau, BusAansluiting& bus, BureauDaden daden)
+    : bureau_(bureau), bus_(bus), daden_(std::move(daden)), menu_(bus, kMenuPad) {
     qDBusRegisterMetaType<BusBeeld>();
     qDBusRegisterMetaType<QList<BusBeeld>>();
     const auto wissel = [this](const QVariantList&) -> BusAntwoord {
         bureau_.wisselRegen();
         return QVariantList();
     };
-    poort_.bied({.pad = kPad,
-                 .beschrijving = QLatin1String(kXml),
-                 .doe = {{voluit("Activate"), wissel}, {voluit("SecondaryActivate"), wissel}},
-                 .eigenschappen = eigenschappen()});
+    bus_.bied({.pad = kPad,
+               .beschrijving = QLatin1String(kXml),
+               .doe = {{voluit("Activate"), wissel}, {voluit("SecondaryActivate"), wissel}},
+               .eigenschappen = eigenschappen()});
     stand_ = bureau.stand().volg([this](const BureauStand& stand) { menu_.zet(regels(stand)); });
 }
 
@@ -130,30 +130,28 @@ void Pictogram::meldAan() {
         QDBusMessage bericht =
             QDBusMessage::createMethodCall(kTrays, QStringLiteral("/StatusNotifierWatcher"), kTrays,
                                            QStringLiteral("RegisterStatusNotifierItem"));
-        bericht << poort_.verbinding().baseService();
+        bericht << bus_.verbinding().baseService();
         // Nobody is started for it, nor waited for.
         bericht.setAutoStartService(false);
-        poort_.verbinding().send(bericht);
+        bus_.verbinding().send(bericht);
     };
-    trays_.setConnection(poort_.verbinding());
+    trays_.setConnection(bus_.verbinding());
     trays_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
     trays_.addWatchedService(kTrays);
     QObject::connect(&trays_, &QDBusServiceWatcher::serviceRegistered, meld);
     meld();
 }
 
-MenuRegel Pictogram::scene(const BureauStand& stand, std::optional<DrieSoort> soort) {
-    QString tekst = soort ? ruweWaarde(*soort) : QStringLiteral("regen");
-    tekst[0] = tekst[0].toUpper();
+MenuRegel Pictogram::scene(const BureauStand& stand, ZwartSoort soort) {
     return {.soort = MenuRegel::Soort::Vink,
-            .tekst = tekst,
+            .tekst = naam(soort) + QStringLiteral(": ") + uitleg(soort),
             .aan = stand.zwart && stand.soort == soort,
             .doe = [this, soort] { bureau_.wisselZwart(soort); }};
 }
 
 MenuRegel Pictogram::zwart(const BureauStand& stand) {
-    MenuRegel menu{.tekst = QStringLiteral("Zwart scherm"), .onder = {scene(stand, std::nullopt)}};
-    for (const DrieSoort soort : alleSoorten)
+    MenuRegel menu{.tekst = QStringLiteral("Zwart scherm")};
+    for (const ZwartSoort soort : alleZwartSoorten())
         menu.onder.push_back(scene(stand, soort));
     return menu;
 }

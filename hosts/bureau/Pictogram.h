@@ -9,8 +9,9 @@
 #include <memory>
 
 #include "hosts/bureau/BureauDienst.h"
-#include "hosts/bureau/BusPoort.h"
+#include "hosts/bureau/BusAansluiting.h"
 #include "hosts/bureau/Menu.h"
+#include "hosts/bureau/ZwartSoort.h"
 
 namespace brixtel {
 
@@ -27,10 +28,10 @@ const QDBusArgument& operator>>(const QDBusArgument& in, BusBeeld& beeld);
 // The icon in the desktop's tray, with a menu of what the owner can do: an
 // org.kde.StatusNotifierItem, announced to whatever tray there is now or comes
 // later. All of it lives on the connection that is there anyhow; where nobody shows
-// it, it costs nothing. Main thread; bureau and gate must outlive it.
+// it, it costs nothing. Main thread; bureau and bus must outlive it.
 class Pictogram {
   public:
-    Pictogram(Bureau& bureau, BusPoort& poort, BureauDaden daden);
+    Pictogram(Bureau& bureau, BusAansluiting& bus, BureauDaden daden);
     Pictogram(const Pictogram&) = delete;
     Pictogram& operator=(const Pictogram&) = delete;
 
@@ -49,10 +50,10 @@ class Pictogram {
         QString (*tekst)(double);
     };
     [[nodiscard]] MenuRegel keuze(const BureauStand& stand, Stappen stappen);
-    [[nodiscard]] MenuRegel scene(const BureauStand& stand, std::optional<DrieSoort> soort);
+    [[nodiscard]] MenuRegel scene(const BureauStand& stand, ZwartSoort soort);
 
     Bureau& bureau_;
-    BusPoort& poort_;
+    BusAansluiting& bus_;
     const BureauDaden daden_;
     Menu menu_;
     QDBusServiceWatcher trays_;

@@ -20,13 +20,15 @@
 #include "hosts/bureau/Pictogram.h"
 #include "hosts/gedeeld/Melding.h"
 #include "hosts/gedeeld/Signalen.h"
+#include "hosts/gedeeld/Uitvoer.h"
+#include "hosts/gedeeld/Voorraad.h"
 #include "platform/window/DesktopWorkspace.h"
 #include "platform/window/systems/WindowSystems.h"
 
 namespace {
 
 using brixtel::BureauOpdracht;
-using brixtel::BusPoort;
+using brixtel::BusAansluiting;
 using brixtel::Klant;
 
 constexpr const char* kBus = "DBUS_SESSION_BUS_ADDRESS";
@@ -37,9 +39,15 @@ int meldNaam(const QString& wat) {
     return brixtel::meld(QStringLiteral("brixtel-bureau: ") + wat, kFout);
 }
 
+// Prints it; returns the exit status.
+int druk(const QString& tekst) {
+    const QString mis = brixtel::drukAf(tekst.toUtf8());
+    return mis.isEmpty() ? 0 : meldNaam(mis);
+}
+
 constexpr const char* kGeenScherm = "er is geen scherm om op te tekenen";
 
-// What Qt has to say is for developers, and after its last words it would dump core.
+// Qt's messages are for developers, and a fatal one would dump core.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     if (soort != QtFatalMsg) return;
     const bool erIsScherm = platform::DisplayCheck().isReachable();
@@ -51,10 +59,9 @@ QString vraagAlles(const Klant& klant, const BureauOpdracht& opdracht) {
     QString mis;
     for (const auto& verzoek : opdracht.verzoeken)
         if (mis = klant.vraag(verzoek); !mis.isEmpty()) return mis;
-    if (opdracht.wat != BureauOpdracht::Wat::Stand) return {};
+    if (opdracht.taak != BureauOpdracht::Taak::Stand) return {};
     const QString stand = klant.stand(mis);
-    if (mis.isEmpty()) std::fputs(qUtf8Printable(stand), stdout);
-    return mis;
+    return mis.isEmpty() ? brixtel::drukAf(stand.toUtf8()) : mis;
 }
 
 // Returns the exit status; none where the owner was about to end, and did.
@@ -86,14 +93,15 @@ QString voerUit(brixtel::BureauDienst& dienst, const BureauOpdracht& opdracht) {
 // Shows the effects until something ends the program, and returns the exit status,
 // below 0 for a signal; none where another start was first after all. What was
 // asked and cannot be ends it at once: there is nobody else to tell.
-std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QString& bus,
-                         const BureauOpdracht& opdracht) {
+std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluiting,
+                         const QString& bus, const BureauOpdracht& opdracht) {
     auto toeval = platform::RandomSource::fromSystem();
     platform::DistributedNotificationCenter berichten(bus);
     platform::WindowServer server(klok, {.system = platform::openWindowSystem(klok)});
     platform::DesktopWorkspace werkruimte(server, berichten);
     brixtel::Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval});
-    // What a desktop that ends takes with it is gone; there is nobody left to tell.
+    // A desktop that ends takes the window system along; the program ends without a
+    // word, unless the system has one to say.
     server.onConnectionLost([&bureau, &server] {
         bureau.bewaar();
         const QString reden = server.system().lossReason();
@@ -103,7 +111,7 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
                                                   .arg(reden)));
     });
 
-    // To quit() every window that shows would have to agree.
+    // quit() asks every window that shows, and one could refuse.
     const auto stop = [] { QCoreApplication::exit(0); };
     std::unique_ptr<brixtel::BureauPaneel> paneel;
     const auto toonPaneel = [&] {
@@ -111,16 +119,16 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
             paneel, {.bureau = bureau, .server = server, .toeval = toeval, .bus = bus});
     };
     const brixtel::BureauDaden daden{.stop = stop, .toonPaneel = toonPaneel};
-    brixtel::BureauDienst dienst(bureau, poort, daden);
-    brixtel::Pictogram pictogram(bureau, poort, daden);
-    poort.onVerloren(stop);
-    if (!poort.neemNaam(brixtel::kDienstNaam)) return std::nullopt;
+    brixtel::BureauDienst dienst(bureau, aansluiting, daden);
+    brixtel::Pictogram pictogram(bureau, aansluiting, daden);
+    aansluiting.onVerloren(stop);
+    if (!aansluiting.neemNaam(brixtel::kDienstNaam)) return std::nullopt;
     pictogram.meldAan();
 
     int doorSignaal = 0;
     const brixtel::Signalen signalen([&](int signaal) {
         doorSignaal = signaal;
-        // It may not get as far as the end of all that is open.
+        // The process may be killed before everything is closed in order.
         bureau.bewaar();
         QCoreApplication::exit(0);
     });
@@ -132,7 +140,7 @@ std::optional<int> draai(platform::SystemClock& klok, BusPoort& poort, const QSt
 // Whether nothing was asked but what is written down.
 bool isAlleenAutostart(const BureauOpdracht& opdracht) {
     return opdracht.autostart && opdracht.verzoeken.empty() &&
-           opdracht.wat == BureauOpdracht::Wat::Dienst;
+           opdracht.taak == BureauOpdracht::Taak::Dienst;
 }
 
 // Returns what went wrong; empty if nothing did.
@@ -141,7 +149,7 @@ QString zetAutostart(int argc, char** argv, bool aan) {
     return brixtel::Autostart::zet(aan, QCoreApplication::applicationFilePath());
 }
 
-// A bus that hangs keeps whoever asks it for ever; a signal does not wait for it.
+// A call to a bus that hangs never returns; a signal ends the process all the same.
 class Wekker {
   public:
     explicit Wekker(unsigned seconden) {
@@ -150,7 +158,7 @@ class Wekker {
             [[maybe_unused]] const auto n = write(STDERR_FILENO, kRegel.data(), kRegel.size());
             _exit(kFout);
         });
-        // Whoever started the process may have left it blocked.
+        // The signal may be blocked, inherited from the starting process.
         sigset_t alleen;
         sigemptyset(&alleen);
         sigaddset(&alleen, SIGALRM);
@@ -192,6 +200,8 @@ std::optional<int> alsKlant(int argc, char** argv, const QString& bus,
 }
 
 int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht& opdracht) {
+    brixtel::meldInstellingen(QStringLiteral("brixtel-bureau"),
+                              brixtel::BureauInstellingen::moduleNaam);
     platform::chooseQtScreens(platform::QtScreens::Session);
     if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     const QGuiApplication app(argc, argv);
@@ -199,20 +209,20 @@ int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht&
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Brixtel"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     platform::SystemClock klok;
-    BusPoort poort(klok, bus);
-    const auto uitgang = draai(klok, poort, bus, opdracht);
+    BusAansluiting aansluiting(klok, bus);
+    const auto uitgang = draai(klok, aansluiting, bus, opdracht);
     if (uitgang) return *uitgang;
-    const QString mis = vraagAlles(Klant(poort.verbinding()), opdracht);
+    const QString mis = vraagAlles(Klant(aansluiting.verbinding()), opdracht);
     return mis.isEmpty() ? 0 : meldNaam(mis);
 }
 
 int start(int argc, char** argv, const BureauOpdracht& opdracht) {
     const QString bus = platform::DistributedNotificationCenter::sessionBusAddress();
     if (bus.isEmpty()) return meldNaam(QStringLiteral("er is geen sessiebus"));
-    // Kept from Qt, which would wait for it on the main thread.
+    // Qt does not see the bus: it would wait for it on the main thread.
     qputenv(kBus, "unix:path=/dev/null");
     if (const auto uitgang = alsKlant(argc, argv, bus, opdracht)) return *uitgang;
-    if (opdracht.wat == BureauOpdracht::Wat::Stand)
+    if (opdracht.taak == BureauOpdracht::Taak::Stand)
         return meldNaam(QStringLiteral("er draait geen brixtel-bureau"));
     if (isAfsluiten(opdracht)) return 0;
     platform::useOnly(opdracht.venstersysteem);
@@ -223,6 +233,7 @@ int start(int argc, char** argv, const BureauOpdracht& opdracht) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    brixtel::eindigMetEenRegel("brixtel-bureau");
     QStringList argumenten;
     for (int i = 1; i < argc; ++i)
         argumenten << QString::fromLocal8Bit(argv[i]);
@@ -230,15 +241,11 @@ int main(int argc, char** argv) {
     if (const auto* fout = std::get_if<brixtel::Fout>(&gelezen))
         return brixtel::meld(fout->regel, kVerkeerdGebruik);
     const auto& opdracht = std::get<BureauOpdracht>(gelezen);
-    if (opdracht.wat == BureauOpdracht::Wat::Hulp) {
-        std::fputs(qUtf8Printable(brixtel::bureauHulpTekst()), stdout);
-        return 0;
-    }
-    if (opdracht.wat == BureauOpdracht::Wat::Versie) {
-        std::puts("brixtel-bureau " BRIXTEL_VERSION);
-        return 0;
-    }
-    // Only the arguments that are ours were ours to take: Qt gets none.
+    if (opdracht.taak == BureauOpdracht::Taak::Hulp) return druk(brixtel::bureauHulpTekst());
+    if (opdracht.taak == BureauOpdracht::Taak::Versie)
+        return druk(QStringLiteral("brixtel-bureau " BRIXTEL_VERSION "\n"));
+    if (const QString mis = brixtel::tekort(); !mis.isEmpty()) return meldNaam(mis);
+    // Qt gets no arguments: it would take those that are named as its own options.
     int geen = 1;
     if (opdracht.autostart) {
         const QString mis = zetAutostart(geen, argv, *opdracht.autostart);

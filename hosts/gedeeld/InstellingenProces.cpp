@@ -11,11 +11,13 @@ namespace brixtel {
 InstellingenProces::InstellingenProces(const QString& programma, QString bus, Einde einde)
     : bus_(std::move(bus)), einde_(einde) {
     proces_.setProgram(programma);
-    proces_.setProcessChannelMode(QProcess::ForwardedChannels);
+    proces_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     if (einde == Einde::Mee)
         proces_.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
     const auto meld = [this](bool goed) {
-        if (const auto klaar = std::exchange(klaar_, nullptr)) klaar(goed);
+        const Afloop afloop{
+            .goed = goed, .gekozen = QString::fromUtf8(proces_.readAllStandardOutput().trimmed())};
+        if (const auto klaar = std::exchange(klaar_, nullptr)) klaar(afloop);
     };
     QObject::connect(&proces_, &QProcess::finished, &proces_,
                      [meld](int uitgang, QProcess::ExitStatus hoe) {
@@ -38,7 +40,8 @@ InstellingenProces::~InstellingenProces() {
     proces_.waitForFinished();
 }
 
-void InstellingenProces::toon(const QStringList& argumenten, std::function<void(bool)> klaar) {
+void InstellingenProces::toon(const QStringList& argumenten,
+                              std::function<void(const Afloop&)> klaar) {
     if (isOpen()) return;
     klaar_ = std::move(klaar);
     QProcessEnvironment omgeving = QProcessEnvironment::systemEnvironment();

@@ -25,9 +25,14 @@ class InstellingenProces {
     InstellingenProces(const InstellingenProces&) = delete;
     InstellingenProces& operator=(const InstellingenProces&) = delete;
 
-    // One at a time. `klaar` is called once, as it has gone, and told whether it had
-    // been there and came to a good end.
-    void toon(const QStringList& argumenten, std::function<void(bool goed)> klaar);
+    // How a sheet ended: whether it had been there and came to a good end, and what it
+    // printed, without the line's end.
+    struct Afloop {
+        bool goed = false;
+        QString gekozen;
+    };
+    // One at a time. `klaar` is called once, as it has gone.
+    void toon(const QStringList& argumenten, std::function<void(const Afloop&)> klaar);
     [[nodiscard]] bool isOpen() const { return proces_.state() != QProcess::NotRunning; }
 
   private:
@@ -38,7 +43,7 @@ class InstellingenProces {
     Proces proces_;
     const QString bus_;
     const Einde einde_;
-    std::function<void(bool)> klaar_;
+    std::function<void(const Afloop&)> klaar_;
 };
 
 }  // namespace brixtel

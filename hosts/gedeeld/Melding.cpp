@@ -8,7 +8,9 @@ namespace brixtel {
 
 QString eenRegel(QString tekst) {
     const auto breekt = [](QChar teken) {
-        return teken.category() == QChar::Other_Control || teken == QChar::LineSeparator ||
+        // Other_Format holds what has a terminal write backwards.
+        return teken.category() == QChar::Other_Control ||
+               teken.category() == QChar::Other_Format || teken == QChar::LineSeparator ||
                teken == QChar::ParagraphSeparator;
     };
     std::replace_if(tekst.begin(), tekst.end(), breekt, QChar(u' '));

@@ -5,7 +5,8 @@
 
 namespace brixtel {
 
-// The text as one line, whatever it quotes: a space for each control character.
+// The text as one line, whatever it quotes: a space for each character that
+// controls how it is shown.
 [[nodiscard]] QString eenRegel(QString tekst);
 
 // Says it to the user, as one line on standard error, and returns `uitgang`: the

@@ -25,7 +25,7 @@ struct Optie {
     QLatin1String naam;
     Waarde waarde;
     // Of an optional value: what a next word must look like to be it.
-    QLatin1String vorm;
+    QString vorm;
     // Returns what is wrong; empty if nothing is.
     std::function<QString(Opdracht&, const QString& waarde)> zet;
 };

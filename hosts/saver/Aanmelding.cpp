@@ -15,8 +15,8 @@
 #include <memory>
 #include <utility>
 
+#include "hosts/gedeeld/Reden.h"
 #include "hosts/saver/ProgrammaLijst.h"
-#include "hosts/saver/Reden.h"
 
 namespace brixtel {
 

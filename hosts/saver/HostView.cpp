@@ -10,8 +10,10 @@ namespace {
 constexpr double kEchteBeweging = 50.0;  // points
 }
 
-HostView::HostView(std::shared_ptr<platform::ScreenSaverView> saver)
-    : View({QPointF(0, 0), saver->frame().size()}), saver_(std::move(saver)) {
+HostView::HostView(std::shared_ptr<platform::ScreenSaverView> saver, Indeling indeling)
+    : View({QPointF(0, 0), saver->frame().size()}),
+      saver_(std::move(saver)),
+      indeling_(std::move(indeling)) {
     saver_->setAutoresizingMask(WidthSizable | HeightSizable);
     addSubview(saver_);
 }
@@ -47,7 +49,12 @@ void HostView::otherMouseDown(const platform::MouseEvent&) {
 void HostView::mouseMoved(const platform::MouseEvent& event) {
     if (!muisTelt_) return;
     const QPointF punt = event.screenLocation;
-    if (!beginPunt_) beginPunt_ = punt;
+    // A display that changes moves every place on the screen, and the server puts
+    // the mouse back inside.
+    if (auto indeling = indeling_(); !beginPunt_ || indeling != beginIndeling_) {
+        beginPunt_ = punt;
+        beginIndeling_ = std::move(indeling);
+    }
     const QPointF weg = punt - *beginPunt_;
     if (std::hypot(weg.x(), weg.y()) > kEchteBeweging) invoer();
 }

@@ -4,9 +4,11 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "platform/view/ScreenSaverView.h"
 #include "platform/view/View.h"
+#include "platform/window/Screen.h"
 
 namespace brixtel {
 
@@ -14,7 +16,11 @@ namespace brixtel {
 // it. Turns a key, a click or a real movement of the mouse into one call.
 class HostView : public platform::View {
   public:
-    explicit HostView(std::shared_ptr<platform::ScreenSaverView> saver);
+    // How the displays lie, for the movements of the mouse.
+    using Indeling = std::function<std::vector<platform::Screen>()>;
+
+    explicit HostView(std::shared_ptr<platform::ScreenSaverView> saver,
+                      Indeling indeling = platform::Screen::all);
 
     [[nodiscard]] const std::shared_ptr<platform::ScreenSaverView>& saver() const { return saver_; }
 
@@ -42,7 +48,9 @@ class HostView : public platform::View {
     std::function<void()> onInvoer_;
     std::function<void()> onInstellingen_;
     bool muisTelt_ = true;
+    const Indeling indeling_;
     std::optional<QPointF> beginPunt_;  // on screen; where the mouse was first seen
+    std::vector<platform::Screen> beginIndeling_;
 };
 
 }  // namespace brixtel

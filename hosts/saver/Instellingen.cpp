@@ -2,24 +2,13 @@
 #include "hosts/saver/Instellingen.h"
 
 #include <QCoreApplication>
-#include <QSaveFile>
 #include <optional>
 
 #include "hosts/gedeeld/Signalen.h"
+#include "hosts/saver/PngBestand.h"
 #include "platform/window/SheetOnWindow.h"
 
 namespace brixtel {
-
-namespace {
-
-QString schrijf(const QImage& beeld, const QString& naam) {
-    QSaveFile bestand(naam);
-    if (bestand.open(QIODevice::WriteOnly) && beeld.save(&bestand, "PNG") && bestand.commit())
-        return {};
-    return QStringLiteral("'%1' kan niet geschreven worden").arg(naam);
-}
-
-}  // namespace
 
 QString toonInstellingen(const Opdracht& opdracht, const ModuleLader& module, int& doorSignaal) {
     platform::SystemClock klok;
@@ -27,9 +16,9 @@ QString toonInstellingen(const Opdracht& opdracht, const ModuleLader& module, in
     platform::DistributedNotificationCenter geenBus{QString()};
     const auto view = module.maak({QPointF(0, 0), QSizeF(opdracht.maat)}, true,
                                   {.clock = klok, .random = toeval, .notifications = geenBus});
-    const auto blad = view->configureSheet();
+    const auto blad = view->hasConfigureSheet() ? view->configureSheet() : nullptr;
     if (!blad) return QStringLiteral("de module BrixtelInstellingen.so ontbreekt");
-    if (!opdracht.instellingen.isEmpty()) return schrijf(blad->picture(), opdracht.instellingen);
+    if (!opdracht.instellingen.isEmpty()) return schrijfPng(blad->picture(), opdracht.instellingen);
 
     // Not quit(), which asks every window first; this one does not close for that.
     const Signalen signalen([&](int signaal) {
@@ -44,7 +33,12 @@ QString toonInstellingen(const Opdracht& opdracht, const ModuleLader& module, in
         blad->orderFront({});
     QCoreApplication::exec();
     blad->onOrderedOut({});
-    return {};
+    // A program that shows the sheet beside its own window reads the pick here.
+    const QByteArray gekozen = view->pickedInSheet().toUtf8();
+    if (gekozen.isEmpty()) return {};
+    const bool gedrukt = std::printf("%s\n", gekozen.constData()) > 0;
+    if (gedrukt && std::fflush(stdout) == 0) return {};
+    return QStringLiteral("de keuze kan niet afgedrukt worden");
 }
 
 }  // namespace brixtel

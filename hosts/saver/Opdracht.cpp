@@ -5,15 +5,19 @@
 #include <algorithm>
 
 #include "BrixtelSaver/SaverKeuze.h"
+#include "hosts/gedeeld/Opsomming.h"
 #include "platform/window/systems/WindowSystems.h"
 
 namespace brixtel {
 
 namespace {
 
-using Wat = Opdracht::Wat;
+using Taak = Opdracht::Taak;
 
 using Optie = brixtel::Optie<Opdracht>;
+
+// Of a film, per second.
+constexpr int kMeesteBeelden = 240;
 
 // Both sides from 1 to 16384; an invalid size for anything else.
 QSize leesMaat(const QString& tekst) {
@@ -26,10 +30,10 @@ QSize leesMaat(const QString& tekst) {
     return past ? maat : QSize();
 }
 
-QString zetWat(Opdracht& opdracht, Wat wat, QLatin1String naam) {
-    if (opdracht.wat != Wat::Schermvullend && opdracht.wat != wat)
+QString zetTaak(Opdracht& opdracht, Taak taak, QLatin1String naam) {
+    if (opdracht.taak != Taak::Schermvullend && opdracht.taak != taak)
         return QStringLiteral("--%1 gaat niet samen met wat eerder gevraagd is").arg(naam);
-    opdracht.wat = wat;
+    opdracht.taak = taak;
     return {};
 }
 
@@ -39,11 +43,17 @@ QString zetMaat(QSize& doel, const QString& waarde, QLatin1String naam) {
     return QStringLiteral("--%1 wil een maat als 1280x720, niet '%2'").arg(naam, waarde);
 }
 
+QStringList keuzeWoorden() {
+    QStringList woorden;
+    for (const SaverKeuze keuze : alleKeuzes)
+        woorden << ruweWaarde(keuze);
+    return woorden;
+}
+
 QString zetKeuze(Opdracht& opdracht, const QString& waarde) {
     if (!keuzeUitRuw(waarde))
-        return QStringLiteral(
-                   "--keuze kent wisselend, regen, bol, kubus, tunnel en logo, niet '%1'")
-            .arg(waarde);
+        return QStringLiteral("--keuze kent %1, niet '%2'")
+            .arg(opsomming(keuzeWoorden(), QLatin1String("en")), waarde);
     opdracht.keuze = waarde;
     return {};
 }
@@ -70,7 +80,7 @@ QString zetVensterId(Opdracht& opdracht, const QString& waarde) {
     opdracht.vensterId = platform::readHost(waarde);
     if (!opdracht.vensterId)
         return QStringLiteral("'%1' is geen nummer van een venster").arg(waarde);
-    return zetWat(opdracht, Wat::Gastheer, QLatin1String("window-id"));
+    return zetTaak(opdracht, Taak::Gastheer, QLatin1String("window-id"));
 }
 
 QString zetZaad(Opdracht& opdracht, const QString& waarde) {
@@ -83,14 +93,37 @@ QString zetZaad(Opdracht& opdracht, const QString& waarde) {
 QString zetVenster(Opdracht& opdracht, const QString& waarde) {
     QString fout =
         waarde.isEmpty() ? QString() : zetMaat(opdracht.venster, waarde, QLatin1String("venster"));
-    return fout.isEmpty() ? zetWat(opdracht, Wat::Venster, QLatin1String("venster")) : fout;
+    return fout.isEmpty() ? zetTaak(opdracht, Taak::Venster, QLatin1String("venster")) : fout;
 }
 
 QString zetPlaatje(Opdracht& opdracht, const QString& waarde) {
     opdracht.plaatje = waarde;
     if (!waarde.endsWith(QLatin1String(".png"), Qt::CaseInsensitive))
         return QStringLiteral("--plaatje wil de naam van een .png-bestand, niet '%1'").arg(waarde);
-    return zetWat(opdracht, Wat::Plaatje, QLatin1String("plaatje"));
+    return zetTaak(opdracht, Taak::Plaatje, QLatin1String("plaatje"));
+}
+
+QString zetFilm(Opdracht& opdracht, const QString& waarde) {
+    static const QRegularExpression vorm(QStringLiteral("\\.(webm|mp4|gif|webp)$"),
+                                         QRegularExpression::CaseInsensitiveOption);
+    opdracht.film = waarde;
+    if (!vorm.match(waarde).hasMatch())
+        return QStringLiteral("--film wil een bestand op .webm, .mp4, .gif of .webp, niet '%1'")
+            .arg(waarde);
+    return zetTaak(opdracht, Taak::Film, QLatin1String("film"));
+}
+
+// Without a number, the rate is shown in the picture.
+QString zetFps(Opdracht& opdracht, const QString& waarde) {
+    if (waarde.isEmpty()) {
+        opdracht.fps = true;
+        return {};
+    }
+    opdracht.beeldenPerSeconde = waarde.toInt();
+    if (opdracht.beeldenPerSeconde >= 1 && opdracht.beeldenPerSeconde <= kMeesteBeelden) return {};
+    return QStringLiteral("--fps wil 1 tot %1 beelden per seconde, niet '%2'")
+        .arg(kMeesteBeelden)
+        .arg(waarde);
 }
 
 QString zetInstellingen(Opdracht& opdracht, const QString& waarde) {
@@ -98,7 +131,7 @@ QString zetInstellingen(Opdracht& opdracht, const QString& waarde) {
     if (!waarde.isEmpty() && !waarde.endsWith(QLatin1String(".png"), Qt::CaseInsensitive))
         return QStringLiteral("--instellingen wil de naam van een .png-bestand, niet '%1'")
             .arg(waarde);
-    return zetWat(opdracht, Wat::Instellingen, QLatin1String("instellingen"));
+    return zetTaak(opdracht, Taak::Instellingen, QLatin1String("instellingen"));
 }
 
 QString zetBoven(Opdracht& opdracht, const QString& waarde) {
@@ -111,13 +144,14 @@ QString zetVerbindingen(Opdracht& opdracht, const QString& waarde) {
     if (!waarde.isEmpty() && waarde != QLatin1String("json"))
         return QStringLiteral("--verbindingen kent alleen json, niet '%1'").arg(waarde);
     opdracht.json = !waarde.isEmpty();
-    return zetWat(opdracht, Wat::Verbindingen, QLatin1String("verbindingen"));
+    return zetTaak(opdracht, Taak::Verbindingen, QLatin1String("verbindingen"));
 }
 
 // Makes an option that chooses what to do.
-Optie watOptie(QLatin1String naam, Wat wat) {
-    return {
-        naam, Waarde::Geen, {}, [=](Opdracht& o, const QString&) { return zetWat(o, wat, naam); }};
+Optie taakOptie(QLatin1String naam, Taak taak) {
+    return {naam, Waarde::Geen, {}, [=](Opdracht& o, const QString&) {
+                return zetTaak(o, taak, naam);
+            }};
 }
 
 Optie vlagOptie(QLatin1String naam, bool Opdracht::*vlag) {
@@ -143,14 +177,15 @@ Optie getalOptie(QLatin1String naam, Getal Opdracht::*getal, double laag, double
 const std::vector<Optie>& opties() {
     static const QLatin1String maatVorm("^[0-9]+[xX×][0-9]+$");
     static const std::vector<Optie> alle{
-        watOptie(QLatin1String("root"), Wat::Gastheer),
-        watOptie(QLatin1String("aanmelden"), Wat::Aanmelden),
-        watOptie(QLatin1String("afmelden"), Wat::Afmelden),
-        watOptie(QLatin1String("versie"), Wat::Versie),
-        watOptie(QLatin1String("help"), Wat::Hulp),
+        taakOptie(QLatin1String("root"), Taak::Gastheer),
+        taakOptie(QLatin1String("aanmelden"), Taak::Aanmelden),
+        taakOptie(QLatin1String("afmelden"), Taak::Afmelden),
+        taakOptie(QLatin1String("versie"), Taak::Versie),
+        taakOptie(QLatin1String("help"), Taak::Hulp),
         vlagOptie(QLatin1String("voorvertoning"), &Opdracht::voorvertoning),
         vlagOptie(QLatin1String("meet"), &Opdracht::meet),
-        vlagOptie(QLatin1String("fps"), &Opdracht::fps),
+        vlagOptie(QLatin1String("lus"), &Opdracht::lus),
+        {QLatin1String("fps"), Waarde::Mag, QLatin1String("^[0-9]+$"), zetFps},
         vlagOptie(QLatin1String("volle-snelheid"), &Opdracht::volleSnelheid),
         {QLatin1String("instellingen"), Waarde::Mag, QLatin1String("\\.png$"), zetInstellingen},
         {QLatin1String("boven"), Waarde::Nodig, {}, zetBoven},
@@ -161,6 +196,7 @@ const std::vector<Optie>& opties() {
         {QLatin1String("tekenaar"), Waarde::Nodig, {}, zetTekenaar},
         {QLatin1String("venstersysteem"), Waarde::Nodig, {}, zetVenstersysteem},
         {QLatin1String("plaatje"), Waarde::Nodig, {}, zetPlaatje},
+        {QLatin1String("film"), Waarde::Nodig, {}, zetFilm},
         maatOptie(QLatin1String("maat"), &Opdracht::maat),
         getalOptie(QLatin1String("schaal"), &Opdracht::schaal, 0.25, 8),
         getalOptie(QLatin1String("na"), &Opdracht::na, 0, 86400),
@@ -181,17 +217,38 @@ Fout fout(const QString& wat) {
     return foutVan(QLatin1String("brixtel-saver"), wat);
 }
 
+// A still is drawn whole in memory.
+constexpr double kMeesteBeeldpunten = 8192.0 * 8192.0;
+
+bool isTeGroot(const Opdracht& opdracht) {
+    return opdracht.maat.width() * opdracht.schaal * opdracht.maat.height() * opdracht.schaal >
+           kMeesteBeeldpunten;
+}
+
 // What only shows once everything has been read.
 QString controleer(const Opdracht& opdracht) {
-    if (opdracht.wat == Wat::Plaatje && opdracht.keuze.isEmpty())
+    if (opdracht.taak == Taak::Plaatje && opdracht.keuze.isEmpty())
         return QStringLiteral("--plaatje vraagt ook om --keuze");
-    if (opdracht.wat == Wat::Plaatje && (opdracht.meet || opdracht.fps || opdracht.seconden))
+    if (opdracht.taak == Taak::Plaatje && (opdracht.meet || opdracht.fps || opdracht.seconden))
         return QStringLiteral("--meet, --fps en --seconden gaan niet samen met --plaatje");
-    const bool bolPlaatje =
-        opdracht.wat == Wat::Plaatje && opdracht.keuze == ruweWaarde(SaverKeuze::bol);
-    if (!opdracht.lijnen.isEmpty() && !bolPlaatje)
-        return QStringLiteral("--lijnen gaat alleen samen met --plaatje en --keuze=bol");
-    if (opdracht.boven && opdracht.wat != Wat::Instellingen)
+    if (opdracht.taak == Taak::Plaatje && isTeGroot(opdracht))
+        return QStringLiteral("--plaatje kan hoogstens 67108864 beeldpunten hebben (8192x8192)");
+    const bool film = opdracht.taak == Taak::Film;
+    if (film && opdracht.keuze.isEmpty()) return QStringLiteral("--film vraagt ook om --keuze");
+    if (film && !opdracht.seconden && !opdracht.lus)
+        return QStringLiteral("--film vraagt ook om --seconden of --lus");
+    if (film && opdracht.seconden && opdracht.lus)
+        return QStringLiteral("--lus weet zelf hoe lang de film duurt, zonder --seconden");
+    if (film && (opdracht.meet || opdracht.fps))
+        return QStringLiteral("--meet, en --fps zonder getal, gaan niet samen met --film");
+    if (!film && opdracht.lus) return QStringLiteral("--lus gaat alleen samen met --film");
+    if (!film && opdracht.beeldenPerSeconde != Opdracht().beeldenPerSeconde)
+        return QStringLiteral("--fps met een getal gaat alleen samen met --film");
+    const bool getekendeBol =
+        (film || opdracht.taak == Taak::Plaatje) && opdracht.keuze == ruweWaarde(SaverKeuze::bol);
+    if (!opdracht.lijnen.isEmpty() && !getekendeBol)
+        return QStringLiteral("--lijnen gaat alleen samen met --plaatje of --film, en --keuze=bol");
+    if (opdracht.boven && opdracht.taak != Taak::Instellingen)
         return QStringLiteral("--boven gaat alleen samen met --instellingen");
     return {};
 }
@@ -206,13 +263,14 @@ std::variant<Opdracht, Fout> leesOpdracht(const QStringList& argumenten,
     if (!mis.isEmpty()) return fout(mis);
     // A host that names its window in the environment means the saver to draw
     // there, unless the command line asks for something else altogether.
-    const bool bijGastheer = opdracht.wat == Wat::Gastheer || opdracht.wat == Wat::Schermvullend;
+    const bool bijGastheer =
+        opdracht.taak == Taak::Gastheer || opdracht.taak == Taak::Schermvullend;
     if (bijGastheer && !opdracht.vensterId && !hostVenster.isEmpty()) {
         opdracht.vensterId = platform::readHost(hostVenster);
         if (!opdracht.vensterId)
             return fout(QStringLiteral("XSCREENSAVER_WINDOW is geen nummer van een venster: '%1'")
                             .arg(hostVenster));
-        opdracht.wat = Wat::Gastheer;
+        opdracht.taak = Taak::Gastheer;
     }
     return opdracht;
 }
@@ -231,19 +289,24 @@ Waar:
   --window-id=NUMMER     in het venster met dit nummer (hexadecimaal of decimaal)
   --plaatje=BESTAND.png  een stilstaand beeld in een bestand; dat kan ook
                          zonder scherm. Met --keuze, en naar wens:
-      --maat=BxH         in punten (1920x1080)
+      --maat=BxH         in punten (1920x1080); hoogstens 67108864 beeldpunten
       --schaal=S         beeldpunten per punt (1)
       --na=SECONDEN      zo lang na het begin (6)
       --zaad=N           hetzelfde getal geeft hetzelfde beeld
       --lijnen=BESTAND   de lijnen van de wereldbol, zoals --verbindingen=json
                          ze afdrukt, in plaats van die van nu
+  --film=BESTAND         een film van de scène, op .webm, .mp4, .gif of .webp; dat
+                         kan ook zonder scherm, en heeft ffmpeg nodig. Met --keuze
+                         en --seconden, en naar wens als --plaatje, en:
+      --fps=N            beelden per seconde (30)
+      --lus              in plaats van --seconden: zo lang dat het eind weer het
+                         begin is; alleen met logo
 
 Wat:
-  --keuze=KEUZE          wisselend, regen, bol, kubus, tunnel of logo; alleen
-                         voor deze keer, er wordt niets bewaard
+  --keuze=KEUZE          %1
   --voorvertoning        in de kwaliteit van een klein voorbeeld
   --tekenaar=WELKE       gl, cpu of auto (auto)
-  --venstersysteem=WELK  %1 of auto (auto: het eerste
+  --venstersysteem=WELK  %2 of auto (auto: het eerste
                          dat er is)
   --seconden=N           houdt na N seconden vanzelf op
   --fps                  toont het aantal beelden per seconde
@@ -261,7 +324,10 @@ Verder:
   --versie               het versienummer
   --help                 deze tekst
 )")
-        .arg(platform::windowSystemNames().join(QStringLiteral(", ")));
+        .arg(vouw(opsomming(keuzeWoorden(), QLatin1String("of")) +
+                      QStringLiteral("; alleen voor deze keer, er wordt niets bewaard"),
+                  kHulpKolom),
+             platform::windowSystemNames().join(QStringLiteral(", ")));
 }
 
 }  // namespace brixtel

@@ -17,11 +17,12 @@ namespace brixtel {
 // What the user asked the program to do: its command line and the environment,
 // read and checked.
 struct Opdracht {
-    enum class Wat {
+    enum class Taak {
         Schermvullend,
         Venster,
         Gastheer,  // in a host's window
         Plaatje,
+        Film,
         Instellingen,
         Verbindingen,
         Aanmelden,
@@ -29,7 +30,7 @@ struct Opdracht {
         Versie,
         Hulp,
     };
-    Wat wat = Wat::Schermvullend;
+    Taak taak = Taak::Schermvullend;
 
     QSize venster{1280, 720};                    // points
     std::optional<platform::HostRef> vensterId;  // the host's; none means the whole screen
@@ -39,8 +40,11 @@ struct Opdracht {
     QString instellingen;  // the file for a picture of the sheet; empty to show it
     std::optional<platform::WindowRef> boven;  // the window that the sheet belongs to
 
-    QString plaatje;         // the file
-    QSize maat{1920, 1080};  // points
+    QString plaatje;             // the file
+    QString film;                // the file
+    int beeldenPerSeconde = 30;  // of a film
+    bool lus = false;            // the film ends where it began
+    QSize maat{1920, 1080};      // points
     double schaal = 1.0;
     double na = 6.0;  // seconds after the start
     QString lijnen;   // the file with the globe's lines; empty for this machine's

@@ -10,7 +10,7 @@
 
 #include "connections/Overzicht.h"
 #include "hosts/gedeeld/Signalen.h"
-#include "hosts/saver/Reden.h"
+#include "hosts/gedeeld/Uitvoer.h"
 
 namespace brixtel {
 
@@ -51,22 +51,21 @@ class Opvang {
     std::array<struct sigaction, kSignalen.size()> eerder_{};
 };
 
-std::vector<Lijn> meet(const VerbindingWacht::Bron& bron) {
+std::optional<std::vector<Lijn>> meet(const VerbindingWacht::Bron& bron) {
     const platform::ToolStop stop;
     const Opvang opvang(stop);
-    return VerbindingWacht::meet(bron, &stop);
+    return VerbindingWacht::probeer(bron, &stop);
 }
 
 }  // namespace
 
 QString toonVerbindingen(bool json, const VerbindingWacht::Bron& bron) {
-    const std::vector<Lijn> lijnen = meet(bron);
+    const auto lijnen = meet(bron);
     if (gevangen != 0) Signalen::eindigDoor(gevangen);
-    const QByteArray tekst = json ? alsJson(lijnen) : alsTabel(lijnen).toUtf8();
-    const auto lengte = static_cast<std::size_t>(tekst.size());
-    const bool alles = std::fwrite(tekst.constData(), 1, lengte, stdout) == lengte;
-    if (alles && std::fflush(stdout) == 0) return {};
-    return QStringLiteral("de verbindingen zijn niet te schrijven: ") + reden(errno);
+    if (!lijnen)
+        return QStringLiteral("de verbindingen zijn niet te meten: lsof ontbreekt of faalt");
+    const QByteArray tekst = json ? alsJson(*lijnen) : alsTabel(*lijnen).toUtf8();
+    return drukAf(tekst);
 }
 
 }  // namespace brixtel

@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <algorithm>
 
+#include "BrixtelSaver/SaverInstellingen.h"
 #include "hosts/saver/BeeldTeller.h"
 #include "platform/session/Preferences.h"
 
@@ -15,6 +16,7 @@ using platform::Window;
 namespace {
 // A host's window smaller than this is the preview in its settings.
 constexpr QSizeF kKlein(480.0, 360.0);
+const QLatin1String kStopt("com.apple.screensaver.willstop");
 }  // namespace
 
 Voorstelling::Voorstelling(const Opdracht& opdracht, const ModuleLader& module,
@@ -26,20 +28,26 @@ Voorstelling::Voorstelling(const Opdracht& opdracht, const ModuleLader& module,
       context_(context),
       // This program once more.
       instellingen_(QCoreApplication::applicationFilePath(), bus, InstellingenProces::Einde::Mee) {
-    switch (opdracht.wat) {
-        case Opdracht::Wat::Venster:
+    switch (opdracht.taak) {
+        case Opdracht::Taak::Venster:
             toonVenster();
             break;
-        case Opdracht::Wat::Gastheer:
+        case Opdracht::Taak::Gastheer:
             toonBijGastheer();
             break;
         default:
             volgSchermen();
             schermen_ = std::make_unique<platform::ScreenObserver>([this] { volgSchermen(); });
     }
+    if (opdracht.taak == Opdracht::Taak::Gastheer) return;
+    // The views themselves stop at this; nobody else starts them again.
+    context_.notifications.addObserver(this, kStopt, [this] {
+        opnieuw_ = platform::Timer(server_.clock(), {.interval = 0.0}, [this] { begin(); });
+    });
 }
 
 Voorstelling::~Voorstelling() {
+    context_.notifications.removeObserver(this);
     schermen_.reset();
     for (const Doek& doek : doeken_)
         doek.view->saver()->stopAnimation();
@@ -62,19 +70,27 @@ void Voorstelling::toonInstellingen(const Window& bij) {
     QStringList argumenten{QStringLiteral("--instellingen")};
     if (!bij.reference().isEmpty())
         argumenten << QStringLiteral("--boven=%1").arg(bij.reference().text);
-    instellingen_.toon(argumenten, [this](bool goed) {
+    instellingen_.toon(argumenten, [this](const InstellingenProces::Afloop& afloop) {
         bladIsOpen(false);
-        if (!goed) return;
-        // What was asked for this run alone, the user has now changed.
-        platform::Preferences::clearArgument(QStringLiteral("keuze"));
-        begin();
+        if (afloop.goed && !afloop.gekozen.isEmpty()) neemKeuze(afloop.gekozen);
     });
+}
+
+void Voorstelling::neemKeuze(const QString& keuze) {
+    const QString sleutel = QStringLiteral("keuze");
+    // What was asked for this run alone, the user has now changed.
+    platform::Preferences::clearArgument(sleutel);
+    for (const Doek& doek : doeken_)
+        doek.view->saver()->takePick(keuze);
+    // Where the store cannot be written, the pick holds for this run.
+    if (ruweWaarde(SaverInstellingen::keuze()) != keuze)
+        platform::Preferences::setArgument(sleutel, keuze);
 }
 
 void Voorstelling::bladIsOpen(bool open) {
     for (const Doek& doek : doeken_) {
         doek.view->setMuisTelt(!open);
-        if (opdracht_.wat == Opdracht::Wat::Schermvullend) doek.venster->setCursorHidden(!open);
+        if (opdracht_.taak == Opdracht::Taak::Schermvullend) doek.venster->setCursorHidden(!open);
     }
 }
 
@@ -109,7 +125,7 @@ void Voorstelling::toonOp(const Screen& scherm) {
 }
 
 void Voorstelling::volgSchermen() {
-    const std::vector<Screen> schermen = Screen::all();
+    const std::vector<Screen> schermen = platform::distinctRectangles(Screen::all());
     std::erase_if(doeken_, [&](const Doek& doek) {
         if (std::find(schermen.begin(), schermen.end(), doek.scherm) != schermen.end())
             return false;

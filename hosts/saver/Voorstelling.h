@@ -9,12 +9,15 @@
 #include "hosts/saver/HostView.h"
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
+#include "platform/time/Timer.h"
 #include "platform/window/Screen.h"
 #include "platform/window/Window.h"
 
 namespace brixtel {
 
-// The saver at work: its windows, each with a view of the module's, started.
+// The saver at work: its windows, each with a view of the module's, started. Views in
+// windows of the program's own start again once a lock of the desktop has gone; for those
+// in a host's window the host decides.
 // Where they are follows from the command. Dropping it stops the views and takes
 // the windows down, in that order. Main thread.
 class Voorstelling {
@@ -50,6 +53,7 @@ class Voorstelling {
     void vul(Doek& doek, const QRectF& vlak, bool voorvertoning);
     void toonInstellingen(const platform::Window& bij);
     void bladIsOpen(bool open);
+    void neemKeuze(const QString& keuze);
     void einde();
 
     const Opdracht opdracht_;
@@ -59,6 +63,7 @@ class Voorstelling {
     std::function<void()> onEinde_;
     std::vector<Doek> doeken_;
     InstellingenProces instellingen_;
+    platform::Timer opnieuw_;
     std::unique_ptr<platform::ScreenObserver> schermen_;
 };
 

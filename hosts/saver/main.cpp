@@ -9,13 +9,16 @@
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "hosts/gedeeld/Melding.h"
 #include "hosts/gedeeld/Signalen.h"
+#include "hosts/gedeeld/Uitvoer.h"
+#include "hosts/gedeeld/Voorraad.h"
 #include "hosts/saver/Aanmelding.h"
+#include "hosts/saver/Film.h"
 #include "hosts/saver/Instellingen.h"
 #include "hosts/saver/Meting.h"
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
 #include "hosts/saver/Plaatje.h"
-#include "hosts/saver/Rust.h"
+#include "hosts/saver/StilleBeelden.h"
 #include "hosts/saver/Verbindingen.h"
 #include "hosts/saver/Voorstelling.h"
 #include "platform/session/PowerSupply.h"
@@ -37,9 +40,8 @@ int meldNaam(const QString& wat, int uitgang) {
 constexpr const char* kGeenScherm =
     "er is geen scherm om op te tekenen; met --plaatje kan het zonder";
 
-// What Qt has to say is for developers; a host would show it to people. After
-// its last words it would dump core, most of all where the X server goes away
-// just when Qt wants to begin.
+// Qt's messages are for developers, and a host would show them to people. A fatal one would
+// dump core, as when the X server goes away while Qt starts.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     if (soort != QtFatalMsg) return;
     const bool erIsScherm = platform::DisplayCheck().isReachable();
@@ -47,13 +49,14 @@ void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
 }
 
 bool isPlaatje(const Opdracht& opdracht) {
-    return opdracht.wat == Opdracht::Wat::Plaatje || !opdracht.instellingen.isEmpty();
+    return opdracht.taak == Opdracht::Taak::Plaatje || opdracht.taak == Opdracht::Taak::Film ||
+           !opdracht.instellingen.isEmpty();
 }
 
 void kiesPlatform(const Opdracht& opdracht) {
     using platform::QtScreens;
     const bool plaatje = isPlaatje(opdracht);
-    const bool blad = opdracht.wat == Opdracht::Wat::Instellingen;
+    const bool blad = opdracht.taak == Opdracht::Taak::Instellingen;
     platform::chooseQtScreens(plaatje ? QtScreens::None
                               : blad  ? QtScreens::Session
                                       : QtScreens::Windows);
@@ -65,15 +68,29 @@ int verbindingen(bool json) {
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
+// Prints it; returns the exit status.
+int druk(const QString& tekst) {
+    const QString mis = brixtel::drukAf(tekst.toUtf8());
+    return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
+}
+
 int bericht(const brixtel::Bericht& bericht) {
     if (!bericht.gelukt) return meldNaam(bericht.regel, kFout);
-    std::puts(qUtf8Printable(bericht.regel));
-    return 0;
+    return druk(bericht.regel + u'\n');
 }
 
 int meldAan(const QString& thuis) {
     const QString eigen = QFile::symLinkTarget(QStringLiteral("/proc/self/exe"));
     return bericht(brixtel::meldAan(thuis, brixtel::opdrachtVoorGastheer(eigen)));
+}
+
+// The address space that what is asked for takes.
+std::size_t ruimteVoor(const Opdracht& opdracht) {
+    const QString regen = ruweWaarde(brixtel::SaverKeuze::regen);
+    const QString keuze =
+        opdracht.keuze.isEmpty() ? ruweWaarde(brixtel::SaverInstellingen::keuze()) : opdracht.keuze;
+    const bool zonderScene = keuze == regen || opdracht.taak == Opdracht::Taak::Instellingen;
+    return zonderScene ? brixtel::kRuimteRegen : brixtel::kRuimteScene;
 }
 
 int plaatje(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
@@ -89,17 +106,22 @@ int uitgangNaVerlies(const platform::WindowServer& server) {
                     kFout);
 }
 
-// Shows the saver until something ends it, and returns by which signal, 0, or an
-// exit status below 0.
+int film(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
+    const QString mis = brixtel::maakFilm(opdracht, module);
+    return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
+}
+
+// Shows the saver until something ends it, and returns by which signal, or 0;
+// below 0 an exit status.
 int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QString& bus) {
     platform::SystemClock klok;
     const double begin = klok.now() - platform::secondsSinceProcessStart();
     auto toeval = opdracht.zaad ? platform::RandomSource(*opdracht.zaad)
                                 : platform::RandomSource::fromSystem();
     platform::DistributedNotificationCenter berichten(bus);
-    // Whoever wishes for little movement has asked for no saver by its window.
+    // A user who wishes for little movement asked for a window, not for a saver.
     std::optional<platform::RestableClock> beelden;
-    if (opdracht.wat == Opdracht::Wat::Venster) beelden.emplace(klok);
+    if (opdracht.taak == Opdracht::Taak::Venster) beelden.emplace(klok);
     platform::WindowServer server(klok, {.drawer = opdracht.tekenaar,
                                          .system = platform::openWindowSystem(klok),
                                          .pictures = beelden ? &*beelden : nullptr});
@@ -121,14 +143,14 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
                          platform::ScreenSaverContext{
                              .clock = beeldKlok, .random = toeval, .notifications = berichten},
                          bus);
-    const bool bijGastheer = opdracht.wat == Opdracht::Wat::Gastheer;
+    const bool bijGastheer = opdracht.taak == Opdracht::Taak::Gastheer;
     voorstelling->onEinde([bijGastheer] {
         if (bijGastheer) brixtel::Signalen::haast();
         QCoreApplication::quit();
     });
 
-    std::optional<brixtel::Rust> rust;
-    if (beelden) rust.emplace(*beelden, server, bus);
+    std::optional<brixtel::StilleBeelden> stilleBeelden;
+    if (beelden) stilleBeelden.emplace(*beelden, server, bus);
     std::optional<platform::PowerWatch> accu;
     if (!opdracht.volleSnelheid)
         accu.emplace(klok, [&server](bool opAccu) { server.setPace(opAccu ? 2 : 1); });
@@ -142,8 +164,8 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
     QCoreApplication::exec();
     if (meting) {
         const QString keuze = ruweWaarde(brixtel::SaverInstellingen::keuze());
-        std::fputs(meting->regel(keuze).constData(), stdout);
-        std::fflush(stdout);
+        const QString mis = brixtel::drukAf(meting->regel(keuze));
+        if (!mis.isEmpty()) return -meldNaam(mis, kFout);
     }
     return doorSignaal;
 }
@@ -154,14 +176,14 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
 // The sheet has controls, and a screen reader hears of them over the bus.
 QString neemBus(const Opdracht& opdracht) {
     const QString adres = platform::DistributedNotificationCenter::sessionBusAddress();
-    if (opdracht.wat != Opdracht::Wat::Instellingen || adres.isEmpty())
+    if (opdracht.taak != Opdracht::Taak::Instellingen || adres.isEmpty())
         qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
     return adres;
 }
 
 // None where what it takes is missing.
 std::unique_ptr<QCoreApplication> maakToepassing(int& argc, char** argv, const Opdracht& opdracht) {
-    if (opdracht.wat != Opdracht::Wat::Instellingen)
+    if (opdracht.taak != Opdracht::Taak::Instellingen)
         return std::make_unique<QGuiApplication>(argc, argv);
     brixtel::InstellingenModule* const blad = brixtel::InstellingenModule::laad();
     return blad ? blad->maakToepassing(argc, argv) : nullptr;
@@ -176,7 +198,7 @@ int instellingen(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
 
 int start(int argc, char** argv, const Opdracht& opdracht) {
     platform::useOnly(opdracht.venstersysteem);
-    if (opdracht.wat == Opdracht::Wat::Gastheer) platform::useOnlyForHosts();
+    if (opdracht.taak == Opdracht::Taak::Gastheer) platform::useOnlyForHosts();
     std::optional<platform::DisplayCheck> scherm;
     if (!isPlaatje(opdracht)) scherm.emplace();
     if (scherm && !scherm->isReachable()) return meldNaam(QString::fromUtf8(kGeenScherm), kFout);
@@ -196,14 +218,16 @@ int start(int argc, char** argv, const Opdracht& opdracht) {
     if (!module.isGeladen())
         return meldNaam(QStringLiteral("de module BrixtelSaver.so ontbreekt of is onbruikbaar"),
                         kFout);
-    if (opdracht.wat == Opdracht::Wat::Plaatje) return plaatje(opdracht, module);
-    if (opdracht.wat == Opdracht::Wat::Instellingen) return instellingen(opdracht, module);
+    if (opdracht.taak == Opdracht::Taak::Plaatje) return plaatje(opdracht, module);
+    if (opdracht.taak == Opdracht::Taak::Film) return film(opdracht, module);
+    if (opdracht.taak == Opdracht::Taak::Instellingen) return instellingen(opdracht, module);
     return -toon(opdracht, module, bus);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    brixtel::eindigMetEenRegel("brixtel-saver");
     QStringList argumenten;
     for (int i = 1; i < argc; ++i)
         argumenten << QString::fromLocal8Bit(argv[i]);
@@ -212,29 +236,32 @@ int main(int argc, char** argv) {
     if (const auto* fout = std::get_if<brixtel::Fout>(&gelezen))
         return brixtel::meld(fout->regel, kVerkeerdGebruik);
     const auto& opdracht = std::get<Opdracht>(gelezen);
-    switch (opdracht.wat) {
-        case Opdracht::Wat::Hulp:
-            std::fputs(qUtf8Printable(brixtel::hulpTekst()), stdout);
-            return 0;
-        case Opdracht::Wat::Versie:
-            std::puts("brixtel-saver " BRIXTEL_VERSION);
-            return 0;
-        case Opdracht::Wat::Verbindingen:
+    switch (opdracht.taak) {
+        case Opdracht::Taak::Hulp:
+            return druk(brixtel::hulpTekst());
+        case Opdracht::Taak::Versie:
+            return druk(QStringLiteral("brixtel-saver " BRIXTEL_VERSION "\n"));
+        case Opdracht::Taak::Verbindingen:
             return verbindingen(opdracht.json);
-        case Opdracht::Wat::Aanmelden:
+        case Opdracht::Taak::Aanmelden:
             return meldAan(qEnvironmentVariable("HOME"));
-        case Opdracht::Wat::Afmelden:
+        case Opdracht::Taak::Afmelden:
             return bericht(brixtel::meldAf(qEnvironmentVariable("HOME")));
         default:
             break;
     }
     brixtel::Signalen::negeerOpnieuw();
-    // Only the arguments that are ours were ours to take: Qt gets none.
+    const QString mis = brixtel::tekort(ruimteVoor(opdracht));
+    if (!mis.isEmpty()) return meldNaam(mis, kFout);
+    if (opdracht.keuze.isEmpty())
+        brixtel::meldInstellingen(QStringLiteral("brixtel-saver"),
+                                  brixtel::SaverInstellingen::moduleNaam);
+    // Qt gets no arguments: it would take those that are named as its own options.
     int geen = 1;
     const int uitgang = start(geen, argv, opdracht);
     if (uitgang < 0) brixtel::Signalen::eindigDoor(-uitgang);
     // A host is waiting, and as the libraries are unloaded every font is looked up.
-    if (opdracht.wat == Opdracht::Wat::Gastheer) {
+    if (opdracht.taak == Opdracht::Taak::Gastheer) {
         std::fflush(nullptr);
         std::_Exit(uitgang);
     }

@@ -11,9 +11,9 @@ namespace platform {
 
 namespace {
 
-// A discrete value begins this many seconds early, so that the time that
-// nextChange tells lies within the new value's slot however it was rounded on
-// its way through the layers' times.
+// Discrete values begin this many seconds early. nextChange() then lies within
+// the new value's slot, whatever rounding the conversions between the layers'
+// times brought.
 constexpr double kEarly = 1e-6;
 
 bool fillsBefore(FillMode mode) {
@@ -62,7 +62,7 @@ double Animation::positionInPass(double elapsed) const {
 double Animation::endPosition() const {
     const double duration = data_.timing.duration;
     const double position = positionInPass(activeDuration());
-    // A pass that ends does not wrap to its beginning.
+    // The end of a pass must not wrap to its beginning.
     return !data_.timing.autoreverses && position < 1e-9 * duration ? duration : position;
 }
 

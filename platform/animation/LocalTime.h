@@ -5,9 +5,9 @@
 
 namespace platform {
 
-// How an object's own time follows from its parent's: a layer's from its
-// superlayer's, an animation's from its layer's. The root's parent is the media
-// clock. Seconds.
+// Maps a parent's time to an object's own time, in seconds. The superlayer is a
+// layer's parent; the layer is an animation's; the media clock is the root
+// layer's. A value: any thread, like any other value.
 struct LocalTime {
     double beginTime = 0.0;
     double timeOffset = 0.0;
@@ -17,8 +17,8 @@ struct LocalTime {
         return (parent - beginTime) * speed + timeOffset;
     }
 
-    // The parent time at which the local time is reached; infinity for a time
-    // that stands still.
+    // The parent's time at which the local time is reached; infinity at speed
+    // 0.
     [[nodiscard]] double toParent(double local) const {
         if (speed == 0.0) return std::numeric_limits<double>::infinity();
         return (local - timeOffset) / speed + beginTime;

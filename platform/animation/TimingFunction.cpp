@@ -18,8 +18,8 @@ TimingFunction::TimingFunction(double x1, double y1, double x2, double y2)
 double TimingFunction::operator()(double time) const {
     const double x = std::clamp(time, 0.0, 1.0);
     if (linear_ || x == 0.0 || x == 1.0) return x;
-    // x(u) never falls, so halving always finds u; 40 halvings reach the
-    // precision of the numbers that depend on it.
+    // x(u) never falls, so halving always converges. After 40 halvings u is
+    // exact to 2^-40.
     double low = 0.0, high = 1.0;
     for (int i = 0; i < 40; ++i) {
         const double u = 0.5 * (low + high);

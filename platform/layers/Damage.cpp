@@ -7,7 +7,7 @@ namespace platform {
 
 namespace {
 
-// Collects rectangles, joining those that would repaint the same pixels.
+// Collects rectangles and joins those that would repaint the same pixels.
 class Collector {
   public:
     Collector(const PixelGrid& grid, std::vector<QRect>& rects)
@@ -15,7 +15,7 @@ class Collector {
         rects_.clear();
     }
 
-    // Cut in pixels, as drawing does: cut in points, an edge could be rounded to
+    // Cuts in pixels, as drawing does. Cutting in points could round an edge to
     // the next pixel.
     [[nodiscard]] QRect shown(const DisplayItem& item) const {
         return grid_.snap(item.rect) & grid_.snap(item.clip) & picture_;
@@ -24,7 +24,7 @@ class Collector {
     void add(const QRect& rect) {
         if (rect.isEmpty()) return;
         // Neighbours in the list are neighbours on screen, so a short look back
-        // finds nearly all.
+        // finds nearly all overlaps.
         const std::size_t from = rects_.size() > kLookBack ? rects_.size() - kLookBack : 0;
         for (std::size_t i = from; i < rects_.size(); ++i) {
             if (!joins(rects_[i], rect)) continue;
@@ -55,7 +55,7 @@ bool sameStops(const DisplayList& before, const DisplayItem& a, const DisplayLis
         after.stops.begin() + b.firstStop, after.stops.begin() + b.firstStop + b.stopCount);
 }
 
-// Whether both look the same, masks aside.
+// Whether two items look the same, masks aside.
 bool same(const DisplayList& before, const DisplayItem& a, const DisplayList& after,
           const DisplayItem& b) {
     return a.kind == b.kind && a.rect == b.rect && a.clip == b.clip && a.opacity == b.opacity &&
@@ -63,8 +63,8 @@ bool same(const DisplayList& before, const DisplayItem& a, const DisplayList& af
            a.end == b.end && sameStops(before, a, after, b);
 }
 
-// Walks two rising runs side by side: `pair` for what both have, `gone` for
-// what the first alone has, `come` for what the second alone has.
+// Walks two rising runs side by side and calls `pair` for an entry in both,
+// `gone` for one in `a` only, `come` for one in `b` only.
 template <typename Run, typename Pair, typename Gone, typename Come>
 void merge(const Run& a, const Run& b, Pair pair, Gone gone, Come come) {
     auto left = a.begin();
@@ -93,7 +93,7 @@ Span piecesOf(const DisplayList& list, std::int32_t mask) {
     return {first, first + m.pieceCount};
 }
 
-// Damages all that an item shows: no more than its mask uncovers.
+// Damages what an item shows: the part that its mask uncovers.
 void addShown(const DisplayList& list, const DisplayItem& item, Collector& out) {
     if (item.mask < 0) {
         out.add(out.shown(item));
@@ -103,8 +103,7 @@ void addShown(const DisplayList& list, const DisplayItem& item, Collector& out) 
         out.add(out.shown(piece) & out.shown(item));
 }
 
-// Damages what the masks of an item that itself stayed the same uncover
-// otherwise than before.
+// Damages the pixels where an unchanged item's masks have changed.
 void compareMasks(const DisplayList& before, std::int32_t a, const DisplayList& after,
                   std::int32_t b, const QRect& within, Collector& out) {
     const auto either = [&](const DisplayItem& piece) { out.add(out.shown(piece) & within); };

@@ -40,13 +40,13 @@ void DisplayListBuilder::add(Layer& root, QPointF origin, const QRectF& clip, do
                                     .mask = -1,
                                     .inMask = false});
     list_.nextChange = std::min(list_.nextChange, next);
-    // FNV-1a's step: the trees and their order together make the number.
+    // FNV-1a's step (Fowler, Noll, Vo; 64-bit prime) over the trees in order.
     list_.structure = (list_.structure ^ root.structure_) * 0x100000001b3ULL;
     base_ += root.count_;
 }
 
-// How much shows at once varies from frame to frame; with room for every layer
-// that never means more memory.
+// Reserves room for every layer. The number of visible layers varies from frame
+// to frame, and must not cause another allocation.
 void DisplayListBuilder::reserve(std::size_t layers) {
     constexpr std::size_t kStopsPerLayer = 4;
     list_.items.reserve(layers);
@@ -73,8 +73,8 @@ double DisplayListBuilder::walk(Layer& layer, const Place& place) {
                           size.width(), size.height());
         next = std::min(next, walkBelow(layer, own, rect, layerTime));
     }
-    // A time that runs backwards, or not from here on, has no next moment that
-    // could be told by its parent's.
+    // A layer time that runs backwards gives no next change that could be
+    // converted to the parent's time.
     if (layer.time_.speed < 0.0) return next == kNever ? kNever : place.parentTime;
     return next == kNever ? kNever : layer.time_.toParent(next);
 }
@@ -109,7 +109,7 @@ double DisplayListBuilder::walkMask(Layer& layer, Place& below, const QRectF& re
     inside.opacity = 1.0;
     inside.mask = -1;
     inside.inMask = true;
-    // Pieces beside the only thing that they could uncover need not be kept.
+    // Pieces beside the mask's only item uncover nothing.
     if (layer.sublayers_.empty()) inside.clip &= rect;
     const double next = walk(*layer.mask_, inside);
     mask.pieceCount = static_cast<std::uint32_t>(list_.pieces.size()) - mask.firstPiece;

@@ -9,19 +9,19 @@
 
 namespace platform {
 
-// Asks layer trees what they look like at one time and writes it down, one tree
-// over the other. Main thread. Drops animations that have ended. What cannot be
-// seen is left out: outside its clip, fully transparent, or masked away. Once
-// the list has grown to its size nothing is allocated. A mask whose own layers
-// have masks is a programming error.
+// Writes the look of layer trees at one time into a list, one tree over the
+// other. Main thread. Drops animations that have ended. Leaves out invisible
+// items: outside their clip, fully transparent, or masked away. Allocates
+// nothing once the list has grown. A mask whose own layers have masks is a
+// programming error.
 class DisplayListBuilder {
   public:
-    // Empties the list. It must outlive the builder.
+    // Empties the list, which must outlive the builder.
     DisplayListBuilder(DisplayList& list, double clockTime);
 
-    // Adds a root layer and all below it. `origin` is where the root's
-    // superlayer would have its zero, in points of the window; `clip` and
-    // `opacity` are those of what it lies in.
+    // Adds a root layer and its subtree. `origin` is the zero of the root's
+    // superlayer, in points of the window; `clip` and `opacity` are those of
+    // the surroundings.
     void add(Layer& root, QPointF origin, const QRectF& clip, double opacity = 1.0);
 
   private:

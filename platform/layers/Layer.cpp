@@ -59,7 +59,7 @@ void Layer::setBackgroundColor(const QColor& colour) {
 }
 
 void Layer::setContents(const QImage& contents) {
-    // Compared by identity: comparing pixels would cost more than redrawing.
+    // Pictures compare by identity: comparing pixels would cost more than redrawing.
     if (contents_.cacheKey() == contents.cacheKey()) return;
     contents_ = contents;
     changed();
@@ -83,7 +83,7 @@ void Layer::attach(Layer* parent) {
     superlayer_ = parent;
 }
 
-// A tree of its own from here on, counted anew when it is shown as one.
+// Makes the layer a tree of its own, which is counted anew when shown.
 void Layer::detach() {
     superlayer_ = nullptr;
     structure_ = nextStructure();
@@ -100,7 +100,7 @@ void Layer::removeFromSuperlayer() {
     Layer* const parent = superlayer_;
     if (!parent) return;
     detach();
-    // The superlayer may have been the last to hold this layer.
+    // The superlayer may hold the last reference to this layer.
     std::shared_ptr<Layer> keep;
     if (parent->mask_.get() == this) {
         keep = std::move(parent->mask_);
@@ -172,7 +172,7 @@ const Animation* Layer::animation(const std::string& key) const {
 }
 
 std::optional<double> Layer::animated(KeyPath keyPath, double layerTime) const {
-    // The one added last wins, as it lies on top of the others.
+    // The animation added last wins, as it lies on top.
     for (auto entry = animations_.rbegin(); entry != animations_.rend(); ++entry) {
         if (entry->second.keyPath() != keyPath) continue;
         if (const auto value = entry->second.value(layerTime)) return value;

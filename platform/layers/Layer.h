@@ -18,10 +18,10 @@
 
 namespace platform {
 
-// One rectangle of a retained picture. Layers form a tree: a layer holds its
-// sublayers and its mask, and whoever else keeps a shared_ptr shares it. The
-// tree is plain data on the main thread: it can be built, inspected and asked
-// for its picture at any time without a window (DisplayListBuilder.h).
+// One rectangle of a retained picture. A layer shares ownership of its
+// sublayers and its mask with every other holder of a shared_ptr. The tree is
+// plain data on the main thread: DisplayListBuilder makes its picture at any
+// time, without a window.
 //
 // Points, origin at the lower left, y up; a sublayer lies in its superlayer's
 // bounds. `position` is the centre. There are no implicit animations: every
@@ -63,8 +63,8 @@ class Layer {
     void addSublayer(std::shared_ptr<Layer> layer);
     void removeFromSuperlayer();
     [[nodiscard]] Layer* superlayer() const { return superlayer_; }
-    // Only its alpha counts, with its sublayers'; it lies in this layer's own
-    // coordinates, and nothing outside it shows.
+    // Only the alpha of the mask and its sublayers counts. The mask lies in
+    // this layer's own coordinates; nothing outside the mask shows.
     [[nodiscard]] const std::shared_ptr<Layer>& mask() const { return mask_; }
     void setMask(std::shared_ptr<Layer> mask);
 
@@ -81,12 +81,12 @@ class Layer {
     void removeAnimation(const std::string& key);
     [[nodiscard]] const Animation* animation(const std::string& key) const;
 
-    // What is shown at the layer's local time, animations included.
+    // The value at the layer's local time, animations included.
     [[nodiscard]] QPointF shownPosition(double layerTime) const;
     [[nodiscard]] double shownOpacity(double layerTime) const;
 
-    // Called on every change of this layer or of anything below it. For the
-    // root of a window's tree.
+    // Called on every change of this layer or its subtree. Meant for the root
+    // of a window's tree.
     void onChange(std::function<void()> action) { onChange_ = std::move(action); }
 
   protected:
@@ -114,9 +114,9 @@ class Layer {
     Layer* superlayer_ = nullptr;
     std::function<void()> onChange_;
 
-    // Kept by the root for its whole tree: a process-wide number of the last
-    // change to which layers it has, the one that `order_` was counted for, and
-    // how many layers were counted.
+    // The root keeps three numbers for its whole tree: a process-wide number of
+    // the last change of structure, the structure that `order_` was counted
+    // for, and the number of layers counted.
     std::uint64_t structure_ = 0;
     std::uint64_t counted_ = 0;
     std::uint32_t count_ = 0;
@@ -130,12 +130,12 @@ struct ColourStop {
 };
 
 // A layer filled with a linear gradient between two points of its unit square,
-// by default from the bottom's middle to the top's. The end colours extend
-// beyond the first and the last stop; in between the components are
-// interpolated gamma-encoded and premultiplied.
+// by default from the middle of the bottom to the middle of the top. The end
+// colours extend beyond the first and last stop. Between stops, the components
+// are interpolated gamma-encoded and premultiplied.
 class GradientLayer final : public Layer {
   public:
-    // Locations rise; without any stop nothing is drawn.
+    // Locations rise; a gradient without stops draws nothing.
     void setStops(const std::vector<ColourStop>& stops);
     void setAxis(QPointF start, QPointF end);
 

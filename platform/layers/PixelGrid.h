@@ -8,9 +8,9 @@
 
 namespace platform {
 
-// From points (y up) to the pixels of a picture (y down, row 0 at the top).
-// Edges go to the nearest whole pixel, each by itself, so that rectangles that
-// touch in points touch in pixels and nothing is blurred for lying in between.
+// Maps points (y up) to a picture's pixels (y down, row 0 at the top). Each edge
+// goes to the nearest whole pixel by itself: rectangles that touch in points touch
+// in pixels, and no edge is blurred. A value: any thread, like any other value.
 struct PixelGrid {
     double scale = 1.0;  // pixels per point
     QSize size;          // of the picture, in pixels

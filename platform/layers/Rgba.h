@@ -5,8 +5,8 @@
 
 namespace platform {
 
-// A colour as it is drawn: gamma-encoded sRGB components in [0, 1], multiplied
-// by alpha.
+// A colour for drawing: gamma-encoded sRGB components in [0, 1], multiplied by
+// alpha. A value: any thread, like any other value.
 struct Rgba {
     float r = 0.0F, g = 0.0F, b = 0.0F, a = 0.0F;
 

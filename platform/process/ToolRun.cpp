@@ -7,12 +7,14 @@
 #include <sys/eventfd.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/timerfd.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cmath>
 #include <utility>
 
 #include "platform/process/ToolStart.h"
@@ -22,11 +24,11 @@ namespace platform {
 namespace {
 
 constexpr std::size_t kFirstRoom = std::size_t{64} * 1024;
-// How long a killed tool may take to go. Longer means that it hangs inside the
-// kernel, where no signal reaches it; it then ends by itself, unwaited for.
+// The time in milliseconds that a killed tool may take to end. A tool that takes longer
+// hangs inside the kernel, where no signal reaches it, and is not waited for.
 constexpr int kGoneWithinMs = 1000;
 
-// Closes what it holds.
+// Owns and closes a descriptor.
 class Descriptor {
   public:
     explicit Descriptor(int number) : number_(number) {}
@@ -42,44 +44,70 @@ class Descriptor {
     int number_;
 };
 
-// Readable once the process has ended. The system's header for this has no C++.
+// Makes a descriptor that becomes readable when the process ends. The system's
+// header for it is not valid C++.
 int processDescriptor(pid_t pid) {
     return static_cast<int>(syscall(SYS_pidfd_open, pid, 0U));
 }
 
-enum class Event { ready, stopped, late };
-
-// Waits for `descriptor` to be readable or at its end, for the stop, or, when
-// `withinMs` is not negative, for that time to pass.
-Event await(int descriptor, int stop, int withinMs = -1) {
-    std::array<pollfd, 2> waits{{{descriptor, POLLIN, 0}, {stop, POLLIN, 0}}};
-    int count = 0;
-    while ((count = poll(waits.data(), waits.size(), withinMs)) < 0 && errno == EINTR) {
-    }
-    if (count == 0) return Event::late;
-    return waits[1].revents != 0 ? Event::stopped : Event::ready;
+// Readable after that many seconds, or never for 0.
+int alarmAfter(double seconds) {
+    const int alarm = timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK);
+    if (alarm < 0 || seconds <= 0.0) return alarm;
+    const double whole = std::floor(seconds);
+    itimerspec at{};
+    at.it_value.tv_sec = static_cast<time_t>(whole);
+    at.it_value.tv_nsec = std::max(static_cast<long>((seconds - whole) * 1e9), 1L);
+    timerfd_settime(alarm, 0, &at, nullptr);
+    return alarm;
 }
 
-// Whether all of it was read.
-bool readAll(int pipe, int stop, ToolText& text) {
+// What may end a run before the tool does.
+struct Bounds {
+    int stop;
+    int alarm;
+    std::size_t mostBytes;
+};
+
+// Waits for `descriptor` to be readable or at its end: done, or what came first.
+ToolEnd await(int descriptor, const Bounds& bounds) {
+    std::array<pollfd, 3> waits{
+        {{descriptor, POLLIN, 0}, {bounds.stop, POLLIN, 0}, {bounds.alarm, POLLIN, 0}}};
+    while (poll(waits.data(), waits.size(), -1) < 0 && errno == EINTR) {
+    }
+    if (waits[1].revents != 0) return ToolEnd::stopped;
+    return waits[2].revents != 0 ? ToolEnd::late : ToolEnd::done;
+}
+
+// Whether the killed process has ended in time.
+bool isGoneSoon(int process) {
+    pollfd wait{process, POLLIN, 0};
+    int count = 0;
+    while ((count = poll(&wait, 1, kGoneWithinMs)) < 0 && errno == EINTR) {
+    }
+    return count != 0;
+}
+
+ToolEnd readAll(int pipe, const Bounds& bounds, ToolText& text) {
     for (;;) {
-        if (await(pipe, stop) == Event::stopped) return false;
+        if (const ToolEnd end = await(pipe, bounds); end != ToolEnd::done) return end;
         char* const at = text.grow(1);
-        if (!at) return false;
+        if (!at) return ToolEnd::notStarted;
         const ssize_t count = read(pipe, at, text.room());
-        if (count == 0) return true;
+        if (count == 0) return ToolEnd::done;
         if (count > 0) text.wrote(static_cast<std::size_t>(count));
-        if (count < 0 && errno != EINTR) return false;
+        if (text.text().size() > bounds.mostBytes) return ToolEnd::tooMuch;
+        if (count < 0 && errno != EINTR) return ToolEnd::notStarted;
     }
 }
 
 void killGroup(pid_t pid) {
-    // By its number too: the group exists only once the child has made it.
+    // Kills the child by its number too: its group exists only once the child has made it.
     kill(-pid, SIGKILL);
     kill(pid, SIGKILL);
 }
 
-// The exit status of a process that has ended, which is then gone for good.
+// Collects the exit status of an ended process, which removes the process.
 int reap(pid_t pid) {
     int status = 0;
     while (waitpid(pid, &status, 0) < 0) {
@@ -110,30 +138,47 @@ void ToolStop::request() const {
     eventfd_write(descriptor_, 1);
 }
 
-std::optional<ToolText> runTool(const ToolCall& call, const ToolStop* stop) {
-    const int stopped = stop ? stop->descriptor() : -1;
+namespace {
+
+// How the process ended that has this exit status.
+ToolEnd endOf(int status, const ToolText& text) {
+    if (WIFEXITED(status) && WEXITSTATUS(status) == kNotStarted && text.text().empty())
+        return ToolEnd::notStarted;
+    return WIFEXITED(status) && WEXITSTATUS(status) <= 1 ? ToolEnd::done : ToolEnd::failed;
+}
+
+ToolEnd run(const ToolCall& call, const ToolStop* stop, ToolText& text) {
     std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) < 0) return std::nullopt;
+    if (pipe2(ends.data(), O_CLOEXEC) < 0) return ToolEnd::notStarted;
     Descriptor from(ends[0]);
     Descriptor to(ends[1]);
+    const Descriptor alarm(alarmAfter(call.mostSeconds));
+    if (alarm.get() < 0) return ToolEnd::notStarted;
     const pid_t pid = startTool(call, to.get());
     to.reset();
-    if (pid < 0) return std::nullopt;
+    if (pid < 0) return ToolEnd::notStarted;
 
+    const Bounds bounds{stop ? stop->descriptor() : -1, alarm.get(), call.mostBytes};
     const Descriptor process(processDescriptor(pid));
     const bool watched = process.get() >= 0;
-    ToolText text;
-    bool whole = readAll(from.get(), stopped, text);
-    if (whole && watched) whole = await(process.get(), stopped) == Event::ready;
-    // Where the kernel has no descriptors for processes, one that has closed its
-    // output is not waited for: the stop could not be heard meanwhile.
-    if (!whole || !watched) killGroup(pid);
-    if (!whole && watched && await(process.get(), -1, kGoneWithinMs) == Event::late)
-        return std::nullopt;
+    ToolEnd end = readAll(from.get(), bounds, text);
+    if (end == ToolEnd::done && watched) end = await(process.get(), bounds);
+    // Without a process descriptor (old kernels), a tool that has closed its output
+    // is killed rather than waited for: a plain wait could not hear the stop.
+    if (end != ToolEnd::done || !watched) killGroup(pid);
+    if (end != ToolEnd::done && watched && !isGoneSoon(process.get())) return end;
     const int status = reap(pid);
-    const bool failed = WIFEXITED(status) && WEXITSTATUS(status) == kNotStarted;
-    if (!whole || (failed && text.text().empty())) return std::nullopt;
-    return text;
+    return end == ToolEnd::done && watched ? endOf(status, text) : end;
+}
+
+}  // namespace
+
+std::optional<ToolText> runTool(const ToolCall& call, const ToolStop* stop, ToolEnd* end) {
+    ToolText text;
+    const ToolEnd how = run(call, stop, text);
+    if (end) *end = how;
+    if (how == ToolEnd::done || how == ToolEnd::failed) return text;
+    return std::nullopt;
 }
 
 std::optional<std::string> findTool(std::string_view name) {
@@ -144,11 +189,11 @@ std::optional<std::string> findTool(std::string_view name) {
         const std::size_t end = std::min(folders.find(':', begin), folders.size());
         std::string candidate = folders.substr(begin, end - begin);
         begin = end + 1;
-        // An entry that is empty or relative means wherever the program happens
-        // to be; nothing is run from there.
+        // An empty or relative entry on the PATH means the current folder;
+        // nothing is run from there.
         if (!candidate.starts_with('/')) continue;
         candidate.append("/").append(name);
-        // A folder may be "executed" too.
+        // A folder, too, can have execute permission.
         struct stat file {};
         const bool isFile = stat(candidate.c_str(), &file) == 0 && S_ISREG(file.st_mode);
         if (isFile && access(candidate.c_str(), X_OK) == 0) return candidate;

@@ -18,10 +18,10 @@ struct Child {
     pid_t parent;
 };
 
-// Runs in the child, on the parent's memory: system calls only.
+// Runs in the child, on the parent's memory: only system calls are safe.
 [[noreturn, gnu::noinline]] void becomeTool(const Child& child) {
-    // A handler of the parent's must not run here, on its memory; only after
-    // that may signals come through again. This also stops ignoring SIGPIPE.
+    // A handler of the parent's must not run here, on the parent's memory, so signals
+    // come through only after this reset. The reset also stops ignoring SIGPIPE.
     struct sigaction usual {};
     usual.sa_handler = SIG_DFL;
     for (int number = 1; number < NSIG; ++number)
@@ -32,7 +32,7 @@ struct Child {
 
     setpgid(0, 0);
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    // The parent may have gone before that request.
+    // The parent may have ended before the death signal was requested.
     if (getppid() != child.parent) _exit(kNotStarted);
     if (dup2(child.nothing, STDIN_FILENO) < 0 || dup2(child.output, STDOUT_FILENO) < 0 ||
         dup2(child.nothing, STDERR_FILENO) < 0)
@@ -42,16 +42,16 @@ struct Child {
     _exit(kNotStarted);
 }
 
-// vfork, because fork would copy the page tables of a program full of pictures
-// and hold up its render threads; posix_spawn has no death signal.
+// Uses vfork: fork would copy the page tables of a program full of pictures and
+// delay its render threads, and posix_spawn cannot set a death signal.
 [[gnu::noinline]] pid_t spawn(const Child& child) {
     const pid_t pid = vfork();        // NOLINT(clang-analyzer-security.insecureAPI.vfork)
     if (pid == 0) becomeTool(child);  // NOLINT(clang-analyzer-unix.Vfork)
     return pid;
 }
 
-// A copy that the child can move to a standard place without treading on
-// another, in a program that has closed some of those.
+// Duplicates a descriptor above the standard three. In a program that closed some
+// of those three, the child could otherwise overwrite one while moving another.
 int aboveStandard(int descriptor) {
     return fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
 }

@@ -8,11 +8,11 @@
 
 namespace platform {
 
-// What a child exits with when the program could not be executed.
+// The child's exit status when the program could not be executed.
 inline constexpr int kNotStarted = 127;
 
-// The new process, which leads a group of its own and writes to `output`; -1
-// when there can be none.
+// Starts a process that leads its own group and writes to `output`; -1 on
+// failure.
 pid_t startTool(const ToolCall& call, int output);
 
 }  // namespace platform

@@ -10,7 +10,7 @@ namespace platform {
 
 namespace {
 
-// In pixels of the smallest image: less shows as a grid, more is work.
+// In pixels of the smallest image. A smaller sigma shows a grid; a larger one costs more work.
 constexpr double kLeastSigma = 1.75;
 constexpr double kLeastFineSigma = 2.5;
 constexpr int kMaxReduction = 64;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How a scene's bright light is spread; private to platform/render.
+// The plan of a scene's bloom; private to platform/render.
 #pragma once
 
 #include <QSize>
@@ -8,35 +8,35 @@
 
 namespace platform {
 
-// The blur happens on a smaller image: bright light is averaged over squares of
-// `factor` pixels a side, halved `halvings` times more, blurred there along each
-// direction and stretched again. Averaging and stretching blur too, and the
-// blur's own width leaves room for that, so that light is spread over the same
-// standard deviation whatever the sizes.
+// The blur works on a smaller image: bright light is averaged over squares of
+// `factor` pixels a side, halved `halvings` more times, blurred along each
+// direction, and stretched again. Averaging and stretching blur too; the blur's
+// own width is reduced accordingly, so the total standard deviation is the same
+// at every size.
 struct BloomPlan {
     static constexpr int kMaxTaps = 16;
 
     int factor = 1;
     int halvings = 0;
     QSize size;          // of the smallest image
-    double sigma = 0.0;  // of its blur, in its pixels
-    // The blur's weights: of the middle, and of what is 1 … radius pixels away.
+    double sigma = 0.0;  // of the blur, in pixels of the smallest image
+    // The blur's weights: at the middle, and 1 … radius pixels away.
     int radius = 0;
     std::array<float, 2 * kMaxTaps + 1> weight{1.0F};
-    // The same in steps that weigh two pixels each: pixels away, weight.
+    // The same weights in taps that each weigh two pixels: pixels away, weight.
     int taps = 0;
     std::array<glm::vec2, kMaxTaps> tap{};
 
-    // How many pixels of the scene one of the smallest image is across.
+    // The side, in pixels of the scene, of one pixel of the smallest image.
     [[nodiscard]] int reduction() const { return factor << halvings; }
-    // The size after so many halvings.
+    // The size after `by` halvings.
     [[nodiscard]] static QSize reduced(QSize size, int by);
 };
 
 struct BloomRequest {
     QSize size;          // of the scene's image
-    double sigma = 1.0;  // in its pixels
-    bool fine = true;    // on a larger image, stretched by cubic splines
+    double sigma = 1.0;  // in pixels of the scene's image
+    bool fine = true;    // true: on a larger image, stretched by cubic splines
 };
 [[nodiscard]] BloomPlan planBloom(const BloomRequest& request);
 

@@ -6,8 +6,8 @@
 
 namespace platform {
 
-// Whole pixels from x0 and y0 up to, not including, x1 and y1. Unlike QRect it
-// may be compared and cut without care for what is empty.
+// Whole pixels from x0 and y0 up to, but excluding, x1 and y1. Unlike QRect, safe
+// to compare and intersect when empty. A value: any thread, like any other value.
 struct PixelRect {
     int x0 = 0, y0 = 0, x1 = 0, y1 = 0;
 
@@ -24,7 +24,7 @@ struct PixelRect {
                 std::min(y1, other.y1)};
     }
 
-    // The smallest that holds both.
+    // The smallest rectangle that holds both.
     [[nodiscard]] PixelRect operator|(const PixelRect& other) const {
         if (isEmpty()) return other;
         if (other.isEmpty()) return *this;

@@ -7,7 +7,7 @@ namespace platform {
 
 namespace {
 
-// After a change images and shaders are made anew; those frames do not count.
+// Frames after a change make images and shaders anew, and do not count.
 constexpr int kFramesToSettle = 3;
 constexpr int kWindow = 16;  // frames
 // The next rung up costs at most some 1.6 times as much.

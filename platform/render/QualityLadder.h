@@ -18,32 +18,32 @@ inline constexpr std::array<SceneQuality, 7> kQualityRungs{{
     {.samples = 1, .resolution = 0.5, .fineBloom = false, .anisotropy = 1},
 }};
 
-// Where to begin when the processor does the drawing: it would stutter for some
-// seconds on its way down from the top.
+// The first rung when the processor draws. Coming down from the top rung would
+// stutter for some seconds.
 inline constexpr int kFirstSoftwareRung = 5;
-// And where to stop going up: several samples a pixel cost a processor several
-// times the work, and the machine has other things to do.
+// The highest rung when the processor draws. Several samples per pixel cost a
+// processor several times the work, and the machine has other things to do.
 inline constexpr int kBestSoftwareRung = 3;
 
-// Picks the best rung of kQualityRungs that holds a frame rate: down one when
-// most frames cost more than the budget, up one when there has been ample room
-// for a while, and the later each time that going up proved too much. It has no
-// clock: it is told what frames cost.
+// Picks the best rung of kQualityRungs that holds a frame rate. Goes down one
+// rung when most frames exceed the budget, and up one after ample room for a
+// while; waits longer after each step up that proved too much. Has no clock:
+// the caller reports each frame's cost. One owner, on one thread.
 class QualityLadder {
   public:
     struct Options {
         double budget = 1.0 / 60.0;  // seconds that a frame may cost
         int firstRung = 0;
-        int bestRung = 0;  // it never goes above this one
+        int bestRung = 0;  // the ladder never goes above this rung
     };
     explicit QualityLadder(const Options& options);
 
-    // A frame was drawn at quality() and cost this much. True if the quality is
-    // another from now on.
+    // Reports the cost, in seconds, of a frame drawn at quality(). True if the
+    // quality changes from here on.
     bool frameCost(double seconds);
 
-    // Frames are of another size from now on: what went before says nothing about
-    // them. The rung stays.
+    // Reports another frame size, which makes earlier costs meaningless. The
+    // rung stays.
     void sizeChanged();
 
     [[nodiscard]] int rung() const { return rung_; }
@@ -58,15 +58,15 @@ class QualityLadder {
     const double budget_;
     const int best_;
     int rung_;
-    // Within the present window of frames.
+    // Counts within the present window of frames.
     int frames_ = 0;
     int slow_ = 0;
     int roomy_ = 0;
-    // Windows since the rung changed, and those in a row that had room.
+    // Windows since the rung changed, and consecutive windows with room.
     int windows_ = 0;
     int roomyWindows_ = 0;
-    bool onTrial_ = false;  // went up and has not proved itself yet
-    // Windows with room before each rung is tried.
+    bool onTrial_ = false;  // went up, and is not confirmed yet
+    // Windows with room needed before each rung is tried.
     std::array<int, kQualityRungs.size()> patience_{};
 };
 

@@ -3,15 +3,16 @@
 
 namespace platform {
 
-// How much work a scene's picture may cost. Every quality shows the same scene
-// in the same colours, with the same glow; they differ in sharpness.
+// The amount of work that a scene's picture may cost. Every quality shows the
+// same scene in the same colours and with the same glow; only sharpness
+// differs. A value: any thread, like any other value.
 struct SceneQuality {
-    int samples = 4;          // per pixel; 1 means none but the pixel's middle
+    int samples = 4;          // per pixel; 1 means the pixel's middle only
     double resolution = 1.0;  // pixels drawn per pixel shown, along each side; (0, 1]
-    // Whether the bloom is gathered and spread with the most care, or on smaller
-    // images with fewer steps.
+    // Whether the bloom is computed with the most care, or on smaller images
+    // with fewer steps.
     bool fineBloom = true;
-    int anisotropy = 16;  // texture samples along a slanting surface, at most
+    int anisotropy = 16;  // most texture samples along a slanting surface
 
     friend bool operator==(const SceneQuality&, const SceneQuality&) = default;
 };

@@ -16,11 +16,11 @@ struct DrawList;
 class EglDisplay;
 class GlContext;
 
-// Draws scenes into pictures, without any display server. Belongs to the thread
-// that made it, on which its context becomes current with every picture.
+// Draws scenes into pictures, without a display server. Owns its context. One
+// thread: the one that made it, on which every picture makes the context current.
 class SceneSnapshot {
   public:
-    // None where there is no OpenGL that can draw scenes.
+    // Null where no OpenGL can draw scenes.
     [[nodiscard]] static std::unique_ptr<SceneSnapshot> create(
         const SceneRenderer::Options& options);
     [[nodiscard]] static std::unique_ptr<SceneSnapshot> create() {
@@ -30,20 +30,20 @@ class SceneSnapshot {
     SceneSnapshot(const SceneSnapshot&) = delete;
     SceneSnapshot& operator=(const SceneSnapshot&) = delete;
 
-    // As ARGB32_Premultiplied of `points` × `scale` pixels, rounded; a null image
-    // if that is none or more than the driver can draw into.
+    // A picture as ARGB32_Premultiplied of `points` × `scale` pixels, rounded;
+    // a null image if that is empty or exceeds what the driver can draw into.
     [[nodiscard]] QImage picture(const DrawList& list, QSizeF points, double scale = 1.0,
                                  const SceneQuality& quality = {});
 
-    // The two halves of it, for measuring: draws, waiting until all is drawn, and
-    // reads. The first is false where picture() gives none.
+    // The two halves of picture(), for measuring: render() draws and waits until
+    // drawing ends, false where picture() gives a null image; lastPicture() reads.
     bool render(const DrawList& list, QSize size, double scale, const SceneQuality& quality);
     [[nodiscard]] QImage lastPicture();
 
     [[nodiscard]] SceneRenderer& renderer() { return *renderer_; }
     [[nodiscard]] const std::string& rendererName() const;
     [[nodiscard]] bool isSoftware() const;
-    // How many errors OpenGL has reported so far (strict builds).
+    // The number of errors that OpenGL has reported so far (strict builds).
     [[nodiscard]] int errors() const;
 
   private:

@@ -11,7 +11,7 @@ std::optional<std::filesystem::path> resourcePath(const void* inModule, std::str
     Dl_info module{};
     if (dladdr(inModule, &module) == 0 || !module.dli_fname) return std::nullopt;
     std::error_code error;
-    // The library may be a link in a folder of links; its resources are beside the file.
+    // The library may be a link in another folder; its resources lie beside the real file.
     const auto file = std::filesystem::canonical(module.dli_fname, error);
     if (error) return std::nullopt;
     auto path = file.parent_path() / "resources" / name;

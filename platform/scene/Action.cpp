@@ -30,11 +30,14 @@ ActionStatePtr Action::makeState() const {
     return description_->make(description_->timing);
 }
 
-std::vector<ActionStatePtr> Action::makeStates(const std::vector<Action>& actions) {
+std::vector<ActionStatePtr> Action::makeStates(const std::vector<Action>& actions,
+                                               const TimingFunction& common) {
     std::vector<ActionStatePtr> states;
     states.reserve(actions.size());
-    for (const Action& action : actions)
-        states.push_back(action.makeState());
+    for (const Action& action : actions) {
+        const TimingFunction& own = action.description_->timing;
+        states.push_back(action.description_->make(own.isLinear() ? common : own));
+    }
     return states;
 }
 
@@ -92,7 +95,7 @@ Action Action::sequence(std::vector<Action> actions) {
     for (const Action& action : actions)
         duration += action.duration();
     return make(duration, [=, actions = std::move(actions)](const TimingFunction& timing) {
-        return std::make_unique<SequenceState>(duration, timing, makeStates(actions));
+        return std::make_unique<SequenceState>(duration, makeStates(actions, timing));
     });
 }
 
@@ -101,7 +104,8 @@ Action Action::group(std::vector<Action> actions) {
     for (const Action& action : actions)
         duration = std::max(duration, action.duration());
     return make(duration, [=, actions = std::move(actions)](const TimingFunction& timing) {
-        return std::make_unique<GroupState>(duration, timing, makeStates(actions));
+        return std::make_unique<GroupState>(duration, timing,
+                                            makeStates(actions, TimingFunction::linear()));
     });
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What single actions do while they run, and the run that a node keeps.
+// Single actions at run time, and the run that a node keeps.
 #include "platform/scene/ActionState.h"
 
 #include <algorithm>

@@ -24,8 +24,8 @@ struct ActionContext {
 };
 
 // Local times are seconds since the action began, before its timing function;
-// inner times are after it. A state is made once and begins anew in every cycle
-// of what repeats it, without allocating.
+// inner times are local times after it. A state is made once; a repeating
+// action begins it anew in every cycle without allocating.
 class ActionState {
   public:
     ActionState(double duration, const TimingFunction& timing);
@@ -35,30 +35,30 @@ class ActionState {
 
     [[nodiscard]] double duration() const { return duration_; }
 
-    // Forgets that it ever ran.
+    // Forgets all progress.
     virtual void reset() {}
-    // Starts from the node as it stands now; after a reset.
+    // Starts from the node's present pose; call after reset().
     virtual void begin(ActionContext&) {}
-    // To a local time not before the last; beyond the end means the end.
+    // Goes to a local time not before the last; a time beyond the end means the end.
     void advance(ActionContext& context, double local);
-    // The local time of the first block not yet called; kNever without one.
+    // The local time of the first block not yet called; kNever without such a block.
     [[nodiscard]] double nextBlock() const;
     // Goes to exactly that block and calls it.
     virtual void fireNext(ActionContext&) {}
-    // Leaves out cycles that a local time is too far away for.
+    // Leaves out the cycles that are too far behind `local` to run singly.
     void skip(ActionContext& context, double local) { skipInner(context, warp(local)); }
 
   protected:
     virtual void advanceInner(ActionContext& context, double inner) = 0;
     [[nodiscard]] virtual double nextBlockInner() const { return kNever; }
     virtual void skipInner(ActionContext&, double) {}
-    // Progress from 0 to 1; what has no duration is done.
+    // Progress from 0 to 1; always 1 for an action of zero duration.
     [[nodiscard]] double progress(double inner) const;
 
   private:
     [[nodiscard]] bool isWarped() const;
     [[nodiscard]] double warp(double local) const;
-    // The first local time whose inner time is at least this.
+    // The first local time whose inner time is at least `inner`.
     [[nodiscard]] double unwarp(double inner) const;
 
     double duration_;
@@ -85,9 +85,9 @@ class MoveState final : public ActionState {
     void advanceInner(ActionContext& context, double inner) override;
 
     glm::dvec3 delta_;
-    glm::dvec3 base_{0.0};     // where it set out from
-    glm::dvec3 written_{0.0};  // what it last wrote
-    double progress_ = 0.0;    // how far it had come then
+    glm::dvec3 base_{0.0};     // the node's position at the beginning
+    glm::dvec3 written_{0.0};  // the position last written
+    double progress_ = 0.0;    // the progress at that write
 };
 
 class TurnState final : public ActionState {
@@ -147,11 +147,10 @@ class CustomState final : public ActionState {
     bool ended_ = false;
 };
 
-// One after the other.
+// Runs its children one after the other.
 class SequenceState final : public ActionState {
   public:
-    SequenceState(double duration, const TimingFunction& timing,
-                  std::vector<ActionStatePtr> children);
+    SequenceState(double duration, std::vector<ActionStatePtr> children);
     void reset() override;
     void begin(ActionContext& context) override;
     void fireNext(ActionContext& context) override;
@@ -160,15 +159,15 @@ class SequenceState final : public ActionState {
     void advanceInner(ActionContext& context, double inner) override;
     [[nodiscard]] double nextBlockInner() const override;
     void skipInner(ActionContext& context, double inner) override;
-    // Ends the present child and begins the one after it.
+    // Ends the present child and begins the next.
     void goOn(ActionContext& context);
 
     std::vector<ActionStatePtr> children_;
     std::vector<double> starts_;
-    std::size_t present_ = 0;  // as many as there are children once all have ended
+    std::size_t present_ = 0;  // the number of children once all have ended
 };
 
-// All at once.
+// Runs its children all at once.
 class GroupState final : public ActionState {
   public:
     GroupState(double duration, const TimingFunction& timing, std::vector<ActionStatePtr> children);
@@ -196,29 +195,29 @@ class RepeatState final : public ActionState {
     [[nodiscard]] double nextBlockInner() const override;
     void skipInner(ActionContext& context, double inner) override;
     void endCycle(ActionContext& context);
-    // The pose after one more cycle is to the pose after the last as this many
-    // more.
+    // Turns and moves the node by `count` more cycles, each like the cycle just
+    // run.
     void leaveOutCycles(ActionContext& context, double count);
 
     ActionStatePtr child_;
     double firstBlock_;   // of a fresh cycle
-    double cycle_ = 0.0;  // how many have ended
+    double cycle_ = 0.0;  // cycles that have ended
 };
 
-// A running action as its node keeps it. Scene times.
+// A running action as its node owns it. Scene times.
 class ActionRun {
   public:
     ActionRun(const Action& action, std::string key);
 
     [[nodiscard]] const std::string& key() const { return key_; }
 
-    // Sets the time from which it runs, the first time it is called.
+    // Sets the starting time; only the first call counts.
     void enterScene(double time);
     void cancel() { cancelled_ = true; }
     [[nodiscard]] bool isCancelled() const { return cancelled_; }
     [[nodiscard]] bool isFinished(double time) const;
 
-    // Begins it from the node as it stands, the first time it is called.
+    // Begins the action from the node's present pose; only the first call counts.
     void start(Node& node);
     void skip(Node& node, double time);
     [[nodiscard]] double nextBlock() const;

@@ -5,19 +5,27 @@
 
 namespace platform {
 
-// What a node sees with, looking down its own −z.
+// The lens of a node, which looks down its own −z. A value: any thread, like any other value.
 struct Camera {
-    double fieldOfView = 60.0;  // vertical, degrees
+    double fieldOfView = 60.0;  // vertical, degrees, in a picture at least 4:3 wide
+    // Half the width that the subject takes, at a distance of 1. A square picture, and
+    // one that is higher than wide, shows at least so much; 0: no such wish.
+    double subjectWidth = 0.0;
     double zNear = 1.0;
     double zFar = 100.0;
-    bool hdr = false;  // without it there is no bloom
+    bool hdr = false;  // false: no bloom
     double bloomIntensity = 0.0;
     double bloomThreshold = 1.0;   // linear light
     double bloomBlurRadius = 4.0;  // points; the blur's σ is half of it
-    // Off: linear, clamped at 1. Drawers know no other exposure.
+    // When false, exposure is linear and clamped at 1. Drawers have only that exposure.
     bool exposureAdaptation = true;
 
-    // To clip space, z from −1 at zNear to 1 at zFar. aspect = width / height.
+    // The vertical angle in degrees that a picture of this shape shows. A picture
+    // narrower than 4:3 shows the width that 4:3 does, or the subject's where that is
+    // more. aspect = width / height.
+    [[nodiscard]] double verticalAngle(double aspect) const;
+
+    // Projects to clip space, z from −1 at zNear to 1 at zFar. aspect = width / height.
     [[nodiscard]] glm::dmat4 projection(double aspect) const;
 
     friend bool operator==(const Camera&, const Camera&) = default;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What actions made of actions do while they run.
+// Composite actions at run time: sequence, group and repeat.
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -11,9 +11,8 @@ namespace platform {
 
 // --- sequence ---
 
-SequenceState::SequenceState(double duration, const TimingFunction& timing,
-                             std::vector<ActionStatePtr> children)
-    : ActionState(duration, timing), children_(std::move(children)) {
+SequenceState::SequenceState(double duration, std::vector<ActionStatePtr> children)
+    : ActionState(duration, TimingFunction::linear()), children_(std::move(children)) {
     double start = 0.0;
     for (const ActionStatePtr& child : children_) {
         starts_.push_back(start);
@@ -161,7 +160,7 @@ void RepeatState::skipInner(ActionContext& context, double inner) {
     const double length = child_->duration();
     if (length <= 0.0) return;
     const double tooMany = std::floor(inner / length) - cycle_ - kMaxCatchUpCycles;
-    // Three cycles are run to learn what one does.
+    // Three cycles run in full to learn what one cycle does.
     if (tooMany > 3.0) leaveOutCycles(context, tooMany);
     child_->skip(context, inner - cycle_ * length);
 }
@@ -175,7 +174,7 @@ void RepeatState::leaveOutCycles(ActionContext& context, double count) {
     const glm::dquat orientation = node.orientation();
     endCycle(muted);
 
-    // Either every cycle turns by as much, or all end in the same orientation.
+    // All cycles turn by the same rotation, or all end in the same orientation.
     const double more = count - 3.0;
     const glm::dquat turned = glm::conjugate(orientation) * node.orientation();
     node.setPosition(node.position() + (node.position() - position) * more);

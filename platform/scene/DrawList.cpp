@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/scene/DrawList.h"
 
+#include <algorithm>
 #include <glm/gtc/matrix_transform.hpp>
 
 #include "platform/scene/DrawOrder.h"
@@ -36,7 +37,15 @@ DrawMaterial snapshot(const Material& material) {
     return result;
 }
 
-// One walk through a scene.
+// What a particle so far before the camera shows of itself.
+double nearness(double depth, double nearFade) {
+    constexpr double kGone = 0.25;
+    if (nearFade <= 0.0) return 1.0;
+    const double t = std::clamp((depth / nearFade - kGone) / (1.0 - kGone), 0.0, 1.0);
+    return t * t * (3.0 - 2.0 * t);
+}
+
+// A single walk through a scene.
 class Extraction {
   public:
     Extraction(const Scene& scene, DrawList& out) : scene_(scene), out_(out) {}
@@ -63,7 +72,7 @@ class Extraction {
     const Scene& scene_;
     DrawList& out_;
     Pose camera_;
-    glm::dmat4 facing_{1.0};  // the camera's orientation, which billboards take on
+    glm::dmat4 facing_{1.0};  // the camera's orientation, used by billboards
 };
 
 void Extraction::run(double aspect) {
@@ -99,7 +108,7 @@ void Extraction::takeCamera(double aspect) {
                                  glm::translate(glm::dmat4(1.0), -camera_.position));
     out_.camera.projection = glm::mat4(camera.projection(aspect));
     out_.camera.position = glm::vec3(camera_.position);
-    out_.camera.fieldOfView = static_cast<float>(camera.fieldOfView);
+    out_.camera.fieldOfView = static_cast<float>(camera.verticalAngle(aspect));
     out_.camera.zNear = static_cast<float>(camera.zNear);
     out_.camera.zFar = static_cast<float>(camera.zFar);
     out_.camera.hdr = camera.hdr;
@@ -165,7 +174,10 @@ void Extraction::takeParticles(const Node& node, double opacity) {
         world[0] *= particle.size;
         world[1] *= particle.size;
         world[3] = glm::dvec4(particle.position(scene_.time()), 1.0);
-        const glm::vec4 faded(1.0F, 1.0F, 1.0F, opacity);
+        const double depth =
+            -glm::dot(glm::dvec3(world[3]) - camera_.position, glm::dvec3(facing_[2]));
+        const glm::vec4 faded(1.0F, 1.0F, 1.0F,
+                              opacity * nearness(depth, system.settings().nearFade));
         add(*system.geometry(), world, particle.colour * faded, node.renderingOrder());
     }
 }

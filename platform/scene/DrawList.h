@@ -18,13 +18,13 @@ namespace platform {
 
 class Scene;
 
-// All colours in a draw list are linear light.
+// Colours in a draw list are linear light.
 
 struct DrawCamera {
     glm::mat4 view{1.0F};        // world to eye
     glm::mat4 projection{1.0F};  // eye to clip, z −1 … 1
     glm::vec3 position{0.0F};    // world
-    float fieldOfView = 60.0F;   // vertical, degrees
+    float fieldOfView = 60.0F;   // vertical, degrees, as this picture shows it
     float zNear = 1.0F;
     float zFar = 100.0F;
     bool hdr = false;
@@ -45,9 +45,9 @@ struct DrawLight {
     glm::vec3 colour{0.0F};    // times its intensity / 1000
 };
 
-// A material as it is at the moment of extraction.
+// A material's state at the moment of extraction.
 struct DrawMaterial {
-    std::uint64_t id = 0;  // the material's; with the revision, what to cache by
+    std::uint64_t id = 0;  // the material's; cache by id and revision
     std::uint64_t revision = 0;
     LightingModel lighting = LightingModel::Constant;
     BlendMode blend = BlendMode::Alpha;
@@ -60,20 +60,20 @@ struct DrawMaterial {
     glm::vec4 diffuse{1.0F};            // alpha not multiplied in; white with a picture
     glm::vec3 emission{0.0F};           // times its alpha
     QImage picture;                     // null without one
-    qint64 pictureKey = 0;              // its cacheKey(): what to cache the texture by
+    qint64 pictureKey = 0;              // the picture's cacheKey(): cache the texture by it
     glm::mat4 contentsTransform{1.0F};  // whole repeats taken off
 };
 
-// Per instance, as a drawer uploads it.
+// One instance's data, as a drawer uploads it.
 struct DrawInstance {
     glm::mat4 world{1.0F};
     glm::vec4 colour{1.0F};  // multiplies the diffuse colour; alpha not multiplied in
 };
 
-// One draw call: `count` instances of one mesh in one material, from `first` in
-// the list's instances.
+// One draw call: `count` instances of one mesh in one material, from index
+// `first` of the list's instances.
 struct DrawBatch {
-    MeshPtr mesh;  // what to cache its buffers by: mesh->id()
+    MeshPtr mesh;  // cache its buffers by mesh->id()
     DrawMaterial material;
     std::uint32_t first = 0;
     std::uint32_t count = 0;
@@ -90,15 +90,15 @@ struct DrawFloor {
     int renderingOrder = 0;
 };
 
-// One frame of a scene, complete: what a render thread needs, and all that it
-// sees. Filled on the main thread, then only read. To be filled again and again:
-// it keeps its capacity, and a steady scene allocates nothing.
+// One complete frame of a scene, and all that a render thread sees of the scene. Filled
+// on the main thread; then a value that any thread reads. Meshes and pictures are
+// shared. Refilling keeps the capacity, so a steady scene allocates nothing.
 //
-// The batches stand in drawing order: by rendering order, then the opaque ones,
-// then the blended ones back to front. A floor is opaque (or blended) in its own
-// rendering order. Materials that only add light and write no depth may be drawn
-// in any order among themselves, so theirs are merged per mesh and material
-// without sorting, wherever nothing that covers lies between them.
+// Batches stand in drawing order: by rendering order, then opaque, then blended
+// back to front. A floor is opaque (or blended) in its own rendering order.
+// Materials that only add light and write no depth give the same picture in any
+// order; their batches are merged per mesh and material without sorting,
+// wherever no covering item lies between them.
 struct DrawList {
     double sceneTime = 0.0;
     double aspect = 1.0;
@@ -107,20 +107,20 @@ struct DrawList {
     glm::vec4 background{0.0F};  // alpha not multiplied in
     glm::vec3 ambient{0.0F};     // the ambient lights' sum
     std::vector<DrawLight> lights;
-    std::optional<DrawFloor> floor;  // the first that is found
+    std::optional<DrawFloor> floor;  // the first floor found
     std::vector<DrawBatch> batches;
     std::vector<DrawInstance> instances;
 
-    // extract()'s own working space.
+    // The working space of extract().
     struct Item {
         const Mesh* mesh = nullptr;
         const MeshPtr* handle = nullptr;
         const Material* material = nullptr;
         int renderingOrder = 0;
         bool blended = false;
-        std::uint32_t layer = 0;   // how many covering items lie behind it
+        std::uint32_t layer = 0;   // the number of covering items behind
         float depth = 0.0F;        // along the view direction
-        std::uint32_t staged = 0;  // its instance, in the order of finding
+        std::uint32_t staged = 0;  // its instance, in the order found
     };
     struct Scratch {
         std::vector<Item> items;
@@ -128,10 +128,10 @@ struct DrawList {
     } scratch;
 };
 
-// Fills `out` with the scene as it stands, seen from its point of view; from
-// (0, 0, 15) with a default camera where it has none. aspect = width / height.
-// Node animations and billboards are resolved; hidden and empty things are left
-// out.
+// Fills `out` with the scene in its present state, seen from its point of view;
+// without one, from (0, 0, 15) with a default camera. aspect = width / height.
+// Resolves node animations and billboards; leaves out hidden and empty things.
+// Main thread; the caller owns both.
 void extract(const Scene& scene, double aspect, DrawList& out);
 
 }  // namespace platform

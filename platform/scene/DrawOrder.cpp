@@ -19,8 +19,8 @@ bool isFurther(const Item& a, const Item& b) {
            std::tuple(b.renderingOrder, b.blended, -b.depth, b.staged);
 }
 
-// The blended items of one rendering order make layers, from the back: each that
-// covers is one of its own, and the lights between two that cover are one.
+// Numbers the layers of one rendering order's blended items, from the back: each covering
+// item is a layer, and all additive items between two covering items are one layer.
 void numberLayers(std::vector<Item>& items) {
     std::sort(items.begin(), items.end(), isFurther);
     std::uint32_t covered = 0;

@@ -6,7 +6,7 @@
 
 namespace platform {
 
-// Puts the items in the order of drawing, those that can share a draw call next
+// Sorts the items into drawing order, and items that can share a draw call next
 // to one another.
 void putInDrawingOrder(std::vector<DrawList::Item>& items);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Merging a subtree into one node.
+// Merges a subtree into one node.
 #include <algorithm>
 #include <utility>
 
@@ -11,7 +11,7 @@ namespace platform {
 
 namespace {
 
-// All that is drawn alike.
+// The geometry that shares one material and one kind of primitive.
 struct Part {
     MaterialPtr material;
     MeshData mesh;
@@ -45,7 +45,7 @@ void addMesh(MeshData& to, const MeshData& from, const glm::dmat4& transform) {
     to.texcoords.insert(to.texcoords.end(), from.texcoords.begin(), from.texcoords.end());
     for (const std::uint32_t index : from.indices)
         to.indices.push_back(base + index);
-    // A mirrored triangle runs the other way round.
+    // A mirroring transform reverses the winding of triangles.
     if (from.primitive != Primitive::Triangles || glm::determinant(glm::dmat3(transform)) >= 0.0)
         return;
     for (std::size_t i = to.indices.size() - from.indices.size(); i + 2 < to.indices.size(); i += 3)

@@ -5,8 +5,8 @@
 
 namespace platform {
 
-// Takes everything but the background into its colour with the distance to the
-// camera, linearly from `start` to `end`, in linear light.
+// Blends everything but the background into a colour by the distance to the camera: linear
+// from `start` to `end`, in linear light. A value: any thread, like any other value.
 struct Fog {
     double start = 0.0;
     double end = 0.0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Building meshes out of grids of vertices; private to platform/scene.
+// Meshes built from grids of vertices; private to platform/scene.
 #pragma once
 
 #include <cstdint>
@@ -13,9 +13,9 @@ struct GridVertex {
     glm::vec2 texcoord;
 };
 
-// Adds columns × rows cells of two triangles. `vertex(column, row)` is asked for
-// (columns + 1) × (rows + 1) vertices; seen from where the normals point, columns
-// run to the right and rows downwards.
+// Adds columns × rows cells of two triangles. Calls `vertex(column, row)` for
+// (columns + 1) × (rows + 1) vertices. Seen from where the normals point,
+// columns run to the right and rows downwards.
 template <typename VertexAt>
 void addGrid(MeshData& mesh, int columns, int rows, VertexAt vertex) {
     const auto base = static_cast<std::uint32_t>(mesh.positions.size());

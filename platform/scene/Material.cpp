@@ -18,7 +18,7 @@ bool hasAlpha(const Contents& contents) {
     return std::get<QImage>(contents).hasAlphaChannel();
 }
 
-// Comparing two pictures would compare their pixels; their keys tell.
+// Compares pictures by key; comparing pixels would be slow.
 bool isSame(const Contents& a, const Contents& b) {
     if (a.index() != b.index()) return false;
     if (std::holds_alternative<QColor>(a)) return std::get<QColor>(a) == std::get<QColor>(b);

@@ -25,9 +25,9 @@ enum class WrapMode { Clamp, Repeat };
 // An sRGB colour, or an sRGB picture. An empty picture draws nothing.
 using Contents = std::variant<QColor, QImage>;
 
-// How a surface looks. Shared by the geometries that wear it and changed at any
-// time on the main thread; the revision rises with every real change. A picture
-// is shared, not copied; QImage::cacheKey() tells pictures apart.
+// The look of a surface. Geometries share ownership of a material. Main thread: the
+// material may change at any time, and its revision rises with every real change. A
+// picture is shared, not copied; QImage::cacheKey() tells pictures apart.
 class Material {
   public:
     Material();
@@ -40,17 +40,17 @@ class Material {
 
     [[nodiscard]] const Contents& diffuse() const { return diffuse_; }
     void setDiffuse(Contents contents);
-    // Each is absent (null, invalid) where the contents are the other.
+    // The diffuse contents as one kind; null or invalid when the contents are the other kind.
     [[nodiscard]] QImage picture() const;
     [[nodiscard]] QColor colour() const;
 
-    // Added to the light that is reflected; Lambert only. Black by default. Its
-    // alpha dims it.
+    // Light added to the reflected light; Lambert only. Black by default. The
+    // colour's alpha dims the light.
     [[nodiscard]] const QColor& emission() const { return emission_; }
     void setEmission(const QColor& colour);
 
-    // uv' = M · (u, v, 0, 1). In double precision; the drawer gets it with whole
-    // repeats taken off.
+    // uv' = M · (u, v, 0, 1), in double precision. The drawer gets the matrix
+    // with whole repeats taken off.
     [[nodiscard]] const glm::dmat4& contentsTransform() const { return contentsTransform_; }
     void setContentsTransform(const glm::dmat4& transform);
 
@@ -65,18 +65,18 @@ class Material {
     [[nodiscard]] bool writesDepth() const { return writesDepth_; }
     void setWritesDepth(bool writes);
 
-    // Whether what is nearer hides it. Off, it is seen through everything that is
-    // drawn before it.
+    // Whether nearer surfaces hide this one. When off, the surface shows
+    // through everything drawn before it.
     [[nodiscard]] bool readsDepth() const { return readsDepth_; }
     void setReadsDepth(bool reads);
 
     [[nodiscard]] bool isDoubleSided() const { return doubleSided_; }
     void setDoubleSided(bool doubleSided);
 
-    // Whether nothing shines through: alpha blending of contents without alpha.
+    // Whether nothing shines through: alpha blending, of contents without alpha.
     [[nodiscard]] bool isOpaque() const { return opaque_; }
-    // Whether it makes no difference which of its kind is drawn first: light
-    // that only adds up and hides nothing.
+    // Whether the drawing order within this kind makes no difference: light
+    // that only adds and hides nothing.
     [[nodiscard]] bool commutes() const {
         return blendMode_ == BlendMode::Additive && !writesDepth_;
     }

@@ -12,10 +12,10 @@ namespace platform {
 
 enum class Primitive { Triangles, Lines, Points };
 
-// What a mesh is made of. Triangles run counterclockwise seen from where their
-// normals point, three indices each; lines have two indices each, points one.
-// Lines and points have no normals and no texture coordinates. v = 0 is the top
-// of the picture.
+// A mesh's vertices and indices. Triangles have three indices each and run
+// counterclockwise seen from where their normals point; lines have two indices
+// each, points one. Lines and points have no normals and no texture
+// coordinates. v = 0 is the top of the picture.
 struct MeshData {
     Primitive primitive = Primitive::Triangles;
     std::vector<glm::vec3> positions{};
@@ -23,8 +23,8 @@ struct MeshData {
     std::vector<glm::vec2> texcoords{};
     std::vector<std::uint32_t> indices{};
     double pointSize = 1.0;  // points on screen across; for Points
-    // The most that is of the picture's height, so that close dots stay apart in a
-    // small picture; 0: no limit.
+    // A point's greatest share of the picture's height, so that close dots stay
+    // apart in a small picture; 0: no limit.
     double pointHeightShare = 0.0;
 };
 
@@ -37,9 +37,9 @@ struct Bounds {
     [[nodiscard]] glm::vec3 size() const { return high - low; }
 };
 
-// Vertices and indices that never change once made, shared by handle between
-// nodes, draw lists and drawers on any thread. The id is never used twice in one
-// process, so that a drawer may keep its copy by it.
+// Immutable vertices and indices. Nodes, draw lists and drawers on any thread
+// share ownership. An id is never used twice in one process, so a drawer may
+// cache by it.
 class Mesh {
   public:
     explicit Mesh(MeshData data);
@@ -49,7 +49,7 @@ class Mesh {
     [[nodiscard]] std::uint64_t id() const { return id_; }
     [[nodiscard]] Primitive primitive() const { return data_.primitive; }
 
-    // How many triangles, lines or points.
+    // The number of triangles, lines or points.
     [[nodiscard]] std::size_t primitiveCount() const;
 
   private:

@@ -39,7 +39,7 @@ void Node::removeFromParent() {
     auto& siblings = std::exchange(parent_, nullptr)->children_;
     const auto place = std::find_if(siblings.begin(), siblings.end(),
                                     [this](const NodePtr& node) { return node.get() == this; });
-    // Held until the end: the parent's handle may be the last.
+    // Shared until the end: the parent may hold the last reference.
     const NodePtr self = std::move(*place);
     siblings.erase(place);
     enter(nullptr);

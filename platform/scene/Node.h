@@ -26,13 +26,13 @@ class Node;
 struct SceneState;
 using NodePtr = std::shared_ptr<Node>;
 
-// A place in the scene and what stands there. Children are held by their parent
-// and lie in its space; whoever else keeps a NodePtr keeps the node, not its
-// place. Units are the scene's, angles radians. Main thread only.
+// A place in the scene and what stands there. A parent shares ownership of its
+// children, which lie in its space; another NodePtr keeps the node alive, not
+// its place. Units are the scene's, angles radians. Main thread only.
 //
-// Actions, animations and particles begin when both they and the node are in a
-// scene, and run by that scene's time. Those of a node that is taken out stand
-// still; put back, they go on to where the scene's time has come meanwhile.
+// Actions, animations and particles begin when they and the node are in a
+// scene, and run by that scene's time. A node taken out of the scene stands
+// still; put back, the node jumps to the state for the scene's time.
 class Node {
   public:
     explicit Node(GeometryPtr geometry = {});
@@ -46,11 +46,11 @@ class Node {
     // --- the tree ---
     [[nodiscard]] Node* parent() const { return parent_; }
     [[nodiscard]] const std::vector<NodePtr>& children() const { return children_; }
-    // Takes the child from where it was. Must not be an ancestor or itself.
+    // Moves the child here from its former parent. The child must not be this node or an ancestor.
     void addChild(NodePtr child);
     void removeFromParent();
     void removeAllChildren();
-    // The first of that name below this node, parents before children.
+    // Finds the first node of that name in this subtree, parents before children.
     [[nodiscard]] NodePtr find(std::string_view name) const;
 
     // --- the place, in the parent's space ---
@@ -58,18 +58,18 @@ class Node {
     void setPosition(const glm::dvec3& position) { pose_.position = position; }
     [[nodiscard]] const glm::dvec3& scale() const { return pose_.scale; }
     void setScale(const glm::dvec3& scale) { pose_.scale = scale; }
-    // One state, the last written wins; of unit length.
+    // Orientation and Euler angles are one state; the last written wins. Unit length.
     [[nodiscard]] const glm::dquat& orientation() const { return pose_.orientation; }
     void setOrientation(const glm::dquat& orientation);
     [[nodiscard]] glm::dvec3 eulerAngles() const;
     void setEulerAngles(const glm::dvec3& angles);
-    // A further turn about an axis of the node's own frame.
+    // Turns further, about an axis of the node's own frame.
     void rotate(double angle, const glm::dvec3& axis);
     // Points the node's own −z at a point of the scene, keeping its current up.
     void lookAt(const glm::dvec3& worldTarget);
 
     [[nodiscard]] glm::dmat4 localTransform() const { return pose_.matrix(); }
-    // To the scene's space. Neither sees node animations or billboards.
+    // Maps to the scene's space, without node animations and billboards.
     [[nodiscard]] glm::dmat4 worldTransform() const;
     [[nodiscard]] glm::dvec3 worldPosition() const { return positionOf(worldTransform()); }
 
@@ -86,7 +86,7 @@ class Node {
     void setParticles(std::shared_ptr<ParticleSystem> particles);
 
     // --- how it is shown ---
-    // Smaller first; 0 by default.
+    // Smaller values are drawn first; 0 by default.
     [[nodiscard]] int renderingOrder() const { return renderingOrder_; }
     void setRenderingOrder(int order) { renderingOrder_ = order; }
     // Multiplies the whole subtree's alpha.
@@ -95,34 +95,34 @@ class Node {
     // Hides the whole subtree; its actions go on.
     [[nodiscard]] bool isHidden() const { return hidden_; }
     void setHidden(bool hidden) { hidden_ = hidden; }
-    // Drawn parallel to the screen; position and scale are kept.
+    // Draws the node parallel to the screen; its position and scale are kept.
     [[nodiscard]] bool isBillboard() const { return billboard_; }
     void setBillboard(bool billboard) { billboard_ = billboard; }
-    // How far beside its position a billboard is drawn: to the right and up on the
-    // screen, in the scene's units.
+    // The billboard's drawing offset from its position: to the right and up on
+    // the screen, in the scene's units.
     [[nodiscard]] const glm::dvec2& screenOffset() const { return screenOffset_; }
     void setScreenOffset(const glm::dvec2& offset) { screenOffset_ = offset; }
 
     // --- motion ---
-    // An action run under a key replaces the one under that key.
+    // An action run under a key replaces the action under that key.
     void runAction(const Action& action, std::string key = {});
     void removeAction(std::string_view key);
     void removeAllActions();
-    // Those that have not ended.
+    // The number of actions that have not ended.
     [[nodiscard]] std::size_t actionCount() const { return actions_.size(); }
     [[nodiscard]] bool hasAction(std::string_view key) const;
 
     void addAnimation(NodeAnimation animation, std::string key);
     void removeAnimation(std::string_view key);
-    // Absent without one of that key.
+    // Null without an animation of that key.
     [[nodiscard]] const NodeAnimation* animation(std::string_view key) const;
-    // Where the node is shown at a scene time, animations included.
+    // The pose shown at a scene time, animations included.
     [[nodiscard]] Pose shownPose(double sceneTime) const;
 
-    // The whole subtree as one node, its geometry merged into one mesh in this
-    // node's own space, this node's own place kept. Where it wears several
-    // materials or mixes primitives, those after the first become children,
-    // one each. Nothing but geometry comes along; the original stays as it is.
+    // Merges the whole subtree's geometry into one mesh in this node's own
+    // space; the clone keeps this node's place. Further materials and kinds of
+    // primitive become one child each. Nothing but geometry is cloned; the
+    // original is not changed.
     [[nodiscard]] NodePtr flattenedClone() const;
 
   private:
@@ -131,15 +131,15 @@ class Node {
 
     void enter(SceneState* scene);
     void touchScene();
-    // Takes out the actions that are over.
+    // Removes the actions that have ended.
     void dropFinishedActions(double sceneTime);
 
     std::string name_;
     Node* parent_ = nullptr;
-    SceneState* scene_ = nullptr;  // of the scene that it is in, if any
+    SceneState* scene_ = nullptr;  // the containing scene's, if any
     std::vector<NodePtr> children_;
     Pose pose_;
-    std::optional<glm::dvec3> euler_;  // as written, while they are the last written
+    std::optional<glm::dvec3> euler_;  // as written, while Euler angles were written last
     GeometryPtr geometry_;
     std::optional<Camera> camera_;
     std::optional<Light> light_;

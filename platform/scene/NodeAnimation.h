@@ -12,18 +12,18 @@ namespace platform {
 
 enum class NodeProperty { Position, Scale };
 
-// Moves what a node shows for a property through its values, in equal segments,
-// without changing the node's own value, which shows again afterwards.
+// Moves a node's shown property through values, in equal segments. The node's own value
+// is kept, and shows again afterwards. A value: any thread, like any other value.
 struct NodeAnimation {
     NodeProperty property = NodeProperty::Position;
     std::vector<glm::dvec3> values{};
-    double duration = 0.25;    // seconds of one pass
+    double duration = 0.25;    // seconds per pass
     double repeatCount = 0.0;  // passes; 0 means one, kForever no end
-    double timeOffset = 0.0;   // starts it part-way in, and the cycle wraps
+    double timeOffset = 0.0;   // starts the animation part-way in; the cycle wraps
     TimingFunction function = TimingFunction::linear();  // over each pass
 
-    // At `elapsed` seconds since its begin; none once it has ended, or when it
-    // has no values.
+    // The value at `elapsed` seconds since the begin; none after the end, or
+    // without values.
     [[nodiscard]] std::optional<glm::dvec3> value(double elapsed) const;
 };
 

@@ -30,7 +30,7 @@ enum Purpose : std::uint64_t {
 };
 
 // The finaliser of SplitMix64 (G. Steele et al., "Fast splittable pseudorandom
-// number generators", 2014): every bit of the answer depends on every bit of x.
+// number generators", 2014): every bit of the result depends on every bit of x.
 std::uint64_t scramble(std::uint64_t x) {
     x = (x ^ (x >> 30)) * 0xBF58476D1CE4E5B9U;
     x = (x ^ (x >> 27)) * 0x94D049BB133111EBU;
@@ -79,7 +79,7 @@ glm::vec4 ParticleSystem::drawColour(std::uint64_t index) const {
 
 glm::dvec3 ParticleSystem::drawDirection(std::uint64_t index) const {
     if (settings_.spreadingAngle <= 0.0) return settings_.emittingDirection;
-    // Evenly over the cap of the sphere round the direction.
+    // Directions spread evenly over the cap of a sphere.
     const double cap = 1.0 - std::cos(radians(settings_.spreadingAngle));
     const double cosine = 1.0 - cap * (lot(index, kSpread) + 0.5);
     const double sine = std::sqrt(std::max(1.0 - cosine * cosine, 0.0));

@@ -17,7 +17,7 @@ namespace platform {
 
 class RandomSource;
 
-// A variation of v spreads its value evenly over value ± v / 2.
+// A variation of v spreads the value evenly over value ± v / 2.
 struct ParticleSettings {
     QImage image{};          // without one, a particle is a plain square
     double birthRate = 1.0;  // per second
@@ -26,22 +26,25 @@ struct ParticleSettings {
     double velocityVariation = 0.0;
     glm::dvec3 emittingDirection{0.0, 1.0, 0.0};  // in the node's space
     double spreadingAngle = 0.0;                  // degrees either side of the direction
-    glm::dvec2 emitterSize{0.0};  // born anywhere on a plane of this size, in the node's xy
-    double size = 1.0;            // the square's side, in units
+    glm::dvec2 emitterSize{0.0};                  // births spread over this plane, in the node's xy
+    double size = 1.0;                            // the square's side, in units
     double sizeVariation = 0.0;
-    QColor colour = Qt::white;        // times the image
+    QColor colour = Qt::white;        // multiplies the image
     glm::dvec4 colourVariation{0.0};  // hue, saturation, brightness, alpha; parts of 1
     BlendMode blendMode = BlendMode::Alpha;
+    // Nearer to the camera than this, in units, a particle fades, and is gone at a quarter of
+    // it: it would else fill the picture in its last frame. 0: it does not fade.
+    double nearFade = 0.0;
 };
 
-// Squares parallel to the screen that fly from a node through the world,
-// independent of the node once born. The i-th is born (i + 1) / birthRate
-// seconds after the system began, with the node where it then stands, and its
-// lots depend on the seed and i alone: the same particles at the same time,
-// whatever the frames were. Belongs to one node at a time; main thread.
+// Squares parallel to the screen that fly through the world from a node, and do
+// not follow the node after birth. Particle i is born (i + 1) / birthRate
+// seconds after the system began, where the node stands at that time. Its
+// random values depend on the seed and i alone: frames do not affect the
+// particles. One node at a time owns a system; main thread.
 class ParticleSystem {
   public:
-    // Draws its seed from the source; does not keep it.
+    // Draws a seed from the source and does not keep the source.
     ParticleSystem(ParticleSettings settings, RandomSource& random);
 
     [[nodiscard]] const ParticleSettings& settings() const { return settings_; }
@@ -58,7 +61,7 @@ class ParticleSystem {
         }
     };
 
-    // How many live, and the i-th of them, eldest first.
+    // The number of living particles, and particle i of them, eldest first.
     [[nodiscard]] std::size_t count() const { return count_; }
     [[nodiscard]] const Particle& particle(std::size_t index) const {
         return ring_[(first_ + index) % ring_.size()];
@@ -67,9 +70,9 @@ class ParticleSystem {
     // A unit square in the particles' material.
     [[nodiscard]] const GeometryPtr& geometry() const { return geometry_; }
 
-    // For the scene that it lives in. begin() starts it; later calls do nothing.
+    // The following are for the scene. begin() starts the system; later calls do nothing.
     void begin(double time);
-    // Leaves out the births of those that would be dead again by `time`.
+    // Leaves out the births of particles that are dead before `time`.
     void skip(double time);
     [[nodiscard]] double nextBirth() const;
     void giveBirth(const glm::dmat4& emitter);
@@ -87,7 +90,7 @@ class ParticleSystem {
     std::vector<Particle> ring_;  // as large as can live at once
     std::size_t first_ = 0;
     std::size_t count_ = 0;
-    double began_ = -1.0;  // scene time; below 0 before it began
+    double began_ = -1.0;  // scene time; negative before the beginning
     std::uint64_t born_ = 0;
 };
 

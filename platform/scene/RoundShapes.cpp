@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The shapes of revolution. Seen from outside, an angle that grows by going from
-// left to right starts and ends at −z, behind the shape.
+// Shapes of revolution. Seen from outside, a growing angle runs from left to
+// right; it starts and ends at −z, behind the shape.
 #include <cmath>
 #include <utility>
 
@@ -15,7 +15,7 @@ namespace platform {
 
 namespace {
 
-// The horizontal direction at the share `u` of a round.
+// The horizontal direction at the share `u` of a full turn.
 glm::dvec3 outward(double u) {
     const double angle = 2.0 * kPi * u;
     return {-std::sin(angle), 0.0, -std::cos(angle)};
@@ -25,8 +25,8 @@ double share(int index, int count) {
     return static_cast<double>(index) / count;
 }
 
-// A tube's wall. The inner one is the outer one seen from the other side, so its
-// columns run the other way.
+// A tube's wall. The inner wall is seen from the other side, so its columns run
+// the other way.
 void addWall(MeshData& mesh, double radius, const TubeOptions& options, bool inner) {
     addGrid(mesh, options.radialSegments, 1, [&](int column, int row) {
         const double u = share(column, options.radialSegments);
@@ -37,7 +37,7 @@ void addWall(MeshData& mesh, double radius, const TubeOptions& options, bool inn
     });
 }
 
-// The flat ring between the walls at the top or the bottom end.
+// The flat ring between the walls at the top or bottom end.
 void addRim(MeshData& mesh, const TubeOptions& options, bool top) {
     const double side = top ? 1.0 : -1.0;
     addGrid(mesh, options.radialSegments, 1, [&](int column, int row) {
@@ -53,9 +53,9 @@ void addRim(MeshData& mesh, const TubeOptions& options, bool top) {
 }  // namespace
 
 GeometryPtr makeSphere(const SphereOptions& options, MaterialPtr material) {
-    require(options.segments >= 4);
+    const int rows = options.rows > 0 ? options.rows : options.segments / 2;
+    require(options.segments >= 4 && rows >= 2);
     MeshData mesh;
-    const int rows = options.segments / 2;
     addGrid(mesh, options.segments, rows, [&](int column, int row) {
         const double u = share(column, options.segments);
         const double v = share(row, rows);
@@ -69,8 +69,8 @@ GeometryPtr makeSphere(const SphereOptions& options, MaterialPtr material) {
 GeometryPtr makeTube(const TubeOptions& options, MaterialPtr material) {
     require(options.radialSegments >= 3);
     MeshData mesh;
-    // The inner wall first: from inside, the outer one is then hidden before it
-    // is shaded.
+    // The inner wall comes first: seen from inside, it hides the outer wall
+    // before that wall is shaded.
     addWall(mesh, options.innerRadius, options, true);
     addWall(mesh, options.outerRadius, options, false);
     addRim(mesh, options, true);

@@ -12,20 +12,20 @@
 
 namespace platform {
 
-// What a node knows of its scene.
+// The part of a scene's state that its nodes know.
 struct SceneState {
     double time = 0.0;
     std::uint64_t revision = 0;  // rises when the tree, actions or particles change
 };
 
-// The retained 3D scene: a tree of nodes, a background and fog, and the time at
-// which it stands. Pure data, on the main thread; a drawer gets a DrawList (see
-// DrawList.h) and never sees it.
+// The retained 3D scene: a tree of nodes, a background, fog, and a scene time.
+// Pure data on the main thread. Shares ownership of its nodes. A drawer sees
+// only a DrawList (see DrawList.h).
 //
-// Actions and particles happen at times of their own (a block at the end of its
-// wait, a birth every 1 / birthRate seconds), each with the scene standing at
-// exactly that time, so that the state at a time depends on the seed and the
-// time alone, not on the frames before it.
+// Every block of an action and every birth of a particle happens with
+// the scene standing at exactly that event's time. The state at a time
+// thus depends on the seed and the time alone, not on the frames in
+// between.
 class Scene {
   public:
     Scene();
@@ -42,17 +42,17 @@ class Scene {
     [[nodiscard]] const Fog& fog() const { return fog_; }
     void setFog(const Fog& fog) { fog_ = fog; }
 
-    // The node that is seen from: the one that was set while it lives, else the
-    // first with a camera, parents before children, in child order. Null if none.
+    // The node seen from: the node set here while it lives, else the first with
+    // a camera, parents before children, in child order. Null if none.
     [[nodiscard]] const Node* pointOfView() const;
     void setPointOfView(const NodePtr& node) { pointOfView_ = node; }
 
-    // Seconds, from 0; never back.
+    // Seconds, from 0; never decreases.
     [[nodiscard]] double time() const { return state_.time; }
 
-    // Brings everything to `sceneTime`, with all that falls in between in order
-    // of time. An earlier time than the scene's leaves it where it is. Not from
-    // inside an action's block.
+    // Brings the scene to `sceneTime`, with all events up to then in order of
+    // time. An earlier time changes nothing. Must not be called from an
+    // action's block.
     void advance(double sceneTime);
 
   private:
@@ -68,14 +68,14 @@ class Scene {
     void refresh();
     void collect(const NodePtr& node);
     void skipWhatIsTooLate(double time);
-    // Does the earliest thing that is due by `time`; false when there is none.
+    // Does the earliest event due by `time`; false when there is none.
     bool happenNext(double time);
     void callBlock(const RunningAction& action, double time);
     void bringActionsTo(double time, const ActionRun* except);
     void dropFinished();
 
     SceneState state_;
-    std::uint64_t collected_ = 0;  // the revision that the lists below are of
+    std::uint64_t collected_ = 0;  // the revision of the lists below
     NodePtr root_;
     std::weak_ptr<Node> pointOfView_;
     QColor background_ = Qt::transparent;

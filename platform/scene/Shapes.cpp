@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The shapes with flat sides, points and lines.
+// Shapes with flat sides, points and lines.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -22,7 +22,7 @@ MaterialPtr orWhite(MaterialPtr material) {
     return material ? std::move(material) : std::make_shared<Material>();
 }
 
-// One side of a cube: `out` is its normal, `right` and `up` as seen from there.
+// One side of a cube: `out` is the normal, `right` and `up` are as seen from there.
 struct Side {
     glm::vec3 out, right, up;
 };
@@ -36,8 +36,8 @@ constexpr std::array<Side, 6> kSides{{
     {{0, -1, 0}, {1, 0, 0}, {0, 0, 1}},
 }};
 
-// Where the grid lines of a side run, from −half to half: at the rim of the flat
-// part, and inside the rounding such that each step turns by the same angle.
+// The grid lines of a side, from −half to half: at the rim of the flat part,
+// and inside the rounding at equal steps of angle.
 std::vector<float> gridLines(float half, float radius, int steps) {
     if (radius <= 0.0F) return {-half, half};
     std::vector<float> lines;
@@ -50,8 +50,8 @@ std::vector<float> gridLines(float half, float radius, int steps) {
     return lines;
 }
 
-// A point of the sharp box's surface drawn in to the rounded one: as far from
-// the inner box as the chamfer's radius.
+// A point of the sharp box moved onto the rounded box: at the chamfer's radius
+// from the inner box.
 struct Rounded {
     glm::vec3 position, normal;
 };
@@ -80,7 +80,7 @@ void addSide(MeshData& mesh, const Side& side, const glm::vec3& half, float radi
             });
 }
 
-// Counterclockwise seen from where the normals point.
+// Adds a triangle, counterclockwise seen from where the normals point.
 void addFacing(MeshData& mesh, std::uint32_t a, std::uint32_t b, std::uint32_t c) {
     const glm::vec3 across =
         glm::cross(mesh.positions[b] - mesh.positions[a], mesh.positions[c] - mesh.positions[a]);
@@ -89,10 +89,10 @@ void addFacing(MeshData& mesh, std::uint32_t a, std::uint32_t b, std::uint32_t c
     mesh.indices.insert(mesh.indices.end(), {a, b, c});
 }
 
-// The six flat sides, and one flat strip or triangle where they meet; the normals
-// still turn along it as those of the rounding would.
+// Adds six flat sides and a flat strip or triangle at each edge and corner.
+// Normals turn along a strip as on a rounded edge.
 void addBevelled(MeshData& mesh, const glm::vec3& half, float radius) {
-    // By corner of the box, bit i being the sign along axis i, then by the side's axis.
+    // Vertex indices by corner (bit i is the sign along axis i), then by the side's axis.
     std::array<std::array<std::uint32_t, 3>, 8> at{};
     for (const Side& side : kSides) {
         const unsigned axis = side.out.x != 0.0F ? 0 : side.out.y != 0.0F ? 1 : 2;
@@ -118,7 +118,7 @@ void addBevelled(MeshData& mesh, const glm::vec3& half, float radius) {
     }
 }
 
-// Every vertex once, in order.
+// Indexes every vertex once, in order.
 std::vector<std::uint32_t> oneByOne(std::size_t count) {
     std::vector<std::uint32_t> indices(count);
     std::iota(indices.begin(), indices.end(), 0U);

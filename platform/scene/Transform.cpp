@@ -12,7 +12,7 @@ namespace {
 
 constexpr double kNoLength = 1e-12;
 
-// The turn of least angle that takes one unit vector to another.
+// The rotation of least angle that takes one unit vector to another.
 glm::dquat leastTurn(const glm::dvec3& from, const glm::dvec3& to) {
     const glm::dvec3 axis = glm::cross(from, to);
     const double cosine = glm::dot(from, to);
@@ -38,7 +38,7 @@ glm::dquat fromEuler(const glm::dvec3& angles) {
 glm::dvec3 toEuler(const glm::dquat& orientation) {
     const glm::dmat3 m = glm::mat3_cast(orientation);
     const double y = std::asin(std::clamp(-m[0][2], -1.0, 1.0));
-    // Looking straight up or down, pitch and roll are the same turn: call it pitch.
+    // Straight up or down, pitch and roll are the same rotation; the result puts it all in pitch.
     if (std::hypot(m[0][0], m[0][1]) < 1e-9) return {std::atan2(-m[2][1], m[1][1]), y, 0.0};
     return {std::atan2(m[1][2], m[2][2]), y, std::atan2(m[0][1], m[0][0])};
 }

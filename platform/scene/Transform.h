@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The maths of placing things in space. Right-handed, y up, column vectors,
-// radians, double precision: only what is handed to a drawer becomes single.
+// Maths of placing things in space. Right-handed, y up, column vectors, radians, double
+// precision; only drawers use single precision. Values only, nothing owned. Any thread.
 #pragma once
 
 #include <glm/gtc/quaternion.hpp>
@@ -28,25 +28,25 @@ struct Pose {
 [[nodiscard]] glm::dquat fromEuler(const glm::dvec3& angles);
 [[nodiscard]] glm::dvec3 toEuler(const glm::dquat& orientation);
 
-// The turn by `angle` about `axis`, which need not be of unit length. Whole
-// turns are taken off first, so that a full turn is exactly none. No turn when
-// the axis has no length.
+// The rotation by `angle` about `axis`, of any length. Whole turns are taken
+// off first, so a full turn gives exactly the identity. An axis of zero length
+// gives the identity.
 [[nodiscard]] glm::dquat turn(double angle, const glm::dvec3& axis);
 
-// The turn repeated `times` times (any real number), at full precision.
+// The rotation repeated `times` times (any real number), at full precision.
 [[nodiscard]] glm::dquat power(const glm::dquat& turn, double times);
 
-// Along the shortest arc; exactly `from` at 0 and an orientation equal to `to`
-// at 1.
+// The rotation along the shortest arc; exactly `from` at 0, and an orientation
+// equal to `to` at 1.
 [[nodiscard]] glm::dquat alongShortestArc(const glm::dquat& from, const glm::dquat& to,
                                           double progress);
 
-// The orientation whose −z points along `direction` and whose y lies as near to
-// `up` as that allows. Where the two are parallel, the turn of least angle from
+// The orientation whose −z points along `direction` and whose y lies as near as
+// possible to `up`. For parallel directions, the rotation of least angle from
 // −z.
 [[nodiscard]] glm::dquat facing(const glm::dvec3& direction, const glm::dvec3& up);
 
-// What a matrix without shear is made of.
+// The parts of a matrix without shear.
 [[nodiscard]] glm::dvec3 positionOf(const glm::dmat4& matrix);
 [[nodiscard]] glm::dvec3 scaleOf(const glm::dmat4& matrix);
 [[nodiscard]] glm::dquat orientationOf(const glm::dmat4& matrix);

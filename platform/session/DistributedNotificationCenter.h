@@ -20,7 +20,8 @@ class NotificationLink;
 // The desktops' own word for their saver or lock, ActiveChanged of
 // org.freedesktop.ScreenSaver and its kin, counts as
 // "com.apple.screensaver.didstart" (true) or "com.apple.screensaver.willstop"
-// (false) too.
+// (false) too. They are believed from the owner of that name alone. A start holds
+// while its sender is on the bus: whoever says one and goes has said a stop too.
 //
 // The bus is looked up in the background, so that nobody waits for it; without
 // one, notifications stay within the program. Main thread.

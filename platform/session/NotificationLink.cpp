@@ -4,6 +4,8 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <QDBusConnectionInterface>
+#include <QDBusReply>
 #include <cstdint>
 #include <utility>
 
@@ -11,8 +13,15 @@
 
 namespace platform {
 
-NotificationReceiver::NotificationReceiver(std::function<void(const QString&)> deliver)
+namespace {
+const QString kBusName = QStringLiteral("org.freedesktop.DBus");
+const QString kBusPath = QStringLiteral("/org/freedesktop/DBus");
+const QString kOwnerChanged = QStringLiteral("NameOwnerChanged");
+}  // namespace
+
+NotificationReceiver::NotificationReceiver(std::function<void(const QString&)> deliver, Watch watch)
     : deliver_(std::move(deliver)),
+      watch_(std::move(watch)),
       door_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
       notifier_(door_, QSocketNotifier::Read) {
     QObject::connect(&notifier_, &QSocketNotifier::activated, this, [this] { deliverAll(); });
@@ -38,18 +47,47 @@ void NotificationReceiver::deliverAll() {
 }
 
 void NotificationReceiver::notified(const QDBusMessage& message) {
-    note(message.interface() + QLatin1Char('.') + message.member());
+    const QString name = message.interface() + QLatin1Char('.') + message.member();
+    if (name == QLatin1String(kSaverDidStart))
+        begins(message.service());
+    else
+        note(name);
 }
 
-void NotificationReceiver::activeChanged(bool active) {
-    note(QLatin1String(active ? kSaverDidStart : kSaverWillStop));
+void NotificationReceiver::activeChanged(const QDBusMessage& message) {
+    if (message.signature() != QLatin1String("b")) return;
+    if (message.arguments().at(0).toBool()) return begins(message.service());
+    (void)ends(message.service());
+    note(QLatin1String(kSaverWillStop));
+}
+
+void NotificationReceiver::begins(const QString& sender) {
+    if (!active_.contains(sender)) {
+        if (active_.size() == kMostSavers) return;
+        active_.append(sender);
+        if (watch_) watch_(sender, true);
+    }
+    note(QLatin1String(kSaverDidStart));
+}
+
+bool NotificationReceiver::ends(const QString& sender) {
+    if (!active_.removeOne(sender)) return false;
+    if (watch_) watch_(sender, false);
+    return true;
+}
+
+void NotificationReceiver::ownerChanged(const QString& name, const QString&, const QString& now) {
+    if (!now.isEmpty() || !ends(name) || !active_.isEmpty()) return;
+    note(QLatin1String(kSaverWillStop));
 }
 
 NotificationLink::NotificationLink(const QString& busAddress,
                                    std::function<void(const QString&)> deliver)
     : address_(busAddress),
       connectionName_(QStringLiteral("notifications-%1").arg(reinterpret_cast<quintptr>(this))),
-      receiver_(std::move(deliver)) {
+      receiver_(std::move(deliver), [this](const QString& sender, bool on) {
+          queue_->async([this, sender, on] { on ? watch(sender) : unwatch(sender); });
+      }) {
     if (!address_.isEmpty()) queue_->async([this] { connect(); });
 }
 
@@ -79,9 +117,29 @@ void NotificationLink::subscribe(const QString& name) {
         name == QLatin1String(kSaverWillStop) || name == QLatin1String(kSaverDidStart);
     if (!ofSaver || std::exchange(listensToSavers_, true)) return;
     for (const char* interface : kSaverInterfaces)
-        connection_->connect(QString(), QString(), QLatin1String(interface),
+        // From the owner of that name alone.
+        connection_->connect(QLatin1String(interface), QString(), QLatin1String(interface),
                              QStringLiteral("ActiveChanged"), &receiver_,
-                             SLOT(activeChanged(bool)));
+                             SLOT(activeChanged(QDBusMessage)));
+}
+
+// A sender that went before it was watched is asked for.
+void NotificationLink::watch(const QString& sender) {
+    if (!connection_) return;
+    connection_->connect(kBusName, kBusPath, kBusName, kOwnerChanged, {sender},
+                         QStringLiteral("sss"), &receiver_,
+                         SLOT(ownerChanged(QString, QString, QString)));
+    if (connection_->interface()->isServiceRegistered(sender).value()) return;
+    QMetaObject::invokeMethod(
+        &receiver_, [this, sender] { receiver_.ownerChanged(sender, sender, {}); },
+        Qt::QueuedConnection);
+}
+
+void NotificationLink::unwatch(const QString& sender) {
+    if (!connection_) return;
+    connection_->disconnect(kBusName, kBusPath, kBusName, kOwnerChanged, {sender},
+                            QStringLiteral("sss"), &receiver_,
+                            SLOT(ownerChanged(QString, QString, QString)));
 }
 
 void NotificationLink::post(const QString& name) {

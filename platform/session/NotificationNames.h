@@ -6,7 +6,7 @@
 
 namespace platform {
 
-// A notification's name as the bus knows it.
+// A notification's name on the bus. A value: any thread, like any other value.
 struct BusName {
     QString interface;
     QString member;

@@ -15,7 +15,7 @@ namespace {
 constexpr double kLook = 30.0;
 constexpr double kTolerance = 5.0;
 
-// The one word in a file of the kernel's; empty if there is none.
+// Reads the single word in a file of the kernel's; empty if there is none.
 std::string word(const std::filesystem::path& file) {
     std::string text;
     std::ifstream(file) >> text;
@@ -43,7 +43,7 @@ bool isOnBattery(const std::filesystem::path& supplies) {
     return emptied;
 }
 
-// What the action was told last; the looks in flight hold it weakly.
+// The state last told to the action; looks in flight hold it weakly.
 struct PowerWatch::Told {
     std::function<void(bool)> action;
     bool onBattery = false;

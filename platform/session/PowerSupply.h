@@ -19,7 +19,7 @@ inline constexpr const char* kPowerSupplies = "/sys/class/power_supply";
 // take a while: some machines ask their firmware.
 [[nodiscard]] bool isOnBattery(const std::filesystem::path& supplies = kPowerSupplies);
 
-// Looks at once and then twice a minute, in the background. Main thread.
+// Owns a queue that looks at once and then twice a minute. Main thread.
 class PowerWatch {
   public:
     // Calls the action on the main thread each time it changes, mains being what

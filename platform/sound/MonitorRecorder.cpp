@@ -19,11 +19,11 @@ namespace platform {
 
 namespace {
 
-// The server makes it so, whatever the device has: what is above is not needed, and
-// below there is too little to find beats in.
+// The server converts to a rate of this or more, whatever the device has.
+// Higher rates are not needed; lower ones hold too little to find beats in.
 constexpr std::uint32_t kLowestRate = 8'000;
 constexpr std::uint32_t kHighestRate = 48'000;
-// So often does sound come.
+// Pieces of sound per second.
 constexpr std::uint32_t kPiecesPerSecond = 40;
 
 struct Unref {
@@ -35,15 +35,15 @@ struct Unref {
 template <typename T>
 using Owned = std::unique_ptr<T, Unref>;
 
-// What was asked for is answered all the same.
+// Releases the operation's handle; its callback is called all the same.
 void dismiss(pa_operation* operation) {
     const Owned<pa_operation> dropped(operation);
 }
 
 }  // namespace
 
-// All but the constructor and destructor runs on the loop's thread, with the
-// loop's lock.
+// Everything but the constructor and the destructor runs on the loop's thread,
+// with the loop's lock held.
 class MonitorRecorder::Link {
   public:
     Link(const MonitorRecorderOptions& options, Sound sound, std::function<void()> lost);
@@ -63,14 +63,14 @@ class MonitorRecorder::Link {
     void read();
 
     const Sound sound_;
-    std::function<void()> lost_;  // of the main thread
-    QObject main_;                // takes what is meant for the main thread
+    std::function<void()> lost_;  // called on the main thread
+    QObject main_;                // receives the calls meant for the main thread
     Owned<pa_threaded_mainloop> loop_{pa_threaded_mainloop_new()};
     Owned<pa_context> context_;
     Owned<pa_stream> stream_;
-    std::string source_;  // that the stream is of
+    std::string source_;  // the source that the stream records
     double rate_ = 0;
-    bool heard_ = false;  // the stream
+    bool heard_ = false;  // the stream has given sound
 };
 
 MonitorRecorder::Link::Link(const MonitorRecorderOptions& options, Sound sound,
@@ -100,7 +100,7 @@ MonitorRecorder::Link::~Link() {
     close();
     pa_context_set_state_callback(context_.get(), nullptr, nullptr);
     pa_context_set_subscribe_callback(context_.get(), nullptr, nullptr);
-    // Ends what was asked for and not yet answered as well.
+    // Disconnecting also ends operations that are still unanswered.
     pa_context_disconnect(context_.get());
     pa_threaded_mainloop_unlock(loop_.get());
     pa_threaded_mainloop_stop(loop_.get());
@@ -120,13 +120,13 @@ void MonitorRecorder::Link::contextChanged() {
     const pa_context_state_t state = pa_context_get_state(context_.get());
     if (state == PA_CONTEXT_FAILED || state == PA_CONTEXT_TERMINATED) return tellLost();
     if (state != PA_CONTEXT_READY) return;
-    // Another output, or another one by default.
+    // The subscription tells of new outputs, gone outputs and a new default.
     pa_context_set_subscribe_callback(
         context_.get(),
         [](pa_context*, pa_subscription_event_type_t event, std::uint32_t, void* self) {
             const int about = event & PA_SUBSCRIPTION_EVENT_FACILITY_MASK;
             const int what = event & PA_SUBSCRIPTION_EVENT_TYPE_MASK;
-            // An output changes with every touch of its volume.
+            // An output also reports a change at every change of its volume.
             if (about == PA_SUBSCRIPTION_EVENT_SERVER || what != PA_SUBSCRIPTION_EVENT_CHANGE)
                 of(self).look();
         },
@@ -137,7 +137,7 @@ void MonitorRecorder::Link::contextChanged() {
     look();
 }
 
-// From the server to its default output, and from there to that one's monitor.
+// Goes from the server to its default output, and from that output to its monitor.
 void MonitorRecorder::Link::look() {
     const auto onSource = [](pa_context*, const pa_source_info* source, int, void* self) {
         if (source) of(self).found(*source);
@@ -191,8 +191,8 @@ void MonitorRecorder::Link::streamChanged() {
     const bool other =
         state == PA_STREAM_READY && source_ != pa_stream_get_device_name(stream_.get());
     if (ended || other) close();
-    // Of a mixer that ended it nothing else will tell; what was never heard would
-    // only end again.
+    // The mixer reports nothing else about a stream that it ended. A stream
+    // that never gave sound would only end again.
     if (ended && std::exchange(heard_, false)) look();
 }
 
@@ -216,7 +216,7 @@ void MonitorRecorder::Link::read() {
             sound_({static_cast<const float*>(data), left}, rate_);
             left = 0;
         }
-        // A gap is silence, so that times stay right.
+        // A gap becomes silence, so that times stay right.
         static constexpr std::array<float, 1024> kSilence{};
         for (; left > 0; left -= std::min(left, kSilence.size()))
             sound_(std::span(kSilence).first(std::min(left, kSilence.size())), rate_);

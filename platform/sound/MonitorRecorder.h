@@ -9,25 +9,25 @@
 namespace platform {
 
 struct MonitorRecorderOptions {
-    QString server;                            // its address; empty for that of the session
-    QString name = QStringLiteral("Brixtel");  // under which mixers list it
+    QString server;                            // the server's address; empty for the session's own
+    QString name = QStringLiteral("Brixtel");  // the name that mixers show
 };
 
-// Hears what the machine plays: the monitor of the sound server's default output,
-// whichever that is at the moment. Speaks PulseAudio's protocol, which PipeWire
-// serves too, and never starts a server. Never hears a microphone: a source that
-// is no monitor is not opened, and the recording cannot be moved to one. A device
-// that plays nothing may fall asleep meanwhile; nothing is heard from it then.
+// Records what the machine plays: the monitor of the sound server's current
+// default output. Speaks PulseAudio's protocol, which PipeWire serves too, and
+// never starts a server. Never records a microphone: a source that is no
+// monitor is not opened, and mixers cannot move the recording to one. A silent
+// device may fall asleep; it gives no sound until it wakes.
 //
-// Works on a thread of its own, which ends with the object. Main thread.
+// Main thread. Owns a thread of its own, which ends with the object.
 class MonitorRecorder {
   public:
-    // Samples of one channel, −1...1, and their number a second. On the recorder's
-    // thread.
+    // Samples of one channel, −1...1, and the number of samples per second.
+    // Called on the recorder's own thread.
     using Sound = std::function<void(std::span<const float> samples, double rate)>;
 
-    // Starts at once. `lost` is called on the main thread, once, when the server
-    // cannot be reached or has gone; nothing more is heard then.
+    // Starts at once. Calls `lost` once, on the main thread, when the server
+    // cannot be reached or has gone; no sound follows.
     MonitorRecorder(const MonitorRecorderOptions& options, Sound sound, std::function<void()> lost);
     ~MonitorRecorder();
     MonitorRecorder(const MonitorRecorder&) = delete;

@@ -6,7 +6,7 @@
 
 namespace platform {
 
-// Whether a source hears what an output plays; anything else may be a microphone.
+// Whether a source records what an output plays; any other source may be a microphone.
 [[nodiscard]] bool isMonitor(const pa_source_info& source);
 
 }  // namespace platform

@@ -60,7 +60,7 @@ void MediaClock::fireDue() {
             std::min_element(timers_.begin(), timers_.end(),
                              [](const auto& a, const auto& b) { return a->due < b->due; });
         if (next == timers_.end() || (*next)->due > at) break;
-        // Held here, since the action may drop its own timer.
+        // Shared here, since the action may drop its own timer.
         const std::shared_ptr<TimerState> timer = *next;
         if (timer->repeats) {
             timer->advancePast(at);
@@ -75,8 +75,8 @@ void MediaClock::fireDue() {
     rearm();
 }
 
-// A timer of the kernel's: to the microsecond, and re-armed without a trip to the
-// heap, which Qt's would make at every frame.
+// A kernel timer: exact to the microsecond, and re-armed without the heap
+// allocation that a Qt timer makes at every frame.
 struct SystemClock::Waker {
     explicit Waker(std::function<void()> wake) : notifier(file.number, QSocketNotifier::Read) {
         QObject::connect(&notifier, &QSocketNotifier::activated, [this, wake = std::move(wake)] {
@@ -86,18 +86,21 @@ struct SystemClock::Waker {
             wake();
         });
     }
-    // Rounded up: a timer may be late, never early. Infinity disarms.
-    void set(double time) {
+    // Rounds up: a timer may be late, never early. Infinity disarms. The kernel gets
+    // the time that is left: where something shifts this process's clock, the kernel's
+    // own stands elsewhere.
+    void set(double time, double now) {
         if (time == armed) return;
         armed = time;
         itimerspec alarm{};
         if (time != kNever) {
-            const double whole = std::floor(std::max(time, 0.0));
+            const double left = std::max(time - now, 0.0);
+            const double whole = std::floor(left);
             alarm.it_value.tv_sec = static_cast<time_t>(whole);
             alarm.it_value.tv_nsec =
-                std::clamp(static_cast<long>(std::ceil((time - whole) * 1e9)), 1L, 999'999'999L);
+                std::clamp(static_cast<long>(std::ceil((left - whole) * 1e9)), 1L, 999'999'999L);
         }
-        timerfd_settime(file.number, TFD_TIMER_ABSTIME, &alarm, nullptr);
+        timerfd_settime(file.number, 0, &alarm, nullptr);
     }
 
     struct File {
@@ -123,7 +126,7 @@ void SystemClock::rearm() {
         if (wake == kNever) return;
         waker_ = std::make_unique<Waker>([this] { fireDue(); });
     }
-    waker_->set(wake);
+    waker_->set(wake, now());
 }
 
 void ManualClock::advance(double seconds) {

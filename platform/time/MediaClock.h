@@ -8,12 +8,12 @@ namespace platform {
 
 struct TimerState;
 
-// The one clock. Everything that moves is handed a clock and asks it for the
-// time; nothing else in the program reads the system's. Timers belong to the
-// same clock (see Timer.h), so that a test that moves the clock moves them.
+// The program's only clock. A moving object is handed a clock and asks it for
+// the time; nothing else in the program reads the system's clock. Timers belong
+// to the same clock (see Timer.h), so a test that moves the clock moves them.
 //
-// Seconds as double, monotonic, from an arbitrary start. Main thread only,
-// except now() of SystemClock, which any thread may call.
+// Seconds as double, monotonic, from an arbitrary start. Main thread, except SystemClock::now(),
+// which any thread may call. The program owns its clock, which outlives every user.
 class MediaClock {
   public:
     MediaClock(const MediaClock&) = delete;
@@ -22,7 +22,7 @@ class MediaClock {
 
     [[nodiscard]] virtual double now() const = 0;
 
-    // How many timers wait on this clock; a test's proof that one was dropped.
+    // The number of waiting timers; a test's proof that a timer was dropped.
     [[nodiscard]] std::size_t timerCount() const { return timers_.size(); }
 
   protected:
@@ -31,12 +31,12 @@ class MediaClock {
     // Called whenever the earliest due time may have changed.
     virtual void rearm() {}
 
-    // Fires every timer that is due at now(), in order of due time, then of
-    // creation. A repeating timer fires once however late it is.
+    // Fires every timer due at now(), in order of due time, then of creation. A
+    // repeating timer fires once, however late it is.
     void fireDue();
 
-    // The time at which the clock should wake: the latest due time that keeps
-    // every timer within its tolerance. Infinity when no timer waits.
+    // The time to wake: the latest time that keeps every timer within its
+    // tolerance. Infinity when no timer waits.
     [[nodiscard]] double nextWake() const;
     [[nodiscard]] double earliestDue() const;
 
@@ -48,9 +48,9 @@ class MediaClock {
     std::vector<std::shared_ptr<TimerState>> timers_;
 };
 
-// The system's monotonic clock; its timers run on the Qt event loop of the
-// thread that made it, nested loops included. Needs a QCoreApplication by the
-// time a timer is to fire.
+// The system's monotonic clock. Its timers run on the Qt event loop of the
+// thread that made it, nested loops included. A QCoreApplication must exist
+// when a timer is to fire.
 class SystemClock final : public MediaClock {
   public:
     SystemClock();
@@ -63,18 +63,18 @@ class SystemClock final : public MediaClock {
     std::unique_ptr<Waker> waker_;
 };
 
-// A clock that stands still until it is moved by hand.
+// A clock that stands still until moved by hand.
 class ManualClock final : public MediaClock {
   public:
     explicit ManualClock(double start = 1000.0) : now_(start) {}
     [[nodiscard]] double now() const override { return now_; }
 
-    // Moves on by `seconds` (>= 0), stopping at every timer on the way, so that
-    // each fires exactly at its due time.
+    // Moves on by `seconds` (>= 0) and stops at every timer on the way: each
+    // timer fires exactly at its due time.
     void advance(double seconds);
 
-    // Moves on in one leap, as a machine that was too busy or asleep does, and
-    // only then fires what is due.
+    // Moves on in one leap, like a busy or sleeping machine, and then fires
+    // what is due.
     void leap(double seconds);
 
   private:

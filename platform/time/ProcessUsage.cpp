@@ -14,7 +14,7 @@ namespace platform {
 
 namespace {
 
-// Not ru_maxrss, which a program inherits from whatever started it.
+// Reads /proc, because a program inherits ru_maxrss from the program that started it.
 double peakMemoryMb() {
     std::ifstream file("/proc/self/status");
     std::string line;
@@ -46,8 +46,8 @@ double secondsSinceProcessStart() {
     std::ifstream file("/proc/self/stat");
     std::string line;
     if (!std::getline(file, line)) return 0.0;
-    // The program's name, in parentheses, may hold spaces: count from its end,
-    // where field 3 begins; the start is field 22 (proc(5)).
+    // The program's name, in parentheses, may hold spaces. Fields count from the
+    // closing parenthesis, before field 3; the start time is field 22 (proc(5)).
     std::istringstream fields(line.substr(line.rfind(')') + 1));
     std::string skipped;
     for (int field = 3; field < 22; ++field)

@@ -3,7 +3,7 @@
 
 namespace platform {
 
-// What this process has cost so far.
+// The cost of this process so far. A value; all functions here: any thread.
 struct ProcessUsage {
     double cpuSeconds = 0.0;    // user and system time of all its threads
     double peakMemoryMb = 0.0;  // largest resident set, in MiB
@@ -14,12 +14,12 @@ struct ProcessUsage {
 // User and system time of the calling thread so far, in seconds.
 [[nodiscard]] double threadCpuSeconds();
 
-// Seconds since the kernel started this process, dynamic linking included, to
-// the hundredth that the kernel keeps. 0 when /proc cannot tell.
+// Seconds since the kernel started this process, dynamic linking included;
+// resolution 0.01 s. 0 when /proc cannot tell.
 [[nodiscard]] double secondsSinceProcessStart();
 
-// Gives memory that was used and freed back to the system, of which the allocator
-// would keep a part for each thread that there was. Takes some milliseconds.
+// Gives freed memory back to the system; the allocator would keep a part per
+// thread. Takes some milliseconds.
 void releaseFreeMemory();
 
 }  // namespace platform

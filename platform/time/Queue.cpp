@@ -35,7 +35,7 @@ void SerialQueue::async(std::function<void()> task) {
 }
 
 void SerialQueue::work() {
-    // The kernel keeps 15 characters of a thread's name; the label's tail tells most.
+    // The kernel keeps 15 characters of a thread's name; the label's tail says most.
     const std::string name = label_.size() > 15 ? label_.substr(label_.size() - 15) : label_;
     pthread_setname_np(pthread_self(), name.c_str());
     std::unique_lock lock(mutex_);

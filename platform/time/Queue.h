@@ -11,13 +11,13 @@
 namespace platform {
 
 // Runs the task on the main thread, in a later turn of its event loop, in
-// order. From any thread. Without an application object the task is dropped:
-// the program is ending.
+// order. Any thread. Drops the task when no application object exists: the
+// program is ending.
 void runOnMainQueue(std::function<void()> task);
 
 // Runs tasks one after the other on a thread of its own, which starts with the
-// first task. Dropping the queue waits for the task in flight; those that had
-// not started are never run.
+// first task. The queue owns its thread and tasks. Its destructor waits for the
+// running task; waiting tasks never run.
 class SerialQueue {
   public:
     explicit SerialQueue(std::string label);
@@ -25,7 +25,7 @@ class SerialQueue {
     SerialQueue(const SerialQueue&) = delete;
     SerialQueue& operator=(const SerialQueue&) = delete;
 
-    // From any thread.
+    // Any thread.
     void async(std::function<void()> task);
 
     [[nodiscard]] const std::string& label() const { return label_; }

@@ -15,7 +15,7 @@ double RandomSource::unit() {
 }
 
 // Multiply-shift with rejection (D. Lemire, "Fast Random Integer Generation in
-// an Interval", 2019): every value exactly as likely.
+// an Interval", 2019): every value is exactly as likely.
 std::uint32_t RandomSource::below(std::uint32_t count) {
     require(count > 0);
     const std::uint32_t threshold = (0U - count) % count;

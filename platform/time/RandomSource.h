@@ -6,13 +6,13 @@
 
 namespace platform {
 
-// The one source of randomness, handed to everything that draws lots. The same
-// seed gives the same numbers on every machine, and so the same picture.
+// The program's only source of randomness, handed to its users by its owner. The same seed
+// gives the same numbers, and so the same picture, on every machine. One thread at a time.
 class RandomSource {
   public:
     explicit RandomSource(std::uint64_t seed) : engine_(seed) {}
 
-    // Seeded by the system; for programs.
+    // Takes its seed from the system; for programs.
     [[nodiscard]] static RandomSource fromSystem();
 
     // Uniform in [0, 1), 53 bits.
@@ -26,7 +26,7 @@ class RandomSource {
 
     bool coin() { return (engine_() >> 63) != 0; }
 
-    // 64 uniform bits; also the seed for a source that something else keeps.
+    // Gives 64 uniform bits; also a seed for another source.
     std::uint64_t bits() { return engine_(); }
 
   private:

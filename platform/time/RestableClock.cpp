@@ -9,7 +9,7 @@ namespace platform {
 
 RestableClock::RestableClock(MediaClock& runsWith)
     : other_(runsWith),
-      // The interval only tells when it fires again before it is told anew.
+      // The interval matters only until the next rearm().
       wake_(runsWith, {.interval = 1.0, .repeats = true}, [this] {
           fireDue();
           rearm();

@@ -6,9 +6,9 @@
 
 namespace platform {
 
-// A clock that runs with another and can be brought to rest: then it stands
-// still, and so does all that moves by it, but for leaps by hand. Going on, it
-// goes on from where it stood. Starts running. Main thread; the other outlives it.
+// A clock that follows another clock and can rest. A resting clock stands
+// still, except for leaps by hand, and later goes on from the same time. Starts
+// running. Main thread. The other clock must outlive it.
 class RestableClock final : public MediaClock {
   public:
     explicit RestableClock(MediaClock& runsWith);
@@ -19,7 +19,7 @@ class RestableClock final : public MediaClock {
     void setResting(bool resting);
     [[nodiscard]] bool isResting() const { return resting_; }
 
-    // Moves a resting clock on by `seconds` (>= 0) at once, and then fires what is
+    // Moves a resting clock on by `seconds` (>= 0) at once, then fires what is
     // due.
     void leap(double seconds);
 
@@ -28,8 +28,8 @@ class RestableClock final : public MediaClock {
 
     MediaClock& other_;
     bool resting_ = false;
-    double behind_ = 0.0;  // of the other, while running
-    double stands_ = 0.0;  // while resting
+    double behind_ = 0.0;  // behind the other clock, while running
+    double stands_ = 0.0;  // the time shown, while resting
     Timer wake_;
 };
 

@@ -13,13 +13,13 @@ struct TimerState;
 struct TimerOptions {
     double interval = 0.0;  // seconds; a repeating timer needs more than 0
     bool repeats = false;
-    double tolerance = 0.0;  // seconds that it may be late for the machine's sake
+    double tolerance = 0.0;  // seconds that it may be late, to save wake-ups
 };
 
 // Calls an action on the main thread once, or every `interval` seconds, first
-// one interval from now. Never early, without drift; an interval that was
-// missed altogether is skipped. Owns its registration: dropping the timer ends
-// it, also from inside its own action. A timer outlived by its clock is dead.
+// after one interval. Never early, without drift; missed intervals are skipped.
+// Owns its registration: dropping the timer ends it, also from inside its own
+// action. A timer that outlives its clock never fires.
 class Timer {
   public:
     Timer() = default;  // an absent timer
@@ -30,11 +30,11 @@ class Timer {
 
     void invalidate();
 
-    // Of a repeating timer: it next fires at this time of the clock, infinity
-    // for not until told again, and every interval from there.
+    // Sets the next firing time of a repeating timer, on its clock; later ones
+    // follow every interval. Infinity means not until told again.
     void fireNextAt(double time);
 
-    // Whether it is still going to fire.
+    // Whether the timer is still going to fire.
     [[nodiscard]] bool isValid() const;
 
     // Seconds; 0 for an absent timer.

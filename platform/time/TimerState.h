@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a clock keeps of a timer; private to platform/time.
+// A clock's data about one timer; private to platform/time.
 #pragma once
 
 #include <algorithm>
@@ -17,11 +17,11 @@ struct TimerState {
     double tolerance = 0.0;
     bool repeats = false;
     double due = 0.0;
-    double fired = 0.0;  // how many intervals lie behind
+    double fired = 0.0;  // intervals that have passed
     std::function<void()> action;
 
-    // Due times are multiples of the interval from the start, so that lateness
-    // never adds up; what was missed is skipped.
+    // Due times are multiples of the interval from the start, so lateness never
+    // adds up. Missed intervals are skipped.
     void advancePast(double now) {
         const double passed = std::floor((now - start) / interval);
         fired = std::max(fired + 1.0, passed);

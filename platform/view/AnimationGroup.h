@@ -12,8 +12,8 @@ struct AnimationGroupOptions {
     std::function<void()> completion;
 };
 
-// Fades of several windows that are waited for together: make one, name it to
-// Window::fadeTo(), let it go. Main thread.
+// Fades of several windows with one completion: make a group, pass it to
+// Window::fadeTo(), drop it. Running fades share ownership. Main thread.
 class AnimationGroup {
   public:
     explicit AnimationGroup(AnimationGroupOptions options);

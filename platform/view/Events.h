@@ -7,7 +7,7 @@
 
 namespace platform {
 
-// A key going down, repeats included.
+// A key going down, repeats included. A value: any thread, like any other value.
 struct KeyEvent {
     int key = 0;                  // Qt::Key
     QString text;                 // what it types; empty for a key that types nothing

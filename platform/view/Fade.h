@@ -9,7 +9,7 @@
 namespace platform {
 
 // A window's opacity on its way from one value to another, along the standard
-// curve. Main thread.
+// curve. The window owns its fade. Main thread.
 class Fade {
   public:
     // `show` is given each value that is to be seen.

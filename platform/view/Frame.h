@@ -11,20 +11,20 @@
 
 namespace platform {
 
-// What is drawn in one go: a scene, and the layers that lie over it. A window's
-// picture is its passes, one over the other; only the first has no scene.
+// One pass of a frame: a scene, and the layers over it. A window's picture is
+// its passes, one over the other; only the first has no scene.
 struct FramePass {
     SceneFrame scene;
     DisplayList layers;
 };
 
-// All that a window shows at one moment: plain values, handed from the main
-// thread to the window's render thread. Refilling one reuses its memory.
+// A window's whole picture at one moment: a plain value, handed from the main
+// thread to the window's render thread. Refilling a frame reuses its memory.
 struct Frame {
     PixelGrid grid;
     Rgba background;
-    // Of the whole picture, in [0, 1]; below 1 only where the window system does
-    // not fade windows itself.
+    // Opacity of the whole picture, in [0, 1]; below 1 only where the window system
+    // does not fade windows itself.
     double opacity = 1.0;
     std::vector<FramePass> passes;
 };

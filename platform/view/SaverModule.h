@@ -8,8 +8,8 @@
 
 namespace platform {
 
-// What a saver module is to its host: a Qt plugin whose metadata names, under
-// "principalClass", the view to make. Main thread.
+// A saver module, as its host sees it: a Qt plugin whose metadata names, under
+// "principalClass", the view to make. The host keeps that view. Main thread.
 class SaverModule {
   public:
     virtual ~SaverModule() = default;

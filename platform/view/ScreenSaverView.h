@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QString>
 #include <memory>
 
 #include "platform/session/DistributedNotificationCenter.h"
@@ -11,7 +12,7 @@
 
 namespace platform {
 
-// What a saver is handed by its host; outlives the view.
+// The things that a host hands to a saver; they outlive the view.
 struct ScreenSaverContext {
     MediaClock& clock;
     RandomSource& random;
@@ -44,6 +45,11 @@ class ScreenSaverView : public View {
     [[nodiscard]] virtual bool hasConfigureSheet() const { return false; }
     // None without one.
     [[nodiscard]] virtual std::shared_ptr<Sheet> configureSheet() { return nullptr; }
+    // What the user picked in the view's sheet, in the saver's own words; empty until then.
+    [[nodiscard]] virtual QString pickedInSheet() const { return {}; }
+    // Does what the view's own sheet does with such a pick. For a sheet that another
+    // process showed.
+    virtual void takePick(const QString&) {}
 
   protected:
     [[nodiscard]] const ScreenSaverContext& context() const { return context_; }

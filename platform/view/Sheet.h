@@ -11,7 +11,7 @@ namespace platform {
 
 class Sheet;
 
-// What a sheet is attached to, and who takes it away again.
+// The holder of a sheet, which takes the sheet away again.
 class SheetParent {
   public:
     virtual void endSheet(Sheet& sheet) = 0;
@@ -37,7 +37,7 @@ class Sheet {
     virtual void orderOut() = 0;
     [[nodiscard]] virtual bool isShown() const = 0;
 
-    // What it looks like, in the pixels of the screen.
+    // The sheet's look, in the pixels of the screen.
     [[nodiscard]] virtual QImage picture() = 0;
 
     [[nodiscard]] SheetParent* sheetParent() const { return parent_; }

@@ -103,7 +103,7 @@ void View::track(QPointF inSuperview, const View* told, const MouseEvent& event)
     bool knows = false;
     for (const View* view = told; view; view = view->superview_)
         knows = knows || view == this;
-    // What is told may change the tree.
+    // An action may change the tree.
     const std::vector<std::shared_ptr<View>> subviews = subviews_;
     if (!knows && std::any_of(trackingAreas_.begin(), trackingAreas_.end(), holds))
         mouseMoved(event);

@@ -36,8 +36,8 @@ struct TrackingArea {
 // subviews in order; nothing is clipped but by the window.
 class View {
   public:
-    // What follows when the superview is resized, as bits of a mask; the lower
-    // left margins stay.
+    // The sides that follow a resize of the superview, as bits of a mask; the
+    // lower left margins stay.
     enum Autoresizing : std::uint32_t { WidthSizable = 2, HeightSizable = 16 };
 
     explicit View(const QRectF& frame);

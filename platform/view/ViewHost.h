@@ -6,8 +6,8 @@ namespace platform {
 class View;
 class Window;
 
-// What a tree of views knows of the window that shows it. The window implements
-// this interface; the views own nothing of it. Main thread.
+// The window as its tree of views sees it. The window implements this
+// interface; the views own nothing of it. Main thread.
 class ViewHost {
   public:
     // The window itself, for those who may know windows.

@@ -7,7 +7,7 @@ namespace platform {
 
 // A window of any program, to which a dialog can belong. The text passes from
 // program to program on a command line; only the window system reads it. Empty:
-// no window. Plain value, any thread.
+// no window. A plain value; any thread.
 struct WindowRef {
     QString text;
     [[nodiscard]] bool isEmpty() const { return text.isEmpty(); }

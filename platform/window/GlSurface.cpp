@@ -51,7 +51,7 @@ Surface::Result GlSurface::draw(const Frame& frame, std::span<const QRect>) {
 
 bool GlSurface::show(const Frame& frame) {
     paint(frame);
-    // What was lost meanwhile has painted nothing.
+    // A context that was lost meanwhile has painted nothing.
     return !context_->isLost() && target_->surface().swap();
 }
 
@@ -68,10 +68,10 @@ void GlSurface::paintScene(const Frame& frame, const SceneFrame& scene) {
     showsScene_ = scene.hasScene;
     if (scene.hasScene && !stage_ && !failsScenes_) stage_ = SceneStage::onContext(*context_);
     const bool drawn = stage_ && stage_->draw(scene, frame.grid);
-    // What a lost context fails is the next one's to draw.
+    // A failure by a lost context is the next context's to repeat.
     if (scene.hasScene) failsScenes_ = !drawn && !context_->isLost();
     if (drawn) return;
-    // What lies below a scene of the whole picture was not drawn.
+    // The part below a full-picture scene was not drawn.
     if (firstVisiblePass(frame) > 0) drawer_->draw(DisplayList(), frame.grid, scene.background);
 }
 

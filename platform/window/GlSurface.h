@@ -19,7 +19,7 @@ class EglTarget {
     [[nodiscard]] virtual EglWindowSurface& surface() const = 0;
     // The next frame has this size, in pixels.
     virtual void resize(QSize size) = 0;
-    // Of what the system has told so far.
+    // The state as far as the system has told.
     [[nodiscard]] virtual Surface::Result state() = 0;
 };
 

@@ -5,13 +5,13 @@
 #include <functional>
 #include <optional>
 
-#include "platform/view/Observers.h"
+#include "platform/time/Observers.h"
 #include "platform/window/Workspace.h"
 
 namespace platform {
 
-// What a window system itself knows of the desktop around the program's windows;
-// Workspace is the whole. Owned by the system. Main thread. Where the system is
+// The desktop around the program's windows, as far as a window system itself knows
+// it; Workspace is the whole. The window system owns it. Main thread. Where the system is
 // not reachable nothing is ever active, composited or hidden.
 class NativeWorkspace {
   public:

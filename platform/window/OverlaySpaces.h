@@ -6,7 +6,7 @@
 namespace platform {
 
 // The spaces of SpaceFunctions.h: sets of windows that lie above all others while
-// their space is shown. Owned by the window system. Main thread. A space or a
+// their space is shown. The window system owns them. Main thread. A space or a
 // window that does not exist is ignored.
 class OverlaySpaces {
   public:

@@ -24,7 +24,7 @@ class PicturePainter {
     // shows its background.
     bool paint(const Frame& frame, std::span<const QRect> damage, const PixelBuffer& picture);
 
-    // Of the last frame, as Surface has them.
+    // The last frame's, as Surface has them.
     [[nodiscard]] const QString& drawer() const;
     [[nodiscard]] int rung() const;
     [[nodiscard]] bool failsScenes() const { return showsScene_ && failsScenes_; }

@@ -42,7 +42,7 @@ class RenderThread final : public FrameSink {
     void expose(const QRect& rect);
 
     [[nodiscard]] std::uint64_t framesDrawn() const { return frames_; }
-    // Of the last frame; empty until the surface is made.
+    // The drawer of the last frame; empty until the surface is made.
     [[nodiscard]] QString drawer() const;
     [[nodiscard]] int rung() const { return rung_; }
 
@@ -65,7 +65,7 @@ class RenderThread final : public FrameSink {
     std::vector<QRect> exposed_;
     QString drawer_;
 
-    // Of the render thread alone.
+    // For the render thread alone.
     Frame next_;
     Frame shown_;
     bool hasNext_ = false;

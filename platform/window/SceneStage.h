@@ -13,8 +13,8 @@
 
 namespace platform {
 
-// What scenes are drawn with, and how well: picks the quality that holds the frame
-// rate, or the best for a still. Made, used and dropped on one thread, a window's
+// Draws scenes with the drawer there is, at the quality that holds the frame rate,
+// or the best for a still. Made, used and dropped on one thread, a window's
 // render thread; owned by what draws the frames.
 class SceneStage {
   public:

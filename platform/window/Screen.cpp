@@ -3,6 +3,7 @@
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <algorithm>
 #include <utility>
 
 #include "platform/window/ScreenSpace.h"
@@ -46,6 +47,17 @@ std::optional<Screen> Screen::under(const QRectF& rect) {
         best = screen;
     }
     return best;
+}
+
+std::vector<Screen> distinctRectangles(std::vector<Screen> screens) {
+    std::vector<Screen> distinct;
+    for (Screen& screen : screens) {
+        const bool mirrors =
+            std::any_of(distinct.begin(), distinct.end(),
+                        [&](const Screen& earlier) { return earlier.frame == screen.frame; });
+        if (!mirrors) distinct.push_back(std::move(screen));
+    }
+    return distinct;
 }
 
 class ScreenObserver::Listener {

@@ -8,7 +8,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/view/Observers.h"
+#include "platform/time/Observers.h"
 
 namespace platform {
 
@@ -43,6 +43,8 @@ class ScreenSource {
     // is used; nullptr: Qt.
     static void use(ScreenSource* source);
 };
+// The same without those that show the rectangle of an earlier one, as mirrored displays do.
+[[nodiscard]] std::vector<Screen> distinctRectangles(std::vector<Screen> screens);
 
 // Calls an action on the main thread, once for each turn of the event loop in
 // which any screen came, went or changed. Dropping it ends that.

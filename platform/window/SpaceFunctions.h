@@ -17,7 +17,7 @@
 extern "C" {
 #endif
 
-/* Space ids or window numbers, the caller's for the length of the call. */
+/* Space ids or window numbers. The caller owns them, at least during the call. */
 struct CGSNumbers {
     const uint64_t* values;
     size_t count;

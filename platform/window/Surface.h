@@ -10,7 +10,7 @@
 
 namespace platform {
 
-// Which drawer shows layers in windows. Auto takes the CPU where OpenGL would
+// The drawer that shows layers in windows. Auto takes the CPU where OpenGL would
 // be software: a full-screen swap alone costs that more than the CPU's drawing
 // of what changed.
 enum class DrawerChoice { Auto, OpenGl, Cpu };
@@ -21,7 +21,7 @@ struct SurfaceOptions {
     ResetQuery resetStatus{};  // asked, on render threads, in OpenGL's place
 };
 
-// What a window's picture is drawn on, with one way of drawing. Made, used and
+// The ground that a window's picture is drawn on, with one way of drawing. Made, used and
 // dropped on the window's render thread, which owns it.
 class Surface {
   public:
@@ -39,8 +39,8 @@ class Surface {
     // Waits until the window shows it.
     virtual Result finish() = 0;
 
-    // What drew the last frame, and at which rung of the quality ladder, as
-    // WindowStatistics has it.
+    // The drawer of the last frame, and its rung of the quality ladder, as in
+    // WindowStatistics.
     [[nodiscard]] virtual const QString& drawer() const = 0;
     [[nodiscard]] virtual int rung() const { return 0; }
 

@@ -18,7 +18,7 @@ namespace platform {
 class AnimationGroup;
 class WindowCore;
 
-// What a window has cost and shown so far; for measuring.
+// A window's cost and what it has shown so far; for measuring.
 struct WindowStatistics {
     std::uint64_t frames = 0;              // that reached the screen
     std::optional<double> firstFrameTime;  // the clock's, as the first one did

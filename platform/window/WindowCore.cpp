@@ -82,7 +82,7 @@ void WindowCore::gone() {
 }
 
 void WindowCore::tellOfNoScenes(View& view) {
-    // What is told may change the tree.
+    // An action may change the tree.
     const std::vector<std::shared_ptr<View>> subviews = view.subviews();
     for (const auto& subview : subviews)
         tellOfNoScenes(*subview);
@@ -146,7 +146,7 @@ void WindowCore::mouse(Mouse what, const MouseEvent& event) {
         case Mouse::OtherDown:
             return target->otherMouseDown(event);
         case Mouse::Moved: {
-            // What is told may take the content away.
+            // An action may take the content away.
             const std::shared_ptr<View> content = window_.content_;
             const View* const told = target;
             content->track(event.location, told, event);

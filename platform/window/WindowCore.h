@@ -9,7 +9,7 @@
 
 namespace platform {
 
-// What a window is made of, hidden from those who only show views in it. Owned by
+// The parts of a window, hidden from those who only show views in it. Owned by
 // its window. Main thread.
 class WindowCore final : public NativeWindowDelegate {
   public:

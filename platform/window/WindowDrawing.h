@@ -37,7 +37,7 @@ class WindowDrawing {
     void setFrameInterval(double seconds) { pump_.setInterval(seconds); }
     // Whether there is any sense in drawing, as far as the owner knows.
     void setWanted(bool wanted);
-    // What the native window tells.
+    // Passed on from the native window.
     void updateVisibility();
     void setReady(bool ready) { pump_.setReady(ready); }
     void expose(const QRect& rect) { renderer_->expose(rect); }

@@ -24,7 +24,7 @@ enum CollectionBehavior : std::uint32_t {
     FullScreenAuxiliary = 0x100,
 };
 
-// What a window of the program's own is made as. Plain values, any thread.
+// The makings of a window of the program's own. A plain value; any thread.
 struct WindowOptions {
     QRectF frame;  // of the content: points, as in Screen::frame
     WindowStyle style = WindowStyle::Borderless;

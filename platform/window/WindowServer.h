@@ -22,12 +22,12 @@ struct WindowServerOptions {
     // Where the windows live; not null. The server keeps the system alive.
     std::shared_ptr<WindowSystem> system;
     ResetQuery resetStatus{};  // asked, on render threads, in OpenGL's place
-    // What the pictures move by, where that is another clock than the windows'
-    // own; while it rests, nothing moves. Outlives the server.
+    // The clock that the pictures move by, if not the windows' own; while it
+    // rests, nothing moves. Outlives the server.
     const RestableClock* pictures = nullptr;
 };
 
-// What the program's windows share: their system, their clock, their pace and
+// The things that the program's windows share: their system, their clock, their pace and
 // their order. One per program; outlives its windows. The clock outlives the
 // server. Main thread.
 class WindowServer {
@@ -55,7 +55,7 @@ class WindowServer {
     void setDisplayAsleep(bool asleep);
     [[nodiscard]] bool isDisplayAsleep() const { return asleep_; }
 
-    // What all windows show looks different.
+    // Marks the pictures of all windows as changed.
     void setNeedsFrames();
 
     [[nodiscard]] MediaClock& clock() const { return clock_; }

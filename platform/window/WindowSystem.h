@@ -14,7 +14,7 @@ class QWindow;
 
 namespace platform {
 
-// What a window system can do. Callers ask for a capability, never for the
+// The things that a window system can do. Callers ask for a capability, never for the
 // system's name. Plain values that stay the same while the system runs.
 struct Capabilities {
     // The program can draw in a window that a host keeps.

@@ -6,7 +6,7 @@
 #include <functional>
 #include <optional>
 
-#include "platform/view/Observers.h"
+#include "platform/time/Observers.h"
 
 namespace platform {
 
@@ -17,8 +17,8 @@ struct RunningApplication {
     friend bool operator==(const RunningApplication&, const RunningApplication&) = default;
 };
 
-// What an effect over the whole desktop needs of it: who has the keyboard, the
-// pointer, and whether there is anything to lie over. Main thread.
+// The desktop for an effect that lies over it: who has the keyboard, the pointer,
+// and whether there is anything to lie over. Its user keeps it alive. Main thread.
 class Workspace {
   public:
     virtual ~Workspace() = default;

@@ -14,6 +14,7 @@
 #include "platform/window/SheetOnWindow.h"
 #include "platform/window/Window.h"
 #include "tests/BrixtelSaver/Instellingen.h"
+#include "tests/support/EigenScherm.h"
 #include "tests/support/Openbox.h"
 #include "tests/support/Until.h"
 #include "tests/support/WindowSystems.h"
@@ -209,14 +210,5 @@ TEST_F(Blad, ItLiesInTheMiddleOfItsWindowAndBelongsToIt) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    if (testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
-    const Xvfb x("1280x800x24");
-    if (!x.isRunning()) return 1;
-    qputenv("DISPLAY", x.display().toLocal8Bit());
-    qputenv("QT_QPA_PLATFORM", "xcb");
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
-    const QApplication app(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    return RUN_ALL_TESTS();
+    return steun::draaiOpEigenScherm<QApplication>(argc, argv, {.scherm = "1280x800x24"});
 }

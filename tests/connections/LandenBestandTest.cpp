@@ -7,6 +7,7 @@
 #include <random>
 
 #include "tests/connections/Tabellen.h"
+#include "tests/support/TijdelijkeMap.h"
 
 using brixtel::LandenTabel;
 using brixtel::leesLanden;
@@ -122,6 +123,41 @@ TEST(LandenBestand, CountsThatClaimTooMuchStopTheProcess) {
         steun::Tabel tabel(pakIn(leugen));
         EXPECT_EXIT((void)tabel->land("1.2.3.4"), testing::KilledBySignal(SIGABRT), "");
     }
+}
+
+TEST(LandenBestand, ATableThatStopsTheProcessSaysSoFirst) {
+    EXPECT_EXIT((void)leesLanden(metKop(4, 5, 5)), testing::KilledBySignal(SIGABRT),
+                "^brixtel: de landentabel is korter dan zij zelf zegt\n");
+}
+
+TEST(LandenBestand, WithItsChecksumBesideItEveryDamagedByteCountsAsNoFile) {
+    const steun::TijdelijkeMap map;
+    const Bytes heel = pakIn(schrijfLanden(kleineTabel()));
+    const auto schrijf = [&map](const Bytes& bytes) {
+        return map.bestand("landen.bin",
+                           {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+    };
+    (void)map.bestand("landen.bin.crc32", brixtel::somVan(heel));
+    for (std::size_t i = 0; i <= heel.size(); ++i) {
+        Bytes stuk = heel;
+        if (i < heel.size()) stuk[i] ^= 0xAA;
+        LandenTabel tabel(schrijf(stuk));
+        EXPECT_EQ(steun::codeVan(tabel, "8.8.8.8"), i < heel.size() ? "-" : "US") << i;
+        EXPECT_EQ(tabel.landen().empty(), i < heel.size()) << i;
+    }
+    // The checksum itself may be damaged too.
+    for (const char* som : {"", "00000000\n", "0"}) {
+        (void)map.bestand("landen.bin.crc32", som);
+        LandenTabel tabel(schrijf(heel));
+        EXPECT_EQ(steun::codeVan(tabel, "8.8.8.8"), "-") << som;
+    }
+}
+
+TEST(LandenBestand, TheChecksumIsThatOfTheUsualTools) {
+    const std::string_view cijfers = "123456789";
+    EXPECT_EQ(
+        brixtel::somVan({reinterpret_cast<const std::uint8_t*>(cijfers.data()), cijfers.size()}),
+        "cbf43926\n");
 }
 
 TEST(LandenBestand, CountsThatClaimTooLittleAreTrusted) {

@@ -155,7 +155,7 @@ std::string tekstVan(std::uint32_t a) {
            std::to_string(a >> 8 & 255) + "." + std::to_string(a & 255);
 }
 
-TEST(Bladwijzer, FindsWhatTheBinarySearchFindsInListsOfEverySizeAndSpread) {
+TEST(BereikZoeker, FindsWhatTheBinarySearchFindsInListsOfEverySizeAndSpread) {
     std::mt19937_64 lot(11);
     for (std::size_t maat = 1; maat < 200; maat += 1 + maat / 10) {
         for (int bits = 0; bits <= 64; bits += 4) {
@@ -163,7 +163,7 @@ TEST(Bladwijzer, FindsWhatTheBinarySearchFindsInListsOfEverySizeAndSpread) {
             for (auto& start : starts)
                 start = bits == 0 ? 0 : lot() >> (64 - bits);
             std::sort(starts.begin(), starts.end());
-            const brixtel::Bladwijzer bladwijzer(starts);
+            const brixtel::BereikZoeker bladwijzer(starts);
             std::vector<std::uint64_t> sleutels{~std::uint64_t{0}, lot(), starts.front()};
             for (const auto start : starts)
                 sleutels.insert(sleutels.end(), {start, start + 1, start - 1});
@@ -177,13 +177,30 @@ TEST(Bladwijzer, FindsWhatTheBinarySearchFindsInListsOfEverySizeAndSpread) {
     }
 }
 
-TEST(Bladwijzer, InAListThatDoesNotAscendItStaysInside) {
+// Thousands of starts with the same sixteen highest bits, as IPv6 has them, between
+// pages with one start or none.
+TEST(BereikZoeker, FindsWhatTheBinarySearchFindsOnACrowdedPage) {
+    std::mt19937_64 lot(14);
+    std::vector<std::uint64_t> starts{0, 0x2000000000000000, 0x2A01FFFFFFFFFFFF};
+    for (int i = 0; i < 5000; ++i)
+        starts.push_back(0x2A02000000000000 + (lot() >> (16 + i % 40)));
+    starts.push_back(0x2A03000000000000);
+    std::sort(starts.begin(), starts.end());
+    const brixtel::BereikZoeker zoeker(starts);
+    for (const auto start : starts)
+        for (const auto sleutel : {start, start + 1, start == 0 ? 0 : start - 1, start + 1000})
+            ASSERT_EQ(static_cast<long>(zoeker.zoek(sleutel, starts)),
+                      zoekLetterlijk(starts, sleutel))
+                << sleutel;
+}
+
+TEST(BereikZoeker, InAListThatDoesNotAscendItStaysInside) {
     std::mt19937 lot(12);
     for (int beurt = 0; beurt < 1000; ++beurt) {
         std::vector<std::uint32_t> starts(1 + lot() % 500);
         for (auto& start : starts)
             start = static_cast<std::uint32_t>(lot() % (beurt % 2 ? 300U : ~0U));
-        const brixtel::Bladwijzer bladwijzer(starts);
+        const brixtel::BereikZoeker bladwijzer(starts);
         for (unsigned i = 0; i < 100; ++i)
             ASSERT_LT(bladwijzer.zoek(starts.front() + i, starts), starts.size());
     }
@@ -312,6 +329,19 @@ TEST(Meegeleverd, TheModulesOwnTableIsFoundBesideTheModule) {
     EXPECT_EQ(tabel.landen().size(), 250U);
     EXPECT_EQ(&LandenTabel::gedeeld(), &LandenTabel::gedeeld());
     EXPECT_NE(LandenTabel::gedeeld().land("193.0.6.139"), std::nullopt);
+}
+
+TEST(Meegeleverd, TheChecksumIsBesideTheTableAndHolds) {
+    const auto inhoudVan = [](const char* naam) {
+        std::ostringstream tekst;
+        tekst << std::ifstream(std::string(BRIXTEL_BUILD_DIR "/lib/resources/") + naam,
+                               std::ios::binary)
+                     .rdbuf();
+        return tekst.str();
+    };
+    const std::string bytes = inhoudVan("landen.bin");
+    EXPECT_EQ(inhoudVan("landen.bin.crc32"),
+              brixtel::somVan({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}));
 }
 
 TEST(Meegeleverd, ThisComputersOwnAndPrivateAddressesBelongToNoCountry) {

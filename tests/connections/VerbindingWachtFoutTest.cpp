@@ -35,6 +35,9 @@ class Fout : public steun::WachtOpstelling {
     std::vector<Lijn> meet(const std::string& lsof) {
         return VerbindingWacht::meet({.tabel = *tabel_, .lsof = lsof});
     }
+    std::optional<std::vector<Lijn>> probeer(const std::string& lsof) {
+        return VerbindingWacht::probeer({.tabel = *tabel_, .lsof = lsof});
+    }
 };
 
 const std::vector<Lijn> kEenLijn{{{"US", 39.75, -98.5}, {"a"}, 1}};
@@ -79,10 +82,39 @@ TEST_F(Fout, InvalidUtf8IsReplaced) {
     EXPECT_EQ(lijnen, (std::vector<Lijn>{{{"US", 39.75, -98.5}, {"a\uFFFDb"}, 1}}));
 }
 
-TEST_F(Fout, ALineOfAHundredMegabytesIsRead) {
+TEST_F(Fout, ALineOfSixtyMegabytesIsRead) {
     const std::string pad =
-        map_.script("lang", "echo ca; printf n; head -c 100000000 /dev/zero; echo '->8.8.8.8:1'");
+        map_.script("lang", "echo ca; printf n; head -c 60000000 /dev/zero; echo '->8.8.8.8:1'");
     EXPECT_EQ(meet(pad), kEenLijn);
+}
+
+TEST_F(Fout, AToolThatWritesWithoutEndIsEndedAndGivesNothing) {
+    const auto voor = steun::geheugenInGebruik();
+    const auto uit = probeer(map_.script("eindeloos", "echo ca; exec cat /dev/zero"));
+    EXPECT_FALSE(uit);
+    EXPECT_FALSE(steun::heeftKinderen());
+    EXPECT_LT(steun::geheugenInGebruik(), voor + 1'000'000U);
+}
+
+TEST_F(Fout, AToolThatTakesTooLongIsEndedAndGivesNothing) {
+    for (const char* hoe : {"exec cat < \"$0\".buis", "exec >&-; exec cat < \"$0\".buis"}) {
+        const std::string pad = map_.script("traag", hoe);
+        mkfifo((pad + ".buis").c_str(), 0600);
+        EXPECT_FALSE(VerbindingWacht::probeer({.tabel = *tabel_, .lsof = pad, .seconden = 0.05}))
+            << hoe;
+        EXPECT_FALSE(steun::heeftKinderen());
+    }
+}
+
+TEST_F(Fout, NotToHaveMeasuredIsToldFromNone) {
+    EXPECT_FALSE(probeer("/no/such/lsof"));
+    EXPECT_FALSE(probeer(map_.script("dood", "kill -9 $$")));
+    EXPECT_FALSE(probeer(map_.script("fout", "exit 2")));
+    // As lsof ends where it finds none.
+    EXPECT_EQ(probeer(map_.script("geen", "exit 1")), std::vector<Lijn>());
+    EXPECT_EQ(probeer(map_.script("niets", "exit 0")), std::vector<Lijn>());
+    EXPECT_EQ(probeer(map_.script("half", "echo ca; echo 'n->8.8.8.8:1'; exit 2")),
+              std::vector<Lijn>(kEenLijn));
 }
 
 TEST_F(Fout, WithoutAnyDescriptorToSpareThereIsNothing) {
@@ -124,8 +156,14 @@ TEST_F(Hangend, NothingPilesUpBehindIt) {
     QCoreApplication::processEvents();
     EXPECT_TRUE(leeft());
     EXPECT_EQ(gepubliceerd_, 0);
-    EXPECT_EQ(starts(), 0);  // no other
     EXPECT_EQ(steun::descriptors(), descriptors);
+    // What had been queued behind it would run now.
+    qunsetenv("STANDIN_HANGT");
+    kill(pid_, SIGTERM);
+    ASSERT_TRUE(wachtOp(1));
+    leeg();
+    EXPECT_EQ(starts(), 0);
+    EXPECT_EQ(gepubliceerd_, 1);
 }
 
 TEST_F(Hangend, StoppingAndStartingAgainDoesNotPileUpEither) {
@@ -134,8 +172,12 @@ TEST_F(Hangend, StoppingAndStartingAgainDoesNotPileUpEither) {
         wacht.gebruik("a", false);
         wacht.gebruik("a", true, 1.0);
     }
-    EXPECT_EQ(starts(), 0);
     EXPECT_TRUE(leeft());
+    qunsetenv("STANDIN_HANGT");
+    kill(pid_, SIGTERM);
+    ASSERT_TRUE(wachtOp(1));
+    leeg();
+    EXPECT_EQ(starts(), 0);
 }
 
 TEST_F(Hangend, MeasuringGoesOnWhenItEndsAfterAll) {

@@ -81,6 +81,25 @@ TEST_F(VerbindingWachtTest, TheSmallestIntervalCountsAndAChangeMeasuresNothingBy
     EXPECT_EQ(starts(), 3);
 }
 
+// What a change measured would have been published before what comes after it: the
+// queue is a serial one.
+TEST_F(VerbindingWachtTest, AChangeOfTheIntervalMeasuresNothing) {
+    auto& wacht = maakWacht();
+    wacht.gebruik("a", true, 3.0);
+    ASSERT_TRUE(wachtOp(1));
+    wacht.gebruik("b", true, 1.0);
+    leeg();
+    EXPECT_EQ(starts(), 1);
+    wacht.gebruik("b", false);
+    leeg();
+    EXPECT_EQ(starts(), 1);
+    klok_.advance(3.0);
+    ASSERT_TRUE(wachtOp(2));
+    leeg();
+    EXPECT_EQ(starts(), 2);
+    EXPECT_EQ(gepubliceerd_, 2);
+}
+
 TEST_F(VerbindingWachtTest, ALargerIntervalThanTheSmallestChangesNothing) {
     auto& wacht = maakWacht();
     wacht.gebruik("a", true, 1.0);

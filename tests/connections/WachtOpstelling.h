@@ -58,6 +58,13 @@ class WachtOpstelling : public testing::Test {
         return draaiTot([=, this] { return gepubliceerd_ >= publicaties; });
     }
 
+    // Waits until the watcher has nothing under way and all of it has been told.
+    void leeg() {
+        auto klaar = std::make_shared<bool>(false);
+        wacht_->daarna([klaar] { *klaar = true; });
+        EXPECT_TRUE(draaiTot([klaar] { return *klaar; }));
+    }
+
     // How many times the stand-in was started.
     [[nodiscard]] int starts() const {
         std::ifstream bestand(gestart_);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Both effects on a real desktop: openbox, picom, two displays, real programs.
 #include "tests/desktop/Bureaublad.h"
+#include "tests/support/BusSaver.h"
 
 #include <QFile>
 #include <QtEndian>
@@ -10,6 +11,7 @@
 #include "desktop/MatrixView.h"
 #include "platform/window/DesktopWorkspace.h"
 #include "tests/support/DBusDaemon.h"
+#include "tests/support/EigenScherm.h"
 #include "tests/support/Paden.h"
 #include "tests/support/WindowSystems.h"
 
@@ -381,15 +383,11 @@ TEST_F(Effecten, XscreensaverHidesTheRainAndItReturns) {
 TEST_F(Effecten, ADesktopsOwnLockHidesTheRainAndItReturns) {
     ASSERT_TRUE(bureaublad.startCompositor());
     ASSERT_TRUE(toonRegen());
-    const auto meld = [&](const char* waarde) {
-        return bus.send({QStringLiteral("/org/gnome/ScreenSaver"),
-                         QStringLiteral("org.gnome.ScreenSaver.ActiveChanged"),
-                         QStringLiteral("boolean:") + QLatin1String(waarde)});
-    };
-    ASSERT_TRUE(meld("true"));
+    BusSaver slot(bus.address());
+    ASSERT_TRUE(slot.say(true));
     ASSERT_TRUE(
         until([&] { return centrale->regenStand().waarde() == RegenStand::schermbeveiliging; }));
-    ASSERT_TRUE(meld("false"));
+    ASSERT_TRUE(slot.say(false));
     ASSERT_TRUE(until([&] { return centrale->regenStand().waarde() == RegenStand::aan; }));
     EXPECT_TRUE(regent(kRechts));
 }
@@ -563,20 +561,9 @@ INSTANTIATE_TEST_SUITE_P(Effecten, Muis, testing::Values(false, true),
 }  // namespace
 
 int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    if (testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
-    const QTemporaryDir thuis;
-    const Xvfb server("1280x480x24", {"-fbdir", thuis.path().toStdString()});
-    scherm = const_cast<Xvfb*>(&server);
-    glas = thuis.path() + QStringLiteral("/Xvfb_screen0");
-    qputenv("HOME", QFile::encodeName(thuis.path()));
-    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(thuis.path()));
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(thuis.path()));
-    qputenv("XDG_CACHE_HOME", QFile::encodeName(thuis.path()));
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
-    qputenv("DISPLAY", server.display().toLocal8Bit());
-    qputenv("QT_QPA_PLATFORM", "xcb");
-    const QGuiApplication app(argc, argv);
-    QGuiApplication::setQuitOnLastWindowClosed(false);
-    return RUN_ALL_TESTS();
+    return steun::draaiOpEigenScherm(argc, argv, {.scherm = "1280x480x24", .metGlas = true},
+                                     [](Xvfb& server, const QString& thuis) {
+                                         scherm = &server;
+                                         glas = thuis + QStringLiteral("/Xvfb_screen0");
+                                     });
 }

@@ -78,4 +78,24 @@ TEST_F(CentraleSchermen, TheKeyboardMovesBeforeTheDisplayThatHadItGoes) {
     EXPECT_EQ(server.keyWindow(), centrale->zwart()[0].venster.get());
 }
 
+TEST_F(CentraleSchermen, DisplaysThatMirrorOneAnotherHaveOneWindow) {
+    schermen.resize(1);
+    schermen.push_back(schermen[0]);
+    schermen[1].name = QStringLiteral("spiegel");
+    centrale->toonRegen();
+    centrale->toonZwart(std::nullopt);
+    EXPECT_EQ(centrale->regen().size(), 1U);
+    EXPECT_EQ(centrale->zwart().size(), 1U);
+    // Also where they come to do so later.
+    schermen[1].frame.translate(500.0, 0.0);
+    werkruimte.zetBeveiligd(true);
+    werkruimte.zetBeveiligd(false);
+    EXPECT_EQ(centrale->regen().size(), 2U);
+    schermen[1].frame = schermen[0].frame;
+    werkruimte.zetBeveiligd(true);
+    werkruimte.zetBeveiligd(false);
+    EXPECT_EQ(centrale->regen().size(), 1U);
+    EXPECT_EQ(centrale->zwart().size(), 1U);
+}
+
 }  // namespace

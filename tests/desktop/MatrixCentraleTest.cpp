@@ -3,6 +3,7 @@
 
 #include "drawing/Thema.h"
 #include "tests/desktop/CentraleProef.h"
+#include "tests/rain/RegenProef.h"
 
 using brixtel::CentraleProef;
 using brixtel::DrieSoort;
@@ -105,6 +106,57 @@ TEST_F(Centrale, TheBannerIsAGreenTextInAFrameOnNearlyBlack) {
         for (int y = 0; y < beeld.height(); ++y)
             fel += beeld.pixelColor(x, y).greenF() > 0.95;
     EXPECT_GT(fel, 100);
+}
+
+// The same words drawn at the same place: any other has other letters.
+TEST_F(Centrale, TheBannerSaysHowToGoBack) {
+    centrale->toonZwart(std::nullopt);
+    const Layer& tip = *view(0).layer()->sublayers()[2];
+    const QFont font = Thema::font(13.0, {.vet = true});
+    const auto beeldVan = [&](const QString& tekst) {
+        const double breed = Thema::breedte(tekst, {.font = font}) + 28.0;
+        return *Thema::beeld(
+            {breed, 30.0}, {.schaal = tip.contentsScale(), .teken = [&](brixtel::Tekenvlak& vlak) {
+                                Thema::tekst(tekst,
+                                             {.font = font,
+                                              .kleur = Thema::groen(),
+                                              .op = {breed / 2.0, 10.0},
+                                              .midden = true},
+                                             vlak);
+                            }});
+    };
+    const auto letters = [](const QImage& beeld) {
+        std::vector<QPoint> punten;
+        for (int y = 0; y < beeld.height(); ++y)
+            for (int x = 0; x < beeld.width(); ++x)
+                if (qAlpha(beeld.pixel(x, y)) > 200 && qGreen(beeld.pixel(x, y)) > 240)
+                    punten.emplace_back(x, y);
+        return punten;
+    };
+    const auto getoond = letters(tip.contents());
+    ASSERT_GT(getoond.size(), 100U);
+    EXPECT_EQ(getoond, letters(beeldVan(QStringLiteral(
+                           "[ beweeg de muis of druk op een toets om terug te gaan ]"))));
+}
+
+TEST_F(Centrale, BothRainsHaveTheChosenDensityAndSpeed) {
+    centrale->dichtheid = 0.35;
+    centrale->snelheid = 1.7;
+    const auto eersteVan = [&](bool doorzichtig) {
+        return brixtel::lotVan({.maat = schermen[0].frame.size(),
+                                .schaal = schermen[0].scale,
+                                .dichtheid = 0.35,
+                                .snelheid = 1.7,
+                                .doorzichtig = doorzichtig},
+                               klok, toeval);
+    };
+    const auto regen = eersteVan(true);
+    centrale->toonRegen();
+    EXPECT_EQ(brixtel::lotVan(*centrale->regen()[0].regen), regen);
+    const auto zwart = eersteVan(false);
+    centrale->toonZwart(std::nullopt);
+    EXPECT_EQ(brixtel::lotVan(*centrale->zwart()[0].regen), zwart);
+    EXPECT_NE(regen, zwart);
 }
 
 TEST_F(Centrale, ItFadesInInAQuarterOfASecond) {
@@ -211,7 +263,7 @@ TEST_F(Centrale, ClosingFadesAndThenTakesTheWindowsDown) {
     wachtFade();
     const std::size_t voor = klok.timerCount();
     auto* const venster = centrale->zwart()[0].venster.get();
-    auto* const regen = centrale->zwart()[0].regen.get();
+    auto* const regen = centrale->zwart()[0].regen;
     centrale->sluitZwart();
     klok.advance(0.2);
     EXPECT_TRUE(venster->isVisible());

@@ -16,6 +16,7 @@
 #include "platform/window/DesktopWorkspace.h"
 #include "tests/desktop/Bureaublad.h"
 #include "tests/support/DBusDaemon.h"
+#include "tests/support/EigenScherm.h"
 #include "tests/support/WindowSystems.h"
 
 using brixtel::Bureaublad;
@@ -442,17 +443,6 @@ TEST_F(SchadeVanDeRegen, IsNothingWhileNothingChanges) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    if (testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
-    const QTemporaryDir thuis;
-    const Xvfb server("1280x720x24");
-    scherm = const_cast<Xvfb*>(&server);
-    for (const char* naam : {"HOME", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"})
-        qputenv(naam, QFile::encodeName(thuis.path()));
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
-    qputenv("DISPLAY", server.display().toLocal8Bit());
-    qputenv("QT_QPA_PLATFORM", "xcb");
-    const QGuiApplication app(argc, argv);
-    QGuiApplication::setQuitOnLastWindowClosed(false);
-    return RUN_ALL_TESTS();
+    return steun::draaiOpEigenScherm(argc, argv, {.scherm = "1280x720x24"},
+                                     [](Xvfb& server, const QString&) { scherm = &server; });
 }

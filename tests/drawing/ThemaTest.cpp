@@ -50,6 +50,18 @@ TEST(Thema, PictureOf0_4By10AtScale2Is1By20Pixels) {
     EXPECT_EQ(beeld->format(), QImage::Format_ARGB32_Premultiplied);
 }
 
+TEST(Thema, TheSidesOfAPictureAreRoundedUp) {
+    const std::tuple<QSizeF, double, QSize> gevallen[]{
+        {{10.1, 10.4}, 1.0, {11, 11}},
+        {{10.6, 10.0}, 1.0, {11, 10}},
+        {{3.3, 7.1}, 1.5, {5, 11}},
+        {{0.01, 0.01}, 2.0, {1, 1}},
+    };
+    for (const auto& [maat, schaal, pixels] : gevallen)
+        EXPECT_EQ(Thema::beeld(maat, {.schaal = schaal, .teken = kNiets})->size(), pixels)
+            << maat.width() << ' ' << schaal;
+}
+
 TEST(Thema, PictureOfWidthZeroIsNoneAndIsNotDrawn) {
     bool getekend = false;
     EXPECT_FALSE(Thema::beeld({0, 10}, {.teken = [&](Tekenvlak&) { getekend = true; }}));

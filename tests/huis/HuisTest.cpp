@@ -12,10 +12,11 @@
 namespace {
 
 const QString kWortel = QStringLiteral(BRIXTEL_SOURCE_DIR "/");
-const QStringList kKamers{
-    QStringLiteral("platform"),     QStringLiteral("connections"), QStringLiteral("drawing"),
-    QStringLiteral("rain"),         QStringLiteral("worlds"),      QStringLiteral("desktop"),
-    QStringLiteral("BrixtelSaver"), QStringLiteral("controls"),    QStringLiteral("hosts")};
+const QStringList kKamers{QStringLiteral("platform"),     QStringLiteral("connections"),
+                          QStringLiteral("drawing"),      QStringLiteral("rain"),
+                          QStringLiteral("worlds"),       QStringLiteral("desktop"),
+                          QStringLiteral("BrixtelSaver"), QStringLiteral("tafereel"),
+                          QStringLiteral("controls"),     QStringLiteral("hosts")};
 
 QString lees(const QString& naam) {
     QFile bestand(naam);
@@ -194,6 +195,65 @@ TEST(Huis, AFileCanBeHeldInTheHead) {
     elkeBron([](const QString& pad, const QString& tekst) {
         EXPECT_LE(tekst.count(u'\n'), 400) << qPrintable(pad);
     });
+}
+
+// The text of a source's comments: C++ and QML alike, code left out.
+QString commentaar(const QString& tekst) {
+    return gevonden(tekst, QStringLiteral("(?:(?:^|\\s)//|^\\s*/?\\*)\\s?(.*)$")).join(u'\n');
+}
+
+// Calls `doe` with the path and the comments of every public header of platform/.
+template <typename Doe>
+void elkePubliekeKop(Doe doe) {
+    int gezien = 0;
+    elkeBron([&](const QString& pad, const QString& tekst) {
+        if (!pad.startsWith(QLatin1String("platform/")) || !pad.endsWith(QLatin1String(".h")))
+            return;
+        const QString woorden = commentaar(tekst);
+        if (woorden.contains(QRegularExpression(QStringLiteral("rivate\\s+to\\s+platform/"))))
+            return;
+        doe(pad, woorden);
+        ++gezien;
+    });
+    EXPECT_GT(gezien, 80);
+}
+
+TEST(Huis, EveryHeaderOfThePlatformSaysOnWhichThread) {
+    const QRegularExpression regel(
+        QStringLiteral("\\b([Mm]ain|[Aa]ny|[Oo]ne|[Rr]ender|calling)\\s+thread\\b"));
+    elkePubliekeKop([&](const QString& pad, const QString& woorden) {
+        EXPECT_TRUE(woorden.contains(regel)) << qPrintable(pad);
+    });
+}
+
+TEST(Huis, EveryHeaderOfThePlatformSaysWhoOwnsWhat) {
+    const QRegularExpression regel(QStringLiteral(
+        "\\b([Oo]wns?|owned|[Oo]wners?|ownership|[Ss]hares?|shared|[Kk]eeps?|outlives?|"
+        "[Aa]\\s+(plain\\s+)?value|[Vv]alues only)\\b"));
+    elkePubliekeKop([&](const QString& pad, const QString& woorden) {
+        EXPECT_TRUE(woorden.contains(regel)) << qPrintable(pad);
+    });
+}
+
+TEST(Huis, ACommentBeginsWithItsSubject) {
+    const QRegularExpression regel(QStringLiteral("^\\s*//\\s?(.*)$"));
+    const QRegularExpression opening(QStringLiteral(
+        "^(Of|So|Whoever|What|Which|Nor|Those|Such|It is that|The one|Each that)\\b"));
+    int begonnen = 0;
+    elkeBron([&](const QString& pad, const QString& tekst) {
+        bool inAlinea = false;
+        for (const QString& lijn : tekst.split(u'\n')) {
+            const auto gezien = regel.match(lijn);
+            const QString woorden = gezien.captured(1);
+            if (!inAlinea && !woorden.isEmpty()) {
+                EXPECT_FALSE(opening.match(woorden).hasMatch())
+                    << qPrintable(pad) << ": " << qPrintable(woorden);
+                ++begonnen;
+            }
+            inAlinea = !woorden.isEmpty() && !woorden.startsWith(QLatin1String("SPDX-"));
+        }
+    });
+    EXPECT_GT(begonnen, 1000);
 }
 
 }  // namespace

@@ -15,8 +15,9 @@
 
 namespace {
 
+// Of the packaging folder, as the build has made it.
 QString lees(const QString& bestand) {
-    QFile bron(QStringLiteral(BRIXTEL_PACKAGING "/") + bestand);
+    QFile bron(QStringLiteral(BRIXTEL_BUILD_DIR "/packaging/") + bestand);
     EXPECT_TRUE(bron.open(QIODevice::ReadOnly)) << qPrintable(bestand);
     return QString::fromUtf8(bron.readAll());
 }
@@ -116,7 +117,7 @@ TEST(Bureaublad, EveryCommandOfAnEntryIsOneThatTheProgramTakes) {
     };
     const QRegularExpression exec(QStringLiteral("^Exec=(.*)$"),
                                   QRegularExpression::MultilineOption);
-    const QDir gemaakt(QStringLiteral(BRIXTEL_BUILD_DIR "/packaging"));
+    const QDir gemaakt(QStringLiteral(BRIXTEL_BUILD_DIR "/packaging/themas"));
     QStringList bestanden{
         QStringLiteral(BRIXTEL_PACKAGING "/bureaublad/nl.groenlicht.brixtel.bureau.desktop"),
         QStringLiteral(BRIXTEL_PACKAGING "/bureaublad/nl.groenlicht.brixtel.saver.desktop")};
@@ -129,12 +130,14 @@ TEST(Bureaublad, EveryCommandOfAnEntryIsOneThatTheProgramTakes) {
         while (treffers.hasNext())
             kijk(treffers.next().captured(1));
     }
-    EXPECT_EQ(gezien,
-              3 + 3 + 6);  // the entries with their actions, and a theme for each and for all
+    // The entries with their actions, a theme for each scene and one for all.
+    EXPECT_EQ(gezien, 3 + 3 + static_cast<int>(brixtel::alleScenes.size()) + 1);
 }
 
 TEST(Bureaublad, TheCopyrightFileNamesEveryResource) {
-    const QString tekst = lees(QStringLiteral("debian/copyright"));
+    QFile bestand(QStringLiteral(BRIXTEL_PACKAGING "/debian/copyright"));
+    ASSERT_TRUE(bestand.open(QIODevice::ReadOnly));
+    const QString tekst = QString::fromUtf8(bestand.readAll());
     const QDir bronnen(QStringLiteral(BRIXTEL_RESOURCES));
     const QStringList namen =
         bronnen.entryList({QStringLiteral("*.bin"), QStringLiteral("*.png")}, QDir::Files);

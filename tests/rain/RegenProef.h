@@ -25,6 +25,27 @@ struct RegenProef {
     }
 };
 
+// All that a rain's lots have decided of its drops, in order: how long each trail
+// is, how long it falls, from when, and from where.
+inline std::vector<double> lotVan(const MatrixRegen& regen) {
+    std::vector<double> lot;
+    for (const MatrixRegen::Kolom& kolom : regen.kolommen()) {
+        lot.push_back(kolom.staart->frame().left());
+        for (const auto& stuk : kolom.staart->mask()->sublayers()) {
+            const auto& timing = stuk->animation("val")->data().timing;
+            lot.insert(lot.end(), {stuk->bounds().height(), timing.duration, timing.time.beginTime,
+                                   timing.time.timeOffset});
+        }
+    }
+    return lot;
+}
+
+// What a rain with these options is like that begins with these lots now.
+inline std::vector<double> lotVan(const MatrixRegenOpties& opties, platform::MediaClock& klok,
+                                  platform::RandomSource toeval) {
+    return lotVan(MatrixRegen(opties, klok, toeval));
+}
+
 inline std::size_t druppels(const MatrixRegen::Kolom& kolom) {
     return kolom.staart->mask()->sublayers().size();
 }

@@ -31,8 +31,8 @@ std::size_t AllocationCounter::total() {
     return everyones.load();
 }
 
-// The array forms end in these. So would those that do not throw, were it not
-// for the sanitizers, which bring their own.
+// The array forms call these. The non-throwing forms would too, but sanitizers
+// replace those with their own.
 void* operator new(std::size_t size) {
     return counted(size, alignof(std::max_align_t));
 }

@@ -3,17 +3,17 @@
 
 #include <cstddef>
 
-// Counts what is taken from the heap through operator new, libraries included.
-// A program that links AllocationCounter.cpp has its operators replaced, so such
-// tests are programs of their own.
+// Counts heap allocations through operator new, libraries included. Linking
+// AllocationCounter.cpp replaces a program's operators, so such tests are
+// programs of their own.
 class AllocationCounter {
   public:
     AllocationCounter();
 
-    // By this thread since the counter was made.
+    // Allocations of this thread since the counter was made.
     [[nodiscard]] std::size_t count() const;
 
-    // By all threads since the program began.
+    // Allocations of all threads since the program began.
     [[nodiscard]] static std::size_t total();
 
   private:

@@ -6,7 +6,7 @@
 #include "tests/support/DBusDaemon.h"
 #include "tests/support/Until.h"
 
-// Hears what passes over a bus and meets a match rule: dbus-monitor.
+// Listens to messages on a bus that meet a match rule, with dbus-monitor.
 class BusMonitor {
   public:
     BusMonitor(const DBusDaemon& bus, const QString& rule) {
@@ -20,9 +20,9 @@ class BusMonitor {
     BusMonitor(const BusMonitor&) = delete;
     BusMonitor& operator=(const BusMonitor&) = delete;
 
-    // Waits until it hears all: the bus takes its name from one that only listens.
+    // Waits until the monitor hears everything: the bus then takes away its name.
     [[nodiscard]] bool isReady() { return hears("member=NameLost"); }
-    // Waits until this has been said since the last forget().
+    // Waits until the text was heard since the last forget().
     [[nodiscard]] bool hears(const char* text) {
         return until([&] {
             heard_ += process_.readAll();

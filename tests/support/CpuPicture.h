@@ -14,7 +14,7 @@ inline platform::PixelBuffer bufferOf(QImage& image) {
             static_cast<int>(image.bytesPerLine() / 4), image.size()};
 }
 
-// A picture of a whole list by the CPU drawer.
+// The CPU drawer's picture of a whole list.
 inline QImage drawCpu(const platform::DisplayList& list, const platform::PixelGrid& grid,
                       const platform::Rgba& background = kBlack) {
     QImage image(grid.size, QImage::Format_ARGB32_Premultiplied);
@@ -24,7 +24,7 @@ inline QImage drawCpu(const platform::DisplayList& list, const platform::PixelGr
     return image;
 }
 
-// The list of one tree in a picture of `grid`, at the clock's time.
+// The list of one tree for a picture of `grid`, at the clock's time.
 inline platform::DisplayList listOf(platform::Layer& root, const platform::PixelGrid& grid,
                                     double clock = 0.0) {
     platform::DisplayList list;

@@ -4,7 +4,7 @@
 #include <QProcess>
 #include <QString>
 
-// A message bus of a test's own.
+// A message bus for one test.
 class DBusDaemon {
   public:
     DBusDaemon() {
@@ -25,7 +25,7 @@ class DBusDaemon {
         process_.waitForFinished();
     }
 
-    // Sends a signal as dbus-send is told to, and says whether it went.
+    // Sends a signal with dbus-send's arguments; true if dbus-send succeeded.
     [[nodiscard]] bool send(const QStringList& signal) const {
         QProcess sender;
         QStringList words{QStringLiteral("--bus=") + address_, QStringLiteral("--type=signal")};
@@ -33,7 +33,7 @@ class DBusDaemon {
         return sender.waitForFinished() && sender.exitCode() == 0;
     }
 
-    // Whether anyone listens for signals of this member.
+    // Whether any client listens for signals of this member.
     [[nodiscard]] bool isHeard(const char* member) const {
         QProcess asker;
         asker.start(

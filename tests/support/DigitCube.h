@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The kind of scene that a frame has to be cheap for: 343 turning billboards of
-// four shared geometries, twelve of which change every 0.08 s.
+// A scene whose frames must be cheap: 343 turning billboards of four shared
+// geometries, twelve of which change every 0.08 s.
 #pragma once
 
 #include <array>

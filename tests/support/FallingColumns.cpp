@@ -55,7 +55,7 @@ FallingColumns::FallingColumns(const Options& options)
     }
 }
 
-// Cells with a solid block and a soft edge, as digits with a glow have.
+// Cells with a solid block and a soft edge, like glowing digits.
 QImage FallingColumns::strip(const QColor& colour) {
     const double scale = options_.scale;
     const QSize size = (QSizeF(options_.columnWidth, stripHeight_) * scale).toSize();

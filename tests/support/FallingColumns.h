@@ -11,9 +11,9 @@
 #include "platform/layers/Layer.h"
 #include "platform/time/RandomSource.h"
 
-// A layer tree of the kind that the drawers are made for: columns, each of two
-// strips of digits one over the other, seen only through masks whose pieces
-// fall row by row: a gradient as trail and a white cell as head.
+// A layer tree typical for the drawers: columns, each of two overlaid strips of
+// digits, visible only through masks. The pieces of a mask fall row by row: a
+// gradient as trail and a white cell as head.
 class FallingColumns {
   public:
     struct Options {
@@ -32,14 +32,14 @@ class FallingColumns {
 
     explicit FallingColumns(const Options& options);
 
-    // Without it the columns are invisible. Rows count from the top; the head
-    // steps onto row 0 one step after the drop's begin.
+    // Adds a drop; a column without drops is invisible. Rows count from the
+    // top; the head steps onto row 0 one step after the drop's begin.
     void addDrop(int column, const Drop& drop);
 
-    // One to three drops a column, each somewhere on its way at `clock`.
+    // Adds one to three drops per column, each part-way down at `clock`.
     void fill(double clock);
 
-    // Shows another pair of strips in a column.
+    // Shows another pair of strips in the column.
     void swapContents(int column);
 
     [[nodiscard]] int columnCount() const { return static_cast<int>(columns_.size()); }

@@ -11,8 +11,8 @@
 
 namespace steun {
 
-// A PulseAudio server of a test's own, with a null output unless told otherwise.
-// It has nothing of the machine's sound, and ends with the object.
+// A PulseAudio server for one test, by default with a null output. Uses none of
+// the machine's sound, and ends with the object.
 class GeluidServer {
   public:
     static QStringList nulUitgang(const QString& naam) {
@@ -50,14 +50,14 @@ class GeluidServer {
         server_.waitForStarted();
         until([this] { return server_.state() == QProcess::NotRunning || loopt(); });
     }
-    // As in a crash.
+    // Ends the server as a crash does.
     void stop() {
         server_.kill();
         server_.waitForFinished();
         QFile::remove(map_.filePath(QStringLiteral("native")));
     }
 
-    // What pactl prints; empty where it fails.
+    // The output of pactl; empty on failure.
     QString pactl(const QStringList& woorden) {
         QProcess proces;
         proces.setProcessEnvironment(omgeving_);
@@ -67,8 +67,8 @@ class GeluidServer {
         return QString::fromUtf8(proces.readAllStandardOutput());
     }
 
-    // Plays samples of one channel into the default output, well buffered, and
-    // waits for the end.
+    // Plays samples of one channel into the default output, with ample
+    // buffering, and waits for the end.
     bool speel(std::span<const float> monsters, double tempo) {
         QFile bestand(map_.filePath(QStringLiteral("spoor")));
         if (!bestand.open(QIODevice::WriteOnly)) return false;

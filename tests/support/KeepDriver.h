@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Including this keeps the OpenGL driver loaded to the very end of a test
-// program, so that a leak checker can tell its leaks from ours. In one source of
-// a program only.
+// Keeps the OpenGL driver loaded to the very end of a test program, so that a
+// leak checker can tell the driver's leaks from ours. Include from one source
+// per program.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Click tracks, and what may lie over them.
+// Click tracks, and sounds to lay over them.
 #pragma once
 
 #include <cmath>
@@ -16,7 +16,7 @@ struct KlikSpoor {
     double seconden = 60;
     double sterkte = 0.5;   // of full scale
     double hoogte = 1000;   // Hz
-    double duur = 0.005;    // seconds until it is a third as loud
+    double duur = 0.005;    // seconds until a third as loud
     double eerste = 0.5;    // seconds
     double tempo = 44'100;  // samples a second
 
@@ -41,14 +41,14 @@ struct KlikSpoor {
     }
 };
 
-// White, uniform, to ±sterkte.
+// Adds white noise, uniform in ±sterkte.
 inline void voegRuis(std::vector<float>& monsters, double sterkte, std::uint64_t zaad) {
     platform::RandomSource toeval(zaad);
     for (float& monster : monsters)
         monster += static_cast<float>(toeval.between(-sterkte, sterkte));
 }
 
-// Filtered to fall by 3 dB an octave, as the whole of music does.
+// Adds pink noise, −3 dB per octave like music; the economy filter of P. Kellet (musicdsp.org).
 inline void voegRozeRuis(std::vector<float>& monsters, double sterkte, std::uint64_t zaad) {
     platform::RandomSource toeval(zaad);
     double a = 0, b = 0, c = 0;
@@ -61,7 +61,7 @@ inline void voegRozeRuis(std::vector<float>& monsters, double sterkte, std::uint
     }
 }
 
-// A chord with overtones that swells and trembles.
+// Adds a chord with overtones that swells and trembles.
 inline void voegAkkoord(std::vector<float>& monsters, double sterkte, double tempo) {
     for (std::size_t i = 0; i < monsters.size(); ++i) {
         const double t = static_cast<double>(i) / tempo;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A real window manager on a test's display.
+// A real window manager for a test's display.
 #pragma once
 
 #include <QByteArray>
@@ -10,12 +10,12 @@
 
 class Openbox {
   public:
-    // The display empty for the environment's.
+    // An empty display means the environment's.
     explicit Openbox(QString display = {}) : display_(std::move(display)) {
         static int rounds = 0;
         word_ = QStringLiteral("ready%1").arg(++rounds);
-        // Windows that appear while it starts, it may never show; and what it says
-        // of itself on the root it says before.
+        // Openbox may never show a window that appears while it starts, and
+        // sets its properties on the root window before it is ready.
         run(process_, QStringLiteral("openbox"),
             {QStringLiteral("--startup"),
              QStringLiteral("xprop -root -f _TEST_WM 8s -set _TEST_WM ") + word_});
@@ -24,7 +24,7 @@ class Openbox {
     Openbox(const Openbox&) = delete;
     Openbox& operator=(const Openbox&) = delete;
 
-    // Waits until it manages windows.
+    // Waits until openbox manages windows.
     [[nodiscard]] bool isReady() const {
         const auto said = [this] {
             QProcess xprop;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Pictures, and comparing them with one another.
+// Pictures, and their comparison.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,12 +12,12 @@
 
 namespace platform::test {
 
-// How far two pictures of one size lie apart, over all four components of their
-// premultiplied pixels, in 255ths.
+// The difference between two pictures of one size, over all four components of
+// their premultiplied pixels, in 255ths.
 struct PictureDifference {
     int largest = 0;
     double mean = 0.0;
-    QPoint where;  // of the largest
+    QPoint where;  // the place of the largest difference
 };
 
 [[nodiscard]] PictureDifference difference(const QImage& a, const QImage& b);
@@ -27,9 +27,9 @@ struct PictureLimits {
     double mean = 0.0;
 };
 
-// Whether both pictures have one size and differ by no more than that. If not,
-// both and what lies between them (tenfold) are left as `NAME-*.png` in the
-// build folder's `pictures`.
+// Whether both pictures have one size and differ within the limits. On failure,
+// writes both and their difference (tenfold) as `NAME-*.png` into the build
+// folder's `pictures`.
 [[nodiscard]] testing::AssertionResult agree(const QImage& actual, const QImage& expected,
                                              const std::string& name, PictureLimits limits);
 

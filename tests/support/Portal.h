@@ -8,23 +8,23 @@
 #include <QDBusVirtualObject>
 #include <QMap>
 
-// A desktop's settings portal, on a bus of a test's own.
+// A desktop's settings portal on a test's bus.
 class Portal final : public QDBusVirtualObject {
   public:
     explicit Portal(const QString& address)
         : bus_(QDBusConnection::connectToBus(address, QStringLiteral("portal"))) {}
     ~Portal() override { QDBusConnection::disconnectFromBus(QStringLiteral("portal")); }
 
-    // As if the desktop had started one.
+    // Appears on the bus, as when the desktop starts a portal.
     bool appear() {
         return bus_.registerVirtualObject(kPath(), this) &&
                bus_.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
     }
-    // The value before anyone asks.
+    // Sets a value without a signal.
     void put(const QString& space, const QString& key, const QVariant& value) {
         all_[space][key] = value;
     }
-    // The user changes it.
+    // Sets a value and sends the signal of a user's change.
     void change(const QString& space, const QString& key, const QVariant& value) {
         put(space, key, value);
         QDBusMessage signal =

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a test wants to know of this process and its children.
+// Facts about this process and its children.
 #pragma once
 
 #include <malloc.h>
@@ -11,20 +11,20 @@
 
 namespace steun {
 
-// Open descriptors of this process, less the one that counting takes.
+// The open descriptors of this process, without the one used for counting.
 inline long descriptors() {
     const std::filesystem::directory_iterator eerste("/proc/self/fd");
     return std::distance(eerste, std::filesystem::directory_iterator()) - 1;
 }
 
-// Whether there is any child, running or waiting to be asked after.
+// Whether any child exists, running or not yet waited for.
 inline bool heeftKinderen() {
     siginfo_t info{};
     return waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) == 0 || errno != ECHILD;
 }
 
-// Bytes that this process has allocated and not freed; 0 under a sanitizer,
-// which has an allocator of its own.
+// Bytes allocated and not freed by this process; 0 under a sanitizer, which has
+// its own allocator.
 inline std::size_t geheugenInGebruik() {
     const auto info = mallinfo2();
     return info.uordblks + info.hblkhd;

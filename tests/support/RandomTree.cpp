@@ -33,7 +33,7 @@ void RandomTree::place(Layer& layer, const QSizeF& within) {
     const double height = within.height() * random_.between(0.2, 1.0);
     QRectF frame(random_.between(-0.2, 0.9) * within.width(),
                  random_.between(-0.2, 0.9) * within.height(), width, height);
-    // Now and then halfway between pixels, where rounding must agree.
+    // A third of the edges lie halfway between pixels, where rounding must agree.
     if (random_.below(3) == 0) {
         const auto half = [this](double v) { return (std::floor(v * scale_) + 0.5) / scale_; };
         frame = {half(frame.x()), half(frame.y()), half(width), half(height)};

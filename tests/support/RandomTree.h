@@ -8,9 +8,9 @@
 #include "platform/layers/Layer.h"
 #include "platform/time/RandomSource.h"
 
-// Layer trees of every kind that a drawer must be right about: edges between
-// pixels, all kinds of filling, see-through colours, pictures that fit and
-// pictures that are stretched, clips, masks in masked layers, animations.
+// Layer trees with every feature of a drawer: edges between pixels, all kinds
+// of filling, see-through colours, fitting and stretched pictures, clips, masks
+// in masked layers, animations.
 class RandomTree {
   public:
     // `size` in points, `scale` in pixels per point. Animations begin at `clock`.
@@ -18,7 +18,7 @@ class RandomTree {
 
     [[nodiscard]] platform::Layer& root() { return *root_; }
 
-    // Changes some values of some layers, never the tree.
+    // Changes some values of some layers, but not the tree.
     void change();
 
   private:

@@ -65,7 +65,7 @@ class Reference {
         }
     }
 
-    // At a pixel's centre: x in pixels from the left, y in pixels from the bottom.
+    // The colour at a pixel's centre: x in pixels from the left, y in pixels from the bottom.
     [[nodiscard]] Colour at(double x, double y, const Rgba& background) const {
         Colour result = from(background);
         for (const DisplayItem& item : list_.items)

@@ -7,9 +7,9 @@
 #include "platform/layers/PixelGrid.h"
 #include "platform/layers/Rgba.h"
 
-// Draws a list pixel by pixel in double precision, straight from the rules that
-// every drawer keeps (platform/render/cpu/CpuDrawer.h): slow, and what the drawers
-// are measured against. Premultiplied ARGB of the grid's size.
+// Draws a list pixel by pixel in double precision, by the rules of
+// platform/render/cpu/CpuDrawer.h. Slow; the reference for all drawers.
+// Premultiplied ARGB of the grid's size.
 [[nodiscard]] QImage drawReference(const platform::DisplayList& list,
                                    const platform::PixelGrid& grid,
                                    const platform::Rgba& background);

@@ -23,7 +23,7 @@ QColor faded(QColor colour, double alpha) {
     return colour;
 }
 
-// Rows of five, top first.
+// Rows of five cells, the top row first.
 constexpr std::array<const char*, 7> kZero{"01110", "10001", "10011", "10101",
                                            "11001", "10001", "01110"};
 constexpr std::array<const char*, 7> kOne{"00100", "01100", "00100", "00100",

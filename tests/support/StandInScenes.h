@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Scenes that ask of a drawer what the saver's worlds do.
+// Scenes with the same demands on a drawer as the saver's worlds.
 #pragma once
 
 #include <QImage>
@@ -11,19 +11,19 @@
 
 namespace platform::test {
 
-// A glowing digit on nothing, `points` high, twice as many pixels.
+// A glowing digit on a clear picture, `points` high, at two pixels per point.
 [[nodiscard]] QImage digitPicture(bool one, const QColor& colour);
 
 // 343 additive billboards of four geometries in a turning wire frame.
 [[nodiscard]] std::unique_ptr<Scene> makeDigitCube(std::uint64_t seed);
-// A turning, streaming, papered tube round the camera, and particles in it.
+// A turning tube around the camera with a streaming texture, and particles inside.
 [[nodiscard]] std::unique_ptr<Scene> makeTunnel(std::uint64_t seed);
 // Lit blocks, a ring of billboards and a mirroring floor with a grid.
 [[nodiscard]] std::unique_ptr<Scene> makeBlocks(std::uint64_t seed);
-// Clouds of points round a dark sphere, arcs, and lights that travel along them.
+// Clouds of points around a dark sphere, arcs, and lights that travel along them.
 [[nodiscard]] std::unique_ptr<Scene> makeGlobe(std::uint64_t seed);
 
-// One of these by its name: cube, tunnel, blocks, globe; none for another name.
+// One of these by its name: cube, tunnel, blocks, globe; null for another name.
 [[nodiscard]] std::unique_ptr<Scene> makeStandIn(const QString& name, std::uint64_t seed);
 
 }  // namespace platform::test

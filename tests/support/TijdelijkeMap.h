@@ -11,7 +11,7 @@
 
 namespace steun {
 
-// A folder that is gone, with all in it, at the end of the test.
+// A temporary folder, removed with its contents at the end of the test.
 class TijdelijkeMap {
   public:
     TijdelijkeMap() {
@@ -27,12 +27,12 @@ class TijdelijkeMap {
         return pad_ / naam;
     }
 
-    // A file with this text, and its path.
+    // Writes a file with this text and returns its path.
     [[nodiscard]] std::string bestand(std::string_view naam, std::string_view tekst) const {
         std::ofstream(pad_ / naam, std::ios::binary) << tekst;
         return (pad_ / naam).string();
     }
-    // A shell script with these lines, and its path.
+    // Writes a shell script with these lines and returns its path.
     [[nodiscard]] std::string script(std::string_view naam, std::string_view regels) const {
         const std::string pad = bestand(naam, "#!/bin/sh\n" + std::string(regels) + "\n");
         chmod(pad.c_str(), 0755);

@@ -4,8 +4,8 @@
 #include <QEventLoop>
 #include <QTimer>
 
-// Turns the event loop until the condition holds, and says whether it did
-// before the deadline. For what another process or thread brings about.
+// Turns the event loop until the condition holds; false at the deadline. For
+// effects of another process or thread.
 template <typename Condition>
 bool until(Condition condition, int deadlineMilliseconds = 30'000) {
     if (condition()) return true;

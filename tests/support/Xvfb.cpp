@@ -36,7 +36,7 @@ pid_t launch(const std::vector<std::string>& words) {
     _exit(127);
 }
 
-// The display's number, which the server writes once it can be used.
+// Reads the display's number, which the server writes once ready.
 QByteArray readNumber(int pipe) {
     QByteArray number;
     pollfd wait{.fd = pipe, .events = POLLIN, .revents = 0};
@@ -176,7 +176,7 @@ std::vector<std::uint32_t> Xvfb::pixels(xcb_window_t window, const QRect& rect) 
             for (int i = 0; i < bits / 8; ++i)
                 number |= std::uint32_t{at[least ? i : bits / 8 - 1 - i]} << (8 * i);
             if (bits == 1) number = *at >> (x % 8) & 1;  // least significant bit first
-            // What a pixel has more than its depth means nothing.
+            // Bits of a pixel beyond its depth are undefined.
             const int depth = image->depth;
             numbers.push_back(depth < 32 ? number & ((1U << depth) - 1U) : number);
         }

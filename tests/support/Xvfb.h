@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-// An X server of a test's own, on a display that was free, without any window
-// manager. It ends with the object, or with the test's process.
+// An X server for one test, on a free display, without a window manager. Ends
+// with the object, or with the test's process.
 class Xvfb {
   public:
     explicit Xvfb(const std::string& screen = "640x480x24",
@@ -21,16 +21,16 @@ class Xvfb {
     Xvfb(const Xvfb&) = delete;
     Xvfb& operator=(const Xvfb&) = delete;
 
-    // Whether it came up; the rest needs that.
+    // Whether the server started; every other call needs that.
     [[nodiscard]] bool isRunning() const { return connection_ != nullptr; }
     [[nodiscard]] QString display() const { return QString::fromLocal8Bit(display_); }
 
     [[nodiscard]] pid_t process() const { return process_; }
 
-    // Dies at once, as in a crash.
+    // Kills the server at once, like a crash.
     void kill();
 
-    // A client's view of it. Everything waits for the server.
+    // A client's connection to the server. Every call below waits for the server.
     [[nodiscard]] xcb_connection_t* connection() const { return connection_; }
     [[nodiscard]] const xcb_screen_t& screen() const;
 
@@ -41,21 +41,21 @@ class Xvfb {
         xcb_window_t parent = 0;
         bool mapped = true;
     };
-    // A window as a host makes one: of the first visual of that depth, white.
+    // Makes a white window of the first visual of that depth, as a host does.
     [[nodiscard]] xcb_window_t makeWindow(const Host& options) const;
     void destroy(xcb_window_t window) const;
     void map(xcb_window_t window) const;
     void unmap(xcb_window_t window) const;
     void resize(xcb_window_t window, int width, int height) const;
-    void clear(xcb_window_t window, const QRect& rect) const;   // and tells its owner
-    void fill(xcb_window_t window, std::uint32_t pixel) const;  // and tells nobody
+    void clear(xcb_window_t window, const QRect& rect) const;   // and tells the owner
+    void fill(xcb_window_t window, std::uint32_t pixel) const;  // without telling any client
 
-    // The window's pixels as the server has them, each a number, row by row.
+    // The server's pixels of the window, one number each, row by row.
     [[nodiscard]] std::vector<std::uint32_t> pixels(xcb_window_t window, const QRect& rect) const;
     [[nodiscard]] std::uint32_t pixel(xcb_window_t window, int x, int y) const;
-    // Depth 24 and 32 only.
+    // A picture of the window; depth 24 and 32 only.
     [[nodiscard]] QImage picture(xcb_window_t window) const;
-    // Top level windows that are mapped, lowest first.
+    // The mapped top-level windows, lowest first.
     [[nodiscard]] std::vector<xcb_window_t> mappedWindows() const;
 
   private:

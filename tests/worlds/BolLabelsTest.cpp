@@ -2,6 +2,7 @@
 // The labels in front of the globe, and what may come in a list of lines.
 #include <cmath>
 
+#include "drawing/Thema.h"
 #include "tests/platform/scene/Near.h"
 #include "tests/worlds/BolLijst.h"
 #include "tests/worlds/Opstelling.h"
@@ -70,6 +71,68 @@ TEST_F(BolLabelsTest, ComeAndGoSoftlyWhileTheGlobeTurns) {
     }
     EXPECT_GT(gezien, 3 * 60 * 10);
     EXPECT_GT(weg, 3 * 60 * 10);
+}
+
+// Between the camera and the dot there is then no ground.
+TEST_F(BolLabelsTest, StayInSightAsLongAsTheDotOfTheirCountryDoes) {
+    zet({in(0.0, 5.0), in(40.0, 100.0), in(-30.0, -120.0)});
+    const glm::dvec3 oog(steun::cameraVan(*bol_)->worldTransform()[3]);
+    int gezien = 0;
+    int weg = 0;
+    for (int beeld = 0; beeld <= 60 * 10; ++beeld) {
+        bol_->scene()->advance(beeld / 10.0);
+        for (std::size_t i = 0; i < 3; ++i) {
+            const glm::dvec3 stip = steun::deel(*bol_, i, 1).worldPosition();
+            const glm::dvec3 straal = glm::normalize(stip - oog);
+            const double naderbij = -glm::dot(oog, straal);
+            const bool voor = naderbij > glm::length(stip - oog);
+            const bool inZicht = voor || glm::length(oog + naderbij * straal) > 1.0;
+            gezien += inZicht ? 1 : 0;
+            if (inZicht) {
+                EXPECT_GT(label(*bol_, i).opacity(), 0.99) << i << " at " << beeld / 10.0;
+            }
+            // Gone eight degrees further.
+            const double hoek = std::acos(glm::dot(glm::normalize(stip), glm::normalize(oog)));
+            if (hoek < platform::radians(89.0)) continue;
+            EXPECT_EQ(label(*bol_, i).opacity(), 0.0) << i << " at " << beeld / 10.0;
+            ++weg;
+        }
+    }
+    EXPECT_GT(gezien, 600);
+    EXPECT_GT(weg, 600);
+}
+
+TEST_F(BolLabelsTest, ALabelMovedAsideKeepsALineToItsCountry) {
+    zet({in(51.1, 10.4, 9), in(50.5, 4.5, 8), in(52.1, 5.3, 7), in(49.8, 6.1, 6),
+         in(46.8, 8.2, 5)});
+    const glm::dmat4 oog = steun::cameraVan(*bol_)->worldTransform();
+    const glm::dmat3 assen(oog);
+    int draden = 0;
+    for (std::size_t i = 0; i < 5; ++i) {
+        const platform::Node& draad = *label(*bol_, i).children().back();
+        if (draad.opacity() == 0.0) continue;
+        ++draden;
+        // The label is drawn parallel to the screen, aside of where it stands.
+        const auto inBeeld = [&](const glm::dvec3& punt) {
+            const glm::dvec3 plek(draad.localTransform() * glm::dvec4(punt, 1.0));
+            return label(*bol_, i).worldPosition() +
+                   assen * (plek + glm::dvec3(label(*bol_, i).screenOffset(), 0.0));
+        };
+        EXPECT_VEC_NEAR(inBeeld({0.0, 1.0, 0.0}), steun::deel(*bol_, i, 1).worldPosition(), 1e-9);
+        // From the upper or the lower edge, within the letters.
+        const glm::dvec3 begin(draad.position());
+        EXPECT_NEAR(std::abs(begin.y), 0.5 * kHoogte, 1e-9);
+        EXPECT_LT(std::abs(begin.x), 0.5 * label(*bol_, i).geometry()->size().x);
+    }
+    EXPECT_GE(draden, 2);
+}
+
+TEST_F(BolLabelsTest, ALabelWithTheRoomToItselfHasNoLine) {
+    zet({in(0.0, 5.0), in(20.0, 60.0)});
+    for (int beeld = 0; beeld < 120; ++beeld) {
+        bol_->scene()->advance(beeld / 10.0);
+        EXPECT_EQ(label(*bol_, 0).children().back()->opacity(), 0.0);
+    }
 }
 
 TEST_F(BolLabelsTest, StandAboveTheirDot) {
@@ -157,7 +220,9 @@ TEST_F(BolLabelsTest, StayWithinThePictureAllRound) {
         for (std::size_t i = 0; i < 6; ++i) {
             const double diepte =
                 -glm::dot(label(*bol_, i).worldPosition() - glm::dvec3(oog[3]), glm::dvec3(oog[2]));
-            EXPECT_LT((plek(i).y + 0.5 * kHoogte) / diepte, std::tan(19.0 * M_PI / 180.0))
+            EXPECT_LT(
+                (plek(i).y + 0.5 * kHoogte) / diepte,
+                std::tan(0.5 * platform::radians(steun::cameraVan(*bol_)->camera()->fieldOfView)))
                 << i << " at " << beeld / 10.0;
         }
     }
@@ -166,7 +231,7 @@ TEST_F(BolLabelsTest, StayWithinThePictureAllRound) {
 TEST_F(BolLabelsTest, HaveNightBehindThemAndTheHomeRingBehindThat) {
     zet({in(51.1, 10.4)});
     const platform::Node& letters = label(*bol_, 0);
-    ASSERT_EQ(letters.children().size(), 1U);
+    ASSERT_EQ(letters.children().size(), 2U);
     const platform::Node& nacht = *letters.children().front();
     const platform::Material& materiaal = *nacht.geometry()->material();
     EXPECT_FALSE(materiaal.isOpaque());
@@ -181,7 +246,9 @@ TEST_F(BolLabelsTest, HaveNightBehindThemAndTheHomeRingBehindThat) {
     EXPECT_GE(nacht.scale().y, letters.geometry()->size().y);
     EXPECT_GT(letters.renderingOrder(), nacht.renderingOrder());
     EXPECT_GT(nacht.renderingOrder(), bol_->bol()->find("ring")->renderingOrder());
-    EXPECT_GT(nacht.renderingOrder(), steun::deel(*bol_, 0, 0).renderingOrder());
+    // It takes nothing away from arcs and lights.
+    EXPECT_LT(nacht.renderingOrder(), steun::deel(*bol_, 0, 0).renderingOrder());
+    EXPECT_LT(nacht.renderingOrder(), steun::deel(*bol_, 0, 2).renderingOrder());
 }
 
 TEST_F(BolLabelsTest, FindTheirPlacesAlsoWhenTheWorldIsGone) {
@@ -200,17 +267,17 @@ TEST_F(BolLabelsTest, OnlyLabelsWhoseTextIsNewAreDrawn) {
     BolLijnen lijnen({.thuis = {52.0, 5.0}, .meeste = 24});
     platform::Node node;
     auto alle = steun::lijnen(24);
-    lijnen.teken(alle, node);
+    lijnen.teken(alle, 0.0, node);
     EXPECT_EQ(lijnen.getekend(), 24);
-    lijnen.teken(alle, node);
+    lijnen.teken(alle, 0.0, node);
     EXPECT_EQ(lijnen.getekend(), 24);
     alle[3].aantal += 100;
     alle[9].aantal += 100;
-    lijnen.teken(alle, node);
+    lijnen.teken(alle, 0.0, node);
     EXPECT_EQ(lijnen.getekend(), 26);
     // Another order is no new text.
     std::swap(alle[1], alle[2]);
-    lijnen.teken(alle, node);
+    lijnen.teken(alle, 0.0, node);
     EXPECT_EQ(lijnen.getekend(), 26);
 }
 
@@ -291,6 +358,23 @@ TEST_F(BolLabelsTest, ANameOf60CharactersIsOneLongLabel) {
     EXPECT_NEAR(maat.y, kHoogte, 1e-6);
     EXPECT_GT(maat.x, 0.8);
     EXPECT_FALSE(label(*bol_, 0).geometry()->material()->drawsNothing());
+}
+
+// The same words drawn where they belong.
+TEST_F(BolLabelsTest, SayTheirCountryAndNumberFromEightTenOn) {
+    zet({{{"US", 40.0, -100.0}, {"Proef"}, 12}});
+    const QImage beeld = label(*bol_, 0).geometry()->material()->picture();
+    const QFont font = brixtel::Thema::font(26.0, {.vet = true});
+    const QString tekst = QStringLiteral("VERENIGDE STATEN  12");
+    const auto teken = [&](brixtel::Tekenvlak& vlak) {
+        brixtel::Thema::tekst(
+            tekst, {.font = font, .kleur = brixtel::Thema::groen(), .op = {8.0, 10.0}}, vlak);
+    };
+    const auto verwacht =
+        brixtel::Thema::beeld({brixtel::Thema::breedte(tekst, {.font = font}) + 16.0, 36.0},
+                              {.schaal = 2.0, .teken = teken});
+    ASSERT_TRUE(verwacht);
+    EXPECT_EQ(beeld, verwacht->convertToFormat(beeld.format()));
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "worlds/Bol.h"
 
+#include <algorithm>
+#include <map>
+
 #include <cmath>
 
 #include "drawing/Thema.h"
@@ -262,6 +265,37 @@ TEST_F(BolTest, TheSeventhLightTakes1Comma7Seconds) {
             EXPECT_NE(baan->timeOffset, licht(*wereld, j).animation("baan")->timeOffset);
     }
     EXPECT_DOUBLE_EQ(licht(*wereld, 7).animation("baan")->duration, 1.7);
+}
+
+// Every publication draws all anew, in whatever order the countries then come.
+TEST_F(BolTest, TheLightOfALineThatStaysGoesOnWhereItWas) {
+    const auto wereld = maak(DrieSoort::bol, {.eigenLijnen = true});
+    auto alle = lijnen(12);
+    wereld->zetLijnen(alle);
+    wereld->scene()->advance(3.1);
+    const auto plekken = [&] {
+        std::map<QString, glm::dvec3> waar;
+        for (std::size_t i = 0; i < alle.size(); ++i)
+            waar[BolLijnen::opschrift(alle[i])] =
+                licht(*wereld, i).shownPose(wereld->scene()->time()).position;
+        return waar;
+    };
+    for (int keer = 0; keer < 5; ++keer) {
+        const auto voor = plekken();
+        std::rotate(alle.begin(), alle.begin() + 1 + keer, alle.end());
+        std::swap(alle[2], alle[5]);
+        wereld->zetLijnen(alle);
+        for (const auto& [land, plek] : plekken())
+            EXPECT_VEC_NEAR(plek, voor.at(land), 1e-9);
+        // The next frame goes on from there.
+        const auto direct = plekken();
+        wereld->scene()->advance(wereld->scene()->time() + 1.0 / 60.0);
+        int verder = 0;
+        for (const auto& [land, plek] : plekken())
+            verder += glm::length(plek - direct.at(land)) > 1e-6 ? 1 : 0;
+        EXPECT_EQ(verder, 12);
+        wereld->scene()->advance(wereld->scene()->time() + 3.0);
+    }
 }
 
 TEST_F(BolTest, ALabelSaysTheCountryInUpperCaseAndTheNumber) {

@@ -103,6 +103,8 @@ TEST_F(BolWachtTest, AHiddenGlobeStopsTheWatcher) {
     bol->actief(false);
     for (int i = 0; i < 10; ++i)
         klok_.advance(30.0);
+    leeg();
+    EXPECT_EQ(starts(), 1);
     bol->actief(true);
     ASSERT_TRUE(wachtOp(2));
     EXPECT_EQ(starts(), 2);
@@ -115,6 +117,8 @@ TEST_F(BolWachtTest, ADroppedGlobeStopsTheWatcher) {
     bol.reset();
     for (int i = 0; i < 10; ++i)
         klok_.advance(30.0);
+    leeg();
+    EXPECT_EQ(starts(), 1);
     wacht.gebruik("ander", true);
     ASSERT_TRUE(wachtOp(2));
     EXPECT_EQ(starts(), 2);

@@ -24,12 +24,13 @@ struct Oog {
     double zicht, bloom;
     glm::dvec3 plaats;
     double mistBegin, mistEinde;
+    double breedte = 0.0;
 };
 const std::vector<Oog> kOgen{
     {DrieSoort::bol, 38.0, 1.4, {0.0, 0.35, 3.3}, 0.0, 0.0},
     {DrieSoort::kubus, 40.0, 1.4, {0.0, 0.0, 6.0}, 4.6, 8.2},
     {DrieSoort::tunnel, 70.0, 1.2, {0.0, 0.0, 0.0}, 3.0, 34.0},
-    {DrieSoort::logo, 42.0, 0.9, {0.0, 2.2, 15.0}, 12.0, 40.0},
+    {DrieSoort::logo, 42.0, 0.9, {0.0, 2.2, 15.0}, 12.0, 40.0, 0.565},
 };
 
 TEST_F(DrieWereldTest, EveryKindHasItsCamera) {
@@ -39,6 +40,7 @@ TEST_F(DrieWereldTest, EveryKindHasItsCamera) {
             const NodePtr node = cameraVan(*wereld);
             ASSERT_TRUE(node);
             EXPECT_EQ(*node->camera(), (Camera{.fieldOfView = oog.zicht,
+                                               .subjectWidth = oog.breedte,
                                                .zNear = 0.05,
                                                .zFar = 100.0,
                                                .hdr = true,

@@ -97,14 +97,33 @@ TEST_F(LogoTest, TheWordSwaysBetweenItsTwoTurnsEvery8Seconds) {
     EXPECT_TURN_NEAR(na(4.0), platform::fromEuler({0.0, 0.55, 0.0}), 1e-6);
     EXPECT_TURN_NEAR(na(8.0), platform::fromEuler({0.0, -0.55, 0.0}), 1e-6);
     EXPECT_TURN_NEAR(na(12.0), platform::fromEuler({0.0, 0.55, 0.0}), 1e-6);
-    // It sets out slowly.
-    const auto draai = [&](double van, double tot) {
-        const glm::dquat eerst = na(van);
-        return glm::angle(glm::conjugate(eerst) * na(tot));
+}
+
+// The speeds at both ends of a leg are a small part of the speed in its middle.
+TEST_F(LogoTest, TheWordTurnsAndRisesGentlyAtBothEnds) {
+    struct Stand {
+        glm::dquat draai;
+        double hoogte;
     };
-    const double vroeg = draai(16.0, 16.5);
-    const double later = draai(18.0, 18.5);
-    EXPECT_GT(later, 1.5 * vroeg);
+    const auto na = [&](double tijd) {
+        wereld->scene()->advance(tijd);
+        return Stand{woord->orientation(), woord->position().y};
+    };
+    const auto snelheid = [&](double tijd) {
+        const Stand van = na(tijd - 0.01);
+        const Stand tot = na(tijd + 0.01);
+        return Stand{{glm::angle(glm::conjugate(van.draai) * tot.draai) / 0.02, 0.0, 0.0, 0.0},
+                     std::abs(tot.hoogte - van.hoogte) / 0.02};
+    };
+    for (const double omkeer : {8.0, 12.0, 16.0, 20.0}) {
+        const Stand einde = snelheid(omkeer);
+        const Stand wip = snelheid(omkeer + 1.0);
+        const Stand midden = snelheid(omkeer + 2.0);
+        EXPECT_LT(einde.draai.w, 0.05 * midden.draai.w) << omkeer;
+        EXPECT_LT(einde.hoogte, 0.05 * wip.hoogte) << omkeer;
+        // The other end of the bob.
+        EXPECT_LT(midden.hoogte, 0.05 * wip.hoogte) << omkeer;
+    }
 }
 
 TEST_F(LogoTest, TheWordBobsByAQuarterUnitEvery4Seconds) {
@@ -208,6 +227,26 @@ TEST_F(LogoTest, TheRingTurnsIn18SecondsAndKeepsItsDigits) {
     EXPECT_TURN_NEAR(ring->orientation(), glm::dquat(1, 0, 0, 0), 1e-9);
     for (std::size_t i = 0; i < 48; ++i)
         EXPECT_EQ(ring->children()[i]->geometry(), voor[i]);
+}
+
+// A film of 72 seconds begins again unseen, once the first half sway is over.
+TEST_F(LogoTest, IsAsItWasAfter72Seconds) {
+    const auto na = [&](double tijd) {
+        wereld->scene()->advance(tijd);
+        platform::DrawList lijst;
+        platform::extract(*wereld->scene(), 1.6, lijst);
+        return lijst;
+    };
+    for (const double tijd : {8.0, 13.7}) {
+        wereld = maak(DrieSoort::logo);
+        const auto eerst = na(tijd);
+        const auto later = na(tijd + 72.0);
+        ASSERT_EQ(eerst.instances.size(), later.instances.size());
+        for (std::size_t i = 0; i < eerst.instances.size(); ++i)
+            for (int as = 0; as < 4; ++as)
+                EXPECT_VEC_NEAR(glm::dvec3(eerst.instances[i].world[as]),
+                                glm::dvec3(later.instances[i].world[as]), 1e-5);
+    }
 }
 
 TEST_F(LogoTest, IsDrawnInThreeCallsBesidesTheFloor) {

@@ -10,10 +10,8 @@ Rectangle {
     implicitHeight: Math.max(links.height, rechts.height) + 32
     color: BX.bxZwart
 
-    readonly property var scenes: [
-        { waarde: "bol", label: "Bol" }, { waarde: "kubus", label: "Kubus" },
-        { waarde: "tunnel", label: "Tunnel" }, { waarde: "logo", label: "Logo" }
-    ]
+    // The 3D scenes, as { waarde, label }.
+    required property var scenes
 
     readonly property var standen: [
         { waarde: "nooit", label: "Nooit" }, { waarde: "half", label: "Half uur" }, { waarde: "uur", label: "Heel uur" }
@@ -58,11 +56,11 @@ Rectangle {
         Vak {
             naam: "BXKeuze"
             Staat { naam: "eerste"; BXKeuze { opties: blad.scenes; keuze: "bol" } }
-            Staat { naam: "midden"; BXKeuze { opties: blad.scenes; keuze: "tunnel" } }
+            Staat { naam: "midden"; BXKeuze { opties: blad.scenes; keuze: blad.scenes[2].waarde } }
             Staat { naam: "laatste"; BXKeuze { opties: blad.scenes; keuze: "logo" } }
             Staat { naam: "geen"; BXKeuze { opties: blad.scenes } }
-            Staat { naam: "focus"; BXKeuze { opties: blad.scenes; keuze: "kubus"; toonFocus: true } }
-            Staat { naam: "ruim"; vol: true; BXKeuze { opties: blad.scenes; keuze: "kubus" } }
+            Staat { naam: "focus"; BXKeuze { opties: blad.scenes; keuze: blad.scenes[1].waarde; toonFocus: true } }
+            Staat { naam: "ruim"; vol: true; BXKeuze { opties: blad.scenes; keuze: blad.scenes[1].waarde } }
             Staat { naam: "krap"; BXKeuze { opties: blad.standen; keuze: "half"; width: 150 } }
             Staat { naam: "lang"; vol: true; BXKeuze { opties: blad.tijden; keuze: "nooit" } }
         }
@@ -125,7 +123,7 @@ Rectangle {
             BXRij { width: parent.width; titel: "Zonder schakelaar"; status: "Wereldbol"; aan: true; schakelbaar: false; onWissel: open = !open }
             BXRij { width: parent.width; titel: "Een titel die te lang is voor één regel in dit paneel"; status: "en een toestand die dat ook is"; onWissel: open = !open }
             BXRij { width: parent.width; objectName: "hulp"; titel: "Met hulp bij de pijl"; status: "uit"; onWissel: open = !open }
-            // Where the help falls.
+            // Room for the help text.
             Item { width: 1; height: 20 }
         }
         Vak {

@@ -2,8 +2,8 @@
 import QtQuick
 import Brixtel.Controls
 
-// One state of a control, beside what it is called. `zweef` and `focus` are shown
-// without a pointer and without the keyboard.
+// One state of a control, beside the state's name. Shows `zweef` and `focus`
+// without a pointer and a keyboard.
 Item {
     id: staat
 

@@ -2,7 +2,7 @@
 import QtQuick
 import Brixtel.Controls
 
-// One kind of control, under its name. Each can be taken as a picture by itself.
+// One kind of control, under its name. A picture can be taken of each kind.
 Column {
     property string naam
 

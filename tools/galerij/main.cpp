@@ -17,15 +17,27 @@ namespace {
 
 struct Opdracht {
     QString plaatje, vakken;
-    QByteArray schaal;  // empty where it was not asked for
+    QByteArray schaal;  // empty if not given
 };
+
+QVariantList scenes() {
+    QVariantList lijst;
+    const auto voeg = [&](QString ruw) {
+        const QString waarde = ruw;
+        ruw[0] = ruw[0].toUpper();
+        lijst << QVariantMap{{QStringLiteral("waarde"), waarde}, {QStringLiteral("label"), ruw}};
+    };
+#define DRIE(ruw, ...) voeg(QStringLiteral(#ruw));
+#include "worlds/Scenes.def"
+    return lijst;
+}
 
 int meld(const QString& wat) {
     std::fprintf(stderr, "galerij: %s\n", qUtf8Printable(wat));
     return 1;
 }
 
-// Before there is an application, since its scale is fixed when it begins.
+// Reads the scale before an application exists, since Qt fixes the scale at its start.
 Opdracht lees(int argc, char** argv) {
     QStringList woorden;
     for (int i = 0; i < argc; ++i)
@@ -56,12 +68,12 @@ Opdracht lees(int argc, char** argv) {
             lezer.isSet(schaal) ? QByteArray::number(getal) : QByteArray()};
 }
 
-// What is not asked for, the environment may decide.
+// The environment decides where the command line gives no value.
 void stelIn(const char* naam, const QByteArray& waarde) {
     if (qEnvironmentVariableIsEmpty(naam)) qputenv(naam, waarde);
 }
 
-// Puts what is named after a state in that state, or a part of it: "focus pijl".
+// Puts an item that is named after a state in that state, or a part of the item: "focus pijl".
 void toonStaat(QQuickItem& item) {
     const QStringList woorden = item.objectName().split(u' ');
     QObject* wat = woorden.size() > 1 ? item.findChild<QObject*>(woorden[1]) : &item;
@@ -77,7 +89,7 @@ void toonStaat(QQuickItem& item) {
 }
 
 void toonStaten(QQuickView& venster) {
-    // Which it would get when it is shown.
+    // The size that showing the window would give.
     venster.contentItem()->setSize(venster.size());
     const QObject& blad = *venster.rootObject();
     static const QRegularExpression staten(QStringLiteral("^(zweef|focus|hulp)\\b"));
@@ -114,12 +126,13 @@ int main(int argc, char** argv) {
     }
     if (!opdracht.schaal.isEmpty()) {
         qputenv("QT_SCALE_FACTOR", opdracht.schaal);
-        qunsetenv("QT_SCREEN_SCALE_FACTORS");  // it would multiply with that
+        qunsetenv("QT_SCREEN_SCALE_FACTORS");  // would multiply with QT_SCALE_FACTOR
     }
     const QGuiApplication programma(argc, argv);
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Galerij"));
     QQuickView venster;
     brixtel::bxBereid(*venster.engine());
+    venster.setInitialProperties({{QStringLiteral("scenes"), scenes()}});
     venster.setSource(QUrl(QStringLiteral("qrc:/galerij/Galerij.qml")));
     if (venster.status() != QQuickView::Ready)
         return meld(QStringLiteral("de bediening is niet te laden"));

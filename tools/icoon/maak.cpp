@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Draws the icon: a B of glowing blocks that falling columns have left behind,
-// on a dark tile. `icoon-maak SIZE FILE.png`.
+// Draws the icon: a B of glowing blocks, left behind by falling columns, on a
+// dark tile. `icoon-maak SIZE FILE.png`.
 #include <QDir>
 #include <QFileInfo>
 #include <QLinearGradient>
@@ -19,7 +19,7 @@ using brixtel::BlokTekst;
 using brixtel::Tekenvlak;
 using brixtel::Thema;
 
-// All in pixels, so that blocks are sharp at every size.
+// Measures in whole pixels, so that blocks are sharp at every size.
 struct Maten {
     int zijde;
     int blok;
@@ -34,7 +34,7 @@ struct Maten {
 };
 
 Maten maten(int zijde) {
-    // Where there is room the letter leaves some to the columns; gaps show from 48 on.
+    // Large icons leave room for the columns beside the letter; gaps show from 48 pixels on.
     const double deel = zijde >= 64 ? 0.6 : 0.7;
     const int stap = std::max(2, static_cast<int>(std::round(zijde * deel / 7.0)));
     const int spleet = zijde < 48 ? 0 : std::max(1, static_cast<int>(std::round(stap * 0.16)));
@@ -59,7 +59,7 @@ void tekenTegel(QPainter& schilder, int zijde) {
         schilder.strokePath(tegel(zijde), QPen(Thema::donker(), std::max(1.0, zijde / 64.0)));
 }
 
-// The trail above and below each column of the letter: dim where it is far.
+// The trail above and below each column of the letter, dimmer with the distance.
 void tekenSporen(Tekenvlak& vlak, const Maten& m) {
     constexpr int kBoven[] = {2, 4, 1, 3, 2};
     constexpr int kOnder[] = {1, 0, 2, 0, 1};

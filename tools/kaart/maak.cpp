@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Draws the world map that the globe reads: dark land on a white sea, longitude
-// −180…180 by latitude 90…−90, four pixels to the degree.
+// Draws the world map for the globe: dark land on a white sea, longitude
+// −180…180 by latitude 90…−90, four pixels per degree.
 //
 // Usage: kaart-maak land-10m.json world_50m.json worldmap@2x.png
 // The first two are TopoJSON files: one with an object "land", as npm's world-atlas
@@ -21,11 +21,11 @@
 namespace {
 
 constexpr int kPerGraad = 4;
-// Drawn larger first, so that a coast's pixels are as dark as they are land.
+// Drawn at this multiple of the size, so that a coast pixel is as dark as its share of land.
 constexpr int kVerfijning = 4;
 
-// The arcs of a topology in degrees: integers of which each is the step from the
-// one before, on a grid that the file gives.
+// The arcs of a topology, in degrees. TopoJSON stores each point as an integer
+// step from the point before, on the file's own grid.
 std::vector<QPolygonF> leesBogen(const QJsonObject& topologie) {
     const QJsonObject raster = topologie[QLatin1String("transform")].toObject();
     const QJsonArray stap = raster[QLatin1String("scale")].toArray();
@@ -44,8 +44,8 @@ std::vector<QPolygonF> leesBogen(const QJsonObject& topologie) {
     return bogen;
 }
 
-// A ring, of which each arc begins where the one before ended; a negative number
-// is the arc ~number, backwards.
+// A ring of arcs, each of which begins where the last ended. A negative number
+// means the arc ~number, reversed.
 QPolygonF leesRing(const QJsonArray& nummers, const std::vector<QPolygonF>& bogen) {
     QPolygonF ring;
     for (const QJsonValue nummer : nummers) {
@@ -57,8 +57,8 @@ QPolygonF leesRing(const QJsonArray& nummers, const std::vector<QPolygonF>& boge
     return ring;
 }
 
-// The ring without its leaps over the date line: longitudes run on beyond 180. One
-// that goes all round the world, as Antarctica's does, is closed at its pole.
+// Removes a ring's leaps over the date line: longitudes run on beyond 180. A
+// ring all round the world, such as Antarctica's, is closed at its pole.
 QPolygonF ontvouw(QPolygonF ring) {
     double rond = 0.0;
     for (qsizetype i = 1; i < ring.size(); ++i) {
@@ -73,8 +73,8 @@ QPolygonF ontvouw(QPolygonF ring) {
     return ring;
 }
 
-// All that is of that name, in pixels. Rings within rings are holes, and islands in
-// them.
+// Reads all shapes of an object, in pixels. Rings inside rings are holes, or
+// islands inside holes.
 QPainterPath lees(const QJsonObject& topologie, QLatin1String naam) {
     const std::vector<QPolygonF> bogen = leesBogen(topologie);
     constexpr double schaal = kPerGraad * kVerfijning;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Address ranges by country, as the rows of Debian's tor-geoipdb give them.
+// Address ranges by country, from the rows of Debian's tor-geoipdb.
 #pragma once
 
 #include <cstdint>
@@ -11,15 +11,15 @@ namespace brixtel {
 
 __extension__ using Adres = unsigned __int128;
 
-// From the first to the last address, both in it; an IPv4 address as its number.
+// A range, first and last address included; IPv4 addresses are their numbers.
 struct AdresRij {
     Adres eerste = 0;
     Adres laatste = 0;
     std::string code;
 };
 
-// Rows of "first,last,code", in decimal for IPv4 and as addresses for IPv6;
-// lines that begin with # are skipped. Throws std::runtime_error, with the
+// Reads rows of "first,last,code", in decimal for IPv4 and as addresses for
+// IPv6; skips lines that begin with #. Throws std::runtime_error, with the
 // line's number, on any other line, and when the rows do not ascend.
 [[nodiscard]] std::vector<AdresRij> leesAdressen4(std::istream& in);
 [[nodiscard]] std::vector<AdresRij> leesAdressen6(std::istream& in);

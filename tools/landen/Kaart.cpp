@@ -32,7 +32,7 @@ Plaats plaatsVan(glm::dvec3 v) {
 }
 
 // The ring's area times its centre of mass on the sphere, pointing towards the
-// ring whichever way round it goes.
+// ring for either direction of travel.
 glm::dvec3 gewicht(const Ring& ring) {
     glm::dvec3 som(0.0);
     glm::dvec3 kant(0.0);
@@ -54,12 +54,12 @@ glm::dvec3 gewicht(const Stuk& stuk) {
     return som;
 }
 
-// The nearest way round, in degrees, from one longitude to another.
+// The longitude nearest to `bij` that means the same meridian.
 double nabij(double lengte, double bij) {
     return lengte - 360.0 * std::round((lengte - bij) / 360.0);
 }
 
-// Outlines that cross the 180th meridian jump there; this draws them on past it.
+// Unwraps outlines that jump at the 180th meridian.
 Stuk doorlopend(Stuk stuk) {
     const double begin = stuk.front().front().lengte;
     for (Ring& ring : stuk) {
@@ -74,7 +74,7 @@ bool omPool(const Ring& doorlopende) {
     return std::abs(doorlopende.front().lengte - doorlopende.back().lengte) > 180.0;
 }
 
-// Where the parallel crosses the outlines, from west to east.
+// The crossings of the parallel with the outlines, from west to east.
 std::vector<double> snijpunten(const Stuk& stuk, double breedte) {
     std::vector<double> lengten;
     for (const Ring& ring : stuk) {
@@ -107,7 +107,7 @@ Plaats binnen(const Stuk& stuk, Plaats p) {
     return beste;
 }
 
-// Adds up the steps of each line, which is how the file keeps them.
+// Sums up the steps of each line, which TopoJSON stores.
 std::vector<Ring> leesBogen(const QJsonObject& kaart) {
     const QJsonObject vorm = kaart[u"transform"_s].toObject();
     const QJsonArray schaal = vorm[u"scale"_s].toArray();
@@ -127,8 +127,8 @@ std::vector<Ring> leesBogen(const QJsonObject& kaart) {
     return bogen;
 }
 
-// A ring is a chain of arcs, each by its index, or by the complement of its
-// index when it runs backwards; the last point of one is the first of the next.
+// A ring is a chain of arcs, each given by its index, or by the index's
+// complement when reversed; an arc's last point is the next arc's first.
 Ring leesRing(const QJsonArray& nummers, const std::vector<Ring>& bogen) {
     Ring ring;
     for (const QJsonValue waarde : nummers) {
@@ -164,8 +164,8 @@ Kaart::Kaart(const QByteArray& topoJson) {
     const std::vector<Ring> bogen = leesBogen(kaart);
     for (const QJsonValue waarde : vormen) {
         const QJsonObject vorm = waarde.toObject();
-        // Some regions without a number of their own are listed without one, and
-        // some outlying ones under their country's.
+        // Some regions have no number of their own, and some outlying regions
+        // are listed under their country's.
         auto& stukken = landen_[vorm[u"id"_s].toString().toStdString()];
         for (Stuk& stuk : leesStukken(vorm, bogen))
             stukken.push_back(std::move(stuk));
@@ -183,7 +183,7 @@ std::optional<Plaats> Kaart::midden(const std::string& nummer) const {
         grootste = &stuk;
         zwaarste = g;
     }
-    // A shape too small for the map's grid is a point, which has no weight.
+    // A shape smaller than the map's grid is a point, with zero weight.
     if (glm::length(zwaarste) == 0.0) return std::nullopt;
     return binnen(*grootste, plaatsVan(zwaarste));
 }

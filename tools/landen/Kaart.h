@@ -17,17 +17,17 @@ struct Plaats {
     bool operator==(const Plaats&) const = default;
 };
 
-// The countries' shapes from a TopoJSON file with an object "countries", each
-// known by its three-digit ISO number.
+// The countries' shapes from a TopoJSON file with an object "countries", found
+// by their three-digit ISO numbers.
 class Kaart {
   public:
-    // Throws std::runtime_error when this is no such file.
+    // Throws std::runtime_error when the text is no such file.
     explicit Kaart(const QByteArray& topoJson);
 
     // The middle of the country's largest piece of land: its centre of mass on
-    // the sphere, or where that lies outside, the middle of the widest stretch
-    // of land on the same parallel. Nothing for a country without a shape, or
-    // whose shape is too small for the map.
+    // the sphere, or if that lies outside the land, the middle of the widest
+    // stretch of land on the same parallel. Gives nothing for a country without
+    // a shape, or with one too small for the map.
     [[nodiscard]] std::optional<Plaats> midden(const std::string& nummer) const;
 
   private:

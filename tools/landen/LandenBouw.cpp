@@ -12,7 +12,7 @@ namespace brixtel {
 
 namespace {
 
-// From the first to the last number of the table's own width, both in it.
+// A range of numbers of the table's own width, first and last included.
 struct Stuk {
     std::uint64_t eerste = 0;
     std::uint64_t laatste = 0;
@@ -28,8 +28,8 @@ std::optional<Plaats> plaatsVan(const LandenBronnen& bronnen, const std::string&
     return std::nullopt;
 }
 
-// As the file keeps it, so that a table reads back as it was written. Not
-// inline: GCC 12 drops the way through float where it does two of them at once.
+// Rounds to the file's own precision, so that a table reads back unchanged. Not inline:
+// GCC 12 drops the conversion through float where it inlines two of them at once.
 [[gnu::noinline]] double afgerond(double graden) {
     return static_cast<double>(static_cast<float>(std::round(graden * 100.0) / 100.0));
 }
@@ -62,7 +62,7 @@ std::vector<Stuk> stukken4(const std::vector<AdresRij>& rijen, const Indexen& in
 
 constexpr Adres kPer64 = Adres{1} << 64;
 
-// Gathers the rows that cover a /64 only in part.
+// Collects the rows that cover a /64 only in part.
 class Verdeling {
   public:
     void voegToe(std::uint64_t blok, Adres aantal, std::uint8_t index) {
@@ -113,7 +113,7 @@ std::vector<Stuk> stukken6(const std::vector<AdresRij>& rijen, const Indexen& in
     return stukken;
 }
 
-// The starts, with the gaps filled and neighbours of one country as one range.
+// The range starts, with gaps filled and neighbours of one country joined.
 template <typename Getal>
 void zet(const std::vector<Stuk>& stukken, std::vector<Getal>& starts,
          std::vector<std::uint8_t>& indexen) {

@@ -12,7 +12,7 @@
 
 namespace brixtel {
 
-// The index that marks a range without a country.
+// The index of a range without a country.
 inline constexpr std::uint8_t kGeenLand = 255;
 
 struct LandenBronnen {
@@ -24,15 +24,15 @@ struct LandenBronnen {
     Correcties correcties;
 };
 
-// The records by code: ISO's countries and those that the corrections add, each
-// at its corrected place, else the middle of its shape, else its first zone; to
-// a hundredth of a degree. Throws std::runtime_error for a country that is
-// nowhere, and when there are more than an index can tell apart.
+// The records by code: the countries of ISO and of the corrections. A record's
+// place is the corrected one, else the middle of the shape, else the first
+// zone, rounded to a hundredth of a degree. Throws std::runtime_error for a
+// country without any place, and when an index cannot tell all of them apart.
 [[nodiscard]] std::vector<Land> bouwLanden(const LandenBronnen& bronnen);
 
-// The whole table. Every address is in a range from the first on: gaps between
-// rows become ranges without a country. Of the rows within one /64 that has
-// several, the country with most of its addresses gets all of it.
+// The whole table. Every address is in a range: gaps between rows become ranges
+// without a country. In a /64 that several rows share, the country with most of
+// its addresses gets the whole /64.
 [[nodiscard]] LandenInhoud bouwTabel(const LandenBronnen& bronnen);
 
 }  // namespace brixtel

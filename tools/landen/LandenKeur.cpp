@@ -19,7 +19,7 @@ std::string plek(const char* wat, std::size_t nummer) {
 }
 
 void keurRecords(const std::vector<Land>& landen, Klachten& klachten) {
-    // An index is one byte, and the last of them says "no country".
+    // An index is one byte, and its last value means "no country".
     if (landen.size() > kGeenLand) klachten.push_back("aantal: meer landen dan een index telt");
     std::set<std::string> codes;
     for (std::size_t i = 0; i < landen.size(); ++i) {
@@ -29,7 +29,7 @@ void keurRecords(const std::vector<Land>& landen, Klachten& klachten) {
                                                  [](char c) { return c >= 'A' && c <= 'Z'; });
         if (!letters) klachten.push_back(plek("code: geen twee hoofdletters in land", i));
         if (!codes.insert(land.code).second) klachten.push_back(plek("code: dubbel in land", i));
-        // Written so that a number that is none fails too.
+        // This form of the test rejects NaN too.
         if (!(std::abs(land.breedte) <= 90.0 && std::abs(land.lengte) <= 180.0))
             klachten.push_back(plek("plaats: niet op aarde, land", i));
     }

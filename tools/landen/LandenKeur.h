@@ -8,8 +8,8 @@
 
 namespace brixtel {
 
-// What is wrong with a landen.bin, in Dutch, one thing each; empty when it is
-// sound. Reads anything at all without stopping the process.
+// The faults of a landen.bin, in Dutch, one per string; empty for a sound file.
+// Accepts any data without stopping the process.
 [[nodiscard]] std::vector<std::string> keurLanden(std::span<const std::uint8_t> bestand);
 
 }  // namespace brixtel

@@ -54,7 +54,7 @@ std::vector<std::uint8_t> pakIn(std::span<const std::uint8_t> data) {
     constexpr int kRauw = -15;
     constexpr int kGeheugen = 9;
     z_stream z{};
-    // The middle level packs this data as well as the highest and unpacks sooner.
+    // The middle level packs this data as well as the highest, and unpacks faster.
     if (deflateInit2(&z, 6, Z_DEFLATED, kRauw, kGeheugen, Z_DEFAULT_STRATEGY) != Z_OK)
         throw std::runtime_error("zlib");
     std::vector<std::uint8_t> uit(deflateBound(&z, data.size()));

@@ -9,7 +9,7 @@
 
 namespace brixtel {
 
-// The table as the file holds it, before packing. Each code must be two bytes.
+// The table in the file's form, before packing. Each code must be two bytes.
 [[nodiscard]] std::vector<std::uint8_t> schrijfLanden(const LandenInhoud& inhoud);
 
 // Any data as one raw DEFLATE stream.

@@ -15,7 +15,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-// +DDMM, +DDDMM, +DDMMSS or +DDDMMSS, as degrees.
+// Converts +DDMM, +DDDMM, +DDMMSS or +DDDMMSS (zone.tab) to degrees.
 double graden(const std::string& tekst) {
     const bool seconden = tekst.size() > 6;
     const double getal = std::abs(std::stod(tekst));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// landen-keur: says what is wrong with a landen.bin; exit status 1 if anything is.
+// landen-keur: prints the faults of a landen.bin; exit status 1 if there are any.
 #include <fstream>
 #include <iostream>
 #include <sstream>

@@ -5,6 +5,7 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "platform/files/OutputFile.h"
 #include "tools/landen/LandenBouw.h"
 #include "tools/landen/LandenSchrijf.h"
 
@@ -29,6 +30,11 @@ auto lees(const char* pad, Lezer lezer) {
     return lezer(bestand);
 }
 
+void schrijf(const std::string& pad, std::string_view bytes) {
+    if (platform::replaceFile(pad, bytes) != 0)
+        throw std::runtime_error("niet te schrijven: " + pad);
+}
+
 void maak(char** paden) {
     using namespace brixtel;
     const LandenInhoud inhoud = bouwTabel({.v4 = lees(paden[0], leesAdressen4),
@@ -38,10 +44,8 @@ void maak(char** paden) {
                                            .zones = lees(paden[4], leesZones),
                                            .correcties = lees(paden[5], leesCorrecties)});
     const auto bytes = pakIn(schrijfLanden(inhoud));
-    std::ofstream uit(paden[6], std::ios::binary);
-    uit.write(reinterpret_cast<const char*>(bytes.data()),
-              static_cast<std::streamsize>(bytes.size()));
-    if (!uit.flush()) throw std::runtime_error(std::string("niet te schrijven: ") + paden[6]);
+    schrijf(paden[6], {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+    schrijf(paden[6] + std::string(kLandenSom), somVan(bytes));
     std::cout << inhoud.landen.size() << " landen, " << inhoud.v4.size() << " reeksen v4, "
               << inhoud.v6.size() << " reeksen v6, " << bytes.size() << " bytes\n";
 }

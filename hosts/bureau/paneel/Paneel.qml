@@ -23,8 +23,8 @@ Rectangle {
         rol.contentY = Math.max(0, Math.min(rol.contentY + kant * rol.height * 0.9, rol.contentHeight - rol.height));
     }
 
-    // What has the keyboard is in sight. What was pressed is so already, and must
-    // not go from under the pointer before that lets go of it.
+    // Scrolls the control with keyboard focus into sight. A control that was pressed is in
+    // sight already, and must not move while the pointer holds it.
     function toon(wat) {
         if (wat?.toonFocus === false) return;
         for (let boven = wat; boven; boven = boven.parent)
@@ -133,7 +133,7 @@ Rectangle {
                 objectName: "saverMelding"
                 width: parent.width
                 visible: blad.paneel.saverOntbreekt
-                // What was pressed is above it, and it may be out of sight.
+                // The notice may lie below the visible part when the button is pressed.
                 onVisibleChanged: if (visible) { rijen.forceLayout(); blad.toon(this); }
                 tekst: "De instellingen van de schermbeveiliging zijn niet te openen: brixtel-saver ontbreekt of werkt niet."
             }

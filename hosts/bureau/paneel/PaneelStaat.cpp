@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "BrixtelSaver/SaverInstellingen.h"
-#include "hosts/bureau/BureauDienst.h"
+#include "hosts/bureau/ZwartSoort.h"
 
 namespace brixtel {
 
@@ -16,13 +16,12 @@ constexpr double kLampDuur = 0.15;     // seconds that a beat lights the lamp
 constexpr double kTeLaat = 0.5;        // seconds: an old beat is none
 constexpr double kStappen = 50.0;      // of the meter, so that it stands still in silence
 
-QString regenOf(std::optional<DrieSoort> soort) {
-    return soort ? ruweWaarde(*soort) : QStringLiteral("regen");
+QString metHoofdletter(QString tekst) {
+    if (!tekst.isEmpty()) tekst[0] = tekst[0].toUpper();
+    return tekst;
 }
 
-QVariantMap optie(const QString& ruw) {
-    QString label = ruw;
-    label[0] = label[0].toUpper();
+QVariantMap optie(const QString& ruw, const QString& label) {
     return {{QStringLiteral("waarde"), ruw}, {QStringLiteral("label"), label}};
 }
 
@@ -59,24 +58,26 @@ QString PaneelStaat::regenStatus() const {
 }
 
 QString PaneelStaat::regenMelding() const {
-    QString tekst = uitleg(stand().regenStand);
-    if (tekst.isEmpty()) return tekst;
-    tekst[0] = tekst[0].toUpper();
-    return tekst + u'.';
+    const QString tekst = metHoofdletter(uitleg(stand().regenStand));
+    return tekst.isEmpty() ? tekst : tekst + u'.';
 }
 
 QString PaneelStaat::zwartStatus() const {
-    return zwart() ? regenOf(stand().soort) : QStringLiteral("uit");
+    return zwart() ? ruweWaarde(stand().soort) : QStringLiteral("uit");
 }
 
 QString PaneelStaat::soort() const {
-    return regenOf(stand().keuzes.soort);
+    return ruweWaarde(stand().keuzes.soort);
+}
+
+QString PaneelStaat::soortUitleg() const {
+    return metHoofdletter(uitleg(stand().keuzes.soort)) + u'.';
 }
 
 QVariantList PaneelStaat::soorten() const {
-    QVariantList lijst{optie(regenOf(std::nullopt))};
-    for (const DrieSoort een : alleSoorten)
-        lijst << optie(ruweWaarde(een));
+    QVariantList lijst;
+    for (const ZwartSoort een : alleZwartSoorten())
+        lijst << optie(ruweWaarde(een), naam(een));
     return lijst;
 }
 
@@ -91,7 +92,7 @@ QString PaneelStaat::saverNaam() const {
 QVariantList PaneelStaat::saverKeuzes() const {
     QVariantList lijst;
     for (const SaverKeuze een : alleKeuzes)
-        lijst << optie(ruweWaarde(een));
+        lijst << optie(ruweWaarde(een), metHoofdletter(ruweWaarde(een)));
     return lijst;
 }
 
@@ -124,7 +125,7 @@ void PaneelStaat::zetSnelheid(double snelheid) {
 }
 
 void PaneelStaat::zetSoort(const QString& soort) {
-    std::optional<DrieSoort> gekozen;
+    ZwartSoort gekozen;
     if (leesSoort(soort, gekozen)) kies(&BureauKeuzes::soort, gekozen);
 }
 

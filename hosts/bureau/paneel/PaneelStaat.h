@@ -27,6 +27,7 @@ class PaneelStaat : public QObject {
     Q_PROPERTY(bool zwart READ zwart WRITE zetZwart NOTIFY standChanged)
     Q_PROPERTY(QString zwartStatus READ zwartStatus NOTIFY standChanged)
     Q_PROPERTY(QString soort READ soort WRITE zetSoort NOTIFY standChanged)
+    Q_PROPERTY(QString soortUitleg READ soortUitleg NOTIFY standChanged)
     Q_PROPERTY(QVariantList soorten READ soorten CONSTANT)
     Q_PROPERTY(bool voorbeeld READ voorbeeld WRITE zetVoorbeeld NOTIFY standChanged)
     Q_PROPERTY(bool muziek READ muziek WRITE zetMuziek NOTIFY standChanged)
@@ -53,6 +54,7 @@ class PaneelStaat : public QObject {
     [[nodiscard]] bool zwart() const { return stand().zwart; }
     [[nodiscard]] QString zwartStatus() const;
     [[nodiscard]] QString soort() const;
+    [[nodiscard]] QString soortUitleg() const;
     [[nodiscard]] QVariantList soorten() const;
     [[nodiscard]] bool voorbeeld() const { return stand().keuzes.voorbeeld; }
     [[nodiscard]] bool muziek() const { return stand().keuzes.muziek; }

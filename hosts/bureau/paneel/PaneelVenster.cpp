@@ -114,11 +114,11 @@ void PaneelVenster::toonSaverBlad() {
     const QStringList woorden{QStringLiteral("--instellingen"),
                               QStringLiteral("--boven=%1").arg(platform::refOf(*view_).text)};
     staat_->zetSaverBlad(true);
-    saverBlad_.toon(woorden, [this](bool goed) {
+    saverBlad_.toon(woorden, [this](const InstellingenProces::Afloop& afloop) {
         // The panel may be closed, or be another by now.
         if (!staat_) return;
         staat_->zetSaverBlad(false);
-        staat_->zetSaverOntbreekt(!goed);
+        staat_->zetSaverOntbreekt(!afloop.goed);
         staat_->herlees();
     });
 }

@@ -15,15 +15,15 @@ constexpr double kSamennemen = 0.15;  // seconds, while a slider is dragged
 
 Voorbeeld::Voorbeeld(platform::WindowServer& server, platform::RandomSource& toeval)
     : server_(server), toeval_(toeval), andereRegen_(server.clock(), kSamennemen, [this] {
-          regen_->laag()->removeFromSuperlayer();
-          vulRegen();
+          tafereel_->vernieuwRegen();
+          zetSnelheid();
       }) {}
 
 Voorbeeld::~Voorbeeld() {
     weg();
 }
 
-void Voorbeeld::toon(QWindow& in, const QRect& plek, const Wat& wat) {
+void Voorbeeld::toon(QWindow& in, const QRect& plek, const Inhoud& inhoud) {
     if (plek.isEmpty() || !server_.isConnected() || !server_.system().capabilities().adoptsHosts)
         return weg();
     const bool nieuw = !vak_ || vak_->parent() != &in;
@@ -37,66 +37,52 @@ void Voorbeeld::toon(QWindow& in, const QRect& plek, const Wat& wat) {
     }
     const bool andereMaat = vak_->size() != plek.size();
     vak_->setGeometry(plek);
-    const Wat voor = std::exchange(wat_, wat);
-    if (nieuw || wat.soort != voor.soort) return vul();
+    const Inhoud voor = std::exchange(inhoud_, inhoud);
+    if (nieuw || inhoud.soort != voor.soort) return vul();
     // A scene fills its window by itself, and has nothing of the rain's.
-    if (!regen_) return;
-    if (andereMaat || wat.dichtheid != voor.dichtheid) andereRegen_.vraag();
-    if (wat.snelheid != voor.snelheid) zetSnelheid();
+    if (!tafereel_->regen()) return;
+    if (andereMaat || inhoud.dichtheid != voor.dichtheid) andereRegen_.vraag();
+    if (inhoud.snelheid != voor.snelheid) zetSnelheid();
 }
 
 void Voorbeeld::weg() {
     andereRegen_.vergeet();
     venster_.reset();
+    tafereel_.reset();
     view_.reset();
-    regen_.reset();
-    wereld_.reset();
     vak_.reset();
 }
 
 void Voorbeeld::vul() {
-    const QRectF vlak(QPointF(0.0, 0.0), QSizeF(vak_->size()));
-    view_ = std::make_shared<View>(vlak);
-    view_->setWantsLayer(true);
-    view_->layer()->setBackgroundColor(Qt::black);
-    std::unique_ptr<DrieWereld> wereld;
-    if (wat_.soort) {
-        wereld = std::make_unique<DrieWereld>(
-            *wat_.soort, DrieWereldOpties{.groot = false, .rustig = true},
-            DrieWereldBronnen{.klok = server_.clock(), .toeval = toeval_});
-        const auto drie = wereld->maakView(vlak);
-        drie->setAutoresizingMask(View::WidthSizable | View::HeightSizable);
-        drie->onFailure([this] { geenWereld(); });
-        view_->addSubview(drie);
-    }
-    venster_->setContentView(view_);
     andereRegen_.vergeet();
+    const QRectF vlak(QPointF(0.0, 0.0), QSizeF(vak_->size()));
+    auto view = std::make_shared<View>(vlak);
+    view->setWantsLayer(true);
+    view->layer()->setBackgroundColor(Qt::black);
+    auto tafereel =
+        std::make_unique<Tafereel>(*view,
+                                   TafereelOpties{.soort = inhoud_.soort,
+                                                  .wereld = {.groot = false, .rustig = true},
+                                                  .regen = [this] { return regenOpties(); },
+                                                  .bijGeenDrie = [this] { zetSnelheid(); }},
+                                   DrieWereldBronnen{.klok = server_.clock(), .toeval = toeval_});
+    venster_->setContentView(view);
     // What the last content showed may go now.
-    regen_.reset();
-    wereld_ = std::move(wereld);
-    if (!wereld_) vulRegen();
-}
-
-void Voorbeeld::vulRegen() {
-    regen_ = std::make_unique<MatrixRegen>(MatrixRegenOpties{.maat = QSizeF(vak_->size()),
-                                                             .schaal = vak_->devicePixelRatio(),
-                                                             .dichtheid = wat_.dichtheid},
-                                           server_.clock(), toeval_);
+    tafereel_ = std::move(tafereel);
+    view_ = std::move(view);
     zetSnelheid();
-    view_->layer()->addSublayer(regen_->laag());
 }
 
-// One made for a speed and one whose time goes by at that speed fall alike.
+MatrixRegenOpties Voorbeeld::regenOpties() const {
+    return {.maat = QSizeF(vak_->size()),
+            .schaal = vak_->devicePixelRatio(),
+            .dichtheid = inhoud_.dichtheid};
+}
+
+// A rain made for a speed and one whose time goes by at that speed fall alike.
 void Voorbeeld::zetSnelheid() {
-    regen_->zetTempo(static_cast<float>(wat_.snelheid));
-}
-
-// Where nothing can draw scenes, it rains in their place.
-void Voorbeeld::geenWereld() {
-    const auto drie = view_->subviews().front();
-    drie->removeFromSuperview();
-    wereld_.reset();
-    vulRegen();
+    if (MatrixRegen* const regen = tafereel_->regen())
+        regen->zetTempo(static_cast<float>(inhoud_.snelheid));
 }
 
 }  // namespace brixtel

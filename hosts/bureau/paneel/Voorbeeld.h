@@ -6,10 +6,9 @@
 #include <memory>
 #include <optional>
 
-#include "hosts/bureau/Spaarzaam.h"
+#include "hosts/bureau/GedoseerdeActie.h"
 #include "platform/window/Window.h"
-#include "rain/MatrixRegen.h"
-#include "worlds/DrieWereld.h"
+#include "tafereel/Tafereel.h"
 
 namespace brixtel {
 
@@ -18,11 +17,11 @@ namespace brixtel {
 // lets the mouse through. Main thread; server and source must outlive it.
 class Voorbeeld {
   public:
-    struct Wat {
+    struct Inhoud {
         std::optional<DrieSoort> soort;  // none for the rain
         double dichtheid = 0.7;          // of the rain
         double snelheid = 1.0;
-        friend bool operator==(const Wat&, const Wat&) = default;
+        friend bool operator==(const Inhoud&, const Inhoud&) = default;
     };
 
     Voorbeeld(platform::WindowServer& server, platform::RandomSource& toeval);
@@ -33,28 +32,25 @@ class Voorbeeld {
     // At that place in the window, in points from its upper left. An empty place
     // shows nothing. Only another kind is another picture: the rain takes its speed
     // as it falls and is made anew, but seldom, for its density; a scene has neither.
-    void toon(QWindow& in, const QRect& plek, const Wat& wat);
+    void toon(QWindow& in, const QRect& plek, const Inhoud& inhoud);
     void weg();
 
-    [[nodiscard]] bool isGetoond() const { return venster_ != nullptr; }
     // None while nothing is shown.
     [[nodiscard]] const platform::Window* venster() const { return venster_.get(); }
 
   private:
     void vul();
-    void vulRegen();
+    [[nodiscard]] MatrixRegenOpties regenOpties() const;
     void zetSnelheid();
-    void geenWereld();
 
     platform::WindowServer& server_;
     platform::RandomSource& toeval_;
-    Spaarzaam andereRegen_;
-    Wat wat_;
+    GedoseerdeActie andereRegen_;
+    Inhoud inhoud_;
     std::unique_ptr<QWindow> vak_;
     std::unique_ptr<platform::Window> venster_;  // draws in it
     std::shared_ptr<platform::View> view_;
-    std::unique_ptr<MatrixRegen> regen_;  // or
-    std::unique_ptr<DrieWereld> wereld_;  // one of the two
+    std::unique_ptr<Tafereel> tafereel_;
 };
 
 }  // namespace brixtel

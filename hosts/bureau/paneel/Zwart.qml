@@ -18,6 +18,7 @@ Column {
         onGewisseld: (nu) => paneel.soort = nu
         Accessible.name: "Scène van het zwarte scherm"
     }
+    BXUitleg { objectName: "soortUitleg"; width: parent.width; tekst: paneel.soortUitleg }
     BXKnop {
         width: Math.min(implicitWidth, parent.width)
         titel: "Toon nu"

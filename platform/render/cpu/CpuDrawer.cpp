@@ -65,11 +65,11 @@ struct CpuDrawer::State {
     PixelBuffer target;
     ConvertedImages converted;
     std::vector<CpuPaint> items;
-    std::vector<PixelRect> bounds;  // of the items, masks included
+    std::vector<PixelRect> bounds;  // per item, masks included
     CpuMasks masks;
-    std::vector<float> rowAlphas;    // of a region's rows
-    std::vector<float> pixelAlphas;  // of a row's pixels
-    std::vector<Rgba> colours;       // of a row's pixels
+    std::vector<float> rowAlphas;    // per row of a region
+    std::vector<float> pixelAlphas;  // per pixel of a row
+    std::vector<Rgba> colours;       // per pixel of a row
 };
 
 CpuPaint CpuDrawer::State::place(const DisplayList& list, const DisplayItem& item,
@@ -88,7 +88,7 @@ void CpuDrawer::State::prepare(const DisplayList& list, const PixelGrid& grid) {
     for (const DisplayItem& piece : list.pieces)
         masks.addPiece(place(list, piece, grid));
     masks.finish();
-    // As much room as the list has, which grows no more in steady use.
+    // The room equals the list's own, which stops growing in steady use.
     items.clear();
     items.reserve(list.items.capacity());
     bounds.clear();
@@ -122,7 +122,7 @@ void CpuDrawer::State::drawItem(const CpuPaint& paint, std::int32_t mask, const 
         drawAny(paint, mask, even, region);
 }
 
-// Every row under one alpha, and either pixels of a picture or one colour.
+// Draws an item with one alpha per row, and with a picture's pixels or one colour.
 void CpuDrawer::State::drawEven(const CpuPaint& paint, const PixelRect& region) {
     for (int y = region.y0; y < region.y1; ++y) {
         const float alpha = rowAlphas[static_cast<std::size_t>(y - region.y0)];

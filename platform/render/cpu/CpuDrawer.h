@@ -15,32 +15,32 @@
 
 namespace platform {
 
-// A picture in memory that someone else owns: premultiplied ARGB, one number a
-// pixel in the machine's byte order, row 0 at the top.
+// A picture in memory that another object owns: premultiplied ARGB, one number
+// per pixel in the machine's byte order, row 0 at the top.
 struct PixelBuffer {
     std::uint32_t* pixels = nullptr;
     int stride = 0;  // from one row to the next, in pixels
     QSize size;      // in pixels
 };
 
-// Draws display lists with the processor alone: only the rectangles it is told
-// to, so that a mostly still picture costs next to nothing. Where a picture is
-// shown pixel for pixel under a mask that is even along a row, as digits under
-// falling trails are, that takes a few integer operations a pixel; all else is
-// right but slower. Keep one per window: it reuses its memory and allocates
-// nothing once that has grown. Any one thread at a time.
+// Draws display lists on the processor, only inside the given rectangles, so a
+// mostly still picture costs next to nothing. The fast path takes a few integer
+// operations per pixel: a picture shown pixel for pixel, under a mask that is
+// even along a row (digits under falling trails). Everything else is right but
+// slower. Keep one drawer per window: it owns working memory, reuses it, and
+// allocates nothing once grown. One thread at a time.
 //
-// Rules, which every drawer of display lists keeps:
+// Rules, which every drawer of display lists follows:
 // - Edges lie on whole pixels (PixelGrid::snap) and are never softened.
-// - A picture whose size in pixels is within less than one of the rectangle it
-//   fills, both ways, is not stretched: its lower left pixel lies at the snapped
-//   lower left corner, and what sticks out at the top or right is cut off.
+// - A picture is not stretched when its size in pixels differs from the
+//   rectangle it fills by less than one, both ways: its lower left pixel lies at
+//   the snapped lower left corner, and any excess at the top or right is cut off.
 //   Other pictures are stretched to the snapped rectangle, bilinearly between
-//   pixel centres, the outermost pixels extending to the edge.
-// - A gradient is taken at the pixel's centre, in the unit square of the
-//   rectangle before snapping. An axis without length shows the first colour.
+//   pixel centres; the outermost pixels extend to the edge.
+// - A gradient is sampled at the pixel's centre, in the unit square of the
+//   rectangle before snapping. An axis of zero length shows the first colour.
 // - Premultiplied source-over; an item's alpha is multiplied by its opacity and
-//   its mask's alpha. The pieces of a mask lie over one another, a + b - ab.
+//   its mask's alpha. The pieces of a mask combine as a + b - ab.
 class CpuDrawer {
   public:
     CpuDrawer();
@@ -49,9 +49,9 @@ class CpuDrawer {
     CpuDrawer& operator=(const CpuDrawer&) = delete;
 
     // Makes the given rectangles of `target` (in its pixels; they may reach
-    // outside) show the list over the background, whatever they showed; without
-    // a background, over what they showed, and then they must not overlap.
-    // Touches no other pixel.
+    // outside) show the list over the background, whatever they showed before.
+    // Without a background, draws over their present contents; the rectangles
+    // must then not overlap. Touches no other pixel.
     void draw(const DisplayList& list, const PixelGrid& grid, std::span<const QRect> rects,
               std::optional<Rgba> background, const PixelBuffer& target);
 

@@ -7,7 +7,7 @@ namespace platform {
 
 namespace {
 
-// One piece's alphas over those of the pieces below.
+// Combines one piece's alphas with those of the pieces below.
 void compose(float* below, const float* above, int count) {
     for (int i = 0; i < count; ++i)
         below[i] += above[i] - below[i] * above[i];
@@ -37,7 +37,7 @@ void CpuMasks::finish() {
         PixelRect bounds;
         for (const CpuPaint& piece : piecesOf(mask))
             bounds = bounds | piece.shown();
-        // An outer mask stands before those that lie in it.
+        // An outer mask comes before its inner masks in the list.
         if (at(mask).outer >= 0) bounds = bounds & this->bounds(at(mask).outer);
         bounds_.push_back(bounds);
     }

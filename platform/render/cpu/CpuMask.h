@@ -10,26 +10,26 @@
 
 namespace platform {
 
-// The masks of one display list laid on a picture's pixels. Reused from drawing
-// to drawing for its memory. The list must outlive the use.
+// The masks of one display list, laid on a picture's pixels. Owns its memory and reuses
+// it for the next drawing. The list must outlive the use. One thread at a time.
 class CpuMasks {
   public:
-    // `longest` is the most rows or pixels that will be asked for at once. The
-    // pieces follow, in the list's order.
+    // Starts on a list. `longest` is the largest number of rows or pixels in one later
+    // call. Call addPiece() for each piece next, in the list's order, then finish().
     void prepare(const DisplayList& list, int longest);
     void addPiece(const CpuPaint& piece) { pieces_.push_back(piece); }
     void finish();
 
-    // Beyond it nothing shows under this mask (an index of the list's) and those
-    // that it lies in.
+    // The area outside which nothing shows under this mask (an index of the
+    // list's) and its outer masks.
     [[nodiscard]] const PixelRect& bounds(std::int32_t mask) const {
         return bounds_[static_cast<std::size_t>(mask)];
     }
 
-    // Whether within `region` every pixel of a row has the same alpha.
+    // Whether, within `region`, each row has one alpha.
     [[nodiscard]] bool isEven(std::int32_t mask, const PixelRect& region) const;
 
-    // Multiplies the alphas of the region's rows, where isEven.
+    // Multiplies the alphas of the region's rows; requires isEven().
     void multiplyRows(std::int32_t mask, const PixelRect& region, float* alphas);
 
     // Multiplies the alphas of `count` pixels from (x, y) rightward.

@@ -8,8 +8,8 @@ namespace platform {
 
 namespace {
 
-// How far `along` lies between two stops, in [0, 1]; where they coincide the
-// second begins just above.
+// The position of `along` between two stops, in [0, 1]; where the stops
+// coincide, the second begins just above.
 float progress(float along, float from, float to) {
     const float steepness = to > from ? 1.0F / (to - from) : 1e30F;
     return std::clamp((along - from) * steepness, 0.0F, 1.0F);
@@ -28,8 +28,8 @@ Rgba mix(const Rgba& a, const Rgba& b, float share) {
             a.a + (b.a - a.a) * share};
 }
 
-// Which two of `size` source pixels lie around a target pixel's centre, and the
-// share of the second.
+// The two of `size` source pixels around a target pixel's centre, and the share
+// of the second.
 struct Tap {
     int first, second;
     float share;
@@ -111,7 +111,7 @@ void CpuPaint::rowAlphas(int y, int count, float* alphas) const {
         std::fill_n(alphas, count, colour_.a * opacity_);
         return;
     }
-    // The sum of what each pair of stops adds, pair by pair, so that the rows of
+    // The sum of each pair of stops' contribution, pair by pair: the rows of
     // one pair make a loop without branches.
     std::fill_n(alphas, count, stops_.front().colour.a * opacity_);
     for (std::size_t i = 1; i < stops_.size(); ++i) {

@@ -14,24 +14,24 @@
 
 namespace platform {
 
-// One display item laid on a picture's pixels: tells the colour of each, before
-// opacity and mask. A plain value made afresh for each drawing; it points into
-// the display list, which must outlive it.
+// One display item laid on a picture's pixels: tells the colour of each pixel,
+// before opacity and mask. A value made for one drawing, on any thread; points
+// into the display list, which must outlive it.
 class CpuPaint {
   public:
-    // `image` is the item's picture as premultiplied ARGB, null for the others.
+    // `image` is the item's picture as premultiplied ARGB, null for other kinds.
     CpuPaint(const DisplayItem& item, std::span<const GradientLayer::Stop> stops,
              const PixelGrid& grid, const QImage* image);
 
-    // Where it shows: its snapped rectangle within its clip.
+    // The visible area: the snapped rectangle within the clip.
     [[nodiscard]] const PixelRect& shown() const { return shown_; }
     [[nodiscard]] float opacity() const { return opacity_; }
 
-    // Whether every pixel of a row has the same colour.
+    // Whether each row has one colour.
     [[nodiscard]] bool isEvenAlongRows() const {
         return kind_ == Kind::Colour || kind_ == Kind::RowGradient;
     }
-    // Whether the pixels of a picture lie on those of the target one to one.
+    // Whether a picture's pixels lie on those of the target one to one.
     [[nodiscard]] bool isPixels() const { return kind_ == Kind::Pixels; }
 
     // The colour of an even row.
@@ -61,7 +61,7 @@ class CpuPaint {
     PixelRect rect_;
     PixelRect shown_;
 
-    // Gradients: the place along the axis is affine in the pixel's place.
+    // Gradients: the position along the axis is affine in the pixel's position.
     std::span<const GradientLayer::Stop> stops_;
     double along0_ = 0.0, alongX_ = 0.0, alongY_ = 0.0;
 

@@ -19,7 +19,7 @@ std::array<std::uint16_t, 256> makeDecoding() {
     return table;
 }
 
-// Two neighbours along one side, and the second one's share of what lies between.
+// Two neighbours along one side, and the second one's share.
 struct Pair {
     std::size_t first = 0;
     std::size_t second = 0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Pictures as video memory keeps them; private to platform/render.
+// Pictures in the format of video memory; private to platform/render.
 #pragma once
 
 #include <QImage>
@@ -9,16 +9,16 @@
 
 namespace platform {
 
-// The picture's pixels, top row first, as 16 bits of linear light a component
-// with alpha multiplied in: what is between two of them is then right by plain
-// averaging, in every driver.
+// The picture's pixels, top row first, as 16 bits of linear light per component
+// with alpha multiplied in. Plain averaging between two pixels is then right,
+// in every driver.
 [[nodiscard]] std::vector<std::uint16_t> linearPixels(const QImage& picture);
 
-// The size of the next smaller level of a mipmap; of one pixel, itself.
+// The size of the next smaller level of a mipmap; a single pixel gives itself.
 [[nodiscard]] QSize halvedSize(QSize size);
 
-// Such pixels at that size, each being what lies in the middle of the area that it
-// stands for, as drivers make their levels: of even sides, the area's average.
+// The next smaller level of such pixels of that size: each result is the middle of the
+// area that it covers, as drivers compute it; for even sides, the area's average.
 [[nodiscard]] std::vector<std::uint16_t> halvedPixels(const std::vector<std::uint16_t>& pixels,
                                                       QSize size);
 

@@ -11,7 +11,7 @@ namespace platform::rows {
 
 namespace {
 
-// A component c of 8 bits is widened to c * 257, so that 65535 is whole for
+// An 8-bit component c is widened to c * 257: 65535 is then the whole for
 // components and shares alike, and a product is the upper half of 32 bits.
 constexpr std::uint32_t kWhole = 65535;
 
@@ -38,8 +38,8 @@ std::uint32_t over(std::uint32_t below, const std::uint32_t (&colour)[4]) {
     return result;
 }
 
-// The nearest whole number of `unit`s to a component, cut to [0, 1]. The
-// library's own rounding is a call a component; nothing here is negative.
+// The number of `unit`s nearest to a component, clamped to [0, 1]. The library's
+// rounding costs a function call per component; no value here is negative.
 std::uint32_t nearest(float component, float unit) {
     // NOLINTNEXTLINE(bugprone-incorrect-roundings)
     return static_cast<std::uint32_t>(std::clamp(component, 0.0F, 1.0F) * unit + 0.5F);
@@ -51,7 +51,7 @@ std::uint32_t wide(float component) {
 
 #if defined(__SSE2__)
 
-// Two pixels of 16-bit components: each one's alpha in all four places.
+// Two pixels of 16-bit components: each pixel's alpha in all four places.
 __m128i alphas(__m128i two) {
     return _mm_shufflehi_epi16(_mm_shufflelo_epi16(two, 0xFF), 0xFF);
 }

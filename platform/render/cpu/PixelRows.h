@@ -5,17 +5,17 @@
 
 #include "platform/layers/Rgba.h"
 
-// The inner loops of the CPU drawer: a run of pixels within one row. Pixels are
-// premultiplied ARGB as in PixelBuffer. All are source-over.
+// The inner loops of the CPU drawer: a run of pixels within one row. Pixels are premultiplied
+// ARGB as in PixelBuffer. Every loop is source-over. The caller owns all memory. Any thread.
 namespace platform::rows {
 
-// A share as the integer loops take it; 65535 is whole.
+// A share for the integer loops; 65535 is the whole.
 using Share = std::uint16_t;
 
-// Of an alpha; what lies outside [0, 1] is taken as its nearer end.
+// The share for an alpha, which is clamped to [0, 1].
 [[nodiscard]] Share share(float alpha);
 
-// The nearest pixel to a colour whose components lie in [0, 1].
+// The pixel nearest to a colour whose components lie in [0, 1].
 [[nodiscard]] std::uint32_t pixel(const Rgba& colour);
 
 void fill(std::uint32_t* to, int count, std::uint32_t pixel);
@@ -23,7 +23,7 @@ void fill(std::uint32_t* to, int count, std::uint32_t pixel);
 // Draws a run of a picture's pixels, each times `alpha`.
 void blend(std::uint32_t* to, const std::uint32_t* from, int count, Share alpha);
 
-// The same to the last bit without the processor's vector instructions.
+// The same to the last bit, without vector instructions.
 void blendPortable(std::uint32_t* to, const std::uint32_t* from, int count, Share alpha);
 
 // Draws one colour.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Shares work among the processor's cores; private to platform/render.
+// Shares work among processor cores; private to platform/render.
 #pragma once
 
 #include <atomic>
@@ -10,10 +10,10 @@
 
 namespace platform {
 
-// Threads that wait between the pieces of work. Used by one thread at a time.
+// Owns threads that wait between pieces of work. One calling thread at a time.
 class RowPool {
   public:
-    // As many threads as there are cores, the caller's counted, and at most this.
+    // Takes as many threads as there are cores, the caller's included, at most `most`.
     explicit RowPool(int most = 8);
     ~RowPool();
     RowPool(const RowPool&) = delete;
@@ -21,8 +21,8 @@ class RowPool {
 
     [[nodiscard]] int threads() const { return static_cast<int>(workers_.size()) + 1; }
 
-    // Calls `part` with 0 ..< count, in any order and on any of the threads, and
-    // returns when all is done. Allocates nothing.
+    // Calls `part` with 0 ..< count, in any order and on any of the threads;
+    // returns when every call has returned. Allocates nothing.
     template <typename Part>
     void run(int count, const Part& part) {
         start(

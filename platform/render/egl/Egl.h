@@ -27,7 +27,7 @@ struct EglPlatform {
 // cannot do gives none.
 class EglDisplay {
   public:
-    // Without any display server: on a GPU where there is one, else on Mesa's
+    // Needs no display server: on a GPU where there is one, else on Mesa's
     // software renderer.
     [[nodiscard]] static std::shared_ptr<EglDisplay> offscreen();
 
@@ -58,15 +58,15 @@ class EglDisplay {
     std::string extensions_;
 };
 
-// What is asked of a config to draw into a window with.
+// Traits of a config that drawing into a window asks for. A plain value.
 struct EglConfigTraits {
     int visual = 0;  // the window system's number for its pixels; 0 for none
     int depth = 0;   // bits of the colours and of alpha together
     int alpha = 0;   // bits of alpha alone
 };
 
-// What OpenGL draws into to show it in a window, whoever made that window. Belongs
-// to the thread on which it is current. The window may vanish at any time: then
+// The surface that OpenGL draws into to show it in a window, whoever made that
+// window. Belongs to the thread on which it is current. The window may vanish at any time: then
 // swapping fails or shows nothing, and nothing worse happens.
 class EglWindowSurface {
   public:
@@ -88,8 +88,8 @@ class EglWindowSurface {
     // far as the driver noticed, or the window system has gone.
     // With an interval of 1 it may wait for the screen.
     bool swap();
-    // Vertical blanks between two pictures; 0 does not wait. The surface must be
-    // current.
+    // Sets the vertical blanks between two pictures; 0 does not wait. The
+    // surface must be current.
     bool setSwapInterval(int interval);
     // Pixels, as of the last swap. A driver may learn of a new size later than the
     // window's owner does.
@@ -106,17 +106,17 @@ class EglWindowSurface {
     void* config_;
 };
 
-// Says what glGetGraphicsResetStatus() would; for trying what a lost GPU brings.
+// Replaces glGetGraphicsResetStatus() in tests of a lost GPU.
 using ResetQuery = std::function<unsigned()>;
 
-// OpenGL 3.3, core profile. Current on at most one thread at a time; every
-// OpenGL object made in it must be dropped while it is current, and the context
-// itself where it is current or current nowhere.
+// An OpenGL 3.3 context, core profile, that keeps its display. Current on at most
+// one thread at a time. Every OpenGL object made in it must be dropped while it is
+// current; the context itself, while current there or current nowhere.
 class GlContext {
   public:
-    // Made to fit `surface` where the driver needs to know; a context without
-    // one can draw off screen on every driver, and to windows on nearly all.
-    // `resetStatus`, if given, is asked in the driver's place.
+    // Fits `surface` where the driver needs that. A context without a surface
+    // can draw off screen on every driver, and to windows on nearly all.
+    // `resetStatus`, if given, replaces the driver's answer.
     [[nodiscard]] static std::unique_ptr<GlContext> create(
         std::shared_ptr<EglDisplay> display, const EglWindowSurface* surface = nullptr,
         ResetQuery resetStatus = {});
@@ -124,29 +124,29 @@ class GlContext {
     GlContext(const GlContext&) = delete;
     GlContext& operator=(const GlContext&) = delete;
 
-    // False if the driver refuses; then nothing has changed.
+    // False, with nothing changed, if the driver refuses.
     bool makeCurrent();
     bool makeCurrent(const EglWindowSurface& surface);
     void doneCurrent();
 
-    // Whether the GPU was reset, and all that was made here is lost with it: then
-    // nothing can be drawn any more, and another context is needed. It must be
-    // current. Never true where the driver does not tell.
+    // Whether a GPU reset lost the context with all its objects: nothing can be
+    // drawn any more, and another context is needed. The context must be
+    // current. Always false where the driver does not report resets.
     [[nodiscard]] bool isLost();
-    // The same of the one that is current on this thread, if any is.
+    // The same for this thread's current context; false without one.
     [[nodiscard]] static bool isCurrentLost();
 
-    // As the driver names it; empty until the context was current for the first
-    // time.
+    // The driver's name for itself; empty until the context was first
+    // current.
     [[nodiscard]] const std::string& rendererName() const { return rendererName_; }
-    // Whether the CPU does the drawing; see isSoftwareRenderer().
+    // Whether the CPU draws; see isSoftwareRenderer().
     [[nodiscard]] bool isSoftware() const;
 
-    // The most that it can draw at once, in pixels; it must be current.
+    // The driver's largest picture, in pixels; a context must be current.
     [[nodiscard]] static QSize largestPicture();
 
-    // How many errors OpenGL has reported, each with a line on standard error.
-    // Counted in strict builds only (BRIXTEL_STRICT), else 0.
+    // The number of errors that OpenGL has reported, each with a line on
+    // standard error. Strict builds (BRIXTEL_STRICT) only, else 0.
     [[nodiscard]] int errors() const { return errors_; }
 
   private:
@@ -163,9 +163,9 @@ class GlContext {
 };
 
 // Whether a renderer of this name (GL_RENDERER) draws on the CPU: Mesa's
-// llvmpipe and softpipe, its older "Software Rasterizer" and swr, and SwiftShader.
-// Renderers of virtual machines that hand the work to the host's GPU (virgl,
-// SVGA3D) are none of these.
+// llvmpipe and softpipe, its older "Software Rasterizer" and swr, and
+// SwiftShader. Virtual machines' renderers that use the host's GPU (virgl,
+// SVGA3D) do not count.
 [[nodiscard]] bool isSoftwareRenderer(std::string_view name);
 
 }  // namespace platform

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What EGL tells before any display is open; private to platform/render. Costs
-// no driver: only the list of what there is.
+// EGL's answers before any display is open; private to platform/render. Loads
+// no driver: only the list of devices.
 #pragma once
 
 #include <vector>
@@ -14,7 +14,7 @@ struct EglDevice {
 
 // Empty where EGL cannot list them.
 [[nodiscard]] std::vector<EglDevice> eglDevices();
-// Whether the environment wants Mesa to draw on the CPU.
+// Whether the environment asks Mesa to draw on the CPU.
 [[nodiscard]] bool isSoftwareForced();
 
 }  // namespace platform

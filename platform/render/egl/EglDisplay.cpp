@@ -77,7 +77,7 @@ std::vector<EglDevice> eglDevices() {
 }
 
 bool isSoftwareForced() {
-    // As Mesa reads its own switch.
+    // The value is read by Mesa's own rule.
     const char* const value = std::getenv("LIBGL_ALWAYS_SOFTWARE");
     if (!value) return false;
     const std::string_view word(value);

@@ -30,8 +30,8 @@ void countError(GLenum, GLenum type, GLuint, GLenum, GLsizei, const GLchar* text
 
 thread_local GlContext* currentContext = nullptr;
 
-// A context that says when the GPU was reset, where there is any; which word asks
-// for it depends on the driver, and some that know a word refuse it.
+// Makes a context that reports GPU resets, where possible. The attribute's name
+// depends on the driver, and some drivers refuse a name that they know.
 EGLContext createHandle(const EglDisplay& display, EGLConfig config) {
     const std::vector<EGLint> plain{EGL_CONTEXT_MAJOR_VERSION_KHR,
                                     3,
@@ -55,7 +55,7 @@ EGLContext createHandle(const EglDisplay& display, EGLConfig config) {
     return handle != EGL_NO_CONTEXT ? handle : tryWith({});
 }
 
-// None where the driver has no such call.
+// Null where the driver has no such call.
 ResetQuery driversResetQuery() {
     if (epoxy_has_gl_extension("GL_KHR_robustness") || epoxy_gl_version() >= 45)
         return [] { return glGetGraphicsResetStatus(); };
@@ -113,7 +113,7 @@ bool GlContext::makeCurrent(const EglWindowSurface& surface) {
 }
 
 bool GlContext::bind(void* surface) {
-    // Which API is meant is a thread's own state.
+    // The bound API is state of each thread.
     if (!eglBindAPI(EGL_OPENGL_API) ||
         !eglMakeCurrent(display_->handle(), surface, surface, handle_))
         return false;
@@ -128,7 +128,7 @@ void GlContext::doneCurrent() {
 }
 
 bool GlContext::isLost() {
-    // The driver tells once.
+    // The driver reports a reset only once.
     lost_ = lost_ || (resetStatus_ && resetStatus_() != GL_NO_ERROR);
     return lost_;
 }

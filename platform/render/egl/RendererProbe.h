@@ -7,7 +7,7 @@
 namespace platform {
 
 struct RendererKind {
-    std::string name;       // for people: what speaks for it
+    std::string name;       // for people: the reason for the judgement
     bool software = false;  // OpenGL would draw on the CPU
 };
 
@@ -15,22 +15,21 @@ struct RendererKind {
 // Mesa's software renderer alone costs a process some 55 MB and 35 ms before it
 // has drawn anything, and whoever finds it will rather draw without OpenGL.
 //
-// Software is what it finds to be certain, in this order, each costing more:
+// Software is certain after one of these tests, in this order of rising cost:
 //  1. The environment asks for it, or there is no EGL at all.
 //  2. The window system shares no GPU with programs, as it says itself. One round
 //     trip.
 //  3. EGL lists devices, and all of them are software: no graphics device is
 //     open to this process, as in a container. 2 ms and 2 MB, which OpenGL
 //     would cost anyway.
-// What is left is taken for a GPU. It may still turn out not to be one, where a
-// driver is broken; whoever then makes a context learns it from
-// GlContext::isSoftware().
+// All other cases count as a GPU. A broken driver may still draw in software;
+// GlContext::isSoftware() tells once a context is made.
 //
 // `sharesGpu` asks the window system, at most once; without it only the first and
 // the last are asked, for drawing off screen. From any thread.
 [[nodiscard]] RendererKind probeRenderer(const std::function<bool()>& sharesGpu);
 
-// What the probe found, apart, so that its judgement can be tested.
+// The probe's findings as plain values, so that tests reach the judgement.
 struct RendererSigns {
     bool forced = false;      // the environment wants software
     bool egl = true;          // there is EGL

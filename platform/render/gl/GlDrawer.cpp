@@ -30,7 +30,7 @@ GLint offeredTexels() {
     return texels;
 }
 
-// rects.vert and rects.frag, and where they take their uniforms.
+// The program of rects.vert and rects.frag, and its uniforms' locations.
 struct RectProgram {
     RectProgram(const char* label, const char* definition)
         : program(label, kRectsVert, kRectsFrag, definition) {
@@ -65,12 +65,12 @@ struct GlDrawer::Parts {
     RectProgram& program();
 
     RectProgram plain;
-    // Compiled when first needed: many a program never does.
+    // Compiled on first need: many programs never need it.
     std::optional<RectProgram> everything;
     GlTexelBuffer recordBuffer;
     GlPictures pictures;
     GlRecords records;
-    GLuint vertices = 0;  // no attributes: core profile wants one bound all the same
+    GLuint vertices = 0;  // no attributes; core profile requires a bound array
     QSize size;
     int drawCalls = 0;
 };
@@ -117,7 +117,7 @@ void GlDrawer::draw(const DisplayList& list, const PixelGrid& grid,
     for (const DisplayItem& item : list.items) {
         if (p.records.add(item)) continue;
         p.flush();
-        // What does not fit even alone is left out.
+        // An item too large even for a draw call alone is left out.
         p.records.add(item);
     }
     p.flush();

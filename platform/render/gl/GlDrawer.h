@@ -9,27 +9,27 @@
 
 namespace platform {
 
-// Draws display lists with OpenGL 3.3 into the framebuffer that is bound. All of
-// a list is one instanced draw call, whatever is in it; only one of tens of
-// thousands of items takes more. Pictures are uploaded once, known again by
-// QImage::cacheKey(), and dropped when no list has shown them for a while. A
-// list of the same size as one before allocates nothing.
+// Draws display lists with OpenGL 3.3 into the bound framebuffer. A whole list
+// is one instanced draw call; only lists of tens of thousands of items take
+// more. Uploads each picture once, by QImage::cacheKey(), and drops pictures
+// that no list has shown for a while. Allocates nothing for a list of a size
+// seen before.
 //
-// Every member, the destructor included, wants the context current in which it
-// was created: it belongs to one thread.
+// Owns its OpenGL objects. Every member, the destructor included, needs the
+// context current in which the drawer was created. One thread: the context's.
 class GlDrawer {
   public:
     struct Options {
-        // Texels for all pictures together and records for one draw call; 0
-        // means what the driver offers. Pictures that do not fit are kept
+        // The most texels for all pictures together, and records per draw call;
+        // 0 means the driver's limit. Pictures that do not fit are stored
         // smaller and drawn stretched.
         int maxTexels = 0;
         int maxRecords = 0;
-        // Draws without showing a picture before it is dropped.
+        // The number of draws after which an unused picture is dropped.
         int keepDraws = 300;
     };
 
-    // None if the driver refuses the shaders; it says why on standard error.
+    // Null if the driver refuses the shaders; standard error says why.
     [[nodiscard]] static std::unique_ptr<GlDrawer> create(const Options& options);
     [[nodiscard]] static std::unique_ptr<GlDrawer> create() { return create(Options{}); }
     ~GlDrawer();
@@ -38,14 +38,14 @@ class GlDrawer {
 
     // Fills the framebuffer's lower left `grid.size` pixels: the background,
     // premultiplied, and the list over it; without a background, the list over
-    // what is there. Leaves the viewport, blending,
-    // program and texture bindings changed.
+    // the present contents. Changes the viewport, blending, program and texture
+    // bindings.
     void draw(const DisplayList& list, const PixelGrid& grid, std::optional<Rgba> background);
 
-    // Of the last draw; clearing to the background is none.
+    // The number for the last draw; clearing to the background does not count.
     [[nodiscard]] int drawCalls() const;
 
-    // Pictures kept at this moment.
+    // The number of stored pictures.
     [[nodiscard]] int pictureCount() const;
 
   private:

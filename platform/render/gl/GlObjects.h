@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Owners of OpenGL objects; private to platform/render. Each is made and dropped
-// with its context current; one that was moved from owns nothing.
+// Owners of OpenGL objects; private to platform/render. An object's context must be
+// current while the object is made and dropped; a moved-from owner owns nothing.
 #pragma once
 
 #include <epoxy/gl.h>

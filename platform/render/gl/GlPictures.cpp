@@ -26,7 +26,7 @@ GlPictures::GlPictures(int maxTexels, int keepDraws)
     : buffer_("pictures", GL_RGBA8),
       maxTexels_(maxTexels),
       keepDraws_(static_cast<std::uint64_t>(std::max(1, keepDraws))) {
-    // Never without a store: what reads no picture still has one bound.
+    // A store always exists: a shader that reads no picture still has one bound.
     buffer_.grow(kTexelBytes, 0);
 }
 

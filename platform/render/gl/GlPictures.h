@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The pictures that a drawer keeps in video memory; private to platform/render.
+// Pictures that a drawer keeps in video memory; private to platform/render.
 #pragma once
 
 #include <QImage>
@@ -11,25 +11,25 @@
 
 namespace platform {
 
-// All pictures lie one behind the other, row by row, in one buffer that the
-// shader reads texel by texel. So pictures of any shape share one draw call, no
-// picture is too large for a texture, and a stretched one is interpolated the
-// same on every driver.
+// All pictures lie one after another, row by row, in one buffer that the shader
+// reads texel by texel. Pictures of any shape thus share one draw call, no
+// picture is too large for a texture, and stretching interpolates the same on
+// every driver.
 class GlPictures {
   public:
-    // Limits as in GlDrawer::Options; `maxTexels` is at most what the driver
-    // offers.
+    // Limits as in GlDrawer::Options; `maxTexels` is at most the driver's
+    // limit.
     GlPictures(int maxTexels, int keepDraws);
 
     struct Place {
         int first = 0;  // texel
-        QSize size;     // as kept; empty when there was no room at all
+        QSize size;     // as stored; empty when there was no room
     };
 
-    // Where the picture lies, for the present draw; uploads it if it is new.
+    // The picture's place for the present draw; uploads a new picture.
     Place place(const QImage& image);
 
-    // Ends a draw: drops what none has shown for a while.
+    // Ends a draw: drops pictures unused for a while.
     void endDraw();
 
     void bindTo(int unit) const { buffer_.bindTo(unit); }
@@ -42,7 +42,7 @@ class GlPictures {
     };
 
     Place upload(const QImage& image);
-    // The first texel of a free stretch of that many; -1 if there is none.
+    // The first texel of a free stretch of that length; -1 if there is none.
     int reserve(std::int64_t texels);
     int firstGap(std::int64_t texels) const;
     void dropUnusedFor(std::uint64_t draws);

@@ -14,7 +14,7 @@ void name(GLenum kind, GLuint object, const char* label) {
 
 GLuint compile(const char* label, GLenum kind, std::string text, const char* definition) {
     const GLuint shader = glCreateShader(kind);
-    // Nothing but the version may stand above a definition.
+    // Only the version may stand above a definition.
     if (definition) text.insert(text.find('\n') + 1, "#define " + std::string(definition) + "\n");
     const char* const source = text.c_str();
     glShaderSource(shader, 1, &source, nullptr);

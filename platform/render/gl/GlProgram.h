@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Owners of OpenGL objects; private to platform/render. Each wants its context
-// current while it lives and when it is dropped.
+// Owners of OpenGL objects; private to platform/render. An object's context
+// must be current while the object lives and when it is dropped.
 #pragma once
 
 #include <epoxy/gl.h>
@@ -9,10 +9,10 @@
 
 namespace platform {
 
-// A vertex and a fragment shader, linked.
+// A linked vertex and fragment shader.
 class GlProgram {
   public:
-    // Failing leaves an invalid program and a line on standard error that begins
+    // A failure leaves an invalid program, and a line on standard error that begins
     // with the label. `definition`, if any, is defined for the fragment shader.
     GlProgram(const char* label, const char* vertexText, const char* fragmentText,
               const char* definition = nullptr);
@@ -40,10 +40,10 @@ class GlTexelBuffer {
 
     void bindTo(int unit) const;
 
-    // A new store of that size whose contents are unknown; what is being drawn
-    // keeps the old one.
+    // Makes a new store of that size with undefined contents; drawing in
+    // progress keeps the old store.
     void renew(GLsizeiptr bytes, GLenum usage);
-    // The same, keeping the first `kept` bytes.
+    // Makes a new store, keeping the first `kept` bytes.
     void grow(GLsizeiptr bytes, GLsizeiptr kept);
     void write(GLintptr at, GLsizeiptr bytes, const void* data);
     [[nodiscard]] GLsizeiptr size() const { return size_; }

@@ -8,20 +8,20 @@ namespace platform {
 
 namespace {
 
-// As rects.frag names them.
+// The names are those of rects.frag.
 enum PaintKind : std::int32_t { kColour, kGradient, kExact, kStretched, kSlope };
 constexpr std::size_t kPaintRecords = 3;
 constexpr std::size_t kPieceRecords = 4;
 constexpr std::size_t kRectRecords = 2;
-// So far along a gradient that nothing lies beyond, and steep enough to be a step.
+// A position that no gradient reaches, and a slope steep enough to be a step.
 constexpr double kFar = 1e9;
-// Cutting up more pieces than this costs more than drawing where none lies.
+// With more pieces than this, cutting costs more than drawing the empty parts.
 constexpr std::uint32_t kMostCutPieces = 16;
-// Into which they seldom fall apart.
+// The usual greatest number of boxes after cutting.
 constexpr std::size_t kMostBoxes = 64;
 
-// The edges of PixelGrid::snap as OpenGL counts them, from the lower left; what
-// lies absurdly far outside stops short.
+// The edges of PixelGrid::snap, in OpenGL's coordinates from the lower left;
+// extreme values are clamped.
 PixelRect snapped(const QRectF& points, const PixelGrid& grid) {
     const auto edge = [&grid](double at) {
         constexpr double kMost = 1 << 24;
@@ -30,8 +30,8 @@ PixelRect snapped(const QRectF& points, const PixelGrid& grid) {
     return {edge(points.left()), edge(points.top()), edge(points.right()), edge(points.bottom())};
 }
 
-// Adds to `boxes`, which do not overlap, what of `box` none of those from index
-// `from` on covers yet, so that they still do not overlap.
+// Adds to the non-overlapping `boxes` the part of `box` that no box from index
+// `from` on covers yet; the boxes still do not overlap.
 void addUncovered(std::vector<PixelRect>& boxes, std::size_t from, const PixelRect& box) {
     if (box.isEmpty()) return;
     for (std::size_t i = from; i < boxes.size(); ++i) {
@@ -60,8 +60,8 @@ void GlRecords::begin(const DisplayList& list, const PixelGrid& grid) {
     restart();
 }
 
-// How much shows at once varies from frame to frame. The list has room for every
-// layer of its trees, and so have these, so that it never means more memory.
+// Reserves room for every layer of the list's trees. The number of visible
+// layers varies from frame to frame, and must not cause another allocation.
 void GlRecords::reserve() {
     const std::size_t items = list_->items.capacity();
     const std::size_t pieces = list_->pieces.capacity();
@@ -177,7 +177,7 @@ GlRecords::Paint GlRecords::paint(const DisplayItem& item) {
 GlRecords::Record GlRecords::axis(const DisplayItem& item) const {
     const QPointF axis = item.end - item.start;
     const double square = QPointF::dotProduct(axis, axis);
-    // Without a length everything lies before the first stop.
+    // Without a length, every position lies before the first stop.
     if (!(square > 0.0)) return {0, 0, bits(-kFar), 0};
     const double alongX = axis.x() / square / item.rect.width();
     const double alongY = axis.y() / square / item.rect.height();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Display lists as the shader reads them; private to platform/render.
+// Display lists in the shader's format; private to platform/render.
 #pragma once
 
 #include <array>
@@ -15,11 +15,11 @@
 
 namespace platform {
 
-// Writes items and their masks as records of four numbers for rects.frag and
-// notes the rectangles to draw: where an item shows something and, under a mask,
-// only where a piece of it lies. Reuses its memory.
+// Writes items and their masks as records of four numbers for rects.frag, and
+// lists the rectangles to draw: an item's visible part, and under a mask only
+// the parts that a piece covers. Reuses its memory.
 //
-// An item is three records, which a rectangle names by the first:
+// An item has three records; a rectangle names the first:
 //   head   kind; opacity; the item's mask, -1 for none
 //   form   colour: itself                   gradient: along x, along y, offset
 //          exact picture: left, high edge, width, first texel
@@ -38,44 +38,43 @@ class GlRecords {
         std::int32_t paint;
     };
 
-    // `limit` is how many records one draw call may have.
+    // `limit` is the most records of one draw call.
     GlRecords(GlPictures& pictures, std::size_t limit) : pictures_(pictures), limit_(limit) {}
 
-    // Starts on a list, which must stay while items of it are added.
+    // Starts on a list, which must outlive the adding of its items.
     void begin(const DisplayList& list, const PixelGrid& grid);
 
-    // False if there is no room for it beside what is there; then nothing was
-    // added.
+    // Adds an item; false, with nothing added, if there is no room.
     bool add(const DisplayItem& item);
 
-    // Appends the rectangles to the records, two each, and says where they
-    // begin. Then all is there for a draw call.
+    // Appends the rectangles to the records, two each, and returns their first
+    // index. A draw call can follow.
     std::size_t finish();
-    // Drops the records and rectangles, to add further items of the list.
+    // Drops the records and rectangles, for further items of the list.
     void restart();
 
     [[nodiscard]] const std::vector<Record>& records() const { return records_; }
     [[nodiscard]] std::size_t rectCount() const { return rects_.size(); }
-    // Whether rects.frag is to be the one that can do everything.
+    // Whether rects.frag must have EVERYTHING defined.
     [[nodiscard]] bool wantsEverything() const { return wantsEverything_; }
 
   private:
     void reserve();
     void addVisible(const DisplayItem& item, const PixelRect& box);
     void addRects(const DisplayItem& item, const PixelRect& box);
-    // Where the mask stands among the records, after writing it if need be.
+    // The mask's index among the records; writes it first if needed.
     std::int32_t maskRecord(std::int32_t mask);
-    // What an item and a piece have in common, as records of their own.
+    // The records that an item and a piece have in common.
     struct Paint {
         Record head{}, form{}, extra{};
-        // How far it reaches: a picture shown pixel for pixel to its own size,
-        // all else to the snapped rectangle. Empty if there is nothing.
+        // The reach: a picture shown pixel for pixel has its own size, anything
+        // else the snapped rectangle. Empty if there is nothing.
         PixelRect reach;
     };
     Paint paint(const DisplayItem& item);
     Paint paintPicture(const DisplayItem& item, const PixelRect& rect);
     Paint paintGradient(const DisplayItem& item, const PixelRect& rect);
-    // Of a gradient, as the share of its axis that lies behind a pixel.
+    // A gradient's axis, as a pixel's position along it in [0, 1].
     [[nodiscard]] Record axis(const DisplayItem& item) const;
     Paint paintPiece(const DisplayItem& piece);
     std::size_t append(std::size_t count);
@@ -92,7 +91,7 @@ class GlRecords {
     bool wantsEverything_ = false;
     std::vector<Record> records_;
     std::vector<Rect> rects_;
-    std::vector<std::int32_t> maskRecords_;  // by mask; -1 while not written
+    std::vector<std::int32_t> maskRecords_;  // by mask; -1 until written
     std::vector<PixelRect> boxes_;
 };
 

@@ -8,8 +8,8 @@ namespace platform {
 class SceneRenderer;
 class SceneSnapshot;
 
-// Draws scenes into memory with OpenGL, in a context of its own that stays
-// current on the drawer's thread.
+// Draws scenes into memory with OpenGL, in a context that the drawer owns and keeps
+// current on its thread. One thread.
 class GlSceneDrawer final : public SceneDrawer {
   public:
     // None where there is no OpenGL that can draw scenes.
@@ -30,7 +30,8 @@ class GlSceneDrawer final : public SceneDrawer {
     const QString name_;
 };
 
-// The same through a framebuffer, which brings the finest bloom and a copy.
+// The same through a framebuffer, which brings the finest bloom and a copy. One
+// thread.
 class GlStillDrawer final : public SceneDrawer {
   public:
     // None where there is no OpenGL that can draw scenes.

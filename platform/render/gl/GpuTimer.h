@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How long the GPU takes; private to platform/render.
+// The GPU's working time; private to platform/render.
 #pragma once
 
 #include <array>
@@ -9,15 +9,15 @@
 
 namespace platform {
 
-// Asks without ever waiting: an answer comes some frames later. Not started
-// anew before it is answered.
+// Asks without waiting: an answer comes some frames later. Does not start again
+// before that.
 class GpuTimer {
   public:
     explicit GpuTimer(bool enabled);
 
     void begin();
     void end();
-    // Of the last frame that is known; none before the first.
+    // The time of the last frame answered; none before the first answer.
     [[nodiscard]] std::optional<double> seconds() const { return seconds_; }
 
   private:

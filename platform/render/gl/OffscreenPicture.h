@@ -14,12 +14,12 @@ namespace platform {
 class EglDisplay;
 class GlContext;
 
-// Draws display lists into pictures with OpenGL and without any display server.
-// Belongs to the thread that made it, on which its context becomes current with
-// every picture.
+// Draws display lists into pictures with OpenGL, without a display server. Owns
+// its context. One thread: the one that made it, on which every picture makes
+// the context current.
 class OffscreenPicture {
   public:
-    // None where there is no OpenGL 3.3.
+    // Null where there is no OpenGL 3.3.
     [[nodiscard]] static std::unique_ptr<OffscreenPicture> create(const GlDrawer::Options& options);
     [[nodiscard]] static std::unique_ptr<OffscreenPicture> create() {
         return create(GlDrawer::Options{});
@@ -28,17 +28,17 @@ class OffscreenPicture {
     OffscreenPicture(const OffscreenPicture&) = delete;
     OffscreenPicture& operator=(const OffscreenPicture&) = delete;
 
-    // The list over the background, as ARGB32_Premultiplied of `grid.size`; a
-    // null image if that is more than the driver can draw into.
+    // Draws the list over the background, as ARGB32_Premultiplied of
+    // `grid.size`; a null image if that exceeds what the driver can draw into.
     [[nodiscard]] QImage draw(const DisplayList& list, const PixelGrid& grid, Rgba background);
 
     [[nodiscard]] const std::string& rendererName() const;
     [[nodiscard]] bool isSoftware() const;
 
-    // What draws; wants a picture to have been drawn, which leaves everything
-    // bound that it needs.
+    // The drawer. Call after a picture was drawn, which leaves the bindings
+    // that the drawer needs.
     [[nodiscard]] GlDrawer& drawer() { return *drawer_; }
-    // How many errors OpenGL has reported so far (strict builds).
+    // The number of errors that OpenGL has reported so far (strict builds).
     [[nodiscard]] int errors() const;
 
   private:

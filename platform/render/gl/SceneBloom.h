@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Spreads a scene's bright light with OpenGL; private to platform/render.
+// A scene's bloom with OpenGL; private to platform/render.
 #pragma once
 
 #include <memory>
@@ -18,19 +18,19 @@ class SceneBloom {
 
     struct Options {
         float threshold = 1.0F;
-        float inputScale = 1.0F;  // makes light of what the scene's image holds
+        float inputScale = 1.0F;  // converts the scene image's values to light
         double sigma = 1.0;       // pixels of the scene
         bool fine = true;
         GLenum format = GL_RGBA16F;
     };
 
-    // The draw calls it took; none if the driver cannot draw into what it needs,
-    // and then there is no bloom. Expects no depth test and no blending.
+    // Returns the draw calls; 0, without bloom, if the driver cannot draw into
+    // the needed images. Requires depth test and blending to be off.
     int draw(const GlImage& scene, const Options& options);
 
     // Valid after a draw with calls.
     [[nodiscard]] const GlImage& image() const { return images_[images_.size() - 2]; }
-    // The part of it that the scene covers.
+    // The part of the image that the scene covers.
     [[nodiscard]] glm::vec2 covered() const { return covered_; }
 
   private:
@@ -46,8 +46,8 @@ class SceneBloom {
     Programs programs_;
     BloomRequest planned_;
     BloomPlan plan_;
-    // Bright light, each halving, and as the last one beside it for the blur
-    // along x.
+    // The bright light, each halving, and an image of the last one's size for
+    // the blur along x.
     std::vector<GlImage> images_;
     glm::vec2 covered_{1.0F};
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The meshes that a scene's drawer keeps in video memory; private to
+// Meshes that a scene's drawer keeps in video memory; private to
 // platform/render.
 #pragma once
 
@@ -13,7 +13,7 @@
 
 namespace platform {
 
-// One mesh, or several that are drawn at once, as OpenGL draws it.
+// One mesh in OpenGL's form, or several merged for one draw call.
 struct GlMesh {
     GlVertexArray vertexArray;
     GlBuffer vertices;
@@ -22,27 +22,27 @@ struct GlMesh {
     GLenum mode = GL_TRIANGLES;
 };
 
-// A batch, and where its instances lie among those that are drawn.
+// A batch, and its first instance among the uploaded ones.
 struct PlacedBatch {
     const DrawBatch* batch = nullptr;
     std::uint32_t first = 0;
 };
 
-// Keeps them by the ids of what they are made of. A line is kept as a flat
-// quad that the shader widens.
+// Caches meshes by the ids of their parts. A line is stored as a flat quad that
+// the shader widens.
 class SceneMeshes {
   public:
     explicit SceneMeshes(int keepDraws);
 
-    // The mesh of one batch, to be drawn once per instance.
+    // The mesh of one batch, for an instanced draw.
     const GlMesh& find(const PlacedBatch& batch) { return find({&batch, 1}, false); }
 
-    // The meshes of all these batches as one, each as often as it has instances,
-    // to be drawn once: vertices know which instance is theirs, counted from the
-    // first batch's first.
+    // The meshes of all these batches as one mesh, each repeated per instance,
+    // for a plain draw. Each vertex holds its instance's index, counted from
+    // the first batch's first.
     const GlMesh& findMerged(std::span<const PlacedBatch> batches) { return find(batches, true); }
 
-    // Ends a draw: drops what none has shown for a while.
+    // Ends a draw: drops meshes unused for a while.
     void endDraw();
     [[nodiscard]] int count() const { return static_cast<int>(kept_.size()); }
 
@@ -62,7 +62,7 @@ class SceneMeshes {
 
     std::uint64_t keepDraws_;
     std::uint64_t draw_ = 1;
-    std::unordered_multimap<std::uint64_t, Kept> kept_;  // by a hash of their parts
+    std::unordered_multimap<std::uint64_t, Kept> kept_;  // by a hash of the parts
 };
 
 }  // namespace platform

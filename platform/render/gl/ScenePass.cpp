@@ -12,10 +12,10 @@ namespace platform {
 namespace {
 
 constexpr int kTexelsPerInstance = 4;
-// Above this, drawing meshes one by one costs less than keeping them together.
+// Above this size, drawing meshes separately costs less than keeping them merged.
 constexpr std::size_t kMaxMergedVertices = 1U << 17U;
 
-// A picture that shines through and ends within its surface.
+// Whether a see-through picture ends within its surface.
 bool fades(const DrawMaterial& material) {
     return !material.picture.isNull() && !material.opaque && material.wrapS == WrapMode::Clamp &&
            material.wrapT == WrapMode::Clamp;
@@ -33,7 +33,7 @@ unsigned variantOf(const DrawBatch& batch) {
     return variant;
 }
 
-// Lines and points have soft edges, and so are blended whatever their material.
+// Lines and points have soft edges, so any material of theirs is blended.
 bool hasSoftEdges(const DrawBatch& batch) {
     return batch.mesh->primitive() != Primitive::Triangles;
 }
@@ -47,7 +47,7 @@ bool mayMerge(const DrawBatch& a, const DrawBatch& b) {
            a.material.doubleSided == b.material.doubleSided;
 }
 
-// How many of the first batches are drawn at once.
+// The number of leading batches that one draw call takes.
 std::size_t runLength(std::span<const PlacedBatch> batches) {
     std::size_t vertices = 0;
     std::size_t length = 0;
@@ -61,7 +61,7 @@ std::size_t runLength(std::span<const PlacedBatch> batches) {
     return length;
 }
 
-// Light that only adds up and hides nothing may be drawn in any order.
+// Whether order makes no difference: light that only adds and hides nothing.
 bool commutes(const DrawBatch& batch) {
     return batch.material.blend == BlendMode::Additive && !batch.material.writesDepth;
 }
@@ -131,8 +131,8 @@ int ScenePass::draw(const DrawList& list, const ScenePassOptions& options) {
     return drawCalls_;
 }
 
-// In the list's order, but that what may be drawn at once comes together where
-// order makes no difference.
+// Orders batches as in the list, except that batches for one draw call come
+// together where order makes no difference.
 void ScenePass::arrange(const DrawList& list) {
     batches_.clear();
     for (const DrawBatch& batch : list.batches)
@@ -230,14 +230,14 @@ void ScenePass::drawRun(std::span<const PlacedBatch> run, unsigned variant) {
     ++drawCalls_;
 }
 
-// One point wide, and never thinner than a pixel that is shown. Where that is less
-// than one of the image it is drawn as one of those, with as much less light.
+// Sets lines one point wide, at least one shown pixel. A width below one pixel
+// of the image is drawn as one pixel, with proportionally less light.
 void ScenePass::setThickness(const SceneProgram& program) const {
     const float wanted = std::max(options_.pixelsPerPoint, options_.shownPixel);
     const float drawn = std::max(wanted, 1.0F);
     glUniform1f(program.thickness, drawn);
     glUniform1f(program.strength, wanted / drawn);
-    // Every dot has a size of its own.
+    // Every dot has its own size.
     glUniform3f(program.dots, options_.pixelsPerPoint, static_cast<float>(options_.size.height()),
                 options_.shownPixel);
 }
@@ -263,7 +263,7 @@ void ScenePass::drawFloor(const DrawFloor& floor) {
     const DrawList& list = *frame_.list;
     const bool above = glm::dot(normal, list.camera.position) + distance > 0.0F;
     const glm::vec4 background = list.background * list.background.a;
-    // Light is added to the floor's; what lies behind must not be.
+    // The floor adds the mirrored light to its own; the background behind must not be added.
     if (floor.material.opaque && glm::length(glm::vec3(background)) > 0.0F) {
         glDisable(GL_BLEND);
         glDepthMask(GL_FALSE);

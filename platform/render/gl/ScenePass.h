@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Draws a scene's surfaces; private to platform/render.
+// The drawing of a scene's surfaces; private to platform/render.
 #pragma once
 
 #include <QSize>
@@ -19,32 +19,32 @@ namespace platform {
 struct ScenePassOptions {
     QSize size;  // of the image, pixels
     float pixelsPerPoint = 1.0F;
-    float shownPixel = 1.0F;   // a pixel that is shown, in pixels of the image
-    float outputScale = 1.0F;  // what one unit of light is written as
+    float shownPixel = 1.0F;   // a shown pixel, in pixels of the image
+    float outputScale = 1.0F;  // the stored value of one unit of light
     int anisotropy = 1;
 };
 
 // Draws a list's surfaces, in linear light with alpha multiplied in, into the
-// framebuffer that is bound.
+// bound framebuffer.
 //
-// The mirror image in a floor is drawn first, then the floor's own light is
-// added to it, then everything else: so reflecting takes no image of its own.
-// What is nearest lies on top by its depth, whatever its rendering order.
+// The floor's mirror image is drawn first, then the floor's own light is added,
+// then everything else; reflections thus need no image of their own. The depth
+// test puts the nearest surface on top, whatever its rendering order.
 class ScenePass {
   public:
     explicit ScenePass(int keepDraws);
 
-    // False if the driver refuses what a common surface needs.
+    // False if the driver refuses a program that common surfaces need.
     bool prepare();
 
-    // The background and all surfaces. Returns the draw calls.
+    // Draws the background and all surfaces. Returns the draw calls.
     int draw(const DrawList& list, const ScenePassOptions& options);
 
-    // Whether drawing the list needs depths at all.
+    // Whether drawing the list needs a depth buffer.
     [[nodiscard]] static bool needsDepth(const DrawList& list);
 
-    // Whether there is an outline that several samples per pixel would smooth.
-    // What fades out by itself has none, nor have surfaces all round the camera.
+    // Whether several samples per pixel would smooth an outline. Surfaces that
+    // fade out by themselves, or surround the camera, have no outline.
     [[nodiscard]] static bool needsSamples(const DrawList& list);
 
     [[nodiscard]] int meshCount() const { return meshes_.count(); }
@@ -66,7 +66,7 @@ class ScenePass {
     SceneTextures textures_;
     GlTexelBuffer instances_;
     GlVertexArray noVertices_;
-    std::vector<PlacedBatch> batches_;  // in the order in which they are drawn
+    std::vector<PlacedBatch> batches_;  // in drawing order
     std::vector<glm::vec4> staging_;
     GLint maxInstances_ = 0;
     SceneFrame frame_;

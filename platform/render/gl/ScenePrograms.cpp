@@ -17,7 +17,7 @@ namespace platform {
 
 namespace {
 
-constexpr int kMaxLights = 8;  // as the shaders have it
+constexpr int kMaxLights = 8;  // equals the shaders' arrays
 
 std::string defined(const char* text, const std::string& lines) {
     std::string result(text);
@@ -48,7 +48,7 @@ std::unique_ptr<GlProgram> makeProgram(const char* label, const char* defines,
     std::istringstream words(defines);
     for (std::string word; words >> word;)
         lines += "#define " + word + "\n";
-    // Every text numbers its own lines behind the #version.
+    // Every shader text numbers its own lines from the #version.
     auto program = std::make_unique<GlProgram>(label, defined(vertexText, lines).c_str(),
                                                defined(fragmentText, lines).c_str());
     return program->isValid() ? std::move(program) : nullptr;

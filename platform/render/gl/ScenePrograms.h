@@ -16,7 +16,7 @@ namespace platform {
 
 struct DrawList;
 
-// What a program is made for; a variant is any of them together.
+// The features of a program; a variant is any combination.
 enum SceneVariant : unsigned {
     kTextured = 1U,
     kLambert = 2U,
@@ -29,12 +29,12 @@ enum SceneVariant : unsigned {
     kFading = 256U,
 };
 
-// A program by its label and text, with each of `defines` (as "A B C") set.
+// Makes a program from its label and text, with each of `defines` (as "A B C") defined.
 [[nodiscard]] std::unique_ptr<GlProgram> makeProgram(const char* label, const char* defines,
                                                      const char* vertexText,
                                                      const char* fragmentText);
 
-// What all that is drawn in one frame shares.
+// The values that all draws of one frame share.
 struct SceneFrame {
     const DrawList* list = nullptr;
     glm::mat4 viewProjection{1.0F};
@@ -48,24 +48,24 @@ class SceneProgram {
   public:
     SceneProgram(std::unique_ptr<GlProgram> program, unsigned variant);
 
-    // Makes it the one in use, with the frame's values if it has not got them yet.
+    // Puts the program in use, with the frame's values if they are not set yet.
     void use(const SceneFrame& frame, std::uint64_t draw);
 
     GLint firstInstance, contentsTransform, thickness, strength, dots, emission;
-    GLint world, under, reach, textureSpan, colour;  // of the floor
+    GLint world, under, reach, textureSpan, colour;  // the floor's
 
   private:
     void setFrame(const SceneFrame& frame) const;
 
     std::unique_ptr<GlProgram> program_;
     const unsigned variant_;
-    std::uint64_t frameOf_ = 0;  // the draw whose frame it has
+    std::uint64_t frameOf_ = 0;  // the draw whose frame values are set
     GLint viewProjection_, cameraPosition_, halfViewport_, zNear_, floorPlane_;
     GLint ambient_, lightCount_, lightPosition_, lightColour_;
     GLint fogColour_, fogRange_, reflection_, outputScale_;
 };
 
-// Made when first needed.
+// Programs, each made on first need.
 class ScenePrograms {
   public:
     // Null if the driver refuses it.

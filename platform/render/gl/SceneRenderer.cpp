@@ -21,7 +21,7 @@ namespace platform {
 
 namespace {
 
-// What shows the light of a scene, with its bloom or without.
+// The last step of drawing, with bloom or without.
 struct Composite {
     std::unique_ptr<GlProgram> program;
     GLint inputScale = -1;
@@ -40,7 +40,7 @@ struct Composite {
     }
 };
 
-// Of a renderer that draws into framebuffers.
+// The parts that only drawing into framebuffers needs.
 struct Finish {
     std::unique_ptr<SceneBloom> bloom = SceneBloom::create();
     Composite plain{""};
@@ -78,8 +78,8 @@ struct SceneRenderer::Parts {
     SceneCanvas canvas;
     GlVertexArray noVertices = GlVertexArray::make();
     GpuTimer timer;
-    std::vector<std::uint16_t> light;           // what was read
-    std::unique_ptr<SceneDeveloper> developer;  // made when first needed
+    std::vector<std::uint16_t> light;           // as read from the driver
+    std::unique_ptr<SceneDeveloper> developer;  // made on first need
     SceneQuality quality;
     int drawCalls = 0;
     int maxSamples = 0;
@@ -99,7 +99,7 @@ void SceneRenderer::Parts::start(const DrawList& list, const SceneQuality& wante
     quality.samples = std::clamp(wanted.samples, 1, most);
 }
 
-// Where the driver can't, with fewer samples.
+// Fits the canvas, with fewer samples where the driver cannot do more.
 bool SceneRenderer::Parts::fitSamples(const DrawList& list, QSize size, const SceneFormat& format) {
     const bool depth = ScenePass::needsDepth(list);
     for (int samples = quality.samples; samples >= 1; samples /= 2) {
@@ -110,7 +110,7 @@ bool SceneRenderer::Parts::fitSamples(const DrawList& list, QSize size, const Sc
     return false;
 }
 
-// Where the driver can't, with less light.
+// Fits the canvas, with a smaller range of light where the driver cannot do more.
 bool SceneRenderer::Parts::fit(const DrawList& list, QSize size, const SceneQuality& wanted) {
     start(list, wanted);
     if (options.floatTargets && fitSamples(list, size, kHalfFloats)) return true;
@@ -124,7 +124,7 @@ bool SceneRenderer::Parts::fitReadable(const DrawList& list, QSize size,
     return fitSamples(list, size, kSixteenBits);
 }
 
-// `shown` is the height in pixels that are shown.
+// `shown` is the height in shown pixels.
 void SceneRenderer::Parts::drawScene(const DrawList& list, double scale, int shown) {
     canvas.target();
     drawCalls += pass.draw(list, {.size = canvas.options().size,
@@ -140,7 +140,7 @@ bool SceneRenderer::Parts::drawBloom(const DrawList& list, double scale) {
     const DrawCamera& camera = list.camera;
     if (camera.bloomIntensity <= 0.0F || camera.bloomBlurRadius <= 0.0F) return false;
     const SceneFormat& format = canvas.options().format;
-    // Light above the threshold can be faint: bloom is never kept in eight bits.
+    // Light above the threshold can be faint, so bloom never uses eight bits.
     const int calls = finish->bloom->draw(
         canvas.image(),
         {.threshold = camera.bloomThreshold,

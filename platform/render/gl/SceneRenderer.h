@@ -13,8 +13,8 @@ namespace platform {
 struct DrawList;
 struct PixelBuffer;
 
-// Where a scene's picture goes: a rectangle of a framebuffer, which the picture
-// replaces. Pixels, the origin being the rectangle's lower left corner.
+// The target of a scene's picture: a rectangle of a framebuffer, which the
+// picture replaces. Pixels; `origin` is the rectangle's lower left corner.
 struct SceneTarget {
     unsigned framebuffer = 0;
     QPoint origin{0, 0};
@@ -22,60 +22,60 @@ struct SceneTarget {
     double scale = 1.0;  // pixels per point
 };
 
-// Draws a scene's draw lists with OpenGL 3.3, in linear light with bloom, as
-// platform/scene/Shading.h says. Meshes and pictures are uploaded once, known
-// again by their ids, and dropped when no list has shown them for a while. A list
-// of the same make as the one before allocates nothing.
+// Draws draw lists with OpenGL 3.3, in linear light with bloom, by the formulas
+// of platform/scene/Shading.h. Uploads each mesh and picture once, by id, and
+// drops those that no list has shown for a while. Allocates nothing for a list
+// of the same structure as the one before.
 //
-// Every member, the destructor included, wants the context current in which it
-// was created: it belongs to one thread. Leaves bindings, viewport, blending and
-// depth state changed. It knows nothing of windows.
+// Owns its OpenGL objects. Every member, the destructor included, needs the context
+// current in which the renderer was created. One thread: the context's. Changes
+// bindings, viewport, blending and depth state. Knows nothing of windows.
 class SceneRenderer {
   public:
     struct Options {
-        // Draws without showing a mesh or picture before it is dropped.
+        // The number of draws after which an unused mesh or picture is dropped.
         int keepDraws = 120;
-        // What the driver is taken to offer at most: for trying what is drawn on
-        // lesser ones.
+        // The most that the driver counts as offering; lets tests try lesser
+        // drivers.
         int maxSamples = 16;
         bool floatTargets = true;
-        // Only for drawing into memory: a software driver takes long over every
-        // program it is given. Drawing into framebuffers is false then.
+        // Draws into memory only, so fewer programs are compiled, which takes
+        // software drivers long. Drawing into framebuffers then fails.
         bool memoryOnly = false;
-        // Measures the time that the GPU takes; see gpuSeconds().
+        // Measures the GPU's time; see gpuSeconds().
         bool timed = false;
     };
 
-    // None if the driver refuses the shaders or every kind of target; it says
-    // why on standard error.
+    // Null if the driver refuses the shaders or every kind of target; standard
+    // error says why.
     [[nodiscard]] static std::unique_ptr<SceneRenderer> create(const Options& options);
     [[nodiscard]] static std::unique_ptr<SceneRenderer> create() { return create(Options{}); }
     ~SceneRenderer();
     SceneRenderer(const SceneRenderer&) = delete;
     SceneRenderer& operator=(const SceneRenderer&) = delete;
 
-    // False if nothing could be drawn: the size is empty or more than the driver
-    // can draw into, or the context is lost. Then another context may do.
+    // False if nothing was drawn: the size is empty or exceeds the driver's
+    // limit, or the context is lost. Another context may then succeed.
     bool draw(const DrawList& list, const SceneTarget& target, const SceneQuality& quality);
 
-    // Draws into memory instead, every pixel becoming opaque: OpenGL draws the
-    // scene and the processor's own code does the rest. Where OpenGL is software
-    // that costs a fraction, and the picture needs no copy on its way to a
-    // window; on a GPU it would cost far more. Always without the finest bloom.
+    // Draws into memory, and makes every pixel opaque: OpenGL draws the scene,
+    // and the processor's own code does the rest. On software OpenGL this costs
+    // a fraction, and the picture needs no copy on its way to a window; on a
+    // GPU it would cost far more. Never with the finest bloom.
     bool draw(const DrawList& list, const PixelBuffer& picture, double scale,
               const SceneQuality& quality);
 
-    // Of the last draw: everything that makes the driver draw, resolving the
-    // samples included, clearing not.
+    // The draw calls of the last draw, resolving the samples included, clearing
+    // excluded.
     [[nodiscard]] int drawCalls() const;
 
-    // What the last draw really had, where the driver offers less than asked.
+    // The quality of the last draw, which the driver's limits can lower.
     [[nodiscard]] const SceneQuality& quality() const;
 
-    // What the GPU took for a draw some frames ago; none while none is known.
+    // The GPU's time for a draw some frames ago; none until known.
     [[nodiscard]] std::optional<double> gpuSeconds() const;
 
-    // Kept at this moment.
+    // The number of stored objects.
     [[nodiscard]] int meshCount() const;
     [[nodiscard]] int pictureCount() const;
 

@@ -8,28 +8,28 @@
 
 namespace platform {
 
-// How light is kept: what one unit is written as, so that brighter than white
-// fits too.
+// A storage format of light, and the stored value of one unit of light, which
+// leaves room for light brighter than white.
 struct SceneFormat {
     GLenum format = GL_RGBA16F;
     float scale = 1.0F;
 };
 
 inline constexpr SceneFormat kHalfFloats{GL_RGBA16F, 1.0F};
-// Up to four times white. What a processor blends, reads and filters fastest.
+// Holds up to four times white. The fastest format for a processor to blend, read and filter.
 inline constexpr SceneFormat kSixteenBits{GL_RGBA16, 0.25F};
-// Encoded by the driver; nothing is brighter than white.
+// The driver encodes to sRGB; white is the brightest.
 inline constexpr SceneFormat kEightBits{GL_SRGB8_ALPHA8, 1.0F};
 
-// A texture that is drawn into. Linear, not mipmapped, clamped to its edge.
+// A texture for drawing into: linear, not mipmapped, clamped to its edge.
 class GlImage {
   public:
-    // False if the driver cannot draw into that.
+    // False if the driver cannot draw into such an image.
     bool fit(QSize size, GLenum format);
     [[nodiscard]] GLuint framebuffer() const { return framebuffer_.name(); }
     [[nodiscard]] GLuint texture() const { return texture_.name(); }
     [[nodiscard]] QSize size() const { return size_; }
-    // Binds it to be drawn into, all of it.
+    // Binds the whole image for drawing.
     void target() const;
 
   private:
@@ -40,7 +40,7 @@ class GlImage {
 };
 
 // The image that surfaces are drawn into, with depth and several samples per
-// pixel where asked, and the plain image that it ends up as.
+// pixel on request, and the plain image that results.
 class SceneCanvas {
   public:
     struct Options {
@@ -50,9 +50,9 @@ class SceneCanvas {
         bool depth = true;
     };
 
-    // False if the driver cannot draw into that.
+    // False if the driver cannot draw into such an image.
     bool fit(const Options& options);
-    // Binds it to be drawn into.
+    // Binds the canvas for drawing.
     void target() const;
     // Averages the samples; returns the draw calls.
     int resolve() const;

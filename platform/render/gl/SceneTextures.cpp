@@ -14,8 +14,8 @@ GLint wrapOf(WrapMode mode) {
     return mode == WrapMode::Repeat ? GL_REPEAT : GL_CLAMP_TO_EDGE;
 }
 
-// Not by the driver: a software one makes shaders for it, which take it longer than
-// all else that a scene's first picture needs.
+// Computes the levels on the processor. A software driver would compile shaders
+// for them, which takes longer than everything else of a scene's first picture.
 void putLevels(const QImage& picture) {
     std::vector<std::uint16_t> pixels = linearPixels(picture);
     QSize size = picture.size();

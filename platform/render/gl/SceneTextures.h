@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The pictures that a scene's drawer keeps in video memory; private to
+// Pictures that a scene's drawer keeps in video memory; private to
 // platform/render.
 #pragma once
 
@@ -12,16 +12,16 @@
 
 namespace platform {
 
-// Mipmapped. Known again by their cache keys.
+// Mipmapped textures, cached by the pictures' cache keys.
 class SceneTextures {
   public:
     explicit SceneTextures(int keepDraws);
 
-    // Binds the material's picture to texture unit 0, uploading it if it is new,
-    // wrapped as the material says.
+    // Binds the material's picture to texture unit 0, with the material's
+    // wrapping; uploads a new picture.
     void bind(const DrawMaterial& material, int anisotropy);
 
-    // Ends a draw: drops what none has shown for a while.
+    // Ends a draw: drops textures unused for a while.
     void endDraw();
     [[nodiscard]] int count() const { return static_cast<int>(kept_.size()); }
 

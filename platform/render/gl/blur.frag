@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
-// A Gaussian along one direction. Each tap but the middle one lies between two
-// pixels so that it weighs both.
+// A Gaussian along one direction. Each tap except the middle lies between two
+// pixels, and so weighs both.
 #version 330 core
 
 in vec2 coord;
 
 uniform sampler2D image;
-uniform vec2 direction;  // one pixel along it
+uniform vec2 direction;  // the step to the next pixel
 uniform int taps;        // on each side
-uniform float middle;    // its weight
+uniform float middle;    // the middle tap's weight
 uniform vec2 tap[16];    // pixels away, weight
 
 out vec4 result;

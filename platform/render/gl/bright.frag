@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What of the scene blooms, each pixel by itself, averaged over squares of
-// `factor` pixels a side.
+// The bright pass of the scene: computed per pixel, then averaged over squares
+// of `factor` pixels a side.
 #version 330 core
 
 uniform sampler2D scene;

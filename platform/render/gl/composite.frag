@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Scene and bloom together as they are shown: added, clamped, encoded, and
-// rounded to eight bits with a pattern that leaves no bands.
+// Adds scene and bloom, clamps, encodes (sRGB, IEC 61966-2-1), and dithers to eight
+// bits without bands (interleaved gradient noise; J. Jimenez, SIGGRAPH 2014).
 #version 330 core
 
 in vec2 coord;
@@ -16,7 +16,7 @@ uniform float intensity;
 out vec4 result;
 
 #ifdef SMOOTH
-// A cubic B-spline in four taps: the soft light of a small image shows no grid.
+// A cubic B-spline in four taps (C. Sigg, M. Hadwiger, GPU Gems 2, 2005) hides the grid.
 vec3 smoothly(sampler2D image, vec2 at) {
     vec2 size = vec2(textureSize(image, 0));
     vec2 position = at * size - 0.5;

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The endless floor: as much of its plane as the camera can see.
+// The endless floor: the part of its plane that the camera can see.
 #version 330 core
 
 uniform mat4 viewProjection;
 uniform mat4 world;
 uniform vec3 cameraPosition;
 uniform vec3 under;   // the camera's foot in the floor's own space
-uniform float reach;  // how far it is seen, in the floor's own space
+uniform float reach;  // the visible distance, in the floor's own space
 uniform float textureSpan;
 uniform mat4 contentsTransform;
 uniform vec4 colour;

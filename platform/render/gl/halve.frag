@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The same picture at half the size: a tap between four pixels averages them.
+// Halves the picture: a tap between four pixels averages them.
 #version 330 core
 
 uniform sampler2D image;
-uniform vec2 texel;  // of the larger picture
+uniform vec2 texel;  // the size of a pixel of the larger picture
 
 out vec4 result;
 

@@ -1,8 +1,8 @@
-// Reads what GlRecords writes down; its header says how the records lie.
+// Reads the records of GlRecords; GlRecords.h gives their layout.
 //
-// EVERYTHING is defined for lists that need more than pictures pixel for pixel,
-// colours and slopes. Most need no more, and software renderers pay for every
-// branch, taken or not.
+// EVERYTHING is defined for lists with more than pictures pixel for pixel,
+// colours and slopes. Most lists have no more, and software renderers pay for
+// every branch, taken or not.
 #version 330 core
 
 const int kColour = 0, kGradient = 1, kExact = 2, kStretched = 3, kSlope = 4;
@@ -74,7 +74,7 @@ float slope(vec4 f, ivec2 rises) {
     return alpha;
 }
 
-// The alpha of the pieces of a mask, one over the other.
+// The combined alpha of a mask's pieces.
 float coverage(int first, int count) {
     ivec2 pixel = ivec2(gl_FragCoord.xy);
     float clear = 1.0;

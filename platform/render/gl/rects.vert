@@ -2,10 +2,10 @@
 #version 330 core
 
 uniform isamplerBuffer records;
-uniform int firstRect;   // where the rectangles begin: two records each
-uniform vec2 pixelSize;  // of one pixel, in the unit square of the framebuffer
+uniform int firstRect;   // the rectangles' first record; two records each
+uniform vec2 pixelSize;  // the size of one pixel, in the unit square of the framebuffer
 
-// What is painted there; see rects.frag.
+// The paint of the rectangle; see rects.frag.
 flat out ivec4 head, form, extra;
 
 void main() {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What a scene's surfaces send to the camera, in linear light, alpha multiplied
-// in. LAMBERT or constant; TEXTURED or not, then FADING at the picture's edges or
-// not; ADDITIVE in how the fog takes it.
+// The light from a scene's surfaces towards the camera, linear, alpha
+// multiplied in. Variants: LAMBERT or constant; TEXTURED, with FADING picture
+// edges or not; ADDITIVE, which fog only dims.
 #version 330 core
 
 in vec3 fromCamera;
@@ -30,10 +30,10 @@ uniform int lightCount;
 uniform vec3 lightPosition[8];  // from the camera, as fromCamera
 uniform vec3 lightColour[8];
 uniform vec3 fogColour;
-uniform vec2 fogRange;     // where it starts, and how fast it thickens
-uniform vec2 reflection;   // the mirror's share, and what a unit of height takes of it
+uniform vec2 fogRange;     // the fog's start, and its growth per unit
+uniform vec2 reflection;   // the mirror's share, and its loss per unit of height
 uniform float thickness;   // pixels, of lines
-uniform float strength;    // of their light
+uniform float strength;    // of the lines' light
 uniform float outputScale;
 
 out vec4 result;
@@ -44,15 +44,15 @@ void main() {
 #endif
     vec4 colour = tint;
 #ifdef TEXTURED
-    // Where a pixel spans many repeats, the picture's average is all that shows. An
-    // unlimited span takes software OpenGL seconds: it looks at every repeat.
+    // The limit shows the picture's average where a pixel spans many repeats. With
+    // an unlimited span, software OpenGL looks at every repeat and takes seconds.
     vec2 span = fwidth(pictureCoord);
     float few = min(1.0, 4.0 / max(max(span.x, span.y), 1e-6));
     colour *= texture(picture, pictureCoord * few);
 #endif
 #ifdef FADING
-    // In pixels to the picture's edge, where it has faded out: so what is but a
-    // few pixels large glides instead of jumping from one to the next.
+    // The distance in pixels to the picture's edge, where the picture fades out. A
+    // picture of a few pixels then glides instead of jumping from pixel to pixel.
     vec2 inside = min(pictureCoord, 1.0 - pictureCoord) / fwidth(pictureCoord);
     colour *= clamp(min(inside.x, inside.y), 0.0, 1.0);
 #endif

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Places the vertices of triangles, LINES or POINTS; MIRRORED in the floor's
-// plane. Positions go to the fragments as seen from the camera, in world axes.
+// plane. Passes on positions relative to the camera, in world axes.
 #version 330 core
 
 layout(location = 0) in vec3 position;
-layout(location = 1) in vec3 normal;    // of a line: its other end
-layout(location = 2) in vec2 texcoord;  // of a line: which side, and which end; of a
+layout(location = 1) in vec3 normal;    // for a line: its other end
+layout(location = 2) in vec2 texcoord;  // for a line: its side and its end; for a
                                         // point: its size, and its share of the height
 layout(location = 3) in float slot;
 
@@ -16,9 +16,9 @@ uniform vec3 cameraPosition;
 uniform mat4 contentsTransform;
 uniform vec2 halfViewport;  // pixels
 uniform float thickness;    // pixels, of lines
-uniform vec3 dots;          // pixels per point, and high the picture and a shown pixel
+uniform vec3 dots;          // pixels per point, the picture's height, a shown pixel's size
 uniform float zNear;
-uniform vec4 floorPlane;  // world; its normal and minus its distance
+uniform vec4 floorPlane;  // world; the normal, and minus the distance
 
 out vec3 fromCamera;
 flat out vec4 tint;  // alpha multiplied in
@@ -33,10 +33,10 @@ noperspective out float across;  // pixels from the line's middle
 #endif
 #ifdef POINTS
 flat out float dotSize;   // pixels
-flat out float dotLight;  // of its own, what is left
+flat out float dotLight;  // the share of light left
 #endif
 #ifdef MIRRORED
-out float height;  // of the reflected thing above the floor
+out float height;  // the reflected thing's, above the floor
 #endif
 
 vec3 mirrored(vec3 world) {
@@ -48,7 +48,7 @@ vec3 mirrored(vec3 world) {
 }
 
 #ifdef LINES
-// Where the line from `a` to `b` enters what the camera sees.
+// Cuts the line from `a` to `b` at the near plane.
 vec4 beforeCamera(vec4 a, vec4 b) {
     if (a.w >= zNear || b.w <= zNear) return a;
     return mix(a, b, (zNear - a.w) / (b.w - a.w));
@@ -73,7 +73,7 @@ void main() {
     gl_Position = viewProjection * vec4(world, 1.0);
 
 #ifdef LAMBERT
-    // The cofactors keep normals upright whatever the scale along each axis.
+    // The cofactor matrix keeps normals upright under any scale along each axis.
     vec3 n = vec3(dot(cross(y.xyz, z.xyz), normal), dot(cross(z.xyz, x.xyz), normal),
                   dot(cross(x.xyz, y.xyz), normal));
     if (dot(x.xyz, cross(y.xyz, z.xyz)) < 0.0) n = -n;
@@ -86,8 +86,8 @@ void main() {
     pictureCoord = (contentsTransform * vec4(texcoord, 0.0, 1.0)).xy;
 #endif
 #ifdef POINTS
-    // Never thinner than a pixel that is shown. Where that is less than one of the
-    // image it is drawn as one of those, with as much less light.
+    // A dot is at least one shown pixel wide. A size below one pixel of the
+    // image is drawn as one pixel, with proportionally less light.
     float size = texcoord.x * dots.x;
     if (texcoord.y > 0.0) size = min(size, texcoord.y * dots.y);
     size = max(size, dots.z);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What dialogs that Qt draws need of the window system that Qt runs on. Where that
+// The needs of dialogs that Qt draws, from the window system that Qt runs on. Where that
 // system cannot do a thing, nothing happens. Main thread, under a QGuiApplication.
 #pragma once
 

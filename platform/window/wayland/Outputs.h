@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/view/Observers.h"
+#include "platform/time/Observers.h"
 #include "platform/window/Screen.h"
 #include "platform/window/wayland/Protocols.h"
 

@@ -22,7 +22,7 @@ bool knowsShapes(xcb_connection_t* connection) {
     return extension && extension->present;
 }
 
-// What is asked of all windows above at once, so that it costs one wait.
+// The questions about each window above, asked together so that they cost one wait.
 struct Asked {
     xcb_get_window_attributes_cookie_t attributes;
     xcb_get_geometry_cookie_t geometry;

@@ -25,7 +25,7 @@ namespace platform {
 class CoverageWatch {
   public:
     struct Actions {
-        // Which windows it matters of.
+        // The windows to watch.
         std::function<std::vector<xcb_window_t>()> windows;
         std::function<void(xcb_window_t window, bool covered)> tell;
     };
@@ -51,7 +51,7 @@ class CoverageWatch {
     MediaClock& clock_;
     const QString display_;
     const Actions actions_;
-    // Of the queue's thread.
+    // For the queue's thread.
     std::unique_ptr<XConnection> connection_;
     std::shared_ptr<CoverageWatch*> self_ = std::make_shared<CoverageWatch*>(this);
     std::unique_ptr<SerialQueue> queue_;

@@ -12,10 +12,10 @@
 
 namespace platform {
 
-// Draws with the processor into memory and has the server copy what changed to
-// the window: through shared memory where there is any, else over the
-// connection in pieces. Keeps the whole picture, so that what the window loses
-// is shown again without drawing.
+// Draws with the processor into memory and has the server copy changes to the
+// window: through shared memory where possible, else over the connection in
+// pieces. Owns the whole picture, so that exposed parts are shown again without
+// drawing. The render thread.
 class CpuSurface final : public Surface {
   public:
     struct Options {

@@ -31,7 +31,7 @@ class DpmsQuestion final : public DisplaySleepQuestion {
         return extension && extension->present;
     }
     void ask() override {
-        // Of one who rested meanwhile.
+        // The unanswered question from before the rest.
         if (asked_ != 0) xcb_discard_reply(connection_, asked_);
         asked_ = xcb_dpms_info(connection_).sequence;
         xcb_flush(connection_);

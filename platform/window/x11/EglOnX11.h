@@ -21,7 +21,8 @@ namespace platform {
 [[nodiscard]] std::shared_ptr<EglDisplay> eglDisplayThroughXlib(xcb_connection_t* connection,
                                                                 int screen);
 
-// What OpenGL draws into to show it in an X window, whoever made that window. None
+// The surface that OpenGL draws into to show it in an X window, whoever made that
+// window. None
 // if the window is gone, has a surface already, or is of a visual that the driver
 // cannot draw into (then it must be made in a visual of visualFor()). The X errors
 // of a window that vanishes arrive on the connection, as events for its owner.

@@ -7,8 +7,8 @@ namespace platform {
 
 namespace {
 
-// Of which window an event that windows are listened to for tells; 0 for other
-// events.
+// The window that an event tells of, if windows are listened to for such
+// events; else 0.
 xcb_window_t windowOf(const xcb_generic_event_t& event) {
     switch (typeOf(event)) {
         case XCB_CONFIGURE_NOTIFY:

@@ -10,7 +10,7 @@
 namespace platform {
 
 // The connection over which the main thread hears of the windows it draws in.
-// Owned by the X11System. Main thread.
+// The X11System owns it. Main thread.
 class EventConnection {
   public:
     explicit EventConnection(const QString& display);

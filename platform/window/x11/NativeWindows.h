@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The two kinds of native windows of an X server.
+// The two kinds of native windows of an X server. The window above the seam owns a
+// native window. Main thread.
 #pragma once
 
 #include <memory>

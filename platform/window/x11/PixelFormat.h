@@ -11,7 +11,8 @@
 
 namespace platform {
 
-// How an X visual wants its pixels, and how to make them of premultiplied ARGB.
+// The format of an X visual's pixels, and the conversion from premultiplied
+// ARGB. A value: any thread, like any other value.
 class PixelFormat {
   public:
     struct Channels {

@@ -41,7 +41,7 @@ struct Wish {
     std::uint16_t red, green, blue;
 };
 
-// What to ask a colour table for: a cube of even steps, or a ramp of greys.
+// The colours wanted from a colour table: a cube of even steps, or a ramp of greys.
 std::vector<Wish> wishes(bool grey) {
     std::vector<Wish> all;
     const auto level = [](int i, int steps) {
@@ -106,7 +106,7 @@ std::optional<PixelFormat> pixelFormatFor(xcb_connection_t* connection, const Wi
     if (visual->_class == XCB_VISUAL_CLASS_TRUE_COLOR ||
         visual->_class == XCB_VISUAL_CLASS_DIRECT_COLOR) {
         const std::uint32_t colours = visual->red_mask | visual->green_mask | visual->blue_mask;
-        // Of a 32 bits deep visual, what is no colour is alpha.
+        // Bits without a colour are alpha in a visual of depth 32.
         const std::uint32_t alpha = look.depth == 32 ? ~colours : 0U;
         return PixelFormat(*layout,
                            {visual->red_mask, visual->green_mask, visual->blue_mask, alpha});

@@ -6,12 +6,12 @@
 #include <memory>
 #include <optional>
 
-#include "platform/view/Observers.h"
+#include "platform/time/Observers.h"
 #include "platform/window/x11/Xcb.h"
 
 namespace platform {
 
-// What the rest of the desktop does, as the root window of an X server tells it,
+// The doings of the rest of the desktop, as the root window of an X server tells them,
 // over a connection of its own. Without a server everything is absent. Owned by
 // the X11System. Main thread.
 class RootWatch {

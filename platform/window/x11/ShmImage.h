@@ -11,8 +11,8 @@
 
 namespace platform {
 
-// Memory that this program and an X server on the same machine share. The
-// connection must outlive it.
+// Memory shared by this program and an X server on the same machine. The
+// connection must outlive it. One thread at a time: the render thread.
 class ShmImage {
   public:
     // None if the server cannot, or is another machine's. Waits for the server.

@@ -10,7 +10,7 @@ namespace platform {
 namespace {
 
 constexpr double kPause = 0.1;
-// What covers us again within this time, and this often, will go on doing so.
+// A window that covers ours this often within this time goes on doing so.
 constexpr double kStubborn = 1.0;
 constexpr int kOftenEnough = 3;
 
@@ -59,7 +59,7 @@ void StackKeeper::look() {
     looked_ = clock_.now();
     const std::vector<xcb_window_t> shown = shownFromOurs();
     const xcb_window_t covers = intruder(shown);
-    // What was given way to is down.
+    // The window that was given way to is down.
     if (rival_.times > kOftenEnough && covers != rival_.window) rival_ = {};
     if (covers != 0 ? !givesWay(covers) : !isInOrder(shown)) raiseAll();
     root_.readSoon();

@@ -26,10 +26,11 @@ XConnection::XConnection(xcb_connection_t* borrowed)
 
 const XConnection* XConnection::ofQt() {
     const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11) return nullptr;
+    // Qt without windows knows X too, and may have no server.
+    xcb_connection_t* const connection = x11 ? x11->connection() : nullptr;
+    if (!connection) return nullptr;
     static std::unique_ptr<XConnection> known;
-    if (!known || known->get() != x11->connection())
-        known.reset(new XConnection(x11->connection()));
+    if (!known || known->get() != connection) known.reset(new XConnection(connection));
     return known.get();
 }
 

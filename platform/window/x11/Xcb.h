@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is asked of an X server in more than one place; private to
+// The questions that more than one place asks of an X server; private to
 // platform/window/x11 and its tests.
 #pragma once
 
@@ -62,7 +62,7 @@ class XConnection {
     [[nodiscard]] bool isAlive() const { return xcb_connection_has_error(get()) == 0; }
     void flush() const { xcb_flush(get()); }
 
-    // Of the connection's screen; 0 without a server.
+    // The root window of the connection's screen; 0 without a server.
     [[nodiscard]] xcb_window_t root() const;
 
     // The atom of that name, asked for once; 0 without a server.
@@ -100,7 +100,7 @@ class XConnection {
     mutable std::map<std::string, xcb_atom_t, std::less<>> atoms_;
 };
 
-// What there is to know of a window before drawing in it.
+// The properties of a window that drawing in it needs.
 struct WindowLook {
     int width = 0, height = 0;  // pixels
     int depth = 0;

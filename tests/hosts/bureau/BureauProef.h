@@ -98,7 +98,7 @@ class BureauOpDeBus : public BureauProef {
     int gestopt = 0;
     int getoond = 0;
     QString paneelMis;
-    std::optional<BusPoort> poort;
+    std::optional<BusAansluiting> aansluiting;
     std::optional<Beller> beller;
 
     // Puts what is tested on the bus, before it has its name.
@@ -107,14 +107,14 @@ class BureauOpDeBus : public BureauProef {
     void SetUp() override {
         BureauProef::SetUp();
         ASSERT_FALSE(bus.address().isEmpty());
-        poort.emplace(echteKlok, bus.address());
+        aansluiting.emplace(echteKlok, bus.address());
         bied({.stop = [this] { ++gestopt; },
               .toonPaneel =
                   [this] {
                       ++getoond;
                       return paneelMis;
                   }});
-        ASSERT_TRUE(poort->neemNaam(kDienstNaam));
+        ASSERT_TRUE(aansluiting->neemNaam(kDienstNaam));
         beller.emplace(bus.address());
     }
 };

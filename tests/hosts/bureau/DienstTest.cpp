@@ -2,10 +2,14 @@
 // The service on a bus: what others can call, what they are told, and what they
 // get for calls that are wrong.
 #include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDir>
 #include <QProcess>
 #include <limits>
 
+#include "hosts/bureau/BureauInstellingen.h"
 #include "hosts/bureau/BureauXml.h"
+#include "hosts/bureau/Klant.h"
 #include "tests/hosts/bureau/BureauProef.h"
 #include "tests/support/BusMonitor.h"
 #include "tests/support/Paden.h"
@@ -20,7 +24,7 @@ class Dienst : public BureauOpDeBus {
   protected:
     std::optional<BureauDienst> dienst;
 
-    void bied(const BureauDaden& daden) override { dienst.emplace(*bureau, *poort, daden); }
+    void bied(const BureauDaden& daden) override { dienst.emplace(*bureau, *aansluiting, daden); }
     // A call that must be refused: by which error, with one Dutch line, and with
     // nothing changed.
     void geweigerd(const QDBusMessage& antwoord, const char* naam) {
@@ -60,6 +64,36 @@ TEST_F(Dienst, ChoicesAreSet) {
     EXPECT_EQ(beller->lees("Dichtheid"), 0.1);
     EXPECT_EQ(beller->lees("Snelheid"), 2.5);
     EXPECT_EQ(beller->lees("Muziek"), true);
+}
+
+// A folder in the place of the settings' file.
+TEST_F(Dienst, AChoiceThatCannotBeKeptHoldsAndIsSaidNotToBe) {
+    const QString naam = map.filePath(BureauInstellingen::moduleNaam + QStringLiteral(".conf"));
+    ASSERT_TRUE(QDir().mkpath(naam));
+    for (const auto& [methode, waarde] :
+         {std::pair<const char*, QVariant>("ZetDichtheid", 0.1), {"ZetMuziek", true}}) {
+        const QDBusMessage antwoord = beller->roep(methode, {waarde});
+        EXPECT_EQ(antwoord.type(), QDBusMessage::ErrorMessage) << methode;
+        EXPECT_TRUE(antwoord.errorMessage().contains(QStringLiteral("niet te bewaren")))
+            << qPrintable(antwoord.errorMessage());
+        klok.advance(1.0);
+    }
+    EXPECT_EQ(nu().keuzes.dichtheid, 0.1);
+    EXPECT_TRUE(nu().keuzes.muziek);
+    QDir().rmdir(naam);
+    EXPECT_EQ(beller->roep("ZetDichtheid", {0.2}).type(), QDBusMessage::ReplyMessage);
+}
+
+// The owner may be stopped, and do it when it goes on.
+TEST(KlantFout, NoAnswerIsSaidNotToBeARefusal) {
+    const auto tekst = [](const char* fout) {
+        return brixtel::foutTekst(QDBusMessage::createError(QLatin1String(fout), QString()));
+    };
+    EXPECT_EQ(tekst("org.freedesktop.DBus.Error.NoReply"),
+              QStringLiteral("de draaiende brixtel-bureau antwoordt niet; wat gevraagd is kan "
+                             "later nog gebeuren"));
+    EXPECT_EQ(tekst("org.freedesktop.DBus.Error.ServiceUnknown"),
+              QStringLiteral("brixtel-bureau draait niet meer"));
 }
 
 TEST_F(Dienst, TheStateIsInItsProperties) {
@@ -183,13 +217,13 @@ TEST_F(Dienst, StopAnswersFirst) {
 }
 
 TEST_F(Dienst, TheNameIsOneProgramsOnly) {
-    BusPoort tweede(echteKlok, bus.address());
+    BusAansluiting tweede(echteKlok, bus.address());
     EXPECT_FALSE(tweede.neemNaam(kDienstNaam));
 }
 
 TEST_F(Dienst, TheEndOfTheBusIsTold) {
     int verloren = 0;
-    poort->onVerloren([&] { ++verloren; });
+    aansluiting->onVerloren([&] { ++verloren; });
     bus.stop();
     EXPECT_TRUE(until([&] { return verloren == 1; }));
 }

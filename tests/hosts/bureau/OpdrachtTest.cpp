@@ -13,7 +13,7 @@ using brixtel::Verzoek;
 
 namespace {
 
-using Wat = BureauOpdracht::Wat;
+using Taak = BureauOpdracht::Taak;
 
 BureauOpdracht goed(const char* regel) {
     const auto gelezen =
@@ -36,12 +36,12 @@ Verzoek verzoek(const char* methode, const QVariantList& waarden = {}) {
 }
 
 TEST(BureauOpdracht, NothingMeansTheServiceAndThePanel) {
-    EXPECT_EQ(goed("").wat, Wat::Dienst);
+    EXPECT_EQ(goed("").taak, Taak::Dienst);
     EXPECT_EQ(goed("").verzoeken, std::vector{verzoek("ToonPaneel")});
 }
 
 TEST(BureauOpdracht, TheServiceAloneShowsNothing) {
-    EXPECT_EQ(goed("--dienst").wat, Wat::Dienst);
+    EXPECT_EQ(goed("--dienst").taak, Taak::Dienst);
     EXPECT_TRUE(goed("--dienst").verzoeken.empty());
 }
 
@@ -68,7 +68,7 @@ TEST(BureauOpdracht, EveryOptionIsOneCall) {
         const BureauOpdracht opdracht = goed(regel);
         ASSERT_EQ(opdracht.verzoeken.size(), 1U) << regel;
         EXPECT_EQ(opdracht.verzoeken.front(), verwacht) << regel;
-        EXPECT_EQ(opdracht.wat, Wat::Dienst) << regel;
+        EXPECT_EQ(opdracht.taak, Taak::Dienst) << regel;
     }
 }
 
@@ -78,9 +78,9 @@ TEST(BureauOpdracht, WhatIsAskedHappensInThatOrder) {
     EXPECT_EQ(opdracht.verzoeken[0].methode, QStringLiteral("ZetDichtheid"));
     EXPECT_EQ(opdracht.verzoeken[1].methode, QStringLiteral("WisselZwart"));
     EXPECT_EQ(opdracht.verzoeken[2].methode, QStringLiteral("ToonRegen"));
-    EXPECT_EQ(opdracht.wat, Wat::Stand);
-    EXPECT_EQ(goed("--versie").wat, Wat::Versie);
-    EXPECT_EQ(goed("-help").wat, Wat::Hulp);
+    EXPECT_EQ(opdracht.taak, Taak::Stand);
+    EXPECT_EQ(goed("--versie").taak, Taak::Versie);
+    EXPECT_EQ(goed("-help").taak, Taak::Hulp);
 }
 
 TEST(BureauOpdracht, StartingWithTheSessionIsNoCall) {

@@ -9,6 +9,7 @@
 #include "tests/desktop/Bureaublad.h"
 #include "tests/hosts/bureau/PaneelProef.h"
 #include "tests/hosts/bureau/SchrijfTeller.h"
+#include "tests/support/EigenScherm.h"
 
 using namespace brixtel;
 
@@ -119,7 +120,7 @@ class OpHetScherm : public PaneelProef {
 
 TEST_F(OpHetScherm, ThePictureIsThatOfTheSceneChosenAndGreen) {
     begin({.soort = DrieSoort::tunnel});
-    ASSERT_TRUE(voorbeeld().isGetoond());
+    ASSERT_TRUE(voorbeeld().venster());
     std::vector<QImage> stille;
     for (const std::optional<DrieSoort> soort :
          {std::optional(DrieSoort::tunnel), std::optional(DrieSoort::kubus),
@@ -141,7 +142,7 @@ TEST_F(OpHetScherm, HiddenByAClickThereIsNoPictureAndNoFrame) {
     begin({.soort = DrieSoort::kubus});
     ASSERT_TRUE(straks([this] { return getekend() > 2 && groen(beeld()) > 0.01; }));
     klik(QAccessible::CheckBox, "Voorbeeld van het zwarte scherm");
-    ASSERT_TRUE(until([this] { return !voorbeeld().isGetoond(); }));
+    ASSERT_TRUE(until([this] { return !voorbeeld().venster(); }));
     EXPECT_EQ(voorbeeld().venster(), nullptr);
     EXPECT_TRUE(view()->findChildren<QWindow*>().isEmpty());
     doe(QStringLiteral("mousemove 700 700"));
@@ -158,7 +159,7 @@ TEST_F(OpHetScherm, HiddenByAClickThereIsNoPictureAndNoFrame) {
     EXPECT_EQ(beelden, voor);
     EXPECT_EQ(scherm->picture(scherm->screen().root), toen);
     klik(QAccessible::CheckBox, "Voorbeeld van het zwarte scherm");
-    EXPECT_TRUE(until([this] { return voorbeeld().isGetoond(); }));
+    EXPECT_TRUE(until([this] { return voorbeeld().venster(); }));
     EXPECT_TRUE(straks([this] { return groen(beeld()) > 0.01; }));
 }
 
@@ -293,7 +294,7 @@ TEST_F(OpHetScherm, ClosedInTheMidstOfADragWithThePictureRunningTheLastValueIsKe
     doe(QStringLiteral("key Escape"));
     ASSERT_TRUE(until([this] { return !paneel->isOpen(); }));
     EXPECT_NEAR(BureauInstellingen::lees().dichtheid, nu().keuzes.dichtheid, 1e-6);
-    EXPECT_FALSE(voorbeeld().isGetoond());
+    EXPECT_FALSE(voorbeeld().venster());
     doe(QStringLiteral("mouseup 1"));
 }
 
@@ -324,18 +325,7 @@ TEST_F(OpHetScherm, TheSaversModeIsChosenWithTheMouseAndWithKeys) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    if (testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
-    const QTemporaryDir thuis;
-    Xvfb server("800x800x24");
-    scherm = &server;
-    for (const char* naam : {"HOME", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"})
-        qputenv(naam, QFile::encodeName(thuis.path()));
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/dev/null");
-    qputenv("DISPLAY", server.display().toLocal8Bit());
-    qputenv("QT_QPA_PLATFORM", "xcb");
-    qputenv("LIBGL_ALWAYS_SOFTWARE", "1");
-    const QGuiApplication app(argc, argv);
-    QGuiApplication::setQuitOnLastWindowClosed(false);
-    return RUN_ALL_TESTS();
+    return steun::draaiOpEigenScherm(
+        argc, argv, {.scherm = "800x800x24", .omgeving = {{"LIBGL_ALWAYS_SOFTWARE", "1"}}},
+        [](Xvfb& server, const QString&) { scherm = &server; });
 }

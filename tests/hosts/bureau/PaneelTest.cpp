@@ -33,7 +33,7 @@ TEST_F(OpHetPaneel, EveryControlHasItsNameAndItsState) {
     EXPECT_TRUE(vind(QAccessible::Slider, "Snelheid"));
     EXPECT_TRUE(vind(QAccessible::Button, "Toon nu"));
     EXPECT_TRUE(vind(QAccessible::Button, "Open de instellingen"));
-    EXPECT_TRUE(vind(QAccessible::RadioButton, "Bol", kScenes));
+    EXPECT_TRUE(vind(QAccessible::RadioButton, "BOL", kScenes));
     EXPECT_TRUE(vind(QAccessible::RadioButton, "Wisselend", kSaver));
     EXPECT_TRUE(vind(QAccessible::ProgressBar, "Niveau"));
     EXPECT_TRUE(vind(QAccessible::Indicator, "Maat"));
@@ -104,16 +104,18 @@ TEST_F(OpHetPaneel, WhatASliderWasDraggedToIsKeptWhenThePanelCloses) {
 }
 
 TEST_F(OpHetPaneel, TheSceneIsChosenKeptAndShown) {
-    druk(QAccessible::RadioButton, "Kubus", kScenes);
+    druk(QAccessible::RadioButton, "KUBUS", kScenes);
     EXPECT_EQ(nu().keuzes.soort, DrieSoort::kubus);
     EXPECT_EQ(BureauInstellingen::lees().soort, DrieSoort::kubus);
-    EXPECT_TRUE(isGekozen("Kubus", kScenes));
+    EXPECT_TRUE(isGekozen("KUBUS", kScenes));
+    EXPECT_EQ(item("soortUitleg")->property("tekst").toString(),
+              QStringLiteral("Een kubus van 343 nullen en enen die omspringen en golven."));
     druk(QAccessible::Button, "Toon nu");
     EXPECT_TRUE(nu().zwart);
     EXPECT_EQ(nu().soort, DrieSoort::kubus);
     schakel("Zwart scherm");
     EXPECT_FALSE(nu().zwart);
-    druk(QAccessible::RadioButton, "Regen", kScenes);
+    druk(QAccessible::RadioButton, "REGEN", kScenes);
     klok.advance(0.15);
     EXPECT_EQ(BureauInstellingen::lees().soort, std::nullopt);
     schakel("Zwart scherm");

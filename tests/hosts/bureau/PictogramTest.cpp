@@ -20,29 +20,32 @@ const QString kEigenschappen = QStringLiteral("org.freedesktop.DBus.Properties")
 // What shows icons: notes who announces himself.
 struct Tray {
     QStringList aangemeld;
-    BusPoort poort;
+    BusAansluiting aansluiting;
 
-    Tray(platform::MediaClock& klok, const QString& adres) : poort(klok, adres) {
-        poort.bied({.pad = QStringLiteral("/StatusNotifierWatcher"),
-                    .beschrijving = QStringLiteral(
-                        "<interface name=\"org.kde.StatusNotifierWatcher\">"
-                        "<method name=\"RegisterStatusNotifierItem\">"
-                        "<arg name=\"service\" type=\"s\" direction=\"in\"/></method></interface>"),
-                    .doe = {{kTrays + QStringLiteral(".RegisterStatusNotifierItem"),
-                             [this](const QVariantList& waarden) -> BusAntwoord {
-                                 aangemeld << waarden.at(0).toString();
-                                 return QVariantList();
-                             }}},
-                    .eigenschappen = {}});
+    Tray(platform::MediaClock& klok, const QString& adres) : aansluiting(klok, adres) {
+        aansluiting.bied(
+            {.pad = QStringLiteral("/StatusNotifierWatcher"),
+             .beschrijving = QStringLiteral(
+                 "<interface name=\"org.kde.StatusNotifierWatcher\">"
+                 "<method name=\"RegisterStatusNotifierItem\">"
+                 "<arg name=\"service\" type=\"s\" direction=\"in\"/></method></interface>"),
+             .doe = {{kTrays + QStringLiteral(".RegisterStatusNotifierItem"),
+                      [this](const QVariantList& waarden) -> BusAntwoord {
+                          aangemeld << waarden.at(0).toString();
+                          return QVariantList();
+                      }}},
+             .eigenschappen = {}});
     }
-    bool kom() { return poort.neemNaam(kTrays); }
+    bool kom() { return aansluiting.neemNaam(kTrays); }
 };
 
 class InHetSysteemvak : public BureauOpDeBus {
   protected:
     std::optional<Pictogram> pictogram;
 
-    void bied(const BureauDaden& daden) override { pictogram.emplace(*bureau, *poort, daden); }
+    void bied(const BureauDaden& daden) override {
+        pictogram.emplace(*bureau, *aansluiting, daden);
+    }
     QVariant kenmerk(const char* naam) {
         const auto antwoord =
             beller->roep(kItem, kEigenschappen, "Get", {kItemInterface, QLatin1String(naam)});
@@ -97,7 +100,7 @@ TEST_F(InHetSysteemvak, ATrayThatIsThereIsToldAtOnce) {
     ASSERT_TRUE(tray.kom());
     pictogram->meldAan();
     ASSERT_TRUE(until([&] { return !tray.aangemeld.isEmpty(); }));
-    EXPECT_EQ(tray.aangemeld, QStringList(poort->verbinding().baseService()));
+    EXPECT_EQ(tray.aangemeld, QStringList(aansluiting->verbinding().baseService()));
 }
 
 TEST_F(InHetSysteemvak, ATrayThatComesLaterOrAgainIsToldToo) {
@@ -132,10 +135,10 @@ TEST_F(InHetSysteemvak, TheMenuDoesWhatItSays) {
     klik("Regen over het bureaublad");
     EXPECT_TRUE(nu().regen);
     EXPECT_TRUE(heeftVink("Regen over het bureaublad"));
-    klik("Tunnel");
+    klik("TUNNEL: vlieg door een tunnel van matrix-cijfers");
     EXPECT_EQ(nu().soort, DrieSoort::tunnel);
-    EXPECT_TRUE(heeftVink("Tunnel"));
-    EXPECT_FALSE(heeftVink("Bol"));
+    EXPECT_TRUE(heeftVink("TUNNEL"));
+    EXPECT_FALSE(heeftVink("BOL: de aarde"));
     klik("Zwart scherm volgt de muziek");
     EXPECT_TRUE(nu().keuzes.muziek);
     EXPECT_TRUE(heeftVink("Zwart scherm volgt de muziek"));
@@ -180,9 +183,9 @@ TEST_F(InHetSysteemvak, AChoiceBetweenTheStepsIsListedAsLongAsItIsChosen) {
 
 TEST_F(InHetSysteemvak, ABlackScreenUnderALockDoesNotCome) {
     werkruimte.zetBeveiligd(true);
-    klik("Tunnel");
+    klik("TUNNEL: vlieg door een tunnel van matrix-cijfers");
     EXPECT_EQ(nu(), BureauStand{});
-    EXPECT_FALSE(heeftVink("Tunnel"));
+    EXPECT_FALSE(heeftVink("TUNNEL"));
 }
 
 TEST_F(InHetSysteemvak, ALineThatIsNotThereIsRefused) {

@@ -265,7 +265,7 @@ TEST_F(Sessie, ItStartsWithTheSessionIfAsked) {
     ASSERT_TRUE(versperring.open(QIODevice::WriteOnly));
     const auto mis = draai("--autostart=aan");
     EXPECT_EQ(mis.uitgang, 1);
-    EXPECT_TRUE(mis.fouten.contains(QStringLiteral("is niet te schrijven")));
+    EXPECT_TRUE(mis.fouten.contains(QStringLiteral("kan niet geschreven worden")));
 }
 
 TEST_F(Sessie, WithoutABusOrADisplayItSaysSo) {

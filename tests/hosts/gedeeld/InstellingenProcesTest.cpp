@@ -20,6 +20,7 @@ class InstellingenProcesTest : public testing::Test {
     NepSaver saver;
     std::optional<InstellingenProces> proces;
     std::vector<bool> afloop;
+    QStringList gekozen;
 
     void SetUp() override { qputenv("XDG_CONFIG_HOME", QFile::encodeName(thuis.path())); }
     void toon(Einde einde) {
@@ -29,7 +30,10 @@ class InstellingenProcesTest : public testing::Test {
     }
     void vraag() {
         proces->toon({QStringLiteral("--een"), QStringLiteral("twee")},
-                     [this](bool goed) { afloop.push_back(goed); });
+                     [this](const InstellingenProces::Afloop& einde) {
+                         afloop.push_back(einde.goed);
+                         gekozen.push_back(einde.gekozen);
+                     });
     }
     [[nodiscard]] QByteArray bewaard() const {
         QFile bestand(thuis.filePath(QStringLiteral("nl.groenlicht.brixtel.saver.conf")));
@@ -50,6 +54,16 @@ TEST_F(InstellingenProcesTest, IsOneSheetAtATimeAndTellsOnceHowItEnded) {
     ASSERT_TRUE(until([this] { return !proces->isOpen(); }));
     EXPECT_EQ(afloop, (std::vector{true, false}));
     EXPECT_EQ(saver.keren(), 2);
+}
+
+TEST_F(InstellingenProcesTest, TellsWhatTheSheetPrinted) {
+    toon(Einde::Mee);
+    ASSERT_TRUE(saver.eindig("kubus"));
+    ASSERT_TRUE(until([this] { return !proces->isOpen(); }));
+    vraag();
+    ASSERT_TRUE(saver.eindig("-"));
+    ASSERT_TRUE(until([this] { return !proces->isOpen(); }));
+    EXPECT_EQ(gekozen, (QStringList{QStringLiteral("kubus"), QString()}));
 }
 
 TEST_F(InstellingenProcesTest, ASheetThatEndsWithItsOwnerIsGoneAndNobodyIsTold) {

@@ -16,6 +16,7 @@ TEST(EenRegel, WhatIsOneLineStaysAsItIs) {
 TEST(EenRegel, NothingThatIsQuotedBreaksItOrSteersATerminal) {
     EXPECT_EQ(eenRegel(QStringLiteral("a\nb\r\nc\td\u2028e\u2029f\u0085g\u001b[2J")),
               QStringLiteral("a b  c d e f g [2J"));
+    EXPECT_EQ(eenRegel(QStringLiteral("a\u202Eb\u2066c\u200Fd")), QStringLiteral("a b c d"));
     EXPECT_EQ(eenRegel(QStringLiteral("\n a \n")), QStringLiteral("a"));
 }
 

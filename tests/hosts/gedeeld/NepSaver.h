@@ -54,6 +54,7 @@ echo "$*" >> woorden
 read -r keuze uitgang < einde || exit 9
 if [ "$keuze" != - ]; then
   printf '[General]\nkeuze=%s\n' "$keuze" > "$XDG_CONFIG_HOME/nl.groenlicht.brixtel.saver.conf"
+  echo "$keuze"
 fi
 echo >> klaar
 exit "$uitgang"

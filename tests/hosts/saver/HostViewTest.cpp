@@ -12,9 +12,12 @@ class HostViewTest : public testing::Test {
     platform::ManualClock klok;
     platform::RandomSource toeval{1};
     platform::DistributedNotificationCenter berichten{QString()};
+    std::vector<platform::Screen> schermen{{.frame = {0, 0, 1000, 1000}}};
     HostView view{std::make_shared<platform::ScreenSaverView>(
-        QRectF(0, 0, 400, 300), false,
-        platform::ScreenSaverContext{.clock = klok, .random = toeval, .notifications = berichten})};
+                      QRectF(0, 0, 400, 300), false,
+                      platform::ScreenSaverContext{
+                          .clock = klok, .random = toeval, .notifications = berichten}),
+                  [this] { return schermen; }};
     int geroepen = 0;
 
     void SetUp() override {
@@ -45,6 +48,20 @@ TEST_F(HostViewTest, TheMouseEndsItBeyondFiftyPointsFromWhereItWasFirstSeen) {
     muis(130, 140);  // exactly fifty away
     EXPECT_EQ(geroepen, 0);
     muis(130.1, 140);
+    EXPECT_EQ(geroepen, 1);
+}
+
+// The places of an upright coordinate space all move with the display's height.
+TEST_F(HostViewTest, ADisplayThatChangesIsNoMovementOfTheMouse) {
+    muis(100, 100);
+    schermen[0].frame = {0, 0, 1000, 400};
+    muis(100, 300);
+    muis(140, 300);
+    EXPECT_EQ(geroepen, 0);
+    schermen.push_back({.frame = {1000, 0, 500, 500}});
+    muis(400, 100);
+    EXPECT_EQ(geroepen, 0);
+    muis(451, 100);
     EXPECT_EQ(geroepen, 1);
 }
 

@@ -10,7 +10,7 @@ using platform::DrawerChoice;
 
 namespace {
 
-using Wat = Opdracht::Wat;
+using Taak = Opdracht::Taak;
 
 Opdracht goed(const QStringList& woorden, const QString& host = {}) {
     const auto gelezen = leesOpdracht(woorden, host);
@@ -37,7 +37,7 @@ QStringList woorden(const char* regel) {
 
 TEST(Opdracht, NothingMeansFullScreen) {
     const Opdracht opdracht = goed({});
-    EXPECT_EQ(opdracht.wat, Wat::Schermvullend);
+    EXPECT_EQ(opdracht.taak, Taak::Schermvullend);
     EXPECT_TRUE(opdracht.keuze.isEmpty());
     EXPECT_EQ(opdracht.tekenaar, DrawerChoice::Auto);
     EXPECT_FALSE(opdracht.seconden);
@@ -53,20 +53,20 @@ TEST(Opdracht, AWindowOfAGivenSizeOrTheUsualOne) {
     EXPECT_EQ(goed(woorden("--venster=800x600")).venster, QSize(800, 600));
     EXPECT_EQ(goed(woorden("--venster 800x600")).venster, QSize(800, 600));
     const Opdracht opdracht = goed(woorden("--venster --keuze logo"));
-    EXPECT_EQ(opdracht.wat, Wat::Venster);
+    EXPECT_EQ(opdracht.taak, Taak::Venster);
     EXPECT_EQ(opdracht.keuze, QStringLiteral("logo"));
 }
 
 TEST(Opdracht, AHostsWindowInHexOrDecimal) {
     EXPECT_EQ(goed(woorden("--window-id 0x1A00003")).vensterId, host(0x1A00003U));
     EXPECT_EQ(goed(woorden("-window-id=27262979")).vensterId, host(27262979U));
-    EXPECT_EQ(goed(woorden("--window-id 0X2")).wat, Wat::Gastheer);
+    EXPECT_EQ(goed(woorden("--window-id 0X2")).taak, Taak::Gastheer);
 }
 
 TEST(Opdracht, OfBothHostSwitchesTheIdWins) {
     for (const char* regel : {"--root --window-id 0x12", "--window-id 0x12 --root"}) {
         const Opdracht opdracht = goed(woorden(regel), QStringLiteral("0x99"));
-        EXPECT_EQ(opdracht.wat, Wat::Gastheer);
+        EXPECT_EQ(opdracht.taak, Taak::Gastheer);
         EXPECT_EQ(opdracht.vensterId, host(0x12U));
     }
 }
@@ -74,23 +74,24 @@ TEST(Opdracht, OfBothHostSwitchesTheIdWins) {
 TEST(Opdracht, TheEnvironmentsWindowServesRootAndNothing) {
     EXPECT_EQ(goed(woorden("--root"), QStringLiteral("0x400001")).vensterId, host(0x400001U));
     EXPECT_EQ(goed({}, QStringLiteral("4194305")).vensterId, host(0x400001U));
-    EXPECT_EQ(goed({}, QStringLiteral("4194305")).wat, Wat::Gastheer);
-    EXPECT_EQ(goed(woorden("--root")).wat, Wat::Gastheer);
+    EXPECT_EQ(goed({}, QStringLiteral("4194305")).taak, Taak::Gastheer);
+    EXPECT_EQ(goed(woorden("--root")).taak, Taak::Gastheer);
     EXPECT_FALSE(goed(woorden("--root")).vensterId);
 }
 
 TEST(Opdracht, TheEnvironmentsWindowDoesNotServeAWindowOfOnesOwn) {
-    EXPECT_EQ(goed(woorden("--venster"), QStringLiteral("0x400001")).wat, Wat::Venster);
-    EXPECT_EQ(goed(woorden("--versie"), QStringLiteral("onzin")).wat, Wat::Versie);
+    EXPECT_EQ(goed(woorden("--venster"), QStringLiteral("0x400001")).taak, Taak::Venster);
+    EXPECT_EQ(goed(woorden("--versie"), QStringLiteral("onzin")).taak, Taak::Versie);
 }
 
 TEST(Opdracht, AStillPictureWithAllItsParts) {
     const Opdracht opdracht =
         goed(woorden("--plaatje=a.png --keuze=regen --maat=640x480 --schaal=1.5 --na=6.5 "
                      "--zaad=18446744073709551615"));
-    EXPECT_EQ(opdracht.wat, Wat::Plaatje);
+    EXPECT_EQ(opdracht.taak, Taak::Plaatje);
     EXPECT_EQ(opdracht.plaatje, QStringLiteral("a.png"));
     EXPECT_EQ(opdracht.maat, QSize(640, 480));
+    EXPECT_EQ(goed(woorden("--plaatje=a.png --keuze=regen --maat=4096x4096 --schaal=2")).schaal, 2);
     EXPECT_EQ(opdracht.schaal, 1.5);
     EXPECT_EQ(opdracht.na, 6.5);
     EXPECT_EQ(opdracht.zaad, 18446744073709551615ULL);
@@ -105,14 +106,14 @@ TEST(Opdracht, TheRest) {
     EXPECT_TRUE(opdracht.voorvertoning);
     EXPECT_EQ(opdracht.tekenaar, DrawerChoice::OpenGl);
     EXPECT_EQ(goed(woorden("--tekenaar cpu")).tekenaar, DrawerChoice::Cpu);
-    EXPECT_EQ(goed(woorden("--instellingen")).wat, Wat::Instellingen);
+    EXPECT_EQ(goed(woorden("--instellingen")).taak, Taak::Instellingen);
     EXPECT_TRUE(goed(woorden("--instellingen")).instellingen.isEmpty());
     EXPECT_EQ(goed(woorden("--instellingen blad.png")).instellingen, QStringLiteral("blad.png"));
     EXPECT_EQ(goed(woorden("--instellingen --boven=0x1f")).boven,
               platform::WindowRef{QString::number(0x1fU)});
     EXPECT_FALSE(goed({}).volleSnelheid);
     EXPECT_TRUE(goed(woorden("-volle-snelheid")).volleSnelheid);
-    EXPECT_EQ(goed(woorden("--help")).wat, Wat::Hulp);
+    EXPECT_EQ(goed(woorden("--help")).taak, Taak::Hulp);
     EXPECT_FALSE(goed(woorden("--verbindingen")).json);
     EXPECT_TRUE(goed(woorden("--verbindingen=json")).json);
     EXPECT_TRUE(goed(woorden("--verbindingen json")).json);
@@ -142,6 +143,8 @@ TEST(Opdracht, ABadArgumentGetsOneClearDutchLine) {
                               "--plaatje=a.jpg --keuze=regen",
                               "--plaatje=a.png",
                               "--plaatje=a.png --keuze=regen --meet",
+                              "--plaatje=a.png --keuze=regen --maat=8193x8192",
+                              "--plaatje=a.png --keuze=regen --maat=4097x4096 --schaal=2",
                               "--lijnen=a.json",
                               "--plaatje=a.png --keuze=regen --lijnen=a.json",
                               "--zaad=-1",
@@ -185,7 +188,7 @@ TEST(Opdracht, TheHelpNamesEveryOption) {
           "instellingen",  "plaatje",      "maat",      "schaal",        "na",
           "zaad",          "seconden",     "meet",      "fps",           "tekenaar",
           "lijnen",        "verbindingen", "versie",    "help",          "boven",
-          "volle-snelheid"})
+          "volle-snelheid", "film", "lus"})
         EXPECT_TRUE(hulp.contains(QStringLiteral("--") + QLatin1String(naam))) << naam;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The program whole, without any display.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <QDir>
 #include <QFileInfo>
@@ -53,8 +54,7 @@ TEST(Programma, HelpAndVersionNeedNothing) {
     EXPECT_TRUE(versie.uit().startsWith("brixtel-saver 0."));
 }
 
-TEST(Programma, ConnectionsAsATableOrAsJsonAlsoWithNothingMeasured) {
-    // Whether or not there is an lsof, or anything for it to find, is no error.
+TEST(Programma, ConnectionsAsATableOrAsJsonAlsoWhereThereAreNone) {
     Programma tabel, json;
     tabel.zet(QStringLiteral("PATH"), QStringLiteral("/er/niet"));
     tabel.draai(woorden(QStringLiteral("--verbindingen")));
@@ -180,6 +180,86 @@ TEST(Programma, AStillThatCannotBeWrittenLeavesNothingBehind) {
     EXPECT_TRUE(fouten.contains("kan niet geschreven worden"));
     EXPECT_EQ(fouten.count('\n'), 1) << fouten.constData();
     EXPECT_FALSE(QFileInfo::exists(map));
+}
+
+// The words before a program's, so that every write to a disk fails.
+QStringList volleSchijf() {
+    return {QStringLiteral("/bin/sh"), QStringLiteral("-c"),
+            QStringLiteral("trap '' XFSZ; ulimit -f 0; exec \"$@\""), QStringLiteral("sh")};
+}
+
+TEST(Programma, OnAFullDiskAStillSaysSoAndTheOldFileStays) {
+    Programma programma;
+    const QString naam = programma.map() + QStringLiteral("/beeld.png");
+    QFile oud(naam);
+    ASSERT_TRUE(oud.open(QIODevice::WriteOnly));
+    oud.write("oud");
+    oud.close();
+    for (const QString& vraag :
+         {QStringLiteral("--plaatje=%1 --keuze=regen --maat=32x32 --zaad=1").arg(naam),
+          QStringLiteral("--instellingen=%1").arg(naam)}) {
+        programma.startDoor(volleSchijf(), woorden(vraag));
+        ASSERT_TRUE(programma.wacht());
+        EXPECT_EQ(programma.uitgang(), 1) << qPrintable(vraag);
+        const QByteArray fouten = programma.fouten();
+        EXPECT_EQ(fouten.count('\n'), 1) << fouten.constData();
+        EXPECT_TRUE(fouten.contains("kan niet geschreven worden")) << fouten.constData();
+        ASSERT_TRUE(oud.open(QIODevice::ReadOnly));
+        EXPECT_EQ(oud.readAll(), "oud");
+        oud.close();
+        EXPECT_EQ(QDir(programma.map()).entryList(QDir::Files).size(), 1);
+    }
+}
+
+TEST(Programma, AnOutputThatCannotBeWrittenIsOneLineAndExitOne) {
+    for (const char* vraag : {"--versie", "--help", "--verbindingen", "--verbindingen=json"}) {
+        Programma programma;
+        programma.startDoor({QStringLiteral("/bin/sh"), QStringLiteral("-c"),
+                             QStringLiteral("exec \"$@\" > /dev/full"), QStringLiteral("sh")},
+                            {QLatin1String(vraag)});
+        ASSERT_TRUE(programma.wacht());
+        EXPECT_EQ(programma.uitgang(), 1) << vraag;
+        const QByteArray fouten = programma.fouten();
+        EXPECT_EQ(fouten.count('\n'), 1) << vraag << fouten.constData();
+        EXPECT_TRUE(fouten.contains("de uitvoer is niet te schrijven")) << fouten.constData();
+    }
+}
+
+TEST(Programma, SettingsThatCannotBeReadAreOneLineAndTheDefaultsHold) {
+    Programma programma;
+    ASSERT_TRUE(QDir(programma.map()).mkpath(QStringLiteral(".config")));
+    const QString naam =
+        programma.map() + QStringLiteral("/.config/nl.groenlicht.brixtel.saver.conf");
+    ASSERT_EQ(mkfifo(naam.toLocal8Bit().constData(), 0600), 0);
+    const QString beeld = programma.map() + QStringLiteral("/beeld.png");
+    programma.draai({QStringLiteral("--instellingen"), beeld});
+    EXPECT_EQ(programma.uitgang(), 0);
+    const QByteArray fouten = programma.fouten();
+    EXPECT_EQ(fouten.count('\n'), 1) << fouten.constData();
+    EXPECT_TRUE(fouten.contains("geen gewoon bestand")) << fouten.constData();
+    EXPECT_FALSE(QImage(beeld).isNull());
+}
+
+// The libraries below would hang or crash.
+TEST(Programma, WhereTheKernelRefusesWhatItNeedsItSaysSoInOneLine) {
+    for (const char* grens : {"-n 6", "-n 8", "-n 13", "-n 30", "-v 600000"}) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+        if (grens[1] == 'v') continue;  // they take terabytes of address space
+#endif
+        Programma programma;
+        programma.startDoor(
+            {QStringLiteral("/bin/sh"), QStringLiteral("-c"),
+             QStringLiteral("ulimit %1; exec \"$@\"").arg(QLatin1String(grens)),
+             QStringLiteral("sh")},
+            {QStringLiteral("--plaatje=") + programma.map() + QStringLiteral("/b.png"),
+             QStringLiteral("--keuze=bol"), QStringLiteral("--maat=64x64")});
+        ASSERT_TRUE(programma.wacht()) << grens;
+        EXPECT_EQ(programma.uitgang(), 1) << grens;
+        EXPECT_FALSE(programma.doorSignaal()) << grens;
+        const QByteArray fouten = programma.fouten();
+        EXPECT_EQ(fouten.count('\n'), 1) << grens << fouten.constData();
+        EXPECT_TRUE(fouten.startsWith("brixtel-saver: ")) << fouten.constData();
+    }
 }
 
 TEST(Programma, AChoiceForOneRunIsNotStored) {

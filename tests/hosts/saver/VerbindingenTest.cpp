@@ -66,9 +66,15 @@ TEST_F(Verbindingen, ASignalThatIsIgnoredStaysSo) {
 }
 
 TEST_F(Verbindingen, ATableThatCannotBeWrittenIsAnError) {
-    EXPECT_EXIT(draai("/no/such/lsof", "/dev/full"), testing::ExitedWithCode(1),
-                "de verbindingen zijn niet te schrijven");
-    EXPECT_EXIT(draai("/no/such/lsof", "/dev/null"), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(draai("/bin/true", "/dev/full"), testing::ExitedWithCode(1),
+                "de uitvoer is niet te schrijven");
+    EXPECT_EXIT(draai("/bin/true", "/dev/null"), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(Verbindingen, WhereNothingCouldBeMeasuredItSaysSo) {
+    for (const char* lsof : {"/no/such/lsof", "/dev/null"})
+        EXPECT_EXIT(draai(lsof), testing::ExitedWithCode(1),
+                    "^de verbindingen zijn niet te meten: lsof ontbreekt of faalt\n$");
 }
 
 }  // namespace

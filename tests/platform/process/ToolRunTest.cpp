@@ -148,6 +148,44 @@ TEST(ToolRun, AStopEndsAToolThatHasClosedItsOutputAndHangs) {
     EXPECT_FALSE(steun::heeftKinderen());
 }
 
+TEST(ToolRun, WritesAtMostSoMuch) {
+    const auto bounded = [](std::size_t most, platform::ToolEnd& end) {
+        return runTool(
+            {.program = "/bin/sh", .arguments = {"-c", "printf 12345"}, .mostBytes = most}, nullptr,
+            &end);
+    };
+    auto end = platform::ToolEnd::done;
+    EXPECT_FALSE(bounded(4, end));
+    EXPECT_EQ(end, platform::ToolEnd::tooMuch);
+    EXPECT_EQ(bounded(5, end)->text(), "12345");
+    EXPECT_EQ(end, platform::ToolEnd::done);
+    EXPECT_FALSE(steun::heeftKinderen());
+}
+
+TEST(ToolRun, TakesAtMostSoLong) {
+    for (const char* script : {"sleep 1000", "echo x; sleep 1000", "exec >&-; sleep 1000"}) {
+        auto end = platform::ToolEnd::done;
+        EXPECT_FALSE(
+            runTool({.program = "/bin/sh", .arguments = {"-c", script}, .mostSeconds = 0.02},
+                    nullptr, &end));
+        EXPECT_EQ(end, platform::ToolEnd::late) << script;
+    }
+    EXPECT_FALSE(steun::heeftKinderen());
+}
+
+TEST(ToolRun, SaysHowItEnded) {
+    const auto endOf = [](const char* program, const char* script) {
+        auto end = platform::ToolEnd::late;
+        (void)runTool({.program = program, .arguments = {"-c", script}}, nullptr, &end);
+        return end;
+    };
+    EXPECT_EQ(endOf("/bin/sh", "exit 0"), platform::ToolEnd::done);
+    EXPECT_EQ(endOf("/bin/sh", "exit 1"), platform::ToolEnd::done);
+    EXPECT_EQ(endOf("/bin/sh", "exit 2"), platform::ToolEnd::failed);
+    EXPECT_EQ(endOf("/bin/sh", "kill -9 $$"), platform::ToolEnd::failed);
+    EXPECT_EQ(endOf("/no/such", ""), platform::ToolEnd::notStarted);
+}
+
 TEST(ToolRun, AStopIsForGood) {
     const ToolStop stop;
     stop.request();

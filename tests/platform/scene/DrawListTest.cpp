@@ -294,4 +294,43 @@ TEST(DrawList, KeepsItsPicturesAndMeshesWhateverBecomesOfTheScene) {
     EXPECT_EQ(list.batches.at(0).mesh->primitiveCount(), 2U);
 }
 
+TEST(DrawListParticles, FadeNearTheCameraWhereTheirSystemSaysSo) {
+    for (const double fade : {0.0, 2.0}) {
+        Scene scene;
+        auto eye = std::make_shared<Node>();
+        eye->setCamera(Camera{.fieldOfView = 60.0, .zNear = 0.05});
+        scene.root().addChild(eye);
+        auto stream = std::make_shared<Node>();
+        stream->setPosition({0.0, 0.0, -4.0});
+        RandomSource random(1);
+        stream->setParticles(
+            std::make_shared<ParticleSystem>(ParticleSettings{.birthRate = 1.0,
+                                                              .lifeSpan = 10.0,
+                                                              .velocity = 1.0,
+                                                              .emittingDirection = {0.0, 0.0, 1.0},
+                                                              .blendMode = BlendMode::Additive,
+                                                              .nearFade = fade},
+                                             random));
+        scene.root().addChild(stream);
+        DrawList list;
+        double last = 1.0;
+        // The eldest was born after a second, and flies a unit a second.
+        for (const double depth : {4.0, 2.0, 1.25, 0.75, 0.5}) {
+            scene.advance(5.0 - depth);
+            extract(scene, 1.6, list);
+            double eldest = 0.0;
+            for (const DrawInstance& instance : list.instances)
+                if (instance.world[3].z > -depth - 0.01F) eldest = instance.colour.a;
+            if (fade == 0.0) {
+                EXPECT_EQ(eldest, 1.0) << depth;
+            } else {
+                EXPECT_LE(eldest, last) << depth;
+                EXPECT_EQ(eldest == 1.0, depth >= 2.0) << depth;
+                EXPECT_EQ(eldest == 0.0, depth <= 0.5) << depth;
+            }
+            last = eldest;
+        }
+    }
+}
+
 }  // namespace

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include <QDBusConnectionInterface>
 #include <algorithm>
 
 #include "platform/session/DistributedNotificationCenter.h"
 #include "platform/session/NotificationLink.h"
 #include "platform/session/NotificationNames.h"
 #include "platform/time/MediaClock.h"
+#include "tests/support/BusSaver.h"
 #include "tests/support/DBusDaemon.h"
 #include "tests/support/Until.h"
 
@@ -16,6 +16,7 @@ using platform::DistributedNotificationCenter;
 namespace {
 
 const QString kWillStop = QStringLiteral("com.apple.screensaver.willstop");
+const QString kDidStart = QLatin1String(platform::kSaverDidStart);
 const QString kOther = QStringLiteral("org.example.thing.happened");
 
 bool waitUntilReady(DistributedNotificationCenter& center) {
@@ -71,14 +72,11 @@ TEST_F(OnABus, ASignalOfThatNameFromAnyoneOnAnyPath) {
 TEST_F(OnABus, EachDesktopsActiveChangedFalse) {
     listen(kWillStop);
     int expected = 0;
-    for (const char* desktop :
-         {"org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver", "org.mate.ScreenSaver",
-          "org.cinnamon.ScreenSaver", "org.xfce.ScreenSaver"}) {
-        const QString signal = QLatin1String(desktop) + QStringLiteral(".ActiveChanged");
-        ASSERT_TRUE(
-            bus.send({QStringLiteral("/ScreenSaver"), signal, QStringLiteral("boolean:true")}));
-        ASSERT_TRUE(
-            bus.send({QStringLiteral("/ScreenSaver"), signal, QStringLiteral("boolean:false")}));
+    for (const char* desktop : platform::kSaverInterfaces) {
+        BusSaver saver(bus.address(), QLatin1String(desktop));
+        ASSERT_TRUE(saver.owns());
+        ASSERT_TRUE(saver.say(true));
+        ASSERT_TRUE(saver.say(false));
         ++expected;
         EXPECT_TRUE(until([&] { return heard == expected; })) << desktop;
     }
@@ -88,22 +86,73 @@ TEST_F(OnABus, EachDesktopsActiveChangedFalse) {
 
 TEST_F(OnABus, ActiveChangedTrueIsAStartAndEachIsHeardOnce) {
     int started = 0;
-    center.addObserver(&started, QStringLiteral("com.apple.screensaver.didstart"),
-                       [&] { ++started; });
+    center.addObserver(&started, kDidStart, [&] { ++started; });
     listen(kWillStop);
-    for (const char* active : {"boolean:true", "boolean:false"})
-        ASSERT_TRUE(bus.send({QStringLiteral("/ScreenSaver"),
-                              QStringLiteral("org.gnome.ScreenSaver.ActiveChanged"),
-                              QLatin1String(active)}));
+    BusSaver saver(bus.address());
+    ASSERT_TRUE(saver.say(true));
+    ASSERT_TRUE(saver.say(false));
     flush();
     EXPECT_EQ(started, 1);
     EXPECT_EQ(heard, 1);
     center.removeObserver(&started);
 }
 
+TEST_F(OnABus, ActiveChangedIsBelievedFromTheNamesOwnerAlone) {
+    int started = 0;
+    center.addObserver(&started, kDidStart, [&] { ++started; });
+    listen(kWillStop);
+    BusSaver saver(bus.address());
+    for (const char* desktop : platform::kSaverInterfaces)
+        for (const char* active : {"boolean:true", "boolean:false"})
+            ASSERT_TRUE(bus.send({QStringLiteral("/ScreenSaver"),
+                                  QLatin1String(desktop) + QStringLiteral(".ActiveChanged"),
+                                  QLatin1String(active)}));
+    flush();
+    EXPECT_EQ(started, 0);
+    EXPECT_EQ(heard, 0);
+    center.removeObserver(&started);
+}
+
+TEST_F(OnABus, ASaverThatIsGoneIsNoLongerActive) {
+    listen(kWillStop);
+    {
+        BusSaver saver(bus.address());
+        ASSERT_TRUE(saver.say(true));
+        flush();
+        EXPECT_EQ(heard, 0);
+    }
+    EXPECT_TRUE(until([&] { return heard == 1; }));
+}
+
+TEST_F(OnABus, OneOfTwoSaversThatIsGoneLeavesTheOtherActive) {
+    listen(kWillStop);
+    {
+        BusSaver stays(bus.address(), QStringLiteral("org.mate.ScreenSaver"));
+        {
+            BusSaver goes(bus.address());
+            ASSERT_TRUE(goes.say(true));
+            ASSERT_TRUE(stays.say(true));
+            flush();
+        }
+        flush();
+        EXPECT_EQ(heard, 0);
+    }
+    EXPECT_TRUE(until([&] { return heard == 1; }));
+}
+
+// The sender is a process that ends with its signal.
+TEST_F(OnABus, AStartFromAnyoneEndsWithItsSender) {
+    int started = 0;
+    center.addObserver(&started, kDidStart, [&] { ++started; });
+    listen(kWillStop);
+    ASSERT_TRUE(bus.send({QStringLiteral("/"), kDidStart}));
+    EXPECT_TRUE(until([&] { return started == 1 && heard == 1; }));
+    center.removeObserver(&started);
+}
+
 TEST_F(OnABus, OtherSignalsAreNotHeard) {
     listen(kWillStop);
-    ASSERT_TRUE(bus.send({QStringLiteral("/"), QStringLiteral("com.apple.screensaver.didstart")}));
+    ASSERT_TRUE(bus.send({QStringLiteral("/"), QStringLiteral("com.apple.screensaver.didpause")}));
     ASSERT_TRUE(bus.send({QStringLiteral("/"), QStringLiteral("org.other.saver.willstop")}));
     ASSERT_TRUE(
         bus.send({QStringLiteral("/"), QStringLiteral("org.gnome.ScreenSaver.ActiveChanged"),
@@ -142,17 +191,28 @@ TEST(NotificationReceiver, WhatComesWithinOneTurnIsToldOnceInTheOrderOfTheLast) 
     QStringList told;
     platform::NotificationReceiver receiver([&](const QString& name) { told << name; });
     for (int i = 0; i < 1000; ++i) {
-        receiver.activeChanged(false);
-        receiver.activeChanged(true);
+        receiver.note(kWillStop);
+        receiver.note(kDidStart);
     }
     receiver.note(kOther);
-    receiver.activeChanged(false);
+    receiver.note(kWillStop);
     EXPECT_TRUE(told.isEmpty());
     ASSERT_TRUE(until([&] { return !told.isEmpty(); }));
     EXPECT_EQ(told, QStringList({QLatin1String(platform::kSaverDidStart), kOther, kWillStop}));
-    receiver.activeChanged(false);
+    receiver.note(kWillStop);
     ASSERT_TRUE(until([&] { return told.size() > 3; }));
     EXPECT_EQ(told.mid(3), QStringList(kWillStop));
+}
+
+TEST(NotificationReceiver, ASenderIsWatchedOnceHoweverOftenItSaysSo) {
+    int watched = 0;
+    platform::NotificationReceiver receiver([](const QString&) {},
+                                            [&](const QString&, bool on) { watched += on; });
+    auto signal = QDBusMessage::createSignal(
+        QStringLiteral("/"), QStringLiteral("com.apple.screensaver"), QStringLiteral("didstart"));
+    for (int i = 0; i < 100; ++i)
+        receiver.notified(signal);
+    EXPECT_EQ(watched, 1);  // one sender
 }
 
 TEST(NotificationReceiver, AHandlerMayBringAboutMore) {
@@ -180,23 +240,15 @@ TEST_F(OnABus, AFloodOfSignalsIsToldNowAndThenAndItsLastWordStands) {
     hears(platform::kSaverDidStart, true);
     hears(platform::kSaverWillStop, false);
     ASSERT_TRUE(waitUntilReady(center));
-    const QString name = QStringLiteral("flood");
-    auto flood = QDBusConnection::connectToBus(bus.address(), name);
-    for (int i = 0; i < kSent; ++i) {
-        auto signal = QDBusMessage::createSignal(QStringLiteral("/ScreenSaver"),
-                                                 QStringLiteral("org.gnome.ScreenSaver"),
-                                                 QStringLiteral("ActiveChanged"));
-        signal << (i % 2 == 0);
-        ASSERT_TRUE(flood.send(signal));
-    }
+    BusSaver flood(bus.address());
+    for (int i = 0; i < kSent; ++i)
+        ASSERT_TRUE(flood.send(i % 2 == 0));
     // Once the bus has passed on all of them.
-    ASSERT_TRUE(flood.interface()->isServiceRegistered(flood.baseService()).value());
+    ASSERT_TRUE(flood.say(false));
     flush();
     EXPECT_FALSE(active);
     EXPECT_GT(told, 0);
     EXPECT_LT(told, kSent / 2);
-    flood = QDBusConnection(QString());
-    QDBusConnection::disconnectFromBus(name);
     center.removeObserver(&told);
 }
 

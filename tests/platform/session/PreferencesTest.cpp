@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <cerrno>
 
 using platform::Preferences;
 
@@ -153,6 +154,87 @@ TEST_F(PreferencesTest, ReadOnlyFolderIsReadAndSilentlyNotWritten) {
     EXPECT_EQ(content(), "[General]\nkeuze=kubus\n");
     EXPECT_EQ(QDir(home.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
     chmod(home.path().toLocal8Bit().constData(), 0755);
+}
+
+TEST_F(PreferencesTest, AStoreWritesOutWhatAnotherWasGiven) {
+    Preferences::forModule(kModule)->setString(kKey, kValue);
+    EXPECT_EQ(read(), kValue);
+    EXPECT_FALSE(QFile::exists(file));
+    EXPECT_EQ(Preferences::forModule(kModule)->synchronize(), 0);
+    EXPECT_EQ(content(), "[General]\nkeuze=kubus\n");
+}
+
+TEST_F(PreferencesTest, EveryKindThatIsNoStringIsNoneAndAsksForNoMemory) {
+    for (const char* odd :
+         {"@Variant(\\0\\0\\0\\t\\x7f\\xff\\xff\\xff)", "@ByteArray(kubus)", "@Invalid()",
+          "@Variant(\\0\\0\\0\\n\\x7f\\xff\\xff\\xff)", "kubus,", ",", "\"a\", b"}) {
+        fill(QByteArray("[General]\nkeuze=") + odd + "\n");
+        EXPECT_EQ(read(), std::nullopt) << odd;
+    }
+}
+
+TEST_F(PreferencesTest, AStringIsReadHoweverItIsWritten) {
+    const std::pair<const char*, QString> ways[]{
+        {"keuze=kubus", kValue},
+        {"keuze = kubus ", kValue},
+        {"keuze=\"kubus\"", kValue},
+        {"keuze=\"a, b\"", QStringLiteral("a, b")},
+        {"keuze=\\x6b\\165\\142us", kValue},
+        {"keuze=a\\nb\\tc\\\\d\\\"e", QStringLiteral("a\nb\tc\\d\"e")},
+        {"keuze=\\xe9", QStringLiteral("é")},
+        {"keuze=é", QStringLiteral("é")},
+        {"keuze=@@x", QStringLiteral("@x")},
+        {"keuze=bol\nkeuze=kubus", kValue},
+        {"keuze=kubus\r", kValue},
+    };
+    for (const auto& [written, value] : ways) {
+        fill(QByteArray("[general]\n") + written + "\n[anders]\nkeuze=bol\n");
+        EXPECT_EQ(read(), value) << written;
+        fill(written);
+        EXPECT_EQ(read(), value) << written;
+    }
+}
+
+TEST_F(PreferencesTest, KeysOfOtherSectionsAndCommentsAreNone) {
+    fill("; keuze=bol\n[anders]\nkeuze=kubus\n");
+    EXPECT_EQ(read(), std::nullopt);
+    write(kValue);
+    EXPECT_EQ(content(), "[General]\nkeuze=kubus\n\n; keuze=bol\n[anders]\nkeuze=kubus\n");
+}
+
+TEST_F(PreferencesTest, APipeInItsPlaceHoldsNothingAndIsNotWaitedFor) {
+    ASSERT_EQ(mkfifo(file.toLocal8Bit().constData(), 0600), 0);
+    QString path;
+    EXPECT_EQ(Preferences::problem(kModule, path), ENOTSUP);
+    EXPECT_EQ(path, file);
+    EXPECT_EQ(read(), std::nullopt);
+    const auto preferences = Preferences::forModule(kModule);
+    preferences->setString(kKey, kValue);
+    EXPECT_EQ(preferences->synchronize(), ENOTSUP);
+    struct stat about {};
+    ASSERT_EQ(stat(file.toLocal8Bit().constData(), &about), 0);
+    EXPECT_TRUE(S_ISFIFO(about.st_mode));
+}
+
+TEST_F(PreferencesTest, AHugeFileIsNotReadAndStays) {
+    fill("[General]\nkeuze=kubus\n");
+    QFile huge(file);
+    const qint64 size = qint64{Preferences::kLargest} + 1;
+    ASSERT_TRUE(huge.resize(size - 1));
+    EXPECT_EQ(read(), kValue);
+    ASSERT_TRUE(huge.resize(size));
+    QString path;
+    EXPECT_EQ(Preferences::problem(kModule, path), EFBIG);
+    EXPECT_EQ(read(), std::nullopt);
+    write(kValue);
+    EXPECT_EQ(QFileInfo(file).size(), size);
+}
+
+TEST_F(PreferencesTest, NoFileAndAReadableFileAreNoProblem) {
+    QString path;
+    EXPECT_EQ(Preferences::problem(kModule, path), 0);
+    fill("rommel");
+    EXPECT_EQ(Preferences::problem(kModule, path), 0);
 }
 
 TEST_F(PreferencesTest, WhatCouldNotBeWrittenIsNotSeenByALaterStore) {

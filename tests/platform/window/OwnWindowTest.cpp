@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 
 #include "platform/window/Window.h"
+#include "tests/support/EigenScherm.h"
 #include "tests/support/Paden.h"
 #include "tests/support/Until.h"
 #include "tests/support/WindowSystems.h"
@@ -442,14 +443,7 @@ TEST(Program, EndsQuietlyWhenTheServerDies) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    if (testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
-    const Xvfb server;
-    x = const_cast<Xvfb*>(&server);
-    qputenv("DISPLAY", server.display().toLocal8Bit());
-    qputenv("QT_QPA_PLATFORM", "xcb");
-    qputenv("QT_SCREEN_SCALE_FACTORS", "right=2");
-    const QGuiApplication app(argc, argv);
-    QGuiApplication::setQuitOnLastWindowClosed(false);
-    return RUN_ALL_TESTS();
+    return steun::draaiOpEigenScherm(argc, argv,
+                                     {.omgeving = {{"QT_SCREEN_SCALE_FACTORS", "right=2"}}},
+                                     [](Xvfb& server, const QString&) { x = &server; });
 }

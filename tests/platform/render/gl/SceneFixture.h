@@ -34,8 +34,8 @@ struct LightImage {
     }
 };
 
-// A black scene seen from the origin down −z, 90° high: what lies d before the
-// camera is seen 2·d high.
+// A black scene seen from the origin down −z: in a square picture, what lies d before
+// the camera is seen 2·d high, the camera's angle having grown to 90°.
 struct Stage {
     Stage() {
         scene.setBackground(Qt::black);
@@ -45,7 +45,10 @@ struct Stage {
     }
 
     static Camera lens() {
-        return {.fieldOfView = 90.0, .zNear = 0.05, .zFar = 100.0, .exposureAdaptation = false};
+        return {.fieldOfView = 2.0 * std::atan(0.75) * 180.0 / kPi,
+                .zNear = 0.05,
+                .zFar = 100.0,
+                .exposureAdaptation = false};
     }
     NodePtr add(GeometryPtr geometry, const glm::dvec3& position) {
         auto node = std::make_shared<Node>(std::move(geometry));

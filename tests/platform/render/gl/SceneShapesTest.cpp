@@ -181,6 +181,9 @@ TEST_F(SceneShapesTest, ATubesPictureReadsLeftToRightFromInside) {
                                 : x < 48 ? QColor(Qt::green)
                                          : QColor(Qt::blue));
     Stage stage;
+    Camera wide = Stage::lens();
+    wide.fieldOfView = 90.0;
+    stage.camera->setCamera(wide);
     const NodePtr tube = stage.add(
         makeTube({.innerRadius = 1.0, .outerRadius = 1.1, .height = 2.2}, constant(paper)), {});
     // Upright round the camera, turned until the stripe is ahead.

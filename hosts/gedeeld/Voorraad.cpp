@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/gedeeld/Voorraad.h"
+
+#include <fcntl.h>
+#include <pthread.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <mutex>
+#include <new>
+#include <string_view>
+#include <system_error>
+
+namespace brixtel {
+
+namespace {
+
+constexpr std::size_t kDraden = 8;
+constexpr std::size_t kDescriptors = 32;
+
+// Threads that all are there at the same time.
+bool zijnErDraden() {
+    std::mutex poort;
+    std::array<pthread_t, kDraden> draden{};
+    std::size_t gemaakt = 0;
+    {
+        const std::lock_guard dicht(poort);
+        const auto wacht = [](void* p) -> void* {
+            const std::lock_guard door(*static_cast<std::mutex*>(p));
+            return nullptr;
+        };
+        while (gemaakt < kDraden && pthread_create(&draden[gemaakt], nullptr, wacht, &poort) == 0)
+            ++gemaakt;
+    }
+    for (std::size_t i = 0; i < gemaakt; ++i)
+        pthread_join(draden[i], nullptr);
+    return gemaakt == kDraden;
+}
+
+bool zijnErDescriptors() {
+    std::array<int, kDescriptors> nummers{};
+    std::size_t open = 0;
+    while (open < kDescriptors && (nummers[open] = ::open("/dev/null", O_RDONLY | O_CLOEXEC)) >= 0)
+        ++open;
+    for (std::size_t i = 0; i < open; ++i)
+        close(nummers[i]);
+    return open == kDescriptors;
+}
+
+bool isErRuimte(std::size_t bytes) {
+    void* const ruimte = mmap(nullptr, bytes, PROT_READ | PROT_WRITE,
+                              MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    return ruimte != MAP_FAILED && munmap(ruimte, bytes) == 0;
+}
+
+const char* naam = "brixtel";
+
+void schrijf(std::string_view tekst) {
+    [[maybe_unused]] const auto aantal = write(STDERR_FILENO, tekst.data(), tekst.size());
+}
+
+// Without memory: the words are there already.
+[[noreturn]] void eindig() {
+    std::string_view waarom = "er ging iets mis in het programma";
+    try {
+        if (const auto nu = std::current_exception()) std::rethrow_exception(nu);
+    } catch (const std::bad_alloc&) {
+        waarom = "er is te weinig geheugen";
+    } catch (const std::system_error&) {
+        waarom = "het systeem weigert een draad of een ander middel";
+    } catch (...) {
+    }
+    schrijf(naam);
+    schrijf(": ");
+    schrijf(waarom);
+    schrijf("\n");
+    std::_Exit(1);
+}
+
+}  // namespace
+
+QString tekort(std::size_t ruimte) {
+    if (!zijnErDescriptors())
+        return QStringLiteral("het systeem staat te weinig open bestanden toe");
+    if (!isErRuimte(ruimte)) return QStringLiteral("het systeem staat te weinig geheugen toe");
+    if (!zijnErDraden()) return QStringLiteral("het systeem staat te weinig draden toe");
+    return {};
+}
+
+void eindigMetEenRegel(const char* programma) {
+    naam = programma;
+    std::set_terminate(eindig);
+}
+
+}  // namespace brixtel

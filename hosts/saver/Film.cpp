@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/saver/Film.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+
+#include "BrixtelSaver/SaverKeuze.h"
+#include "hosts/saver/Beeldmaker.h"
+
+namespace brixtel {
+
+namespace {
+
+// After which the logo is as it was: 9 sways, 18 bobs, 4 rounds of the ring. Its first sway
+// begins in the middle.
+constexpr double kLogoPeriode = 72.0;
+constexpr double kLogoOpGang = 8.0;
+
+// What may wait in the pipe, in pictures.
+constexpr qint64 kWachtend = 2;
+
+struct Vorm {
+    QLatin1String einde;
+    QLatin1String woorden;  // for ffmpeg, between the input and the file
+};
+
+// Colour is halved in both directions for most players' sake, so both sides are even.
+constexpr std::array kVormen{
+    Vorm{QLatin1String(".webm"),
+         QLatin1String("-vf pad=ceil(iw/2)*2:ceil(ih/2)*2 -c:v libvpx-vp9 -crf 24 -b:v 0 "
+                       "-row-mt 1 -pix_fmt yuv420p -f webm")},
+    Vorm{QLatin1String(".mp4"),
+         QLatin1String("-vf pad=ceil(iw/2)*2:ceil(ih/2)*2 -c:v libx264 -crf 18 -preset slow "
+                       "-pix_fmt yuv420p -movflags +faststart -f mp4")},
+    Vorm{QLatin1String(".gif"),
+         QLatin1String("-vf split[a][b];[a]palettegen[p];[b][p]paletteuse=dither=none "
+                       "-loop 0 -f gif")},
+    Vorm{QLatin1String(".webp"),
+         QLatin1String("-c:v libwebp_anim -quality 55 -compression_level 6 -loop 0 -f webp")},
+};
+
+class Ffmpeg {
+  public:
+    bool start(const QString& programma, const QStringList& woorden) {
+        proces_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        proces_.start(programma, woorden);
+        return proces_.waitForStarted(-1);
+    }
+    // False once it has gone.
+    bool neem(const QImage& beeld) {
+        const qint64 bytes = beeld.sizeInBytes();
+        if (proces_.write(reinterpret_cast<const char*>(beeld.constBits()), bytes) != bytes)
+            return false;
+        while (proces_.bytesToWrite() > kWachtend * bytes)
+            if (!proces_.waitForBytesWritten(-1)) return false;
+        return proces_.state() == QProcess::Running;
+    }
+    // Whether it has made the film.
+    bool einde() {
+        proces_.closeWriteChannel();
+        proces_.waitForFinished(-1);
+        return proces_.exitStatus() == QProcess::NormalExit && proces_.exitCode() == 0;
+    }
+
+  private:
+    QProcess proces_;
+};
+
+// On one line that is written over, and that stays once the film is there.
+void meldVoortgang(int beeld, int van) {
+    std::fprintf(stderr, "\rbeeld %d van %d%s", beeld, van, beeld == van ? "\n" : "");
+    std::fflush(stderr);
+}
+
+QString schrijf(const Opdracht& opdracht, const FilmLengte& lengte, Beeldmaker& maker,
+                Ffmpeg& ffmpeg) {
+    for (int i = 0; i < lengte.beelden; ++i) {
+        const double tijd = static_cast<double>(i) / opdracht.beeldenPerSeconde;
+        const auto beeld = maker.beeld(lengte.begin + tijd);
+        if (!beeld) return Beeldmaker::geenBeeld;
+        if (!ffmpeg.neem(beeld->convertToFormat(QImage::Format_RGB32))) break;
+        meldVoortgang(i + 1, lengte.beelden);
+    }
+    if (ffmpeg.einde()) return {};
+    return QStringLiteral("ffmpeg kan '%1' niet maken").arg(opdracht.film);
+}
+
+}  // namespace
+
+std::optional<FilmLengte> filmLengte(const Opdracht& opdracht) {
+    FilmLengte lengte{.begin = opdracht.na, .duur = opdracht.seconden.value_or(0.0)};
+    if (opdracht.lus) {
+        if (opdracht.keuze != ruweWaarde(SaverKeuze::logo)) return std::nullopt;
+        lengte.begin = std::max(opdracht.na, kLogoOpGang);
+        lengte.duur = kLogoPeriode;
+    }
+    lengte.beelden =
+        std::max(1, static_cast<int>(std::lround(lengte.duur * opdracht.beeldenPerSeconde)));
+    return lengte;
+}
+
+QStringList ffmpegWoorden(const QString& naam, const QString& bestand, QSize maat,
+                          int beeldenPerSeconde) {
+    QStringList woorden = QStringLiteral(
+                              "-hide_banner -loglevel error -y -f rawvideo -pix_fmt bgr0 -s %1x%2 "
+                              "-r %3 -i -")
+                              .arg(maat.width())
+                              .arg(maat.height())
+                              .arg(beeldenPerSeconde)
+                              .split(QLatin1Char(' '));
+    for (const Vorm& vorm : kVormen)
+        if (naam.endsWith(vorm.einde, Qt::CaseInsensitive))
+            woorden += QString(vorm.woorden).split(QLatin1Char(' '));
+    return woorden << QStringLiteral("file:") + bestand;
+}
+
+QString maakFilm(const Opdracht& opdracht, const ModuleLader& module) {
+    const auto lengte = filmLengte(opdracht);
+    if (!lengte)
+        return QStringLiteral("%1 is na geen enkele tijd weer hetzelfde; --lus kan alleen met logo")
+            .arg(opdracht.keuze);
+    const QString programma = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
+    if (programma.isEmpty())
+        return QStringLiteral("--film heeft het programma ffmpeg nodig, en dat ontbreekt");
+    Beeldmaker maker(opdracht, module);
+    if (!maker.mis().isEmpty()) return maker.mis();
+
+    const QString deel = opdracht.film + QStringLiteral(".deel");
+    Ffmpeg ffmpeg;
+    if (!ffmpeg.start(programma,
+                      ffmpegWoorden(opdracht.film, deel, maker.maat(), opdracht.beeldenPerSeconde)))
+        return QStringLiteral("ffmpeg wil niet starten");
+    QString mis = schrijf(opdracht, *lengte, maker, ffmpeg);
+    // QFile renames over no file, the system does.
+    if (mis.isEmpty() && std::rename(QFile::encodeName(deel).constData(),
+                                     QFile::encodeName(opdracht.film).constData()) != 0)
+        mis = QStringLiteral("'%1' kan niet geschreven worden").arg(opdracht.film);
+    if (!mis.isEmpty()) QFile::remove(deel);
+    return mis;
+}
+
+}  // namespace brixtel

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QImage>
+#include <QString>
+
+namespace brixtel {
+
+// Makes the picture, as PNG, the whole content of the file. Returns what went
+// wrong, for the user; empty if nothing did. Any thread.
+[[nodiscard]] QString schrijfPng(const QImage& beeld, const QString& naam);
+
+}  // namespace brixtel

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+// A file descriptor and complete writes to it; private to platform/files.
+#pragma once
+
+#include <string_view>
+
+namespace platform {
+
+// Closes the descriptor when dropped.
+class Descriptor {
+  public:
+    explicit Descriptor(int number) : number_(number) {}
+    ~Descriptor() { (void)close(); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    [[nodiscard]] int get() const { return number_; }
+    [[nodiscard]] bool isOpen() const { return number_ >= 0; }
+    // Closes it now: 0, or the error's number.
+    [[nodiscard]] int close();
+
+  private:
+    int number_;
+};
+
+// Writes all of the bytes: 0, or the error's number. A reader that goes away
+// gives EPIPE and no signal.
+[[nodiscard]] int writeAll(int descriptor, std::string_view bytes);
+
+}  // namespace platform

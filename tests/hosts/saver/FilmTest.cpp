@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/saver/Film.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include "tests/hosts/saver/Programma.h"
+
+using brixtel::filmLengte;
+using brixtel::leesOpdracht;
+using brixtel::Opdracht;
+using brixtel::Programma;
+
+namespace {
+
+Opdracht gelezen(const QString& regel) {
+    const auto opdracht = leesOpdracht(regel.split(QLatin1Char(' ')), {});
+    EXPECT_TRUE(std::holds_alternative<Opdracht>(opdracht)) << qPrintable(regel);
+    return std::get<Opdracht>(opdracht);
+}
+
+TEST(FilmLengteTest, IsAsManyPicturesAsItsSecondsHave) {
+    const auto lengte =
+        filmLengte(gelezen(QStringLiteral("--film=x.webm --keuze=bol --seconden=2.5 --fps=24")));
+    ASSERT_TRUE(lengte);
+    EXPECT_EQ(lengte->beelden, 60);
+    EXPECT_EQ(lengte->begin, 6.0);
+}
+
+TEST(FilmLengteTest, ALoopLastsAsLongAsTheScenesPeriodAndBeginsWithinIt) {
+    const auto lengte =
+        filmLengte(gelezen(QStringLiteral("--film=x.webm --keuze=logo --lus --na=1")));
+    ASSERT_TRUE(lengte);
+    EXPECT_EQ(lengte->duur, 72.0);
+    EXPECT_EQ(lengte->beelden, 72 * 30);
+    EXPECT_GE(lengte->begin, 8.0);
+    for (const char* keuze : {"bol", "kubus", "tunnel", "regen", "wisselend"})
+        EXPECT_FALSE(filmLengte(
+            gelezen(QStringLiteral("--film=x.webm --lus --keuze=%1").arg(QLatin1String(keuze)))));
+}
+
+TEST(FfmpegWoordenTest, SayWhatComesInAndWhatIsToBeMade) {
+    for (const char* einde : {"webm", "mp4", "gif", "webp"}) {
+        const QString naam = QStringLiteral("Film.") + QString::fromLatin1(einde).toUpper();
+        const QString regel =
+            brixtel::ffmpegWoorden(naam, QStringLiteral("/map/-x"), {321, 200}, 25)
+                .join(QLatin1Char(' '));
+        EXPECT_TRUE(regel.contains(QStringLiteral("-pix_fmt bgr0 -s 321x200 -r 25 -i -")));
+        EXPECT_TRUE(regel.endsWith(QStringLiteral("-f %1 file:/map/-x").arg(QLatin1String(einde))))
+            << qPrintable(regel);
+    }
+}
+
+// The program with a stand-in for ffmpeg alone in the PATH.
+class FilmTest : public testing::Test {
+  protected:
+    QTemporaryDir map;
+    Programma programma;
+
+    void SetUp() override { programma.zet(QStringLiteral("PATH"), map.path()); }
+    [[nodiscard]] QString in(const char* naam) const { return map.filePath(QLatin1String(naam)); }
+    [[nodiscard]] QByteArray inhoud(const char* naam) const {
+        QFile bestand(in(naam));
+        return bestand.open(QIODevice::ReadOnly) ? bestand.readAll() : QByteArray();
+    }
+    void maakFfmpeg(const char* tekst) const {
+        QFile bestand(in("ffmpeg"));
+        ASSERT_TRUE(bestand.open(QIODevice::WriteOnly));
+        bestand.write("#!/bin/sh\nfor w; do uit=${w#file:}; done\n");
+        bestand.write(tekst);
+        bestand.setPermissions(bestand.permissions() | QFile::ExeOwner);
+    }
+};
+
+TEST_F(FilmTest, EveryPictureGoesThroughThePipe) {
+    maakFfmpeg("/bin/cat > \"$uit\"\n");
+    programma.draai({QStringLiteral("--film"), in("f.webm"), QStringLiteral("--keuze=regen"),
+                     QStringLiteral("--maat=64x48"), QStringLiteral("--seconden=0.5"),
+                     QStringLiteral("--fps=10"), QStringLiteral("--zaad=1")});
+    EXPECT_EQ(programma.uitgang(), 0);
+    const QByteArray film = inhoud("f.webm");
+    constexpr qsizetype kBeeld = 64 * 48 * 4;
+    ASSERT_EQ(film.size(), 5 * kBeeld);
+    EXPECT_NE(film.left(kBeeld), film.mid(kBeeld, kBeeld));
+    EXPECT_TRUE(programma.fouten().contains("beeld 5 van 5"));
+    EXPECT_FALSE(QFile::exists(in("f.webm.deel")));
+}
+
+TEST_F(FilmTest, AnFfmpegThatFailsLeavesTheOldFilmAndNothingElse) {
+    maakFfmpeg("echo half > \"$uit\"\nexit 3\n");
+    QFile oud(in("f.webm"));
+    ASSERT_TRUE(oud.open(QIODevice::WriteOnly));
+    oud.write("oud");
+    oud.close();
+    programma.draai({QStringLiteral("--film"), in("f.webm"), QStringLiteral("--keuze=regen"),
+                     QStringLiteral("--maat=640x480"), QStringLiteral("--seconden=2")});
+    EXPECT_EQ(programma.uitgang(), 1);
+    EXPECT_TRUE(programma.fouten().contains("ffmpeg kan"));
+    EXPECT_EQ(inhoud("f.webm"), "oud");
+    EXPECT_FALSE(QFile::exists(in("f.webm.deel")));
+}
+
+TEST_F(FilmTest, WithoutFfmpegItSaysSo) {
+    programma.draai({QStringLiteral("--film"), in("f.webm"), QStringLiteral("--keuze=regen"),
+                     QStringLiteral("--seconden=1")});
+    EXPECT_EQ(programma.uitgang(), 1);
+    EXPECT_EQ(programma.fouten(),
+              "brixtel-saver: --film heeft het programma ffmpeg nodig, en dat ontbreekt\n");
+}
+
+TEST_F(FilmTest, WhatNeverRepeatsIsNoLoop) {
+    programma.draai({QStringLiteral("--film"), in("f.webm"), QStringLiteral("--keuze=kubus"),
+                     QStringLiteral("--lus")});
+    EXPECT_EQ(programma.uitgang(), 1);
+    EXPECT_TRUE(programma.fouten().contains("alleen met logo"));
+}
+
+TEST(FilmOpdrachtTest, WhatDoesNotGoTogetherIsRefused) {
+    for (const char* regel :
+         {"--film=x.avi --keuze=bol --seconden=1", "--film=x.webm --seconden=1",
+          "--film=x.webm --keuze=bol", "--film=x.webm --keuze=logo --lus --seconden=3",
+          "--film=x.webm --keuze=bol --seconden=1 --fps",
+          "--film=x.webm --keuze=bol --seconden=1 --fps=0",
+          "--film=x.webm --keuze=bol --seconden=1 --fps=241",
+          "--film=x.webm --keuze=kubus --seconden=1 --lijnen=x.json",
+          "--film=x.webm --plaatje=x.png --keuze=bol --seconden=1", "--lus", "--fps=24"}) {
+        const auto opdracht = leesOpdracht(QString::fromLatin1(regel).split(QLatin1Char(' ')), {});
+        EXPECT_TRUE(std::holds_alternative<brixtel::Fout>(opdracht)) << regel;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+// What a minute of each scene does to the eyes, counted in its pictures.
+#include <cmath>
+
+#include "platform/layers/DisplayListBuilder.h"
+#include "platform/render/SceneSnapshot.h"
+#include "rain/MatrixRegen.h"
+#include "tests/support/CpuPicture.h"
+#include "tests/support/FlashAnalysis.h"
+#include "tests/worlds/BolLijst.h"
+#include "tests/worlds/Opstelling.h"
+
+using brixtel::DrieSoort;
+using brixtel::DrieWereld;
+
+namespace {
+
+constexpr QSizeF kMaat(960.0, 540.0);
+constexpr double kSchaal = 0.1;
+constexpr int kMeesteFlitsen = 3;  // a second
+
+class VeiligTest : public steun::WereldOpstelling {
+  protected:
+    static void SetUpTestSuite() { snapshot = platform::SceneSnapshot::create(); }
+    static void TearDownTestSuite() { snapshot.reset(); }
+    void SetUp() override { ASSERT_TRUE(snapshot) << "no OpenGL"; }
+
+    QImage neem(DrieWereld& wereld, double tijd) {
+        wereld.scene()->advance(tijd);
+        platform::extract(*wereld.scene(), kMaat.width() / kMaat.height(), lijst_);
+        return snapshot->picture(lijst_, kMaat, kSchaal, {.samples = 2, .fineBloom = false});
+    }
+    // A minute at twenty pictures a second: a flash of four a second is half as fast.
+    void isVeilig(DrieSoort soort) {
+        const auto wereld = maak(soort, {.groot = false, .eigenLijnen = true});
+        wereld->zetLijnen(steun::lijnen(14));
+        FlashAnalysis flitsen;
+        for (int beeld = 0; beeld < 60 * 20; ++beeld)
+            flitsen.add(neem(*wereld, beeld / 20.0), beeld / 20.0);
+        EXPECT_LE(flitsen.generalFlashes(), kMeesteFlitsen);
+        EXPECT_LE(flitsen.redFlashes(), kMeesteFlitsen);
+        EXPECT_GT(flitsen.meanLight(), 0.001) << "nothing was seen";
+    }
+    // Half a minute at sixty. What the mean light of a picture may differ from that of the
+    // one before is left out where `springt` says that the scene jumps.
+    template <typename Springt>
+    void isRustig(DrieSoort soort, Springt springt) {
+        constexpr double kHoogste = 0.03;
+        const auto wereld = maak(soort, {.groot = false, .eigenLijnen = true});
+        wereld->zetLijnen(steun::lijnen(14));
+        double vorige = 0.0;
+        int geteld = 0;
+        for (int beeld = 0; beeld < 30 * 60; ++beeld) {
+            const double tijd = 6.0 + beeld / 60.0;
+            FlashAnalysis licht;
+            licht.add(neem(*wereld, tijd), tijd);
+            const bool telt = beeld > 0 && !springt(tijd - 1.0 / 60.0, tijd);
+            if (telt) {
+                EXPECT_NEAR(licht.meanLight() / vorige, 1.0, kHoogste) << "at " << tijd;
+                ++geteld;
+            }
+            vorige = licht.meanLight();
+        }
+        EXPECT_GT(geteld, 900);
+    }
+    static bool nooit(double, double) { return false; }
+
+    static inline std::unique_ptr<platform::SceneSnapshot> snapshot;
+    platform::DrawList lijst_;
+};
+
+TEST_F(VeiligTest, TheGlobeFlashesNotTooOften) {
+    isVeilig(DrieSoort::bol);
+}
+TEST_F(VeiligTest, TheCubeFlashesNotTooOften) {
+    isVeilig(DrieSoort::kubus);
+}
+TEST_F(VeiligTest, TheTunnelFlashesNotTooOften) {
+    isVeilig(DrieSoort::tunnel);
+}
+TEST_F(VeiligTest, TheLogoFlashesNotTooOften) {
+    isVeilig(DrieSoort::logo);
+}
+
+TEST_F(VeiligTest, TheRainFlashesNotTooOften) {
+    platform::RandomSource toeval(1);
+    brixtel::MatrixRegen regen({.maat = kMaat, .schaal = kSchaal, .dichtheid = 0.7}, klok_, toeval);
+    FlashAnalysis flitsen;
+    const platform::PixelGrid raster{.scale = kSchaal, .size = (kMaat * kSchaal).toSize()};
+    for (int beeld = 0; beeld < 60 * 30; ++beeld) {
+        klok_.advance(1.0 / 30.0);
+        flitsen.add(drawCpu(listOf(*regen.laag(), raster, klok_.now()), raster), klok_.now());
+    }
+    EXPECT_LE(flitsen.generalFlashes(), kMeesteFlitsen);
+    EXPECT_LE(flitsen.redFlashes(), kMeesteFlitsen);
+    EXPECT_GT(flitsen.meanLight(), 0.001) << "nothing was seen";
+}
+
+TEST_F(VeiligTest, TheLightOfTheGlobeNeverJumps) {
+    isRustig(DrieSoort::bol, nooit);
+}
+TEST_F(VeiligTest, TheLightOfTheTunnelNeverJumps) {
+    isRustig(DrieSoort::tunnel, nooit);
+}
+TEST_F(VeiligTest, TheLightOfTheLogoNeverJumps) {
+    isRustig(DrieSoort::logo, nooit);
+}
+// But where digits flip and the wave goes on: at a tick.
+TEST_F(VeiligTest, TheLightOfTheCubeJumpsOnlyAtATick) {
+    isRustig(DrieSoort::kubus, [](double van, double tot) {
+        constexpr double kTik = 0.08;
+        return std::floor(tot / kTik + 1e-9) > std::floor(van / kTik + 1e-9);
+    });
+}
+
+}  // namespace
