@@ -53,17 +53,6 @@ void WaylandSystem::setCovered(bool covered) {
     if (std::exchange(covered_, covered) != covered) windowsChanged();
 }
 
-void WaylandSystem::followSoon(WaylandWindow& window) {
-    QMetaObject::invokeMethod(
-        &mailbox_,
-        [this, gone = &window] {
-            if (std::find(windows_.begin(), windows_.end(), gone) == windows_.end()) return;
-            // What came with the news may be that the display is gone.
-            if (connection_.roundTrip()) gone->outputsChanged();
-        },
-        Qt::QueuedConnection);
-}
-
 void WaylandSystem::outputsChanged() {
     const std::vector<WaylandWindow*> all = windows_;
     for (WaylandWindow* const window : all)

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QObject>
 #include <optional>
 #include <vector>
 
@@ -57,9 +56,6 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     // opaque keeps down those of a lower level. Which of two overlays lies higher
     // is every compositor's own choice.
     void windowsChanged();
-    // The compositor took the window's surface: it comes back in a later turn, where
-    // its display still is there.
-    void followSoon(WaylandWindow& window);
     void keyboardMoved();
     void cursorChanged();
     void presented(double time) { lastPresented_ = time; }
@@ -78,7 +74,6 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     bool covered_ = false;
     std::optional<double> lastPresented_;
     mutable QPointF pointerPlace_;
-    QObject mailbox_;
     Observation outputs_;
 };
 

@@ -21,6 +21,13 @@ constexpr int kMostTaken = 3;
 
 }  // namespace
 
+const wl_callback_listener WaylandWindow::kAgain = {
+    .done = [](void* data, wl_callback*, std::uint32_t) {
+        auto& self = *static_cast<WaylandWindow*>(data);
+        self.again_.reset();
+        self.follow();
+    }};
+
 WaylandWindow::WaylandWindow(WaylandSystem& system, const NativeWindowOptions& options,
                              NativeWindowDelegate& delegate)
     : system_(system),
@@ -138,7 +145,7 @@ void WaylandWindow::setKeptDown(bool keptDown) {
 void WaylandWindow::follow() {
     const bool isGone =
         fillsDisplay() && !outputName_.isEmpty() && !connection_.outputs().named(outputName_);
-    const bool wanted = shown_ && !keptDown_ && !isGone && takenTimes_ <= kMostTaken &&
+    const bool wanted = shown_ && !keptDown_ && !isGone && !again_ && takenTimes_ <= kMostTaken &&
                         connection_.isAlive() && (isOverlay() || connection_.windows());
     if (wanted == (surface_ != nullptr)) return;
     if (wanted) {
@@ -235,7 +242,10 @@ void WaylandWindow::surfaceTaken() {
     ++takenTimes_;
     endSurface();
     delegate_.visibilityChanged();
-    system_.followSoon(*this);
+    if (again_) return;
+    // What comes with the news may be that the display is gone.
+    again_.reset(wl_display_sync(connection_.display()));
+    wl_callback_add_listener(again_.get(), &kAgain, this);
 }
 
 void WaylandWindow::closeAsked() {

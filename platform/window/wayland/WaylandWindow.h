@@ -61,6 +61,7 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     [[nodiscard]] QPointF onScreen(QPointF at) const;
 
   private:
+    static const wl_callback_listener kAgain;
     void keyPressed(const KeyEvent& event) override;
     void pointerMoved(QPointF at) override;
     void buttonPressed(Button button, QPointF at) override;
@@ -100,6 +101,7 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     const std::shared_ptr<BufferRing> ring_;
     ShmBuffers buffers_;
     std::unique_ptr<ShellSurface> surface_;
+    Proxy<wl_callback> again_;  // while a surface that was taken may come back
     std::vector<QRect> damage_, boxes_;
     QSocketNotifier painted_;
 };

@@ -125,6 +125,15 @@ std::vector<Surface> Compositor::surfaces() {
     return all;
 }
 
+std::vector<std::uint64_t> Compositor::ids() {
+    std::vector<std::uint64_t> all;
+    ask([&](World& world) {
+        for (const auto& [id, surface] : world.surfaces)
+            all.push_back(id);
+    });
+    return all;
+}
+
 std::vector<Surface> Compositor::shown() {
     std::vector<Surface> all = surfaces();
     std::erase_if(all, [](const Surface& surface) { return !surface.mapped; });

@@ -85,10 +85,10 @@ struct Surface {
     bool fullScreen = false;
     std::optional<QRegion> input;  // none is everywhere
     QRegion opaque;
-    std::vector<Commit> commits;
-    int pendingFrames = 0;  // callbacks that wait
-    QSize logical;          // as it is shown
-    QImage picture;         // of the buffer, ARGB premultiplied or RGB
+    std::vector<Commit> commits;  // the last thousand or so
+    int pendingFrames = 0;        // callbacks that wait
+    QSize logical;                // as it is shown
+    QImage picture;               // of the buffer, ARGB premultiplied or RGB
 };
 
 class Compositor {
@@ -103,6 +103,8 @@ class Compositor {
 
     // All that there are, in the order of their making.
     [[nodiscard]] std::vector<Surface> surfaces();
+    // Their numbers alone.
+    [[nodiscard]] std::vector<std::uint64_t> ids();
     // Those that have a buffer and a role, but the cursor's.
     [[nodiscard]] std::vector<Surface> shown();
     // How often a client has asked this, as in ("wl_surface", "commit").

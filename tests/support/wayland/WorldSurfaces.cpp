@@ -10,6 +10,8 @@ namespace wltest {
 
 namespace {
 
+constexpr std::ptrdiff_t kMostCommits = 1000;
+
 World& worldOf(wl_resource* resource) {
     return *link(resource).world;
 }
@@ -284,6 +286,8 @@ void World::commit(SurfaceState& surface) {
     surface.logical =
         surface.destination.isEmpty() ? turned / surface.bufferScale : surface.destination;
     surface.commits.push_back(std::move(done));
+    if (std::ssize(surface.commits) > kMostCommits)
+        surface.commits.erase(surface.commits.begin(), surface.commits.begin() + kMostCommits / 2);
     if (surface.role == Role::Cursor) return;
     const bool hasRole = surface.layerSurface || surface.toplevel;
     if (hasRole && !hadBuffer && !surface.buffer) firstCommit(surface);
