@@ -90,7 +90,14 @@ void Voorstelling::neemKeuze(const QString& keuze) {
 void Voorstelling::bladIsOpen(bool open) {
     for (const Doek& doek : doeken_) {
         doek.view->setMuisTelt(!open);
-        if (opdracht_.taak == Opdracht::Taak::Schermvullend) doek.venster->setCursorHidden(!open);
+        if (opdracht_.taak != Opdracht::Taak::Schermvullend) continue;
+        doek.venster->setCursorHidden(!open);
+        if (!doek.venster->reference().isEmpty()) continue;
+        // The sheet cannot be placed above such a window, which would hide it.
+        if (open)
+            doek.venster->orderOut();
+        else
+            doek.venster->makeKeyAndOrderFront();
     }
 }
 
