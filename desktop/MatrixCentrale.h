@@ -22,6 +22,8 @@ enum class RegenStand {
     uit,
     aan,                // also while the black screen lies over it
     geenCompositor,     // wanted, but nothing here can be seen through; comes up once it can
+    geenBovenlaag,      // refused: no window of this desktop can lie above all others
+    geenDoorklik,       // refused: clicks would not pass to the windows below
     schermbeveiliging,  // wanted, but a saver or lock has the screen; comes back after it
     leeg,               // wanted, but of density 0: no drop falls
 };
@@ -72,6 +74,8 @@ class MatrixCentrale {
     void toonZwart(std::optional<DrieSoort> drie);
     void sluitZwart();
     void wisselZwart(std::optional<DrieSoort> drie);
+    // Where the desktop has no place for it, the rain stays off and regenStand() says
+    // why, until it is closed.
     void toonRegen();
     void sluitRegen();
     void wisselRegen();
@@ -86,6 +90,8 @@ class MatrixCentrale {
     [[nodiscard]] bool zwartAan() const { return !zwart_.empty(); }
     [[nodiscard]] bool regenAan() const { return !regen_.empty(); }
     [[nodiscard]] const Gepubliceerd<RegenStand>& regenStand() const { return stand_; }
+    // Whether the rain was asked for and cannot be here.
+    [[nodiscard]] bool isRegenGeweigerd() const;
 
     // --- what is up now ---
 
@@ -158,6 +164,8 @@ class MatrixCentrale {
     void rondOvergangAf();
     void zetVrij(const Regen& regen) const;
     void toonRegenVenster(Regen& regen);
+    // Why it never can rain here; none where it can.
+    [[nodiscard]] std::optional<RegenStand> regenBeletsel() const;
     [[nodiscard]] RegenStand watRegenMag() const;
     // Shows or hides the rain's windows as things stand, and says so.
     void werkRegenBij();

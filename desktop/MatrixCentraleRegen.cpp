@@ -6,6 +6,7 @@
 #include "desktop/Bovenlaag.h"
 #include "desktop/MatrixCentrale.h"
 #include "desktop/Schermen.h"
+#include "platform/window/WindowSystem.h"
 
 namespace brixtel {
 
@@ -44,13 +45,17 @@ void laatVervagen(platform::Layer& laag, double van, double tot, double nu) {
 
 void MatrixCentrale::toonRegen() {
     if (regenAan()) return;
+    if (const auto beletsel = regenBeletsel()) return stand_.zet(*beletsel);
     for (const Screen& scherm : platform::distinctRectangles(bronnen_.schermen()))
         regen_.push_back(maakRegen(scherm));
     werkRegenBij();
 }
 
 void MatrixCentrale::sluitRegen() {
-    if (!regenAan()) return;
+    if (!regenAan()) {
+        if (stand_.waarde() != RegenStand::uit) stand_.zet(RegenStand::uit);
+        return;
+    }
     overgang_ = {};
     laatUitgaan({.regen = std::exchange(regen_, {})}, kUitgaan);
     werkRegenBij();
@@ -168,8 +173,23 @@ void MatrixCentrale::toonRegenVenster(Regen& regen) {
     if (!zwartAan()) regen.venster->fadeTo(1.0);
 }
 
+std::optional<RegenStand> MatrixCentrale::regenBeletsel() const {
+    const platform::WindowServer& server = bronnen_.server;
+    if (!server.isConnected()) return std::nullopt;
+    const platform::Capabilities kan = server.system().capabilities();
+    if (!kan.liesAboveAll) return RegenStand::geenBovenlaag;
+    if (!kan.passesClicks) return RegenStand::geenDoorklik;
+    return std::nullopt;
+}
+
+bool MatrixCentrale::isRegenGeweigerd() const {
+    return stand_.waarde() == RegenStand::geenBovenlaag ||
+           stand_.waarde() == RegenStand::geenDoorklik;
+}
+
 RegenStand MatrixCentrale::watRegenMag() const {
-    if (!regenAan()) return RegenStand::uit;
+    // A refusal stands until the rain is closed.
+    if (!regenAan()) return isRegenGeweigerd() ? stand_.waarde() : RegenStand::uit;
     if (bronnen_.werkruimte.isSaverActive()) return RegenStand::schermbeveiliging;
     if (!bronnen_.werkruimte.isComposited()) return RegenStand::geenCompositor;
     const bool leeg = regen_.front().dichtheid <= 0.0 && !overgang_.isValid();

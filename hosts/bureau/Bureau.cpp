@@ -17,6 +17,13 @@ QString uitleg(RegenStand stand) {
         return QStringLiteral(
             "er draait geen compositor, dus door vensters heen kijken kan hier niet; "
             "de regen komt zodra er een is");
+    if (stand == RegenStand::geenBovenlaag)
+        return QStringLiteral(
+            "dit bureaublad heeft geen plaats boven alle vensters, dus regen erover kan hier niet");
+    if (stand == RegenStand::geenDoorklik)
+        return QStringLiteral(
+            "klikken zouden de vensters eronder niet bereiken, dus regen erover kan hier niet; "
+            "zonder --venstersysteem kan het misschien wel");
     if (stand == RegenStand::schermbeveiliging)
         return QStringLiteral("de schermbeveiliging is aan; de regen komt daarna terug");
     if (stand == RegenStand::leeg)
@@ -73,6 +80,10 @@ QString Bureau::zwartBeletsel() const {
     if (centrale_.zwartAan() || !werkruimte_.isSaverActive()) return {};
     return QStringLiteral(
         "de schermbeveiliging of vergrendeling is aan; een zwart scherm kan pas daarna");
+}
+
+QString Bureau::regenWeigering() const {
+    return centrale_.isRegenGeweigerd() ? uitleg(centrale_.regenStand().waarde()) : QString();
 }
 
 void Bureau::toonZwart(std::optional<DrieSoort> soort) {

@@ -39,6 +39,8 @@ class Bureau {
     // Why no black screen can be shown now: it would lie over the screen saver or
     // lock that is active. Empty where it can, or shows already.
     [[nodiscard]] QString zwartBeletsel() const;
+    // Why the rain was refused; empty where it was not.
+    [[nodiscard]] QString regenWeigering() const;
 
     // As in MatrixCentrale, except that what has a zwartBeletsel() does nothing.
     void toonZwart(std::optional<DrieSoort> soort);

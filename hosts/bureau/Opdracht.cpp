@@ -4,6 +4,7 @@
 #include "hosts/bureau/BureauInstellingen.h"
 #include "hosts/bureau/ZwartSoort.h"
 #include "hosts/gedeeld/Opsomming.h"
+#include "platform/window/systems/WindowSystems.h"
 
 namespace brixtel {
 
@@ -75,6 +76,11 @@ QString zetAutostart(BureauOpdracht& opdracht, const QString& waarde) {
     return leesAanUit(opdracht.autostart.emplace(), waarde, QLatin1String("autostart"));
 }
 
+QString zetVenstersysteem(BureauOpdracht& opdracht, const QString& waarde) {
+    return zetNaam(opdracht.venstersysteem, waarde, QLatin1String("venstersysteem"),
+                   platform::windowSystemNames());
+}
+
 const std::vector<Optie>& opties() {
     static const QLatin1String help("help"), versie("versie");
     static const std::vector<Optie> alle{
@@ -102,6 +108,7 @@ const std::vector<Optie>& opties() {
                  BureauInstellingen::kLangzaamst, BureauInstellingen::kSnelst),
         {QLatin1String("muziek"), Waarde::Nodig, {}, zetMuziek},
         {QLatin1String("autostart"), Waarde::Nodig, {}, zetAutostart},
+        {QLatin1String("venstersysteem"), Waarde::Nodig, {}, zetVenstersysteem},
     };
     return alle;
 }
@@ -154,11 +161,13 @@ Instellingen, die bewaard blijven:
   --autostart=aan|uit    of het bij het aanmelden vanzelf start (uit)
 
 Verder:
+  --venstersysteem=WELK  %2 of auto (auto: het eerste
+                         dat er is); voor wie start, niet voor wie doorgeeft
   --stand                hoe het ervoor staat
   --versie, -V           het versienummer
   --help, -h             deze tekst
 )")
-        .arg(vouw(soorten(), kHulpKolom));
+        .arg(vouw(soorten(), kHulpKolom), platform::windowSystemNames().join(QStringLiteral(", ")));
 }
 
 }  // namespace brixtel

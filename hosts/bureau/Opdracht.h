@@ -26,6 +26,7 @@ struct BureauOpdracht {
     Taak taak = Taak::Dienst;
     std::vector<Verzoek> verzoeken;  // in the order in which they were asked
     std::optional<bool> autostart;
+    QString venstersysteem;  // its name; empty for the session's
 };
 
 // `argumenten` without the program's own name. Without any it is to show the panel.

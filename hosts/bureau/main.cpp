@@ -100,10 +100,16 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
     platform::WindowServer server(klok, {.system = platform::openWindowSystem(klok)});
     platform::DesktopWorkspace werkruimte(server, berichten);
     brixtel::Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval});
-    // A desktop that ends takes the X server along; the program ends without a word.
-    server.onConnectionLost([&bureau] {
+    // A desktop that ends takes the window system along; the program ends without a
+    // word, unless the system has one to say.
+    server.onConnectionLost([&bureau, &server] {
         bureau.bewaar();
-        std::_Exit(0);
+        const QString reden = server.system().lossReason();
+        std::_Exit(
+            reden.isEmpty()
+                ? 0
+                : meldNaam(
+                      QStringLiteral("het venstersysteem verbrak de verbinding: %1").arg(reden)));
     });
 
     // quit() asks every window that shows, and one could refuse.
@@ -219,6 +225,7 @@ int start(int argc, char** argv, const BureauOpdracht& opdracht) {
     if (opdracht.taak == BureauOpdracht::Taak::Stand)
         return meldNaam(QStringLiteral("er draait geen brixtel-bureau"));
     if (isAfsluiten(opdracht)) return 0;
+    platform::useOnly(opdracht.venstersysteem);
     if (!platform::DisplayCheck().isReachable()) return meldNaam(QString::fromUtf8(kGeenScherm));
     return alsEigenaar(argc, argv, bus, opdracht);
 }

@@ -57,4 +57,13 @@ QString zetGetal(double& doel, const QString& waarde, QLatin1String naam, double
     return fout;
 }
 
+QString zetNaam(QString& doel, const QString& waarde, QLatin1String naam,
+                const QStringList& namen) {
+    const QString automatisch = QStringLiteral("auto");
+    doel = waarde == automatisch ? QString() : waarde;
+    if (doel.isEmpty() ? waarde == automatisch : namen.contains(waarde)) return {};
+    return QStringLiteral("--%1 kent %2 en auto, niet '%3'")
+        .arg(naam, namen.join(QStringLiteral(", ")), waarde);
+}
+
 }  // namespace brixtel

@@ -42,6 +42,9 @@ struct Optie {
 QString zetGetal(std::optional<double>& doel, const QString& waarde, QLatin1String naam,
                  double laag, double hoog);
 QString zetGetal(double& doel, const QString& waarde, QLatin1String naam, double laag, double hoog);
+// One of the names, or "auto", which leaves `doel` empty.
+QString zetNaam(QString& doel, const QString& waarde, QLatin1String naam,
+                const QStringList& namen);
 
 // The name in a word that is an option; empty for another word.
 [[nodiscard]] QString optieNaam(const QString& woord);

@@ -75,6 +75,11 @@ QString zetTekenaar(Opdracht& opdracht, const QString& waarde) {
     return {};
 }
 
+QString zetVenstersysteem(Opdracht& opdracht, const QString& waarde) {
+    return zetNaam(opdracht.venstersysteem, waarde, QLatin1String("venstersysteem"),
+                   platform::windowSystemNames());
+}
+
 QString zetVensterId(Opdracht& opdracht, const QString& waarde) {
     opdracht.vensterId = platform::readHost(waarde);
     opdracht.vensterGenoemd = waarde;
@@ -202,6 +207,7 @@ const std::vector<Optie>& opties() {
         {QLatin1String("window-id"), Waarde::Nodig, {}, zetVensterId},
         {QLatin1String("keuze"), Waarde::Nodig, {}, zetKeuze, kToont | kBeeld},
         {QLatin1String("tekenaar"), Waarde::Nodig, {}, zetTekenaar, kToont | kBeeld},
+        {QLatin1String("venstersysteem"), Waarde::Nodig, {}, zetVenstersysteem, kToont | kBlad},
         {QLatin1String("plaatje"), Waarde::Nodig, {}, zetPlaatje},
         {QLatin1String("film"), Waarde::Nodig, {}, zetFilm},
         {maat,
@@ -365,6 +371,8 @@ Wat:
   --keuze=KEUZE          %1
   --voorvertoning        in de kwaliteit van een klein voorbeeld
   --tekenaar=WELKE       gl, cpu of auto (auto)
+  --venstersysteem=WELK  %2 of auto (auto: het eerste
+                         dat er is)
   --seconden=N           houdt na N seconden vanzelf op
   --fps                  toont het aantal beelden per seconde
   --volle-snelheid       ook op de accu alle beelden, en niet de helft
@@ -385,7 +393,8 @@ Verder:
 )")
         .arg(vouw(opsomming(keuzeWoorden(), QLatin1String("of")) +
                       QStringLiteral("; alleen voor deze keer, er wordt niets bewaard"),
-                  kHulpKolom));
+                  kHulpKolom),
+             platform::windowSystemNames().join(QStringLiteral(", ")));
 }
 
 }  // namespace brixtel

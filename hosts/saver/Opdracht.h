@@ -58,6 +58,7 @@ struct Opdracht {
     bool volleSnelheid = false;  // on battery too
     bool json = false;
     platform::DrawerChoice tekenaar = platform::DrawerChoice::Auto;
+    QString venstersysteem;  // its name; empty for the session's
 };
 
 // `argumenten` without the program's own name; `hostVenster` is what the

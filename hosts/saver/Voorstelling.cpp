@@ -69,8 +69,9 @@ void Voorstelling::begin() {
 void Voorstelling::toonInstellingen(const Window& bij) {
     if (instellingen_.isOpen()) return;
     bladIsOpen(true);
-    const QStringList argumenten{QStringLiteral("--instellingen"),
-                                 QStringLiteral("--boven=%1").arg(bij.reference().text)};
+    QStringList argumenten{QStringLiteral("--instellingen")};
+    if (!bij.reference().isEmpty())
+        argumenten << QStringLiteral("--boven=%1").arg(bij.reference().text);
     instellingen_.toon(argumenten, [this](const InstellingenProces::Afloop& afloop) {
         bladIsOpen(false);
         if (afloop.goed && !afloop.gekozen.isEmpty()) neemKeuze(afloop.gekozen);
@@ -91,7 +92,14 @@ void Voorstelling::neemKeuze(const QString& keuze) {
 void Voorstelling::bladIsOpen(bool open) {
     for (const Doek& doek : doeken_) {
         doek.view->setMuisTelt(!open);
-        if (opdracht_.taak == Opdracht::Taak::Schermvullend) doek.venster->setCursorHidden(!open);
+        if (opdracht_.taak != Opdracht::Taak::Schermvullend) continue;
+        doek.venster->setCursorHidden(!open);
+        if (!doek.venster->reference().isEmpty()) continue;
+        // The sheet cannot be placed above such a window, which would hide it.
+        if (open)
+            doek.venster->orderOut();
+        else
+            doek.venster->makeKeyAndOrderFront();
     }
 }
 

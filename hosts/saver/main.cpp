@@ -56,8 +56,12 @@ bool isPlaatje(const Opdracht& opdracht) {
 }
 
 void kiesPlatform(const Opdracht& opdracht) {
+    using platform::QtScreens;
     const bool plaatje = isPlaatje(opdracht);
-    platform::chooseQtScreens(plaatje ? platform::QtScreens::None : platform::QtScreens::Session);
+    const bool blad = opdracht.taak == Opdracht::Taak::Instellingen;
+    platform::chooseQtScreens(plaatje ? QtScreens::None
+                              : blad  ? QtScreens::Session
+                                      : QtScreens::Windows);
     if (plaatje) qputenv("QT_SCALE_FACTOR", QByteArray::number(opdracht.schaal));
 }
 
@@ -109,6 +113,14 @@ int plaatje(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
+// A desktop that ends takes the saver along quietly.
+int uitgangNaVerlies(const platform::WindowServer& server) {
+    const QString reden = server.system().lossReason();
+    if (reden.isEmpty()) return 0;
+    return meldNaam(QStringLiteral("het venstersysteem verbrak de verbinding: %1").arg(reden),
+                    kFout);
+}
+
 int film(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
     const QString mis = brixtel::maakFilm(opdracht, module);
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
@@ -128,7 +140,8 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
     platform::WindowServer server(klok, {.drawer = opdracht.tekenaar,
                                          .system = platform::openWindowSystem(klok),
                                          .pictures = beelden ? &*beelden : nullptr});
-    server.onConnectionLost([] { std::_Exit(0); });
+    if (!server.isConnected()) return -meldNaam(QString::fromUtf8(kGeenScherm), kFout);
+    server.onConnectionLost([&server] { std::_Exit(uitgangNaVerlies(server)); });
 
     int doorSignaal = 0;
     std::optional<brixtel::Voorstelling> voorstelling;
@@ -202,6 +215,8 @@ int instellingen(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
 }
 
 int start(int argc, char** argv, const Opdracht& opdracht) {
+    platform::useOnly(opdracht.venstersysteem);
+    if (opdracht.taak == Opdracht::Taak::Gastheer) platform::useOnlyForHosts();
     std::optional<platform::DisplayCheck> scherm;
     if (!isPlaatje(opdracht)) scherm.emplace();
     if (scherm && !scherm->isReachable()) return meldNaam(QString::fromUtf8(kGeenScherm), kFout);

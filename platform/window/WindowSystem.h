@@ -21,6 +21,9 @@ struct Capabilities {
     bool adoptsHosts = false;
     // A window can lie above everything, full-screen windows included.
     bool liesAboveAll = false;
+    // Clicks on a window that ignores the mouse reach what lies below, whatever
+    // that is.
+    bool passesClicks = false;
     // The program can hand the keyboard to another program's window; elsewhere
     // the keyboard finds its own way back when a window goes.
     bool returnsKeyboard = false;
@@ -48,6 +51,8 @@ class WindowSystem {
     [[nodiscard]] virtual bool isConnected() const = 0;
     // Called once when the system has gone away, as WindowServer has it.
     virtual void onLost(std::function<void()> action) = 0;
+    // Why the system is gone, in its own words; empty where it just went away.
+    [[nodiscard]] virtual QString lossReason() const { return {}; }
     // A surface found the system gone: does what finding it out here does.
     virtual void lost() = 0;
 

@@ -54,6 +54,9 @@ QString PaneelStaat::regenStatus() const {
             return QStringLiteral("wacht");
         case RegenStand::leeg:
             return QStringLiteral("leeg");
+        case RegenStand::geenBovenlaag:
+        case RegenStand::geenDoorklik:
+            return QStringLiteral("kan niet");
     }
     return {};
 }
