@@ -20,11 +20,11 @@ QString bestand() {
     return map() + QStringLiteral("/nl.groenlicht.brixtel.bureau.desktop");
 }
 
-// A word of an Exec line, whatever is in it.
+// Quotes any text as one word of an Exec line.
 QString aangehaald(QString woord) {
     for (const char teken : {'\\', '"', '`', '$'})
         woord.replace(QLatin1Char(teken), QStringLiteral("\\") + QLatin1Char(teken));
-    // The line is itself a string, in which a backslash is two.
+    // The line is itself a string, in which a backslash is written twice.
     woord.replace(u'\\', QStringLiteral("\\\\"));
     return u'"' + woord.replace(u'%', QStringLiteral("%%")) + u'"';
 }

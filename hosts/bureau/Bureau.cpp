@@ -8,7 +8,7 @@
 namespace brixtel {
 
 namespace {
-// A slider that is dragged asks many times.
+// A dragged slider asks many times within this time.
 constexpr double kSamennemen = 0.15;  // seconds
 }  // namespace
 
@@ -33,7 +33,7 @@ Bureau::Bureau(const MatrixCentraleBronnen& bronnen, platform::MonitorRecorderOp
     centrale_.snelheid = keuzes_.snelheid;
     centrale_.opMuziek = keuzes_.muziek;
     centrale_.muziekStand = [this] { return muziek_.stand(); };
-    // Also when the user closes the black screen.
+    // The user, too, can close the black screen.
     centrale_.onZwart = [this](bool) { meld(); };
     regen_ = centrale_.regenStand().volg([this](RegenStand) { meld(); });
     beveiliging_ = werkruimte_.observe([this](platform::Workspace::Change wat) {
@@ -55,7 +55,7 @@ void Bureau::na(Doe doe) {
 
 void Bureau::meld() {
     const bool volgt = centrale_.zwartAan() && centrale_.muziekKlok().isValid();
-    // What lies under a saver or lock is seen by nobody.
+    // Nobody sees effects under a saver or lock.
     muziek_.luister(keuzes_.muziek && (volgt || luisterMee_) && !werkruimte_.isSaverActive());
     if (bezig_ > 0) return;
     const BureauStand nu{.zwart = centrale_.zwartAan(),

@@ -25,24 +25,23 @@ struct BusBeeld {
 QDBusArgument& operator<<(QDBusArgument& uit, const BusBeeld& beeld);
 const QDBusArgument& operator>>(const QDBusArgument& in, BusBeeld& beeld);
 
-// The icon in the desktop's tray, with a menu of what the owner can do: an
-// org.kde.StatusNotifierItem, announced to whatever tray there is now or comes
-// later. All of it lives on the connection that is there anyhow; where nobody shows
-// it, it costs nothing. Main thread; bureau and bus must outlive it.
+// The icon in the desktop's tray, an org.kde.StatusNotifierItem, with a menu of the owner's
+// actions. It registers with the present tray and with any tray that appears later. It uses
+// the owner's connection, and costs nothing where no tray shows it. Main thread; bureau and
+// bus must outlive it.
 class Pictogram {
   public:
     Pictogram(Bureau& bureau, BusAansluiting& bus, BureauDaden daden);
     Pictogram(const Pictogram&) = delete;
     Pictogram& operator=(const Pictogram&) = delete;
 
-    // Tells the trays; once the objects can be called.
+    // Registers with the trays. To be called once the objects can be called.
     void meldAan();
 
   private:
     [[nodiscard]] std::vector<MenuRegel> regels(const BureauStand& stand);
     [[nodiscard]] MenuRegel zwart(const BureauStand& stand);
-    // A menu of what a choice may be, each by its text, with what is chosen among
-    // them.
+    // A menu of the values of one choice, each by its text, the present value marked.
     struct Stappen {
         QString naam;
         double BureauKeuzes::*keuze;

@@ -8,7 +8,7 @@ Rectangle {
 
     property var paneel
     readonly property real rand: 12
-    // Where the picture stands in the window; empty where there is no room for it.
+    // The picture's place in the window; empty where there is no room for it.
     readonly property rect plek: beeld.visible ? Qt.rect(beeld.x + 1, beeld.y + 1, beeld.width - 2, beeld.height - 2) : Qt.rect(0, 0, 0, 0)
 
     color: BX.bxZwart
@@ -133,7 +133,8 @@ Rectangle {
                 objectName: "saverMelding"
                 width: parent.width
                 visible: blad.paneel.saverOntbreekt
-                // The notice may lie below the visible part when the button is pressed.
+                // The notice may lie below the visible part when the user presses the
+                // button.
                 onVisibleChanged: if (visible) { rijen.forceLayout(); blad.toon(this); }
                 tekst: "De instellingen van de schermbeveiliging zijn niet te openen: brixtel-saver ontbreekt of werkt niet."
             }
