@@ -11,20 +11,19 @@
 
 namespace platform {
 
-// Paints frames into a picture in memory: layers with the processor, scenes with
-// what makeSceneDrawer() finds. Made, used and dropped on one thread; owned by the
-// surface or the still that the picture is for. Allocates nothing per frame once
-// the frames have grown.
+// Paints frames into a picture in memory: layers with the processor, scenes with the drawer
+// of makeSceneDrawer(). Made, used and dropped on one thread; owned by the surface or the
+// still of that picture. Allocates nothing per frame once the frames have grown.
 class PicturePainter {
   public:
     explicit PicturePainter(SceneDrawerOptions options = {}) : options_(std::move(options)) {}
 
     // Makes the picture show the frame within `damage` (pixels, y down, inside the
-    // picture), and a scene wholly. False if a scene could not be drawn: its place
-    // shows its background.
+    // picture), and a scene wholly. False if a scene could not be drawn: its place shows
+    // its background.
     bool paint(const Frame& frame, std::span<const QRect> damage, const PixelBuffer& picture);
 
-    // The last frame's, as Surface has them.
+    // The drawer of the last frame, as in Surface.
     [[nodiscard]] const QString& drawer() const;
     [[nodiscard]] int rung() const;
     [[nodiscard]] bool failsScenes() const { return showsScene_ && failsScenes_; }
@@ -32,7 +31,7 @@ class PicturePainter {
 
   private:
     bool paintScene(const Frame& frame, const SceneFrame& scene, const PixelBuffer& picture);
-    // Where the stage there was is lost; once.
+    // Makes a new stage in place of a lost one; once.
     bool renewStage();
 
     const SceneDrawerOptions options_;

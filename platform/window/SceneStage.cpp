@@ -8,12 +8,12 @@ namespace platform {
 
 namespace {
 
-// A display's own rhythm, for a scene that wants no other.
+// The frame interval of a usual display, for a scene without one of its own.
 constexpr double kDisplayInterval = 1.0 / 60.0;
-// On the processor a few more frames are not worth a coarser picture.
+// On the processor a higher frame rate is not worth a coarser picture.
 constexpr double kSoftwareInterval = 1.0 / 48.0;
 
-// Edges of a still are never jagged.
+// A still always has smooth edges.
 constexpr int kStillSamples = 4;
 
 }  // namespace
@@ -89,8 +89,8 @@ bool SceneStage::draw(const SceneFrame& scene, const PixelGrid& grid) {
 
 void SceneStage::frameTook(double seconds) {
     if (!ladder_) return;
-    // A GPU works on while its commands have long been given; it tells later, but
-    // where the picture was read back, it had to be waited for.
+    // A GPU still works after its commands were given, and reports its time later. A software
+    // drawer, and one that reads the picture back, has finished by now.
     if (software_ || memory_)
         ladder_->frameCost(seconds);
     else if (const auto gpu = renderer_->gpuSeconds())

@@ -13,31 +13,31 @@
 
 namespace platform {
 
-// Draws scenes with the drawer there is, at the quality that holds the frame rate,
-// or the best for a still. Made, used and dropped on one thread, a window's
-// render thread; owned by what draws the frames.
+// Draws scenes with the present drawer, at the highest quality that holds the frame rate,
+// or the best for a still. Made, used and dropped on one thread, a window's render thread;
+// owned by the surface or painter that draws the frames.
 class SceneStage {
   public:
-    // For pictures in memory, with the machine's best drawer. None where the
+    // Makes a stage for pictures in memory, with the machine's best drawer. None where the
     // machine cannot draw scenes.
     [[nodiscard]] static std::unique_ptr<SceneStage> inMemory(const SceneDrawerOptions& options);
-    // In the context that is current, and stays so.
+    // Makes a stage in the current context, which stays current.
     [[nodiscard]] static std::unique_ptr<SceneStage> onContext(const GlContext& context);
     ~SceneStage();
     SceneStage(const SceneStage&) = delete;
     SceneStage& operator=(const SceneStage&) = delete;
 
-    // Draws the scene where it belongs in the picture. False if it could not be.
+    // Draws the scene at its place in the picture. False where that failed.
     bool draw(const SceneFrame& scene, const PixelGrid& grid, const PixelBuffer& picture);
     bool draw(const SceneFrame& scene, const PixelGrid& grid);
 
-    // The frame that these were part of took this long to draw and show.
+    // Reports the seconds it took to draw and show the last frame.
     void frameTook(double seconds);
 
-    // As in kQualityRungs.
+    // The rung of the quality ladder, as in kQualityRungs.
     [[nodiscard]] int rung() const { return ladder_ ? ladder_->rung() : 0; }
     [[nodiscard]] const QString& rendererName() const { return name_; }
-    // Whether the drawer in memory will never draw again, and another stage may.
+    // Whether the drawer in memory is lost for good; a new stage may draw again.
     [[nodiscard]] bool isLost() const { return memory_ && memory_->isLost(); }
 
   private:
@@ -45,7 +45,7 @@ class SceneStage {
                const QString& name, bool software, bool still);
     SceneQuality quality(const SceneFrame& scene, QSize size);
 
-    // One of the two.
+    // The stage has one of the two drawers.
     const std::unique_ptr<SceneDrawer> memory_;
     const std::unique_ptr<SceneRenderer> renderer_;
     const QString name_;

@@ -79,7 +79,7 @@ void WindowCore::exposed(const QRect& rect) {
 void WindowCore::gone() {
     if (std::exchange(gone_, true)) return;
     if (drawing) drawing->setGone();
-    // The action may drop the window, and itself with it.
+    // The action may drop the window, and the action itself with it.
     if (const auto action = closed) action();
 }
 
@@ -118,7 +118,7 @@ void WindowCore::fit() {
 
 std::optional<Screen> WindowCore::screen() const {
     if (native) return native->screen();
-    // A window that is not yet made will be where its frame is.
+    // A window that is not made yet counts at its future frame.
     const QScreen* const under = screenUnderQt(toQt(window_.options_.frame));
     return under ? std::optional(screenFrom(*under)) : std::nullopt;
 }
@@ -149,7 +149,7 @@ void WindowCore::mouse(Mouse what, const MouseEvent& event) {
         case Mouse::OtherDown:
             return target->otherMouseDown(event);
         case Mouse::Moved: {
-            // An action may take the content away.
+            // An action may remove the content.
             const std::shared_ptr<View> content = window_.content_;
             const View* const told = target;
             content->track(event.location, told, event);

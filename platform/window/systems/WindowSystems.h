@@ -10,8 +10,8 @@
 
 namespace platform {
 
-// Whether the session has a window system that answers; Qt would end the program
-// with a crash where none does. To be kept until Qt has connected. Main thread.
+// Whether the session has a window system that answers; without one Qt would crash the
+// program. The owner keeps the check until Qt has connected. Main thread.
 class DisplayCheck {
   public:
     DisplayCheck();
@@ -24,17 +24,17 @@ class DisplayCheck {
 
 enum class QtScreens { Session, None };
 
-// Makes Qt show windows on the session's window system, the one that a DisplayCheck
-// found, or nowhere, for pictures alone. Before the application object. Main
-// thread.
+// Makes Qt show windows on the window system that a DisplayCheck found, or nowhere, for
+// pictures alone. To be called before the application object is made. Main thread.
 void chooseQtScreens(QtScreens screens);
 
-// The window system that Qt shows windows on, or the first there is where Qt shows
-// none. The clock outlives the system. Main thread.
+// Opens the window system that Qt shows windows on, or the first one where Qt shows none.
+// The clock outlives the system, which the caller owns. Main thread.
 [[nodiscard]] std::unique_ptr<WindowSystem> openWindowSystem(MediaClock& clock);
 
-// Windows as a command line or the environment names them; none for a text that
-// names no window. Any thread, before the application object too.
+// Reads a window's name from a command line or the environment; none for a text that names
+// no window. Any thread, before the application object too.
+//
 [[nodiscard]] std::optional<HostRef> readHost(const QString& text);
 [[nodiscard]] std::optional<WindowRef> readWindow(const QString& text);
 
