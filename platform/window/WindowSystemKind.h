@@ -16,7 +16,7 @@ namespace platform {
 
 // One kind of window system, independent of any window: whether the session has it, and its
 // services for dialogs that Qt draws. Without state; one object per kind lasts as long as
-// the process, which owns it. Main thread.
+// the process. Main thread.
 class WindowSystemKind {
   public:
     virtual ~WindowSystemKind() = default;
