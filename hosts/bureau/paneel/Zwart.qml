@@ -3,7 +3,6 @@ import QtQuick
 import Brixtel.Controls
 
 // The choice of the black screen's scene.
-//
 Column {
     property var paneel
     spacing: 8

@@ -34,7 +34,6 @@ void chooseQtScreens(QtScreens screens);
 
 // Reads a window's name from a command line or the environment; none for a text that names
 // no window. Any thread, before the application object too.
-//
 [[nodiscard]] std::optional<HostRef> readHost(const QString& text);
 [[nodiscard]] std::optional<WindowRef> readWindow(const QString& text);
 

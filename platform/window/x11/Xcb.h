@@ -110,7 +110,6 @@ struct WindowLook {
 [[nodiscard]] std::optional<WindowLook> lookAt(xcb_connection_t* connection, xcb_window_t window);
 
 // Whether the error of a drawing request means that the window no longer exists.
-//
 [[nodiscard]] bool tellsOfNoWindow(const xcb_generic_error_t& error);
 
 }  // namespace platform
