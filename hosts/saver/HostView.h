@@ -12,11 +12,11 @@
 
 namespace brixtel {
 
-// A window's content: the saver's view, filling it, and what the host lays over
+// A window's content: the saver's view, which fills the window, and the host's views above
 // it. Turns a key, a click or a real movement of the mouse into one call.
 class HostView : public platform::View {
   public:
-    // How the displays lie, for the movements of the mouse.
+    // The arrangement of the displays, which movements of the mouse are judged by.
     using Indeling = std::function<std::vector<platform::Screen>()>;
 
     explicit HostView(std::shared_ptr<platform::ScreenSaverView> saver,
@@ -24,13 +24,14 @@ class HostView : public platform::View {
 
     [[nodiscard]] const std::shared_ptr<platform::ScreenSaverView>& saver() const { return saver_; }
 
-    // May be called more than once; without it input is swallowed.
+    // Sets the action for input; it may be called more than once. Without one, input is
+    // ignored.
     void onInvoer(std::function<void()> actie) { onInvoer_ = std::move(actie); }
-    // Called for the key "i", which is then no other input.
+    // Sets the action for the key "i", which is then no other input.
     void onInstellingen(std::function<void()> actie) { onInstellingen_ = std::move(actie); }
 
-    // While it is used for something else, movements of the mouse are no input;
-    // afterwards they count from where it then is.
+    // Says whether movements of the mouse are input. When they count again, they are
+    // measured from the mouse's place at that time.
     void setMuisTelt(bool telt);
 
     [[nodiscard]] bool isOpaque() const override { return true; }
@@ -49,7 +50,7 @@ class HostView : public platform::View {
     std::function<void()> onInstellingen_;
     bool muisTelt_ = true;
     const Indeling indeling_;
-    std::optional<QPointF> beginPunt_;  // on screen; where the mouse was first seen
+    std::optional<QPointF> beginPunt_;  // the mouse's first place, on screen
     std::vector<platform::Screen> beginIndeling_;
 };
 

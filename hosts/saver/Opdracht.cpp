@@ -16,10 +16,10 @@ using Taak = Opdracht::Taak;
 
 using Optie = brixtel::Optie<Opdracht>;
 
-// Of a film, per second.
+// The largest frame rate of a film.
 constexpr int kMeesteBeelden = 240;
 
-// Both sides from 1 to 16384; an invalid size for anything else.
+// Reads a size with sides from 1 to 16384; an invalid size for any other text.
 QSize leesMaat(const QString& tekst) {
     static const QRegularExpression vorm(QStringLiteral("^([0-9]{1,5})[xX×]([0-9]{1,5})$"));
     const auto gevonden = vorm.match(tekst);
@@ -108,7 +108,7 @@ QString zetFilm(Opdracht& opdracht, const QString& waarde) {
     return zetTaak(opdracht, Taak::Film, QLatin1String("film"));
 }
 
-// Without a number, the rate is shown in the picture.
+// An option without a number shows the rate in the picture.
 QString zetFps(Opdracht& opdracht, const QString& waarde) {
     if (waarde.isEmpty()) {
         opdracht.fps = true;
@@ -142,7 +142,7 @@ QString zetVerbindingen(Opdracht& opdracht, const QString& waarde) {
     return zetTaak(opdracht, Taak::Verbindingen, QLatin1String("verbindingen"));
 }
 
-// Makes an option that chooses what to do.
+// Makes an option that chooses the task.
 Optie taakOptie(QLatin1String naam, Taak taak) {
     return {naam, Waarde::Geen, {}, [=](Opdracht& o, const QString&) {
                 return zetTaak(o, taak, naam);
@@ -211,7 +211,7 @@ Fout fout(const QString& wat) {
     return foutVan(QLatin1String("brixtel-saver"), wat);
 }
 
-// A still is drawn whole in memory.
+// The limit of a still, since it is drawn whole in memory.
 constexpr double kMeesteBeeldpunten = 8192.0 * 8192.0;
 
 bool isTeGroot(const Opdracht& opdracht) {
@@ -219,7 +219,7 @@ bool isTeGroot(const Opdracht& opdracht) {
            kMeesteBeeldpunten;
 }
 
-// What only shows once everything has been read.
+// Checks the options that depend on each other, once all are read.
 QString controleer(const Opdracht& opdracht) {
     if (opdracht.taak == Taak::Plaatje && opdracht.keuze.isEmpty())
         return QStringLiteral("--plaatje vraagt ook om --keuze");
@@ -255,8 +255,8 @@ std::variant<Opdracht, Fout> leesOpdracht(const QStringList& argumenten,
     QString mis = neemOpties(opties(), argumenten, opdracht);
     if (mis.isEmpty()) mis = controleer(opdracht);
     if (!mis.isEmpty()) return fout(mis);
-    // A host that names its window in the environment means the saver to draw
-    // there, unless the command line asks for something else altogether.
+    // A host names its window in the environment for the saver to draw in. A task on the
+    // command line takes precedence.
     const bool bijGastheer =
         opdracht.taak == Taak::Gastheer || opdracht.taak == Taak::Schermvullend;
     if (bijGastheer && !opdracht.vensterId && !hostVenster.isEmpty()) {
