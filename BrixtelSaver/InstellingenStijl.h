@@ -11,7 +11,7 @@ namespace brixtel {
 // Colours come from the palette.
 class InstellingenStijl final : public QProxyStyle {
   public:
-    // The one style object, made at first use, after the QApplication.
+    // The process-wide style object, made at first use, after the QApplication.
     static QStyle* gedeeld();
 
     // The role of a radio button's palette that holds the colour of its mark.

@@ -8,7 +8,7 @@
 
 namespace brixtel {
 
-// The one place that keeps the chosen mode between runs: key "keuze" in the module's own
+// The only store of the chosen mode between runs: key "keuze" in the module's own
 // preferences, with the raw value. Main thread.
 class SaverInstellingen final {
   public:

@@ -1,5 +1,5 @@
-# Sourced by the commands at the root: what they need from Debian 12, and how
-# they get it.
+# Sourced by the commands at the root: the packages they need from Debian 12, and their
+# installation.
 
 BOUWEN="g++ cmake ninja-build pkg-config qt6-base-dev qt6-declarative-dev libepoxy-dev libegl-dev libgl-dev libglm-dev
   zlib1g-dev libicu-dev libx11-dev libx11-xcb-dev libxcb1-dev libxcb-shm0-dev libxcb-randr0-dev
@@ -11,7 +11,7 @@ PROEVEN="libgtest-dev libgmock-dev libbenchmark-dev xvfb xauth dbus openbox pico
   dpkg-dev fakeroot file qml6-module-qttest qml6-module-qtquick-window at-spi2-core libatspi2.0-dev
   libxcb-damage0-dev libxcb-xtest0-dev pulseaudio pulseaudio-utils"
 
-# zorg_voor PACKAGE...: installs those that are missing, and says which.
+# zorg_voor PACKAGE...: installs the missing packages, and prints their names.
 zorg_voor() {
   local mist=() pakket
   for pakket in "$@"; do
@@ -28,7 +28,7 @@ zorg_voor() {
   { $als apt-get update -q && $als env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${mist[@]}"; } >&2
 }
 
-# bouw PRESET TARGET...: builds, with its words on standard error.
+# bouw PRESET TARGET...: builds, with all output on standard error.
 bouw() {
   local map="build/$1"
   shift

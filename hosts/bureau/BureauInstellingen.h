@@ -18,8 +18,7 @@ struct BureauKeuzes {
     friend bool operator==(const BureauKeuzes&, const BureauKeuzes&) = default;
 };
 
-// The one place that keeps the choices between runs, in the program's own preferences. Main
-// thread.
+// The only store of the choices between runs, in the program's own preferences. Main thread.
 class BureauInstellingen final {
   public:
     BureauInstellingen() = delete;

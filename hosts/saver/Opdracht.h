@@ -34,7 +34,7 @@ struct Opdracht {
 
     QSize venster{1280, 720};                    // points
     std::optional<platform::HostRef> vensterId;  // the host's; none is the whole screen
-    bool voorvertoning = false;                  // as asked; a small host's window is a preview anyway
+    bool voorvertoning = false;                  // implied by a small host's window
     QString keuze;                               // a raw value; empty is the stored one
 
     QString instellingen;  // the file for a picture of the sheet; empty to show it

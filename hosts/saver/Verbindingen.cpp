@@ -33,7 +33,7 @@ class Opvang {
         lopende = &stop;
         struct sigaction actie {};
         actie.sa_handler = vang;
-        actie.sa_flags = static_cast<int>(SA_RESETHAND);  // the second signal ends the process at once
+        actie.sa_flags = static_cast<int>(SA_RESETHAND);  // the second ends the process at once
         for (std::size_t i = 0; i < kSignalen.size(); ++i) {
             sigaction(kSignalen[i], nullptr, &eerder_[i]);
             if (eerder_[i].sa_handler != SIG_IGN) sigaction(kSignalen[i], &actie, nullptr);
