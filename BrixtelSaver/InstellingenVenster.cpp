@@ -68,7 +68,7 @@ InstellingenVenster::InstellingenVenster(Klaar klaar)
     for (QRadioButton* knop : knoppen_)
         connect(knop, &QRadioButton::clicked, this, [this, knop] { gekozenKnop(knop); });
     connect(klaarKnop, &QPushButton::clicked, this, [this] { sluit(); });
-    // Return acts on any focus, since on some desktops Return presses the focused button.
+    // Return presses "Klaar" on any focus; on some desktops it would press the focused button.
     for (const auto toets : {Qt::Key_Return, Qt::Key_Enter}) {
         auto* const return_ = new QShortcut(toets, this);
         return_->setAutoRepeat(false);

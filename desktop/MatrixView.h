@@ -22,7 +22,7 @@ class MatrixView : public platform::View {
     MatrixView(const QRectF& frame, platform::MediaClock& klok, platform::Workspace& werkruimte);
 
     // Called for every such wish, possibly more than once. Without an action, input is
-    // ignored.
+    // swallowed.
     std::function<void()> onSluit;
 
     // Time of construction, in seconds of the clock.

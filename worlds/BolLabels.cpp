@@ -115,8 +115,8 @@ void BolLabels::zie(Label& label, const glm::dmat4& camera) const {
     label.vanzelf = label.omhoog = label.node ? naastStip(label, camera) : 0.0;
 }
 
-// The dot lies right behind its label, except near the rim. The label moves up where it is
-// above the dot, and down where it already hangs below it.
+// How far up a label moves to clear its own dot, which lies right behind the label except
+// near the rim. A label that already hangs below its dot stays there.
 double BolLabels::naastStip(const Label& label, const glm::dmat4& camera) {
     const glm::dvec3 stip = kStip * glm::normalize(label.node->worldPosition());
     const double y = label.y - opScherm(stip, camera).y;

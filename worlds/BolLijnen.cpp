@@ -19,10 +19,10 @@ namespace {
 constexpr double kPuntenPerEenheid = 900.0;  // of a label's picture
 constexpr double kLabelHoogte = 36.0;
 constexpr double kGrondBreder = 10.0;
-constexpr double kGrondOmhoog = 2.0;  // in heights of the letters' picture
+constexpr double kGrondOmhoog = 2.0;  // points, since letters stand high in their picture
 constexpr double kNacht = 0.93;       // part of the light behind a label that is removed
-constexpr double kRandBreed = 0.06;   // width of one soft edge, in label widths
-constexpr double kRandHoog = 0.3;     // and its height, in label heights
+constexpr double kRandBreed = 0.06;   // one soft edge, as a part of the night's width
+constexpr double kRandHoog = 0.3;     // and as a part of its height
 
 // The radius of a globe at its nearest, as a part of the picture's height.
 constexpr double kDeelVanStraal = 0.65;

@@ -77,9 +77,9 @@ class DrieWereld {
     // Makes a view, in points, that plays the scene. The caller owns the view.
     [[nodiscard]] std::shared_ptr<platform::SceneView> maakView(const QRectF& frame);
 
-    // Reports that the world is shown or hidden. A globe with lines of its own from the
-    // watcher registers with the watcher or ends that; other worlds do nothing. Nothing is
-    // paused here.
+    // Reports that the world is shown or hidden. A globe that its owner does not feed
+    // registers with the watcher or ends that; other worlds do nothing. Nothing is paused
+    // here.
     void actief(bool aan);
 
     // Shows these connections on the globe, in place of the last ones; does nothing in the

@@ -25,7 +25,7 @@ class HostView : public platform::View {
     [[nodiscard]] const std::shared_ptr<platform::ScreenSaverView>& saver() const { return saver_; }
 
     // Sets the action for input; it may be called more than once. Without one, input is
-    // ignored.
+    // swallowed.
     void onInvoer(std::function<void()> actie) { onInvoer_ = std::move(actie); }
     // Sets the action for the key "i", which is then no other input.
     void onInstellingen(std::function<void()> actie) { onInstellingen_ = std::move(actie); }
