@@ -64,7 +64,7 @@ void MatrixView::sluit() {
 
 void MatrixView::keyDown(const platform::KeyEvent& toets) {
     switch (toets.key) {
-        // The first half of the very shortcut that ends the effect.
+        // The shortcut that ends the effect begins with a modifier.
         case Qt::Key_Shift:
         case Qt::Key_Control:
         case Qt::Key_Meta:

@@ -167,7 +167,7 @@ voortgang() {
   printf '%s' "$opnieuw" >&2
 }
 
-# bouw PRESET TARGET...: builds, with its words on standard error.
+# bouw PRESET TARGET...: builds, with all output on standard error.
 bouw() {
   local map="build/$1"
   shift

@@ -29,7 +29,7 @@ QString ontsnapt(QString woord) {
 QString aangehaald(QString woord) {
     for (const char teken : {'\\', '"', '`', '$'})
         woord.replace(QLatin1Char(teken), QStringLiteral("\\") + QLatin1Char(teken));
-    // The line is itself a string, in which a backslash is two.
+    // The line is itself a string, in which a backslash is written twice.
     woord.replace(u'\\', QStringLiteral("\\\\"));
     return u'"' + woord.replace(u'%', QStringLiteral("%%")) + u'"';
 }

@@ -43,7 +43,7 @@ Bureau::Bureau(const MatrixCentraleBronnen& bronnen, platform::MonitorRecorderOp
     centrale_.opMuziek = keuzes_.muziek;
     centrale_.flitsDeel = flitsDeel(keuzes_.flits);
     centrale_.muziekStand = [this] { return muziek_.stand(); };
-    // Also when the user closes the black screen.
+    // The user, too, can close the black screen.
     centrale_.onZwart = [this](bool) { meld(); };
     regen_ = centrale_.regenStand().volg([this](RegenStand) { meld(); });
     beveiliging_ = werkruimte_.observe([this](platform::Workspace::Change wat) {
@@ -65,7 +65,7 @@ void Bureau::na(Doe doe) {
 
 void Bureau::meld() {
     const bool volgt = centrale_.zwartAan() && centrale_.muziekKlok().isValid();
-    // What lies under a saver or lock is seen by nobody.
+    // Nobody sees effects under a saver or lock.
     muziek_.luister(keuzes_.muziek && (volgt || luisterMee_) && !werkruimte_.isSaverActive());
     if (bezig_ > 0) return;
     const BureauStand nu{.zwart = centrale_.zwartAan(),

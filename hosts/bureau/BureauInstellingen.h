@@ -28,8 +28,7 @@ struct BureauKeuzes {
     friend bool operator==(const BureauKeuzes&, const BureauKeuzes&) = default;
 };
 
-// The one place where they are kept between runs, in the program's own
-// preferences. Main thread.
+// The only store of the choices between runs, in the program's own preferences. Main thread.
 class BureauInstellingen final {
   public:
     BureauInstellingen() = delete;
@@ -38,11 +37,11 @@ class BureauInstellingen final {
     static constexpr double kLangzaamst = 0.2;
     static constexpr double kSnelst = 4.0;
 
-    // What is not, or not validly, stored is as it is by default.
+    // Returns the stored choices; an absent or invalid value is the default.
     static BureauKeuzes lees();
 
-    // Written out at once. Returns 0, or the number of the error for which nothing
-    // is kept; without a store nothing happens.
+    // Writes the choices out at once. Returns 0, or the number of the error that prevented
+    // it; without a store nothing happens.
     static int bewaar(const BureauKeuzes& keuzes);
 };
 

@@ -43,7 +43,7 @@ Optie metSoort(QLatin1String naam, const QString& methode) {
                 if (!leesSoort(waarde, soort))
                     return QStringLiteral("--%1 kent %2, niet '%3'")
                         .arg(naam, opsomming(zwartWoorden(), QLatin1String("en")), waarde);
-                // Not a null string: it goes over the bus.
+                // The bus carries no null string, so the value is an empty one.
                 o.verzoeken.push_back({methode, {waarde + QLatin1String("")}});
                 return QString();
             }};
@@ -58,7 +58,7 @@ Optie metGetal(QLatin1String naam, const QString& methode, double laag, double h
             }};
 }
 
-// Returns what is wrong; empty if nothing is.
+// Returns the error; empty on success.
 QString leesAanUit(bool& aan, const QString& waarde, QLatin1String naam) {
     aan = waarde == u"aan";
     if (aan || waarde == u"uit") return {};
@@ -113,7 +113,7 @@ const std::vector<Optie>& opties() {
     return alle;
 }
 
-// The first is the rain.
+// The words for the kinds; the first is the rain.
 QString soorten() {
     QStringList woorden = zwartWoorden();
     woorden.first() += QStringLiteral(" (ook zonder SOORT)");

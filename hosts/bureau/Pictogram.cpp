@@ -170,7 +170,7 @@ void Pictogram::meldAan() {
             QDBusMessage::createMethodCall(kTrays, QStringLiteral("/StatusNotifierWatcher"), kTrays,
                                            QStringLiteral("RegisterStatusNotifierItem"));
         bericht << bus_.verbinding().baseService();
-        // Nobody is started for it, nor waited for.
+        // The message starts no tray and waits for none.
         bericht.setAutoStartService(false);
         bus_.verbinding().send(bericht);
     };
@@ -199,7 +199,7 @@ MenuRegel Pictogram::keuze(const BureauStand& stand, Stappen stappen) {
     const double nu = stand.keuzes.*stappen.keuze;
     const auto isNu = [&](double stap) { return stappen.tekst(stap) == stappen.tekst(nu); };
     std::vector<double>& alle = stappen.stappen;
-    // As the panel's slider or the command line may have left it.
+    // The panel's slider or the command line may have set a value between the steps.
     if (std::none_of(alle.begin(), alle.end(), isNu))
         alle.insert(std::upper_bound(alle.begin(), alle.end(), nu), nu);
     MenuRegel menu{.tekst = stappen.naam};

@@ -47,15 +47,14 @@ class Pictogram {
     Pictogram(const Pictogram&) = delete;
     Pictogram& operator=(const Pictogram&) = delete;
 
-    // Tells the trays; once the objects can be called.
+    // Registers with the trays. To be called once the objects can be called.
     void meldAan();
 
   private:
     void volg(const BureauStand& stand);
     [[nodiscard]] std::vector<MenuRegel> regels(const BureauStand& stand);
     [[nodiscard]] MenuRegel zwart(const BureauStand& stand);
-    // A menu of what a choice may be, each by its text, with what is chosen among
-    // them.
+    // A menu of the values of one choice, each by its text, the present value marked.
     struct Stappen {
         QString naam;
         double BureauKeuzes::*keuze;

@@ -41,7 +41,7 @@ QString zetGetal(std::optional<double>& doel, const QString& waarde, QLatin1Stri
                  double laag, double hoog) {
     doel = leesGetal(waarde, laag, hoog);
     if (doel) return {};
-    // Written out: nobody reads a year of seconds as a power of ten.
+    // Numbers are written out: a year of seconds as a power of ten is hard to read.
     const auto voluit = [](double grens) {
         return QString::number(grens, 'f', QLocale::FloatingPointShortest).replace(u'.', u',');
     };

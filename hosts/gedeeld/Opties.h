@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How the programs read their command lines: long options with one dash or two,
-// a value after `=` or as the next word, and one Dutch line for what is wrong.
+// Reads the command lines of the programs: long options with one dash or two, a value after
+// `=` or as the next word, and one Dutch line for an error.
 #pragma once
 
 #include <QRegularExpression>
@@ -12,33 +12,33 @@
 
 namespace brixtel {
 
-// What is wrong with a command line, as one line for the user.
+// The error of a command line, as one line for the user.
 struct Fout {
     QString regel;
 };
 
 enum class Waarde { Geen, Nodig, Mag };
 
-// One option of a program whose wishes are gathered in an `Opdracht`.
+// One option of a program whose command line is read into an `Opdracht`.
 template <typename Opdracht>
 struct Optie {
     QLatin1String naam;
     Waarde waarde;
-    // Of an optional value: what a next word must look like to be it.
+    // The pattern of an optional value; a next word that does not match is no value.
     QString vorm;
-    // Returns what is wrong; empty if nothing is.
+    // Returns the error; empty on success.
     std::function<QString(Opdracht&, const QString& waarde)> zet;
     // The calls that it belongs to, as bits of the program's own; 0 for any call.
     unsigned bij = 0;
 };
 
-// One line, whatever was typed.
+// Makes an error of one line from any text.
 [[nodiscard]] Fout foutVan(QLatin1String programma, const QString& wat);
 
 // With a comma or a point.
 [[nodiscard]] std::optional<double> leesGetal(const QString& tekst, double laag, double hoog);
 
-// Each returns what is wrong; empty if nothing is.
+// Each function returns the error; empty on success.
 QString zetGetal(std::optional<double>& doel, const QString& waarde, QLatin1String naam,
                  double laag, double hoog);
 QString zetGetal(double& doel, const QString& waarde, QLatin1String naam, double laag, double hoog);
@@ -52,8 +52,7 @@ QString zetNaam(QString& doel, const QString& waarde, QLatin1String naam,
 // What there is to say about a word that is none of the options' names.
 [[nodiscard]] QString onbekend(const QString& woord, const QStringList& namen);
 
-// Takes the option at `plaats`, and its value if that is the next word. Returns
-// what is wrong.
+// Reads the option at `plaats`, and its value if that is the next word. Returns the error.
 template <typename Opdracht>
 QString neemOptie(const std::vector<Optie<Opdracht>>& opties, const QStringList& woorden,
                   qsizetype& plaats, Opdracht& opdracht,

@@ -78,8 +78,8 @@ void HostView::otherMouseDown(const platform::MouseEvent&) {
 void HostView::mouseMoved(const platform::MouseEvent& event) {
     if (!muisTelt_) return;
     const QPointF punt = event.screenLocation;
-    // A display that changes moves every place on the screen, and the server puts
-    // the mouse back inside.
+    // A changed display moves every place on the screen, and the server moves the mouse
+    // back inside.
     if (auto indeling = indeling_(); !beginPunt_ || indeling != beginIndeling_) {
         beginPunt_ = punt;
         beginIndeling_ = std::move(indeling);

@@ -13,11 +13,11 @@
 
 namespace brixtel {
 
-// A window's content: the saver's view, filling it, and what the host lays over
+// A window's content: the saver's view, which fills the window, and the host's views above
 // it. Turns a key, a click or a real movement of the mouse into one call.
 class HostView : public platform::View {
   public:
-    // How the displays lie, for the movements of the mouse.
+    // The arrangement of the displays, which movements of the mouse are judged by.
     using Indeling = std::function<std::vector<platform::Screen>()>;
 
     explicit HostView(std::shared_ptr<platform::ScreenSaverView> saver,
@@ -25,9 +25,10 @@ class HostView : public platform::View {
 
     [[nodiscard]] const std::shared_ptr<platform::ScreenSaverView>& saver() const { return saver_; }
 
-    // May be called more than once; without it input is swallowed.
+    // Sets the action for input; it may be called more than once. Without one, input is
+    // swallowed.
     void onInvoer(std::function<void()> actie) { onInvoer_ = std::move(actie); }
-    // Called for the key "i", which is then no other input.
+    // Sets the action for the key "i", which is then no other input.
     void onInstellingen(std::function<void()> actie) { onInstellingen_ = std::move(actie); }
 
     // What the user asks of a window of its own; there no other key or click ends it.
@@ -64,7 +65,7 @@ class HostView : public platform::View {
     std::optional<double> laatsteKlik_;
     bool muisTelt_ = true;
     const Indeling indeling_;
-    std::optional<QPointF> beginPunt_;  // on screen; where the mouse was first seen
+    std::optional<QPointF> beginPunt_;  // the mouse's first place, on screen
     std::vector<platform::Screen> beginIndeling_;
 };
 

@@ -20,10 +20,10 @@ using Gegeven = std::vector<const Optie*>;
 // The calls that an option belongs to.
 enum : unsigned { kToont = 1, kPlaatje = 2, kBlad = 4, kFilm = 8, kBeeld = kPlaatje | kFilm };
 
-// Of a film, per second.
+// The largest frame rate of a film.
 constexpr int kMeesteBeelden = 240;
 
-// Both sides from 1 to 16384; an invalid size for anything else.
+// Reads a size with sides from 1 to 16384; an invalid size for any other text.
 QSize leesMaat(const QString& tekst) {
     static const QRegularExpression vorm(QStringLiteral("^([0-9]{1,5})[xX×]([0-9]{1,5})$"));
     const auto gevonden = vorm.match(tekst);
@@ -118,7 +118,7 @@ QString zetFilm(Opdracht& opdracht, const QString& waarde) {
     return zetTaak(opdracht, Taak::Film, QLatin1String("film"));
 }
 
-// Without a number, the rate is shown in the picture.
+// An option without a number shows the rate in the picture.
 QString zetFps(Opdracht& opdracht, const QString& waarde) {
     if (waarde.isEmpty()) {
         opdracht.fps = true;

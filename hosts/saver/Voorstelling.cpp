@@ -15,7 +15,7 @@ using platform::Screen;
 using platform::Window;
 
 namespace {
-// A host's window smaller than this is the preview in its settings.
+// A host's window smaller than this is the preview in the host's settings.
 constexpr QSizeF kKlein(480.0, 360.0);
 const QLatin1String kStopt("com.apple.screensaver.willstop");
 }  // namespace
@@ -27,7 +27,7 @@ Voorstelling::Voorstelling(const Opdracht& opdracht, const ModuleLader& module,
       module_(module),
       server_(server),
       context_(context),
-      // This program once more.
+      // The sheet's process runs this same program.
       instellingen_(QCoreApplication::applicationFilePath(), bus, InstellingenProces::Einde::Mee) {
     switch (opdracht.taak) {
         case Opdracht::Taak::Venster:
@@ -41,7 +41,7 @@ Voorstelling::Voorstelling(const Opdracht& opdracht, const ModuleLader& module,
             schermen_ = std::make_unique<platform::ScreenObserver>([this] { volgSchermen(); });
     }
     if (opdracht.taak == Opdracht::Taak::Gastheer) return;
-    // The views themselves stop at this; nobody else starts them again.
+    // The views stop themselves at this notification; nothing else restarts them.
     context_.notifications.addObserver(this, kStopt, [this] {
         opnieuw_ = platform::Timer(server_.clock(), {.interval = 0.0}, [this] { begin(); });
     });
@@ -80,11 +80,11 @@ void Voorstelling::toonInstellingen(const Window& bij) {
 
 void Voorstelling::neemKeuze(const QString& keuze) {
     const QString sleutel = QStringLiteral("keuze");
-    // What was asked for this run alone, the user has now changed.
+    // The user has now changed the choice that was given for this run alone.
     platform::Preferences::clearArgument(sleutel);
     for (const Doek& doek : doeken_)
         doek.view->saver()->takePick(keuze);
-    // Where the store cannot be written, the pick holds for this run.
+    // The pick holds for this run where the store cannot be written.
     if (ruweWaarde(SaverInstellingen::keuze()) != keuze)
         platform::Preferences::setArgument(sleutel, keuze);
 }

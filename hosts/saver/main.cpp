@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The host adapter: reads its command line, loads the saver module and shows it.
+// The host adapter: reads the command line, loads the saver module and shows it.
 #include <QFile>
 #include <QGuiApplication>
 #include <chrono>
@@ -70,7 +70,7 @@ int verbindingen(bool json) {
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
-// Prints it; returns the exit status.
+// Prints the text; returns the exit status.
 int druk(const QString& tekst) {
     const QString mis = brixtel::drukAf(tekst.toUtf8());
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
@@ -126,15 +126,15 @@ int film(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
-// Shows the saver until something ends it, and returns by which signal, or 0;
-// below 0 an exit status.
+// Shows the saver until something ends it. Returns the signal that did, or 0; a value below
+// 0 is an exit status.
 int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QString& bus) {
     platform::SystemClock klok;
     const double begin = klok.now() - platform::secondsSinceProcessStart();
     auto toeval = opdracht.zaad ? platform::RandomSource(*opdracht.zaad)
                                 : platform::RandomSource::fromSystem();
     platform::DistributedNotificationCenter berichten(bus);
-    // A user who wishes for little movement asked for a window, not for a saver.
+    // Reduced motion gives stills in a window that the user opened, never in a saver.
     std::optional<platform::RestableClock> beelden;
     if (opdracht.taak == Opdracht::Taak::Venster) beelden.emplace(klok);
     platform::WindowServer server(klok, {.drawer = opdracht.tekenaar,
@@ -188,10 +188,10 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
     return doorSignaal;
 }
 
-// Returns the session bus's address, and keeps it from Qt: for the accessibility
-// of a window without controls Qt would wait for the bus on the main thread, and
-// where there is none start one, which outlives this program.
-// The sheet has controls, and a screen reader hears of them over the bus.
+// Returns the session bus's address, and hides it from Qt. For the accessibility of a
+// window without controls, Qt would wait for the bus on the main thread, and without a bus
+// start one that outlives this program. The sheet has controls, which a screen reader reads
+// over the bus, so the sheet's process keeps the address.
 QString neemBus(const Opdracht& opdracht) {
     const QString adres = platform::DistributedNotificationCenter::sessionBusAddress();
     if (opdracht.taak != Opdracht::Taak::Instellingen || adres.isEmpty())
@@ -199,7 +199,7 @@ QString neemBus(const Opdracht& opdracht) {
     return adres;
 }
 
-// None where what it takes is missing.
+// None where the sheet's module is missing.
 std::unique_ptr<QCoreApplication> maakToepassing(int& argc, char** argv, const Opdracht& opdracht) {
     if (opdracht.taak != Opdracht::Taak::Instellingen)
         return std::make_unique<QGuiApplication>(argc, argv);
@@ -279,11 +279,11 @@ int main(int argc, char** argv) {
     if (opdracht.keuze.isEmpty())
         brixtel::meldInstellingen(QStringLiteral("brixtel-saver"),
                                   brixtel::SaverInstellingen::moduleNaam);
-    // Qt gets no arguments: it would take those that are named as its own options.
+    // Qt gets no arguments: it would take this program's options for its own.
     int geen = 1;
     const int uitgang = start(geen, argv, opdracht);
     if (uitgang < 0) brixtel::Signalen::eindigDoor(-uitgang);
-    // A host is waiting, and as the libraries are unloaded every font is looked up.
+    // The host waits for the end, and unloading the libraries looks up every font.
     if (opdracht.taak == Opdracht::Taak::Gastheer) {
         std::fflush(nullptr);
         std::_Exit(uitgang);

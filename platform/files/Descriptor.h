@@ -16,7 +16,7 @@ class Descriptor {
 
     [[nodiscard]] int get() const { return number_; }
     [[nodiscard]] bool isOpen() const { return number_ >= 0; }
-    // Closes it now: 0, or the error's number.
+    // Closes the descriptor at once: 0, or the error's number.
     [[nodiscard]] int close();
 
   private:

@@ -31,7 +31,7 @@ class PicturePainter {
     // valid until the next one.
     [[nodiscard]] std::span<const QRect> changed() const { return changed_; }
 
-    // The last frame's, as Surface has them.
+    // The drawer of the last frame, as in Surface.
     [[nodiscard]] const QString& drawer() const;
     [[nodiscard]] int rung() const;
     [[nodiscard]] bool failsScenes() const { return showsScene_ && failsScenes_; }

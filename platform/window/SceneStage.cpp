@@ -8,12 +8,12 @@ namespace platform {
 
 namespace {
 
-// A display's own rhythm, for a scene that wants no other.
+// The frame interval of a usual display, for a scene without one of its own.
 constexpr double kDisplayInterval = 1.0 / 60.0;
-// On the processor a few more frames are not worth a coarser picture.
+// On the processor a higher frame rate is not worth a coarser picture.
 constexpr double kSoftwareInterval = 1.0 / 48.0;
 
-// Edges of a still are never jagged.
+// A still always has smooth edges.
 constexpr int kStillSamples = 4;
 
 }  // namespace

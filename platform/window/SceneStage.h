@@ -16,9 +16,9 @@
 
 namespace platform {
 
-// Draws scenes with the drawer there is, at the quality that holds the frame rate,
-// or the best for a still. Made, used and dropped on one thread, a window's
-// render thread; owned by what draws the frames.
+// Draws scenes with the present drawer, at the highest quality that holds the frame rate,
+// or the best for a still. Made, used and dropped on one thread, a window's render thread;
+// owned by the surface or painter that draws the frames.
 class SceneStage {
   public:
     // For pictures in memory, with the processor; a still is at full quality however
@@ -38,10 +38,10 @@ class SceneStage {
     [[nodiscard]] std::span<const QRect> changed() const { return changed_; }
     bool draw(const SceneFrame& scene, const PixelGrid& grid);
 
-    // The frame that these were part of took this long to draw and show.
+    // Reports the seconds it took to draw and show the last frame.
     void frameTook(double seconds);
 
-    // As in kQualityRungs.
+    // The rung of the quality ladder, as in kQualityRungs.
     [[nodiscard]] int rung() const { return ladder_ ? ladder_->rung() : 0; }
     [[nodiscard]] const QString& rendererName() const { return name_; }
 

@@ -17,7 +17,7 @@ SheetOnWindow::~SheetOnWindow() {
 
 void SheetOnWindow::endSheet(Sheet& sheet) {
     if (&sheet != sheet_.get()) return;
-    // Hearing of the end may drop this.
+    // The sheet's end may drop this object.
     const auto ended = std::exchange(sheet_, nullptr);
     ended->setSheetParent(nullptr);
     ended->orderOut();

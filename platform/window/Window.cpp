@@ -27,7 +27,7 @@ Window::Window(WindowServer& server, const HostRef& host)
 
 Window::~Window() {
     server_.dropped(*this);
-    // Frames stop before their views do.
+    // Drawing ends before the views go.
     core_->drawing.reset();
     content_->setHost(nullptr);
 }

@@ -425,7 +425,7 @@ TEST_F(Centrale, WithoutOpenGlItRainsInTheScenesPlace) {
     EXPECT_TRUE(centrale->zwart()[1].drie);
 }
 
-// The one who unlocks needs to see where the pointer is.
+// A user who unlocks the screen must see the pointer.
 TEST_F(Centrale, ASaverOrLockOverTheBlackScreenHasThePointer) {
     centrale->toonZwart(std::nullopt);
     ASSERT_EQ(werkruimte.verborgen, 1);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a minute of each scene does to the eyes, counted in its pictures.
+// The flashes in a minute of each scene, counted in its pictures.
 #include <cmath>
 
 #include "platform/layers/DisplayListBuilder.h"

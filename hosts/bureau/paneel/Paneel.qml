@@ -146,7 +146,8 @@ Rectangle {
                 objectName: "saverMelding"
                 width: parent.width
                 visible: blad.paneel.saverOntbreekt
-                // The notice may lie below the visible part when the button is pressed.
+                // The notice may lie below the visible part when the user presses the
+                // button.
                 onVisibleChanged: if (visible) { rijen.forceLayout(); blad.toon(this); }
                 tekst: "De instellingen van de schermbeveiliging zijn niet te openen: brixtel-saver ontbreekt of werkt niet."
             }

@@ -15,8 +15,8 @@ namespace {
 
 constexpr double kLuisterTijd = 0.05;  // seconds
 constexpr double kLampDuur = 0.15;     // seconds that a beat lights the lamp
-constexpr double kTeLaat = 0.5;        // seconds: an old beat is none
-constexpr double kStappen = 50.0;      // of the meter, so that it stands still in silence
+constexpr double kTeLaat = 0.5;        // seconds, after which a beat lights nothing
+constexpr double kStappen = 50.0;      // of the meter; equal steps draw nothing
 
 QString metHoofdletter(QString tekst) {
     if (!tekst.isEmpty()) tekst[0] = tekst[0].toUpper();
@@ -102,7 +102,7 @@ QVariantList PaneelStaat::saverKeuzes() const {
 
 // --- what the user wishes ---
 
-// Told in any case: what was wished may not have come about.
+// Signals the change in any case, since the owner may refuse the wish.
 void PaneelStaat::zetRegen(bool aan) {
     aan ? bureau_.toonRegen() : bureau_.sluitRegen();
     Q_EMIT standChanged();
@@ -215,7 +215,8 @@ void PaneelStaat::luister() {
         nu.zonder = bureau_.muziek().isZonderServer();
         if (gehoord) {
             nu.niveau = std::round(gehoord->level * kStappen) / kStappen;
-            // From when it is first seen, so that one that comes late shows too.
+            // A beat lights the lamp from when it is first seen, so that a late beat shows
+            // too.
             if (gehoord->beat != beat_ && gehoord->vertraging < kTeLaat)
                 lampTot_ = klok_.now() + kLampDuur;
             beat_ = gehoord->beat;

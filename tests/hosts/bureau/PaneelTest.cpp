@@ -438,7 +438,7 @@ TEST_F(OpHetPaneel, WhileNothingChangesThereAreNoPicturesAndNoTimers) {
     const int voor = beelden;
     ASSERT_GT(voor, 0);
     EXPECT_EQ(klok.timerCount(), 0U);
-    // What is told but changes nothing is no picture either.
+    // A signal without a change makes no picture either.
     for (int keer = 0; keer < 100; ++keer) {
         klok.advance(0.1);
         Q_EMIT paneel->staat()->standChanged();

@@ -17,7 +17,7 @@ const QString kItemInterface = QStringLiteral("org.kde.StatusNotifierItem");
 const QString kMenuInterface = QStringLiteral("com.canonical.dbusmenu");
 const QString kEigenschappen = QStringLiteral("org.freedesktop.DBus.Properties");
 
-// What shows icons: notes who announces himself.
+// A tray that notes which icons register.
 struct Tray {
     QStringList aangemeld;
     BusAansluiting aansluiting;

@@ -227,7 +227,7 @@ TEST_F(Sessie, ABlackScreenUnderASaverIsOneDutchLineAndStatusOne) {
                               "vergrendeling is aan; een zwart scherm kan pas "
                               "daarna\n"));
     };
-    // Of the start that would be the owner, and of one that asks it.
+    // Both a start that would be the owner and a start that asks the owner are refused.
     geweigerd(draai("--toon-zwart"));
     ASSERT_TRUE(begin());
     geweigerd(draai("--toon-zwart=kubus"));
@@ -406,7 +406,7 @@ TEST_F(Sessie, EscapeClosesThePanelAndTheOwnerStays) {
     EXPECT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
 }
 
-// Those of the saver's sheet.
+// The windows of the saver's sheet.
 QList<xcb_window_t> bladen() {
     QList<xcb_window_t> alle;
     for (const xcb_window_t venster : Bureaublad::beheerde())
@@ -499,7 +499,7 @@ TEST_F(Sessie, AnOwnerThatShowsNothingIsNotWokenOnce) {
     ASSERT_TRUE(begin({QStringLiteral("--toon-regen"), QStringLiteral("--muziek=aan")}));
     ASSERT_TRUE(until([this] { return groen() > 0.005; }, 20'000));
     EXPECT_EQ(draai("--toon-zwart --sluit-alles").uitgang, 0);
-    // What goes out needs a moment; from then on it stays quiet while twenty other
+    // A closing effect needs a moment; after it the program stays quiet while twenty other
     // programs come and go.
     EXPECT_TRUE(until(
         [this] {

@@ -20,7 +20,7 @@ using platform::WindowServer;
 
 namespace {
 
-// What the render threads of all windows drew.
+// The pictures of all windows' render threads.
 struct Drawn {
     std::mutex mutex;
     std::vector<double> opacities;

@@ -68,7 +68,7 @@ struct ColourWindow {
         view->onFailure([this] { ++failures; });
         window.setContentView(view);
         ASSERT_TRUE(until([&] { return x.pixel(id, 50, 50) == kRed; }));
-        // Which is told once the picture has been shown.
+        // The failure is reported after the picture has been shown.
         ASSERT_TRUE(
             until([&] { return window.statistics().drawer.contains(QStringLiteral("llvmpipe")); }));
     }
