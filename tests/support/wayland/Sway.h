@@ -102,12 +102,16 @@ class Sway {
         return QImage(file).convertToFormat(QImage::Format_RGB32);
     }
 
-    // Types a key, as wtype names it; false where there is no wtype.
+    // Types a key, as wtype names it; false where there is no wtype. The keyboard is
+    // there for a while before and after: a program first has to hear of it.
     bool type(const QString& key) {
         QProcess wtype;
         wtype.setProcessEnvironment(environment());
-        wtype.start(QStringLiteral("wtype"), {QStringLiteral("-k"), key});
-        return wtype.waitForFinished() && wtype.exitCode() == 0;
+        wtype.start(QStringLiteral("wtype"),
+                    {QStringLiteral("-s"), QStringLiteral("1000"), QStringLiteral("-k"), key,
+                     QStringLiteral("-s"), QStringLiteral("200")});
+        const bool ended = until([&] { return wtype.state() == QProcess::NotRunning; });
+        return ended && wtype.error() != QProcess::FailedToStart && wtype.exitCode() == 0;
     }
 
   private:
