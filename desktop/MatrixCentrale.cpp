@@ -60,7 +60,7 @@ void MatrixCentrale::sluitAlles() {
     sluitRegen();
 }
 
-// --- going out ---
+// --- closing ---
 
 void MatrixCentrale::laatUitgaan(Sluitend sluitend, double duur) {
     const int nummer = sluitend.nummer = ++laatsteNummer_;
@@ -99,7 +99,7 @@ void MatrixCentrale::rondAf(int nummer) {
     if (hadWerelden && !zwartAan()) platform::releaseFreeMemory();
 }
 
-// --- what happens around it ---
+// --- events of the desktop ---
 
 void MatrixCentrale::veranderd(Workspace::Change wat) {
     if (wat != Workspace::Change::FrontmostApplication) werkRegenBij();
