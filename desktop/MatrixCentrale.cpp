@@ -15,10 +15,10 @@ using platform::Workspace;
 
 namespace {
 
-// The black screen takes the keyboard back from another program after this many seconds,
+// The black screen takes the keyboard back from another program after this many seconds.
 constexpr double kToetsenRust = 0.25;
-// and at most this many times in a row, where a row has less than kStrijd seconds between
-// two times.
+// The keyboard is taken back at most this many times in a row; a row has less than
+// kStrijd seconds between two times.
 constexpr int kMeesteKeren = 5;
 constexpr double kStrijd = 1.5;
 
