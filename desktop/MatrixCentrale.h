@@ -21,8 +21,11 @@ namespace brixtel {
 enum class RegenStand {
     uit,
     aan,                // also while the black screen lies over it
-    geenCompositor,     // wanted, but no compositor runs; shows once one does
-    schermbeveiliging,  // wanted, but a saver or lock covers the screen; returns after it
+    geenCompositor,     // wanted, but nothing here can be seen through; comes up once it can
+    geenBovenlaag,      // refused: no window of this desktop can lie above all others
+    geenDoorklik,       // refused: clicks would not pass to the windows below
+    schermbeveiliging,  // wanted, but a saver or lock has the screen; comes back after it
+    leeg,               // wanted, but of density 0: no drop falls
 };
 
 // The objects that the controller uses; all must outlive it. Its clock is the server's.
@@ -60,8 +63,9 @@ class MatrixCentrale {
     double dichtheid = 0.7;  // of every rain, 0...1
     // Called thirty times a second while a shown black screen follows the music.
     std::function<std::optional<MuziekStand>()> muziekStand;
-    bool opMuziek = false;  // whether the black screen follows the music
-    // Called with true when the black screen has been shown, with false when it closes.
+    bool opMuziek = false;   // whether the black screen follows the music
+    double flitsDeel = 1.0;  // 0...1: how much of the flash on a beat shows
+    // Told true when the black screen has been shown, false when it closes.
     std::function<void(bool)> onZwart;
 
     // --- the effects ---
@@ -70,14 +74,24 @@ class MatrixCentrale {
     void toonZwart(std::optional<DrieSoort> drie);
     void sluitZwart();
     void wisselZwart(std::optional<DrieSoort> drie);
+    // Where the desktop has no place for it, the rain stays off and regenStand() says
+    // why, until it is closed.
     void toonRegen();
     void sluitRegen();
     void wisselRegen();
+    // The desktop rain that shows takes over `snelheid` at once, and fades within a third
+    // of a second into one of the `dichtheid`, where that is another.
+    void pasRegenAan();
+    // The desktop rain leaves this rectangle of the screens free, as in Screen::frame;
+    // an empty one is none.
+    void laatVrij(const QRectF& vlak);
     void sluitAlles();
 
     [[nodiscard]] bool zwartAan() const { return !zwart_.empty(); }
     [[nodiscard]] bool regenAan() const { return !regen_.empty(); }
     [[nodiscard]] const Gepubliceerd<RegenStand>& regenStand() const { return stand_; }
+    // Whether the rain was asked for and cannot be here.
+    [[nodiscard]] bool isRegenGeweigerd() const;
 
     // --- the effects that are up now ---
 
@@ -94,6 +108,8 @@ class MatrixCentrale {
         std::unique_ptr<platform::Window> venster;
         std::unique_ptr<MatrixRegen> regen;
         platform::Screen scherm;
+        double dichtheid = 0.0, snelheid = 0.0;  // that the rain was made with
+        std::unique_ptr<MatrixRegen> oud;        // fades out under it
     };
     // One for each display.
     [[nodiscard]] const std::vector<Zwart>& zwart() const { return zwart_; }
@@ -143,7 +159,13 @@ class MatrixCentrale {
     void vergeetWereld(const Zwart& zwart);
 
     Regen maakRegen(const platform::Screen& scherm);
+    [[nodiscard]] std::unique_ptr<MatrixRegen> maakDoorzichtig(const platform::Screen& scherm);
+    void vervaag(Regen& regen);
+    void rondOvergangAf();
+    void zetVrij(const Regen& regen) const;
     void toonRegenVenster(Regen& regen);
+    // Why it never can rain here; none where it can.
+    [[nodiscard]] std::optional<RegenStand> regenBeletsel() const;
     [[nodiscard]] RegenStand watRegenMag() const;
     // Shows or hides the rain's windows to match the present state, and publishes that
     // state.
@@ -166,6 +188,8 @@ class MatrixCentrale {
     std::vector<std::shared_ptr<DrieWereld>> drieWerelden_;
     platform::Timer muziekKlok_;
     std::vector<Regen> regen_;
+    platform::Timer overgang_;  // of one density into another
+    QRectF vrij_;               // of the screens
     std::optional<platform::RunningApplication> vorigeApp_;
     bool cursorWeg_ = false;
 

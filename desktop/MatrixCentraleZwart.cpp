@@ -5,6 +5,7 @@
 #include <iterator>
 #include <utility>
 
+#include "desktop/BeatFlits.h"
 #include "desktop/MatrixCentrale.h"
 #include "desktop/MatrixView.h"
 #include "desktop/Schermen.h"
@@ -22,9 +23,6 @@ namespace {
 
 constexpr int kNiveau = 1001;
 constexpr double kUitgaan = 0.25;
-constexpr double kFlitsAlfa = 0.13;
-constexpr double kFlitsDuur = 0.35;
-constexpr double kFlitsErbij = 0.35;  // on top of the beat's strength
 constexpr double kZwakkeBeat = 0.15;
 constexpr double kMuziekTijd = 1.0 / 30.0;
 
@@ -123,7 +121,7 @@ MatrixCentrale::Zwart MatrixCentrale::maakZwart(const Screen& scherm, Opkomst op
     vul(zwart, *view);
     zwart.flits = std::make_shared<Layer>();
     zwart.flits->setFrame(vlak);
-    zwart.flits->setBackgroundColor(metAlfa(Thema::groen(), kFlitsAlfa));
+    zwart.flits->setBackgroundColor(beatFlitsKleur());
     zwart.flits->setOpacity(0.0);
     view->layer()->addSublayer(zwart.flits);
     view->layer()->addSublayer(tip(vlak.width(), scherm.scale));
@@ -246,10 +244,9 @@ void MatrixCentrale::startMuziek(double& tempo, int& vorigeBeat) {
 }
 
 void MatrixCentrale::flits(double sterkte) {
-    const platform::BasicAnimation uitdoven{.keyPath = platform::KeyPath::Opacity,
-                                            .from = std::min(sterkte + kFlitsErbij, 1.0),
-                                            .to = 0.0,
-                                            .timing = {.duration = kFlitsDuur}};
+    if (flitsDeel <= 0.0) return;
+    platform::BasicAnimation uitdoven = beatFlits(sterkte);
+    uitdoven.from *= flitsDeel;
     for (const Zwart& zwart : zwart_)
         zwart.flits->addAnimation("beat", uitdoven, klok_.now());
 }

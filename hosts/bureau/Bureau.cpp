@@ -8,7 +8,7 @@
 namespace brixtel {
 
 namespace {
-// A dragged slider asks many times within this time.
+// A slider that is dragged asks many times to be kept.
 constexpr double kSamennemen = 0.15;  // seconds
 }  // namespace
 
@@ -17,8 +17,17 @@ QString uitleg(RegenStand stand) {
         return QStringLiteral(
             "er draait geen compositor, dus door vensters heen kijken kan hier niet; "
             "de regen komt zodra er een is");
+    if (stand == RegenStand::geenBovenlaag)
+        return QStringLiteral(
+            "dit bureaublad heeft geen plaats boven alle vensters, dus regen erover kan hier niet");
+    if (stand == RegenStand::geenDoorklik)
+        return QStringLiteral(
+            "klikken zouden de vensters eronder niet bereiken, dus regen erover kan hier niet; "
+            "zonder --venstersysteem kan het misschien wel");
     if (stand == RegenStand::schermbeveiliging)
         return QStringLiteral("de schermbeveiliging is aan; de regen komt daarna terug");
+    if (stand == RegenStand::leeg)
+        return QStringLiteral("de dichtheid is 0, dus er valt geen druppel");
     return {};
 }
 
@@ -32,6 +41,7 @@ Bureau::Bureau(const MatrixCentraleBronnen& bronnen, platform::MonitorRecorderOp
     centrale_.dichtheid = keuzes_.dichtheid;
     centrale_.snelheid = keuzes_.snelheid;
     centrale_.opMuziek = keuzes_.muziek;
+    centrale_.flitsDeel = flitsDeel(keuzes_.flits);
     centrale_.muziekStand = [this] { return muziek_.stand(); };
     // The user, too, can close the black screen.
     centrale_.onZwart = [this](bool) { meld(); };
@@ -70,6 +80,10 @@ QString Bureau::zwartBeletsel() const {
     if (centrale_.zwartAan() || !werkruimte_.isSaverActive()) return {};
     return QStringLiteral(
         "de schermbeveiliging of vergrendeling is aan; een zwart scherm kan pas daarna");
+}
+
+QString Bureau::regenWeigering() const {
+    return centrale_.isRegenGeweigerd() ? uitleg(centrale_.regenStand().waarde()) : QString();
 }
 
 void Bureau::toonZwart(std::optional<DrieSoort> soort) {
@@ -121,23 +135,15 @@ void Bureau::zetKeuzes(const BureauKeuzes& keuzes) {
     centrale_.dichtheid = keuzes.dichtheid;
     centrale_.snelheid = keuzes.snelheid;
     centrale_.opMuziek = keuzes.muziek;
-    if (andereRegen && centrale_.regenAan() && !vernieuwing_.isValid())
-        vernieuwing_ =
-            platform::Timer(klok_, {.interval = kSamennemen}, [this] { vernieuwRegen(); });
-    meld();
+    centrale_.flitsDeel = flitsDeel(keuzes.flits);
+    na([&] {
+        if (andereRegen) centrale_.pasRegenAan();
+    });
 }
 
 QString Bureau::bewaarMis() const {
     if (bewaarFout_ == 0) return {};
     return QStringLiteral("de keuze geldt, maar is niet te bewaren: ") + reden(bewaarFout_);
-}
-
-void Bureau::vernieuwRegen() {
-    if (!centrale_.regenAan()) return;
-    na([&] {
-        centrale_.sluitRegen();
-        centrale_.toonRegen();
-    });
 }
 
 }  // namespace brixtel

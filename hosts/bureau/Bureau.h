@@ -41,6 +41,8 @@ class Bureau {
     // and a black screen would lie over it. Empty where a black screen can be shown or is
     // shown already.
     [[nodiscard]] QString zwartBeletsel() const;
+    // Why the rain was refused; empty where it was not.
+    [[nodiscard]] QString regenWeigering() const;
 
     // Does nothing where there is a zwartBeletsel(); otherwise as in MatrixCentrale.
     void toonZwart(std::optional<DrieSoort> soort);
@@ -51,10 +53,11 @@ class Bureau {
     void wisselRegen();
     void sluitAlles();
 
-    // Sets and keeps the choices. The desktop rain is made anew with them within 0.15 s. A
-    // black screen has them from its next opening, except that it stops following the music
-    // at once. The choices are written at most every 0.15 s; the last ones are always
-    // written, at the latest by the destructor.
+    // The desktop rain takes its speed at once and fades into another density. A black
+    // screen has the choices from its next opening, except that it stops following the
+    // music, and softens its flash, at once. The choices are kept between runs and
+    // written at most every 0.15 s; the last ones are always written, at the latest when
+    // this is dropped.
     void zetKeuzes(const BureauKeuzes& keuzes);
     // The error of the last write of the choices; empty on success.
     [[nodiscard]] QString bewaarMis() const;
@@ -72,8 +75,12 @@ class Bureau {
     // Brings a window of this program to the front, from any virtual desktop.
     void activeer(std::uint32_t venster) { werkruimte_.activate({.window = venster}); }
 
-    // Listens to the music also while no black screen shows, as long as the choice is to
-    // follow the music. A panel that shows the music's level turns it on.
+    // The desktop rain leaves this rectangle of the screens free: what stands there is to
+    // be read. As in Screen::frame; an empty one is none.
+    void laatVrij(const QRectF& vlak) { centrale_.laatVrij(vlak); }
+
+    // Listens to the music also while no black screen shows, for as long as the
+    // choice is to follow it: for whoever shows the user what it hears.
     void luisterMee(bool aan);
 
     // The state; one call publishes it once, however many fields change.
@@ -86,7 +93,6 @@ class Bureau {
     template <typename Doe>
     void na(Doe doe);
     void meld();
-    void vernieuwRegen();
 
     platform::MediaClock& klok_;
     platform::Workspace& werkruimte_;
@@ -99,7 +105,6 @@ class Bureau {
     int bezig_ = 0;
     bool luisterMee_ = false;
     Gepubliceerd<BureauStand> stand_;
-    platform::Timer vernieuwing_;
     Abonnement regen_;
     platform::Observation beveiliging_;
 };

@@ -48,6 +48,12 @@ QString ruweWaarde(RegenStand stand) {
             return QStringLiteral("geen-compositor");
         case RegenStand::schermbeveiliging:
             return QStringLiteral("schermbeveiliging");
+        case RegenStand::leeg:
+            return QStringLiteral("leeg");
+        case RegenStand::geenBovenlaag:
+            return QStringLiteral("geen-bovenlaag");
+        case RegenStand::geenDoorklik:
+            return QStringLiteral("geen-doorklik");
     }
     return {};
 }
@@ -82,9 +88,9 @@ QHash<QString, BusObject::Doe> BureauDienst::methoden() {
         {voluit(QStringLiteral("ToonZwart")), metSoort(&Bureau::toonZwart)},
         {voluit(QStringLiteral("SluitZwart")), zonder(&Bureau::sluitZwart)},
         {voluit(QStringLiteral("WisselZwart")), metSoort(&Bureau::wisselZwart)},
-        {voluit(QStringLiteral("ToonRegen")), zonder(&Bureau::toonRegen)},
+        {voluit(QStringLiteral("ToonRegen")), regen(&Bureau::toonRegen)},
         {voluit(QStringLiteral("SluitRegen")), zonder(&Bureau::sluitRegen)},
-        {voluit(QStringLiteral("WisselRegen")), zonder(&Bureau::wisselRegen)},
+        {voluit(QStringLiteral("WisselRegen")), regen(&Bureau::wisselRegen)},
         {voluit(QStringLiteral("SluitAlles")), zonder(&Bureau::sluitAlles)},
         {voluit(QStringLiteral("ZetDichtheid")),
          metGetal(&BureauKeuzes::dichtheid, 0.0, 1.0, QStringLiteral("de dichtheid"))},
@@ -100,6 +106,13 @@ BusObject::Doe BureauDienst::zonder(void (Bureau::*doe)()) {
     return [this, doe](const QVariantList&) -> BusAntwoord {
         (bureau_.*doe)();
         return QVariantList();
+    };
+}
+
+BusObject::Doe BureauDienst::regen(void (Bureau::*doe)()) {
+    return [this, doe](const QVariantList&) -> BusAntwoord {
+        (bureau_.*doe)();
+        return afloop(bureau_.regenWeigering());
     };
 }
 

@@ -39,6 +39,7 @@ class BureauDienst {
     [[nodiscard]] QHash<QString, BusObject::Doe> methoden();
     [[nodiscard]] BusObject::Doe metSoort(void (Bureau::*doe)(std::optional<DrieSoort>));
     [[nodiscard]] BusObject::Doe zonder(void (Bureau::*doe)());
+    [[nodiscard]] BusObject::Doe regen(void (Bureau::*doe)());
     [[nodiscard]] BusObject::Doe metGetal(double BureauKeuzes::*keuze, double laag, double hoog,
                                           const QString& wat);
 

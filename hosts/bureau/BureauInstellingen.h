@@ -2,19 +2,29 @@
 #pragma once
 
 #include <QLatin1String>
+#include <QString>
 #include <optional>
 
 #include "worlds/DrieSoort.h"
 
 namespace brixtel {
 
-// The user's choices for the desktop effects.
+// How much of the flash on a beat the user wants to see.
+enum class Flits { gewoon, zacht, uit };
+
+[[nodiscard]] QString ruweWaarde(Flits flits);
+[[nodiscard]] std::optional<Flits> flitsUitRuw(const QString& ruw);
+// The share of the flash that shows, 0...1.
+[[nodiscard]] double flitsDeel(Flits flits);
+
+// What the user chose for the desktop effects.
 struct BureauKeuzes {
     double dichtheid = 0.7;          // 0...1
     double snelheid = 1.0;           // 0.2...4, times the usual
     bool muziek = false;             // whether the black screen follows the music
-    std::optional<DrieSoort> soort;  // the panel's black screen; none is the rain
-    bool voorbeeld = true;           // whether the panel shows a preview
+    Flits flits = Flits::gewoon;     // on a beat
+    std::optional<DrieSoort> soort;  // what the panel's black screen shows; none for the rain
+    bool voorbeeld = true;           // whether the panel shows it
     friend bool operator==(const BureauKeuzes&, const BureauKeuzes&) = default;
 };
 

@@ -4,6 +4,7 @@
 #include "hosts/bureau/BureauInstellingen.h"
 #include "hosts/bureau/ZwartSoort.h"
 #include "hosts/gedeeld/Opsomming.h"
+#include "platform/window/systems/WindowSystems.h"
 
 namespace brixtel {
 
@@ -11,6 +12,7 @@ namespace {
 
 using Taak = BureauOpdracht::Taak;
 using Optie = brixtel::Optie<BureauOpdracht>;
+using Gegeven = std::vector<const Optie*>;
 
 QString zetTaak(BureauOpdracht& opdracht, Taak taak, QLatin1String naam) {
     if (opdracht.taak != Taak::Dienst && opdracht.taak != taak)
@@ -19,9 +21,11 @@ QString zetTaak(BureauOpdracht& opdracht, Taak taak, QLatin1String naam) {
     return {};
 }
 
-Optie taakOptie(QLatin1String naam, Taak taak) {
+// Makes an option that chooses what to do; `naam` may be short for `voluit`.
+Optie taakOptie(QLatin1String naam, Taak taak, QLatin1String voluit = {}) {
+    const QLatin1String gemeld = voluit.isEmpty() ? naam : voluit;
     return {naam, Waarde::Geen, {}, [=](BureauOpdracht& o, const QString&) {
-                return zetTaak(o, taak, naam);
+                return zetTaak(o, taak, gemeld);
             }};
 }
 
@@ -72,11 +76,20 @@ QString zetAutostart(BureauOpdracht& opdracht, const QString& waarde) {
     return leesAanUit(opdracht.autostart.emplace(), waarde, QLatin1String("autostart"));
 }
 
+QString zetVenstersysteem(BureauOpdracht& opdracht, const QString& waarde) {
+    return zetNaam(opdracht.venstersysteem, waarde, QLatin1String("venstersysteem"),
+                   platform::windowSystemNames());
+}
+
 const std::vector<Optie>& opties() {
+    static const QLatin1String help("help"), versie("versie");
     static const std::vector<Optie> alle{
         taakOptie(QLatin1String("stand"), Taak::Stand),
-        taakOptie(QLatin1String("versie"), Taak::Versie),
-        taakOptie(QLatin1String("help"), Taak::Hulp),
+        taakOptie(versie, Taak::Versie),
+        taakOptie(QLatin1String("version"), Taak::Versie, versie),
+        taakOptie(QLatin1String("V"), Taak::Versie, versie),
+        taakOptie(help, Taak::Hulp),
+        taakOptie(QLatin1String("h"), Taak::Hulp, help),
         zonder(QLatin1String("paneel"), QStringLiteral("ToonPaneel")),
         {QLatin1String("dienst"),
          Waarde::Geen,
@@ -95,6 +108,7 @@ const std::vector<Optie>& opties() {
                  BureauInstellingen::kLangzaamst, BureauInstellingen::kSnelst),
         {QLatin1String("muziek"), Waarde::Nodig, {}, zetMuziek},
         {QLatin1String("autostart"), Waarde::Nodig, {}, zetAutostart},
+        {QLatin1String("venstersysteem"), Waarde::Nodig, {}, zetVenstersysteem},
     };
     return alle;
 }
@@ -110,7 +124,8 @@ QString soorten() {
 
 std::variant<BureauOpdracht, Fout> leesBureauOpdracht(const QStringList& argumenten) {
     BureauOpdracht opdracht;
-    const QString mis = neemOpties(opties(), argumenten, opdracht);
+    Gegeven gegeven;
+    const QString mis = neemOpties(opties(), argumenten, opdracht, gegeven);
     if (!mis.isEmpty()) return foutVan(QLatin1String("brixtel-bureau"), mis);
     if (argumenten.isEmpty()) opdracht.verzoeken.push_back({QStringLiteral("ToonPaneel"), {}});
     return opdracht;
@@ -140,17 +155,19 @@ Alles:
   --stop                 sluit alles en houdt op
 
 Instellingen, die bewaard blijven:
-  --dichtheid=GETAL      van de regen, van 0 tot en met 1 (0.7)
-  --snelheid=GETAL       van de regen, van 0.2 tot en met 4 (1)
+  --dichtheid=GETAL      van de regen, van 0 tot en met 1 (0,7)
+  --snelheid=GETAL       van de regen, van 0,2 tot en met 4 (1)
   --muziek=aan|uit       of het zwarte scherm de muziek volgt (uit)
   --autostart=aan|uit    of het bij het aanmelden vanzelf start (uit)
 
 Verder:
+  --venstersysteem=WELK  %2 of auto (auto: het eerste
+                         dat er is); voor wie start, niet voor wie doorgeeft
   --stand                hoe het ervoor staat
-  --versie               het versienummer
-  --help                 deze tekst
+  --versie, -V           het versienummer
+  --help, -h             deze tekst
 )")
-        .arg(vouw(soorten(), kHulpKolom));
+        .arg(vouw(soorten(), kHulpKolom), platform::windowSystemNames().join(QStringLiteral(", ")));
 }
 
 }  // namespace brixtel

@@ -25,6 +25,7 @@ struct BureauOpdracht {
     Taak taak = Taak::Dienst;
     std::vector<Verzoek> verzoeken;  // in the order of the command line
     std::optional<bool> autostart;
+    QString venstersysteem;  // its name; empty for the session's
 };
 
 // Reads `argumenten`, which lack the program's own name. Without any, the panel is shown.

@@ -25,10 +25,22 @@ struct BusBeeld {
 QDBusArgument& operator<<(QDBusArgument& uit, const BusBeeld& beeld);
 const QDBusArgument& operator>>(const QDBusArgument& in, BusBeeld& beeld);
 
-// The icon in the desktop's tray, an org.kde.StatusNotifierItem, with a menu of the owner's
-// actions. It registers with the present tray and with any tray that appears later. It uses
-// the owner's connection, and costs nothing where no tray shows it. Main thread; bureau and
-// bus must outlive it.
+// What a tray shows with the pointer on the icon: the interface's (sa(iiay)ss).
+struct BusHulp {
+    QString titel;
+    QString tekst;
+    friend bool operator==(const BusHulp&, const BusHulp&) = default;
+};
+QDBusArgument& operator<<(QDBusArgument& uit, const BusHulp& hulp);
+const QDBusArgument& operator>>(const QDBusArgument& in, BusHulp& hulp);
+
+// How things stand, in lines.
+[[nodiscard]] QString hulpTekstVan(const BureauStand& stand);
+
+// The icon in the desktop's tray, with a menu of what the owner can do: an
+// org.kde.StatusNotifierItem, announced to whatever tray there is now or comes
+// later. All of it lives on the connection that is there anyhow; where nobody shows
+// it, it costs nothing. Main thread; bureau and bus must outlive it.
 class Pictogram {
   public:
     Pictogram(Bureau& bureau, BusAansluiting& bus, BureauDaden daden);
@@ -39,6 +51,7 @@ class Pictogram {
     void meldAan();
 
   private:
+    void volg(const BureauStand& stand);
     [[nodiscard]] std::vector<MenuRegel> regels(const BureauStand& stand);
     [[nodiscard]] MenuRegel zwart(const BureauStand& stand);
     // A menu of the values of one choice, each by its text, the present value marked.
@@ -50,11 +63,15 @@ class Pictogram {
     };
     [[nodiscard]] MenuRegel keuze(const BureauStand& stand, Stappen stappen);
     [[nodiscard]] MenuRegel scene(const BureauStand& stand, ZwartSoort soort);
+    // Where nothing opens, says why: in the menu from then on, and as a notification.
+    void toonPaneel();
 
     Bureau& bureau_;
     BusAansluiting& bus_;
     const BureauDaden daden_;
     Menu menu_;
+    BusHulp hulp_;
+    QString paneelMis_;  // why the panel did not open; empty if it did
     QDBusServiceWatcher trays_;
     Abonnement stand_;
 };
@@ -62,3 +79,4 @@ class Pictogram {
 }  // namespace brixtel
 
 Q_DECLARE_METATYPE(brixtel::BusBeeld)
+Q_DECLARE_METATYPE(brixtel::BusHulp)

@@ -102,10 +102,16 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
     platform::WindowServer server(klok, {.system = platform::openWindowSystem(klok)});
     platform::DesktopWorkspace werkruimte(server, berichten);
     brixtel::Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval});
-    // The X server goes away when a desktop session ends; the program then ends silently.
-    server.onConnectionLost([&bureau] {
+    // A desktop that ends takes the window system along; the program ends without a
+    // word, unless the system has one to say.
+    server.onConnectionLost([&bureau, &server] {
         bureau.bewaar();
-        std::_Exit(0);
+        const QString reden = server.system().lossReason();
+        std::_Exit(
+            reden.isEmpty()
+                ? 0
+                : meldNaam(
+                      QStringLiteral("het venstersysteem verbrak de verbinding: %1").arg(reden)));
     });
 
     // quit() asks every visible window first, and a window could refuse.
@@ -201,7 +207,6 @@ int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht&
     brixtel::meldInstellingen(QStringLiteral("brixtel-bureau"),
                               brixtel::BureauInstellingen::moduleNaam);
     platform::chooseQtScreens(platform::QtScreens::Session);
-    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     const QGuiApplication app(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("brixtel-bureau"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Brixtel"));
@@ -223,6 +228,7 @@ int start(int argc, char** argv, const BureauOpdracht& opdracht) {
     if (opdracht.taak == BureauOpdracht::Taak::Stand)
         return meldNaam(QStringLiteral("er draait geen brixtel-bureau"));
     if (isAfsluiten(opdracht)) return 0;
+    platform::useOnly(opdracht.venstersysteem);
     if (!platform::DisplayCheck().isReachable()) return meldNaam(QString::fromUtf8(kGeenScherm));
     return alsEigenaar(argc, argv, bus, opdracht);
 }
@@ -241,6 +247,7 @@ int main(int argc, char** argv) {
     if (opdracht.taak == BureauOpdracht::Taak::Hulp) return druk(brixtel::bureauHulpTekst());
     if (opdracht.taak == BureauOpdracht::Taak::Versie)
         return druk(QStringLiteral("brixtel-bureau " BRIXTEL_VERSION "\n"));
+    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     if (const QString mis = brixtel::tekort(); !mis.isEmpty()) return meldNaam(mis);
     // Qt gets no arguments: it would take this program's options for its own.
     int geen = 1;

@@ -28,30 +28,41 @@ struct Optie {
     QString vorm;
     // Returns the error; empty on success.
     std::function<QString(Opdracht&, const QString& waarde)> zet;
+    // The calls that it belongs to, as bits of the program's own; 0 for any call.
+    unsigned bij = 0;
 };
 
 // Makes an error of one line from any text.
 [[nodiscard]] Fout foutVan(QLatin1String programma, const QString& wat);
 
+// With a comma or a point.
 [[nodiscard]] std::optional<double> leesGetal(const QString& tekst, double laag, double hoog);
 
 // Each function returns the error; empty on success.
 QString zetGetal(std::optional<double>& doel, const QString& waarde, QLatin1String naam,
                  double laag, double hoog);
 QString zetGetal(double& doel, const QString& waarde, QLatin1String naam, double laag, double hoog);
+// One of the names, or "auto", which leaves `doel` empty.
+QString zetNaam(QString& doel, const QString& waarde, QLatin1String naam,
+                const QStringList& namen);
+
+// The name in a word that is an option; empty for another word.
+[[nodiscard]] QString optieNaam(const QString& woord);
+
+// What there is to say about a word that is none of the options' names.
+[[nodiscard]] QString onbekend(const QString& woord, const QStringList& namen);
 
 // Reads the option at `plaats`, and its value if that is the next word. Returns the error.
 template <typename Opdracht>
 QString neemOptie(const std::vector<Optie<Opdracht>>& opties, const QStringList& woorden,
-                  qsizetype& plaats, Opdracht& opdracht) {
+                  qsizetype& plaats, Opdracht& opdracht,
+                  std::vector<const Optie<Opdracht>*>& gegeven) {
     const QString& woord = woorden[plaats];
-    if (!woord.startsWith(u'-') || woord.size() < 2)
-        return QStringLiteral("'%1' is geen optie").arg(woord);
-    const qsizetype streepjes = woord.startsWith(QLatin1String("--")) ? 2 : 1;
+    const QString naam = optieNaam(woord);
     const qsizetype is = woord.indexOf(u'=');
-    const QString naam = woord.mid(streepjes, is < 0 ? -1 : is - streepjes);
     for (const Optie<Opdracht>& optie : opties) {
         if (optie.naam != naam) continue;
+        gegeven.push_back(&optie);
         if (is >= 0 && optie.waarde == Waarde::Geen)
             return QStringLiteral("--%1 heeft geen waarde").arg(naam);
         if (is >= 0) {
@@ -69,15 +80,19 @@ QString neemOptie(const std::vector<Optie<Opdracht>>& opties, const QStringList&
             volgt && QRegularExpression(optie.vorm).match(woorden[plaats + 1]).hasMatch();
         return optie.zet(opdracht, past ? woorden[++plaats] : QString());
     }
-    return QStringLiteral("onbekende optie '%1'").arg(woord);
+    QStringList namen;
+    for (const Optie<Opdracht>& optie : opties)
+        namen << optie.naam;
+    return onbekend(woord, namen);
 }
 
-// Reads all options; returns the first error.
+// Takes them all, and leaves in `gegeven` which were given; returns what is wrong with
+// the first that is.
 template <typename Opdracht>
 QString neemOpties(const std::vector<Optie<Opdracht>>& opties, const QStringList& woorden,
-                   Opdracht& opdracht) {
+                   Opdracht& opdracht, std::vector<const Optie<Opdracht>*>& gegeven) {
     for (qsizetype plaats = 0; plaats < woorden.size(); ++plaats) {
-        const QString mis = neemOptie(opties, woorden, plaats, opdracht);
+        const QString mis = neemOptie(opties, woorden, plaats, opdracht, gegeven);
         if (!mis.isEmpty()) return mis;
     }
     return {};

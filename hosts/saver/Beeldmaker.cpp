@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "connections/Overzicht.h"
+#include "hosts/gedeeld/Reden.h"
 #include "platform/files/InputFile.h"
 #include "platform/render/gl/OffscreenPicture.h"
 #include "platform/view/FrameBuilder.h"
@@ -55,7 +56,10 @@ void Beeldmaker::maakWereld(DrieSoort soort) {
         platform::readRegularFile(opdracht_.lijnen.toStdString(), kMeesteBytes);
     const auto lijnen =
         inhoud.error == 0 ? leesJson(QByteArray::fromStdString(inhoud.bytes)) : std::nullopt;
-    if (lijnen)
+    if (inhoud.error != 0)
+        mis_ =
+            QStringLiteral("'%1' is niet te lezen: %2").arg(opdracht_.lijnen, reden(inhoud.error));
+    else if (lijnen)
         wereld_->zetLijnen(*lijnen);
     else
         mis_ = QStringLiteral("'%1' bevat geen lijnen als die van --verbindingen=json")

@@ -6,6 +6,7 @@
 #include <optional>
 #include <vector>
 
+#include "platform/time/MediaClock.h"
 #include "platform/view/ScreenSaverView.h"
 #include "platform/view/View.h"
 #include "platform/window/Screen.h"
@@ -30,8 +31,17 @@ class HostView : public platform::View {
     // Sets the action for the key "i", which is then no other input.
     void onInstellingen(std::function<void()> actie) { onInstellingen_ = std::move(actie); }
 
-    // Says whether movements of the mouse are input. When they count again, they are
-    // measured from the mouse's place at that time.
+    // What the user asks of a window of its own; there no other key or click ends it.
+    struct EigenVenster {
+        std::function<void()> volledig;  // F11, a double click: into full screen, or back
+        std::function<void()> terug;     // Escape: out of full screen, or out altogether
+        std::function<void()> sluit;     // Ctrl+Q
+    };
+    // The clock tells two clicks from a double one, and must outlive the view.
+    void inEigenVenster(platform::MediaClock& klok, EigenVenster daden);
+
+    // While it is used for something else, movements of the mouse are no input;
+    // afterwards they count from where it then is.
     void setMuisTelt(bool telt);
 
     [[nodiscard]] bool isOpaque() const override { return true; }
@@ -44,10 +54,15 @@ class HostView : public platform::View {
 
   private:
     void invoer();
+    // Whether it was one of the window's own.
+    bool eigenToets(const platform::KeyEvent& event);
 
     std::shared_ptr<platform::ScreenSaverView> saver_;
     std::function<void()> onInvoer_;
     std::function<void()> onInstellingen_;
+    EigenVenster eigen_;
+    platform::MediaClock* klok_ = nullptr;  // with eigen_
+    std::optional<double> laatsteKlik_;
     bool muisTelt_ = true;
     const Indeling indeling_;
     std::optional<QPointF> beginPunt_;  // the mouse's first place, on screen

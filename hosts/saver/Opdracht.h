@@ -27,15 +27,17 @@ struct Opdracht {
         Verbindingen,
         Aanmelden,
         Afmelden,
+        Hervat,
         Versie,
         Hulp,
     };
     Taak taak = Taak::Schermvullend;
 
     QSize venster{1280, 720};                    // points
-    std::optional<platform::HostRef> vensterId;  // the host's; none is the whole screen
-    bool voorvertoning = false;                  // implied by a small host's window
-    QString keuze;                               // a raw value; empty is the stored one
+    std::optional<platform::HostRef> vensterId;  // the host's; none means the whole screen
+    QString vensterGenoemd;                      // as it was typed; empty with a host behind it
+    bool voorvertoning = false;                  // asked for; a small host's window has it anyway
+    QString keuze;                               // a raw value; empty for the stored one
 
     QString instellingen;  // the file for a picture of the sheet; empty to show it
     std::optional<platform::WindowRef> boven;  // the window that the sheet belongs to
@@ -56,6 +58,7 @@ struct Opdracht {
     bool volleSnelheid = false;  // on battery too
     bool json = false;
     platform::DrawerChoice tekenaar = platform::DrawerChoice::Auto;
+    QString venstersysteem;  // its name; empty for the session's
 };
 
 // Reads `argumenten`, which lack the program's own name. `hostVenster` is the value of

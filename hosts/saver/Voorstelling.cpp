@@ -7,6 +7,7 @@
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "hosts/saver/BeeldTeller.h"
 #include "platform/session/Preferences.h"
+#include "platform/time/Queue.h"
 
 namespace brixtel {
 
@@ -47,6 +48,7 @@ Voorstelling::Voorstelling(const Opdracht& opdracht, const ModuleLader& module,
 }
 
 Voorstelling::~Voorstelling() {
+    zelf_.reset();
     context_.notifications.removeObserver(this);
     schermen_.reset();
     for (const Doek& doek : doeken_)
@@ -67,8 +69,9 @@ void Voorstelling::begin() {
 void Voorstelling::toonInstellingen(const Window& bij) {
     if (instellingen_.isOpen()) return;
     bladIsOpen(true);
-    const QStringList argumenten{QStringLiteral("--instellingen"),
-                                 QStringLiteral("--boven=%1").arg(bij.reference().text)};
+    QStringList argumenten{QStringLiteral("--instellingen")};
+    if (!bij.reference().isEmpty())
+        argumenten << QStringLiteral("--boven=%1").arg(bij.reference().text);
     instellingen_.toon(argumenten, [this](const InstellingenProces::Afloop& afloop) {
         bladIsOpen(false);
         if (afloop.goed && !afloop.gekozen.isEmpty()) neemKeuze(afloop.gekozen);
@@ -89,7 +92,14 @@ void Voorstelling::neemKeuze(const QString& keuze) {
 void Voorstelling::bladIsOpen(bool open) {
     for (const Doek& doek : doeken_) {
         doek.view->setMuisTelt(!open);
-        if (opdracht_.taak == Opdracht::Taak::Schermvullend) doek.venster->setCursorHidden(!open);
+        if (opdracht_.taak != Opdracht::Taak::Schermvullend) continue;
+        doek.venster->setCursorHidden(!open);
+        if (!doek.venster->reference().isEmpty()) continue;
+        // The sheet cannot be placed above such a window, which would hide it.
+        if (open)
+            doek.venster->orderOut();
+        else
+            doek.venster->makeKeyAndOrderFront();
     }
 }
 
@@ -138,21 +148,60 @@ void Voorstelling::volgSchermen() {
     }
 }
 
+// The program's own name is put behind it.
+QString Voorstelling::titel() const {
+    return naam(SaverInstellingen::keuze());
+}
+
+void Voorstelling::maakVenster(Doek& doek, platform::WindowStyle stijl, const QRectF& frame) {
+    doek.venster = std::make_unique<Window>(
+        server_, platform::WindowOptions{.frame = frame, .style = stijl, .title = titel()});
+    doek.venster->onClose([this] { einde(); });
+}
+
 void Voorstelling::toonVenster() {
     const QSizeF maat(opdracht_.venster);
     const auto scherm = Screen::main();
     const QPointF midden = scherm ? scherm->frame.center() : QPointF(0, 0);
     const QPointF hoek = midden - QPointF(maat.width() / 2.0, maat.height() / 2.0);
-    Doek doek{.scherm = {},
-              .venster = std::make_unique<Window>(
-                  server_, platform::WindowOptions{.frame = QRectF(hoek, maat),
-                                                   .style = platform::WindowStyle::Titled,
-                                                   .title = QStringLiteral("Brixtel")}),
-              .view = nullptr};
+    Doek doek;
+    maakVenster(doek, platform::WindowStyle::Titled, QRectF(hoek, maat));
     vul(doek, {QPointF(0, 0), maat}, opdracht_.voorvertoning);
-    doek.view->onInstellingen([this, venster = doek.venster.get()] { toonInstellingen(*venster); });
+    doek.view->onInstellingen([this] { toonInstellingen(*doeken_.front().venster); });
+    const auto wissel = [this] {
+        straksAls(volledig_ ? platform::WindowStyle::Titled : platform::WindowStyle::FullScreen);
+    };
+    doek.view->inEigenVenster(server_.clock(),
+                              {.volledig = wissel,
+                               .terug = [this, wissel] { volledig_ ? wissel() : einde(); },
+                               .sluit = [this] { einde(); }});
     doek.venster->makeKeyAndOrderFront();
+    doek.venster->makeFirstResponder(doek.view.get());
     doeken_.push_back(std::move(doek));
+}
+
+// The window that asks for it is in the midst of its own event.
+void Voorstelling::straksAls(platform::WindowStyle stijl) {
+    platform::runOnMainQueue([zelf = std::weak_ptr<Voorstelling*>(zelf_), stijl] {
+        const auto deze = zelf.lock();
+        if (!deze) return;
+        Voorstelling& v = **deze;
+        const bool naarVol = stijl == platform::WindowStyle::FullScreen;
+        if (v.doeken_.empty() || naarVol == v.volledig_) return;
+        Doek& doek = v.doeken_.front();
+        const auto scherm = doek.venster->screen();
+        if (naarVol && !scherm) return;
+        if (naarVol) v.eigenFrame_ = doek.venster->frame();
+        // The old one goes when the new one is there: nothing below is seen between.
+        const auto oud = std::move(doek.venster);
+        oud->setContentView(std::make_shared<platform::View>(doek.view->bounds()));
+        v.maakVenster(doek, stijl, naarVol ? scherm->frame : v.eigenFrame_);
+        doek.venster->setContentView(doek.view);
+        doek.venster->setCursorHidden(naarVol);
+        doek.venster->makeKeyAndOrderFront();
+        doek.venster->makeFirstResponder(doek.view.get());
+        v.volledig_ = naarVol;
+    });
 }
 
 void Voorstelling::toonBijGastheer() {
@@ -161,6 +210,7 @@ void Voorstelling::toonBijGastheer() {
                   server_, opdracht_.vensterId.value_or(platform::HostRef{})),
               .view = nullptr};
     const QSizeF maat = doek.venster->frame().size();
+    zonderVenster_ = maat.isEmpty();
     const bool klein = maat.width() < kKlein.width() && maat.height() < kKlein.height();
     vul(doek, {QPointF(0, 0), maat}, opdracht_.voorvertoning || klein);
     doek.venster->orderFront();

@@ -36,7 +36,10 @@ class Voorstelling {
     // Stops and starts every view, with the choice as stored now.
     void begin();
 
-    // The statistics of the first window, the main screen's.
+    // Whether the host's window was not there when it was to be drawn in.
+    [[nodiscard]] bool zonderVenster() const { return zonderVenster_; }
+
+    // Of the first window: the main screen's.
     [[nodiscard]] platform::WindowStatistics stand() const;
 
   private:
@@ -48,6 +51,10 @@ class Voorstelling {
     void volgSchermen();
     void toonOp(const platform::Screen& scherm);
     void toonVenster();
+    // Moves the view into a window of that style, in a later turn of the event loop.
+    void straksAls(platform::WindowStyle stijl);
+    void maakVenster(Doek& doek, platform::WindowStyle stijl, const QRectF& frame);
+    [[nodiscard]] QString titel() const;
     void toonBijGastheer();
     void vul(Doek& doek, const QRectF& vlak, bool voorvertoning);
     void toonInstellingen(const platform::Window& bij);
@@ -60,6 +67,10 @@ class Voorstelling {
     platform::WindowServer& server_;
     const platform::ScreenSaverContext context_;
     std::function<void()> onEinde_;
+    bool zonderVenster_ = false;
+    bool volledig_ = false;  // the window of its own fills the screen
+    QRectF eigenFrame_;      // that it goes back to
+    std::shared_ptr<Voorstelling*> zelf_ = std::make_shared<Voorstelling*>(this);
     std::vector<Doek> doeken_;
     InstellingenProces instellingen_;
     platform::Timer opnieuw_;

@@ -2,6 +2,7 @@
 // The host adapter: reads the command line, loads the saver module and shows it.
 #include <QFile>
 #include <QGuiApplication>
+#include <chrono>
 #include <cstdio>
 #include <optional>
 
@@ -14,6 +15,7 @@
 #include "hosts/saver/Aanmelding.h"
 #include "hosts/saver/Film.h"
 #include "hosts/saver/Instellingen.h"
+#include "hosts/saver/LopendeSaver.h"
 #include "hosts/saver/Meting.h"
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
@@ -54,8 +56,12 @@ bool isPlaatje(const Opdracht& opdracht) {
 }
 
 void kiesPlatform(const Opdracht& opdracht) {
+    using platform::QtScreens;
     const bool plaatje = isPlaatje(opdracht);
-    platform::chooseQtScreens(plaatje ? platform::QtScreens::None : platform::QtScreens::Session);
+    const bool blad = opdracht.taak == Opdracht::Taak::Instellingen;
+    platform::chooseQtScreens(plaatje ? QtScreens::None
+                              : blad  ? QtScreens::Session
+                                      : QtScreens::Windows);
     if (plaatje) qputenv("QT_SCALE_FACTOR", QByteArray::number(opdracht.schaal));
 }
 
@@ -80,7 +86,20 @@ int meldAan(const QString& thuis) {
     return bericht(brixtel::meldAan(thuis, brixtel::opdrachtVoorGastheer(eigen)));
 }
 
-// The address space for the command's task.
+// The display that a saver would show on now.
+QString schermNaam() {
+    const QString wayland = qEnvironmentVariable("WAYLAND_DISPLAY");
+    return wayland.isEmpty() ? qEnvironmentVariable("DISPLAY") : wayland;
+}
+
+int hervat() {
+    constexpr std::chrono::seconds kGeduld{5};
+    brixtel::LopendeSaver saver(qEnvironmentVariable("XDG_RUNTIME_DIR"), schermNaam());
+    const QString mis = saver.beeindig(kGeduld);
+    return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
+}
+
+// The address space that what is asked for takes.
 std::size_t ruimteVoor(const Opdracht& opdracht) {
     const QString regen = ruweWaarde(brixtel::SaverKeuze::regen);
     const QString keuze =
@@ -92,6 +111,14 @@ std::size_t ruimteVoor(const Opdracht& opdracht) {
 int plaatje(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
     const QString mis = brixtel::maakPlaatje(opdracht, module);
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
+}
+
+// A desktop that ends takes the saver along quietly.
+int uitgangNaVerlies(const platform::WindowServer& server) {
+    const QString reden = server.system().lossReason();
+    if (reden.isEmpty()) return 0;
+    return meldNaam(QStringLiteral("het venstersysteem verbrak de verbinding: %1").arg(reden),
+                    kFout);
 }
 
 int film(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
@@ -113,7 +140,8 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
     platform::WindowServer server(klok, {.drawer = opdracht.tekenaar,
                                          .system = platform::openWindowSystem(klok),
                                          .pictures = beelden ? &*beelden : nullptr});
-    server.onConnectionLost([] { std::_Exit(0); });
+    if (!server.isConnected()) return -meldNaam(QString::fromUtf8(kGeenScherm), kFout);
+    server.onConnectionLost([&server] { std::_Exit(uitgangNaVerlies(server)); });
 
     int doorSignaal = 0;
     std::optional<brixtel::Voorstelling> voorstelling;
@@ -131,7 +159,10 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
                              .clock = beeldKlok, .random = toeval, .notifications = berichten},
                          bus);
     const bool bijGastheer = opdracht.taak == Opdracht::Taak::Gastheer;
-    voorstelling->onEinde([bijGastheer] {
+    voorstelling->onEinde([&] {
+        if (!opdracht.vensterGenoemd.isEmpty() && voorstelling->zonderVenster())
+            std::_Exit(meldNaam(
+                QStringLiteral("er is geen venster %1").arg(opdracht.vensterGenoemd), kFout));
         if (bijGastheer) brixtel::Signalen::haast();
         QCoreApplication::quit();
     });
@@ -184,12 +215,13 @@ int instellingen(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
 }
 
 int start(int argc, char** argv, const Opdracht& opdracht) {
+    platform::useOnly(opdracht.venstersysteem);
+    if (opdracht.taak == Opdracht::Taak::Gastheer) platform::useOnlyForHosts();
     std::optional<platform::DisplayCheck> scherm;
     if (!isPlaatje(opdracht)) scherm.emplace();
     if (scherm && !scherm->isReachable()) return meldNaam(QString::fromUtf8(kGeenScherm), kFout);
     kiesPlatform(opdracht);
     const QString bus = neemBus(opdracht);
-    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     const auto toepassing = maakToepassing(argc, argv, opdracht);
     if (!toepassing)
         return meldNaam(QStringLiteral("de module BrixtelInstellingen.so ontbreekt"), kFout);
@@ -221,6 +253,7 @@ int main(int argc, char** argv) {
     if (const auto* fout = std::get_if<brixtel::Fout>(&gelezen))
         return brixtel::meld(fout->regel, kVerkeerdGebruik);
     const auto& opdracht = std::get<Opdracht>(gelezen);
+    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     switch (opdracht.taak) {
         case Opdracht::Taak::Hulp:
             return druk(brixtel::hulpTekst());
@@ -230,11 +263,16 @@ int main(int argc, char** argv) {
             return verbindingen(opdracht.json);
         case Opdracht::Taak::Aanmelden:
             return meldAan(qEnvironmentVariable("HOME"));
+        case Opdracht::Taak::Hervat:
+            return hervat();
         case Opdracht::Taak::Afmelden:
             return bericht(brixtel::meldAf(qEnvironmentVariable("HOME")));
         default:
             break;
     }
+    brixtel::LopendeSaver lopend(qEnvironmentVariable("XDG_RUNTIME_DIR"), schermNaam());
+    if (opdracht.taak == Opdracht::Taak::Schermvullend && !lopend.neem())
+        return meldNaam(QStringLiteral("er loopt er al een op dit scherm"), 0);
     brixtel::Signalen::negeerOpnieuw();
     const QString mis = brixtel::tekort(ruimteVoor(opdracht));
     if (!mis.isEmpty()) return meldNaam(mis, kFout);

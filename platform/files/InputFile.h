@@ -6,7 +6,7 @@
 
 namespace platform {
 
-// The result of reading a file: its bytes, or the error's number in `error`. A plain value.
+// A file as it was read: its bytes, or the error's number in `error`. A plain value.
 struct FileContent {
     std::string bytes;
     int error = 0;

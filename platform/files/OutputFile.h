@@ -8,11 +8,12 @@ namespace platform {
 
 // Makes `bytes` the whole content of a file: 0, or the error's number.
 //
-// The file is replaced as a whole or stays as it was: the bytes go into a new file beside
-// it, reach the disk, and take its place in one step. An existing file keeps its mode; a
-// file without write permission gives an error. A symbolic link is followed only where the
-// caller's own user made the link, and gives ELOOP where another user did. A device or a
-// pipe is written to; a pipe without a reader gives ENXIO. Any thread; waits for the disk.
+// The file is replaced as a whole or stays as it was: the bytes go into a new
+// file beside it, reach the disk, and take its place in one step. An existing
+// file keeps its mode; one that may not be written gives an error. A symbolic
+// link is followed only where the caller's own user made it, and gives ELOOP
+// where another did. A device or a pipe is written to; a pipe without a reader
+// gives ENXIO. The bytes stay the caller's, who owns them. Any thread; waits for the disk.
 [[nodiscard]] int replaceFile(const std::string& path, std::string_view bytes);
 
 }  // namespace platform

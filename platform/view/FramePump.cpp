@@ -12,6 +12,8 @@ namespace platform {
 
 namespace {
 constexpr double kNever = std::numeric_limits<double>::infinity();
+// How much of a beat too early is on the beat, for one that is asked for a frame.
+constexpr double kNearBeat = 0.4;
 }
 
 FramePump::FramePump(MediaClock& clock, FrameSink& sink, Build build)
@@ -40,6 +42,10 @@ void FramePump::setVisible(bool visible) {
 void FramePump::setReady(bool ready) {
     if (ready_ == ready) return;
     ready_ = ready;
+    // Whoever takes frames at a rhythm of its own is followed, or every frame would
+    // wait for the next beat and come late for the other's.
+    const double now = clock_.now();
+    if (ready && due_ < now + kNearBeat * interval_) due_ = now;
     timer_.fireNextAt(ready ? due_ : kNever);
 }
 

@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QRect>
 #include <QString>
 #include <memory>
+#include <span>
+#include <vector>
 
 #include "platform/layers/PixelGrid.h"
 #include "platform/render/QualityLadder.h"
-#include "platform/render/SceneDrawer.h"
-#include "platform/render/cpu/CpuDrawer.h"
+#include "platform/render/cpu/CpuSceneDrawer.h"
+#include "platform/render/egl/Egl.h"
 #include "platform/render/gl/SceneRenderer.h"
 #include "platform/view/SceneFrame.h"
 
@@ -18,17 +21,21 @@ namespace platform {
 // owned by the surface or painter that draws the frames.
 class SceneStage {
   public:
-    // Makes a stage for pictures in memory, with the machine's best drawer. None where the
-    // machine cannot draw scenes.
-    [[nodiscard]] static std::unique_ptr<SceneStage> inMemory(const SceneDrawerOptions& options);
-    // Makes a stage in the current context, which stays current.
+    // For pictures in memory, with the processor; a still is at full quality however
+    // long it takes.
+    [[nodiscard]] static std::unique_ptr<SceneStage> inMemory(bool still);
+    // In the context that is current, and stays so.
     [[nodiscard]] static std::unique_ptr<SceneStage> onContext(const GlContext& context);
     ~SceneStage();
     SceneStage(const SceneStage&) = delete;
     SceneStage& operator=(const SceneStage&) = delete;
 
-    // Draws the scene at its place in the picture. False where that failed.
-    bool draw(const SceneFrame& scene, const PixelGrid& grid, const PixelBuffer& picture);
+    // Draws the scene where it belongs in the picture. False if it could not be.
+    // `isKept`: the picture still holds the scene as it was drawn last.
+    bool draw(const SceneFrame& scene, const PixelGrid& grid, const PixelBuffer& picture,
+              bool isKept);
+    // What of the picture the last draw into one may have changed, in its pixels.
+    [[nodiscard]] std::span<const QRect> changed() const { return changed_; }
     bool draw(const SceneFrame& scene, const PixelGrid& grid);
 
     // Reports the seconds it took to draw and show the last frame.
@@ -37,16 +44,14 @@ class SceneStage {
     // The rung of the quality ladder, as in kQualityRungs.
     [[nodiscard]] int rung() const { return ladder_ ? ladder_->rung() : 0; }
     [[nodiscard]] const QString& rendererName() const { return name_; }
-    // Whether the drawer in memory is lost for good; a new stage may draw again.
-    [[nodiscard]] bool isLost() const { return memory_ && memory_->isLost(); }
 
   private:
-    SceneStage(std::unique_ptr<SceneDrawer> memory, std::unique_ptr<SceneRenderer> renderer,
+    SceneStage(std::unique_ptr<CpuSceneDrawer> memory, std::unique_ptr<SceneRenderer> renderer,
                const QString& name, bool software, bool still);
     SceneQuality quality(const SceneFrame& scene, QSize size);
 
-    // The stage has one of the two drawers.
-    const std::unique_ptr<SceneDrawer> memory_;
+    // One of the two.
+    const std::unique_ptr<CpuSceneDrawer> memory_;
     const std::unique_ptr<SceneRenderer> renderer_;
     const QString name_;
     const bool software_;
@@ -54,6 +59,7 @@ class SceneStage {
     std::unique_ptr<QualityLadder> ladder_;
     double budget_ = 0.0;
     QSize size_;
+    std::vector<QRect> changed_;
 };
 
 }  // namespace platform

@@ -10,7 +10,16 @@
 
 namespace platform {
 
+namespace {
+ScreenSource* currentSource = nullptr;
+}
+
+void ScreenSource::use(ScreenSource* source) {
+    currentSource = source;
+}
+
 std::vector<Screen> Screen::all() {
+    if (currentSource) return currentSource->screens();
     std::vector<Screen> screens;
     for (const QScreen* screen : QGuiApplication::screens())
         screens.push_back(screenFrom(*screen));
@@ -18,9 +27,26 @@ std::vector<Screen> Screen::all() {
 }
 
 std::optional<Screen> Screen::main() {
+    if (currentSource) {
+        const std::vector<Screen> screens = currentSource->screens();
+        return screens.empty() ? std::nullopt : std::optional(screens.front());
+    }
     const QScreen* const primary = QGuiApplication::primaryScreen();
     if (!primary) return std::nullopt;
     return screenFrom(*primary);
+}
+
+std::optional<Screen> Screen::under(const QRectF& rect) {
+    std::optional<Screen> best = main();
+    double most = 0.0;
+    for (const Screen& screen : all()) {
+        const QRectF shared = screen.frame & rect;
+        const double area = shared.width() * shared.height();
+        if (area <= most) continue;
+        most = area;
+        best = screen;
+    }
+    return best;
 }
 
 std::vector<Screen> distinctRectangles(std::vector<Screen> screens) {
@@ -37,6 +63,10 @@ std::vector<Screen> distinctRectangles(std::vector<Screen> screens) {
 class ScreenObserver::Listener {
   public:
     explicit Listener(std::function<void()> action) : action_(std::move(action)) {
+        if (currentSource) {
+            changes_ = currentSource->observeScreens([this] { note(); });
+            return;
+        }
         const auto* const app = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
         if (!app) return;
         QObject::connect(app, &QGuiApplication::screenAdded, &context_, [this](QScreen* s) {
@@ -73,6 +103,7 @@ class ScreenObserver::Listener {
 
     std::function<void()> action_;
     bool noted_ = false;
+    Observation changes_;
     QObject context_;
 };
 

@@ -8,6 +8,8 @@
 #include <optional>
 #include <vector>
 
+#include "platform/time/Observers.h"
+
 namespace platform {
 
 // One display as it is now: a plain value, not a handle. Main thread, under a
@@ -21,12 +23,27 @@ struct Screen {
     // All displays, in the system's order; none without a display.
     [[nodiscard]] static std::vector<Screen> all();
     [[nodiscard]] static std::optional<Screen> main();
+    // The one with most of a rectangle, as in frame; the main one for a rectangle
+    // that lies on none.
+    [[nodiscard]] static std::optional<Screen> under(const QRectF& rect);
 
     friend bool operator==(const Screen&, const Screen&) = default;
 };
 
-// The screens without those that show the rectangle of an earlier one, as mirrored displays
-// do.
+// Where the screens are known from, where that is not Qt: a window system on which
+// Qt has no windows, or has them with other scales. Main thread.
+class ScreenSource {
+  public:
+    virtual ~ScreenSource() = default;
+
+    [[nodiscard]] virtual std::vector<Screen> screens() const = 0;
+    [[nodiscard]] virtual Observation observeScreens(std::function<void()> action) = 0;
+
+    // From now on Screen and new observers ask this one, which lasts until another
+    // is used; nullptr: Qt.
+    static void use(ScreenSource* source);
+};
+// The same without those that show the rectangle of an earlier one, as mirrored displays do.
 [[nodiscard]] std::vector<Screen> distinctRectangles(std::vector<Screen> screens);
 
 // Calls an action on the main thread, once for each turn of the event loop in which any

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/window/WindowCore.h"
 
-#include <QScreen>
 #include <limits>
 #include <utility>
 #include <vector>
 
 #include "platform/view/FrameBuilder.h"
 #include "platform/view/SceneView.h"
-#include "platform/window/ScreenSpace.h"
 #include "platform/window/WindowSystem.h"
 
 namespace platform {
@@ -118,9 +116,8 @@ void WindowCore::fit() {
 
 std::optional<Screen> WindowCore::screen() const {
     if (native) return native->screen();
-    // A window that is not made yet counts at its future frame.
-    const QScreen* const under = screenUnderQt(toQt(window_.options_.frame));
-    return under ? std::optional(screenFrom(*under)) : std::nullopt;
+    // A window that is not yet made will be where its frame is.
+    return Screen::under(window_.options_.frame);
 }
 
 double WindowCore::scale() const {

@@ -21,8 +21,11 @@ struct Capabilities {
     bool adoptsHosts = false;
     // A window can lie above everything, full-screen windows included.
     bool liesAboveAll = false;
-    // The program can hand the keyboard to another program's window; elsewhere the system
-    // itself moves the keyboard when a window goes.
+    // Clicks on a window that ignores the mouse reach what lies below, whatever
+    // that is.
+    bool passesClicks = false;
+    // The program can hand the keyboard to another program's window; elsewhere
+    // the keyboard finds its own way back when a window goes.
     bool returnsKeyboard = false;
     // The system fades a whole window; elsewhere the drawer does.
     bool fadesWindows = false;
@@ -48,7 +51,9 @@ class WindowSystem {
     [[nodiscard]] virtual bool isConnected() const = 0;
     // Called once when the connection is lost, as in WindowServer.
     virtual void onLost(std::function<void()> action) = 0;
-    // Reports a loss that a surface found; acts as if the system itself had found it.
+    // Why the system is gone, in its own words; empty where it just went away.
+    [[nodiscard]] virtual QString lossReason() const { return {}; }
+    // A surface found the system gone: does what finding it out here does.
     virtual void lost() = 0;
 
     // Makes a hidden window. The delegate outlives it.

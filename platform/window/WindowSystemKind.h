@@ -21,8 +21,16 @@ class WindowSystemKind {
   public:
     virtual ~WindowSystemKind() = default;
 
-    // The Qt platform plugin for this kind.
+    // As the user writes it on a command line.
+    [[nodiscard]] virtual QByteArray name() const = 0;
+    // The Qt platform plugin that shows Qt's own windows on such a system.
     [[nodiscard]] virtual QByteArray qtPlugin() const = 0;
+    // Whether the program's windows are made by Qt, so that Qt must run on that
+    // plugin.
+    [[nodiscard]] virtual bool needsQt() const = 0;
+
+    // Whether hosts on such a system give a saver a window to draw in.
+    [[nodiscard]] virtual bool hasHosts() const = 0;
 
     // Connects to the environment's system; null where it does not answer. The caller keeps
     // the result until Qt has connected: a server may restart when its last client leaves,

@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
+#include <cmath>
 #include <type_traits>
 
 #include "drawing/Thema.h"
@@ -123,6 +124,44 @@ TEST_F(Venster, KlaarIsTheDefaultButtonInItsPlace) {
     EXPECT_EQ(knop->text(), QStringLiteral("Klaar"));
     EXPECT_EQ(vak(*venster, *knop), QRect(270, 16, 90, 30));
     EXPECT_TRUE(knop->isDefault());
+}
+
+// How much lighter the lighter of two colours is, as people see it: 1 to 21.
+double contrast(QRgb een, QRgb ander) {
+    const auto licht = [](QRgb kleur) {
+        const auto deel = [](int waarde) {
+            const double s = waarde / 255.0;
+            return s <= 0.04045 ? s / 12.92 : std::pow((s + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * deel(qRed(kleur)) + 0.7152 * deel(qGreen(kleur)) +
+               0.0722 * deel(qBlue(kleur));
+    };
+    const double a = licht(een) + 0.05, b = licht(ander) + 0.05;
+    return std::max(a, b) / std::min(a, b);
+}
+
+TEST_F(Venster, WhatHasTheFocusIsSeenToHaveItAtThreeToOne) {
+    const auto venster = maakMet(SaverKeuze::regen);
+    venster->show();
+    venster->activateWindow();
+    std::vector<QWidget*> alles{klaarKnop(*venster)};
+    for (QRadioButton* knop : venster->knoppen())
+        alles.push_back(knop);
+    for (QWidget* kind : alles) {
+        QWidget* const ander = kind == alles[0] ? alles[1] : alles[0];
+        ander->setFocus();
+        ASSERT_TRUE(until([&] { return ander->hasFocus(); }));
+        const QImage zonder = kind->grab().toImage();
+        kind->setFocus();
+        ASSERT_TRUE(until([&] { return kind->hasFocus(); }));
+        const QImage met = kind->grab().toImage();
+        int duidelijk = 0;
+        for (int y = 0; y < met.height(); ++y)
+            for (int x = 0; x < met.width(); ++x)
+                duidelijk += contrast(met.pixel(x, y), zonder.pixel(x, y)) >= 3.0 ? 1 : 0;
+        // A line all around it, more or less.
+        EXPECT_GT(duidelijk, kind->height() * 2 + 40) << qPrintable(kind->objectName());
+    }
 }
 
 TEST_F(Venster, OnlyATitleBarAndNothingToCloseShrinkOrGrowItWith) {

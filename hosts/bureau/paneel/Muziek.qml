@@ -11,6 +11,14 @@ Column {
         width: parent.width
         tekst: "Het zwarte scherm beweegt op de maat van wat er klinkt. Zonder microfoon, en er wordt niets bewaard."
     }
+    BXUitleg { width: parent.width; tekst: "Flits op de maat" }
+    BXKeuze {
+        width: parent.width
+        opties: paneel.flitsen
+        keuze: paneel.flits
+        onGewisseld: (nu) => paneel.flits = nu
+        Accessible.name: "Flits op de maat"
+    }
     Item {
         id: regel
         width: parent.width

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/bureau/paneel/PaneelStaat.h"
+#include "hosts/bureau/Autostart.h"
 
+#include <QCoreApplication>
 #include <cmath>
 #include <utility>
 
@@ -50,6 +52,11 @@ QString PaneelStaat::regenStatus() const {
         case RegenStand::geenCompositor:
         case RegenStand::schermbeveiliging:
             return QStringLiteral("wacht");
+        case RegenStand::leeg:
+            return QStringLiteral("leeg");
+        case RegenStand::geenBovenlaag:
+        case RegenStand::geenDoorklik:
+            return QStringLiteral("kan niet");
     }
     return {};
 }
@@ -132,6 +139,28 @@ void PaneelStaat::zetVoorbeeld(bool aan) {
 
 void PaneelStaat::zetMuziek(bool aan) {
     kies(&BureauKeuzes::muziek, aan);
+}
+
+QVariantList PaneelStaat::flitsen() const {
+    QVariantList lijst;
+    lijst << optie(ruweWaarde(Flits::gewoon), QStringLiteral("Gewoon"))
+          << optie(ruweWaarde(Flits::zacht), QStringLiteral("Zacht"))
+          << optie(ruweWaarde(Flits::uit), QStringLiteral("Uit"));
+    return lijst;
+}
+
+void PaneelStaat::zetFlits(const QString& flits) {
+    if (const auto gekozen = flitsUitRuw(flits)) kies(&BureauKeuzes::flits, *gekozen);
+}
+
+bool PaneelStaat::autostart() const {
+    return Autostart::isAan();
+}
+
+// Told in any case: what cannot be written has not come about.
+void PaneelStaat::zetAutostart(bool aan) {
+    (void)Autostart::zet(aan, QCoreApplication::applicationFilePath());
+    Q_EMIT autostartChanged();
 }
 
 void PaneelStaat::zetSaver(const QString& keuze) {

@@ -30,6 +30,9 @@ class PaneelStaat : public QObject {
     Q_PROPERTY(QVariantList soorten READ soorten CONSTANT)
     Q_PROPERTY(bool voorbeeld READ voorbeeld WRITE zetVoorbeeld NOTIFY standChanged)
     Q_PROPERTY(bool muziek READ muziek WRITE zetMuziek NOTIFY standChanged)
+    Q_PROPERTY(QString flits READ flits WRITE zetFlits NOTIFY standChanged)
+    Q_PROPERTY(QVariantList flitsen READ flitsen CONSTANT)
+    Q_PROPERTY(bool autostart READ autostart WRITE zetAutostart NOTIFY autostartChanged)
     Q_PROPERTY(double niveau READ niveau NOTIFY geluidChanged)
     Q_PROPERTY(bool slag READ slag NOTIFY geluidChanged)
     Q_PROPERTY(bool zonderGeluid READ zonderGeluid NOTIFY geluidChanged)
@@ -57,6 +60,10 @@ class PaneelStaat : public QObject {
     [[nodiscard]] QVariantList soorten() const;
     [[nodiscard]] bool voorbeeld() const { return stand().keuzes.voorbeeld; }
     [[nodiscard]] bool muziek() const { return stand().keuzes.muziek; }
+    [[nodiscard]] QString flits() const { return ruweWaarde(stand().keuzes.flits); }
+    [[nodiscard]] QVariantList flitsen() const;
+    // Whether the session starts the program.
+    [[nodiscard]] bool autostart() const;
     [[nodiscard]] double niveau() const { return geluid_.niveau; }
     [[nodiscard]] bool slag() const { return geluid_.slag; }
     [[nodiscard]] bool zonderGeluid() const { return geluid_.zonder; }
@@ -73,9 +80,14 @@ class PaneelStaat : public QObject {
     void zetSoort(const QString& soort);
     void zetVoorbeeld(bool aan);
     void zetMuziek(bool aan);
+    void zetFlits(const QString& flits);
+    void zetAutostart(bool aan);
     void zetSaver(const QString& keuze);
 
-    // Asks for the saver's own sheet.
+    // Every choice of the effects is as it was at first.
+    Q_INVOKABLE void zetStandaard() { bureau_.zetKeuzes({}); }
+
+    // The user wants the saver's own sheet.
     Q_INVOKABLE void toonSaverBlad() { Q_EMIT saverBladGevraagd(); }
     // Asks to close the panel.
     Q_INVOKABLE void sluit() { Q_EMIT sluiten(); }
@@ -95,6 +107,7 @@ class PaneelStaat : public QObject {
   Q_SIGNALS:
     void standChanged();
     void geluidChanged();
+    void autostartChanged();
     void saverChanged();
     void saverBladGevraagd();
     void sluiten();

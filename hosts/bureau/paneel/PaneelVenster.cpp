@@ -8,6 +8,8 @@
 #include <QScreen>
 
 #include "controls/BX.h"
+#include "platform/window/ScreenSpace.h"
+#include "platform/window/WindowSystem.h"
 #include "platform/window/systems/DialogFrame.h"
 
 namespace brixtel {
@@ -79,7 +81,12 @@ bool PaneelVenster::eventFilter(QObject* wat, QEvent* event) {
     switch (event->type()) {
         case QEvent::Expose:
             staat_->zetBekeken(view_->isExposed());
+            laatLezen();
             werkVoorbeeldBij();
+            break;
+        case QEvent::Move:
+        case QEvent::Resize:
+            laatLezen();
             break;
         case QEvent::FocusIn:
             staat_->herlees();
@@ -90,6 +97,7 @@ bool PaneelVenster::eventFilter(QObject* wat, QEvent* event) {
             break;
         case QEvent::Hide:
             staat_->zetBekeken(false);
+            bronnen_.bureau.laatVrij({});
             voorbeeld_.weg();
             // The window is handling its own event, so it goes later.
             QMetaObject::invokeMethod(this, &PaneelVenster::ruimOp, Qt::QueuedConnection);
@@ -98,6 +106,13 @@ bool PaneelVenster::eventFilter(QObject* wat, QEvent* event) {
             break;
     }
     return QObject::eventFilter(wat, event);
+}
+
+// The desktop rain lies above every window, and this one is to be read. Where the
+// program is not told its place, nobody knows what to leave free.
+void PaneelVenster::laatLezen() {
+    const bool telt = view_->isExposed() && bronnen_.server.system().capabilities().placesWindows;
+    bronnen_.bureau.laatVrij(telt ? platform::fromQt(QRectF(view_->geometry())) : QRectF());
 }
 
 void PaneelVenster::ruimOp() {

@@ -35,6 +35,7 @@ class PaneelVenster : public QObject, public BureauPaneel {
 
   private:
     void maak();
+    void laatLezen();
     void ruimOp();
     void toonSaverBlad();
     Q_SLOT void werkVoorbeeldBij();

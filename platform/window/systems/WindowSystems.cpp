@@ -9,10 +9,15 @@ namespace platform {
 
 namespace {
 
-// The kind that answered last; the first until one is asked.
-const WindowSystemKind*& answering() {
-    static const WindowSystemKind* kind = windowSystemKinds().front();
-    return kind;
+// For the life of the process, as Qt's own choice is: the one kind to be asked, null
+// for all; and the kind that answered last, null until one did.
+const WindowSystemKind* onlyKind = nullptr;
+const WindowSystemKind* answering = nullptr;
+
+const WindowSystemKind* kindOf(const QString& name) {
+    for (const WindowSystemKind* kind : windowSystemKinds())
+        if (QLatin1String(kind->name()) == name) return kind;
+    return nullptr;
 }
 
 template <typename Ref>
@@ -27,16 +32,35 @@ std::optional<Ref> read(const QString& text,
 
 DisplayCheck::DisplayCheck() {
     for (const WindowSystemKind* kind : windowSystemKinds()) {
+        if (onlyKind && kind != onlyKind) continue;
         hold_ = kind->reach();
         if (!hold_) continue;
-        answering() = kind;
+        answering = kind;
         return;
     }
 }
 
+QStringList windowSystemNames() {
+    QStringList names;
+    for (const WindowSystemKind* kind : windowSystemKinds())
+        names << QString::fromLatin1(kind->name());
+    return names;
+}
+
+void useOnly(const QString& name) {
+    onlyKind = kindOf(name);
+}
+
+void useOnlyForHosts() {
+    for (const WindowSystemKind* kind : windowSystemKinds())
+        if (kind->hasHosts() && !onlyKind) onlyKind = kind;
+}
+
 void chooseQtScreens(QtScreens screens) {
-    const bool none = screens == QtScreens::None;
-    qputenv("QT_QPA_PLATFORM", none ? QByteArrayLiteral("offscreen") : answering()->qtPlugin());
+    const WindowSystemKind& kind = answering ? *answering : *windowSystemKinds().back();
+    const bool shows =
+        screens == QtScreens::Session || (screens == QtScreens::Windows && kind.needsQt());
+    qputenv("QT_QPA_PLATFORM", shows ? kind.qtPlugin() : QByteArrayLiteral("offscreen"));
 }
 
 const WindowSystemKind* qtsKind() {
@@ -47,8 +71,9 @@ const WindowSystemKind* qtsKind() {
 }
 
 const WindowSystemKind& programsKind() {
+    if (answering) return *answering;
     const WindowSystemKind* const kind = qtsKind();
-    return kind ? *kind : *windowSystemKinds().front();
+    return kind ? *kind : *windowSystemKinds().back();
 }
 
 std::unique_ptr<WindowSystem> openWindowSystem(MediaClock& clock) {

@@ -33,8 +33,7 @@ CpuSurface::CpuSurface(const Options& options, std::unique_ptr<XConnection> conn
       connection_(std::move(connection)),
       depth_(look.depth),
       format_(std::move(format)),
-      context_(xcb_generate_id(connection_->get())),
-      painter_({.resetStatus = options.resetStatus}) {
+      context_(xcb_generate_id(connection_->get())) {
     xcb_connection_t* const c = connection_->get();
     const std::uint32_t none = 0;
     xcb_create_gc(c, context_, options.window, XCB_GC_GRAPHICS_EXPOSURES, &none);
@@ -75,6 +74,8 @@ Surface::Result CpuSurface::draw(const Frame& frame, std::span<const QRect> dama
                                       ? reinterpret_cast<std::uint32_t*>(shared_->data())
                                       : picture_.data();
     painter_.paint(frame, damage, {.pixels = pixels, .stride = size_.width(), .size = size_});
+    damage = painter_.changed();
+    if (damage.empty()) return state();
     if (shared_ && !format_.isNative())
         for (const QRect& rect : damage)
             format_.convert(picture_.data(), size_.width(), rect, shared_->data(), size_.width(),

@@ -22,7 +22,6 @@ class CpuSurface final : public Surface {
         std::uint32_t window = 0;
         int ending = -1;  // ends all waiting once it is readable
         bool sharedMemory = true;
-        ResetQuery resetStatus{};
     };
 
     // None if the window or the server is not there.

@@ -32,6 +32,8 @@ class OwnWindow final : public QWindow {
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
+    // The second press of a double click is a press too.
+    void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
 
   private:
     [[nodiscard]] MouseEvent from(const QMouseEvent& event) const;

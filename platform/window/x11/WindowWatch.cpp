@@ -55,10 +55,8 @@ NativeWindow::SurfaceMaker WindowWatch::surfaceMaker(const SurfaceOptions& optio
                                },
                            .cpu =
                                [&] {
-                                   return CpuSurface::create({.display = display,
-                                                              .window = window,
-                                                              .ending = ending,
-                                                              .resetStatus = options.resetStatus});
+                                   return CpuSurface::create(
+                                       {.display = display, .window = window, .ending = ending});
                                }});
     };
 }

@@ -20,7 +20,10 @@ struct MotifHints {
 
 class X11Kind final : public WindowSystemKind {
   public:
+    [[nodiscard]] QByteArray name() const override { return QByteArrayLiteral("x11"); }
     [[nodiscard]] QByteArray qtPlugin() const override { return QByteArrayLiteral("xcb"); }
+    [[nodiscard]] bool needsQt() const override { return true; }
+    [[nodiscard]] bool hasHosts() const override { return true; }
 
     [[nodiscard]] std::shared_ptr<void> reach() const override {
         auto connection = std::make_shared<XConnection>(QString());

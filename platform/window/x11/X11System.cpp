@@ -37,6 +37,7 @@ std::optional<xcb_window_t> readWindowNumber(const QString& text) {
 X11System::X11System(MediaClock& clock, const QString& display)
     : clock_(clock), display_(display), events_(display) {
     if (!isConnected()) return;
+    isOnWayland_ = XConnection(display_).isOnWayland();
     sleep_.emplace(clock_, dpmsQuestion(events_.get(), [this] { events_.readSoon(); }),
                    [this](bool asleep) {
                        asleep_ = asleep;
@@ -58,6 +59,7 @@ X11System::~X11System() {
 Capabilities X11System::capabilities() const {
     return {.adoptsHosts = true,
             .liesAboveAll = true,
+            .passesClicks = !isOnWayland_,
             .returnsKeyboard = true,
             .fadesWindows = true,
             .tellsPointer = true,

@@ -70,6 +70,7 @@ class X11System final : public WindowSystem {
     std::unique_ptr<StackKeeper> stack_;
     std::unique_ptr<StackedSpaces> spaces_;
     std::unique_ptr<X11Workspace> workspace_;
+    bool isOnWayland_ = false;  // the server is a client of a compositor
     bool asleep_ = false;
     std::function<void(bool)> displaySlept_;
     std::optional<DisplaySleep> sleep_;

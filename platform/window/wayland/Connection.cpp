@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: MIT
+#include "platform/window/wayland/Connection.h"
+
+#include <poll.h>
+
+#include <QAbstractEventDispatcher>
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+namespace platform::wayland {
+
+namespace {
+
+// A compositor that says nothing for so long is none.
+constexpr int kPatience = 5000;  // milliseconds
+
+// The library's own words; who is told of a loss says what there is to say.
+void keepQuiet(const char*, va_list) {}
+
+template <typename T>
+Proxy<T> bind(wl_registry* registry, std::uint32_t name, const wl_interface& interface,
+              std::uint32_t offered, std::uint32_t known) {
+    return Proxy<T>(
+        static_cast<T*>(wl_registry_bind(registry, name, &interface, std::min(offered, known))));
+}
+
+}  // namespace
+
+bool answers(wl_display& display) {
+    bool answered = false;
+    const wl_callback_listener answer = {
+        .done = [](void* data, wl_callback*, std::uint32_t) { *static_cast<bool*>(data) = true; }};
+    const Proxy<wl_callback> question(wl_display_sync(&display));
+    wl_callback_add_listener(question.get(), &answer, &answered);
+    while (!answered) {
+        while (wl_display_prepare_read(&display) != 0)
+            if (wl_display_dispatch_pending(&display) < 0) return false;
+        wl_display_flush(&display);
+        pollfd waits{.fd = wl_display_get_fd(&display), .events = POLLIN, .revents = 0};
+        if (poll(&waits, 1, kPatience) <= 0) {
+            wl_display_cancel_read(&display);
+            return false;
+        }
+        if (wl_display_read_events(&display) < 0 || wl_display_dispatch_pending(&display) < 0)
+            return false;
+    }
+    return true;
+}
+
+const wl_registry_listener Connection::kRegistry = {
+    .global =
+        [](void* data, wl_registry*, std::uint32_t name, const char* interface,
+           std::uint32_t version) {
+            static_cast<Connection*>(data)->found(name, interface, version);
+        },
+    .global_remove = [](void* data, wl_registry*,
+                        std::uint32_t name) { static_cast<Connection*>(data)->gone(name); },
+};
+
+const xdg_wm_base_listener Connection::kPings = {
+    .ping = [](void*, xdg_wm_base* base, std::uint32_t serial) { xdg_wm_base_pong(base, serial); }};
+
+Connection::Connection(MediaClock& clock, const QString& address) : seat_(clock) {
+    wl_log_set_handler_client(keepQuiet);
+    const QByteArray name = address.toLocal8Bit();
+    display_.reset(wl_display_connect(name.isEmpty() ? nullptr : name.constData()));
+    if (!display_) return;
+    registry_.reset(wl_display_get_registry(display()));
+    wl_registry_add_listener(registry_.get(), &kRegistry, this);
+    alive_ = true;
+    // The globals, and then what they tell of themselves.
+    alive_ = roundTrip() && compositor_ && shm_ && roundTrip();
+    if (!alive_) return;
+    seat_.setCursorSource(compositor_.get(), shm_.get());
+    const int file = wl_display_get_fd(display());
+    readable_ = std::make_unique<QSocketNotifier>(file, QSocketNotifier::Read);
+    QObject::connect(readable_.get(), &QSocketNotifier::activated, [this] { read(); });
+    writable_ = std::make_unique<QSocketNotifier>(file, QSocketNotifier::Write);
+    writable_->setEnabled(false);
+    QObject::connect(writable_.get(), &QSocketNotifier::activated, [this] { flush(); });
+    if (const auto* const loop = QAbstractEventDispatcher::instance())
+        sending_ =
+            QObject::connect(loop, &QAbstractEventDispatcher::aboutToBlock, [this] { flush(); });
+}
+
+Connection::~Connection() {
+    QObject::disconnect(sending_);
+}
+
+void Connection::found(std::uint32_t name, std::string_view interface, std::uint32_t version) {
+    wl_registry* const r = registry_.get();
+    if (interface == wl_compositor_interface.name && version >= 4) {
+        compositor_ = bind<wl_compositor>(r, name, wl_compositor_interface, version, 5);
+    } else if (interface == wl_shm_interface.name) {
+        shm_ = bind<wl_shm>(r, name, wl_shm_interface, version, 1);
+    } else if (interface == wl_output_interface.name) {
+        outputs_.add(bind<wl_output>(r, name, wl_output_interface, version, 4), name);
+    } else if (interface == zxdg_output_manager_v1_interface.name) {
+        outputs_.setManager(
+            bind<zxdg_output_manager_v1>(r, name, zxdg_output_manager_v1_interface, version, 3));
+    } else if (interface == wl_seat_interface.name) {
+        seat_.bind(bind<wl_seat>(r, name, wl_seat_interface, version, 7), name);
+    } else if (interface == xdg_wm_base_interface.name) {
+        windows_ = bind<xdg_wm_base>(r, name, xdg_wm_base_interface, version, 3);
+        xdg_wm_base_add_listener(windows_.get(), &kPings, nullptr);
+    } else if (interface == zwlr_layer_shell_v1_interface.name) {
+        layers_ = bind<zwlr_layer_shell_v1>(r, name, zwlr_layer_shell_v1_interface, version, 4);
+    } else if (interface == wp_viewporter_interface.name) {
+        viewporter_ = bind<wp_viewporter>(r, name, wp_viewporter_interface, version, 1);
+    } else if (interface == wp_fractional_scale_manager_v1_interface.name) {
+        fractions_ = bind<wp_fractional_scale_manager_v1>(
+            r, name, wp_fractional_scale_manager_v1_interface, version, 1);
+    } else if (interface == wp_presentation_interface.name) {
+        presentation_ = bind<wp_presentation>(r, name, wp_presentation_interface, version, 1);
+    } else if (interface == zxdg_decoration_manager_v1_interface.name) {
+        decorations_ = bind<zxdg_decoration_manager_v1>(
+            r, name, zxdg_decoration_manager_v1_interface, version, 1);
+    } else if (interface == ext_idle_notifier_v1_interface.name) {
+        idleNotifier_ =
+            bind<ext_idle_notifier_v1>(r, name, ext_idle_notifier_v1_interface, version, 1);
+    }
+}
+
+void Connection::gone(std::uint32_t name) {
+    outputs_.remove(name);
+    seat_.remove(name);
+}
+
+void Connection::read() {
+    while (wl_display_prepare_read(display()) != 0)
+        if (wl_display_dispatch_pending(display()) < 0) return failed();
+    if (wl_display_read_events(display()) < 0 || wl_display_dispatch_pending(display()) < 0)
+        return failed();
+    flush();
+}
+
+void Connection::flush() {
+    if (!alive_) return;
+    const bool full = wl_display_flush(display()) < 0 && errno == EAGAIN;
+    if (writable_ && writable_->isEnabled() != full) writable_->setEnabled(full);
+}
+
+void Connection::failed() {
+    if (wl_display_get_error(display()) == EPROTO) {
+        const wl_interface* interface = nullptr;
+        std::uint32_t id = 0;
+        const std::uint32_t code = wl_display_get_protocol_error(display(), &interface, &id);
+        protocolError_ = QStringLiteral("%1, %2")
+                             .arg(QLatin1String(interface ? interface->name : "wl_display"))
+                             .arg(code);
+    }
+    lost();
+}
+
+void Connection::lost() {
+    alive_ = false;
+    if (readable_) readable_->setEnabled(false);
+    if (writable_) writable_->setEnabled(false);
+    if (std::exchange(told_, true)) return;
+    if (const auto action = std::exchange(lost_, nullptr)) action();
+}
+
+}  // namespace platform::wayland

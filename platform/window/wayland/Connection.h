@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QSocketNotifier>
+#include <QString>
+#include <functional>
+#include <memory>
+
+#include "platform/window/wayland/Outputs.h"
+#include "platform/window/wayland/Protocols.h"
+#include "platform/window/wayland/Seat.h"
+
+namespace platform::wayland {
+
+// Whether the compositor answers all that was sent to it; waits for that, seconds at
+// most. Events that come meanwhile are handed out.
+[[nodiscard]] bool answers(wl_display& display);
+
+// The program's connection to a Wayland compositor, with what the compositor
+// offers. Reads on the Qt event loop of the thread that made the connection, and
+// sends before that loop waits; no other thread uses the connection. Owned by the
+// window system, outlives the windows. Main thread.
+class Connection {
+  public:
+    // To the environment's compositor where `address` is empty. Waits for the
+    // compositor's first answers, seconds at most; see isAlive(). The clock
+    // outlives the connection.
+    Connection(MediaClock& clock, const QString& address);
+    ~Connection();
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    // Whether there is a compositor that windows can be shown on.
+    [[nodiscard]] bool isAlive() const { return alive_; }
+    // Why the connection was lost, in the compositor's words; empty where the
+    // compositor just went away.
+    [[nodiscard]] const QString& protocolError() const { return protocolError_; }
+    // Calls the action once the compositor is gone, in a turn of the event loop.
+    void onLost(std::function<void()> action) { lost_ = std::move(action); }
+    // Something else found the compositor gone.
+    void lost();
+
+    [[nodiscard]] wl_display* display() const { return display_.get(); }
+    [[nodiscard]] Outputs& outputs() { return outputs_; }
+    [[nodiscard]] const Outputs& outputs() const { return outputs_; }
+    [[nodiscard]] Seat& seat() { return seat_; }
+    [[nodiscard]] const Seat& seat() const { return seat_; }
+
+    // Each null where the compositor does not offer it; the first two are there
+    // while the connection is alive.
+    [[nodiscard]] wl_compositor* compositor() const { return compositor_.get(); }
+    [[nodiscard]] wl_shm* shm() const { return shm_.get(); }
+    [[nodiscard]] xdg_wm_base* windows() const { return windows_.get(); }
+    [[nodiscard]] zwlr_layer_shell_v1* layers() const { return layers_.get(); }
+    [[nodiscard]] wp_viewporter* viewporter() const { return viewporter_.get(); }
+    [[nodiscard]] wp_fractional_scale_manager_v1* fractions() const { return fractions_.get(); }
+    [[nodiscard]] wp_presentation* presentation() const { return presentation_.get(); }
+    [[nodiscard]] zxdg_decoration_manager_v1* decorations() const { return decorations_.get(); }
+    [[nodiscard]] ext_idle_notifier_v1* idleNotifier() const { return idleNotifier_.get(); }
+
+    // Sends what was asked for so far.
+    void flush();
+    // As answers().
+    bool roundTrip() { return alive_ && answers(*display()); }
+
+  private:
+    struct Disconnect {
+        void operator()(wl_display* display) const { wl_display_disconnect(display); }
+    };
+    static const wl_registry_listener kRegistry;
+    static const xdg_wm_base_listener kPings;
+    void found(std::uint32_t name, std::string_view interface, std::uint32_t version);
+    void gone(std::uint32_t name);
+    void read();
+    void failed();
+
+    std::unique_ptr<wl_display, Disconnect> display_;
+    bool alive_ = false;
+    bool told_ = false;
+    QString protocolError_;
+    std::function<void()> lost_;
+    Proxy<wl_registry> registry_;
+    Proxy<wl_compositor> compositor_;
+    Proxy<wl_shm> shm_;
+    Proxy<xdg_wm_base> windows_;
+    Proxy<zwlr_layer_shell_v1> layers_;
+    Proxy<wp_viewporter> viewporter_;
+    Proxy<wp_fractional_scale_manager_v1> fractions_;
+    Proxy<wp_presentation> presentation_;
+    Proxy<zxdg_decoration_manager_v1> decorations_;
+    Proxy<ext_idle_notifier_v1> idleNotifier_;
+    Outputs outputs_;
+    Seat seat_;
+    std::unique_ptr<QSocketNotifier> readable_, writable_;
+    QMetaObject::Connection sending_;
+};
+
+}  // namespace platform::wayland

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QPointF>
+#include <map>
+#include <memory>
+#include <optional>
+
+#include "platform/time/Timer.h"
+#include "platform/window/wayland/Keys.h"
+#include "platform/window/wayland/Protocols.h"
+
+struct wl_cursor_theme;
+
+namespace platform::wayland {
+
+// Who gets the input of a surface. Main thread; a call may end the target.
+class InputTarget {
+  public:
+    enum class Button { Left, Right, Other };
+
+    virtual void keyPressed(const KeyEvent& event) = 0;
+    // In the surface's points, y down.
+    virtual void pointerMoved(QPointF at) = 0;
+    virtual void buttonPressed(Button button, QPointF at) = 0;
+    virtual void keyboardChanged() = 0;
+    // Whether no pointer is drawn over the surface.
+    [[nodiscard]] virtual bool hidesCursor() const = 0;
+
+  protected:
+    ~InputTarget() = default;
+};
+
+// Keyboard, pointer and touch screen: who has them, and what they do. Repeats
+// held keys by the clock, as the compositor wants it. One seat; the first of a
+// compositor that has several. Owned by the connection. Main thread.
+class Seat {
+  public:
+    explicit Seat(MediaClock& clock);
+    ~Seat();
+    Seat(const Seat&) = delete;
+    Seat& operator=(const Seat&) = delete;
+
+    // Cursors are made with these; both outlive the seat's use.
+    void bind(Proxy<wl_seat> seat, std::uint32_t globalName);
+    void remove(std::uint32_t globalName);
+    void setCursorSource(wl_compositor* compositor, wl_shm* shm);
+
+    [[nodiscard]] bool hasKeyboard(const InputTarget& target) const {
+        return keyTarget_ == &target;
+    }
+    // The target whose surface has the keyboard; nullptr where none of ours has.
+    [[nodiscard]] const InputTarget* keyTarget() const { return keyTarget_; }
+    [[nodiscard]] const InputTarget* pointerTarget() const { return pointerTarget_; }
+    [[nodiscard]] QPointF pointerPlace() const { return at_; }
+    // Input on the surface goes to the target until it is released.
+    void adopt(wl_surface* surface, InputTarget& target) { targets_[surface] = &target; }
+    void release(wl_surface* surface);
+    // Whether the target hides the cursor is another thing than before.
+    void cursorChanged(const InputTarget& target);
+    [[nodiscard]] wl_seat* get() const { return seat_.get(); }
+
+  private:
+    struct Listeners;
+    friend struct Listeners;
+    struct CursorThemeEnd {
+        void operator()(wl_cursor_theme* theme) const;
+    };
+    // Null for a surface that is no more, or the cursor's.
+    [[nodiscard]] InputTarget* targetOf(wl_surface* surface) const;
+    void setCapabilities(std::uint32_t capabilities);
+    void setKeyTarget(InputTarget* target);
+    void key(std::uint32_t key, bool pressed);
+    void repeatEnds();
+    void showCursor();
+
+    MediaClock& clock_;
+    Proxy<wl_seat> seat_;
+    std::uint32_t globalName_ = 0;
+    Proxy<wl_keyboard> keyboard_;
+    Proxy<wl_pointer> pointer_;
+    Proxy<wl_touch> touch_;
+    wl_compositor* compositor_ = nullptr;
+    wl_shm* shm_ = nullptr;
+
+    std::map<wl_surface*, InputTarget*> targets_;
+    Keys keys_;
+    InputTarget* keyTarget_ = nullptr;
+    double repeatDelay_ = 0.6;      // seconds
+    double repeatInterval_ = 0.04;  // seconds; 0 is never
+    std::optional<std::uint32_t> held_;
+    Timer repeat_;
+
+    InputTarget* pointerTarget_ = nullptr;
+    QPointF at_;
+    std::uint32_t entered_ = 0;  // serial
+    std::unique_ptr<wl_cursor_theme, CursorThemeEnd> theme_;
+    Proxy<wl_surface> cursor_;
+};
+
+}  // namespace platform::wayland

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QSize>
+#include <QString>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "platform/window/wayland/Connection.h"
+
+namespace platform::wayland {
+
+// Who a shell surface tells of what becomes of it. Main thread; a call may end the
+// surface.
+class ShellSurfaceOwner {
+  public:
+    // A size in points; each dimension is 0 where the compositor leaves it open.
+    virtual void surfaceConfigured(QSize size) = 0;
+    // The compositor wants another number of pixels per point.
+    virtual void surfaceRescaled() = 0;
+    // The compositor took the surface away: it shows nothing any more.
+    virtual void surfaceTaken() = 0;
+    // The user asks to close the window.
+    virtual void closeAsked() = 0;
+    // The compositor takes the next picture.
+    virtual void frameDone() = 0;
+    // A picture was shown to the user, at that time of the system's clock.
+    virtual void presented(double time) = 0;
+
+  protected:
+    ~ShellSurfaceOwner() = default;
+};
+
+// A surface with a role: an overlay over a whole display, or a window. Unmapped
+// until its first picture. Owned by the native window, from showing to hiding: a
+// window that is shown again has a new one, with every setting made anew. Main
+// thread.
+class ShellSurface {
+  public:
+    enum class Role {
+        Overlay,     // above everything on one display; needs the layer shell
+        FullScreen,  // a window that fills one display
+        Window,
+    };
+    struct Options {
+        Role role = Role::Window;
+        const Output* output = nullptr;  // for the first two; nullptr: the compositor's choice
+        bool takesKeyboard = false;      // an overlay: all keys, as long as it is there
+        bool takesInput = true;          // clicks; where not, they go to what lies below
+        QString title;
+    };
+
+    // Asks the compositor for a first size at once.
+    ShellSurface(Connection& connection, const Options& options, InputTarget& target,
+                 ShellSurfaceOwner& owner);
+    ~ShellSurface();
+    ShellSurface(const ShellSurface&) = delete;
+    ShellSurface& operator=(const ShellSurface&) = delete;
+
+    void setTakesInput(bool takes);
+    // For an overlay.
+    void setTakesKeyboard(bool takes);
+
+    // Whether pictures may be shown.
+    [[nodiscard]] bool isConfigured() const { return configured_; }
+    // Pixels per point that the compositor wants.
+    [[nodiscard]] double scale() const;
+    // Whether fractions of it count: else a picture is a whole number of pixels per
+    // point.
+    [[nodiscard]] bool isStretched() const { return viewport_ != nullptr; }
+    // Whether the picture shown last still waits for its turn.
+    [[nodiscard]] bool isWaiting() const { return callback_ != nullptr; }
+
+    // Shows a picture of `points`, of which `boxes` (pixels of the buffer) is new.
+    // An opaque one hides what lies below.
+    void show(wl_buffer* buffer, std::span<const QRect> boxes, QSize points, bool opaque);
+
+  private:
+    struct Listeners;
+    friend struct Listeners;
+    void makeOverlay(const Options& options);
+    void makeWindow(const Options& options);
+    void applyInput();
+    void watchPresentation();
+    void setOpaque(QSize points, bool opaque);
+
+    Connection& connection_;
+    ShellSurfaceOwner& owner_;
+    Proxy<wl_surface> surface_;
+    Proxy<wp_viewport> viewport_;
+    Proxy<wp_fractional_scale_v1> fraction_;
+    Proxy<zwlr_layer_surface_v1> layer_;
+    Proxy<xdg_surface> xdg_;
+    Proxy<xdg_toplevel> toplevel_;
+    Proxy<zxdg_toplevel_decoration_v1> decoration_;
+    Proxy<wl_callback> callback_;
+    std::vector<Proxy<struct wp_presentation_feedback>> feedbacks_;
+    bool takesInput_;
+    bool configured_ = false;
+    QSize asked_;                        // by a toplevel's configure, until the surface's
+    std::optional<double> wantedScale_;  // told for this surface
+    int wholeScale_ = 1;                 // of the display it lies on
+    QSize destination_;
+    int bufferScale_ = 1;
+    QSize opaqueSize_;
+};
+
+}  // namespace platform::wayland

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "platform/window/WindowSystem.h"
+#include "platform/window/wayland/Connection.h"
+#include "platform/window/wayland/WaylandWorkspace.h"
+
+namespace platform::wayland {
+
+class WaylandWindow;
+
+// Wayland as a window system: one connection of the program's own, apart from
+// Qt's. Main thread.
+class WaylandSystem final : public WindowSystem, public ScreenSource {
+  public:
+    // To the environment's compositor where `address` is empty. The clock outlives
+    // the system.
+    WaylandSystem(MediaClock& clock, const QString& address);
+    ~WaylandSystem() override;
+
+    [[nodiscard]] Capabilities capabilities() const override;
+    [[nodiscard]] bool isConnected() const override { return connection_.isAlive(); }
+    void onLost(std::function<void()> action) override { connection_.onLost(std::move(action)); }
+    [[nodiscard]] QString lossReason() const override { return connection_.protocolError(); }
+    void lost() override { connection_.lost(); }
+    [[nodiscard]] std::unique_ptr<NativeWindow> makeWindow(const NativeWindowOptions& options,
+                                                           NativeWindowDelegate& delegate) override;
+    [[nodiscard]] std::unique_ptr<NativeWindow> adopt(const HostRef&,
+                                                      NativeWindowDelegate&) override {
+        return nullptr;
+    }
+    [[nodiscard]] HostRef hostRefOf(QWindow&) const override { return {}; }
+    [[nodiscard]] NativeWorkspace& workspace() override { return workspace_; }
+    [[nodiscard]] OverlaySpaces* overlaySpaces() override { return nullptr; }
+    // A compositor that puts the display to sleep asks for no frames.
+    void watch(std::function<void(bool)>) override {}
+    void rest() override {}
+
+    [[nodiscard]] std::vector<Screen> screens() const override {
+        return connection_.outputs().screens();
+    }
+    [[nodiscard]] Observation observeScreens(std::function<void()> action) override {
+        return connection_.outputs().observe(std::move(action));
+    }
+
+    [[nodiscard]] Connection& connection() { return connection_; }
+
+    // For the windows.
+    [[nodiscard]] std::int64_t nextNumber() { return ++lastNumber_; }
+    void added(WaylandWindow& window);
+    void removed(WaylandWindow& window);
+    // A window was shown or hidden: of the overlays on one display, one that is
+    // opaque keeps down those of a lower level. Which of two overlays lies higher
+    // is every compositor's own choice.
+    void windowsChanged();
+    void keyboardMoved();
+    void cursorChanged();
+    void presented(double time) { lastPresented_ = time; }
+    [[nodiscard]] bool hidesCursor() const { return workspace_.hidesCursor(); }
+    [[nodiscard]] QPointF pointerPlace() const;
+    // A saver or lock covers the displays: no overlay is shown over it.
+    void setCovered(bool covered);
+
+  private:
+    void outputsChanged();
+
+    Connection connection_;
+    WaylandWorkspace workspace_;
+    std::int64_t lastNumber_ = 0;
+    std::vector<WaylandWindow*> windows_;
+    bool covered_ = false;
+    std::optional<double> lastPresented_;
+    mutable QPointF pointerPlace_;
+    Observation outputs_;
+};
+
+}  // namespace platform::wayland

@@ -1,0 +1,309 @@
+// SPDX-License-Identifier: MIT
+#include "platform/window/wayland/WaylandWindow.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "platform/window/wayland/DamageBoxes.h"
+#include "platform/window/wayland/ShmSurface.h"
+#include "platform/window/wayland/WaylandSystem.h"
+
+namespace platform::wayland {
+
+namespace {
+
+// More than any display shows, and less than fills a machine's memory three times.
+constexpr int kLongest = 16384;               // pixels
+constexpr double kMostPixels = 64.0 * 1.0e6;  // of one picture
+// A compositor that takes a surface away again and again means it.
+constexpr int kMostTaken = 3;
+
+}  // namespace
+
+const wl_callback_listener WaylandWindow::kAgain = {
+    .done = [](void* data, wl_callback*, std::uint32_t) {
+        auto& self = *static_cast<WaylandWindow*>(data);
+        self.again_.reset();
+        self.follow();
+    }};
+
+WaylandWindow::WaylandWindow(WaylandSystem& system, const NativeWindowOptions& options,
+                             NativeWindowDelegate& delegate)
+    : system_(system),
+      connection_(system.connection()),
+      options_(options),
+      delegate_(delegate),
+      number_(system.nextNumber()),
+      takesKeyboard_(options.takesKeyboard),
+      ring_(std::make_shared<BufferRing>()),
+      buffers_(connection_.shm(), *ring_, [this] { updateReadiness(); }),
+      painted_(ring_->file(), QSocketNotifier::Read) {
+    QObject::connect(&painted_, &QSocketNotifier::activated, [this] {
+        ring_->acknowledge();
+        showPainted();
+    });
+    system_.added(*this);
+}
+
+WaylandWindow::~WaylandWindow() {
+    endSurface();
+    shown_ = false;
+    system_.removed(*this);
+}
+
+bool WaylandWindow::fillsDisplay() const {
+    return options_.window.style == WindowStyle::FullScreen || options_.window.level > 0;
+}
+
+bool WaylandWindow::isOverlay() const {
+    return fillsDisplay() && connection_.layers();
+}
+
+const Output* WaylandWindow::output() const {
+    if (const Output* const same = connection_.outputs().named(outputName_)) return same;
+    return connection_.outputs().under(options_.window.frame);
+}
+
+QString WaylandWindow::outputName() const {
+    const Output* const on = output();
+    return on ? on->name() : QString();
+}
+
+QSize WaylandWindow::points() const {
+    if (!configured_.isEmpty()) return configured_;
+    const Output* const on = output();
+    if (fillsDisplay() && on) return on->place().size();
+    return options_.window.frame.size().toSize().expandedTo({1, 1});
+}
+
+double WaylandWindow::scale() const {
+    const Output* const on = output();
+    const double wanted = surface_ ? surface_->scale() : on ? on->scale() : 1.0;
+    const QSizeF size(points());
+    const double most = std::min({kLongest / size.width(), kLongest / size.height(),
+                                  std::sqrt(kMostPixels / (size.width() * size.height()))});
+    if (wanted <= most) return wanted;
+    // A picture that is not stretched has a whole number of pixels per point.
+    return surface_ && !surface_->isStretched() ? 1.0 : most;
+}
+
+QSize WaylandWindow::pixelSize() const {
+    // Over all of a display whose points are no whole number of its pixels, too.
+    const Output* const on = output();
+    const bool fits = surface_ && surface_->isStretched() && on && points() == on->place().size() &&
+                      scale() == on->scale();
+    if (fits) return on->pixelSize();
+    const QSizeF size = QSizeF(points()) * scale();
+    const auto whole = [](double length) {
+        return std::clamp(static_cast<int>(std::lround(length)), 1, kLongest);
+    };
+    return {whole(size.width()), whole(size.height())};
+}
+
+QRectF WaylandWindow::frame() const {
+    const Output* const on = output();
+    if (fillsDisplay() && on) return connection_.outputs().screenOf(*on).frame;
+    return {options_.window.frame.topLeft(), size()};
+}
+
+void WaylandWindow::setFrame(const QRectF& frame) {
+    options_.window.frame = frame;
+    if (!fillsDisplay()) return;
+    const Output* const on = connection_.outputs().under(frame);
+    const QString name = on ? on->name() : QString();
+    if (std::exchange(outputName_, name) == name || !surface_) return;
+    // A surface belongs to one display for good.
+    endSurface();
+    follow();
+}
+
+std::optional<Screen> WaylandWindow::screen() const {
+    const Output* const on = output();
+    return on ? std::optional(connection_.outputs().screenOf(*on)) : std::nullopt;
+}
+
+void WaylandWindow::show() {
+    if (std::exchange(shown_, true)) return;
+    takenTimes_ = 0;
+    const Output* const on = connection_.outputs().under(options_.window.frame);
+    outputName_ = on ? on->name() : QString();
+    system_.windowsChanged();
+    follow();
+}
+
+void WaylandWindow::hide() {
+    if (!std::exchange(shown_, false)) return;
+    follow();
+    system_.windowsChanged();
+}
+
+void WaylandWindow::setKeptDown(bool keptDown) {
+    if (std::exchange(keptDown_, keptDown) != keptDown) follow();
+}
+
+void WaylandWindow::follow() {
+    const bool isGone =
+        fillsDisplay() && !outputName_.isEmpty() && !connection_.outputs().named(outputName_);
+    const bool wanted = shown_ && !keptDown_ && !isGone && !again_ && takenTimes_ <= kMostTaken &&
+                        connection_.isAlive() && (isOverlay() || connection_.windows());
+    if (wanted == (surface_ != nullptr)) return;
+    if (wanted) {
+        makeSurface();
+    } else {
+        endSurface();
+    }
+    delegate_.visibilityChanged();
+}
+
+void WaylandWindow::makeSurface() {
+    const Output* const on = fillsDisplay() ? output() : nullptr;
+    surface_ = std::make_unique<ShellSurface>(
+        connection_,
+        ShellSurface::Options{.role = isOverlay()      ? ShellSurface::Role::Overlay
+                                      : fillsDisplay() ? ShellSurface::Role::FullScreen
+                                                       : ShellSurface::Role::Window,
+                              .output = on,
+                              .takesKeyboard = takesKeyboard_,
+                              .takesInput = !options_.ignoresMouse,
+                              .title = options_.window.title},
+        *this, *this);
+    configured_ = {};
+}
+
+void WaylandWindow::endSurface() {
+    if (!surface_) return;
+    surface_.reset();
+    // Without its surface the compositor reads none of the buffers.
+    ring_->endNames();
+    ring_->reset();
+    connection_.flush();
+    updateReadiness();
+}
+
+bool WaylandWindow::isSeen() const {
+    return surface_ && surface_->isConfigured();
+}
+
+void WaylandWindow::outputsChanged() {
+    follow();
+    delegate_.geometryChanged();
+}
+
+void WaylandWindow::takeKeyboard() {
+    if (std::exchange(takesKeyboard_, true) || !surface_) return;
+    surface_->setTakesKeyboard(true);
+}
+
+bool WaylandWindow::hasKeyboard() const {
+    return connection_.seat().hasKeyboard(*this);
+}
+
+void WaylandWindow::setIgnoresMouse(bool ignores) {
+    options_.ignoresMouse = ignores;
+    if (surface_) surface_->setTakesInput(!ignores);
+}
+
+void WaylandWindow::setCursorHidden(bool hidden) {
+    if (std::exchange(options_.cursorHidden, hidden) != hidden) cursorChanged();
+}
+
+void WaylandWindow::cursorChanged() {
+    connection_.seat().cursorChanged(*this);
+}
+
+bool WaylandWindow::hidesCursor() const {
+    return options_.cursorHidden || system_.hidesCursor();
+}
+
+NativeWindow::SurfaceMaker WaylandWindow::surfaceMaker(const SurfaceOptions& options) {
+    return [ring = ring_, options](int) { return std::make_unique<ShmSurface>(ring, options); };
+}
+
+void WaylandWindow::surfaceConfigured(QSize size) {
+    const bool first = configured_.isEmpty();
+    const QSize before = points();
+    const Output* const on = output();
+    const QSize open = configured_.isEmpty() && fillsDisplay() && on ? on->place().size() : before;
+    configured_ = {size.width() > 0 ? size.width() : open.width(),
+                   size.height() > 0 ? size.height() : open.height()};
+    delegate_.geometryChanged();
+    if (!first) return;
+    delegate_.visibilityChanged();
+    // The new surface shows nothing yet, whatever was drawn for the one before.
+    delegate_.exposed(QRect(QPoint(0, 0), pixelSize()));
+}
+
+void WaylandWindow::surfaceRescaled() {
+    delegate_.geometryChanged();
+}
+
+void WaylandWindow::surfaceTaken() {
+    ++takenTimes_;
+    endSurface();
+    delegate_.visibilityChanged();
+    if (again_) return;
+    // What comes with the news may be that the display is gone.
+    again_.reset(wl_display_sync(connection_.display()));
+    wl_callback_add_listener(again_.get(), &kAgain, this);
+}
+
+void WaylandWindow::closeAsked() {
+    delegate_.closeAsked();
+}
+
+void WaylandWindow::showPainted() {
+    if (!surface_ || !surface_->isConfigured() || surface_->isWaiting()) return;
+    const auto [buffer, opaque] = ring_->take(pixelSize(), damage_);
+    ring_->sweep();
+    if (!buffer) return;
+    joinDamage(damage_, boxes_);
+    surface_->show(buffers_.name(*buffer, opaque), boxes_, points(), opaque);
+    updateReadiness();
+}
+
+void WaylandWindow::updateReadiness() {
+    const bool ready = !surface_ || (!surface_->isWaiting() && ring_->hasFree());
+    if (std::exchange(ready_, ready) != ready) delegate_.readyForFrame(ready);
+}
+
+void WaylandWindow::frameDone() {
+    // What was painted while the compositor was busy with the picture before.
+    showPainted();
+    updateReadiness();
+}
+
+void WaylandWindow::presented(double time) {
+    system_.presented(time);
+}
+
+QPointF WaylandWindow::onScreen(QPointF at) const {
+    const QRectF place = frame();
+    return place.topLeft() + QPointF(at.x(), points().height() - at.y());
+}
+
+MouseEvent WaylandWindow::eventAt(QPointF at) const {
+    return {.location = {at.x(), points().height() - at.y()}, .screenLocation = onScreen(at)};
+}
+
+void WaylandWindow::keyPressed(const KeyEvent& event) {
+    delegate_.keyDown(event);
+}
+
+void WaylandWindow::pointerMoved(QPointF at) {
+    delegate_.mouse(NativeWindowDelegate::Mouse::Moved, eventAt(at));
+}
+
+void WaylandWindow::buttonPressed(Button button, QPointF at) {
+    using Mouse = NativeWindowDelegate::Mouse;
+    const Mouse what = button == Button::Left    ? Mouse::LeftDown
+                       : button == Button::Right ? Mouse::RightDown
+                                                 : Mouse::OtherDown;
+    delegate_.mouse(what, eventAt(at));
+}
+
+void WaylandWindow::keyboardChanged() {
+    system_.keyboardMoved();
+}
+
+}  // namespace platform::wayland

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QSocketNotifier>
+#include <memory>
+#include <vector>
+
+#include "platform/window/NativeWindow.h"
+#include "platform/window/wayland/BufferRing.h"
+#include "platform/window/wayland/ShellSurface.h"
+
+namespace platform::wayland {
+
+class WaylandSystem;
+
+// One window of the program's own on a Wayland compositor: an overlay where it
+// fills a display or has a level, else an ordinary window. The surface exists
+// while the window is shown and nothing keeps it down. Main thread.
+class WaylandWindow final : public NativeWindow, public InputTarget, public ShellSurfaceOwner {
+  public:
+    // The system and the delegate outlive the window.
+    WaylandWindow(WaylandSystem& system, const NativeWindowOptions& options,
+                  NativeWindowDelegate& delegate);
+    ~WaylandWindow() override;
+
+    [[nodiscard]] std::int64_t number() const override { return number_; }
+    [[nodiscard]] WindowRef reference() const override { return {}; }
+    [[nodiscard]] bool isDrawable() const override { return true; }
+    [[nodiscard]] bool exists() override { return true; }
+    [[nodiscard]] QRectF frame() const override;
+    void setFrame(const QRectF& frame) override;
+    [[nodiscard]] QSizeF size() const override { return QSizeF(points()); }
+    [[nodiscard]] QSize pixelSize() const override;
+    [[nodiscard]] double scale() const override;
+    [[nodiscard]] std::optional<Screen> screen() const override;
+    void show() override;
+    void raise() override {}
+    void hide() override;
+    void keepOnTop() override {}
+    void takeKeyboard() override;
+    [[nodiscard]] bool hasKeyboard() const override;
+    [[nodiscard]] bool isShown() const override { return shown_; }
+    [[nodiscard]] bool isSeen() const override;
+    void setIgnoresMouse(bool ignores) override;
+    void setCursorHidden(bool hidden) override;
+    void setOpacity(double) override {}
+    [[nodiscard]] SurfaceMaker surfaceMaker(const SurfaceOptions& options) override;
+
+    // For the system: keeps an overlay down while something says so.
+    void setKeptDown(bool keptDown);
+    [[nodiscard]] bool isOverlay() const;
+    // Whether the window, when shown, hides all that is below on its display.
+    [[nodiscard]] bool hidesOverlays() const { return shown_ && isOverlay() && isOpaque(); }
+    [[nodiscard]] int level() const { return options_.window.level; }
+    [[nodiscard]] QString outputName() const;
+    // Displays came, went or changed.
+    void outputsChanged();
+    // The hidden pointer is the system's wish now, or no more.
+    void cursorChanged();
+    // Where a point of the window lies, as Screen::frame; y down in the window.
+    [[nodiscard]] QPointF onScreen(QPointF at) const;
+
+  private:
+    static const wl_callback_listener kAgain;
+    void keyPressed(const KeyEvent& event) override;
+    void pointerMoved(QPointF at) override;
+    void buttonPressed(Button button, QPointF at) override;
+    void keyboardChanged() override;
+    [[nodiscard]] bool hidesCursor() const override;
+    void surfaceConfigured(QSize size) override;
+    void surfaceRescaled() override;
+    void surfaceTaken() override;
+    void closeAsked() override;
+    void frameDone() override;
+    void presented(double time) override;
+
+    [[nodiscard]] bool isOpaque() const { return options_.window.opaque; }
+    [[nodiscard]] bool fillsDisplay() const;
+    [[nodiscard]] const Output* output() const;
+    [[nodiscard]] QSize points() const;
+    [[nodiscard]] MouseEvent eventAt(QPointF at) const;
+    // Makes the surface, or ends it, as all wishes together say.
+    void follow();
+    void makeSurface();
+    void endSurface();
+    void showPainted();
+    void updateReadiness();
+
+    WaylandSystem& system_;
+    Connection& connection_;
+    NativeWindowOptions options_;
+    NativeWindowDelegate& delegate_;
+    const std::int64_t number_;
+    bool shown_ = false;
+    bool keptDown_ = false;
+    bool takesKeyboard_;
+    int takenTimes_ = 0;
+    QSize configured_;  // points; empty where the compositor left it open
+    QString outputName_;
+    bool ready_ = true;
+    const std::shared_ptr<BufferRing> ring_;
+    ShmBuffers buffers_;
+    std::unique_ptr<ShellSurface> surface_;
+    Proxy<wl_callback> again_;  // while a surface that was taken may come back
+    std::vector<QRect> damage_, boxes_;
+    QSocketNotifier painted_;
+};
+
+}  // namespace platform::wayland

@@ -1,0 +1,237 @@
+// SPDX-License-Identifier: MIT
+// The saver on Wayland: on a compositor of the test's own, and on a real one.
+#include <gtest/gtest.h>
+#include <linux/input-event-codes.h>
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QJsonValue>
+
+#include "tests/hosts/saver/Programma.h"
+#include "tests/support/wayland/Compositor.h"
+#include "tests/support/wayland/Sway.h"
+
+namespace {
+
+using brixtel::aandeelGroen;
+using brixtel::Programma;
+using wltest::Compositor;
+using wltest::Frames;
+
+wltest::Options tweeSchermen() {
+    wltest::Options opties;
+    opties.outputs = {{.name = "A"}, {.name = "B", .mode = {800, 600}, .at = {640, 0}}};
+    opties.frames = Frames::Always;
+    return opties;
+}
+
+// The saver on the compositor of a test.
+class Saver : public Programma {
+  public:
+    explicit Saver(const Compositor& compositor) {
+        zet(QStringLiteral("WAYLAND_DISPLAY"), compositor.address());
+        zet(QStringLiteral("XDG_RUNTIME_DIR"), map());
+    }
+};
+
+bool toont(Compositor& compositor, std::size_t vensters) {
+    return until([&] { return compositor.shown().size() == vensters; });
+}
+
+const QStringList kRegen{QStringLiteral("--keuze=regen")};
+
+TEST(SaverOpWayland, VultElkSchermMetEenEigenBovenlaag) {
+    Compositor compositor(tweeSchermen());
+    Saver saver(compositor);
+    saver.start(kRegen);
+    ASSERT_TRUE(toont(compositor, 2)) << saver.fouten().toStdString();
+    const auto vensters = compositor.shown();
+    EXPECT_EQ(vensters[0].output, "A");
+    EXPECT_EQ(vensters[0].logical, QSize(640, 480));
+    EXPECT_EQ(vensters[1].output, "B");
+    EXPECT_EQ(vensters[1].logical, QSize(800, 600));
+    for (const auto& venster : vensters) {
+        EXPECT_EQ(venster.layer, 3U);
+        EXPECT_EQ(venster.keyboard, 1U);
+    }
+    EXPECT_TRUE(until([&] { return aandeelGroen(compositor.shown()[1].picture) > 0.005; }));
+}
+
+TEST(SaverOpWayland, EenToetsOfEenKlikIsHetEinde) {
+    for (const bool klik : {false, true}) {
+        Compositor compositor(tweeSchermen());
+        Saver saver(compositor);
+        saver.start(kRegen);
+        ASSERT_TRUE(toont(compositor, 2));
+        if (klik)
+            compositor.click({700, 100});
+        else
+            compositor.key(KEY_SPACE, true);
+        EXPECT_TRUE(saver.wacht());
+        EXPECT_EQ(saver.uitgang(), 0);
+        EXPECT_EQ(saver.fouten(), QByteArray());
+        EXPECT_TRUE(until([&] { return compositor.clients() == 0; }));
+    }
+}
+
+TEST(SaverOpWayland, EenEchteBewegingIsHetEindeEenKleineNiet) {
+    Compositor compositor(tweeSchermen());
+    Saver saver(compositor);
+    saver.start(kRegen);
+    ASSERT_TRUE(toont(compositor, 2));
+    compositor.pointerTo({100, 100});
+    compositor.pointerTo({130, 100});
+    const std::size_t eerst = compositor.shown()[0].commits.size();
+    ASSERT_TRUE(until([&] { return compositor.shown()[0].commits.size() > eerst + 3; }));
+    EXPECT_TRUE(saver.loopt());
+    EXPECT_TRUE(compositor.cursorHidden());
+    compositor.pointerTo({160, 100});
+    EXPECT_TRUE(saver.wacht());
+    EXPECT_EQ(saver.uitgang(), 0);
+}
+
+TEST(SaverOpWayland, SchermenKomenEnGaan) {
+    Compositor compositor(tweeSchermen());
+    Saver saver(compositor);
+    saver.start(kRegen);
+    ASSERT_TRUE(toont(compositor, 2));
+    compositor.removeOutput("B");
+    ASSERT_TRUE(toont(compositor, 1));
+    compositor.addOutput({.name = "C", .mode = {320, 240}, .at = {640, 0}});
+    ASSERT_TRUE(toont(compositor, 2));
+    EXPECT_EQ(compositor.shown()[1].output, "C");
+    EXPECT_TRUE(saver.loopt());
+}
+
+TEST(SaverOpWayland, OnzichtbaarWordtErNietsGetekend) {
+    Compositor compositor(tweeSchermen());
+    Saver saver(compositor);
+    saver.start(kRegen);
+    ASSERT_TRUE(toont(compositor, 2));
+    compositor.setFrames(Frames::ByHand);
+    // What was under way comes; the next picture waits for an answer.
+    int vorige = -1;
+    ASSERT_TRUE(until([&] {
+        const int nu = compositor.count("wl_surface", "commit");
+        const auto alle = compositor.shown();
+        const bool wachten = std::all_of(alle.begin(), alle.end(),
+                                         [](const auto& s) { return s.pendingFrames > 0; });
+        return std::exchange(vorige, nu) == nu && wachten;
+    }));
+    const int eerst = compositor.count("wl_surface", "commit");
+    // A key on neither surface: the program has had its turn when it ends.
+    compositor.key(KEY_SPACE, true);
+    EXPECT_TRUE(saver.wacht());
+    EXPECT_EQ(compositor.count("wl_surface", "commit"), eerst);
+}
+
+TEST(SaverOpWayland, ZonderBovenlagenIsHetEenVensterOverElkScherm) {
+    wltest::Options opties = tweeSchermen();
+    opties.globals.layerShell = false;
+    Compositor compositor(opties);
+    Saver saver(compositor);
+    saver.start(kRegen);
+    ASSERT_TRUE(toont(compositor, 2)) << saver.fouten().toStdString();
+    for (const auto& venster : compositor.shown()) {
+        EXPECT_EQ(venster.role, wltest::Role::Toplevel);
+        EXPECT_TRUE(venster.fullScreen);
+    }
+    EXPECT_EQ(compositor.shown()[1].output, "B");
+}
+
+TEST(SaverOpWayland, EenVensterHeeftDeGevraagdeMaat) {
+    Compositor compositor(tweeSchermen());
+    Saver saver(compositor);
+    saver.start({QStringLiteral("--keuze=regen"), QStringLiteral("--venster=300x200")});
+    ASSERT_TRUE(toont(compositor, 1)) << saver.fouten().toStdString();
+    EXPECT_EQ(compositor.shown()[0].logical, QSize(300, 200));
+    compositor.close(compositor.shown()[0].id);
+    EXPECT_TRUE(saver.wacht());
+    EXPECT_EQ(saver.uitgang(), 0);
+}
+
+TEST(SaverOpWayland, EenCompositorDieVerdwijntIsEenStilEinde) {
+    Compositor compositor(tweeSchermen());
+    Saver saver(compositor);
+    saver.start(kRegen);
+    ASSERT_TRUE(toont(compositor, 2));
+    compositor.die();
+    EXPECT_TRUE(saver.wacht());
+    EXPECT_EQ(saver.uitgang(), 0);
+    EXPECT_EQ(saver.fouten(), QByteArray());
+}
+
+TEST(SaverOpWayland, EenProtocolfoutIsEenRegelEnUitgangEen) {
+    Compositor compositor(tweeSchermen());
+    Saver saver(compositor);
+    saver.start(kRegen);
+    ASSERT_TRUE(toont(compositor, 2));
+    compositor.postError();
+    EXPECT_TRUE(saver.wacht());
+    EXPECT_EQ(saver.uitgang(), 1);
+    const QByteArray fouten = saver.fouten();
+    EXPECT_EQ(fouten.count('\n'), 1) << fouten.toStdString();
+    EXPECT_TRUE(fouten.startsWith("brixtel-saver: het venstersysteem verbrak de verbinding"));
+}
+
+TEST(SaverOpWayland, ZonderCompositorIsHetEenRegelEnUitgangEen) {
+    Programma saver;
+    saver.zet(QStringLiteral("WAYLAND_DISPLAY"), QStringLiteral("/bestaat/niet"));
+    saver.draai({QStringLiteral("--venstersysteem=wayland"), QStringLiteral("--keuze=regen")});
+    EXPECT_EQ(saver.uitgang(), 1);
+    EXPECT_EQ(saver.fouten(), QByteArray("brixtel-saver: er is geen scherm om op te tekenen; met "
+                                         "--plaatje kan het zonder\n"));
+}
+
+TEST(SaverOpWayland, WieX11VraagtKrijgtGeenWayland) {
+    Compositor compositor(tweeSchermen());
+    Saver saver(compositor);
+    saver.draai({QStringLiteral("--venstersysteem=x11"), QStringLiteral("--keuze=regen")});
+    EXPECT_EQ(saver.uitgang(), 1);
+    EXPECT_EQ(compositor.count("wl_display", "get_registry"), 0);
+}
+
+TEST(SaverOpWayland, EenOnbekendVenstersysteemIsVerkeerdGebruik) {
+    Programma saver;
+    saver.draai({QStringLiteral("--venstersysteem=papier")});
+    EXPECT_EQ(saver.uitgang(), 2);
+    EXPECT_TRUE(saver.fouten().contains("--venstersysteem kent wayland, x11 en auto"));
+}
+
+TEST(SaverOpWayland, DeMetingIsEenRegelMetBeelden) {
+    Compositor compositor(tweeSchermen());
+    Saver saver(compositor);
+    saver.draai({QStringLiteral("--keuze=regen"), QStringLiteral("--seconden=1"),
+                 QStringLiteral("--meet")});
+    EXPECT_EQ(saver.uitgang(), 0);
+    const QJsonObject meting = QJsonDocument::fromJson(saver.uit()).object();
+    EXPECT_GT(meting[QStringLiteral("beelden")].toInt(), 3);
+    EXPECT_EQ(meting[QStringLiteral("tekenaar")].toString(), QStringLiteral("cpu"));
+}
+
+TEST(SaverOpSway, RegentOpBeideSchermenEnEindigtDoorEenToets) {
+    wltest::Sway sway(2);
+    if (!sway.isRunning()) GTEST_SKIP() << sway.reason();
+    Programma saver;
+    saver.zet(QStringLiteral("WAYLAND_DISPLAY"), sway.address());
+    saver.zet(QStringLiteral("XDG_RUNTIME_DIR"), saver.map());
+    saver.start(kRegen);
+    for (const char* scherm : {"HEADLESS-1", "HEADLESS-2"})
+        ASSERT_TRUE(until([&] {
+            const QImage beeld = sway.picture(QLatin1String(scherm));
+            // Nothing is left of the background.
+            for (int y = 0; y < beeld.height(); ++y)
+                for (int x = 0; x < beeld.width(); ++x)
+                    if (beeld.pixel(x, y) == wltest::Sway::kBackground) return false;
+            return aandeelGroen(beeld) > 0.005;
+        })) << scherm;
+    if (!sway.type(QStringLiteral("q"))) GTEST_SKIP() << "wtype is not installed";
+    EXPECT_TRUE(saver.wacht());
+    EXPECT_EQ(saver.uitgang(), 0);
+    EXPECT_TRUE(until([&] {
+        const QImage beeld = sway.picture();
+        return !beeld.isNull() && beeld.pixel(100, 100) == wltest::Sway::kBackground;
+    }));
+}
+
+}  // namespace
