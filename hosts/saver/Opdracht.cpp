@@ -293,8 +293,7 @@ bool heeft(const Gegeven& gegeven, const char* naam) {
                        [&](const Optie* optie) { return optie->naam == QLatin1String(naam); });
 }
 
-// Checks the options that depend on each other, once all are read. Help and version accept
-// anything.
+// Checks the options against each other, once all are read. Help and version accept all.
 QString controleer(const Opdracht& opdracht, const Gegeven& gegeven) {
     if (opdracht.taak == Taak::Hulp || opdracht.taak == Taak::Versie) return {};
     for (const Optie* optie : gegeven)
