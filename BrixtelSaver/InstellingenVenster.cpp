@@ -134,10 +134,10 @@ void InstellingenVenster::sluit() {
     if (platform::SheetParent* const ouder = sheetParent())
         ouder->endSheet(*this);
     else
-        orderOut();
+        dismiss();
 }
 
-void InstellingenVenster::orderFront(const platform::WindowRef& above) {
+void InstellingenVenster::showAbove(const platform::WindowRef& above) {
     winId();  // makes the window
     platform::askForDarkFrame(*windowHandle());
     platform::askForTitleOnly(*windowHandle());
@@ -158,10 +158,10 @@ void InstellingenVenster::changeEvent(QEvent* event) {
         QMetaObject::invokeMethod(this, &QWidget::showNormal, Qt::QueuedConnection);
 }
 
-void InstellingenVenster::orderOut() {
+void InstellingenVenster::dismiss() {
     if (!isVisible()) return;
     hide();
-    tellOrderedOut();
+    tellDismissed();
 }
 
 QImage InstellingenVenster::picture() {

@@ -38,8 +38,8 @@ class InstellingenVenster final : public QDialog, public platform::Sheet {
     // Reports the marked mode, if one is marked, and closes.
     void sluit();
 
-    void orderFront(const platform::WindowRef& above) override;
-    void orderOut() override;
+    void showAbove(const platform::WindowRef& above) override;
+    void dismiss() override;
     [[nodiscard]] bool isShown() const override { return isVisible(); }
     [[nodiscard]] QImage picture() override;
 

@@ -82,11 +82,11 @@ void MatrixCentrale::rondAf(int nummer) {
     sluitend_.erase(gevonden);
     for (const Zwart& zwart : klaar->zwart) {
         zwart.tafereel->stop();
-        zwart.venster->orderOut();
+        zwart.venster->hide();
     }
     for (const Regen& regen : klaar->regen) {
         regen.regen->stop();
-        regen.venster->orderOut();
+        regen.venster->hide();
     }
     // The worlds of a black screen that was opened meanwhile stay.
     std::erase_if(drieWerelden_, [&](const auto& wereld) {

@@ -168,7 +168,7 @@ void MatrixCentrale::zetVrij(const Regen& regen) const {
 void MatrixCentrale::toonRegenVenster(Regen& regen) {
     regen.venster->setAlpha(0.0);
     regen.venster->setFrame(regen.scherm.frame);
-    regen.venster->orderFront();
+    regen.venster->show();
     Bovenlaag::zet(*regen.venster);
     if (!zwartAan()) regen.venster->fadeTo(1.0);
 }
@@ -203,7 +203,7 @@ void MatrixCentrale::werkRegenBij() {
         if (stand == RegenStand::aan && !zichtbaar)
             toonRegenVenster(regen);
         else if (stand != RegenStand::aan && zichtbaar)
-            regen.venster->orderOut();
+            regen.venster->hide();
     }
     if (stand_.waarde() != stand) stand_.zet(stand);
 }

@@ -135,7 +135,7 @@ MatrixCentrale::Zwart MatrixCentrale::maakZwart(const Screen& scherm, Opkomst op
     zwart.venster->setContentView(view);
     zwart.venster->setAlpha(opkomst == Opkomst::Meteen ? 1.0 : 0.0);
     zwart.venster->setFrame(scherm.frame);
-    zwart.venster->makeKeyAndOrderFront();
+    zwart.venster->showWithKeyboard();
     zwart.venster->makeFirstResponder(view.get());
     if (opkomst == Opkomst::Geleidelijk) zwart.venster->fadeTo(1.0);
     return zwart;
@@ -268,7 +268,7 @@ void MatrixCentrale::volgZwart(const std::vector<Screen>& schermen) {
     const platform::Window* const metToetsen = bronnen_.server.keyWindow();
     const bool gaat = std::any_of(weg.begin(), weg.end(),
                                   [=](const Zwart& z) { return z.venster.get() == metToetsen; });
-    if (gaat || !metToetsen) zwart_.back().venster->makeKey();
+    if (gaat || !metToetsen) zwart_.back().venster->takeKeyboard();
     for (const Zwart& zwart : weg)
         vergeetWereld(zwart);
 }

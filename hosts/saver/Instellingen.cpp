@@ -25,14 +25,14 @@ QString toonInstellingen(const Opdracht& opdracht, const ModuleLader& module, in
         doorSignaal = signaal;
         QCoreApplication::exit();
     });
-    blad->onOrderedOut([] { QCoreApplication::exit(); });
+    blad->onDismissed([] { QCoreApplication::exit(); });
     std::optional<platform::SheetOnWindow> bij;
     if (opdracht.boven)
         bij.emplace(blad, *opdracht.boven);
     else
-        blad->orderFront({});
+        blad->showAbove({});
     QCoreApplication::exec();
-    blad->onOrderedOut({});
+    blad->onDismissed({});
     // The program that started this process reads the picked mode here.
     const QByteArray gekozen = view->pickedInSheet().toUtf8();
     if (gekozen.isEmpty()) return {};

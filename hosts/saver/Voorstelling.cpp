@@ -97,9 +97,9 @@ void Voorstelling::bladIsOpen(bool open) {
         if (!doek.venster->reference().isEmpty()) continue;
         // The sheet cannot be placed above such a window, which would hide it.
         if (open)
-            doek.venster->orderOut();
+            doek.venster->hide();
         else
-            doek.venster->makeKeyAndOrderFront();
+            doek.venster->showWithKeyboard();
     }
 }
 
@@ -128,7 +128,7 @@ void Voorstelling::toonOp(const Screen& scherm) {
     doek.view->onInvoer([this] { einde(); });
     doek.view->onInstellingen([this, venster = doek.venster.get()] { toonInstellingen(*venster); });
     doek.venster->setCursorHidden(true);
-    doek.venster->makeKeyAndOrderFront();
+    doek.venster->showWithKeyboard();
     doek.venster->makeFirstResponder(doek.view.get());
     doeken_.push_back(std::move(doek));
 }
@@ -175,7 +175,7 @@ void Voorstelling::toonVenster() {
                               {.volledig = wissel,
                                .terug = [this, wissel] { volledig_ ? wissel() : einde(); },
                                .sluit = [this] { einde(); }});
-    doek.venster->makeKeyAndOrderFront();
+    doek.venster->showWithKeyboard();
     doek.venster->makeFirstResponder(doek.view.get());
     doeken_.push_back(std::move(doek));
 }
@@ -198,7 +198,7 @@ void Voorstelling::straksAls(platform::WindowStyle stijl) {
         v.maakVenster(doek, stijl, naarVol ? scherm->frame : v.eigenFrame_);
         doek.venster->setContentView(doek.view);
         doek.venster->setCursorHidden(naarVol);
-        doek.venster->makeKeyAndOrderFront();
+        doek.venster->showWithKeyboard();
         doek.venster->makeFirstResponder(doek.view.get());
         v.volledig_ = naarVol;
     });
@@ -213,7 +213,7 @@ void Voorstelling::toonBijGastheer() {
     zonderVenster_ = maat.isEmpty();
     const bool klein = maat.width() < kKlein.width() && maat.height() < kKlein.height();
     vul(doek, {QPointF(0, 0), maat}, opdracht_.voorvertoning || klein);
-    doek.venster->orderFront();
+    doek.venster->show();
     doeken_.push_back(std::move(doek));
 }
 

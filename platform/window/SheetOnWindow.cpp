@@ -8,7 +8,7 @@ namespace platform {
 SheetOnWindow::SheetOnWindow(std::shared_ptr<Sheet> sheet, const WindowRef& window)
     : sheet_(std::move(sheet)) {
     sheet_->setSheetParent(this);
-    sheet_->orderFront(window);
+    sheet_->showAbove(window);
 }
 
 SheetOnWindow::~SheetOnWindow() {
@@ -20,7 +20,7 @@ void SheetOnWindow::endSheet(Sheet& sheet) {
     // The sheet's end may drop this object.
     const auto ended = std::exchange(sheet_, nullptr);
     ended->setSheetParent(nullptr);
-    ended->orderOut();
+    ended->dismiss();
 }
 
 }  // namespace platform

@@ -64,11 +64,11 @@ class Window : public ViewHost {
     [[nodiscard]] std::int64_t windowNumber() const;
 
     // Shows the window. Front puts it above its equals; key gives it the keyboard too.
-    void orderFront();
-    void makeKeyAndOrderFront();
+    void show();
+    void showWithKeyboard();
     // Gives the keyboard to the window, if it is shown and can have it.
-    void makeKey();
-    void orderOut();
+    void takeKeyboard();
+    void hide();
     [[nodiscard]] bool isVisible() const;
 
     [[nodiscard]] virtual bool canBecomeKey() const;
@@ -106,7 +106,7 @@ class Window : public ViewHost {
     friend class WindowServer;
     [[nodiscard]] Window* asWindow() override { return this; }
     void detached(const View* view) override;
-    void show(bool asKey);
+    void present(bool withKeyboard);
     void raise();
 
     WindowServer& server_;

@@ -61,7 +61,7 @@ class Blad : public testing::Test {
             platform::ScreenSaverContext{
                 .clock = klok, .random = toeval, .notifications = berichten});
         venster->setContentView(view);
-        venster->makeKeyAndOrderFront();
+        venster->showWithKeyboard();
         SaverInstellingen::zetKeuze(SaverKeuze::logo);
         view->startAnimation();
         ASSERT_TRUE(until([this] { return venster->statistics().frames > 0; }, 20'000));

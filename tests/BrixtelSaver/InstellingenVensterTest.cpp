@@ -214,7 +214,7 @@ TEST_F(Venster, TheVeryButtonCountsNotOneThatLooksTheSame) {
 
 TEST_F(Venster, KlaarReportsTheMarkedModeAlsoIfItWasNotChanged) {
     const auto venster = maakMet(SaverKeuze::bol);
-    venster->orderFront({});
+    venster->showAbove({});
     klaarKnop(*venster)->click();
     EXPECT_EQ(gemeld, std::vector{SaverKeuze::bol});
     EXPECT_FALSE(venster->isShown());
@@ -234,7 +234,7 @@ TEST_F(Venster, WithNoneMarkedItClosesWithoutReporting) {
     const auto venster = maak();
     losGroep(*venster);
     venster->knoppen()[0]->setChecked(false);
-    venster->orderFront({});
+    venster->showAbove({});
     venster->sluit();
     EXPECT_TRUE(gemeld.empty());
     EXPECT_FALSE(venster->isShown());
@@ -250,7 +250,7 @@ TEST_F(Venster, AttachedAsASheetItsParentIsAskedToEndIt) {
     const auto venster = maak();
     Ouder ouder;
     venster->setSheetParent(&ouder);
-    venster->orderFront({});
+    venster->showAbove({});
     venster->sluit();
     EXPECT_EQ(ouder.geeindigd, std::vector<platform::Sheet*>{venster.get()});
     // That is the parent's to do.
@@ -261,7 +261,7 @@ TEST_F(Venster, AttachedAsASheetItsParentIsAskedToEndIt) {
 TEST_F(Venster, TheParentTakesItAwayAndLetsItGo) {
     const auto venster = maak();
     int weg = 0;
-    venster->onOrderedOut([&] { ++weg; });
+    venster->onDismissed([&] { ++weg; });
     platform::SheetOnWindow ouder(venster, {});
     EXPECT_EQ(venster->sheetParent(), &ouder);
     EXPECT_TRUE(venster->isShown());
@@ -274,8 +274,8 @@ TEST_F(Venster, TheParentTakesItAwayAndLetsItGo) {
 TEST_F(Venster, ShownWithoutASheetParentItClosesByOrderingOut) {
     const auto venster = maak();
     int weg = 0;
-    venster->onOrderedOut([&] { ++weg; });
-    venster->orderFront({});
+    venster->onDismissed([&] { ++weg; });
+    venster->showAbove({});
     EXPECT_TRUE(venster->isShown());
     venster->sluit();
     EXPECT_FALSE(venster->isShown());
@@ -286,7 +286,7 @@ TEST_F(Venster, PressingReturnReportsTheMarkedModeOnceThenEnds) {
     for (const int toets : {Qt::Key_Return, Qt::Key_Enter}) {
         gemeld.clear();
         const auto venster = maakMet(SaverKeuze::logo);
-        venster->orderFront({});
+        venster->showAbove({});
         druk(*venster, toets, QStringLiteral("\r"));
         EXPECT_EQ(gemeld, std::vector{SaverKeuze::logo});
         EXPECT_FALSE(venster->isShown());
@@ -295,7 +295,7 @@ TEST_F(Venster, PressingReturnReportsTheMarkedModeOnceThenEnds) {
 
 TEST_F(Venster, NothingButKlaarClosesIt) {
     const auto venster = maak();
-    venster->orderFront({});
+    venster->showAbove({});
     druk(*venster, Qt::Key_Escape);
     EXPECT_TRUE(venster->isShown());
     venster->close();  // as the window manager asks for it
@@ -307,7 +307,7 @@ TEST_F(Venster, NothingButKlaarClosesIt) {
 
 TEST_F(Venster, TheMarkedButtonHasTheKeyboardAndArrowsChoose) {
     const auto venster = maakMet(SaverKeuze::bol);
-    venster->orderFront({});
+    venster->showAbove({});
     ASSERT_TRUE(until([&] { return venster->knoppen()[2]->hasFocus(); }));
     druk(*venster->knoppen()[2], Qt::Key_Down);
     EXPECT_EQ(aan(*venster), std::vector{3});

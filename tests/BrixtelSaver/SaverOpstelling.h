@@ -19,8 +19,8 @@ using brixtel::SaverInstellingen;
 using brixtel::SaverKeuze;
 
 struct EenBlad : platform::Sheet {
-    void orderFront(const platform::WindowRef&) override {}
-    void orderOut() override {}
+    void showAbove(const platform::WindowRef&) override {}
+    void dismiss() override {}
     bool isShown() const override { return false; }
     QImage picture() override { return {}; }
 };
