@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The format of landen.bin: one raw DEFLATE stream of, all little-endian and
-// unaligned,
+// The format of landen.bin: one raw DEFLATE stream of these fields, little-endian and
+// unaligned.
 //
 //   offset 0   6 bytes   "BXGEO1"
 //          6   u16       number of countries

@@ -15,10 +15,10 @@ using platform::Workspace;
 
 namespace {
 
-// The black screen takes the keyboard back from another program after this many seconds,
+// The black screen takes the keyboard back from another program after this many seconds.
 constexpr double kToetsenRust = 0.25;
-// and at most this many times in a row, where a row has less than kStrijd seconds between
-// two times.
+// The keyboard is taken back at most this many times in a row; a row has less than
+// kStrijd seconds between two times.
 constexpr int kMeesteKeren = 5;
 constexpr double kStrijd = 1.5;
 
@@ -60,7 +60,7 @@ void MatrixCentrale::sluitAlles() {
     sluitRegen();
 }
 
-// --- going out ---
+// --- closing ---
 
 void MatrixCentrale::laatUitgaan(Sluitend sluitend, double duur) {
     const int nummer = sluitend.nummer = ++laatsteNummer_;
@@ -99,7 +99,7 @@ void MatrixCentrale::rondAf(int nummer) {
     if (hadWerelden && !zwartAan()) platform::releaseFreeMemory();
 }
 
-// --- what happens around it ---
+// --- events of the desktop ---
 
 void MatrixCentrale::veranderd(Workspace::Change wat) {
     if (wat != Workspace::Change::FrontmostApplication) werkRegenBij();

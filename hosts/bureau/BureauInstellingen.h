@@ -17,7 +17,7 @@ enum class Flits { gewoon, zacht, uit };
 // The share of the flash that shows, 0...1.
 [[nodiscard]] double flitsDeel(Flits flits);
 
-// What the user chose for the desktop effects.
+// The user's choices for the desktop effects.
 struct BureauKeuzes {
     double dichtheid = 0.7;          // 0...1
     double snelheid = 1.0;           // 0.2...4, times the usual

@@ -26,7 +26,7 @@ class Klant {
     [[nodiscard]] QString stand(QString& mis) const;
 
   private:
-    // Waits for the answer.
+    // Makes the call and waits for its answer.
     [[nodiscard]] QDBusMessage roep(const QDBusMessage& bericht) const;
 
     QDBusConnection verbinding_;

@@ -25,7 +25,7 @@ struct BusBeeld {
 QDBusArgument& operator<<(QDBusArgument& uit, const BusBeeld& beeld);
 const QDBusArgument& operator>>(const QDBusArgument& in, BusBeeld& beeld);
 
-// What a tray shows with the pointer on the icon: the interface's (sa(iiay)ss).
+// The tooltip of the icon in a tray: the interface's (sa(iiay)ss).
 struct BusHulp {
     QString titel;
     QString tekst;

@@ -49,7 +49,7 @@ QString zetNaam(QString& doel, const QString& waarde, QLatin1String naam,
 // The name in a word that is an option; empty for another word.
 [[nodiscard]] QString optieNaam(const QString& woord);
 
-// What there is to say about a word that is none of the options' names.
+// The error for a word that names no option.
 [[nodiscard]] QString onbekend(const QString& woord, const QStringList& namen);
 
 // Reads the option at `plaats`, and its value if that is the next word. Returns the error.

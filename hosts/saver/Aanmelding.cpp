@@ -26,7 +26,7 @@ using programmalijst::Staat;
 
 constexpr off_t kGrootste = 1 << 20;
 
-// A file that is open, closed when it is dropped.
+// An open file, closed when dropped.
 class Open {
   public:
     explicit Open(int nummer) : nummer_(nummer) {}

@@ -31,7 +31,7 @@ class HostView : public platform::View {
     // Sets the action for the key "i", which is then no other input.
     void onInstellingen(std::function<void()> actie) { onInstellingen_ = std::move(actie); }
 
-    // What the user asks of a window of its own; there no other key or click ends it.
+    // The user's commands to a window of its own; no other key or click ends such a window.
     struct EigenVenster {
         std::function<void()> volledig;  // F11, a double click: into full screen, or back
         std::function<void()> terug;     // Escape: out of full screen, or out altogether

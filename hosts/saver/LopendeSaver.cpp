@@ -53,7 +53,8 @@ bool LopendeSaver::neem() {
     if (!open()) return true;
     if (flock(bestand_, LOCK_EX | LOCK_NB) != 0) return false;
     const QByteArray nummer = QByteArray::number(getpid()) + '\n';
-    // Whoever cannot write it down is not found by another call, and shows all the same.
+    // A saver that cannot write its number is not found by another call, and shows all the
+    // same.
     if (ftruncate(bestand_, 0) == 0) [[maybe_unused]]
         const auto geschreven = pwrite(bestand_, nummer.constData(), std::size_t(nummer.size()), 0);
     return true;

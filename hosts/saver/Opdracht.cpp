@@ -262,7 +262,7 @@ QString bijWelke(unsigned bij) {
     return opsomming(namen, QLatin1String("of"));
 }
 
-// What is wrong with an option that belongs to another call than this one.
+// The error of an option that belongs to another call than this one.
 QString hoortElders(const Optie& optie, Taak taak) {
     const auto [naam, bit] = aanroep(taak);
     if (optie.bij == 0 || (optie.bij & bit) != 0) return {};
@@ -293,7 +293,7 @@ bool heeft(const Gegeven& gegeven, const char* naam) {
                        [&](const Optie* optie) { return optie->naam == QLatin1String(naam); });
 }
 
-// What only shows once everything has been read. Help and version take anything.
+// Checks the options against each other, once all are read. Help and version accept all.
 QString controleer(const Opdracht& opdracht, const Gegeven& gegeven) {
     if (opdracht.taak == Taak::Hulp || opdracht.taak == Taak::Versie) return {};
     for (const Optie* optie : gegeven)

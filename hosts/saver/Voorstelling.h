@@ -39,7 +39,7 @@ class Voorstelling {
     // Whether the host's window was not there when it was to be drawn in.
     [[nodiscard]] bool zonderVenster() const { return zonderVenster_; }
 
-    // Of the first window: the main screen's.
+    // The statistics of the first window, the main screen's.
     [[nodiscard]] platform::WindowStatistics stand() const;
 
   private:

@@ -23,8 +23,8 @@ class Descriptor {
     int number_;
 };
 
-// Writes all of the bytes: 0, or the error's number. A reader that goes away
-// gives EPIPE and no signal.
+// Writes all bytes: 0, or the error's number. A reader that goes away gives EPIPE and no
+// signal.
 [[nodiscard]] int writeAll(int descriptor, std::string_view bytes);
 
 }  // namespace platform

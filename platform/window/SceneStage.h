@@ -34,7 +34,8 @@ class SceneStage {
     // `isKept`: the picture still holds the scene as it was drawn last.
     bool draw(const SceneFrame& scene, const PixelGrid& grid, const PixelBuffer& picture,
               bool isKept);
-    // What of the picture the last draw into one may have changed, in its pixels.
+    // The parts of the picture that the last draw in memory may have changed, in its
+    // pixels.
     [[nodiscard]] std::span<const QRect> changed() const { return changed_; }
     bool draw(const SceneFrame& scene, const PixelGrid& grid);
 

@@ -23,8 +23,8 @@ struct Screen {
     // All displays, in the system's order; none without a display.
     [[nodiscard]] static std::vector<Screen> all();
     [[nodiscard]] static std::optional<Screen> main();
-    // The one with most of a rectangle, as in frame; the main one for a rectangle
-    // that lies on none.
+    // The screen with most of a rectangle, in the space of frame; the main screen for a
+    // rectangle outside all screens.
     [[nodiscard]] static std::optional<Screen> under(const QRectF& rect);
 
     friend bool operator==(const Screen&, const Screen&) = default;

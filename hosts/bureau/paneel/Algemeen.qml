@@ -2,7 +2,7 @@
 import QtQuick
 import Brixtel.Controls
 
-// What concerns the program as a whole.
+// The settings of the program as a whole.
 Column {
     property var paneel
     spacing: 8

@@ -100,7 +100,7 @@ QVariantList PaneelStaat::saverKeuzes() const {
     return lijst;
 }
 
-// --- what the user wishes ---
+// --- the user's wishes ---
 
 // Signals the change in any case, since the owner may refuse the wish.
 void PaneelStaat::zetRegen(bool aan) {

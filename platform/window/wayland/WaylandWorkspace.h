@@ -7,9 +7,8 @@ namespace platform::wayland {
 
 class WaylandSystem;
 
-// What can be known of a desktop on Wayland: little, for no program may look at
-// another. The keyboard finds its own way back, and windows are always composited.
-// Main thread.
+// The little that a Wayland desktop reveals: no program may look at another. The keyboard
+// returns by itself, and windows are always composited. Main thread.
 class WaylandWorkspace final : public NativeWorkspace {
   public:
     // The system outlives the workspace.
