@@ -216,7 +216,7 @@ bool WaylandWindow::hidesCursor() const {
     return options_.cursorHidden || system_.hidesCursor();
 }
 
-NativeWindow::SurfaceMaker WaylandWindow::surfaceMaker(const SurfaceOptions& options) {
+NativeWindow::SurfaceMaker WaylandWindow::surfaceMaker(const SurfaceOptions&) {
     return [ring = ring_](int) { return std::make_unique<ShmSurface>(ring); };
 }
 
