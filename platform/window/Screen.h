@@ -23,7 +23,7 @@ struct Screen {
     // All of them, in the system's order; none without a display.
     [[nodiscard]] static std::vector<Screen> all();
     [[nodiscard]] static std::optional<Screen> main();
-    // The one with most of a rectangle, as in frame; the main one for a rectangle
+    // The screen with most of a rectangle, as in frame; the main one for a rectangle
     // that lies on none.
     [[nodiscard]] static std::optional<Screen> under(const QRectF& rect);
 

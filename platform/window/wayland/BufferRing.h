@@ -43,7 +43,8 @@ class Buffer {
     State state_ = State::Free;
     // Where the picture differs from the newest one.
     std::vector<QRect> missed_;
-    // Of the main thread: the compositor's names for it, with alpha and without.
+    // The compositor's names for the buffer, with alpha and without; the main
+    // thread's.
     Proxy<wl_buffer> withAlpha_, opaque_;
     ShmBuffers* names_ = nullptr;
 };
@@ -101,7 +102,7 @@ class BufferRing {
     const int file_;
     mutable std::mutex mutex_;
     std::vector<std::unique_ptr<Buffer>> buffers_;
-    // Of another size than the window's; the main thread ends them.
+    // Buffers of another size than the window's; the main thread ends them.
     std::vector<std::unique_ptr<Buffer>> retired_;
     QSize size_;
     Buffer* painted_ = nullptr;

@@ -17,7 +17,7 @@ constexpr double kWorthJoining = 1.5;
 // Writes into `boxes` (emptied first) at most four boxes that hold all the
 // rectangles: joined where that wastes least, down to four, and further while
 // their area stays below 1.5 times the rectangles' sum. Empty rectangles count
-// for nothing. Allocates nothing once `boxes` has grown.
+// for nothing. Plain values; any thread. Allocates nothing once `boxes` has grown.
 void joinDamage(std::span<const QRect> rects, std::vector<QRect>& boxes);
 
 }  // namespace platform::wayland

@@ -22,7 +22,7 @@ int sane(std::uint32_t length) {
 
 }  // namespace
 
-// What the compositor tells, handed to the surface that is the data.
+// Hands what the compositor tells to the surface that is the data.
 struct ShellSurface::Listeners {
     static ShellSurface& of(void* data) { return *static_cast<ShellSurface*>(data); }
     static const wl_surface_listener kSurface;

@@ -11,8 +11,8 @@
 
 namespace platform::wayland {
 
-// Who a shell surface tells of what becomes of it. Main thread; a call may end the
-// surface.
+// A shell surface tells its owner of what becomes of it. Main thread; a call may end
+// the surface.
 class ShellSurfaceOwner {
   public:
     // A size in points; each dimension is 0 where the compositor leaves it open.

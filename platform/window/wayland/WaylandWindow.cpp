@@ -243,7 +243,7 @@ void WaylandWindow::surfaceTaken() {
     endSurface();
     delegate_.visibilityChanged();
     if (again_) return;
-    // What comes with the news may be that the display is gone.
+    // The display may be gone too, and the compositor says so in the same breath.
     again_.reset(wl_display_sync(connection_.display()));
     wl_callback_add_listener(again_.get(), &kAgain, this);
 }
@@ -268,7 +268,7 @@ void WaylandWindow::updateReadiness() {
 }
 
 void WaylandWindow::frameDone() {
-    // What was painted while the compositor was busy with the picture before.
+    // A picture painted meanwhile has its turn.
     showPainted();
     updateReadiness();
 }

@@ -7,9 +7,9 @@ namespace platform::wayland {
 
 class WaylandSystem;
 
-// What can be known of a desktop on Wayland: little, for no program may look at
-// another. The keyboard finds its own way back, and windows are always composited.
-// Main thread.
+// The little that is known of a desktop on Wayland, where no program may look at
+// another. Owned by the system. The keyboard finds its own way back, and windows are always
+// composited. Main thread.
 class WaylandWorkspace final : public NativeWorkspace {
   public:
     // The system outlives the workspace.
