@@ -16,12 +16,13 @@ namespace brixtel {
 namespace {
 
 constexpr double kWisselTijd = 60.0;  // seconds
-// In the preview, frames per second.
+// The preview's frames per second.
 constexpr int kBeeldenKlein = 30;
-// A window that is being dragged larger gets its new rain once it rests.
+// A window that is dragged larger gets its new rain this long after its last change of
+// size.
 constexpr double kMaatRust = 0.15;
-// Where a display's scale is not whole, a window learns its size in points only once it is
-// shown: until then it is rounded.
+// Where a display's scale is not whole, a window learns its exact size in points only when
+// it is shown; until then the size is rounded by at most this.
 constexpr double kAfronding = 1.0;
 
 bool isOngeveer(QSizeF een, QSizeF ander) {
@@ -107,7 +108,7 @@ void BrixtelSaverView::toon(SaverKeuze keuze) {
         laat(keuze);
         return;
     }
-    // The first may be the scene shown before; only a tick never repeats one.
+    // The first scene may be the one shown before; only a tick never repeats a scene.
     const SaverKeuze eerste = alleScenes.at(context().random.below(alleScenes.size()));
     wisselKlok_ = platform::Timer(context().clock, {.interval = kWisselTijd, .repeats = true},
                                   [this] { wissel(); });
@@ -124,7 +125,7 @@ void BrixtelSaverView::wissel() {
 void BrixtelSaverView::laat(SaverKeuze keuze) {
     const bool regent = keuze == SaverKeuze::regen || geenDrie_;
     const bool eerste = !huidige_;
-    // Where it rains in place of every scene, the rain goes on.
+    // Rain that stands in for every scene goes on.
     if (!regent || !regen()) weg();
     huidige_ = keuze;
     if (regen()) return;

@@ -11,22 +11,21 @@
 
 namespace brixtel {
 
-// The configuration sheet with the widget library that it is built of, in a
-// plugin of its own: a saver at work never needs it, and loads nothing of it.
-// Main thread.
+// The configuration sheet and its widget library, in a plugin of its own: a running saver
+// never loads it. Main thread.
 class InstellingenModule {
   public:
     virtual ~InstellingenModule() = default;
 
-    // The one in which sheets can be made, for a program that shows them.
+    // The application in which sheets can be made, for a program that shows them.
     [[nodiscard]] virtual std::unique_ptr<QCoreApplication> maakToepassing(int& argc,
                                                                            char** argv) = 0;
-    // None in a program whose application is of another kind.
+    // Makes the sheet; none in a program with an application of another kind.
     [[nodiscard]] virtual std::shared_ptr<platform::Sheet> maak(
         std::function<void(SaverKeuze)> klaar) = 0;
 
-    // Loads it at the first call, from beside the module's own file; it stays
-    // loaded. None if it is not there.
+    // Loads the plugin at the first call, from beside the module's own file; the plugin
+    // stays loaded. None where the file is absent.
     static InstellingenModule* laad();
 };
 

@@ -44,10 +44,14 @@ void tekenKnop(const QStyleOptionButton& hoe, QPainter& painter) {
     painter.setPen(QPen(hoe.palette.color(QPalette::Highlight), 1.0));
     painter.setBrush(onder);
     painter.drawRoundedRect(opHalven(hoe.rect), kHoek, kHoek);
+    if (!hoe.state.testFlag(QStyle::State_HasFocus)) return;
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(opHalven(hoe.rect).adjusted(3.0, 3.0, -3.0, -3.0), kHoek - 3.0,
+                            kHoek - 3.0);
 }
 
 void tekenFocus(const QStyleOption& hoe, QPainter& painter) {
-    painter.setPen(QPen(hoe.palette.color(QPalette::Mid), 1.0, Qt::DotLine));
+    painter.setPen(QPen(hoe.palette.color(QPalette::Highlight), 1.0));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(opHalven(hoe.rect), 3.0, 3.0);
 }

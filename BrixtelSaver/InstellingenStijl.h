@@ -6,15 +6,15 @@
 
 namespace brixtel {
 
-// How the sheet's controls look, the same on every desktop: round marks in the
-// tint of their button, a rounded button, and a thin ring around what has the
-// keyboard. Colours come from the palette.
+// The look of the sheet's controls, the same on every desktop: round marks in the tint of
+// their button, a rounded button, and a thin ring around the control with the keyboard.
+// Colours come from the palette.
 class InstellingenStijl final : public QProxyStyle {
   public:
-    // The one there is; made at first use, after the QApplication.
+    // The process-wide style object, made at first use, after the QApplication.
     static QStyle* gedeeld();
 
-    // Where a radio button's palette holds the colour of its mark.
+    // The role of a radio button's palette that holds the colour of its mark.
     static constexpr QPalette::ColorRole kTint = QPalette::Text;
 
     void drawPrimitive(PrimitiveElement deel, const QStyleOption* hoe, QPainter* painter,

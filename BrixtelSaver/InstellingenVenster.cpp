@@ -62,13 +62,13 @@ InstellingenVenster::InstellingenVenster(Klaar klaar)
     for (std::size_t i = 0; i < knoppen_.size(); ++i)
         maakKnop(i, bewaard);
     QPushButton* const klaarKnop = maakKlaarKnop();
-    // A style is not handed down to children.
+    // Children do not inherit a style.
     for (QWidget* kind : findChildren<QWidget*>())
         kind->setStyle(style());
     for (QRadioButton* knop : knoppen_)
         connect(knop, &QRadioButton::clicked, this, [this, knop] { gekozenKnop(knop); });
     connect(klaarKnop, &QPushButton::clicked, this, [this] { sluit(); });
-    // Whatever has the focus: on some desktops Return presses that.
+    // Return presses "Klaar" on any focus; on some desktops it would press the focused button.
     for (const auto toets : {Qt::Key_Return, Qt::Key_Enter}) {
         auto* const return_ = new QShortcut(toets, this);
         return_->setAutoRepeat(false);
@@ -117,7 +117,7 @@ QPushButton* InstellingenVenster::maakKlaarKnop() {
 
 void InstellingenVenster::gekozenKnop(const QAbstractButton* knop) {
     for (QRadioButton* een : knoppen_) {
-        // Qt keeps the last one of a group on.
+        // Qt keeps the last button of an exclusive group on.
         een->setAutoExclusive(false);
         een->setChecked(een == knop);
     }
@@ -134,11 +134,11 @@ void InstellingenVenster::sluit() {
     if (platform::SheetParent* const ouder = sheetParent())
         ouder->endSheet(*this);
     else
-        orderOut();
+        dismiss();
 }
 
-void InstellingenVenster::orderFront(const platform::WindowRef& above) {
-    winId();  // so that there is a window to speak of
+void InstellingenVenster::showAbove(const platform::WindowRef& above) {
+    winId();  // makes the window
     platform::askForDarkFrame(*windowHandle());
     platform::askForTitleOnly(*windowHandle());
     if (const auto plaats = platform::placeOf(above)) {
@@ -152,16 +152,16 @@ void InstellingenVenster::orderFront(const platform::WindowRef& above) {
 
 void InstellingenVenster::changeEvent(QEvent* event) {
     QDialog::changeEvent(event);
-    // Some window managers offer it all the same, and over a full screen nobody
-    // would find it again.
+    // Some window managers offer to minimise the sheet all the same, and over a full screen
+    // nobody would find it again.
     if (event->type() == QEvent::WindowStateChange && isMinimized())
         QMetaObject::invokeMethod(this, &QWidget::showNormal, Qt::QueuedConnection);
 }
 
-void InstellingenVenster::orderOut() {
+void InstellingenVenster::dismiss() {
     if (!isVisible()) return;
     hide();
-    tellOrderedOut();
+    tellDismissed();
 }
 
 QImage InstellingenVenster::picture() {

@@ -15,35 +15,35 @@ class QRadioButton;
 
 namespace brixtel {
 
-// The configuration sheet: a dark panel of 380 by 286 points with the six modes,
-// the stored one marked. "Klaar", or Return, hands the marked mode over and
-// closes it; there is no other way to close it. Writes nothing itself. Needs a
-// QApplication. Main thread.
+// The configuration sheet: a dark panel of 380 by 286 points with the six modes, the stored
+// one marked. "Klaar", or Return, hands the marked mode over and closes the sheet; there is
+// no other way to close it. The sheet itself stores nothing. Needs a QApplication. Main
+// thread.
 class InstellingenVenster final : public QDialog, public platform::Sheet {
   public:
     using Klaar = std::function<void(SaverKeuze)>;
 
-    // `klaar` is called once, with the marked mode, as the sheet closes.
+    // Calls `klaar` once, with the marked mode, as the sheet closes.
     explicit InstellingenVenster(Klaar klaar);
     explicit InstellingenVenster(QWidget* parent, Qt::WindowFlags flags = {}) = delete;
     ~InstellingenVenster() override;
 
-    // The button at an index belongs to that entry of `alleKeuzes`.
+    // The buttons, in the order of `alleKeuzes`.
     [[nodiscard]] const std::array<QRadioButton*, alleKeuzes.size()>& knoppen() const {
         return knoppen_;
     }
 
-    // A choice was clicked: marks that very button, and unmarks the others.
+    // Marks the clicked button alone, and unmarks the others.
     void gekozenKnop(const QAbstractButton* knop);
-    // Reports the marked mode, if there is one, and closes.
+    // Reports the marked mode, if one is marked, and closes.
     void sluit();
 
-    void orderFront(const platform::WindowRef& above) override;
-    void orderOut() override;
+    void showAbove(const platform::WindowRef& above) override;
+    void dismiss() override;
     [[nodiscard]] bool isShown() const override { return isVisible(); }
     [[nodiscard]] QImage picture() override;
 
-    // Escape and the window manager's wish to close: not a way to close it.
+    // Escape and the window manager's close request do not close the sheet.
     void reject() override {}
 
   protected:
@@ -53,13 +53,13 @@ class InstellingenVenster final : public QDialog, public platform::Sheet {
     void maakOpschrift(const QString& tekst, const QFont& font, const QColor& kleur, QRect vak);
     void maakKnop(std::size_t plaats, SaverKeuze bewaard);
     QPushButton* maakKlaarKnop();
-    // From the panel's y-up points to Qt's.
+    // Converts the panel's y-up points to Qt's.
     [[nodiscard]] static QRect omgekeerd(QRect vak);
 
     std::array<QRadioButton*, alleKeuzes.size()> knoppen_{};
     const Klaar klaar_;
     QWidget* inhoud_ = nullptr;
-    std::shared_ptr<void> onder_;  // its hold on what it was last shown above
+    std::shared_ptr<void> onder_;  // its hold on the window below it
 };
 
 }  // namespace brixtel

@@ -6,9 +6,9 @@
 
 namespace brixtel {
 
-// Black over a new picture, which fades in a quarter of a second from the first frame on.
-// A picture that is first shown later than that, as by a clock that leaps, is seen at once.
-// Main thread; the clock outlives the view.
+// Black over a new picture; the black fades out in a quarter of a second from the first
+// frame on. A first frame that comes later than that, as after a leap of the clock, shows
+// the picture at once. Main thread; the clock outlives the view.
 class Opkomst final : public platform::View {
   public:
     static constexpr double kDuur = 0.25;  // seconds

@@ -19,8 +19,8 @@ SaverKeuze SaverInstellingen::keuze() {
 
 void SaverInstellingen::zetKeuze(SaverKeuze keuze) {
     if (const auto winkel = opslag()) winkel->setString(kSleutel, ruweWaarde(keuze));
-    // The store is looked up once more to be written out, whether or not there
-    // was one to put the value in.
+    // The store is looked up once more and written out, even where there was none to put
+    // the value in.
     if (const auto winkel = opslag()) winkel->synchronize();
 }
 

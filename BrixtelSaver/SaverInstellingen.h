@@ -8,21 +8,21 @@
 
 namespace brixtel {
 
-// The one place where the chosen mode is kept between runs: key "keuze" in the
-// module's own preferences, holding the raw value. Main thread.
+// The only store of the chosen mode between runs: key "keuze" in the module's own
+// preferences, with the raw value. Main thread.
 class SaverInstellingen final {
   public:
     SaverInstellingen() = delete;
 
     static constexpr QLatin1String moduleNaam{"nl.groenlicht.brixtel.saver"};
 
-    // The store, asked for anew each time; none where there is none.
+    // The store, looked up at each call; none where it is absent.
     static std::unique_ptr<platform::Preferences> opslag();
 
-    // `wisselend` when nothing, or nothing valid, is stored.
+    // The stored mode; `wisselend` when none, or no valid one, is stored.
     static SaverKeuze keuze();
 
-    // Stored and written out at once; without a store nothing happens.
+    // Stores the mode and writes it out at once; without a store nothing happens.
     static void zetKeuze(SaverKeuze keuze);
 };
 

@@ -10,7 +10,7 @@ struct Regel {
     QLatin1String naam;
 };
 
-// By the number of the case.
+// The rows are indexed by the number of the case.
 constexpr std::array<Regel, alleKeuzes.size()> kRegels{{
 #define AFWISSELING(ruw, naam) {QLatin1String(#ruw), QLatin1String(naam)},
 #define VLAK(ruw, naam, ...) {QLatin1String(#ruw), QLatin1String(naam)},

@@ -8,8 +8,8 @@
 
 namespace brixtel {
 
-// What the saver shows: one scene, or another one every minute. The cases come from the
-// table of scenes, so that a 3D scene has the raw value of its DrieSoort.
+// The saver's mode: one scene, or another scene every minute. The cases come from the table
+// of scenes, so that a 3D scene has the raw value of its DrieSoort.
 enum class SaverKeuze : std::uint8_t {
 #define AFWISSELING(ruw, ...) ruw,
 #define VLAK(ruw, ...) ruw,
@@ -17,7 +17,7 @@ enum class SaverKeuze : std::uint8_t {
 #include "worlds/Scenes.def"
 };
 
-// In the order in which they are offered.
+// All modes, in the order of menus.
 inline constexpr std::array alleKeuzes{
 #define AFWISSELING(ruw, ...) SaverKeuze::ruw,
 #define VLAK(ruw, ...) SaverKeuze::ruw,
@@ -25,20 +25,20 @@ inline constexpr std::array alleKeuzes{
 #include "worlds/Scenes.def"
 };
 
-// The same without the mode that changes: one scene each.
+// The modes of one scene each, without the rotating mode.
 inline constexpr std::array alleScenes{
 #define VLAK(ruw, ...) SaverKeuze::ruw,
 #define DRIE(ruw, ...) SaverKeuze::ruw,
 #include "worlds/Scenes.def"
 };
 
-// The raw value, which is what is stored: the case's own name.
+// The raw value, which is stored: the case's own name.
 [[nodiscard]] QString ruweWaarde(SaverKeuze keuze);
 
-// None for anything but exactly one of the raw values.
+// The mode of a raw value; none for any other text.
 [[nodiscard]] std::optional<SaverKeuze> keuzeUitRuw(QStringView ruw);
 
-// What the user reads.
+// The name for the user.
 [[nodiscard]] QString naam(SaverKeuze keuze);
 
 }  // namespace brixtel

@@ -12,7 +12,6 @@
 
 #include "platform/render/QualityLadder.h"
 #include "platform/render/SceneSnapshot.h"
-#include "platform/render/cpu/CpuDrawer.h"
 #include "platform/scene/DrawList.h"
 #include "platform/time/MediaClock.h"
 #include "platform/time/ProcessUsage.h"
@@ -27,7 +26,6 @@ struct Settings {
     double scale = 1.0;
     int frames = 60;
     int rung = 0;  // negative: as the ladder finds it, for 50 frames a second
-    bool memory = false;
     bool gpu = false;
     QString still;
 };
@@ -49,7 +47,6 @@ class Measurement {
     Measurement(SceneSnapshot& drawer, const Settings& settings)
         : drawer_(drawer),
           settings_(settings),
-          picture_(settings.size, QImage::Format_RGB32),
           ladder_({.budget = 1.0 / 50.0, .firstRung = kFirstSoftwareRung}) {}
 
     QJsonObject run(const QString& name) {
@@ -64,8 +61,6 @@ class Measurement {
         return report(name);
     }
 
-    [[nodiscard]] const QImage& picture() const { return picture_; }
-
   private:
     [[nodiscard]] SceneQuality quality() const {
         return settings_.rung < 0 ? ladder_.quality()
@@ -75,13 +70,7 @@ class Measurement {
     void measure(const DrawList& list, bool counts) {
         const double wall = clock_.now();
         const double cpu = processUsage().cpuSeconds;
-        if (settings_.memory) {
-            const PixelBuffer buffer{reinterpret_cast<std::uint32_t*>(picture_.bits()),
-                                     static_cast<int>(picture_.bytesPerLine() / 4), settings_.size};
-            drawer_.renderer().draw(list, buffer, settings_.scale, quality());
-        } else {
-            drawer_.render(list, settings_.size, settings_.scale, quality());
-        }
+        drawer_.render(list, settings_.size, settings_.scale, quality());
         const double seconds = clock_.now() - wall;
         if (settings_.rung < 0 && !counts) ladder_.frameCost(seconds);
         if (!counts) return;
@@ -97,7 +86,6 @@ class Measurement {
             {QStringLiteral("width"), settings_.size.width()},
             {QStringLiteral("height"), settings_.size.height()},
             {QStringLiteral("renderer"), QString::fromStdString(drawer_.rendererName())},
-            {QStringLiteral("memory"), settings_.memory},
             {QStringLiteral("rung"), settings_.rung < 0 ? ladder_.rung() : settings_.rung},
             {QStringLiteral("samples"), real.samples},
             {QStringLiteral("resolution"), real.resolution},
@@ -115,7 +103,6 @@ class Measurement {
     SceneSnapshot& drawer_;
     const Settings settings_;
     SystemClock clock_;
-    QImage picture_;
     QualityLadder ladder_;
     Costs costs_;
 };
@@ -128,7 +115,6 @@ Settings settingsFrom(const QCommandLineParser& parser) {
     settings.frames = std::max(1, parser.value(QStringLiteral("beelden")).toInt());
     settings.rung = std::min(parser.value(QStringLiteral("sport")).toInt(),
                              static_cast<int>(kQualityRungs.size()) - 1);
-    settings.memory = parser.isSet(QStringLiteral("geheugen"));
     settings.gpu = parser.isSet(QStringLiteral("gpu"));
     settings.still = parser.value(QStringLiteral("plaatje"));
     return settings;
@@ -151,7 +137,6 @@ int main(int argc, char** argv) {
     option("beelden", "frames", "N", "60");
     option("sport", "rung of the quality ladder; -1: as it settles", "N", "0");
     option("scene", "cube, tunnel, blocks or globe; all of them by default", "NAME");
-    option("geheugen", "into memory, for software OpenGL");
     option("gpu", "the GPU's own clock");
     option("plaatje", "leaves the last frame as PREFIX-SCENE.png", "PREFIX");
     parser.process(app);
@@ -170,8 +155,7 @@ int main(int argc, char** argv) {
         std::printf("%s\n", QJsonDocument(result).toJson(QJsonDocument::Compact).constData());
         std::fflush(stdout);
         if (settings.still.isEmpty()) continue;
-        const QImage picture = settings.memory ? measurement.picture() : drawer->lastPicture();
-        picture.save(QStringLiteral("%1-%2.png").arg(settings.still, name));
+        drawer->lastPicture().save(QStringLiteral("%1-%2.png").arg(settings.still, name));
     }
     return 0;
 }

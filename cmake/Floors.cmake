@@ -13,6 +13,9 @@ endif()
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
 
+# What is built holds no path of the build folder, whatever its length.
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+
 add_library(brixtel_flags INTERFACE)
 target_include_directories(brixtel_flags INTERFACE "${PROJECT_SOURCE_DIR}")
 target_compile_definitions(brixtel_flags INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_KEYWORDS

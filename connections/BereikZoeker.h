@@ -9,23 +9,22 @@
 
 namespace brixtel {
 
-// Finds the range that a number is in among many, by their ascending starts. A
-// plain binary search of so long a list waits for memory at every step. This
-// one first turns to the page for the number's highest bits, and where that
-// holds many starts, as the crowded pages of IPv6 do, halves its way through
-// every 32nd of them, which lie together. A list that does not ascend gives
-// some place in it, never one outside.
+// Finds a number's range among many by their ascending starts. A plain binary search of
+// such a long list waits for memory at every step. This search first turns to the page of
+// the number's highest bits. In a page with many starts, such as the crowded pages of IPv6,
+// it halves its way through every 32nd start, which lie together. A list that does not
+// ascend gives some place in it, never one outside.
 template <typename Getal>
 class BereikZoeker {
   public:
-    // Of an empty list.
+    // A searcher of an empty list.
     BereikZoeker() = default;
 
     explicit BereikZoeker(const std::vector<Getal>& starts) {
         if (starts.empty()) return;
         const int breedte = std::bit_width(*std::max_element(starts.begin(), starts.end()));
         verschuif_ = std::max(0, breedte - kBits);
-        // How many starts lie before each page: counted, then added up.
+        // The number of starts before each page: counted, then added up.
         voor_.resize((std::size_t{1} << std::min(breedte, kBits)) + 1);
         for (const Getal start : starts)
             ++voor_[static_cast<std::size_t>(start >> verschuif_) + 1];
@@ -36,8 +35,8 @@ class BereikZoeker {
             mijlpalen_.push_back(starts[i]);
     }
 
-    // The place of the last of `starts` that is not above `sleutel`, which is
-    // not below the first. `starts` is the list that this was made of.
+    // The place of the last of `starts` that is not above `sleutel`. `sleutel` is not below
+    // the first start; `starts` is the list given to the constructor.
     [[nodiscard]] std::size_t zoek(Getal sleutel, const std::vector<Getal>& starts) const {
         const auto blad = static_cast<std::size_t>(sleutel >> verschuif_);
         if (blad >= voor_.size() - 1) return starts.size() - 1;
@@ -57,8 +56,8 @@ class BereikZoeker {
     static constexpr int kBits = 16;
     static constexpr std::size_t kStap = 32;
 
-    // The last from `laag` up to `hoog` that is not above `sleutel`, which the
-    // first is not. Without branches: none of them could be predicted.
+    // The place of the last number from `laag` up to `hoog` that is not above `sleutel`;
+    // the first never is. The loop has no branches, since none could be predicted.
     static std::size_t halveer(const std::vector<Getal>& lijst, std::size_t laag, std::size_t hoog,
                                Getal sleutel) {
         const Getal* begin = lijst.data() + laag;

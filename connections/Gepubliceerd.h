@@ -9,11 +9,11 @@
 
 namespace brixtel {
 
-// A subscription: dropping it ends it, also from inside its own receiver.
-// Move-only; may outlive what it follows. Main thread only.
+// A subscription: dropping it ends it, also from inside its own receiver. Move-only; may
+// outlive the value. Main thread only.
 class Abonnement {
   public:
-    Abonnement() = default;  // of nothing
+    Abonnement() = default;  // an empty subscription
     Abonnement(Abonnement&&) = default;
     Abonnement& operator=(Abonnement&&) = default;
     Abonnement(const Abonnement&) = delete;
@@ -28,14 +28,13 @@ class Abonnement {
     platform::Observation houvast_;
 };
 
-// A value that others follow. A subscriber is told the current value at once,
-// while it subscribes, and then every value that is set, equal to the last or
-// not, in the order in which the subscribers came. Only its owner sets it;
-// others get it by const reference.
+// A value with subscribers. A subscriber receives the current value at once, while it
+// subscribes, and then every value that is set, equal to the last or not, in the order in
+// which the subscribers came. Only its owner sets the value; others get it by const
+// reference.
 //
-// A receiver may subscribe, unsubscribe, set the value anew (everyone is then
-// told the newer value, and the older goes no further) or destroy the owner.
-// Main thread only.
+// A receiver may subscribe, unsubscribe, set the value anew (everyone then receives the
+// newer value, and the older goes no further) or destroy the owner. Main thread only.
 template <typename T>
 class Gepubliceerd {
   public:
@@ -62,7 +61,7 @@ class Gepubliceerd {
     }
 
     void zet(T waarde) {
-        // Held, since a receiver may destroy the owner.
+        // A receiver may destroy the owner, so the state is held here.
         const std::shared_ptr<Stand> stand = stand_;
         const auto nieuw = std::make_shared<const T>(std::move(waarde));
         stand->waarde = nieuw;

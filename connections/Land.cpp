@@ -19,6 +19,6 @@ QString Land::naam() const {
 std::size_t std::hash<brixtel::Land>::operator()(const brixtel::Land& land) const noexcept {
     std::size_t som = std::hash<std::string>()(land.code);
     for (const double graden : {land.breedte, land.lengte})
-        som = som * 31 + std::hash<double>()(graden);  // which is the same for 0.0 and -0.0
+        som = som * 31 + std::hash<double>()(graden);  // the same hash for 0.0 and -0.0
     return som;
 }

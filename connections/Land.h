@@ -8,9 +8,9 @@
 
 namespace brixtel {
 
-// A country and where it lies: a plain value, equal by all three fields. The
-// code is the region's, two letters in UTF-8 ("NL"); latitude and longitude
-// are in degrees, north and east positive.
+// A country and its place: a plain value, equal by all three fields. The code is the
+// region's, two letters in UTF-8 ("NL"); latitude and longitude are in degrees, north and
+// east positive.
 struct Land {
     std::string code = {};
     double breedte = 0.0;

@@ -26,7 +26,7 @@ T getal(Bytes data, std::size_t plaats) {
     return qFromLittleEndian<T>(data.data() + plaats);
 }
 
-// Takes the next `aantal` numbers off the front of the data.
+// Removes the next `aantal` numbers from the front of the data and returns them.
 template <typename T>
 std::vector<T> neem(Bytes& data, std::size_t aantal) {
     std::vector<T> getallen(aantal);
@@ -42,7 +42,7 @@ Land leesLand(Bytes data) {
             .lengte = static_cast<double>(getal<float>(data, 6))};
 }
 
-// Unpacks as much as comes out, making room up to the limit.
+// Unpacks as much as possible, and grows the buffer up to the limit.
 bool vul(z_stream& z, std::vector<std::uint8_t>& uit) {
     int stand = Z_OK;
     while (stand == Z_OK) {
@@ -71,7 +71,8 @@ std::optional<std::vector<std::uint8_t>> pakUit(Bytes stroom) {
     if (inflateInit2(&z, kRauw) != Z_OK) return std::nullopt;
     z.next_in = const_cast<Bytef*>(stroom.data());
     z.avail_in = static_cast<uInt>(stroom.size());
-    // A table shrinks to a third or so: mostly the first guess is room enough.
+    // A packed table is about a third of its size, so the first guess is mostly large
+    // enough.
     std::vector<std::uint8_t> uit(std::clamp(stroom.size() * 4, kRuimte, kLandenGrens));
     const bool goed = vul(z, uit);
     uit.resize(z.total_out);

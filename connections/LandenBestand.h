@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The format of landen.bin: one raw DEFLATE stream of, all little-endian and
-// unaligned,
+// The format of landen.bin: one raw DEFLATE stream of these fields, little-endian and
+// unaligned.
 //
 //   offset 0   6 bytes   "BXGEO1"
 //          6   u16       number of countries
@@ -12,8 +12,8 @@
 //       then   u64 each  IPv6 starts (the upper half of the address), ascending
 //       then   u8 each   the country of each IPv6 range
 //
-// A range runs to the next start. An index that is no country's marks a range
-// that belongs to none.
+// A range runs to the next start. An index beyond the countries marks a range without a
+// country.
 #pragma once
 
 #include <cstddef>
@@ -29,11 +29,11 @@
 namespace brixtel {
 
 inline constexpr std::string_view kLandenMerk = "BXGEO1";
-// Behind the name of the file that a checksum is of.
+// The ending of a checksum file's name, after the whole name of its file.
 inline constexpr std::string_view kLandenSom = ".crc32";
 inline constexpr std::size_t kLandenKopMaat = 16;
 inline constexpr std::size_t kLandMaat = 10;
-// No table comes near this size unpacked; a stream that goes beyond is not one.
+// The limit of an unpacked table, far above any real one; a longer stream is not a table.
 inline constexpr std::size_t kLandenGrens = std::size_t{64} << 20;
 
 struct LandenKop {
@@ -41,7 +41,7 @@ struct LandenKop {
     std::uint32_t v4Tal = 0;
     std::uint32_t v6Tal = 0;
 
-    // How long the unpacked file is by these counts.
+    // The length of the unpacked file for these counts.
     [[nodiscard]] std::uint64_t maat() const;
 };
 
@@ -53,19 +53,19 @@ struct LandenInhoud {
     std::vector<std::uint8_t> v6Land;
 };
 
-// The stream unpacked; nothing when it is damaged, cut off, or grows beyond kLandenGrens.
+// Unpacks the stream; nothing when it is damaged, cut off, or grows beyond kLandenGrens.
 [[nodiscard]] std::optional<std::vector<std::uint8_t>> pakUit(std::span<const std::uint8_t> stroom);
 
-// The checksum of the packed stream, as the file beside it has it: the CRC-32 as
-// eight hexadecimal digits and a line feed.
+// The checksum of the packed stream, as its checksum file holds it: the CRC-32 as eight
+// hexadecimal digits and a line feed.
 [[nodiscard]] std::string somVan(std::span<const std::uint8_t> stroom);
 
-// The counts; nothing when the data is too short (a table of no bytes after its
-// head is no table) or does not begin with the mark.
+// Reads the counts; nothing when the data is too short (a head alone is no table) or does
+// not begin with the mark.
 [[nodiscard]] std::optional<LandenKop> leesKop(std::span<const std::uint8_t> data);
 
-// The whole table. Empty where leesKop() has nothing. Data shorter than its own
-// counts claim stops the process, after a line on standard error.
+// Reads the whole table. Empty where leesKop() gives nothing. Data shorter than its counts
+// claim stops the process, after a line on standard error.
 [[nodiscard]] LandenInhoud leesLanden(std::span<const std::uint8_t> data);
 
 }  // namespace brixtel

@@ -19,13 +19,13 @@ namespace brixtel {
 
 namespace {
 
-// Any address of this library tells in which file it lies.
+// The address of this variable identifies the module's file.
 const char kHier = 0;
 
 constexpr std::size_t kSomGrens = 64;  // bytes
 
-// The region of the user's locale; LC_ADDRESS is the part that says where one
-// lives. Empty when the locale has none.
+// The region of the user's locale, from LC_ADDRESS, the category of postal addresses. Empty
+// when the locale has none.
 std::string regio() {
     for (const char* const naam : {"LC_ALL", "LC_ADDRESS", "LANG"}) {
         const char* const waarde = std::getenv(naam);
@@ -38,7 +38,7 @@ std::span<const std::uint8_t> alsBytes(const std::string& tekst) {
     return {reinterpret_cast<const std::uint8_t*>(tekst.data()), tekst.size()};
 }
 
-// Empty when it cannot be read, or is not what its checksum says.
+// Reads a file; empty when it is unreadable or fails its checksum.
 std::string leesHeel(const std::string& pad) {
     std::string bytes = platform::readRegularFile(pad, kLandenGrens).bytes;
     const auto som = platform::readRegularFile(pad + std::string(kLandenSom), kSomGrens);
@@ -94,7 +94,7 @@ const Land* LandenTabel::zoek6(const std::uint8_t* bytes) const {
 }
 
 const Land* LandenTabel::vind(std::string_view adres) const {
-    // No address is longer than this leaves room for; cut off, one is still none.
+    // The buffer holds every valid address; a longer text is cut off and stays invalid.
     std::array<char, INET6_ADDRSTRLEN + 1> tekst{};
     adres.copy(tekst.data(), tekst.size() - 1);
 

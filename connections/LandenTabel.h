@@ -15,20 +15,20 @@
 
 namespace brixtel {
 
-// In which country an internet address lies, and where that is on the globe.
+// Finds the country of an internet address, and the country's place on the globe.
 //
-// The table is read once, at the first question, and kept. A file that is
-// missing or damaged leaves it empty without a word: no address then has a
-// country, and home is the Netherlands. So does a file that is not what the
-// checksum beside it says; without one nothing is checked. A file that claims to
-// hold more than it does stops the process, after a line on standard error.
+// The table is read once, at the first question, and kept. A missing or damaged file, or
+// one that fails the checksum in the file beside it, silently leaves the table empty: no
+// address has a country, and home is the Netherlands. Without a checksum file nothing is
+// checked. A file that claims to hold more than it does stops the process, after a line on
+// standard error.
 //
-// Any thread may ask; the first to do so reads the file while others wait.
+// Any thread may ask; the first thread reads the file while others wait.
 class LandenTabel {
   public:
-    // Of the module's own resource "landen.bin".
+    // Uses the module's own resource "landen.bin".
     LandenTabel() = default;
-    // Of another file; it is read at the first question.
+    // Uses another file, read at the first question.
     explicit LandenTabel(std::filesystem::path bestand) : bestand_(std::move(bestand)) {}
     LandenTabel(const LandenTabel&) = delete;
     LandenTabel& operator=(const LandenTabel&) = delete;
@@ -39,9 +39,8 @@ class LandenTabel {
     // The countries, in the order of the file; empty before the first question.
     [[nodiscard]] const std::vector<Land>& landen() const;
 
-    // The country of a bare IPv4 or IPv6 address: no brackets, port or zone.
-    // Nothing when it is no such address or belongs to no country. Does not
-    // allocate.
+    // The country of a bare IPv4 or IPv6 address: no brackets, port or zone. Nothing for
+    // other text or an address without a country. Does not allocate.
     [[nodiscard]] std::optional<Land> land(std::string_view adres);
 
     // The country of the user's locale, else the table's Netherlands, else the
@@ -52,10 +51,10 @@ class LandenTabel {
     void laad();
     [[nodiscard]] LandenInhoud leesBestand() const;
     [[nodiscard]] const Land* vind(std::string_view adres) const;
-    // By the bytes of an address, as the network has them.
+    // Finds the country of an address in network byte order.
     [[nodiscard]] const Land* zoek4(const std::uint8_t* bytes) const;
     [[nodiscard]] const Land* zoek6(const std::uint8_t* bytes) const;
-    // The country in force at `sleutel`, by the last start that is not above it.
+    // The country of the last start that is not above `sleutel`.
     template <typename Getal>
     [[nodiscard]] const Land* zoek(Getal sleutel, const std::vector<Getal>& starts,
                                    const std::vector<std::uint8_t>& indexen,

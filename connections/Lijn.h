@@ -9,7 +9,7 @@
 
 namespace brixtel {
 
-// What the machine has to do with one country: a plain value, equal by all fields.
+// The connections of the machine with one country: a plain value, equal by all fields.
 struct Lijn {
     Land land = {};
     std::vector<std::string> programmas = {};  // distinct, ascending, UTF-8

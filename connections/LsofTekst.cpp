@@ -63,7 +63,7 @@ class Groepering {
 
     LandenTabel& tabel_;
     std::string_view programma_ = "?";
-    std::optional<std::string> nette_;  // of programma_, once it is needed
+    std::optional<std::string> nette_;  // of programma_, made when it is needed
     std::unordered_map<Land, Groep> groepen_;
 };
 
@@ -80,7 +80,7 @@ std::string_view verAdres(std::string_view naam) {
 }
 
 std::string netteNaam(std::string_view naam) {
-    // As lsof cuts them off, and before its escapes are undone.
+    // The names as lsof cuts them off, before its escapes are decoded.
     using Paar = std::pair<std::string_view, std::string_view>;
     static constexpr std::array<Paar, 7> kNamen{{{"Google Chrome He", "Chrome"},
                                                  {"Google", "Chrome"},

@@ -19,7 +19,7 @@ namespace {
 using namespace Qt::StringLiterals;
 using Rij = std::array<QString, 3>;
 
-// Whether a name could steer a terminal with it, or have it write backwards.
+// Whether a character in a name could control a terminal or reverse its writing direction.
 bool stuurt(char32_t teken) {
     switch (QChar::category(teken)) {
         case QChar::Other_Control:
@@ -40,7 +40,7 @@ QString leesbaar(const QString& tekst) {
     return QString::fromUcs4(reinterpret_cast<const char32_t*>(tekens.constData()), tekens.size());
 }
 
-// JSON in which those are written by their number, so that their names stay whole.
+// Writes control characters in JSON as numeric escapes, so that names stay whole.
 QByteArray metNummers(const QByteArray& json) {
     QString tekst;
     for (const QChar teken : QString::fromUtf8(json)) {
@@ -93,7 +93,8 @@ std::optional<Lijn> lijnVan(const QJsonObject& object) {
     const auto breedte = graden(object[u"breedte"_s], 90.0);
     const auto lengte = graden(object[u"lengte"_s], 180.0);
     auto programmas = teksten(object[u"programmas"_s]);
-    // Not a whole number, or beyond 64 bits: the default, which is refused.
+    // An `aantal` that is no whole number, or exceeds 64 bits, gives the default, which is
+    // refused.
     const qint64 aantal = object[u"aantal"_s].toInteger(-1);
     if (!code.isString() || !breedte || !lengte || !programmas || aantal < 0) return std::nullopt;
     return Lijn{

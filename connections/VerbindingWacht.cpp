@@ -9,7 +9,7 @@
 namespace brixtel {
 
 namespace {
-constexpr double kSpeling = 0.15;  // of the interval, by which the timer may be late
+constexpr double kSpeling = 0.15;  // the part of the interval by which the timer may be late
 }
 
 VerbindingWacht::VerbindingWacht(platform::MediaClock& klok, Bron bron)
@@ -20,7 +20,7 @@ VerbindingWacht::~VerbindingWacht() {
 }
 
 VerbindingWacht& VerbindingWacht::gedeeld() {
-    // The table first, so that it is still there while the watcher ends.
+    // The table is made before the watcher, so that it outlives the watcher.
     static LandenTabel& tabel = LandenTabel::gedeeld();
     static platform::SystemClock klok;
     static VerbindingWacht wacht(klok, {.tabel = tabel});
@@ -43,7 +43,7 @@ void VerbindingWacht::gebruik(const std::string& sleutel, bool aan, double elke)
     klok_.invalidate();
     if (nieuw <= 0.0) return;
     if (oud == 0.0) kijk();
-    // The timer is the watcher's own and goes with it.
+    // The watcher owns the timer, which ends with it.
     klok_ = platform::Timer(mediaKlok_,
                             {.interval = nieuw, .repeats = true, .tolerance = nieuw * kSpeling},
                             [this] { kijk(); });
@@ -68,7 +68,7 @@ void VerbindingWacht::toon(std::vector<Lijn> lijnen) {
     bezig_ = false;
     const auto leeft = std::weak_ptr(leeft_);
     totaal_.zet(totaalVan(lijnen));
-    // Someone who was told the total may have dropped the watcher.
+    // A subscriber that received the total may have dropped the watcher.
     if (!leeft.expired()) lijnen_.zet(std::move(lijnen));
 }
 
@@ -86,7 +86,7 @@ std::optional<std::vector<Lijn>> VerbindingWacht::probeer(const Bron& bron,
                                         .mostBytes = kMeesteBytes,
                                         .mostSeconds = bron.seconden},
                                        stop, &einde);
-    // lsof ends with 1 where there are no connections.
+    // lsof exits with 1 where there are no connections.
     if (!uit || (einde == platform::ToolEnd::failed && uit->text().empty())) return std::nullopt;
     return groepeer(uit->text(), bron.tabel);
 }

@@ -42,8 +42,7 @@ BXRijBasis {
 
             readonly property string hulptekst: rij.open ? "Verberg de opties" : "Toon de opties"
             Accessible.role: Accessible.Button
-            Accessible.name: hulptekst
-            Accessible.description: rij.titel
+            Accessible.name: hulptekst + " van " + rij.titel
             Accessible.onPressAction: druk()
 
             BXTekst {
@@ -59,6 +58,12 @@ BXRijBasis {
             BXFocusRand { anchors.margins: 2; toon: pijl.toonFocus }
         }
         BXHulp { objectName: "hulp"; bij: pijl; tekst: pijl.hulptekst }
+        // The title opens and closes too; the keyboard and screen readers have the button.
+        MouseArea {
+            objectName: "titelvlak"
+            anchors { left: pijl.right; right: statusTekst.left; top: parent.top; bottom: parent.bottom }
+            onClicked: rij.wissel()
+        }
         BXVlak {
             objectName: "accent"
             x: rij.rand + 9 + 6

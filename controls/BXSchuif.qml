@@ -15,6 +15,15 @@ BXSchuifBasis {
     Accessible.role: Accessible.Slider
     Accessible.name: naam
     Accessible.description: tekst
+    // With a modifier a key is for others.
+    Keys.onPressed: (toets) => {
+        if (toets.modifiers & ~Qt.KeypadModifier) return;
+        if (toets.key === Qt.Key_Home) kies(minimumValue);
+        else if (toets.key === Qt.Key_End) kies(maximumValue);
+        else return;
+        toets.accepted = true;
+    }
+
     Accessible.onIncreaseAction: verhoog()
     Accessible.onDecreaseAction: verlaag()
 
@@ -52,6 +61,14 @@ BXSchuifBasis {
         MouseArea {
             anchors.fill: parent
             preventStealing: true
+            // Of a wheel with steps smaller than a notch; a notch is one step.
+            property int rest: 0
+            onWheel: (wiel) => {
+                rest += wiel.angleDelta.y;
+                const stappen = Math.trunc(rest / 120);
+                rest -= 120 * stappen;
+                if (stappen !== 0) schuif.verzet(stappen);
+            }
             // A track without bars has no positions.
             function sleep(x) {
                 if (balken.aantal > 0) schuif.sleep((x - balken.x) / balken.width);

@@ -34,6 +34,8 @@ class Opgezocht {
 };
 
 struct Staat {
+    explicit Staat(Bovenlaag::Zoek z) : zoek(z) {}
+
     Bovenlaag::Zoek zoek;
     Opgezocht<Bovenlaag::Verbinding> verbinding{"_CGSDefaultConnection"};
     Opgezocht<Bovenlaag::Maak> maak{"CGSSpaceCreate"};

@@ -8,24 +8,23 @@
 
 namespace brixtel {
 
-// Lifts windows above everything on the desktop, full-screen windows and panels
-// included, by putting them in one space of their own. The functions for that are
-// looked up by name in all that the process has loaded; where one is missing, or
-// there can be no such space, nothing happens and nobody is told: the windows stay
-// at their ordinary level. Without instances; the state lasts as long as the
-// process. Main thread only.
+// Lifts windows above everything on the desktop, full-screen windows and panels included,
+// by putting them in one space of their own. The space's functions are looked up by name
+// among the process's loaded libraries. Where one is missing, or no such space can be made,
+// the windows silently stay at their ordinary level. Without instances; the state lasts as
+// long as the process. Main thread only.
 class Bovenlaag final {
   public:
     Bovenlaag() = delete;
 
-    // Puts a window in the space, which is made and shown for the first one. A
-    // window without a number yet stays where it is.
+    // Puts a window in the space, which is made and shown for the first one. A window that
+    // has no number yet stays where it is.
     static void zet(platform::Window& venster);
 
-    // Hides and destroys the space, if there is one.
+    // Hides and destroys the space, if it exists.
     static void ruimOp();
 
-    // The space; 0 for none.
+    // The space; 0 without one.
     [[nodiscard]] static std::uint64_t ruimte();
 
     // The functions, each looked up once and then kept; nullptr where absent.
@@ -47,8 +46,8 @@ class Bovenlaag final {
     [[nodiscard]] static Voeg voeg();              // "CGSAddWindowsToSpaces"
     [[nodiscard]] static Sloop sloop();            // "CGSSpaceDestroy"
 
-    // Starts afresh, as a new process would, with functions found by `zoek` in
-    // place of the process's own search; nullptr for that again. For tests.
+    // Resets the state to that of a new process, with functions found by `zoek` in place of
+    // the process's own search; nullptr restores that search. For tests.
     using Zoek = void* (*)(const char* naam);
     static void begin(Zoek zoek);
 };

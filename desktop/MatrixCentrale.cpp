@@ -15,10 +15,10 @@ using platform::Workspace;
 
 namespace {
 
-// The black screen takes the keyboard back from another program after this many seconds,
+// The black screen takes the keyboard back from another program after this many seconds.
 constexpr double kToetsenRust = 0.25;
-// and at most this many times in a row, where a row has less than kStrijd seconds between
-// two times.
+// The keyboard is taken back at most this many times in a row; a row has less than
+// kStrijd seconds between two times.
 constexpr int kMeesteKeren = 5;
 constexpr double kStrijd = 1.5;
 
@@ -31,12 +31,12 @@ MatrixCentrale::MatrixCentrale(const MatrixCentraleBronnen& bronnen)
       schermen_([this] { volgSchermen(); }) {}
 
 MatrixCentrale::~MatrixCentrale() {
-    // Completions of fades find no controller from here on.
+    // Completions of later fades find no controller from here on.
     zelf_.reset();
     werkruimte_.reset();
     if (cursorWeg_) bronnen_.werkruimte.unhideCursor();
-    // The keyboard goes back before the windows go. A window waits for its drawing, and a
-    // process that is being ended may not get that far.
+    // The keyboard is given back before the windows go. A window waits for its drawing, and
+    // a process that is being ended may not get that far.
     if (vorigeApp_) bronnen_.werkruimte.activate(*vorigeApp_);
     zwart_.clear();
 }
@@ -60,7 +60,7 @@ void MatrixCentrale::sluitAlles() {
     sluitRegen();
 }
 
-// --- going out ---
+// --- closing ---
 
 void MatrixCentrale::laatUitgaan(Sluitend sluitend, double duur) {
     const int nummer = sluitend.nummer = ++laatsteNummer_;
@@ -82,11 +82,11 @@ void MatrixCentrale::rondAf(int nummer) {
     sluitend_.erase(gevonden);
     for (const Zwart& zwart : klaar->zwart) {
         zwart.tafereel->stop();
-        zwart.venster->orderOut();
+        zwart.venster->hide();
     }
     for (const Regen& regen : klaar->regen) {
         regen.regen->stop();
-        regen.venster->orderOut();
+        regen.venster->hide();
     }
     // The worlds of a black screen that was opened meanwhile stay.
     std::erase_if(drieWerelden_, [&](const auto& wereld) {
@@ -95,21 +95,21 @@ void MatrixCentrale::rondAf(int nummer) {
     });
     const bool hadWerelden = !klaar->werelden.empty();
     klaar.reset();
-    // Scenes leave much behind, and the owner may lie idle for days.
+    // Scenes free much memory, and the owner may stay idle for days.
     if (hadWerelden && !zwartAan()) platform::releaseFreeMemory();
 }
 
-// --- what happens around it ---
+// --- events of the desktop ---
 
 void MatrixCentrale::veranderd(Workspace::Change wat) {
     if (wat != Workspace::Change::FrontmostApplication) werkRegenBij();
-    // Changes of displays under a saver or lock are followed when it ends.
+    // Changes of displays under a saver or lock are handled when it ends.
     if (wat == Workspace::Change::Saver) {
         if (zwartAan()) verbergCursor(!bronnen_.werkruimte.isSaverActive());
         if (!bronnen_.werkruimte.isSaverActive()) volgSchermen();
     }
     if (wat == Workspace::Change::Compositor || !zwartAan() || toetsenKlok_.isValid()) return;
-    // Keys must not go to a window that the black screen covers.
+    // A window that the black screen covers must not receive keys.
     toetsenKlok_ = Timer(klok_, {.interval = kToetsenRust}, [this] {
         const bool eigen = std::any_of(zwart_.begin(), zwart_.end(),
                                        [](const Zwart& z) { return z.venster->isKey(); });
@@ -117,8 +117,8 @@ void MatrixCentrale::veranderd(Workspace::Change wat) {
     });
 }
 
-// A program that takes the keyboard again and again keeps it in the end. It may be a lock
-// that the workspace does not know.
+// A program that keeps taking the keyboard keeps it in the end: it may be a lock that the
+// workspace does not know.
 void MatrixCentrale::neemToetsen() {
     const double nu = klok_.now();
     genomen_ = nu - laatstGenomen_ < kStrijd ? genomen_ + 1 : 1;
@@ -126,8 +126,8 @@ void MatrixCentrale::neemToetsen() {
     if (genomen_ <= kMeesteKeren) bronnen_.werkruimte.activateIgnoringOthers();
 }
 
-// The pointer is hidden on the whole desktop, and a saver or lock over the black screen
-// needs it.
+// The pointer is hidden on the whole desktop, so it returns while a saver or lock covers
+// the black screen.
 void MatrixCentrale::verbergCursor(bool weg) {
     if (std::exchange(cursorWeg_, weg) == weg) return;
     if (weg)
@@ -138,7 +138,7 @@ void MatrixCentrale::verbergCursor(bool weg) {
 
 void MatrixCentrale::volgSchermen() {
     const std::vector<Screen> schermen = platform::distinctRectangles(bronnen_.schermen());
-    // Between two sets of displays there may be none for a moment.
+    // A change of displays may pass through a moment without any.
     if (schermen.empty()) return;
     // A new black window would lie over the saver or lock.
     if (zwartAan() && !bronnen_.werkruimte.isSaverActive()) volgZwart(schermen);

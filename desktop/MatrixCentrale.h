@@ -17,7 +17,7 @@
 
 namespace brixtel {
 
-// What there is to be seen of the desktop rain.
+// The visible state of the desktop rain.
 enum class RegenStand {
     uit,
     aan,                // also while the black screen lies over it
@@ -25,29 +25,30 @@ enum class RegenStand {
     geenBovenlaag,      // refused: no window of this desktop can lie above all others
     geenDoorklik,       // refused: clicks would not pass to the windows below
     schermbeveiliging,  // wanted, but a saver or lock has the screen; comes back after it
+    leeg,               // wanted, but of density 0: no drop falls
 };
 
-// What the controller stands on; all of it must outlive it. Its clock is the
-// server's.
+// The objects that the controller uses; all must outlive it. Its clock is the server's.
 struct MatrixCentraleBronnen {
     platform::WindowServer& server;
     platform::Workspace& werkruimte;
     platform::RandomSource& toeval;
     std::function<std::vector<platform::Screen>()> schermen = platform::Screen::all;
-    // For the globe, as in DrieWereldBronnen.
+    // The watcher for the globe, as in DrieWereldBronnen.
     VerbindingWacht* wacht = nullptr;
     LandenTabel* landen = nullptr;
     const LandKaart* kaart = nullptr;
 };
 
-// Two effects over the whole desktop, for the program that owns it:
-// - the black screen: on each display an opaque window that takes the keyboard and
-//   shows the rain or a 3D scene, until any deliberate input;
-// - the desktop rain: on each display a see-through window that clicks go through,
-//   above everything.
-// Both may be on; the black screen hides the rain while it shows. Showing what is
-// on and closing what is off does nothing. Displays that come, go or change while
-// an effect shows are followed. Main thread only.
+// Two effects over the whole desktop, for the program that owns the controller:
+// - the black screen: on each display an opaque window that takes the keyboard and shows
+//   the rain or a 3D scene, until any deliberate input;
+// - the desktop rain: on each display a see-through window above everything; clicks go
+//   through the window.
+//
+// Both may be on; the black screen hides the rain while it shows. Showing an effect that is
+// on and closing one that is off does nothing. The effects follow displays that come, go or
+// change. Main thread only.
 class MatrixCentrale {
   public:
     explicit MatrixCentrale(const MatrixCentraleBronnen& bronnen);
@@ -56,19 +57,20 @@ class MatrixCentrale {
     MatrixCentrale(const MatrixCentrale&) = delete;
     MatrixCentrale& operator=(const MatrixCentrale&) = delete;
 
-    // --- the owner's to set, for what is shown from then on ---
+    // --- set by the owner, for effects shown from then on ---
 
     double snelheid = 1.0;   // of every rain
     double dichtheid = 0.7;  // of every rain, 0...1
-    // Asked thirty times a second while a black screen shows that follows the music.
+    // Called thirty times a second while a shown black screen follows the music.
     std::function<std::optional<MuziekStand>()> muziekStand;
-    bool opMuziek = false;  // whether the black screen follows the music
+    bool opMuziek = false;   // whether the black screen follows the music
+    double flitsDeel = 1.0;  // 0...1: how much of the flash on a beat shows
     // Told true when the black screen has been shown, false when it closes.
     std::function<void(bool)> onZwart;
 
     // --- the effects ---
 
-    // With no kind of scene, the rain.
+    // Shows the black screen; no kind is the rain.
     void toonZwart(std::optional<DrieSoort> drie);
     void sluitZwart();
     void wisselZwart(std::optional<DrieSoort> drie);
@@ -77,6 +79,12 @@ class MatrixCentrale {
     void toonRegen();
     void sluitRegen();
     void wisselRegen();
+    // The desktop rain that shows takes over `snelheid` at once, and fades within a third
+    // of a second into one of the `dichtheid`, where that is another.
+    void pasRegenAan();
+    // The desktop rain leaves this rectangle of the screens free, as in Screen::frame;
+    // an empty one is none.
+    void laatVrij(const QRectF& vlak);
     void sluitAlles();
 
     [[nodiscard]] bool zwartAan() const { return !zwart_.empty(); }
@@ -85,11 +93,11 @@ class MatrixCentrale {
     // Whether the rain was asked for and cannot be here.
     [[nodiscard]] bool isRegenGeweigerd() const;
 
-    // --- what is up now ---
+    // --- the effects that are up now ---
 
     struct Zwart {
         std::unique_ptr<MatrixVenster> venster;
-        std::unique_ptr<Tafereel> tafereel;         // owns either of the next two
+        std::unique_ptr<Tafereel> tafereel;         // owns the scene or the rain
         MatrixRegen* regen = nullptr;               // none while a scene shows
         std::shared_ptr<platform::SceneView> drie;  // none while it rains
         const DrieWereld* wereld = nullptr;         // the scene's
@@ -100,16 +108,18 @@ class MatrixCentrale {
         std::unique_ptr<platform::Window> venster;
         std::unique_ptr<MatrixRegen> regen;
         platform::Screen scherm;
+        double dichtheid = 0.0, snelheid = 0.0;  // that the rain was made with
+        std::unique_ptr<MatrixRegen> oud;        // fades out under it
     };
     // One for each display.
     [[nodiscard]] const std::vector<Zwart>& zwart() const { return zwart_; }
     [[nodiscard]] const std::vector<Regen>& regen() const { return regen_; }
-    // Those of the black screen, until it has faded.
+    // The worlds of the black screen, until it has faded.
     [[nodiscard]] const std::vector<std::shared_ptr<DrieWereld>>& drieWerelden() const {
         return drieWerelden_;
     }
     [[nodiscard]] const platform::Timer& muziekKlok() const { return muziekKlok_; }
-    // The application that was in front when the black screen opened.
+    // The application that had the keyboard when the black screen opened.
     [[nodiscard]] const std::optional<platform::RunningApplication>& vorigeApp() const {
         return vorigeApp_;
     }
@@ -117,20 +127,20 @@ class MatrixCentrale {
     [[nodiscard]] bool cursorWeg() const { return cursorWeg_; }
 
   private:
-    // What fades out; its windows go when it has.
+    // A black screen that fades out; its windows go when it has faded.
     struct Sluitend {
         int nummer;
         std::vector<Zwart> zwart;
         std::vector<Regen> regen;
         std::vector<const DrieWereld*> werelden;
-        // Dropped with the rest: closing does not wait for it.
+        // The warm-up is dropped with the rest, so that closing does not wait for it.
         std::unique_ptr<platform::SceneWarmUp> opwarming;
-        // The application that the keyboard went back to. The window system may take as long
-        // as the fade to tell that it has it.
+        // The application that the keyboard went back to. The window system may report the
+        // change only after the fade.
         std::optional<platform::RunningApplication> vorigeApp;
     };
 
-    // Calls `doe` with this, as long as there is one.
+    // Calls `doe` with this controller, as long as it exists.
     template <typename Doe>
     [[nodiscard]] auto zwak(Doe doe) {
         return [zelf = std::weak_ptr<MatrixCentrale*>(zelf_), doe] {
@@ -149,11 +159,16 @@ class MatrixCentrale {
     void vergeetWereld(const Zwart& zwart);
 
     Regen maakRegen(const platform::Screen& scherm);
+    [[nodiscard]] std::unique_ptr<MatrixRegen> maakDoorzichtig(const platform::Screen& scherm);
+    void vervaag(Regen& regen);
+    void rondOvergangAf();
+    void zetVrij(const Regen& regen) const;
     void toonRegenVenster(Regen& regen);
     // Why it never can rain here; none where it can.
     [[nodiscard]] std::optional<RegenStand> regenBeletsel() const;
     [[nodiscard]] RegenStand watRegenMag() const;
-    // Shows or hides the rain's windows as things stand, and says so.
+    // Shows or hides the rain's windows to match the present state, and publishes that
+    // state.
     void werkRegenBij();
 
     [[nodiscard]] std::optional<platform::RunningApplication> voorsteApp() const;
@@ -173,6 +188,8 @@ class MatrixCentrale {
     std::vector<std::shared_ptr<DrieWereld>> drieWerelden_;
     platform::Timer muziekKlok_;
     std::vector<Regen> regen_;
+    platform::Timer overgang_;  // of one density into another
+    QRectF vrij_;               // of the screens
     std::optional<platform::RunningApplication> vorigeApp_;
     bool cursorWeg_ = false;
 
@@ -181,7 +198,7 @@ class MatrixCentrale {
     int laatsteNummer_ = 0;
     Gepubliceerd<RegenStand> stand_{RegenStand::uit};
     platform::Timer toetsenKlok_;
-    double laatstGenomen_ = -1e9;  // the keyboard, from another
+    double laatstGenomen_ = -1e9;  // when the keyboard was last taken back, on the clock
     int genomen_ = 0;
     platform::Observation werkruimte_;
     platform::ScreenObserver schermen_;

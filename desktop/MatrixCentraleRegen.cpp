@@ -18,6 +18,28 @@ namespace {
 
 constexpr int kNiveau = 1000;
 constexpr double kUitgaan = 0.4;
+constexpr double kOvergang = 1.0 / 3.0;
+// From when on every drop of a new rain has begun to fall: seconds.
+constexpr double kAlGaande = 60.0;
+// The rain counts anything slower as this.
+constexpr double kLangzaamst = 0.2;
+
+// How much faster a rain falls that was made with one speed and is to have another.
+float tempo(double gemaakt, double gewenst) {
+    return static_cast<float>(std::max(gewenst, kLangzaamst) / std::max(gemaakt, kLangzaamst));
+}
+
+// Lets a rain come up or go out; its own time may run faster than the clock.
+void laatVervagen(platform::Layer& laag, double van, double tot, double nu) {
+    laag.setOpacity(tot);
+    laag.addAnimation(
+        "overgang",
+        platform::BasicAnimation{.keyPath = platform::KeyPath::Opacity,
+                                 .from = van,
+                                 .to = tot,
+                                 .timing = {.duration = kOvergang * laag.time().speed}},
+        nu);
+}
 
 }  // namespace
 
@@ -34,8 +56,19 @@ void MatrixCentrale::sluitRegen() {
         if (stand_.waarde() != RegenStand::uit) stand_.zet(RegenStand::uit);
         return;
     }
+    overgang_ = {};
     laatUitgaan({.regen = std::exchange(regen_, {})}, kUitgaan);
     werkRegenBij();
+}
+
+std::unique_ptr<MatrixRegen> MatrixCentrale::maakDoorzichtig(const Screen& scherm) {
+    return std::make_unique<MatrixRegen>(MatrixRegenOpties{.maat = scherm.frame.size(),
+                                                           .schaal = scherm.scale,
+                                                           .dichtheid = dichtheid,
+                                                           .snelheid = snelheid,
+                                                           .doorzichtig = true,
+                                                           .stil = false},
+                                         klok_, bronnen_.toeval);
 }
 
 MatrixCentrale::Regen MatrixCentrale::maakRegen(const Screen& scherm) {
@@ -52,23 +85,90 @@ MatrixCentrale::Regen MatrixCentrale::maakRegen(const Screen& scherm) {
     regen.venster->setIgnoresMouseEvents(true);
     auto view = std::make_shared<View>(QRectF(QPointF(0.0, 0.0), scherm.frame.size()));
     view->setWantsLayer(true);
-    regen.regen = std::make_unique<MatrixRegen>(MatrixRegenOpties{.maat = scherm.frame.size(),
-                                                                  .schaal = scherm.scale,
-                                                                  .dichtheid = dichtheid,
-                                                                  .snelheid = snelheid,
-                                                                  .doorzichtig = true,
-                                                                  .stil = false},
-                                                klok_, bronnen_.toeval);
+    regen.regen = maakDoorzichtig(scherm);
+    regen.dichtheid = dichtheid;
+    regen.snelheid = snelheid;
     view->layer()->addSublayer(regen.regen->laag());
     regen.venster->setContentView(std::move(view));
     regen.venster->setAlpha(0.0);
+    zetVrij(regen);
     return regen;
+}
+
+void MatrixCentrale::pasRegenAan() {
+    for (const Regen& regen : regen_) {
+        const float nieuw = tempo(regen.snelheid, snelheid);
+        if (regen.regen->laag()->time().speed != static_cast<double>(nieuw))
+            regen.regen->zetTempo(nieuw);
+    }
+    // One that has begun is seen to its end; then it is looked at again.
+    if (overgang_.isValid()) return;
+    bool anders = false;
+    for (Regen& regen : regen_)
+        if (regen.dichtheid != dichtheid) {
+            vervaag(regen);
+            anders = true;
+        }
+    if (!anders) return;
+    overgang_ = platform::Timer(klok_, {.interval = kOvergang}, [this] { rondOvergangAf(); });
+    werkRegenBij();
+}
+
+void MatrixCentrale::vervaag(Regen& regen) {
+    const double nu = klok_.now();
+    regen.oud = std::exchange(regen.regen, maakDoorzichtig(regen.scherm));
+    regen.dichtheid = dichtheid;
+    regen.snelheid = snelheid;
+    const auto& laag = regen.regen->laag();
+    laag->setTime({.beginTime = nu, .timeOffset = nu + kAlGaande, .speed = 1.0});
+    regen.venster->contentView()->layer()->addSublayer(laag);
+    laatVervagen(*regen.oud->laag(), 1.0, 0.0, nu);
+    laatVervagen(*laag, 0.0, 1.0, nu);
+}
+
+void MatrixCentrale::rondOvergangAf() {
+    overgang_ = {};
+    for (Regen& regen : regen_) {
+        if (!regen.oud) continue;
+        regen.oud->laag()->removeFromSuperlayer();
+        regen.oud.reset();
+    }
+    werkRegenBij();
+    pasRegenAan();
+}
+
+void MatrixCentrale::laatVrij(const QRectF& vlak) {
+    if (vlak == vrij_) return;
+    vrij_ = vlak;
+    for (const Regen& regen : regen_)
+        zetVrij(regen);
+}
+
+// The rain shows in four bands around the free rectangle.
+void MatrixCentrale::zetVrij(const Regen& regen) const {
+    const QRectF scherm = regen.scherm.frame;
+    const QRectF vrij = (vrij_ & scherm).translated(-scherm.topLeft());
+    const auto& laag = regen.venster->contentView()->layer();
+    if (vrij.isEmpty()) return laag->setMask(nullptr);
+    const double breed = scherm.width(), hoog = scherm.height();
+    auto masker = std::make_shared<platform::Layer>();
+    masker->setFrame({0.0, 0.0, breed, hoog});
+    for (const QRectF& band :
+         {QRectF(0.0, 0.0, breed, vrij.top()), QRectF(0.0, vrij.top(), vrij.left(), vrij.height()),
+          QRectF(vrij.right(), vrij.top(), breed - vrij.right(), vrij.height()),
+          QRectF(0.0, vrij.bottom(), breed, hoog - vrij.bottom())}) {
+        auto stuk = std::make_shared<platform::Layer>();
+        stuk->setFrame(band);
+        stuk->setBackgroundColor(Qt::white);
+        masker->addSublayer(std::move(stuk));
+    }
+    laag->setMask(std::move(masker));
 }
 
 void MatrixCentrale::toonRegenVenster(Regen& regen) {
     regen.venster->setAlpha(0.0);
     regen.venster->setFrame(regen.scherm.frame);
-    regen.venster->orderFront();
+    regen.venster->show();
     Bovenlaag::zet(*regen.venster);
     if (!zwartAan()) regen.venster->fadeTo(1.0);
 }
@@ -91,7 +191,9 @@ RegenStand MatrixCentrale::watRegenMag() const {
     // A refusal stands until the rain is closed.
     if (!regenAan()) return isRegenGeweigerd() ? stand_.waarde() : RegenStand::uit;
     if (bronnen_.werkruimte.isSaverActive()) return RegenStand::schermbeveiliging;
-    return bronnen_.werkruimte.isComposited() ? RegenStand::aan : RegenStand::geenCompositor;
+    if (!bronnen_.werkruimte.isComposited()) return RegenStand::geenCompositor;
+    const bool leeg = regen_.front().dichtheid <= 0.0 && !overgang_.isValid();
+    return leeg ? RegenStand::leeg : RegenStand::aan;
 }
 
 void MatrixCentrale::werkRegenBij() {
@@ -101,7 +203,7 @@ void MatrixCentrale::werkRegenBij() {
         if (stand == RegenStand::aan && !zichtbaar)
             toonRegenVenster(regen);
         else if (stand != RegenStand::aan && zichtbaar)
-            regen.venster->orderOut();
+            regen.venster->hide();
     }
     if (stand_.waarde() != stand) stand_.zet(stand);
 }
@@ -110,6 +212,8 @@ void MatrixCentrale::volgRegen(const std::vector<Screen>& schermen) {
     std::erase_if(regen_, [&](const Regen& regen) { return !blijft(regen, schermen); });
     for (const Screen& scherm : schermen)
         if (!verplaats(regen_, scherm)) regen_.push_back(maakRegen(scherm));
+    for (const Regen& regen : regen_)
+        zetVrij(regen);
     werkRegenBij();
 }
 

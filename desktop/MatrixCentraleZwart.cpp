@@ -5,6 +5,7 @@
 #include <iterator>
 #include <utility>
 
+#include "desktop/BeatFlits.h"
 #include "desktop/MatrixCentrale.h"
 #include "desktop/MatrixView.h"
 #include "desktop/Schermen.h"
@@ -22,14 +23,11 @@ namespace {
 
 constexpr int kNiveau = 1001;
 constexpr double kUitgaan = 0.25;
-constexpr double kFlitsAlfa = 0.13;
-constexpr double kFlitsDuur = 0.35;
-constexpr double kFlitsErbij = 0.35;  // on top of the beat's strength
 constexpr double kZwakkeBeat = 0.15;
 constexpr double kMuziekTijd = 1.0 / 30.0;
 
-// The tempo that the music asks for, from its level, and how much of the way there the
-// rain goes in one reading.
+// The tempo that the music's level asks for, and the part of the change that the rain makes
+// in one reading.
 constexpr double kTraagste = 0.8;
 constexpr double kPerNiveau = 3.5;
 constexpr double kMeesteErbij = 1.6;
@@ -68,9 +66,9 @@ void MatrixCentrale::toonZwart(std::optional<DrieSoort> drie) {
     if (onZwart) onZwart(true);
 }
 
-// The keyboard is on its way back to an application right after a black screen closed, and
-// the workspace may name none as frontmost. The application is then the last one it was
-// given back to.
+// The frontmost application. Right after a black screen closed, the keyboard is on its way
+// back and the workspace may name none; the application is then the last one it was given
+// back to.
 std::optional<platform::RunningApplication> MatrixCentrale::voorsteApp() const {
     if (const auto app = bronnen_.werkruimte.frontmostApplication()) return app;
     const auto laatste = std::find_if(sluitend_.rbegin(), sluitend_.rend(),
@@ -83,7 +81,7 @@ void MatrixCentrale::sluitZwart() {
     Sluitend sluitend{.zwart = std::exchange(zwart_, {}),
                       .opwarming = std::move(opwarming_),
                       .vorigeApp = vorigeApp_};
-    // The worlds of an earlier black screen that still fades go with that one.
+    // The worlds of an earlier black screen that still fades go with that black screen.
     const auto gaatAl = [this](const DrieWereld* wereld) {
         return std::any_of(sluitend_.begin(), sluitend_.end(), [wereld](const Sluitend& eerder) {
             return std::find(eerder.werelden.begin(), eerder.werelden.end(), wereld) !=
@@ -123,12 +121,12 @@ MatrixCentrale::Zwart MatrixCentrale::maakZwart(const Screen& scherm, Opkomst op
     vul(zwart, *view);
     zwart.flits = std::make_shared<Layer>();
     zwart.flits->setFrame(vlak);
-    zwart.flits->setBackgroundColor(metAlfa(Thema::groen(), kFlitsAlfa));
+    zwart.flits->setBackgroundColor(beatFlitsKleur());
     zwart.flits->setOpacity(0.0);
     view->layer()->addSublayer(zwart.flits);
     view->layer()->addSublayer(tip(vlak.width(), scherm.scale));
     if (zwart.drie) {
-        // The scene covers the first banner.
+        // The scene covers the first banner, so another one lies above it.
         auto over = std::make_shared<View>(vlak);
         over->setWantsLayer(true);
         over->layer()->addSublayer(tip(vlak.width(), scherm.scale));
@@ -137,7 +135,7 @@ MatrixCentrale::Zwart MatrixCentrale::maakZwart(const Screen& scherm, Opkomst op
     zwart.venster->setContentView(view);
     zwart.venster->setAlpha(opkomst == Opkomst::Meteen ? 1.0 : 0.0);
     zwart.venster->setFrame(scherm.frame);
-    zwart.venster->makeKeyAndOrderFront();
+    zwart.venster->showWithKeyboard();
     zwart.venster->makeFirstResponder(view.get());
     if (opkomst == Opkomst::Geleidelijk) zwart.venster->fadeTo(1.0);
     return zwart;
@@ -169,7 +167,7 @@ void MatrixCentrale::vul(Zwart& zwart, View& view) {
     if (zwart.wereld) drieWerelden_.push_back(zwart.tafereel->wereld());
 }
 
-// A display whose scene cannot be drawn has the rain already.
+// A display without a drawn scene shows the rain already.
 void MatrixCentrale::geenDrie() {
     const auto gevonden = std::find_if(zwart_.begin(), zwart_.end(),
                                        [](const Zwart& z) { return z.drie && !z.tafereel->scn(); });
@@ -246,10 +244,9 @@ void MatrixCentrale::startMuziek(double& tempo, int& vorigeBeat) {
 }
 
 void MatrixCentrale::flits(double sterkte) {
-    const platform::BasicAnimation uitdoven{.keyPath = platform::KeyPath::Opacity,
-                                            .from = std::min(sterkte + kFlitsErbij, 1.0),
-                                            .to = 0.0,
-                                            .timing = {.duration = kFlitsDuur}};
+    if (flitsDeel <= 0.0) return;
+    platform::BasicAnimation uitdoven = beatFlits(sterkte);
+    uitdoven.from *= flitsDeel;
     for (const Zwart& zwart : zwart_)
         zwart.flits->addAnimation("beat", uitdoven, klok_.now());
 }
@@ -257,8 +254,8 @@ void MatrixCentrale::flits(double sterkte) {
 // --- displays ---
 
 void MatrixCentrale::volgZwart(const std::vector<Screen>& schermen) {
-    // The windows of displays that are gone are dropped last. Until another window has the
-    // keyboard, the desktop below would get the keys.
+    // Windows of removed displays are dropped last. Until another window has the keyboard,
+    // the desktop below would get the keys.
     const auto eersteWeg = std::stable_partition(
         zwart_.begin(), zwart_.end(), [&](const Zwart& z) { return blijft(z, schermen); });
     const std::vector<Zwart> weg(std::make_move_iterator(eersteWeg),
@@ -271,7 +268,7 @@ void MatrixCentrale::volgZwart(const std::vector<Screen>& schermen) {
     const platform::Window* const metToetsen = bronnen_.server.keyWindow();
     const bool gaat = std::any_of(weg.begin(), weg.end(),
                                   [=](const Zwart& z) { return z.venster.get() == metToetsen; });
-    if (gaat || !metToetsen) zwart_.back().venster->makeKey();
+    if (gaat || !metToetsen) zwart_.back().venster->takeKeyboard();
     for (const Zwart& zwart : weg)
         vergeetWereld(zwart);
 }

@@ -5,8 +5,8 @@
 
 namespace brixtel {
 
-// The window that covers one display with the black screen. Borderless, and yet
-// the one that gets the keys.
+// The window that covers one display with the black screen. Borderless, and still able to
+// get the keys.
 class MatrixVenster final : public platform::Window {
   public:
     using platform::Window::Window;

@@ -14,6 +14,35 @@ constexpr double kAfstand = 50.0;
 constexpr std::uint32_t kVolgOpties =
     TrackingArea::MouseMoved | TrackingArea::ActiveAlways | TrackingArea::InVisibleRect;
 
+// Keys for the music that plays and the light of screen and keyboard, which are used
+// while the effect is looked at.
+bool isMedia(int toets) {
+    switch (toets) {
+        case Qt::Key_VolumeDown:
+        case Qt::Key_VolumeMute:
+        case Qt::Key_VolumeUp:
+        case Qt::Key_MicMute:
+        case Qt::Key_MediaPlay:
+        case Qt::Key_MediaStop:
+        case Qt::Key_MediaPrevious:
+        case Qt::Key_MediaNext:
+        case Qt::Key_MediaPause:
+        case Qt::Key_MediaTogglePlayPause:
+        case Qt::Key_AudioRewind:
+        case Qt::Key_AudioForward:
+        case Qt::Key_AudioRepeat:
+        case Qt::Key_AudioRandomPlay:
+        case Qt::Key_MonBrightnessUp:
+        case Qt::Key_MonBrightnessDown:
+        case Qt::Key_KeyboardLightOnOff:
+        case Qt::Key_KeyboardBrightnessUp:
+        case Qt::Key_KeyboardBrightnessDown:
+            return true;
+        default:
+            return false;
+    }
+}
+
 }  // namespace
 
 MatrixView::MatrixView(const QRectF& frame, platform::MediaClock& klok,
@@ -35,7 +64,7 @@ void MatrixView::sluit() {
 
 void MatrixView::keyDown(const platform::KeyEvent& toets) {
     switch (toets.key) {
-        // The first half of the very shortcut that ends the effect.
+        // The shortcut that ends the effect begins with a modifier.
         case Qt::Key_Shift:
         case Qt::Key_Control:
         case Qt::Key_Meta:
@@ -51,7 +80,7 @@ void MatrixView::keyDown(const platform::KeyEvent& toets) {
         case Qt::Key_Mode_switch:
             return;
         default:
-            sluit();
+            if (!isMedia(toets.key)) sluit();
     }
 }
 

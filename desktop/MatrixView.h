@@ -12,22 +12,22 @@
 
 namespace brixtel {
 
-// The content of a covering window: turns what a user does on purpose into a wish
-// to end it. A key or the left or right mouse button counts at once; the mouse
-// once it has moved more than 50 points from where it was after the first 0.9
-// seconds. Other buttons and the wheel do not count. Nothing is passed on. Main
-// thread only; clock and workspace must outlive it.
+// The content of a covering window: turns a user's deliberate input into a wish to end the
+// effect. A key or the left or right mouse button counts at once. The mouse counts once it
+// has moved more than 50 points from its place after the first 0.9 seconds. Other buttons
+// and the wheel do not count. Input goes no further. Main thread only; clock and workspace
+// must outlive the view.
 class MatrixView : public platform::View {
   public:
     MatrixView(const QRectF& frame, platform::MediaClock& klok, platform::Workspace& werkruimte);
 
-    // Called for every such wish; may well be more than one. None: what comes in
-    // is swallowed.
+    // Called for every such wish, possibly more than once. Without an action, input is
+    // swallowed.
     std::function<void()> onSluit;
 
     // Time of construction, in seconds of the clock.
     [[nodiscard]] double begin() const { return begin_; }
-    // From where the mouse is measured; screen coordinates, none until then.
+    // The place that the mouse is measured from; screen coordinates, none before 0.9 s.
     [[nodiscard]] std::optional<QPointF> beginPunt() const { return beginPunt_; }
     [[nodiscard]] const std::shared_ptr<platform::TrackingArea>& volgGebied() const {
         return volgGebied_;
@@ -35,7 +35,7 @@ class MatrixView : public platform::View {
 
     [[nodiscard]] bool acceptsFirstResponder() const override { return true; }
     void updateTrackingAreas() override;
-    // Shift and its like alone are no key presses.
+    // A modifier such as Shift alone is no key press.
     void keyDown(const platform::KeyEvent& toets) override;
     void mouseDown(const platform::MouseEvent& muis) override;
     void rightMouseDown(const platform::MouseEvent& muis) override;

@@ -3,12 +3,12 @@
 
 namespace brixtel {
 
-// How the music stands, as its listener tells.
+// The state of the music, as its listener reports it.
 struct MuziekStand {
-    int beat = 0;           // another number for each new beat; not negative
+    int beat = 0;           // changes with each new beat; not negative
     double sterkte = 0;     // of that beat, 0...1
     double level = 0;       // loudness, 0...1
-    double vertraging = 0;  // seconds that the beat is old
+    double vertraging = 0;  // seconds since the beat
 };
 
 }  // namespace brixtel

@@ -9,7 +9,7 @@
 
 namespace brixtel {
 
-// Whether a window made for a display still suits it: same size, same scale.
+// Whether a display's window still fits it: same size, same scale.
 template <typename Vermelding>
 [[nodiscard]] bool blijft(const Vermelding& vermelding,
                           const std::vector<platform::Screen>& schermen) {
@@ -19,7 +19,7 @@ template <typename Vermelding>
     });
 }
 
-// Moves the display's window to where the display is now; false if it has none.
+// Moves the display's window to the display's place; false if it has none.
 template <typename Vermelding>
 [[nodiscard]] bool verplaats(std::vector<Vermelding>& vermeldingen,
                              const platform::Screen& scherm) {

@@ -1,43 +1,177 @@
-# Sourced by the commands at the root: what they need from Debian 12, and how
-# they get it.
+# Sourced by the commands at the root: how they get what packaging/benodigd lists,
+# and how they build. Each trouble is told in one line on standard error.
 
-BOUWEN="g++ cmake ninja-build pkg-config qt6-base-dev qt6-declarative-dev libepoxy-dev libegl-dev libgl-dev libglm-dev
-  zlib1g-dev libicu-dev libx11-dev libx11-xcb-dev libxcb1-dev libxcb-shm0-dev libxcb-randr0-dev
-  libxcb-dpms0-dev libxcb-shape0-dev libxcb-xfixes0-dev libpulse-dev libkissfft-dev
-  libwayland-dev wayland-protocols libxkbcommon-dev"
-DRAAIEN="libqt6gui6 libqt6widgets6 libegl1 libegl-mesa0 libgl1-mesa-dri fonts-dejavu-core lsof libqt6quick6
-  qml6-module-qtquick qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qt6-wayland"
-PROEVEN="libgtest-dev libgmock-dev libbenchmark-dev xvfb xauth dbus openbox picom xscreensaver
-  xscreensaver-data xdotool x11-utils x11-xserver-utils imagemagick iproute2 procps
-  dpkg-dev fakeroot file qml6-module-qttest qml6-module-qtquick-window at-spi2-core libatspi2.0-dev
-  libxcb-damage0-dev libxcb-xtest0-dev pulseaudio pulseaudio-utils
-  sway weston grim wtype foot swaylock swayidle"
-
-# zorg_voor PACKAGE...: installs those that are missing, and says which.
-zorg_voor() {
-  local mist=() pakket
-  for pakket in "$@"; do
-    dpkg-query -W -f='${Status}' "$pakket" 2>/dev/null | grep -q '^install ok installed$' || mist+=("$pakket")
-  done
-  [ ${#mist[@]} -eq 0 ] && return 0
-  if ! command -v apt-get >/dev/null; then
-    echo "Er ontbreekt: ${mist[*]}. Zonder apt-get moet u dat zelf installeren." >&2
-    return 1
-  fi
-  echo "Dit wordt geïnstalleerd: ${mist[*]}" >&2
-  local als=""
-  [ "$(id -u)" -eq 0 ] || als="sudo"
-  { $als apt-get update -q && $als env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${mist[@]}"; } >&2
+# Reads the list for the phases given. Sets `pakketten` (Debian's) and `dingen`
+# ("kind name arch", one per line of the list).
+lees_benodigd() {
+  local fase soort naam debian arch
+  pakketten=() dingen=()
+  while read -r fase soort naam debian arch; do
+    case " $* " in *" $fase "*) ;; *) continue ;; esac
+    [ "$debian" = - ] || pakketten+=("$debian")
+    [ "$soort" = deb ] || dingen+=("$soort $naam $arch")
+  done <packaging/benodigd
 }
 
-# bouw PRESET TARGET...: builds, with its words on standard error.
+# heeft KIND NAME: whether the program or the module is there.
+heeft() {
+  case $1 in
+    prog) command -v "$2" >/dev/null ;;
+    pc) pkg-config --exists "$2" 2>/dev/null ;;
+  esac
+}
+
+# The words of `$@`, each once, on one line.
+eenmaal() {
+  local woord alle=" "
+  for woord in "$@"; do
+    case $alle in *" $woord "*) ;; *) alle+="$woord " ;; esac
+  done
+  alle=${alle# }
+  echo "${alle% }"
+}
+
+# Debian: installs what is missing.
+zorg_met_apt() {
+  local mist=() pakket als=() log
+  for pakket in "${pakketten[@]}"; do
+    [ "$(dpkg-query -W -f='${Status}' "$pakket" 2>/dev/null)" = "install ok installed" ] || mist+=("$pakket")
+  done
+  [ ${#mist[@]} -eq 0 ] && return 0
+  local zelf="apt-get install ${mist[*]}"
+  if [ "$(id -u)" -ne 0 ]; then
+    als=(sudo)
+    if ! command -v sudo >/dev/null || ! sudo -v; then
+      echo "Hiervoor is een beheerder nodig, laat die dit doen: $zelf" >&2
+      return 1
+    fi
+  fi
+  echo "Dit wordt geïnstalleerd: ${mist[*]}" >&2
+  log=$(mktemp)
+  # A source that fails keeps nobody from what the others have.
+  "${als[@]}" apt-get update -q >&2 || echo "Een bron van apt antwoordt niet; met de andere gaat het verder." >&2
+  if "${als[@]}" env DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8 \
+    apt-get install -q -y --no-install-recommends "${mist[@]}" 2>&1 | tee "$log" >&2; then
+    rm -f "$log"
+    return 0
+  fi
+  local reden="Het installeren lukt niet"
+  local regel
+  while IFS= read -r regel; do
+    case $regel in
+      *"emporary failure resolving"* | *"ould not resolve"* | *"ould not connect"* | *"etwork is unreachable"*)
+        reden="Er is geen netwerk om van te installeren"
+        break
+        ;;
+    esac
+  done <"$log"
+  rm -f "$log"
+  echo "$reden; doe zodra het kan: ${als[*]:+sudo }$zelf" >&2
+  return 1
+}
+
+# Elsewhere: says what is missing, and which command installs it.
+zorg_elders() {
+  local ding soort naam arch namen=() vragen=() arch_namen=()
+  for ding in "${dingen[@]}"; do
+    read -r soort naam arch <<<"$ding"
+    heeft "$soort" "$naam" && continue
+    namen+=("$naam")
+    arch_namen+=("$arch")
+    case $soort in
+      prog) vragen+=("/usr/bin/$naam") ;;
+      pc) vragen+=("'pkgconfig($naam)'") ;;
+    esac
+  done
+  [ ${#namen[@]} -eq 0 ] && return 0
+  local opdracht="installeer dat met het pakketbeheer van dit systeem"
+  if command -v dnf >/dev/null; then
+    opdracht="sudo dnf install ${vragen[*]}"
+  elif command -v zypper >/dev/null; then
+    opdracht="sudo zypper install ${vragen[*]}"
+  elif command -v pacman >/dev/null; then
+    opdracht="sudo pacman -S --needed $(eenmaal "${arch_namen[@]}")"
+  fi
+  echo "Er ontbreekt: ${namen[*]} — $opdracht" >&2
+  return 1
+}
+
+# zorg_voor PHASE...: sees to it that what they need is there.
+zorg_voor() {
+  local pakketten dingen
+  lees_benodigd "$@"
+  if command -v apt-get >/dev/null && command -v dpkg-query >/dev/null; then
+    zorg_met_apt
+  else
+    zorg_elders
+  fi
+}
+
+# mag_bouwen PRESET: whether its folder is ours to write and of this tree. One
+# that was built at another place is made anew.
+mag_bouwen() {
+  local map="build/$1" ding thuis
+  for ding in "$map/.ninja_log" "$map/CMakeCache.txt" "$map/bin" "$map" build .; do
+    [ -e "$ding" ] || continue
+    if [ ! -w "$ding" ]; then
+      echo "In $PWD/${ding#.} mag u niet schrijven; maak een kopie van de map die van uzelf is en begin daar." >&2
+      return 1
+    fi
+    # What lies above a folder that is ours is of no concern.
+    [ "$ding" = "$map" ] && break
+  done
+  [ -e "$map/CMakeCache.txt" ] || return 0
+  thuis=$(sed -n 's/^CMAKE_HOME_DIRECTORY:INTERNAL=//p' "$map/CMakeCache.txt")
+  [ "$thuis" -ef . ] && return 0
+  echo "$map is gebouwd in $thuis en wordt opnieuw gemaakt." >&2
+  rm -rf "$map"
+}
+
+# stel_in PRESET [OPTION...]: configures; all that cmake has to say goes into the
+# folder, and is shown where it fails.
+stel_in() {
+  local map="build/$1"
+  mkdir -p "$map"
+  echo "Het bouwen wordt voorbereid ($map)" >&2
+  cmake --preset "$@" >"$map/voorbereiding.log" 2>&1 && return 0
+  cat "$map/voorbereiding.log" >&2
+  echo "Het voorbereiden lukt niet; hierboven staat waarom." >&2
+  return 1
+}
+
+# Shows ninja's progress: on a terminal in one line that changes, elsewhere a line
+# for each twentieth part. What the compiler says passes.
+voortgang() {
+  local regel stand klaar alle deel vorige=-1 opnieuw=""
+  while IFS= read -r regel; do
+    case $regel in
+      "ninja: Entering directory"* | "ninja: no work to do.") continue ;;
+      "["*/*"] "*)
+        stand=${regel%%]*}
+        stand=${stand#[}
+        klaar=${stand%/*} alle=${stand#*/}
+        if [ -t 2 ]; then
+          printf '\r\033[KBouwen: %s van %s' "$klaar" "$alle" >&2
+          opnieuw=$'\n'
+        else
+          deel=$((klaar * 20 / alle))
+          [ "$deel" -gt "$vorige" ] && echo "Bouwen: $klaar van $alle" >&2
+          vorige=$deel
+        fi
+        continue
+        ;;
+    esac
+    printf '%s%s\n' "$opnieuw" "$regel" >&2
+    opnieuw=""
+  done
+  printf '%s' "$opnieuw" >&2
+}
+
+# bouw PRESET TARGET...: builds, with all output on standard error.
 bouw() {
   local map="build/$1"
   shift
-  local stil=()
-  [ -e "$map/.gebouwd" ] && stil=(--quiet)
-  ninja "${stil[@]}" -C "$map" "$@" | sed '/no work to do/d' >&2
-  touch "$map/.gebouwd"
+  NINJA_STATUS="[%f/%t] " ninja -C "$map" "$@" 2>&1 | voortgang
 }
 
 # scenes: the raw values of all scenes, from the table.

@@ -33,7 +33,7 @@ void Tafereel::toonWereld(DrieSoort soort) {
 }
 
 void Tafereel::geenDrie() {
-    // The view is the caller.
+    // The view is the caller, so it is kept until the call returns.
     const auto scn = scn_;
     weg();
     toonRegen();

@@ -20,14 +20,14 @@ constexpr double kGuldenHoek = 2.399963229728653;  // π (3 − √5)
 constexpr double kRasterStraal = 1.001;
 constexpr double kRasterStap = 6.0;  // degrees
 
-// What a dot may take of the picture's height: two fifths of the way to the next, or
-// small pictures would be patches instead of dots.
+// The largest part of the picture's height for a dot, two fifths of the distance to the
+// next dot. Larger dots would merge into patches in small pictures.
 constexpr double kHoogsteDeel = 0.0038;
 constexpr double kHoogsteDeelKlein = 0.0056;
 
 constexpr double kBinnen = 0.985;
 constexpr int kBinnenRijen = 24;
-// Radii as parts of the picture's height, of what stands as near as can be.
+// Radii as parts of the picture's height, for parts of the globe at their nearest.
 constexpr double kBinnenDeel = 0.46;
 constexpr double kThuisDeel = 0.014;
 constexpr double kRingDeel = 0.06;
@@ -43,8 +43,8 @@ QColor dimmer(const QColor& kleur, double alfa) {
     return resultaat;
 }
 
-// The picture as light alone. An alpha of 7 % would be dimmed in linear light,
-// where it still is a broad bright band; on black it is the faint ring it looks.
+// Blends the picture onto black, as light alone. Linear light would dim an alpha of 7 % and
+// still show a broad bright band; on black the ring is as faint as intended.
 QImage opZwart(const QImage& beeld) {
     QImage zwart(beeld.size(), QImage::Format_RGB32);
     zwart.fill(Qt::black);
@@ -61,9 +61,9 @@ NodePtr gloedNode() {
     return node;
 }
 
-// The ball that hides the dots on the far side. Its poles lie towards and away from the
-// camera, so that its rim is one of its circles: round with many segments along that, and
-// few across.
+// The ball that hides the dots on the far side. Its poles lie on the line to the camera, so
+// that its rim is one of its circles: round with many segments along that circle, and few
+// across.
 NodePtr donkereBol(platform::MaterialPtr materiaal) {
     platform::MeshData vorm =
         platform::makeSphere(
@@ -206,15 +206,16 @@ void DrieWereld::bouwBol() {
     bolLijnen_ = std::make_shared<BolLijnen>(
         BolLijnen::Opties{.thuis = {thuis.breedte, thuis.lengte}, .meeste = groot() ? 24U : 14U});
 
-    // First round the globe's own axis, then tilted as it stands there: only so
-    // does every home face the camera, the tilt taking half its latitude.
+    // The globe turns round its own axis first and tilts second. Only this order makes
+    // every home face the camera, with a tilt of half the home's latitude.
     bol_->setOrientation(platform::turn(0.55 * radialen(thuis.breedte), {1.0, 0.0, 0.0}) *
                          platform::turn(-radialen(thuis.lengte), {0.0, 1.0, 0.0}));
-    // Eastward, as the earth turns.
+    // The globe turns eastward, as the earth does.
     bol_->runAction(Action::repeatForever(Action::rotateBy({0.0, 2.0 * kPi, 0.0}, 60.0)));
 
-    // In every frame, the globe having turned already, as it comes before its parts.
-    // Without the world, which a view may outlive; the scene holds the action.
+    // Runs in every frame after the globe has turned, since the globe comes before its
+    // parts. The action does not use the world, which a view may outlive; the scene holds
+    // the action.
     lijnenNode_->runAction(Action::repeatForever(Action::custom(
         60.0, [lijnen = bolLijnen_, oog = oog_, zicht = zicht_, &scene = *scene_](Node&, double) {
             kijk(*oog, zicht->graden(scene.time()));
@@ -223,7 +224,7 @@ void DrieWereld::bouwBol() {
 
     if (eigenLijnen()) return;
     actief(true);
-    // Ends with the world, whose it is.
+    // The world owns the subscription, which ends with it.
     abonnement_ =
         wacht().lijnen().volg([this](const std::vector<Lijn>& lijnen) { zetLijnen(lijnen); });
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the globe is made of. Units are the globe's radius, angles degrees.
+// The parts of the globe. Units are the globe's radius, angles degrees.
 #pragma once
 
 #include <QImage>
@@ -38,8 +38,8 @@ struct BolPunten {
 // A thin ring of light, just outside the globe's rim on a plane of 3.1.
 [[nodiscard]] QImage bolGloed();
 
-// What is drawn after what. The night behind a label covers the dots and the grid, and
-// never an arc or a light. What is written comes last, seen through everything.
+// The drawing order. The night behind a label covers the dots and the grid, and never an
+// arc or a light. Letters come last and show through everything.
 enum BolVolgorde : int {
     kVolgGloed = -1,
     kVolgPunten = 1,
@@ -49,20 +49,20 @@ enum BolVolgorde : int {
     kVolgLetters
 };
 
-// As many segments as a circle needs to look round in the highest picture, 4320 pixels.
-// `deel`: its radius as a part of the picture's height. A number that four divides, so that
-// the shape is as wide as it is high.
+// The number of segments that a circle needs to look round in the highest picture, 4320
+// pixels. `deel` is the circle's radius as a part of the picture's height. The number is a
+// multiple of four, so that the shape is as wide as it is high.
 [[nodiscard]] int rondeSegmenten(double deel);
 
-// The vertical angle of the globe's camera: the stated one, or wider where an arc would
-// leave the picture on its way round. The angle widens softly, and never narrows again,
-// so that the globe does not breathe with the connections.
+// The vertical angle of the globe's camera: the scene's own angle, or a wider one where an
+// arc would leave the picture during a turn. The angle widens softly and never narrows, so
+// that the globe does not pulse with the connections.
 class BolZicht {
   public:
     explicit BolZicht(double graden) : van_(graden), naar_(graden) {}
 
-    // From this scene time on, shows at least this angle. Scene time 0 has no past: the
-    // angle is then there at once.
+    // Shows at least this angle from this scene time on. At scene time 0 the angle takes
+    // effect at once.
     void vraag(double graden, double tijd);
     [[nodiscard]] double graden(double tijd) const;
 
@@ -71,45 +71,44 @@ class BolZicht {
     double begin_ = 0.0;
 };
 
-// The angle that shows a full turn of these points about the y axis of `bol`, in its
-// frame, to a camera that looks at the middle of `bol`.
+// The angle that shows a full turn of these points about the y axis of `bol`, to a camera
+// that looks at the middle of `bol`. The points are in the frame of `bol`.
 [[nodiscard]] double bolZichtVoor(const std::vector<glm::dvec3>& punten, const platform::Node& bol,
                                   const platform::Node& camera);
 
-// The labels as they are seen: in front of the globe, upright, beside one another
-// and the home marker, and gone while their country is behind it. Belongs to one
-// globe.
+// The labels on the screen: in front of the globe, upright, clear of one another and of the
+// home marker, and hidden while their country is behind the globe. Owned by one globe.
 class BolLabels {
   public:
     explicit BolLabels(const BolPlaats& thuis);
 
-    // The label and the thin line that leads from it to its country, a child of the
-    // label, from (0, 0, 0) to (0, 1, 0).
+    // The label, and the thin line from the label to its country. The line is a child of
+    // the label, from (0, 0, 0) to (0, 1, 0).
     struct Opschrift {
         platform::NodePtr label;
         platform::NodePtr draad;
     };
-    // These and no others, the busiest first; all labels have one parent.
+    // Shows these labels alone, the busiest first; all labels have one parent.
     void zet(std::vector<Opschrift> opschriften);
 
-    // Gives each its strength and its place on the screen, as seen by this camera.
-    // A function of where they stand alone, and a smooth one: nothing jumps while
-    // the globe turns. Nothing is taken from the heap.
+    // Sets each label's strength and place on the screen, for this camera. The result is a
+    // smooth function of the countries' places alone: nothing jumps while the globe turns.
+    // Allocates nothing.
     void schik(const platform::Node& camera);
 
   private:
     struct Label {
-        platform::NodePtr node;  // none: home, which stays where it is
+        platform::NodePtr node;  // none: home, whose marker stays in place
         platform::NodePtr draad;
-        double noorden = 0.0;  // the higher, the further north
+        double noorden = 0.0;  // higher for a more northern country
         std::size_t rang = 0;  // 0: the busiest
-        // On the screen, in units as large as those of the globe's middle.
+        // The place on the screen, in units as large as those of the globe's middle.
         double x = 0.0, y = 0.0;
         double halveBreedte = 0.0, hoogte = 0.0;
-        double schaal = 1.0;   // such units in one of the scene's there
+        double schaal = 1.0;   // these units in one scene unit at the label
         double kracht = 0.0;   // 0: behind the globe
-        double vanzelf = 0.0;  // how far up it stands with the room to itself
-        double omhoog = 0.0;   // out of the way of the others
+        double vanzelf = 0.0;  // height above the dot without neighbours
+        double omhoog = 0.0;   // further height that clears the neighbours
     };
 
     [[nodiscard]] glm::dvec3 plaatsVan(const Label& label) const;
@@ -121,11 +120,11 @@ class BolLabels {
     [[nodiscard]] double sterkte(const Label& label) const;
 
     const glm::dvec3 thuis_;
-    const platform::Node* ouder_ = nullptr;  // of the labels, while there are any
+    const platform::Node* ouder_ = nullptr;  // of the labels, while any exist
     std::vector<Label> labels_;              // from north to south
 };
 
-// The arcs, lights and labels of the present connections. Belongs to one globe.
+// The arcs, lights and labels of the present connections. Owned by one globe.
 class BolLijnen {
   public:
     struct Opties {
@@ -134,8 +133,8 @@ class BolLijnen {
     };
     explicit BolLijnen(const Opties& opties);
 
-    // Puts them into the node in place of what it holds. `tijd` is the scene's: the
-    // light of a line that stays goes on where it was.
+    // Replaces the node's content by these connections. `tijd` is the scene's: the light of
+    // a line that stays continues from its place.
     void teken(const std::vector<Lijn>& lijnen, double tijd, platform::Node& in);
 
     // To be called whenever the globe or the camera has moved.
@@ -144,13 +143,13 @@ class BolLijnen {
     // All points of the arcs that teken() last drew, in the node's frame.
     [[nodiscard]] const std::vector<glm::dvec3>& banen() const { return banen_; }
 
-    // Pictures of labels that were drawn so far.
+    // The number of label pictures drawn so far.
     [[nodiscard]] int getekend() const { return getekend_; }
 
     [[nodiscard]] static QString opschrift(const Lijn& lijn);
 
   private:
-    // A light under way: where on its way it was at a scene time, in parts of a trip.
+    // A moving light: its place at a scene time, in parts of a trip.
     struct Reis {
         double deel = 0.0;
         double tijd = 0.0;
@@ -170,9 +169,9 @@ class BolLijnen {
     platform::GeometryPtr licht_;
     platform::GeometryPtr grond_;
     platform::GeometryPtr draad_;
-    // By their text, so that what does not change is not drawn anew.
+    // The labels by their text, so that unchanged ones are not drawn anew.
     std::map<QString, platform::GeometryPtr> labels_;
-    // By country, and how many lines to it came before.
+    // The trips by country, and by the number of earlier lines to that country.
     Reizen reizen_;
     std::vector<glm::dvec3> banen_;
     BolLabels opschriften_;

@@ -13,33 +13,35 @@ namespace brixtel {
 
 namespace {
 
-// Of a label that can't but share its place with that of a busier country.
+// The strength of a label that shares its place with a busier country's label.
 constexpr double kMinsteKracht = 0.37;
-// From one label to the next below it: a label's own height.
+// The distance from one label to the next below it: a label's own height.
 constexpr double kAfstand = 0.04;
-// Further from its country than this it would be taken for another's.
+// The largest distance between a label and its country; beyond it a reader would take the
+// label for another country's.
 constexpr double kVerste = 6.0 * kAfstand;
-// Over how much nearness side by side the pushing begins, so that it does so softly.
+// The nearness, side by side, over which the pushing sets in softly.
 constexpr double kAanloop = 0.06;
 constexpr int kRonden = 24;
-constexpr double kStip = 1.01;  // how far from the globe's middle dots stand
+constexpr double kStip = 1.01;  // distance of dots from the globe's middle
 
-// The home marker's dot with the ring at its smallest. So little further north than it
-// countries still come above it: their dots are beside it or lower, and so below them.
+// The size of the home marker: its dot with the ring at its smallest. Home counts as this
+// much further south than it lies, so that a country beside it or slightly further south
+// keeps its label above the marker.
 constexpr double kThuisBreedte = 0.06;
 constexpr double kThuisHoogte = 0.055;
 constexpr double kThuisZuidelijker = 0.015;
 
-// The cosine of the angle between a country and the camera, seen from the globe's
-// middle: where its dot sets, and some degrees on.
+// The cosines of the angle between a country and the camera, seen from the globe's middle:
+// where the country's dot sets, and some degrees on.
 constexpr double kBoven = 0.165;
 constexpr double kOnder = 0.05;
 
-// The thin line shows from half a label's height that the label was moved aside, and is
-// whole from one.
+// The thin line begins to show when the label has been moved aside by half its height, and
+// shows whole from one height.
 constexpr double kDraadVan = 0.5;
 constexpr double kDraadTot = 1.0;
-// How much of a label's width its letters take.
+// The part of a label's width that its letters take.
 constexpr double kLetters = 0.8;
 
 double zacht(double deel) {
@@ -47,8 +49,8 @@ double zacht(double deel) {
     return t * t * (3.0 - 2.0 * t);
 }
 
-// Right and up on the screen, in units as large as those of the scene's middle, and
-// how many of these one of the scene's is there.
+// The place on the screen, right and up, in units as large as those of the scene's middle,
+// and the number of these units in one scene unit at that place.
 glm::dvec3 opScherm(const glm::dvec3& plaats, const glm::dmat4& camera) {
     const glm::dvec3 oog(camera[3]);
     const glm::dvec3 naar = plaats - oog;
@@ -113,16 +115,16 @@ void BolLabels::zie(Label& label, const glm::dmat4& camera) const {
     label.vanzelf = label.omhoog = label.node ? naastStip(label, camera) : 0.0;
 }
 
-// The dot stands right behind what its label says, but for near the rim. Above it
-// there is room, and below it where the label already hangs below.
+// How far up a label moves to clear its own dot, which lies right behind the label except
+// near the rim. A label that already hangs below its dot stays there.
 double BolLabels::naastStip(const Label& label, const glm::dmat4& camera) {
     const glm::dvec3 stip = kStip * glm::normalize(label.node->worldPosition());
     const double y = label.y - opScherm(stip, camera).y;
     return std::max(0.0, label.hoogte - y) * zacht((y + 0.035) / 0.02);
 }
 
-// A fixed number of rounds of small pushes, so that the outcome moves as smoothly
-// as the labels do.
+// Makes a fixed number of rounds of small pushes, so that the result moves as smoothly as
+// the labels do.
 void BolLabels::maakRuimte(double rand) {
     for (int ronde = 0; ronde < kRonden; ++ronde) {
         for (std::size_t i = 0; i < labels_.size(); ++i)
@@ -135,8 +137,8 @@ void BolLabels::maakRuimte(double rand) {
         label.omhoog = std::clamp(label.omhoog, -kVerste, kVerste);
 }
 
-// Apart, the northern one up. Where it stands far below the other, over the pole,
-// they pass each other.
+// Pushes two labels apart, the northern one up. A northern label far below the other one,
+// over the pole, passes it instead.
 void BolLabels::duw(Label& noord, Label& zuid) {
     const double naast =
         noord.halveBreedte + zuid.halveBreedte + kAanloop - std::abs(noord.x - zuid.x);
@@ -152,8 +154,8 @@ void BolLabels::duw(Label& noord, Label& zuid) {
     if (zuid.node) zuid.omhoog -= noord.node ? stap : 2.0 * stap;
 }
 
-// The label's frame is the camera's, from where the label shows. The line starts at the
-// letters' edge that is nearest to the dot.
+// Places the line in the label's frame, which is the camera's, seen from the label. The
+// line starts at the letters' edge that is nearest to the dot.
 void BolLabels::span(const Label& label, const glm::dmat4& camera) {
     const double opzij = std::abs(label.omhoog - label.vanzelf) / label.hoogte;
     const double deel = zacht((opzij - kDraadVan) / (kDraadTot - kDraadVan));
@@ -178,7 +180,7 @@ void BolLabels::span(const Label& label, const glm::dmat4& camera) {
     label.draad->setScale({1.0, lengte, 1.0});
 }
 
-// What is left when a busier one lies over it.
+// The strength that remains when a busier label lies over this one.
 double BolLabels::sterkte(const Label& label) const {
     double bedekt = 0.0;
     for (const Label& ander : labels_) {

@@ -19,12 +19,12 @@ namespace {
 constexpr double kPuntenPerEenheid = 900.0;  // of a label's picture
 constexpr double kLabelHoogte = 36.0;
 constexpr double kGrondBreder = 10.0;
-constexpr double kGrondOmhoog = 2.0;  // as letters stand high in their picture
-constexpr double kNacht = 0.93;       // of the light behind a label that it takes away
-constexpr double kRandBreed = 0.06;   // that one of its soft edges takes of its width
-constexpr double kRandHoog = 0.3;     // and of its height
+constexpr double kGrondOmhoog = 2.0;  // points, since letters stand high in their picture
+constexpr double kNacht = 0.93;       // part of the light behind a label that is removed
+constexpr double kRandBreed = 0.06;   // one soft edge, as a part of the night's width
+constexpr double kRandHoog = 0.3;     // and as a part of its height
 
-// A globe's radius seen as near as can be, as a part of the picture's height.
+// The radius of a globe at its nearest, as a part of the picture's height.
 constexpr double kDeelVanStraal = 0.65;
 
 GeometryPtr bolletje(double straal, const QColor& kleur) {
@@ -33,7 +33,7 @@ GeometryPtr bolletje(double straal, const QColor& kleur) {
         DrieWereld::gloed(kleur));
 }
 
-// From a label that was moved aside to its country.
+// The line from a label that was moved aside to its country.
 GeometryPtr draad() {
     QColor kleur = Thema::groen();
     kleur.setAlphaF(0.7F);
@@ -42,7 +42,7 @@ GeometryPtr draad() {
     return platform::makeLines({{0.0F, 0.0F, 0.0F}, {0.0F, 1.0F, 0.0F}}, materiaal);
 }
 
-// A number from 0 to 1 of a country's own, the same in every run.
+// A country's own number from 0 to 1, the same in every run.
 double lotVan(const std::string& code) {
     std::uint32_t getal = 2166136261U;
     for (const char teken : code)
@@ -57,7 +57,7 @@ NodePtr zet(GeometryPtr vorm, const glm::dvec3& plaats, Node& in) {
     return node;
 }
 
-// Night, with soft edges.
+// The night behind a label: black with soft edges.
 QImage nacht() {
     const auto deel = [](int i, int aantal, double rand) {
         const double naarRand = (0.5 + std::min(i, aantal - 1 - i)) / aantal;
@@ -74,8 +74,8 @@ QImage nacht() {
     return beeld;
 }
 
-// As light as all that lies behind a label can be, letters would drown in it. One
-// unit square for all labels, so that one draw call does.
+// The background of a label. Letters would vanish against the brightest possible view
+// behind a label. All labels share one unit square, so that one draw call draws them.
 GeometryPtr grond() {
     const auto materiaal = DrieWereld::gloed(nacht());
     materiaal->setReadsDepth(false);
@@ -83,7 +83,7 @@ GeometryPtr grond() {
     return platform::makePlane({.width = 1.0, .height = 1.0}, materiaal);
 }
 
-// The arc's points as pairs of ends.
+// The arc's points as pairs of end points.
 std::vector<glm::dvec3> stukken(const std::vector<glm::dvec3>& baan) {
     std::vector<glm::dvec3> einden;
     for (std::size_t i = 1; i < baan.size(); ++i) {
@@ -93,7 +93,7 @@ std::vector<glm::dvec3> stukken(const std::vector<glm::dvec3>& baan) {
     return einden;
 }
 
-// Busier than the first line is not brighter than it.
+// The colour of an arc; a line busier than the first is as bright as the first.
 QColor boogKleur(std::int64_t aantal, std::int64_t eerste) {
     QColor kleur = Thema::groen();
     const double deel = static_cast<double>(aantal) / static_cast<double>(eerste);
@@ -156,8 +156,8 @@ double BolLijnen::Reis::deelOp(double nu) const {
     return gereisd - std::floor(gereisd);
 }
 
-// A line that stays goes on from where it is, perhaps at another pace. A new one starts
-// where its country and the time say, so that no two go in step.
+// A line that stays continues from its place, perhaps at another pace. A new line starts at
+// a place that depends on its country and the time, so that no two go in step.
 BolLijnen::Reis BolLijnen::reisVan(const Reizen::key_type& sleutel, std::size_t i,
                                    double tijd) const {
     const double duur = 1.2 + 0.25 * static_cast<double>(i % 5);
@@ -181,7 +181,7 @@ NodePtr BolLijnen::lichtje(std::vector<glm::dvec3> baan, const Reis& reis) const
     return node;
 }
 
-// The letters, and as parts of it the night behind them and the line to their country.
+// The label's letters, with the night behind them and the line to their country as parts.
 NodePtr BolLijnen::label(const QString& tekst) {
     GeometryPtr& vlak = labels_[tekst];
     if (!vlak) vlak = letters(tekst);
@@ -193,7 +193,7 @@ NodePtr BolLijnen::label(const QString& tekst) {
     achter->setRenderingOrder(kVolgGrond);
     achter->setScale({(1.0 + kRandBreed) * maat.x + kGrondBreder / kPuntenPerEenheid,
                       maat.y + 2.0 * kGrondOmhoog / kPuntenPerEenheid, 1.0});
-    // From the label's lower edge up, where the dot is not reached.
+    // The night begins at the label's lower edge, above the dot.
     achter->setPosition({0.0, kGrondOmhoog / kPuntenPerEenheid, 0.0});
     node->addChild(achter);
     auto draad = std::make_shared<Node>(draad_);
@@ -212,7 +212,8 @@ GeometryPtr BolLijnen::letters(const QString& tekst) {
     };
     const auto beeld = Thema::beeld(maat, {.schaal = 2.0, .teken = teken});
     const auto materiaal = DrieWereld::gloed(beeld.value_or(QImage()), {.add = true});
-    // Near the rim the globe would cut it; what is behind the globe is left out whole.
+    // A depth test would cut a label near the rim; a label behind the globe is left out
+    // whole.
     materiaal->setReadsDepth(false);
     return platform::makePlane(
         {.width = maat.width() / kPuntenPerEenheid, .height = maat.height() / kPuntenPerEenheid},

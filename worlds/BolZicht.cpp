@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What of the globe the camera sees, and how finely.
+// The part of the globe that the camera sees, and how finely it is drawn.
 #include <algorithm>
 #include <cmath>
 
@@ -15,8 +15,8 @@ constexpr double kVerbreden = 3.0;        // seconds
 constexpr double kHoogsteBeeld = 4320.0;  // pixels
 constexpr double kAfwijking = 0.25;       // pixels between a circle and its sides
 constexpr int kMinsteSegmenten = 12;
-constexpr double kRand = 1.02;  // round the highest arc
-constexpr int kStanden = 36;    // of the globe that are looked at
+constexpr double kRand = 1.02;  // room around the highest arc
+constexpr int kStanden = 36;    // positions of the globe that are examined
 
 double inGraden(double radialen) {
     return radialen * 180.0 / platform::kPi;

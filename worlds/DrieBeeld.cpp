@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How a world is seen: its camera, its fog, and the views that play it.
+// The view of a world: its camera, its fog, and the views that play it.
 #include "worlds/DrieWereld.h"
 
 namespace brixtel {
@@ -11,13 +11,13 @@ using platform::SceneView;
 
 namespace {
 
-// Where the camera's sight begins and ends, in units of the scene.
+// The near and far ends of the camera's sight, in units of the scene.
 constexpr double kDichtbij = 0.05;
 constexpr double kVeraf = 100.0;
 constexpr double kBloomDrempel = 0.35;
 
-// Large, and in a small preview: the bloom's radius in points, samples per pixel, frames
-// per second.
+// The bloom's radius in points, samples per pixel and frames per second, for a large view
+// and for a small preview.
 constexpr double kBloomStraal = 14.0;
 constexpr double kBloomStraalKlein = 8.0;
 constexpr int kMonsters = 4;

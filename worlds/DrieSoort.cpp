@@ -10,7 +10,7 @@ struct Regel {
     QLatin1String uitleg;
 };
 
-// By the number of the case.
+// The rows are indexed by the number of the case.
 constexpr std::array<Regel, alleSoorten.size()> kRegels{{
 #define DRIE(ruw, naam, nl, en, uitleg, ...) {QLatin1String(#ruw), QLatin1String(uitleg)},
 #include "worlds/Scenes.def"

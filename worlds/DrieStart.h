@@ -5,23 +5,22 @@
 
 namespace brixtel {
 
-// Black fog, from where it begins to where nothing is seen through it, in units from the
-// camera. None unless it ends beyond its begin.
+// Black fog between two distances from the camera, in units: it begins at the first, and
+// hides everything from the second on. No fog unless the second is larger.
 struct DrieMist {
     double begin = 0.0;
     double einde = 0.0;
 };
 
-// What a scene starts from, before its builder adds its content: a line of the table of
-// scenes.
+// A scene's state before its builder adds the content: a line of the table of scenes.
 struct DrieStart {
     glm::dvec3 oog{0.0};      // where the camera stands, in units of the scene
     bool naarMidden = false;  // the camera is turned to the origin; else it looks along -z
     double zicht = 60.0;      // field of view, vertical, degrees
     double bloom = 0.0;       // the bloom's intensity
     DrieMist mist;
-    double breedte = 0.0;  // half the width of what a narrow picture shows whole, at a distance
-                           // of 1; 0: what 4:3 shows will do
+    double breedte = 0.0;  // half the width that a narrow picture shows whole, at a distance of
+                           // 1; 0: the width of 4:3 is enough
 };
 
 }  // namespace brixtel

@@ -24,10 +24,10 @@ std::vector<glm::vec3> enkel(const std::vector<glm::dvec3>& punten) {
     return {punten.begin(), punten.end()};
 }
 
-// The sine of an angle so near to half a turn that it is mostly rounding.
+// The sine of an angle so near to half a turn that rounding dominates it.
 constexpr double kTegenover = 1e-6;
 
-// Of unit length, square to a direction, as far north as that allows.
+// The unit vector square to a direction that points furthest north.
 glm::dvec3 haaksOp(const glm::dvec3& richting) {
     const glm::dvec3 noord =
         std::abs(richting.y) < 0.999 ? glm::dvec3(0.0, 1.0, 0.0) : glm::dvec3(0.0, 0.0, 1.0);
@@ -76,8 +76,8 @@ std::vector<glm::dvec3> DrieWereld::boog(const BoogOpties& opties) {
     const auto& [van, naar, stappen] = opties;
     const double hoek = std::acos(std::clamp(glm::dot(van, naar), -1.0, 1.0));
     if (hoek <= 0.001) return {van, naar};
-    // Between opposite points any way is the shortest, and the formula has none: the
-    // one by the north.
+    // Between opposite points every way is the shortest, and the formula has none: the way
+    // by the north is taken.
     const bool tegenover = std::sin(hoek) < kTegenover;
     const glm::dvec3 zijde = tegenover ? haaksOp(van) : glm::dvec3(0.0);
     const double hoogte = 0.22 * hoek / platform::kPi + 0.06;

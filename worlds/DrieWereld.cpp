@@ -40,7 +40,7 @@ void DrieWereld::bouw() {
         DrieStart start;
         void (DrieWereld::*bouwer)();
     };
-    // By the number of the kind.
+    // The rows are indexed by the number of the kind.
     static const std::array<Regel, alleSoorten.size()> regels{{
 #define DRIE(ruw, naam, nl, en, uitleg, bouwer, ...) {{__VA_ARGS__}, &DrieWereld::bouwer},
 #include "worlds/Scenes.def"
@@ -71,7 +71,8 @@ const LandKaart& DrieWereld::kaart() const {
 }
 
 const std::string& DrieWereld::wachtSleutel() {
-    // Not drawn from the world's own source: worlds of one seed are still two.
+    // The key does not come from the world's own source: two worlds of one seed need two
+    // keys.
     if (wachtSleutel_.empty())
         wachtSleutel_ =
             "bol-" + QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper().toStdString();

@@ -35,24 +35,24 @@ struct DrieWereldOpties {
     bool eigenLijnen = false;  // the owner feeds the globe's lines; the watcher is left alone
 };
 
-// What a world stands on. The clock must outlive the world's views, watcher and
-// table the world; of the source it draws one seed.
+// The objects that a world uses. The clock must outlive the world's views; watcher and
+// table must outlive the world. The world draws one seed from the source.
 struct DrieWereldBronnen {
     platform::MediaClock& klok;
     platform::RandomSource& toeval;
-    VerbindingWacht* wacht = nullptr;  // none: the program's shared one, when it is needed
+    VerbindingWacht* wacht = nullptr;  // none: the program's shared one, on first use
     LandenTabel* landen = nullptr;     // the same
     const LandKaart* kaart = nullptr;  // the same; only read while the world is made
 };
 
-// One self-running 3D scene of one kind: builds it, shows it in views, takes still
-// pictures of it, and switches the connection watch on and off for the globe. The
-// scene's content and motion exist from creation to destruction; it moves only
-// while a view plays it. Its owner keeps the world alive for as long as it is
-// shown. Main thread only; needs a QGuiApplication.
+// One self-running 3D scene of one kind. It builds the scene, shows it in views, takes
+// still pictures of it, and switches the connection watch on and off for the globe. The
+// scene's content and motion exist from creation to destruction; it moves only while a view
+// plays it. Its owner keeps the world alive while it is shown. Main thread only; needs a
+// QGuiApplication.
 //
-// The same seed and the same times give the same picture, whatever else draws
-// from the same source meanwhile.
+// The same seed and the same times give the same picture, whatever else draws from the same
+// source meanwhile.
 class DrieWereld {
   public:
     DrieWereld(DrieSoort soort, const DrieWereldOpties& opties, const DrieWereldBronnen& bronnen);
@@ -66,24 +66,23 @@ class DrieWereld {
     [[nodiscard]] bool rustig() const { return opties_.rustig; }
     [[nodiscard]] bool eigenLijnen() const { return opties_.eigenLijnen; }
 
-    // The globe, and within it what stands for the present connections; none in
-    // the other kinds.
+    // The globe, with the present connections in it; none in the other kinds.
     [[nodiscard]] const platform::NodePtr& bol() const { return bol_; }
     [[nodiscard]] const platform::NodePtr& lijnenNode() const { return lijnenNode_; }
 
-    // Under which this world registers with the watcher: "bol-" and a random UUID
-    // in upper case, made on first use.
+    // The key of this world's registration with the watcher: "bol-" and a random UUID in
+    // upper case, made on first use.
     [[nodiscard]] const std::string& wachtSleutel();
 
-    // A new view, in points, that plays the scene. The world does not keep it.
+    // Makes a view, in points, that plays the scene. The caller owns the view.
     [[nodiscard]] std::shared_ptr<platform::SceneView> maakView(const QRectF& frame);
 
-    // Tells the world that it is shown or hidden. Only a globe that is not fed by
-    // its owner cares: it registers with the watcher or ends that. Nothing is
-    // paused here.
+    // Reports that the world is shown or hidden. A globe that its owner does not feed
+    // registers with the watcher or ends that; other worlds do nothing. Nothing is paused
+    // here.
     void actief(bool aan);
 
-    // Shows these connections on the globe, in place of the last; nothing in the
+    // Shows these connections on the globe, in place of the last ones; does nothing in the
     // other kinds.
     void zetLijnen(const std::vector<Lijn>& lijnen);
 
@@ -92,9 +91,9 @@ class DrieWereld {
         double na = 0.0;      // seconds since the scene's start
         double schaal = 1.0;  // pixels per point
     };
-    // The scene as it stands then, at full quality; it is brought to that time, and
-    // a scene that is further already stays there. A null image where nothing can
-    // draw it.
+    // The scene at that time, at full quality. The call moves the scene to that time; a
+    // scene that is already further stays there. A null image where nothing can draw the
+    // scene.
     [[nodiscard]] QImage plaatje(const PlaatjeOpties& opties);
 
     // Draws one snapshot of a draw list.
@@ -107,7 +106,7 @@ class DrieWereld {
     // The same picture, drawn by `fotograaf`.
     [[nodiscard]] QImage plaatje(const PlaatjeOpties& opties, const Fotograaf& fotograaf);
 
-    // --- what the scenes are made of ---
+    // --- the parts of the scenes ---
 
     struct GloedOpties {
         bool add = false;  // adds its light to what lies behind, and hides nothing
@@ -118,22 +117,22 @@ class DrieWereld {
         return gloed(std::move(kleur), GloedOpties{});
     }
 
-    // A picture of the block digit 1 (true) or 0, 28 × 38 points, two pixels to the
-    // point. None where there is no memory for it.
+    // A picture of the block digit 1 (true) or 0, 28 × 38 points, two pixels to the point.
+    // None where memory is short.
     [[nodiscard]] static std::optional<QImage> cijferBeeld(bool een, const QColor& kleur);
 
     struct CijferOpties {
         QColor kleur;
         double hoogte = 1.0;
     };
-    // A plane that shows one glowing block digit.
+    // A plane with one glowing block digit.
     [[nodiscard]] static platform::GeometryPtr cijferVlak(bool een, const CijferOpties& opties);
 
     struct PuntOpties {
         double r = 1.0;
     };
-    // The point at a latitude and longitude, in degrees: (0, 0) is +z, the north
-    // pole +y, and the east lies towards +x.
+    // The point at a latitude and longitude, in degrees: (0, 0) is +z, the north pole +y,
+    // and east lies towards +x.
     [[nodiscard]] static glm::dvec3 punt(double breedte, double lengte, PuntOpties opties);
 
     struct BoogOpties {
@@ -141,8 +140,8 @@ class DrieWereld {
         glm::dvec3 naar;
         int stappen = 40;
     };
-    // A great circle's arc, lifted off the unit sphere, the higher the longer it is.
-    // Just the two ends, not lifted, where they coincide.
+    // A great circle's arc, lifted off the unit sphere; a longer arc is lifted higher. Only
+    // the two ends, not lifted, where they coincide.
     [[nodiscard]] static std::vector<glm::dvec3> boog(const BoogOpties& opties);
 
     struct PuntenOpties {
@@ -150,7 +149,7 @@ class DrieWereld {
         QColor kleur;
         double hoogsteDeel = 0.0;  // the most of the picture's height; 0: no limit
     };
-    // A cloud of dots, and lines between the points taken pairwise, which glow.
+    // A glowing cloud of dots, and glowing lines between the points of each pair.
     [[nodiscard]] static platform::GeometryPtr punten(const std::vector<glm::dvec3>& punten,
                                                       const PuntenOpties& opties);
     [[nodiscard]] static platform::GeometryPtr lijnen(const std::vector<glm::dvec3>& einden,

@@ -16,7 +16,7 @@ using platform::NodePtr;
 
 namespace {
 
-constexpr double kRand = 1.47;  // of the frame, from the middle
+constexpr double kRand = 1.47;  // the frame's distance from the middle
 constexpr double kTik = 0.08;   // seconds
 constexpr double kGolfKans = 0.025;
 constexpr double kGolfStap = 0.35;

@@ -9,9 +9,9 @@
 
 namespace brixtel {
 
-// The digits of the cube, which flip, and the bright wave that now and then sweeps
-// through them. The nodes belong to the cube node; this changes which of the
-// four shared geometries they show. Lives in the scene's tick; main thread.
+// The cube's digits, which flip, and the bright wave that now and then sweeps through them.
+// The cube node owns the nodes; this class changes which of the four shared geometries they
+// show. Owned by the scene's tick; main thread.
 class KubusCijfers {
   public:
     static constexpr int kZijde = 7;         // digits along each axis
@@ -25,29 +25,29 @@ class KubusCijfers {
         bool een;
     };
 
-    // Where the wave stands along an axis, in steps of the grid.
+    // The wave's place along an axis, in steps of the grid.
     struct Golf {
         double positie = -1.0;  // below 0: none is running
         std::uint32_t as = 0;   // 0 = x, 1 = y, 2 = z
 
         [[nodiscard]] bool loopt() const { return positie >= 0.0; }
         [[nodiscard]] bool raakt(const Cel& cel) const;
-        // On by one tick's distance; over once it is a step beyond the last layer.
+        // Advances by one tick's distance; ends one step beyond the last layer.
         void verder();
     };
 
     // Draws the digits and adds their nodes to `kubus`.
     KubusCijfers(platform::Node& kubus, platform::RandomSource toeval);
 
-    // One tick: flips, perhaps a new wave, the colours, and the wave one on.
+    // Runs one tick: flips, perhaps a new wave, the colours, and the wave's advance.
     void tik();
 
-    // In the order x, y, z, the last running fastest.
+    // The digits in the order x, y, z, the last running fastest.
     [[nodiscard]] const std::vector<Cel>& cellen() const { return cellen_; }
     [[nodiscard]] const Golf& golf() const { return golf_; }
     void zetGolf(const Golf& golf) { golf_ = golf; }
 
-    // Dim 0, dim 1, bright 0, bright 1.
+    // The shared geometries: dim 0, dim 1, bright 0, bright 1.
     [[nodiscard]] const std::array<platform::GeometryPtr, 4>& vlakken() const { return vlakken_; }
 
   private:

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kBreedte = 720;
 constexpr int kHoogte = 360;
-constexpr std::uint8_t kZee = 128;  // and lighter
+constexpr std::uint8_t kZee = 128;  // this grey and lighter
 
 const QLatin1String kSysteemKaart(
     "/System/Library/PrivateFrameworks/GeoKit.framework/Versions/A/Resources/worldmap@2x.png");

@@ -7,25 +7,25 @@
 
 namespace brixtel {
 
-// Where there is land: a map of 720 × 360 grey values, rows from north to south,
-// columns from longitude −180 eastwards, dark where there is land. Never changes
-// once made; any thread.
+// The land of the earth: a map of 720 × 360 grey values, rows from north to south, columns
+// from longitude −180 eastwards, dark where there is land. Never changes once made; any
+// thread.
 class LandKaart {
   public:
-    // Absent: everything is sea.
+    // Makes an absent map: everything is sea.
     LandKaart() = default;
-    // Of a map of the whole earth, dark land on light sea, equirectangular, of any
-    // size. A null picture makes an absent one; where it is clear, there is sea.
+    // Reads a map of the whole earth, dark land on light sea, equirectangular, of any size.
+    // A null picture makes an absent map; transparent places are sea.
     explicit LandKaart(const QImage& beeld);
 
-    // The program's one map, read at the first call: the system's own, else the
-    // module's resource "worldmap@2x.png", else absent.
+    // The program's one map, read at the first call: the system's own, else the module's
+    // resource "worldmap@2x.png", else absent.
     [[nodiscard]] static const LandKaart& gedeeld();
 
-    // Degrees, north and east positive.
+    // Whether there is land; degrees, north and east positive.
     [[nodiscard]] bool isLand(double breedte, double lengte) const;
 
-    // 720 and 360; 0 for an absent one.
+    // The map's size, 720 and 360; 0 for an absent map.
     [[nodiscard]] int breedte() const { return breedte_; }
     [[nodiscard]] int hoogte() const { return hoogte_; }
 

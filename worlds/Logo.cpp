@@ -114,7 +114,7 @@ QImage logoTegel() {
         vlak.vul(std::array{QRectF(0.0, 0.0, kZijde, kStreep)});
         vlak.vul(std::array{QRectF(0.0, 0.0, kStreep, kZijde)});
     };
-    // Nothing shines through, and a drawer should know.
+    // The opaque format tells a drawer that nothing shows through.
     return Thema::beeld({kZijde, kZijde}, {.schaal = 1.0, .teken = teken})
         .value_or(QImage())
         .convertToFormat(QImage::Format_RGB32);

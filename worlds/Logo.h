@@ -6,8 +6,8 @@
 
 namespace brixtel {
 
-// The word, one box for each lit cell of its block letters, centred on the origin
-// in its own units: one to a block.
+// The word, with one box for each lit cell of its block letters, centred on the origin. One
+// unit is one block.
 [[nodiscard]] platform::NodePtr logoWoord();
 
 // The ring of 48 digits, which undulates three times around its circle.

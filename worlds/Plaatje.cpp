@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Still pictures of a world.
-#include "platform/render/SceneSnapshot.h"
+#include "platform/render/cpu/CpuSceneDrawer.h"
 #include "worlds/DrieWereld.h"
 
 namespace brixtel {
@@ -17,10 +17,9 @@ double verhouding(QSizeF maat) {
 }  // namespace
 
 QImage DrieWereld::plaatje(const PlaatjeOpties& opties) {
-    const auto snapshot = platform::SceneSnapshot::create();
-    if (!snapshot) return {};
+    platform::CpuSceneDrawer tekenaar;
     return plaatje(opties, [&](const platform::DrawList& lijst, const Opname& opname) {
-        return snapshot->picture(lijst, opname.maat, opname.schaal, {.samples = opname.monsters});
+        return tekenaar.picture(lijst, opname.maat, opname.schaal);
     });
 }
 

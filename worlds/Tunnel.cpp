@@ -41,8 +41,8 @@ TunnelCijfer werp(QPointF linksonder, double kolomHelderheid, platform::RandomSo
     return {.een = toeval.coin(), .linksonder = linksonder, .kleur = kleur};
 }
 
-// Papered upside down: what scrolls to larger v then comes towards the camera, and
-// the digits are not mirrored.
+// The wallpaper is upside down, so that scrolling to larger v moves it towards the camera
+// and the digits are not mirrored.
 platform::GeometryPtr maakBuis(platform::MaterialPtr behang) {
     platform::MeshData data =
         platform::makeTube(
@@ -84,7 +84,7 @@ std::optional<QImage> tunnelBeeld(const std::vector<TunnelCijfer>& cijfers) {
                               vlak);
     };
     auto beeld = Thema::beeld({kBeeldZijde, kBeeldZijde}, {.schaal = 1.0, .teken = teken});
-    // Nothing shines through, and a drawer should know.
+    // The opaque format tells a drawer that nothing shows through.
     if (beeld) beeld->convertTo(QImage::Format_RGB32);
     return beeld;
 }
@@ -122,7 +122,7 @@ void DrieWereld::bouwTunnel() {
     buis->setEulerAngles({platform::kPi / 2.0, 0.0, 0.0});
     buis->setPosition({0.0, 0.0, -38.0});
     buis->runAction(Action::repeatForever(Action::rotateBy({0.0, 2.0 * platform::kPi, 0.0}, 40.0)));
-    // By then the wallpaper has gone on by whole repeats: it begins again unseen.
+    // The wallpaper has then moved by whole repeats, so that the restart is invisible.
     buis->runAction(
         Action::repeatForever(Action::custom(kEindeloos, [behang](Node&, double seconden) {
             behang->setContentsTransform(tunnelVerloop(seconden));

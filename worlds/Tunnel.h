@@ -21,16 +21,16 @@ struct TunnelCijfer {
     QColor kleur;
 };
 
-// The wallpaper's digits: sixteen columns of their own brightness, fourteen rows,
-// about one digit in seventeen bright. Column by column, from the bottom.
+// The wallpaper's digits: sixteen columns, each of its own brightness, fourteen rows, about
+// one digit in seventeen bright. Ordered column by column, from the bottom.
 [[nodiscard]] std::vector<TunnelCijfer> tunnelCijfers(platform::RandomSource& toeval);
 
-// The wallpaper: 512 × 512 points, one pixel each; it repeats without a seam. None
-// where there is no memory for it.
+// The wallpaper: 512 × 512 points, one pixel each; it repeats without a seam. None where
+// memory is short.
 [[nodiscard]] std::optional<QImage> tunnelBeeld(const std::vector<TunnelCijfer>& cijfers);
 
-// How the wallpaper lies on the wall after so many seconds: it repeats 6 times
-// round and 14 times along the tube, and scrolls by 0.55 repeats a second.
+// The wallpaper's placement on the wall at a time in seconds: it repeats 6 times round and
+// 14 times along the tube, and scrolls by 0.55 repeats a second.
 [[nodiscard]] glm::dmat4 tunnelVerloop(double seconden);
 
 // The digits that fly towards the viewer.

@@ -20,11 +20,16 @@ QString bestand() {
     return map() + QStringLiteral("/nl.groenlicht.brixtel.bureau.desktop");
 }
 
+// A string of the file, whatever is in it.
+QString ontsnapt(QString woord) {
+    return woord.replace(u'\\', QStringLiteral("\\\\"));
+}
+
 // A word of an Exec line, whatever is in it.
 QString aangehaald(QString woord) {
     for (const char teken : {'\\', '"', '`', '$'})
         woord.replace(QLatin1Char(teken), QStringLiteral("\\") + QLatin1Char(teken));
-    // The line is itself a string, in which a backslash is two.
+    // The line is itself a string, in which a backslash is written twice.
     woord.replace(u'\\', QStringLiteral("\\\\"));
     return u'"' + woord.replace(u'%', QStringLiteral("%%")) + u'"';
 }
@@ -44,8 +49,9 @@ QString Autostart::zet(bool aan, const QString& programma) {
         QStringLiteral(
             "[Desktop Entry]\nType=Application\nName=Brixtel\n"
             "Comment=Effects over the desktop\nComment[nl]=Effecten over het bureaublad\n"
-            "Exec=%1 --dienst\nIcon=brixtel-saver\nTerminal=false\nX-GNOME-Autostart-Delay=2\n")
-            .arg(aangehaald(programma));
+            "TryExec=%2\nExec=%1 "
+            "--dienst\nIcon=brixtel-saver\nTerminal=false\nX-GNOME-Autostart-Delay=2\n")
+            .arg(aangehaald(programma), ontsnapt(programma));
     QDir().mkpath(map());
     return schrijfBestand(bestand(), tekst.toUtf8());
 }

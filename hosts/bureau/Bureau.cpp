@@ -8,7 +8,7 @@
 namespace brixtel {
 
 namespace {
-// A slider that is dragged asks many times.
+// A slider that is dragged asks many times to be kept.
 constexpr double kSamennemen = 0.15;  // seconds
 }  // namespace
 
@@ -26,6 +26,8 @@ QString uitleg(RegenStand stand) {
             "zonder --venstersysteem kan het misschien wel");
     if (stand == RegenStand::schermbeveiliging)
         return QStringLiteral("de schermbeveiliging is aan; de regen komt daarna terug");
+    if (stand == RegenStand::leeg)
+        return QStringLiteral("de dichtheid is 0, dus er valt geen druppel");
     return {};
 }
 
@@ -39,8 +41,9 @@ Bureau::Bureau(const MatrixCentraleBronnen& bronnen, platform::MonitorRecorderOp
     centrale_.dichtheid = keuzes_.dichtheid;
     centrale_.snelheid = keuzes_.snelheid;
     centrale_.opMuziek = keuzes_.muziek;
+    centrale_.flitsDeel = flitsDeel(keuzes_.flits);
     centrale_.muziekStand = [this] { return muziek_.stand(); };
-    // Also when the user closes the black screen.
+    // The user, too, can close the black screen.
     centrale_.onZwart = [this](bool) { meld(); };
     regen_ = centrale_.regenStand().volg([this](RegenStand) { meld(); });
     beveiliging_ = werkruimte_.observe([this](platform::Workspace::Change wat) {
@@ -62,7 +65,7 @@ void Bureau::na(Doe doe) {
 
 void Bureau::meld() {
     const bool volgt = centrale_.zwartAan() && centrale_.muziekKlok().isValid();
-    // What lies under a saver or lock is seen by nobody.
+    // Nobody sees effects under a saver or lock.
     muziek_.luister(keuzes_.muziek && (volgt || luisterMee_) && !werkruimte_.isSaverActive());
     if (bezig_ > 0) return;
     const BureauStand nu{.zwart = centrale_.zwartAan(),
@@ -132,23 +135,15 @@ void Bureau::zetKeuzes(const BureauKeuzes& keuzes) {
     centrale_.dichtheid = keuzes.dichtheid;
     centrale_.snelheid = keuzes.snelheid;
     centrale_.opMuziek = keuzes.muziek;
-    if (andereRegen && centrale_.regenAan() && !vernieuwing_.isValid())
-        vernieuwing_ =
-            platform::Timer(klok_, {.interval = kSamennemen}, [this] { vernieuwRegen(); });
-    meld();
+    centrale_.flitsDeel = flitsDeel(keuzes.flits);
+    na([&] {
+        if (andereRegen) centrale_.pasRegenAan();
+    });
 }
 
 QString Bureau::bewaarMis() const {
     if (bewaarFout_ == 0) return {};
     return QStringLiteral("de keuze geldt, maar is niet te bewaren: ") + reden(bewaarFout_);
-}
-
-void Bureau::vernieuwRegen() {
-    if (!centrale_.regenAan()) return;
-    na([&] {
-        centrale_.sluitRegen();
-        centrale_.toonRegen();
-    });
 }
 
 }  // namespace brixtel

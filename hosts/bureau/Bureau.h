@@ -12,22 +12,23 @@
 
 namespace brixtel {
 
-// How the desktop effects stand, for whoever shows it.
+// The state of the desktop effects, for a panel, a tray or a client.
 struct BureauStand {
     bool zwart = false;
-    std::optional<DrieSoort> soort;  // of the black screen; none for the rain
+    std::optional<DrieSoort> soort;  // of the black screen; none is the rain
     bool regen = false;
     RegenStand regenStand = RegenStand::uit;
     BureauKeuzes keuzes;
     friend bool operator==(const BureauStand&, const BureauStand&) = default;
 };
 
-// Why the desktop rain is on and cannot be seen; empty where it can, or is off.
+// The reason why the desktop rain is on and cannot be seen; empty where the rain is off or
+// visible.
 [[nodiscard]] QString uitleg(RegenStand stand);
 
-// The owner of the desktop effects: drives the controller, listens to the music
-// while a black screen follows it or the user is shown what it hears, keeps the user's choices, and
-// tells how things stand. Main thread; what it is made of must outlive it.
+// The owner of the desktop effects. It drives the controller, keeps the user's choices and
+// publishes the state. It listens to the music while a black screen follows the music or
+// luisterMee() is on. Main thread; the objects given to the constructor must outlive it.
 class Bureau {
   public:
     explicit Bureau(const MatrixCentraleBronnen& bronnen,
@@ -36,13 +37,14 @@ class Bureau {
     Bureau(const Bureau&) = delete;
     Bureau& operator=(const Bureau&) = delete;
 
-    // Why no black screen can be shown now: it would lie over the screen saver or
-    // lock that is active. Empty where it can, or shows already.
+    // The reason why no black screen can be shown now: a screen saver or lock is active,
+    // and a black screen would lie over it. Empty where a black screen can be shown or is
+    // shown already.
     [[nodiscard]] QString zwartBeletsel() const;
     // Why the rain was refused; empty where it was not.
     [[nodiscard]] QString regenWeigering() const;
 
-    // As in MatrixCentrale, except that what has a zwartBeletsel() does nothing.
+    // Does nothing where there is a zwartBeletsel(); otherwise as in MatrixCentrale.
     void toonZwart(std::optional<DrieSoort> soort);
     void sluitZwart();
     void wisselZwart(std::optional<DrieSoort> soort);
@@ -51,18 +53,18 @@ class Bureau {
     void wisselRegen();
     void sluitAlles();
 
-    // The desktop rain is made anew with the choices within 0.15 s. A black screen has them
-    // from its next opening, except that it stops following the music at once. The choices
-    // are kept between runs and written at most every 0.15 s; the last ones are always
-    // written, at the latest when this is dropped.
+    // The desktop rain takes its speed at once and fades into another density. A black
+    // screen has the choices from its next opening, except that it stops following the
+    // music, and softens its flash, at once. The choices are kept between runs and
+    // written at most every 0.15 s; the last ones are always written, at the latest when
+    // this is dropped.
     void zetKeuzes(const BureauKeuzes& keuzes);
-    // Why the choices are not kept, as it was when they were written out last; empty
-    // where they are.
+    // The error of the last write of the choices; empty on success.
     [[nodiscard]] QString bewaarMis() const;
-    // Writes choices that wait for it at once.
+    // Writes waiting choices at once.
     void bewaar() { bewaring_.nu(); }
 
-    // One of them; the others stay as they are.
+    // Sets one choice; the others stay.
     template <typename T>
     void kies(T BureauKeuzes::*keuze, const std::type_identity_t<T>& waarde) {
         BureauKeuzes keuzes = keuzes_;
@@ -70,14 +72,18 @@ class Bureau {
         zetKeuzes(keuzes);
     }
 
-    // Brings a window of this program to the front, from whatever desktop it is on.
+    // Brings a window of this program to the front, from any virtual desktop.
     void activeer(std::uint32_t venster) { werkruimte_.activate({.window = venster}); }
+
+    // The desktop rain leaves this rectangle of the screens free: what stands there is to
+    // be read. As in Screen::frame; an empty one is none.
+    void laatVrij(const QRectF& vlak) { centrale_.laatVrij(vlak); }
 
     // Listens to the music also while no black screen shows, for as long as the
     // choice is to follow it: for whoever shows the user what it hears.
     void luisterMee(bool aan);
 
-    // Published once for all that one call changes.
+    // The state; one call publishes it once, however many fields change.
     [[nodiscard]] const Gepubliceerd<BureauStand>& stand() const { return stand_; }
 
     [[nodiscard]] const MatrixCentrale& centrale() const { return centrale_; }
@@ -87,7 +93,6 @@ class Bureau {
     template <typename Doe>
     void na(Doe doe);
     void meld();
-    void vernieuwRegen();
 
     platform::MediaClock& klok_;
     platform::Workspace& werkruimte_;
@@ -100,7 +105,6 @@ class Bureau {
     int bezig_ = 0;
     bool luisterMee_ = false;
     Gepubliceerd<BureauStand> stand_;
-    platform::Timer vernieuwing_;
     Abonnement regen_;
     platform::Observation beveiliging_;
 };

@@ -13,7 +13,7 @@ namespace brixtel {
 
 namespace {
 
-// `mis` is empty where nothing went wrong.
+// An answer for the error `mis`; empty is success.
 BusAntwoord afloop(const QString& mis) {
     if (mis.isEmpty()) return QVariantList();
     return BusFout{QStringLiteral("org.freedesktop.DBus.Error.Failed"), mis};
@@ -48,6 +48,8 @@ QString ruweWaarde(RegenStand stand) {
             return QStringLiteral("geen-compositor");
         case RegenStand::schermbeveiliging:
             return QStringLiteral("schermbeveiliging");
+        case RegenStand::leeg:
+            return QStringLiteral("leeg");
         case RegenStand::geenBovenlaag:
             return QStringLiteral("geen-bovenlaag");
         case RegenStand::geenDoorklik:
@@ -131,7 +133,7 @@ BusObject::Doe BureauDienst::metGetal(double BureauKeuzes::*keuze, double laag, 
                                       const QString& wat) {
     return [=, this](const QVariantList& waarden) -> BusAntwoord {
         const double getal = waarden.at(0).toDouble();
-        // What is no number is in no range either.
+        // A NaN lies in no range.
         if (!(getal >= laag && getal <= hoog))
             return verkeerdeWaarde(QStringLiteral("%1 is een getal van %2 tot en met %3, niet %4")
                                        .arg(wat)

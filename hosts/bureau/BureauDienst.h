@@ -16,23 +16,23 @@ inline const QString kDienstPad = QStringLiteral("/nl/groenlicht/brixtel/Bureau"
 // The raw value of a RegenStand on the bus.
 [[nodiscard]] QString ruweWaarde(RegenStand stand);
 
-// What the owner's program does for those who ask.
+// The actions of the owner's program that callers on the bus can ask for.
 struct BureauDaden {
     std::function<void()> stop;           // ends the program
-    std::function<QString()> toonPaneel;  // returns what went wrong; empty if nothing did
+    std::function<QString()> toonPaneel;  // returns the error as text; empty on success
 };
 
-// The desktop effects as an object on the session bus, as its introspection XML
-// tells: every method checks what it is given and then asks the owner; every
-// change of how things stand is told. Main thread.
+// The desktop effects as an object on the session bus, as its introspection XML describes.
+// Every method checks its arguments and then asks the owner; every change of state is
+// signalled. Main thread.
 class BureauDienst {
   public:
-    // `stop` is called after the method's answer is on its way.
+    // Calls `stop` after the method's answer has been sent.
     BureauDienst(Bureau& bureau, BusAansluiting& bus, BureauDaden daden);
     BureauDienst(const BureauDienst&) = delete;
     BureauDienst& operator=(const BureauDienst&) = delete;
 
-    // As if it were called over the bus.
+    // Carries out a method as if it were called over the bus.
     [[nodiscard]] BusAntwoord voerUit(const QString& methode, const QVariantList& waarden);
 
   private:

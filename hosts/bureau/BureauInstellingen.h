@@ -2,24 +2,33 @@
 #pragma once
 
 #include <QLatin1String>
+#include <QString>
 #include <optional>
 
 #include "worlds/DrieSoort.h"
 
 namespace brixtel {
 
-// What the user chose for the desktop effects.
+// How much of the flash on a beat the user wants to see.
+enum class Flits { gewoon, zacht, uit };
+
+[[nodiscard]] QString ruweWaarde(Flits flits);
+[[nodiscard]] std::optional<Flits> flitsUitRuw(const QString& ruw);
+// The share of the flash that shows, 0...1.
+[[nodiscard]] double flitsDeel(Flits flits);
+
+// The user's choices for the desktop effects.
 struct BureauKeuzes {
     double dichtheid = 0.7;          // 0...1
     double snelheid = 1.0;           // 0.2...4, times the usual
     bool muziek = false;             // whether the black screen follows the music
+    Flits flits = Flits::gewoon;     // on a beat
     std::optional<DrieSoort> soort;  // what the panel's black screen shows; none for the rain
     bool voorbeeld = true;           // whether the panel shows it
     friend bool operator==(const BureauKeuzes&, const BureauKeuzes&) = default;
 };
 
-// The one place where they are kept between runs, in the program's own
-// preferences. Main thread.
+// The only store of the choices between runs, in the program's own preferences. Main thread.
 class BureauInstellingen final {
   public:
     BureauInstellingen() = delete;
@@ -28,11 +37,11 @@ class BureauInstellingen final {
     static constexpr double kLangzaamst = 0.2;
     static constexpr double kSnelst = 4.0;
 
-    // What is not, or not validly, stored is as it is by default.
+    // Returns the stored choices; an absent or invalid value is the default.
     static BureauKeuzes lees();
 
-    // Written out at once. Returns 0, or the number of the error for which nothing
-    // is kept; without a store nothing happens.
+    // Writes the choices out at once. Returns 0, or the number of the error that prevented
+    // it; without a store nothing happens.
     static int bewaar(const BureauKeuzes& keuzes);
 };
 

@@ -9,7 +9,7 @@
 namespace brixtel {
 
 namespace {
-// After each call everything else has its turn, so long at least.
+// The pause after each call gives other work on the main thread its turn.
 constexpr double kTussendoor = 0.005;  // seconds
 }  // namespace
 
@@ -40,7 +40,8 @@ BusAansluiting::~BusAansluiting() {
 
 bool BusAansluiting::neemNaam(const QString& naam) {
     if (!draad_.isRunning()) {
-        // Qt hangs something of its own on it, which must come along.
+        // Qt attaches a helper object to the receiver, which must move to the thread with
+        // it.
         verbinding_.registerVirtualObject(QStringLiteral("/"), ontvanger_.get(),
                                           QDBusConnection::SubPath);
         ontvanger_->moveToThread(&draad_);

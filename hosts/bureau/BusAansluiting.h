@@ -16,36 +16,34 @@ class BusOntvanger;
 
 // This program's place on a message bus: its objects, their properties, its name.
 //
-// Calls come in on a thread of its own, which answers by itself what can be
-// answered from what it knows: properties, introspection, and calls that are
-// wrong, each with a Dutch error. What is left goes to the main thread, one at
-// a time, and not more from one caller than OproepLimiet allows, so that whoever
-// floods the bus with calls holds up nothing but his own answers. Main thread; the
-// clock must outlive it, and its now() must be for any thread to call.
+// A thread of its own receives calls. It answers properties, introspection and wrong calls
+// by itself; each wrong call gets a Dutch error. The other calls go to the main thread, one
+// at a time, and no more from one caller than OproepLimiet allows, so that a caller that
+// floods the bus delays only its own answers. Main thread; the clock must outlive it, and
+// any thread must be able to call the clock's now().
 class BusAansluiting : public QObject {
     Q_OBJECT
 
   public:
-    // Waits for the bus at that address.
+    // Connects to the bus at that address, and waits for it.
     BusAansluiting(platform::MediaClock& klok, const QString& adres);
     ~BusAansluiting() override;
 
     [[nodiscard]] const QDBusConnection& verbinding() const { return verbinding_; }
 
-    // Whether the name is this program's now. Calls are only answered from then on
-    // that came after.
+    // Takes the name; true when it is this program's now. Calls that arrive from then on
+    // are answered.
     [[nodiscard]] bool neemNaam(const QString& naam);
 
-    // Before the name is taken.
+    // Offers an object. To be called before neemNaam().
     void bied(BusObject object);
 
-    // Tells whoever follows them of those properties that are not as they were. By
-    // interface.Property.
+    // Sets properties, named interface.Property, and signals those that changed.
     void zetEigenschappen(const QString& pad, const QVariantMap& eigenschappen);
     void zend(const QString& pad, const QString& interface, const QString& signaal,
               const QVariantList& waarden);
 
-    // Called when the bus is gone.
+    // Called when the connection to the bus is lost.
     void onVerloren(std::function<void()> actie) { onVerloren_ = std::move(actie); }
 
   private:
@@ -56,7 +54,7 @@ class BusAansluiting : public QObject {
     const QString verbindingNaam_;
     QDBusConnection verbinding_;
     QThread draad_;
-    std::unique_ptr<BusOntvanger> ontvanger_;  // lives on that thread
+    std::unique_ptr<BusOntvanger> ontvanger_;  // lives on the bus thread
     platform::Timer verder_;
     std::function<void()> onVerloren_;
 };

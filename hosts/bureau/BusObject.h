@@ -10,36 +10,35 @@
 
 namespace brixtel {
 
-// What a caller gets in the place of an answer.
+// The error that a caller gets instead of an answer.
 struct BusFout {
-    QString naam;   // in the bus's manner
+    QString naam;   // a D-Bus error name
     QString tekst;  // for people
 };
 using BusAntwoord = std::variant<QVariantList, BusFout>;
 
-// A value that is not among those that a method takes.
+// The error for a value that a method does not take.
 [[nodiscard]] BusFout verkeerdeWaarde(const QString& tekst);
 
-// An object that others can call over the bus: what its introspection XML (one or
-// more interfaces) says it has, and what is done for each method. Methods run on
-// the main thread.
+// An object that others can call over the bus. Its introspection XML describes one or more
+// interfaces; `doe` holds an action for each method. Methods run on the main thread.
 struct BusObject {
     using Doe = std::function<BusAntwoord(const QVariantList&)>;
 
     QString pad;
     QString beschrijving;       // XML
     QHash<QString, Doe> doe;    // by interface.Method
-    QVariantMap eigenschappen;  // as they are at first, by interface.Property
-    // What a call of a method counts for in OproepLimiet, by interface.Method; 1 where
-    // nothing is said.
+    QVariantMap eigenschappen;  // the first values, by interface.Property
+    // The cost of one call in OproepLimiet, by interface.Method; 1 for a method that is
+    // absent.
     QHash<QString, double> prijzen;
 };
 
-// What a description says of one method.
+// One method of a description.
 struct BusMethode {
     QString interface;
     QString naam;
-    QString handtekening;  // of what goes in
+    QString handtekening;  // of the arguments
 };
 
 // All methods in a description, in order.

@@ -35,7 +35,7 @@ QDBusMessage andereSoort(const QDBusMessage& bericht, const QString& handtekenin
                           .arg(bericht.member(), handtekening, bericht.signature()));
 }
 
-// What Qt and the bus answer by themselves.
+// Whether Qt or the bus itself answers this interface.
 bool isVanDeBus(const QString& interface) {
     return interface == u"org.freedesktop.DBus.Introspectable" ||
            interface == u"org.freedesktop.DBus.Peer";
@@ -79,7 +79,7 @@ QString BusOntvanger::introspect(const QString& pad) const {
     const std::lock_guard houvast(slot_);
     const auto object = objecten_.find(pad);
     if (object != objecten_.end()) return object->second.zelf.beschrijving;
-    // The next words of the paths below.
+    // The nodes below `pad` are the next words of longer paths.
     const QString begin = pad.endsWith(u'/') ? pad : pad + u'/';
     QStringList kinderen;
     for (const auto& [onder, o] : objecten_)

@@ -15,7 +15,7 @@
 
 namespace brixtel {
 
-// Where calls come in, on a thread of its own: every path of the connection.
+// Receives the calls on every path of the connection, on a thread of its own.
 class BusOntvanger final : public QDBusVirtualObject {
   public:
     // A call that the main thread is to carry out.
@@ -24,15 +24,15 @@ class BusOntvanger final : public QDBusVirtualObject {
         BusObject::Doe doe;
     };
 
-    // `roep` is called, on the receiver's thread, when there is something to take
-    // where there was nothing.
+    // Calls `roep`, on the receiver's thread, when the empty queue of calls gets its first
+    // one.
     BusOntvanger(const platform::MediaClock& klok, std::function<void()> roep)
         : klok_(klok), roep_(std::move(roep)) {}
 
     // --- from any thread ---
 
     void bied(BusObject object);
-    // Those that were other than this; of one interface at a time.
+    // Sets properties of one interface and returns those that changed.
     QMap<QString, QVariantMap> zetEigenschappen(const QString& pad,
                                                 const QVariantMap& eigenschappen);
     [[nodiscard]] std::optional<Oproep> neem();

@@ -7,10 +7,10 @@
 
 namespace brixtel {
 
-// Something that is asked for as often as a slider moves, and done no more often
-// than once in `tussentijd` seconds: at once where it has not been done lately, and
-// else once for all, as that time is up. So what was asked for last is done too.
-// Main thread; the clock must outlive it.
+// An action that may be requested often, as by a moving slider, and runs at most once in
+// `tussentijd` seconds. It runs at once after a longer pause. Otherwise one run at the end
+// of the interval serves all requests, so that the last request is never lost. Main thread;
+// the clock must outlive it.
 class GedoseerdeActie {
   public:
     GedoseerdeActie(platform::MediaClock& klok, double tussentijd, std::function<void()> doe);
@@ -18,9 +18,9 @@ class GedoseerdeActie {
     GedoseerdeActie& operator=(const GedoseerdeActie&) = delete;
 
     void vraag();
-    // What waits, if anything does, is done now.
+    // Runs a waiting action now.
     void nu();
-    // What waits is done no more, as when this is dropped; the next is done at once.
+    // Drops a waiting action, as the destructor does. The next request runs at once.
     void vergeet();
 
   private:

@@ -15,7 +15,7 @@ constexpr int kGeduld = 250;  // milliseconds
 bool zijnHulpmiddelenInGebruik(const QDBusConnection& verbinding) {
     const QString dienst = QStringLiteral("org.a11y.Bus");
     if (!verbinding.interface()->isServiceRegistered(dienst).value()) return false;
-    // As in Qt itself.
+    // Qt reads the same variable.
     if (qEnvironmentVariableIntValue("QT_LINUX_ACCESSIBILITY_ALWAYS_ON") == 1) return true;
     QDBusMessage bericht = QDBusMessage::createMethodCall(
         dienst, QStringLiteral("/org/a11y/bus"), QStringLiteral("org.freedesktop.DBus.Properties"),

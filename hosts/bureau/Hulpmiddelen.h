@@ -5,9 +5,9 @@
 
 namespace brixtel {
 
-// Whether a screen reader or its like is at work in this session, as its
-// accessibility bus says. Starts nothing, and waits no longer than a quarter of a
-// second for the answer.
+// Whether an assistive program, such as a screen reader, runs in this session, as the
+// session's accessibility bus says. Starts nothing, and waits at most 0.25 s for the
+// answer.
 [[nodiscard]] bool zijnHulpmiddelenInGebruik(const QDBusConnection& verbinding);
 
 }  // namespace brixtel

@@ -5,6 +5,7 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
+#include <QLocale>
 
 #include "hosts/bureau/BureauDienst.h"
 
@@ -16,6 +17,13 @@ constexpr int kGeduld = 10'000;  // milliseconds
 
 QString regel(const char* wat, const QString& hoe) {
     return QStringLiteral("%1: %2\n").arg(QLatin1String(wat), hoe);
+}
+
+// As the panel writes it.
+QString getalTekst(double getal) {
+    QLocale nederlands(QLocale::Dutch, QLocale::Netherlands);
+    nederlands.setNumberOptions(QLocale::OmitGroupSeparator);
+    return nederlands.toString(getal, 'f', QLocale::FloatingPointShortest);
 }
 
 QString aanUit(bool aan) {
@@ -35,7 +43,7 @@ QString foutTekst(const QDBusMessage& antwoord) {
 
 QString standTekst(const QVariantMap& eigenschappen) {
     const auto waarde = [&](const char* naam) { return eigenschappen.value(QLatin1String(naam)); };
-    const auto getal = [&](const char* naam) { return QString::number(waarde(naam).toDouble()); };
+    const auto getal = [&](const char* naam) { return getalTekst(waarde(naam).toDouble()); };
     QString zwart = aanUit(waarde("ZwartAan").toBool());
     if (waarde("ZwartAan").toBool())
         zwart += QStringLiteral(" (%1)").arg(waarde("ZwartSoort").toString());

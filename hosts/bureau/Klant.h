@@ -10,28 +10,29 @@
 
 namespace brixtel {
 
-// A second start of the program, which asks the first. Waits for its answers.
+// The client side of a second start: sends requests to the running owner and waits for the
+// answers.
 class Klant {
   public:
     explicit Klant(const QDBusConnection& verbinding) : verbinding_(verbinding) {}
 
-    // Whether there is a first.
+    // Whether an owner runs.
     [[nodiscard]] bool isEr() const;
 
-    // Returns what went wrong; empty if nothing did.
+    // Sends one request. Returns the error as text for the user; empty on success.
     [[nodiscard]] QString vraag(const Verzoek& verzoek) const;
 
-    // How things stand, line by line, for --stand; what went wrong is left in `mis`.
+    // The state, line by line, for --stand. Leaves an error in `mis`.
     [[nodiscard]] QString stand(QString& mis) const;
 
   private:
-    // Waits for the answer.
+    // Makes the call and waits for its answer.
     [[nodiscard]] QDBusMessage roep(const QDBusMessage& bericht) const;
 
     QDBusConnection verbinding_;
 };
 
-// What an error from the bus or the owner says, for the user: the bus's own words are
+// The text for the user of an error from the bus or the owner. The bus's own texts are
 // English.
 [[nodiscard]] QString foutTekst(const QDBusMessage& antwoord);
 

@@ -62,7 +62,7 @@ const BusMenuRegel* vind(const BusMenuRegel& regel, int nummer) {
     return nullptr;
 }
 
-// Down to so many floors; all of them where that is below 0.
+// The line with at most `diepte` levels below it; below 0 means all levels.
 BusMenuRegel totDiepte(const BusMenuRegel& regel, int diepte) {
     BusMenuRegel deel{regel.nummer, regel.kenmerken, {}};
     if (diepte == 0) return deel;
@@ -75,7 +75,7 @@ QVariantMap kenmerkenVan(const MenuRegel& regel) {
     using Soort = MenuRegel::Soort;
     if (regel.soort == Soort::Streep)
         return {{QStringLiteral("type"), QStringLiteral("separator")}};
-    // An underscore would mark the letter behind it.
+    // A single underscore would mark the next letter as a shortcut key.
     QVariantMap kenmerken{
         {QStringLiteral("label"), QString(regel.tekst).replace(u'_', QStringLiteral("__"))}};
     if (regel.soort != Soort::Gewoon) {
@@ -143,7 +143,7 @@ Menu::Menu(BusAansluiting& bus, const QString& pad) : bus_(bus), pad_(pad) {
                                  {voluit("TextDirection"), QStringLiteral("ltr")},
                                  {voluit("Status"), QStringLiteral("normal")},
                                  {voluit("IconThemePath"), QStringList()}},
-               // A panel asks for much, and tells where the mouse is.
+               // A panel asks for layouts often, and reports where the mouse is.
                .prijzen = {{voluit("GetLayout"), 0.1},
                            {voluit("GetGroupProperties"), 0.1},
                            {voluit("GetProperty"), 0.1},
@@ -181,7 +181,7 @@ QHash<QString, BusObject::Doe> Menu::methoden() {
     const auto groep = [this](const QVariantList& waarden) -> BusAntwoord {
         QList<BusMenuKenmerken> lijst;
         QList<int> nummers = qdbus_cast<QList<int>>(waarden.at(0));
-        // None named are all of them.
+        // An empty list asks for all lines.
         if (nummers.isEmpty()) {
             nummers.resize(static_cast<qsizetype>(daden_.size()));
             std::iota(nummers.begin(), nummers.end(), 0);
@@ -195,7 +195,7 @@ QHash<QString, BusObject::Doe> Menu::methoden() {
             QDBusVariant(regel.kenmerken.value(waarden.at(1).toString(), QString())))};
     };
     const auto gebeurtenis = [this](const BusMenuRegel& regel, const QVariantList& waarden) {
-        // What is done may make the menu anew.
+        // The action may build the menu anew.
         const auto doe = daden_[static_cast<std::size_t>(regel.nummer)];
         if (doe && waarden.at(1).toString() == u"clicked") doe();
         return QVariantList();

@@ -14,16 +14,16 @@ namespace brixtel {
 
 // One line of a menu.
 struct MenuRegel {
-    // Of the Rondjes beside each other one is on.
+    // One of several adjacent lines of kind Rondje is on.
     enum class Soort { Gewoon, Vink, Rondje, Streep };
     Soort soort = Soort::Gewoon;
     QString tekst;
     bool aan = false;  // of a Vink or Rondje
     std::function<void()> doe;
-    std::vector<MenuRegel> onder;  // a menu of its own
+    std::vector<MenuRegel> onder;  // a submenu
 };
 
-// A line as it goes over the bus, with those below it: (ia{sv}av).
+// A line as it goes over the bus, with its submenu: (ia{sv}av).
 struct BusMenuRegel {
     int nummer = 0;
     QVariantMap kenmerken;
@@ -32,7 +32,7 @@ struct BusMenuRegel {
 QDBusArgument& operator<<(QDBusArgument& uit, const BusMenuRegel& regel);
 const QDBusArgument& operator>>(const QDBusArgument& in, BusMenuRegel& regel);
 
-// What a line is without those below it: (ia{sv}).
+// A line without its submenu: (ia{sv}).
 struct BusMenuKenmerken {
     int nummer = 0;
     QVariantMap kenmerken;
@@ -40,23 +40,23 @@ struct BusMenuKenmerken {
 QDBusArgument& operator<<(QDBusArgument& uit, const BusMenuKenmerken& regel);
 const QDBusArgument& operator>>(const QDBusArgument& in, BusMenuKenmerken& regel);
 
-// A menu that the desktop's panel shows, over the bus: com.canonical.dbusmenu.
-// Main thread; the bus must outlive it.
+// A menu on the bus, com.canonical.dbusmenu, which the desktop's panel shows. Main thread;
+// the bus must outlive it.
 class Menu {
   public:
     Menu(BusAansluiting& bus, const QString& pad);
     Menu(const Menu&) = delete;
     Menu& operator=(const Menu&) = delete;
 
-    // In the place of what it had; told to whoever shows it.
+    // Replaces the menu's lines and signals the change.
     void zet(std::vector<MenuRegel> regels);
 
   private:
     [[nodiscard]] QHash<QString, BusObject::Doe> methoden();
-    // What is done for a line, whose number is the first of the values.
+    // Carries out a call for the line whose number is the first of the values.
     using MetRegel = std::function<BusAntwoord(const BusMenuRegel&, const QVariantList&)>;
     [[nodiscard]] BusObject::Doe metRegel(MetRegel doe) const;
-    // Gives every line its number, from `volgende` on.
+    // Gives every line its number, from `volgende` upwards.
     [[nodiscard]] BusMenuRegel bouw(const MenuRegel& regel, int& volgende);
 
     BusAansluiting& bus_;

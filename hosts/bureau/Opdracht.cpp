@@ -12,6 +12,7 @@ namespace {
 
 using Taak = BureauOpdracht::Taak;
 using Optie = brixtel::Optie<BureauOpdracht>;
+using Gegeven = std::vector<const Optie*>;
 
 QString zetTaak(BureauOpdracht& opdracht, Taak taak, QLatin1String naam) {
     if (opdracht.taak != Taak::Dienst && opdracht.taak != taak)
@@ -20,9 +21,11 @@ QString zetTaak(BureauOpdracht& opdracht, Taak taak, QLatin1String naam) {
     return {};
 }
 
-Optie taakOptie(QLatin1String naam, Taak taak) {
+// Makes an option that chooses what to do; `naam` may be short for `voluit`.
+Optie taakOptie(QLatin1String naam, Taak taak, QLatin1String voluit = {}) {
+    const QLatin1String gemeld = voluit.isEmpty() ? naam : voluit;
     return {naam, Waarde::Geen, {}, [=](BureauOpdracht& o, const QString&) {
-                return zetTaak(o, taak, naam);
+                return zetTaak(o, taak, gemeld);
             }};
 }
 
@@ -40,7 +43,7 @@ Optie metSoort(QLatin1String naam, const QString& methode) {
                 if (!leesSoort(waarde, soort))
                     return QStringLiteral("--%1 kent %2, niet '%3'")
                         .arg(naam, opsomming(zwartWoorden(), QLatin1String("en")), waarde);
-                // Not a null string: it goes over the bus.
+                // The bus carries no null string, so the value is an empty one.
                 o.verzoeken.push_back({methode, {waarde + QLatin1String("")}});
                 return QString();
             }};
@@ -55,7 +58,7 @@ Optie metGetal(QLatin1String naam, const QString& methode, double laag, double h
             }};
 }
 
-// Returns what is wrong; empty if nothing is.
+// Returns the error; empty on success.
 QString leesAanUit(bool& aan, const QString& waarde, QLatin1String naam) {
     aan = waarde == u"aan";
     if (aan || waarde == u"uit") return {};
@@ -79,10 +82,14 @@ QString zetVenstersysteem(BureauOpdracht& opdracht, const QString& waarde) {
 }
 
 const std::vector<Optie>& opties() {
+    static const QLatin1String help("help"), versie("versie");
     static const std::vector<Optie> alle{
         taakOptie(QLatin1String("stand"), Taak::Stand),
-        taakOptie(QLatin1String("versie"), Taak::Versie),
-        taakOptie(QLatin1String("help"), Taak::Hulp),
+        taakOptie(versie, Taak::Versie),
+        taakOptie(QLatin1String("version"), Taak::Versie, versie),
+        taakOptie(QLatin1String("V"), Taak::Versie, versie),
+        taakOptie(help, Taak::Hulp),
+        taakOptie(QLatin1String("h"), Taak::Hulp, help),
         zonder(QLatin1String("paneel"), QStringLiteral("ToonPaneel")),
         {QLatin1String("dienst"),
          Waarde::Geen,
@@ -106,7 +113,7 @@ const std::vector<Optie>& opties() {
     return alle;
 }
 
-// The first is the rain.
+// The words for the kinds; the first is the rain.
 QString soorten() {
     QStringList woorden = zwartWoorden();
     woorden.first() += QStringLiteral(" (ook zonder SOORT)");
@@ -117,7 +124,8 @@ QString soorten() {
 
 std::variant<BureauOpdracht, Fout> leesBureauOpdracht(const QStringList& argumenten) {
     BureauOpdracht opdracht;
-    const QString mis = neemOpties(opties(), argumenten, opdracht);
+    Gegeven gegeven;
+    const QString mis = neemOpties(opties(), argumenten, opdracht, gegeven);
     if (!mis.isEmpty()) return foutVan(QLatin1String("brixtel-bureau"), mis);
     if (argumenten.isEmpty()) opdracht.verzoeken.push_back({QStringLiteral("ToonPaneel"), {}});
     return opdracht;
@@ -147,8 +155,8 @@ Alles:
   --stop                 sluit alles en houdt op
 
 Instellingen, die bewaard blijven:
-  --dichtheid=GETAL      van de regen, van 0 tot en met 1 (0.7)
-  --snelheid=GETAL       van de regen, van 0.2 tot en met 4 (1)
+  --dichtheid=GETAL      van de regen, van 0 tot en met 1 (0,7)
+  --snelheid=GETAL       van de regen, van 0,2 tot en met 4 (1)
   --muziek=aan|uit       of het zwarte scherm de muziek volgt (uit)
   --autostart=aan|uit    of het bij het aanmelden vanzelf start (uit)
 
@@ -156,11 +164,10 @@ Verder:
   --venstersysteem=WELK  %2 of auto (auto: het eerste
                          dat er is); voor wie start, niet voor wie doorgeeft
   --stand                hoe het ervoor staat
-  --versie               het versienummer
-  --help                 deze tekst
+  --versie, -V           het versienummer
+  --help, -h             deze tekst
 )")
-        .arg(vouw(soorten(), kHulpKolom),
-             platform::windowSystemNames().join(QStringLiteral(", ")));
+        .arg(vouw(soorten(), kHulpKolom), platform::windowSystemNames().join(QStringLiteral(", ")));
 }
 
 }  // namespace brixtel

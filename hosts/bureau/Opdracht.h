@@ -12,24 +12,23 @@
 
 namespace brixtel {
 
-// One thing that the program is asked to do: a method of the bus's object and what
-// it is given.
+// One request to the owner: a method of the object on the bus, and its arguments.
 struct Verzoek {
     QString methode;
     QVariantList waarden;
     friend bool operator==(const Verzoek&, const Verzoek&) = default;
 };
 
-// What the user asked this start of the program to do.
+// The command line of this start of the program, read.
 struct BureauOpdracht {
     enum class Taak { Dienst, Stand, Versie, Hulp };
     Taak taak = Taak::Dienst;
-    std::vector<Verzoek> verzoeken;  // in the order in which they were asked
+    std::vector<Verzoek> verzoeken;  // in the order of the command line
     std::optional<bool> autostart;
     QString venstersysteem;  // its name; empty for the session's
 };
 
-// `argumenten` without the program's own name. Without any it is to show the panel.
+// Reads `argumenten`, which lack the program's own name. Without any, the panel is shown.
 [[nodiscard]] std::variant<BureauOpdracht, Fout> leesBureauOpdracht(const QStringList& argumenten);
 
 // The text of --help.

@@ -9,37 +9,37 @@
 
 namespace brixtel {
 
-// What the panel stands on; all of it must outlive it.
+// The objects that the panel uses; all must outlive it.
 struct PaneelBronnen {
     Bureau& bureau;
     platform::WindowServer& server;
     platform::RandomSource& toeval;
-    QString bus;  // the session bus's address, for the programs that it starts
+    QString bus;  // the session bus's address, for the programs that the panel starts
 };
 
-// The window with the settings. Main thread.
+// The settings window. Main thread.
 class BureauPaneel {
   public:
     virtual ~BureauPaneel() = default;
 
-    // Opens it, or brings it to the front. The user closes it.
+    // Opens the panel, or brings it to the front. The user closes it.
     virtual void toon() = 0;
     [[nodiscard]] virtual bool isOpen() const = 0;
 };
 
-// The panel with Qt Quick that it is built of, in a plugin of its own: an owner
-// that only shows its effects never needs it, and loads nothing of it. Main thread.
+// The panel as a plugin of its own, with Qt Quick. An owner without a panel never loads Qt
+// Quick. Main thread.
 class PaneelModule {
   public:
     virtual ~PaneelModule() = default;
     [[nodiscard]] virtual std::unique_ptr<BureauPaneel> maak(const PaneelBronnen& bronnen) = 0;
 
-    // Loads it at the first call, from beside the program's own libraries; it stays
-    // loaded. None if it is not there.
+    // Loads the plugin at the first call, from beside the program's own libraries; the
+    // plugin stays loaded. None where the file is absent.
     static PaneelModule* laad();
 
-    // Shows the panel, made first where there is none. Returns what went wrong;
-    // empty if nothing did.
+    // Shows the panel, and makes it first where there is none. Returns the error as text
+    // for the user; empty on success.
     static QString toon(std::unique_ptr<BureauPaneel>& paneel, const PaneelBronnen& bronnen);
 };
 

@@ -28,6 +28,7 @@ constexpr const char* kXml = R"xml(<interface name="org.kde.StatusNotifierItem">
   <property name="WindowId" type="i" access="read"/>
   <property name="IconName" type="s" access="read"/>
   <property name="IconPixmap" type="a(iiay)" access="read"/>
+  <property name="ToolTip" type="(sa(iiay)ss)" access="read"/>
   <property name="ItemIsMenu" type="b" access="read"/>
   <property name="Menu" type="o" access="read"/>
   <method name="Activate">
@@ -38,6 +39,7 @@ constexpr const char* kXml = R"xml(<interface name="org.kde.StatusNotifierItem">
     <arg name="x" type="i" direction="in"/>
     <arg name="y" type="i" direction="in"/>
   </method>
+  <signal name="NewToolTip"/>
 </interface>
 )xml";
 
@@ -90,7 +92,9 @@ QVariantMap eigenschappen() {
             {voluit("WindowId"), 0},
             {voluit("IconName"), QStringLiteral("")},
             {voluit("IconPixmap"), QVariant::fromValue(beelden)},
-            {voluit("ItemIsMenu"), true},
+            // A click is Activate; the other button has the menu.
+            {voluit("ItemIsMenu"), false},
+            {voluit("ToolTip"), QVariant::fromValue(BusHulp())},
             {voluit("Menu"), QVariant::fromValue(QDBusObjectPath(kMenuPad))}};
 }
 
@@ -110,10 +114,35 @@ const QDBusArgument& operator>>(const QDBusArgument& in, BusBeeld& beeld) {
     return in;
 }
 
+QDBusArgument& operator<<(QDBusArgument& uit, const BusHulp& hulp) {
+    uit.beginStructure();
+    uit << QString() << QList<BusBeeld>() << hulp.titel << hulp.tekst;
+    uit.endStructure();
+    return uit;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& in, BusHulp& hulp) {
+    QString pictogram;
+    QList<BusBeeld> beelden;
+    in.beginStructure();
+    in >> pictogram >> beelden >> hulp.titel >> hulp.tekst;
+    in.endStructure();
+    return in;
+}
+
+QString hulpTekstVan(const BureauStand& stand) {
+    QString regen = stand.regen ? QStringLiteral("aan") : QStringLiteral("uit");
+    if (const QString waarom = uitleg(stand.regenStand); !waarom.isEmpty())
+        regen += QStringLiteral(", maar niet te zien: ") + waarom;
+    const QString zwart = stand.zwart ? ruweWaarde(stand.soort) : QStringLiteral("uit");
+    return QStringLiteral("Regen over het bureaublad: %1\nZwart scherm: %2").arg(regen, zwart);
+}
+
 Pictogram::Pictogram(Bureau& bureau, BusAansluiting& bus, BureauDaden daden)
     : bureau_(bureau), bus_(bus), daden_(std::move(daden)), menu_(bus, kMenuPad) {
     qDBusRegisterMetaType<BusBeeld>();
     qDBusRegisterMetaType<QList<BusBeeld>>();
+    qDBusRegisterMetaType<BusHulp>();
     const auto wissel = [this](const QVariantList&) -> BusAntwoord {
         bureau_.wisselRegen();
         return QVariantList();
@@ -122,7 +151,17 @@ Pictogram::Pictogram(Bureau& bureau, BusAansluiting& bus, BureauDaden daden)
                .beschrijving = QLatin1String(kXml),
                .doe = {{voluit("Activate"), wissel}, {voluit("SecondaryActivate"), wissel}},
                .eigenschappen = eigenschappen()});
-    stand_ = bureau.stand().volg([this](const BureauStand& stand) { menu_.zet(regels(stand)); });
+    stand_ = bureau.stand().volg([this](const BureauStand& stand) { volg(stand); });
+}
+
+void Pictogram::volg(const BureauStand& stand) {
+    menu_.zet(regels(stand));
+    const BusHulp hulp{.titel = QStringLiteral("Brixtel"), .tekst = hulpTekstVan(stand)};
+    if (hulp == hulp_) return;
+    hulp_ = hulp;
+    bus_.zetEigenschappen(kPad, {{voluit("ToolTip"), QVariant::fromValue(hulp)}});
+    // Trays follow this one.
+    bus_.zend(kPad, kInterface, QStringLiteral("NewToolTip"), {});
 }
 
 void Pictogram::meldAan() {
@@ -131,7 +170,7 @@ void Pictogram::meldAan() {
             QDBusMessage::createMethodCall(kTrays, QStringLiteral("/StatusNotifierWatcher"), kTrays,
                                            QStringLiteral("RegisterStatusNotifierItem"));
         bericht << bus_.verbinding().baseService();
-        // Nobody is started for it, nor waited for.
+        // The message starts no tray and waits for none.
         bericht.setAutoStartService(false);
         bus_.verbinding().send(bericht);
     };
@@ -160,7 +199,7 @@ MenuRegel Pictogram::keuze(const BureauStand& stand, Stappen stappen) {
     const double nu = stand.keuzes.*stappen.keuze;
     const auto isNu = [&](double stap) { return stappen.tekst(stap) == stappen.tekst(nu); };
     std::vector<double>& alle = stappen.stappen;
-    // As the panel's slider or the command line may have left it.
+    // The panel's slider or the command line may have set a value between the steps.
     if (std::none_of(alle.begin(), alle.end(), isNu))
         alle.insert(std::upper_bound(alle.begin(), alle.end(), nu), nu);
     MenuRegel menu{.tekst = stappen.naam};
@@ -171,6 +210,20 @@ MenuRegel Pictogram::keuze(const BureauStand& stand, Stappen stappen) {
              .aan = isNu(stap),
              .doe = [this, wat = stappen.keuze, stap] { bureau_.kies(wat, stap); }});
     return menu;
+}
+
+void Pictogram::toonPaneel() {
+    paneelMis_ = daden_.toonPaneel();
+    menu_.zet(regels(bureau_.stand().waarde()));
+    if (paneelMis_.isEmpty()) return;
+    const QString dienst = QStringLiteral("org.freedesktop.Notifications");
+    QDBusMessage bericht = QDBusMessage::createMethodCall(
+        dienst, QStringLiteral("/org/freedesktop/Notifications"), dienst, QStringLiteral("Notify"));
+    constexpr int kZoLangAlsGebruikelijk = -1;
+    bericht << QStringLiteral("Brixtel") << 0U << QStringLiteral("brixtel-saver")
+            << QStringLiteral("De instellingen gaan niet open") << paneelMis_ << QStringList()
+            << QVariantMap() << kZoLangAlsGebruikelijk;
+    bus_.verbinding().send(bericht);
 }
 
 std::vector<MenuRegel> Pictogram::regels(const BureauStand& stand) {
@@ -196,7 +249,9 @@ std::vector<MenuRegel> Pictogram::regels(const BureauStand& stand) {
          .aan = stand.keuzes.muziek,
          .doe = [this, om = !stand.keuzes.muziek] { bureau_.kies(&BureauKeuzes::muziek, om); }},
         {.soort = MenuRegel::Soort::Streep},
-        {.tekst = QStringLiteral("Instellingen…"), .doe = [this] { daden_.toonPaneel(); }},
+        {.tekst = paneelMis_.isEmpty() ? QStringLiteral("Instellingen…")
+                                       : QStringLiteral("Instellingen… (%1)").arg(paneelMis_),
+         .doe = [this] { toonPaneel(); }},
         {.tekst = QStringLiteral("Alles sluiten"), .doe = [this] { bureau_.sluitAlles(); }},
         {.tekst = QStringLiteral("Stoppen"), .doe = daden_.stop}};
 }

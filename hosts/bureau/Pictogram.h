@@ -25,6 +25,18 @@ struct BusBeeld {
 QDBusArgument& operator<<(QDBusArgument& uit, const BusBeeld& beeld);
 const QDBusArgument& operator>>(const QDBusArgument& in, BusBeeld& beeld);
 
+// The tooltip of the icon in a tray: the interface's (sa(iiay)ss).
+struct BusHulp {
+    QString titel;
+    QString tekst;
+    friend bool operator==(const BusHulp&, const BusHulp&) = default;
+};
+QDBusArgument& operator<<(QDBusArgument& uit, const BusHulp& hulp);
+const QDBusArgument& operator>>(const QDBusArgument& in, BusHulp& hulp);
+
+// How things stand, in lines.
+[[nodiscard]] QString hulpTekstVan(const BureauStand& stand);
+
 // The icon in the desktop's tray, with a menu of what the owner can do: an
 // org.kde.StatusNotifierItem, announced to whatever tray there is now or comes
 // later. All of it lives on the connection that is there anyhow; where nobody shows
@@ -35,14 +47,14 @@ class Pictogram {
     Pictogram(const Pictogram&) = delete;
     Pictogram& operator=(const Pictogram&) = delete;
 
-    // Tells the trays; once the objects can be called.
+    // Registers with the trays. To be called once the objects can be called.
     void meldAan();
 
   private:
+    void volg(const BureauStand& stand);
     [[nodiscard]] std::vector<MenuRegel> regels(const BureauStand& stand);
     [[nodiscard]] MenuRegel zwart(const BureauStand& stand);
-    // A menu of what a choice may be, each by its text, with what is chosen among
-    // them.
+    // A menu of the values of one choice, each by its text, the present value marked.
     struct Stappen {
         QString naam;
         double BureauKeuzes::*keuze;
@@ -51,11 +63,15 @@ class Pictogram {
     };
     [[nodiscard]] MenuRegel keuze(const BureauStand& stand, Stappen stappen);
     [[nodiscard]] MenuRegel scene(const BureauStand& stand, ZwartSoort soort);
+    // Where nothing opens, says why: in the menu from then on, and as a notification.
+    void toonPaneel();
 
     Bureau& bureau_;
     BusAansluiting& bus_;
     const BureauDaden daden_;
     Menu menu_;
+    BusHulp hulp_;
+    QString paneelMis_;  // why the panel did not open; empty if it did
     QDBusServiceWatcher trays_;
     Abonnement stand_;
 };
@@ -63,3 +79,4 @@ class Pictogram {
 }  // namespace brixtel
 
 Q_DECLARE_METATYPE(brixtel::BusBeeld)
+Q_DECLARE_METATYPE(brixtel::BusHulp)

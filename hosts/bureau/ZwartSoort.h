@@ -10,21 +10,21 @@
 
 namespace brixtel {
 
-// What a black screen shows: a scene, or none for the rain.
+// The content of a black screen: a scene, or none for the rain.
 using ZwartSoort = std::optional<DrieSoort>;
 
-// In the order in which they are offered, the rain first.
+// All kinds in the order of menus, the rain first.
 [[nodiscard]] const std::vector<ZwartSoort>& alleZwartSoorten();
 
-// As DrieSoort's: the raw value, and what the user reads.
+// The raw value and the name for the user, as in DrieSoort.
 [[nodiscard]] QString ruweWaarde(ZwartSoort soort);
 [[nodiscard]] QString naam(ZwartSoort soort);
 [[nodiscard]] QString uitleg(ZwartSoort soort);
 
-// The raw values.
+// The raw values of all kinds.
 [[nodiscard]] const QStringList& zwartWoorden();
 
-// From a raw value; nothing is the rain too. False for anything else.
+// Reads a raw value; an empty text is the rain too. False for anything else.
 [[nodiscard]] bool leesSoort(const QString& tekst, ZwartSoort& soort);
 
 }  // namespace brixtel

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The owner of the desktop effects: one per session. A second start asks the first
-// for what its command line says.
+// The program that owns the desktop effects, one per session. A second start sends its
+// command line to the first.
 #include <signal.h>
 #include <unistd.h>
 
@@ -39,7 +39,7 @@ int meldNaam(const QString& wat) {
     return brixtel::meld(QStringLiteral("brixtel-bureau: ") + wat, kFout);
 }
 
-// Prints it; returns the exit status.
+// Prints the text; returns the exit status.
 int druk(const QString& tekst) {
     const QString mis = brixtel::drukAf(tekst.toUtf8());
     return mis.isEmpty() ? 0 : meldNaam(mis);
@@ -54,7 +54,8 @@ void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     std::_Exit(meldNaam(erIsScherm ? regel : QString::fromUtf8(kGeenScherm)));
 }
 
-// Asks for it, and for how things stand if that is wanted; returns what went wrong.
+// Sends all requests, and then asks for the state where the command line wants it. Returns
+// the error; empty on success.
 QString vraagAlles(const Klant& klant, const BureauOpdracht& opdracht) {
     QString mis;
     for (const auto& verzoek : opdracht.verzoeken)
@@ -64,7 +65,7 @@ QString vraagAlles(const Klant& klant, const BureauOpdracht& opdracht) {
     return mis.isEmpty() ? brixtel::drukAf(stand.toUtf8()) : mis;
 }
 
-// Returns the exit status; none where the owner was about to end, and did.
+// Returns the exit status; none where the owner ended before it answered.
 std::optional<int> vraag(const Klant& klant, const BureauOpdracht& opdracht) {
     const QString mis = vraagAlles(klant, opdracht);
     if (mis.isEmpty()) return 0;
@@ -72,7 +73,7 @@ std::optional<int> vraag(const Klant& klant, const BureauOpdracht& opdracht) {
     return meldNaam(mis);
 }
 
-// Whether there is nothing to start for.
+// Whether the command line only ends an owner.
 bool isAfsluiten(const BureauOpdracht& opdracht) {
     static const QStringList sluitend{QStringLiteral("SluitZwart"), QStringLiteral("SluitRegen"),
                                       QStringLiteral("SluitAlles"), QStringLiteral("Stop")};
@@ -81,7 +82,8 @@ bool isAfsluiten(const BureauOpdracht& opdracht) {
                        [](const auto& v) { return sluitend.contains(v.methode); });
 }
 
-// Returns what went wrong with the first that did; empty if nothing did.
+// Carries out the requests up to the first that fails. Returns that error; empty on
+// success.
 QString voerUit(brixtel::BureauDienst& dienst, const BureauOpdracht& opdracht) {
     for (const auto& verzoek : opdracht.verzoeken) {
         const auto antwoord = dienst.voerUit(verzoek.methode, verzoek.waarden);
@@ -90,9 +92,9 @@ QString voerUit(brixtel::BureauDienst& dienst, const BureauOpdracht& opdracht) {
     return {};
 }
 
-// Shows the effects until something ends the program, and returns the exit status,
-// below 0 for a signal; none where another start was first after all. What was
-// asked and cannot be ends it at once: there is nobody else to tell.
+// Shows the effects until something ends the program. Returns the exit status, or minus the
+// signal's number; none where another start became the owner first. A request that fails
+// ends the program at once, since there is no other place to report the error.
 std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluiting,
                          const QString& bus, const BureauOpdracht& opdracht) {
     auto toeval = platform::RandomSource::fromSystem();
@@ -105,13 +107,14 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
     server.onConnectionLost([&bureau, &server] {
         bureau.bewaar();
         const QString reden = server.system().lossReason();
-        std::_Exit(reden.isEmpty() ? 0
-                                   : meldNaam(QStringLiteral(
-                                                  "het venstersysteem verbrak de verbinding: %1")
-                                                  .arg(reden)));
+        std::_Exit(
+            reden.isEmpty()
+                ? 0
+                : meldNaam(
+                      QStringLiteral("het venstersysteem verbrak de verbinding: %1").arg(reden)));
     });
 
-    // quit() asks every window that shows, and one could refuse.
+    // quit() asks every visible window first, and a window could refuse.
     const auto stop = [] { QCoreApplication::exit(0); };
     std::unique_ptr<brixtel::BureauPaneel> paneel;
     const auto toonPaneel = [&] {
@@ -137,19 +140,19 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
     return -doorSignaal;
 }
 
-// Whether nothing was asked but what is written down.
+// Whether the command line only sets the autostart.
 bool isAlleenAutostart(const BureauOpdracht& opdracht) {
     return opdracht.autostart && opdracht.verzoeken.empty() &&
            opdracht.taak == BureauOpdracht::Taak::Dienst;
 }
 
-// Returns what went wrong; empty if nothing did.
+// Returns the error; empty on success.
 QString zetAutostart(int argc, char** argv, bool aan) {
     const QCoreApplication app(argc, argv);
     return brixtel::Autostart::zet(aan, QCoreApplication::applicationFilePath());
 }
 
-// A call to a bus that hangs never returns; a signal ends the process all the same.
+// Ends the process by a signal when a call to a hanging bus does not return.
 class Wekker {
   public:
     explicit Wekker(unsigned seconden) {
@@ -173,10 +176,11 @@ class Wekker {
     Wekker& operator=(const Wekker&) = delete;
 };
 
-// Seconds for a bus to answer, and more than a request to the owner may take.
+// The times that a bus and a request to the owner may take, in seconds.
 constexpr unsigned kBusGeduld = 15, kVraagGeduld = 10;
 
-// Asks the owner that runs, if one does, and returns the exit status.
+// Sends the command line to a running owner and returns the exit status; none without an
+// owner.
 std::optional<int> alsKlant(int argc, char** argv, const QString& bus,
                             const BureauOpdracht& opdracht) {
     const QString naam = QStringLiteral("klant");
@@ -191,7 +195,7 @@ std::optional<int> alsKlant(int argc, char** argv, const QString& bus,
             uitgang = meldNaam(QStringLiteral("de sessiebus is onbereikbaar"));
         else if (klant.isEr())
             uitgang = vraag(klant, opdracht);
-        // Qt finds them by it.
+        // Qt finds assistive programs by this variable.
         if (!uitgang && brixtel::zijnHulpmiddelenInGebruik(verbinding))
             qputenv(kBus, bus.toLocal8Bit());
     }
@@ -203,7 +207,6 @@ int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht&
     brixtel::meldInstellingen(QStringLiteral("brixtel-bureau"),
                               brixtel::BureauInstellingen::moduleNaam);
     platform::chooseQtScreens(platform::QtScreens::Session);
-    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     const QGuiApplication app(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("brixtel-bureau"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Brixtel"));
@@ -219,7 +222,7 @@ int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht&
 int start(int argc, char** argv, const BureauOpdracht& opdracht) {
     const QString bus = platform::DistributedNotificationCenter::sessionBusAddress();
     if (bus.isEmpty()) return meldNaam(QStringLiteral("er is geen sessiebus"));
-    // Qt does not see the bus: it would wait for it on the main thread.
+    // Qt gets no bus address, since it would wait for the bus on the main thread.
     qputenv(kBus, "unix:path=/dev/null");
     if (const auto uitgang = alsKlant(argc, argv, bus, opdracht)) return *uitgang;
     if (opdracht.taak == BureauOpdracht::Taak::Stand)
@@ -244,8 +247,9 @@ int main(int argc, char** argv) {
     if (opdracht.taak == BureauOpdracht::Taak::Hulp) return druk(brixtel::bureauHulpTekst());
     if (opdracht.taak == BureauOpdracht::Taak::Versie)
         return druk(QStringLiteral("brixtel-bureau " BRIXTEL_VERSION "\n"));
+    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     if (const QString mis = brixtel::tekort(); !mis.isEmpty()) return meldNaam(mis);
-    // Qt gets no arguments: it would take those that are named as its own options.
+    // Qt gets no arguments: it would take this program's options for its own.
     int geen = 1;
     if (opdracht.autostart) {
         const QString mis = zetAutostart(geen, argv, *opdracht.autostart);

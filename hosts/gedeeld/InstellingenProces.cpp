@@ -45,7 +45,7 @@ void InstellingenProces::toon(const QStringList& argumenten,
     if (isOpen()) return;
     klaar_ = std::move(klaar);
     QProcessEnvironment omgeving = QProcessEnvironment::systemEnvironment();
-    // A program may have kept it from itself.
+    // This program may have hidden the bus from itself.
     omgeving.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus_);
     proces_.setProcessEnvironment(omgeving);
     proces_.setArguments(argumenten);

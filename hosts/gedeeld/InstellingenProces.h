@@ -7,37 +7,36 @@
 
 namespace brixtel {
 
-// The saver's configuration sheet beside a program at work, in a process of its
-// own. Of what a sheet is made, the program itself never loads a byte, and its own
-// start takes no longer for it. Main thread.
+// The saver's configuration sheet beside a running program, in a process of its own. The
+// program itself loads no part of the sheet's libraries, and starts no slower. Main thread.
 class InstellingenProces {
   public:
-    // What becomes of an open sheet when this ends, or its process in whatever way.
+    // The fate of an open sheet when this object or its process ends in any way.
     enum class Einde {
-        Mee,     // it goes too
-        Blijft,  // it stays until the user is done with it
+        Mee,     // the sheet ends too
+        Blijft,  // the sheet stays until the user closes it
     };
 
-    // Whoever shows sheets: a path, or a name to be found in the PATH. `bus` is the
-    // session bus's address for it; a screen reader listens there.
+    // `programma` is the program that shows sheets: a path, or a name in the PATH. `bus` is
+    // the session bus's address for that program; a screen reader listens there.
     InstellingenProces(const QString& programma, QString bus, Einde einde);
     ~InstellingenProces();
     InstellingenProces(const InstellingenProces&) = delete;
     InstellingenProces& operator=(const InstellingenProces&) = delete;
 
-    // How a sheet ended: whether it had been there and came to a good end, and what it
-    // printed, without the line's end.
+    // The end of a sheet: whether the sheet was shown and ended well, and its output
+    // without the last line feed.
     struct Afloop {
         bool goed = false;
         QString gekozen;
     };
-    // One at a time. `klaar` is called once, as it has gone.
+    // Shows a sheet; one at a time. Calls `klaar` once, when the sheet has gone.
     void toon(const QStringList& argumenten, std::function<void(const Afloop&)> klaar);
     [[nodiscard]] bool isOpen() const { return proces_.state() != QProcess::NotRunning; }
 
   private:
     struct Proces : QProcess {
-        // From now on it is nobody's child.
+        // Detaches the process, which then outlives this object.
         void laatGaan() { setProcessState(NotRunning); }
     };
     Proces proces_;

@@ -8,7 +8,7 @@ namespace brixtel {
 
 QString eenRegel(QString tekst) {
     const auto breekt = [](QChar teken) {
-        // Other_Format holds what has a terminal write backwards.
+        // Other_Format contains the characters that reverse a terminal's writing direction.
         return teken.category() == QChar::Other_Control ||
                teken.category() == QChar::Other_Format || teken == QChar::LineSeparator ||
                teken == QChar::ParagraphSeparator;

@@ -5,12 +5,11 @@
 
 namespace brixtel {
 
-// The text as one line, whatever it quotes: a space for each character that
-// controls how it is shown.
+// The text as one line, with a space for each character that controls the display.
 [[nodiscard]] QString eenRegel(QString tekst);
 
-// Says it to the user, as one line on standard error, and returns `uitgang`: the
-// exit status that goes with it.
+// Prints the text as one line on standard error, and returns `uitgang`, the exit status for
+// the error.
 int meld(const QString& tekst, int uitgang);
 
 }  // namespace brixtel

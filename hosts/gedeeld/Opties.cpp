@@ -4,6 +4,7 @@
 #include <QLocale>
 #include <cmath>
 
+#include "hosts/gedeeld/Bedoeld.h"
 #include "hosts/gedeeld/Melding.h"
 
 namespace brixtel {
@@ -12,9 +13,26 @@ Fout foutVan(QLatin1String programma, const QString& wat) {
     return {QStringLiteral("%1: %2 (--help toont wat er kan)").arg(programma, eenRegel(wat))};
 }
 
+QString optieNaam(const QString& woord) {
+    if (!woord.startsWith(u'-')) return {};
+    const qsizetype streepjes = woord.startsWith(QLatin1String("--")) ? 2 : 1;
+    return woord.section(u'=', 0, 0).mid(streepjes);
+}
+
+QString onbekend(const QString& woord, const QStringList& namen) {
+    // Without its dashes it may have been meant as one too.
+    const bool isOptie = woord.size() > 1 && woord.startsWith(u'-');
+    const QString dichtbij = bedoeld(isOptie ? optieNaam(woord) : woord, namen);
+    const QString vraag =
+        dichtbij.isEmpty() ? QString() : QStringLiteral("; bedoelt u --%1?").arg(dichtbij);
+    return (isOptie ? QStringLiteral("onbekende optie '%1'") : QStringLiteral("'%1' is geen optie"))
+               .arg(woord) +
+           vraag;
+}
+
 std::optional<double> leesGetal(const QString& tekst, double laag, double hoog) {
     bool goed = false;
-    const double getal = tekst.toDouble(&goed);
+    const double getal = QString(tekst).replace(u',', u'.').toDouble(&goed);
     if (!goed || !std::isfinite(getal) || getal < laag || getal > hoog) return std::nullopt;
     return getal;
 }
@@ -23,9 +41,9 @@ QString zetGetal(std::optional<double>& doel, const QString& waarde, QLatin1Stri
                  double laag, double hoog) {
     doel = leesGetal(waarde, laag, hoog);
     if (doel) return {};
-    // Written out: nobody reads a year of seconds as a power of ten.
+    // Numbers are written out: a year of seconds as a power of ten is hard to read.
     const auto voluit = [](double grens) {
-        return QString::number(grens, 'f', QLocale::FloatingPointShortest);
+        return QString::number(grens, 'f', QLocale::FloatingPointShortest).replace(u'.', u',');
     };
     return QStringLiteral("--%1 wil een getal van %2 tot en met %3, niet '%4'")
         .arg(naam, voluit(laag), voluit(hoog), waarde);

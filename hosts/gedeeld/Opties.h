@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How the programs read their command lines: long options with one dash or two,
-// a value after `=` or as the next word, and one Dutch line for what is wrong.
+// Reads the command lines of the programs: long options with one dash or two, a value after
+// `=` or as the next word, and one Dutch line for an error.
 #pragma once
 
 #include <QRegularExpression>
@@ -12,30 +12,33 @@
 
 namespace brixtel {
 
-// What is wrong with a command line, as one line for the user.
+// The error of a command line, as one line for the user.
 struct Fout {
     QString regel;
 };
 
 enum class Waarde { Geen, Nodig, Mag };
 
-// One option of a program whose wishes are gathered in an `Opdracht`.
+// One option of a program whose command line is read into an `Opdracht`.
 template <typename Opdracht>
 struct Optie {
     QLatin1String naam;
     Waarde waarde;
-    // Of an optional value: what a next word must look like to be it.
+    // The pattern of an optional value; a next word that does not match is no value.
     QString vorm;
-    // Returns what is wrong; empty if nothing is.
+    // Returns the error; empty on success.
     std::function<QString(Opdracht&, const QString& waarde)> zet;
+    // The calls that it belongs to, as bits of the program's own; 0 for any call.
+    unsigned bij = 0;
 };
 
-// One line, whatever was typed.
+// Makes an error of one line from any text.
 [[nodiscard]] Fout foutVan(QLatin1String programma, const QString& wat);
 
+// With a comma or a point.
 [[nodiscard]] std::optional<double> leesGetal(const QString& tekst, double laag, double hoog);
 
-// Each returns what is wrong; empty if nothing is.
+// Each function returns the error; empty on success.
 QString zetGetal(std::optional<double>& doel, const QString& waarde, QLatin1String naam,
                  double laag, double hoog);
 QString zetGetal(double& doel, const QString& waarde, QLatin1String naam, double laag, double hoog);
@@ -43,19 +46,23 @@ QString zetGetal(double& doel, const QString& waarde, QLatin1String naam, double
 QString zetNaam(QString& doel, const QString& waarde, QLatin1String naam,
                 const QStringList& namen);
 
-// Takes the option at `plaats`, and its value if that is the next word. Returns
-// what is wrong.
+// The name in a word that is an option; empty for another word.
+[[nodiscard]] QString optieNaam(const QString& woord);
+
+// The error for a word that names no option.
+[[nodiscard]] QString onbekend(const QString& woord, const QStringList& namen);
+
+// Reads the option at `plaats`, and its value if that is the next word. Returns the error.
 template <typename Opdracht>
 QString neemOptie(const std::vector<Optie<Opdracht>>& opties, const QStringList& woorden,
-                  qsizetype& plaats, Opdracht& opdracht) {
+                  qsizetype& plaats, Opdracht& opdracht,
+                  std::vector<const Optie<Opdracht>*>& gegeven) {
     const QString& woord = woorden[plaats];
-    if (!woord.startsWith(u'-') || woord.size() < 2)
-        return QStringLiteral("'%1' is geen optie").arg(woord);
-    const qsizetype streepjes = woord.startsWith(QLatin1String("--")) ? 2 : 1;
+    const QString naam = optieNaam(woord);
     const qsizetype is = woord.indexOf(u'=');
-    const QString naam = woord.mid(streepjes, is < 0 ? -1 : is - streepjes);
     for (const Optie<Opdracht>& optie : opties) {
         if (optie.naam != naam) continue;
+        gegeven.push_back(&optie);
         if (is >= 0 && optie.waarde == Waarde::Geen)
             return QStringLiteral("--%1 heeft geen waarde").arg(naam);
         if (is >= 0) {
@@ -73,15 +80,19 @@ QString neemOptie(const std::vector<Optie<Opdracht>>& opties, const QStringList&
             volgt && QRegularExpression(optie.vorm).match(woorden[plaats + 1]).hasMatch();
         return optie.zet(opdracht, past ? woorden[++plaats] : QString());
     }
-    return QStringLiteral("onbekende optie '%1'").arg(woord);
+    QStringList namen;
+    for (const Optie<Opdracht>& optie : opties)
+        namen << optie.naam;
+    return onbekend(woord, namen);
 }
 
-// Takes them all; returns what is wrong with the first that is.
+// Takes them all, and leaves in `gegeven` which were given; returns what is wrong with
+// the first that is.
 template <typename Opdracht>
 QString neemOpties(const std::vector<Optie<Opdracht>>& opties, const QStringList& woorden,
-                   Opdracht& opdracht) {
+                   Opdracht& opdracht, std::vector<const Optie<Opdracht>*>& gegeven) {
     for (qsizetype plaats = 0; plaats < woorden.size(); ++plaats) {
-        const QString mis = neemOptie(opties, woorden, plaats, opdracht);
+        const QString mis = neemOptie(opties, woorden, plaats, opdracht, gegeven);
         if (!mis.isEmpty()) return mis;
     }
     return {};

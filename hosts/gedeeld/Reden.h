@@ -5,9 +5,8 @@
 
 namespace brixtel {
 
-// Why the system refused something, from its error number, in words for the
-// user: Dutch for what happens to people, the system's own for the rest. Any
-// thread.
+// The system's reason for a refusal, by its error number, as text for the user: Dutch for
+// the errors that users meet, the system's own text for the others. Any thread.
 [[nodiscard]] QString reden(int nummer);
 
 }  // namespace brixtel

@@ -17,10 +17,10 @@ namespace brixtel {
 namespace {
 
 constexpr std::array kSignalen{SIGTERM, SIGINT, SIGHUP};
-// A host waits 0.1 s for the end.
+// A host allows 0.1 s for the end.
 constexpr long kGeduld = 60'000'000;  // nanoseconds, leaving some for the system
 std::array<int, 2> pijp{-1, -1};
-// The kernel's own, since no thread of this program may have a turn any more.
+// The timer is the kernel's, since no thread of this program may get a turn any more.
 std::optional<timer_t> wekker;
 volatile std::sig_atomic_t eerste = 0;
 
@@ -29,8 +29,8 @@ void zetWekker() {
     if (wekker) timer_settime(*wekker, 0, &over, nullptr);
 }
 
-// All that a signal handler may safely do: pass the number on, and see to it
-// that it is acted upon.
+// The safe work of a signal handler: it passes the number on, and starts the timer that
+// enforces the end.
 void vang(int signaal) {
     const int bewaard = errno;
     const auto nummer = static_cast<unsigned char>(signaal);
@@ -87,8 +87,8 @@ void laatDoor() {
     pthread_sigmask(SIG_UNBLOCK, &alle, nullptr);
 }
 
-// All that came since the last time, of which an end counts before a beginning
-// and many beginnings are one: the signal, or 0.
+// The signal that the main thread acts on, of all since the last call, or 0. An end goes
+// before a restart, and many restarts are one.
 int leegPijp() {
     int signaal = 0;
     std::array<unsigned char, 256> nummers{};

@@ -7,33 +7,33 @@
 
 namespace brixtel {
 
-// SIGTERM, SIGINT and SIGHUP as calls on the main thread. One at a time; its end
-// gives the signals back to the system. Whoever is in the middle of waiting for
-// an X server that hangs cannot be called, and a driver may take its time to
-// stop: what has not ended shortly after the first signal, is ended by it.
+// SIGTERM, SIGINT and SIGHUP as calls on the main thread. One object at a time; its
+// destructor gives the signals back to the system. A main thread that waits for a hanging X
+// server cannot be called, and a driver may stop slowly: a process that has not ended
+// shortly after the first signal is ended by that signal.
 //
-// SIGUSR1 asks for a new beginning. Whoever started the process may have left
-// any of them ignored or blocked; here they count.
+// SIGUSR1 asks for a restart. The starting process may have left any of these signals
+// ignored or blocked; this object receives them all the same.
 class Signalen {
   public:
-    // `einde` is given the signal's number; SIGUSR1 calls `opnieuw` if there is one,
-    // and does nothing otherwise. Of several before the main thread's next turn an
-    // end counts before a new beginning, and many of those are one.
+    // Calls `einde` with the signal's number. SIGUSR1 calls `opnieuw` if there is one, and
+    // does nothing otherwise. Among several signals before the main thread's next turn an
+    // end goes before a restart, and many restarts are one.
     explicit Signalen(std::function<void(int)> einde, std::function<void()> opnieuw = {});
     ~Signalen();
     Signalen(const Signalen&) = delete;
     Signalen& operator=(const Signalen&) = delete;
 
-    // From now on SIGUSR1 no longer ends the process: where nothing has begun,
-    // and once all has ended, there is nothing to begin anew.
+    // Makes SIGUSR1 harmless from now on. Before the program has begun and after it has
+    // ended there is nothing to restart.
     static void negeerOpnieuw();
 
-    // The process is ending by itself: ends it with exit status 0 where that
-    // takes longer than after a signal.
+    // Ends the process with exit status 0 if its own end takes longer than the time after a
+    // signal.
     static void haast();
 
-    // Ends the process by this signal, as if nobody had caught it. A host that
-    // sent it takes any other end for a crash.
+    // Ends the process by this signal, as if it had no handler. A host that sent the signal
+    // takes any other end for a crash.
     [[noreturn]] static void eindigDoor(int signaal);
 
   private:

@@ -6,16 +6,17 @@
 
 namespace brixtel {
 
-// Makes `bytes` the whole content of the file. Returns what went wrong, for the
-// user; empty if nothing did. See platform::replaceFile(). Any thread.
+// Makes `bytes` the whole content of the file. Returns the error as text for the user;
+// empty on success. See platform::replaceFile(). Any thread.
 [[nodiscard]] QString schrijfBestand(const QString& naam, const QByteArray& bytes);
 
-// Prints `tekst` on the standard output, where all of it must arrive. Returns
-// what went wrong, for the user; empty if nothing did. Main thread.
+// Prints the whole `tekst` on the standard output. Returns the error as text for the user;
+// empty on success. Main thread.
 [[nodiscard]] QString drukAf(const QByteArray& tekst);
 
-// Says in one line on standard error why the settings of `module` cannot be read
-// and the defaults hold; nothing where they can, or are not there. Main thread.
+// Prints one line on standard error where the settings of `module` cannot be read and the
+// defaults hold: the reason. Prints nothing where they can be read, or are absent. Main
+// thread.
 void meldInstellingen(const QString& programma, const QString& module);
 
 }  // namespace brixtel

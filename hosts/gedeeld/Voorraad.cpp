@@ -23,7 +23,7 @@ namespace {
 constexpr std::size_t kDraden = 8;
 constexpr std::size_t kDescriptors = 32;
 
-// Threads that all are there at the same time.
+// Whether several threads can exist at the same time.
 bool zijnErDraden() {
     std::mutex poort;
     std::array<pthread_t, kDraden> draden{};
@@ -64,7 +64,7 @@ void schrijf(std::string_view tekst) {
     [[maybe_unused]] const auto aantal = write(STDERR_FILENO, tekst.data(), tekst.size());
 }
 
-// Without memory: the words are there already.
+// Ends without memory: the text of the line exists beforehand.
 [[noreturn]] void eindig() {
     std::string_view waarom = "er ging iets mis in het programma";
     try {

@@ -26,7 +26,7 @@ using programmalijst::Staat;
 
 constexpr off_t kGrootste = 1 << 20;
 
-// A file that is open, closed when it is dropped.
+// An open file, closed when dropped.
 class Open {
   public:
     explicit Open(int nummer) : nummer_(nummer) {}
@@ -42,7 +42,7 @@ class Open {
     const int nummer_;
 };
 
-// What is wrong, for the user; thrown no further than this file.
+// An error for the user; caught within this file.
 struct Mis {
     QString wat;
 };
@@ -55,7 +55,7 @@ struct Mis {
     throw Mis{QString::fromUtf8(wat) + QStringLiteral(": ") + reden(nummer)};
 }
 
-// The settings file as it is now.
+// The present settings file.
 struct Bestand {
     QByteArray naam;  // behind any links
     bool bestaat = false;
@@ -92,7 +92,7 @@ QByteArray allesUit(int nummer) {
 
 Bestand lees(const QByteArray& naam) {
     Bestand bestand{.naam = doelVan(naam)};
-    // A pipe would make it wait for ever.
+    // Opening a pipe would wait for its writer without end.
     const Open open(::open(bestand.naam.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     if (!open.isOpen()) {
         if (errno == ENOENT) return bestand;
@@ -129,8 +129,8 @@ void schrijf(int nummer, const QByteArray& tekst) {
     }
 }
 
-// Gives a new file the rights and the owner of the one whose place it takes; one
-// that takes nobody's gets the folder's owner, for whoever runs this as root.
+// Gives a new file the mode and owner of the file that it replaces. A file that replaces
+// none gets the folder's owner, for a run as root.
 void geefRechten(int nummer, const Bestand& naar, const QByteArray& map) {
     struct stat eigen {};
     struct stat voorbeeld = naar.stand;
@@ -146,7 +146,7 @@ void geefRechten(int nummer, const Bestand& naar, const QByteArray& map) {
     if (::fchmod(nummer, rechten) != 0) misDoor("is niet te schrijven", errno);
 }
 
-// Puts `tekst` at `naam` in one step, after a last look whether that may be.
+// Puts `tekst` at `naam` in one step, after a last check that the file may be replaced.
 void vervang(const QByteArray& naam, const QByteArray& tekst, const Bestand& naar,
              const std::function<void()>& kijkNog) {
     const QByteArray map = naam.left(naam.lastIndexOf('/'));
@@ -179,14 +179,14 @@ void wissel(const QByteArray& naam, const Bestand& bestand, const QByteArray& te
     vervang(bestand.naam, tekst, bestand, kijk);
 }
 
-// Reads the file and does with it what `doe` says.
+// Reads the file and carries out the result of `doe`.
 Bericht metBestand(const QString& thuis,
                    const std::function<QString(const QByteArray& naam, const Bestand&)>& doe) {
     if (thuis.isEmpty()) return {false, QStringLiteral("de thuismap is niet bekend: HOME is leeg")};
     const QByteArray naam = QFile::encodeName(thuis) + "/.xscreensaver";
     const Open slot(
         ::open(QFile::encodeName(thuis).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    // Where a folder cannot be locked the last look before the change must do.
+    // Where a folder cannot be locked, the last check before the change is the only guard.
     if (slot.isOpen()) ::flock(slot.nummer(), LOCK_EX);
     try {
         return {true, doe(naam, lees(naam))};

@@ -10,7 +10,7 @@
 namespace brixtel {
 
 namespace {
-// Wide enough for three digits and a tenth; more would hide the picture.
+// The size holds three digits and a tenth; a larger one would hide the picture.
 constexpr QSizeF kMaat(144.0, 46.0);
 constexpr double kRegel = 18.0;
 constexpr double kRand = 16.0;
@@ -41,7 +41,7 @@ void BeeldTeller::tel() {
     beelden_ = beelden;
     cpu_ = cpu;
     sinds_ = nu;
-    // Stays in its corner when the window grows.
+    // The view stays in its corner when the window grows.
     const double boven = superview() ? superview()->bounds().height() : kMaat.height();
     setFrame({QPointF(kRand, boven - kRand - kMaat.height()), kMaat});
 }

@@ -10,14 +10,14 @@
 
 namespace brixtel {
 
-// The frame rate, and what it costs of one processor, written in a corner of the
-// picture and renewed every second.
+// The frame rate and its share of one processor, shown in a corner of the picture and
+// renewed every second.
 class BeeldTeller : public platform::View {
   public:
-    // `boven` is the height of the view that it is laid over, in points.
+    // `boven` is the height of the view below this one, in points.
     BeeldTeller(platform::MediaClock& klok, double boven);
 
-    // What stands there; empty in the first second.
+    // The lines of text; empty in the first second.
     [[nodiscard]] const std::array<QString, 2>& regels() const { return regels_; }
 
   private:

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "connections/Overzicht.h"
+#include "hosts/gedeeld/Reden.h"
 #include "platform/files/InputFile.h"
 #include "platform/render/gl/OffscreenPicture.h"
 #include "platform/view/FrameBuilder.h"
@@ -14,7 +15,7 @@ namespace brixtel {
 
 namespace {
 
-// The most that is read of a file with lines: one may be endless.
+// The limit of a file with lines, since one may be endless.
 constexpr std::size_t kMeesteBytes = std::size_t{16} << 20;
 constexpr platform::Rgba kZwart{0.0F, 0.0F, 0.0F, 1.0F};
 
@@ -43,7 +44,7 @@ Beeldmaker::~Beeldmaker() {
     if (saver_) saver_->stopAnimation();
 }
 
-// The globe has the lines of a file where the command names one.
+// The globe shows the lines of a file where the command names one.
 void Beeldmaker::maakWereld(DrieSoort soort) {
     const bool eigenLijnen = !opdracht_.lijnen.isEmpty();
     wereld_ = std::make_unique<DrieWereld>(
@@ -55,7 +56,10 @@ void Beeldmaker::maakWereld(DrieSoort soort) {
         platform::readRegularFile(opdracht_.lijnen.toStdString(), kMeesteBytes);
     const auto lijnen =
         inhoud.error == 0 ? leesJson(QByteArray::fromStdString(inhoud.bytes)) : std::nullopt;
-    if (lijnen)
+    if (inhoud.error != 0)
+        mis_ =
+            QStringLiteral("'%1' is niet te lezen: %2").arg(opdracht_.lijnen, reden(inhoud.error));
+    else if (lijnen)
         wereld_->zetLijnen(*lijnen);
     else
         mis_ = QStringLiteral("'%1' bevat geen lijnen als die van --verbindingen=json")
@@ -75,8 +79,8 @@ std::optional<QImage> Beeldmaker::plaatje() {
     return still.isNull() ? std::nullopt : std::optional(still);
 }
 
-// Layers are drawn with OpenGL where that is asked for, and on the CPU otherwise,
-// which gives the same picture on every machine.
+// Draws layers with OpenGL where the command asks for it, and otherwise on the CPU, which
+// gives the same picture on every machine.
 std::optional<QImage> Beeldmaker::teken() {
     if (opdracht_.tekenaar == platform::DrawerChoice::OpenGl && frame_.passes.size() == 1) {
         const auto gl = platform::OffscreenPicture::create();
@@ -85,7 +89,7 @@ std::optional<QImage> Beeldmaker::teken() {
     }
     QImage beeld(frame_.grid.size, QImage::Format_ARGB32_Premultiplied);
     if (beeld.isNull()) return std::nullopt;
-    // A view that is to show a scene and has none shows no picture of itself.
+    // A view that should show a scene and has none makes no picture.
     const bool mist = std::any_of(frame_.passes.begin(), frame_.passes.end(), [](const auto& pas) {
         return pas.scene.isShown && !pas.scene.hasScene;
     });

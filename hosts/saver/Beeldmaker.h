@@ -16,9 +16,9 @@
 
 namespace brixtel {
 
-// What the command asks to be seen, drawn picture by picture at full quality, with no display
-// and on a clock of its own. Needs a QGuiApplication whose main screen has the wanted scale;
-// the module must outlive it. Main thread.
+// Draws the pictures of a command, one by one at full quality, with no display and on a
+// clock of its own. Needs a QGuiApplication whose main screen has the wanted scale; the
+// module must outlive it. Main thread.
 class Beeldmaker {
   public:
     Beeldmaker(const Opdracht& opdracht, const ModuleLader& module);
@@ -26,18 +26,18 @@ class Beeldmaker {
     Beeldmaker(const Beeldmaker&) = delete;
     Beeldmaker& operator=(const Beeldmaker&) = delete;
 
-    // What keeps it from making any picture, as one line for the user; empty if nothing does.
+    // The error that prevents any picture, as one line for the user; empty on success.
     [[nodiscard]] const QString& mis() const { return mis_; }
 
-    // Pixels.
+    // The size of a picture in pixels.
     [[nodiscard]] QSize maat() const { return frame_.grid.size; }
 
-    // The picture so many seconds after the start, not before the last one asked for. None
-    // where there is no OpenGL for it, or no memory.
+    // The picture at `tijd` seconds after the start; `tijd` never decreases from call to
+    // call. None where OpenGL or memory is missing.
     [[nodiscard]] std::optional<QImage> beeld(double tijd);
-    // The still that the command asks for. None as above.
+    // The still of the command. None where OpenGL or memory is missing.
     [[nodiscard]] std::optional<QImage> plaatje();
-    // The line for the user where there is no picture.
+    // The line for the user where no picture can be made.
     static constexpr QLatin1String geenBeeld{"er is geen OpenGL, of geen geheugen voor zo'n beeld"};
 
   private:

@@ -16,20 +16,20 @@ namespace brixtel {
 
 namespace {
 
-// After which the logo is as it was: 9 sways, 18 bobs, 4 rounds of the ring. Its first sway
+// The logo's period in seconds: 9 sways, 18 bobs, 4 rounds of the ring. Its first sway
 // begins in the middle.
 constexpr double kLogoPeriode = 72.0;
 constexpr double kLogoOpGang = 8.0;
 
-// What may wait in the pipe, in pictures.
+// The capacity of the pipe, in pictures.
 constexpr qint64 kWachtend = 2;
 
 struct Vorm {
     QLatin1String einde;
-    QLatin1String woorden;  // for ffmpeg, between the input and the file
+    QLatin1String woorden;  // ffmpeg's words between the input and the file
 };
 
-// Colour is halved in both directions for most players' sake, so both sides are even.
+// Most players need halved colour in both directions, so both sides are even.
 constexpr std::array kVormen{
     Vorm{QLatin1String(".webm"),
          QLatin1String("-vf pad=ceil(iw/2)*2:ceil(ih/2)*2 -c:v libvpx-vp9 -crf 24 -b:v 0 "
@@ -51,7 +51,7 @@ class Ffmpeg {
         proces_.start(programma, woorden);
         return proces_.waitForStarted(-1);
     }
-    // False once it has gone.
+    // Sends a picture; false once ffmpeg has gone.
     bool neem(const QImage& beeld) {
         const qint64 bytes = beeld.sizeInBytes();
         if (proces_.write(reinterpret_cast<const char*>(beeld.constBits()), bytes) != bytes)
@@ -60,7 +60,7 @@ class Ffmpeg {
             if (!proces_.waitForBytesWritten(-1)) return false;
         return proces_.state() == QProcess::Running;
     }
-    // Whether it has made the film.
+    // Ends ffmpeg; true if it made the film.
     bool einde() {
         proces_.closeWriteChannel();
         proces_.waitForFinished(-1);
@@ -71,7 +71,7 @@ class Ffmpeg {
     QProcess proces_;
 };
 
-// On one line that is written over, and that stays once the film is there.
+// Reports progress on one line that is overwritten, and that stays once the film is there.
 void meldVoortgang(int beeld, int van) {
     std::fprintf(stderr, "\rbeeld %d van %d%s", beeld, van, beeld == van ? "\n" : "");
     std::fflush(stderr);
@@ -136,7 +136,7 @@ QString maakFilm(const Opdracht& opdracht, const ModuleLader& module) {
                       ffmpegWoorden(opdracht.film, deel, maker.maat(), opdracht.beeldenPerSeconde)))
         return QStringLiteral("ffmpeg wil niet starten");
     QString mis = schrijf(opdracht, *lengte, maker, ffmpeg);
-    // QFile renames over no file, the system does.
+    // QFile::rename() never overwrites a file; the system's rename does.
     if (mis.isEmpty() && std::rename(QFile::encodeName(deel).constData(),
                                      QFile::encodeName(opdracht.film).constData()) != 0)
         mis = QStringLiteral("'%1' kan niet geschreven worden").arg(opdracht.film);

@@ -10,25 +10,25 @@
 
 namespace brixtel {
 
-// How a film begins and how long it is, in seconds, and of how many pictures it is made.
+// A film's begin and length in seconds, and its number of pictures.
 struct FilmLengte {
     double begin = 0.0;
     double duur = 0.0;
     int beelden = 0;
 };
 
-// That of the film that the command asks for. None where it asks for a seamless loop of what
-// never is again as it was.
+// The length of the command's film. None for a seamless loop of a scene that never returns
+// to its start.
 [[nodiscard]] std::optional<FilmLengte> filmLengte(const Opdracht& opdracht);
 
-// The arguments for ffmpeg that make a film in `bestand`, in the format that the ending of
-// `naam` says, of raw pictures (BGRx, `maat` pixels) on its standard input.
+// The arguments of ffmpeg for a film in `bestand`, in the format of the ending of `naam`,
+// from raw pictures (BGRx, `maat` pixels) on its standard input.
 [[nodiscard]] QStringList ffmpegWoorden(const QString& naam, const QString& bestand, QSize maat,
                                         int beeldenPerSeconde);
 
-// Makes the film that the command asks for and writes it, whole or not at all, by the system's
-// ffmpeg. Tells on standard error how far it is. Needs what a Beeldmaker needs. Returns what
-// went wrong, as one line for the user; empty if nothing did.
+// Makes the command's film with the system's ffmpeg and writes it, whole or not at all.
+// Reports progress on standard error. Needs the application of a Beeldmaker. Returns the
+// error as one line for the user; empty on success.
 [[nodiscard]] QString maakFilm(const Opdracht& opdracht, const ModuleLader& module);
 
 }  // namespace brixtel

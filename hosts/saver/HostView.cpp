@@ -8,7 +8,8 @@ namespace brixtel {
 
 namespace {
 constexpr double kEchteBeweging = 50.0;  // points
-}
+constexpr double kDubbel = 0.4;          // seconds between the clicks of a double one
+}  // namespace
 
 HostView::HostView(std::shared_ptr<platform::ScreenSaverView> saver, Indeling indeling)
     : View({QPointF(0, 0), saver->frame().size()}),
@@ -24,12 +25,34 @@ void HostView::invoer() {
     if (actie) actie();
 }
 
+void HostView::inEigenVenster(platform::MediaClock& klok, EigenVenster daden) {
+    klok_ = &klok;
+    eigen_ = std::move(daden);
+}
+
+bool HostView::eigenToets(const platform::KeyEvent& event) {
+    if (!klok_) return false;
+    // The actions may drop this view.
+    const EigenVenster daden = eigen_;
+    if (event.key == Qt::Key_F11) {
+        if (!event.isRepeat) daden.volledig();
+    } else if (event.key == Qt::Key_Escape) {
+        if (!event.isRepeat) daden.terug();
+    } else if (event.key == Qt::Key_Q && (event.modifiers & Qt::ControlModifier) != 0) {
+        daden.sluit();
+    } else {
+        return false;
+    }
+    return true;
+}
+
 void HostView::setMuisTelt(bool telt) {
     muisTelt_ = telt;
     beginPunt_.reset();
 }
 
 void HostView::keyDown(const platform::KeyEvent& event) {
+    if (eigenToets(event)) return;
     const auto actie = onInstellingen_;
     if (actie && event.text.compare(u"i", Qt::CaseInsensitive) == 0)
         actie();
@@ -37,7 +60,13 @@ void HostView::keyDown(const platform::KeyEvent& event) {
         invoer();
 }
 void HostView::mouseDown(const platform::MouseEvent&) {
-    invoer();
+    if (!klok_) return invoer();
+    const double nu = klok_->now();
+    const bool dubbel = laatsteKlik_ && nu - *laatsteKlik_ <= kDubbel;
+    // A third click is the first of the next pair.
+    laatsteKlik_ = dubbel ? std::nullopt : std::optional(nu);
+    const auto actie = eigen_.volledig;
+    if (dubbel) actie();
 }
 void HostView::rightMouseDown(const platform::MouseEvent&) {
     invoer();
@@ -49,8 +78,8 @@ void HostView::otherMouseDown(const platform::MouseEvent&) {
 void HostView::mouseMoved(const platform::MouseEvent& event) {
     if (!muisTelt_) return;
     const QPointF punt = event.screenLocation;
-    // A display that changes moves every place on the screen, and the server puts
-    // the mouse back inside.
+    // A changed display moves every place on the screen, and the server moves the mouse
+    // back inside.
     if (auto indeling = indeling_(); !beginPunt_ || indeling != beginIndeling_) {
         beginPunt_ = punt;
         beginIndeling_ = std::move(indeling);

@@ -6,17 +6,18 @@
 #include <optional>
 #include <vector>
 
+#include "platform/time/MediaClock.h"
 #include "platform/view/ScreenSaverView.h"
 #include "platform/view/View.h"
 #include "platform/window/Screen.h"
 
 namespace brixtel {
 
-// A window's content: the saver's view, filling it, and what the host lays over
+// A window's content: the saver's view, which fills the window, and the host's views above
 // it. Turns a key, a click or a real movement of the mouse into one call.
 class HostView : public platform::View {
   public:
-    // How the displays lie, for the movements of the mouse.
+    // The arrangement of the displays, which movements of the mouse are judged by.
     using Indeling = std::function<std::vector<platform::Screen>()>;
 
     explicit HostView(std::shared_ptr<platform::ScreenSaverView> saver,
@@ -24,10 +25,20 @@ class HostView : public platform::View {
 
     [[nodiscard]] const std::shared_ptr<platform::ScreenSaverView>& saver() const { return saver_; }
 
-    // May be called more than once; without it input is swallowed.
+    // Sets the action for input; it may be called more than once. Without one, input is
+    // swallowed.
     void onInvoer(std::function<void()> actie) { onInvoer_ = std::move(actie); }
-    // Called for the key "i", which is then no other input.
+    // Sets the action for the key "i", which is then no other input.
     void onInstellingen(std::function<void()> actie) { onInstellingen_ = std::move(actie); }
+
+    // The user's commands to a window of its own; no other key or click ends such a window.
+    struct EigenVenster {
+        std::function<void()> volledig;  // F11, a double click: into full screen, or back
+        std::function<void()> terug;     // Escape: out of full screen, or out altogether
+        std::function<void()> sluit;     // Ctrl+Q
+    };
+    // The clock tells two clicks from a double one, and must outlive the view.
+    void inEigenVenster(platform::MediaClock& klok, EigenVenster daden);
 
     // While it is used for something else, movements of the mouse are no input;
     // afterwards they count from where it then is.
@@ -43,13 +54,18 @@ class HostView : public platform::View {
 
   private:
     void invoer();
+    // Whether it was one of the window's own.
+    bool eigenToets(const platform::KeyEvent& event);
 
     std::shared_ptr<platform::ScreenSaverView> saver_;
     std::function<void()> onInvoer_;
     std::function<void()> onInstellingen_;
+    EigenVenster eigen_;
+    platform::MediaClock* klok_ = nullptr;  // with eigen_
+    std::optional<double> laatsteKlik_;
     bool muisTelt_ = true;
     const Indeling indeling_;
-    std::optional<QPointF> beginPunt_;  // on screen; where the mouse was first seen
+    std::optional<QPointF> beginPunt_;  // the mouse's first place, on screen
     std::vector<platform::Screen> beginIndeling_;
 };
 

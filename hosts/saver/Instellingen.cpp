@@ -20,20 +20,20 @@ QString toonInstellingen(const Opdracht& opdracht, const ModuleLader& module, in
     if (!blad) return QStringLiteral("de module BrixtelInstellingen.so ontbreekt");
     if (!opdracht.instellingen.isEmpty()) return schrijfPng(blad->picture(), opdracht.instellingen);
 
-    // Not quit(), which asks every window first; this one does not close for that.
+    // quit() would ask every window first, and this window refuses.
     const Signalen signalen([&](int signaal) {
         doorSignaal = signaal;
         QCoreApplication::exit();
     });
-    blad->onOrderedOut([] { QCoreApplication::exit(); });
+    blad->onDismissed([] { QCoreApplication::exit(); });
     std::optional<platform::SheetOnWindow> bij;
     if (opdracht.boven)
         bij.emplace(blad, *opdracht.boven);
     else
-        blad->orderFront({});
+        blad->showAbove({});
     QCoreApplication::exec();
-    blad->onOrderedOut({});
-    // A program that shows the sheet beside its own window reads the pick here.
+    blad->onDismissed({});
+    // The program that started this process reads the picked mode here.
     const QByteArray gekozen = view->pickedInSheet().toUtf8();
     if (gekozen.isEmpty()) return {};
     const bool gedrukt = std::printf("%s\n", gekozen.constData()) > 0;

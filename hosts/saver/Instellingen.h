@@ -8,11 +8,11 @@
 
 namespace brixtel {
 
-// Shows the module's configuration sheet until it closes and prints what was picked in it,
-// as --keuze takes it, on standard output; or puts its picture in
-// the file that the command names. Needs the application of the module that the
-// sheet is in. `doorSignaal` is set to the signal that ended it, if one did.
-// Returns what went wrong, as one line for the user; empty if nothing did.
+// Shows the module's configuration sheet until it closes, and prints the picked mode on
+// standard output, in the form of --keuze. Writes a picture of the sheet instead where the
+// command names a file. Needs the application of the module that holds the sheet. Sets
+// `doorSignaal` to the signal that ended the sheet, if one did. Returns the error as one
+// line for the user; empty on success.
 [[nodiscard]] QString toonInstellingen(const Opdracht& opdracht, const ModuleLader& module,
                                        int& doorSignaal);
 

@@ -29,7 +29,7 @@ Meting::Meting(platform::MediaClock& klok, double begin, Stand stand)
 
 void Meting::bemonster() {
     if (++blik_ % elke_ != 0) return;
-    // A long run is sampled at half the rate, from its beginning on.
+    // A long run halves its sampling rate, also for the samples taken so far.
     if (monsters_.size() == kMeesteMonsters) {
         for (std::size_t i = 0; i < kMeesteMonsters / 2; ++i)
             monsters_[i] = monsters_[2 * i];

@@ -12,17 +12,16 @@
 
 namespace brixtel {
 
-// What a run cost and showed, for --meet. Looks at one window's statistics twice
-// a second, so that the rate can be told over the last half of a run whose end
-// nobody knows beforehand.
+// The cost and the pictures of a run, for --meet. Samples one window's statistics twice a
+// second, which gives the rate over the last half of a run of unknown length.
 class Meting {
   public:
     using Stand = std::function<platform::WindowStatistics()>;
 
-    // `begin` is when the process was started, in the clock's time.
+    // `begin` is the start of the process, in the clock's time.
     Meting(platform::MediaClock& klok, double begin, Stand stand);
 
-    // One line of JSON, with its line end.
+    // The result as one line of JSON, with its line feed.
     [[nodiscard]] QByteArray regel(const QString& keuze) const;
 
   private:
@@ -38,7 +37,7 @@ class Meting {
     const double start_;
     const Stand stand_;
     std::vector<Monster> monsters_;
-    // One look in how many is kept, and how many there were.
+    // One sample in `elke_` is kept; `blik_` counts all samples.
     int elke_ = 1;
     int blik_ = 0;
     platform::Timer timer_;

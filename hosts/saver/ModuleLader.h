@@ -9,14 +9,14 @@
 
 namespace brixtel {
 
-// Loads the saver module and makes views of its principal class, by name, as
-// any host does. Keeps the module loaded while it lives.
+// Loads the saver module and makes views of its principal class by name, as any host does.
+// The module stays loaded for the loader's lifetime.
 class ModuleLader {
   public:
-    // The module that lies beside the program's own libraries.
+    // Loads the module beside the program's own libraries.
     ModuleLader();
 
-    // Whether it is there and names a principal class that it knows.
+    // Whether the module was found and names a principal class that it knows.
     [[nodiscard]] bool isGeladen() const { return module_ != nullptr; }
 
     [[nodiscard]] std::shared_ptr<platform::ScreenSaverView> maak(
@@ -24,7 +24,7 @@ class ModuleLader {
 
   private:
     QPluginLoader lader_;
-    platform::SaverModule* module_ = nullptr;  // the plugin's, which the loader owns
+    platform::SaverModule* module_ = nullptr;  // owned by the plugin, which the loader owns
     QString klasse_;
 };
 

@@ -15,11 +15,15 @@ namespace {
 using Taak = Opdracht::Taak;
 
 using Optie = brixtel::Optie<Opdracht>;
+using Gegeven = std::vector<const Optie*>;
 
-// Of a film, per second.
+// The calls that an option belongs to.
+enum : unsigned { kToont = 1, kPlaatje = 2, kBlad = 4, kFilm = 8, kBeeld = kPlaatje | kFilm };
+
+// The largest frame rate of a film.
 constexpr int kMeesteBeelden = 240;
 
-// Both sides from 1 to 16384; an invalid size for anything else.
+// Reads a size with sides from 1 to 16384; an invalid size for any other text.
 QSize leesMaat(const QString& tekst) {
     static const QRegularExpression vorm(QStringLiteral("^([0-9]{1,5})[xX×]([0-9]{1,5})$"));
     const auto gevonden = vorm.match(tekst);
@@ -78,6 +82,7 @@ QString zetVenstersysteem(Opdracht& opdracht, const QString& waarde) {
 
 QString zetVensterId(Opdracht& opdracht, const QString& waarde) {
     opdracht.vensterId = platform::readHost(waarde);
+    opdracht.vensterGenoemd = waarde;
     if (!opdracht.vensterId)
         return QStringLiteral("'%1' is geen nummer van een venster").arg(waarde);
     return zetTaak(opdracht, Taak::Gastheer, QLatin1String("window-id"));
@@ -113,7 +118,7 @@ QString zetFilm(Opdracht& opdracht, const QString& waarde) {
     return zetTaak(opdracht, Taak::Film, QLatin1String("film"));
 }
 
-// Without a number, the rate is shown in the picture.
+// An option without a number shows the rate in the picture.
 QString zetFps(Opdracht& opdracht, const QString& waarde) {
     if (waarde.isEmpty()) {
         opdracht.fps = true;
@@ -147,74 +152,122 @@ QString zetVerbindingen(Opdracht& opdracht, const QString& waarde) {
     return zetTaak(opdracht, Taak::Verbindingen, QLatin1String("verbindingen"));
 }
 
-// Makes an option that chooses what to do.
-Optie taakOptie(QLatin1String naam, Taak taak) {
+QString zetLijnen(Opdracht& opdracht, const QString& waarde) {
+    opdracht.lijnen = waarde;
+    return {};
+}
+
+// Makes an option that chooses what to do; `naam` may be short for `voluit`.
+Optie taakOptie(QLatin1String naam, Taak taak, QLatin1String voluit = {}) {
+    const QLatin1String gemeld = voluit.isEmpty() ? naam : voluit;
     return {naam, Waarde::Geen, {}, [=](Opdracht& o, const QString&) {
-                return zetTaak(o, taak, naam);
+                return zetTaak(o, taak, gemeld);
             }};
 }
 
-Optie vlagOptie(QLatin1String naam, bool Opdracht::*vlag) {
-    return {naam, Waarde::Geen, {}, [=](Opdracht& o, const QString&) {
-                o.*vlag = true;
-                return QString();
-            }};
-}
-
-Optie maatOptie(QLatin1String naam, QSize Opdracht::*maat) {
-    return {naam, Waarde::Nodig, {}, [=](Opdracht& o, const QString& waarde) {
-                return zetMaat(o.*maat, waarde, naam);
-            }};
+Optie vlagOptie(QLatin1String naam, bool Opdracht::*vlag, unsigned bij) {
+    const auto zet = [=](Opdracht& o, const QString&) {
+        o.*vlag = true;
+        return QString();
+    };
+    return {naam, Waarde::Geen, {}, zet, bij};
 }
 
 template <typename Getal>
-Optie getalOptie(QLatin1String naam, Getal Opdracht::*getal, double laag, double hoog) {
-    return {naam, Waarde::Nodig, {}, [=](Opdracht& o, const QString& waarde) {
-                return zetGetal(o.*getal, waarde, naam, laag, hoog);
-            }};
+Optie getalOptie(QLatin1String naam, Getal Opdracht::*getal, double laag, double hoog,
+                 unsigned bij) {
+    const auto zet = [=](Opdracht& o, const QString& waarde) {
+        return zetGetal(o.*getal, waarde, naam, laag, hoog);
+    };
+    return {naam, Waarde::Nodig, {}, zet, bij};
 }
 
 const std::vector<Optie>& opties() {
     static const QLatin1String maatVorm("^[0-9]+[xX×][0-9]+$");
+    static const QLatin1String help("help"), versie("versie"), maat("maat");
     static const std::vector<Optie> alle{
         taakOptie(QLatin1String("root"), Taak::Gastheer),
         taakOptie(QLatin1String("aanmelden"), Taak::Aanmelden),
         taakOptie(QLatin1String("afmelden"), Taak::Afmelden),
-        taakOptie(QLatin1String("versie"), Taak::Versie),
-        taakOptie(QLatin1String("help"), Taak::Hulp),
-        vlagOptie(QLatin1String("voorvertoning"), &Opdracht::voorvertoning),
-        vlagOptie(QLatin1String("meet"), &Opdracht::meet),
-        vlagOptie(QLatin1String("lus"), &Opdracht::lus),
-        {QLatin1String("fps"), Waarde::Mag, QLatin1String("^[0-9]+$"), zetFps},
-        vlagOptie(QLatin1String("volle-snelheid"), &Opdracht::volleSnelheid),
+        taakOptie(QLatin1String("hervat"), Taak::Hervat),
+        taakOptie(versie, Taak::Versie),
+        taakOptie(QLatin1String("version"), Taak::Versie, versie),
+        taakOptie(QLatin1String("V"), Taak::Versie, versie),
+        taakOptie(help, Taak::Hulp),
+        taakOptie(QLatin1String("h"), Taak::Hulp, help),
+        vlagOptie(QLatin1String("voorvertoning"), &Opdracht::voorvertoning, kToont | kBeeld),
+        vlagOptie(QLatin1String("meet"), &Opdracht::meet, kToont),
+        vlagOptie(QLatin1String("lus"), &Opdracht::lus, kFilm),
+        {QLatin1String("fps"), Waarde::Mag, QLatin1String("^[0-9]+$"), zetFps, kToont | kFilm},
+        vlagOptie(QLatin1String("volle-snelheid"), &Opdracht::volleSnelheid, kToont),
         {QLatin1String("instellingen"), Waarde::Mag, QLatin1String("\\.png$"), zetInstellingen},
-        {QLatin1String("boven"), Waarde::Nodig, {}, zetBoven},
+        {QLatin1String("boven"), Waarde::Nodig, {}, zetBoven, kBlad},
         {QLatin1String("venster"), Waarde::Mag, maatVorm, zetVenster},
         {QLatin1String("verbindingen"), Waarde::Mag, QLatin1String("^json$"), zetVerbindingen},
         {QLatin1String("window-id"), Waarde::Nodig, {}, zetVensterId},
-        {QLatin1String("keuze"), Waarde::Nodig, {}, zetKeuze},
-        {QLatin1String("tekenaar"), Waarde::Nodig, {}, zetTekenaar},
-        {QLatin1String("venstersysteem"), Waarde::Nodig, {}, zetVenstersysteem},
+        {QLatin1String("keuze"), Waarde::Nodig, {}, zetKeuze, kToont | kBeeld},
+        {QLatin1String("tekenaar"), Waarde::Nodig, {}, zetTekenaar, kToont | kBeeld},
+        {QLatin1String("venstersysteem"), Waarde::Nodig, {}, zetVenstersysteem, kToont | kBlad},
         {QLatin1String("plaatje"), Waarde::Nodig, {}, zetPlaatje},
         {QLatin1String("film"), Waarde::Nodig, {}, zetFilm},
-        maatOptie(QLatin1String("maat"), &Opdracht::maat),
-        getalOptie(QLatin1String("schaal"), &Opdracht::schaal, 0.25, 8),
-        getalOptie(QLatin1String("na"), &Opdracht::na, 0, 86400),
-        getalOptie(QLatin1String("seconden"), &Opdracht::seconden, 0.1, 31536000),
-        {QLatin1String("zaad"), Waarde::Nodig, {}, zetZaad},
-        {QLatin1String("lijnen"),
+        {maat,
          Waarde::Nodig,
          {},
-         [](Opdracht& o, const QString& waarde) {
-             o.lijnen = waarde;
-             return QString();
-         }},
+         [](Opdracht& o, const QString& waarde) { return zetMaat(o.maat, waarde, maat); },
+         kBeeld},
+        getalOptie(QLatin1String("schaal"), &Opdracht::schaal, 0.25, 8, kBeeld | kBlad),
+        getalOptie(QLatin1String("na"), &Opdracht::na, 0, 86400, kBeeld),
+        getalOptie(QLatin1String("seconden"), &Opdracht::seconden, 0.1, 31536000, kToont | kFilm),
+        {QLatin1String("zaad"), Waarde::Nodig, {}, zetZaad, kBeeld},
+        {QLatin1String("lijnen"), Waarde::Nodig, {}, zetLijnen, kBeeld},
     };
     return alle;
 }
 
 Fout fout(const QString& wat) {
     return foutVan(QLatin1String("brixtel-saver"), wat);
+}
+
+// The call as it is asked for, and its bit.
+std::pair<QLatin1String, unsigned> aanroep(Taak taak) {
+    switch (taak) {
+        case Taak::Plaatje:
+            return {QLatin1String("--plaatje"), kPlaatje};
+        case Taak::Film:
+            return {QLatin1String("--film"), kFilm};
+        case Taak::Instellingen:
+            return {QLatin1String("--instellingen"), kBlad};
+        case Taak::Verbindingen:
+            return {QLatin1String("--verbindingen"), 0};
+        case Taak::Aanmelden:
+            return {QLatin1String("--aanmelden"), 0};
+        case Taak::Afmelden:
+            return {QLatin1String("--afmelden"), 0};
+        case Taak::Hervat:
+            return {QLatin1String("--hervat"), 0};
+        default:
+            return {{}, kToont};
+    }
+}
+
+// The calls that an option belongs to, none of which shows anything.
+QString bijWelke(unsigned bij) {
+    QStringList namen;
+    if ((bij & kPlaatje) != 0) namen << QStringLiteral("--plaatje");
+    if ((bij & kFilm) != 0) namen << QStringLiteral("--film");
+    if (bij == kBlad)
+        namen << QStringLiteral("--instellingen");
+    else if ((bij & kBlad) != 0)
+        namen << QStringLiteral("--instellingen=BESTAND.png");
+    return opsomming(namen, QLatin1String("of"));
+}
+
+// The error of an option that belongs to another call than this one.
+QString hoortElders(const Optie& optie, Taak taak) {
+    const auto [naam, bit] = aanroep(taak);
+    if (optie.bij == 0 || (optie.bij & bit) != 0) return {};
+    if (!naam.isEmpty()) return QStringLiteral("--%1 gaat niet samen met %2").arg(optie.naam, naam);
+    return QStringLiteral("--%1 gaat alleen samen met %2").arg(optie.naam, bijWelke(optie.bij));
 }
 
 // A still is drawn whole in memory.
@@ -225,31 +278,40 @@ bool isTeGroot(const Opdracht& opdracht) {
            kMeesteBeeldpunten;
 }
 
-// What only shows once everything has been read.
-QString controleer(const Opdracht& opdracht) {
+QString controleerFilm(const Opdracht& opdracht) {
+    if (opdracht.keuze.isEmpty()) return QStringLiteral("--film vraagt ook om --keuze");
+    if (!opdracht.seconden && !opdracht.lus)
+        return QStringLiteral("--film vraagt ook om --seconden of --lus");
+    if (opdracht.seconden && opdracht.lus)
+        return QStringLiteral("--lus weet zelf hoe lang de film duurt, zonder --seconden");
+    if (opdracht.fps) return QStringLiteral("--fps zonder getal gaat niet samen met --film");
+    return {};
+}
+
+bool heeft(const Gegeven& gegeven, const char* naam) {
+    return std::any_of(gegeven.begin(), gegeven.end(),
+                       [&](const Optie* optie) { return optie->naam == QLatin1String(naam); });
+}
+
+// Checks the options against each other, once all are read. Help and version accept all.
+QString controleer(const Opdracht& opdracht, const Gegeven& gegeven) {
+    if (opdracht.taak == Taak::Hulp || opdracht.taak == Taak::Versie) return {};
+    for (const Optie* optie : gegeven)
+        if (QString mis = hoortElders(*optie, opdracht.taak); !mis.isEmpty()) return mis;
     if (opdracht.taak == Taak::Plaatje && opdracht.keuze.isEmpty())
         return QStringLiteral("--plaatje vraagt ook om --keuze");
-    if (opdracht.taak == Taak::Plaatje && (opdracht.meet || opdracht.fps || opdracht.seconden))
-        return QStringLiteral("--meet, --fps en --seconden gaan niet samen met --plaatje");
     if (opdracht.taak == Taak::Plaatje && isTeGroot(opdracht))
         return QStringLiteral("--plaatje kan hoogstens 67108864 beeldpunten hebben (8192x8192)");
     const bool film = opdracht.taak == Taak::Film;
-    if (film && opdracht.keuze.isEmpty()) return QStringLiteral("--film vraagt ook om --keuze");
-    if (film && !opdracht.seconden && !opdracht.lus)
-        return QStringLiteral("--film vraagt ook om --seconden of --lus");
-    if (film && opdracht.seconden && opdracht.lus)
-        return QStringLiteral("--lus weet zelf hoe lang de film duurt, zonder --seconden");
-    if (film && (opdracht.meet || opdracht.fps))
-        return QStringLiteral("--meet, en --fps zonder getal, gaan niet samen met --film");
-    if (!film && opdracht.lus) return QStringLiteral("--lus gaat alleen samen met --film");
+    if (QString mis = film ? controleerFilm(opdracht) : QString(); !mis.isEmpty()) return mis;
     if (!film && opdracht.beeldenPerSeconde != Opdracht().beeldenPerSeconde)
         return QStringLiteral("--fps met een getal gaat alleen samen met --film");
-    const bool getekendeBol =
-        (film || opdracht.taak == Taak::Plaatje) && opdracht.keuze == ruweWaarde(SaverKeuze::bol);
-    if (!opdracht.lijnen.isEmpty() && !getekendeBol)
+    if (!opdracht.lijnen.isEmpty() && opdracht.keuze != ruweWaarde(SaverKeuze::bol))
         return QStringLiteral("--lijnen gaat alleen samen met --plaatje of --film, en --keuze=bol");
-    if (opdracht.boven && opdracht.taak != Taak::Instellingen)
-        return QStringLiteral("--boven gaat alleen samen met --instellingen");
+    if (opdracht.taak == Taak::Instellingen && opdracht.instellingen.isEmpty() &&
+        heeft(gegeven, "schaal"))
+        return QStringLiteral(
+            "--schaal gaat alleen samen met --instellingen als die een BESTAND.png heeft");
     return {};
 }
 
@@ -258,9 +320,12 @@ QString controleer(const Opdracht& opdracht) {
 std::variant<Opdracht, Fout> leesOpdracht(const QStringList& argumenten,
                                           const QString& hostVenster) {
     Opdracht opdracht;
-    QString mis = neemOpties(opties(), argumenten, opdracht);
-    if (mis.isEmpty()) mis = controleer(opdracht);
+    Gegeven gegeven;
+    QString mis = neemOpties(opties(), argumenten, opdracht, gegeven);
+    if (mis.isEmpty()) mis = controleer(opdracht, gegeven);
     if (!mis.isEmpty()) return fout(mis);
+    // Its host knows of its windows; whoever has none is told of one that is not there.
+    if (!hostVenster.isEmpty()) opdracht.vensterGenoemd.clear();
     // A host that names its window in the environment means the saver to draw
     // there, unless the command line asks for something else altogether.
     const bool bijGastheer =
@@ -321,8 +386,10 @@ Verder:
   --verbindingen[=json]  met welke landen deze machine nu verbonden is
   --aanmelden            zet Brixtel in de lijst van xscreensaver
   --afmelden             haalt Brixtel uit die lijst
-  --versie               het versienummer
-  --help                 deze tekst
+  --hervat               laat de schermvullende saver van dit scherm ophouden,
+                         als er een loopt
+  --versie, -V           het versienummer
+  --help, -h             deze tekst
 )")
         .arg(vouw(opsomming(keuzeWoorden(), QLatin1String("of")) +
                       QStringLiteral("; alleen voor deze keer, er wordt niets bewaard"),

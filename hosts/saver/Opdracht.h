@@ -14,8 +14,8 @@
 
 namespace brixtel {
 
-// What the user asked the program to do: its command line and the environment,
-// read and checked.
+// The user's request: the command line and the environment, read and checked. A plain
+// value.
 struct Opdracht {
     enum class Taak {
         Schermvullend,
@@ -27,6 +27,7 @@ struct Opdracht {
         Verbindingen,
         Aanmelden,
         Afmelden,
+        Hervat,
         Versie,
         Hulp,
     };
@@ -34,6 +35,7 @@ struct Opdracht {
 
     QSize venster{1280, 720};                    // points
     std::optional<platform::HostRef> vensterId;  // the host's; none means the whole screen
+    QString vensterGenoemd;                      // as it was typed; empty with a host behind it
     bool voorvertoning = false;                  // asked for; a small host's window has it anyway
     QString keuze;                               // a raw value; empty for the stored one
 
@@ -43,11 +45,11 @@ struct Opdracht {
     QString plaatje;             // the file
     QString film;                // the file
     int beeldenPerSeconde = 30;  // of a film
-    bool lus = false;            // the film ends where it began
+    bool lus = false;            // the film ends as it began
     QSize maat{1920, 1080};      // points
     double schaal = 1.0;
     double na = 6.0;  // seconds after the start
-    QString lijnen;   // the file with the globe's lines; empty for this machine's
+    QString lijnen;   // file with the globe's lines; empty is this machine's
     std::optional<std::uint64_t> zaad;
 
     std::optional<double> seconden;
@@ -59,8 +61,8 @@ struct Opdracht {
     QString venstersysteem;  // its name; empty for the session's
 };
 
-// `argumenten` without the program's own name; `hostVenster` is what the
-// environment has for XSCREENSAVER_WINDOW, empty for nothing.
+// Reads `argumenten`, which lack the program's own name. `hostVenster` is the value of
+// XSCREENSAVER_WINDOW in the environment, empty for none.
 [[nodiscard]] std::variant<Opdracht, Fout> leesOpdracht(const QStringList& argumenten,
                                                         const QString& hostVenster);
 

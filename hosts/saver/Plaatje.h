@@ -8,10 +8,9 @@
 
 namespace brixtel {
 
-// Makes the still picture that the command asks for and writes it, whole or not
-// at all. Needs a QGuiApplication whose main screen has the wanted scale, and no
-// display. Returns what went wrong, as one line for the user; empty if nothing
-// did.
+// Makes the command's still picture and writes it, whole or not at all. Needs a
+// QGuiApplication whose main screen has the wanted scale, and no display. Returns the error
+// as one line for the user; empty on success.
 [[nodiscard]] QString maakPlaatje(const Opdracht& opdracht, const ModuleLader& module);
 
 }  // namespace brixtel

@@ -6,8 +6,8 @@
 
 namespace brixtel {
 
-// Makes the picture, as PNG, the whole content of the file. Returns what went
-// wrong, for the user; empty if nothing did. Any thread.
+// Makes the picture, as PNG, the whole content of the file. Returns the error as text for
+// the user; empty on success. Any thread.
 [[nodiscard]] QString schrijfPng(const QImage& beeld, const QString& naam);
 
 }  // namespace brixtel

@@ -13,7 +13,8 @@ const QByteArray kKop(
     "# Instellingen van xscreensaver, gemaakt door brixtel-saver --aanmelden\n\n");
 const QByteArray kMerk("# Toegevoegd door brixtel-saver --aanmelden\n");
 const QByteArray kSleutel("programs:\t\\\n");
-// Ends the program before us; the host skips the empty one that it may make.
+// The separator ends the program before ours. The host skips an empty program that it may
+// make.
 const QByteArray kScheiding(" \\n\\\n");
 
 QByteArray onzeRegel(const QByteArray& opdracht) {
@@ -24,7 +25,7 @@ bool isWit(char teken) {
     return teken == ' ' || (teken >= '\t' && teken <= '\r');
 }
 
-// What the host takes for one line: up to a line end without a backslash.
+// A line as the host reads it: up to a line feed without a backslash.
 struct Regel {
     qsizetype begin;
     qsizetype einde;    // before its line end
@@ -42,7 +43,7 @@ QList<Regel> regels(const QByteArray& tekst) {
     int nummer = 1;
     for (qsizetype begin = 0; begin < tekst.size();) {
         const int eerste = nummer;
-        qsizetype lengte = 0;  // of what the host has read of it
+        qsizetype lengte = 0;  // of the line as read by the host so far
         qsizetype vanaf = begin;
         qsizetype nieuweRegel = 0;
         for (;; vanaf = nieuweRegel + 1) {
@@ -63,7 +64,7 @@ QList<Regel> regels(const QByteArray& tekst) {
     return alle;
 }
 
-// Its first character that counts; `einde` when it is blank or a comment.
+// The line's first character that counts; `einde` for a blank line or a comment.
 qsizetype sleutelBegin(const QByteArray& tekst, const Regel& regel) {
     qsizetype plaats = regel.begin;
     while (plaats < regel.einde && isWit(tekst[plaats]))
@@ -79,7 +80,7 @@ bool isLetter(char teken) {
     return (teken >= 'a' && teken <= 'z') || (teken >= 'A' && teken <= 'Z');
 }
 
-// The value of the setting `programs`, if the line is that.
+// The value of the setting `programs`, if the line holds it.
 std::optional<Stuk> programmas(const QByteArray& tekst, const Regel& regel) {
     static const QByteArray sleutel("programs:");
     const qsizetype begin = sleutelBegin(tekst, regel);
@@ -90,7 +91,7 @@ std::optional<Stuk> programmas(const QByteArray& tekst, const Regel& regel) {
 
 enum class Soort { Wit, Vervolg, Einde, Teken };
 
-// What stands at `plaats` in a value, and how many bytes it takes.
+// The token at `plaats` in a value, and its number of bytes.
 std::pair<Soort, qsizetype> lees(const QByteArray& tekst, qsizetype plaats, qsizetype einde) {
     if (isWit(tekst[plaats])) return {Soort::Wit, 1};
     if (tekst[plaats] != '\\' || plaats + 1 == einde) return {Soort::Teken, 1};
@@ -104,7 +105,7 @@ std::pair<Soort, qsizetype> lees(const QByteArray& tekst, qsizetype plaats, qsiz
     }
 }
 
-// The programs of a value: from the first character of each to behind its last.
+// The programs of a value: each from its first character to behind its last.
 QList<Stuk> lijst(const QByteArray& tekst, const Stuk& waarde) {
     QList<Stuk> alle;
     std::optional<Stuk> nu;
@@ -121,7 +122,7 @@ QList<Stuk> lijst(const QByteArray& tekst, const Stuk& waarde) {
     return alle;
 }
 
-// A program as the host reads it, without its line ends and escapes.
+// A program as the host reads it, without line feeds and escapes.
 QByteArray ontcijferd(const QByteArray& tekst, const Stuk& stuk) {
     QByteArray uit;
     for (qsizetype plaats = stuk.begin; plaats < stuk.einde;) {
@@ -132,7 +133,7 @@ QByteArray ontcijferd(const QByteArray& tekst, const Stuk& stuk) {
     return uit;
 }
 
-// The file's name of the program that a command runs.
+// The file name of the program that a command runs.
 QByteArray programmaVan(QByteArray opdracht) {
     const char eerste = opdracht.isEmpty() ? '\0' : opdracht[0];
     const bool citaat = eerste == '\'' || eerste == '"';
@@ -144,8 +145,8 @@ QByteArray programmaVan(QByteArray opdracht) {
     return opdracht.mid(opdracht.lastIndexOf('/') + 1);
 }
 
-// Whether a program is us; nothing where it is another. The host's form:
-// [-] [visual:] ["name"] command.
+// The state of our program; nothing for another program. The host's form: [-] [visual:]
+// ["name"] command.
 std::optional<Staat> onzeStaat(QByteArray programma) {
     const bool uit = programma.startsWith('-');
     if (uit) programma.remove(0, 1);
@@ -176,12 +177,12 @@ std::optional<Stuk> laatsteWaarde(const QByteArray& tekst) {
     return gevonden;
 }
 
-// Where the line begins on which `plaats` stands.
+// The begin of the line that contains `plaats`.
 qsizetype regelBegin(const QByteArray& tekst, qsizetype plaats) {
     return plaats == 0 ? 0 : tekst.lastIndexOf('\n', plaats - 1) + 1;
 }
 
-// What to cut away for us to be gone from a value.
+// The part of a value to remove for our program.
 Stuk weg(const QByteArray& tekst, const Stuk& waarde, const Stuk& ons) {
     qsizetype na = ons.einde;
     while (na < waarde.einde && isWit(tekst[na]))
@@ -231,11 +232,11 @@ QByteArray metOns(const QByteArray& tekst, const QByteArray& opdracht) {
     if (staat(tekst) != Staat::Afwezig) return tekst;
     const QByteArray eigenRegel = onzeRegel(opdracht) + "  \\n\\\n";
     const auto waarde = laatsteWaarde(tekst);
-    // In front, where no line before it can run on into it.
+    // The setting goes first, where no earlier line can continue into it.
     if (!waarde) return kMerk + kSleutel + eigenRegel + '\n' + tekst;
     qsizetype achter = waarde->begin;
     Soort laatste = Soort::Einde;
-    qsizetype nieuweRegel = -1;  // the first after what counts
+    qsizetype nieuweRegel = -1;  // the first line after the visible characters
     for (qsizetype plaats = waarde->begin; plaats < waarde->einde;) {
         const auto [soort, lengte] = lees(tekst, plaats, waarde->einde);
         plaats += lengte;

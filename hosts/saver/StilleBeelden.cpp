@@ -5,7 +5,7 @@ namespace brixtel {
 
 namespace {
 constexpr double kStap = 10.0;
-// A scene that has just begun is shown as it is once it is under way.
+// A scene that has just begun is shown at this age, in seconds, when it is under way.
 constexpr double kOpGang = 6.0;
 }  // namespace
 
@@ -25,7 +25,7 @@ void StilleBeelden::zet(bool stil) {
 }
 
 void StilleBeelden::stap() {
-    // In between, the rotating mode may put up another scene.
+    // The rotating mode may change the scene between two stills.
     beelden_.leap(kStap - kOpGang);
     beelden_.leap(kOpGang);
     server_.setNeedsFrames();

@@ -10,13 +10,11 @@
 
 namespace brixtel {
 
-// Stills in place of movement, for as long as the desktop says that its user
-// wishes so: every ten seconds another picture, and nothing in between. Main
-// thread.
+// Stills in place of movement while the desktop asks for reduced motion: a new picture
+// every ten seconds, and nothing in between. Main thread.
 class StilleBeelden {
   public:
-    // `beelden` is what the server's pictures move by; `bus` the session bus's
-    // address.
+    // `beelden` is the clock of the server's pictures; `bus` is the session bus's address.
     StilleBeelden(platform::RestableClock& beelden, platform::WindowServer& server,
                   const QString& bus);
 

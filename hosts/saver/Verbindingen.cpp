@@ -26,14 +26,14 @@ void vang(int signaal) {
     errno = bewaard;
 }
 
-// Passes the signals on to the stop while it lives.
+// Passes the signals on to the stop for its own lifetime.
 class Opvang {
   public:
     explicit Opvang(const platform::ToolStop& stop) {
         lopende = &stop;
         struct sigaction actie {};
         actie.sa_handler = vang;
-        actie.sa_flags = static_cast<int>(SA_RESETHAND);  // the second of them ends all at once
+        actie.sa_flags = static_cast<int>(SA_RESETHAND);  // the second ends the process at once
         for (std::size_t i = 0; i < kSignalen.size(); ++i) {
             sigaction(kSignalen[i], nullptr, &eerder_[i]);
             if (eerder_[i].sa_handler != SIG_IGN) sigaction(kSignalen[i], &actie, nullptr);

@@ -7,11 +7,11 @@
 
 namespace brixtel {
 
-// Measures once and prints the connections on standard output, as a table or as
-// JSON. Waits for lsof; a SIGINT, SIGTERM or SIGHUP meanwhile ends that, with
-// all that it started, and then this process, by the signal. One that the
-// process was started to ignore stays ignored. Main thread, once at a time.
-// Returns what went wrong, as one line for the user; empty if nothing did.
+// Measures once and prints the connections on standard output, as a table or as JSON. Waits
+// for lsof. A SIGINT, SIGTERM or SIGHUP ends the measurement with all its processes, and
+// then this process, by that signal. A signal that the process was started to ignore stays
+// ignored. Main thread, one call at a time. Returns the error as one line for the user;
+// empty on success.
 [[nodiscard]] QString toonVerbindingen(bool json, const VerbindingWacht::Bron& bron = {});
 
 }  // namespace brixtel

@@ -7,6 +7,7 @@
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "hosts/saver/BeeldTeller.h"
 #include "platform/session/Preferences.h"
+#include "platform/time/Queue.h"
 
 namespace brixtel {
 
@@ -14,7 +15,7 @@ using platform::Screen;
 using platform::Window;
 
 namespace {
-// A host's window smaller than this is the preview in its settings.
+// A host's window smaller than this is the preview in the host's settings.
 constexpr QSizeF kKlein(480.0, 360.0);
 const QLatin1String kStopt("com.apple.screensaver.willstop");
 }  // namespace
@@ -26,7 +27,7 @@ Voorstelling::Voorstelling(const Opdracht& opdracht, const ModuleLader& module,
       module_(module),
       server_(server),
       context_(context),
-      // This program once more.
+      // The sheet's process runs this same program.
       instellingen_(QCoreApplication::applicationFilePath(), bus, InstellingenProces::Einde::Mee) {
     switch (opdracht.taak) {
         case Opdracht::Taak::Venster:
@@ -40,13 +41,14 @@ Voorstelling::Voorstelling(const Opdracht& opdracht, const ModuleLader& module,
             schermen_ = std::make_unique<platform::ScreenObserver>([this] { volgSchermen(); });
     }
     if (opdracht.taak == Opdracht::Taak::Gastheer) return;
-    // The views themselves stop at this; nobody else starts them again.
+    // The views stop themselves at this notification; nothing else restarts them.
     context_.notifications.addObserver(this, kStopt, [this] {
         opnieuw_ = platform::Timer(server_.clock(), {.interval = 0.0}, [this] { begin(); });
     });
 }
 
 Voorstelling::~Voorstelling() {
+    zelf_.reset();
     context_.notifications.removeObserver(this);
     schermen_.reset();
     for (const Doek& doek : doeken_)
@@ -78,11 +80,11 @@ void Voorstelling::toonInstellingen(const Window& bij) {
 
 void Voorstelling::neemKeuze(const QString& keuze) {
     const QString sleutel = QStringLiteral("keuze");
-    // What was asked for this run alone, the user has now changed.
+    // The user has now changed the choice that was given for this run alone.
     platform::Preferences::clearArgument(sleutel);
     for (const Doek& doek : doeken_)
         doek.view->saver()->takePick(keuze);
-    // Where the store cannot be written, the pick holds for this run.
+    // The pick holds for this run where the store cannot be written.
     if (ruweWaarde(SaverInstellingen::keuze()) != keuze)
         platform::Preferences::setArgument(sleutel, keuze);
 }
@@ -95,9 +97,9 @@ void Voorstelling::bladIsOpen(bool open) {
         if (!doek.venster->reference().isEmpty()) continue;
         // The sheet cannot be placed above such a window, which would hide it.
         if (open)
-            doek.venster->orderOut();
+            doek.venster->hide();
         else
-            doek.venster->makeKeyAndOrderFront();
+            doek.venster->showWithKeyboard();
     }
 }
 
@@ -126,7 +128,7 @@ void Voorstelling::toonOp(const Screen& scherm) {
     doek.view->onInvoer([this] { einde(); });
     doek.view->onInstellingen([this, venster = doek.venster.get()] { toonInstellingen(*venster); });
     doek.venster->setCursorHidden(true);
-    doek.venster->makeKeyAndOrderFront();
+    doek.venster->showWithKeyboard();
     doek.venster->makeFirstResponder(doek.view.get());
     doeken_.push_back(std::move(doek));
 }
@@ -146,21 +148,60 @@ void Voorstelling::volgSchermen() {
     }
 }
 
+// The program's own name is put behind it.
+QString Voorstelling::titel() const {
+    return naam(SaverInstellingen::keuze());
+}
+
+void Voorstelling::maakVenster(Doek& doek, platform::WindowStyle stijl, const QRectF& frame) {
+    doek.venster = std::make_unique<Window>(
+        server_, platform::WindowOptions{.frame = frame, .style = stijl, .title = titel()});
+    doek.venster->onClose([this] { einde(); });
+}
+
 void Voorstelling::toonVenster() {
     const QSizeF maat(opdracht_.venster);
     const auto scherm = Screen::main();
     const QPointF midden = scherm ? scherm->frame.center() : QPointF(0, 0);
     const QPointF hoek = midden - QPointF(maat.width() / 2.0, maat.height() / 2.0);
-    Doek doek{.scherm = {},
-              .venster = std::make_unique<Window>(
-                  server_, platform::WindowOptions{.frame = QRectF(hoek, maat),
-                                                   .style = platform::WindowStyle::Titled,
-                                                   .title = QStringLiteral("Brixtel")}),
-              .view = nullptr};
+    Doek doek;
+    maakVenster(doek, platform::WindowStyle::Titled, QRectF(hoek, maat));
     vul(doek, {QPointF(0, 0), maat}, opdracht_.voorvertoning);
-    doek.view->onInstellingen([this, venster = doek.venster.get()] { toonInstellingen(*venster); });
-    doek.venster->makeKeyAndOrderFront();
+    doek.view->onInstellingen([this] { toonInstellingen(*doeken_.front().venster); });
+    const auto wissel = [this] {
+        straksAls(volledig_ ? platform::WindowStyle::Titled : platform::WindowStyle::FullScreen);
+    };
+    doek.view->inEigenVenster(server_.clock(),
+                              {.volledig = wissel,
+                               .terug = [this, wissel] { volledig_ ? wissel() : einde(); },
+                               .sluit = [this] { einde(); }});
+    doek.venster->showWithKeyboard();
+    doek.venster->makeFirstResponder(doek.view.get());
     doeken_.push_back(std::move(doek));
+}
+
+// The window that asks for it is in the midst of its own event.
+void Voorstelling::straksAls(platform::WindowStyle stijl) {
+    platform::runOnMainQueue([zelf = std::weak_ptr<Voorstelling*>(zelf_), stijl] {
+        const auto deze = zelf.lock();
+        if (!deze) return;
+        Voorstelling& v = **deze;
+        const bool naarVol = stijl == platform::WindowStyle::FullScreen;
+        if (v.doeken_.empty() || naarVol == v.volledig_) return;
+        Doek& doek = v.doeken_.front();
+        const auto scherm = doek.venster->screen();
+        if (naarVol && !scherm) return;
+        if (naarVol) v.eigenFrame_ = doek.venster->frame();
+        // The old one goes when the new one is there: nothing below is seen between.
+        const auto oud = std::move(doek.venster);
+        oud->setContentView(std::make_shared<platform::View>(doek.view->bounds()));
+        v.maakVenster(doek, stijl, naarVol ? scherm->frame : v.eigenFrame_);
+        doek.venster->setContentView(doek.view);
+        doek.venster->setCursorHidden(naarVol);
+        doek.venster->showWithKeyboard();
+        doek.venster->makeFirstResponder(doek.view.get());
+        v.volledig_ = naarVol;
+    });
 }
 
 void Voorstelling::toonBijGastheer() {
@@ -169,9 +210,10 @@ void Voorstelling::toonBijGastheer() {
                   server_, opdracht_.vensterId.value_or(platform::HostRef{})),
               .view = nullptr};
     const QSizeF maat = doek.venster->frame().size();
+    zonderVenster_ = maat.isEmpty();
     const bool klein = maat.width() < kKlein.width() && maat.height() < kKlein.height();
     vul(doek, {QPointF(0, 0), maat}, opdracht_.voorvertoning || klein);
-    doek.venster->orderFront();
+    doek.venster->show();
     doeken_.push_back(std::move(doek));
 }
 

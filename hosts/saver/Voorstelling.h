@@ -15,11 +15,10 @@
 
 namespace brixtel {
 
-// The saver at work: its windows, each with a view of the module's, started. Views in
-// windows of the program's own start again once a lock of the desktop has gone; for those
-// in a host's window the host decides.
-// Where they are follows from the command. Dropping it stops the views and takes
-// the windows down, in that order. Main thread.
+// The running saver: its windows, each with a started view of the module's. The command
+// determines the windows. Views in the program's own windows start again once a lock of the
+// desktop has gone; the host starts those in its window. Dropping the object stops the
+// views and takes the windows down, in that order. Main thread.
 class Voorstelling {
   public:
     // `bus` is the session bus's address, for the sheet.
@@ -30,14 +29,17 @@ class Voorstelling {
     Voorstelling(const Voorstelling&) = delete;
     Voorstelling& operator=(const Voorstelling&) = delete;
 
-    // Called when it is over by itself: input that ends it, the host's window
-    // gone, the user closing the window. May be called more than once.
+    // Sets the action for the saver's own end: input that ends it, a host's window that has
+    // gone, or a window closed by the user. May be called more than once.
     void onEinde(std::function<void()> actie) { onEinde_ = std::move(actie); }
 
-    // Every view stops and starts, with the choice as it is stored now.
+    // Stops and starts every view, with the choice as stored now.
     void begin();
 
-    // Of the first window: the main screen's.
+    // Whether the host's window was not there when it was to be drawn in.
+    [[nodiscard]] bool zonderVenster() const { return zonderVenster_; }
+
+    // The statistics of the first window, the main screen's.
     [[nodiscard]] platform::WindowStatistics stand() const;
 
   private:
@@ -49,6 +51,10 @@ class Voorstelling {
     void volgSchermen();
     void toonOp(const platform::Screen& scherm);
     void toonVenster();
+    // Moves the view into a window of that style, in a later turn of the event loop.
+    void straksAls(platform::WindowStyle stijl);
+    void maakVenster(Doek& doek, platform::WindowStyle stijl, const QRectF& frame);
+    [[nodiscard]] QString titel() const;
     void toonBijGastheer();
     void vul(Doek& doek, const QRectF& vlak, bool voorvertoning);
     void toonInstellingen(const platform::Window& bij);
@@ -61,6 +67,10 @@ class Voorstelling {
     platform::WindowServer& server_;
     const platform::ScreenSaverContext context_;
     std::function<void()> onEinde_;
+    bool zonderVenster_ = false;
+    bool volledig_ = false;  // the window of its own fills the screen
+    QRectF eigenFrame_;      // that it goes back to
+    std::shared_ptr<Voorstelling*> zelf_ = std::make_shared<Voorstelling*>(this);
     std::vector<Doek> doeken_;
     InstellingenProces instellingen_;
     platform::Timer opnieuw_;

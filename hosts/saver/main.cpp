@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The host adapter: reads its command line, loads the saver module and shows it.
+// The host adapter: reads the command line, loads the saver module and shows it.
 #include <QFile>
 #include <QGuiApplication>
+#include <chrono>
 #include <cstdio>
 #include <optional>
 
@@ -14,6 +15,7 @@
 #include "hosts/saver/Aanmelding.h"
 #include "hosts/saver/Film.h"
 #include "hosts/saver/Instellingen.h"
+#include "hosts/saver/LopendeSaver.h"
 #include "hosts/saver/Meting.h"
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
@@ -68,7 +70,7 @@ int verbindingen(bool json) {
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
-// Prints it; returns the exit status.
+// Prints the text; returns the exit status.
 int druk(const QString& tekst) {
     const QString mis = brixtel::drukAf(tekst.toUtf8());
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
@@ -82,6 +84,19 @@ int bericht(const brixtel::Bericht& bericht) {
 int meldAan(const QString& thuis) {
     const QString eigen = QFile::symLinkTarget(QStringLiteral("/proc/self/exe"));
     return bericht(brixtel::meldAan(thuis, brixtel::opdrachtVoorGastheer(eigen)));
+}
+
+// The display that a saver would show on now.
+QString schermNaam() {
+    const QString wayland = qEnvironmentVariable("WAYLAND_DISPLAY");
+    return wayland.isEmpty() ? qEnvironmentVariable("DISPLAY") : wayland;
+}
+
+int hervat() {
+    constexpr std::chrono::seconds kGeduld{5};
+    brixtel::LopendeSaver saver(qEnvironmentVariable("XDG_RUNTIME_DIR"), schermNaam());
+    const QString mis = saver.beeindig(kGeduld);
+    return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
 // The address space that what is asked for takes.
@@ -111,15 +126,15 @@ int film(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
-// Shows the saver until something ends it, and returns by which signal, or 0;
-// below 0 an exit status.
+// Shows the saver until something ends it. Returns the signal that did, or 0; a value below
+// 0 is an exit status.
 int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QString& bus) {
     platform::SystemClock klok;
     const double begin = klok.now() - platform::secondsSinceProcessStart();
     auto toeval = opdracht.zaad ? platform::RandomSource(*opdracht.zaad)
                                 : platform::RandomSource::fromSystem();
     platform::DistributedNotificationCenter berichten(bus);
-    // A user who wishes for little movement asked for a window, not for a saver.
+    // Reduced motion gives stills in a window that the user opened, never in a saver.
     std::optional<platform::RestableClock> beelden;
     if (opdracht.taak == Opdracht::Taak::Venster) beelden.emplace(klok);
     platform::WindowServer server(klok, {.drawer = opdracht.tekenaar,
@@ -144,7 +159,10 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
                              .clock = beeldKlok, .random = toeval, .notifications = berichten},
                          bus);
     const bool bijGastheer = opdracht.taak == Opdracht::Taak::Gastheer;
-    voorstelling->onEinde([bijGastheer] {
+    voorstelling->onEinde([&] {
+        if (!opdracht.vensterGenoemd.isEmpty() && voorstelling->zonderVenster())
+            std::_Exit(meldNaam(
+                QStringLiteral("er is geen venster %1").arg(opdracht.vensterGenoemd), kFout));
         if (bijGastheer) brixtel::Signalen::haast();
         QCoreApplication::quit();
     });
@@ -170,10 +188,10 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
     return doorSignaal;
 }
 
-// Returns the session bus's address, and keeps it from Qt: for the accessibility
-// of a window without controls Qt would wait for the bus on the main thread, and
-// where there is none start one, which outlives this program.
-// The sheet has controls, and a screen reader hears of them over the bus.
+// Returns the session bus's address, and hides it from Qt. For the accessibility of a
+// window without controls, Qt would wait for the bus on the main thread, and without a bus
+// start one that outlives this program. The sheet has controls, which a screen reader reads
+// over the bus, so the sheet's process keeps the address.
 QString neemBus(const Opdracht& opdracht) {
     const QString adres = platform::DistributedNotificationCenter::sessionBusAddress();
     if (opdracht.taak != Opdracht::Taak::Instellingen || adres.isEmpty())
@@ -181,7 +199,7 @@ QString neemBus(const Opdracht& opdracht) {
     return adres;
 }
 
-// None where what it takes is missing.
+// None where the sheet's module is missing.
 std::unique_ptr<QCoreApplication> maakToepassing(int& argc, char** argv, const Opdracht& opdracht) {
     if (opdracht.taak != Opdracht::Taak::Instellingen)
         return std::make_unique<QGuiApplication>(argc, argv);
@@ -204,7 +222,6 @@ int start(int argc, char** argv, const Opdracht& opdracht) {
     if (scherm && !scherm->isReachable()) return meldNaam(QString::fromUtf8(kGeenScherm), kFout);
     kiesPlatform(opdracht);
     const QString bus = neemBus(opdracht);
-    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     const auto toepassing = maakToepassing(argc, argv, opdracht);
     if (!toepassing)
         return meldNaam(QStringLiteral("de module BrixtelInstellingen.so ontbreekt"), kFout);
@@ -236,6 +253,7 @@ int main(int argc, char** argv) {
     if (const auto* fout = std::get_if<brixtel::Fout>(&gelezen))
         return brixtel::meld(fout->regel, kVerkeerdGebruik);
     const auto& opdracht = std::get<Opdracht>(gelezen);
+    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
     switch (opdracht.taak) {
         case Opdracht::Taak::Hulp:
             return druk(brixtel::hulpTekst());
@@ -245,22 +263,27 @@ int main(int argc, char** argv) {
             return verbindingen(opdracht.json);
         case Opdracht::Taak::Aanmelden:
             return meldAan(qEnvironmentVariable("HOME"));
+        case Opdracht::Taak::Hervat:
+            return hervat();
         case Opdracht::Taak::Afmelden:
             return bericht(brixtel::meldAf(qEnvironmentVariable("HOME")));
         default:
             break;
     }
+    brixtel::LopendeSaver lopend(qEnvironmentVariable("XDG_RUNTIME_DIR"), schermNaam());
+    if (opdracht.taak == Opdracht::Taak::Schermvullend && !lopend.neem())
+        return meldNaam(QStringLiteral("er loopt er al een op dit scherm"), 0);
     brixtel::Signalen::negeerOpnieuw();
     const QString mis = brixtel::tekort(ruimteVoor(opdracht));
     if (!mis.isEmpty()) return meldNaam(mis, kFout);
     if (opdracht.keuze.isEmpty())
         brixtel::meldInstellingen(QStringLiteral("brixtel-saver"),
                                   brixtel::SaverInstellingen::moduleNaam);
-    // Qt gets no arguments: it would take those that are named as its own options.
+    // Qt gets no arguments: it would take this program's options for its own.
     int geen = 1;
     const int uitgang = start(geen, argv, opdracht);
     if (uitgang < 0) brixtel::Signalen::eindigDoor(-uitgang);
-    // A host is waiting, and as the libraries are unloaded every font is looked up.
+    // The host waits for the end, and unloading the libraries looks up every font.
     if (opdracht.taak == Opdracht::Taak::Gastheer) {
         std::fflush(nullptr);
         std::_Exit(uitgang);

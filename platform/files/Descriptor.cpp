@@ -13,7 +13,7 @@ namespace platform {
 
 namespace {
 
-// Holds back SIGPIPE on this thread, and takes the one that came meanwhile.
+// Blocks SIGPIPE on this thread, and consumes one that arrives meanwhile.
 class NoPipeSignal {
   public:
     NoPipeSignal() {

@@ -16,15 +16,15 @@ class Descriptor {
 
     [[nodiscard]] int get() const { return number_; }
     [[nodiscard]] bool isOpen() const { return number_ >= 0; }
-    // Closes it now: 0, or the error's number.
+    // Closes the descriptor at once: 0, or the error's number.
     [[nodiscard]] int close();
 
   private:
     int number_;
 };
 
-// Writes all of the bytes: 0, or the error's number. A reader that goes away
-// gives EPIPE and no signal.
+// Writes all bytes: 0, or the error's number. A reader that goes away gives EPIPE and no
+// signal.
 [[nodiscard]] int writeAll(int descriptor, std::string_view bytes);
 
 }  // namespace platform

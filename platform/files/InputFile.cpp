@@ -19,7 +19,8 @@ int notRegular(const struct stat& file) {
     return S_ISDIR(file.st_mode) ? EISDIR : ENOTSUP;
 }
 
-// A file may grow while it is read; one byte more than the limit tells.
+// A file may grow while it is read; reading one byte more than the limit detects a larger
+// one.
 FileContent readUpTo(int descriptor, std::size_t expected, std::size_t limit) {
     FileContent content;
     std::size_t size = 0;

@@ -6,15 +6,15 @@
 
 namespace platform {
 
-// What reading a file gave: its bytes, or the error's number in `error`.
+// A file as it was read: its bytes, or the error's number in `error`. A plain value.
 struct FileContent {
     std::string bytes;
     int error = 0;
 };
 
-// Reads a regular file of at most `limit` bytes. Symbolic links are followed.
-// Anything else than a regular file gives ENOTSUP (a folder EISDIR), and is
-// neither waited for nor read; a larger file gives EFBIG. Any thread.
+// Reads a regular file of at most `limit` bytes. Symbolic links are followed. A file of
+// another type gives ENOTSUP (a folder EISDIR), without waiting or reading; a larger file
+// gives EFBIG. Any thread.
 [[nodiscard]] FileContent readRegularFile(const std::string& path, std::size_t limit);
 
 }  // namespace platform

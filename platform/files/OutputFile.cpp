@@ -22,7 +22,7 @@ namespace {
 constexpr int kMostLinks = 40;
 constexpr int kMostTries = 100;
 
-// Where to write, behind the links, and what is there.
+// The place to write, behind the links, and its present file.
 struct Place {
     std::string path;
     bool exists = false;
@@ -34,7 +34,7 @@ std::string folderOf(const std::string& path) {
     return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
 }
 
-// One link further: 0, or the error's number.
+// Follows one link: 0, or the error's number.
 int followLink(std::string& path) {
     std::array<char, PATH_MAX> target{};
     const ssize_t length = readlink(path.c_str(), target.data(), target.size());
@@ -58,7 +58,8 @@ int find(Place& place) {
     return ELOOP;
 }
 
-// Devices and pipes. What lies there may have changed since it was looked at.
+// Writes into a device or a pipe. The file there may have been replaced since the first
+// look.
 int writeInto(const Place& place, std::string_view bytes) {
     Descriptor file(
         open(place.path.c_str(), O_WRONLY | O_NONBLOCK | O_NOFOLLOW | O_NOCTTY | O_CLOEXEC));
@@ -70,7 +71,7 @@ int writeInto(const Place& place, std::string_view bytes) {
     return file.close();
 }
 
-// A new file beside the place; its name is left in `name`.
+// Makes a new file beside the place and leaves its name in `name`.
 int makeBeside(const std::string& path, std::string& name) {
     for (int tries = 0; tries < kMostTries; ++tries) {
         std::uint32_t lot = 0;

@@ -13,7 +13,7 @@ namespace platform {
 // file keeps its mode; one that may not be written gives an error. A symbolic
 // link is followed only where the caller's own user made it, and gives ELOOP
 // where another did. A device or a pipe is written to; a pipe without a reader
-// gives ENXIO. Any thread; waits for the disk.
+// gives ENXIO. The bytes stay the caller's, who owns them. Any thread; waits for the disk.
 [[nodiscard]] int replaceFile(const std::string& path, std::string_view bytes);
 
 }  // namespace platform

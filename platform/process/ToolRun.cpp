@@ -62,7 +62,7 @@ int alarmAfter(double seconds) {
     return alarm;
 }
 
-// What may end a run before the tool does.
+// The limits that may end a run before the tool ends.
 struct Bounds {
     int stop;
     int alarm;

@@ -14,6 +14,7 @@ namespace {
 constexpr double kLeastSigma = 1.75;
 constexpr double kLeastFineSigma = 2.5;
 constexpr int kMaxReduction = 64;
+constexpr int kMaxSplineReduction = 16;
 constexpr int kMaxFactor = 4;
 
 void setWeights(BloomPlan& plan) {
@@ -47,9 +48,10 @@ QSize BloomPlan::reduced(QSize size, int by) {
 }
 
 BloomPlan planBloom(const BloomRequest& request) {
-    const double least = request.fine ? kLeastFineSigma : kLeastSigma;
-    int reduction = 1;
-    while (reduction < kMaxReduction && request.sigma / (2 * reduction) >= least)
+    const double least = request.fine && !request.spline ? kLeastFineSigma : kLeastSigma;
+    int reduction = request.spline ? 2 : 1;
+    const int most = request.spline ? kMaxSplineReduction : kMaxReduction;
+    while (reduction < most && request.sigma / (2 * reduction) >= least)
         reduction *= 2;
     BloomPlan plan;
     plan.factor = std::min(reduction, kMaxFactor);
@@ -58,7 +60,9 @@ BloomPlan planBloom(const BloomRequest& request) {
     plan.size = BloomPlan::reduced(request.size, reduction);
     const double wanted = request.sigma / reduction;
     const double averaging = (1.0 - 1.0 / (reduction * reduction)) / 12.0;
-    const double stretching = request.fine ? 1.0 / 3.0 : reduction > 1 ? 1.0 / 6.0 : 0.0;
+    const double stretching = request.fine || request.spline ? 1.0 / 3.0
+                              : reduction > 1                ? 1.0 / 6.0
+                                                             : 0.0;
     plan.sigma = std::sqrt(std::max(wanted * wanted - averaging - stretching, 0.01));
     setWeights(plan);
     return plan;

@@ -25,7 +25,7 @@ QHash<QString, QString>& arguments() {
     return values;
 }
 
-// What was set and is not in its file yet, by the file's path and the key: one
+// The values that were set and are not in their file yet, by the file's path and the key: one
 // store's value shows in every other.
 QHash<QString, QHash<QString, QString>>& unwritten() {
     static QHash<QString, QHash<QString, QString>> values;

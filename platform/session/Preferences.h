@@ -12,7 +12,8 @@ namespace platform {
 // `<the user's configuration folder>/<module's name>.conf`. A file that is
 // missing, unreadable or damaged, that is no regular file or larger than
 // kLargest, holds nothing. Where nothing can be written, writing silently does
-// nothing. A file is replaced as a whole or not at all. Main thread.
+// nothing. A file is replaced as a whole or not at all.
+// The stores of one module share what is not written yet. Main thread.
 class Preferences {
   public:
     static constexpr std::size_t kLargest = std::size_t{1} << 20;  // bytes

@@ -22,7 +22,7 @@ class SheetParent {
 
 // A dialog that belongs to something else, such as a saver's configuration.
 // Main thread. Whoever asked for it keeps it alive while it shows. Closes by
-// itself: through its parent where it has one, and by ordering itself out
+// itself: through its parent where it has one, and by dismissing itself
 // otherwise.
 class Sheet {
   public:
@@ -33,8 +33,8 @@ class Sheet {
 
     // Shows the sheet and returns at once: above the window, which may be another
     // program's, or by itself in the middle of the screen for none.
-    virtual void orderFront(const WindowRef& above) = 0;
-    virtual void orderOut() = 0;
+    virtual void showAbove(const WindowRef& above) = 0;
+    virtual void dismiss() = 0;
     [[nodiscard]] virtual bool isShown() const = 0;
 
     // The sheet's look, in the pixels of the screen.
@@ -43,18 +43,18 @@ class Sheet {
     [[nodiscard]] SheetParent* sheetParent() const { return parent_; }
     void setSheetParent(SheetParent* parent) { parent_ = parent; }
 
-    // Called each time it has been ordered out.
-    void onOrderedOut(std::function<void()> action) { orderedOut_ = std::move(action); }
+    // Called each time the sheet has been dismissed.
+    void onDismissed(std::function<void()> action) { dismissed_ = std::move(action); }
 
   protected:
-    void tellOrderedOut() const {
+    void tellDismissed() const {
         // The action may drop the sheet.
-        if (const auto action = orderedOut_) action();
+        if (const auto action = dismissed_) action();
     }
 
   private:
     SheetParent* parent_ = nullptr;
-    std::function<void()> orderedOut_;
+    std::function<void()> dismissed_;
 };
 
 }  // namespace platform

@@ -41,7 +41,7 @@ void DesktopWorkspace::activate(const RunningApplication& application) {
 
 void DesktopWorkspace::activateIgnoringOthers() {
     require(qobject_cast<QGuiApplication*>(QCoreApplication::instance()) != nullptr);
-    if (Window* const key = server_.keyWindow()) key->makeKey();
+    if (Window* const key = server_.keyWindow()) key->takeKeyboard();
 }
 
 void DesktopWorkspace::hideCursor() {

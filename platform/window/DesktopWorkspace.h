@@ -9,9 +9,9 @@ namespace platform {
 
 class NativeWorkspace;
 
-// The workspace of a running desktop: what the window system tells, and what
-// savers tell over the session bus. The server and the notifications outlive the
-// workspace; one per server, owned by the program. Main thread.
+// The workspace of a running desktop. The window system reports most of it; screen savers
+// report over the session bus. The server and the notifications outlive the workspace; one
+// per server, owned by the program. Main thread.
 class DesktopWorkspace final : public Workspace {
   public:
     DesktopWorkspace(WindowServer& server, DistributedNotificationCenter& notifications);

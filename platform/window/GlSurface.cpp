@@ -35,7 +35,7 @@ GlSurface::~GlSurface() {
 }
 
 Surface::Result GlSurface::draw(const Frame& frame, std::span<const QRect>) {
-    // Then the processor may still draw in the window.
+    // WindowGone makes the window try again with the processor.
     if (context_->isLost() && !renew()) return Result::WindowGone;
     // A driver may end the program at a picture larger than it can draw.
     const QSize largest = GlContext::largestPicture();
@@ -68,10 +68,10 @@ void GlSurface::paintScene(const Frame& frame, const SceneFrame& scene) {
     showsScene_ = scene.hasScene;
     if (scene.hasScene && !stage_ && !failsScenes_) stage_ = SceneStage::onContext(*context_);
     const bool drawn = stage_ && stage_->draw(scene, frame.grid);
-    // A failure by a lost context is the next context's to repeat.
+    // A lost context's failure does not count: the next context draws the scene again.
     if (scene.hasScene) failsScenes_ = !drawn && !context_->isLost();
     if (drawn) return;
-    // The part below a full-picture scene was not drawn.
+    // A scene over the whole picture hides the passes below it, which are not drawn.
     if (firstVisiblePass(frame) > 0) drawer_->draw(DisplayList(), frame.grid, scene.background);
 }
 

@@ -10,21 +10,21 @@
 
 namespace platform {
 
-// A window as EGL draws on it. The window systems implement the interface; the
-// surface that draws owns it. The window's render thread.
+// A window that EGL draws on. The window systems implement the interface; the surface that
+// draws owns the target. The window's render thread.
 class EglTarget {
   public:
     virtual ~EglTarget() = default;
     [[nodiscard]] virtual const std::shared_ptr<EglDisplay>& display() const = 0;
     [[nodiscard]] virtual EglWindowSurface& surface() const = 0;
-    // The next frame has this size, in pixels.
+    // Sets the size of the next frame, in pixels.
     virtual void resize(QSize size) = 0;
-    // The state as far as the system has told.
+    // The window's state, as last reported by the system.
     [[nodiscard]] virtual Surface::Result state() = 0;
 };
 
-// Draws with OpenGL on a window, all of it each time, and waits for the screen at
-// the swap. The window's render thread.
+// Draws the whole picture of every frame on a window with OpenGL, and waits for the screen
+// at the swap. The window's render thread.
 class GlSurface final : public Surface {
   public:
     // None if there is no OpenGL for this window.
@@ -46,16 +46,16 @@ class GlSurface final : public Surface {
     GlSurface(std::unique_ptr<EglTarget> target, ResetQuery resetStatus)
         : resetStatus_(std::move(resetStatus)), target_(std::move(target)) {}
     bool start();
-    // In another context, where the one there was is lost; once.
+    // Makes a new context in place of a lost one; once.
     bool renew();
-    // Paints it and swaps; false where the context or the window is gone.
+    // Paints the frame and swaps; false where the context or the window is gone.
     bool show(const Frame& frame);
     void paint(const Frame& frame);
     void paintScene(const Frame& frame, const SceneFrame& scene);
     [[nodiscard]] Result state() const;
 
     const ResetQuery resetStatus_;
-    // In the order of their making: each stands on those before.
+    // The members stand in the order of their making: each uses the earlier ones.
     const std::unique_ptr<EglTarget> target_;
     std::unique_ptr<GlContext> context_;
     std::unique_ptr<GlDrawer> drawer_;

@@ -17,34 +17,34 @@
 
 namespace platform {
 
-// Hears what happens to a native window and what the user does in it. The window
-// above the seam implements the interface. Main thread, in a turn of the event
-// loop; a call may drop the native window.
+// Receives a native window's events and the user's input. The window above the seam
+// implements the interface. Main thread, in a turn of the event loop; a call may drop the
+// native window.
 class NativeWindowDelegate {
   public:
     enum class Mouse { LeftDown, RightDown, OtherDown, Moved };
 
-    // The size, the place, the scale or the screen is another one.
+    // The size, the place, the scale or the screen has changed.
     virtual void geometryChanged() = 0;
-    // NativeWindow::isSeen() is another one.
+    // NativeWindow::isSeen() has changed.
     virtual void visibilityChanged() = 0;
-    // The system takes the next frame (true), or wants none until it says so
-    // (false). True at first. For systems that pace frames themselves.
+    // The system accepts the next frame (true), or no frame until it says so (false). True
+    // at first. For systems that pace frames themselves.
     virtual void readyForFrame(bool ready) = 0;
-    // The window lost what it showed there; pixels of the picture, y down.
+    // The window lost its picture in `rect`; pixels of the picture, y down.
     virtual void exposed(const QRect& rect) = 0;
     virtual void keyDown(const KeyEvent& event) = 0;
     virtual void mouse(Mouse what, const MouseEvent& event) = 0;
-    // The user asks to close the window, which stays.
+    // The user asks to close the window; the window stays.
     virtual void closeAsked() = 0;
-    // The window is no more; called once.
+    // The window no longer exists; called once.
     virtual void gone() = 0;
 
   protected:
     ~NativeWindowDelegate() = default;
 };
 
-// How a native window of the program's own begins.
+// The initial state of a native window of the program's own.
 struct NativeWindowOptions {
     WindowOptions window;
     bool takesKeyboard = false;
@@ -53,21 +53,21 @@ struct NativeWindowOptions {
     bool cursorHidden = false;
 };
 
-// One window of a window system: either made for the program, or a host's that
-// the program only draws in. Owned by the window above the seam. Main thread.
-// A call that the system cannot follow does nothing.
+// One window of a window system: either made for the program, or a host's window in which
+// the program only draws. Owned by the window above the seam. Main thread. A call that the
+// system cannot follow does nothing.
 class NativeWindow {
   public:
     virtual ~NativeWindow() = default;
 
-    // The system's number for the window, > 0 from its making. Other processes
-    // need not know it.
+    // The system's number for the window, > 0 from its making, known at least to this
+    // process.
     [[nodiscard]] virtual std::int64_t number() const = 0;
-    // The window as another program may be told of it; empty where it cannot.
+    // A reference for other programs; empty where the system has none.
     [[nodiscard]] virtual WindowRef reference() const = 0;
 
-    // Whether there is anything to draw on. Where not, the window has a size and
-    // input, but never a frame.
+    // Whether the window can be drawn on. A window that cannot has a size and input, but
+    // never a frame.
     [[nodiscard]] virtual bool isDrawable() const = 0;
     // Whether the window still exists. May wait for the system.
     [[nodiscard]] virtual bool exists() = 0;
@@ -87,32 +87,31 @@ class NativeWindow {
     virtual void show() = 0;
     virtual void raise() = 0;
     virtual void hide() = 0;
-    // Holds the window above all others from now until it is hidden; see
+    // Keeps the window above all others from now until it is hidden; see
     // WindowOptions::staysOnTop.
     virtual void keepOnTop() = 0;
-    // Takes the keyboard, for a window that is shown.
+    // Takes the keyboard; for a shown window.
     virtual void takeKeyboard() = 0;
     [[nodiscard]] virtual bool hasKeyboard() const = 0;
 
-    // Whether the window is shown, whoever may see it.
+    // Whether the window is shown, covered or not.
     [[nodiscard]] virtual bool isShown() const = 0;
     // Whether a frame could be seen, as far as the system tells: the window is
     // shown, not minimised and not hidden by others.
     [[nodiscard]] virtual bool isSeen() const = 0;
 
-    // Clicks go to what lies below.
+    // Passes clicks to the windows below.
     virtual void setIgnoresMouse(bool ignores) = 0;
-    // No pointer is drawn over the window.
+    // Hides the pointer over the window.
     virtual void setCursorHidden(bool hidden) = 0;
-    // Opacity of the whole window in [0, 1]. Only where
-    // Capabilities::fadesWindows; elsewhere Frame::opacity has it.
+    // Sets the opacity of the whole window, in [0, 1]. Only where
+    // Capabilities::fadesWindows; elsewhere Frame::opacity holds the value.
     virtual void setOpacity(double opacity) = 0;
 
-    // Makes what the window is drawn on; called on the render thread, and again
-    // after a way of drawing failed. The maker may outlive the native window and
-    // shares nothing with the main thread but what is safe there. `ending` is a
-    // file that becomes readable once all waiting must end. Null where there is
-    // nothing to draw on.
+    // Makes the surface to draw on; called on the render thread, and again after a way of
+    // drawing failed. The maker may outlive the native window, and shares only thread-safe
+    // data with the main thread. `ending` is a file that becomes readable once all waiting
+    // must end. Null where the window cannot be drawn on.
     using SurfaceMaker = std::function<std::unique_ptr<Surface>(int ending)>;
     [[nodiscard]] virtual SurfaceMaker surfaceMaker(const SurfaceOptions& options) = 0;
 };

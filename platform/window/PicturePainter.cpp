@@ -7,34 +7,38 @@ namespace platform {
 
 bool PicturePainter::paint(const Frame& frame, std::span<const QRect> damage,
                            const PixelBuffer& picture) {
+    const std::size_t first = firstVisiblePass(frame);
+    const bool isAlone = first + 1 == frame.passes.size() && frame.passes[first].scene.isShown &&
+                         frame.passes[first].layers.items.empty();
+    const QRect place = isAlone ? frame.grid.snap(frame.passes[first].scene.frame) : QRect();
+    const bool isSamePicture = std::exchange(pixels_, picture.pixels) == picture.pixels &&
+                               std::exchange(size_, picture.size) == picture.size;
+    const bool isKept =
+        std::exchange(sceneAlone_, place) == place && isSamePicture && isAlone && !failsScenes_;
     showsScene_ = false;
     bool whole = true;
     forEachVisiblePart(
-        frame, [&](const SceneFrame& scene) { whole = paintScene(frame, scene, picture) && whole; },
+        frame,
+        [&](const SceneFrame& scene) {
+            whole = paintScene(frame, scene, picture, isKept) && whole;
+        },
         [&](const DisplayList& layers, std::optional<Rgba> background) {
             layers_.draw(layers, frame.grid, damage, background, picture);
         });
+    changed_ = isAlone && whole && stage_ ? stage_->changed() : damage;
     return whole;
 }
 
 bool PicturePainter::paintScene(const Frame& frame, const SceneFrame& scene,
-                                const PixelBuffer& picture) {
+                                const PixelBuffer& picture, bool isKept) {
     showsScene_ = scene.hasScene;
-    if (scene.hasScene && !stage_ && !failsScenes_) stage_ = SceneStage::inMemory(options_);
-    const auto draws = [&] { return stage_ && stage_->draw(scene, frame.grid, picture); };
-    const bool drawn = draws() || (renewStage() && draws());
+    if (scene.hasScene && !stage_) stage_ = SceneStage::inMemory(options_.still);
+    const bool drawn = stage_ && stage_->draw(scene, frame.grid, picture, isKept);
     if (scene.hasScene) failsScenes_ = !drawn;
     if (drawn) return true;
     const QRect rect = frame.grid.snap(scene.frame) & QRect(QPoint(0, 0), picture.size);
     layers_.draw(DisplayList(), frame.grid, {&rect, 1}, scene.background, picture);
     return false;
-}
-
-bool PicturePainter::renewStage() {
-    if (!stage_ || !stage_->isLost() || std::exchange(renewed_, true)) return false;
-    stage_.reset();
-    stage_ = SceneStage::inMemory(options_);
-    return stage_ != nullptr;
 }
 
 const QString& PicturePainter::drawer() const {

@@ -11,36 +11,46 @@
 
 namespace platform {
 
-// Paints frames into a picture in memory: layers with the processor, scenes with
-// what makeSceneDrawer() finds. Made, used and dropped on one thread; owned by the
-// surface or the still that the picture is for. Allocates nothing per frame once
-// the frames have grown.
+// Paints frames into a picture in memory with the processor. Made, used and dropped on one thread;
+// owned by the surface or the still that the picture is for. Allocates nothing per frame once the
+// frames have grown.
 class PicturePainter {
   public:
-    explicit PicturePainter(SceneDrawerOptions options = {}) : options_(std::move(options)) {}
+    struct Options {
+        bool still = false;  // looked at for long: scenes at full quality
+    };
+    explicit PicturePainter(const Options& options) : options_(options) {}
+    PicturePainter() : PicturePainter(Options{}) {}
 
     // Makes the picture show the frame within `damage` (pixels, y down, inside the
     // picture), and a scene wholly. False if a scene could not be drawn: its place
-    // shows its background.
+    // shows its background. A picture of the same memory and size is taken to hold
+    // what was painted last.
     bool paint(const Frame& frame, std::span<const QRect> damage, const PixelBuffer& picture);
+    // The parts of the picture that the last frame may have changed, at most its damage;
+    // valid until the next frame.
+    [[nodiscard]] std::span<const QRect> changed() const { return changed_; }
 
-    // The last frame's, as Surface has them.
+    // The drawer of the last frame, as in Surface.
     [[nodiscard]] const QString& drawer() const;
     [[nodiscard]] int rung() const;
     [[nodiscard]] bool failsScenes() const { return showsScene_ && failsScenes_; }
     void frameTook(double seconds);
 
   private:
-    bool paintScene(const Frame& frame, const SceneFrame& scene, const PixelBuffer& picture);
-    // Where the stage there was is lost; once.
-    bool renewStage();
+    bool paintScene(const Frame& frame, const SceneFrame& scene, const PixelBuffer& picture,
+                    bool isKept);
 
-    const SceneDrawerOptions options_;
+    const Options options_;
     CpuDrawer layers_;
     std::unique_ptr<SceneStage> stage_;  // made for the first scene
     bool failsScenes_ = false;
-    bool renewed_ = false;
     bool showsScene_ = false;
+    // Where a scene alone was painted last, and into what.
+    QRect sceneAlone_;
+    const std::uint32_t* pixels_ = nullptr;
+    QSize size_;
+    std::span<const QRect> changed_;
 };
 
 }  // namespace platform

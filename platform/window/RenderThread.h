@@ -12,25 +12,25 @@
 
 namespace platform {
 
-// Draws a window's frames on a thread of its own: always the latest one, and
-// only where it differs from what the window shows. Main thread, but for what it
-// calls. Allocates nothing per frame once the frames have grown.
+// Draws a window's frames on a thread of its own: always the latest frame, and only the
+// parts that differ from the window's picture. Main thread, but for the actions it calls.
+// Allocates nothing per frame once the frames have grown.
 class RenderThread final : public FrameSink {
   public:
     struct Actions {
-        // Called on the render thread first of all; null where there is nothing
-        // to draw on. It ends what it waits for when `ending` becomes readable.
+        // Called first, on the render thread; null where the window cannot be drawn on. The
+        // surface ends its waiting when `ending` becomes readable.
         std::function<std::unique_ptr<Surface>(int ending)> makeSurface;
         // Called on the render thread at most once.
         std::function<void()> firstFrameShown;
-        // Called there after each frame whose scene could not be drawn: the view
-        // that a message finds may be another one than the view it was about.
+        // Called on the render thread after each frame whose scene could not be drawn. The
+        // window's view may be another one by the time a message arrives.
         std::function<void()> scenesFailed;
-        // Called there at most once; nothing is drawn any more.
+        // Called on the render thread at most once; nothing is drawn after it.
         std::function<void(Surface::Result)> ended;
     };
 
-    // The clock must be one that any thread may ask, and outlive this.
+    // Any thread must be able to ask the clock, which outlives the render thread.
     RenderThread(const MediaClock& clock, Actions actions);
     ~RenderThread() override;
     RenderThread(const RenderThread&) = delete;
@@ -38,7 +38,7 @@ class RenderThread final : public FrameSink {
 
     void submit(Frame& frame) override;
 
-    // The window has lost what it showed there, in pixels.
+    // Reports that the window lost its picture in `rect`, in pixels.
     void expose(const QRect& rect);
 
     [[nodiscard]] std::uint64_t framesDrawn() const { return frames_; }
@@ -58,14 +58,14 @@ class RenderThread final : public FrameSink {
     const Actions actions_;
     mutable std::mutex mutex_;
     std::condition_variable wake_;
-    // Under the mutex.
+    // The members below are guarded by the mutex.
     Frame waiting_;
     bool hasWaiting_ = false;
     bool ending_ = false;
     std::vector<QRect> exposed_;
     QString drawer_;
 
-    // For the render thread alone.
+    // The members below belong to the render thread alone.
     Frame next_;
     Frame shown_;
     bool hasNext_ = false;

@@ -8,23 +8,19 @@ namespace platform {
 
 namespace {
 
-// A display's own rhythm, for a scene that wants no other.
+// The frame interval of a usual display, for a scene without one of its own.
 constexpr double kDisplayInterval = 1.0 / 60.0;
-// On the processor a few more frames are not worth a coarser picture.
+// On the processor a higher frame rate is not worth a coarser picture.
 constexpr double kSoftwareInterval = 1.0 / 48.0;
 
-// Edges of a still are never jagged.
+// A still always has smooth edges.
 constexpr int kStillSamples = 4;
 
 }  // namespace
 
-std::unique_ptr<SceneStage> SceneStage::inMemory(const SceneDrawerOptions& options) {
-    auto drawer = makeSceneDrawer(options);
-    if (!drawer) return nullptr;
-    const QString name = drawer->name();
-    const bool software = drawer->isSoftware();
-    return std::unique_ptr<SceneStage>(
-        new SceneStage(std::move(drawer), nullptr, name, software, options.still));
+std::unique_ptr<SceneStage> SceneStage::inMemory(bool still) {
+    return std::unique_ptr<SceneStage>(new SceneStage(std::make_unique<CpuSceneDrawer>(), nullptr,
+                                                      QStringLiteral("cpu"), true, still));
 }
 
 std::unique_ptr<SceneStage> SceneStage::onContext(const GlContext& context) {
@@ -37,8 +33,9 @@ std::unique_ptr<SceneStage> SceneStage::onContext(const GlContext& context) {
                        context.isSoftware(), false));
 }
 
-SceneStage::SceneStage(std::unique_ptr<SceneDrawer> memory, std::unique_ptr<SceneRenderer> renderer,
-                       const QString& name, bool software, bool still)
+SceneStage::SceneStage(std::unique_ptr<CpuSceneDrawer> memory,
+                       std::unique_ptr<SceneRenderer> renderer, const QString& name, bool software,
+                       bool still)
     : memory_(std::move(memory)),
       renderer_(std::move(renderer)),
       name_(name),
@@ -55,7 +52,9 @@ SceneQuality SceneStage::quality(const SceneFrame& scene, QSize size) {
         budget_ = budget;
         ladder_ = std::make_unique<QualityLadder>(
             QualityLadder::Options{.budget = budget,
-                                   .firstRung = software_ ? kFirstSoftwareRung : 0,
+                                   .firstRung = memory_     ? kBestSoftwareRung
+                                                : software_ ? kFirstSoftwareRung
+                                                            : 0,
                                    .bestRung = software_ ? kBestSoftwareRung : 0});
     }
     if (std::exchange(size_, size) != size) ladder_->sizeChanged();
@@ -64,15 +63,24 @@ SceneQuality SceneStage::quality(const SceneFrame& scene, QSize size) {
     return quality;
 }
 
-bool SceneStage::draw(const SceneFrame& scene, const PixelGrid& grid, const PixelBuffer& picture) {
+bool SceneStage::draw(const SceneFrame& scene, const PixelGrid& grid, const PixelBuffer& picture,
+                      bool isKept) {
+    changed_.clear();
     if (!scene.hasScene) return false;
     const QRect rect = grid.snap(scene.frame) & QRect(QPoint(0, 0), picture.size);
     if (rect.isEmpty()) return true;
-    return memory_->draw(scene.list,
-                         {.pixels = picture.pixels + rect.top() * picture.stride + rect.left(),
-                          .stride = picture.stride,
-                          .size = rect.size()},
-                         grid.scale, quality(scene, rect.size()));
+    const PixelBuffer part{
+        .pixels =
+            picture.pixels + static_cast<std::ptrdiff_t>(rect.top()) * picture.stride + rect.left(),
+        .stride = picture.stride,
+        .size = rect.size()};
+    const auto changed = memory_->draw(scene.list, part,
+                                       {.scale = grid.scale,
+                                        .resolution = quality(scene, rect.size()).resolution,
+                                        .isKept = isKept});
+    for (const QRect& tiles : changed)
+        changed_.push_back(tiles.translated(rect.topLeft()));
+    return true;
 }
 
 bool SceneStage::draw(const SceneFrame& scene, const PixelGrid& grid) {
@@ -89,9 +97,8 @@ bool SceneStage::draw(const SceneFrame& scene, const PixelGrid& grid) {
 
 void SceneStage::frameTook(double seconds) {
     if (!ladder_) return;
-    // A GPU works on while its commands have long been given; it tells later, but
-    // where the picture was read back, it had to be waited for.
-    if (software_ || memory_)
+    // A GPU works on while its commands have long been given; it tells later.
+    if (software_)
         ladder_->frameCost(seconds);
     else if (const auto gpu = renderer_->gpuSeconds())
         ladder_->frameCost(*gpu);

@@ -1,26 +1,29 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QRect>
 #include <QString>
 #include <memory>
+#include <span>
+#include <vector>
 
 #include "platform/layers/PixelGrid.h"
 #include "platform/render/QualityLadder.h"
-#include "platform/render/SceneDrawer.h"
-#include "platform/render/cpu/CpuDrawer.h"
+#include "platform/render/cpu/CpuSceneDrawer.h"
+#include "platform/render/egl/Egl.h"
 #include "platform/render/gl/SceneRenderer.h"
 #include "platform/view/SceneFrame.h"
 
 namespace platform {
 
-// Draws scenes with the drawer there is, at the quality that holds the frame rate,
-// or the best for a still. Made, used and dropped on one thread, a window's
-// render thread; owned by what draws the frames.
+// Draws scenes with the present drawer, at the highest quality that holds the frame rate,
+// or the best for a still. Made, used and dropped on one thread, a window's render thread;
+// owned by the surface or painter that draws the frames.
 class SceneStage {
   public:
-    // For pictures in memory, with the machine's best drawer. None where the
-    // machine cannot draw scenes.
-    [[nodiscard]] static std::unique_ptr<SceneStage> inMemory(const SceneDrawerOptions& options);
+    // For pictures in memory, with the processor; a still is at full quality however
+    // long it takes.
+    [[nodiscard]] static std::unique_ptr<SceneStage> inMemory(bool still);
     // In the context that is current, and stays so.
     [[nodiscard]] static std::unique_ptr<SceneStage> onContext(const GlContext& context);
     ~SceneStage();
@@ -28,25 +31,28 @@ class SceneStage {
     SceneStage& operator=(const SceneStage&) = delete;
 
     // Draws the scene where it belongs in the picture. False if it could not be.
-    bool draw(const SceneFrame& scene, const PixelGrid& grid, const PixelBuffer& picture);
+    // `isKept`: the picture still holds the scene as it was drawn last.
+    bool draw(const SceneFrame& scene, const PixelGrid& grid, const PixelBuffer& picture,
+              bool isKept);
+    // The parts of the picture that the last draw in memory may have changed, in its
+    // pixels.
+    [[nodiscard]] std::span<const QRect> changed() const { return changed_; }
     bool draw(const SceneFrame& scene, const PixelGrid& grid);
 
-    // The frame that these were part of took this long to draw and show.
+    // Reports the seconds it took to draw and show the last frame.
     void frameTook(double seconds);
 
-    // As in kQualityRungs.
+    // The rung of the quality ladder, as in kQualityRungs.
     [[nodiscard]] int rung() const { return ladder_ ? ladder_->rung() : 0; }
     [[nodiscard]] const QString& rendererName() const { return name_; }
-    // Whether the drawer in memory will never draw again, and another stage may.
-    [[nodiscard]] bool isLost() const { return memory_ && memory_->isLost(); }
 
   private:
-    SceneStage(std::unique_ptr<SceneDrawer> memory, std::unique_ptr<SceneRenderer> renderer,
+    SceneStage(std::unique_ptr<CpuSceneDrawer> memory, std::unique_ptr<SceneRenderer> renderer,
                const QString& name, bool software, bool still);
     SceneQuality quality(const SceneFrame& scene, QSize size);
 
     // One of the two.
-    const std::unique_ptr<SceneDrawer> memory_;
+    const std::unique_ptr<CpuSceneDrawer> memory_;
     const std::unique_ptr<SceneRenderer> renderer_;
     const QString name_;
     const bool software_;
@@ -54,6 +60,7 @@ class SceneStage {
     std::unique_ptr<QualityLadder> ladder_;
     double budget_ = 0.0;
     QSize size_;
+    std::vector<QRect> changed_;
 };
 
 }  // namespace platform

@@ -8,9 +8,9 @@ namespace platform {
 
 class EglDisplay;
 
-// Loads OpenGL on a thread of its own, beside whatever makes the scene that is
-// about to be shown: the window's render thread then finds it there. To be kept
-// until the scene shows; letting go earlier waits for the loading.
+// Loads OpenGL, where there is a GPU for it, on a thread of its own, beside whatever makes the
+// scene that is about to be shown: the window's render thread then finds it there. To be kept until
+// the scene shows; letting go earlier waits for the loading.
 class SceneWarmUp {
   public:
     SceneWarmUp();

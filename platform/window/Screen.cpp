@@ -88,8 +88,8 @@ class ScreenObserver::Listener {
         QObject::connect(&screen, &QScreen::refreshRateChanged, &context_, noted);
     }
 
-    // In a later turn, when Qt has finished its own bookkeeping and a change of
-    // several screens is complete.
+    // A later turn of the event loop reports the change: Qt has then finished its own
+    // bookkeeping, and a change of several screens is complete.
     void note() {
         if (std::exchange(noted_, true)) return;
         QMetaObject::invokeMethod(

@@ -12,19 +12,19 @@
 
 namespace platform {
 
-// One display as it is now: a value, not a handle. Main thread, under a
+// One display as it is now: a plain value, not a handle. Main thread, under a
 // QGuiApplication.
 struct Screen {
     QString name;               // the connector's, stable while it stays connected
-    QRectF frame;               // points, y up; the main screen's lower left is the zero
+    QRectF frame;               // points, y up; the main screen's lower left corner is the origin
     double scale = 1.0;         // pixels per point
     double refreshRate = 60.0;  // frames per second
 
-    // All of them, in the system's order; none without a display.
+    // All displays, in the system's order; none without a display.
     [[nodiscard]] static std::vector<Screen> all();
     [[nodiscard]] static std::optional<Screen> main();
-    // The screen with most of a rectangle, as in frame; the main one for a rectangle
-    // that lies on none.
+    // The screen with most of a rectangle, in the space of frame; the main screen for a
+    // rectangle outside all screens.
     [[nodiscard]] static std::optional<Screen> under(const QRectF& rect);
 
     friend bool operator==(const Screen&, const Screen&) = default;
@@ -46,8 +46,8 @@ class ScreenSource {
 // The same without those that show the rectangle of an earlier one, as mirrored displays do.
 [[nodiscard]] std::vector<Screen> distinctRectangles(std::vector<Screen> screens);
 
-// Calls an action on the main thread, once for each turn of the event loop in
-// which any screen came, went or changed. Dropping it ends that.
+// Calls an action on the main thread, once for each turn of the event loop in which any
+// screen came, went or changed. Dropping the observer ends the calls.
 class ScreenObserver {
   public:
     explicit ScreenObserver(std::function<void()> action);

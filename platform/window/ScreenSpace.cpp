@@ -16,7 +16,7 @@ QRect mainGeometry() {
 }  // namespace
 
 Screen screenFrom(const QScreen& screen) {
-    // A display that does not tell its rate is taken for an ordinary one.
+    // A display that reports no rate counts as one of 60 Hz.
     const double rate = screen.refreshRate();
     return {.name = screen.name(),
             .frame = fromQt(QRectF(screen.geometry())),

@@ -8,7 +8,7 @@ namespace platform {
 SheetOnWindow::SheetOnWindow(std::shared_ptr<Sheet> sheet, const WindowRef& window)
     : sheet_(std::move(sheet)) {
     sheet_->setSheetParent(this);
-    sheet_->orderFront(window);
+    sheet_->showAbove(window);
 }
 
 SheetOnWindow::~SheetOnWindow() {
@@ -17,10 +17,10 @@ SheetOnWindow::~SheetOnWindow() {
 
 void SheetOnWindow::endSheet(Sheet& sheet) {
     if (&sheet != sheet_.get()) return;
-    // Hearing of the end may drop this.
+    // The sheet's end may drop this object.
     const auto ended = std::exchange(sheet_, nullptr);
     ended->setSheetParent(nullptr);
-    ended->orderOut();
+    ended->dismiss();
 }
 
 }  // namespace platform

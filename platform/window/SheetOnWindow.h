@@ -7,9 +7,8 @@
 
 namespace platform {
 
-// Shows a sheet attached to a window, this program's or another's, from its
-// making until the sheet asks for its end or this is dropped. Keeps the sheet
-// alive meanwhile. Main thread.
+// Shows a sheet attached to a window, this program's or another's, until the sheet asks for
+// its end or this object is dropped. Keeps the sheet alive meanwhile. Main thread.
 class SheetOnWindow final : public SheetParent {
   public:
     SheetOnWindow(std::shared_ptr<Sheet> sheet, const WindowRef& window);

@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: MIT */
 /* Spaces that lie over the desktop. The functions are no part of the platform's
- * interface: who wants them looks them up by name while the program runs, and
- * does without where they are not found. Where the window system has no such
+ * interface: a caller looks them up by name while the program runs, and does
+ * without them where they are not found. Where the window system has no such
  * spaces, none can be made.
  *
  * A space is a set of windows with a level. While it is shown, its windows stay
@@ -23,28 +23,28 @@ struct CGSNumbers {
     size_t count;
 };
 
-/* None are known: give NULL. */
+/* No options are defined; callers pass NULL. */
 struct CGSOptions;
 
 /* The program's connection to the window server; 0 where there is none. Every
  * other function ignores a connection, a space or a window that does not exist. */
 int32_t _CGSDefaultConnection(void);
 
-/* A new space, empty, hidden and of level 0; 0 where there can be none. The flag
- * is 1. */
+/* Makes an empty, hidden space of level 0; returns 0 where there can be none. The
+ * flag is 1. */
 uint64_t CGSSpaceCreate(int32_t connection, int32_t flag, const struct CGSOptions* options);
-/* Gone with it is its hold on its windows, which stay where they are. */
+/* Destroys a space. Its windows stay where they are, no longer held above others. */
 void CGSSpaceDestroy(int32_t connection, uint64_t space);
 
-/* Of two spaces, the windows of the higher level lie higher. */
+/* Sets a space's level. Windows of a higher space lie above those of a lower one. */
 void CGSSpaceSetAbsoluteLevel(int32_t connection, uint64_t space, int32_t level);
 
-/* Hiding a space lets go of its windows as destroying it does; showing it takes
- * them up again. */
+/* Shows spaces, or hides them. Hiding a space releases its windows as destroying it
+ * does; showing it holds them again. */
 void CGSShowSpaces(int32_t connection, const struct CGSNumbers* spaces);
 void CGSHideSpaces(int32_t connection, const struct CGSNumbers* spaces);
 
-/* Each window to every one of the spaces. */
+/* Adds each window to every one of the spaces. */
 void CGSAddWindowsToSpaces(int32_t connection, const struct CGSNumbers* windows,
                            const struct CGSNumbers* spaces);
 

@@ -10,44 +10,43 @@
 
 namespace platform {
 
-// The drawer that shows layers in windows. Auto takes the CPU where OpenGL would
-// be software: a full-screen swap alone costs that more than the CPU's drawing
-// of what changed.
+// The drawer that shows layers in windows. Auto takes the CPU where OpenGL would be
+// software, since a software full-screen swap alone costs more than the CPU's drawing of
+// the changes.
 enum class DrawerChoice { Auto, OpenGl, Cpu };
 
-// How a surface is to be drawn on. Plain values.
+// The options of a surface. Plain values.
 struct SurfaceOptions {
     DrawerChoice drawer = DrawerChoice::Auto;
-    ResetQuery resetStatus{};  // asked, on render threads, in OpenGL's place
+    ResetQuery resetStatus{};  // asked on render threads, in OpenGL's place
 };
 
-// The ground that a window's picture is drawn on, with one way of drawing. Made, used and
-// dropped on the window's render thread, which owns it.
+// A window's picture with one way of drawing it. Made, used and dropped on the window's
+// render thread, which owns it.
 class Surface {
   public:
     enum class Result { Drawn, WindowGone, ServerGone };
 
     virtual ~Surface() = default;
 
-    // Makes the window show the frame. `damage` is where it differs from the one
-    // before; everything for the first.
+    // Makes the window show the frame. `damage` is the difference from the previous frame;
+    // everything for the first.
     virtual Result draw(const Frame& frame, std::span<const QRect> damage) = 0;
 
-    // Shows the frame drawn last again where the window has lost it.
+    // Shows the last frame again in `lost`, where the window lost its picture.
     virtual Result repair(const Frame& frame, std::span<const QRect> lost) = 0;
 
-    // Waits until the window shows it.
+    // Waits until the window shows the last frame.
     virtual Result finish() = 0;
 
-    // The drawer of the last frame, and its rung of the quality ladder, as in
-    // WindowStatistics.
+    // The last frame's drawer and rung of the quality ladder, as in WindowStatistics.
     [[nodiscard]] virtual const QString& drawer() const = 0;
     [[nodiscard]] virtual int rung() const { return 0; }
 
-    // Whether the last frame had a scene in it and there was no means to draw it.
+    // Whether the last frame had a scene that could not be drawn.
     [[nodiscard]] virtual bool failsScenes() const { return false; }
 
-    // The frame took this long, from being handed over to being shown.
+    // Reports the seconds from handing the last frame over to showing it.
     virtual void frameTook(double) {}
 };
 

@@ -10,8 +10,8 @@ namespace platform {
 
 class GlSurface;
 
-// The ways in which a window system can have a window drawn; each gives null
-// where it cannot. The caller's for the length of a call.
+// A window system's ways to draw a window; each gives null where it cannot. The caller owns
+// the ways, and keeps them for the length of a call.
 struct SurfaceWays {
     // Whether the system shares a GPU with programs; see probeRenderer().
     std::function<bool()> sharesGpu;
@@ -19,10 +19,9 @@ struct SurfaceWays {
     std::function<std::unique_ptr<Surface>()> cpu;
 };
 
-// The surface for a window as the choice says, and the one place that chooses:
-// the processor's where OpenGL was asked for and there is none, or where OpenGL
-// would be software. Null if the window or the system is not there. The
-// window's render thread.
+// Makes a window's surface for the choice. This is the one place that chooses: the
+// processor draws where OpenGL was asked for and is absent, and where OpenGL would be
+// software. Null if the window or the system is gone. The window's render thread.
 [[nodiscard]] std::unique_ptr<Surface> surfaceFor(DrawerChoice drawer, const SurfaceWays& ways);
 
 }  // namespace platform

@@ -27,7 +27,7 @@ Window::Window(WindowServer& server, const HostRef& host)
 
 Window::~Window() {
     server_.dropped(*this);
-    // Frames stop before their views do.
+    // Drawing ends before the views go.
     core_->drawing.reset();
     content_->setHost(nullptr);
 }
@@ -64,24 +64,24 @@ std::optional<Screen> Window::screen() const {
     return core_->screen();
 }
 
-void Window::orderFront() {
-    show(false);
+void Window::show() {
+    present(false);
 }
 
-void Window::makeKeyAndOrderFront() {
-    show(canBecomeKey());
+void Window::showWithKeyboard() {
+    present(canBecomeKey());
 }
 
-void Window::show(bool asKey) {
+void Window::present(bool withKeyboard) {
     if (core_->isHosts()) return;
     if (!core_->native) core_->makeOwn();
     core_->native->show();
     server_.cameToFront(*this);
     if (options_.staysOnTop) core_->native->keepOnTop();
-    if (asKey) makeKey();
+    if (withKeyboard) takeKeyboard();
 }
 
-void Window::makeKey() {
+void Window::takeKeyboard() {
     if (!canBecomeKey() || core_->isHosts() || !isVisible()) return;
     core_->native->takeKeyboard();
     server_.becameKey(*this);
@@ -95,7 +95,7 @@ void Window::raise() {
     if (core_->native) core_->native->raise();
 }
 
-void Window::orderOut() {
+void Window::hide() {
     server_.dropped(*this);
     if (core_->native) core_->native->hide();
 }

@@ -18,20 +18,19 @@ namespace platform {
 class AnimationGroup;
 class WindowCore;
 
-// A window's cost and what it has shown so far; for measuring.
+// A window's cost and shown frames so far; for measuring. A plain value.
 struct WindowStatistics {
-    std::uint64_t frames = 0;              // that reached the screen
-    std::optional<double> firstFrameTime;  // the clock's, as the first one did
+    std::uint64_t frames = 0;              // frames that reached the screen
+    std::optional<double> firstFrameTime;  // when the first frame did, in the clock's time
     QString drawer;                        // "cpu", or the OpenGL renderer's name; empty before
     int rung = 0;                          // of the quality ladder; 0 is best
 };
 
-// A window that shows a tree of views. Either the program's own, or a host's, in
-// which the program only draws: the window follows the host's size and end, and
-// takes no input, no focus and no grab. Frames are built on the main thread and
-// drawn on a thread of the window's own; while nothing changes, or nobody could
-// see the window, there are none. Owned by whoever made it; keeps its views
-// alive. Main thread.
+// A window that shows a tree of views: either the program's own, or a host's. In a host's
+// window the program only draws: the window follows the host's size and end, and takes no
+// input, no focus and no grab. Frames are built on the main thread and drawn on a thread of
+// the window's own; there are none while nothing changes or the window cannot be seen.
+// Owned by its maker; keeps its views alive. Main thread.
 class Window : public ViewHost {
   public:
     Window(WindowServer& server, const WindowOptions& options);
@@ -40,8 +39,8 @@ class Window : public ViewHost {
     Window(const Window&) = delete;
     Window& operator=(const Window&) = delete;
 
-    // Fills the window and follows its size. A host's window has an empty view
-    // of the right size from the start.
+    // The view that fills the window and follows its size. A host's window has an empty
+    // view of the right size from the start.
     [[nodiscard]] const std::shared_ptr<View>& contentView() const { return content_; }
     void setContentView(std::shared_ptr<View> view);
 
@@ -50,10 +49,10 @@ class Window : public ViewHost {
     [[nodiscard]] QRectF frame() const;
     void setFrame(const QRectF& frame);
     [[nodiscard]] double backingScaleFactor() const;
-    // The window as another program may be told of it, for a dialog to belong to;
-    // empty for an own window that was never shown.
+    // A reference for other programs, for a dialog that belongs to the window; empty for an
+    // own window that was never shown.
     [[nodiscard]] WindowRef reference() const;
-    // The screen with most of it; none without screens.
+    // The screen with most of the window; none without screens.
     [[nodiscard]] std::optional<Screen> screen() const;
 
     [[nodiscard]] int level() const { return options_.level; }
@@ -61,45 +60,44 @@ class Window : public ViewHost {
     [[nodiscard]] bool hasShadow() const { return options_.hasShadow; }
     [[nodiscard]] std::uint32_t collectionBehavior() const { return options_.collectionBehavior; }
 
-    // The window server's number for it; 0 before it is first shown.
+    // The window server's number for the window; 0 before it is first shown.
     [[nodiscard]] std::int64_t windowNumber() const;
 
-    // Shows it. Front puts it above its equals; key gives it the keyboard too.
-    void orderFront();
-    void makeKeyAndOrderFront();
-    // Gives the keyboard to one that is shown and can have it.
-    void makeKey();
-    void orderOut();
+    // Shows the window. Front puts it above its equals; key gives it the keyboard too.
+    void show();
+    void showWithKeyboard();
+    // Gives the keyboard to the window, if it is shown and can have it.
+    void takeKeyboard();
+    void hide();
     [[nodiscard]] bool isVisible() const;
 
     [[nodiscard]] virtual bool canBecomeKey() const;
     [[nodiscard]] virtual bool canBecomeMain() const;
     [[nodiscard]] bool isKey() const override;
-    // The view that gets the keys; false where it does not accept them.
+    // Chooses the view that gets the keys; false where the view does not accept keys.
     bool makeFirstResponder(View* view);
     [[nodiscard]] View* firstResponder() const { return firstResponder_; }
 
-    // Clicks go to what lies below.
+    // Whether clicks go to the windows below.
     [[nodiscard]] bool ignoresMouseEvents() const { return ignoresMouse_; }
     void setIgnoresMouseEvents(bool ignores);
     void setCursorHidden(bool hidden);
 
-    // Opacity of the whole window in [0, 1]; a compositor shows it. While it
-    // fades, alpha() is the value in between. Setting it ends a fade.
+    // Opacity of the whole window in [0, 1]; a compositor shows it. During a fade, alpha()
+    // is the value in between. Setting the opacity ends a fade.
     [[nodiscard]] double alpha() const;
     void setAlpha(double alpha);
-    // Fades along the standard curve in 0.25 s, or as long as the group says.
+    // Fades along the standard curve in 0.25 s, or in the group's duration.
     void fadeTo(double alpha);
     void fadeTo(double alpha, AnimationGroup& group);
 
-    // Called when a host has destroyed its window, or the user asks to close an
-    // own one, which stays unless the action sees to it. The action may drop the
-    // window.
+    // Called when a host has destroyed its window, or the user asks to close an own one. An
+    // own window stays unless the action closes it. The action may drop the window.
     void onClose(std::function<void()> action);
 
     [[nodiscard]] WindowStatistics statistics() const;
 
-    // A view's word that it looks different.
+    // Called by a view that has changed its look.
     void setNeedsFrame() override;
 
   private:
@@ -108,7 +106,7 @@ class Window : public ViewHost {
     friend class WindowServer;
     [[nodiscard]] Window* asWindow() override { return this; }
     void detached(const View* view) override;
-    void show(bool asKey);
+    void present(bool withKeyboard);
     void raise();
 
     WindowServer& server_;

@@ -77,7 +77,7 @@ void WindowCore::exposed(const QRect& rect) {
 void WindowCore::gone() {
     if (std::exchange(gone_, true)) return;
     if (drawing) drawing->setGone();
-    // The action may drop the window, and itself with it.
+    // The action may drop the window, and the action itself with it.
     if (const auto action = closed) action();
 }
 
@@ -146,7 +146,7 @@ void WindowCore::mouse(Mouse what, const MouseEvent& event) {
         case Mouse::OtherDown:
             return target->otherMouseDown(event);
         case Mouse::Moved: {
-            // An action may take the content away.
+            // An action may remove the content.
             const std::shared_ptr<View> content = window_.content_;
             const View* const told = target;
             content->track(event.location, told, event);

@@ -9,8 +9,8 @@
 
 namespace platform {
 
-// The parts of a window, hidden from those who only show views in it. Owned by
-// its window. Main thread.
+// A window's implementation, hidden from callers that only show views in it. Owned by its
+// window. Main thread.
 class WindowCore final : public NativeWindowDelegate {
   public:
     explicit WindowCore(Window& window);
@@ -18,8 +18,8 @@ class WindowCore final : public NativeWindowDelegate {
     WindowCore(const WindowCore&) = delete;
     WindowCore& operator=(const WindowCore&) = delete;
 
-    // Makes a native window of the program's own, or adopts the host's, and the
-    // drawing where there is something to draw on.
+    // Makes a native window of the program's own, or adopts the host's, and makes the
+    // drawing where the window can be drawn on.
     void makeOwn();
     void adopt(const HostRef& host);
 
@@ -32,14 +32,14 @@ class WindowCore final : public NativeWindowDelegate {
     void closeAsked() override;
     void gone() override;
 
-    // Whether there is any sense in frames may have changed.
+    // Updates whether frames are useful now.
     void updateWanted();
     [[nodiscard]] bool isHosts() const { return isHosts_; }
     [[nodiscard]] std::optional<Screen> screen() const;
     [[nodiscard]] double scale() const;
     [[nodiscard]] QSizeF sizeInPoints() const;
 
-    // The drawing goes first.
+    // The drawing is destroyed before the native window.
     std::unique_ptr<NativeWindow> native;
     std::unique_ptr<WindowDrawing> drawing;
     std::function<void()> closed;
@@ -53,7 +53,7 @@ class WindowCore final : public NativeWindowDelegate {
     static void tellOfNoScenes(View& view);
 
     Window& window_;
-    const bool fades_;  // the system does
+    const bool fades_;  // the window system fades whole windows
     bool isHosts_ = false;
     bool gone_ = false;
     ScreenObserver screens_;

@@ -47,7 +47,7 @@ void WindowDrawing::ended(Surface::Result result) {
     if (!native_.exists()) {
         actions_.gone();
     } else if (std::exchange(drawer_, DrawerChoice::Cpu) != DrawerChoice::Cpu) {
-        // OpenGL gave up on a window that is still there.
+        // OpenGL failed on a window that still exists.
         startRenderer(DrawerChoice::Cpu);
         pump_.request();
     }

@@ -14,17 +14,16 @@
 
 namespace platform {
 
-// Draws in one native window: has its frames built on the main thread and shown on
-// a render thread. Owned by the window's core, which passes on what the native
-// window tells. Main thread.
+// Draws in one native window: has its frames built on the main thread and shown on a render
+// thread. Owned by the window's core, which passes the native window's events on. Main
+// thread.
 class WindowDrawing {
   public:
     struct Actions {
         FramePump::Build build;
-        // There is a scene to draw and no means to; at most once for each way
-        // of drawing.
+        // Called when a scene cannot be drawn; at most once for each way of drawing.
         std::function<void()> scenesFailed;
-        // The window turned out to be no more.
+        // Called when the window no longer exists.
         std::function<void()> gone;
     };
 
@@ -35,9 +34,9 @@ class WindowDrawing {
 
     // Seconds from frame to frame, > 0.
     void setFrameInterval(double seconds) { pump_.setInterval(seconds); }
-    // Whether there is any sense in drawing, as far as the owner knows.
+    // Whether the owner finds drawing useful.
     void setWanted(bool wanted);
-    // Passed on from the native window.
+    // Called for the native window's event of the same meaning.
     void updateVisibility();
     void setReady(bool ready) { pump_.setReady(ready); }
     void expose(const QRect& rect) { renderer_->expose(rect); }
@@ -53,7 +52,7 @@ class WindowDrawing {
     [[nodiscard]] int rung() const { return renderer_->rung(); }
 
   private:
-    // Forwards to the render thread that there is at the moment.
+    // Forwards frames to the present render thread.
     struct Sink final : FrameSink {
         WindowDrawing& drawing;
         explicit Sink(WindowDrawing& d) : drawing(d) {}
@@ -71,7 +70,7 @@ class WindowDrawing {
     DrawerChoice drawer_;
     std::uint64_t framesBefore_ = 0;
     std::optional<double> firstFrameTime_;
-    // Takes what other threads send to the main one, as long as the drawing lives.
+    // Receives messages from other threads to the main one, for the drawing's lifetime.
     QObject mailbox_;
     std::unique_ptr<RenderThread> renderer_;
     Sink sink_{*this};

@@ -11,12 +11,12 @@ namespace platform {
 
 enum class WindowStyle {
     Titled,      // an ordinary window with a frame of the window manager
-    Borderless,  // its content and nothing else
+    Borderless,  // the content alone
     FullScreen,  // covers the screen that its frame lies on, panels included
 };
 
-// How a window behaves among spaces. A window with a level above 0 is on every
-// space, stationary, left out of cycling and over full-screen windows anyway.
+// A window's behaviour among spaces. A window with a level above 0 is on every space,
+// stationary, left out of cycling and over full-screen windows anyway.
 enum CollectionBehavior : std::uint32_t {
     CanJoinAllSpaces = 0x1,
     Stationary = 0x10,
@@ -24,7 +24,7 @@ enum CollectionBehavior : std::uint32_t {
     FullScreenAuxiliary = 0x100,
 };
 
-// The makings of a window of the program's own. A plain value; any thread.
+// The options of a window of the program's own. A plain value; any thread.
 struct WindowOptions {
     QRectF frame;  // of the content: points, as in Screen::frame
     WindowStyle style = WindowStyle::Borderless;
@@ -32,19 +32,19 @@ struct WindowOptions {
     // An opaque window is black where nothing is drawn, from its first moment;
     // another window shows what lies below.
     bool opaque = true;
-    // 0 is an ordinary window. Above 0 the window is out of the window manager's
-    // hands and on top, on every space, the higher level the higher.
+    // 0 is an ordinary window. A window of a level above 0 escapes the window manager: it
+    // lies on top, on every space; higher levels lie higher.
     int level = 0;
     std::uint32_t collectionBehavior = 0;  // CollectionBehavior bits
     bool hasShadow = true;                 // where a compositor gives windows one
-    // Nothing that is opened or raised later covers the window while it is shown,
-    // but a screen saver or lock. For a level above 0.
+    // Keeps any window that is opened or raised later from covering this one while it is
+    // shown; a screen saver or lock still covers it. For a level above 0.
     bool staysOnTop = false;
 };
 
-// A window that another program made and keeps, and in which this program draws.
-// The text is the host's; only the window system reads it. Empty: the whole
-// screen behind all windows. Plain value, any thread.
+// A window that another program made and owns, in which this program draws. The text is the
+// host's; only the window system reads it. Empty: the whole screen behind all windows.
+// Plain value, any thread.
 struct HostRef {
     QString text;
     friend bool operator==(const HostRef&, const HostRef&) = default;

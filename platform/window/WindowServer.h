@@ -19,17 +19,16 @@ class WindowSystem;
 
 struct WindowServerOptions {
     DrawerChoice drawer = DrawerChoice::Auto;
-    // Where the windows live; not null. The server keeps the system alive.
+    // The system of the windows; not null. The server keeps the system alive.
     std::shared_ptr<WindowSystem> system;
-    ResetQuery resetStatus{};  // asked, on render threads, in OpenGL's place
-    // The clock that the pictures move by, if not the windows' own; while it
-    // rests, nothing moves. Outlives the server.
+    ResetQuery resetStatus{};  // asked on render threads, in OpenGL's place
+    // The clock of the pictures, if not the windows' own; while it rests, nothing moves.
+    // Outlives the server.
     const RestableClock* pictures = nullptr;
 };
 
-// The things that the program's windows share: their system, their clock, their pace and
-// their order. One per program; outlives its windows. The clock outlives the
-// server. Main thread.
+// The state that the program's windows share: their system, clock, pace and order. One per
+// program; outlives its windows. The clock outlives the server. Main thread.
 class WindowServer {
   public:
     explicit WindowServer(MediaClock& clock, WindowServerOptions options);
@@ -37,21 +36,20 @@ class WindowServer {
     WindowServer(const WindowServer&) = delete;
     WindowServer& operator=(const WindowServer&) = delete;
 
-    // Whether the window system is there at all; without it, windows stay empty.
+    // Whether the window system is connected; without it, windows stay empty.
     [[nodiscard]] bool isConnected() const;
 
-    // Called once when the window system has gone away; Qt's message about that is
-    // kept back. Nothing of the system can be reached any more, and where Qt has
-    // windows, Qt ends the program with exit(1) as soon as the action returns:
-    // leave with std::_Exit() after saving what is to be saved.
+    // Called once when the connection to the window system is lost; Qt's message about the
+    // loss is suppressed. The window system can no longer be reached. Where Qt has windows,
+    // Qt ends the program with exit(1) as soon as the action returns: the action saves what
+    // must be saved and leaves with std::_Exit().
     void onConnectionLost(std::function<void()> action);
 
-    // Frames come at most as fast as the display's rhythm divided by this; 1 at
-    // first.
+    // Limits frames to the display's rate divided by `divisor`; 1 at first.
     void setPace(int divisor);
     [[nodiscard]] int pace() const { return pace_; }
 
-    // While the display is asleep no window has frames. Found out by itself.
+    // While the display sleeps no window has frames. The server watches the display itself.
     void setDisplayAsleep(bool asleep);
     [[nodiscard]] bool isDisplayAsleep() const { return asleep_; }
 
@@ -62,18 +60,18 @@ class WindowServer {
     [[nodiscard]] const WindowServerOptions& options() const { return options_; }
     [[nodiscard]] WindowSystem& system() const { return *options_.system; }
 
-    // The window that was last shown as key and still is shown; nullptr without.
+    // The window that last became key and still is shown; nullptr without one.
     [[nodiscard]] Window* keyWindow() const { return key_; }
 
-    // Servers are numbered in the order in which they were made, from 1; the
-    // default is the last one that is connected, 0 without any.
+    // The number of the last connected server, 0 without one. Servers are numbered in the
+    // order of their making, from 1.
     [[nodiscard]] static std::int32_t defaultNumber();
     [[nodiscard]] static WindowServer* numbered(std::int32_t number);
 
   private:
     friend class Window;
     friend class WindowCore;
-    // Watches the display and what covers windows for as long as there are any.
+    // Watches the display and the windows' covering while there are any windows.
     void added(WindowCore& window);
     void removed(WindowCore& window);
     // Keeps windows of a higher level above one that came to the front.

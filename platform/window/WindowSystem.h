@@ -14,8 +14,8 @@ class QWindow;
 
 namespace platform {
 
-// The things that a window system can do. Callers ask for a capability, never for the
-// system's name. Plain values that stay the same while the system runs.
+// The capabilities of a window system. Callers ask for a capability, never for the system's
+// name. Plain values that stay the same while the system runs.
 struct Capabilities {
     // The program can draw in a window that a host keeps.
     bool adoptsHosts = false;
@@ -29,15 +29,15 @@ struct Capabilities {
     bool returnsKeyboard = false;
     // The system fades a whole window; elsewhere the drawer does.
     bool fadesWindows = false;
-    // The system tells the place of the pointer outside the program's windows.
+    // The system reports the pointer's place outside the program's windows.
     bool tellsPointer = false;
-    // The program chooses where on the screen a window lies.
+    // The program chooses a window's place on the screen.
     bool placesWindows = false;
 };
 
-// A window system: makes the program's windows, adopts hosts' windows, and tells
-// of what lies around them. One implementation per system, each in a folder of its
-// own; platform/window/systems opens the one that the session has.
+// A window system: makes the program's windows, adopts hosts' windows, and reports the
+// desktop around them. One implementation per system, each in a folder of its own;
+// platform/window/systems opens the session's system.
 //
 // One per WindowServer, which keeps it alive and outlives all windows. Main
 // thread, under a QGuiApplication for windows of the program's own.
@@ -47,9 +47,9 @@ class WindowSystem {
 
     [[nodiscard]] virtual Capabilities capabilities() const = 0;
 
-    // Whether the system is there at all; without it windows stay empty.
+    // Whether the system is connected; without it windows stay empty.
     [[nodiscard]] virtual bool isConnected() const = 0;
-    // Called once when the system has gone away, as WindowServer has it.
+    // Called once when the connection is lost, as in WindowServer.
     virtual void onLost(std::function<void()> action) = 0;
     // Why the system is gone, in its own words; empty where it just went away.
     [[nodiscard]] virtual QString lossReason() const { return {}; }
@@ -59,22 +59,22 @@ class WindowSystem {
     // Makes a hidden window. The delegate outlives it.
     [[nodiscard]] virtual std::unique_ptr<NativeWindow> makeWindow(
         const NativeWindowOptions& options, NativeWindowDelegate& delegate) = 0;
-    // The host's window; one that does not exist is told of as gone in a later
-    // turn of the event loop. The delegate outlives it. Null where the system is
-    // not connected or adopts no hosts.
+    // Adopts the host's window. One that does not exist is reported as gone in a later turn
+    // of the event loop. The delegate outlives it. Null where the system is not connected
+    // or adopts no hosts.
     [[nodiscard]] virtual std::unique_ptr<NativeWindow> adopt(const HostRef& host,
                                                               NativeWindowDelegate& delegate) = 0;
-    // A window that Qt made in this program, to be drawn in as a host's. Only where
-    // Capabilities::adoptsHosts.
+    // A reference to a window that Qt made in this program, for drawing in it as a host's.
+    // Only where Capabilities::adoptsHosts.
     [[nodiscard]] virtual HostRef hostRefOf(QWindow& window) const = 0;
 
-    // Made on first use.
+    // The workspace, made on first use.
     [[nodiscard]] virtual NativeWorkspace& workspace() = 0;
     // The spaces above everything; null where the system has none.
     [[nodiscard]] virtual OverlaySpaces* overlaySpaces() = 0;
 
-    // Watches, from now until rest(), whether the display sleeps and what covers
-    // windows. The display counts as awake at first.
+    // Watches, from now until rest(), the display's sleep and the covering of windows. The
+    // display counts as awake at first.
     virtual void watch(std::function<void(bool asleep)> displaySlept) = 0;
     virtual void rest() = 0;
 };

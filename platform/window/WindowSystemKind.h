@@ -14,9 +14,9 @@ class QWindow;
 
 namespace platform {
 
-// One kind of window system, before and beside any window: whether the session has
-// it, and what dialogs that Qt itself draws need of it. Without state; one object
-// per kind lasts as long as the process. Main thread.
+// One kind of window system, independent of any window: whether the session has it, and its
+// services for dialogs that Qt draws. Without state; one object per kind lasts as long as
+// the process. Main thread.
 class WindowSystemKind {
   public:
     virtual ~WindowSystemKind() = default;
@@ -32,20 +32,20 @@ class WindowSystemKind {
     // Whether hosts on such a system give a saver a window to draw in.
     [[nodiscard]] virtual bool hasHosts() const = 0;
 
-    // Null where the system that the environment names does not answer. To be kept
-    // until Qt has connected: a server may start anew when its last client leaves,
-    // and turn others away meanwhile.
+    // Connects to the environment's system; null where it does not answer. The caller keeps
+    // the result until Qt has connected: a server may restart when its last client leaves,
+    // and then refuse others.
     [[nodiscard]] virtual std::shared_ptr<void> reach() const = 0;
 
-    // The clock outlives the system.
+    // Opens the system. The clock outlives the system.
     [[nodiscard]] virtual std::unique_ptr<WindowSystem> open(MediaClock& clock) const = 0;
 
-    // Windows as a command line or the environment names them; none for a text that
+    // Reads a window's name from a command line or the environment; none for a text that
     // names no window.
     [[nodiscard]] virtual std::optional<HostRef> readHost(const QString& text) const = 0;
     [[nodiscard]] virtual std::optional<WindowRef> readWindow(const QString& text) const = 0;
 
-    // As in systems/DialogFrame.h.
+    // The same as in systems/DialogFrame.h.
     virtual void askForDarkFrame(QWindow& window) const = 0;
     virtual void askForTitleOnly(QWindow& window) const = 0;
     [[nodiscard]] virtual std::optional<QRect> placeOf(const WindowRef& window) const = 0;

@@ -10,36 +10,36 @@
 
 namespace platform {
 
-// A program that has a window, as far as it can be told from outside.
+// A program that has a window, identified from outside. A plain value.
 struct RunningApplication {
-    std::uint32_t window = 0;   // the one it was found by
-    std::uint32_t process = 0;  // 0 where it is not told
+    std::uint32_t window = 0;   // the window it was found by
+    std::uint32_t process = 0;  // 0 where it is unknown
     friend bool operator==(const RunningApplication&, const RunningApplication&) = default;
 };
 
-// The desktop for an effect that lies over it: who has the keyboard, the pointer,
-// and whether there is anything to lie over. Its user keeps it alive. Main thread.
+// The desktop under an effect: the keyboard's owner, the pointer, and whether windows can
+// be seen through. Its user keeps it alive. Main thread.
 class Workspace {
   public:
     virtual ~Workspace() = default;
 
-    // The application that has the keyboard; none where none has.
+    // The application that has the keyboard; none without one.
     [[nodiscard]] virtual std::optional<RunningApplication> frontmostApplication() = 0;
-    // Brings its window to the front and gives it the keyboard; nothing happens
-    // where it has ended.
+    // Brings the application's window to the front and gives it the keyboard. Does nothing
+    // where the application has ended.
     virtual void activate(const RunningApplication& application) = 0;
-    // Gives the keyboard to this program's key window, whoever has it. Needs an
+    // Takes the keyboard for this program's key window from any other program. Needs an
     // application object: without one the process stops.
     virtual void activateIgnoringOthers() = 0;
 
-    // Hidings are counted, as showings are. The pointer is back when the program
-    // ends, however it ends.
+    // Hides the pointer. Each call needs one call that shows it. The pointer returns when
+    // the program ends in any way.
     virtual void hideCursor() = 0;
     virtual void unhideCursor() = 0;
-    // In points, as in Screen::frame.
+    // The pointer's place in points, as in Screen::frame.
     [[nodiscard]] virtual QPointF mouseLocation() const = 0;
 
-    // Whether windows can be seen through: a compositor runs.
+    // Whether a compositor runs, so that windows can be see-through.
     [[nodiscard]] virtual bool isComposited() const = 0;
     // Whether a screen saver or lock covers the screens.
     [[nodiscard]] virtual bool isSaverActive() const = 0;

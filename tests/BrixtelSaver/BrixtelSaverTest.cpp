@@ -1,77 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "BrixtelSaver/BrixtelSaver.h"
 
-#include <gtest/gtest.h>
-
-#include <QImage>
 #include <QPainter>
 #include <map>
 #include <set>
 
-#include "platform/view/FrameBuilder.h"
-#include "tests/BrixtelSaver/Instellingen.h"
+#include "tests/BrixtelSaver/SaverOpstelling.h"
 #include "tests/rain/RegenProef.h"
-#include "tests/support/Until.h"
 
 using brixtel::BrixtelSaverView;
-using brixtel::EigenInstellingen;
 using brixtel::SaverInstellingen;
 using brixtel::SaverKeuze;
+using steun::ProefView;
+using steun::SaverView;
 
 namespace {
-
-struct EenBlad : platform::Sheet {
-    void orderFront(const platform::WindowRef&) override {}
-    void orderOut() override {}
-    bool isShown() const override { return false; }
-    QImage picture() override { return {}; }
-};
-
-// A view whose sheet hands its callback to the test.
-class ProefView : public BrixtelSaverView {
-  public:
-    using BrixtelSaverView::BrixtelSaverView;
-    Klaar klaar;
-
-  protected:
-    std::shared_ptr<platform::Sheet> maakInstellingenVenster(Klaar k) override {
-        klaar = std::move(k);
-        return std::make_shared<EenBlad>();
-    }
-};
-
-class SaverView : public testing::Test {
-  protected:
-    EigenInstellingen eigen;
-    platform::ManualClock klok{100.0};
-    platform::RandomSource toeval{5};
-    platform::DistributedNotificationCenter berichten{QString()};
-
-    std::shared_ptr<ProefView> maak(bool voorvertoning = false) {
-        return std::make_shared<ProefView>(
-            QRectF(0, 0, 300, 200), voorvertoning,
-            platform::ScreenSaverContext{
-                .clock = klok, .random = toeval, .notifications = berichten});
-    }
-    std::shared_ptr<ProefView> gestart(SaverKeuze keuze) {
-        SaverInstellingen::zetKeuze(keuze);
-        auto view = maak();
-        view->startAnimation();
-        return view;
-    }
-    void meldStop() {
-        bool gehoord = false;
-        berichten.addObserver(&gehoord, QStringLiteral("com.apple.screensaver.willstop"),
-                              [&] { gehoord = true; });
-        berichten.post(QStringLiteral("com.apple.screensaver.willstop"));
-        EXPECT_TRUE(until([&] { return gehoord; }));
-        berichten.removeObserver(&gehoord);
-    }
-    static bool leeg(const BrixtelSaverView& view) {
-        return !view.regen() && !view.scn() && !view.wereld() &&
-               view.layer()->sublayers().empty() && view.subviews().empty();
-    }
-};
 
 TEST_F(SaverView, ANewViewIsBlackOpaqueAndShowsNothing) {
     const auto view = maak();
@@ -416,76 +359,6 @@ TEST_F(SaverView, WhereNoWorldCanBeDrawnTheRotationLeavesTheRainAlone) {
         EXPECT_NE(view->huidige(), vorige);
         EXPECT_TRUE(view->subviews().empty());
     }
-}
-
-// --- the new picture comes up out of black ---
-
-class OpkomstTest : public SaverView {
-  protected:
-    // Of the black over the picture, once a frame was built.
-    static double zwart(BrixtelSaverView& view, double nu) {
-        platform::Frame beeld;
-        beeld.grid = {.scale = 1.0, .size = {300, 200}};
-        platform::FrameBuilder(beeld, nu).add(view);
-        return view.subviews().back()->layer()->shownOpacity(nu);
-    }
-    [[nodiscard]] double zwart(BrixtelSaverView& view) const { return zwart(view, klok.now()); }
-};
-
-TEST_F(OpkomstTest, TheFirstPictureIsThereAtOnce) {
-    for (const auto keuze : {SaverKeuze::regen, SaverKeuze::logo}) {
-        const auto view = gestart(keuze);
-        EXPECT_EQ(view->subviews().size(), view->scn() ? 1U : 0U);
-    }
-}
-
-TEST_F(OpkomstTest, EveryNextOneComesUpInAQuarterOfASecond) {
-    const auto view = gestart(SaverKeuze::wisselend);
-    for (int minuut = 0; minuut < 5; ++minuut) {
-        // To the next tick.
-        klok.advance(100.0 + 60.0 * (minuut + 1) - klok.now());
-        EXPECT_EQ(view->subviews().size(), view->scn() ? 2U : 1U);
-        EXPECT_EQ(view->subviews().back()->frame(), view->bounds());
-        EXPECT_EQ(view->subviews().back()->layer()->backgroundColor(), QColor(Qt::black));
-        EXPECT_EQ(zwart(*view), 1.0);
-        double vorige = 1.0;
-        for (int beeld = 1; beeld <= 15; ++beeld) {
-            klok.advance(1.0 / 60.0);
-            EXPECT_NEAR(vorige - zwart(*view), 4.0 / 60.0, 1e-9);
-            vorige = zwart(*view);
-        }
-        EXPECT_NEAR(vorige, 0.0, 1e-9);
-        klok.advance(0.05);
-        EXPECT_EQ(zwart(*view), 0.0);
-    }
-}
-
-// The scene's first frame may have to wait for its pictures to be drawn.
-TEST_F(OpkomstTest, BlackIsWholeUntilTheFirstFrame) {
-    const auto view = gestart(SaverKeuze::kubus);
-    view->configureSheet();
-    view->klaar(SaverKeuze::logo);
-    klok.advance(0.2);
-    EXPECT_EQ(zwart(*view), 1.0);
-    klok.advance(0.125);
-    EXPECT_NEAR(zwart(*view), 0.5, 1e-9);
-}
-
-// Whoever wishes for little movement sees a picture every ten seconds.
-TEST_F(OpkomstTest, APictureFirstShownLaterIsSeenWhole) {
-    const auto view = gestart(SaverKeuze::kubus);
-    view->configureSheet();
-    view->klaar(SaverKeuze::logo);
-    klok.leap(6.0);
-    EXPECT_EQ(zwart(*view), 0.0);
-}
-
-TEST_F(OpkomstTest, GoesWithItsScene) {
-    const auto view = gestart(SaverKeuze::kubus);
-    view->configureSheet();
-    view->klaar(SaverKeuze::regen);
-    view->stopAnimation();
-    EXPECT_TRUE(leeg(*view));
 }
 
 // --- a sheet of another process ---

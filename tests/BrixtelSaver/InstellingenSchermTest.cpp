@@ -61,7 +61,7 @@ class Blad : public testing::Test {
             platform::ScreenSaverContext{
                 .clock = klok, .random = toeval, .notifications = berichten});
         venster->setContentView(view);
-        venster->makeKeyAndOrderFront();
+        venster->showWithKeyboard();
         SaverInstellingen::zetKeuze(SaverKeuze::logo);
         view->startAnimation();
         ASSERT_TRUE(until([this] { return venster->statistics().frames > 0; }, 20'000));
@@ -112,7 +112,7 @@ TEST_F(Blad, APointerClicksThroughAllSixChoices) {
         // Alternately on the mark and on the text.
         klik(*blad->knoppen()[i], i % 2 == 0 ? QPoint(7, 11) : QPoint(60, 11));
         ASSERT_TRUE(gemerkt(i)) << i;
-        // What is marked does not yet count.
+        // A marked mode does not count yet.
         EXPECT_EQ(view->nu(), i > 0 ? alleKeuzes[i - 1] : SaverKeuze::logo);
         klik(*blad, QPoint(315, 286 - 31));
         verwacht(alleKeuzes[i]);

@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
+#include <cmath>
 #include <type_traits>
 
 #include "drawing/Thema.h"
@@ -125,6 +126,44 @@ TEST_F(Venster, KlaarIsTheDefaultButtonInItsPlace) {
     EXPECT_TRUE(knop->isDefault());
 }
 
+// How much lighter the lighter of two colours is, as people see it: 1 to 21.
+double contrast(QRgb een, QRgb ander) {
+    const auto licht = [](QRgb kleur) {
+        const auto deel = [](int waarde) {
+            const double s = waarde / 255.0;
+            return s <= 0.04045 ? s / 12.92 : std::pow((s + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * deel(qRed(kleur)) + 0.7152 * deel(qGreen(kleur)) +
+               0.0722 * deel(qBlue(kleur));
+    };
+    const double a = licht(een) + 0.05, b = licht(ander) + 0.05;
+    return std::max(a, b) / std::min(a, b);
+}
+
+TEST_F(Venster, WhatHasTheFocusIsSeenToHaveItAtThreeToOne) {
+    const auto venster = maakMet(SaverKeuze::regen);
+    venster->show();
+    venster->activateWindow();
+    std::vector<QWidget*> alles{klaarKnop(*venster)};
+    for (QRadioButton* knop : venster->knoppen())
+        alles.push_back(knop);
+    for (QWidget* kind : alles) {
+        QWidget* const ander = kind == alles[0] ? alles[1] : alles[0];
+        ander->setFocus();
+        ASSERT_TRUE(until([&] { return ander->hasFocus(); }));
+        const QImage zonder = kind->grab().toImage();
+        kind->setFocus();
+        ASSERT_TRUE(until([&] { return kind->hasFocus(); }));
+        const QImage met = kind->grab().toImage();
+        int duidelijk = 0;
+        for (int y = 0; y < met.height(); ++y)
+            for (int x = 0; x < met.width(); ++x)
+                duidelijk += contrast(met.pixel(x, y), zonder.pixel(x, y)) >= 3.0 ? 1 : 0;
+        // A line all around it, more or less.
+        EXPECT_GT(duidelijk, kind->height() * 2 + 40) << qPrintable(kind->objectName());
+    }
+}
+
 TEST_F(Venster, OnlyATitleBarAndNothingToCloseShrinkOrGrowItWith) {
     const Qt::WindowFlags soort = maak()->windowFlags();
     EXPECT_TRUE(soort.testFlag(Qt::CustomizeWindowHint));
@@ -175,7 +214,7 @@ TEST_F(Venster, TheVeryButtonCountsNotOneThatLooksTheSame) {
 
 TEST_F(Venster, KlaarReportsTheMarkedModeAlsoIfItWasNotChanged) {
     const auto venster = maakMet(SaverKeuze::bol);
-    venster->orderFront({});
+    venster->showAbove({});
     klaarKnop(*venster)->click();
     EXPECT_EQ(gemeld, std::vector{SaverKeuze::bol});
     EXPECT_FALSE(venster->isShown());
@@ -195,7 +234,7 @@ TEST_F(Venster, WithNoneMarkedItClosesWithoutReporting) {
     const auto venster = maak();
     losGroep(*venster);
     venster->knoppen()[0]->setChecked(false);
-    venster->orderFront({});
+    venster->showAbove({});
     venster->sluit();
     EXPECT_TRUE(gemeld.empty());
     EXPECT_FALSE(venster->isShown());
@@ -211,7 +250,7 @@ TEST_F(Venster, AttachedAsASheetItsParentIsAskedToEndIt) {
     const auto venster = maak();
     Ouder ouder;
     venster->setSheetParent(&ouder);
-    venster->orderFront({});
+    venster->showAbove({});
     venster->sluit();
     EXPECT_EQ(ouder.geeindigd, std::vector<platform::Sheet*>{venster.get()});
     // That is the parent's to do.
@@ -222,7 +261,7 @@ TEST_F(Venster, AttachedAsASheetItsParentIsAskedToEndIt) {
 TEST_F(Venster, TheParentTakesItAwayAndLetsItGo) {
     const auto venster = maak();
     int weg = 0;
-    venster->onOrderedOut([&] { ++weg; });
+    venster->onDismissed([&] { ++weg; });
     platform::SheetOnWindow ouder(venster, {});
     EXPECT_EQ(venster->sheetParent(), &ouder);
     EXPECT_TRUE(venster->isShown());
@@ -235,8 +274,8 @@ TEST_F(Venster, TheParentTakesItAwayAndLetsItGo) {
 TEST_F(Venster, ShownWithoutASheetParentItClosesByOrderingOut) {
     const auto venster = maak();
     int weg = 0;
-    venster->onOrderedOut([&] { ++weg; });
-    venster->orderFront({});
+    venster->onDismissed([&] { ++weg; });
+    venster->showAbove({});
     EXPECT_TRUE(venster->isShown());
     venster->sluit();
     EXPECT_FALSE(venster->isShown());
@@ -247,7 +286,7 @@ TEST_F(Venster, PressingReturnReportsTheMarkedModeOnceThenEnds) {
     for (const int toets : {Qt::Key_Return, Qt::Key_Enter}) {
         gemeld.clear();
         const auto venster = maakMet(SaverKeuze::logo);
-        venster->orderFront({});
+        venster->showAbove({});
         druk(*venster, toets, QStringLiteral("\r"));
         EXPECT_EQ(gemeld, std::vector{SaverKeuze::logo});
         EXPECT_FALSE(venster->isShown());
@@ -256,7 +295,7 @@ TEST_F(Venster, PressingReturnReportsTheMarkedModeOnceThenEnds) {
 
 TEST_F(Venster, NothingButKlaarClosesIt) {
     const auto venster = maak();
-    venster->orderFront({});
+    venster->showAbove({});
     druk(*venster, Qt::Key_Escape);
     EXPECT_TRUE(venster->isShown());
     venster->close();  // as the window manager asks for it
@@ -268,7 +307,7 @@ TEST_F(Venster, NothingButKlaarClosesIt) {
 
 TEST_F(Venster, TheMarkedButtonHasTheKeyboardAndArrowsChoose) {
     const auto venster = maakMet(SaverKeuze::bol);
-    venster->orderFront({});
+    venster->showAbove({});
     ASSERT_TRUE(until([&] { return venster->knoppen()[2]->hasFocus(); }));
     druk(*venster->knoppen()[2], Qt::Key_Down);
     EXPECT_EQ(aan(*venster), std::vector{3});

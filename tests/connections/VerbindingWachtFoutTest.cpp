@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What can go wrong with the tool.
+// The failures of the tool.
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -157,7 +157,7 @@ TEST_F(Hangend, NothingPilesUpBehindIt) {
     EXPECT_TRUE(leeft());
     EXPECT_EQ(gepubliceerd_, 0);
     EXPECT_EQ(steun::descriptors(), descriptors);
-    // What had been queued behind it would run now.
+    // A measurement queued behind the first would run now.
     qunsetenv("STANDIN_HANGT");
     kill(pid_, SIGTERM);
     ASSERT_TRUE(wachtOp(1));

@@ -30,6 +30,8 @@ class GalerijTest : public testing::TestWithParam<const char*> {
             omgeving.insert(variabele, waarde);
         omgeving.insert(QStringLiteral("FONTCONFIG_FILE"), QStringLiteral(BRIXTEL_LETTERTYPE));
         omgeving.insert(QStringLiteral("XDG_RUNTIME_DIR"), uit());
+        // Qt warns of a language without UTF-8.
+        omgeving.insert(QStringLiteral("LANG"), QStringLiteral("C.UTF-8"));
         omgeving.insert(QStringLiteral("XDG_CACHE_HOME"), uit());
         omgeving.insert(QStringLiteral("HOME"), uit());
         QProcess galerij;

@@ -146,7 +146,7 @@ TEST_F(ToegangTest, FindsEveryControlByItsName) {
         {ATSPI_ROLE_RADIO_BUTTON, "Kubus"},
         {ATSPI_ROLE_SLIDER, "Dichtheid"},
         {ATSPI_ROLE_PANEL, "Muziek"},
-        {ATSPI_ROLE_PUSH_BUTTON, "Toon de opties"},
+        {ATSPI_ROLE_PUSH_BUTTON, "Toon de opties van Muziek"},
         {ATSPI_ROLE_CHECK_BOX, "Muziek"},
         {ATSPI_ROLE_LABEL, "stil"},
         {ATSPI_ROLE_ALERT, "Er is geen geluid."},
@@ -225,7 +225,7 @@ TEST_F(ToegangTest, EveryControlThatCanHaveTheKeyboardSaysSo) {
     const std::pair<AtspiRole, const char*> bediening[] = {
         {ATSPI_ROLE_PUSH_BUTTON, "Toon nu"}, {ATSPI_ROLE_CHECK_BOX, "Ook bij stilte"},
         {ATSPI_ROLE_RADIO_BUTTON, "Bol"},    {ATSPI_ROLE_RADIO_BUTTON, "Kubus"},
-        {ATSPI_ROLE_SLIDER, "Dichtheid"},    {ATSPI_ROLE_PUSH_BUTTON, "Toon de opties"},
+        {ATSPI_ROLE_SLIDER, "Dichtheid"},    {ATSPI_ROLE_PUSH_BUTTON, "Toon de opties van Muziek"},
         {ATSPI_ROLE_CHECK_BOX, "Muziek"},    {ATSPI_ROLE_PUSH_BUTTON, "Zoek"}};
     for (const auto& [rol, met] : bediening) {
         const Toegankelijk een = vind(rol, met);
@@ -244,9 +244,9 @@ TEST_F(ToegangTest, ChoosesAnOption) {
 
 TEST_F(ToegangTest, OpensARow) {
     EXPECT_FALSE(vind(ATSPI_ROLE_SLIDER, "Gevoelig"));
-    ASSERT_TRUE(doe(vind(ATSPI_ROLE_PUSH_BUTTON, "Toon de opties").get(), "Press"));
+    ASSERT_TRUE(doe(vind(ATSPI_ROLE_PUSH_BUTTON, "Toon de opties van Muziek").get(), "Press"));
     EXPECT_TRUE(until([this] { return vind(ATSPI_ROLE_SLIDER, "Gevoelig") != nullptr; }));
-    EXPECT_TRUE(vind(ATSPI_ROLE_PUSH_BUTTON, "Verberg de opties"));
+    EXPECT_TRUE(vind(ATSPI_ROLE_PUSH_BUTTON, "Verberg de opties van Muziek"));
 }
 
 }  // namespace

@@ -156,7 +156,8 @@ Item {
             }
         }
         function test_choice_follows_its_options() {
-            const eerst = tijden.opties;
+            // A copy: the property's own list changes with it.
+            const eerst = tijden.opties.map(een => een);
             const hoog = tijden.height;
             tijden.opties = [{ waarde: 1, label: "Aan" }, { waarde: 2, label: "Uit" }];
             verify(tijden.height < hoog);

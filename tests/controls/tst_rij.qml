@@ -48,12 +48,18 @@ Item {
             mouseClick(rij, 8, 10);
             verify(!rij.open);
         }
+        function test_row_opens_and_closes_by_its_title() {
+            mouseClick(blad.deel(rij, "titelvlak"), 20, 6);
+            verify(rij.open);
+            mouseClick(blad.deel(rij, "titelvlak"), 20, 6);
+            verify(!rij.open);
+        }
         function test_row_tells_what_its_button_does() {
             const pijl = rij.children[0].children[1];
-            compare(pijl.Accessible.name, "Toon de opties");
+            compare(pijl.Accessible.name, "Toon de opties van " + rij.titel);
             compare(blad.teksten(pijl)[0].text, ">");
             rij.open = true;
-            compare(pijl.Accessible.name, "Verberg de opties");
+            compare(pijl.Accessible.name, "Verberg de opties van " + rij.titel);
             compare(blad.teksten(pijl)[0].text, "v");
         }
         function test_row_shows_help_where_the_pointer_rests() {
@@ -145,7 +151,7 @@ Item {
                 keyClick(Qt.Key_Tab);
                 volgorde.push(blad.Window.window.activeFocusItem.Accessible.name);
             }
-            compare(volgorde, ["Volg", "Regen", "Twee", "Dichtheid", "Snelheid", "Toon de opties", "Muziek", "Zoek"]);
+            compare(volgorde, ["Volg", "Regen", "Twee", "Dichtheid", "Snelheid", "Toon de opties van Muziek", "Muziek", "Zoek"]);
         }
     }
 }

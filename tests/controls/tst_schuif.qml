@@ -52,6 +52,27 @@ Item {
             compare(tekst.width, 46);
             compare(tekst.x + tekst.width, schuif.width);
         }
+        function test_slider_goes_a_step_with_each_notch_of_the_wheel() {
+            staat.waarde = 0.5;
+            const baan = blad.deel(schuif, "baan");
+            mouseWheel(baan, 10, 5, 0, 120);
+            fuzzyCompare(staat.waarde, 0.5 + schuif.stepSize, 1e-9);
+            mouseWheel(baan, 10, 5, 0, -240);
+            fuzzyCompare(staat.waarde, 0.5 - schuif.stepSize, 1e-9);
+            // A fine wheel adds up.
+            for (let i = 0; i < 4; ++i) mouseWheel(baan, 10, 5, 0, 30);
+            fuzzyCompare(staat.waarde, 0.5, 1e-9);
+        }
+        function test_slider_goes_to_its_ends_with_home_and_end() {
+            staat.waarde = 0.5;
+            schuif.forceActiveFocus();
+            keyClick(Qt.Key_End);
+            compare(staat.waarde, 1);
+            keyClick(Qt.Key_Home);
+            compare(staat.waarde, 0);
+            keyClick(Qt.Key_End, Qt.ControlModifier);
+            compare(staat.waarde, 0);
+        }
         function test_slider_is_dragged_from_anywhere_on_its_track() {
             const balken = blad.deel(schuif, "balken");
             const baan = blad.deel(schuif, "baan");

@@ -82,8 +82,8 @@ class BovenlaagTest : public testing::Test {
         gezocht.clear();
         volgende = 42;
         Bovenlaag::begin(zoek);
-        eerste.orderFront();
-        tweede.orderFront();
+        eerste.show();
+        tweede.show();
         ASSERT_GT(eerste.windowNumber(), 0);
         ASSERT_NE(eerste.windowNumber(), tweede.windowNumber());
     }

@@ -297,7 +297,7 @@ TEST_F(Effecten, AnApplicationThatIsGoneTakesNobodyToAnotherDesktop) {
     }
     ASSERT_TRUE(until([] { return Bureaublad::beheerde().isEmpty(); }));
     centrale->sluitZwart();
-    // What the window manager is asked after it, it does after it.
+    // The window manager handles requests in order, so an answer comes after the closing.
     zegt("set_num_desktops 3");
     ASSERT_TRUE(until([&] { return zegt("get_num_desktops") == "3"; }));
     EXPECT_EQ(zegt("get_desktop"), "1");
@@ -400,7 +400,7 @@ TEST_F(Effecten, ADisplayThatGoesAndComesIsFollowed) {
     ASSERT_TRUE(until([&] { return centrale->zwart().size() == 1; }));
     EXPECT_EQ(centrale->regen().size(), 1U);
     EXPECT_EQ(centrale->drieWerelden().size(), 1U);
-    // What is typed goes to the display that is left.
+    // The keyboard goes to the remaining display's window.
     const platform::Window& over = *centrale->zwart()[0].venster;
     EXPECT_TRUE(until([&] {
         return Bureaublad::metToetsen() == static_cast<xcb_window_t>(over.windowNumber());
@@ -492,8 +492,8 @@ TEST_F(EenScherm, ADisplayThatIsResizedOrTurnedIsFollowed) {
     EXPECT_TRUE(regent({0, 0, 400, 460}));
 }
 
-// What the server puts on its glass, the pointer included; XWD(5), as Xvfb
-// keeps it in a file. Asked for an image, it leaves the pointer out.
+// The server's screen with the pointer, as Xvfb keeps it in a file of format XWD(5). An
+// image request leaves the pointer out.
 QByteArray opHetGlas(const QRect& deel) {
     QFile bestand(glas);
     if (!bestand.open(QIODevice::ReadOnly)) return {};

@@ -158,6 +158,22 @@ TEST_F(CentraleMuziek, AWeakerBeatFlashesFromItsStrengthAndALittleMore) {
     EXPECT_NEAR(centrale->zwart()[0].flits->animation("beat")->data().values[0], 0.65, 1e-12);
 }
 
+TEST_F(CentraleMuziek, TheFlashShowsAsMuchAsTheOwnerWants) {
+    stand = MuziekStand{.beat = 0, .sterkte = 0.8};
+    centrale->toonZwart(std::nullopt);
+    tik();
+    centrale->flitsDeel = 0.25;
+    stand->beat = 1;
+    tik();
+    EXPECT_EQ(centrale->zwart()[0].flits->animation("beat")->data().values[0], 0.25);
+    klok.advance(1.0);
+    centrale->flitsDeel = 0.0;
+    centrale->zwart()[0].flits->removeAnimation("beat");
+    stand->beat = 2;
+    tik();
+    EXPECT_FALSE(flitst());
+}
+
 TEST_F(CentraleMuziek, OverASceneTheFlashIsThereTooOnEveryDisplay) {
     stand = MuziekStand{.beat = 0, .sterkte = 0.8, .level = 1.0};
     centrale->toonZwart(DrieSoort::kubus);

@@ -166,6 +166,121 @@ TEST_F(CentraleRegen, ASaverOrLockHidesTheRainAndItReturns) {
     EXPECT_EQ(centrale->regen()[0].venster->alpha(), 1.0);
 }
 
+TEST_F(CentraleRegen, AnotherDensityFadesFromTheOldRainIntoTheNewInAThirdOfASecond) {
+    centrale->toonRegen();
+    wachtFade();
+    centrale->snelheid = 2.0;
+    centrale->pasRegenAan();
+    const auto oud = centrale->regen()[0].regen->laag();
+    centrale->dichtheid = 1.0;
+    centrale->pasRegenAan();
+    const auto nieuw = centrale->regen()[0].regen->laag();
+    const auto& boom = *centrale->regen()[0].venster->contentView()->layer();
+    ASSERT_EQ(boom.sublayers().size(), 2U);
+    EXPECT_NE(nieuw, oud);
+    const double nu = klok.now();
+    // Whatever its speed.
+    for (const double deel : {0.0, 0.25, 0.5, 0.75}) {
+        EXPECT_NEAR(getoond(*oud, nu + deel / 3.0), 1.0 - deel, 1e-6);
+        EXPECT_NEAR(getoond(*nieuw, nu + deel / 3.0), deel, 1e-6);
+    }
+    // Its drops do not wait to begin.
+    EXPECT_GT(nieuw->localTime(nu), nu + 2.2);
+    klok.advance(0.34);
+    ASSERT_EQ(boom.sublayers().size(), 1U);
+    EXPECT_EQ(boom.sublayers()[0], nieuw);
+    EXPECT_EQ(getoond(*nieuw, klok.now()), 1.0);
+    EXPECT_FALSE(centrale->regen()[0].oud);
+    centrale->sluitRegen();
+    klok.advance(1.0);
+    EXPECT_EQ(klok.timerCount(), 0U);
+}
+
+TEST_F(CentraleRegen, WhatChangesDuringTheFadeIsTakenUpAfterIt) {
+    centrale->toonRegen();
+    centrale->dichtheid = 0.2;
+    centrale->pasRegenAan();
+    const auto* tweede = centrale->regen()[0].regen.get();
+    for (const double dichtheid : {0.3, 0.4, 0.5}) {
+        centrale->dichtheid = dichtheid;
+        centrale->pasRegenAan();
+    }
+    EXPECT_EQ(centrale->regen()[0].regen.get(), tweede);
+    klok.advance(0.34);
+    EXPECT_NE(centrale->regen()[0].regen.get(), tweede);
+    EXPECT_EQ(centrale->regen()[0].dichtheid, 0.5);
+    // Closing in the midst of a fade leaves nothing running.
+    centrale->sluitRegen();
+    klok.advance(1.0);
+    EXPECT_EQ(klok.timerCount(), 0U);
+}
+
+TEST_F(CentraleRegen, AnotherSpeedDoesNotMakeTheRainAnew) {
+    centrale->toonRegen();
+    const auto* regen = centrale->regen()[1].regen.get();
+    const std::pair<double, double> tempos[] = {{2.0, 2.0}, {0.5, 0.5}, {0.1, 0.2}, {1.0, 1.0}};
+    for (const auto& [snelheid, tempo] : tempos) {
+        centrale->snelheid = snelheid;
+        centrale->pasRegenAan();
+        EXPECT_EQ(centrale->regen()[1].regen.get(), regen);
+        EXPECT_NEAR(regen->laag()->time().speed, tempo, 1e-6) << snelheid;
+    }
+    EXPECT_EQ(centrale->regen()[1].venster->contentView()->layer()->sublayers().size(), 1U);
+}
+
+TEST_F(CentraleRegen, WithDensityZeroItIsOnAndSaysThatNothingFalls) {
+    centrale->dichtheid = 0.0;
+    centrale->toonRegen();
+    EXPECT_TRUE(centrale->regenAan());
+    EXPECT_EQ(centrale->regenStand().waarde(), RegenStand::leeg);
+    EXPECT_FALSE(centrale->regen()[0].venster->isVisible());
+    centrale->dichtheid = 0.7;
+    centrale->pasRegenAan();
+    EXPECT_EQ(centrale->regenStand().waarde(), RegenStand::aan);
+    EXPECT_TRUE(centrale->regen()[0].venster->isVisible());
+    wachtFade(0.35);
+    centrale->dichtheid = 0.0;
+    centrale->pasRegenAan();
+    // The old rain is seen until it has faded.
+    EXPECT_TRUE(centrale->regen()[0].venster->isVisible());
+    wachtFade(0.35);
+    EXPECT_EQ(centrale->regenStand().waarde(), RegenStand::leeg);
+    EXPECT_FALSE(centrale->regen()[0].venster->isVisible());
+}
+
+// The share of a rectangle of the nth display's mask that lets the rain through.
+double openDeel(const brixtel::MatrixCentrale& centrale, std::size_t n, const QRectF& vlak) {
+    const auto& masker = centrale.regen()[n].venster->contentView()->layer()->mask();
+    if (!masker) return 1.0;
+    double open = 0.0;
+    for (const auto& stuk : masker->sublayers()) {
+        EXPECT_EQ(stuk->backgroundColor(), QColor(Qt::white));
+        const QRectF deel = stuk->frame() & vlak;
+        open += deel.width() * deel.height();
+    }
+    return open / (vlak.width() * vlak.height());
+}
+
+TEST_F(CentraleRegen, ARectangleThatIsToBeReadIsLeftFreeOnEveryDisplayThatItLiesOn) {
+    centrale->toonRegen();
+    // Across both displays.
+    centrale->laatVrij({350, 50, 100, 80});
+    EXPECT_EQ(openDeel(*centrale, 0, {350, 50, 50, 80}), 0.0);
+    EXPECT_EQ(openDeel(*centrale, 1, {0, 50, 50, 80}), 0.0);
+    EXPECT_NEAR(openDeel(*centrale, 0, {0, 0, 400, 300}), 1.0 - 50.0 * 80 / (400 * 300), 1e-9);
+    EXPECT_NEAR(openDeel(*centrale, 1, {0, 0, 320, 240}), 1.0 - 50.0 * 80 / (320 * 240), 1e-9);
+    centrale->laatVrij({10, 10, 50, 50});
+    EXPECT_EQ(openDeel(*centrale, 0, {10, 10, 50, 50}), 0.0);
+    EXPECT_FALSE(centrale->regen()[1].venster->contentView()->layer()->mask());
+    centrale->laatVrij({});
+    EXPECT_FALSE(centrale->regen()[0].venster->contentView()->layer()->mask());
+    // A rain that comes later has it too.
+    centrale->sluitRegen();
+    centrale->laatVrij({10, 10, 50, 50});
+    centrale->toonRegen();
+    EXPECT_EQ(openDeel(*centrale, 0, {10, 10, 50, 50}), 0.0);
+}
+
 TEST_F(CentraleRegen, TheRainThatComesUpUnderTheBlackScreenStaysInvisible) {
     werkruimte.doorzichtig = false;
     centrale->toonRegen();

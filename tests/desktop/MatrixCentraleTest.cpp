@@ -111,7 +111,7 @@ TEST_F(Centrale, TheBannerIsAGreenTextInAFrameOnNearlyBlack) {
 // The same words drawn at the same place: any other has other letters.
 TEST_F(Centrale, TheBannerSaysHowToGoBack) {
     centrale->toonZwart(std::nullopt);
-    const Layer& tip = *view(0).layer()->sublayers()[2];
+    const platform::Layer& tip = *view(0).layer()->sublayers()[2];
     const QFont font = Thema::font(13.0, {.vet = true});
     const auto beeldVan = [&](const QString& tekst) {
         const double breed = Thema::breedte(tekst, {.font = font}) + 28.0;
@@ -425,7 +425,7 @@ TEST_F(Centrale, WithoutOpenGlItRainsInTheScenesPlace) {
     EXPECT_TRUE(centrale->zwart()[1].drie);
 }
 
-// The one who unlocks needs to see where the pointer is.
+// A user who unlocks the screen must see the pointer.
 TEST_F(Centrale, ASaverOrLockOverTheBlackScreenHasThePointer) {
     centrale->toonZwart(std::nullopt);
     ASSERT_EQ(werkruimte.verborgen, 1);

@@ -8,7 +8,7 @@ using platform::RunningApplication;
 
 namespace {
 
-// What is true at the moment of a step.
+// The controller's state at one step.
 struct Stap {
     std::string wat;
     bool zwartAan, muziekKlok, cursorWeg, vorigeApp;

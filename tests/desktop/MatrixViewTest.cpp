@@ -117,6 +117,20 @@ TEST_F(MatrixViewTest, ShiftAndItsLikeAloneAreNoKeyPresses) {
     EXPECT_EQ(gesloten, 1);
 }
 
+TEST_F(MatrixViewTest, KeysForMusicAndBrightnessDoNotClose) {
+    for (const int toets :
+         {Qt::Key_VolumeUp, Qt::Key_VolumeDown, Qt::Key_VolumeMute, Qt::Key_MicMute,
+          Qt::Key_MediaPlay, Qt::Key_MediaPause, Qt::Key_MediaTogglePlayPause, Qt::Key_MediaStop,
+          Qt::Key_MediaNext, Qt::Key_MediaPrevious, Qt::Key_MonBrightnessUp,
+          Qt::Key_MonBrightnessDown, Qt::Key_KeyboardBrightnessUp}) {
+        druk(toets);
+        EXPECT_EQ(gesloten, 0) << std::hex << toets;
+    }
+    // A program's key is an ordinary one.
+    druk(Qt::Key_LaunchMail);
+    EXPECT_EQ(gesloten, 1);
+}
+
 TEST_F(MatrixViewTest, InputIsNotPassedOn) {
     struct Ouder : platform::View {
         using View::View;

@@ -107,7 +107,7 @@ class OnderDeRegen : public testing::Test {
 
 // --- what comes through ---
 
-// What was done with the mouse: the event, the button of it, and where.
+// One mouse action: the event, its button, and its place.
 using Daad = std::tuple<int, int, int, int>;
 
 // A program's window that keeps what is done to it.
@@ -265,7 +265,7 @@ TEST_F(DoorDeRegen, ADragComesInOrderAndComplete) {
 
 // --- what is damaged ---
 
-// What the server says is damaged of a window: every rectangle as it was drawn.
+// The server's damage reports of a window: every rectangle as drawn.
 class Schade {
   public:
     explicit Schade(xcb_window_t venster) {
@@ -324,7 +324,7 @@ class Kijker : public platform::View {
         frame_.grid = {.scale = 1.0, .size = maat};
     }
 
-    // What differs between the last frame and the one before.
+    // The difference between the last two frames.
     std::vector<QRect> anders;
     int gebouwd = 0;
 
@@ -417,7 +417,7 @@ TEST_F(SchadeVanDeRegen, IsInEveryFrameWhatTheChangedCellsCoverAndNoMore) {
         som += oppervlak(samen(kijker->anders));
     }
     isGeheel(alles);
-    // Of no two columns at once.
+    // No rectangle spans two columns.
     for (const QRect& rechthoek : alles)
         EXPECT_LE(rechthoek.width(), breed);
     EXPECT_LT(som / kBeelden, 0.25 * venster.width() * venster.height());

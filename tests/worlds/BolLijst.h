@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a globe is given to show, and what it makes of it.
+// The lines given to a globe, and the nodes that it makes of them.
 #pragma once
 
 #include <vector>
@@ -28,7 +28,7 @@ inline brixtel::LandKaart noordland() {
     return brixtel::LandKaart(beeld);
 }
 
-// Of each line its arc, its dot, its light and its label.
+// Each line has an arc, a dot, a light and a label.
 inline const platform::Node& deel(const brixtel::DrieWereld& w, std::size_t lijn,
                                   std::size_t welk) {
     return *w.lijnenNode()->children().at(4 * lijn + welk);

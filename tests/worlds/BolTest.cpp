@@ -94,7 +94,7 @@ class BolTest : public steun::WereldOpstelling {
                 {{"L" + std::to_string(i), -40.0 + 2.0 * i, 10.0 * i - 120.0}, {"Proef"}, 100 - i});
         return alle;
     }
-    // Of each line its arc, its dot, its light and its label.
+    // Each line has an arc, a dot, a light and a label.
     static const Node& arc(const DrieWereld& w, std::size_t i) { return deel(w, 4 * i); }
     static const Node& stip(const DrieWereld& w, std::size_t i) { return deel(w, 4 * i + 1); }
     static const Node& licht(const DrieWereld& w, std::size_t i) { return deel(w, 4 * i + 2); }

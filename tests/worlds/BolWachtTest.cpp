@@ -94,8 +94,8 @@ TEST_F(BolWachtTest, WithoutATableThereAreNoLinesAndHomeIsTheNetherlands) {
 
 // --- when nobody looks ---
 
-// What is measured meanwhile would show in the number of starts when the next
-// that asks gets its measurement at once.
+// A measurement in between would show in the number of starts, since the next subscriber
+// gets its measurement at once.
 TEST_F(BolWachtTest, AHiddenGlobeStopsTheWatcher) {
     maakWacht();
     const auto bol = maakBol(false);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the scenes are made of.
+// The geometry and materials that the scenes share.
 #include <cmath>
 #include <glm/geometric.hpp>
 

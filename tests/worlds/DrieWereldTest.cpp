@@ -245,7 +245,7 @@ TEST_F(DrieWereldTest, AStillIsTakenAfterThreeSmallWarmUps) {
     }
 }
 
-// What there is to draw at a time, as far as it moves.
+// The moving part of the draw list at a time.
 struct Stand {
     std::vector<platform::DrawInstance> instanties;
     std::vector<glm::mat4> vervormingen;

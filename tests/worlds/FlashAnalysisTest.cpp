@@ -40,7 +40,7 @@ TEST(FlashAnalysisTest, ASmallChangeIsNone) {
 }
 
 TEST(FlashAnalysisTest, ASmallPlaceIsNone) {
-    // Of a field of 16 by 9, less than a quarter and more.
+    // The fields are 16 by 9: less than a quarter flashes, and then more.
     EXPECT_EQ(flashing(5, Qt::white, Qt::black, {16, 9, 7, 5}).generalFlashes(), 0);
     EXPECT_EQ(flashing(5, Qt::white, Qt::black, {16, 9, 8, 5}).generalFlashes(), 5);
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The worlds as they are seen.
+#include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "platform/render/SceneSnapshot.h"
 #include "tests/support/Pictures.h"
@@ -40,6 +42,17 @@ int felste(const QImage& beeld, const QRect& vak) {
         for (int x = vak.left(); x <= vak.right(); ++x)
             meeste = std::max(meeste, qGreen(beeld.pixel(x, y)));
     return meeste;
+}
+
+// The brightest green of a column of the rectangle, that three quarters of the columns
+// do not exceed: what hides a few columns does not count.
+int felsteKolommen(const QImage& beeld, const QRect& vak) {
+    std::vector<int> kolommen;
+    for (int x = vak.left(); x <= vak.right(); ++x)
+        kolommen.push_back(felste(beeld, {x, vak.top(), 1, vak.height()}));
+    const auto plaats = kolommen.begin() + static_cast<std::ptrdiff_t>(kolommen.size() * 3 / 4);
+    std::nth_element(kolommen.begin(), plaats, kolommen.end());
+    return *plaats;
 }
 
 double gemiddeld(const QImage& beeld) {
@@ -125,7 +138,8 @@ TEST_F(PlaatjeTest, TheTunnelDissolvesIntoBlackFarAway) {
 TEST_F(PlaatjeTest, TheLogosMirrorImageIsDimmerThanTheLogo) {
     const QImage beeld = neem(*maak(DrieSoort::logo), 6.0, {320, 180});
     const int woord = felste(beeld, {80, 60, 160, 36});
-    const int spiegel = felste(beeld, {80, 118, 160, 40});
+    // A digit of the ring may pass before it.
+    const int spiegel = felsteKolommen(beeld, {80, 118, 160, 40});
     EXPECT_GT(woord, 240);
     // In linear light a fifth of it at most, which is 0.5 encoded.
     EXPECT_GT(spiegel, 60);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What each scene is about, in pictures of every shape.
+// The subject of each scene, in pictures of every shape.
 #include <algorithm>
 #include <array>
 #include <cmath>

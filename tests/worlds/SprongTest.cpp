@@ -21,7 +21,7 @@ struct Ding {
     float dekking;
 };
 
-// So faint a thing may come and go.
+// An object this faint may appear and vanish.
 constexpr float kVaag = 0.05F;
 
 class SprongTest : public steun::WereldOpstelling {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a steady frame of a world takes from the heap: nothing.
+// The heap allocations of a world's steady frame: none.
 #include "tests/support/AllocationCounter.h"
 #include "tests/worlds/Opstelling.h"
 

@@ -33,7 +33,7 @@ std::vector<TunnelCijfer> cijfersVan(std::uint64_t zaad) {
 TEST(TunnelBeeld, Holds16Times14Digits) {
     const auto cijfers = cijfersVan(1);
     ASSERT_EQ(cijfers.size(), 224U);
-    // Of 19 points' width, centred in columns of 32.
+    // Digits are 19 points wide, centred in columns of 32.
     for (std::size_t i = 0; i < 224; ++i) {
         EXPECT_DOUBLE_EQ(cijfers[i].linksonder.x(), 6.5 + 32.0 * static_cast<double>(i / 14));
         EXPECT_DOUBLE_EQ(cijfers[i].linksonder.y(), 36.57 * static_cast<double>(i % 14) + 4.0);
@@ -190,12 +190,12 @@ TEST_F(TunnelTest, TheWallScrollsSteadilyAtAnyFrameRate) {
 }
 
 TEST_F(TunnelTest, TheWallStreamsTowardsTheCamera) {
-    // What is at texture height 3.5 is there half a second later too, but nearer.
+    // The point at texture height 3.5 is still there half a second later, but nearer.
     const auto waar = [&] {
         const auto& data = buis->geometry()->mesh()->data();
         const glm::dmat4 verloop = buis->geometry()->material()->contentsTransform();
         const glm::dmat4 plaats = buis->worldTransform();
-        // Of the wall's two ends, where v is 0 and 1.
+        // The wall's two ends, where v is 0 and 1.
         double z0 = 0.0, z1 = 0.0;
         for (std::size_t i = 0; i < data.positions.size(); ++i) {
             if (data.normals[i].y != 0.0F) continue;

@@ -13,16 +13,16 @@ namespace {
 constexpr double kEersteGeduld = 1.0;    // seconds
 constexpr double kLangsteGeduld = 10.0;  // seconds
 constexpr double kGeloof = 1.0;          // seconds
-// A device that plays nothing any more stops sending.
+// A device that stops playing stops sending samples.
 constexpr double kVerstomd = 0.5;  // seconds
 }  // namespace
 
-// What the recorder's thread hears and the main thread asks.
+// The sound as the recorder's thread hears it, for the main thread to read.
 struct MuziekLuisteraar::Gehoor {
     std::mutex slot;
     std::optional<SlagZoeker> zoeker;  // none while nothing has been heard
     double tempo = 0;                  // samples a second
-    int slagen = 0;                    // of searchers that went before
+    int slagen = 0;                    // of earlier searchers
     double laatst = 0;                 // the clock's time at the last samples
 
     void hoor(std::span<const float> monsters, double nieuwTempo, double nu) {
@@ -75,7 +75,7 @@ void MuziekLuisteraar::verloren() {
     gehoor_->vergeet();
     kwijt_ = true;
     const double wacht = std::exchange(geduld_, std::min(2 * geduld_, kLangsteGeduld));
-    // The recorder is calling, so it goes a little later.
+    // The recorder is the caller here, so a timer destroys it later.
     opnieuw_ = platform::Timer(klok_, {.interval = wacht}, [this] { begin(); });
 }
 

@@ -10,11 +10,11 @@
 
 namespace brixtel {
 
-// Listens to what the machine plays, while asked to, and tells the beats and the
-// loudness. Where there is no sound server, or it goes, there is nothing to tell,
-// and it is looked for again, at first soon and then every ten seconds. While
-// nobody listens there is no connection, no thread and no timer. Main thread; the
-// clock must outlive it, and its now() must be for any thread to call.
+// Listens to the machine's sound output while asked to, and reports beats and loudness.
+// Where the sound server is absent or goes away there is nothing to report; the listener
+// tries again at first soon and then every ten seconds. While nobody listens there is no
+// connection, no thread and no timer. Main thread; the clock must outlive it, and any
+// thread must be able to call the clock's now().
 class MuziekLuisteraar {
   public:
     explicit MuziekLuisteraar(platform::MediaClock& klok,
@@ -26,12 +26,12 @@ class MuziekLuisteraar {
     void luister(bool aan);
     [[nodiscard]] bool luistert() const { return luistert_; }
 
-    // None until something has been heard from the server that is there now. The
-    // number of the beat goes on counting as long as the listener lives.
+    // The state of the music; none until the present server has sent sound. Beat numbers go
+    // on counting for the listener's whole life.
     [[nodiscard]] std::optional<MuziekStand> stand() const;
 
-    // Whether the last attempts, while it listens, found no sound server. One that
-    // is reached is believed after a second.
+    // Whether the listener listens and its last attempts found no sound server. A server
+    // counts as found one second after it was reached.
     [[nodiscard]] bool isZonderServer() const;
 
   private:

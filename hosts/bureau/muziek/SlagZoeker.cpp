@@ -13,18 +13,18 @@ namespace brixtel {
 
 namespace {
 
-constexpr double kBeeld = 0.023;        // seconds of a frame, at least half of it
+constexpr double kBeeld = 0.023;        // seconds of a frame, as a minimum
 constexpr double kStilAanBegin = 0.25;  // seconds
-constexpr double kRust = 0.2;           // seconds between two beats, at least
+constexpr double kRust = 0.2;           // seconds between two beats, as a minimum
 constexpr double kLaagste = 30.0;       // Hz
 constexpr double kHoogste = 16'000.0;   // Hz
 constexpr double kBand = 1.26;          // a third of an octave
-constexpr double kBas = 200.0;          // Hz; below it a drum lives, in few bands
+constexpr double kBas = 200.0;          // Hz; drums lie below it, in few bands
 constexpr double kBasGewicht = 2.0;
 constexpr double kGevoel = 1e4;         // a band is heard from −80 dB of full scale
-constexpr double kMinstens = 0.12;      // of flux above the usual
-constexpr double kSpreidingen = 6.0;    // mean deviations above the usual
-constexpr double kKleinstePiek = 0.5;   // what a beat of full strength has at least
+constexpr double kMinstens = 0.12;      // of flux above the recent mean
+constexpr double kSpreidingen = 6.0;    // mean deviations above the recent mean
+constexpr double kKleinstePiek = 0.5;   // the least peak that strengths are relative to
 constexpr double kPiekHalvering = 8.0;  // seconds
 constexpr double kUitsterven = 0.12;    // seconds, of the loudness
 
@@ -141,8 +141,8 @@ void SlagZoeker::beeld() {
     oordeel();
 }
 
-// Against frames that share no sound with this one: what sets in across two
-// frames would else be two halves.
+// Compares the frame with frames that share no samples with it. A frame that overlaps would
+// split one onset into two halves.
 double SlagZoeker::flux() {
     const auto& [nu, half, vorig, eerder] = spectrum_->laatste4;
     double som = 0;
@@ -151,7 +151,8 @@ double SlagZoeker::flux() {
     return som / spectrum_->gewichten;
 }
 
-// Whether the frame before this one was a beat: only now is it seen to be a peak.
+// Judges whether the previous frame was a beat. A peak is known only from the frame after
+// it.
 void SlagZoeker::oordeel() {
     const double stap = static_cast<double>(venster_.size() / 2) / monstersPerSeconde_;
     piek_ *= std::exp2(-stap / kPiekHalvering);

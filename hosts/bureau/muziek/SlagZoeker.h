@@ -9,20 +9,19 @@
 
 namespace brixtel {
 
-// A beat: where something sets in.
+// A beat: the onset of a sound.
 struct Slag {
     std::int64_t plaats = 0;  // in samples since the start
-    double sterkte = 0;       // 0...1, against the strongest of the last seconds
+    double sterkte = 0;       // 0...1, relative to the strongest of the last seconds
 };
 
-// Finds the beats in sound as it comes, and how loud it is. Sound is cut into
-// frames that overlap by half; what every band of a frame's spectrum has more
-// than in the frames that ended before it, on a logarithmic scale, is its flux,
-// and a peak of the flux well above what is usual of late is a beat. It is known
-// one frame after it sounded, some 25 ms.
+// Finds the beats and the loudness of incoming sound. Sound is cut into frames that overlap
+// by half. A frame's flux is the sum over its bands of the rise, on a logarithmic scale,
+// above the earlier frames that share no samples with it. A peak of the flux well above its
+// recent mean is a beat, known one frame later, some 25 ms.
 //
-// What already sounds at the start is no beat. Knows no clock, and allocates
-// nothing once made. One thread at a time.
+// Sound that already plays at the start is no beat. Has no clock, and allocates nothing
+// once made. One thread at a time.
 class SlagZoeker {
   public:
     // Samples a second, 8,000...192,000.
@@ -31,17 +30,17 @@ class SlagZoeker {
     SlagZoeker(const SlagZoeker&) = delete;
     SlagZoeker& operator=(const SlagZoeker&) = delete;
 
-    // The next samples, −1...1, one channel. What is no number counts as silence.
+    // Takes the next samples, −1...1, one channel. A NaN counts as silence.
     void voeg(std::span<const float> monsters);
 
     [[nodiscard]] int aantal() const { return aantal_; }
     [[nodiscard]] const Slag& laatste() const { return laatste_; }
 
-    // Loudness, 0...1: 1 is a sine of full scale. Follows a rise at once and falls
-    // off within half a second.
+    // Loudness, 0...1: 1 is a full-scale sine. Rises at once and falls within half a
+    // second.
     [[nodiscard]] double level() const;
 
-    // How many samples have come.
+    // The number of samples taken so far.
     [[nodiscard]] std::int64_t monsters() const { return monsters_; }
 
   private:
@@ -50,7 +49,7 @@ class SlagZoeker {
     [[nodiscard]] double flux();
     void oordeel();
 
-    static constexpr std::size_t kTerugblik = 128;  // frames: some one and a half seconds
+    static constexpr std::size_t kTerugblik = 128;  // frames, some 1.5 seconds
 
     const double monstersPerSeconde_;
     std::unique_ptr<Spectrum> spectrum_;
@@ -61,7 +60,7 @@ class SlagZoeker {
     std::array<double, kTerugblik> fluxen_{};  // a ring
     std::int64_t beelden_ = 0;
     std::int64_t wacht_ = 0;  // no beat before this frame
-    double piek_ = 0;         // of the flux, of late
+    double piek_ = 0;         // the recent maximum of the flux
     double vermogen_ = 0;     // mean square
     int aantal_ = 0;
     Slag laatste_;

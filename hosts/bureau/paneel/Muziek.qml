@@ -2,7 +2,7 @@
 import QtQuick
 import Brixtel.Controls
 
-// What is heard.
+// The meter of the music's loudness and beats.
 Column {
     property var paneel
     spacing: 8
@@ -10,6 +10,14 @@ Column {
     BXUitleg {
         width: parent.width
         tekst: "Het zwarte scherm beweegt op de maat van wat er klinkt. Zonder microfoon, en er wordt niets bewaard."
+    }
+    BXUitleg { width: parent.width; tekst: "Flits op de maat" }
+    BXKeuze {
+        width: parent.width
+        opties: paneel.flitsen
+        keuze: paneel.flits
+        onGewisseld: (nu) => paneel.flits = nu
+        Accessible.name: "Flits op de maat"
     }
     Item {
         id: regel
@@ -32,7 +40,7 @@ Column {
             anchors.verticalCenter: parent.verticalCenter
             width: implicitWidth
             height: 11
-            // Four points to the bar, up to what stands at the right.
+            // Each bar takes four points; the row ends before the text at the right.
             aantal: Math.max(4, Math.floor((maat.x - 10 - x) / 4))
             gevuld: Math.round(paneel.niveau * aantal)
             Accessible.role: Accessible.ProgressBar

@@ -8,6 +8,9 @@ Rectangle {
 
     property var paneel
     readonly property real rand: 12
+    // Lines longer than this are hard to read: a wide window has room at both sides.
+    readonly property real breed: Math.min(width - 2 * rand, 560)
+    readonly property real kant: Math.round((width - breed) / 2)
     // Where the picture stands in the window; empty where there is no room for it.
     readonly property rect plek: beeld.visible ? Qt.rect(beeld.x + 1, beeld.y + 1, beeld.width - 2, beeld.height - 2) : Qt.rect(0, 0, 0, 0)
 
@@ -43,23 +46,23 @@ Rectangle {
 
     BXVlak {
         id: beeld
-        x: blad.rand
+        x: blad.kant
         y: blad.rand
-        width: blad.width - 2 * blad.rand
+        width: blad.breed
         height: Math.round(Math.min(width * 9 / 16, blad.height * 0.26))
         visible: blad.paneel.voorbeeld && height >= 90
         rand: BX.bxDonker
     }
     BXVinkStijl {
         id: vink
-        x: blad.rand
+        x: blad.kant
         y: beeld.visible ? beeld.y + beeld.height + 8 : blad.rand
-        width: blad.width - 2 * blad.rand
+        width: blad.breed
         label: "Voorbeeld van het zwarte scherm"
         aan: blad.paneel.voorbeeld
         onGewisseld: (nu) => blad.paneel.voorbeeld = nu
     }
-    BXLijn { id: streep; x: blad.rand; y: vink.y + vink.height + 8; width: blad.width - 2 * blad.rand }
+    BXLijn { id: streep; x: blad.kant; y: vink.y + vink.height + 8; width: blad.breed }
 
     Flickable {
         id: rol
@@ -72,9 +75,9 @@ Rectangle {
 
         Column {
             id: rijen
-            x: blad.rand
+            x: blad.kant
             y: 6
-            width: rol.width - 2 * blad.rand
+            width: blad.breed
             spacing: 4
 
             BXRij {
@@ -129,11 +132,22 @@ Rectangle {
                 onWissel: open = !open
                 Saver { width: parent.width; paneel: blad.paneel }
             }
+            BXRij {
+                width: parent.width
+                titel: "Brixtel"
+                status: blad.paneel.autostart ? "start mee" : ""
+                aan: true
+                schakelbaar: false
+                open: false
+                onWissel: open = !open
+                Algemeen { width: parent.width; paneel: blad.paneel }
+            }
             BXMelding {
                 objectName: "saverMelding"
                 width: parent.width
                 visible: blad.paneel.saverOntbreekt
-                // The notice may lie below the visible part when the button is pressed.
+                // The notice may lie below the visible part when the user presses the
+                // button.
                 onVisibleChanged: if (visible) { rijen.forceLayout(); blad.toon(this); }
                 tekst: "De instellingen van de schermbeveiliging zijn niet te openen: brixtel-saver ontbreekt of werkt niet."
             }

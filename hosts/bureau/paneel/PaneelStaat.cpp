@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/bureau/paneel/PaneelStaat.h"
+#include "hosts/bureau/Autostart.h"
 
+#include <QCoreApplication>
 #include <cmath>
 #include <utility>
 
@@ -13,8 +15,8 @@ namespace {
 
 constexpr double kLuisterTijd = 0.05;  // seconds
 constexpr double kLampDuur = 0.15;     // seconds that a beat lights the lamp
-constexpr double kTeLaat = 0.5;        // seconds: an old beat is none
-constexpr double kStappen = 50.0;      // of the meter, so that it stands still in silence
+constexpr double kTeLaat = 0.5;        // seconds, after which a beat lights nothing
+constexpr double kStappen = 50.0;      // of the meter; equal steps draw nothing
 
 QString metHoofdletter(QString tekst) {
     if (!tekst.isEmpty()) tekst[0] = tekst[0].toUpper();
@@ -50,6 +52,8 @@ QString PaneelStaat::regenStatus() const {
         case RegenStand::geenCompositor:
         case RegenStand::schermbeveiliging:
             return QStringLiteral("wacht");
+        case RegenStand::leeg:
+            return QStringLiteral("leeg");
         case RegenStand::geenBovenlaag:
         case RegenStand::geenDoorklik:
             return QStringLiteral("kan niet");
@@ -96,9 +100,9 @@ QVariantList PaneelStaat::saverKeuzes() const {
     return lijst;
 }
 
-// --- what the user wishes ---
+// --- the user's wishes ---
 
-// Told in any case: what was wished may not have come about.
+// Signals the change in any case, since the owner may refuse the wish.
 void PaneelStaat::zetRegen(bool aan) {
     aan ? bureau_.toonRegen() : bureau_.sluitRegen();
     Q_EMIT standChanged();
@@ -135,6 +139,28 @@ void PaneelStaat::zetVoorbeeld(bool aan) {
 
 void PaneelStaat::zetMuziek(bool aan) {
     kies(&BureauKeuzes::muziek, aan);
+}
+
+QVariantList PaneelStaat::flitsen() const {
+    QVariantList lijst;
+    lijst << optie(ruweWaarde(Flits::gewoon), QStringLiteral("Gewoon"))
+          << optie(ruweWaarde(Flits::zacht), QStringLiteral("Zacht"))
+          << optie(ruweWaarde(Flits::uit), QStringLiteral("Uit"));
+    return lijst;
+}
+
+void PaneelStaat::zetFlits(const QString& flits) {
+    if (const auto gekozen = flitsUitRuw(flits)) kies(&BureauKeuzes::flits, *gekozen);
+}
+
+bool PaneelStaat::autostart() const {
+    return Autostart::isAan();
+}
+
+// Told in any case: what cannot be written has not come about.
+void PaneelStaat::zetAutostart(bool aan) {
+    (void)Autostart::zet(aan, QCoreApplication::applicationFilePath());
+    Q_EMIT autostartChanged();
 }
 
 void PaneelStaat::zetSaver(const QString& keuze) {
@@ -189,7 +215,8 @@ void PaneelStaat::luister() {
         nu.zonder = bureau_.muziek().isZonderServer();
         if (gehoord) {
             nu.niveau = std::round(gehoord->level * kStappen) / kStappen;
-            // From when it is first seen, so that one that comes late shows too.
+            // A beat lights the lamp from when it is first seen, so that a late beat shows
+            // too.
             if (gehoord->beat != beat_ && gehoord->vertraging < kTeLaat)
                 lampTot_ = klok_.now() + kLampDuur;
             beat_ = gehoord->beat;

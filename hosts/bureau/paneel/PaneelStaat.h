@@ -10,11 +10,10 @@
 
 namespace brixtel {
 
-// What the panel shows and what its user wishes, between the owner and QML. Every
-// wish is the owner's to fulfil; what the panel shows is what then is so. While it
-// is watched and the music is to be followed, it listens along and looks twenty
-// times a second; else it does nothing by itself. Main thread; owner and clock must
-// outlive it.
+// The panel's state and its user's wishes, between the owner and QML. The owner carries out
+// each wish, and the panel shows the state that results. While the panel is watched and the
+// music is to be followed, the state listens along and polls twenty times a second;
+// otherwise it runs no timer. Main thread; owner and clock must outlive it.
 class PaneelStaat : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool regen READ regen WRITE zetRegen NOTIFY standChanged)
@@ -31,6 +30,9 @@ class PaneelStaat : public QObject {
     Q_PROPERTY(QVariantList soorten READ soorten CONSTANT)
     Q_PROPERTY(bool voorbeeld READ voorbeeld WRITE zetVoorbeeld NOTIFY standChanged)
     Q_PROPERTY(bool muziek READ muziek WRITE zetMuziek NOTIFY standChanged)
+    Q_PROPERTY(QString flits READ flits WRITE zetFlits NOTIFY standChanged)
+    Q_PROPERTY(QVariantList flitsen READ flitsen CONSTANT)
+    Q_PROPERTY(bool autostart READ autostart WRITE zetAutostart NOTIFY autostartChanged)
     Q_PROPERTY(double niveau READ niveau NOTIFY geluidChanged)
     Q_PROPERTY(bool slag READ slag NOTIFY geluidChanged)
     Q_PROPERTY(bool zonderGeluid READ zonderGeluid NOTIFY geluidChanged)
@@ -58,6 +60,10 @@ class PaneelStaat : public QObject {
     [[nodiscard]] QVariantList soorten() const;
     [[nodiscard]] bool voorbeeld() const { return stand().keuzes.voorbeeld; }
     [[nodiscard]] bool muziek() const { return stand().keuzes.muziek; }
+    [[nodiscard]] QString flits() const { return ruweWaarde(stand().keuzes.flits); }
+    [[nodiscard]] QVariantList flitsen() const;
+    // Whether the session starts the program.
+    [[nodiscard]] bool autostart() const;
     [[nodiscard]] double niveau() const { return geluid_.niveau; }
     [[nodiscard]] bool slag() const { return geluid_.slag; }
     [[nodiscard]] bool zonderGeluid() const { return geluid_.zonder; }
@@ -74,21 +80,26 @@ class PaneelStaat : public QObject {
     void zetSoort(const QString& soort);
     void zetVoorbeeld(bool aan);
     void zetMuziek(bool aan);
+    void zetFlits(const QString& flits);
+    void zetAutostart(bool aan);
     void zetSaver(const QString& keuze);
+
+    // Every choice of the effects is as it was at first.
+    Q_INVOKABLE void zetStandaard() { bureau_.zetKeuzes({}); }
 
     // The user wants the saver's own sheet.
     Q_INVOKABLE void toonSaverBlad() { Q_EMIT saverBladGevraagd(); }
-    // The user wants the panel closed.
+    // Asks to close the panel.
     Q_INVOKABLE void sluit() { Q_EMIT sluiten(); }
 
-    // Whether anyone can see the panel.
+    // Says whether the panel is visible to the user.
     void zetBekeken(bool bekeken);
-    // Reads again what other programs may have stored.
+    // Reads again the settings that other programs may have stored.
     void herlees();
-    // Whether the sheet is open: as it closes it stores what was marked in it, whatever
-    // was stored meanwhile.
+    // Says whether the saver's sheet is open. On closing, the sheet stores its marked mode
+    // and overwrites any value stored meanwhile.
     void zetSaverBlad(bool open);
-    // Whether the sheet could not be shown, when it was last asked for.
+    // Says whether the last attempt to show the sheet failed.
     void zetSaverOntbreekt(bool ontbreekt);
 
     [[nodiscard]] const BureauStand& stand() const { return bureau_.stand().waarde(); }
@@ -96,6 +107,7 @@ class PaneelStaat : public QObject {
   Q_SIGNALS:
     void standChanged();
     void geluidChanged();
+    void autostartChanged();
     void saverChanged();
     void saverBladGevraagd();
     void sluiten();
@@ -104,7 +116,7 @@ class PaneelStaat : public QObject {
     struct Geluid {
         double niveau = 0;  // 0...1
         bool slag = false;
-        bool zonder = false;  // no sound server
+        bool zonder = false;  // no sound server found
         friend bool operator==(const Geluid&, const Geluid&) = default;
     };
     // Stores the choices with one changed.

@@ -8,6 +8,8 @@
 #include <QScreen>
 
 #include "controls/BX.h"
+#include "platform/window/ScreenSpace.h"
+#include "platform/window/WindowSystem.h"
 #include "platform/window/systems/DialogFrame.h"
 
 namespace brixtel {
@@ -15,10 +17,10 @@ namespace brixtel {
 namespace {
 constexpr QSize kMaat(400, 640);
 constexpr QSize kKleinste(300, 240);
-// What a frame around it may take of the screen.
+// The window manager's frame takes at most this much of the screen, in points.
 constexpr QSize kRand(8, 40);
 
-// Beside this program, or in the PATH.
+// The saver program beside this program, else in the PATH.
 QString saverProgramma() {
     const QString naam = QStringLiteral("brixtel-saver");
     const QString ernaast = QCoreApplication::applicationDirPath() + u'/' + naam;
@@ -31,7 +33,7 @@ PaneelVenster::PaneelVenster(const PaneelBronnen& bronnen)
     : bronnen_(bronnen),
       voorbeeld_(bronnen.server, bronnen.toeval),
       saverBlad_(saverProgramma(), bronnen.bus, InstellingenProces::Einde::Blijft) {
-    // The environment may say otherwise; once for the process.
+    // The environment may choose another backend. The choice holds for the process.
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND") &&
         QQuickWindow::sceneGraphBackend().isEmpty())
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
@@ -44,13 +46,13 @@ PaneelVenster::~PaneelVenster() {
 void PaneelVenster::toon() {
     const bool stondEr = view_ && view_->isVisible();
     if (!view_) maak();
-    // Not show(), which would make one that fills the screen small.
+    // show() would make a full-screen window small.
     if (view_->windowStates().testFlag(Qt::WindowMinimized))
         view_->setWindowStates(view_->windowStates() & ~Qt::WindowMinimized);
     view_->setVisible(true);
     view_->raise();
     view_->requestActivate();
-    // On another desktop it would stay.
+    // A window on another virtual desktop would stay there.
     if (stondEr) bronnen_.bureau.activeer(static_cast<std::uint32_t>(view_->winId()));
 }
 
@@ -79,19 +81,25 @@ bool PaneelVenster::eventFilter(QObject* wat, QEvent* event) {
     switch (event->type()) {
         case QEvent::Expose:
             staat_->zetBekeken(view_->isExposed());
+            laatLezen();
             werkVoorbeeldBij();
+            break;
+        case QEvent::Move:
+        case QEvent::Resize:
+            laatLezen();
             break;
         case QEvent::FocusIn:
             staat_->herlees();
             break;
         case QEvent::Close:
-            // The picture's window goes with this one, and is being drawn in.
+            // The preview's window is a child of this one and is still being drawn.
             voorbeeld_.weg();
             break;
         case QEvent::Hide:
             staat_->zetBekeken(false);
+            bronnen_.bureau.laatVrij({});
             voorbeeld_.weg();
-            // It is in the midst of its own event.
+            // The window is handling its own event, so it goes later.
             QMetaObject::invokeMethod(this, &PaneelVenster::ruimOp, Qt::QueuedConnection);
             break;
         default:
@@ -100,8 +108,15 @@ bool PaneelVenster::eventFilter(QObject* wat, QEvent* event) {
     return QObject::eventFilter(wat, event);
 }
 
+// The desktop rain lies above every window, and this one is to be read. Where the
+// program is not told its place, nobody knows what to leave free.
+void PaneelVenster::laatLezen() {
+    const bool telt = view_->isExposed() && bronnen_.server.system().capabilities().placesWindows;
+    bronnen_.bureau.laatVrij(telt ? platform::fromQt(QRectF(view_->geometry())) : QRectF());
+}
+
 void PaneelVenster::ruimOp() {
-    // It may have been opened again meanwhile.
+    // The user may have opened the panel again meanwhile.
     if (!view_ || view_->isVisible()) return;
     voorbeeld_.weg();
     view_.reset();
@@ -115,7 +130,7 @@ void PaneelVenster::toonSaverBlad() {
                               QStringLiteral("--boven=%1").arg(platform::refOf(*view_).text)};
     staat_->zetSaverBlad(true);
     saverBlad_.toon(woorden, [this](const InstellingenProces::Afloop& afloop) {
-        // The panel may be closed, or be another by now.
+        // The panel may be closed or replaced by now.
         if (!staat_) return;
         staat_->zetSaverBlad(false);
         staat_->zetSaverOntbreekt(!afloop.goed);

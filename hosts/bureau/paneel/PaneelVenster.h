@@ -11,11 +11,10 @@
 
 namespace brixtel {
 
-// The panel's window. It exists while it is open, and so does all that it is made
-// of, but for the saver's sheet: what the user marks in that is not lost with a
-// panel that is closed, nor with the owner. Closing it leaves the owner as it is.
-// Drawn without a GPU: what stands still costs nothing, and what moves is small.
-// Main thread.
+// The panel's window. The window and its parts exist while the panel is open. The saver's
+// sheet outlives both the panel and the owner, so that its marked mode is not lost. Closing
+// the panel leaves the owner running. Drawn without a GPU: a still part costs nothing, and
+// the moving parts are small. Main thread.
 class PaneelVenster : public QObject, public BureauPaneel {
     Q_OBJECT
 
@@ -26,7 +25,7 @@ class PaneelVenster : public QObject, public BureauPaneel {
     void toon() override;
     [[nodiscard]] bool isOpen() const override { return view_ != nullptr; }
 
-    // None while it is closed.
+    // None while the panel is closed.
     [[nodiscard]] QQuickView* view() const { return view_.get(); }
     [[nodiscard]] PaneelStaat* staat() const { return staat_.get(); }
     [[nodiscard]] const Voorbeeld& voorbeeld() const { return voorbeeld_; }
@@ -36,6 +35,7 @@ class PaneelVenster : public QObject, public BureauPaneel {
 
   private:
     void maak();
+    void laatLezen();
     void ruimOp();
     void toonSaverBlad();
     Q_SLOT void werkVoorbeeldBij();

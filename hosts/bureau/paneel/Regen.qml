@@ -2,7 +2,7 @@
 import QtQuick
 import Brixtel.Controls
 
-// What falls, over the desktop and on the black screen.
+// The settings of the rain, over the desktop and on the black screen.
 Column {
     property var paneel
     spacing: 8

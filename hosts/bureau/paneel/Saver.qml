@@ -2,7 +2,7 @@
 import QtQuick
 import Brixtel.Controls
 
-// The screen saver, which is a program of its own.
+// The controls of the screen saver, which is a separate program.
 Column {
     property var paneel
     spacing: 8
@@ -12,7 +12,7 @@ Column {
         width: parent.width
         opties: paneel.saverKeuzes
         keuze: paneel.saver
-        // The open sheet will have the last word.
+        // An open sheet overwrites the stored mode when it closes.
         enabled: !paneel.saverBlad
         opacity: enabled ? 1 : 0.4
         onGewisseld: (nu) => paneel.saver = nu

@@ -39,7 +39,7 @@ void Voorbeeld::toon(QWindow& in, const QRect& plek, const Inhoud& inhoud) {
     vak_->setGeometry(plek);
     const Inhoud voor = std::exchange(inhoud_, inhoud);
     if (nieuw || inhoud.soort != voor.soort) return vul();
-    // A scene fills its window by itself, and has nothing of the rain's.
+    // A scene resizes itself; size and density concern the rain alone.
     if (!tafereel_->regen()) return;
     if (andereMaat || inhoud.dichtheid != voor.dichtheid) andereRegen_.vraag();
     if (inhoud.snelheid != voor.snelheid) zetSnelheid();
@@ -67,7 +67,7 @@ void Voorbeeld::vul() {
                                                   .bijGeenDrie = [this] { zetSnelheid(); }},
                                    DrieWereldBronnen{.klok = server_.clock(), .toeval = toeval_});
     venster_->setContentView(view);
-    // What the last content showed may go now.
+    // The previous content is dropped here.
     tafereel_ = std::move(tafereel);
     view_ = std::move(view);
     zetSnelheid();
@@ -79,7 +79,7 @@ MatrixRegenOpties Voorbeeld::regenOpties() const {
             .dichtheid = inhoud_.dichtheid};
 }
 
-// A rain made for a speed and one whose time goes by at that speed fall alike.
+// The rain changes its tempo while it falls. A rain made for that speed would fall alike.
 void Voorbeeld::zetSnelheid() {
     if (MatrixRegen* const regen = tafereel_->regen())
         regen->zetTempo(static_cast<float>(inhoud_.snelheid));

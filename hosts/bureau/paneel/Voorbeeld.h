@@ -12,9 +12,9 @@
 
 namespace brixtel {
 
-// A small, running picture of what the black screen would show, at preview
-// quality, in a window of its own within another. It exists while it is shown, and
-// lets the mouse through. Main thread; server and source must outlive it.
+// A small running picture of the black screen's content, at preview quality, in a window of
+// its own inside another window. The picture exists while it is shown, and passes the mouse
+// through. Main thread; server and source must outlive it.
 class Voorbeeld {
   public:
     struct Inhoud {
@@ -29,9 +29,10 @@ class Voorbeeld {
     Voorbeeld(const Voorbeeld&) = delete;
     Voorbeeld& operator=(const Voorbeeld&) = delete;
 
-    // At that place in the window, in points from its upper left. An empty place
-    // shows nothing. Only another kind is another picture: the rain takes its speed
-    // as it falls and is made anew, but seldom, for its density; a scene has neither.
+    // Shows the content at `plek` in the window, in points from the upper left corner. An
+    // empty place shows nothing. Only another kind makes a new picture. The rain takes a
+    // new speed while it falls, and is made anew for a new density at most every 0.15 s. A
+    // scene has neither.
     void toon(QWindow& in, const QRect& plek, const Inhoud& inhoud);
     void weg();
 

@@ -2,7 +2,7 @@
 import QtQuick
 import Brixtel.Controls
 
-// Which scene the black screen shows.
+// The choice of the black screen's scene.
 Column {
     property var paneel
     spacing: 8

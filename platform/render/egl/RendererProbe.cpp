@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/render/egl/RendererProbe.h"
 
+#include <QDir>
 #include <algorithm>
 
 #include "platform/render/egl/Egl.h"
@@ -8,8 +9,27 @@
 
 namespace platform {
 
+namespace {
+
+// Whether the kernel offers any GPU, whoever makes its driver.
+bool hasDevice() {
+    if (!QDir(QStringLiteral("/dev/dri"))
+             .entryList({QStringLiteral("renderD*"), QStringLiteral("card*")}, QDir::System)
+             .isEmpty())
+        return true;
+    const QDir devices(QStringLiteral("/dev"));
+    return !devices
+                .entryList({QStringLiteral("nvidia[0-9]*"), QStringLiteral("dxg"),
+                            QStringLiteral("mali*"), QStringLiteral("kgsl*")},
+                           QDir::System)
+                .isEmpty();
+}
+
+}  // namespace
+
 RendererKind judgeRenderer(const RendererSigns& signs) {
     if (signs.forced) return {.name = "software (by the environment)", .software = true};
+    if (!signs.node) return {.name = "software (no GPU)", .software = true};
     if (!signs.egl) return {.name = "none (no EGL)", .software = true};
     if (signs.server && !signs.sharesGpu)
         return {.name = "software (the display shares no GPU)", .software = true};
@@ -21,9 +41,11 @@ RendererKind judgeRenderer(const RendererSigns& signs) {
 RendererKind probeRenderer(const std::function<bool()>& sharesGpu) {
     RendererSigns signs;
     signs.forced = isSoftwareForced();
+    signs.node = hasDevice();
+    if (const RendererKind kind = judgeRenderer(signs); kind.software) return kind;
     signs.server = sharesGpu != nullptr;
-    if (signs.server && !signs.forced) signs.sharesGpu = sharesGpu();
-    RendererKind kind = judgeRenderer(signs);
+    if (signs.server) signs.sharesGpu = sharesGpu();
+    const RendererKind kind = judgeRenderer(signs);
     if (kind.software) return kind;
     signs.egl = EglDisplay::clientOffers("EGL_EXT_platform_base");
     const auto devices = eglDevices();

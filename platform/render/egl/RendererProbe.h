@@ -16,7 +16,8 @@ struct RendererKind {
 // has drawn anything, and whoever finds it will rather draw without OpenGL.
 //
 // Software is certain after one of these tests, in this order of rising cost:
-//  1. The environment asks for it, or there is no EGL at all.
+//  1. The environment asks for it, the machine has no device of a GPU, or there is
+//     no EGL at all.
 //  2. The window system shares no GPU with programs, as it says itself. One round
 //     trip.
 //  3. EGL lists devices, and all of them are software: no graphics device is
@@ -32,6 +33,7 @@ struct RendererKind {
 // The probe's findings as plain values, so that tests reach the judgement.
 struct RendererSigns {
     bool forced = false;      // the environment wants software
+    bool node = true;         // a GPU's device is there
     bool egl = true;          // there is EGL
     bool server = false;      // a window system was asked
     bool sharesGpu = false;   // it shares a GPU with programs

@@ -7,7 +7,6 @@
 #include <glm/gtc/type_ptr.hpp>
 
 #include "composite.frag.h"
-#include "platform/render/cpu/SceneDeveloper.h"
 #include "platform/render/egl/Egl.h"
 #include "platform/render/gl/GpuTimer.h"
 #include "platform/render/gl/SceneBloom.h"
@@ -40,7 +39,7 @@ struct Composite {
     }
 };
 
-// The parts that only drawing into framebuffers needs.
+// From a scene's light to its picture.
 struct Finish {
     std::unique_ptr<SceneBloom> bloom = SceneBloom::create();
     Composite plain{""};
@@ -65,7 +64,6 @@ struct SceneRenderer::Parts {
 
     bool prepare();
     bool fit(const DrawList& list, QSize size, const SceneQuality& wanted);
-    bool fitReadable(const DrawList& list, QSize size, const SceneQuality& wanted);
     bool fitSamples(const DrawList& list, QSize size, const SceneFormat& format);
     void start(const DrawList& list, const SceneQuality& wanted);
     void drawScene(const DrawList& list, double scale, int shown);
@@ -74,20 +72,17 @@ struct SceneRenderer::Parts {
 
     Options options;
     ScenePass pass;
-    std::unique_ptr<Finish> finish;
+    Finish finish;
     SceneCanvas canvas;
     GlVertexArray noVertices = GlVertexArray::make();
     GpuTimer timer;
-    std::vector<std::uint16_t> light;           // as read from the driver
-    std::unique_ptr<SceneDeveloper> developer;  // made on first need
     SceneQuality quality;
     int drawCalls = 0;
     int maxSamples = 0;
 };
 
 bool SceneRenderer::Parts::prepare() {
-    if (!options.memoryOnly) finish = std::make_unique<Finish>();
-    if ((finish && !finish->isComplete()) || !pass.prepare()) return false;
+    if (!finish.isComplete() || !pass.prepare()) return false;
     glGetIntegerv(GL_MAX_SAMPLES, &maxSamples);
     maxSamples = std::min(maxSamples, options.maxSamples);
     return fit({}, {16, 16}, {});
@@ -118,12 +113,6 @@ bool SceneRenderer::Parts::fit(const DrawList& list, QSize size, const SceneQual
     return fitSamples(list, size, kEightBits);
 }
 
-bool SceneRenderer::Parts::fitReadable(const DrawList& list, QSize size,
-                                       const SceneQuality& wanted) {
-    start(list, wanted);
-    return fitSamples(list, size, kSixteenBits);
-}
-
 // `shown` is the height in shown pixels.
 void SceneRenderer::Parts::drawScene(const DrawList& list, double scale, int shown) {
     canvas.target();
@@ -141,7 +130,7 @@ bool SceneRenderer::Parts::drawBloom(const DrawList& list, double scale) {
     if (camera.bloomIntensity <= 0.0F || camera.bloomBlurRadius <= 0.0F) return false;
     const SceneFormat& format = canvas.options().format;
     // Light above the threshold can be faint, so bloom never uses eight bits.
-    const int calls = finish->bloom->draw(
+    const int calls = finish.bloom->draw(
         canvas.image(),
         {.threshold = camera.bloomThreshold,
          .inputScale = 1.0F / format.scale,
@@ -154,19 +143,19 @@ bool SceneRenderer::Parts::drawBloom(const DrawList& list, double scale) {
 
 void SceneRenderer::Parts::drawComposite(const DrawList& list, const SceneTarget& target,
                                          bool withBloom) {
-    const Composite& composite = !withBloom          ? finish->plain
-                                 : quality.fineBloom ? finish->glowingSmoothly
-                                                     : finish->glowing;
+    const Composite& composite = !withBloom          ? finish.plain
+                                 : quality.fineBloom ? finish.glowingSmoothly
+                                                     : finish.glowing;
     glBindFramebuffer(GL_FRAMEBUFFER, target.framebuffer);
     glViewport(target.origin.x(), target.origin.y(), target.size.width(), target.size.height());
     composite.program->use();
     glUniform1f(composite.inputScale, 1.0F / canvas.options().format.scale);
     if (withBloom) {
-        const glm::vec2 covered = finish->bloom->covered();
+        const glm::vec2 covered = finish.bloom->covered();
         glUniform2fv(composite.bloomCoord, 1, glm::value_ptr(covered));
         glUniform1f(composite.intensity, list.camera.bloomIntensity);
         glActiveTexture(GL_TEXTURE1);
-        glBindTexture(GL_TEXTURE_2D, finish->bloom->image().texture());
+        glBindTexture(GL_TEXTURE_2D, finish.bloom->image().texture());
     }
     glActiveTexture(GL_TEXTURE0);
     glBindTexture(GL_TEXTURE_2D, canvas.image().texture());
@@ -187,7 +176,7 @@ bool SceneRenderer::draw(const DrawList& list, const SceneTarget& target,
                          const SceneQuality& quality) {
     Parts& parts = *parts_;
     parts.drawCalls = 0;
-    if (!parts.finish || target.size.isEmpty() || GlContext::isCurrentLost()) return false;
+    if (target.size.isEmpty() || GlContext::isCurrentLost()) return false;
     const QSize size = internalSize(target.size, quality.resolution);
     if (!parts.fit(list, size, quality)) return false;
     const double scale = target.scale * size.height() / target.size.height();
@@ -197,33 +186,6 @@ bool SceneRenderer::draw(const DrawList& list, const SceneTarget& target,
     const bool bloom = parts.drawBloom(list, scale);
     parts.drawComposite(list, target, bloom);
     parts.timer.end();
-    return true;
-}
-
-bool SceneRenderer::draw(const DrawList& list, const PixelBuffer& picture, double scale,
-                         const SceneQuality& quality) {
-    Parts& parts = *parts_;
-    parts.drawCalls = 0;
-    if (picture.size.isEmpty() || GlContext::isCurrentLost()) return false;
-    const QSize size = internalSize(picture.size, quality.resolution);
-    if (!parts.fitReadable(list, size, quality)) return false;
-    const double inner = scale * size.height() / picture.size.height();
-    parts.timer.begin();
-    parts.drawScene(list, inner, picture.size.height());
-    parts.timer.end();
-    parts.light.resize(4 * static_cast<std::size_t>(size.width()) *
-                       static_cast<std::size_t>(size.height()));
-    glBindFramebuffer(GL_FRAMEBUFFER, parts.canvas.image().framebuffer());
-    glPixelStorei(GL_PACK_ALIGNMENT, 4);
-    glReadPixels(0, 0, size.width(), size.height(), GL_RGBA, GL_UNSIGNED_SHORT, parts.light.data());
-    if (!parts.developer) parts.developer = std::make_unique<SceneDeveloper>();
-    const DrawCamera& camera = list.camera;
-    parts.developer->develop(
-        {parts.light.data(), size},
-        {.intensity = camera.bloomBlurRadius > 0.0F ? camera.bloomIntensity : 0.0F,
-         .threshold = camera.bloomThreshold,
-         .sigma = bloomSigma(camera.bloomBlurRadius, inner)},
-        picture);
     return true;
 }
 

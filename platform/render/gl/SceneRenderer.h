@@ -11,7 +11,6 @@
 namespace platform {
 
 struct DrawList;
-struct PixelBuffer;
 
 // The target of a scene's picture: a rectangle of a framebuffer, which the
 // picture replaces. Pixels; `origin` is the rectangle's lower left corner.
@@ -39,9 +38,6 @@ class SceneRenderer {
         // drivers.
         int maxSamples = 16;
         bool floatTargets = true;
-        // Draws into memory only, so fewer programs are compiled, which takes
-        // software drivers long. Drawing into framebuffers then fails.
-        bool memoryOnly = false;
         // Measures the GPU's time; see gpuSeconds().
         bool timed = false;
     };
@@ -57,13 +53,6 @@ class SceneRenderer {
     // False if nothing was drawn: the size is empty or exceeds the driver's
     // limit, or the context is lost. Another context may then succeed.
     bool draw(const DrawList& list, const SceneTarget& target, const SceneQuality& quality);
-
-    // Draws into memory, and makes every pixel opaque: OpenGL draws the scene,
-    // and the processor's own code does the rest. On software OpenGL this costs
-    // a fraction, and the picture needs no copy on its way to a window; on a
-    // GPU it would cost far more. Never with the finest bloom.
-    bool draw(const DrawList& list, const PixelBuffer& picture, double scale,
-              const SceneQuality& quality);
 
     // The draw calls of the last draw, resolving the samples included, clearing
     // excluded.

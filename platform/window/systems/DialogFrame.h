@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The needs of dialogs that Qt draws, from the window system that Qt runs on. Where that
-// system cannot do a thing, nothing happens. Main thread, under a QGuiApplication.
+// Services for dialogs that Qt draws, from the window system that Qt runs on. A call does
+// nothing where the system lacks the service. Main thread, under a QGuiApplication.
 #pragma once
 
 #include <QRect>
@@ -13,25 +13,24 @@ class QWindow;
 
 namespace platform {
 
-// Asks for a dark frame around an own window that has been made and not yet shown.
-// Where no dark frames are known, the ordinary one comes.
+// Asks for a dark frame around an own window that has been made and not yet shown. A system
+// without dark frames gives the ordinary one.
 void askForDarkFrame(QWindow& window);
 
-// Asks, for such a window, for a title bar and nothing to close, shrink, grow or
-// resize the window with; it can still be moved. Some leave the buttons there all
-// the same.
+// Asks for a frame with a title bar and without ways to close, shrink, grow or resize such
+// a window; the user can still move it. Some window managers keep the buttons.
 void askForTitleOnly(QWindow& window);
 
-// Where the content of a window is on screen, in Qt's points; any program's
-// window. None if there is no such window, or the system does not tell.
+// The place of a window's content on screen, in Qt's points; for any program's window. None
+// if there is no such window, or the system does not report it.
 [[nodiscard]] std::optional<QRect> placeOf(const WindowRef& window);
 
-// Makes a dialog, not yet shown, belong to a window of any program and lie above
-// it, until the result is dropped. Null where that cannot be.
+// Attaches a dialog, not yet shown, to a window of any program, and above it, until the
+// result is dropped. Null where the system cannot.
 [[nodiscard]] std::shared_ptr<void> attach(QWindow& dialog, const WindowRef& owner);
 
-// A window that Qt made in this program, as another program may be told of it;
-// empty where it cannot. Under any application object.
+// A reference for other programs to a window that Qt made in this program; empty without
+// one. Under any application object.
 [[nodiscard]] WindowRef refOf(QWindow& window);
 
 }  // namespace platform

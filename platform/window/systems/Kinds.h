@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The window systems that the build has; private to platform/window/systems.
+// The window systems of this build; private to platform/window/systems.
 #pragma once
 
 #include <span>
@@ -8,12 +8,12 @@
 
 namespace platform {
 
-// In the order in which the session is asked for them; never empty.
+// All kinds, in the order in which the session is probed; never empty.
 [[nodiscard]] std::span<const WindowSystemKind* const> windowSystemKinds();
 
 // The kind that Qt runs on; null where Qt runs on none of them.
 [[nodiscard]] const WindowSystemKind* qtsKind();
-// The kind that the program's windows are on: Qt's, or else the first.
+// The kind of the program's windows: Qt's, or else the first.
 [[nodiscard]] const WindowSystemKind& programsKind();
 
 }  // namespace platform

@@ -49,8 +49,8 @@ void chooseQtScreens(QtScreens screens);
 // the system. Main thread.
 [[nodiscard]] std::unique_ptr<WindowSystem> openWindowSystem(MediaClock& clock);
 
-// Windows as a command line or the environment names them; none for a text that
-// names no window. Any thread, before the application object too.
+// Reads a window's name from a command line or the environment; none for a text that names
+// no window. Any thread, before the application object too.
 [[nodiscard]] std::optional<HostRef> readHost(const QString& text);
 [[nodiscard]] std::optional<WindowRef> readWindow(const QString& text);
 

@@ -61,7 +61,8 @@ BufferRing::~BufferRing() {
 
 Buffer* BufferRing::freeOf(QSize size) {
     if (std::exchange(size_, size) != size) {
-        // A buffer that the compositor still reads is kept until it is given back.
+        // A buffer that the compositor still reads is kept until the compositor releases
+        // it.
         for (auto& buffer : buffers_)
             retired_.push_back(std::move(buffer));
         buffers_.clear();

@@ -43,8 +43,7 @@ class Buffer {
     State state_ = State::Free;
     // Where the picture differs from the newest one.
     std::vector<QRect> missed_;
-    // The compositor's names for the buffer, with alpha and without; the main
-    // thread's.
+    // The compositor's names for the buffer, with alpha and without; for the main thread.
     Proxy<wl_buffer> withAlpha_, opaque_;
     ShmBuffers* names_ = nullptr;
 };
@@ -102,7 +101,7 @@ class BufferRing {
     const int file_;
     mutable std::mutex mutex_;
     std::vector<std::unique_ptr<Buffer>> buffers_;
-    // Buffers of another size than the window's; the main thread ends them.
+    // The buffers of another size than the window's; the main thread ends them.
     std::vector<std::unique_ptr<Buffer>> retired_;
     QSize size_;
     Buffer* painted_ = nullptr;

@@ -13,8 +13,8 @@ struct xkb_state;
 
 namespace platform::wayland {
 
-// Tells what the keys of a keyboard mean, by the compositor's keymap. Owned by the
-// seat. Main thread.
+// The meaning of a keyboard's keys, by the compositor's keymap. The seat owns it. Main
+// thread.
 class Keys {
   public:
     Keys();
@@ -28,7 +28,7 @@ class Keys {
     void setModifiers(std::uint32_t depressed, std::uint32_t latched, std::uint32_t locked,
                       std::uint32_t group);
 
-    // The event of pressing a key, by the key's number in the protocol.
+    // The event of a press of the key with that number in the protocol.
     [[nodiscard]] KeyEvent press(std::uint32_t key, bool isRepeat) const;
     [[nodiscard]] bool repeats(std::uint32_t key) const;
 

@@ -24,7 +24,7 @@ InputTarget::Button buttonOf(std::uint32_t code) {
 
 }  // namespace
 
-// Hands what the compositor tells to the seat that is the data.
+// The compositor's events, passed to the seat in the data pointer.
 struct Seat::Listeners {
     static Seat& of(void* data) { return *static_cast<Seat*>(data); }
     static const wl_seat_listener kSeat;

@@ -22,7 +22,7 @@ int sane(std::uint32_t length) {
 
 }  // namespace
 
-// Hands what the compositor tells to the surface that is the data.
+// The compositor's events, passed to the surface in the data pointer.
 struct ShellSurface::Listeners {
     static ShellSurface& of(void* data) { return *static_cast<ShellSurface*>(data); }
     static const wl_surface_listener kSurface;

@@ -11,8 +11,7 @@
 
 namespace platform::wayland {
 
-// A shell surface tells its owner of what becomes of it. Main thread; a call may end
-// the surface.
+// Owns a shell surface and receives its events. Main thread; a call may end the surface.
 class ShellSurfaceOwner {
   public:
     // A size in points; each dimension is 0 where the compositor leaves it open.
@@ -32,10 +31,9 @@ class ShellSurfaceOwner {
     ~ShellSurfaceOwner() = default;
 };
 
-// A surface with a role: an overlay over a whole display, or a window. Unmapped
-// until its first picture. Owned by the native window, from showing to hiding: a
-// window that is shown again has a new one, with every setting made anew. Main
-// thread.
+// A surface with a role: an overlay over a whole display, or a window. Unmapped until its
+// first picture. The native window owns it, from showing to hiding: a window that is shown
+// again has a new surface, with every setting made anew. Main thread.
 class ShellSurface {
   public:
     enum class Role {

@@ -10,11 +10,10 @@
 
 namespace platform::wayland {
 
-// Paints frames with the processor into the buffers of a ring, and hands each to
-// the main thread, which shows it when the compositor wants one. Never waits: a
-// frame for which there is no buffer is made up for in the next. Owned by the render
-// thread of the window, which makes, uses and drops the surface; shares the ring with
-// the native window.
+// Paints frames with the processor into the buffers of a ring, and hands each to the main
+// thread, which shows it when the compositor accepts one. Never waits: a frame without a
+// free buffer is made up for in the next. Made, used and dropped on the window's render
+// thread, which owns it.
 class ShmSurface final : public Surface {
   public:
     ShmSurface(std::shared_ptr<BufferRing> ring, const SurfaceOptions& options);

@@ -243,7 +243,7 @@ void WaylandWindow::surfaceTaken() {
     endSurface();
     delegate_.visibilityChanged();
     if (again_) return;
-    // The display may be gone too, and the compositor says so in the same breath.
+    // A surface may be gone because its display is. The reply comes after that news.
     again_.reset(wl_display_sync(connection_.display()));
     wl_callback_add_listener(again_.get(), &kAgain, this);
 }
@@ -268,7 +268,7 @@ void WaylandWindow::updateReadiness() {
 }
 
 void WaylandWindow::frameDone() {
-    // A picture painted meanwhile has its turn.
+    // A picture may have been painted while the compositor was busy with the previous one.
     showPainted();
     updateReadiness();
 }

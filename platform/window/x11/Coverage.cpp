@@ -10,11 +10,12 @@ namespace platform {
 
 namespace {
 
-// From look to look: what comes into sight again is looked at.
+// The interval between two looks. A window that comes into sight again is waited for.
 constexpr double kInSight = 2.0;
 constexpr double kCovered = 0.25;
 constexpr double kTolerance = 0.1;
-// More windows than that above one: nobody will mind a few frames.
+// The most windows above one that are examined. A window under more of them counts as seen,
+// which costs a few frames.
 constexpr int kMost = 256;
 
 bool knowsShapes(xcb_connection_t* connection) {
@@ -22,7 +23,7 @@ bool knowsShapes(xcb_connection_t* connection) {
     return extension && extension->present;
 }
 
-// The questions about each window above, asked together so that they cost one wait.
+// The requests about each window above, sent together so that they cost one wait.
 struct Asked {
     xcb_get_window_attributes_cookie_t attributes;
     xcb_get_geometry_cookie_t geometry;
@@ -45,8 +46,8 @@ QRect hiddenBy(xcb_connection_t* connection, const Asked& asked, bool shapes) {
     return {geometry->x, geometry->y, geometry->width + border, geometry->height + border};
 }
 
-// The windows right below the root from the one after the one that `window` is in,
-// upwards; none where it is the root, or gone.
+// The windows right below the root, upwards from above the one that holds `window`; none
+// where `window` is the root, or gone.
 std::vector<xcb_window_t> above(xcb_connection_t* connection, xcb_window_t window,
                                 xcb_window_t root) {
     xcb_window_t top = window;

@@ -11,17 +11,15 @@
 
 namespace platform {
 
-// Whether other windows hide this one altogether: opaque ones, above it in the
-// stack, that together reach over all of it that is on screen. A window deep
-// enough to be seen through, shaped, or made transparent hides nothing. Waits
-// for the server.
+// Whether other windows hide this one altogether: opaque windows above it in the stack that
+// together cover its whole part on screen. A window hides nothing if its depth lets it be
+// seen through, if it is shaped, or if it is made transparent. Waits for the server.
 [[nodiscard]] bool isCovered(const XConnection& connection, xcb_window_t window);
 
-// Looks every so often which windows are covered. The X server says so by
-// itself of some, but never of those whose picture it keeps apart: with a
-// compositor all of them, and without one those of 32 bits. Looks over a
-// connection of its own, in the background. Rests at first. Owned by the
-// X11System. Main thread.
+// Checks at intervals which windows are covered. The X server reports that itself for some
+// windows, but never for redirected ones: with a compositor all windows, and without one
+// those of 32 bits. Checks over a connection of its own, in the background. Rests at first.
+// Owned by the X11System. Main thread.
 class CoverageWatch {
   public:
     struct Actions {
@@ -34,9 +32,9 @@ class CoverageWatch {
     CoverageWatch(const CoverageWatch&) = delete;
     CoverageWatch& operator=(const CoverageWatch&) = delete;
 
-    // Begins to look.
+    // Starts checking.
     void wake();
-    // Looks no more: for as long as there are no windows that it matters of.
+    // Stops checking; for the time without windows to watch.
     void rest();
 
   private:
@@ -51,7 +49,7 @@ class CoverageWatch {
     MediaClock& clock_;
     const QString display_;
     const Actions actions_;
-    // For the queue's thread.
+    // The connection belongs to the queue's thread.
     std::unique_ptr<XConnection> connection_;
     std::shared_ptr<CoverageWatch*> self_ = std::make_shared<CoverageWatch*>(this);
     std::unique_ptr<SerialQueue> queue_;

@@ -11,7 +11,7 @@ namespace platform {
 
 namespace {
 constexpr std::size_t kPutHeader = 32;
-// A GiB of picture, and more than any screen shows; the rest of a larger window
+// The largest picture, a GiB of pixels, exceeds any screen. The rest of a larger window
 // stays as it is.
 constexpr QSize kLargest(16384, 16384);
 }  // namespace
@@ -33,13 +33,12 @@ CpuSurface::CpuSurface(const Options& options, std::unique_ptr<XConnection> conn
       connection_(std::move(connection)),
       depth_(look.depth),
       format_(std::move(format)),
-      context_(xcb_generate_id(connection_->get())),
-      painter_({.resetStatus = options.resetStatus}) {
+      context_(xcb_generate_id(connection_->get())) {
     xcb_connection_t* const c = connection_->get();
     const std::uint32_t none = 0;
     xcb_create_gc(c, context_, options.window, XCB_GC_GRAPHICS_EXPOSURES, &none);
     const std::size_t most = std::size_t{xcb_get_maximum_request_length(c)} * 4 - kPutHeader;
-    // Small enough to go out between other clients' requests.
+    // Requests stay small, so that other clients' requests fit between them.
     largestPut_ = std::min(most, std::size_t{1} << 20);
 }
 
@@ -75,6 +74,8 @@ Surface::Result CpuSurface::draw(const Frame& frame, std::span<const QRect> dama
                                       ? reinterpret_cast<std::uint32_t*>(shared_->data())
                                       : picture_.data();
     painter_.paint(frame, damage, {.pixels = pixels, .stride = size_.width(), .size = size_});
+    damage = painter_.changed();
+    if (damage.empty()) return state();
     if (shared_ && !format_.isNative())
         for (const QRect& rect : damage)
             format_.convert(picture_.data(), size_.width(), rect, shared_->data(), size_.width(),
@@ -108,7 +109,7 @@ void CpuSurface::show(std::span<const QRect> rects) {
 }
 
 void CpuSurface::putShared(const QRect& rect, bool last) {
-    // An empty last one still brings the answer.
+    // The last image may be empty; it still brings the answer.
     xcb_shm_put_image(
         connection_->get(), options_.window, context_, static_cast<std::uint16_t>(size_.width()),
         static_cast<std::uint16_t>(size_.height()),
@@ -121,7 +122,7 @@ void CpuSurface::putShared(const QRect& rect, bool last) {
 }
 
 void CpuSurface::putOverConnection(const QRect& rect) {
-    // Columns first, where not even one row fits.
+    // Splits by columns where not even one row fits.
     const int bits = format_.bitsPerPixel();
     const int widest = static_cast<int>(largestPut_ - 8) * 8 / bits;
     for (int x = rect.left(); x <= rect.right(); x += widest) {
@@ -156,7 +157,7 @@ Surface::Result CpuSurface::finish() {
 void CpuSurface::take(const xcb_generic_event_t& event) {
     if (completion_ != 0 && typeOf(event) == completion_) copying_ = false;
     if (event.response_type != 0) return;
-    // A request that was refused reads nothing; its answer never comes.
+    // The server reads nothing for a refused request, and never answers it.
     copying_ = copying_ && !shared_;
     const auto& error = as<xcb_generic_error_t>(event);
     if (tellsOfNoWindow(error)) windowGone_ = true;
@@ -178,7 +179,7 @@ Surface::Result CpuSurface::settle() {
         pollfd waits[2] = {{.fd = xcb_get_file_descriptor(c), .events = POLLIN, .revents = 0},
                            {.fd = options_.ending, .events = POLLIN, .revents = 0}};
         poll(waits, 2, -1);
-        // The thread is about to find out by itself.
+        // The render thread finds the reason for the end by itself.
         if (waits[1].revents != 0) return state();
     }
 }

@@ -12,10 +12,9 @@
 
 namespace platform {
 
-// Draws with the processor into memory and has the server copy changes to the
-// window: through shared memory where possible, else over the connection in
-// pieces. Owns the whole picture, so that exposed parts are shown again without
-// drawing. The render thread.
+// Draws with the processor into memory and has the server copy changes to the window:
+// through shared memory where possible, else over the connection in pieces. Owns the whole
+// picture, so that exposed parts are shown again without drawing. The render thread.
 class CpuSurface final : public Surface {
   public:
     struct Options {
@@ -23,7 +22,6 @@ class CpuSurface final : public Surface {
         std::uint32_t window = 0;
         int ending = -1;  // ends all waiting once it is readable
         bool sharedMemory = true;
-        ResetQuery resetStatus{};
     };
 
     // None if the window or the server is not there.
@@ -48,7 +46,7 @@ class CpuSurface final : public Surface {
     void putOverConnection(const QRect& rect);
     void putBand(const QRect& band);
 
-    // Waits until the server has copied all that was put.
+    // Waits until the server has copied every image sent.
     Result settle();
     void take(const xcb_generic_event_t& event);
     [[nodiscard]] Result state() const;
@@ -62,17 +60,17 @@ class CpuSurface final : public Surface {
 
     PicturePainter painter_;
     QSize size_;
-    // The picture in the window's format, where there is shared memory; and in
-    // ours, unless that is the same.
+    // `shared_` holds the picture in the window's format, where there is shared memory; the
+    // picture in the program's own format is kept beside it, unless the formats are equal.
     std::unique_ptr<ShmImage> shared_;
     std::vector<std::uint32_t> picture_;
     std::vector<std::uint8_t> band_;
-    std::vector<QRect> damage_;  // what of it is drawn
+    std::vector<QRect> damage_;  // the drawn parts of the picture
 
-    // Until the server has answered, it may still be reading.
+    // The server may still read the shared memory until it has answered.
     bool copying_ = false;
-    std::uint32_t answer_ = 0;     // sequence number, of what goes over the connection
-    std::uint8_t completion_ = 0;  // event number, of what is shared; 0 without
+    std::uint32_t answer_ = 0;     // sequence number of a copy over the connection
+    std::uint8_t completion_ = 0;  // event number of a copy of shared memory; 0 without
     bool windowGone_ = false;
 };
 

@@ -10,11 +10,12 @@ namespace platform {
 
 namespace {
 
-// From look to look: one that wakes up is waited for by someone.
+// The interval while the display is awake or asleep, in seconds: a user waits for a display
+// that wakes up.
 constexpr double kAwake = 2.0;
 constexpr double kAsleep = 0.5;
 constexpr double kTolerance = 0.25;
-// From a question to a look for its answer.
+// The time from a request to the check for its answer, in seconds.
 constexpr double kAnswer = 0.05;
 
 class DpmsQuestion final : public DisplaySleepQuestion {
@@ -31,7 +32,7 @@ class DpmsQuestion final : public DisplaySleepQuestion {
         return extension && extension->present;
     }
     void ask() override {
-        // The unanswered question from before the rest.
+        // A request from before the rest may still be unanswered.
         if (asked_ != 0) xcb_discard_reply(connection_, asked_);
         asked_ = xcb_dpms_info(connection_).sequence;
         xcb_flush(connection_);

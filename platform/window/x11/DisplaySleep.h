@@ -10,35 +10,35 @@
 
 namespace platform {
 
-// How a server is asked whether its display is asleep, without waiting for the
-// answer.
+// Asks a server whether its display is asleep, without waiting for the answer. Main thread.
 class DisplaySleepQuestion {
   public:
     virtual ~DisplaySleepQuestion() = default;
-    // Whether there is any sense in asking.
+    // Whether the server supports the question.
     [[nodiscard]] virtual bool canAsk() = 0;
     virtual void ask() = 0;
-    // To what was asked last, once; none as long as there is no answer.
+    // The answer to the last question, once; none while there is no answer.
     [[nodiscard]] virtual std::optional<bool> answer() = 0;
 };
 
-// The question as an X server understands it. The connection outlives it. An
-// answer that is read may bring events along, which wake nobody; `afterReading` is
+// The question to an X server. The caller owns the result; the connection outlives it.
+// Reading an answer may fetch events without waking the event loop; `afterReading` is
 // called then.
 [[nodiscard]] std::unique_ptr<DisplaySleepQuestion> dpmsQuestion(
     xcb_connection_t* connection, std::function<void()> afterReading = {});
 
-// Looks every so often whether the display sleeps, since no server tells. Rests
-// at first. Main thread.
+// Checks at intervals whether the display sleeps, since no server reports it. Rests at
+// first. Main thread.
 class DisplaySleep {
   public:
-    // Calls the action each time that the display falls asleep or wakes up.
+    // Calls the action each time the display falls asleep or wakes up.
     DisplaySleep(MediaClock& clock, std::unique_ptr<DisplaySleepQuestion> question,
                  std::function<void(bool asleep)> action);
 
-    // Begins to look.
+    // Starts checking.
     void wake();
-    // Looks no more: for as long as it matters to nobody. The display counts as awake.
+    // Stops checking; for the time without a user of the result. The display counts as
+    // awake.
     void rest();
 
   private:

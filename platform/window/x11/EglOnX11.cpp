@@ -12,12 +12,12 @@ namespace platform {
 
 namespace {
 
-// EGL_EXT_platform_xcb, which the version of epoxy at hand does not know.
+// The value of EGL_EXT_platform_xcb, which epoxy does not define.
 constexpr EGLenum kPlatformXcb = 0x31DC;
 constexpr EGLint kPlatformXcbScreen = 0x31DE;
 
-// The few calls of Xlib that a driver without xcb costs. Looked up by name: no
-// other machine needs the library.
+// The Xlib functions for a driver without xcb. They are looked up by name, since only such
+// a driver needs the library.
 struct Xlib {
     using Handler = int (*)(void*, void*);
     using ExitHandler = void (*)(void*, void*);
@@ -80,7 +80,7 @@ class WindowTarget final : public EglTarget {
     }
 
   private:
-    // In the order of their making: each stands on those before.
+    // The members stand in the order of their making: each uses the earlier ones.
     XConnection connection_;
     std::shared_ptr<EglDisplay> display_;
     std::unique_ptr<EglWindowSurface> surface_;
@@ -127,7 +127,7 @@ std::unique_ptr<EglWindowSurface> eglSurfaceFor(std::shared_ptr<EglDisplay> disp
     if (!config)
         config = EglWindowSurface::configWhere(
             *display, [&](const EglConfigTraits& traits) { return traits.depth == look->depth; });
-    // Xlib's windows are longs, xcb's are not; the low bytes come first in both.
+    // Xlib's windows are longs, xcb's are 32 bits; the low bytes come first in both.
     unsigned long native = window;
     return EglWindowSurface::create(std::move(display), config, &native);
 }

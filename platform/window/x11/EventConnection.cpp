@@ -7,8 +7,7 @@ namespace platform {
 
 namespace {
 
-// The window that an event tells of, if windows are listened to for such
-// events; else 0.
+// The window of an event, if the connection listens for such events of windows; else 0.
 xcb_window_t windowOf(const xcb_generic_event_t& event) {
     switch (typeOf(event)) {
         case XCB_CONFIGURE_NOTIFY:
@@ -76,7 +75,7 @@ void EventConnection::handle(const xcb_generic_event_t& event) {
     }
     const auto found = handlers_.find(windowOf(*told));
     if (found == handlers_.end()) return;
-    // The handler may take itself away.
+    // The handler may remove itself.
     const Handler handler = found->second;
     handler(*told);
 }

@@ -9,7 +9,7 @@
 
 namespace platform {
 
-// The connection over which the main thread hears of the windows it draws in.
+// The connection that delivers, to the main thread, the events of the windows it draws in.
 // The X11System owns it. Main thread.
 class EventConnection {
   public:
@@ -20,19 +20,18 @@ class EventConnection {
     [[nodiscard]] xcb_window_t root() const { return connection_.root(); }
     [[nodiscard]] bool isAlive() const { return connection_.isAlive(); }
 
-    // Hands the window's structure, exposure and visibility events to the
-    // handler from now on; a window that turns out not to exist is told of as
-    // destroyed. One handler a window.
+    // Passes the window's structure, exposure and visibility events to the handler from now
+    // on. A window that does not exist is reported as destroyed. One handler a window.
     using Handler = std::function<void(const xcb_generic_event_t&)>;
     void listen(xcb_window_t window, Handler handler);
     void ignore(xcb_window_t window);
 
-    // Hands out what has arrived without anyone waiting for it, in a later turn
-    // of the event loop. To be called after waiting for a reply, since events
-    // that came with it wake nobody.
+    // Delivers events that have already arrived, in a later turn of the event loop. To be
+    // called after waiting for a reply, since events that came with the reply do not wake
+    // the loop.
     void readSoon();
 
-    // The server is gone: calls the action, once.
+    // Sets the action for the loss of the server; called once.
     void onLost(std::function<void()> action) { lost_ = std::move(action); }
     void lost();
 

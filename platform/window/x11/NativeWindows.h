@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The two kinds of native windows of an X server. The window above the seam owns a
-// native window. Main thread.
+// The two kinds of native windows of an X server, owned by the window above the seam. Main
+// thread.
 #pragma once
 
 #include <memory>
@@ -12,7 +12,7 @@
 
 namespace platform {
 
-// A host's window, in which the program only draws: takes no input and no orders.
+// A host's window, in which the program only draws; it takes no input and ignores commands.
 class HostWindow final : public NativeWindow {
   public:
     HostWindow(X11System& system, xcb_window_t window, NativeWindowDelegate& delegate)
@@ -47,7 +47,7 @@ class HostWindow final : public NativeWindow {
     WindowWatch watch_;
 };
 
-// A window of the program's own, made by Qt. Where Qt is not on X the window has
+// A window of the program's own, made by Qt. Where Qt runs on another system the window has
 // everything but a picture.
 class ProgramWindow final : public NativeWindow {
   public:
@@ -79,8 +79,8 @@ class ProgramWindow final : public NativeWindow {
     [[nodiscard]] SurfaceMaker surfaceMaker(const SurfaceOptions& options) override;
 
   private:
-    // Sends what was asked for so far. Qt does so only when something comes in,
-    // and where nothing moves nothing may for long.
+    // Sends Qt's buffered requests. Qt sends them only when an event comes in, and without
+    // movement none may come for long.
     static void flush();
 
     X11System& system_;

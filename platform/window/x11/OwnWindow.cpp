@@ -50,17 +50,17 @@ std::uint32_t OwnWindow::xWindow() {
 }
 
 void OwnWindow::prepare(const XConnection& connection, xcb_window_t window) {
-    // Shown by the server itself the moment the window is, before any drawing.
-    // In a deep visual all bits but alpha's may be 0, and alpha's must be 1.
+    // The server itself shows the background as soon as it shows the window, before any
+    // drawing. In a deep visual all bits but alpha's may be 0, and alpha's must be 1.
     const std::uint32_t background = options_.opaque ? 0xff000000U : 0U;
     xcb_change_window_attributes(connection.get(), window, XCB_CW_BACK_PIXEL, &background);
     if (options_.collectionBehavior & CanJoinAllSpaces)
         connection.setCardinal(window, "_NET_WM_DESKTOP", 0xffffffff);
     if (!options_.hasShadow) connection.setCardinal(window, "_COMPTON_SHADOW", 0);
-    // A compositor that stopped for a full-screen window below would leave this
-    // one nothing to be seen through by.
+    // A compositor that stopped for a full-screen window below would make this window
+    // opaque.
     if (!options_.opaque) connection.setCardinal(window, "_NET_WM_BYPASS_COMPOSITOR", 2);
-    // Other connections are about to name this window.
+    // The wait makes the server know this window before other connections name it.
     (void)answer(connection.get(), xcb_get_input_focus(connection.get()),
                  xcb_get_input_focus_reply);
 }
@@ -78,14 +78,14 @@ void OwnWindow::takeKeys() {
     requestActivate();
     const XConnection* const connection = XConnection::ofQt();
     if (options_.level == 0 || !connection) return;
-    // No window manager will see to this one.
+    // No window manager sets the keyboard focus for this window.
     xcb_set_input_focus(connection->get(), XCB_INPUT_FOCUS_PARENT, xWindow(), XCB_CURRENT_TIME);
     connection->flush();
 }
 
 bool OwnWindow::event(QEvent* event) {
-    // There are no controls in here for Qt to tell the accessibility bus of, for
-    // which it would make everyone wait while a session bus hangs.
+    // The window has no controls for the accessibility bus, and Qt would block on a session
+    // bus that hangs.
     const bool focus = event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut;
     if (event->type() == QEvent::FocusOut) keyboardLost_();
     if (focus) return true;

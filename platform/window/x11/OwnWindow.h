@@ -10,12 +10,12 @@
 
 namespace platform {
 
-// A window of the program's own: Qt makes it and brings its input, and draws
-// nothing in it. Owned by its native window. Main thread, under a QGuiApplication.
+// A window of the program's own. Qt makes it and delivers its input, and draws nothing in
+// it. Owned by its native window. Main thread, under a QGuiApplication.
 class OwnWindow final : public QWindow {
   public:
-    // `keyboardLost` is called when another window, maybe another program's, gets
-    // the keyboard.
+    // Calls `keyboardLost` when another window, of this or another program, gets the
+    // keyboard.
     OwnWindow(const WindowOptions& options, bool takesKeys, NativeWindowDelegate& delegate,
               std::function<void()> keyboardLost);
     ~OwnWindow() override;
@@ -24,7 +24,7 @@ class OwnWindow final : public QWindow {
     [[nodiscard]] std::uint32_t xWindow();
 
     void show();
-    // For a window that is shown.
+    // Takes the keyboard; for a window that is shown.
     void takeKeys();
 
   protected:
@@ -32,6 +32,8 @@ class OwnWindow final : public QWindow {
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
+    // The second press of a double click is a press too.
+    void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
 
   private:
     [[nodiscard]] MouseEvent from(const QMouseEvent& event) const;

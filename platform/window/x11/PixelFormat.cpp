@@ -10,7 +10,7 @@ namespace platform {
 
 namespace {
 
-// 8 bits spread over those of a mask, white staying white.
+// The values of 8 bits scaled to a mask's bits; white stays white.
 std::array<std::uint32_t, 256> spread(std::uint32_t mask) {
     std::array<std::uint32_t, 256> table{};
     if (mask == 0) return table;

@@ -11,8 +11,8 @@
 
 namespace platform {
 
-// The format of an X visual's pixels, and the conversion from premultiplied
-// ARGB. A value: any thread, like any other value.
+// The format of an X visual's pixels, and the conversion from premultiplied ARGB. A plain
+// value: any thread.
 class PixelFormat {
   public:
     struct Channels {
@@ -21,29 +21,29 @@ class PixelFormat {
     struct Layout {
         int bitsPerPixel = 32;
         int scanlinePad = 32;       // bits
-        bool leastFirst = true;     // bytes of a pixel
-        bool leastBitFirst = true;  // pixels of a byte, where it holds several
+        bool leastFirst = true;     // order of a pixel's bytes
+        bool leastBitFirst = true;  // order of the pixels in a byte that holds several
     };
-    // A pixel's number, and the colour that it shows.
+    // A pixel's number and its colour.
     struct PaletteColour {
         std::uint32_t pixel;
         std::uint8_t red, green, blue;
     };
 
-    // Pixels made of bits for each colour.
+    // A format with bits for each colour in a pixel.
     PixelFormat(const Layout& layout, const Channels& channels);
-    // Pixels that are numbers in a table; the nearest is taken. A grey one looks
-    // at brightness alone.
+    // A format of pixels that index a table; the nearest colour is taken. A grey format
+    // compares brightness alone.
     PixelFormat(const Layout& layout, const std::vector<PaletteColour>& palette, bool grey);
 
-    // Whether its pixels are ours already.
+    // Whether the format is premultiplied ARGB itself.
     [[nodiscard]] bool isNative() const { return native_; }
 
     // Bytes from one row of a picture to the next.
     [[nodiscard]] int bytesPerLine(int width) const;
 
-    // Converts a rectangle of a picture of `width` pixels a row into one of
-    // `toWidth`, its upper left pixel to `at`.
+    // Converts `rect` of a picture of `width` pixels a row into a picture of `toWidth`
+    // pixels a row, with its upper left pixel at `at`.
     void convert(const std::uint32_t* from, int width, const QRect& rect, std::uint8_t* to,
                  int toWidth, QPoint at) const;
 
@@ -56,11 +56,11 @@ class PixelFormat {
     Layout layout_;
     bool native_ = false;
     std::array<std::array<std::uint32_t, 256>, 4> channels_{};  // blue, green, red, alpha
-    std::vector<std::uint32_t> nearest_;                        // by 5 bits each
+    std::vector<std::uint32_t> nearest_;                        // by 5 bits of each colour
 };
 
-// How to draw in a window of this look. Takes colours of the window's colour
-// table where it has one. None where the server does not tell.
+// The format for a window of this look. Allocates colours in the window's colour table
+// where it has one. None where the server does not report the visual.
 [[nodiscard]] std::optional<PixelFormat> pixelFormatFor(xcb_connection_t* connection,
                                                         const WindowLook& look);
 

@@ -30,8 +30,8 @@ std::optional<PixelFormat::Layout> layoutFor(const xcb_setup_t* setup, int depth
         .bitsPerPixel = found->bits_per_pixel,
         .scanlinePad = found->scanline_pad,
         .leastFirst = setup->image_byte_order == XCB_IMAGE_ORDER_LSB_FIRST,
-        // Several pixels in a byte are in the order of the bits for bitmaps, and
-        // in that of the bytes otherwise.
+        // Several pixels in a byte have the bit order of bitmaps; other pixels have the
+        // byte order of images.
         .leastBitFirst =
             (found->bits_per_pixel == 1 ? setup->bitmap_format_bit_order
                                         : setup->image_byte_order) == XCB_IMAGE_ORDER_LSB_FIRST};
@@ -77,7 +77,7 @@ std::vector<PixelFormat::PaletteColour> takeColours(xcb_connection_t* connection
     return colours;
 }
 
-// A full table: what others put there, as it is now.
+// Adds the present colours of a full table, which other clients allocated.
 void addPresentColours(xcb_connection_t* connection, xcb_colormap_t table, unsigned entries,
                        std::vector<PixelFormat::PaletteColour>& colours) {
     std::vector<std::uint32_t> pixels;

@@ -37,7 +37,7 @@ void RootWatch::watchCompositor() {
     const xcb_query_extension_reply_t* const present =
         xcb_get_extension_data(get(), &xcb_xfixes_id);
     if (!present || !present->present) return;
-    // The server listens to nothing else of this extension before this.
+    // The server accepts no other request of this extension before this one.
     const auto version = answer(
         get(), xcb_xfixes_query_version(get(), XCB_XFIXES_MAJOR_VERSION, XCB_XFIXES_MINOR_VERSION),
         xcb_xfixes_query_version_reply);
@@ -73,7 +73,8 @@ std::optional<std::uint32_t> RootWatch::find(xcb_window_t window, std::string_vi
 }
 
 bool RootWatch::hasWindowManager() const {
-    // One that crashed leaves its word behind, but not the window it names.
+    // A window manager that crashed leaves the property behind, but not the window named
+    // there.
     const xcb_window_t named = property(root_, kManager);
     return named != XCB_NONE && property(named, kManager) == named;
 }

@@ -11,12 +11,11 @@
 
 namespace platform {
 
-// The doings of the rest of the desktop, as the root window of an X server tells them,
-// over a connection of its own. Without a server everything is absent. Owned by
-// the X11System. Main thread.
+// Watches the rest of the desktop through the root window of an X server, over a connection
+// of its own. Without a server everything is absent. Owned by the X11System. Main thread.
 class RootWatch {
   public:
-    // To the environment's display where `display` is empty.
+    // Connects to the environment's display where `display` is empty.
     explicit RootWatch(const QString& display);
     RootWatch(const RootWatch&) = delete;
     RootWatch& operator=(const RootWatch&) = delete;
@@ -34,30 +33,31 @@ class RootWatch {
     };
     [[nodiscard]] Observation observe(std::function<void(Change)> action);
 
-    // Whether a compositing manager runs: only then can windows be seen through.
+    // Whether a compositing manager runs, which windows need to be see-through.
     [[nodiscard]] bool isComposited() const;
     // Whether xscreensaver covers the screen, blanked or locked.
     [[nodiscard]] bool isSaverOn() const;
     [[nodiscard]] bool hasWindowManager() const;
-    // The window that has the keyboard: the window manager's word for it, or the
-    // server's where there is no manager. 0 for none.
+    // The window that has the keyboard: as the window manager reports it, or the server
+    // where there is no manager. 0 for none.
     [[nodiscard]] xcb_window_t activeWindow() const;
 
-    // Whether the server can hide the pointer, and tells who manages selections.
+    // Whether the server can hide the pointer and reports the managers of selections.
     [[nodiscard]] bool hasFixes() const { return selectionEvent_ != 0; }
 
-    // The first number of a property; none where it is absent, and 0 in the second.
+    // The first number of a property. For an absent property find() gives none and
+    // property() 0.
     [[nodiscard]] std::optional<std::uint32_t> find(xcb_window_t window,
                                                     std::string_view name) const;
     [[nodiscard]] std::uint32_t property(xcb_window_t window, std::string_view name) const {
         return find(window, name).value_or(0);
     }
 
-    // Tells of another active window, where only this program can know: the keyboard
-    // may go to one that no window manager calls active.
+    // Reports another active window where only this program knows of the change: the
+    // keyboard may go to a window that no window manager calls active.
     void keysMoved() { observers_.tell(Change::ActiveWindow); }
 
-    // Hands out, in a later turn of the event loop, what came with a reply.
+    // Delivers events that came with a reply, in a later turn of the event loop.
     void readSoon() const;
 
   private:

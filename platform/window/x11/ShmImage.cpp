@@ -10,8 +10,8 @@ namespace platform {
 
 namespace {
 
-// Files are handed over sockets of this machine only. A display that is
-// forwarded from another machine may well offer shared memory: its own.
+// Files pass only over sockets of this machine. A display forwarded from another machine
+// may offer shared memory that is the other machine's.
 bool isLocal(xcb_connection_t* connection) {
     sockaddr_storage address{};
     socklen_t length = sizeof address;
@@ -20,7 +20,7 @@ bool isLocal(xcb_connection_t* connection) {
            address.ss_family == AF_UNIX;
 }
 
-// Handing over a file came with version 1.2.
+// Version 1.2 is the first that accepts a file.
 bool takesFiles(xcb_connection_t* connection) {
     const xcb_query_extension_reply_t* const present =
         xcb_get_extension_data(connection, &xcb_shm_id);
@@ -55,7 +55,7 @@ ShmImage::ShmImage(xcb_connection_t* connection, std::uint8_t* data, std::size_t
 
 bool ShmImage::attach(int file) {
     const xcb_shm_seg_t segment = xcb_generate_id(connection_);
-    // Takes the file over.
+    // The request takes the file over.
     const auto cookie = xcb_shm_attach_fd_checked(connection_, segment, file, true);
     const XcbReply<xcb_generic_error_t> refused(xcb_request_check(connection_, cookie));
     if (refused || xcb_connection_has_error(connection_) != 0) return false;

@@ -11,11 +11,12 @@
 
 namespace platform {
 
-// Memory shared by this program and an X server on the same machine. The
-// connection must outlive it. One thread at a time: the render thread.
+// Memory shared by this program and an X server on the same machine. The surface owns it;
+// the connection must outlive it. One thread at a time: the render thread.
 class ShmImage {
   public:
-    // None if the server cannot, or is another machine's. Waits for the server.
+    // None if the server has no shared memory, or runs on another machine. Waits for the
+    // server.
     [[nodiscard]] static std::unique_ptr<ShmImage> create(xcb_connection_t* connection,
                                                           std::size_t bytes);
     ~ShmImage();

@@ -10,7 +10,7 @@ namespace platform {
 namespace {
 
 constexpr double kPause = 0.1;
-// A window that covers ours this often within this time goes on doing so.
+// A window that covers ours this often within this time will go on doing so.
 constexpr double kStubborn = 1.0;
 constexpr int kOftenEnough = 3;
 
@@ -59,7 +59,7 @@ void StackKeeper::look() {
     looked_ = clock_.now();
     const std::vector<xcb_window_t> shown = shownFromOurs();
     const xcb_window_t covers = intruder(shown);
-    // The window that was given way to is down.
+    // The stubborn window no longer covers ours.
     if (rival_.times > kOftenEnough && covers != rival_.window) rival_ = {};
     if (covers != 0 ? !givesWay(covers) : !isInOrder(shown)) raiseAll();
     root_.readSoon();
@@ -79,7 +79,7 @@ std::vector<xcb_window_t> StackKeeper::shownFromOurs() {
         asked.push_back(xcb_get_window_attributes(root_.get(), *window));
     std::vector<xcb_window_t> shown;
     for (std::size_t i = 0; i < asked.size(); ++i) {
-        // Some will be gone meanwhile.
+        // Some of the windows may be gone meanwhile.
         const auto look = answer(root_.get(), asked[i], xcb_get_window_attributes_reply);
         if (look && look->map_state == XCB_MAP_STATE_VIEWABLE &&
             look->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT)

@@ -9,36 +9,35 @@
 
 namespace platform {
 
-// How high a window is kept: the window's own level counts first.
+// A window's rank in the stack: its level counts first.
 struct StackRank {
     int window = 0;
     int space = 0;
     friend auto operator<=>(const StackRank&, const StackRank&) = default;
 };
 
-// Keeps windows above all others, whatever is opened or raised later, full-screen
-// windows and panels included; the higher a window's rank, the higher it stays.
-// Looks when the stack changes, at once after a quiet time and then at most ten
-// times a second.
+// Keeps windows above all others, including windows that are opened or raised later,
+// full-screen windows and panels; a higher rank lies higher. Checks when the stack changes:
+// at once after a quiet time, and then at most ten times a second.
 //
-// Gives way to a screen saver or lock. One that does not say what it is shows
-// itself by coming back on top each time it is covered: after three times it is
-// left there for as long as it is up.
+// Gives way to a screen saver or lock. One that does not identify itself comes back on top
+// each time it is covered: after three times the keeper leaves it on top for as long as it
+// is shown.
 //
-// Main thread. The watch and the clock must outlive it.
+// Main thread. The X11System owns it; the watch and the clock must outlive it.
 class StackKeeper {
   public:
     StackKeeper(MediaClock& clock, RootWatch& root);
     StackKeeper(const StackKeeper&) = delete;
     StackKeeper& operator=(const StackKeeper&) = delete;
 
-    // Windows of equal rank stay in the order in which they came.
+    // Keeps the window on top. Windows of equal rank stay in the order in which they came.
     void keep(xcb_window_t window, StackRank rank);
-    // It stays where it is, for others to cover.
+    // Stops keeping the window; it stays where it is until others cover it.
     void release(xcb_window_t window);
 
-    // While this holds, nothing is raised: something covers the screen that says
-    // so other than through the root window.
+    // While true, nothing is raised: a saver or lock that is unknown to the root window
+    // covers the screen.
     void setHeldBack(bool heldBack);
 
   private:
@@ -56,11 +55,11 @@ class StackKeeper {
     void look();
     void raiseAll();
     [[nodiscard]] bool isInOrder(const std::vector<xcb_window_t>& shown) const;
-    // The highest window that is not ours and lies above one of ours; 0 for none.
+    // The highest foreign window that lies above one of ours; 0 for none.
     [[nodiscard]] xcb_window_t intruder(const std::vector<xcb_window_t>& shown) const;
     [[nodiscard]] bool givesWay(xcb_window_t intruder);
-    // Top level windows that can be seen, lowest first, from our lowest up.
-    // Forgets those of ours that are no more.
+    // The visible top level windows from our lowest one upwards, lowest first. Forgets our
+    // windows that no longer exist.
     [[nodiscard]] std::vector<xcb_window_t> shownFromOurs();
 
     MediaClock& clock_;

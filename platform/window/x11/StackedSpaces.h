@@ -11,11 +11,11 @@
 
 namespace platform {
 
-// Spaces as windows that a stack keeper keeps on top. Owned by the X11System; the
+// Spaces made of windows that a stack keeper keeps on top. Owned by the X11System; the
 // keeper outlives the spaces. Main thread.
 class StackedSpaces final : public OverlaySpaces {
   public:
-    // The level of a window of this program's own; 0 for others.
+    // The level of a window of this program; 0 for others.
     using LevelOf = std::function<int(xcb_window_t)>;
 
     StackedSpaces(StackKeeper& stack, LevelOf levelOf);
@@ -28,7 +28,7 @@ class StackedSpaces final : public OverlaySpaces {
     void setLevel(std::uint64_t space, int level) override;
     void setShown(std::uint64_t space, bool shown) override;
     void add(std::uint64_t window, std::uint64_t space) override;
-    // The window is no more.
+    // Forgets a window that no longer exists.
     void forget(xcb_window_t window);
 
   private:

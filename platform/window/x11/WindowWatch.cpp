@@ -15,7 +15,7 @@ namespace platform {
 WindowWatch::WindowWatch(X11System& system, xcb_window_t window, NativeWindowDelegate& delegate)
     : system_(system), window_(window), delegate_(delegate) {
     EventConnection& events = system_.events();
-    // Before looking, so that nothing happens unseen in between.
+    // Listening starts before the first look, so that no event is missed in between.
     events.listen(window_, [this](const xcb_generic_event_t& event) { handle(event); });
     const auto look = lookAt(events.get(), window_);
     if (look) {
@@ -55,10 +55,8 @@ NativeWindow::SurfaceMaker WindowWatch::surfaceMaker(const SurfaceOptions& optio
                                },
                            .cpu =
                                [&] {
-                                   return CpuSurface::create({.display = display,
-                                                              .window = window,
-                                                              .ending = ending,
-                                                              .resetStatus = options.resetStatus});
+                                   return CpuSurface::create(
+                                       {.display = display, .window = window, .ending = ending});
                                }});
     };
 }
@@ -78,7 +76,7 @@ void WindowWatch::handle(const xcb_generic_event_t& event) {
     switch (typeOf(event)) {
         case XCB_CONFIGURE_NOTIFY: {
             const auto& e = as<xcb_configure_notify_event_t>(event);
-            // The place is relative to the parent, unless a window manager says it.
+            // The place is relative to the parent, unless a window manager sent the event.
             moved({geometry_.topLeft(), QSize(e.width, e.height)});
             break;
         }
@@ -88,7 +86,7 @@ void WindowWatch::handle(const xcb_generic_event_t& event) {
             break;
         }
         case XCB_VISIBILITY_NOTIFY:
-            // The only word of what a window lies in being mapped.
+            // No other event reports that the window's parent is mapped.
             mapped_ = true;
             obscured_ =
                 as<xcb_visibility_notify_event_t>(event).state == XCB_VISIBILITY_FULLY_OBSCURED;
@@ -124,7 +122,7 @@ void WindowWatch::findPlace() {
 
 namespace {
 
-// A screen's upper left corner is the same number in points and in pixels.
+// A screen's upper left corner has the same number in points and in pixels.
 QRectF pixelsOf(const QScreen& screen) {
     const QRectF points = screen.geometry();
     return {points.topLeft(), points.size() * screen.devicePixelRatio()};
@@ -139,7 +137,7 @@ QScreen* screenUnderPixels(const QRect& rect) {
 QRectF pixelsToQt(const QRect& rect) {
     const QScreen* const on = screenUnderPixels(rect);
     if (!on) return rect;
-    // Within a screen, points and pixels differ by its scale.
+    // Within a screen, pixels are points times the screen's scale.
     const QPointF corner = on->geometry().topLeft();
     const double scale = on->devicePixelRatio();
     return {corner + (QPointF(rect.topLeft()) - corner) / scale, QSizeF(rect.size()) / scale};

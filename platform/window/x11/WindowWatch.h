@@ -13,9 +13,9 @@ namespace platform {
 
 class X11System;
 
-// Listens to what becomes of one X window, whoever made it, and tells the
-// delegate: size and place, being seen, what was lost, the end. Owned by the
-// native window. Main thread; the system and the delegate outlive the watch.
+// Listens to the events of one X window of any maker, and tells the delegate of its size
+// and place, visibility, lost picture and end. Owned by the native window. Main thread; the
+// system and the delegate outlive the watch.
 class WindowWatch {
   public:
     WindowWatch(X11System& system, xcb_window_t window, NativeWindowDelegate& delegate);
@@ -24,15 +24,15 @@ class WindowWatch {
     WindowWatch& operator=(const WindowWatch&) = delete;
 
     [[nodiscard]] xcb_window_t id() const { return window_; }
-    // Pixels; the place is relative to the root window, as last told.
+    // Pixels; the place is relative to the root window, as last reported.
     [[nodiscard]] const QRect& geometry() const { return geometry_; }
     [[nodiscard]] bool isMapped() const { return mapped_; }
-    // Whether any of the window is in sight, as far as was told.
+    // Whether any part of the window is visible, as last reported.
     [[nodiscard]] bool isInSight() const { return mapped_ && !obscured_ && !covered_; }
-    // Other windows hide it altogether, or no longer.
+    // Sets whether other windows hide the whole window.
     void setCovered(bool covered);
 
-    // Asks the server whether the window is still there.
+    // Asks the server whether the window still exists.
     [[nodiscard]] bool exists();
 
     [[nodiscard]] NativeWindow::SurfaceMaker surfaceMaker(const SurfaceOptions& options) const;
@@ -52,15 +52,14 @@ class WindowWatch {
     bool obscured_ = false;
     bool covered_ = false;
     bool gone_ = false;
-    // For what is told later, as long as the watch lives.
+    // Receives later calls, for the watch's lifetime.
     QObject mailbox_;
 };
 
-// The screen with most of a rectangle of the root window's pixels; null without
-// screens.
+// The screen with most of a rectangle in the root window's pixels; null without screens.
 [[nodiscard]] QScreen* screenUnderPixels(const QRect& rect);
 
-// The same rectangle in Qt's points.
+// Converts a rectangle from the root window's pixels to Qt's points.
 [[nodiscard]] QRectF pixelsToQt(const QRect& rect);
 
 }  // namespace platform

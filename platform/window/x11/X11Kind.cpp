@@ -11,7 +11,7 @@ namespace platform {
 
 namespace {
 
-// The words of _MOTIF_WM_HINTS, which every window manager of today reads.
+// The fields of _MOTIF_WM_HINTS, which every current window manager reads.
 struct MotifHints {
     static constexpr std::uint32_t kFunctions = 1U << 0, kDecorations = 1U << 1;
     static constexpr std::uint32_t kMove = 1U << 2;

@@ -10,7 +10,7 @@ namespace platform {
 
 namespace {
 
-// Qt says this as its own connection breaks, and then calls exit().
+// Qt logs this text as its own connection breaks, and then calls exit().
 constexpr const char* kQtLament = "The X11 connection broke";
 
 EventConnection* listening = nullptr;

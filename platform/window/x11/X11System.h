@@ -16,14 +16,14 @@ namespace platform {
 
 class WindowWatch;
 
-// The program's end of the line to an X server, beside Qt's own: windows are
-// listened to and drawn in through connections of our own, so that a vanished
-// host's window is an event and never the end of the program. Owned by the window
-// server; the clock outlives the system. Main thread.
+// The program's connections to an X server, beside Qt's own. The program listens to windows
+// and draws in them through connections of its own, so that a vanished host's window is an
+// event and never the end of the program. Owned by the window server; the clock outlives
+// the system. Main thread.
 class X11System final : public WindowSystem {
   public:
-    // To the environment's display where `display` is empty. Never fails by itself:
-    // see isConnected().
+    // Connects to the environment's display where `display` is empty. Never fails:
+    // isConnected() tells the result.
     explicit X11System(MediaClock& clock, const QString& display = {});
     ~X11System() override;
 
@@ -41,21 +41,21 @@ class X11System final : public WindowSystem {
     void watch(std::function<void(bool asleep)> displaySlept) override;
     void rest() override;
 
-    // For the native windows.
+    // The events of the native windows.
     [[nodiscard]] EventConnection& events() { return events_; }
     [[nodiscard]] const QString& display() const { return display_; }
     [[nodiscard]] StackKeeper& stack();
     void added(WindowWatch& window) { windows_.push_back(&window); }
     void removed(WindowWatch& window) { std::erase(windows_, &window); }
-    // The level of a window that is shown; 0 for one that is not.
+    // Sets the level of a window that is shown; 0 for a hidden one.
     void setLevel(xcb_window_t window, int level);
-    // The window is no more.
+    // Forgets a window that no longer exists.
     void forget(xcb_window_t window);
-    // A window of the program lost the keyboard.
+    // Reports that a window of the program lost the keyboard.
     void keyboardMoved();
 
   private:
-    // Made on first use: most programs need none of these.
+    // The members below are made on first use, since most programs need none of them.
     [[nodiscard]] RootWatch& root();
     [[nodiscard]] StackedSpaces& spaces();
     [[nodiscard]] std::vector<xcb_window_t> mapped() const;
@@ -65,7 +65,7 @@ class X11System final : public WindowSystem {
     const QString display_;
     EventConnection events_;
     std::vector<WindowWatch*> windows_;
-    std::map<xcb_window_t, int> levels_;  // of those shown above the others
+    std::map<xcb_window_t, int> levels_;  // of the shown windows above the others
     std::unique_ptr<RootWatch> root_;
     std::unique_ptr<StackKeeper> stack_;
     std::unique_ptr<StackedSpaces> spaces_;
@@ -77,8 +77,8 @@ class X11System final : public WindowSystem {
     std::optional<CoverageWatch> coverage_;
 };
 
-// A window's number as hosts write it, decimal or hexadecimal after "0x"; none for
-// what is no number, or 0. Any thread.
+// Reads a window's number as hosts write it, decimal or hexadecimal after "0x"; none for 0
+// or for other text. Any thread.
 [[nodiscard]] std::optional<xcb_window_t> readWindowNumber(const QString& text);
 
 }  // namespace platform

@@ -13,14 +13,14 @@ namespace platform {
 
 namespace {
 
-// Asked for by something that acts for the user, so that no window manager
-// takes it for a program that pushes itself to the front.
+// The source of a request that acts for the user; no window manager takes it for a program
+// that raises itself.
 constexpr std::uint32_t kFromPager = 2;
 
 constexpr std::uint32_t kAllDesktops = 0xffffffff;
 
-// From a compositor's claim to its hold on every window. What is drawn in
-// between would be taken for opaque.
+// The time from a compositor's claim until it holds every window, in seconds. A window
+// drawn earlier would be taken for opaque.
 constexpr double kCompositorSettles = 0.5;
 
 }  // namespace
@@ -71,7 +71,7 @@ void X11Workspace::activate(const RunningApplication& application) {
         xcb_set_input_focus(connection.get(), XCB_INPUT_FOCUS_PARENT, application.window,
                             XCB_CURRENT_TIME);
     } else {
-        // Managers may leave one that is on another of the user's desktops where it is.
+        // Some window managers leave a window on another virtual desktop there.
         const auto at = root_.find(application.window, "_NET_WM_DESKTOP");
         const auto here = root_.find(root_.root(), "_NET_CURRENT_DESKTOP");
         if (at && here && at != here && at != kAllDesktops)
@@ -81,8 +81,7 @@ void X11Workspace::activate(const RunningApplication& application) {
     connection.flush();
 }
 
-// The server itself keeps count of a client's hidings, and takes them back when
-// the client is gone.
+// The server counts a client's hidings, and undoes them when the client is gone.
 void X11Workspace::hideCursor() {
     if (!root_.isAlive() || !root_.hasFixes()) return;
     xcb_xfixes_hide_cursor(root_.get(), root_.root());

@@ -9,9 +9,8 @@ namespace platform {
 
 class StackKeeper;
 
-// The workspace of an X11 desktop, by what its window manager and compositor tell.
-// Owned by the X11System; the clock, the watch and the keeper outlive the
-// workspace. Main thread.
+// The workspace of an X11 desktop, as its window manager and compositor report it. Owned by
+// the X11System; the clock, the watch and the keeper outlive the workspace. Main thread.
 class X11Workspace final : public NativeWorkspace {
   public:
     X11Workspace(MediaClock& clock, RootWatch& root, StackKeeper& stack);

@@ -10,7 +10,7 @@ namespace platform {
 namespace {
 
 xcb_connection_t* connectTo(const QString& display, int& screen) {
-    // Finding the authority file goes through a buffer that all threads share.
+    // The lookup of the authority file uses a buffer that all threads share.
     static std::mutex oneAtATime;
     const std::lock_guard lock(oneAtATime);
     return xcb_connect(display.isEmpty() ? nullptr : display.toLocal8Bit().constData(), &screen);
@@ -26,7 +26,7 @@ XConnection::XConnection(xcb_connection_t* borrowed)
 
 const XConnection* XConnection::ofQt() {
     const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    // Qt without windows knows X too, and may have no server.
+    // Qt's plugin without windows knows X too, and may have no server.
     xcb_connection_t* const connection = x11 ? x11->connection() : nullptr;
     if (!connection) return nullptr;
     static std::unique_ptr<XConnection> known;

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The questions that more than one place asks of an X server; private to
-// platform/window/x11 and its tests.
+// The X requests that several places need; private to platform/window/x11 and its tests.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -21,12 +20,12 @@ namespace platform {
 struct XcbFree {
     void operator()(void* reply) const { std::free(reply); }
 };
-// Owns what xcb hands out.
+// Owns memory that xcb returned.
 template <typename T>
 using XcbReply = std::unique_ptr<T, XcbFree>;
 
-// Waits for the reply to a request. None where the server refused the request;
-// the error does not turn up among the events.
+// Waits for the reply to a request. None where the server refused the request; the error
+// does not reach the event queue.
 template <typename Reply, typename Cookie>
 XcbReply<Reply> answer(xcb_connection_t* connection, Cookie cookie,
                        Reply* (*wait)(xcb_connection_t*, Cookie, xcb_generic_error_t**)) {
@@ -36,7 +35,7 @@ XcbReply<Reply> answer(xcb_connection_t* connection, Cookie cookie,
     return reply;
 }
 
-// An event's type, without the mark of events that clients send.
+// An event's type, without the flag of events that clients send.
 [[nodiscard]] inline int typeOf(const xcb_generic_event_t& event) {
     return event.response_type & 0x7f;
 }
@@ -46,15 +45,15 @@ template <typename Event>
     return reinterpret_cast<const Event&>(event);
 }
 
-// One connection to an X server. Any thread, as xcb allows.
+// One connection to an X server; owns it. Any thread, as xcb allows.
 class XConnection {
   public:
-    // To the environment's display where `display` is empty. Never fails by
-    // itself: see isAlive().
+    // Connects to the environment's display where `display` is empty. Never fails:
+    // isAlive() tells the result.
     explicit XConnection(const QString& display);
 
-    // Qt's own connection, which Qt closes; null where Qt is not on X. Requests
-    // over it come in order with Qt's. Main thread.
+    // Qt's own connection, which Qt owns; null where Qt is not on X. Requests over it keep
+    // their order with Qt's. Main thread.
     [[nodiscard]] static const XConnection* ofQt();
 
     [[nodiscard]] xcb_connection_t* get() const { return connection_.get(); }
@@ -65,7 +64,7 @@ class XConnection {
     // The root window of the connection's screen; 0 without a server.
     [[nodiscard]] xcb_window_t root() const;
 
-    // The atom of that name, asked for once; 0 without a server.
+    // The atom of that name, requested once; 0 without a server.
     [[nodiscard]] xcb_atom_t atom(std::string_view name) const;
 
     // The first number of a property; none where the property is absent.
@@ -77,11 +76,11 @@ class XConnection {
     void setCardinal(xcb_window_t window, std::string_view name, std::uint32_t value) const;
     void setText(xcb_window_t window, std::string_view name, std::string_view value) const;
 
-    // Asks the window manager, as the Extended Window Manager Hints say.
+    // Sends the window manager a message of the Extended Window Manager Hints.
     void askManager(xcb_window_t window, std::string_view what, std::uint32_t value) const;
 
-    // Where the window's upper left corner is in the root window; none if there is
-    // no such window.
+    // The place of the window's upper left corner in the root window; none for a window
+    // that does not exist.
     [[nodiscard]] std::optional<QPoint> cornerOf(xcb_window_t window, xcb_window_t root) const;
 
     // Whether the server shows its windows on a Wayland compositor, whose own windows
@@ -100,7 +99,7 @@ class XConnection {
     mutable std::map<std::string, xcb_atom_t, std::less<>> atoms_;
 };
 
-// The properties of a window that drawing in it needs.
+// The properties of a window that drawing in it needs. A plain value.
 struct WindowLook {
     int width = 0, height = 0;  // pixels
     int depth = 0;
@@ -110,11 +109,10 @@ struct WindowLook {
     bool viewable = false;
 };
 
-// None if the window does not exist. Waits for the server.
+// Asks for the properties; none if the window does not exist. Waits for the server.
 [[nodiscard]] std::optional<WindowLook> lookAt(xcb_connection_t* connection, xcb_window_t window);
 
-// Whether an error that a drawing request came back with means that the window
-// is no more.
+// Whether the error of a drawing request means that the window no longer exists.
 [[nodiscard]] bool tellsOfNoWindow(const xcb_generic_error_t& error);
 
 }  // namespace platform

@@ -116,23 +116,62 @@ TEST_F(BureauProef, StoredChoicesThatAreNoneAreAsByDefault) {
     EXPECT_EQ(nu().keuzes, BureauKeuzes{});
 }
 
-TEST_F(BureauProef, TheDesktopRainIsMadeAnewWithinAMoment) {
+TEST_F(BureauProef, ADraggedDensityMakesTheDesktopRainAnewTwiceAndEndsWithTheLast) {
     bureau->toonRegen();
-    const auto* eerste = bureau->centrale().regen().front().regen.get();
-    // As a slider that is dragged.
-    for (int stap = 0; stap < 10; ++stap) {
-        bureau->zetKeuzes({.dichtheid = 0.1 * stap});
+    const auto regen = [&]() -> const auto& {
+        return bureau->centrale().regen().front();
+    };
+    const auto* eerste = regen().regen.get();
+    for (int stap = 1; stap <= 10; ++stap) {
+        bureau->zetKeuzes({.dichtheid = 0.05 * stap});
         klok.advance(0.01);
     }
-    EXPECT_EQ(bureau->centrale().regen().front().regen.get(), eerste);
+    const auto* tweede = regen().regen.get();
+    EXPECT_NE(tweede, eerste);
+    EXPECT_EQ(regen().dichtheid, 0.05);
     const std::size_t verteld = gemeld.size();
-    klok.advance(0.1);
-    EXPECT_NE(bureau->centrale().regen().front().regen.get(), eerste);
+    klok.advance(0.3);
+    EXPECT_NE(regen().regen.get(), tweede);
+    EXPECT_EQ(regen().dichtheid, 0.5);
+    const auto* derde = regen().regen.get();
+    klok.advance(1.0);
+    EXPECT_EQ(regen().regen.get(), derde);
     EXPECT_TRUE(nu().regen);
     EXPECT_EQ(gemeld.size(), verteld);
     bureau->sluitRegen();
     klok.advance(1.0);
     EXPECT_EQ(klok.timerCount(), 0U);
+}
+
+TEST_F(BureauProef, AnotherSpeedDoesNotMakeTheRainAnew) {
+    bureau->toonRegen();
+    const auto* eerste = bureau->centrale().regen().front().regen.get();
+    bureau->kies(&BureauKeuzes::snelheid, 2.0);
+    klok.advance(1.0);
+    EXPECT_EQ(bureau->centrale().regen().front().regen.get(), eerste);
+    EXPECT_EQ(eerste->laag()->time().speed, 2.0);
+}
+
+TEST_F(BureauProef, ADensityOfZeroIsSaidToBeWhyNothingIsSeen) {
+    bureau->kies(&BureauKeuzes::dichtheid, 0.0);
+    bureau->toonRegen();
+    EXPECT_TRUE(nu().regen);
+    EXPECT_EQ(nu().regenStand, RegenStand::leeg);
+    EXPECT_NE(brixtel::uitleg(nu().regenStand), QString());
+    bureau->kies(&BureauKeuzes::dichtheid, 0.5);
+    EXPECT_EQ(nu().regenStand, RegenStand::aan);
+}
+
+TEST_F(BureauProef, TheFlashOnABeatIsTheUsersToSoftenAndIsKept) {
+    EXPECT_EQ(bureau->centrale().flitsDeel, 1.0);
+    bureau->kies(&BureauKeuzes::flits, brixtel::Flits::zacht);
+    EXPECT_GT(bureau->centrale().flitsDeel, 0.0);
+    EXPECT_LT(bureau->centrale().flitsDeel, 0.5);
+    bureau->kies(&BureauKeuzes::flits, brixtel::Flits::uit);
+    bureau.reset();
+    begin();
+    EXPECT_EQ(nu().keuzes.flits, brixtel::Flits::uit);
+    EXPECT_EQ(bureau->centrale().flitsDeel, 0.0);
 }
 
 TEST_F(BureauProef, MusicIsListenedToWhileABlackScreenFollowsIt) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is asked for often and done seldom: by itself, and as choices are written.
+// An action that is requested often and done seldom: by itself, and as choices are written.
 #include "hosts/bureau/GedoseerdeActie.h"
 
 #include "tests/hosts/bureau/BureauProef.h"

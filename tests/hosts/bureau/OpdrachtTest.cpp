@@ -121,6 +121,17 @@ TEST(BureauOpdracht, ABadArgumentGetsOneClearDutchLine) {
     EXPECT_FALSE(mis({QStringLiteral("--muziek=a\nb")}).contains(u'\n'));
 }
 
+TEST(BureauOpdracht, HelpVersionNumbersAndTypingErrorsAreTakenAsPeopleWriteThem) {
+    EXPECT_EQ(goed("--version").taak, Taak::Versie);
+    EXPECT_EQ(goed("-V").taak, Taak::Versie);
+    EXPECT_EQ(goed("-h").taak, Taak::Hulp);
+    EXPECT_EQ(goed("--snelheid=2,6").verzoeken, std::vector{verzoek("ZetSnelheid", {2.6})});
+    EXPECT_TRUE(
+        mis({QStringLiteral("--snelhied=2")}).contains(QStringLiteral("; bedoelt u --snelheid?")));
+    EXPECT_TRUE(
+        mis({QStringLiteral("--snelheid=5")}).contains(QStringLiteral("van 0,2 tot en met 4,")));
+}
+
 TEST(BureauOpdracht, TheHelpNamesEveryOption) {
     const QString hulp = brixtel::bureauHulpTekst();
     for (const char* naam :

@@ -97,7 +97,7 @@ TEST_P(PaneelMaat, NothingIsCut) {
             EXPECT_GE(een.vlak.left(), 12.0) << qPrintable(een.naam);
             EXPECT_LE(een.vlak.right(), breed - 12.0) << qPrintable(een.naam);
         }
-    // What is below can be scrolled to.
+    // The lower part can be scrolled to.
     const auto* const rol = item("rol");
     const double onder = rol->mapToScene({}).y() + rol->property("contentHeight").toDouble();
     for (const Ding& een : knoppen)
@@ -117,7 +117,7 @@ TEST_P(PaneelMaat, NothingLiesOverAnything) {
         for (const Ding& knop : knoppen)
             EXPECT_TRUE(knop.item->isAncestorOf(tekst.item) || !raakt(tekst, knop))
                 << qPrintable(tekst.naam) << " / " << qPrintable(knop.naam);
-    // Nor does the running picture.
+    // The running picture covers nothing either.
     const QRectF plek = blad()->property("plek").toRectF();
     for (const auto* lijst : {&teksten, &knoppen})
         for (const Ding& een : *lijst)

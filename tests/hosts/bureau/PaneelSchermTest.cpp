@@ -85,7 +85,7 @@ class OpHetScherm : public PaneelProef {
             },
             30'000);
     }
-    // What the picture's own window holds.
+    // The content of the picture's own window.
     [[nodiscard]] QImage beeld() const {
         return scherm->picture(xcb_window_t(voorbeeld().venster()->windowNumber()));
     }

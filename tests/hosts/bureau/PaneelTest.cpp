@@ -370,12 +370,44 @@ TEST_F(OpHetPaneel, EscapeClosesItAndItOpensAnew) {
 
 // Its row's arrow, by what it does and what it is for.
 QAccessibleInterface* pijl(QAccessibleInterface* top, const char* doet, const QString& titel) {
-    if (top->role() == QAccessible::Button && top->text(QAccessible::Name) == QLatin1String(doet) &&
-        top->text(QAccessible::Description) == titel)
+    if (top->role() == QAccessible::Button &&
+        top->text(QAccessible::Name) == QLatin1String(doet) + QStringLiteral(" van ") + titel)
         return top;
     for (int i = 0; i < top->childCount(); ++i)
         if (auto* const een = pijl(top->child(i), doet, titel)) return een;
     return nullptr;
+}
+
+// No two controls of the panel sound alike.
+TEST_F(OpHetPaneel, EveryControlHasANameOfItsOwn) {
+    QStringList namen;
+    elke(QAccessible::queryAccessibleInterface(view()), [&](QAccessibleInterface& een) {
+        switch (een.role()) {
+            case QAccessible::Button:
+            case QAccessible::CheckBox:
+            case QAccessible::Slider:
+                namen << een.text(QAccessible::Name);
+                break;
+            default:
+                break;
+        }
+    });
+    EXPECT_GT(namen.size(), 10);
+    QStringList eenmalig = namen;
+    eenmalig.removeDuplicates();
+    EXPECT_EQ(namen, eenmalig);
+    EXPECT_FALSE(namen.contains(QString()));
+}
+
+TEST_F(OpHetPaneel, TheFlashOnABeatCanBeSoftenedAndDefaultsBringItBack) {
+    EXPECT_EQ(paneel->staat()->flits(), QStringLiteral("gewoon"));
+    paneel->staat()->zetFlits(QStringLiteral("zacht"));
+    EXPECT_EQ(bureau->stand().waarde().keuzes.flits, Flits::zacht);
+    paneel->staat()->zetFlits(QStringLiteral("zebra"));
+    EXPECT_EQ(paneel->staat()->flits(), QStringLiteral("zacht"));
+    paneel->staat()->zetDichtheid(0.2);
+    paneel->staat()->zetStandaard();
+    EXPECT_EQ(bureau->stand().waarde().keuzes, BureauKeuzes{});
 }
 
 TEST_F(OpHetPaneel, EveryRowBeginsOpenAndCanBeClosed) {
@@ -406,7 +438,7 @@ TEST_F(OpHetPaneel, WhileNothingChangesThereAreNoPicturesAndNoTimers) {
     const int voor = beelden;
     ASSERT_GT(voor, 0);
     EXPECT_EQ(klok.timerCount(), 0U);
-    // What is told but changes nothing is no picture either.
+    // A signal without a change makes no picture either.
     for (int keer = 0; keer < 100; ++keer) {
         klok.advance(0.1);
         Q_EMIT paneel->staat()->standChanged();

@@ -17,7 +17,7 @@ const QString kItemInterface = QStringLiteral("org.kde.StatusNotifierItem");
 const QString kMenuInterface = QStringLiteral("com.canonical.dbusmenu");
 const QString kEigenschappen = QStringLiteral("org.freedesktop.DBus.Properties");
 
-// What shows icons: notes who announces himself.
+// A tray that notes which icons register.
 struct Tray {
     QStringList aangemeld;
     BusAansluiting aansluiting;
@@ -103,6 +103,20 @@ TEST_F(InHetSysteemvak, ATrayThatIsThereIsToldAtOnce) {
     EXPECT_EQ(tray.aangemeld, QStringList(aansluiting->verbinding().baseService()));
 }
 
+TEST_F(InHetSysteemvak, AClickIsForTheIconAndTheHelpTellsHowThingsStand) {
+    EXPECT_EQ(kenmerk("ItemIsMenu"), false);
+    const auto hulp = [&] { return qdbus_cast<BusHulp>(kenmerk("ToolTip")); };
+    EXPECT_EQ(hulp().titel, QStringLiteral("Brixtel"));
+    EXPECT_EQ(hulp().tekst, QStringLiteral("Regen over het bureaublad: uit\nZwart scherm: uit"));
+    beller->roep(kItem, kItemInterface, "Activate", {0, 0});
+    EXPECT_EQ(hulp().tekst, QStringLiteral("Regen over het bureaublad: aan\nZwart scherm: uit"));
+    bureau->toonZwart(ZwartSoort(DrieSoort::bol));
+    EXPECT_TRUE(hulp().tekst.endsWith(QStringLiteral("Zwart scherm: bol")));
+    bureau->kies(&BureauKeuzes::dichtheid, 0.0);
+    klok.advance(1.0);
+    EXPECT_TRUE(hulp().tekst.contains(QStringLiteral("aan, maar niet te zien: ")));
+}
+
 TEST_F(InHetSysteemvak, ATrayThatComesLaterOrAgainIsToldToo) {
     pictogram->meldAan();
     for (int keer = 0; keer < 2; ++keer) {
@@ -115,7 +129,7 @@ TEST_F(InHetSysteemvak, ATrayThatComesLaterOrAgainIsToldToo) {
 TEST_F(InHetSysteemvak, ThePictureIsGreenOnBlack) {
     EXPECT_EQ(kenmerk("Title"), QStringLiteral("Brixtel"));
     EXPECT_EQ(kenmerk("Status"), QStringLiteral("Active"));
-    EXPECT_EQ(kenmerk("ItemIsMenu"), true);
+    EXPECT_EQ(kenmerk("ItemIsMenu"), false);
     const auto beelden = qdbus_cast<QList<BusBeeld>>(kenmerk("IconPixmap"));
     ASSERT_EQ(beelden.size(), 3);
     for (const BusBeeld& beeld : beelden) {
@@ -149,6 +163,20 @@ TEST_F(InHetSysteemvak, TheMenuDoesWhatItSays) {
     EXPECT_EQ(getoond, 1);
     klik("Stoppen");
     EXPECT_EQ(gestopt, 1);
+}
+
+TEST_F(InHetSysteemvak, TheMenuSaysWhyNoPanelOpensUntilOneDoes) {
+    paneelMis = QStringLiteral("de module BrixtelPaneel.so ontbreekt");
+    klik("Instellingen");
+    BusMenuRegel alles = menu();
+    EXPECT_NE(vind(alles, QStringLiteral("Instellingen… (de module BrixtelPaneel.so ontbreekt)")),
+              nullptr);
+    paneelMis.clear();
+    klik("Instellingen");
+    alles = menu();
+    EXPECT_EQ(vind(alles, QStringLiteral("Instellingen… (")), nullptr);
+    EXPECT_NE(vind(alles, QStringLiteral("Instellingen…")), nullptr);
+    EXPECT_EQ(getoond, 2);
 }
 
 TEST_F(InHetSysteemvak, TheMenuSaysWhatTheRainWaitsFor) {

@@ -157,7 +157,7 @@ TEST_F(Sessie, ASecondStartAsksTheFirst) {
     ASSERT_TRUE(begin());
     const auto tweede = draai("--dichtheid=0.25 --snelheid 3 --muziek=aan --stand");
     EXPECT_EQ(tweede.uitgang, 0);
-    EXPECT_EQ(tweede.uit, QStringLiteral("zwart scherm: uit\nregen: uit\ndichtheid: 0.25\n"
+    EXPECT_EQ(tweede.uit, QStringLiteral("zwart scherm: uit\nregen: uit\ndichtheid: 0,25\n"
                                          "snelheid: 3\nmuziek: aan\n"));
     EXPECT_EQ(tweede.fouten, QString());
     EXPECT_EQ(draai("--dienst").uitgang, 0);
@@ -227,7 +227,7 @@ TEST_F(Sessie, ABlackScreenUnderASaverIsOneDutchLineAndStatusOne) {
                               "vergrendeling is aan; een zwart scherm kan pas "
                               "daarna\n"));
     };
-    // Of the start that would be the owner, and of one that asks it.
+    // Both a start that would be the owner and a start that asks the owner are refused.
     geweigerd(draai("--toon-zwart"));
     ASSERT_TRUE(begin());
     geweigerd(draai("--toon-zwart=kubus"));
@@ -254,6 +254,9 @@ TEST_F(Sessie, ItStartsWithTheSessionIfAsked) {
     const QString tekst = QString::fromUtf8(ingang.readAll());
     const QString regel = tekst.section(QStringLiteral("\nExec="), 1).section(u'\n', 0, 0);
     EXPECT_EQ(regel, QStringLiteral("\"" BRIXTEL_BUILD_DIR "/bin/brixtel-bureau\" --dienst"));
+    // It goes with the program.
+    EXPECT_TRUE(
+        tekst.contains(QStringLiteral("\nTryExec=" BRIXTEL_BUILD_DIR "/bin/brixtel-bureau\n")));
     // Nothing was started for it.
     EXPECT_EQ(draai("--stand").uitgang, 1);
     EXPECT_EQ(draai("--autostart=uit").uitgang, 0);
@@ -295,7 +298,7 @@ TEST_F(Sessie, AnOwnerThatIsKilledLeavesNothingAndANewOneStarts) {
     EXPECT_TRUE(until([this] { return groen() == 0.0; }));
     EXPECT_TRUE(until([this] { return draai("--stand").uitgang == 1; }));
     ASSERT_TRUE(begin());
-    EXPECT_TRUE(meldt("dichtheid: 0.5\n"));
+    EXPECT_TRUE(meldt("dichtheid: 0,5\n"));
 }
 
 TEST_F(Sessie, AStartWhileTheOwnerGoesTakesItsPlace) {
@@ -403,7 +406,7 @@ TEST_F(Sessie, EscapeClosesThePanelAndTheOwnerStays) {
     EXPECT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
 }
 
-// Those of the saver's sheet.
+// The windows of the saver's sheet.
 QList<xcb_window_t> bladen() {
     QList<xcb_window_t> alle;
     for (const xcb_window_t venster : Bureaublad::beheerde())
@@ -496,7 +499,7 @@ TEST_F(Sessie, AnOwnerThatShowsNothingIsNotWokenOnce) {
     ASSERT_TRUE(begin({QStringLiteral("--toon-regen"), QStringLiteral("--muziek=aan")}));
     ASSERT_TRUE(until([this] { return groen() > 0.005; }, 20'000));
     EXPECT_EQ(draai("--toon-zwart --sluit-alles").uitgang, 0);
-    // What goes out needs a moment; from then on it stays quiet while twenty other
+    // A closing effect needs a moment; after it the program stays quiet while twenty other
     // programs come and go.
     EXPECT_TRUE(until(
         [this] {

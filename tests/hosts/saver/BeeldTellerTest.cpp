@@ -53,7 +53,7 @@ TEST_F(Teller, SaysNothingBeforeTheFirstSecondIsOver) {
 TEST_F(Teller, CountsTheFramesOfTheLastSecondInDutch) {
     toon(25);
     klok.advance(0.51);
-    // Those, and one or two that came of themselves.
+    // The count holds the frames above, and one or two that the window drew by itself.
     static const QRegularExpression vorm(QStringLiteral("^2[5-7],0 beelden/s$"));
     EXPECT_TRUE(vorm.match(teller->regels()[0]).hasMatch()) << qPrintable(teller->regels()[0]);
     static const QRegularExpression last(QStringLiteral("^belasting [0-9]+%$"));

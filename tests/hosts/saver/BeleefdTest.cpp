@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the program does for the desktop's and the host's sake.
+// The program's consideration for the desktop and the host.
 #include <signal.h>
 
 #include <QJsonDocument>
@@ -129,7 +129,7 @@ TEST_F(WeinigBeweging, InAWindowItStandsStill) {
     const auto meting = meet({QStringLiteral("--venster=640x400")});
     EXPECT_EQ(portaal.asked(), 1);
     EXPECT_GT(meting.value(QLatin1String("beelden")).toInt(), 0);
-    // Of the last two seconds.
+    // The rate is that of the last two seconds.
     EXPECT_EQ(meting.value(QLatin1String("beelden_per_seconde")).toDouble(), 0.0);
 }
 

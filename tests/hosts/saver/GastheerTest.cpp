@@ -95,13 +95,26 @@ TEST_F(Gastheer, SigtermEndsItWhileTheServerHangs) {
     RecordProperty("milliseconds", duur);
 }
 
-TEST_F(Gastheer, AWindowThatNeverWasEndsItWithoutAWord) {
+TEST_F(Gastheer, AHostsWindowThatNeverWasEndsItWithoutAWord) {
+    const auto venster = server.makeWindow({});
+    server.destroy(venster);
+    programma.zet(QStringLiteral("XSCREENSAVER_WINDOW"), hex(venster));
+    toonIn(venster);
+    EXPECT_TRUE(programma.wacht());
+    EXPECT_FALSE(programma.doorSignaal());
+    EXPECT_EQ(programma.uitgang(), 0);
+    EXPECT_TRUE(programma.fouten().isEmpty());
+}
+
+TEST_F(Gastheer, AWindowThatNeverWasIsToldOfWhereNoHostIsBehindIt) {
     const auto venster = server.makeWindow({});
     server.destroy(venster);
     toonIn(venster);
     EXPECT_TRUE(programma.wacht());
     EXPECT_FALSE(programma.doorSignaal());
-    EXPECT_TRUE(programma.fouten().isEmpty());
+    EXPECT_EQ(programma.uitgang(), 1);
+    EXPECT_EQ(programma.fouten(),
+              "brixtel-saver: er is geen venster " + hex(venster).toUtf8() + "\n");
 }
 
 TEST_F(Gastheer, FollowsTheSizeOfItsWindow) {

@@ -84,6 +84,44 @@ TEST_F(HostViewTest, TheKeyIBringsTheSettingsWhereThereAreAnyAndIsInputElsewhere
     EXPECT_EQ(geroepen, 2);
 }
 
+TEST_F(HostViewTest, InAWindowOfItsOwnKeysAndADoubleClickSayWhatTheyMean) {
+    int volledig = 0, terug = 0, sluit = 0;
+    view.onInvoer(nullptr);
+    view.inEigenVenster(
+        klok,
+        {.volledig = [&] { ++volledig; }, .terug = [&] { ++terug; }, .sluit = [&] { ++sluit; }});
+    view.keyDown({.key = Qt::Key_F11});
+    view.keyDown({.key = Qt::Key_F11, .isRepeat = true});
+    EXPECT_EQ(volledig, 1);
+    view.keyDown({.key = Qt::Key_Escape});
+    EXPECT_EQ(terug, 1);
+    view.keyDown({.key = Qt::Key_Q, .text = QStringLiteral("q")});
+    EXPECT_EQ(sluit, 0);
+    view.keyDown({.key = Qt::Key_Q, .modifiers = Qt::ControlModifier});
+    EXPECT_EQ(sluit, 1);
+
+    view.mouseDown({});
+    klok.advance(0.41);
+    view.mouseDown({});
+    EXPECT_EQ(volledig, 1);
+    klok.advance(0.3);
+    view.mouseDown({});
+    EXPECT_EQ(volledig, 2);
+    // The third of three is no second double click.
+    view.mouseDown({});
+    EXPECT_EQ(volledig, 2);
+    view.keyDown({.key = Qt::Key_A});
+    EXPECT_EQ(volledig + terug + sluit, 4);
+}
+
+TEST_F(HostViewTest, InFullScreenF11AndEscapeAreInputLikeAnyOther) {
+    view.keyDown({.key = Qt::Key_F11});
+    view.keyDown({.key = Qt::Key_Escape});
+    view.mouseDown({});
+    view.mouseDown({});
+    EXPECT_EQ(geroepen, 4);
+}
+
 TEST_F(HostViewTest, TheMouseDoesNotCountWhileTheSheetIsOpenAndAnewAfterwards) {
     muis(100, 100);
     view.setMuisTelt(false);

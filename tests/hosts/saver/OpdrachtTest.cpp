@@ -170,7 +170,7 @@ TEST(Opdracht, ABadArgumentGetsOneClearDutchLine) {
 
 TEST(Opdracht, ABadNumberIsToldItsBoundsWrittenOut) {
     EXPECT_EQ(mis(woorden("--seconden=0")),
-              QStringLiteral("brixtel-saver: --seconden wil een getal van 0.1 tot en met 31536000, "
+              QStringLiteral("brixtel-saver: --seconden wil een getal van 0,1 tot en met 31536000, "
                              "niet '0' (--help toont wat er kan)"));
     EXPECT_TRUE(mis(woorden("--na=1e9")).contains(QStringLiteral("van 0 tot en met 86400,")));
 }
@@ -181,14 +181,100 @@ TEST(Opdracht, ALineBreakInAnArgumentIsNoneInTheLine) {
     EXPECT_TRUE(fout.contains(QStringLiteral("'een ander'")));
 }
 
+TEST(Opdracht, HelpAndVersionHaveTheNamesThatPeopleTry) {
+    for (const char* regel : {"--version", "-V", "--versie", "-version", "--maat=3x3 -V"})
+        EXPECT_EQ(goed(woorden(regel)).taak, Taak::Versie) << regel;
+    for (const char* regel : {"-h", "--help", "--zaad 1 -h"})
+        EXPECT_EQ(goed(woorden(regel)).taak, Taak::Hulp) << regel;
+}
+
+TEST(Opdracht, ANumberTakesACommaAsWellAsAPoint) {
+    EXPECT_EQ(goed(woorden("--seconden=1,5")).seconden, 1.5);
+    EXPECT_EQ(goed(woorden("--plaatje=a.png --keuze=bol --schaal 0,5 --na 2,25")).na, 2.25);
+    for (const char* regel : {"--seconden=1,5,5", "--seconden=1.000,5", "--seconden=,"})
+        EXPECT_FALSE(mis(woorden(regel)).isEmpty()) << regel;
+}
+
+TEST(Opdracht, ResumingEndsTheOneThatRuns) {
+    EXPECT_EQ(goed(woorden("--hervat")).taak, Taak::Hervat);
+    EXPECT_EQ(goed(woorden("--hervat"), QStringLiteral("5")).taak, Taak::Hervat);
+    EXPECT_FALSE(mis(woorden("--hervat --keuze=bol")).isEmpty());
+    EXPECT_FALSE(mis(woorden("--hervat --venster")).isEmpty());
+}
+
+TEST(Opdracht, ATypingErrorIsAnsweredWithTheNearestOption) {
+    const std::pair<const char*, const char*> paren[] = {{"--keuz=bol", "keuze"},
+                                                         {"-venstre", "venster"},
+                                                         {"--plaaatje=a.png", "plaatje"},
+                                                         {"--fsp", "fps"},
+                                                         {"venster", "venster"},
+                                                         {"--verison", "version"},
+                                                         {"--voorvertonig", "voorvertoning"}};
+    for (const auto& [regel, optie] : paren)
+        EXPECT_TRUE(mis(woorden(regel))
+                        .contains(QStringLiteral("; bedoelt u --%1? (").arg(QLatin1String(optie))))
+            << qPrintable(mis(woorden(regel)));
+    EXPECT_FALSE(mis(woorden("--hologram")).contains(QStringLiteral("bedoelt")));
+}
+
+TEST(Opdracht, AnOptionOfAnotherCallIsRefused) {
+    const std::pair<const char*, const char*> paren[] = {
+        {"--maat=800x600", "--maat gaat alleen samen met --plaatje of --film "},
+        {"--venster --na=3", "--na gaat alleen samen met --plaatje of --film "},
+        {"--root --zaad=1", "--zaad gaat alleen samen met --plaatje of --film "},
+        {"--schaal=2",
+         "--schaal gaat alleen samen met --plaatje, --film of --instellingen=BESTAND.png "},
+        {"--lijnen=a.json", "--lijnen gaat alleen samen met --plaatje of --film "},
+        {"--boven=5", "--boven gaat alleen samen met --instellingen "},
+        {"--instellingen --schaal=2", "--schaal gaat alleen samen met --instellingen als"},
+        {"--instellingen --keuze=bol", "--keuze gaat niet samen met --instellingen "},
+        {"--plaatje=a.png --keuze=bol --boven=5", "--boven gaat niet samen met --plaatje "},
+        {"--plaatje=a.png --keuze=bol --fps", "--fps gaat niet samen met --plaatje "},
+        {"--verbindingen --tekenaar=cpu", "--tekenaar gaat niet samen met --verbindingen "},
+        {"--aanmelden --seconden=3", "--seconden gaat niet samen met --aanmelden "},
+        {"--volle-snelheid --afmelden", "--volle-snelheid gaat niet samen met --afmelden "},
+    };
+    for (const auto& [regel, verwacht] : paren)
+        EXPECT_TRUE(mis(woorden(regel)).contains(QLatin1String(verwacht)))
+            << regel << ": " << qPrintable(mis(woorden(regel)));
+    EXPECT_EQ(goed(woorden("--instellingen=a.png --schaal=2")).schaal, 2.0);
+    EXPECT_TRUE(goed(woorden("--plaatje=a.png --keuze=bol --voorvertoning")).voorvertoning);
+    EXPECT_EQ(goed(woorden("--keuze=bol"), QStringLiteral("5")).taak, Taak::Gastheer);
+}
+
+// Every option but those that choose a call, with every call.
+TEST(Opdracht, EveryOptionHasAPlaceAndNoOther) {
+    const char* const aanroepen[] = {"",
+                                     "--plaatje=a.png --keuze=bol",
+                                     "--instellingen=a.png",
+                                     "--verbindingen",
+                                     "--aanmelden",
+                                     "--film=a.mp4 --keuze=bol --seconden=2"};
+    // One column per call: 1 where the option belongs.
+    const std::pair<const char*, const char*> rijen[] = {
+        {"--voorvertoning", "110001"},  {"--meet", "100000"},          {"--fps", "100000"},
+        {"--fps=20", "000001"},         {"--boven=5", "001000"},       {"--keuze=bol", "110001"},
+        {"--volle-snelheid", "100000"}, {"--tekenaar=cpu", "110001"},  {"--maat=8x8", "010001"},
+        {"--schaal=2", "011001"},       {"--na=1", "010001"},          {"--seconden=1", "100001"},
+        {"--zaad=1", "010001"},         {"--lijnen=a.json", "010001"},
+    };
+    for (const auto& [optie, past] : rijen)
+        for (std::size_t i = 0; i < std::size(aanroepen); ++i) {
+            const QString regel =
+                QStringLiteral("%1 %2").arg(QLatin1String(aanroepen[i]), QLatin1String(optie));
+            EXPECT_EQ(mis(woorden(qPrintable(regel))).isEmpty(), past[i] == '1')
+                << qPrintable(regel);
+        }
+}
+
 TEST(Opdracht, TheHelpNamesEveryOption) {
     const QString hulp = brixtel::hulpTekst();
     for (const char* naam :
-         {"venster",       "root",         "window-id", "voorvertoning", "keuze",
-          "instellingen",  "plaatje",      "maat",      "schaal",        "na",
-          "zaad",          "seconden",     "meet",      "fps",           "tekenaar",
-          "lijnen",        "verbindingen", "versie",    "help",          "boven",
-          "volle-snelheid", "film", "lus"})
+         {"venster",        "root",         "window-id", "voorvertoning", "keuze",
+          "instellingen",   "plaatje",      "maat",      "schaal",        "na",
+          "zaad",           "seconden",     "meet",      "fps",           "tekenaar",
+          "lijnen",         "verbindingen", "versie",    "help",          "boven",
+          "volle-snelheid", "film",         "lus"})
         EXPECT_TRUE(hulp.contains(QStringLiteral("--") + QLatin1String(naam))) << naam;
 }
 

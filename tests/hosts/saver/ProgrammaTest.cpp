@@ -158,14 +158,20 @@ TEST(Programma, TheGlobeDrawsTheLinesOfAFile) {
 }
 
 TEST(Programma, AFileWithoutLinesIsOneClearLine) {
-    // One that is not there, and one without an end.
-    for (const char* bestand : {"/er/niet.json", "/dev/zero"}) {
+    // One that is not there, a folder, and one without an end.
+    const std::pair<const char*, const char*> gevallen[] = {
+        {"/er/niet.json", "'/er/niet.json' is niet te lezen: dat is er niet"},
+        {"/", "'/' is niet te lezen: dat is een map"},
+        {"/dev/zero", "'/dev/zero' is niet te lezen: "}};
+    for (const auto& [bestand, verwacht] : gevallen) {
         Programma programma;
         programma.draai({QStringLiteral("--plaatje=") + programma.map() + QStringLiteral("/b.png"),
                          QStringLiteral("--keuze=bol"),
                          QStringLiteral("--lijnen=") + QLatin1String(bestand)});
         EXPECT_EQ(programma.uitgang(), 1);
-        EXPECT_EQ(programma.fouten().count('\n'), 1);
+        const QByteArray regel = programma.fouten();
+        EXPECT_EQ(regel.count('\n'), 1);
+        EXPECT_TRUE(regel.contains(verwacht)) << regel.constData();
         EXPECT_FALSE(QFileInfo::exists(programma.map() + QStringLiteral("/b.png")));
     }
 }

@@ -39,7 +39,7 @@ class Scherm : public testing::Test {
     int vensters() const {
         return static_cast<int>(hulp({QStringLiteral("xdotool"), QStringLiteral("search"),
                                       QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                                      QStringLiteral("^Brixtel$")})
+                                      QStringLiteral("Brixtel$")})
                                     .count('\n'));
     }
     bool regent(const QRect& deel = {}) {

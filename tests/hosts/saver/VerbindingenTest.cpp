@@ -27,7 +27,7 @@ class Verbindingen : public testing::Test {
         std::exit(mis.isEmpty() ? 0 : 1);
     }
 
-    // Which hangs, in a process of its own, once it has sent its caller a signal.
+    // A tool that hangs in a process of its own, after it has sent its caller a signal.
     [[nodiscard]] std::string hangend(const char* signaal) const {
         const std::string pad = (map_ / "kind").string();
         return map_.script("lsof",

@@ -125,7 +125,7 @@ TEST_F(Xscreensaver, TheDaemonShowsTheRainAndNothingIsLeftWhenItStops) {
         opdracht({QStringLiteral("xscreensaver-command"), QStringLiteral("-deactivate")});
         ASSERT_TRUE(leeg()) << "round " << keer;
     }
-    // What its log says of a program that crashed or ended by itself.
+    // The host's log lines about programs that crashed or ended by themselves.
     for (const char* woord : {"crash", "abnormal", "unexpectedly", "exited with"}) {
         for (const QByteArray& regel : logboek.split('\n'))
             EXPECT_FALSE(regel.contains(woord) && regel.contains("brixtel")) << regel.constData();
@@ -172,7 +172,7 @@ TEST_F(Xscreensaver, TheDaemonFindsUsOnceRegisteredAndNothingOfItsOwnIsLost) {
     EXPECT_FALSE(QFile::exists(bestand));
 }
 
-// What rounds of showing and stopping leave behind, and how long a stop takes.
+// The remains of rounds of showing and stopping, and the duration of a stop.
 class Rondes : public Xscreensaver {
   protected:
     Rondes() : Xscreensaver("640x480x24") {}

@@ -20,7 +20,7 @@ using platform::WindowServer;
 
 namespace {
 
-// What the render threads of all windows drew.
+// The pictures of all windows' render threads.
 struct Drawn {
     std::mutex mutex;
     std::vector<double> opacities;
@@ -155,7 +155,7 @@ struct OtherSystem : testing::Test {
         Window other(server, {.frame = {0, 0, 10, 10}});
         other.contentView()->setWantsLayer(true);
         other.contentView()->layer()->setBackgroundColor(Qt::red);
-        other.orderFront();
+        other.show();
         papers->last = own;
         for (std::size_t i = 1; i <= 5; ++i) {
             change();
@@ -173,7 +173,7 @@ struct OtherSystem : testing::Test {
 TEST_F(OtherSystem, AWindowIsDrawnAtItsFractionOfAPixel) {
     EXPECT_EQ(window.windowNumber(), 0);
     EXPECT_TRUE(window.reference().isEmpty());
-    window.orderFront();
+    window.show();
     ASSERT_TRUE(waitFor(1));
     EXPECT_EQ(system->drawn.sizes[0], QSize(150, 90));
     EXPECT_EQ(window.windowNumber(), 7);
@@ -183,7 +183,7 @@ TEST_F(OtherSystem, AWindowIsDrawnAtItsFractionOfAPixel) {
 }
 
 TEST_F(OtherSystem, WhereTheSystemCannotFadeThePictureDoes) {
-    window.orderFront();
+    window.show();
     ASSERT_TRUE(waitFor(1));
     EXPECT_EQ(system->drawn.lastOpacity(), 1.0);
     window.setAlpha(0.25);
@@ -191,7 +191,7 @@ TEST_F(OtherSystem, WhereTheSystemCannotFadeThePictureDoes) {
 }
 
 TEST_F(OtherSystem, ASystemThatPacesFramesGetsNoneUntilItIsReady) {
-    window.orderFront();
+    window.show();
     ASSERT_TRUE(waitFor(1));
     system->last->delegate.readyForFrame(false);
     EXPECT_TRUE(staysStill());
@@ -201,7 +201,7 @@ TEST_F(OtherSystem, ASystemThatPacesFramesGetsNoneUntilItIsReady) {
 }
 
 TEST_F(OtherSystem, AWindowThatNobodySeesHasNoFrames) {
-    window.orderFront();
+    window.show();
     ASSERT_TRUE(waitFor(1));
     system->last->covered = true;
     system->last->delegate.visibilityChanged();
@@ -213,7 +213,7 @@ TEST_F(OtherSystem, AWindowThatNobodySeesHasNoFrames) {
 }
 
 TEST_F(OtherSystem, TheDisplaysSleepIsTheServersToo) {
-    window.orderFront();
+    window.show();
     ASSERT_TRUE(waitFor(1));
     ASSERT_TRUE(system->slept);
     system->slept(true);
@@ -230,7 +230,7 @@ TEST_F(OtherSystem, AHostsWindowThatCannotBeAdoptedStaysEmpty) {
 TEST_F(OtherSystem, AnEndIsToldOnce) {
     int closed = 0;
     window.onClose([&] { ++closed; });
-    window.orderFront();
+    window.show();
     ASSERT_TRUE(waitFor(1));
     system->last->delegate.gone();
     system->last->delegate.gone();

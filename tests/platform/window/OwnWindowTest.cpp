@@ -62,7 +62,7 @@ TEST_F(OwnWindowTest, ShowsItsPictureWhereItStands) {
     Window window(server, {.frame = {100, 60, 200, 150}});
     window.setContentView(coloured(Qt::green));
     EXPECT_FALSE(window.isVisible());
-    window.orderFront();
+    window.show();
     ASSERT_TRUE(drawn(window));
     EXPECT_TRUE(window.isVisible());
     // The screen is 480 high: rows 270 to 419.
@@ -79,12 +79,12 @@ TEST_F(OwnWindowTest, ShowsItsPictureWhereItStands) {
 TEST_F(OwnWindowTest, IsBlackBeforeAnythingIsDrawn) {
     Window below(server, {.frame = {0, 0, 640, 480}});
     below.setContentView(coloured(Qt::green));
-    below.orderFront();
+    below.show();
     ASSERT_TRUE(shows(150, 300, kGreen));
     // One that cannot draw at all.
     WindowServer nowhere(clock, {.drawer = {}, .system = withoutSystem(clock)});
     Window window(nowhere, {.frame = {100, 60, 200, 150}});
-    window.orderFront();
+    window.show();
     EXPECT_TRUE(shows(150, 300, kBlack));
 }
 
@@ -92,7 +92,7 @@ TEST_F(OwnWindowTest, FullScreenCoversTheScreenUnderIt) {
     Window window(server, {.frame = {300, 200, 10, 10}, .style = WindowStyle::FullScreen});
     window.setContentView(coloured(Qt::green));
     window.setCursorHidden(true);
-    window.makeKeyAndOrderFront();
+    window.showWithKeyboard();
     ASSERT_TRUE(drawn(window));
     EXPECT_TRUE(shows(0, 0, kGreen));
     EXPECT_TRUE(shows(639, 479, kGreen));
@@ -102,20 +102,20 @@ TEST_F(OwnWindowTest, FullScreenCoversTheScreenUnderIt) {
 TEST_F(OwnWindowTest, OrderedOutItIsGoneAndComesBack) {
     Window window(server, {.frame = {0, 0, 100, 100}});
     window.setContentView(coloured(Qt::green));
-    window.orderFront();
+    window.show();
     ASSERT_TRUE(shows(50, 450, kGreen));
-    window.orderOut();
+    window.hide();
     EXPECT_FALSE(window.isVisible());
     EXPECT_TRUE(until([&] { return x->mappedWindows().empty(); }));
     window.contentView()->layer()->setBackgroundColor(Qt::red);
-    window.orderFront();
+    window.show();
     EXPECT_TRUE(shows(50, 450, kRed));
 }
 
 TEST_F(OwnWindowTest, SetFrameMovesAndResizesItAndItsContent) {
     Window window(server, {.frame = {0, 0, 100, 100}});
     window.setContentView(coloured(Qt::green));
-    window.orderFront();
+    window.show();
     ASSERT_TRUE(drawn(window));
     window.setFrame({300, 200, 200, 100});
     EXPECT_TRUE(shows(499, 180, kGreen));
@@ -125,7 +125,7 @@ TEST_F(OwnWindowTest, SetFrameMovesAndResizesItAndItsContent) {
 TEST_F(OwnWindowTest, DroppedItIsGoneFromTheScreen) {
     {
         Window window(server, {.frame = {0, 0, 100, 100}});
-        window.orderFront();
+        window.show();
         ASSERT_TRUE(drawn(window));
         EXPECT_EQ(x->mappedWindows().size(), 1U);
     }
@@ -139,15 +139,15 @@ TEST_F(OwnWindowTest, AHigherLevelStaysOnTop) {
     high.setContentView(coloured(Qt::green));
     low.setContentView(coloured(Qt::red));
     plain.setContentView(coloured(Qt::blue));
-    high.orderFront();
+    high.show();
     ASSERT_TRUE(shows(50, 450, kGreen));
-    low.orderFront();
-    plain.orderFront();
+    low.show();
+    plain.show();
     ASSERT_TRUE(until([] { return x->mappedWindows().size() == 3; }));
     EXPECT_TRUE(shows(50, 450, kGreen));
-    high.orderOut();
+    high.hide();
     EXPECT_TRUE(shows(50, 450, kRed));
-    low.orderOut();
+    low.hide();
     EXPECT_TRUE(shows(50, 450, 0x0000ff));
 }
 
@@ -157,7 +157,7 @@ TEST_F(OwnWindowTest, ASeeThroughOneIsDeepAndClear) {
     auto part = std::make_shared<View>(QRectF(50, 0, 50, 100));
     view->layer()->setOpacity(1.0);
     window.setContentView(view);
-    window.orderFront();
+    window.show();
     ASSERT_TRUE(drawn(window));
     const auto windows = x->mappedWindows();
     ASSERT_EQ(windows.size(), 1U);
@@ -172,7 +172,7 @@ TEST_F(OwnWindowTest, ASeeThroughOneIsDeepAndClear) {
 TEST_F(OwnWindowTest, ItsAlphaIsTheCompositorsToShow) {
     Window window(server, {.frame = {0, 0, 100, 100}});
     window.setAlpha(0.5);
-    window.orderFront();
+    window.show();
     ASSERT_TRUE(drawn(window));
     const auto id = QStringLiteral("0x%1").arg(x->mappedWindows().at(0), 0, 16);
     const auto opacity = [&] {
@@ -205,7 +205,7 @@ TEST_F(OwnWindowTest, KeysAndMouseReachItsViews) {
                   {.frame = {100, 60, 200, 150}, .style = WindowStyle::Borderless, .level = 1});
     window.setContentView(view);
     window.makeFirstResponder(view.get());
-    window.makeKeyAndOrderFront();
+    window.showWithKeyboard();
     ASSERT_TRUE(drawn(window));
     const auto xdotool = [](const QStringList& words) { tool(QStringLiteral("xdotool"), words); };
     xdotool({QStringLiteral("mousemove"), QStringLiteral("110"), QStringLiteral("300")});
@@ -233,8 +233,8 @@ struct CanBeKey final : Window {
 TEST_F(OwnWindowTest, OnlyOneThatCanBecomesKey) {
     Window cannot(server, {.frame = {0, 0, 100, 100}, .level = 1});
     CanBeKey can(server, {.frame = {200, 0, 100, 100}, .level = 1});
-    cannot.makeKeyAndOrderFront();
-    can.makeKeyAndOrderFront();
+    cannot.showWithKeyboard();
+    can.showWithKeyboard();
     ASSERT_TRUE(drawn(can));
     EXPECT_TRUE(until([&] { return can.isKey(); }));
     EXPECT_FALSE(cannot.isKey());
@@ -248,8 +248,8 @@ TEST_F(OwnWindowTest, ClicksGoThroughOneThatIgnoresThem) {
     below.setContentView(low);
     above.setContentView(high);
     above.setIgnoresMouseEvents(true);
-    below.orderFront();
-    above.orderFront();
+    below.show();
+    above.show();
     ASSERT_TRUE(drawn(above));
     tool(QStringLiteral("xdotool"),
          {QStringLiteral("mousemove"), QStringLiteral("150"), QStringLiteral("320"),
@@ -275,7 +275,7 @@ TEST_F(OwnWindowTest, ATrackingAreaHearsOfAMouseOverAnotherView) {
     content->addSubview(above);
     Window window(server, {.frame = {100, 60, 200, 150}, .level = 1});
     window.setContentView(content);
-    window.orderFront();
+    window.show();
     ASSERT_TRUE(drawn(window));
     tool(QStringLiteral("xdotool"),
          {QStringLiteral("mousemove"), QStringLiteral("250"), QStringLiteral("300")});
@@ -292,7 +292,7 @@ TEST_F(OwnWindowTest, ASeeThroughOneTellsTheCompositorNotToStop) {
                            .level = 1,
                            .collectionBehavior = platform::CanJoinAllSpaces,
                            .hasShadow = false});
-    window.orderFront();
+    window.show();
     ASSERT_TRUE(drawn(window));
     const auto id = QStringLiteral("0x%1").arg(window.windowNumber(), 0, 16);
     const QString all = tool(QStringLiteral("xprop"), {QStringLiteral("-id"), id});
@@ -306,7 +306,7 @@ TEST_F(OwnWindowTest, TheUserMayAskToCloseIt) {
     Window window(server, {.frame = {0, 0, 100, 100}, .style = WindowStyle::Titled});
     int asked = 0;
     window.onClose([&] { ++asked; });
-    window.orderFront();
+    window.show();
     ASSERT_TRUE(drawn(window));
     const auto atom = [](const char* name) {
         auto* const reply = xcb_intern_atom_reply(
@@ -375,7 +375,7 @@ TEST_F(TwoScreens, AFullScreenWindowOnEach) {
     ASSERT_TRUE(right);
     Window window(server, {.frame = right->frame, .style = WindowStyle::FullScreen});
     window.setContentView(coloured(Qt::green));
-    window.makeKeyAndOrderFront();
+    window.showWithKeyboard();
     ASSERT_TRUE(drawn(window));
     EXPECT_TRUE(shows(320, 0, kGreen));
     EXPECT_TRUE(shows(639, 479, kGreen));

@@ -13,7 +13,7 @@ using platform::Surface;
 
 namespace {
 
-// What a surface was told, for the test's thread to wait for.
+// The calls that a surface received, for the test's thread to wait for.
 struct Log {
     std::mutex mutex;
     std::condition_variable changed;

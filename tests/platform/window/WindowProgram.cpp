@@ -17,7 +17,7 @@ int main(int argc, char** argv) {
     platform::Window window(server, {.frame = {10, 10, 200, 150}});
     window.contentView()->setWantsLayer(true);
     window.contentView()->layer()->setBackgroundColor(Qt::green);
-    window.makeKeyAndOrderFront();
+    window.showWithKeyboard();
     bool told = false;
     const platform::Timer moving(clock, {.interval = 0.01, .repeats = true}, [&] {
         platform::Layer& layer = *window.contentView()->layer();

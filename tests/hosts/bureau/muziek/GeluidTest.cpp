@@ -56,7 +56,7 @@ TEST_P(DoorDeServer, EveryClickIsABeat) {
         [] { ADD_FAILURE() << "the server is gone"; });
     ASSERT_TRUE(until([&] { return monsters() > 0; }));
     ASSERT_TRUE(server.speel(spoor.maak(), spoor.tempo));
-    // What was played last has been heard once half a second more has come.
+    // Half a second of further sound means that the last sound played has been heard.
     gehoord = monsters();
     ASSERT_TRUE(until([&] { return monsters() > gehoord + 22'050; }));
 

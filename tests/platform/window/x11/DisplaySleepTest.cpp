@@ -56,7 +56,7 @@ TEST_F(DisplaySleepTest, FallingAsleepAndWakingUpAreToldOnceEach) {
     clock.advance(3600.0);
     EXPECT_EQ(told, std::vector<bool>{true});
     server.asleep = false;
-    // Whoever wakes it is looking.
+    // A user who wakes the display looks at it.
     clock.advance(1.0);
     EXPECT_EQ(told, (std::vector<bool>{true, false}));
 }

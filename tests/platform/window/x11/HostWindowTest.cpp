@@ -346,7 +346,7 @@ TEST(HostWindow, LeavesNoFileOpenBehind) {
     const Xvfb x;
     const xcb_window_t id = x.makeWindow({});
     const auto open = [] { return QDir(QStringLiteral("/proc/self/fd")).entryList().size(); };
-    // What libraries keep for good is opened by the first.
+    // The first window opens the descriptors that libraries keep for good.
     { Client client(x, id); }
     const auto before = open();
     for (int i = 0; i < 5; ++i) {

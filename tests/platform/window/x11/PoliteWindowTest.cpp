@@ -234,7 +234,7 @@ TEST_F(ByHand, WhileThePicturesRestThereIsAFrameForEachLeapAndNoOther) {
     pictures.leap(10.0);
     server.setNeedsFrames();
     EXPECT_EQ(perSecond(), 1);
-    // What is changed by hand shows all the same.
+    // A change by hand shows all the same.
     view->layer()->setBackgroundColor(Qt::blue);
     EXPECT_EQ(perSecond(), 1);
     pictures.setResting(false);

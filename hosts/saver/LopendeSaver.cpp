@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/saver/LopendeSaver.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/file.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <QByteArray>
+#include <QFile>
+#include <QRegularExpression>
+
+namespace brixtel {
+
+namespace {
+
+// The C library's header has these for C alone.
+int openProces(pid_t wie) {
+    return static_cast<int>(syscall(SYS_pidfd_open, wie, 0));
+}
+bool stuur(int proces, int signaal) {
+    return syscall(SYS_pidfd_send_signal, proces, signaal, nullptr, 0) == 0;
+}
+
+// The number of the process that wrote it; 0 for none.
+pid_t nummerIn(int bestand) {
+    char tekst[32] = {};
+    const ssize_t gelezen = pread(bestand, tekst, sizeof tekst - 1, 0);
+    return gelezen > 0 ? QByteArray(tekst).trimmed().toInt() : 0;
+}
+
+}  // namespace
+
+LopendeSaver::LopendeSaver(const QString& map, const QString& scherm) {
+    static const QRegularExpression vreemd(QStringLiteral("[^A-Za-z0-9.-]"));
+    const QString naam = QString(scherm).replace(vreemd, QStringLiteral("_"));
+    if (!map.isEmpty()) pad_ = QFile::encodeName(map + QStringLiteral("/brixtel-saver-") + naam);
+}
+
+LopendeSaver::~LopendeSaver() {
+    if (bestand_ >= 0) close(bestand_);
+}
+
+bool LopendeSaver::open() {
+    if (bestand_ < 0 && !pad_.isEmpty())
+        bestand_ = ::open(pad_.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
+    return bestand_ >= 0;
+}
+
+bool LopendeSaver::neem() {
+    if (!open()) return true;
+    if (flock(bestand_, LOCK_EX | LOCK_NB) != 0) return false;
+    const QByteArray nummer = QByteArray::number(getpid()) + '\n';
+    // A saver that cannot write its number is not found by another call, and shows all the
+    // same.
+    if (ftruncate(bestand_, 0) == 0) [[maybe_unused]]
+        const auto geschreven = pwrite(bestand_, nummer.constData(), std::size_t(nummer.size()), 0);
+    return true;
+}
+
+QString LopendeSaver::beeindig(std::chrono::milliseconds geduld) {
+    if (!open() || flock(bestand_, LOCK_EX | LOCK_NB) == 0) return {};
+    const pid_t wie = nummerIn(bestand_);
+    const int proces = wie > 1 ? openProces(wie) : -1;
+    // It may have ended just now.
+    if (proces < 0) return {};
+    // Its number may be another's by now, unless the lock is still held.
+    const bool isHet = flock(bestand_, LOCK_EX | LOCK_NB) != 0;
+    pollfd einde{.fd = proces, .events = POLLIN, .revents = 0};
+    const bool weg = !isHet || (stuur(proces, SIGTERM) &&
+                                poll(&einde, 1, static_cast<int>(geduld.count())) == 1);
+    close(proces);
+    return weg ? QString() : QStringLiteral("de schermbeveiliging houdt niet op");
+}
+
+}  // namespace brixtel

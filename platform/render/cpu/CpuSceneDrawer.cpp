@@ -1,0 +1,214 @@
+// SPDX-License-Identifier: MIT
+#include "platform/render/cpu/CpuSceneDrawer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <vector>
+
+#include "platform/render/cpu/scene/SceneGlow.h"
+#include "platform/render/cpu/scene/ScenePlan.h"
+#include "platform/render/cpu/scene/StretchPicture.h"
+#include "platform/render/cpu/scene/TilePainter.h"
+#include "platform/scene/DrawList.h"
+#include "platform/scene/Shading.h"
+
+namespace platform {
+
+namespace {
+
+constexpr std::uint32_t kOpaqueBlack = 0xFF000000U;
+// More could not be counted in pixels of single precision.
+constexpr int kMostSide = 1 << 20;
+
+bool isFinite(const glm::mat4& matrix) {
+    for (int column = 0; column < 4; ++column)
+        for (int row = 0; row < 4; ++row)
+            if (!std::isfinite(matrix[column][row])) return false;
+    return true;
+}
+
+bool isDrawable(const DrawList& list, double scale) {
+    const DrawCamera& camera = list.camera;
+    return isFinite(camera.view) && isFinite(camera.projection) &&
+           std::abs(camera.projection[0][0]) > 1e-6F && std::abs(camera.projection[1][1]) > 1e-6F &&
+           camera.zFar > camera.zNear && scale > 0.0 && std::isfinite(scale);
+}
+
+}  // namespace
+
+struct CpuSceneDrawer::Parts {
+    explicit Parts(const Options& options) : plan(std::max(1, options.keepDraws)) {}
+
+    void fit(const PixelBuffer& picture, bool isKept);
+    void paint(const DrawList& list);
+    void showTile(int tile, const PixelBuffer& picture);
+    void addDamage(const QRect& rect);
+    void draw(const DrawList& list, const PixelBuffer& picture, double scale, bool isKept);
+
+    ScenePlan plan;
+    TilePainter painter;
+    SceneGlow glow;
+    QSize size;
+    QSize tiles;
+    enum State : char { kUnknown, kBlack, kLit };
+    std::vector<char> shows;  // what the picture's tiles show
+    std::vector<char> lit;    // whether there is light in the packed tile
+    std::vector<std::uint32_t> packed;
+    std::vector<float> work = std::vector<float>(SceneGlow::kWorkSize);
+    std::vector<QRect> damage;
+    Counts counts;
+    std::vector<std::uint32_t> coarse;  // a picture that is to be stretched
+};
+
+void CpuSceneDrawer::Parts::fit(const PixelBuffer& picture, bool isKept) {
+    const bool same = size == picture.size;
+    size = picture.size;
+    tiles = {(size.width() + kTileWidth - 1) / kTileWidth,
+             (size.height() + kTileHeight - 1) / kTileHeight};
+    const auto count =
+        static_cast<std::size_t>(tiles.width()) * static_cast<std::size_t>(tiles.height());
+    if (!same || !isKept) shows.assign(count, kUnknown);
+    lit.assign(count, 0);
+    packed.resize(count * kPackedTile);
+    damage.clear();
+    counts = {.tiles = static_cast<int>(count)};
+}
+
+void CpuSceneDrawer::Parts::paint(const DrawList& list) {
+    const glm::vec3 background = glm::vec3(list.background) * list.background.a;
+    const bool isBlack = !(background.r > 0.0F || background.g > 0.0F || background.b > 0.0F);
+    for (int tile = 0; tile < plan.bins().count(); ++tile) {
+        const auto calls = plan.bins().of(tile);
+        if (calls.empty() && isBlack) continue;
+        const int column = tile % tiles.width();
+        const int row = tile / tiles.width();
+        const QRect rect(column * kTileWidth, row * kTileHeight,
+                         std::min(kTileWidth, size.width() - column * kTileWidth),
+                         std::min(kTileHeight, size.height() - row * kTileHeight));
+        painter.paint(plan, calls, rect, background,
+                      glow.isOn() ? std::optional(list.camera.bloomThreshold) : std::nullopt);
+        BrightCells cells;
+        if (glow.isOn()) cells = glow.cellsOf(column, row);
+        const PackedTile result =
+            packTile(painter.tile(), glow.isOn() ? &cells : nullptr,
+                     packed.data() + static_cast<std::size_t>(tile) * kPackedTile);
+        lit[static_cast<std::size_t>(tile)] = result.lit ? 1 : 0;
+        if (result.bright) glow.setBright(tile);
+        ++counts.drawn;
+    }
+}
+
+void CpuSceneDrawer::Parts::addDamage(const QRect& rect) {
+    // Neighbours along a row become one rectangle.
+    if (!damage.empty() && damage.back().top() == rect.top() &&
+        damage.back().right() + 1 == rect.left()) {
+        damage.back().setRight(rect.right());
+        return;
+    }
+    damage.push_back(rect);
+}
+
+void CpuSceneDrawer::Parts::showTile(int tile, const PixelBuffer& picture) {
+    const auto at = static_cast<std::size_t>(tile);
+    const int column = tile % tiles.width();
+    const int row = tile / tiles.width();
+    const bool glows = glow.glows(tile);
+    if (!glows && !lit[at] && shows[at] == kBlack) return;
+    const QRect rect = QRect(column * kTileWidth, row * kTileHeight, kTileWidth, kTileHeight) &
+                       QRect(QPoint(0, 0), size);
+    addDamage(rect);
+    std::uint32_t* const to =
+        picture.pixels + static_cast<std::ptrdiff_t>(rect.top()) * picture.stride + rect.left();
+    if (!glows && !lit[at]) {
+        for (int y = 0; y < rect.height(); ++y)
+            std::fill_n(to + static_cast<std::ptrdiff_t>(y) * picture.stride, rect.width(),
+                        kOpaqueBlack);
+        shows[at] = kBlack;
+        ++counts.blackened;
+        return;
+    }
+    std::uint32_t* const light = packed.data() + at * kPackedTile;
+    if (!lit[at]) std::fill_n(light, kPackedTile, 0U);
+    TileGlow added;
+    if (glows) glow.expand(column, row, work.data(), added);
+    encodeTile(light, glows ? &added : nullptr, {to, picture.stride, rect.width(), rect.height()});
+    shows[at] = kLit;
+    ++counts.encoded;
+}
+
+CpuSceneDrawer::CpuSceneDrawer(const Options& options) : parts_(std::make_unique<Parts>(options)) {}
+CpuSceneDrawer::~CpuSceneDrawer() = default;
+
+void CpuSceneDrawer::Parts::draw(const DrawList& list, const PixelBuffer& picture, double scale,
+                                 bool isKept) {
+    fit(picture, isKept);
+    const bool drawable = isDrawable(list, scale);
+    const DrawCamera& camera = list.camera;
+    const double sigma = bloomSigma(camera.bloomBlurRadius, scale);
+    const bool glows = drawable && camera.bloomIntensity > 0.0F &&
+                       std::isfinite(camera.bloomIntensity) && sigma > 0.0 &&
+                       camera.bloomThreshold >= 0.0F;
+    glow.begin({.tiles = tiles,
+                .intensity = glows ? camera.bloomIntensity : 0.0F,
+                .threshold = camera.bloomThreshold,
+                .sigma = sigma});
+    if (drawable) {
+        plan.make(list, picture.size, scale);
+        paint(list);
+    }
+    glow.spread();
+    counts.glowing = glow.tilesSpread();
+    for (int tile = 0; tile < counts.tiles; ++tile)
+        showTile(tile, picture);
+}
+
+std::span<const QRect> CpuSceneDrawer::draw(const DrawList& list, const PixelBuffer& picture,
+                                            const Frame& frame) {
+    Parts& parts = *parts_;
+    const QSize size = picture.size;
+    if (size.isEmpty() || std::max(size.width(), size.height()) > kMostSide) return {};
+    if (!(frame.resolution < 1.0)) {
+        parts.draw(list, picture, frame.scale, frame.isKept);
+        return parts.damage;
+    }
+    const double share = std::max(frame.resolution, 0.05);
+    const QSize inner(std::max(1, static_cast<int>(std::lround(size.width() * share))),
+                      std::max(1, static_cast<int>(std::lround(size.height() * share))));
+    parts.coarse.resize(static_cast<std::size_t>(inner.width()) *
+                        static_cast<std::size_t>(inner.height()));
+    const PixelBuffer coarse{parts.coarse.data(), inner.width(), inner};
+    parts.draw(list, coarse, frame.scale * inner.height() / size.height(), false);
+    stretchPicture(coarse, picture);
+    // What is drawn next time has nothing to do with the picture.
+    parts.size = {};
+    parts.damage.assign(1, QRect(QPoint(0, 0), size));
+    return parts.damage;
+}
+
+QImage CpuSceneDrawer::picture(const DrawList& list, QSizeF points, double scale) {
+    const QSize size(static_cast<int>(std::lround(points.width() * scale)),
+                     static_cast<int>(std::lround(points.height() * scale)));
+    if (size.isEmpty() || std::max(size.width(), size.height()) > kMostSide) return {};
+    QImage image(size, QImage::Format_RGB32);
+    if (image.isNull()) return {};
+    draw(list,
+         {reinterpret_cast<std::uint32_t*>(image.bits()),
+          static_cast<int>(image.bytesPerLine() / 4), size},
+         {.scale = scale});
+    return image;
+}
+
+const CpuSceneDrawer::Counts& CpuSceneDrawer::counts() const {
+    return parts_->counts;
+}
+
+int CpuSceneDrawer::meshCount() const {
+    return parts_->plan.meshCount();
+}
+
+int CpuSceneDrawer::pictureCount() const {
+    return parts_->plan.pictureCount();
+}
+
+}  // namespace platform

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+// Pictures as slanting surfaces want them; private to platform/render.
+#pragma once
+
+#include <QImage>
+#include <array>
+#include <cstdint>
+#include <vector>
+
+namespace platform {
+
+// A picture at every combination of halved widths and halved heights, so that a
+// surface that is seen at a slant is averaged along one side only. A texel is one
+// number: square roots of its light, 10 bits of red, 12 of green, 10 of blue,
+// alpha multiplied in.
+struct RipPicture {
+    static constexpr int kMostLevels = 12;
+
+    explicit RipPicture(const QImage& picture);
+
+    [[nodiscard]] int levelAt(int across, int down) const { return across * levelsDown + down; }
+
+    int width = 0;
+    int height = 0;
+    int levelsAcross = 1;
+    int levelsDown = 1;
+    bool hasAlpha = false;
+    std::array<float, kMostLevels> widths{};  // by the level
+    std::array<float, kMostLevels> heights{};
+    std::vector<std::int32_t> first;  // texel of a level; see levelAt()
+    std::vector<std::uint32_t> texels;
+    std::vector<std::uint32_t> alphas;  // of 65535; empty where all is opaque
+};
+
+}  // namespace platform

@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: MIT
+#include "platform/render/cpu/scene/SceneGlow.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "platform/render/cpu/scene/GlowCells.h"
+
+namespace platform {
+
+namespace {
+
+std::size_t countOf(QSize size) {
+    return static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height());
+}
+
+// A cubic B-spline's, between the second and the third of four.
+std::array<float, 4> splineWeights(double f) {
+    const double g = 1.0 - f;
+    return {static_cast<float>(g * g * g / 6.0),
+            static_cast<float>((4.0 - 6.0 * f * f + 3.0 * f * f * f) / 6.0),
+            static_cast<float>((4.0 - 6.0 * g * g + 3.0 * g * g * g) / 6.0),
+            static_cast<float>(f * f * f / 6.0)};
+}
+
+}  // namespace
+
+void SceneGlow::begin(const Options& options) {
+    options_ = options;
+    if (!isOn()) {
+        std::fill(glow_.begin(), glow_.end(), char{0});
+        glow_.resize(countOf(options.tiles));
+        return;
+    }
+    if (phases_.empty() || planned_.tiles != options.tiles || planned_.sigma != options.sigma)
+        fit();
+    for (std::size_t tile = 0; tile < bright_.size(); ++tile) {
+        if (!bright_[tile]) continue;
+        clearCells(cells_, static_cast<int>(tile));
+        bright_[tile] = 0;
+    }
+}
+
+void SceneGlow::fit() {
+    planned_ = options_;
+    const QSize tiles = options_.tiles;
+    plan_ = planBloom({.size = {tiles.width() * kTileWidth, tiles.height() * kTileHeight},
+                       .sigma = std::min(options_.sigma, 170.0),
+                       .spline = true});
+    reduction_ = plan_.reduction();
+    cellsAcross_ = kTileWidth / reduction_;
+    cellsDown_ = kTileHeight / reduction_;
+    margin_ = plan_.radius + 20;
+    stride_ = tiles.width() * cellsAcross_ + 2 * margin_;
+    const auto rows = static_cast<std::size_t>(tiles.height() * cellsDown_ + 2 * margin_);
+    for (Planes* const planes : {&cells_, &blurred_, &spread_})
+        for (auto& plane : *planes)
+            plane.assign(rows * static_cast<std::size_t>(stride_), 0.0F);
+    for (Flags* const flags : {&bright_, &along_, &glow_})
+        flags->assign(countOf(tiles), 0);
+    phases_.clear();
+    for (int i = 0; i < reduction_; ++i) {
+        const double at = (i + 0.5) / reduction_ - 0.5;
+        const double base = std::floor(at);
+        phases_.push_back({static_cast<int>(base) - 1, splineWeights(at - base)});
+    }
+}
+
+std::size_t SceneGlow::cellAt(int tileX, int tileY) const {
+    return static_cast<std::size_t>((margin_ + tileY * cellsDown_) * stride_ + margin_ +
+                                    tileX * cellsAcross_);
+}
+
+BrightCells SceneGlow::cellsOf(int tileX, int tileY) {
+    BrightCells cells{.stride = stride_, .reduction = reduction_, .threshold = options_.threshold};
+    for (std::size_t k = 0; k < 3; ++k)
+        cells.plane[k] = cells_[k].data() + cellAt(tileX, tileY);
+    return cells;
+}
+
+void SceneGlow::clearCells(Planes& planes, int tile) {
+    const int across = options_.tiles.width();
+    for (auto& plane : planes)
+        for (int row = 0; row < cellsDown_; ++row)
+            std::fill_n(plane.begin() +
+                            static_cast<std::ptrdiff_t>(cellAt(tile % across, tile / across)) +
+                            static_cast<std::ptrdiff_t>(row) * stride_,
+                        cellsAcross_, 0.0F);
+}
+
+bool SceneGlow::anyNear(const Flags& flags, int tile, int across, int down) const {
+    const int width = options_.tiles.width();
+    const int x = tile % width;
+    const int y = tile / width;
+    for (int row = std::max(0, y - down); row <= std::min(options_.tiles.height() - 1, y + down);
+         ++row)
+        for (int column = std::max(0, x - across); column <= std::min(width - 1, x + across);
+             ++column)
+            if (flags[static_cast<std::size_t>(row * width + column)]) return true;
+    return false;
+}
+
+// Works out the tiles that light of the given tiles reaches, and clears those
+// that it no longer does.
+template <typename Work>
+void SceneGlow::pass(const Flags& from, Flags& to, Planes& planes, int across, int down,
+                     Work work) {
+    for (std::size_t i = 0; i < to.size(); ++i) {
+        const int tile = static_cast<int>(i);
+        const bool reached = anyNear(from, tile, across, down);
+        if (reached) {
+            const std::size_t first =
+                cellAt(tile % options_.tiles.width(), tile / options_.tiles.width());
+            for (std::size_t k = 0; k < 3; ++k)
+                for (int row = 0; row < cellsDown_; ++row)
+                    work(k, first + static_cast<std::size_t>(row * stride_));
+        } else if (to[i]) {
+            clearCells(planes, tile);
+        }
+        to[i] = reached ? 1 : 0;
+    }
+}
+
+void SceneGlow::spread() {
+    tilesSpread_ = 0;
+    if (!isOn()) return;
+    const int reach = plan_.radius + 2;
+    const float* const weight = plan_.weight.data();
+    pass(bright_, along_, blurred_, (reach + cellsAcross_ - 1) / cellsAcross_, 0,
+         [&](std::size_t k, std::size_t at) {
+             blurCells(cells_[k].data() + at, 1, weight, plan_.radius, blurred_[k].data() + at,
+                       cellsAcross_, options_.intensity);
+         });
+    pass(along_, glow_, spread_, 0, (reach + cellsDown_ - 1) / cellsDown_,
+         [&](std::size_t k, std::size_t at) {
+             blurCells(blurred_[k].data() + at, stride_, weight, plan_.radius,
+                       spread_[k].data() + at, cellsAcross_, 1.0F);
+         });
+    tilesSpread_ = static_cast<int>(std::count(glow_.begin(), glow_.end(), 1));
+}
+
+// Along the rows first, into rows as far apart as the cells, then between these.
+void SceneGlow::expand(int tileX, int tileY, float* work, TileGlow& glow) const {
+    constexpr int kExtra = 2;  // rows of cells above the tile
+    float* const along = work + 3 * kPackedTile;
+    std::array<float, kTileWidth> phase{};
+    for (std::size_t k = 0; k < 3; ++k) {
+        const float* const cells = spread_[k].data() + cellAt(tileX, tileY);
+        for (int row = 0; row < cellsDown_ + 2 * kExtra; ++row) {
+            const float* const from = cells + static_cast<std::ptrdiff_t>(row - kExtra) * stride_;
+            float* const to = along + static_cast<std::ptrdiff_t>(row) * kTileWidth;
+            for (int i = 0; i < reduction_; ++i) {
+                const Phase& p = phases_[static_cast<std::size_t>(i)];
+                const float* const four[4] = {from + p.first, from + p.first + 1,
+                                              from + p.first + 2, from + p.first + 3};
+                weighCells(four, p.weight.data(), phase.data(), cellsAcross_);
+                for (int cell = 0; cell < cellsAcross_; ++cell)
+                    to[cell * reduction_ + i] = phase[static_cast<std::size_t>(cell)];
+            }
+        }
+        float* const to = work + k * kPackedTile;
+        for (int row = 0; row < kTileHeight; ++row) {
+            const Phase& p = phases_[static_cast<std::size_t>(row % reduction_)];
+            const float* const from =
+                along +
+                static_cast<std::ptrdiff_t>(row / reduction_ + kExtra + p.first) * kTileWidth;
+            const float* const four[4] = {from, from + kTileWidth, from + 2 * kTileWidth,
+                                          from + 3 * kTileWidth};
+            weighCells(four, p.weight.data(), to + static_cast<std::ptrdiff_t>(row) * kTileWidth,
+                       kTileWidth);
+        }
+        glow.plane[k] = to;
+    }
+}
+
+}  // namespace platform

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+// Spreads a scene's bright light with the processor; private to platform/render.
+#pragma once
+
+#include <QSize>
+#include <array>
+#include <vector>
+
+#include "platform/render/BloomPlan.h"
+#include "platform/render/cpu/scene/TileFinish.h"
+
+namespace platform {
+
+// Bright light, averaged over cells of some pixels a side, blurred there and
+// stretched again by cubic splines. Only the tiles that bright light reaches are
+// worked on. Steady sizes allocate nothing.
+class SceneGlow {
+  public:
+    struct Options {
+        QSize tiles;
+        float intensity = 0.0F;  // 0: none
+        float threshold = 1.0F;
+        double sigma = 1.0;  // pixels
+    };
+
+    // Starts a frame: no tile is bright.
+    void begin(const Options& options);
+    [[nodiscard]] bool isOn() const { return options_.intensity > 0.0F; }
+    // Where a tile's bright light is gathered.
+    [[nodiscard]] BrightCells cellsOf(int tileX, int tileY);
+    void setBright(int tile) { bright_[static_cast<std::size_t>(tile)] = true; }
+
+    // Spreads what was gathered.
+    void spread();
+    [[nodiscard]] bool glows(int tile) const { return glow_[static_cast<std::size_t>(tile)] != 0; }
+    // The glow of a tile that glows, worked out in the given space.
+    static constexpr std::size_t kWorkSize = 3 * kPackedTile + kPackedTile;
+    void expand(int tileX, int tileY, float* work, TileGlow& glow) const;
+
+    // Tiles that the last frame's blur worked on.
+    [[nodiscard]] int tilesSpread() const { return tilesSpread_; }
+
+  private:
+    using Flags = std::vector<char>;
+    using Planes = std::array<std::vector<float>, 3>;
+
+    void fit();
+    void clearCells(Planes& planes, int tile);
+    [[nodiscard]] std::size_t cellAt(int tileX, int tileY) const;
+    [[nodiscard]] bool anyNear(const Flags& flags, int tile, int across, int down) const;
+    template <typename Work>
+    void pass(const Flags& from, Flags& to, Planes& planes, int across, int down, Work work);
+
+    Options options_;
+    Options planned_;
+    BloomPlan plan_;
+    int reduction_ = 4;
+    int cellsAcross_ = 0;  // of one tile
+    int cellsDown_ = 0;
+    int margin_ = 0;
+    int stride_ = 0;
+    int tilesSpread_ = 0;
+    Flags bright_, along_, glow_;
+    Planes cells_, blurred_, spread_;
+    // By the pixel within a cell: the first of four cells, and their weights.
+    struct Phase {
+        int first = 0;
+        std::array<float, 4> weight{};
+    };
+    std::vector<Phase> phases_;
+};
+
+}  // namespace platform

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+// A tile of a picture while the processor draws a scene into it; private to
+// platform/render.
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+namespace platform {
+
+inline constexpr int kTileWidth = 64;  // pixels
+inline constexpr int kTileHeight = 32;
+// Pixels on both sides of a row that are written and never shown, so that vectors
+// need not end where the tile does.
+inline constexpr int kTileMargin = 16;
+inline constexpr int kTileStride = kTileWidth + 2 * kTileMargin;
+inline constexpr int kTilePlane = kTileStride * kTileHeight;
+inline constexpr int kSamples = 8;
+
+// Where the samples of a pixel lie, in pixels from its middle.
+inline constexpr std::array<std::array<float, 2>, kSamples> kSamplePlaces{{{0.0625F, -0.1875F},
+                                                                           {-0.0625F, 0.1875F},
+                                                                           {0.3125F, 0.0625F},
+                                                                           {-0.1875F, -0.3125F},
+                                                                           {-0.3125F, 0.3125F},
+                                                                           {-0.4375F, -0.0625F},
+                                                                           {0.1875F, 0.4375F},
+                                                                           {0.4375F, -0.4375F}}};
+
+// Linear light and nearness (1 / depth before the camera, 0 for nothing) of a
+// tile's pixels. Nearness is kept once per pixel until an outline needs more;
+// light is kept per sample only while opaque surfaces are drawn.
+struct SceneTile {
+    static constexpr std::size_t kPlane = kTilePlane;
+
+    int x = 0;  // of the upper left pixel in the picture
+    int y = 0;
+    int width = 0;  // what of the tile lies inside the picture
+    int height = 0;
+    bool hidesNothing = true;       // no surface has written its nearness yet
+    bool sampledNear = false;       // `sampleNear` holds, not `near`
+    bool sampledLight = false;      // `sampleLight` holds, not `light`
+    std::array<float*, 3> light{};  // pixel (0, 0) of each plane
+    // What of dots and lines is brighter than `threshold`, times how much of a pixel
+    // they cover: however thin they are, they bloom as they would in a larger
+    // picture. Valid once there is some.
+    std::array<float*, 3> excess{};
+    bool hasExcess = false;
+    float threshold = 0.0F;
+    bool blooms = false;
+    float* near = nullptr;
+    std::array<float*, kSamples> sampleNear{};
+    std::array<std::array<float*, 3>, kSamples> sampleLight{};
+
+    [[nodiscard]] static std::ptrdiff_t at(int column, int row) {
+        return static_cast<std::ptrdiff_t>(row) * kTileStride + column;
+    }
+};
+
+}  // namespace platform

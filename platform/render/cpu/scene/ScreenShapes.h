@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+// What a scene's surfaces are on the screen; private to platform/render. Pixels,
+// (0, 0) being the picture's upper left corner and y pointing down. Nearness is
+// 1 / depth before the camera, and even along everything flat.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <glm/vec2.hpp>
+#include <glm/vec3.hpp>
+#include <glm/vec4.hpp>
+
+namespace platform {
+
+struct RipPicture;
+struct SpritePicture;
+struct DotKernel;
+
+// Light that is put over what is there: what was is left times 1 − alpha.
+struct Ink {
+    glm::vec3 light{0.0F};  // alpha multiplied in
+    float alpha = 0.0F;     // 0: only added
+};
+
+struct Hiding {
+    bool reads = true;
+    bool writes = true;
+};
+
+struct ScreenDot {
+    glm::vec2 middle{0.0F};
+    float near = 0.0F;
+    Ink ink;
+    std::uint32_t style = 0;
+};
+
+// What many dots share.
+struct DotStyle {
+    const DotKernel* kernel = nullptr;
+    Hiding hiding;
+};
+
+struct ScreenLine {
+    glm::vec2 from{0.0F};
+    glm::vec2 to{0.0F};
+    float nearFrom = 0.0F;
+    float nearTo = 0.0F;
+    Ink inkFrom;
+    Ink inkTo;
+    Hiding hiding;
+};
+
+// A picture that faces the camera upright.
+struct ScreenSprite {
+    const SpritePicture* picture = nullptr;
+    // Where the picture's left and upper edges lie, and its size; a negative size
+    // mirrors it.
+    glm::dvec2 at{0.0};
+    glm::dvec2 size{0.0};
+    float near = 0.0F;
+    glm::vec4 tint{1.0F};  // times the picture; alpha multiplied in
+    bool additive = false;
+    Hiding hiding;
+};
+
+// A ball of one colour, as an ellipse.
+struct ScreenBall {
+    glm::vec3 middle{0.0F};  // as the eye sees it, z before it being positive
+    float radius = 0.0F;
+    glm::vec2 low{0.0F};
+    glm::vec2 high{0.0F};
+    Ink ink;
+    glm::vec3 inkFog{0.0F};  // fog's colour, alpha multiplied in
+    Hiding hiding;
+};
+
+// a·x + b·y + c at a pixel's middle.
+struct Plane {
+    double a = 0.0;
+    double b = 0.0;
+    double c = 0.0;
+    [[nodiscard]] double at(double x, double y) const { return a * x + b * y + c; }
+};
+
+// What many polygons share.
+struct Surface {
+    const RipPicture* picture = nullptr;
+    glm::vec4 tint{1.0F};  // alpha multiplied in
+    glm::vec3 emission{0.0F};
+    bool lambert = false;
+    bool additive = false;
+    bool opaque = true;
+    bool repeatS = false;
+    bool repeatT = false;
+    bool outlined = true;  // has edges that several samples a pixel smooth
+    bool mirrored = false;
+    Hiding hiding;
+};
+
+struct ScreenPolygon {
+    static constexpr int kMaxEdges = 8;
+    // Each times nearness: where in the picture, the normal, and the height above
+    // the mirror.
+    static constexpr std::size_t kPicture = 0;
+    static constexpr std::size_t kNormal = 2;
+    static constexpr std::size_t kHeight = 5;
+    static constexpr std::size_t kAttributes = 6;
+    std::uint32_t surface = 0;
+    int edges = 0;
+    bool back = false;  // seen from behind
+    glm::vec2 low{0.0F};
+    glm::vec2 high{0.0F};
+    // At least 0 inside, in pixels from the edge.
+    std::array<Plane, kMaxEdges> edge{};
+    Plane near;
+    std::array<Plane, kAttributes> attribute{};
+};
+
+enum class ShapeKind : std::uint32_t { Dot, Line, Sprite, Ball, Polygon, Floor };
+
+}  // namespace platform

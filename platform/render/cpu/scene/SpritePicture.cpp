@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+#include "platform/render/cpu/scene/SpritePicture.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "platform/render/cpu/LinearPixels.h"
+
+namespace platform {
+
+namespace {
+
+constexpr float kWhole = 65535.0F;
+// Of a component of 65535, what rounding may make of one colour.
+constexpr float kSameColour = 24.0F;
+
+struct Texels {
+    std::vector<std::uint16_t> pixels;
+    int width = 0;
+    int height = 0;
+    [[nodiscard]] const std::uint16_t* at(int x, int y) const {
+        return &pixels[4 * (static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                            static_cast<std::size_t>(x))];
+    }
+};
+
+// The brightest texel, as the colour of all if they are.
+glm::vec4 brightest(const Texels& texels) {
+    glm::vec4 most(0.0F);
+    float sum = -1.0F;
+    for (std::size_t i = 0; i < texels.pixels.size(); i += 4) {
+        const glm::vec4 texel(texels.pixels[i], texels.pixels[i + 1], texels.pixels[i + 2],
+                              texels.pixels[i + 3]);
+        const float all = texel.r + texel.g + texel.b + texel.a;
+        if (all <= sum) continue;
+        sum = all;
+        most = texel;
+    }
+    return most;
+}
+
+std::size_t leading(const glm::vec4& colour) {
+    std::size_t k = 3;
+    for (std::size_t i = 0; i < 3; ++i)
+        if (colour[static_cast<int>(i)] > colour[static_cast<int>(k)]) k = i;
+    return k;
+}
+
+bool isOneColour(const Texels& texels, const glm::vec4& colour) {
+    const std::size_t lead = leading(colour);
+    const float whole = colour[static_cast<int>(lead)];
+    if (whole <= 0.0F) return true;
+    for (std::size_t i = 0; i < texels.pixels.size(); i += 4) {
+        const float share = texels.pixels[i + lead] / whole;
+        for (std::size_t k = 0; k < 4; ++k)
+            if (std::abs(share * colour[static_cast<int>(k)] - texels.pixels[i + k]) > kSameColour)
+                return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+bool SpritePicture::isEmpty(double left, double top, double right, double bottom) const {
+    // A texel is seen half a texel further than it reaches.
+    const auto block = [](double at, int side) {
+        return static_cast<int>(std::clamp(std::floor(at * kBlocks / side), 0.0, kBlocks - 1.0));
+    };
+    for (int y = block(top - 1.0, height); y <= block(bottom + 1.0, height); ++y)
+        for (int x = block(left - 1.0, width); x <= block(right + 1.0, width); ++x)
+            if (filled_[static_cast<std::size_t>(y * kBlocks + x)]) return false;
+    return true;
+}
+
+SpritePicture::SpritePicture(const QImage& picture, bool additive) {
+    Texels texels{linearPixels(picture), picture.width(), picture.height()};
+    for (std::size_t i = 3; additive && i < texels.pixels.size(); i += 4)
+        texels.pixels[i] = 0;
+    width = texels.width;
+    height = texels.height;
+    const glm::vec4 most = brightest(texels);
+    hasOneColour = isOneColour(texels, most);
+    channels = hasOneColour ? 1 : 4;
+    if (hasOneColour) colour = most / kWhole;
+    filled_.assign(static_cast<std::size_t>(kBlocks) * kBlocks, 0);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            const std::uint16_t* const texel = texels.at(x, y);
+            if ((texel[0] | texel[1] | texel[2] | texel[3]) == 0) continue;
+            filled_[static_cast<std::size_t>(y * kBlocks / height * kBlocks +
+                                             x * kBlocks / width)] = 1;
+        }
+    // A vector that begins at any node may reach beyond the last.
+    stride = (nodes() + 31) / 16 * 16;
+    const auto isSame = [&](int a, int b) {
+        return std::equal(texels.at(0, a), texels.at(0, a) + 4 * width, texels.at(0, b));
+    };
+    for (int y = 0; y < height; ++y) {
+        if (y == 0 || !isSame(y - 1, y)) ++runs;
+        runOf.push_back(runs - 1);
+    }
+    data.assign(channels * static_cast<std::size_t>(runs) * 2 * static_cast<std::size_t>(stride),
+                0.0F);
+    runIsEmpty.assign(static_cast<std::size_t>(runs), true);
+    const std::size_t lead = leading(most);
+    const float whole = hasOneColour ? std::max(1.0F, most[static_cast<int>(lead)]) : kWhole;
+    for (int y = 0; y < height; ++y) {
+        const int run = runOf[static_cast<std::size_t>(y)];
+        if (y > 0 && run == runOf[static_cast<std::size_t>(y - 1)]) continue;
+        for (std::size_t k = 0; k < channels; ++k) {
+            float* const value = const_cast<float*>(values(k, run));
+            float* const integral = value + stride;
+            double sum = 0.0;
+            for (int i = 0; i < nodes(); ++i) {
+                const int x = std::clamp(i - 1, 0, width - 1);
+                value[i] = texels.at(x, y)[hasOneColour ? lead : k] / whole;
+                if (i > 0) sum += 0.5 * (static_cast<double>(value[i - 1]) + value[i]);
+                integral[i] = static_cast<float>(sum);
+                if (value[i] > 0.0F) runIsEmpty[static_cast<std::size_t>(run)] = false;
+            }
+        }
+    }
+}
+
+}  // namespace platform

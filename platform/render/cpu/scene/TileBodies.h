@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+// Balls and the floor in a tile; private to platform/render.
+#pragma once
+
+#include <glm/vec2.hpp>
+#include <glm/vec3.hpp>
+#include <vector>
+
+#include "platform/render/cpu/scene/SceneTile.h"
+#include "platform/render/cpu/scene/ScreenShapes.h"
+
+namespace platform {
+
+// Where a pixel looks, for one unit before the camera: (x, y) / focus from the
+// middle, y up.
+struct ScreenLens {
+    glm::vec2 middle{0.0F};  // pixels
+    glm::vec2 perPixel{0.0F};
+};
+
+void drawBall(const ScreenBall& ball, const ScreenLens& lens, SceneTile& tile);
+
+// A picture of stripes along its rows and columns: whatever stands at a texel is
+// told by the kind of its column and the kind of its row. Each kind is one
+// stretch of the picture's side, but for the first, which is all the rest.
+struct StripePicture {
+    static constexpr std::size_t kMostKinds = 4;
+    struct Kind {
+        float from = 0.0F;  // of the side, 0 … 1
+        float to = 0.0F;
+    };
+    std::size_t columnKinds = 1;
+    std::size_t rowKinds = 1;
+    Kind column[kMostKinds];
+    Kind row[kMostKinds];
+    glm::vec3 colour[kMostKinds][kMostKinds];  // by column, then row
+    glm::vec2 texel{1.0F};                     // of the side
+};
+
+struct ScreenFloor {
+    Plane near;
+    Plane u;  // times nearness; one repeat is 1
+    Plane v;
+    glm::vec3 light{0.0F};  // times the stripes' colour
+    glm::vec3 fog{0.0F};    // its colour
+    bool hasFog = false;
+    float fogStart = 0.0F;
+    float fogShare = 0.0F;  // thickens by this a unit
+    bool additive = false;
+    bool blackens = false;  // takes away what lies behind
+    Hiding hiding;
+    StripePicture stripes;
+};
+
+void drawFloor(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& tile);
+
+}  // namespace platform

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// sRGB out of the square root of light; included once per vector target.
+#if defined(PLATFORM_TILE_ENCODING_INL) == defined(HWY_TARGET_TOGGLE)
+#ifdef PLATFORM_TILE_ENCODING_INL
+#undef PLATFORM_TILE_ENCODING_INL
+#else
+#define PLATFORM_TILE_ENCODING_INL
+#endif
+
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace platform::HWY_NAMESPACE {
+namespace {
+
+namespace encoding = hwy::HWY_NAMESPACE;
+
+// 255 × the encoded light of a root between 0 and 1, to a twelfth of a step: a
+// polynomial through the curve's Chebyshev points, and the straight part below.
+template <class D>
+encoding::Vec<D> encoded(D d, encoding::Vec<D> root) {
+    constexpr float kCurve[] = {-10.42146748676575F, 393.31516679808084F, -419.74738251019784F,
+                                773.6477840164332F,  -906.4323739835082F, 573.7156661028889F,
+                                -149.08811694351505F};
+    auto sum = encoding::Set(d, kCurve[6]);
+    for (int i = 5; i >= 0; --i)
+        sum = encoding::Add(encoding::Mul(sum, root), encoding::Set(d, kCurve[i]));
+    const auto straight =
+        encoding::Mul(encoding::Mul(root, root), encoding::Set(d, 255.0F * 12.92F));
+    // 0.0559547 is where the two meet.
+    const auto bent = encoding::Gt(root, encoding::Set(d, 0.0559547F));
+    return encoding::Min(encoding::IfThenElse(bent, sum, straight), encoding::Set(d, 255.0F));
+}
+
+}  // namespace
+}  // namespace platform::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#endif

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+#include "platform/render/cpu/scene/TilePainter.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "platform/render/cpu/scene/TileFinish.h"
+
+namespace platform {
+
+namespace {
+
+// Planes begin within their first row, and vectors may end behind the last one.
+constexpr std::size_t kPlaneRoom = kTilePlane + 2 * kTileMargin;
+
+float* planeAt(std::vector<float>& room, std::size_t number) {
+    return room.data() + number * kPlaneRoom + kTileMargin;
+}
+
+}  // namespace
+
+TilePainter::TilePainter() : planes_(7 * kPlaneRoom) {
+    for (std::size_t k = 0; k < 3; ++k) {
+        tile_.light[k] = planeAt(planes_, k);
+        tile_.excess[k] = planeAt(planes_, 4 + k);
+    }
+    tile_.near = planeAt(planes_, 3);
+}
+
+void TilePainter::paint(const ScenePlan& plan, std::span<const ShapeCall> calls, const QRect& rect,
+                        const glm::vec3& background, std::optional<float> threshold) {
+    tile_.x = rect.left();
+    tile_.y = rect.top();
+    tile_.width = rect.width();
+    tile_.height = rect.height();
+    clearTile(tile_, &background.x);
+    tile_.blooms = threshold.has_value();
+    tile_.threshold = threshold.value_or(0.0F);
+    while (!calls.empty()) {
+        const std::size_t opaque = drawOpaque(plan, calls);
+        if (opaque == 0) draw(plan, calls.front());
+        calls = calls.subspan(std::max<std::size_t>(opaque, 1));
+    }
+    resolveLight(tile_);
+}
+
+std::size_t TilePainter::drawOpaque(const ScenePlan& plan, std::span<const ShapeCall> calls) {
+    fronts_.clear();
+    for (const ShapeCall call : calls) {
+        if (call.kind() != ShapeKind::Polygon) break;
+        const ScreenPolygon& polygon = plan.polygons()[call.index()];
+        const Surface& surface = plan.surfaces()[polygon.surface];
+        if (!surface.opaque || !surface.hiding.reads || !surface.hiding.writes) break;
+        const Plane& near = polygon.near;
+        const double middle = near.at(tile_.x + 0.5 * kTileWidth, tile_.y + 0.5 * kTileHeight);
+        const double reach = 0.5 * (std::abs(near.a) * kTileWidth + std::abs(near.b) * kTileHeight);
+        fronts_.push_back({middle, middle + reach, call});
+    }
+    if (fronts_.size() > 1)
+        std::sort(fronts_.begin(), fronts_.end(), [](const Front& a, const Front& b) {
+            return a.near != b.near ? a.near > b.near : a.call.word < b.call.word;
+        });
+    for (const Front& front : fronts_) {
+        if (!tile_.hidesNothing && !tile_.sampledNear &&
+            front.most < static_cast<double>(leastNear(tile_)))
+            continue;
+        drawPolygonCall(plan, front.call);
+    }
+    return fronts_.size();
+}
+
+void TilePainter::drawPolygonCall(const ScenePlan& plan, ShapeCall call) {
+    const ScreenPolygon& polygon = plan.polygons()[call.index()];
+    const Surface& surface = plan.surfaces()[polygon.surface];
+    if (surface.opaque && surface.outlined && surface.hiding.writes) {
+        if (samples_.empty()) {
+            samples_.resize(4 * kSamples * kPlaneRoom);
+            for (std::size_t s = 0; s < kSamples; ++s) {
+                for (std::size_t k = 0; k < 3; ++k)
+                    tile_.sampleLight[s][k] = planeAt(samples_, 4 * s + k);
+                tile_.sampleNear[s] = planeAt(samples_, 4 * s + 3);
+            }
+        }
+        sampleNearness(tile_);
+        sampleLight(tile_);
+    } else if (!surface.opaque) {
+        resolveLight(tile_);
+    }
+    drawPolygon(polygon, surface, plan.frame(), tile_);
+    if (surface.hiding.writes) tile_.hidesNothing = false;
+}
+
+void TilePainter::draw(const ScenePlan& plan, ShapeCall call) {
+    if (call.kind() == ShapeKind::Polygon) return drawPolygonCall(plan, call);
+    resolveLight(tile_);
+    bool writes = false;
+    switch (call.kind()) {
+        case ShapeKind::Dot: {
+            const ScreenDot& dot = plan.dots()[call.index()];
+            const DotStyle& style = plan.dotStyles()[dot.style];
+            if (isBright(dot.ink, tile_)) startExcess(tile_);
+            drawDot(dot, style, tile_);
+            writes = style.hiding.writes;
+            break;
+        }
+        case ShapeKind::Line: {
+            const ScreenLine& line = plan.lines()[call.index()];
+            if (isBright(line.inkFrom, tile_) || isBright(line.inkTo, tile_)) startExcess(tile_);
+            drawLine(line, plan.lineKernel(), tile_);
+            writes = line.hiding.writes;
+            break;
+        }
+        case ShapeKind::Sprite: {
+            const ScreenSprite& sprite = plan.sprites()[call.index()];
+            drawSprite(sprite, tile_, desk_);
+            writes = sprite.hiding.writes;
+            break;
+        }
+        case ShapeKind::Ball: {
+            const ScreenBall& ball = plan.balls()[call.index()];
+            drawBall(ball, plan.lens(), tile_);
+            writes = ball.hiding.writes;
+            break;
+        }
+        case ShapeKind::Floor: {
+            const ScreenFloor& floor = plan.floors()[call.index()];
+            drawFloor(floor, plan.lens(), tile_);
+            writes = floor.hiding.writes && !floor.blackens;
+            break;
+        }
+        case ShapeKind::Polygon:
+            break;
+    }
+    if (writes) tile_.hidesNothing = false;
+}
+
+}  // namespace platform

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+// Draws the shapes of one tile after another; private to platform/render.
+#pragma once
+
+#include <QRect>
+#include <glm/vec3.hpp>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "platform/render/cpu/scene/ScenePlan.h"
+#include "platform/render/cpu/scene/SceneTile.h"
+#include "platform/render/cpu/scene/TileSprites.h"
+
+namespace platform {
+
+// The space that a tile is drawn in, of one thread.
+class TilePainter {
+  public:
+    TilePainter();
+
+    // Draws all calls over the background; `rect` is the tile's part of the picture.
+    // What is brighter than the threshold blooms; none: nothing does.
+    void paint(const ScenePlan& plan, std::span<const ShapeCall> calls, const QRect& rect,
+               const glm::vec3& background, std::optional<float> threshold);
+
+    [[nodiscard]] const SceneTile& tile() const { return tile_; }
+
+  private:
+    void draw(const ScenePlan& plan, ShapeCall call);
+    // The leading calls of opaque polygons, those in front first, so that what they
+    // hide need not be worked out. Returns how many they are.
+    std::size_t drawOpaque(const ScenePlan& plan, std::span<const ShapeCall> calls);
+    void drawPolygonCall(const ScenePlan& plan, ShapeCall call);
+
+    SceneTile tile_;
+    SpriteDesk desk_;
+    struct Front {
+        double near = 0.0;  // in the tile's middle
+        double most = 0.0;  // anywhere in the tile
+        ShapeCall call;
+    };
+    std::vector<Front> fronts_;
+    std::vector<float> planes_;
+    std::vector<float> samples_;  // made when first needed
+};
+
+}  // namespace platform

@@ -1,0 +1,364 @@
+// SPDX-License-Identifier: MIT
+#include "platform/render/cpu/scene/TilePolygons.h"
+
+#include <algorithm>
+#include <cmath>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "platform/render/cpu/scene/TilePolygons.cpp"
+#include <hwy/foreach_target.h>
+// After foreach_target.
+#include <hwy/highway.h>
+
+#include "platform/render/cpu/scene/TileTexels-inl.h"
+#include "platform/render/cpu/scene/TileVision-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace platform::HWY_NAMESPACE {
+namespace {
+
+namespace hn = hwy::HWY_NAMESPACE;
+using Mask = hn::Mask<TileF>;
+
+// A plane as seen from a tile's upper left pixel.
+struct Flat {
+    float a = 0.0F, b = 0.0F, c = 0.0F;
+    Flat() = default;
+    Flat(const Plane& plane, const SceneTile& tile)
+        : a(static_cast<float>(plane.a)),
+          b(static_cast<float>(plane.b)),
+          c(static_cast<float>(plane.at(tile.x + 0.5, tile.y + 0.5))) {}
+    [[nodiscard]] TileV at(TileV column, float row) const {
+        const TileF d;
+        return hn::Add(hn::Mul(column, hn::Set(d, a)), hn::Set(d, b * row + c));
+    }
+};
+
+struct Rgb {
+    TileV r, g, b;
+};
+
+// One polygon at work in one tile.
+class PolygonWork {
+  public:
+    PolygonWork(const ScreenPolygon& polygon, const Surface& surface, const PolygonFrame& frame,
+                SceneTile& tile)
+        : polygon_(polygon),
+          surface_(surface),
+          frame_(frame),
+          tile_(tile),
+          near_(polygon.near, tile) {
+        for (int i = 0; i < polygon.edges; ++i)
+            if (cuts(polygon.edge[static_cast<std::size_t>(i)], tile))
+                edge_[static_cast<std::size_t>(edges_++)] =
+                    Flat(polygon.edge[static_cast<std::size_t>(i)], tile);
+        for (std::size_t i = 0; i < attribute_.size(); ++i)
+            attribute_[i] = Flat(polygon.attribute[i], tile);
+        for (std::size_t i = 0; i < ray_.size(); ++i)
+            ray_[i] = Flat(frame.ray[i], tile);
+    }
+
+    void draw() {
+        const auto inside = [](float value, int most) {
+            return static_cast<int>(std::clamp(value, 0.0F, static_cast<float>(most)));
+        };
+        const int end = inside(polygon_.high.y - static_cast<float>(tile_.y) + 1.0F, tile_.height);
+        const int firstColumn = inside(polygon_.low.x - static_cast<float>(tile_.x), tile_.width);
+        const int endColumn =
+            inside(polygon_.high.x - static_cast<float>(tile_.x) + 1.0F, tile_.width);
+        for (int row = inside(polygon_.low.y - static_cast<float>(tile_.y), tile_.height);
+             row < end; ++row)
+            drawRow(row, firstColumn, endColumn);
+    }
+
+  private:
+    // Whether some of the tile lies outside an edge, or nearly.
+    static bool cuts(const Plane& edge, const SceneTile& tile) {
+        return edge.at(edge.a > 0.0 ? tile.x : tile.x + kTileWidth,
+                       edge.b > 0.0 ? tile.y : tile.y + kTileHeight) < 1.0;
+    }
+
+    // Where along a row the polygon can be, half a pixel and more to spare.
+    void drawRow(int row, int first, int end) {
+        float low = static_cast<float>(first);
+        float high = static_cast<float>(end);
+        for (int i = 0; i < edges_; ++i) {
+            const Flat& edge = edge_[static_cast<std::size_t>(i)];
+            const float reach = edge.b * static_cast<float>(row) + edge.c +
+                                0.5F * (std::abs(edge.a) + std::abs(edge.b));
+            if (std::abs(edge.a) < 1e-6F) {
+                if (reach < 0.0F) return;
+                continue;
+            }
+            const float at = -reach / edge.a;
+            if (edge.a > 0.0F) {
+                low = std::max(low, std::min(at, high));
+            } else {
+                high = std::min(high, std::max(at + 1.0F, low));
+            }
+        }
+        const TileF d;
+        const int lanes = static_cast<int>(hn::Lanes(d));
+        const int last = std::min(end, static_cast<int>(high) + 1);
+        for (int x = std::max(first, static_cast<int>(low)); x < last; x += lanes)
+            drawSome(x, row);
+    }
+
+    void drawSome(int x, int row) {
+        const TileF d;
+        const auto column = hn::ConvertTo(d, hn::Iota(hn::RebindToSigned<TileF>(), x));
+        const auto down = static_cast<float>(row);
+        const auto near = near_.at(column, down);
+        // Edges alone do not end what reaches behind the camera.
+        const auto ahead = hn::Gt(near, hn::Zero(d));
+        const std::ptrdiff_t at = SceneTile::at(x, row);
+        if (tile_.sampledNear && tile_.sampledLight && surface_.opaque) {
+            drawSamples(column, down, near, ahead, at);
+            return;
+        }
+        drawBlended(column, down, near, ahead, at);
+    }
+
+    // The least of what a sample is inside the edges by.
+    TileV inside(const TileV* edges, float x, float y) const {
+        const TileF d;
+        if (edges_ == 0) return hn::Set(d, 1.0F);
+        auto least = hn::Add(edges[0], hn::Set(d, edge_[0].a * x + edge_[0].b * y));
+        for (int i = 1; i < edges_; ++i) {
+            const Flat& edge = edge_[static_cast<std::size_t>(i)];
+            least = hn::Min(least, hn::Add(edges[i], hn::Set(d, edge.a * x + edge.b * y)));
+        }
+        return least;
+    }
+
+    void edgesAt(TileV column, float down, TileV* edges) const {
+        for (int i = 0; i < edges_; ++i)
+            edges[i] = edge_[static_cast<std::size_t>(i)].at(column, down);
+    }
+
+    void drawSamples(TileV column, float down, TileV near, Mask ahead, std::ptrdiff_t at) {
+        const TileF d;
+        TileV edges[ScreenPolygon::kMaxEdges];
+        edgesAt(column, down, edges);
+        const auto zero = hn::Zero(d);
+        auto any = hn::Gt(zero, zero);
+        TileV nearest[kSamples];
+        std::size_t s = 0;
+        for (const auto& [sx, sy] : kSamplePlaces) {
+            const auto there = hn::Add(near, hn::Set(d, near_.a * sx + near_.b * sy));
+            auto in = surface_.outlined ? hn::Ge(inside(edges, sx, sy), zero)
+                                        : hn::Ge(inside(edges, 0.0F, 0.0F), zero);
+            in = hn::And(in, ahead);
+            if (surface_.hiding.reads)
+                in = hn::And(in, hn::Ge(there, hn::LoadU(d, tile_.sampleNear[s] + at)));
+            any = hn::Or(any, in);
+            // What a sample is not drawn at has no nearness.
+            nearest[s++] = hn::IfThenElse(in, there, hn::Set(d, -1.0F));
+        }
+        if (hn::AllFalse(d, any)) return;
+        const auto safe = hn::Max(near, hn::Set(d, 1e-7F));
+        TileV alpha = hn::Set(d, 1.0F);
+        Mask kept = ahead;
+        const Rgb light = shade(column, down, safe, alpha, kept);
+        for (s = 0; s < kSamples; ++s) {
+            const auto in = hn::And(kept, hn::Ge(nearest[s], zero));
+            const auto put = [&](TileV value, float* plane) {
+                hn::StoreU(hn::IfThenElse(in, value, hn::LoadU(d, plane + at)), d, plane + at);
+            };
+            put(light.r, tile_.sampleLight[s][0]);
+            put(light.g, tile_.sampleLight[s][1]);
+            put(light.b, tile_.sampleLight[s][2]);
+            if (surface_.hiding.writes) put(nearest[s], tile_.sampleNear[s]);
+        }
+    }
+
+    // The share of each pixel that the polygon is seen in.
+    TileV covered(TileV column, float down, TileV near, Mask ahead, std::ptrdiff_t at) const {
+        const TileF d;
+        TileV edges[ScreenPolygon::kMaxEdges];
+        edgesAt(column, down, edges);
+        const auto zero = hn::Zero(d);
+        const bool bySample = tile_.sampledNear && surface_.hiding.reads && !tile_.hidesNothing;
+        auto sum = zero;
+        if ((!surface_.outlined || edges_ == 0) && !bySample) {
+            sum = hn::IfThenElseZero(hn::Ge(inside(edges, 0.0F, 0.0F), zero), hn::Set(d, 1.0F));
+        } else {
+            const auto part = hn::Set(d, 1.0F / kSamples);
+            std::size_t s = 0;
+            for (const auto& [sx, sy] : kSamplePlaces) {
+                auto in = surface_.outlined ? hn::Ge(inside(edges, sx, sy), zero)
+                                            : hn::Ge(inside(edges, 0.0F, 0.0F), zero);
+                if (bySample) {
+                    const auto there = hn::Add(near, hn::Set(d, near_.a * sx + near_.b * sy));
+                    in = hn::And(in, hn::Ge(there, hn::LoadU(d, tile_.sampleNear[s] + at)));
+                }
+                sum = hn::Add(sum, hn::IfThenElseZero(in, part));
+                ++s;
+            }
+        }
+        if (!bySample && surface_.hiding.reads && !tile_.hidesNothing)
+            sum = hn::IfThenElseZero(hn::Ge(near, hn::LoadU(d, tile_.near + at)), sum);
+        return hn::IfThenElseZero(ahead, sum);
+    }
+
+    void drawBlended(TileV column, float down, TileV near, Mask ahead, std::ptrdiff_t at) {
+        const TileF d;
+        auto share = covered(column, down, near, ahead, at);
+        if (hn::AllTrue(d, hn::Le(share, hn::Zero(d)))) return;
+        const auto safe = hn::Max(near, hn::Set(d, 1e-7F));
+        TileV alpha = hn::Set(d, surface_.tint.a);
+        Mask kept = ahead;
+        const Rgb light = shade(column, down, safe, alpha, kept);
+        share = hn::IfThenElseZero(kept, share);
+        const auto left = hn::Sub(hn::Set(d, 1.0F), hn::Mul(alpha, share));
+        const auto put = [&](TileV value, float* plane) {
+            const auto old = hn::LoadU(d, plane + at);
+            hn::StoreU(hn::Add(surface_.additive ? old : hn::Mul(old, left), hn::Mul(value, share)),
+                       d, plane + at);
+        };
+        put(light.r, tile_.light[0]);
+        put(light.g, tile_.light[1]);
+        put(light.b, tile_.light[2]);
+        if (surface_.hiding.writes) putNear(tile_, at, near, hn::Sub(share, hn::Set(d, 0.499F)));
+    }
+
+    Rgb shade(TileV column, float down, TileV near, TileV& alpha, Mask& kept) const {
+        const TileF d;
+        const auto one = hn::Set(d, 1.0F);
+        const auto depth = hn::Div(one, near);
+        Rgb light{hn::Set(d, surface_.tint.r), hn::Set(d, surface_.tint.g),
+                  hn::Set(d, surface_.tint.b)};
+        if (surface_.picture) {
+            const TexelLight texel =
+                readTexels(*surface_.picture, texelPlaces(column, down, depth),
+                           {surface_.repeatS, surface_.repeatT, !surface_.opaque});
+            light = {hn::Mul(light.r, texel.r), hn::Mul(light.g, texel.g),
+                     hn::Mul(light.b, texel.b)};
+            alpha = hn::Mul(alpha, texel.alpha);
+        }
+        const bool looks = surface_.lambert || frame_.hasFog;
+        Rgb ray{one, one, one};
+        if (looks)
+            ray = {hn::Mul(ray_[0].at(column, down), depth),
+                   hn::Mul(ray_[1].at(column, down), depth),
+                   hn::Mul(ray_[2].at(column, down), depth)};
+        if (surface_.lambert) light = lit(light, alpha, column, down, ray);
+        if (frame_.hasFog) light = foggy(light, alpha, ray);
+        if (surface_.mirrored) light = reflected(light, column, down, depth, kept);
+        return light;
+    }
+
+    TexelPlaces texelPlaces(TileV column, float down, TileV depth) const {
+        const TileF d;
+        TexelPlaces places;
+        const auto across = [&](const Flat& plane, TileV value) {
+            return hn::Mul(hn::Sub(hn::Set(d, plane.a), hn::Mul(value, hn::Set(d, near_.a))),
+                           depth);
+        };
+        const auto downward = [&](const Flat& plane, TileV value) {
+            return hn::Mul(hn::Sub(hn::Set(d, plane.b), hn::Mul(value, hn::Set(d, near_.b))),
+                           depth);
+        };
+        places.u = hn::Mul(attribute_[0].at(column, down), depth);
+        places.v = hn::Mul(attribute_[1].at(column, down), depth);
+        places.uAcross = across(attribute_[0], places.u);
+        places.vAcross = across(attribute_[1], places.v);
+        places.uDown = downward(attribute_[0], places.u);
+        places.vDown = downward(attribute_[1], places.v);
+        return places;
+    }
+
+    Rgb lit(const Rgb& colour, TileV alpha, TileV column, float down, const Rgb& ray) const {
+        const TileF d;
+        const auto zero = hn::Zero(d);
+        constexpr std::size_t kNormal = ScreenPolygon::kNormal;
+        const auto nx = attribute_[kNormal].at(column, down);
+        const auto ny = attribute_[kNormal + 1].at(column, down);
+        const auto nz = attribute_[kNormal + 2].at(column, down);
+        const auto size =
+            hn::Sqrt(hn::Add(hn::Add(hn::Mul(nx, nx), hn::Mul(ny, ny)), hn::Mul(nz, nz)));
+        const auto unit =
+            hn::Div(hn::Set(d, polygon_.back ? -1.0F : 1.0F), hn::Max(size, hn::Set(d, 1e-20F)));
+        Rgb sum{hn::Set(d, frame_.ambient.r), hn::Set(d, frame_.ambient.g),
+                hn::Set(d, frame_.ambient.b)};
+        for (std::size_t i = 0; i < frame_.lights; ++i) {
+            const glm::vec3& place =
+                surface_.mirrored ? frame_.mirroredPlace[i] : frame_.lightPlace[i];
+            const auto lx = hn::Sub(hn::Set(d, place.x), ray.r);
+            const auto ly = hn::Sub(hn::Set(d, place.y), ray.g);
+            const auto lz = hn::Sub(hn::Set(d, place.z), ray.b);
+            const auto length =
+                hn::Sqrt(hn::Add(hn::Add(hn::Mul(lx, lx), hn::Mul(ly, ly)), hn::Mul(lz, lz)));
+            const auto dot = hn::Add(hn::Add(hn::Mul(lx, nx), hn::Mul(ly, ny)), hn::Mul(lz, nz));
+            const auto share =
+                hn::Max(hn::Div(hn::Mul(dot, unit), hn::Max(length, hn::Set(d, 1e-20F))), zero);
+            const glm::vec3& lamp = frame_.lightColour[i];
+            sum.r = hn::Add(sum.r, hn::Mul(share, hn::Set(d, lamp.r)));
+            sum.g = hn::Add(sum.g, hn::Mul(share, hn::Set(d, lamp.g)));
+            sum.b = hn::Add(sum.b, hn::Mul(share, hn::Set(d, lamp.b)));
+        }
+        const glm::vec3& own = surface_.emission;
+        return {hn::Add(hn::Mul(colour.r, sum.r), hn::Mul(alpha, hn::Set(d, own.r))),
+                hn::Add(hn::Mul(colour.g, sum.g), hn::Mul(alpha, hn::Set(d, own.g))),
+                hn::Add(hn::Mul(colour.b, sum.b), hn::Mul(alpha, hn::Set(d, own.b)))};
+    }
+
+    Rgb foggy(const Rgb& light, TileV alpha, const Rgb& ray) const {
+        const TileF d;
+        const auto away = hn::Sqrt(
+            hn::Add(hn::Add(hn::Mul(ray.r, ray.r), hn::Mul(ray.g, ray.g)), hn::Mul(ray.b, ray.b)));
+        const auto one = hn::Set(d, 1.0F);
+        auto fog = hn::Mul(hn::Sub(away, hn::Set(d, frame_.fogStart)), hn::Set(d, frame_.fogShare));
+        fog = hn::Min(hn::Max(fog, hn::Zero(d)), one);
+        const auto clear = hn::Sub(one, fog);
+        const auto mixed = [&](TileV value, float colour) {
+            const auto kept = hn::Mul(value, clear);
+            if (surface_.additive) return kept;
+            return hn::Add(kept, hn::Mul(hn::Mul(alpha, fog), hn::Set(d, colour)));
+        };
+        return {mixed(light.r, frame_.fogColour.r), mixed(light.g, frame_.fogColour.g),
+                mixed(light.b, frame_.fogColour.b)};
+    }
+
+    Rgb reflected(const Rgb& light, TileV column, float down, TileV depth, Mask& kept) const {
+        const TileF d;
+        const auto height = hn::Mul(attribute_[ScreenPolygon::kHeight].at(column, down), depth);
+        kept = hn::And(kept, hn::Ge(height, hn::Zero(d)));
+        auto share = hn::Sub(hn::Set(d, 1.0F), hn::Mul(height, hn::Set(d, frame_.reflectionShare)));
+        share = hn::Min(hn::Max(share, hn::Zero(d)), hn::Set(d, 1.0F));
+        share = hn::Mul(share, hn::Set(d, frame_.reflectivity));
+        return {hn::Mul(light.r, share), hn::Mul(light.g, share), hn::Mul(light.b, share)};
+    }
+
+    const ScreenPolygon& polygon_;
+    const Surface& surface_;
+    const PolygonFrame& frame_;
+    SceneTile& tile_;
+    Flat near_;
+    int edges_ = 0;
+    std::array<Flat, ScreenPolygon::kMaxEdges> edge_;
+    std::array<Flat, ScreenPolygon::kAttributes> attribute_;
+    std::array<Flat, 3> ray_;
+};
+
+void drawPolygon(const ScreenPolygon& polygon, const Surface& surface, const PolygonFrame& frame,
+                 SceneTile& tile) {
+    PolygonWork(polygon, surface, frame, tile).draw();
+}
+
+}  // namespace
+}  // namespace platform::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace platform {
+
+HWY_EXPORT(drawPolygon);
+
+void drawPolygon(const ScreenPolygon& polygon, const Surface& surface, const PolygonFrame& frame,
+                 SceneTile& tile) {
+    HWY_DYNAMIC_DISPATCH(drawPolygon)(polygon, surface, frame, tile);
+}
+
+}  // namespace platform
+#endif

@@ -1,0 +1,253 @@
+// SPDX-License-Identifier: MIT
+#include "platform/render/cpu/scene/TileSprites.h"
+
+#include <algorithm>
+#include <cmath>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "platform/render/cpu/scene/TileSprites.cpp"
+#include <hwy/foreach_target.h>
+// After foreach_target.
+#include <hwy/highway.h>
+
+#include "platform/render/cpu/scene/TileVision-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace platform::HWY_NAMESPACE {
+namespace {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+// A row of a picture: what its nodes hold, and their integral.
+struct SpriteRow {
+    const float* values = nullptr;
+    const float* integrals = nullptr;
+    int width = 0;  // texels
+};
+
+// The integral of a row up to the left edges of `count` pixels; the first edge is
+// at `edge`, in texels, the next ones `step` on.
+void integrate(const SpriteRow& row, float edge, float step, int count, float* to) {
+    const TileF d;
+    const hn::RebindToSigned<TileF> di;
+    const float* const values = row.values;
+    const float* const integrals = row.integrals;
+    const auto last = hn::Set(d, static_cast<float>(row.width) + 0.5F);
+    const auto half = hn::Set(d, 0.5F);
+    const int lanes = static_cast<int>(hn::Lanes(d));
+    for (int i = 0; i < count; i += lanes) {
+        const auto number = hn::ConvertTo(d, hn::Iota(di, i));
+        auto at = hn::Add(hn::Set(d, edge), hn::Mul(number, hn::Set(d, step)));
+        at = hn::Min(hn::Max(hn::Add(at, half), half), last);
+        const auto node = hn::ConvertTo(di, at);
+        const auto share = hn::Sub(at, hn::ConvertTo(d, node));
+        const auto a = hn::GatherIndex(d, values, node);
+        const auto b = hn::GatherIndex(d, values + 1, node);
+        const auto sum = hn::GatherIndex(d, integrals, node);
+        const auto bend = hn::Mul(hn::Mul(hn::Mul(share, share), half), hn::Sub(b, a));
+        hn::StoreU(hn::Add(sum, hn::Add(hn::Mul(share, a), bend)), d, to + i);
+    }
+}
+
+// The averages of pixels between the edges, and zeros behind them.
+void makeRow(const SpriteRow& row, double edge, double step, int count, float* to) {
+    const TileF d;
+    alignas(64) float edges[kTileStride];
+    integrate(row, static_cast<float>(edge), static_cast<float>(step), count + 1, edges);
+    const auto share = hn::Set(d, static_cast<float>(1.0 / step));
+    const int lanes = static_cast<int>(hn::Lanes(d));
+    for (int i = 0; i < count; i += lanes) {
+        const auto both = hn::Sub(hn::LoadU(d, edges + i + 1), hn::LoadU(d, edges + i));
+        hn::StoreU(hn::Max(hn::Mul(both, share), hn::Zero(d)), d, to + i);
+    }
+    for (int i = count; i < (count + kTileMargin) / kTileMargin * kTileMargin; ++i)
+        to[i] = 0.0F;
+}
+
+// The integral of a texel's share of the rows, from above all to `at`: the texel's
+// middle is at 0 and its neighbours' are at −1 and 1.
+inline double tentIntegral(double at) {
+    if (at <= -1.0) return 0.0;
+    if (at >= 1.0) return 1.0;
+    return at < 0.0 ? 0.5 * (at + 1.0) * (at + 1.0) : 1.0 - 0.5 * (1.0 - at) * (1.0 - at);
+}
+
+// The nodes from `first` on of several rows weighed, into the desk's own row.
+SpriteRow mixRows(const SpritePicture& picture, std::size_t channel, int first, int end,
+                  SpriteDesk& desk) {
+    const TileF d;
+    float* const values = desk.mixed.data();
+    float* const integrals = values + picture.stride;
+    const int lanes = static_cast<int>(hn::Lanes(d));
+    for (int i = first; i < end; i += lanes) {
+        auto value = hn::Zero(d);
+        auto integral = hn::Zero(d);
+        for (const RunShare& share : desk.shares) {
+            const auto weight = hn::Set(d, share.share);
+            const float* const from = picture.values(channel, share.run) + i;
+            value = hn::Add(value, hn::Mul(hn::LoadU(d, from), weight));
+            integral = hn::Add(integral, hn::Mul(hn::LoadU(d, from + picture.stride), weight));
+        }
+        hn::StoreU(value, d, values + i);
+        hn::StoreU(integral, d, integrals + i);
+    }
+    return {values, integrals, picture.width};
+}
+
+// How much of each run a pixel row shows, from `low` to `high` in texels.
+void shareRuns(const SpritePicture& picture, double low, double high, SpriteDesk& desk) {
+    desk.shares.clear();
+    const double from = std::max(low, 0.0);
+    const double to = std::min(high, static_cast<double>(picture.height));
+    if (!(to > from)) return;
+    const int last = picture.height - 1;
+    const int end = std::min(last, static_cast<int>(std::floor(to + 0.5)));
+    for (int y = std::max(0, static_cast<int>(std::floor(from - 0.5))); y <= end; ++y) {
+        // The outermost texels reach on to the picture's edge.
+        const auto upTo = [&](double at) {
+            const double beyond = at - (y + 0.5);
+            if (beyond < 0.0) return y == 0 ? 0.5 + beyond : tentIntegral(beyond);
+            return y == last ? 0.5 + beyond : tentIntegral(beyond);
+        };
+        const auto share = static_cast<float>((upTo(to) - upTo(from)) / (high - low));
+        const int run = picture.runOf[static_cast<std::size_t>(y)];
+        if (share <= 0.0F || picture.runIsEmpty[static_cast<std::size_t>(run)]) continue;
+        if (!desk.shares.empty() && desk.shares.back().run == run) {
+            desk.shares.back().share += share;
+        } else {
+            desk.shares.push_back({run, share});
+        }
+    }
+}
+
+struct Columns {
+    int first = 0;  // of the tile
+    int count = 0;
+    double edge = 0.0;  // where in the picture the first one begins, in texels
+    double step = 1.0;  // texels a pixel
+};
+
+Columns columnsOf(double at, double size, int texels, int tileFirst, int tileCount) {
+    const double low = std::min(at, at + size);
+    const double high = std::max(at, at + size);
+    const double first = std::max(std::floor(low), static_cast<double>(tileFirst));
+    const double end = std::min(std::ceil(high), static_cast<double>(tileFirst + tileCount));
+    Columns columns;
+    if (!(end > first)) return columns;
+    columns.first = static_cast<int>(first) - tileFirst;
+    columns.count = static_cast<int>(end - first);
+    columns.step = texels / size;
+    columns.edge = (first - at) * columns.step;
+    return columns;
+}
+
+// What of a sprite's pixels is seen, and there is most near.
+TileV seen(const ScreenSprite& sprite, const SceneTile& tile, std::ptrdiff_t at, TileV covered) {
+    const TileF d;
+    if (tile.hidesNothing && !sprite.hiding.writes) return covered;
+    const auto near = hn::Set(d, sprite.near);
+    const auto share = sprite.hiding.reads ? shareSeen(tile, at, near) : hn::Set(d, 1.0F);
+    return hn::Mul(covered, share);
+}
+
+// The weighed runs of a channel.
+TileV weighed(const float* rows, std::ptrdiff_t runStride, const SpriteDesk& desk, int x) {
+    const TileF d;
+    auto sum = hn::Zero(d);
+    for (const RunShare& share : desk.shares)
+        sum = hn::Add(
+            sum, hn::Mul(hn::LoadU(d, rows + share.run * runStride + x), hn::Set(d, share.share)));
+    return sum;
+}
+
+void putRow(const ScreenSprite& sprite, SceneTile& tile, const SpriteDesk& desk,
+            const Columns& columns, int row) {
+    const TileF d;
+    const SpritePicture& picture = *sprite.picture;
+    const auto runStride = static_cast<std::ptrdiff_t>(picture.channels) * kTileStride;
+    const int lanes = static_cast<int>(hn::Lanes(d));
+    const glm::vec4 colour = picture.colour * sprite.tint;
+    const Ink ink{glm::vec3(colour), sprite.additive ? 0.0F : colour.a};
+    for (int x = 0; x < columns.count; x += lanes) {
+        const std::ptrdiff_t at = SceneTile::at(columns.first + x, row);
+        if (picture.hasOneColour) {
+            const auto covered = weighed(desk.row.data(), runStride, desk, x);
+            putInk(tile, at, ink, seen(sprite, tile, at, covered));
+            if (sprite.hiding.writes) putNear(tile, at, hn::Set(d, sprite.near), covered);
+            continue;
+        }
+        const auto share = seen(sprite, tile, at, hn::Set(d, 1.0F));
+        const auto alpha =
+            hn::Mul(weighed(desk.row.data() + 3 * kTileStride, runStride, desk, x), share);
+        const auto left = hn::Sub(hn::Set(d, 1.0F), hn::Mul(alpha, hn::Set(d, sprite.tint.a)));
+        for (std::size_t k = 0; k < 3; ++k) {
+            float* const plane = tile.light[k] + at;
+            const auto texels = weighed(desk.row.data() + k * kTileStride, runStride, desk, x);
+            const auto added =
+                hn::Mul(hn::Mul(texels, share), hn::Set(d, sprite.tint[static_cast<int>(k)]));
+            const auto old = hn::LoadU(d, plane);
+            hn::StoreU(hn::Add(sprite.additive ? old : hn::Mul(old, left), added), d, plane);
+        }
+        if (sprite.hiding.writes) putNear(tile, at, hn::Set(d, sprite.near), alpha);
+    }
+}
+
+void drawSprite(const ScreenSprite& sprite, SceneTile& tile, SpriteDesk& desk) {
+    const SpritePicture& picture = *sprite.picture;
+    const Columns across = columnsOf(sprite.at.x, sprite.size.x, picture.width, tile.x, tile.width);
+    const Columns down = columnsOf(sprite.at.y, sprite.size.y, picture.height, tile.y, tile.height);
+    if (across.count <= 0 || down.count <= 0) return;
+    // Where a row shows many of the picture's it is cheaper to mix those first.
+    const bool mixes = picture.runs * 2 > picture.height;
+    const std::size_t rowFloats = picture.channels * kTileStride;
+    const std::size_t rows = mixes ? 1 : static_cast<std::size_t>(picture.runs);
+    const std::size_t needed = rowFloats * rows + kTileMargin;
+    if (desk.row.size() < needed) desk.row.resize(needed);
+    if (mixes && desk.mixed.size() < 2 * static_cast<std::size_t>(picture.stride))
+        desk.mixed.resize(2 * static_cast<std::size_t>(picture.stride));
+    desk.madeRuns.assign(static_cast<std::size_t>(picture.runs), 0);
+    const double otherEdge = across.edge + across.step * across.count;
+    const auto node = [&](double at) {
+        return static_cast<int>(std::clamp(at, 0.0, static_cast<double>(picture.width)));
+    };
+    const int firstNode = node(std::min(across.edge, otherEdge) - 1.0);
+    const int endNode = node(std::max(across.edge, otherEdge) + 1.0) + 3;
+    for (int row = 0; row < down.count; ++row) {
+        const double a = down.edge + row * down.step;
+        shareRuns(picture, std::min(a, a + down.step), std::max(a, a + down.step), desk);
+        if (desk.shares.empty()) continue;
+        if (mixes) {
+            for (std::size_t k = 0; k < picture.channels; ++k)
+                makeRow(mixRows(picture, k, firstNode, endNode, desk), across.edge, across.step,
+                        across.count, desk.row.data() + k * kTileStride);
+            desk.shares.assign(1, {0, 1.0F});
+        }
+        for (const RunShare& share : desk.shares) {
+            const auto run = static_cast<std::size_t>(share.run);
+            if (mixes || desk.madeRuns[run]) continue;
+            desk.madeRuns[run] = 1;
+            for (std::size_t k = 0; k < picture.channels; ++k)
+                makeRow(
+                    {picture.values(k, share.run), picture.integrals(k, share.run), picture.width},
+                    across.edge, across.step, across.count,
+                    desk.row.data() + run * rowFloats + k * kTileStride);
+        }
+        putRow(sprite, tile, desk, across, down.first + row);
+    }
+}
+
+}  // namespace
+}  // namespace platform::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace platform {
+
+HWY_EXPORT(drawSprite);
+
+void drawSprite(const ScreenSprite& sprite, SceneTile& tile, SpriteDesk& desk) {
+    HWY_DYNAMIC_DISPATCH(drawSprite)(sprite, tile, desk);
+}
+
+}  // namespace platform
+#endif

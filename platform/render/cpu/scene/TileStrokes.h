@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+// Dots and lines in a tile; private to platform/render.
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "platform/render/cpu/scene/SceneTile.h"
+#include "platform/render/cpu/scene/ScreenShapes.h"
+
+namespace platform {
+
+// A round dot of one diameter: how much of each pixel it covers, for kPhases²
+// places of its middle within a pixel.
+struct DotKernel {
+    static constexpr int kPhases = 8;
+    // Above this, dots are drawn without a table.
+    static constexpr float kMostDiameter = 12.0F;
+
+    explicit DotKernel(float dotDiameter);
+
+    float diameter = 1.0F;
+    int side = 0;                // pixels of a table's row that matter, and rows
+    int before = 0;              // pixels from the first one's to the middle's
+    std::vector<float> covered;  // rows of kTileMargin
+};
+
+// Lines of one thickness: how much of a pixel one covers by the distance of its
+// middle line from the pixel's, for kSlopes directions.
+struct LineKernel {
+    static constexpr int kSlopes = 32;
+    static constexpr int kSteps = 32;  // a pixel
+
+    explicit LineKernel(float lineThickness);
+
+    float thickness = 1.0F;
+    float reach = 0.0F;  // pixels; beyond it nothing is covered
+    int entries = 0;
+    std::vector<float> covered;
+};
+
+// What of an ink is brighter than what blooms in a tile.
+[[nodiscard]] Ink excessOf(const Ink& ink, const SceneTile& tile);
+// Whether there is any.
+[[nodiscard]] bool isBright(const Ink& ink, const SceneTile& tile);
+
+void drawDot(const ScreenDot& dot, const DotStyle& style, SceneTile& tile);
+void drawLine(const ScreenLine& line, const LineKernel& kernel, SceneTile& tile);
+
+}  // namespace platform

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+// How much of a pixel something is seen in; included once per vector target.
+#if defined(PLATFORM_TILE_VISION_INL) == defined(HWY_TARGET_TOGGLE)
+#ifdef PLATFORM_TILE_VISION_INL
+#undef PLATFORM_TILE_VISION_INL
+#else
+#define PLATFORM_TILE_VISION_INL
+#endif
+
+#include <hwy/highway.h>
+
+#include "platform/render/cpu/scene/SceneTile.h"
+#include "platform/render/cpu/scene/ScreenShapes.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace platform::HWY_NAMESPACE {
+namespace {
+
+namespace hnv = hwy::HWY_NAMESPACE;
+using TileF = hnv::CappedTag<float, kTileMargin>;
+using TileV = hnv::Vec<TileF>;
+
+// The share of each pixel's samples that nothing nearer hides.
+inline TileV shareSeen(const SceneTile& tile, std::ptrdiff_t at, TileV near) {
+    const TileF d;
+    const auto one = hnv::Set(d, 1.0F);
+    if (tile.hidesNothing) return one;
+    if (!tile.sampledNear)
+        return hnv::IfThenElseZero(hnv::Ge(near, hnv::LoadU(d, tile.near + at)), one);
+    const auto part = hnv::Set(d, 1.0F / kSamples);
+    auto sum = hnv::Zero(d);
+    for (const float* const plane : tile.sampleNear)
+        sum = hnv::Add(sum, hnv::IfThenElseZero(hnv::Ge(near, hnv::LoadU(d, plane + at)), part));
+    return sum;
+}
+
+// Where `covered` is above 0, this is the nearest unless something nearer is.
+inline void putNear(const SceneTile& tile, std::ptrdiff_t at, TileV near, TileV covered) {
+    const TileF d;
+    const auto put = [&](float* plane) {
+        const auto old = hnv::LoadU(d, plane + at);
+        const auto nearer = hnv::And(hnv::Gt(covered, hnv::Zero(d)), hnv::Ge(near, old));
+        hnv::StoreU(hnv::IfThenElse(nearer, near, old), d, plane + at);
+    };
+    if (!tile.sampledNear) return put(tile.near);
+    for (float* const plane : tile.sampleNear)
+        put(plane);
+}
+
+// Light over what is there; `covered` times an ink that is even.
+inline void putInk(const SceneTile& tile, std::ptrdiff_t at, const Ink& ink, TileV covered) {
+    const TileF d;
+    const auto left = hnv::Sub(hnv::Set(d, 1.0F), hnv::Mul(covered, hnv::Set(d, ink.alpha)));
+    for (std::size_t k = 0; k < 3; ++k) {
+        float* const plane = tile.light[k] + at;
+        const auto added = hnv::Mul(covered, hnv::Set(d, ink.light[static_cast<int>(k)]));
+        const auto old = hnv::LoadU(d, plane);
+        hnv::StoreU(hnv::Add(ink.alpha == 0.0F ? old : hnv::Mul(old, left), added), d, plane);
+    }
+    if (!tile.hasExcess || ink.alpha == 0.0F) return;
+    for (float* const first : tile.excess)
+        hnv::StoreU(hnv::Mul(hnv::LoadU(d, first + at), left), d, first + at);
+}
+
+// What of an ink is brighter than what blooms, where it covers a pixel in part.
+inline void putExcess(const SceneTile& tile, std::ptrdiff_t at, const Ink& excess, TileV covered) {
+    const TileF d;
+    for (std::size_t k = 0; k < 3; ++k) {
+        float* const plane = tile.excess[k] + at;
+        const auto added = hnv::Mul(covered, hnv::Set(d, excess.light[static_cast<int>(k)]));
+        hnv::StoreU(hnv::Add(hnv::LoadU(d, plane), added), d, plane);
+    }
+}
+
+}  // namespace
+}  // namespace platform::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#endif

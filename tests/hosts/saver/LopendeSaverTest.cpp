@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+#include "hosts/saver/LopendeSaver.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+
+using brixtel::LopendeSaver;
+using namespace std::chrono_literals;
+
+namespace {
+
+class Lopend : public testing::Test {
+  protected:
+    QTemporaryDir map;
+    const QString scherm = QStringLiteral(":7/x");
+
+    // A process that has the place, and waits for a signal.
+    pid_t houder(bool hoortSigterm = true) {
+        int klaar[2];
+        EXPECT_EQ(pipe(klaar), 0);
+        const pid_t kind = fork();
+        if (kind == 0) {
+            if (!hoortSigterm) signal(SIGTERM, SIG_IGN);
+            LopendeSaver saver(map.path(), scherm);
+            const char gelukt = saver.neem() ? 'j' : 'n';
+            if (write(klaar[1], &gelukt, 1) == 1) pause();
+            _exit(0);
+        }
+        char gelukt = 0;
+        EXPECT_EQ(read(klaar[0], &gelukt, 1), 1);
+        EXPECT_EQ(gelukt, 'j');
+        close(klaar[0]);
+        close(klaar[1]);
+        return kind;
+    }
+    static int signaalVan(pid_t kind) {
+        int stand = 0;
+        EXPECT_EQ(waitpid(kind, &stand, 0), kind);
+        return WIFSIGNALED(stand) ? WTERMSIG(stand) : 0;
+    }
+};
+
+TEST_F(Lopend, OneDisplayHasOneSaver) {
+    LopendeSaver een(map.path(), scherm), nogEen(map.path(), scherm);
+    LopendeSaver elders(map.path(), QStringLiteral(":8"));
+    EXPECT_TRUE(een.neem());
+    EXPECT_FALSE(nogEen.neem());
+    EXPECT_TRUE(elders.neem());
+}
+
+TEST_F(Lopend, ThePlaceIsFreeWhenItsSaverIsGone) {
+    { EXPECT_TRUE(LopendeSaver(map.path(), scherm).neem()); }
+    EXPECT_TRUE(LopendeSaver(map.path(), scherm).neem());
+    const pid_t kind = houder();
+    EXPECT_FALSE(LopendeSaver(map.path(), scherm).neem());
+    kill(kind, SIGKILL);
+    signaalVan(kind);
+    EXPECT_TRUE(LopendeSaver(map.path(), scherm).neem());
+}
+
+TEST_F(Lopend, AnotherCallEndsItBySigtermAndWaitsForThat) {
+    const pid_t kind = houder();
+    LopendeSaver ander(map.path(), scherm);
+    EXPECT_EQ(ander.beeindig(20s), QString());
+    // It has gone already: nothing is waited for here.
+    int stand = 0;
+    EXPECT_EQ(waitpid(kind, &stand, WNOHANG), kind);
+    EXPECT_TRUE(WIFSIGNALED(stand));
+    EXPECT_EQ(WTERMSIG(stand), SIGTERM);
+}
+
+TEST_F(Lopend, OneThatDoesNotEndIsToldOf) {
+    const pid_t kind = houder(false);
+    LopendeSaver ander(map.path(), scherm);
+    EXPECT_NE(ander.beeindig(0ms), QString());
+    kill(kind, SIGKILL);
+    signaalVan(kind);
+}
+
+TEST_F(Lopend, WhereNoneRunsNothingHappens) {
+    EXPECT_EQ(LopendeSaver(map.path(), scherm).beeindig(0ms), QString());
+    // The number of one that went without a word, which is another's now.
+    const pid_t vreemde = fork();
+    if (vreemde == 0) {
+        pause();
+        _exit(0);
+    }
+    QFile bestand(map.filePath(QStringLiteral("brixtel-saver-_7_x")));
+    ASSERT_TRUE(bestand.open(QIODevice::WriteOnly));
+    bestand.write(QByteArray::number(vreemde));
+    bestand.close();
+    EXPECT_EQ(LopendeSaver(map.path(), scherm).beeindig(0ms), QString());
+    EXPECT_EQ(kill(vreemde, 0), 0);
+    kill(vreemde, SIGKILL);
+    EXPECT_EQ(signaalVan(vreemde), SIGKILL);
+}
+
+TEST_F(Lopend, WithoutAFolderNobodyIsKnownAndEveryOneShows) {
+    LopendeSaver een({}, scherm), nogEen({}, scherm);
+    EXPECT_TRUE(een.neem());
+    EXPECT_TRUE(nogEen.neem());
+    EXPECT_EQ(nogEen.beeindig(0ms), QString());
+}
+
+}  // namespace

@@ -1,0 +1,327 @@
+// SPDX-License-Identifier: MIT
+// The commands at the root on machines that lack something: every program they
+// call is a stand-in, in a folder that is the whole PATH.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+namespace {
+
+QString tekstVan(const QString& pad) {
+    QFile bestand(pad);
+    EXPECT_TRUE(bestand.open(QIODevice::ReadOnly)) << qPrintable(pad);
+    return QString::fromUtf8(bestand.readAll());
+}
+
+void schrijf(const QString& pad, const QByteArray& tekst) {
+    QFile bestand(pad);
+    ASSERT_TRUE(bestand.open(QIODevice::WriteOnly | QIODevice::Truncate)) << qPrintable(pad);
+    bestand.write(tekst);
+}
+
+class ZorgVoor : public testing::Test {
+  protected:
+    QTemporaryDir map;
+    // With a space in it, as people have them.
+    const QString boom = map.filePath(QStringLiteral("een boom"));
+    const QString pad = map.filePath(QStringLiteral("pad"));
+
+    void SetUp() override {
+        ASSERT_TRUE(QDir().mkpath(boom + QStringLiteral("/packaging")));
+        ASSERT_TRUE(QDir().mkpath(pad));
+        for (const char* naam : {"run", "test", "packaging/zorg-voor.sh", "packaging/benodigd"})
+            ASSERT_TRUE(QFile::copy(QStringLiteral(BRIXTEL_SOURCE_DIR "/") + QLatin1String(naam),
+                                    boom + u'/' + QLatin1String(naam)));
+        for (const char* naam : {"bash", "env", "sed", "rm", "cat", "tee", "mktemp", "mkdir",
+                                 "grep", "dirname", "readlink"})
+            ASSERT_TRUE(QFile::link(QStandardPaths::findExecutable(QLatin1String(naam)),
+                                    pad + u'/' + QLatin1String(naam)))
+                << naam;
+        zet("id", "echo 0");
+    }
+
+    // Puts a program on the PATH; the log gets what it is called with.
+    void zet(const QString& naam, const QByteArray& doet) {
+        const QString bestand = pad + u'/' + naam;
+        schrijf(bestand, "#!" + QFile::encodeName(pad) + "/bash\n" +
+                             "echo \"${0##*/} $*\" >>\"$LOGBOEK\"\n" + doet + '\n');
+        QFile::setPermissions(bestand, QFileDevice::ReadOwner | QFileDevice::WriteOwner |
+                                           QFileDevice::ExeOwner | QFileDevice::ReadOther |
+                                           QFileDevice::ExeOther);
+    }
+    void zet(const char* naam, const char* doet) { zet(QLatin1String(naam), QByteArray(doet)); }
+
+    void isDebian(const char* geinstalleerd) {
+        zet("dpkg-query", geinstalleerd);
+        zet("apt-get", "exit 0");
+    }
+
+    // Runs the words in the tree; `fouten` has what was said, in lines.
+    int draai(const QStringList& woorden) {
+        QProcess proces;
+        proces.setWorkingDirectory(boom);
+        proces.setEnvironment(
+            {QStringLiteral("PATH=") + pad, QStringLiteral("LOGBOEK=") + logboek_});
+        proces.start(woorden.first(), woorden.mid(1));
+        EXPECT_TRUE(proces.waitForFinished(60'000)) << qPrintable(proces.errorString());
+        uit = QString::fromUtf8(proces.readAllStandardOutput());
+        fouten = QString::fromUtf8(proces.readAllStandardError()).split(u'\n', Qt::SkipEmptyParts);
+        return proces.exitStatus() == QProcess::NormalExit ? proces.exitCode() : -1;
+    }
+    int voer(const QString& regel) {
+        return draai({QStringLiteral("bash"), QStringLiteral("-c"),
+                      QStringLiteral("set -euo pipefail; . packaging/zorg-voor.sh; ") + regel});
+    }
+    [[nodiscard]] QString gebeurd() const {
+        return QFile::exists(logboek_) ? tekstVan(logboek_) : QString();
+    }
+
+    QString uit;
+    QStringList fouten;
+
+  private:
+    const QString logboek_ = map.filePath(QStringLiteral("logboek"));
+};
+
+TEST_F(ZorgVoor, WhatDebianHasIsNotInstalledAgain) {
+    isDebian("printf 'install ok installed'");
+    EXPECT_EQ(voer(QStringLiteral("zorg_voor bouwen draaien proeven")), 0);
+    EXPECT_TRUE(fouten.isEmpty()) << qPrintable(fouten.join(u'\n'));
+    EXPECT_FALSE(gebeurd().contains(QStringLiteral("apt-get")));
+    EXPECT_TRUE(gebeurd().contains(QStringLiteral(" xvfb\n")));
+}
+
+TEST_F(ZorgVoor, WhatWasRemovedButConfiguredIsMissing) {
+    isDebian(
+        "case \"$*\" in *\" lsof\") printf 'deinstall ok config-files' ;;"
+        " *) printf 'install ok installed' ;; esac");
+    EXPECT_EQ(voer(QStringLiteral("zorg_voor bouwen draaien")), 0);
+    EXPECT_TRUE(
+        gebeurd().contains(QStringLiteral("apt-get install -q -y --no-install-recommends lsof\n")))
+        << qPrintable(gebeurd());
+    EXPECT_EQ(fouten, QStringList{QStringLiteral("Dit wordt geïnstalleerd: lsof")});
+}
+
+TEST_F(ZorgVoor, ABrokenSourceDoesNotStopAnInstallThatSucceeds) {
+    isDebian("exit 1");
+    zet("apt-get", "[ $1 != update ]");
+    EXPECT_EQ(voer(QStringLiteral("zorg_voor bouwen; echo verder")), 0);
+    EXPECT_EQ(uit, QStringLiteral("verder\n"));
+    EXPECT_EQ(fouten.last(),
+              QStringLiteral("Een bron van apt antwoordt niet; met de andere gaat het verder."));
+}
+
+TEST_F(ZorgVoor, AnOrdinaryUserInstallsBySudo) {
+    isDebian("exit 1");
+    zet("id", "echo 1000");
+    zet("sudo", "[ \"$1\" = -v ] || exec \"$@\"");
+    EXPECT_EQ(voer(QStringLiteral("zorg_voor draaien")), 0);
+    EXPECT_TRUE(gebeurd().contains(QStringLiteral("sudo apt-get update")));
+    EXPECT_TRUE(gebeurd().contains(QStringLiteral("sudo env DEBIAN_FRONTEND=noninteractive")));
+    EXPECT_TRUE(gebeurd().contains(QStringLiteral("\napt-get install")));
+}
+
+TEST_F(ZorgVoor, AnOrdinaryUserWithoutSudoGetsOneLineOfAdvice) {
+    isDebian("exit 1");
+    zet("id", "echo 1000");
+    for (const bool erIsSudo : {false, true}) {
+        if (erIsSudo) zet("sudo", "exit 1");  // who is no member of the group
+        EXPECT_EQ(voer(QStringLiteral("zorg_voor draaien; echo verder")), 1);
+        EXPECT_TRUE(uit.isEmpty());
+        ASSERT_EQ(fouten.size(), 1) << qPrintable(fouten.join(u'\n'));
+        EXPECT_TRUE(fouten.first().startsWith(QStringLiteral("Hiervoor is een beheerder nodig")));
+        EXPECT_TRUE(fouten.first().contains(QStringLiteral("apt-get install lsof libqt6gui6")));
+        EXPECT_FALSE(gebeurd().contains(QStringLiteral("apt-get ")));
+    }
+}
+
+TEST_F(ZorgVoor, WithoutANetworkTheLastLineSaysSo) {
+    isDebian("exit 1");
+    zet("apt-get",
+        "[ $1 = update ] && exit 0; echo 'Err: Temporary failure resolving deb'; exit 100");
+    EXPECT_EQ(voer(QStringLiteral("zorg_voor draaien")), 1);
+    EXPECT_TRUE(fouten.last().startsWith(
+        QStringLiteral("Er is geen netwerk om van te installeren; doe zodra het kan: apt-get")))
+        << qPrintable(fouten.last());
+    zet("apt-get", "[ $1 = update ] && exit 0; echo 'E: dpkg was interrupted'; exit 100");
+    EXPECT_EQ(voer(QStringLiteral("zorg_voor draaien")), 1);
+    EXPECT_TRUE(fouten.last().startsWith(QStringLiteral("Het installeren lukt niet; ")))
+        << qPrintable(fouten.last());
+}
+
+TEST_F(ZorgVoor, ElsewhereWhatIsThereIsLookedForAndNothingIsSaid) {
+    zet("pkg-config", "exit 0");
+    for (const char* naam : {"c++", "cmake", "ninja", "gzip", "lsof"})
+        zet(naam, "exit 0");
+    EXPECT_EQ(voer(QStringLiteral("zorg_voor bouwen draaien; echo verder")), 0);
+    EXPECT_EQ(uit, QStringLiteral("verder\n"));
+    EXPECT_TRUE(fouten.isEmpty());
+}
+
+TEST_F(ZorgVoor, ElsewhereTheMissingIsNamedWithTheCommandThatInstallsIt) {
+    zet("pkg-config", "case $2 in xcb* | epoxy) exit 1 ;; esac");
+    for (const char* naam : {"c++", "cmake", "gzip", "lsof"})
+        zet(naam, "exit 0");
+    const QString mist = QStringLiteral(
+        "Er ontbreekt: ninja epoxy xcb xcb-shm xcb-randr xcb-dpms xcb-shape xcb-xfixes — ");
+    const QString gevraagd = QStringLiteral(
+        " install /usr/bin/ninja 'pkgconfig(epoxy)' 'pkgconfig(xcb)' "
+        "'pkgconfig(xcb-shm)' 'pkgconfig(xcb-randr)' 'pkgconfig(xcb-dpms)' "
+        "'pkgconfig(xcb-shape)' 'pkgconfig(xcb-xfixes)'");
+    const auto verwacht = [&](const QString& opdracht) {
+        EXPECT_EQ(voer(QStringLiteral("zorg_voor bouwen draaien; echo verder")), 1);
+        EXPECT_TRUE(uit.isEmpty());
+        EXPECT_EQ(fouten, QStringList{mist + opdracht});
+    };
+    verwacht(QStringLiteral("installeer dat met het pakketbeheer van dit systeem"));
+    zet("pacman", "exit 1");
+    verwacht(QStringLiteral("sudo pacman -S --needed ninja libepoxy libxcb"));
+    zet("zypper", "exit 1");
+    verwacht(QStringLiteral("sudo zypper") + gevraagd);
+    zet("dnf", "exit 1");
+    verwacht(QStringLiteral("sudo dnf") + gevraagd);
+    EXPECT_FALSE(gebeurd().contains(QStringLiteral("dnf ")));
+}
+
+TEST_F(ZorgVoor, EveryModuleThatTheBuildAsksForIsInTheList) {
+    const QString bouw = tekstVan(QStringLiteral(BRIXTEL_SOURCE_DIR "/CMakeLists.txt"));
+    static const QRegularExpression vraag(
+        QStringLiteral("pkg_check_modules\\(\\w+ REQUIRED IMPORTED_TARGET ([^)]+)\\)"));
+    const QString lijst = tekstVan(boom + QStringLiteral("/packaging/benodigd"));
+    int gezien = 0;
+    for (auto treffers = vraag.globalMatch(bouw); treffers.hasNext();)
+        for (const QString& woord :
+             treffers.next().captured(1).split(QRegularExpression(QStringLiteral("[ \n]+")))) {
+            const QString naam = woord.section(QRegularExpression(QStringLiteral("[<>=]")), 0, 0);
+            const QRegularExpression regel(
+                QStringLiteral("^(bouwen|proeven) +pc +") + QRegularExpression::escape(naam) + u' ',
+                QRegularExpression::MultilineOption);
+            EXPECT_TRUE(lijst.contains(regel)) << qPrintable(naam);
+            ++gezien;
+        }
+    EXPECT_GT(gezien, 8);
+}
+
+TEST_F(ZorgVoor, EveryLineOfTheListHasFiveWords) {
+    int regels = 0;
+    for (const QString& regel :
+         tekstVan(boom + QStringLiteral("/packaging/benodigd")).split(u'\n', Qt::SkipEmptyParts)) {
+        if (regel.startsWith(u'#')) continue;
+        EXPECT_EQ(regel.simplified().split(u' ').size(), 5) << qPrintable(regel);
+        ++regels;
+    }
+    EXPECT_GT(regels, 50);
+}
+
+TEST_F(ZorgVoor, ATreeThatIsNotOursToWriteGetsOneLine) {
+    ASSERT_TRUE(QDir().mkpath(boom + QStringLiteral("/build/release")));
+    const auto alles = QFileDevice::ReadOwner | QFileDevice::ExeOwner | QFileDevice::ReadOther |
+                       QFileDevice::ExeOther;
+    // Root may write anywhere, so that root asks as another.
+    QStringList als;
+    if (geteuid() == 0) {
+        QFile::setPermissions(map.path(), alles | QFileDevice::WriteOwner);
+        for (const QString& naam :
+             {boom + QStringLiteral("/packaging/zorg-voor.sh"), boom + QStringLiteral("/test")})
+            QFile::setPermissions(naam, alles);
+        als << QStandardPaths::findExecutable(QStringLiteral("setpriv"))
+            << QStringLiteral("--reuid=65534") << QStringLiteral("--regid=65534")
+            << QStringLiteral("--clear-groups");
+    }
+    QFile::setPermissions(boom + QStringLiteral("/build/release"), alles);
+    const QStringList vraag{
+        QStringLiteral("bash"), QStringLiteral("-c"),
+        QStringLiteral(". packaging/zorg-voor.sh; mag_bouwen release && echo verder")};
+    EXPECT_EQ(draai(als + vraag), 1);
+    EXPECT_TRUE(uit.isEmpty());
+    ASSERT_EQ(fouten.size(), 1) << qPrintable(fouten.join(u'\n'));
+    EXPECT_TRUE(fouten.first().contains(QStringLiteral("/een boom/build/release mag u niet")))
+        << qPrintable(fouten.first());
+    QFile::setPermissions(boom + QStringLiteral("/build/release"),
+                          alles | QFileDevice::WriteOwner | QFileDevice::WriteOther);
+    EXPECT_EQ(draai(als + vraag), 0) << qPrintable(fouten.join(u'\n'));
+}
+
+TEST_F(ZorgVoor, ATreeThatWasBuiltElsewhereIsMadeAnew) {
+    ASSERT_TRUE(QDir().mkpath(boom + QStringLiteral("/build/release")));
+    const QString cache = boom + QStringLiteral("/build/release/CMakeCache.txt");
+    schrijf(cache, "CMAKE_HOME_DIRECTORY:INTERNAL=" + QFile::encodeName(boom) + "\n");
+    EXPECT_EQ(voer(QStringLiteral("mag_bouwen release")), 0);
+    EXPECT_TRUE(fouten.isEmpty()) << qPrintable(fouten.join(u'\n'));
+    EXPECT_TRUE(QFile::exists(cache));
+    schrijf(cache, "CMAKE_HOME_DIRECTORY:INTERNAL=/elders/boom\n");
+    EXPECT_EQ(voer(QStringLiteral("mag_bouwen release")), 0);
+    EXPECT_EQ(fouten, QStringList{QStringLiteral(
+                          "build/release is gebouwd in /elders/boom en wordt opnieuw gemaakt.")});
+    EXPECT_FALSE(QFile::exists(cache));
+}
+
+TEST_F(ZorgVoor, ALogFileGetsALineForEachTwentiethPart) {
+    zet("ninja",
+        "echo 'ninja: Entering directory'; for ((i = 1; i <= 400; ++i)); do echo \"[$i/400] c++ "
+        "x\";"
+        " [ $i = 7 ] && echo 'x.cpp:3: warning: let op'; done; true");
+    EXPECT_EQ(voer(QStringLiteral("bouw release alles")), 0);
+    EXPECT_EQ(fouten.size(), 22);
+    EXPECT_EQ(fouten.first(), QStringLiteral("Bouwen: 1 van 400"));
+    EXPECT_EQ(fouten.at(1), QStringLiteral("x.cpp:3: warning: let op"));
+    EXPECT_EQ(fouten.last(), QStringLiteral("Bouwen: 400 van 400"));
+    EXPECT_TRUE(gebeurd().contains(QStringLiteral("ninja -C build/release alles")));
+}
+
+TEST_F(ZorgVoor, ABuildWithNothingToDoIsSilentAndOneThatFailsEndsTheCommand) {
+    zet("ninja", "echo 'ninja: Entering directory'; echo 'ninja: no work to do.'");
+    EXPECT_EQ(voer(QStringLiteral("bouw release alles")), 0);
+    EXPECT_TRUE(fouten.isEmpty());
+    zet("ninja", "echo '[1/9] c++ x'; echo 'FAILED: x.o'; exit 1");
+    EXPECT_EQ(voer(QStringLiteral("bouw release alles; echo verder")), 1);
+    EXPECT_TRUE(uit.isEmpty());
+    EXPECT_EQ(fouten.last(), QStringLiteral("FAILED: x.o"));
+}
+
+TEST_F(ZorgVoor, RunPassesItsArgumentsInAPathWithSpaces) {
+    isDebian("printf 'install ok installed'");
+    zet("cmake", "exit 0");
+    zet("ninja", "echo 'ninja: no work to do.'");
+    ASSERT_TRUE(QDir().mkpath(boom + QStringLiteral("/build/release/bin")));
+    zet("brixtel-saver", "printf '<%s>' \"$@\"");
+    ASSERT_TRUE(QFile::rename(pad + QStringLiteral("/brixtel-saver"),
+                              boom + QStringLiteral("/build/release/bin/brixtel-saver")));
+    EXPECT_EQ(draai({boom + QStringLiteral("/run"), QStringLiteral("--versie"),
+                     QStringLiteral("twee woorden")}),
+              0);
+    EXPECT_EQ(uit, QStringLiteral("<--versie><twee woorden>"));
+    EXPECT_EQ(fouten, QStringList{QStringLiteral("Het bouwen wordt voorbereid (build/release)")});
+    EXPECT_TRUE(gebeurd().contains(QStringLiteral("ninja -C build/release brixtel-saver\n")));
+}
+
+TEST_F(ZorgVoor, APreparationThatFailsShowsWhy) {
+    isDebian("printf 'install ok installed'");
+    zet("cmake", "echo 'CMake Error: geen Qt6'; exit 1");
+    EXPECT_EQ(draai({boom + QStringLiteral("/run")}), 1);
+    EXPECT_EQ(fouten.at(1), QStringLiteral("CMake Error: geen Qt6"));
+    EXPECT_TRUE(fouten.last().startsWith(QStringLiteral("Het voorbereiden lukt niet")));
+    EXPECT_FALSE(gebeurd().contains(QStringLiteral("ninja -C")));
+}
+
+TEST_F(ZorgVoor, APresetWithoutItsNameOrWithAnUnknownOneIsToldOf) {
+    EXPECT_EQ(draai({boom + QStringLiteral("/test"), QStringLiteral("--preset")}), 2);
+    EXPECT_EQ(
+        fouten,
+        QStringList{QStringLiteral("./test --preset wil een naam: release, dev, asan of tsan.")});
+    EXPECT_EQ(draai({boom + QStringLiteral("/test"), QStringLiteral("--preset"),
+                     QStringLiteral("zebra")}),
+              2);
+    EXPECT_EQ(fouten, QStringList{QStringLiteral(
+                          "./test --preset wil een naam: release, dev, asan of tsan, niet "
+                          "'zebra'.")});
+    EXPECT_TRUE(gebeurd().isEmpty());
+}
+
+}  // namespace

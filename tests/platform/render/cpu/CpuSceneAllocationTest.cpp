@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <QImage>
+
+#include "platform/render/cpu/CpuSceneDrawer.h"
+#include "platform/scene/DrawList.h"
+#include "tests/support/AllocationCounter.h"
+#include "tests/support/StandInScenes.h"
+
+namespace platform::test {
+
+namespace {
+
+class CpuSceneAllocation : public testing::TestWithParam<const char*> {};
+
+INSTANTIATE_TEST_SUITE_P(Scene, CpuSceneAllocation,
+                         testing::Values("cube", "tunnel", "blocks", "globe"),
+                         [](const auto& of) { return std::string(of.param); });
+
+}  // namespace
+
+// The list is the same, so that nothing grows that has not yet.
+TEST_P(CpuSceneAllocation, ASteadyFrameAllocatesNothing) {
+    const auto scene = makeStandIn(QLatin1String(GetParam()), 1);
+    scene->advance(6.0);
+    DrawList list;
+    extract(*scene, 1.6, list);
+    QImage image(640, 400, QImage::Format_RGB32);
+    const PixelBuffer picture{reinterpret_cast<std::uint32_t*>(image.bits()), 640, image.size()};
+    CpuSceneDrawer drawer;
+    for (int i = 0; i < 3; ++i)
+        drawer.draw(list, picture, {.isKept = i > 0});
+    const AllocationCounter counter;
+    for (int i = 0; i < 5; ++i)
+        drawer.draw(list, picture, {.isKept = true});
+    EXPECT_EQ(counter.count(), 0U);
+    EXPECT_GT(drawer.counts().encoded, 0);
+}
+
+}  // namespace platform::test

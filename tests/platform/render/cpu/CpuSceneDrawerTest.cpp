@@ -1,0 +1,268 @@
+// SPDX-License-Identifier: MIT
+#include "platform/render/cpu/CpuSceneDrawer.h"
+
+#include <gtest/gtest.h>
+#include <hwy/highway.h>
+
+#include <QImage>
+#include <algorithm>
+#include <limits>
+#include <vector>
+
+#include "platform/scene/DrawList.h"
+#include "tests/support/StandInScenes.h"
+
+namespace platform::test {
+
+namespace {
+
+constexpr std::uint32_t kGuard = 0x12345678U;
+constexpr std::uint32_t kBlack = 0xFF000000U;
+
+// A picture within a larger piece of memory, which nobody may write.
+class GuardedPicture {
+  public:
+    explicit GuardedPicture(QSize size)
+        : size_(size),
+          stride_(size.width() + 7),
+          pixels_(static_cast<std::size_t>(stride_) * static_cast<std::size_t>(size.height() + 2),
+                  kGuard) {}
+
+    [[nodiscard]] PixelBuffer buffer() { return {pixels_.data() + stride_, stride_, size_}; }
+    [[nodiscard]] bool isGuarded() const {
+        for (std::size_t i = 0; i < pixels_.size(); ++i) {
+            const int x = static_cast<int>(i) % stride_;
+            const int y = static_cast<int>(i) / stride_ - 1;
+            const bool inside = x < size_.width() && y >= 0 && y < size_.height();
+            if (!inside && pixels_[i] != kGuard) return false;
+        }
+        return true;
+    }
+    [[nodiscard]] std::uint32_t at(int x, int y) const {
+        return pixels_[static_cast<std::size_t>((y + 1) * stride_ + x)];
+    }
+    [[nodiscard]] std::vector<std::uint32_t> all() const {
+        std::vector<std::uint32_t> result;
+        for (int y = 0; y < size_.height(); ++y)
+            for (int x = 0; x < size_.width(); ++x)
+                result.push_back(at(x, y));
+        return result;
+    }
+
+  private:
+    QSize size_;
+    int stride_;
+    std::vector<std::uint32_t> pixels_;
+};
+
+DrawList listOf(const QString& name, double time, double aspect) {
+    const auto scene = makeStandIn(name, 1);
+    scene->advance(time);
+    DrawList list;
+    extract(*scene, aspect, list);
+    return list;
+}
+
+// What one vector target makes of a frame and the one after it.
+std::vector<std::uint32_t> drawnBy(std::int64_t target, const QString& name, QSize size,
+                                   double scale) {
+    hwy::SetSupportedTargetsForTest(target);
+    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+    GuardedPicture picture(size);
+    CpuSceneDrawer drawer;
+    std::vector<std::uint32_t> result;
+    for (const double time : {3.0, 3.1}) {
+        drawer.draw(listOf(name, time, 1.0 * size.width() / size.height()), picture.buffer(),
+                    {.scale = scale, .isKept = time > 3.0});
+        const auto pixels = picture.all();
+        result.insert(result.end(), pixels.begin(), pixels.end());
+    }
+    hwy::SetSupportedTargetsForTest(0);
+    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+    return result;
+}
+
+std::vector<std::int64_t> targets() {
+    std::vector<std::int64_t> result;
+    std::int64_t rest = hwy::SupportedTargets() | HWY_SCALAR;
+    while (rest != 0) {
+        const std::int64_t lowest = rest & -rest;
+        result.push_back(lowest);
+        rest &= ~lowest;
+    }
+    return result;
+}
+
+const char* const kScenes[] = {"cube", "tunnel", "blocks", "globe"};
+
+}  // namespace
+
+TEST(CpuSceneDrawer, EveryVectorTargetMakesTheSameBits) {
+    ASSERT_GE(targets().size(), 2U) << "nothing to compare";
+    for (const char* const name : kScenes) {
+        const auto first = drawnBy(targets().front(), QLatin1String(name), {333, 190}, 1.3);
+        EXPECT_TRUE(std::any_of(first.begin(), first.end(),
+                                [](std::uint32_t pixel) { return pixel != kBlack; }));
+        for (const std::int64_t target : targets())
+            EXPECT_TRUE(drawnBy(target, QLatin1String(name), {333, 190}, 1.3) == first)
+                << name << " with " << hwy::TargetName(target);
+    }
+}
+
+TEST(CpuSceneDrawer, OddSizesAreDrawnWithinTheirMemory) {
+    for (const char* const name : kScenes) {
+        for (const QSize size : {QSize(1, 1), QSize(3, 2), QSize(64, 32), QSize(65, 33),
+                                 QSize(1, 400), QSize(500, 1), QSize(127, 95)}) {
+            GuardedPicture picture(size);
+            CpuSceneDrawer drawer;
+            drawer.draw(listOf(QLatin1String(name), 2.0, 1.0 * size.width() / size.height()),
+                        picture.buffer(), {});
+            EXPECT_TRUE(picture.isGuarded()) << name << ' ' << size.width() << 'x' << size.height();
+            for (const std::uint32_t pixel : picture.all())
+                ASSERT_EQ(pixel >> 24U, 0xFFU);
+        }
+    }
+}
+
+TEST(CpuSceneDrawer, AVeryWidePictureIsDrawn) {
+    GuardedPicture picture({16384, 40});
+    CpuSceneDrawer drawer;
+    drawer.draw(listOf(QStringLiteral("tunnel"), 2.0, 16384.0 / 40.0), picture.buffer(), {});
+    EXPECT_TRUE(picture.isGuarded());
+}
+
+TEST(CpuSceneDrawer, ASceneWithoutLightIsBlackAndCostsNothing) {
+    const Scene scene;
+    DrawList list;
+    extract(scene, 1.6, list);
+    list.background = {0.0F, 0.0F, 0.0F, 1.0F};
+    GuardedPicture picture({320, 200});
+    CpuSceneDrawer drawer;
+    drawer.draw(list, picture.buffer(), {});
+    for (const std::uint32_t pixel : picture.all())
+        ASSERT_EQ(pixel, kBlack);
+    const auto damage = drawer.draw(list, picture.buffer(), {.isKept = true});
+    EXPECT_TRUE(damage.empty());
+    EXPECT_EQ(drawer.counts().drawn, 0);
+    EXPECT_EQ(drawer.counts().encoded, 0);
+    EXPECT_EQ(drawer.counts().glowing, 0);
+}
+
+// What is no number, or too large for any, is left out; the rest is drawn.
+TEST(CpuSceneDrawer, SenselessTransformsAreLeftOut) {
+    constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
+    constexpr float kInfinite = std::numeric_limits<float>::infinity();
+    for (const char* const name : kScenes) {
+        for (const float value : {kNan, kInfinite, -kInfinite, 1e38F, 1e-38F, 1e20F}) {
+            DrawList list = listOf(QLatin1String(name), 2.0, 1.6);
+            for (std::size_t i = 0; i < list.instances.size(); i += 3)
+                list.instances[i].world[static_cast<int>(i % 4)][static_cast<int>(i % 3)] = value;
+            GuardedPicture picture({160, 100});
+            CpuSceneDrawer drawer;
+            drawer.draw(list, picture.buffer(), {});
+            EXPECT_TRUE(picture.isGuarded());
+            list = listOf(QLatin1String(name), 2.0, 1.6);
+            list.camera.view[1][2] = value;
+            drawer.draw(list, picture.buffer(), {});
+            list = listOf(QLatin1String(name), 2.0, 1.6);
+            list.camera.projection[0][0] = value;
+            drawer.draw(list, picture.buffer(), {.scale = value});
+            EXPECT_TRUE(picture.isGuarded());
+        }
+    }
+}
+
+TEST(CpuSceneDrawer, ACameraWithoutSenseLeavesBlack) {
+    DrawList list = listOf(QStringLiteral("cube"), 2.0, 1.6);
+    list.camera.projection[0][0] = std::numeric_limits<float>::quiet_NaN();
+    GuardedPicture picture({160, 100});
+    CpuSceneDrawer drawer;
+    drawer.draw(list, picture.buffer(), {});
+    for (const std::uint32_t pixel : picture.all())
+        ASSERT_EQ(pixel, kBlack);
+}
+
+TEST(CpuSceneDrawer, AnotherSizeInMidRunIsAsIfItWereTheFirst) {
+    for (const char* const name : kScenes) {
+        CpuSceneDrawer used;
+        for (const QSize size : {QSize(200, 120), QSize(90, 250), QSize(200, 121)}) {
+            const DrawList list =
+                listOf(QLatin1String(name), 2.0, 1.0 * size.width() / size.height());
+            GuardedPicture picture(size);
+            GuardedPicture fresh(size);
+            // It may say that the picture is kept: of another size it is not.
+            used.draw(list, picture.buffer(), {.isKept = true});
+            CpuSceneDrawer().draw(list, fresh.buffer(), {});
+            EXPECT_TRUE(picture.all() == fresh.all()) << name;
+        }
+    }
+}
+
+// What is not among the rectangles has not changed, frame after frame.
+TEST(CpuSceneDrawer, DamageHoldsEverythingThatChanges) {
+    for (const char* const name : kScenes) {
+        const QSize size(300, 190);
+        const auto scene = makeStandIn(QLatin1String(name), 1);
+        GuardedPicture kept(size);
+        CpuSceneDrawer drawer;
+        std::vector<std::uint32_t> before;
+        for (int i = 0; i < 8; ++i) {
+            scene->advance(1.0 + 0.4 * i);
+            DrawList list;
+            extract(*scene, 300.0 / 190.0, list);
+            const auto damage = drawer.draw(list, kept.buffer(), {.isKept = i > 0});
+            GuardedPicture fresh(size);
+            CpuSceneDrawer().draw(list, fresh.buffer(), {});
+            const auto shown = kept.all();
+            ASSERT_TRUE(shown == fresh.all()) << name << ' ' << i;
+            for (std::size_t at = 0; at < before.size(); ++at) {
+                if (before[at] == shown[at]) continue;
+                const QPoint place(static_cast<int>(at) % size.width(),
+                                   static_cast<int>(at) / size.width());
+                ASSERT_TRUE(std::any_of(damage.begin(), damage.end(), [&](const QRect& rect) {
+                    return rect.contains(place);
+                })) << name;
+            }
+            before = shown;
+        }
+    }
+}
+
+TEST(CpuSceneDrawer, TilesWithoutLightAreLeftAlone) {
+    // One dot in the middle of much black.
+    const auto scene = makeStandIn(QStringLiteral("globe"), 1);
+    DrawList list;
+    extract(*scene, 1.6, list);
+    list.batches.resize(1);
+    list.batches[0].count = 0;
+    MeshData dot{.primitive = Primitive::Points,
+                 .positions = {glm::vec3(0.0F)},
+                 .indices = {0},
+                 .pointSize = 3.0};
+    DrawBatch batch;
+    batch.mesh = std::make_shared<Mesh>(std::move(dot));
+    batch.material.diffuse = {0.0F, 0.2F, 0.0F, 1.0F};
+    batch.count = 1;
+    list.instances = {DrawInstance{}};
+    list.batches = {batch};
+    GuardedPicture picture({640, 400});
+    CpuSceneDrawer drawer;
+    drawer.draw(list, picture.buffer(), {});
+    drawer.draw(list, picture.buffer(), {.isKept = true});
+    EXPECT_EQ(drawer.counts().tiles, 130);
+    EXPECT_GE(drawer.counts().drawn, 1);
+    EXPECT_LE(drawer.counts().drawn, 4);
+    EXPECT_LE(drawer.counts().encoded, 4);
+    EXPECT_EQ(drawer.counts().blackened, 0);
+    // It goes, and its tiles are black once.
+    list.batches.clear();
+    const auto damage = drawer.draw(list, picture.buffer(), {.isKept = true});
+    EXPECT_EQ(drawer.counts().drawn, 0);
+    EXPECT_GE(drawer.counts().blackened, 1);
+    EXPECT_FALSE(damage.empty());
+    EXPECT_TRUE(drawer.draw(list, picture.buffer(), {.isKept = true}).empty());
+    for (const std::uint32_t pixel : picture.all())
+        ASSERT_EQ(pixel, kBlack);
+}
+
+}  // namespace platform::test
