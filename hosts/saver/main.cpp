@@ -86,15 +86,10 @@ int meldAan(const QString& thuis) {
     return bericht(brixtel::meldAan(thuis, brixtel::opdrachtVoorGastheer(eigen)));
 }
 
-// The display that a saver would show on now.
-QString schermNaam() {
-    const QString wayland = qEnvironmentVariable("WAYLAND_DISPLAY");
-    return wayland.isEmpty() ? qEnvironmentVariable("DISPLAY") : wayland;
-}
-
 int hervat() {
     constexpr std::chrono::seconds kGeduld{5};
-    brixtel::LopendeSaver saver(qEnvironmentVariable("XDG_RUNTIME_DIR"), schermNaam());
+    brixtel::LopendeSaver saver(qEnvironmentVariable("XDG_RUNTIME_DIR"),
+                                platform::sessionAddress());
     const QString mis = saver.beeindig(kGeduld);
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
@@ -270,7 +265,8 @@ int main(int argc, char** argv) {
         default:
             break;
     }
-    brixtel::LopendeSaver lopend(qEnvironmentVariable("XDG_RUNTIME_DIR"), schermNaam());
+    brixtel::LopendeSaver lopend(qEnvironmentVariable("XDG_RUNTIME_DIR"),
+                                 platform::sessionAddress());
     if (opdracht.taak == Opdracht::Taak::Schermvullend && !lopend.neem())
         return meldNaam(QStringLiteral("er loopt er al een op dit scherm"), 0);
     brixtel::Signalen::negeerOpnieuw();

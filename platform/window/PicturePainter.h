@@ -27,6 +27,8 @@ class PicturePainter {
     // shows its background. A picture of the same memory and size is taken to hold
     // what was painted last.
     bool paint(const Frame& frame, std::span<const QRect> damage, const PixelBuffer& picture);
+    // The picture no longer holds what was painted last.
+    void forget() { pixels_ = nullptr; }
     // The parts of the picture that the last frame may have changed, at most its damage;
     // valid until the next frame.
     [[nodiscard]] std::span<const QRect> changed() const { return changed_; }

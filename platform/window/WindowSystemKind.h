@@ -32,6 +32,9 @@ class WindowSystemKind {
     // Whether hosts on such a system give a saver a window to draw in.
     [[nodiscard]] virtual bool hasHosts() const = 0;
 
+    // The address that the environment gives for such a system; empty for none.
+    [[nodiscard]] virtual QString address() const = 0;
+
     // Connects to the environment's system; null where it does not answer. The caller keeps
     // the result until Qt has connected: a server may restart when its last client leaves,
     // and then refuse others.

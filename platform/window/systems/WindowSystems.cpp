@@ -47,6 +47,14 @@ QStringList windowSystemNames() {
     return names;
 }
 
+QString sessionAddress() {
+    for (const WindowSystemKind* kind : windowSystemKinds()) {
+        if (onlyKind && kind != onlyKind) continue;
+        if (QString address = kind->address(); !address.isEmpty()) return address;
+    }
+    return {};
+}
+
 void useOnly(const QString& name) {
     onlyKind = kindOf(name);
 }

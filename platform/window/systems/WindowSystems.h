@@ -22,6 +22,10 @@ void useOnly(const QString& name);
 // The same for the first that adopts hosts' windows.
 void useOnlyForHosts();
 
+// The address that the environment gives for the first window system that may be
+// asked; empty for none. Any thread.
+[[nodiscard]] QString sessionAddress();
+
 // Whether the session has a window system that answers; Qt would end the program
 // with a crash where none does. To be kept until Qt has connected. Main thread.
 class DisplayCheck {

@@ -30,8 +30,7 @@ void fade(const PixelBuffer& picture, double opacity) {
 
 }  // namespace
 
-ShmSurface::ShmSurface(std::shared_ptr<BufferRing> ring, const SurfaceOptions& options)
-    : ring_(std::move(ring)), painter_({.resetStatus = options.resetStatus}) {}
+ShmSurface::ShmSurface(std::shared_ptr<BufferRing> ring) : ring_(std::move(ring)) {}
 
 Surface::Result ShmSurface::draw(const Frame& frame, std::span<const QRect> damage) {
     const QSize size = frame.grid.size;
@@ -46,7 +45,10 @@ Surface::Result ShmSurface::draw(const Frame& frame, std::span<const QRect> dama
     if (fades) rects_.assign(1, whole);
     const PixelBuffer picture{.pixels = buffer->pixels(), .stride = size.width(), .size = size};
     painter_.paint(frame, rects_, picture);
-    if (fades) fade(picture, frame.opacity);
+    if (fades) {
+        fade(picture, frame.opacity);
+        painter_.forget();
+    }
     ring_->finish(*buffer, damage, !fades && frame.background.a >= 1.0F);
     return Result::Drawn;
 }

@@ -16,7 +16,7 @@ namespace platform::wayland {
 // thread, which owns it.
 class ShmSurface final : public Surface {
   public:
-    ShmSurface(std::shared_ptr<BufferRing> ring, const SurfaceOptions& options);
+    explicit ShmSurface(std::shared_ptr<BufferRing> ring);
 
     Result draw(const Frame& frame, std::span<const QRect> damage) override;
     Result repair(const Frame& frame, std::span<const QRect> lost) override;

@@ -21,6 +21,10 @@ class WaylandKind final : public WindowSystemKind {
     [[nodiscard]] bool needsQt() const override { return false; }
     [[nodiscard]] bool hasHosts() const override { return false; }
 
+    [[nodiscard]] QString address() const override {
+        return qEnvironmentVariable("WAYLAND_DISPLAY");
+    }
+
     [[nodiscard]] std::shared_ptr<void> reach() const override {
         if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) return nullptr;
         const std::shared_ptr<wl_display> display(wl_display_connect(nullptr), HangUp());

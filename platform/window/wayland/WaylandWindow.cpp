@@ -217,7 +217,7 @@ bool WaylandWindow::hidesCursor() const {
 }
 
 NativeWindow::SurfaceMaker WaylandWindow::surfaceMaker(const SurfaceOptions& options) {
-    return [ring = ring_, options](int) { return std::make_unique<ShmSurface>(ring, options); };
+    return [ring = ring_](int) { return std::make_unique<ShmSurface>(ring); };
 }
 
 void WaylandWindow::surfaceConfigured(QSize size) {

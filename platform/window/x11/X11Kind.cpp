@@ -25,6 +25,8 @@ class X11Kind final : public WindowSystemKind {
     [[nodiscard]] bool needsQt() const override { return true; }
     [[nodiscard]] bool hasHosts() const override { return true; }
 
+    [[nodiscard]] QString address() const override { return qEnvironmentVariable("DISPLAY"); }
+
     [[nodiscard]] std::shared_ptr<void> reach() const override {
         auto connection = std::make_shared<XConnection>(QString());
         if (!connection->isAlive()) return nullptr;
