@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/render/cpu/scene/SceneGlow.h"
@@ -44,10 +45,11 @@ struct CpuSceneDrawer::Parts {
           workers(options.threads),
           benches(static_cast<std::size_t>(workers.threads())) {}
 
-    // What one thread works with.
+    // Space of one thread to work in.
     struct Bench {
         TilePainter painter;
         std::vector<float> glow = std::vector<float>(SceneGlow::kWorkSize);
+        PictureStretch::Desk stretch;
     };
 
     void fit(const PixelBuffer& picture, bool isKept);
@@ -59,6 +61,8 @@ struct CpuSceneDrawer::Parts {
     void showTile(int tile, const PixelBuffer& picture, std::vector<float>& work);
     void addDamage(const QRect& rect);
     void draw(const DrawList& list, const PixelBuffer& picture, double scale, bool isKept);
+    void drawCoarse(const DrawList& list, const PixelBuffer& picture, const Frame& frame);
+    void stretchDamage(const PixelBuffer& from, const PixelBuffer& picture);
 
     ScenePlan plan;
     TileWorkers workers;
@@ -73,7 +77,12 @@ struct CpuSceneDrawer::Parts {
     std::vector<std::uint32_t> packed;
     std::vector<QRect> damage;
     Counts counts;
-    std::vector<std::uint32_t> coarse;  // a picture that is to be stretched
+    // A picture that is to be stretched, and what it was last stretched to; empty
+    // where the last draw was not stretched.
+    std::vector<std::uint32_t> coarse;
+    QSize stretchedTo;
+    PictureStretch stretch;
+    std::vector<QRect> bands;
 };
 
 void CpuSceneDrawer::Parts::fit(const PixelBuffer& picture, bool isKept) {
@@ -203,26 +212,54 @@ void CpuSceneDrawer::Parts::draw(const DrawList& list, const PixelBuffer& pictur
     show(picture);
 }
 
+void CpuSceneDrawer::Parts::drawCoarse(const DrawList& list, const PixelBuffer& picture,
+                                       const Frame& frame) {
+    const QSize whole = picture.size;
+    const double share = std::max(frame.resolution, 0.05);
+    const QSize inner(std::max(1, static_cast<int>(std::lround(whole.width() * share))),
+                      std::max(1, static_cast<int>(std::lround(whole.height() * share))));
+    coarse.resize(static_cast<std::size_t>(inner.width()) *
+                  static_cast<std::size_t>(inner.height()));
+    const PixelBuffer from{coarse.data(), inner.width(), inner};
+    const bool continues = stretchedTo == whole;
+    const bool isKept = frame.isKept && continues && size == inner;
+    draw(list, from, frame.scale * inner.height() / whole.height(), continues);
+    stretchedTo = whole;
+    stretch.fit(inner, whole);
+    for (Bench& bench : benches)
+        stretch.fit(bench.stretch);
+    if (isKept) {
+        for (QRect& rect : damage)
+            rect = stretch.reachOf(rect);
+    } else {
+        damage.assign(1, QRect(QPoint(0, 0), whole));
+    }
+    stretchDamage(from, picture);
+}
+
+void CpuSceneDrawer::Parts::stretchDamage(const PixelBuffer& from, const PixelBuffer& picture) {
+    constexpr int kBand = 16;  // rows
+    bands.clear();
+    for (const QRect& rect : damage)
+        for (int y = rect.top(); y <= rect.bottom(); y += kBand)
+            bands.push_back(rect & QRect(rect.left(), y, rect.width(), kBand));
+    workers.each(static_cast<int>(bands.size()), [&](int i, int thread) {
+        stretch.fill(from, picture, bands[static_cast<std::size_t>(i)],
+                     benches[static_cast<std::size_t>(thread)].stretch);
+    });
+}
+
 std::span<const QRect> CpuSceneDrawer::draw(const DrawList& list, const PixelBuffer& picture,
                                             const Frame& frame) {
     Parts& parts = *parts_;
     const QSize size = picture.size;
     if (size.isEmpty() || std::max(size.width(), size.height()) > kMostSide) return {};
-    if (!(frame.resolution < 1.0)) {
-        parts.draw(list, picture, frame.scale, frame.isKept);
-        return parts.damage;
+    if (frame.resolution < 1.0) {
+        parts.drawCoarse(list, picture, frame);
+    } else {
+        const bool wasCoarse = !std::exchange(parts.stretchedTo, QSize()).isEmpty();
+        parts.draw(list, picture, frame.scale, frame.isKept && !wasCoarse);
     }
-    const double share = std::max(frame.resolution, 0.05);
-    const QSize inner(std::max(1, static_cast<int>(std::lround(size.width() * share))),
-                      std::max(1, static_cast<int>(std::lround(size.height() * share))));
-    parts.coarse.resize(static_cast<std::size_t>(inner.width()) *
-                        static_cast<std::size_t>(inner.height()));
-    const PixelBuffer coarse{parts.coarse.data(), inner.width(), inner};
-    parts.draw(list, coarse, frame.scale * inner.height() / size.height(), false);
-    stretchPicture(coarse, picture);
-    // What is drawn next time has nothing to do with the picture.
-    parts.size = {};
-    parts.damage.assign(1, QRect(QPoint(0, 0), size));
     return parts.damage;
 }
 

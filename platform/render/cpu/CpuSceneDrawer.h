@@ -58,7 +58,7 @@ class CpuSceneDrawer {
     // image where that is none, or more than there is memory for.
     [[nodiscard]] QImage picture(const DrawList& list, QSizeF points, double scale = 1.0);
 
-    // Of the last draw, in tiles.
+    // Numbers of tiles in the last draw.
     struct Counts {
         int tiles = 0;      // of the whole picture
         int drawn = 0;      // cleared and drawn into

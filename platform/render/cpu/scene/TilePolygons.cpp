@@ -152,7 +152,7 @@ class PolygonWork {
             if (surface_.hiding.reads)
                 in = hn::And(in, hn::Ge(there, hn::LoadU(d, tile_.sampleNear[s] + at)));
             any = hn::Or(any, in);
-            // What a sample is not drawn at has no nearness.
+            // A sample that the polygon is not drawn at has no nearness.
             nearest[s++] = hn::IfThenElse(in, there, hn::Set(d, -1.0F));
         }
         if (hn::AllFalse(d, any)) return;

@@ -159,7 +159,7 @@ Columns columnsOf(double at, double size, int texels, int tileFirst, int tileCou
     return columns;
 }
 
-// What of a sprite's pixels is seen, and there is most near.
+// The share of a sprite's pixels that is seen, and there is most near.
 TileV seen(const ScreenSprite& sprite, const SceneTile& tile, std::ptrdiff_t at, TileV covered) {
     const TileF d;
     if (tile.hidesNothing && !sprite.hiding.writes) return covered;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Reading a picture on a slanting surface; included once per vector target.
+// Reading a picture on a slanting surface; included once per vector target. Any
+// thread; it owns nothing.
 #if defined(PLATFORM_TILE_TEXELS_INL) == defined(HWY_TARGET_TOGGLE)
 #ifdef PLATFORM_TILE_TEXELS_INL
 #undef PLATFORM_TILE_TEXELS_INL
@@ -84,7 +85,7 @@ inline TexelPair pairAt(TexelV at, TexelV size, bool repeat) {
     return {hnt::ConvertTo(di, first), hnt::ConvertTo(di, second), hnt::Sub(place, base)};
 }
 
-// What is at a place, on the given level of each side.
+// The light at a place, on the given level of each side.
 inline TexelLight sampleTexels(const RipPicture& picture, TexelV u, TexelV v,
                                hnt::Vec<TexelI> across, hnt::Vec<TexelI> down,
                                const TexelManner& manner) {

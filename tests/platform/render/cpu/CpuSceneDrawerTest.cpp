@@ -137,6 +137,28 @@ TEST(CpuSceneDrawer, EveryNumberOfThreadsMakesTheSameBits) {
     }
 }
 
+// Every change of resolution and of the picture's size on the way to a frame
+// leaves what a new drawer makes of it.
+TEST(CpuSceneDrawer, AStretchedPictureIsWhatANewDrawerMakes) {
+    CpuSceneDrawer drawer;
+    for (const QSize size : {QSize(333, 201), QSize(334, 201)}) {
+        GuardedPicture picture(size);
+        int step = 0;
+        for (const double resolution : {0.5, 0.5, 0.65, 0.65, 1.0, 0.65, 0.65, 0.5, 1.0}) {
+            const DrawList list = listOf(QStringLiteral("cube"), 2.0 + 0.3 * step, 1.6);
+            const CpuSceneDrawer::Frame frame{.resolution = resolution, .isKept = step++ > 0};
+            const auto damage = drawer.draw(list, picture.buffer(), frame);
+            GuardedPicture wanted(size);
+            CpuSceneDrawer fresh;
+            fresh.draw(list, wanted.buffer(), {.resolution = resolution});
+            ASSERT_EQ(picture.all(), wanted.all()) << size.width() << " step " << step;
+            EXPECT_TRUE(picture.isGuarded());
+            for (const QRect& rect : damage)
+                EXPECT_TRUE(QRect(QPoint(0, 0), size).contains(rect));
+        }
+    }
+}
+
 TEST(CpuSceneDrawer, OddSizesAreDrawnWithinTheirMemory) {
     for (const char* const name : kScenes) {
         for (const QSize size : {QSize(1, 1), QSize(3, 2), QSize(64, 32), QSize(65, 33),
