@@ -153,7 +153,7 @@ inline TexelLight sampleTexels(const RipPicture& picture, TexelV u, TexelV v,
 }
 
 // The average over a pixel: one reading where texels are as large as pixels, and
-// two, side by side along the way on which most texels pass, where they are smaller.
+// four, each of a quarter of the pixel, where they are smaller.
 inline TexelLight readTexels(const RipPicture& picture, const TexelPlaces& places,
                              const TexelManner& manner) {
     const TexelF d;
@@ -171,30 +171,22 @@ inline TexelLight readTexels(const RipPicture& picture, const TexelPlaces& place
         single = sampleTexels(picture, places.u, places.v, zero, zero, manner);
         if (hnt::AllTrue(d, large)) return single;
     }
-    const auto half = hnt::Set(d, 0.5F);
-    const auto wideAcross = hnt::Add(square(places.uAcross, hnt::Zero(d), picture.width),
-                                     square(places.vAcross, hnt::Zero(d), picture.height));
-    const auto wideDown = hnt::Add(square(places.uDown, hnt::Zero(d), picture.width),
-                                   square(places.vDown, hnt::Zero(d), picture.height));
-    const auto isAcross = hnt::Ge(wideAcross, wideDown);
-    const auto uMost = hnt::Mul(hnt::IfThenElse(isAcross, places.uAcross, places.uDown), half);
-    const auto vMost = hnt::Mul(hnt::IfThenElse(isAcross, places.vAcross, places.vDown), half);
-    // Reading between texels smooths the other way as well.
-    const auto sharp = hnt::Set(d, 0.8F);
-    const auto uLeast = hnt::Mul(hnt::IfThenElse(isAcross, places.uDown, places.uAcross), sharp);
-    const auto vLeast = hnt::Mul(hnt::IfThenElse(isAcross, places.vDown, places.vAcross), sharp);
-    const auto across = levelOf(square(uMost, uLeast, picture.width), picture.levelsAcross);
-    const auto down = levelOf(square(vMost, vLeast, picture.height), picture.levelsDown);
+    const auto quarter = hnt::Set(d, 0.25F);
+    const auto across = levelOf(hnt::Mul(wideU, quarter), picture.levelsAcross);
+    const auto down = levelOf(hnt::Mul(wideV, quarter), picture.levelsDown);
     TexelLight sum{hnt::Zero(d), hnt::Zero(d), hnt::Zero(d), hnt::Zero(d)};
-    for (int i = 0; i < 2; ++i) {
-        const auto side = hnt::Set(d, i != 0 ? 0.5F : -0.5F);
-        const TexelLight part =
-            sampleTexels(picture, hnt::Add(places.u, hnt::Mul(uMost, side)),
-                         hnt::Add(places.v, hnt::Mul(vMost, side)), across, down, manner);
-        sum.r = hnt::Add(sum.r, hnt::Mul(part.r, half));
-        sum.g = hnt::Add(sum.g, hnt::Mul(part.g, half));
-        sum.b = hnt::Add(sum.b, hnt::Mul(part.b, half));
-        sum.alpha = hnt::Add(sum.alpha, hnt::Mul(part.alpha, half));
+    for (int i = 0; i < 4; ++i) {
+        const auto right = hnt::Set(d, (i & 1) != 0 ? 0.25F : -0.25F);
+        const auto lower = hnt::Set(d, (i & 2) != 0 ? 0.25F : -0.25F);
+        const auto u = hnt::Add(
+            places.u, hnt::Add(hnt::Mul(places.uAcross, right), hnt::Mul(places.uDown, lower)));
+        const auto v = hnt::Add(
+            places.v, hnt::Add(hnt::Mul(places.vAcross, right), hnt::Mul(places.vDown, lower)));
+        const TexelLight part = sampleTexels(picture, u, v, across, down, manner);
+        sum.r = hnt::Add(sum.r, hnt::Mul(part.r, quarter));
+        sum.g = hnt::Add(sum.g, hnt::Mul(part.g, quarter));
+        sum.b = hnt::Add(sum.b, hnt::Mul(part.b, quarter));
+        sum.alpha = hnt::Add(sum.alpha, hnt::Mul(part.alpha, quarter));
     }
     if (hnt::AllFalse(d, large)) return sum;
     return {hnt::IfThenElse(large, single.r, sum.r), hnt::IfThenElse(large, single.g, sum.g),
