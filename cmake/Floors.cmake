@@ -51,6 +51,28 @@ function(brixtel_floor name)
   install(TARGETS ${name} LIBRARY DESTINATION "${BRIXTEL_LIBDIR}")
 endfunction()
 
+# brixtel_support_objects(LIST): compiles each source of tests/support in the list once
+# for all tests, and puts the object in the source's place.
+function(brixtel_support_objects list)
+  set(sources "")
+  foreach(source IN LISTS ${list})
+    get_filename_component(path "${source}" ABSOLUTE)
+    if(NOT path MATCHES "^${PROJECT_SOURCE_DIR}/tests/support/([A-Za-z_]+)\\.cpp$")
+      list(APPEND sources "${source}")
+      continue()
+    endif()
+    set(object "steun_${CMAKE_MATCH_1}")
+    if(NOT TARGET ${object})
+      add_library(${object} OBJECT "${path}")
+      target_link_libraries(${object} PRIVATE brixtel_flags Qt6::Gui GTest::gtest)
+      target_include_directories(${object} PRIVATE "${CMAKE_BINARY_DIR}/gemaakt")
+      target_compile_options(${object} PRIVATE -O1)
+    endif()
+    list(APPEND sources "$<TARGET_OBJECTS:${object}>")
+  endforeach()
+  set(${list} "${sources}" PARENT_SCOPE)
+endfunction()
+
 # brixtel_test(NAME SOURCES ... LINKS ... LABELS ... [CORE|GUI] [PROPERTIES ...])
 # Makes one GoogleTest program; every test in it is a ctest entry of its own.
 # CORE runs the tests under a QCoreApplication, GUI under an off-screen
@@ -69,6 +91,7 @@ function(brixtel_test name)
   if(BRIXTEL_SANITIZE)
     list(APPEND T_SOURCES "${PROJECT_SOURCE_DIR}/tests/support/KeepLibraries.cpp")
   endif()
+  brixtel_support_objects(T_SOURCES)
   add_executable(${name} ${T_SOURCES})
   set_target_properties(${name} PROPERTIES AUTOMOC ${T_MOC}
                         RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")

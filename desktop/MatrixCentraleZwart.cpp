@@ -22,9 +22,9 @@ using platform::View;
 namespace {
 
 constexpr int kNiveau = 1001;
-constexpr double kUitgaan = 0.25;
-constexpr double kZwakkeBeat = 0.15;
-constexpr double kMuziekTijd = 1.0 / 30.0;
+constexpr double kUitgaan = 0.25;           // seconds
+constexpr double kZwakkeBeat = 0.15;        // strength up to which nothing flashes
+constexpr double kMuziekTijd = 1.0 / 30.0;  // seconds between two readings
 
 // The tempo that the music's level asks for, and the part of the change that the rain makes
 // in one reading.
@@ -41,6 +41,8 @@ constexpr double kTipOnder = 46.0;  // from the bottom of the screen
 constexpr double kTipTekst = 10.0;  // from the banner's bottom to the baseline
 constexpr double kTipAlfa = 0.85;
 constexpr double kTipDuur = 5.0;
+constexpr double kTipOp = 0.1;  // part of the duration in which the banner rises
+constexpr double kTipAf = 0.8;  // part from which it fades
 const QString kTip = QStringLiteral("[ beweeg de muis of druk op een toets om terug te gaan ]");
 
 QColor metAlfa(QColor kleur, double alfa) {
@@ -212,7 +214,7 @@ std::shared_ptr<Layer> MatrixCentrale::tip(double breedte, double schaal) const 
     laag->addAnimation("tip",
                        platform::KeyframeAnimation{.keyPath = platform::KeyPath::Opacity,
                                                    .values = {0.0, 1.0, 1.0, 0.0},
-                                                   .keyTimes = {0.0, 0.1, 0.8, 1.0},
+                                                   .keyTimes = {0.0, kTipOp, kTipAf, 1.0},
                                                    .timing = {.duration = kTipDuur}},
                        klok_.now());
     return laag;

@@ -18,12 +18,29 @@ namespace {
 
 constexpr double kGuldenHoek = 2.399963229728653;  // π (3 − √5)
 constexpr double kRasterStraal = 1.001;
-constexpr double kRasterStap = 6.0;  // degrees
+
+// The numbers of places over the whole globe, for full quality and for a small preview.
+constexpr int kPunten = 26'000;
+constexpr int kPuntenKlein = 12'000;
+constexpr int kZeeDeel = 5;  // one in so many places at sea has a dot
+// Sizes of dots in points, and the strength of sea and grid.
+constexpr double kLandPunt = 3.0;
+constexpr double kLandPuntKlein = 2.2;
+constexpr double kZeePunt = 1.5;
+constexpr double kZeeAlfa = 0.8;
+constexpr double kRasterAlfa = 0.55;
+
+// The most lines that are drawn.
+constexpr std::size_t kMeeste = 24;
+constexpr std::size_t kMeesteKlein = 14;
 
 // The largest part of the picture's height for a dot, two fifths of the distance to the
 // next dot. Larger dots would merge into patches in small pictures.
 constexpr double kHoogsteDeel = 0.0038;
 constexpr double kHoogsteDeelKlein = 0.0056;
+
+constexpr double kKanteling = 0.55;    // of the home's latitude
+constexpr double kOmwenteling = 60.0;  // seconds
 
 constexpr double kBinnen = 0.985;
 constexpr int kBinnenRijen = 24;
@@ -53,8 +70,10 @@ QImage opZwart(const QImage& beeld) {
 }
 
 NodePtr gloedNode() {
-    auto node = std::make_shared<Node>(platform::makePlane(
-        {.width = 3.1, .height = 3.1}, DrieWereld::gloed(opZwart(bolGloed()), {.add = true})));
+    constexpr double kZijde = 3.1;
+    auto node = std::make_shared<Node>(
+        platform::makePlane({.width = kZijde, .height = kZijde},
+                            DrieWereld::gloed(opZwart(bolGloed()), {.add = true})));
     node->setName("gloed");
     node->setBillboard(true);
     node->setRenderingOrder(kVolgGloed);
@@ -64,7 +83,11 @@ NodePtr gloedNode() {
 // The ball that hides the dots on the far side. Its poles lie on the line to the camera, so
 // that its rim is one of its circles: round with many segments along that circle, and few
 // across.
-NodePtr donkereBol(platform::MaterialPtr materiaal) {
+NodePtr donkereBol() {
+    constexpr float kGroen = 0.03F;
+    constexpr float kBlauw = 0.01F;
+    auto materiaal = std::make_shared<platform::Material>(QColor::fromRgbF(0.0F, kGroen, kBlauw));
+    materiaal->setLightingModel(platform::LightingModel::Constant);
     platform::MeshData vorm =
         platform::makeSphere(
             {.radius = kBinnen, .segments = rondeSegmenten(kBinnenDeel), .rows = kBinnenRijen})
@@ -90,18 +113,16 @@ void voegAarde(Node& bol, const BolPunten& wolken, bool groot) {
         bol.children().back()->setRenderingOrder(volgorde);
     };
     const double deel = groot ? kHoogsteDeel : kHoogsteDeelKlein;
-    voeg(DrieWereld::punten(
-             wolken.land,
-             {.grootte = groot ? 3.0 : 2.2, .kleur = Thema::groen(), .hoogsteDeel = deel}),
+    voeg(DrieWereld::punten(wolken.land, {.grootte = groot ? kLandPunt : kLandPuntKlein,
+                                          .kleur = Thema::groen(),
+                                          .hoogsteDeel = deel}),
          kVolgPunten);
-    voeg(DrieWereld::punten(
-             wolken.zee,
-             {.grootte = 1.5, .kleur = dimmer(Thema::donker(), 0.8), .hoogsteDeel = deel}),
+    voeg(DrieWereld::punten(wolken.zee, {.grootte = kZeePunt,
+                                         .kleur = dimmer(Thema::donker(), kZeeAlfa),
+                                         .hoogsteDeel = deel}),
          kVolgPunten);
-    voeg(DrieWereld::lijnen(bolRaster(), dimmer(Thema::donker(), 0.55)), kVolgRaster);
-    auto donker = std::make_shared<platform::Material>(QColor::fromRgbF(0.0F, 0.03F, 0.01F));
-    donker->setLightingModel(platform::LightingModel::Constant);
-    bol.addChild(donkereBol(donker));
+    voeg(DrieWereld::lijnen(bolRaster(), dimmer(Thema::donker(), kRasterAlfa)), kVolgRaster);
+    bol.addChild(donkereBol());
 }
 
 void kijk(Node& oog, double graden) {
@@ -112,16 +133,22 @@ void kijk(Node& oog, double graden) {
 
 // The home marker: a dot, and a ring flat on the surface that pulses.
 void voegThuis(Node& bol, const glm::dvec3& plaats) {
+    constexpr double kStip = 0.022;
+    constexpr double kRing = 0.05;
+    constexpr double kPijp = 0.004;
+    constexpr double kKlopVan = 0.6;  // of the ring's size
+    constexpr double kKlopTot = 1.8;
+    constexpr double kKlopDuur = 1.4;  // seconds
     auto stip = std::make_shared<Node>(
-        platform::makeSphere({.radius = 0.022, .segments = rondeSegmenten(kThuisDeel)},
+        platform::makeSphere({.radius = kStip, .segments = rondeSegmenten(kThuisDeel)},
                              DrieWereld::gloed(Thema::cijferFel())));
     stip->setName("thuis");
     stip->setPosition(plaats);
     bol.addChild(stip);
 
     auto ring = std::make_shared<Node>(
-        platform::makeTorus({.ringRadius = 0.05,
-                             .pipeRadius = 0.004,
+        platform::makeTorus({.ringRadius = kRing,
+                             .pipeRadius = kPijp,
                              .ringSegments = rondeSegmenten(kRingDeel),
                              .pipeSegments = rondeSegmenten(kPijpDeel)},
                             DrieWereld::gloed(Thema::cijferFel(), {.add = true})));
@@ -132,8 +159,8 @@ void voegThuis(Node& bol, const glm::dvec3& plaats) {
     ring->lookAt(2.0 * plaats);
     ring->rotate(kPi / 2.0, {1.0, 0.0, 0.0});
     ring->addAnimation({.property = platform::NodeProperty::Scale,
-                        .values = {glm::dvec3(0.6), glm::dvec3(1.8)},
-                        .duration = 1.4,
+                        .values = {glm::dvec3(kKlopVan), glm::dvec3(kKlopTot)},
+                        .duration = kKlopDuur,
                         .repeatCount = platform::kForever},
                        "klop");
 }
@@ -151,7 +178,7 @@ BolPunten bolPunten(int n, const LandKaart& kaart) {
     for (int k = 0; k < n; ++k) {
         const BolPlaats plaats = roosterPlaats(k, n);
         const bool land = kaart.isLand(plaats.breedte, plaats.lengte);
-        if (!land && k % 5 != 0) continue;
+        if (!land && k % kZeeDeel != 0) continue;
         (land ? punten.land : punten.zee)
             .push_back(DrieWereld::punt(plaats.breedte, plaats.lengte, {.r = 1.0}));
     }
@@ -159,32 +186,42 @@ BolPunten bolPunten(int n, const LandKaart& kaart) {
 }
 
 std::vector<glm::dvec3> bolRaster() {
+    // Degrees.
+    constexpr double kRuit = 30.0;             // between two parallels or meridians
+    constexpr double kHoogsteParallel = 60.0;  // north and south
+    constexpr double kMeridiaanEinde = 84.0;   // north and south
+    constexpr double kStap = 6.0;              // of a line's straight pieces
     std::vector<glm::dvec3> einden;
     const auto voeg = [&](double breedte, double lengte) {
         einden.push_back(DrieWereld::punt(breedte, lengte, {.r = kRasterStraal}));
     };
-    for (double breedte = -60.0; breedte <= 60.0; breedte += 30.0) {
-        for (double lengte = -180.0; lengte < 180.0; lengte += kRasterStap) {
+    for (double breedte = -kHoogsteParallel; breedte <= kHoogsteParallel; breedte += kRuit) {
+        for (double lengte = -180.0; lengte < 180.0; lengte += kStap) {
             voeg(breedte, lengte);
-            voeg(breedte, lengte + kRasterStap);
+            voeg(breedte, lengte + kStap);
         }
     }
-    for (double lengte = -180.0; lengte < 180.0; lengte += 30.0) {
-        for (double breedte = -84.0; breedte < 84.0; breedte += kRasterStap) {
+    for (double lengte = -180.0; lengte < 180.0; lengte += kRuit) {
+        for (double breedte = -kMeridiaanEinde; breedte < kMeridiaanEinde; breedte += kStap) {
             voeg(breedte, lengte);
-            voeg(breedte + kRasterStap, lengte);
+            voeg(breedte + kStap, lengte);
         }
     }
     return einden;
 }
 
 QImage bolGloed() {
-    constexpr double kZijde = 256.0;
+    constexpr double kZijde = 256.0;  // points
+    // The ring's light over the radius: where it begins, is strongest, and ends.
+    constexpr double kBegin = 0.6;
+    constexpr double kTop = 0.655;
+    constexpr double kEinde = 0.8;
+    constexpr double kTopAlfa = 0.07;
     const auto teken = [](Tekenvlak& vlak) {
         QRadialGradient verloop(kZijde / 2.0, kZijde / 2.0, kZijde / 2.0);
-        verloop.setColorAt(0.6, dimmer(Thema::groen(), 0.0));
-        verloop.setColorAt(0.655, dimmer(Thema::groen(), 0.07));
-        verloop.setColorAt(0.8, dimmer(Thema::groen(), 0.0));
+        verloop.setColorAt(kBegin, dimmer(Thema::groen(), 0.0));
+        verloop.setColorAt(kTop, dimmer(Thema::groen(), kTopAlfa));
+        verloop.setColorAt(kEinde, dimmer(Thema::groen(), 0.0));
         vlak.painter().fillRect(QRectF(0.0, 0.0, kZijde, kZijde), verloop);
     };
     return Thema::beeld({kZijde, kZijde}, {.schaal = 1.0, .teken = teken}).value_or(QImage());
@@ -196,28 +233,29 @@ void DrieWereld::bouwBol() {
     bol_->setName("bol");
     scene_->root().addChild(bol_);
     scene_->root().addChild(gloedNode());
-    voegAarde(*bol_, bolPunten(groot() ? 26'000 : 12'000, kaart()), groot());
+    voegAarde(*bol_, bolPunten(groot() ? kPunten : kPuntenKlein, kaart()), groot());
 
     const Land thuis = landen().thuis();
-    voegThuis(*bol_, punt(thuis.breedte, thuis.lengte, {.r = 1.01}));
+    voegThuis(*bol_, punt(thuis.breedte, thuis.lengte, {.r = kStipStraal}));
     lijnenNode_ = std::make_shared<Node>();
     lijnenNode_->setName("lijnen");
     bol_->addChild(lijnenNode_);
-    bolLijnen_ = std::make_shared<BolLijnen>(
-        BolLijnen::Opties{.thuis = {thuis.breedte, thuis.lengte}, .meeste = groot() ? 24U : 14U});
+    bolLijnen_ = std::make_shared<BolLijnen>(BolLijnen::Opties{
+        .thuis = {thuis.breedte, thuis.lengte}, .meeste = groot() ? kMeeste : kMeesteKlein});
 
     // The globe turns round its own axis first and tilts second. Only this order makes
     // every home face the camera, with a tilt of half the home's latitude.
-    bol_->setOrientation(platform::turn(0.55 * radialen(thuis.breedte), {1.0, 0.0, 0.0}) *
+    bol_->setOrientation(platform::turn(kKanteling * radialen(thuis.breedte), {1.0, 0.0, 0.0}) *
                          platform::turn(-radialen(thuis.lengte), {0.0, 1.0, 0.0}));
     // The globe turns eastward, as the earth does.
-    bol_->runAction(Action::repeatForever(Action::rotateBy({0.0, 2.0 * kPi, 0.0}, 60.0)));
+    bol_->runAction(Action::repeatForever(Action::rotateBy({0.0, 2.0 * kPi, 0.0}, kOmwenteling)));
 
     // Runs in every frame after the globe has turned, since the globe comes before its
     // parts. The action does not use the world, which a view may outlive; the scene holds
     // the action.
     lijnenNode_->runAction(Action::repeatForever(Action::custom(
-        60.0, [lijnen = bolLijnen_, oog = oog_, zicht = zicht_, &scene = *scene_](Node&, double) {
+        kOmwenteling,
+        [lijnen = bolLijnen_, oog = oog_, zicht = zicht_, &scene = *scene_](Node&, double) {
             kijk(*oog, zicht->graden(scene.time()));
             lijnen->schik(*oog);
         })));

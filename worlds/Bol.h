@@ -17,6 +17,12 @@
 
 namespace brixtel {
 
+// The distance of a country's dot and of the home marker from the globe's middle.
+constexpr double kStipStraal = 1.01;
+
+// The soft step: 0 below 0, 1 above 1, and level at both ends of the way between.
+[[nodiscard]] double zacht(double deel);
+
 struct BolPlaats {
     double breedte;
     double lengte;
@@ -35,7 +41,7 @@ struct BolPunten {
 // Parallels and meridians, as pairs of end points.
 [[nodiscard]] std::vector<glm::dvec3> bolRaster();
 
-// A thin ring of light, just outside the globe's rim on a plane of 3.1.
+// A thin ring of light, just outside the globe's rim on a plane of 3.1 units.
 [[nodiscard]] QImage bolGloed();
 
 // The drawing order. The night behind a label covers the dots and the grid, and never an

@@ -23,7 +23,6 @@ constexpr double kVerste = 6.0 * kAfstand;
 // The nearness, side by side, over which the pushing sets in softly.
 constexpr double kAanloop = 0.06;
 constexpr int kRonden = 24;
-constexpr double kStip = 1.01;  // distance of dots from the globe's middle
 
 // The size of the home marker: its dot with the ring at its smallest. Home counts as this
 // much further south than it lies, so that a country beside it or slightly further south
@@ -44,11 +43,6 @@ constexpr double kDraadTot = 1.0;
 // The part of a label's width that its letters take.
 constexpr double kLetters = 0.8;
 
-double zacht(double deel) {
-    const double t = std::clamp(deel, 0.0, 1.0);
-    return t * t * (3.0 - 2.0 * t);
-}
-
 // The place on the screen, right and up, in units as large as those of the scene's middle,
 // and the number of these units in one scene unit at that place.
 glm::dvec3 opScherm(const glm::dvec3& plaats, const glm::dmat4& camera) {
@@ -62,7 +56,7 @@ glm::dvec3 opScherm(const glm::dvec3& plaats, const glm::dmat4& camera) {
 }  // namespace
 
 BolLabels::BolLabels(const BolPlaats& thuis)
-    : thuis_(DrieWereld::punt(thuis.breedte, thuis.lengte, {.r = kStip})) {}
+    : thuis_(DrieWereld::punt(thuis.breedte, thuis.lengte, {.r = kStipStraal})) {}
 
 void BolLabels::zet(std::vector<Opschrift> opschriften) {
     labels_.clear();
@@ -118,9 +112,13 @@ void BolLabels::zie(Label& label, const glm::dmat4& camera) const {
 // How far up a label moves to clear its own dot, which lies right behind the label except
 // near the rim. A label that already hangs below its dot stays there.
 double BolLabels::naastStip(const Label& label, const glm::dmat4& camera) {
-    const glm::dvec3 stip = kStip * glm::normalize(label.node->worldPosition());
+    // Units: how far below its dot a label hangs freely, and the way from there over which
+    // the label begins to clear the dot.
+    constexpr double kHangt = 0.035;
+    constexpr double kOvergang = 0.02;
+    const glm::dvec3 stip = kStipStraal * glm::normalize(label.node->worldPosition());
     const double y = label.y - opScherm(stip, camera).y;
-    return std::max(0.0, label.hoogte - y) * zacht((y + 0.035) / 0.02);
+    return std::max(0.0, label.hoogte - y) * zacht((y + kHangt) / kOvergang);
 }
 
 // Makes a fixed number of rounds of small pushes, so that the result moves as smoothly as
@@ -140,16 +138,23 @@ void BolLabels::maakRuimte(double rand) {
 // Pushes two labels apart, the northern one up. A northern label far below the other one,
 // over the pole, passes it instead.
 void BolLabels::duw(Label& noord, Label& zuid) {
+    // In labels' heights: how far below the other label the passing begins, the way over
+    // which it grows, and what each height of that way takes off the wanted distance.
+    constexpr double kPasseerVan = 2.0;
+    constexpr double kPasseerWeg = 2.0;
+    constexpr double kPasseerMinder = 2.5;
+    constexpr double kDuwPerKracht = 4.0;  // a push is whole from a quarter of the strength
     const double naast =
         noord.halveBreedte + zuid.halveBreedte + kAanloop - std::abs(noord.x - zuid.x);
     if (naast <= 0.0 || noord.kracht <= 0.0 || zuid.kracht <= 0.0) return;
     const double hoogte = 0.5 * (noord.hoogte + zuid.hoogte);
-    const double omgekeerd = std::clamp((zuid.y - noord.y) / hoogte - 2.0, 0.0, 2.0);
-    const double tekort =
-        hoogte * (1.0 - 2.5 * omgekeerd) - (noord.y + noord.omhoog) + (zuid.y + zuid.omhoog);
+    const double omgekeerd =
+        std::clamp((zuid.y - noord.y) / hoogte - kPasseerVan, 0.0, kPasseerWeg);
+    const double tekort = hoogte * (1.0 - kPasseerMinder * omgekeerd) - (noord.y + noord.omhoog) +
+                          (zuid.y + zuid.omhoog);
     if (tekort <= 0.0) return;
     const double stap = 0.5 * tekort * zacht(naast / kAanloop) *
-                        std::min({1.0, 4.0 * noord.kracht, 4.0 * zuid.kracht});
+                        std::min({1.0, kDuwPerKracht * noord.kracht, kDuwPerKracht * zuid.kracht});
     if (noord.node) noord.omhoog += zuid.node ? stap : 2.0 * stap;
     if (zuid.node) zuid.omhoog -= noord.node ? stap : 2.0 * stap;
 }
@@ -162,7 +167,7 @@ void BolLabels::span(const Label& label, const glm::dmat4& camera) {
     label.draad->setOpacity(deel);
     if (deel <= 0.0) return;
     const glm::dvec3 plaats = label.node->worldPosition();
-    const glm::dvec3 naar = kStip * glm::normalize(plaats) - plaats;
+    const glm::dvec3 naar = kStipStraal * glm::normalize(plaats) - plaats;
     const glm::dvec3 stip(glm::dot(naar, glm::dvec3(camera[0])),
                           glm::dot(naar, glm::dvec3(camera[1])) - label.node->screenOffset().y,
                           glm::dot(naar, glm::dvec3(camera[2])));
@@ -182,6 +187,9 @@ void BolLabels::span(const Label& label, const glm::dmat4& camera) {
 
 // The strength that remains when a busier label lies over this one.
 double BolLabels::sterkte(const Label& label) const {
+    // A label dims while the overlap grows from a sixth of its height to a half.
+    constexpr double kBedektPerHoogte = 3.0;
+    constexpr double kBedektVan = 0.5;
     double bedekt = 0.0;
     for (const Label& ander : labels_) {
         if (ander.rang >= label.rang) continue;
@@ -190,7 +198,7 @@ double BolLabels::sterkte(const Label& label) const {
                              std::abs(label.y + label.omhoog - ander.y - ander.omhoog);
         if (naast <= 0.0 || boven <= 0.0) continue;
         bedekt = std::max(bedekt, ander.kracht * zacht(naast / kAanloop) *
-                                      zacht(3.0 * boven / label.hoogte - 0.5));
+                                      zacht(kBedektPerHoogte * boven / label.hoogte - kBedektVan));
     }
     return 1.0 + (kMinsteKracht - 1.0) * bedekt;
 }

@@ -24,6 +24,25 @@ constexpr double kNacht = 0.93;       // part of the light behind a label that i
 constexpr double kRandBreed = 0.06;   // one soft edge, as a part of the night's width
 constexpr double kRandHoog = 0.3;     // and as a part of its height
 
+// The radii of a country's dot and of a moving light, and a label's distance from the
+// globe's middle.
+constexpr double kGrootteStip = 0.016;
+constexpr double kGrootteLicht = 0.011;
+constexpr double kLabelStraal = 1.09;
+
+// The strength of a line from a label to its country.
+constexpr float kDraadAlfa = 0.7F;
+// The strength that an arc keeps, however quiet its line is.
+constexpr double kMinsteBoog = 0.45;
+
+// A trip of a light in seconds: the shortest, the step to the next, and the number of
+// different trips.
+constexpr double kKortsteReis = 1.2;
+constexpr double kReisStap = 0.25;
+constexpr std::size_t kReizen = 5;
+// The part of a trip between the lights of two lines to one country.
+constexpr double kTussenruimte = 0.37;
+
 // The radius of a globe at its nearest, as a part of the picture's height.
 constexpr double kDeelVanStraal = 0.65;
 
@@ -36,18 +55,21 @@ GeometryPtr bolletje(double straal, const QColor& kleur) {
 // The line from a label that was moved aside to its country.
 GeometryPtr draad() {
     QColor kleur = Thema::groen();
-    kleur.setAlphaF(0.7F);
+    kleur.setAlphaF(kDraadAlfa);
     const auto materiaal = DrieWereld::gloed(kleur, {.add = true});
     materiaal->setReadsDepth(false);
     return platform::makeLines({{0.0F, 0.0F, 0.0F}, {0.0F, 1.0F, 0.0F}}, materiaal);
 }
 
-// A country's own number from 0 to 1, the same in every run.
+// A country's own number from 0 to 1, the same in every run: the FNV-1a hash of its code.
 double lotVan(const std::string& code) {
-    std::uint32_t getal = 2166136261U;
+    constexpr std::uint32_t kFnvBegin = 2166136261U;
+    constexpr std::uint32_t kFnvPriem = 16777619U;
+    constexpr double kGetallen = 4294967296.0;  // 2^32, the number of hashes
+    std::uint32_t getal = kFnvBegin;
     for (const char teken : code)
-        getal = (getal ^ static_cast<unsigned char>(teken)) * 16777619U;
-    return getal / 4294967296.0;
+        getal = (getal ^ static_cast<unsigned char>(teken)) * kFnvPriem;
+    return getal / kGetallen;
 }
 
 NodePtr zet(GeometryPtr vorm, const glm::dvec3& plaats, Node& in) {
@@ -59,12 +81,12 @@ NodePtr zet(GeometryPtr vorm, const glm::dvec3& plaats, Node& in) {
 
 // The night behind a label: black with soft edges.
 QImage nacht() {
+    constexpr QSize kBeeldMaat(256, 64);  // pixels
     const auto deel = [](int i, int aantal, double rand) {
         const double naarRand = (0.5 + std::min(i, aantal - 1 - i)) / aantal;
-        const double t = std::min(1.0, naarRand / rand);
-        return t * t * (3.0 - 2.0 * t);
+        return zacht(naarRand / rand);
     };
-    QImage beeld(256, 64, QImage::Format_ARGB32_Premultiplied);
+    QImage beeld(kBeeldMaat, QImage::Format_ARGB32_Premultiplied);
     for (int y = 0; y < beeld.height(); ++y)
         for (int x = 0; x < beeld.width(); ++x) {
             const double dicht =
@@ -97,7 +119,8 @@ std::vector<glm::dvec3> stukken(const std::vector<glm::dvec3>& baan) {
 QColor boogKleur(std::int64_t aantal, std::int64_t eerste) {
     QColor kleur = Thema::groen();
     const double deel = static_cast<double>(aantal) / static_cast<double>(eerste);
-    kleur.setAlphaF(static_cast<float>(std::clamp(0.45 + 0.55 * deel, 0.0, 1.0)));
+    kleur.setAlphaF(
+        static_cast<float>(std::clamp(kMinsteBoog + (1.0 - kMinsteBoog) * deel, 0.0, 1.0)));
     return kleur;
 }
 
@@ -105,8 +128,8 @@ QColor boogKleur(std::int64_t aantal, std::int64_t eerste) {
 
 BolLijnen::BolLijnen(const Opties& opties)
     : opties_(opties),
-      stip_(bolletje(0.016, Thema::cijferFel())),
-      licht_(bolletje(0.011, Qt::white)),
+      stip_(bolletje(kGrootteStip, Thema::cijferFel())),
+      licht_(bolletje(kGrootteLicht, Qt::white)),
       grond_(grond()),
       draad_(draad()),
       opschriften_(opties.thuis) {}
@@ -132,7 +155,7 @@ void BolLijnen::teken(const std::vector<Lijn>& lijnen, double tijd, Node& in) {
         auto baan = DrieWereld::boog({.van = thuis, .naar = punt(1.0)});
         zet(DrieWereld::lijnen(stukken(baan), boogKleur(lijn.aantal, eerste)), {}, in)
             ->setRenderingOrder(kVolgLicht);
-        zet(stip_, punt(1.01), in);
+        zet(stip_, punt(kStipStraal), in);
         banen_.insert(banen_.end(), baan.begin(), baan.end());
         Reizen::key_type sleutel(lijn.land.code, 0);
         while (reizen.contains(sleutel))
@@ -141,7 +164,7 @@ void BolLijnen::teken(const std::vector<Lijn>& lijnen, double tijd, Node& in) {
         in.addChild(lichtje(std::move(baan), reis));
         const QString tekst = opschrift(lijn);
         const NodePtr opschrift = label(tekst);
-        opschrift->setPosition(punt(1.09));
+        opschrift->setPosition(punt(kLabelStraal));
         in.addChild(opschrift);
         labels.emplace(tekst, opschrift->geometry());
         opschriften.push_back({opschrift, opschrift->children().back()});
@@ -160,11 +183,11 @@ double BolLijnen::Reis::deelOp(double nu) const {
 // a place that depends on its country and the time, so that no two go in step.
 BolLijnen::Reis BolLijnen::reisVan(const Reizen::key_type& sleutel, std::size_t i,
                                    double tijd) const {
-    const double duur = 1.2 + 0.25 * static_cast<double>(i % 5);
+    const double duur = kKortsteReis + kReisStap * static_cast<double>(i % kReizen);
     const auto vorige = reizen_.find(sleutel);
     if (vorige != reizen_.end())
         return {.deel = vorige->second.deelOp(tijd), .tijd = tijd, .duur = duur};
-    const Reis vanaf0{.deel = lotVan(sleutel.first) + 0.37 * sleutel.second, .duur = duur};
+    const Reis vanaf0{.deel = lotVan(sleutel.first) + kTussenruimte * sleutel.second, .duur = duur};
     return {.deel = vanaf0.deelOp(tijd), .tijd = tijd, .duur = duur};
 }
 
@@ -204,13 +227,18 @@ NodePtr BolLijnen::label(const QString& tekst) {
 }
 
 GeometryPtr BolLijnen::letters(const QString& tekst) {
+    // Points.
+    constexpr double kLetterGrootte = 26.0;
+    constexpr double kRuimte = 16.0;          // beside the letters, both sides together
+    constexpr QPointF kBasislijn(8.0, 10.0);  // the start of the baseline, from below
+    constexpr double kScherpte = 2.0;         // pixels to the point
     ++getekend_;
-    const QFont font = Thema::font(26.0, {.vet = true});
-    const QSizeF maat(Thema::breedte(tekst, {.font = font}) + 16.0, kLabelHoogte);
+    const QFont font = Thema::font(kLetterGrootte, {.vet = true});
+    const QSizeF maat(Thema::breedte(tekst, {.font = font}) + kRuimte, kLabelHoogte);
     const auto teken = [&](Tekenvlak& vlak) {
-        Thema::tekst(tekst, {.font = font, .kleur = Thema::groen(), .op = {8.0, 10.0}}, vlak);
+        Thema::tekst(tekst, {.font = font, .kleur = Thema::groen(), .op = kBasislijn}, vlak);
     };
-    const auto beeld = Thema::beeld(maat, {.schaal = 2.0, .teken = teken});
+    const auto beeld = Thema::beeld(maat, {.schaal = kScherpte, .teken = teken});
     const auto materiaal = DrieWereld::gloed(beeld.value_or(QImage()), {.add = true});
     // A depth test would cut a label near the rim; a label behind the globe is left out
     // whole.

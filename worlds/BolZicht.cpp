@@ -24,6 +24,11 @@ double inGraden(double radialen) {
 
 }  // namespace
 
+double zacht(double deel) {
+    const double t = std::clamp(deel, 0.0, 1.0);
+    return t * t * (3.0 - 2.0 * t);
+}
+
 int rondeSegmenten(double deel) {
     const double straal = std::max(1.0, deel * kHoogsteBeeld);
     const double segmenten = platform::kPi / std::acos(1.0 - kAfwijking / straal);
@@ -38,8 +43,7 @@ void BolZicht::vraag(double wens, double tijd) {
 }
 
 double BolZicht::graden(double tijd) const {
-    const double t = std::clamp((tijd - begin_) / kVerbreden, 0.0, 1.0);
-    return van_ + (naar_ - van_) * t * t * (3.0 - 2.0 * t);
+    return van_ + (naar_ - van_) * zacht((tijd - begin_) / kVerbreden);
 }
 
 double bolZichtVoor(const std::vector<glm::dvec3>& punten, const platform::Node& bol,

@@ -16,15 +16,17 @@ using platform::NodePtr;
 
 namespace {
 
-constexpr double kRand = 1.47;  // the frame's distance from the middle
-constexpr double kTik = 0.08;   // seconds
-constexpr double kGolfKans = 0.025;
+constexpr double kRand = 1.47;       // the frame's distance from the middle
+constexpr double kTik = 0.08;        // seconds
+constexpr double kGolfKans = 0.025;  // of a new wave, in each tick
+// In steps of the grid: a wave's way in a tick, and its reach to either side.
 constexpr double kGolfStap = 0.35;
 constexpr double kGolfBreedte = 0.8;
 
 std::array<GeometryPtr, 4> maakVlakken() {
+    constexpr float kGewoonAlfa = 0.55F;
     QColor gewoon = Thema::cijfer();
-    gewoon.setAlphaF(0.55F);
+    gewoon.setAlphaF(kGewoonAlfa);
     const auto vlak = [](bool een, const QColor& kleur) {
         return DrieWereld::cijferVlak(een, {.kleur = kleur, .hoogte = KubusCijfers::kHoogte});
     };
@@ -65,13 +67,14 @@ std::vector<glm::dvec3> randen() {
 
 KubusCijfers::KubusCijfers(Node& kubus, platform::RandomSource toeval)
     : toeval_(std::move(toeval)), vlakken_(maakVlakken()) {
+    constexpr int kMidden = kZijde / 2;
     cellen_.reserve(kZijde * kZijde * kZijde);
     for (int x = 0; x < kZijde; ++x) {
         for (int y = 0; y < kZijde; ++y) {
             for (int z = 0; z < kZijde; ++z) {
                 const bool een = toeval_.coin();
                 auto node = std::make_shared<Node>(vlakken_[een ? 1 : 0]);
-                node->setPosition(kStap * glm::dvec3(x - 3, y - 3, z - 3));
+                node->setPosition(kStap * glm::dvec3(x - kMidden, y - kMidden, z - kMidden));
                 node->setBillboard(true);
                 kubus.addChild(node);
                 cellen_.push_back({std::move(node), {x, y, z}, een});
@@ -112,14 +115,17 @@ void KubusCijfers::kleur() {
 }
 
 void DrieWereld::bouwKubus() {
+    constexpr glm::dvec3 kStand(0.45, 0.65, 0.1);  // radians, at the start
+    constexpr glm::dvec3 kDraaiAs(0.4, 1.0, 0.2);
+    constexpr double kOmwenteling = 24.0;  // seconds
     auto kubus = std::make_shared<Node>();
     kubus->setName("kubus");
     scene_->root().addChild(kubus);
     auto cijfers = std::make_shared<KubusCijfers>(*kubus, platform::RandomSource(toeval_.bits()));
     kubus->addChild(std::make_shared<Node>(lijnen(randen(), Thema::middel())));
-    kubus->setEulerAngles({0.45, 0.65, 0.1});
+    kubus->setEulerAngles(kStand);
     kubus->runAction(
-        Action::repeatForever(Action::rotate(2.0 * platform::kPi, {0.4, 1.0, 0.2}, 24.0)));
+        Action::repeatForever(Action::rotate(2.0 * platform::kPi, kDraaiAs, kOmwenteling)));
     // The action holds the digits, so that they live as long as the scene.
     kubus->runAction(Action::repeatForever(
         Action::sequence({Action::wait(kTik), Action::run([cijfers](Node&) { cijfers->tik(); })})));

@@ -19,6 +19,7 @@ using platform::WrapMode;
 
 namespace {
 
+// The wallpaper, in points of its picture.
 constexpr double kBeeldZijde = 512.0;
 constexpr int kKolommen = 16;
 constexpr int kRijen = 14;
@@ -27,16 +28,44 @@ constexpr double kRijHoogte = 36.57;
 constexpr double kOnderrand = 4.0;
 constexpr BlokMaat kBlok{.blok = 3.0, .spleet = 1.0};
 constexpr double kFelKans = 0.06;
+// The least brightness of a column, and the least of a digit as a part of its column's.
+constexpr double kMinsteKolom = 0.25;
+constexpr double kMinsteCijfer = 0.3;
+// The wallpaper's repeats round and along the tube, and those it scrolls by in a second.
+constexpr double kKeerRondom = 6.0;
+constexpr double kKeerLangs = 14.0;
 constexpr double kSnelheid = 0.55;
-constexpr double kVervaagt = 2.5;           // units before the camera
+
+// The tube, in units of the scene.
+constexpr double kBinnen = 1.6;
+constexpr double kBuiten = 1.65;
+constexpr double kLengte = 80.0;
+constexpr int kSegmenten = 64;
+constexpr double kMiddenZ = -38.0;
+constexpr double kOmwenteling = 40.0;       // seconds
 constexpr double kEindeloos = 1'000'000.0;  // seconds
+
+// The digits that fly: their number in each second, their life in seconds, and lengths in
+// units.
+constexpr double kGeboorten = 90.0;
+constexpr double kGeboortenKlein = 45.0;
+constexpr double kLeven = 4.0;
+constexpr double kVaart = 9.0;  // units in a second
+constexpr double kVaartVerschil = 3.0;
+constexpr double kBronZijde = 2.6;
+constexpr double kBronZ = -30.0;
+constexpr double kCijfer = 0.06;
+constexpr double kCijferVerschil = 0.03;
+constexpr double kKleurVerschil = 0.3;
+constexpr double kVervaagt = 2.5;  // before the camera
 
 TunnelCijfer werp(QPointF linksonder, double kolomHelderheid, platform::RandomSource& toeval) {
     const double eigen = toeval.unit();
     QColor kleur = Thema::cijferFel();
     if (toeval.unit() >= kFelKans) {
         kleur = Thema::cijfer();
-        kleur.setAlphaF(static_cast<float>(kolomHelderheid * (0.3 + 0.7 * eigen)));
+        kleur.setAlphaF(
+            static_cast<float>(kolomHelderheid * (kMinsteCijfer + (1.0 - kMinsteCijfer) * eigen)));
     }
     return {.een = toeval.coin(), .linksonder = linksonder, .kleur = kleur};
 }
@@ -44,11 +73,12 @@ TunnelCijfer werp(QPointF linksonder, double kolomHelderheid, platform::RandomSo
 // The wallpaper is upside down, so that scrolling to larger v moves it towards the camera
 // and the digits are not mirrored.
 platform::GeometryPtr maakBuis(platform::MaterialPtr behang) {
-    platform::MeshData data =
-        platform::makeTube(
-            {.innerRadius = 1.6, .outerRadius = 1.65, .height = 80.0, .radialSegments = 64})
-            ->mesh()
-            ->data();
+    platform::MeshData data = platform::makeTube({.innerRadius = kBinnen,
+                                                  .outerRadius = kBuiten,
+                                                  .height = kLengte,
+                                                  .radialSegments = kSegmenten})
+                                  ->mesh()
+                                  ->data();
     for (glm::vec2& uv : data.texcoords)
         uv = 1.0F - uv;
     return platform::makeGeometry(std::move(data), std::move(behang));
@@ -61,7 +91,7 @@ std::vector<TunnelCijfer> tunnelCijfers(platform::RandomSource& toeval) {
     std::vector<TunnelCijfer> cijfers;
     cijfers.reserve(kKolommen * kRijen);
     for (int kolom = 0; kolom < kKolommen; ++kolom) {
-        const double helderheid = 0.25 + 0.75 * toeval.unit();
+        const double helderheid = kMinsteKolom + (1.0 - kMinsteKolom) * toeval.unit();
         for (int rij = 0; rij < kRijen; ++rij) {
             const QPointF linksonder(inspringing + kKolomBreedte * kolom,
                                      kRijHoogte * rij + kOnderrand);
@@ -91,22 +121,22 @@ std::optional<QImage> tunnelBeeld(const std::vector<TunnelCijfer>& cijfers) {
 
 glm::dmat4 tunnelVerloop(double seconden) {
     return glm::translate(glm::dmat4(1.0), {0.0, -kSnelheid * seconden, 0.0}) *
-           glm::scale(glm::dmat4(1.0), {6.0, 14.0, 1.0});
+           glm::scale(glm::dmat4(1.0), {kKeerRondom, kKeerLangs, 1.0});
 }
 
 platform::ParticleSettings tunnelStroom(bool groot) {
     return {.image = DrieWereld::cijferBeeld(true, Thema::groen()).value_or(QImage()),
-            .birthRate = groot ? 90.0 : 45.0,
-            .lifeSpan = 4.0,
-            .velocity = 9.0,
-            .velocityVariation = 3.0,
+            .birthRate = groot ? kGeboorten : kGeboortenKlein,
+            .lifeSpan = kLeven,
+            .velocity = kVaart,
+            .velocityVariation = kVaartVerschil,
             .emittingDirection = {0.0, 0.0, 1.0},
             .spreadingAngle = 0.0,
-            .emitterSize = {2.6, 2.6},
-            .size = 0.06,
-            .sizeVariation = 0.03,
+            .emitterSize = {kBronZijde, kBronZijde},
+            .size = kCijfer,
+            .sizeVariation = kCijferVerschil,
             .colour = Thema::groen(),
-            .colourVariation = {0.0, 0.0, 0.3, 0.0},
+            .colourVariation = {0.0, 0.0, kKleurVerschil, 0.0},
             .blendMode = platform::BlendMode::Additive,
             .nearFade = kVervaagt};
 }
@@ -120,8 +150,9 @@ void DrieWereld::bouwTunnel() {
     auto buis = std::make_shared<Node>(maakBuis(behang));
     buis->setName("buis");
     buis->setEulerAngles({platform::kPi / 2.0, 0.0, 0.0});
-    buis->setPosition({0.0, 0.0, -38.0});
-    buis->runAction(Action::repeatForever(Action::rotateBy({0.0, 2.0 * platform::kPi, 0.0}, 40.0)));
+    buis->setPosition({0.0, 0.0, kMiddenZ});
+    buis->runAction(
+        Action::repeatForever(Action::rotateBy({0.0, 2.0 * platform::kPi, 0.0}, kOmwenteling)));
     // The wallpaper has then moved by whole repeats, so that the restart is invisible.
     buis->runAction(
         Action::repeatForever(Action::custom(kEindeloos, [behang](Node&, double seconden) {
@@ -131,7 +162,7 @@ void DrieWereld::bouwTunnel() {
 
     auto stroom = std::make_shared<Node>();
     stroom->setName("stroom");
-    stroom->setPosition({0.0, 0.0, -30.0});
+    stroom->setPosition({0.0, 0.0, kBronZ});
     stroom->setParticles(std::make_shared<ParticleSystem>(tunnelStroom(groot()), toeval_));
     scene_->root().addChild(stroom);
 }

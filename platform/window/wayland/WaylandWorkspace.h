@@ -7,8 +7,9 @@ namespace platform::wayland {
 
 class WaylandSystem;
 
-// The little that a Wayland desktop reveals: no program may look at another. The keyboard
-// returns by itself, and windows are always composited. Main thread.
+// The little that is known of a desktop on Wayland, where no program may look at
+// another. Owned by the system. The keyboard finds its own way back, and windows are always
+// composited. Main thread.
 class WaylandWorkspace final : public NativeWorkspace {
   public:
     // The system outlives the workspace.

@@ -110,7 +110,7 @@ TEST(SaverOpWayland, OnzichtbaarWordtErNietsGetekend) {
     saver.start(kRegen);
     ASSERT_TRUE(toont(compositor, 2));
     compositor.setFrames(Frames::ByHand);
-    // What was under way comes; the next picture waits for an answer.
+    // A picture that was under way comes; the next one waits for an answer.
     int vorige = -1;
     ASSERT_TRUE(until([&] {
         const int nu = compositor.count("wl_surface", "commit");
@@ -208,6 +208,50 @@ TEST(SaverOpWayland, DeMetingIsEenRegelMetBeelden) {
     const QJsonObject meting = QJsonDocument::fromJson(saver.uit()).object();
     EXPECT_GT(meting[QStringLiteral("beelden")].toInt(), 3);
     EXPECT_EQ(meting[QStringLiteral("tekenaar")].toString(), QStringLiteral("cpu"));
+}
+
+// A compositor without a layer shell and without a screen.
+class Weston {
+  public:
+    Weston() {
+        if (QStandardPaths::findExecutable(QStringLiteral("weston")).isEmpty()) return;
+        QProcessEnvironment omgeving = QProcessEnvironment::systemEnvironment();
+        omgeving.insert(QStringLiteral("XDG_RUNTIME_DIR"), map_.path());
+        proces_.setProcessEnvironment(omgeving);
+        proces_.setProcessChannelMode(QProcess::MergedChannels);
+        proces_.start(QStringLiteral("weston"),
+                      {QStringLiteral("--backend=headless-backend.so"),
+                       QStringLiteral("--use-pixman"), QStringLiteral("--socket=wayland-1"),
+                       QStringLiteral("--width=640"), QStringLiteral("--height=480")});
+        loopt_ = until([this] {
+                     return QFile::exists(adres()) || proces_.state() == QProcess::NotRunning;
+                 }) &&
+                 QFile::exists(adres());
+    }
+    ~Weston() {
+        proces_.kill();
+        proces_.waitForFinished();
+    }
+    [[nodiscard]] bool loopt() const { return loopt_; }
+    [[nodiscard]] QString adres() const { return map_.filePath(QStringLiteral("wayland-1")); }
+
+  private:
+    QTemporaryDir map_;
+    QProcess proces_;
+    bool loopt_ = false;
+};
+
+TEST(SaverOpWeston, DraaitSchermvullendZonderBovenlagen) {
+    Weston weston;
+    if (!weston.loopt()) GTEST_SKIP() << "weston is not installed, or does not start here";
+    Programma saver;
+    saver.zet(QStringLiteral("WAYLAND_DISPLAY"), weston.adres());
+    saver.zet(QStringLiteral("XDG_RUNTIME_DIR"), saver.map());
+    saver.draai({QStringLiteral("--keuze=regen"), QStringLiteral("--seconden=2"),
+                 QStringLiteral("--meet")});
+    EXPECT_EQ(saver.uitgang(), 0) << saver.fouten().toStdString();
+    const QJsonObject meting = QJsonDocument::fromJson(saver.uit()).object();
+    EXPECT_GT(meting[QStringLiteral("beelden")].toInt(), 3);
 }
 
 TEST(SaverOpSway, RegentOpBeideSchermenEnEindigtDoorEenToets) {

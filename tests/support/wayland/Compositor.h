@@ -21,7 +21,7 @@ namespace wltest {
 
 struct World;
 
-// Which globals there are.
+// The globals that there are.
 struct Globals {
     bool layerShell = true;
     bool xdgShell = true;
@@ -98,19 +98,19 @@ class Compositor {
     Compositor(const Compositor&) = delete;
     Compositor& operator=(const Compositor&) = delete;
 
-    // What WAYLAND_DISPLAY is to be.
+    // The value for WAYLAND_DISPLAY.
     [[nodiscard]] const QString& address() const { return address_; }
 
     // All that there are, in the order of their making.
     [[nodiscard]] std::vector<Surface> surfaces();
     // Their numbers alone.
     [[nodiscard]] std::vector<std::uint64_t> ids();
-    // Those that have a buffer and a role, but the cursor's.
+    // The surfaces that have a buffer and a role, but the cursor's.
     [[nodiscard]] std::vector<Surface> shown();
     // How often a client has asked this, as in ("wl_surface", "commit").
     [[nodiscard]] int count(const std::string& interface, const std::string& request);
     [[nodiscard]] int clients();
-    // Of buffers that are alive.
+    // The number of buffers that are alive.
     [[nodiscard]] int buffers();
 
     // Answers the frame callbacks of every surface that is shown, and says of
@@ -126,7 +126,7 @@ class Compositor {
     // Tells a surface a size; logical. 0 × 0 leaves it to the client.
     void configure(std::uint64_t surface, QSize size);
     void setFullScreen(std::uint64_t surface, bool fullScreen);
-    // Of a layer surface: `closed`; of a toplevel: `close`.
+    // Sends `closed` to a layer surface, `close` to a toplevel.
     void close(std::uint64_t surface);
 
     // Moves the pointer to a logical place; whoever takes input there has it.

@@ -64,7 +64,7 @@ class Sway {
     // Why it is not.
     [[nodiscard]] std::string reason() const { return reason_.toStdString(); }
 
-    // What WAYLAND_DISPLAY is to be, wherever the program's own folder is.
+    // The value for WAYLAND_DISPLAY, wherever the program's own folder is.
     [[nodiscard]] QString address() const { return path("wayland-1"); }
     [[nodiscard]] QProcessEnvironment environment() const {
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
@@ -91,7 +91,7 @@ class Sway {
         return answer.contains("\"success\": true");
     }
 
-    // What an output shows; empty where that could not be had.
+    // The picture that an output shows; empty where that could not be had.
     [[nodiscard]] QImage picture(const QString& output = QStringLiteral("HEADLESS-1")) {
         const QString file = path("picture.png");
         QFile::remove(file);
@@ -154,7 +154,7 @@ class Sway {
         return bytes;
     }
 
-    // Of an answer: six letters, its length, its type.
+    // An answer begins with six letters, its length and its type.
     static constexpr int kHeader = 14;
     static constexpr int kLengthAt = 6;
 

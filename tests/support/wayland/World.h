@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a Compositor's thread works on; private to tests/support/wayland.
+// The state that a Compositor's thread works on; private to tests/support/wayland.
 #pragma once
 
 #include <deque>

@@ -76,7 +76,7 @@ const struct wl_seat_interface kSeat = {
     .release = destroyResource,
 };
 
-// Those of a list that belong to the surface's client.
+// Calls the action for each of a list that belongs to the surface's client.
 template <typename Action>
 void each(const std::vector<wl_resource*>& list, const SurfaceState& surface, Action action) {
     for (wl_resource* const resource : list)

@@ -197,7 +197,7 @@ QImage copyOf(wl_shm_buffer* buffer) {
     return copy;
 }
 
-// What tells a world that a buffer is no more; ends with it.
+// Tells a world that a buffer is no more; ends with the buffer.
 struct Watch {
     wl_listener listener;
     World* world;
@@ -253,7 +253,7 @@ void World::commit(SurfaceState& surface) {
     if (pending.opaque) surface.opaque = *pending.opaque;
     for (wl_resource* const callback : pending.frames)
         surface.frames.push_back(callback);
-    // What was not presented yet never will be.
+    // A picture that was not presented yet never will be.
     for (wl_resource* const old : std::exchange(surface.feedbacks, pending.feedbacks)) {
         wp_presentation_feedback_send_discarded(old);
         wl_resource_destroy(old);
