@@ -44,6 +44,11 @@ SceneStage::SceneStage(std::unique_ptr<CpuSceneDrawer> memory,
 
 SceneStage::~SceneStage() = default;
 
+int SceneStage::rung() const {
+    if (!ladder_ || (memory_ && ladder_->quality().resolution >= 1.0)) return 0;
+    return ladder_->rung();
+}
+
 SceneQuality SceneStage::quality(const SceneFrame& scene, QSize size) {
     if (still_) return {.samples = std::max(scene.sampleCount, kStillSamples)};
     double budget = scene.interval > 0.0 ? scene.interval : kDisplayInterval;

@@ -42,8 +42,9 @@ class SceneStage {
     // Reports the seconds it took to draw and show the last frame.
     void frameTook(double seconds);
 
-    // The rung of the quality ladder, as in kQualityRungs.
-    [[nodiscard]] int rung() const { return ladder_ ? ladder_->rung() : 0; }
+    // The rung of the quality ladder, as in kQualityRungs. In memory every pixel with
+    // smooth edges is full quality: 0.
+    [[nodiscard]] int rung() const;
     [[nodiscard]] const QString& rendererName() const { return name_; }
 
   private:

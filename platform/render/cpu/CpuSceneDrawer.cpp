@@ -4,12 +4,14 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/render/cpu/scene/SceneGlow.h"
 #include "platform/render/cpu/scene/ScenePlan.h"
 #include "platform/render/cpu/scene/StretchPicture.h"
 #include "platform/render/cpu/scene/TilePainter.h"
+#include "platform/render/cpu/scene/TileWorkers.h"
 #include "platform/scene/DrawList.h"
 #include "platform/scene/Shading.h"
 
@@ -38,27 +40,49 @@ bool isDrawable(const DrawList& list, double scale) {
 }  // namespace
 
 struct CpuSceneDrawer::Parts {
-    explicit Parts(const Options& options) : plan(std::max(1, options.keepDraws)) {}
+    explicit Parts(const Options& options)
+        : plan(std::max(1, options.keepDraws)),
+          workers(options.threads),
+          benches(static_cast<std::size_t>(workers.threads())) {}
+
+    // Space of one thread to work in.
+    struct Bench {
+        TilePainter painter;
+        std::vector<float> glow = std::vector<float>(SceneGlow::kWorkSize);
+        PictureStretch::Desk stretch;
+    };
 
     void fit(const PixelBuffer& picture, bool isKept);
     void paint(const DrawList& list);
-    void showTile(int tile, const PixelBuffer& picture);
+    void paintTile(const DrawList& list, int tile, TilePainter& painter);
+    [[nodiscard]] QRect rectOf(int tile) const;
+    void show(const PixelBuffer& picture);
+    bool isShown(int tile);
+    void showTile(int tile, const PixelBuffer& picture, std::vector<float>& work);
     void addDamage(const QRect& rect);
     void draw(const DrawList& list, const PixelBuffer& picture, double scale, bool isKept);
+    void drawCoarse(const DrawList& list, const PixelBuffer& picture, const Frame& frame);
+    void stretchDamage(const PixelBuffer& from, const PixelBuffer& picture);
 
     ScenePlan plan;
-    TilePainter painter;
+    TileWorkers workers;
+    std::vector<Bench> benches;  // by the thread
     SceneGlow glow;
     QSize size;
     QSize tiles;
     enum State : char { kUnknown, kBlack, kLit };
     std::vector<char> shows;  // what the picture's tiles show
     std::vector<char> lit;    // whether there is light in the packed tile
+    std::vector<int> wanted;  // tiles to be worked on
     std::vector<std::uint32_t> packed;
-    std::vector<float> work = std::vector<float>(SceneGlow::kWorkSize);
     std::vector<QRect> damage;
     Counts counts;
-    std::vector<std::uint32_t> coarse;  // a picture that is to be stretched
+    // A picture that is to be stretched, and what it was last stretched to; empty
+    // where the last draw was not stretched.
+    std::vector<std::uint32_t> coarse;
+    QSize stretchedTo;
+    PictureStretch stretch;
+    std::vector<QRect> bands;
 };
 
 void CpuSceneDrawer::Parts::fit(const PixelBuffer& picture, bool isKept) {
@@ -71,32 +95,43 @@ void CpuSceneDrawer::Parts::fit(const PixelBuffer& picture, bool isKept) {
     if (!same || !isKept) shows.assign(count, kUnknown);
     lit.assign(count, 0);
     packed.resize(count * kPackedTile);
+    wanted.reserve(count);
     damage.clear();
     counts = {.tiles = static_cast<int>(count)};
+}
+
+QRect CpuSceneDrawer::Parts::rectOf(int tile) const {
+    const QRect whole(tile % tiles.width() * kTileWidth, tile / tiles.width() * kTileHeight,
+                      kTileWidth, kTileHeight);
+    return whole & QRect(QPoint(0, 0), size);
 }
 
 void CpuSceneDrawer::Parts::paint(const DrawList& list) {
     const glm::vec3 background = glm::vec3(list.background) * list.background.a;
     const bool isBlack = !(background.r > 0.0F || background.g > 0.0F || background.b > 0.0F);
-    for (int tile = 0; tile < plan.bins().count(); ++tile) {
-        const auto calls = plan.bins().of(tile);
-        if (calls.empty() && isBlack) continue;
-        const int column = tile % tiles.width();
-        const int row = tile / tiles.width();
-        const QRect rect(column * kTileWidth, row * kTileHeight,
-                         std::min(kTileWidth, size.width() - column * kTileWidth),
-                         std::min(kTileHeight, size.height() - row * kTileHeight));
-        painter.paint(plan, calls, rect, background,
-                      glow.isOn() ? std::optional(list.camera.bloomThreshold) : std::nullopt);
-        BrightCells cells;
-        if (glow.isOn()) cells = glow.cellsOf(column, row);
-        const PackedTile result =
-            packTile(painter.tile(), glow.isOn() ? &cells : nullptr,
-                     packed.data() + static_cast<std::size_t>(tile) * kPackedTile);
-        lit[static_cast<std::size_t>(tile)] = result.lit ? 1 : 0;
-        if (result.bright) glow.setBright(tile);
-        ++counts.drawn;
-    }
+    wanted.clear();
+    for (int tile = 0; tile < plan.bins().count(); ++tile)
+        if (!plan.bins().of(tile).empty() || !isBlack) wanted.push_back(tile);
+    for (Bench& bench : benches)
+        bench.painter.prepare(plan);
+    workers.each(static_cast<int>(wanted.size()), [&](int i, int thread) {
+        paintTile(list, wanted[static_cast<std::size_t>(i)],
+                  benches[static_cast<std::size_t>(thread)].painter);
+    });
+    counts.drawn = static_cast<int>(wanted.size());
+}
+
+void CpuSceneDrawer::Parts::paintTile(const DrawList& list, int tile, TilePainter& painter) {
+    const auto at = static_cast<std::size_t>(tile);
+    painter.paint(plan, plan.bins().of(tile), rectOf(tile),
+                  glm::vec3(list.background) * list.background.a,
+                  glow.isOn() ? std::optional(list.camera.bloomThreshold) : std::nullopt);
+    BrightCells cells;
+    if (glow.isOn()) cells = glow.cellsOf(tile % tiles.width(), tile / tiles.width());
+    const PackedTile result =
+        packTile(painter.tile(), glow.isOn() ? &cells : nullptr, packed.data() + at * kPackedTile);
+    lit[at] = result.lit ? 1 : 0;
+    if (result.bright) glow.setBright(tile);
 }
 
 void CpuSceneDrawer::Parts::addDamage(const QRect& rect) {
@@ -109,32 +144,47 @@ void CpuSceneDrawer::Parts::addDamage(const QRect& rect) {
     damage.push_back(rect);
 }
 
-void CpuSceneDrawer::Parts::showTile(int tile, const PixelBuffer& picture) {
+// Whether something of the tile is to be written, counted if so.
+bool CpuSceneDrawer::Parts::isShown(int tile) {
     const auto at = static_cast<std::size_t>(tile);
-    const int column = tile % tiles.width();
-    const int row = tile / tiles.width();
-    const bool glows = glow.glows(tile);
-    if (!glows && !lit[at] && shows[at] == kBlack) return;
-    const QRect rect = QRect(column * kTileWidth, row * kTileHeight, kTileWidth, kTileHeight) &
-                       QRect(QPoint(0, 0), size);
-    addDamage(rect);
+    const bool isBlack = !glow.glows(tile) && !lit[at];
+    if (isBlack && shows[at] == kBlack) return false;
+    shows[at] = isBlack ? kBlack : kLit;
+    ++(isBlack ? counts.blackened : counts.encoded);
+    return true;
+}
+
+void CpuSceneDrawer::Parts::show(const PixelBuffer& picture) {
+    wanted.clear();
+    for (int tile = 0; tile < counts.tiles; ++tile) {
+        if (!isShown(tile)) continue;
+        wanted.push_back(tile);
+        addDamage(rectOf(tile));
+    }
+    workers.each(static_cast<int>(wanted.size()), [&](int i, int thread) {
+        showTile(wanted[static_cast<std::size_t>(i)], picture,
+                 benches[static_cast<std::size_t>(thread)].glow);
+    });
+}
+
+void CpuSceneDrawer::Parts::showTile(int tile, const PixelBuffer& picture,
+                                     std::vector<float>& work) {
+    const auto at = static_cast<std::size_t>(tile);
+    const QRect rect = rectOf(tile);
     std::uint32_t* const to =
         picture.pixels + static_cast<std::ptrdiff_t>(rect.top()) * picture.stride + rect.left();
-    if (!glows && !lit[at]) {
+    if (shows[at] == kBlack) {
         for (int y = 0; y < rect.height(); ++y)
             std::fill_n(to + static_cast<std::ptrdiff_t>(y) * picture.stride, rect.width(),
                         kOpaqueBlack);
-        shows[at] = kBlack;
-        ++counts.blackened;
         return;
     }
+    const bool glows = glow.glows(tile);
     std::uint32_t* const light = packed.data() + at * kPackedTile;
     if (!lit[at]) std::fill_n(light, kPackedTile, 0U);
     TileGlow added;
-    if (glows) glow.expand(column, row, work.data(), added);
+    if (glows) glow.expand(tile % tiles.width(), tile / tiles.width(), work.data(), added);
     encodeTile(light, glows ? &added : nullptr, {to, picture.stride, rect.width(), rect.height()});
-    shows[at] = kLit;
-    ++counts.encoded;
 }
 
 CpuSceneDrawer::CpuSceneDrawer(const Options& options) : parts_(std::make_unique<Parts>(options)) {}
@@ -157,10 +207,46 @@ void CpuSceneDrawer::Parts::draw(const DrawList& list, const PixelBuffer& pictur
         plan.make(list, picture.size, scale);
         paint(list);
     }
-    glow.spread();
+    glow.spread(workers);
     counts.glowing = glow.tilesSpread();
-    for (int tile = 0; tile < counts.tiles; ++tile)
-        showTile(tile, picture);
+    show(picture);
+}
+
+void CpuSceneDrawer::Parts::drawCoarse(const DrawList& list, const PixelBuffer& picture,
+                                       const Frame& frame) {
+    const QSize whole = picture.size;
+    const double share = std::max(frame.resolution, 0.05);
+    const QSize inner(std::max(1, static_cast<int>(std::lround(whole.width() * share))),
+                      std::max(1, static_cast<int>(std::lround(whole.height() * share))));
+    coarse.resize(static_cast<std::size_t>(inner.width()) *
+                  static_cast<std::size_t>(inner.height()));
+    const PixelBuffer from{coarse.data(), inner.width(), inner};
+    const bool continues = stretchedTo == whole;
+    const bool isKept = frame.isKept && continues && size == inner;
+    draw(list, from, frame.scale * inner.height() / whole.height(), continues);
+    stretchedTo = whole;
+    stretch.fit(inner, whole);
+    for (Bench& bench : benches)
+        stretch.fit(bench.stretch);
+    if (isKept) {
+        for (QRect& rect : damage)
+            rect = stretch.reachOf(rect);
+    } else {
+        damage.assign(1, QRect(QPoint(0, 0), whole));
+    }
+    stretchDamage(from, picture);
+}
+
+void CpuSceneDrawer::Parts::stretchDamage(const PixelBuffer& from, const PixelBuffer& picture) {
+    constexpr int kBand = 16;  // rows
+    bands.clear();
+    for (const QRect& rect : damage)
+        for (int y = rect.top(); y <= rect.bottom(); y += kBand)
+            bands.push_back(rect & QRect(rect.left(), y, rect.width(), kBand));
+    workers.each(static_cast<int>(bands.size()), [&](int i, int thread) {
+        stretch.fill(from, picture, bands[static_cast<std::size_t>(i)],
+                     benches[static_cast<std::size_t>(thread)].stretch);
+    });
 }
 
 std::span<const QRect> CpuSceneDrawer::draw(const DrawList& list, const PixelBuffer& picture,
@@ -168,21 +254,12 @@ std::span<const QRect> CpuSceneDrawer::draw(const DrawList& list, const PixelBuf
     Parts& parts = *parts_;
     const QSize size = picture.size;
     if (size.isEmpty() || std::max(size.width(), size.height()) > kMostSide) return {};
-    if (!(frame.resolution < 1.0)) {
-        parts.draw(list, picture, frame.scale, frame.isKept);
-        return parts.damage;
+    if (frame.resolution < 1.0) {
+        parts.drawCoarse(list, picture, frame);
+    } else {
+        const bool wasCoarse = !std::exchange(parts.stretchedTo, QSize()).isEmpty();
+        parts.draw(list, picture, frame.scale, frame.isKept && !wasCoarse);
     }
-    const double share = std::max(frame.resolution, 0.05);
-    const QSize inner(std::max(1, static_cast<int>(std::lround(size.width() * share))),
-                      std::max(1, static_cast<int>(std::lround(size.height() * share))));
-    parts.coarse.resize(static_cast<std::size_t>(inner.width()) *
-                        static_cast<std::size_t>(inner.height()));
-    const PixelBuffer coarse{parts.coarse.data(), inner.width(), inner};
-    parts.draw(list, coarse, frame.scale * inner.height() / size.height(), false);
-    stretchPicture(coarse, picture);
-    // What is drawn next time has nothing to do with the picture.
-    parts.size = {};
-    parts.damage.assign(1, QRect(QPoint(0, 0), size));
     return parts.damage;
 }
 

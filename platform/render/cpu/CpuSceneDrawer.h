@@ -21,12 +21,16 @@ struct DrawList;
 //
 // Meshes and pictures are prepared once, known again by their ids, and dropped
 // when no list has shown them for a while. A list of the same make as the one
-// before allocates nothing. Any one thread at a time.
+// before allocates nothing. Any one thread at a time; threads of its own, owned by
+// the drawer, help with large pictures and sleep between them.
 class CpuSceneDrawer {
   public:
     struct Options {
         // Draws without showing a mesh or picture before it is dropped.
         int keepDraws = 120;
+        // Threads that share a large picture's tiles, the calling one among them, at
+        // most 4; 0: as many as the machine has processors. The bits are the same.
+        int threads = 0;
     };
 
     explicit CpuSceneDrawer(const Options& options);
@@ -54,7 +58,7 @@ class CpuSceneDrawer {
     // image where that is none, or more than there is memory for.
     [[nodiscard]] QImage picture(const DrawList& list, QSizeF points, double scale = 1.0);
 
-    // Of the last draw, in tiles.
+    // Numbers of tiles in the last draw.
     struct Counts {
         int tiles = 0;      // of the whole picture
         int drawn = 0;      // cleared and drawn into

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a mesh is, as the processor draws it; private to platform/render.
+// A mesh as the processor draws it; private to platform/render.
 #pragma once
 
 #include <array>

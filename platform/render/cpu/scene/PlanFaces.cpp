@@ -20,7 +20,7 @@ bool surrounds(const Mesh& mesh, const glm::mat4& world, const glm::vec3& camera
            glm::all(glm::lessThan(local, mesh.bounds().high));
 }
 
-// Of normals, whatever the scale along each axis.
+// The matrix of normals, whatever the scale along each axis.
 glm::mat3 cofactors(const glm::mat3& m) {
     glm::mat3 result(glm::cross(m[1], m[2]), glm::cross(m[2], m[0]), glm::cross(m[0], m[1]));
     if (glm::dot(m[0], result[0]) < 0.0F) result = -result;

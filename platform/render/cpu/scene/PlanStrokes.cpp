@@ -13,7 +13,7 @@ namespace platform {
 namespace {
 
 constexpr float kMostCoordinate = 1e7F;  // pixels; what is further away is not seen
-// Of a card's size, what it may be off from facing the camera.
+// The share of a card's size that it may be off from facing the camera.
 constexpr float kUpright = 2e-4F;
 // A little smaller than it is, so that what is dropped really is behind it.
 constexpr float kHidingShare = 0.97F;
@@ -89,7 +89,7 @@ void ScenePlan::addLines(const BatchView& view, const DrawInstance& instance) {
 
 void ScenePlan::addLine(const BatchView& view, const glm::vec4& tint, glm::vec3 a, glm::vec3 b,
                         float heightA, float heightB) {
-    // What lies behind the camera or too far away is cut off.
+    // A part behind the camera or too far away is cut off.
     const auto cut = [&](float limit, float side) {
         const float insideA = side * (a.z - limit);
         const float insideB = side * (b.z - limit);
@@ -182,7 +182,7 @@ bool ScenePlan::addBall(const BatchView& view, const DrawInstance& instance) {
     const glm::vec3 middle = view.batch->mesh->bounds().centre();
     ball.middle = eyeOf(glm::vec3(instance.world * glm::vec4(middle, 1.0F)));
     ball.radius = grown * view.shape->radius;
-    // What the near or the far plane cuts is no ellipse.
+    // A ball that the near or the far plane cuts is no ellipse.
     if (!(ball.middle.z - ball.radius > zNear_ && ball.middle.z + ball.radius < zFar_))
         return false;
     // The box of its eight corners holds it, seen from anywhere.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which of a picture's tiles each shape touches; private to platform/render.
+// The tiles of a picture that each shape touches; private to platform/render.
 #pragma once
 
 #include <QSize>
@@ -37,7 +37,7 @@ class SceneBins {
             for (int x = range.firstX; x <= range.lastX; ++x)
                 if (wanted(x, y)) put(call, y * tiles_.width() + x);
     }
-    // What of the box lies inside the polygon's edges.
+    // The part of the box inside the polygon's edges.
     void add(ShapeCall call, const ScreenPolygon& polygon);
     void addEverywhere(ShapeCall call);
     void end();

@@ -103,35 +103,35 @@ bool SceneGlow::anyNear(const Flags& flags, int tile, int across, int down) cons
 // Works out the tiles that light of the given tiles reaches, and clears those
 // that it no longer does.
 template <typename Work>
-void SceneGlow::pass(const Flags& from, Flags& to, Planes& planes, int across, int down,
-                     Work work) {
-    for (std::size_t i = 0; i < to.size(); ++i) {
-        const int tile = static_cast<int>(i);
+void SceneGlow::pass(TileWorkers& workers, const Flags& from, Flags& to, Planes& planes, int across,
+                     int down, Work work) {
+    workers.each(static_cast<int>(to.size()), [&](int tile, int) {
         const bool reached = anyNear(from, tile, across, down);
+        char& was = to[static_cast<std::size_t>(tile)];
         if (reached) {
             const std::size_t first =
                 cellAt(tile % options_.tiles.width(), tile / options_.tiles.width());
             for (std::size_t k = 0; k < 3; ++k)
                 for (int row = 0; row < cellsDown_; ++row)
                     work(k, first + static_cast<std::size_t>(row * stride_));
-        } else if (to[i]) {
+        } else if (was) {
             clearCells(planes, tile);
         }
-        to[i] = reached ? 1 : 0;
-    }
+        was = reached ? 1 : 0;
+    });
 }
 
-void SceneGlow::spread() {
+void SceneGlow::spread(TileWorkers& workers) {
     tilesSpread_ = 0;
     if (!isOn()) return;
     const int reach = plan_.radius + 2;
     const float* const weight = plan_.weight.data();
-    pass(bright_, along_, blurred_, (reach + cellsAcross_ - 1) / cellsAcross_, 0,
+    pass(workers, bright_, along_, blurred_, (reach + cellsAcross_ - 1) / cellsAcross_, 0,
          [&](std::size_t k, std::size_t at) {
              blurCells(cells_[k].data() + at, 1, weight, plan_.radius, blurred_[k].data() + at,
                        cellsAcross_, options_.intensity);
          });
-    pass(along_, glow_, spread_, 0, (reach + cellsDown_ - 1) / cellsDown_,
+    pass(workers, along_, glow_, spread_, 0, (reach + cellsDown_ - 1) / cellsDown_,
          [&](std::size_t k, std::size_t at) {
              blurCells(blurred_[k].data() + at, stride_, weight, plan_.radius,
                        spread_[k].data() + at, cellsAcross_, 1.0F);

@@ -8,6 +8,7 @@
 
 #include "platform/render/BloomPlan.h"
 #include "platform/render/cpu/scene/TileFinish.h"
+#include "platform/render/cpu/scene/TileWorkers.h"
 
 namespace platform {
 
@@ -26,12 +27,13 @@ class SceneGlow {
     // Starts a frame: no tile is bright.
     void begin(const Options& options);
     [[nodiscard]] bool isOn() const { return options_.intensity > 0.0F; }
-    // Where a tile's bright light is gathered.
+    // Where a tile's bright light is gathered; every tile has its own, also between
+    // threads.
     [[nodiscard]] BrightCells cellsOf(int tileX, int tileY);
     void setBright(int tile) { bright_[static_cast<std::size_t>(tile)] = true; }
 
     // Spreads what was gathered.
-    void spread();
+    void spread(TileWorkers& workers);
     [[nodiscard]] bool glows(int tile) const { return glow_[static_cast<std::size_t>(tile)] != 0; }
     // The glow of a tile that glows, worked out in the given space.
     static constexpr std::size_t kWorkSize = 3 * kPackedTile + kPackedTile;
@@ -49,7 +51,8 @@ class SceneGlow {
     [[nodiscard]] std::size_t cellAt(int tileX, int tileY) const;
     [[nodiscard]] bool anyNear(const Flags& flags, int tile, int across, int down) const;
     template <typename Work>
-    void pass(const Flags& from, Flags& to, Planes& planes, int across, int down, Work work);
+    void pass(TileWorkers& workers, const Flags& from, Flags& to, Planes& planes, int across,
+              int down, Work work);
 
     Options options_;
     Options planned_;

@@ -66,7 +66,7 @@ class ScenePlan {
         glm::dvec3 eye{0.0};
         std::array<double, ScreenPolygon::kAttributes> value{};
     };
-    // What a batch's instances share.
+    // Properties that a batch's instances share.
     struct BatchView {
         const DrawBatch* batch = nullptr;
         const MeshShape* shape = nullptr;

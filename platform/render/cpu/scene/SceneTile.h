@@ -41,7 +41,7 @@ struct SceneTile {
     bool sampledNear = false;       // `sampleNear` holds, not `near`
     bool sampledLight = false;      // `sampleLight` holds, not `light`
     std::array<float*, 3> light{};  // pixel (0, 0) of each plane
-    // What of dots and lines is brighter than `threshold`, times how much of a pixel
+    // The light of dots and lines brighter than `threshold`, times how much of a pixel
     // they cover: however thin they are, they bloom as they would in a larger
     // picture. Valid once there is some.
     std::array<float*, 3> excess{};

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a scene's surfaces are on the screen; private to platform/render. Pixels,
+// A scene's surfaces on the screen; private to platform/render. Pixels,
 // (0, 0) being the picture's upper left corner and y pointing down. Nearness is
 // 1 / depth before the camera, and even along everything flat.
 #pragma once
@@ -34,7 +34,7 @@ struct ScreenDot {
     std::uint32_t style = 0;
 };
 
-// What many dots share.
+// Properties that many dots share.
 struct DotStyle {
     const DotKernel* kernel = nullptr;
     Hiding hiding;
@@ -82,7 +82,7 @@ struct Plane {
     [[nodiscard]] double at(double x, double y) const { return a * x + b * y + c; }
 };
 
-// What many polygons share.
+// Properties that many polygons share.
 struct Surface {
     const RipPicture* picture = nullptr;
     glm::vec4 tint{1.0F};  // alpha multiplied in

@@ -11,7 +11,7 @@ namespace platform {
 namespace {
 
 constexpr float kWhole = 65535.0F;
-// Of a component of 65535, what rounding may make of one colour.
+// The steps of 65535 that rounding may move one colour by.
 constexpr float kSameColour = 24.0F;
 
 struct Texels {

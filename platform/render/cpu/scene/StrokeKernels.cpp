@@ -9,7 +9,7 @@ namespace platform {
 
 namespace {
 
-// What of a pixel's row, `low` to `high`, lies within a circle round (x, y).
+// The part of a pixel's row, `low` to `high`, that lies within a circle round (x, y).
 double rowCovered(double low, double high, double y, double left, double x, double radius) {
     constexpr int kRows = 16;
     double sum = 0.0;
@@ -28,7 +28,7 @@ double ramp(double x) {
     return x > 0.0 ? 0.5 * x * x : 0.0;
 }
 
-// What of a unit square lies on the near side of a line: two boxes, one the
+// The part of a unit square that lies on the near side of a line: two boxes, one the
 // square's shadow along x on the line's normal and one along y, folded together.
 double squareBelow(double distance, double nx, double ny) {
     const double a = 0.5 * (nx + ny);

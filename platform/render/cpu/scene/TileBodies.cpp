@@ -47,7 +47,7 @@ BallHit hit(const ScreenBall& ball, const ScreenLens& lens, TileV dx, float dy) 
     const auto past =
         hn::Add(hn::Add(hn::Mul(crossX, crossX), hn::Mul(crossY, crossY)), hn::Mul(crossZ, crossZ));
     const auto depth = hn::Sub(hn::Mul(length, hn::Set(d, square)), past);
-    // What the depth grows by from a pixel to the next: how far the rim is.
+    // The growth of the depth from a pixel to the next: how far the rim is.
     const auto growX =
         hn::Add(hn::Mul(dx, hn::Set(d, square)),
                 hn::Sub(hn::Mul(crossY, hn::Set(d, c.z)), hn::Mul(crossZ, hn::Set(d, c.y))));
@@ -132,7 +132,7 @@ void drawBall(const ScreenBall& ball, const ScreenLens& lens, SceneTile& tile) {
     }
 }
 
-// What of each kind of stripe a pixel shows: its middle is at `at` and it is
+// The share of each kind of stripe in a pixel: its middle is at `at` and it is
 // `wide` across, both in repeats.
 TileV stripeShare(const StripePicture::Kind& kind, TileV low, TileV high, TileV perWidth) {
     const TileF d;
@@ -188,7 +188,7 @@ TileV across(const RowOf& plane, const RowOf& near, TileV value, TileV depth, fl
     return hn::Max(hn::Add(hn::Abs(along), hn::Abs(down)), hn::Set(d, texel));
 }
 
-// What each kind of column shows where a pixel shows these rows.
+// The light of each kind of column where a pixel shows these rows.
 void mixRows(const StripePicture& stripes, TileV at, TileV wide,
              TileV (&colours)[StripePicture::kMostKinds][3]) {
     const TileF d;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// sRGB out of the square root of light; included once per vector target.
+// sRGB out of the square root of light; included once per vector target. Any
+// thread; it owns nothing.
 #if defined(PLATFORM_TILE_ENCODING_INL) == defined(HWY_TARGET_TOGGLE)
 #ifdef PLATFORM_TILE_ENCODING_INL
 #undef PLATFORM_TILE_ENCODING_INL

@@ -96,7 +96,7 @@ void resolveLight(SceneTile& tile) {
     tile.sampledLight = false;
 }
 
-// What of a row is above the threshold, column by column.
+// The light of a row above the threshold, column by column.
 template <typename V>
 V addBright(V light, V excess, float threshold, float* sums) {
     const F d;

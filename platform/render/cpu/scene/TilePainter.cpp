@@ -17,6 +17,11 @@ float* planeAt(std::vector<float>& room, std::size_t number) {
     return room.data() + number * kPlaneRoom + kTileMargin;
 }
 
+// Whether a surface's edges are drawn at every sample, nearness and light.
+bool isSampled(const Surface& surface) {
+    return surface.opaque && surface.outlined && surface.hiding.writes;
+}
+
 }  // namespace
 
 TilePainter::TilePainter() : planes_(7 * kPlaneRoom) {
@@ -25,6 +30,21 @@ TilePainter::TilePainter() : planes_(7 * kPlaneRoom) {
         tile_.excess[k] = planeAt(planes_, 4 + k);
     }
     tile_.near = planeAt(planes_, 3);
+}
+
+void TilePainter::prepare(const ScenePlan& plan) {
+    for (const ScreenSprite& sprite : plan.sprites())
+        fitDesk(*sprite.picture, desk_);
+    fronts_.reserve(plan.polygons().size());
+    if (!samples_.empty() ||
+        std::none_of(plan.surfaces().begin(), plan.surfaces().end(), isSampled))
+        return;
+    samples_.resize(4 * kSamples * kPlaneRoom);
+    for (std::size_t s = 0; s < kSamples; ++s) {
+        for (std::size_t k = 0; k < 3; ++k)
+            tile_.sampleLight[s][k] = planeAt(samples_, 4 * s + k);
+        tile_.sampleNear[s] = planeAt(samples_, 4 * s + 3);
+    }
 }
 
 void TilePainter::paint(const ScenePlan& plan, std::span<const ShapeCall> calls, const QRect& rect,
@@ -72,15 +92,7 @@ std::size_t TilePainter::drawOpaque(const ScenePlan& plan, std::span<const Shape
 void TilePainter::drawPolygonCall(const ScenePlan& plan, ShapeCall call) {
     const ScreenPolygon& polygon = plan.polygons()[call.index()];
     const Surface& surface = plan.surfaces()[polygon.surface];
-    if (surface.opaque && surface.outlined && surface.hiding.writes) {
-        if (samples_.empty()) {
-            samples_.resize(4 * kSamples * kPlaneRoom);
-            for (std::size_t s = 0; s < kSamples; ++s) {
-                for (std::size_t k = 0; k < 3; ++k)
-                    tile_.sampleLight[s][k] = planeAt(samples_, 4 * s + k);
-                tile_.sampleNear[s] = planeAt(samples_, 4 * s + 3);
-            }
-        }
+    if (isSampled(surface)) {
         sampleNearness(tile_);
         sampleLight(tile_);
     } else if (!surface.opaque) {

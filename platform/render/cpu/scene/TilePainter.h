@@ -19,6 +19,8 @@ class TilePainter {
   public:
     TilePainter();
 
+    // Takes the space that the plan's calls may want, before they are drawn.
+    void prepare(const ScenePlan& plan);
     // Draws all calls over the background; `rect` is the tile's part of the picture.
     // What is brighter than the threshold blooms; none: nothing does.
     void paint(const ScenePlan& plan, std::span<const ShapeCall> calls, const QRect& rect,

@@ -152,7 +152,7 @@ class PolygonWork {
             if (surface_.hiding.reads)
                 in = hn::And(in, hn::Ge(there, hn::LoadU(d, tile_.sampleNear[s] + at)));
             any = hn::Or(any, in);
-            // What a sample is not drawn at has no nearness.
+            // A sample that the polygon is not drawn at has no nearness.
             nearest[s++] = hn::IfThenElse(in, there, hn::Set(d, -1.0F));
         }
         if (hn::AllFalse(d, any)) return;
@@ -228,6 +228,13 @@ class PolygonWork {
         const auto depth = hn::Div(one, near);
         Rgb light{hn::Set(d, surface_.tint.r), hn::Set(d, surface_.tint.g),
                   hn::Set(d, surface_.tint.b)};
+        const bool looks = surface_.lambert || frame_.hasFog;
+        Rgb ray{one, one, one};
+        if (looks)
+            ray = {hn::Mul(ray_[0].at(column, down), depth),
+                   hn::Mul(ray_[1].at(column, down), depth),
+                   hn::Mul(ray_[2].at(column, down), depth)};
+        if (isLost(ray)) return {hn::Zero(d), hn::Zero(d), hn::Zero(d)};
         if (surface_.picture) {
             const TexelLight texel =
                 readTexels(*surface_.picture, texelPlaces(column, down, depth),
@@ -236,12 +243,6 @@ class PolygonWork {
                      hn::Mul(light.b, texel.b)};
             alpha = hn::Mul(alpha, texel.alpha);
         }
-        const bool looks = surface_.lambert || frame_.hasFog;
-        Rgb ray{one, one, one};
-        if (looks)
-            ray = {hn::Mul(ray_[0].at(column, down), depth),
-                   hn::Mul(ray_[1].at(column, down), depth),
-                   hn::Mul(ray_[2].at(column, down), depth)};
         if (surface_.lambert) light = lit(light, alpha, column, down, ray);
         if (frame_.hasFog) light = foggy(light, alpha, ray);
         if (surface_.mirrored) light = reflected(light, column, down, depth, kept);
@@ -303,14 +304,27 @@ class PolygonWork {
                 hn::Add(hn::Mul(colour.b, sum.b), hn::Mul(alpha, hn::Set(d, own.b)))};
     }
 
-    Rgb foggy(const Rgb& light, TileV alpha, const Rgb& ray) const {
+    // Whether black fog leaves nothing of an opaque surface.
+    bool isLost(const Rgb& ray) const {
+        if (!frame_.hasFog || !surface_.opaque || surface_.mirrored) return false;
+        if (frame_.fogColour != glm::vec3(0.0F)) return false;
+        const TileF d;
+        return hn::AllTrue(d, hn::Ge(fogAt(ray), hn::Set(d, 1.0F)));
+    }
+
+    TileV fogAt(const Rgb& ray) const {
         const TileF d;
         const auto away = hn::Sqrt(
             hn::Add(hn::Add(hn::Mul(ray.r, ray.r), hn::Mul(ray.g, ray.g)), hn::Mul(ray.b, ray.b)));
-        const auto one = hn::Set(d, 1.0F);
-        auto fog = hn::Mul(hn::Sub(away, hn::Set(d, frame_.fogStart)), hn::Set(d, frame_.fogShare));
-        fog = hn::Min(hn::Max(fog, hn::Zero(d)), one);
-        const auto clear = hn::Sub(one, fog);
+        const auto fog =
+            hn::Mul(hn::Sub(away, hn::Set(d, frame_.fogStart)), hn::Set(d, frame_.fogShare));
+        return hn::Min(hn::Max(fog, hn::Zero(d)), hn::Set(d, 1.0F));
+    }
+
+    Rgb foggy(const Rgb& light, TileV alpha, const Rgb& ray) const {
+        const TileF d;
+        const auto fog = fogAt(ray);
+        const auto clear = hn::Sub(hn::Set(d, 1.0F), fog);
         const auto mixed = [&](TileV value, float colour) {
             const auto kept = hn::Mul(value, clear);
             if (surface_.additive) return kept;

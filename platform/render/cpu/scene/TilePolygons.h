@@ -11,7 +11,7 @@
 
 namespace platform {
 
-// What shading wants to know of a frame. World axes, places from the camera.
+// The frame's part in shading. World axes, places from the camera.
 struct PolygonFrame {
     // Where a pixel looks, for a depth of one: x, y and z of the world.
     std::array<Plane, 3> ray;

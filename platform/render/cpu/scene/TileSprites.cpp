@@ -12,6 +12,24 @@
 
 #include "platform/render/cpu/scene/TileVision-inl.h"
 
+#ifndef PLATFORM_TILE_SPRITES_ONCE
+#define PLATFORM_TILE_SPRITES_ONCE
+namespace platform {
+namespace {
+
+// Where a pixel row shows many of the picture's rows it is cheaper to mix those first.
+bool mixesRows(const SpritePicture& picture) {
+    return picture.runs * 2 > picture.height;
+}
+
+std::size_t rowFloatsOf(const SpritePicture& picture) {
+    return picture.channels * kTileStride;
+}
+
+}  // namespace
+}  // namespace platform
+#endif
+
 HWY_BEFORE_NAMESPACE();
 namespace platform::HWY_NAMESPACE {
 namespace {
@@ -141,7 +159,7 @@ Columns columnsOf(double at, double size, int texels, int tileFirst, int tileCou
     return columns;
 }
 
-// What of a sprite's pixels is seen, and there is most near.
+// The share of a sprite's pixels that is seen, and there is most near.
 TileV seen(const ScreenSprite& sprite, const SceneTile& tile, std::ptrdiff_t at, TileV covered) {
     const TileF d;
     if (tile.hidesNothing && !sprite.hiding.writes) return covered;
@@ -197,14 +215,8 @@ void drawSprite(const ScreenSprite& sprite, SceneTile& tile, SpriteDesk& desk) {
     const Columns across = columnsOf(sprite.at.x, sprite.size.x, picture.width, tile.x, tile.width);
     const Columns down = columnsOf(sprite.at.y, sprite.size.y, picture.height, tile.y, tile.height);
     if (across.count <= 0 || down.count <= 0) return;
-    // Where a row shows many of the picture's it is cheaper to mix those first.
-    const bool mixes = picture.runs * 2 > picture.height;
-    const std::size_t rowFloats = picture.channels * kTileStride;
-    const std::size_t rows = mixes ? 1 : static_cast<std::size_t>(picture.runs);
-    const std::size_t needed = rowFloats * rows + kTileMargin;
-    if (desk.row.size() < needed) desk.row.resize(needed);
-    if (mixes && desk.mixed.size() < 2 * static_cast<std::size_t>(picture.stride))
-        desk.mixed.resize(2 * static_cast<std::size_t>(picture.stride));
+    const bool mixes = mixesRows(picture);
+    const std::size_t rowFloats = rowFloatsOf(picture);
     desk.madeRuns.assign(static_cast<std::size_t>(picture.runs), 0);
     const double otherEdge = across.edge + across.step * across.count;
     const auto node = [&](double at) {
@@ -244,6 +256,18 @@ HWY_AFTER_NAMESPACE();
 namespace platform {
 
 HWY_EXPORT(drawSprite);
+
+void fitDesk(const SpritePicture& picture, SpriteDesk& desk) {
+    const bool mixes = mixesRows(picture);
+    const std::size_t rows = mixes ? 1 : static_cast<std::size_t>(picture.runs);
+    const auto grow = [](auto& room, std::size_t needed) {
+        if (room.size() < needed) room.resize(needed);
+    };
+    grow(desk.row, rowFloatsOf(picture) * rows + kTileMargin);
+    if (mixes) grow(desk.mixed, 2 * static_cast<std::size_t>(picture.stride));
+    desk.madeRuns.reserve(static_cast<std::size_t>(picture.runs));
+    desk.shares.reserve(static_cast<std::size_t>(picture.height));
+}
 
 void drawSprite(const ScreenSprite& sprite, SceneTile& tile, SpriteDesk& desk) {
     HWY_DYNAMIC_DISPATCH(drawSprite)(sprite, tile, desk);

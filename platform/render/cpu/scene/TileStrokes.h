@@ -39,7 +39,7 @@ struct LineKernel {
     std::vector<float> covered;
 };
 
-// What of an ink is brighter than what blooms in a tile.
+// The part of an ink that is brighter than what blooms in a tile.
 [[nodiscard]] Ink excessOf(const Ink& ink, const SceneTile& tile);
 // Whether there is any.
 [[nodiscard]] bool isBright(const Ink& ink, const SceneTile& tile);

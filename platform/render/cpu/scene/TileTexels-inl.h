@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Reading a picture on a slanting surface; included once per vector target.
+// Reading a picture on a slanting surface; included once per vector target. Any
+// thread; it owns nothing.
 #if defined(PLATFORM_TILE_TEXELS_INL) == defined(HWY_TARGET_TOGGLE)
 #ifdef PLATFORM_TILE_TEXELS_INL
 #undef PLATFORM_TILE_TEXELS_INL
@@ -84,7 +85,7 @@ inline TexelPair pairAt(TexelV at, TexelV size, bool repeat) {
     return {hnt::ConvertTo(di, first), hnt::ConvertTo(di, second), hnt::Sub(place, base)};
 }
 
-// What is at a place, on the given level of each side.
+// The light at a place, on the given level of each side.
 inline TexelLight sampleTexels(const RipPicture& picture, TexelV u, TexelV v,
                                hnt::Vec<TexelI> across, hnt::Vec<TexelI> down,
                                const TexelManner& manner) {
@@ -121,8 +122,14 @@ inline TexelLight sampleTexels(const RipPicture& picture, TexelV u, TexelV v,
     const TexelV weights[4] = {hnt::Mul(left, upper), hnt::Mul(columns.share, upper),
                                hnt::Mul(left, rows.share), hnt::Mul(columns.share, rows.share)};
     TexelLight light{hnt::Zero(d), hnt::Zero(d), hnt::Zero(d), one};
+    hnt::Vec<TexelU> words[4];
+    for (int i = 0; i < 4; ++i)
+        words[i] = hnt::BitCast(du, hnt::GatherIndex(di, texels, places4[i]));
+    const auto any = hnt::Or(hnt::Or(words[0], words[1]), hnt::Or(words[2], words[3]));
+    const bool isBlack = hnt::AllTrue(du, hnt::Eq(any, hnt::Zero(du)));
+    if (isBlack && !(manner.wantsAlpha && picture.hasAlpha)) return light;
     for (int i = 0; i < 4; ++i) {
-        const auto word = hnt::BitCast(du, hnt::GatherIndex(di, texels, places4[i]));
+        const auto word = words[i];
         const auto add = [&](TexelV& sum, hnt::Vec<TexelU> bits) {
             const auto root = hnt::ConvertTo(d, hnt::BitCast(di, bits));
             sum = hnt::Add(sum, hnt::Mul(hnt::Mul(root, root), weights[i]));

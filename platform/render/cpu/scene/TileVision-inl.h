@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How much of a pixel something is seen in; included once per vector target.
+// How much of a pixel something is seen in; included once per vector target. Any
+// thread; it owns nothing.
 #if defined(PLATFORM_TILE_VISION_INL) == defined(HWY_TARGET_TOGGLE)
 #ifdef PLATFORM_TILE_VISION_INL
 #undef PLATFORM_TILE_VISION_INL
@@ -62,7 +63,7 @@ inline void putInk(const SceneTile& tile, std::ptrdiff_t at, const Ink& ink, Til
         hnv::StoreU(hnv::Mul(hnv::LoadU(d, first + at), left), d, first + at);
 }
 
-// What of an ink is brighter than what blooms, where it covers a pixel in part.
+// The part of an ink that is brighter than what blooms, where it covers a pixel in part.
 inline void putExcess(const SceneTile& tile, std::ptrdiff_t at, const Ink& excess, TileV covered) {
     const TileF d;
     for (std::size_t k = 0; k < 3; ++k) {

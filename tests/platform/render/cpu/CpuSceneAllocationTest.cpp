@@ -26,15 +26,19 @@ TEST_P(CpuSceneAllocation, ASteadyFrameAllocatesNothing) {
     scene->advance(6.0);
     DrawList list;
     extract(*scene, 1.6, list);
-    QImage image(640, 400, QImage::Format_RGB32);
-    const PixelBuffer picture{reinterpret_cast<std::uint32_t*>(image.bits()), 640, image.size()};
-    CpuSceneDrawer drawer;
-    for (int i = 0; i < 3; ++i)
-        drawer.draw(list, picture, {.isKept = i > 0});
-    const AllocationCounter counter;
-    for (int i = 0; i < 5; ++i)
-        drawer.draw(list, picture, {.isKept = true});
-    EXPECT_EQ(counter.count(), 0U);
+    QImage image(960, 600, QImage::Format_RGB32);
+    const PixelBuffer picture{reinterpret_cast<std::uint32_t*>(image.bits()), 960, image.size()};
+    // Chance says which thread draws which tile: all of them have what they need.
+    CpuSceneDrawer drawer(CpuSceneDrawer::Options{.threads = 3});
+    for (const double resolution : {1.0, 0.65}) {
+        const CpuSceneDrawer::Frame frame{.resolution = resolution, .isKept = true};
+        for (int i = 0; i < 3; ++i)
+            drawer.draw(list, picture, frame);
+        const std::size_t before = AllocationCounter::total();
+        for (int i = 0; i < 5; ++i)
+            drawer.draw(list, picture, frame);
+        EXPECT_EQ(AllocationCounter::total() - before, 0U) << resolution;
+    }
     EXPECT_GT(drawer.counts().encoded, 0);
 }
 

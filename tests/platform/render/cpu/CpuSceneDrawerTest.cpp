@@ -109,6 +109,56 @@ TEST(CpuSceneDrawer, EveryVectorTargetMakesTheSameBits) {
     }
 }
 
+TEST(CpuSceneDrawer, EveryNumberOfThreadsMakesTheSameBits) {
+    const QSize size(700, 500);
+    for (const char* name : {"cube", "tunnel", "blocks", "globe"}) {
+        const DrawList lists[2] = {listOf(QLatin1String(name), 3.0, 1.4),
+                                   listOf(QLatin1String(name), 3.1, 1.4)};
+        CpuSceneDrawer alone(CpuSceneDrawer::Options{.threads = 1});
+        GuardedPicture wanted(size);
+        for (const int threads : {2, 4}) {
+            CpuSceneDrawer drawer(CpuSceneDrawer::Options{.threads = threads});
+            GuardedPicture picture(size);
+            for (int i = 0; i < 8; ++i) {
+                const double resolution = i < 5 ? 1.0 : 0.8;
+                const CpuSceneDrawer::Frame frame{.resolution = resolution, .isKept = i > 0};
+                const auto damage = alone.draw(lists[i % 2], wanted.buffer(), frame);
+                const auto same = drawer.draw(lists[i % 2], picture.buffer(), frame);
+                ASSERT_EQ(picture.all(), wanted.all()) << name << " " << threads << " " << i;
+                EXPECT_TRUE(std::equal(damage.begin(), damage.end(), same.begin(), same.end()));
+                EXPECT_EQ(drawer.counts().drawn, alone.counts().drawn);
+                EXPECT_EQ(drawer.counts().glowing, alone.counts().glowing);
+                EXPECT_EQ(drawer.counts().encoded, alone.counts().encoded);
+            }
+            EXPECT_TRUE(picture.isGuarded());
+        }
+        // Small enough, and the threads would not be asked.
+        EXPECT_GT(alone.counts().tiles, 48) << name;
+    }
+}
+
+// Every change of resolution and of the picture's size on the way to a frame
+// leaves what a new drawer makes of it.
+TEST(CpuSceneDrawer, AStretchedPictureIsWhatANewDrawerMakes) {
+    CpuSceneDrawer drawer;
+    for (const QSize size : {QSize(333, 201), QSize(334, 201)}) {
+        GuardedPicture picture(size);
+        int step = 0;
+        for (const double resolution : {0.5, 0.5, 0.65, 0.65, 1.0, 0.65, 0.65, 0.5, 1.0}) {
+            const DrawList list = listOf(QStringLiteral("cube"), 2.0 + 0.3 * step, 1.6);
+            const CpuSceneDrawer::Frame frame{.resolution = resolution, .isKept = step++ > 0};
+            const auto damage = drawer.draw(list, picture.buffer(), frame);
+            GuardedPicture wanted(size);
+            CpuSceneDrawer fresh;
+            fresh.draw(list, wanted.buffer(), {.resolution = resolution});
+            ASSERT_EQ(picture.all(), wanted.all()) << size.width() << " step " << step;
+            EXPECT_TRUE(picture.isGuarded());
+            for (const QRect& rect : damage)
+                EXPECT_TRUE(QRect(QPoint(0, 0), size).contains(rect));
+        }
+    }
+}
+
 TEST(CpuSceneDrawer, OddSizesAreDrawnWithinTheirMemory) {
     for (const char* const name : kScenes) {
         for (const QSize size : {QSize(1, 1), QSize(3, 2), QSize(64, 32), QSize(65, 33),
