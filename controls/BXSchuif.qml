@@ -61,7 +61,7 @@ BXSchuifBasis {
         MouseArea {
             anchors.fill: parent
             preventStealing: true
-            // Of a wheel with steps smaller than a notch; a notch is one step.
+            // The steps smaller than a notch, added up; a notch is one step.
             property int rest: 0
             onWheel: (wiel) => {
                 rest += wiel.angleDelta.y;

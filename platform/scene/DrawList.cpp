@@ -37,7 +37,7 @@ DrawMaterial snapshot(const Material& material) {
     return result;
 }
 
-// What a particle so far before the camera shows of itself.
+// The share of a particle that shows at this distance before the camera.
 double nearness(double depth, double nearFade) {
     constexpr double kGone = 0.25;
     if (nearFade <= 0.0) return 1.0;

@@ -42,8 +42,8 @@ void FramePump::setVisible(bool visible) {
 void FramePump::setReady(bool ready) {
     if (ready_ == ready) return;
     ready_ = ready;
-    // Whoever takes frames at a rhythm of its own is followed, or every frame would
-    // wait for the next beat and come late for the other's.
+    // A taker with a rhythm of its own sets the beat; otherwise every frame would wait
+    // for the pump's next beat and come late for the taker's.
     const double now = clock_.now();
     if (ready && due_ < now + kNearBeat * interval_) due_ = now;
     timer_.fireNextAt(ready ? due_ : kNever);

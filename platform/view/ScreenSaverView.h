@@ -45,10 +45,10 @@ class ScreenSaverView : public View {
     [[nodiscard]] virtual bool hasConfigureSheet() const { return false; }
     // None without one.
     [[nodiscard]] virtual std::shared_ptr<Sheet> configureSheet() { return nullptr; }
-    // What the user picked in the view's sheet, in the saver's own words; empty until then.
+    // The user's pick in the view's sheet, in the saver's own words; empty until then.
     [[nodiscard]] virtual QString pickedInSheet() const { return {}; }
-    // Does what the view's own sheet does with such a pick. For a sheet that another
-    // process showed.
+    // Treats the pick as one of the view's own sheet. For a sheet that another process
+    // showed.
     virtual void takePick(const QString&) {}
 
   protected:
