@@ -2,6 +2,9 @@
 #include "hosts/saver/Instellingen.h"
 
 #include <QCoreApplication>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
 #include <optional>
 
 #include "hosts/gedeeld/Signalen.h"
@@ -33,11 +36,14 @@ QString toonInstellingen(const Opdracht& opdracht, const ModuleLader& module, in
         blad->showAbove({});
     QCoreApplication::exec();
     blad->onDismissed({});
-    // The program that started this process reads the picked mode here.
+    // The program that started this process reads the picked mode here. A sheet that
+    // outlives that program has no reader, and stored the mode all the same.
     const QByteArray gekozen = view->pickedInSheet().toUtf8();
     if (gekozen.isEmpty()) return {};
+    std::signal(SIGPIPE, SIG_IGN);
     const bool gedrukt = std::printf("%s\n", gekozen.constData()) > 0;
     if (gedrukt && std::fflush(stdout) == 0) return {};
+    if (errno == EPIPE) return {};
     return QStringLiteral("de keuze kan niet afgedrukt worden");
 }
 

@@ -54,7 +54,8 @@ echo "$*" >> woorden
 read -r keuze uitgang < einde || exit 9
 if [ "$keuze" != - ]; then
   printf '[General]\nkeuze=%s\n' "$keuze" > "$XDG_CONFIG_HOME/nl.groenlicht.brixtel.saver.conf"
-  echo "$keuze"
+  trap '' PIPE
+  echo "$keuze" 2>/dev/null
 fi
 echo >> klaar
 exit "$uitgang"

@@ -38,8 +38,8 @@ class Scherm : public testing::Test {
     // Windows of the program that show.
     int vensters() const {
         return static_cast<int>(hulp({QStringLiteral("xdotool"), QStringLiteral("search"),
-                                      QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                                      QStringLiteral("Brixtel$")})
+                                      QStringLiteral("--onlyvisible"), QStringLiteral("--class"),
+                                      QStringLiteral("^brixtel-saver$")})
                                     .count('\n'));
     }
     bool regent(const QRect& deel = {}) {
