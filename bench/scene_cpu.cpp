@@ -141,8 +141,7 @@ int main(int argc, char** argv) {
     settings.compares = parser.isSet(QStringLiteral("vergelijk"));
     settings.still = parser.value(QStringLiteral("plaatje"));
     const QString only = parser.value(QStringLiteral("scene"));
-    for (const DrieSoort kind :
-         {DrieSoort::bol, DrieSoort::kubus, DrieSoort::tunnel, DrieSoort::logo})
+    for (const DrieSoort kind : brixtel::alleSoorten)
         if (only.isEmpty() || only == ruweWaarde(kind)) measure(kind, settings);
     return 0;
 }

@@ -54,7 +54,10 @@ QColor metAlfa(QColor kleur, double alfa) {
 
 void MatrixCentrale::toonZwart(std::optional<DrieSoort> drie) {
     if (zwartAan()) return;
-    vorigeApp_ = voorsteApp();
+    const platform::WindowServer& server = bronnen_.server;
+    // Elsewhere the keyboard finds its own way back.
+    if (!server.isConnected() || server.system().capabilities().returnsKeyboard)
+        vorigeApp_ = voorsteApp();
     soort_ = drie;
     if (drie && bronnen_.server.isConnected())
         opwarming_ = std::make_unique<platform::SceneWarmUp>();

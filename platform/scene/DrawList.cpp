@@ -126,7 +126,6 @@ void Extraction::takeSurroundings() {
 }
 
 void Extraction::visit(const Node& node, const Inherited& parent) {
-    if (node.isHidden()) return;
     Inherited here{parent.world * node.shownPose(scene_.time()).matrix(),
                    parent.opacity * node.opacity()};
     if (node.isBillboard()) {

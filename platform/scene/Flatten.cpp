@@ -53,7 +53,6 @@ void addMesh(MeshData& to, const MeshData& from, const glm::dmat4& transform) {
 }
 
 void gather(const Node& node, const glm::dmat4& transform, std::vector<Part>& parts) {
-    if (node.isHidden()) return;
     if (const GeometryPtr& geometry = node.geometry())
         addMesh(partFor(parts, *geometry).mesh, geometry->mesh()->data(), transform);
     for (const NodePtr& child : node.children())

@@ -144,13 +144,6 @@ void Node::removeAction(std::string_view key) {
     touchScene();
 }
 
-void Node::removeAllActions() {
-    for (const auto& run : actions_)
-        run->cancel();
-    actions_.clear();
-    touchScene();
-}
-
 bool Node::hasAction(std::string_view key) const {
     return std::any_of(actions_.begin(), actions_.end(),
                        [key](const auto& run) { return run->key() == key; });

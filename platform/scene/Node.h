@@ -92,9 +92,6 @@ class Node {
     // Multiplies the whole subtree's alpha.
     [[nodiscard]] double opacity() const { return opacity_; }
     void setOpacity(double opacity) { opacity_ = opacity; }
-    // Hides the whole subtree; its actions go on.
-    [[nodiscard]] bool isHidden() const { return hidden_; }
-    void setHidden(bool hidden) { hidden_ = hidden; }
     // Draws the node parallel to the screen; its position and scale are kept.
     [[nodiscard]] bool isBillboard() const { return billboard_; }
     void setBillboard(bool billboard) { billboard_ = billboard; }
@@ -107,7 +104,6 @@ class Node {
     // An action run under a key replaces the action under that key.
     void runAction(const Action& action, std::string key = {});
     void removeAction(std::string_view key);
-    void removeAllActions();
     // The number of actions that have not ended.
     [[nodiscard]] std::size_t actionCount() const { return actions_.size(); }
     [[nodiscard]] bool hasAction(std::string_view key) const;
@@ -149,7 +145,6 @@ class Node {
     std::vector<RunningAnimation> animations_;
     double opacity_ = 1.0;
     int renderingOrder_ = 0;
-    bool hidden_ = false;
     bool billboard_ = false;
     glm::dvec2 screenOffset_{0.0};
 };

@@ -28,7 +28,6 @@ Scene::~Scene() {
 }
 
 const Node* Scene::pointOfView() const {
-    if (const NodePtr set = pointOfView_.lock()) return set.get();
     return firstWithCamera(*root_);
 }
 

@@ -42,10 +42,9 @@ class Scene {
     [[nodiscard]] const Fog& fog() const { return fog_; }
     void setFog(const Fog& fog) { fog_ = fog; }
 
-    // The node seen from: the node set here while it lives, else the first with
-    // a camera, parents before children, in child order. Null if none.
+    // The node seen from: the first with a camera, parents before children, in
+    // child order. Null if none.
     [[nodiscard]] const Node* pointOfView() const;
-    void setPointOfView(const NodePtr& node) { pointOfView_ = node; }
 
     // Seconds, from 0; never decreases.
     [[nodiscard]] double time() const { return state_.time; }
@@ -77,7 +76,6 @@ class Scene {
     SceneState state_;
     std::uint64_t collected_ = 0;  // the revision of the lists below
     NodePtr root_;
-    std::weak_ptr<Node> pointOfView_;
     QColor background_ = Qt::transparent;
     Fog fog_;
     std::vector<RunningAction> actions_;

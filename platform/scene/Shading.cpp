@@ -76,10 +76,6 @@ double projectedSize(double size, double depth, double fieldOfView, double viewp
     return size * viewportHeight / (2.0 * depth * std::tan(0.5 * radians(fieldOfView)));
 }
 
-double pointDiameter(double pointSize, double scale) {
-    return std::max(pointSize * scale, 1.0);
-}
-
 double reflectionFactor(double height, double reflectivity, double falloffEnd) {
     if (falloffEnd <= 0.0) return reflectivity;
     return reflectivity * (1.0 - std::clamp(height / falloffEnd, 0.0, 1.0));

@@ -63,9 +63,6 @@ namespace platform {
 [[nodiscard]] double projectedSize(double size, double depth, double fieldOfView,
                                    double viewportHeight);
 
-// A point's diameter in pixels; at least one.
-[[nodiscard]] double pointDiameter(double pointSize, double scale);
-
 // The mirror's share of light for a thing `height` units above the floor.
 [[nodiscard]] double reflectionFactor(double height, double reflectivity, double falloffEnd);
 

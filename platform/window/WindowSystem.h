@@ -29,8 +29,6 @@ struct Capabilities {
     bool returnsKeyboard = false;
     // The system fades a whole window; elsewhere the drawer does.
     bool fadesWindows = false;
-    // The system reports the pointer's place outside the program's windows.
-    bool tellsPointer = false;
     // The program chooses a window's place on the screen.
     bool placesWindows = false;
 };

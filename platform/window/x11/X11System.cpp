@@ -62,7 +62,6 @@ Capabilities X11System::capabilities() const {
             .passesClicks = !isOnWayland_,
             .returnsKeyboard = true,
             .fadesWindows = true,
-            .tellsPointer = true,
             .placesWindows = true};
 }
 

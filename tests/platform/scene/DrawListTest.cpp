@@ -186,11 +186,11 @@ TEST(DrawList, AnimationsShowInTheFrame) {
     EXPECT_VEC_NEAR(scaleOf(glm::dmat4(drawn(scene).instances.at(0).world)), glm::dvec3(1.2), 1e-6);
 }
 
-TEST(DrawList, HiddenAndEmptyThingsAreLeftOut) {
+TEST(DrawList, TransparentAndEmptyThingsAreLeftOut) {
     Scene scene;
-    const NodePtr hidden = add(scene);
-    hidden->setHidden(true);
-    hidden->addChild(std::make_shared<Node>(makePlane({})));
+    const NodePtr clear = add(scene);
+    clear->setOpacity(0.0);
+    clear->addChild(std::make_shared<Node>(makePlane({})));
     add(scene, makePlane({}, std::make_shared<Material>(Contents(QImage()))));
     add(scene, makePoints({}, 1.0));
     add(scene, makePlane({}))->setOpacity(0.0);

@@ -79,10 +79,4 @@ TEST(Flatten, EachFurtherMaterialOrPrimitiveBecomesAChild) {
     EXPECT_EQ(flat->children().size(), 2U);
 }
 
-TEST(Flatten, LeavesOutWhatIsHidden) {
-    const auto top = std::make_shared<Node>();
-    childOf(top, makePlane({}))->setHidden(true);
-    EXPECT_EQ(top->flattenedClone()->geometry(), nullptr);
-}
-
 }  // namespace

@@ -109,9 +109,11 @@ TEST_F(SceneTime, ARepeatedActionOfNoLengthHappensOncePerFrame) {
 
 TEST_F(SceneTime, ABlockMayEndItsOwnAction) {
     int ticks = 0;
-    node->runAction(ticking(0.1, [&](Node& self) {
-        if (++ticks == 3) self.removeAllActions();
-    }));
+    node->runAction(ticking(0.1,
+                            [&](Node& self) {
+                                if (++ticks == 3) self.removeAction("own");
+                            }),
+                    "own");
     scene.advance(10.0);
     EXPECT_EQ(ticks, 3);
 }

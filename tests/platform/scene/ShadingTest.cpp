@@ -85,11 +85,6 @@ TEST(Shading, AParticleShrinksWithItsDepth) {
     EXPECT_NEAR(projectedSize(2.0, 4.0, 90.0, 100.0), 25.0, 1e-9);
 }
 
-TEST(Shading, APointIsNeverThinnerThanOnePixel) {
-    EXPECT_EQ(pointDiameter(3.0, 2.0), 6.0);
-    EXPECT_EQ(pointDiameter(0.5, 1.0), 1.0);
-}
-
 TEST(Shading, TheMirrorFadesWithTheHeight) {
     EXPECT_NEAR(reflectionFactor(0.0, 0.22, 4.0), 0.22, kTiny);
     EXPECT_NEAR(reflectionFactor(1.0, 0.22, 4.0), 0.165, kTiny);
