@@ -86,6 +86,8 @@ BXRijBasis {
         TextMetrics { id: statusMaat; font: statusTekst.font; text: rij.status }
         BXTekst {
             id: statusTekst
+            // An empty text would be a nameless item to a screen reader.
+            visible: text !== ""
             anchors { right: rij.schakelbaar ? schakel.left : parent.right; rightMargin: rij.schakelbaar ? 8 : rij.rand; verticalCenter: parent.verticalCenter }
             width: Math.min(Math.ceil(statusMaat.advanceWidth), rij.width * 0.4)
             horizontalAlignment: Text.AlignRight

@@ -2,7 +2,7 @@
 import QtQuick
 import Brixtel.Controls
 
-// The meter of the music's loudness and beats.
+// The flash on a beat, and the meter of the music's loudness and beats.
 Column {
     property var paneel
     spacing: 8
@@ -11,13 +11,28 @@ Column {
         width: parent.width
         tekst: "Het zwarte scherm beweegt op de maat van wat er klinkt. Zonder microfoon, en er wordt niets bewaard."
     }
-    BXUitleg { width: parent.width; tekst: "Flits op de maat" }
-    BXKeuze {
+    Item {
         width: parent.width
-        opties: paneel.flitsen
-        keuze: paneel.flits
-        onGewisseld: (nu) => paneel.flits = nu
-        Accessible.name: "Flits op de maat"
+        height: Math.max(flitsLabel.height, flits.height)
+
+        BXTekst {
+            id: flitsLabel
+            anchors.verticalCenter: parent.verticalCenter
+            width: 72
+            text: "Flits"
+            color: BX.dek(BX.bxWit, 0.9)
+            Accessible.ignored: true
+        }
+        BXKeuze {
+            id: flits
+            x: 72 + 8
+            anchors.verticalCenter: parent.verticalCenter
+            width: parent.width - x
+            opties: paneel.flitsen
+            keuze: paneel.flits
+            onGewisseld: (nu) => paneel.flits = nu
+            Accessible.name: "Flits op de maat"
+        }
     }
     Item {
         id: regel

@@ -49,7 +49,7 @@ Rectangle {
         x: blad.kant
         y: blad.rand
         width: blad.breed
-        height: Math.round(Math.min(width * 9 / 16, blad.height * 0.26))
+        height: Math.round(Math.min(width * 9 / 16, blad.height * 0.24))
         visible: blad.paneel.voorbeeld && height >= 90
         rand: BX.bxDonker
     }
@@ -132,6 +132,15 @@ Rectangle {
                 onWissel: open = !open
                 Saver { width: parent.width; paneel: blad.paneel }
             }
+            BXMelding {
+                objectName: "saverMelding"
+                width: parent.width
+                visible: blad.paneel.saverOntbreekt
+                // The notice may lie below the visible part when the user presses the
+                // button.
+                onVisibleChanged: if (visible) { rijen.forceLayout(); blad.toon(this); }
+                tekst: "De instellingen van de schermbeveiliging zijn niet te openen: brixtel-saver ontbreekt of werkt niet."
+            }
             BXRij {
                 width: parent.width
                 titel: "Brixtel"
@@ -141,15 +150,6 @@ Rectangle {
                 open: false
                 onWissel: open = !open
                 Algemeen { width: parent.width; paneel: blad.paneel }
-            }
-            BXMelding {
-                objectName: "saverMelding"
-                width: parent.width
-                visible: blad.paneel.saverOntbreekt
-                // The notice may lie below the visible part when the user presses the
-                // button.
-                onVisibleChanged: if (visible) { rijen.forceLayout(); blad.toon(this); }
-                tekst: "De instellingen van de schermbeveiliging zijn niet te openen: brixtel-saver ontbreekt of werkt niet."
             }
         }
     }

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+// The panel's rows: how they begin, and whether they fit.
+#include <QFile>
+
+#include "tests/hosts/bureau/PaneelProef.h"
+
+using namespace brixtel;
+
+namespace {
+
+class PaneelRijen : public PaneelProef {
+  protected:
+    void SetUp() override {
+        PaneelProef::SetUp();
+        toon();
+    }
+};
+
+// Its row's arrow, by what it does and what it is for.
+QAccessibleInterface* pijl(QAccessibleInterface* top, const char* doet, const QString& titel) {
+    if (top->role() == QAccessible::Button &&
+        top->text(QAccessible::Name) == QLatin1String(doet) + QStringLiteral(" van ") + titel)
+        return top;
+    for (int i = 0; i < top->childCount(); ++i)
+        if (auto* const een = pijl(top->child(i), doet, titel)) return een;
+    return nullptr;
+}
+
+// Every row is in sight when the panel first opens, and nothing is left to scroll.
+TEST_F(PaneelRijen, WithoutNoticesEveryRowFitsInTheFirstSize) {
+    kalmeer();
+    ASSERT_EQ(view()->size(), QSize(400, 720));
+    EXPECT_FALSE(blad()->property("plek").toRectF().isEmpty());
+    EXPECT_LE(item("rol")->property("contentHeight").toDouble(), item("rol")->height());
+}
+
+TEST_F(PaneelRijen, TheProgramsRowBeginsClosedAndHoldsItsStartAndTheDefaults) {
+    const QString bestand =
+        map.filePath(QStringLiteral("autostart/nl.groenlicht.brixtel.bureau.desktop"));
+    druk(QAccessible::Button, "Toon de opties van Brixtel");
+    kalmeer();
+    EXPECT_FALSE(isAan("Start bij het aanmelden"));
+    schakel("Start bij het aanmelden");
+    EXPECT_TRUE(QFile::exists(bestand));
+    EXPECT_TRUE(isAan("Start bij het aanmelden"));
+    EXPECT_TRUE(vind(QAccessible::StaticText, "start mee"));
+    schakel("Start bij het aanmelden");
+    EXPECT_FALSE(QFile::exists(bestand));
+    EXPECT_FALSE(isAan("Start bij het aanmelden"));
+    druk(QAccessible::RadioButton, "Uit", "Flits op de maat");
+    EXPECT_EQ(nu().keuzes.flits, Flits::uit);
+    druk(QAccessible::Button, "Standaard");
+    EXPECT_EQ(nu().keuzes, BureauKeuzes{});
+    EXPECT_TRUE(isGekozen("Gewoon", "Flits op de maat"));
+}
+
+TEST_F(PaneelRijen, FourRowsBeginOpenAndCanBeClosed) {
+    auto* const top = QAccessible::queryAccessibleInterface(view());
+    for (const auto& titel :
+         {QStringLiteral("Regen over het bureaublad"), QStringLiteral("Zwart scherm"),
+          QStringLiteral("Muziek volgen"), QStringLiteral("Schermbeveiliging")}) {
+        auto* const dicht = pijl(top, "Verberg de opties", titel);
+        ASSERT_NE(dicht, nullptr) << qPrintable(titel);
+        const int hoog = item("rol")->property("contentHeight").toInt();
+        dicht->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        EXPECT_NE(pijl(top, "Toon de opties", titel), nullptr) << qPrintable(titel);
+        EXPECT_TRUE(
+            until([&] { return item("rol")->property("contentHeight").toInt() < hoog - 40; }));
+    }
+}
+
+}  // namespace
