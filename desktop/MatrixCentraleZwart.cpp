@@ -11,6 +11,7 @@
 #include "desktop/Schermen.h"
 #include "drawing/Thema.h"
 #include "platform/view/SceneView.h"
+#include "platform/window/WindowSystem.h"
 
 namespace brixtel {
 
