@@ -36,7 +36,7 @@ QSize OutputState::logical() const {
 
 World::World(const Options& o) : options(o), display(wl_display_create()) {
     loop = wl_display_get_event_loop(display);
-    wl_display_add_protocol_logger(display, count, this);
+    logger = wl_display_add_protocol_logger(display, count, this);
     wl_display_init_shm(display);
     addSurfaces();
     for (const Output& output : options.outputs)
@@ -55,6 +55,7 @@ World::World(const Options& o) : options(o), display(wl_display_create()) {
 World::~World() {
     wl_display_destroy_clients(display);
     wl_event_source_remove(timer);
+    wl_protocol_logger_destroy(logger);
     wl_display_destroy(display);
     xkb_state_unref(keyState);
     xkb_keymap_unref(keymap);

@@ -74,6 +74,7 @@ struct World {
 
     Options options;
     wl_display* display = nullptr;
+    wl_protocol_logger* logger = nullptr;
     wl_event_loop* loop = nullptr;
     wl_event_source* timer = nullptr;
     std::uint64_t lastId = 0;
