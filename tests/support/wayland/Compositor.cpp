@@ -176,7 +176,7 @@ void Compositor::removeOutput(const std::string& name) {
 void Compositor::changeOutput(const Output& output) {
     ask([&](World& world) {
         OutputState& state = *world.outputs.at(output.name);
-        state.spec = output;
+        state.asked = output;
         world.sendOutput(state);
     });
 }

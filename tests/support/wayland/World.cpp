@@ -29,9 +29,9 @@ int tick(void* data) {
 }  // namespace
 
 QSize OutputState::logical() const {
-    const QSize turned = spec.transform % 2 != 0 ? spec.mode.transposed() : spec.mode;
-    return {static_cast<int>(std::lround(turned.width() / spec.scale)),
-            static_cast<int>(std::lround(turned.height() / spec.scale))};
+    const QSize turned = asked.transform % 2 != 0 ? asked.mode.transposed() : asked.mode;
+    return {static_cast<int>(std::lround(turned.width() / asked.scale)),
+            static_cast<int>(std::lround(turned.height() / asked.scale))};
 }
 
 World::World(const Options& o) : options(o), display(wl_display_create()) {
@@ -83,7 +83,7 @@ OutputState* World::outputFor(const SurfaceState& surface) {
 QRect World::placeOf(const SurfaceState& surface) {
     const OutputState* const output = outputFor(surface);
     if (!output) return {};
-    return {output->spec.at, surface.logical};
+    return {output->asked.at, surface.logical};
 }
 
 wl_resource* World::make(wl_client* client, const wl_interface* interface, int version,

@@ -60,12 +60,12 @@ struct SurfaceState : Surface {
 
 struct OutputState {
     World* world = nullptr;
-    Output spec;
+    Output asked;
     wl_global* global = nullptr;
     std::vector<wl_resource*> resources;
     std::vector<wl_resource*> xdgResources;
     [[nodiscard]] QSize logical() const;
-    [[nodiscard]] QRect place() const { return {spec.at, logical()}; }
+    [[nodiscard]] QRect place() const { return {asked.at, logical()}; }
 };
 
 struct World {

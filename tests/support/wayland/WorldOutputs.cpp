@@ -17,7 +17,7 @@ const struct wl_output_interface kOutput = {.release = destroyResource};
 const struct zxdg_output_v1_interface kXdgOutput = {.destroy = destroyResource};
 
 void sendXdg(const OutputState& output, wl_resource* resource) {
-    zxdg_output_v1_send_logical_position(resource, output.spec.at.x(), output.spec.at.y());
+    zxdg_output_v1_send_logical_position(resource, output.asked.at.x(), output.asked.at.y());
     zxdg_output_v1_send_logical_size(resource, output.logical().width(), output.logical().height());
 }
 
@@ -44,15 +44,15 @@ const struct zxdg_output_manager_v1_interface kXdgOutputs = {
 };
 
 void send(const OutputState& output, wl_resource* resource) {
-    const Output& spec = output.spec;
-    wl_output_send_geometry(resource, spec.at.x(), spec.at.y(), 300, 200,
-                            WL_OUTPUT_SUBPIXEL_UNKNOWN, "Proef", "Scherm", spec.transform);
+    const Output& asked = output.asked;
+    wl_output_send_geometry(resource, asked.at.x(), asked.at.y(), 300, 200,
+                            WL_OUTPUT_SUBPIXEL_UNKNOWN, "Proef", "Scherm", asked.transform);
     wl_output_send_mode(resource, WL_OUTPUT_MODE_CURRENT | WL_OUTPUT_MODE_PREFERRED,
-                        spec.mode.width(), spec.mode.height(), spec.refresh);
+                        asked.mode.width(), asked.mode.height(), asked.refresh);
     const int version = wl_resource_get_version(resource);
     if (version >= WL_OUTPUT_SCALE_SINCE_VERSION)
-        wl_output_send_scale(resource, static_cast<int>(std::ceil(spec.scale)));
-    if (version >= WL_OUTPUT_NAME_SINCE_VERSION) wl_output_send_name(resource, spec.name.c_str());
+        wl_output_send_scale(resource, static_cast<int>(std::ceil(asked.scale)));
+    if (version >= WL_OUTPUT_NAME_SINCE_VERSION) wl_output_send_name(resource, asked.name.c_str());
     if (version >= WL_OUTPUT_DONE_SINCE_VERSION) wl_output_send_done(resource);
 }
 
@@ -132,12 +132,12 @@ void World::addOutputs() {
                      });
 }
 
-void World::addOutput(const Output& spec) {
+void World::addOutput(const Output& asked) {
     auto output = std::make_unique<OutputState>();
     output->world = this;
-    output->spec = spec;
+    output->asked = asked;
     output->global = wl_global_create(display, &wl_output_interface, 4, output.get(), bindOutput);
-    outputs[spec.name] = std::move(output);
+    outputs[asked.name] = std::move(output);
 }
 
 void World::removeOutput(const std::string& name) {

@@ -69,7 +69,7 @@ const struct zwlr_layer_shell_v1_interface kLayerShell = {
             surface.nameSpace = nameSpace;
             if (output) {
                 const OutputState* const on = world.outputOf(output);
-                surface.output = on ? on->spec.name : "gone";
+                surface.output = on ? on->asked.name : "gone";
             }
             surface.layerSurface =
                 world.make(client, &zwlr_layer_surface_v1_interface, wl_resource_get_version(r), id,
@@ -84,7 +84,7 @@ void setFullScreen(wl_resource* r, bool fullScreen, wl_resource* output) {
     SurfaceState& surface = stateOf(r);
     surface.fullScreen = fullScreen;
     const OutputState* const on = output ? world.outputOf(output) : nullptr;
-    if (on) surface.output = on->spec.name;
+    if (on) surface.output = on->asked.name;
     world.sendFraction(surface);
     const OutputState* const place = world.outputFor(surface);
     if (surface.acknowledged && world.options.configuresByItself && place)

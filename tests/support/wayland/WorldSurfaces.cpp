@@ -228,7 +228,7 @@ void World::sendFraction(SurfaceState& surface) {
     const OutputState* const output = outputFor(surface);
     if (!surface.fraction || !output) return;
     wp_fractional_scale_v1_send_preferred_scale(
-        surface.fraction, static_cast<std::uint32_t>(std::lround(output->spec.scale * 120.0)));
+        surface.fraction, static_cast<std::uint32_t>(std::lround(output->asked.scale * 120.0)));
 }
 
 void World::takeBuffer(SurfaceState& surface) {
