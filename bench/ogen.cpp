@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the pictures do to eyes and screens. Prints two tables: the flashes of the black
+// The pictures' effect on eyes and screens. Prints two tables: the flashes of the black
 // screen's beat by tempo, over nothing and over the rain, counted as WCAG 2.3.1 does; and the
 // wear of eight hours of each scene: the mean light of a pixel, and that of the brightest
 // pixel over it. Of the greatest light; linear.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the worlds cost the processor when it draws them alone: processor time of a
+// The cost of the worlds where the processor alone draws them: processor time of a
 // frame, and the median of how long it takes, each world at every size, as JSON lines. With
 // --vergelijk also how far the picture is from OpenGL's at four times the size, averaged down.
 #include <QCommandLineParser>

@@ -12,7 +12,7 @@ namespace {
 
 class OpkomstTest : public steun::SaverView {
   protected:
-    // Of the black over the picture, once a frame was built.
+    // The opacity of the black over the picture, once a frame was built.
     static double zwart(BrixtelSaverView& view, double nu) {
         platform::Frame beeld;
         beeld.grid = {.scale = 1.0, .size = {300, 200}};
@@ -61,7 +61,7 @@ TEST_F(OpkomstTest, BlackIsWholeUntilTheFirstFrame) {
     EXPECT_NEAR(zwart(*view), 0.5, 1e-9);
 }
 
-// Whoever wishes for little movement sees a picture every ten seconds.
+// A user who wishes for little movement sees a picture every ten seconds.
 TEST_F(OpkomstTest, APictureFirstShownLaterIsSeenWhole) {
     const auto view = gestart(SaverKeuze::kubus);
     view->configureSheet();

@@ -81,7 +81,7 @@ TEST_F(VerbindingWachtTest, TheSmallestIntervalCountsAndAChangeMeasuresNothingBy
     EXPECT_EQ(starts(), 3);
 }
 
-// What a change measured would have been published before what comes after it: the
+// A measurement made by the change would be published before the later ones: the
 // queue is a serial one.
 TEST_F(VerbindingWachtTest, AChangeOfTheIntervalMeasuresNothing) {
     auto& wacht = maakWacht();

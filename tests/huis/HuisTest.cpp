@@ -76,7 +76,7 @@ void voegToe(const std::map<QString, Bibliotheek>& alle, const QString& naam,
         voegToe(alle, onder, mappen);
 }
 
-// Which folders each folder with libraries may include from: those that the build
+// The folders that each folder with libraries may include from: those that the build
 // links for it.
 const std::map<QString, QSet<QString>>& vloeren() {
     static const auto regels = [] {
@@ -172,7 +172,7 @@ TEST(Huis, OnlyAWindowSystemsOwnFolderKnowsIt) {
         "QNativeInterface|qpa/qplatform|fromWinId|\"DISPLAY\"|QT_QPA_PLATFORM)");
     elkeBron([&](const QString& pad, const QString& tekst) {
         if (ligtIn(pad, {"platform/window/x11"})) return;
-        // The one place that chooses the plugin asks the systems for its name.
+        // WindowSystems.cpp alone chooses the plugin, and asks the systems for its name.
         if (pad == QLatin1String("platform/window/systems/WindowSystems.cpp")) {
             EXPECT_EQ(gevonden(tekst, patroon), QStringList{QStringLiteral("QT_QPA_PLATFORM")});
             return;

@@ -15,7 +15,7 @@
 
 namespace {
 
-// Of the packaging folder, as the build has made it.
+// A file of the packaging folder, as the build has made it.
 QString lees(const QString& bestand) {
     QFile bron(QStringLiteral(BRIXTEL_BUILD_DIR "/packaging/") + bestand);
     EXPECT_TRUE(bron.open(QIODevice::ReadOnly)) << qPrintable(bestand);

@@ -22,7 +22,7 @@ class TilePainter {
     // Takes the space that the plan's calls may want, before they are drawn.
     void prepare(const ScenePlan& plan);
     // Draws all calls over the background; `rect` is the tile's part of the picture.
-    // What is brighter than the threshold blooms; none: nothing does.
+    // Light above the threshold blooms; without a threshold nothing blooms.
     void paint(const ScenePlan& plan, std::span<const ShapeCall> calls, const QRect& rect,
                const glm::vec3& background, std::optional<float> threshold);
 

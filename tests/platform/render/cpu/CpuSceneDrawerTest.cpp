@@ -63,7 +63,7 @@ DrawList listOf(const QString& name, double time, double aspect) {
     return list;
 }
 
-// What one vector target makes of a frame and the one after it.
+// One vector target's pictures of a frame and of the next frame.
 std::vector<std::uint32_t> drawnBy(std::int64_t target, const QString& name, QSize size,
                                    double scale) {
     hwy::SetSupportedTargetsForTest(target);
@@ -198,7 +198,7 @@ TEST(CpuSceneDrawer, ASceneWithoutLightIsBlackAndCostsNothing) {
     EXPECT_EQ(drawer.counts().glowing, 0);
 }
 
-// What is no number, or too large for any, is left out; the rest is drawn.
+// Shapes with places that are no number, or too large, are left out; the rest is drawn.
 TEST(CpuSceneDrawer, SenselessTransformsAreLeftOut) {
     constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
     constexpr float kInfinite = std::numeric_limits<float>::infinity();
@@ -248,7 +248,7 @@ TEST(CpuSceneDrawer, AnotherSizeInMidRunIsAsIfItWereTheFirst) {
     }
 }
 
-// What is not among the rectangles has not changed, frame after frame.
+// Pixels outside the rectangles stay the same, frame after frame.
 TEST(CpuSceneDrawer, DamageHoldsEverythingThatChanges) {
     for (const char* const name : kScenes) {
         const QSize size(300, 190);

@@ -11,7 +11,7 @@ namespace {
 
 class SceneAllocation : public testing::TestWithParam<const char*> {};
 
-// What twelve steady frames allocate at this quality.
+// The allocations of twelve steady frames at this quality.
 std::size_t steadyFrames(const char* name, const SceneQuality& quality) {
     const auto scene = makeStandIn(QString::fromLatin1(name), 1);
     const auto snapshot = SceneSnapshot::create();
