@@ -40,7 +40,7 @@ struct BrightCells {
 };
 PackedTile packTile(const SceneTile& tile, const BrightCells* bright, std::uint32_t* packed);
 
-// The glow of a tile: three planes of kTileWidth × kTileHeight.
+// The glow of a tile: three planes of kTileWidth × kTileHeight, none where there is none.
 struct TileGlow {
     const float* plane[3] = {};
 };
@@ -52,6 +52,6 @@ struct TilePixels {
     int height = 0;
 };
 // Adds the glow where there is some, encodes as sRGB and rounds with a pattern.
-void encodeTile(const std::uint32_t* packed, const TileGlow* glow, const TilePixels& to);
+void encodeTile(const std::uint32_t* packed, const TileGlow& glow, const TilePixels& to);
 
 }  // namespace platform

@@ -34,7 +34,7 @@ TilePainter::TilePainter() : planes_(7 * kPlaneRoom) {
 
 void TilePainter::prepare(const ScenePlan& plan) {
     for (const ScreenSprite& sprite : plan.sprites())
-        fitDesk(*sprite.picture, desk_);
+        fitDesk(sprite, desk_);
     fronts_.reserve(plan.polygons().size());
     if (!samples_.empty() ||
         std::none_of(plan.surfaces().begin(), plan.surfaces().end(), isSampled))
