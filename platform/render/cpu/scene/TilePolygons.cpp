@@ -116,7 +116,31 @@ class PolygonWork {
             drawSamples(column, down, near, ahead, at);
             return;
         }
+        if (surface_.opaque && !surface_.outlined && !tile_.sampledNear) {
+            drawSolid(column, down, near, ahead, at);
+            return;
+        }
         drawBlended(column, down, near, ahead, at);
+    }
+
+    // Pixels that are the surface's or are not.
+    void drawSolid(TileV column, float down, TileV near, Mask ahead, std::ptrdiff_t at) {
+        const TileF d;
+        auto in = ahead;
+        for (int i = 0; i < edges_; ++i)
+            in = hn::And(in, hn::Ge(edge_[static_cast<std::size_t>(i)].at(column, down),
+                                    hn::Zero(d)));
+        const auto old = hn::LoadU(d, tile_.near + at);
+        if (surface_.hiding.reads) in = hn::And(in, hn::Ge(near, old));
+        if (hn::AllFalse(d, in)) return;
+        TileV alpha = hn::Set(d, 1.0F);
+        Mask kept = ahead;
+        const Rgb light = shade(column, down, hn::Max(near, hn::Set(d, 1e-7F)), alpha, kept);
+        in = hn::And(in, kept);
+        hn::BlendedStore(light.r, in, d, tile_.light[0] + at);
+        hn::BlendedStore(light.g, in, d, tile_.light[1] + at);
+        hn::BlendedStore(light.b, in, d, tile_.light[2] + at);
+        if (surface_.hiding.writes) hn::BlendedStore(near, in, d, tile_.near + at);
     }
 
     // The least of what a sample is inside the edges by.
