@@ -14,7 +14,6 @@ void blurCells(const float* from, std::ptrdiff_t step, const float* weight, int 
 // count numbers: four rows weighed.
 void weighCells(const float* const rows[4], const float weight[4], float* to, int count);
 
-
 // A pixel's place within a cell: the first of four cells that it is mixed of, counted from
 // its own, and their weights.
 struct GlowPhase {

@@ -146,16 +146,15 @@ void SceneGlow::spread(TileWorkers& workers) {
 }
 
 char SceneGlow::coloursSeen(int tile) const {
-    const std::size_t first =
-        cellAt(tile % options_.tiles.width(), tile / options_.tiles.width()) -
-        static_cast<std::size_t>(kBeside * stride_ + kBeside);
+    const std::size_t first = cellAt(tile % options_.tiles.width(), tile / options_.tiles.width()) -
+                              static_cast<std::size_t>(kBeside * stride_ + kBeside);
     unsigned seen = 0;
     for (std::size_t k = 0; k < 3; ++k) {
         float most = 0.0F;
         for (int row = 0; row < cellsDown_ + 2 * kBeside; ++row)
-            most = std::max(most, mostOf(spread_[k].data() + first +
-                                             static_cast<std::size_t>(row * stride_),
-                                         cellsAcross_ + 2 * kBeside));
+            most = std::max(
+                most, mostOf(spread_[k].data() + first + static_cast<std::size_t>(row * stride_),
+                             cellsAcross_ + 2 * kBeside));
         if (most >= kFaint) seen |= 1U << k;
     }
     return static_cast<char>(seen);
@@ -164,8 +163,7 @@ char SceneGlow::coloursSeen(int tile) const {
 // Along the rows first, into rows as far apart as the cells, then between these.
 void SceneGlow::expand(int tile, float* work, TileGlow& glow) const {
     float* const along = work + 3 * kPackedTile;
-    const std::size_t first =
-        cellAt(tile % options_.tiles.width(), tile / options_.tiles.width());
+    const std::size_t first = cellAt(tile % options_.tiles.width(), tile / options_.tiles.width());
     for (std::size_t k = 0; k < 3; ++k) {
         glow.plane[k] = nullptr;
         if ((static_cast<unsigned>(seen_[static_cast<std::size_t>(tile)]) & (1U << k)) == 0)

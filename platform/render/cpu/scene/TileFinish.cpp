@@ -58,12 +58,21 @@ void sampleNearness(SceneTile& tile) {
     tile.sampledNear = true;
 }
 
-void sampleLight(SceneTile& tile) {
+void sampleLight(SceneTile& tile, int top, int end) {
     if (tile.sampledLight) return;
-    for (const auto& sample : tile.sampleLight)
-        for (std::size_t k = 0; k < 3; ++k)
-            copyPlane(tile.light[k], sample[k]);
+    const F d;
+    const std::ptrdiff_t first = SceneTile::at(-kTileMargin, top);
+    const std::ptrdiff_t last = SceneTile::at(-kTileMargin, end);
+    for (std::size_t k = 0; k < 3; ++k)
+        for (std::ptrdiff_t at = first; at < last;
+             at += static_cast<std::ptrdiff_t>(hn::Lanes(d))) {
+            const auto light = hn::LoadU(d, tile.light[k] + at);
+            for (const auto& sample : tile.sampleLight)
+                hn::StoreU(light, d, sample[k] + at);
+        }
     tile.sampledLight = true;
+    tile.sampledTop = top;
+    tile.sampledEnd = end;
 }
 
 float leastNear(const SceneTile& tile) {
@@ -84,9 +93,11 @@ void resolveLight(SceneTile& tile) {
     if (!tile.sampledLight) return;
     const F d;
     const auto share = hn::Set(d, 1.0F / kSamples);
+    const std::ptrdiff_t first = SceneTile::at(-kTileMargin, tile.sampledTop);
+    const std::ptrdiff_t last = SceneTile::at(-kTileMargin, tile.sampledEnd);
     for (std::size_t k = 0; k < 3; ++k) {
-        for (std::size_t i = 0; i < SceneTile::kPlane; i += hn::Lanes(d)) {
-            const std::ptrdiff_t at = static_cast<std::ptrdiff_t>(i) - kTileMargin;
+        for (std::ptrdiff_t at = first; at < last;
+             at += static_cast<std::ptrdiff_t>(hn::Lanes(d))) {
             auto sum = hn::LoadU(d, tile.sampleLight[0][k] + at);
             for (std::size_t s = 1; s < kSamples; ++s)
                 sum = hn::Add(sum, hn::LoadU(d, tile.sampleLight[s][k] + at));
@@ -161,9 +172,8 @@ struct BrightSums {
         hn::Vec<F> excess[3] = {hn::Zero(d), hn::Zero(d), hn::Zero(d)};
         auto most = hn::Sub(light.most, hn::Set(d, threshold));
         for (std::size_t k = 0; tile.hasExcess && k < 3; ++k) {
-            excess[k] = hn::IfThenElseZero(
-                hn::Gt(light.most, hn::Zero(d)),
-                hn::LoadU(d, tile.excess[k] + SceneTile::at(x, row)));
+            excess[k] = hn::IfThenElseZero(hn::Gt(light.most, hn::Zero(d)),
+                                           hn::LoadU(d, tile.excess[k] + SceneTile::at(x, row)));
             most = hn::Max(most, excess[k]);
         }
         if (hn::AllTrue(d, hn::Le(most, hn::Zero(d)))) return;
@@ -191,9 +201,9 @@ PackedTile packTile(const SceneTile& tile, const BrightCells* bright, std::uint3
                 hn::StoreU(hn::Zero(du), du, to + x);
                 continue;
             }
-            const auto word = hn::Or(hn::ShiftLeft<22>(stepsOf(light.r, 1023.0F)),
-                                     hn::Or(hn::ShiftLeft<10>(stepsOf(light.g, 4095.0F)),
-                                            stepsOf(light.b, 1023.0F)));
+            const auto word = hn::Or(
+                hn::ShiftLeft<22>(stepsOf(light.r, 1023.0F)),
+                hn::Or(hn::ShiftLeft<10>(stepsOf(light.g, 4095.0F)), stepsOf(light.b, 1023.0F)));
             any = hn::Or(any, word);
             hn::StoreU(word, du, to + x);
             if (bright) sums.add(tile, light, bright->threshold, x, row);
@@ -211,11 +221,10 @@ PackedTile packTile(const SceneTile& tile, const BrightCells* bright, std::uint3
 hn::Vec<U> shownAt(hn::Vec<U> steps, float most, const float* glow, hn::Vec<F> noise) {
     const F d;
     if (!glow && hn::AllTrue(U(), hn::Eq(steps, hn::Zero(U())))) return steps;
-    auto root =
-        hn::Mul(hn::ConvertTo(d, hn::BitCast(I(), steps)), hn::Set(d, 1.0F / most));
+    auto root = hn::Mul(hn::ConvertTo(d, hn::BitCast(I(), steps)), hn::Set(d, 1.0F / most));
     if (glow)
-        root = hn::Sqrt(
-            hn::Min(hn::Add(hn::Mul(root, root), hn::LoadU(d, glow)), hn::Set(d, 1.0F)));
+        root =
+            hn::Sqrt(hn::Min(hn::Add(hn::Mul(root, root), hn::LoadU(d, glow)), hn::Set(d, 1.0F)));
     return hn::BitCast(U(), hn::ConvertTo(I(), hn::Add(encoded(d, root), noise)));
 }
 
@@ -234,8 +243,7 @@ void encodeRow(const std::uint32_t* packed, const std::array<const float*, 3>& g
                 return shownAt(steps, most, glow[k] ? glow[k] + x : nullptr, grain);
             };
             const auto r = shown(hn::ShiftRight<22>(word), 1023.0F, 0);
-            const auto g =
-                shown(hn::And(hn::ShiftRight<10>(word), hn::Set(du, 4095U)), 4095.0F, 1);
+            const auto g = shown(hn::And(hn::ShiftRight<10>(word), hn::Set(du, 4095U)), 4095.0F, 1);
             const auto b = shown(hn::And(word, hn::Set(du, 1023U)), 1023.0F, 2);
             result = hn::Or(hn::Or(result, hn::ShiftLeft<16>(r)), hn::Or(hn::ShiftLeft<8>(g), b));
         }
@@ -302,8 +310,8 @@ void startExcess(SceneTile& tile) {
 void sampleNearness(SceneTile& tile) {
     HWY_DYNAMIC_DISPATCH(sampleNearness)(tile);
 }
-void sampleLight(SceneTile& tile) {
-    HWY_DYNAMIC_DISPATCH(sampleLight)(tile);
+void sampleLight(SceneTile& tile, int top, int end) {
+    HWY_DYNAMIC_DISPATCH(sampleLight)(tile, top, end);
 }
 float leastNear(const SceneTile& tile) {
     return HWY_DYNAMIC_DISPATCH(leastNear)(tile);

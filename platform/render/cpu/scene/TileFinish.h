@@ -18,8 +18,8 @@ void clearTile(SceneTile& tile, const float* rgb);
 void startExcess(SceneTile& tile);
 // From here on nearness is kept per sample.
 void sampleNearness(SceneTile& tile);
-// From here on light is kept per sample.
-void sampleLight(SceneTile& tile);
+// From here on the light of the rows from `top` to before `end` is kept per sample.
+void sampleLight(SceneTile& tile, int top, int end);
 // The least nearness of the tile's pixels; only while it is kept once per pixel.
 float leastNear(const SceneTile& tile);
 // Averages the samples' light.

@@ -218,9 +218,9 @@ inline TexelLight readTexels(const RipPicture& picture, const TexelPlaces& place
     // makes up for the rest.
     const auto sharp = hnt::Set(d, 0.7F);
     const auto ofHalf = [&](TexelV acrossSide, TexelV downSide) {
-        return hnt::Mul(hnt::Add(hnt::Mul(along(acrossSide, downSide), quarter),
-                                 along(downSide, acrossSide)),
-                        sharp);
+        return hnt::Mul(
+            hnt::Add(hnt::Mul(along(acrossSide, downSide), quarter), along(downSide, acrossSide)),
+            sharp);
     };
     const auto across = levelOf(ofHalf(uAcross, uDown), picture.levelsAcross);
     const auto down = levelOf(ofHalf(vAcross, vDown), picture.levelsDown);
@@ -230,8 +230,8 @@ inline TexelLight readTexels(const RipPicture& picture, const TexelPlaces& place
                                            hnt::Add(places.v, stepV), across, down, manner);
     const auto half = hnt::Set(d, 0.5F);
     const auto mean = [&](TexelV a, TexelV b) { return hnt::Mul(hnt::Add(a, b), half); };
-    const TexelLight sum{mean(first.r, second.r), mean(first.g, second.g),
-                         mean(first.b, second.b), mean(first.alpha, second.alpha)};
+    const TexelLight sum{mean(first.r, second.r), mean(first.g, second.g), mean(first.b, second.b),
+                         mean(first.alpha, second.alpha)};
     if (hnt::AllFalse(d, large)) return sum;
     return {hnt::IfThenElse(large, single.r, sum.r), hnt::IfThenElse(large, single.g, sum.g),
             hnt::IfThenElse(large, single.b, sum.b),
