@@ -47,14 +47,10 @@ inline hnt::Vec<TexelI> levelOf(TexelV texelsSquared, int levels) {
     const TexelF d;
     const TexelI di;
     const auto wide =
-        hnt::Add(hnt::Mul(texelsSquared, hnt::Set(d, 1.0F / 3.0F)), hnt::Set(d, 1.0F));
-    auto level = hnt::Zero(di);
-    float above = 2.0F;
-    for (int i = 1; i < levels; ++i, above *= 4.0F)
-        level = hnt::Add(level,
-                         hnt::IfThenElseZero(hnt::RebindMask(di, hnt::Ge(wide, hnt::Set(d, above))),
-                                             hnt::Set(di, 1)));
-    return level;
+        hnt::Add(hnt::Mul(texelsSquared, hnt::Set(d, 2.0F / 3.0F)), hnt::Set(d, 2.0F));
+    // The exponent counts doublings of the square; two are one of the side.
+    const auto doublings = hnt::Sub(hnt::ShiftRight<23>(hnt::BitCast(di, wide)), hnt::Set(di, 127));
+    return hnt::Min(hnt::ShiftRight<1>(doublings), hnt::Set(di, levels - 1));
 }
 
 // Two neighbouring texels along a side, and the second one's share.
@@ -157,16 +153,19 @@ inline TexelLight sampleTexels(const RipPicture& picture, TexelV u, TexelV v,
     const auto any = hnt::Or(hnt::Or(words[0], words[1]), hnt::Or(words[2], words[3]));
     const bool isBlack = hnt::AllTrue(du, hnt::Eq(any, hnt::Zero(du)));
     if (isBlack && !(manner.wantsAlpha && picture.hasAlpha)) return light;
-    for (int i = 0; i < 4; ++i) {
-        const auto word = words[i];
-        const auto add = [&](TexelV& sum, hnt::Vec<TexelU> bits) {
-            const auto root = hnt::ConvertTo(d, hnt::BitCast(di, bits));
+    // Most pictures are green, with little or no red.
+    const auto add = [&](TexelV& sum, const auto& bitsOf) {
+        if (hnt::AllTrue(du, hnt::Eq(bitsOf(any), hnt::Zero(du)))) return;
+        for (int i = 0; i < 4; ++i) {
+            const auto root = hnt::ConvertTo(d, hnt::BitCast(di, bitsOf(words[i])));
             sum = hnt::Add(sum, hnt::Mul(hnt::Mul(root, root), weights[i]));
-        };
-        add(light.r, hnt::ShiftRight<22>(word));
-        add(light.g, hnt::And(hnt::ShiftRight<10>(word), hnt::Set(du, 4095U)));
-        add(light.b, hnt::And(word, hnt::Set(du, 1023U)));
-    }
+        }
+    };
+    add(light.r, [](hnt::Vec<TexelU> word) { return hnt::ShiftRight<22>(word); });
+    add(light.g, [](hnt::Vec<TexelU> word) {
+        return hnt::And(hnt::ShiftRight<10>(word), hnt::Set(TexelU(), 4095U));
+    });
+    add(light.b, [](hnt::Vec<TexelU> word) { return hnt::And(word, hnt::Set(TexelU(), 1023U)); });
     light.r = hnt::Mul(light.r, hnt::Set(d, 1.0F / (1023.0F * 1023.0F)));
     light.g = hnt::Mul(light.g, hnt::Set(d, 1.0F / (4095.0F * 4095.0F)));
     light.b = hnt::Mul(light.b, hnt::Set(d, 1.0F / (1023.0F * 1023.0F)));
@@ -183,31 +182,33 @@ inline TexelLight sampleTexels(const RipPicture& picture, TexelV u, TexelV v,
     return light;
 }
 
-// The average over a pixel: one reading where texels are as large as pixels, and
-// two, each of half of the pixel, where they are smaller. The halves lie beside one another
+inline TexelLight plus(const TexelLight& a, const TexelLight& b) {
+    return {hnt::Add(a.r, b.r), hnt::Add(a.g, b.g), hnt::Add(a.b, b.b), hnt::Add(a.alpha, b.alpha)};
+}
+
+inline TexelLight times(const TexelLight& light, float share) {
+    const auto by = hnt::Set(TexelF(), share);
+    return {hnt::Mul(light.r, by), hnt::Mul(light.g, by), hnt::Mul(light.b, by),
+            hnt::Mul(light.alpha, by)};
+}
+
+inline TexelLight chosen(hnt::Mask<TexelF> which, const TexelLight& a, const TexelLight& b) {
+    return {hnt::IfThenElse(which, a.r, b.r), hnt::IfThenElse(which, a.g, b.g),
+            hnt::IfThenElse(which, a.b, b.b), hnt::IfThenElse(which, a.alpha, b.alpha)};
+}
+
+// A pixel's sides in texels of the whole picture, squared.
+struct TexelSquares {
+    TexelV uAcross, uDown, vAcross, vDown;
+};
+
+// The average of two readings, each of half of the pixel. The halves lie beside one another
 // along the pixel's side that more texels stand along.
-inline TexelLight readTexels(const RipPicture& picture, const TexelPlaces& places,
-                             const TexelManner& manner) {
+inline TexelLight readHalves(const RipPicture& picture, const TexelPlaces& places,
+                             const TexelSquares& squares, const TexelManner& manner) {
     const TexelF d;
-    const TexelI di;
-    const auto zero = hnt::Zero(di);
-    const auto square = [&](TexelV x, int side) {
-        const auto size = hnt::Set(d, static_cast<float>(side) * static_cast<float>(side));
-        return hnt::Mul(hnt::Mul(x, x), size);
-    };
-    const auto uAcross = square(places.uAcross, picture.width);
-    const auto uDown = square(places.uDown, picture.width);
-    const auto vAcross = square(places.vAcross, picture.height);
-    const auto vDown = square(places.vDown, picture.height);
-    const auto wideU = hnt::Add(uAcross, uDown);
-    const auto wideV = hnt::Add(vAcross, vDown);
-    const auto large = hnt::Lt(hnt::Max(wideU, wideV), hnt::Set(d, 2.0F));
-    TexelLight single{};
-    if (!hnt::AllFalse(d, large)) {
-        single = sampleTexels(picture, places.u, places.v, zero, zero, manner);
-        if (hnt::AllTrue(d, large)) return single;
-    }
-    const auto isWide = hnt::Ge(hnt::Add(uAcross, vAcross), hnt::Add(uDown, vDown));
+    const auto isWide =
+        hnt::Ge(hnt::Add(squares.uAcross, squares.vAcross), hnt::Add(squares.uDown, squares.vDown));
     const auto quarter = hnt::Set(d, 0.25F);
     const auto along = [&](TexelV acrossSide, TexelV downSide) {
         return hnt::IfThenElse(isWide, acrossSide, downSide);
@@ -216,26 +217,70 @@ inline TexelLight readTexels(const RipPicture& picture, const TexelPlaces& place
     const auto stepV = hnt::Mul(along(places.vAcross, places.vDown), quarter);
     // Half a side is a quarter of its square. Reading between texels smooths as well, which
     // makes up for the rest.
-    const auto sharp = hnt::Set(d, 0.7F);
     const auto ofHalf = [&](TexelV acrossSide, TexelV downSide) {
         return hnt::Mul(
             hnt::Add(hnt::Mul(along(acrossSide, downSide), quarter), along(downSide, acrossSide)),
-            sharp);
+            hnt::Set(d, 0.7F));
     };
-    const auto across = levelOf(ofHalf(uAcross, uDown), picture.levelsAcross);
-    const auto down = levelOf(ofHalf(vAcross, vDown), picture.levelsDown);
-    const TexelLight first = sampleTexels(picture, hnt::Sub(places.u, stepU),
-                                          hnt::Sub(places.v, stepV), across, down, manner);
-    const TexelLight second = sampleTexels(picture, hnt::Add(places.u, stepU),
-                                           hnt::Add(places.v, stepV), across, down, manner);
-    const auto half = hnt::Set(d, 0.5F);
-    const auto mean = [&](TexelV a, TexelV b) { return hnt::Mul(hnt::Add(a, b), half); };
-    const TexelLight sum{mean(first.r, second.r), mean(first.g, second.g), mean(first.b, second.b),
-                         mean(first.alpha, second.alpha)};
-    if (hnt::AllFalse(d, large)) return sum;
-    return {hnt::IfThenElse(large, single.r, sum.r), hnt::IfThenElse(large, single.g, sum.g),
-            hnt::IfThenElse(large, single.b, sum.b),
-            hnt::IfThenElse(large, single.alpha, sum.alpha)};
+    const auto across = levelOf(ofHalf(squares.uAcross, squares.uDown), picture.levelsAcross);
+    const auto down = levelOf(ofHalf(squares.vAcross, squares.vDown), picture.levelsDown);
+    return times(plus(sampleTexels(picture, hnt::Sub(places.u, stepU), hnt::Sub(places.v, stepV),
+                                   across, down, manner),
+                      sampleTexels(picture, hnt::Add(places.u, stepU), hnt::Add(places.v, stepV),
+                                   across, down, manner)),
+                 0.5F);
+}
+
+// The average of four readings, each of a quarter of the pixel.
+inline TexelLight readQuarters(const RipPicture& picture, const TexelPlaces& places,
+                               const TexelSquares& squares, const TexelManner& manner) {
+    const TexelF d;
+    const auto quarter = hnt::Set(d, 0.25F);
+    const auto across =
+        levelOf(hnt::Mul(hnt::Add(squares.uAcross, squares.uDown), quarter), picture.levelsAcross);
+    const auto down =
+        levelOf(hnt::Mul(hnt::Add(squares.vAcross, squares.vDown), quarter), picture.levelsDown);
+    const auto zero = hnt::Zero(d);
+    TexelLight sum{zero, zero, zero, zero};
+    for (int i = 0; i < 4; ++i) {
+        const auto right = hnt::Set(d, (i & 1) != 0 ? 0.25F : -0.25F);
+        const auto lower = hnt::Set(d, (i & 2) != 0 ? 0.25F : -0.25F);
+        const auto u = hnt::Add(
+            places.u, hnt::Add(hnt::Mul(places.uAcross, right), hnt::Mul(places.uDown, lower)));
+        const auto v = hnt::Add(
+            places.v, hnt::Add(hnt::Mul(places.vAcross, right), hnt::Mul(places.vDown, lower)));
+        sum = plus(sum, sampleTexels(picture, u, v, across, down, manner));
+    }
+    return times(sum, 0.25F);
+}
+
+// The average over a pixel: one reading where texels are as large as pixels, two where they
+// are somewhat smaller, and four where they are much smaller.
+inline TexelLight readTexels(const RipPicture& picture, const TexelPlaces& places,
+                             const TexelManner& manner) {
+    const TexelF d;
+    const TexelI di;
+    const auto square = [&](TexelV x, int side) {
+        const auto size = hnt::Set(d, static_cast<float>(side) * static_cast<float>(side));
+        return hnt::Mul(hnt::Mul(x, x), size);
+    };
+    const TexelSquares squares{
+        square(places.uAcross, picture.width), square(places.uDown, picture.width),
+        square(places.vAcross, picture.height), square(places.vDown, picture.height)};
+    const auto wide = hnt::Max(hnt::Add(squares.uAcross, squares.uDown),
+                               hnt::Add(squares.vAcross, squares.vDown));
+    const auto large = hnt::Lt(wide, hnt::Set(d, 2.0F));
+    const auto small = hnt::Ge(wide, hnt::Set(d, 12.0F));
+    const auto zero = hnt::Zero(d);
+    TexelLight light{zero, zero, zero, zero};
+    if (!hnt::AllFalse(d, large)) {
+        light = sampleTexels(picture, places.u, places.v, hnt::Zero(di), hnt::Zero(di), manner);
+        if (hnt::AllTrue(d, large)) return light;
+    }
+    if (!hnt::AllTrue(d, hnt::Or(large, small)))
+        light = chosen(large, light, readHalves(picture, places, squares, manner));
+    if (hnt::AllFalse(d, small)) return light;
+    return chosen(small, readQuarters(picture, places, squares, manner), light);
 }
 
 }  // namespace
