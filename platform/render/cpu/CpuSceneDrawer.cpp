@@ -198,7 +198,8 @@ void CpuSceneDrawer::Parts::draw(const DrawList& list, const PixelBuffer& pictur
     const bool glows = drawable && camera.bloomIntensity > 0.0F &&
                        std::isfinite(camera.bloomIntensity) && sigma > 0.0 &&
                        camera.bloomThreshold >= 0.0F;
-    glow.begin({.tiles = tiles,
+    glow.begin({.picture = picture.size,
+                .tiles = tiles,
                 .intensity = glows ? camera.bloomIntensity : 0.0F,
                 .threshold = camera.bloomThreshold,
                 .sigma = sigma});

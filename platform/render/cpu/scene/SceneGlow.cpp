@@ -123,21 +123,50 @@ void SceneGlow::pass(TileWorkers& workers, const Flags& from, Flags& to, Planes&
     });
 }
 
+// The first and the last cell of each row go on to both sides.
+void SceneGlow::repeatSides(Planes& planes, int reach) const {
+    const int across = (options_.picture.width() + reduction_ - 1) / reduction_;
+    const int down = (options_.picture.height() + reduction_ - 1) / reduction_;
+    for (auto& plane : planes)
+        for (int row = 0; row < down; ++row) {
+            float* const first = plane.data() + (margin_ + row) * stride_ + margin_;
+            std::fill_n(first - reach, reach, first[0]);
+            std::fill_n(first + across, reach, first[across - 1]);
+        }
+}
+
+// The first and the last row of cells go on above and below.
+void SceneGlow::repeatEnds(Planes& planes, int reach) const {
+    const int down = (options_.picture.height() + reduction_ - 1) / reduction_;
+    for (auto& plane : planes) {
+        float* const first = plane.data() + margin_ * stride_;
+        float* const last = first + (down - 1) * stride_;
+        for (int row = 1; row <= reach; ++row) {
+            std::copy_n(first, stride_, first - row * stride_);
+            std::copy_n(last, stride_, last + row * stride_);
+        }
+    }
+}
+
 void SceneGlow::spread(TileWorkers& workers) {
     tilesSpread_ = 0;
     if (!isOn()) return;
-    const int reach = plan_.radius + 2;
+    repeatSides(cells_, plan_.radius);
+    const int reach = plan_.radius + kBeside;
     const float* const weight = plan_.weight.data();
     pass(workers, bright_, along_, blurred_, (reach + cellsAcross_ - 1) / cellsAcross_, 0,
          [&](std::size_t k, std::size_t at) {
              blurCells(cells_[k].data() + at, 1, weight, plan_.radius, blurred_[k].data() + at,
                        cellsAcross_, options_.intensity);
          });
+    repeatEnds(blurred_, plan_.radius);
     pass(workers, along_, glow_, spread_, 0, (reach + cellsDown_ - 1) / cellsDown_,
          [&](std::size_t k, std::size_t at) {
              blurCells(blurred_[k].data() + at, stride_, weight, plan_.radius,
                        spread_[k].data() + at, cellsAcross_, 1.0F);
          });
+    repeatSides(spread_, kBeside);
+    repeatEnds(spread_, kBeside);
     tilesSpread_ = static_cast<int>(std::count(glow_.begin(), glow_.end(), 1));
     workers.each(static_cast<int>(seen_.size()), [&](int tile, int) {
         const auto at = static_cast<std::size_t>(tile);

@@ -14,11 +14,12 @@
 namespace platform {
 
 // Bright light, averaged over cells of some pixels a side, blurred there and
-// stretched again by cubic splines. Only the tiles that bright light reaches are
-// worked on. Steady sizes allocate nothing.
+// stretched again by cubic splines. Beyond its edges the picture goes on as at them. Only the tiles
+// that bright light reaches are worked on. Steady sizes allocate nothing.
 class SceneGlow {
   public:
     struct Options {
+        QSize picture;  // pixels
         QSize tiles;
         float intensity = 0.0F;  // 0: none
         float threshold = 1.0F;
@@ -51,6 +52,8 @@ class SceneGlow {
 
     void fit();
     void clearCells(Planes& planes, int tile);
+    void repeatSides(Planes& planes, int reach) const;
+    void repeatEnds(Planes& planes, int reach) const;
     [[nodiscard]] char coloursSeen(int tile) const;
     [[nodiscard]] std::size_t cellAt(int tileX, int tileY) const;
     [[nodiscard]] bool anyNear(const Flags& flags, int tile, int across, int down) const;

@@ -107,18 +107,19 @@ void resolveLight(SceneTile& tile) {
     tile.sampledLight = false;
 }
 
+// A row of cells, each the average of those of its pixels that lie in the picture.
 void putCells(const std::array<std::array<float, kTileStride>, 3>& sums, const BrightCells& bright,
-              int row) {
+              const SceneTile& tile, int row) {
     const int reduction = bright.reduction;
-    const float share = 1.0F / static_cast<float>(reduction * reduction);
-    const int across = std::max(1, kTileWidth / reduction);
+    const int down = std::min(reduction, tile.height - row * reduction);
     for (std::size_t k = 0; k < 3; ++k) {
         float* const to = bright.plane[k] + static_cast<std::ptrdiff_t>(row) * bright.stride;
-        for (int cell = 0; cell < across; ++cell) {
+        for (int first = 0; first < tile.width; first += reduction) {
+            const int end = std::min(first + reduction, tile.width);
             float sum = 0.0F;
-            for (int i = 0; i < std::min(reduction, kTileWidth); ++i)
-                sum += sums[k][static_cast<std::size_t>(cell * reduction + i)];
-            to[cell] += sum * share;
+            for (int i = first; i < end; ++i)
+                sum += sums[k][static_cast<std::size_t>(i)];
+            to[first / reduction] += sum / static_cast<float>((end - first) * down);
         }
     }
 }
@@ -209,7 +210,7 @@ PackedTile packTile(const SceneTile& tile, const BrightCells* bright, std::uint3
             if (bright) sums.add(tile, light, bright->threshold, x, row);
         }
         if (!sums.any || ((row + 1) % bright->reduction != 0 && row + 1 != tile.height)) continue;
-        putCells(sums.column, *bright, row / bright->reduction);
+        putCells(sums.column, *bright, tile, row / bright->reduction);
         sums.clear();
         result.bright = true;
     }

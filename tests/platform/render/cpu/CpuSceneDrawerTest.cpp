@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/scene/DrawList.h"
+#include "platform/scene/Shading.h"
 #include "tests/support/StandInScenes.h"
 
 namespace platform::test {
@@ -196,6 +197,26 @@ TEST(CpuSceneDrawer, ASceneWithoutLightIsBlackAndCostsNothing) {
     EXPECT_EQ(drawer.counts().drawn, 0);
     EXPECT_EQ(drawer.counts().encoded, 0);
     EXPECT_EQ(drawer.counts().glowing, 0);
+}
+
+TEST(CpuSceneDrawer, EvenLightGlowsEvenlyToThePicturesEdges) {
+    const Scene scene;
+    DrawList list;
+    extract(scene, 1.6, list);
+    list.background = {0.02F, 0.5F, 0.1F, 1.0F};
+    list.camera.bloomIntensity = 0.6F;
+    list.camera.bloomThreshold = 0.2F;
+    for (const float radius : {3.0F, 8.0F, 30.0F})
+        for (const QSize size : {QSize(128, 64), QSize(333, 190), QSize(70, 33), QSize(5, 3)}) {
+            list.camera.bloomBlurRadius = radius;
+            CpuSceneDrawer drawer;
+            const QImage image = drawer.picture(list, size);
+            const double light = composite(glm::dvec3(0.5), glm::dvec3(0.3), 0.6).g;
+            for (int y = 0; y < size.height(); ++y)
+                for (int x = 0; x < size.width(); ++x)
+                    ASSERT_NEAR(qGreen(image.pixel(x, y)), 255.0 * light, 1.0)
+                        << x << ' ' << y << ' ' << size.width() << ' ' << radius;
+        }
 }
 
 // Shapes with places that are no number, or too large, are left out; the rest is drawn.
