@@ -92,7 +92,8 @@ int main(int argc, char** argv) {
         meet(scene, map + QStringLiteral("/../bin/brixtel-saver"),
              {QStringLiteral("--venster=") + opties.maat, QStringLiteral("--keuze=") + scene,
               QStringLiteral("--seconden=") + opties.seconden,
-              QStringLiteral("--tekenaar=") + opties.tekenaar, QStringLiteral("--meet")},
+              QStringLiteral("--tekenaar=") + opties.tekenaar, QStringLiteral("--meet"),
+              QStringLiteral("--volle-snelheid")},
              server, seconden, vloer);
     return 0;
 }

@@ -22,6 +22,7 @@
 #include "hosts/gedeeld/Signalen.h"
 #include "hosts/gedeeld/Uitvoer.h"
 #include "hosts/gedeeld/Voorraad.h"
+#include "platform/time/ProcessUsage.h"
 #include "platform/window/DesktopWorkspace.h"
 #include "platform/window/systems/WindowSystems.h"
 
@@ -100,6 +101,8 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
     auto toeval = platform::RandomSource::fromSystem();
     platform::DistributedNotificationCenter berichten(bus);
     platform::WindowServer server(klok, {.system = platform::openWindowSystem(klok)});
+    server.limitWork({.share = platform::WorkBudget::shareOf(platform::processorCount())},
+                     platform::processCpuSeconds);
     platform::DesktopWorkspace werkruimte(server, berichten);
     brixtel::Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval});
     // A desktop that ends takes the window system along; the program ends without a

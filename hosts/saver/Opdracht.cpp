@@ -375,7 +375,8 @@ Wat:
                          dat er is)
   --seconden=N           houdt na N seconden vanzelf op
   --fps                  toont het aantal beelden per seconde
-  --volle-snelheid       ook op de accu alle beelden, en niet de helft
+  --volle-snelheid       alle beelden, ook op de accu, en zo scherp als het gaat:
+                         zonder grens aan wat de processor doet
   --meet                 drukt aan het eind één regel JSON met metingen af
 
 Verder:

@@ -55,7 +55,7 @@ struct Opdracht {
     std::optional<double> seconden;
     bool meet = false;
     bool fps = false;
-    bool volleSnelheid = false;  // on battery too
+    bool volleSnelheid = false;  // on battery too, whatever the processor takes
     bool json = false;
     platform::DrawerChoice tekenaar = platform::DrawerChoice::Auto;
     QString venstersysteem;  // its name; empty for the session's

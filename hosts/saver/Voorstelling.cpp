@@ -7,6 +7,7 @@
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "hosts/saver/BeeldTeller.h"
 #include "platform/session/Preferences.h"
+#include "platform/time/ProcessUsage.h"
 #include "platform/time/Queue.h"
 
 namespace brixtel {
@@ -17,6 +18,9 @@ using platform::Window;
 namespace {
 // A host's window smaller than this is the preview in the host's settings.
 constexpr QSizeF kKlein(480.0, 360.0);
+// The preview's share of one processor, and the most of the display's frames to one of its own.
+constexpr double kDeelKlein = 0.08;
+constexpr int kTempoKlein = 8;
 const QLatin1String kStopt("com.apple.screensaver.willstop");
 }  // namespace
 
@@ -212,6 +216,9 @@ void Voorstelling::toonBijGastheer() {
     const QSizeF maat = doek.venster->frame().size();
     zonderVenster_ = maat.isEmpty();
     const bool klein = maat.width() < kKlein.width() && maat.height() < kKlein.height();
+    if (klein)
+        server_.limitWork({.share = kDeelKlein, .mostPace = kTempoKlein},
+                          platform::processCpuSeconds);
     vul(doek, {QPointF(0, 0), maat}, opdracht_.voorvertoning || klein);
     doek.venster->show();
     doeken_.push_back(std::move(doek));

@@ -137,6 +137,9 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
                                          .pictures = beelden ? &*beelden : nullptr});
     if (!server.isConnected()) return -meldNaam(QString::fromUtf8(kGeenScherm), kFout);
     server.onConnectionLost([&server] { std::_Exit(uitgangNaVerlies(server)); });
+    if (!opdracht.volleSnelheid)
+        server.limitWork({.share = platform::WorkBudget::shareOf(platform::processorCount())},
+                         platform::processCpuSeconds);
 
     int doorSignaal = 0;
     std::optional<brixtel::Voorstelling> voorstelling;

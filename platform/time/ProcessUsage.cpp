@@ -6,9 +6,11 @@
 #include <time.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <thread>
 
 namespace platform {
 
@@ -24,6 +26,12 @@ double peakMemoryMb() {
     return 0.0;
 }
 
+double secondsOf(clockid_t clock) {
+    timespec spent{};
+    clock_gettime(clock, &spent);
+    return static_cast<double>(spent.tv_sec) + 1e-9 * static_cast<double>(spent.tv_nsec);
+}
+
 }  // namespace
 
 ProcessUsage processUsage() {
@@ -36,10 +44,16 @@ ProcessUsage processUsage() {
             .peakMemoryMb = peakMemoryMb()};
 }
 
+double processCpuSeconds() {
+    return secondsOf(CLOCK_PROCESS_CPUTIME_ID);
+}
+
+int processorCount() {
+    return std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+}
+
 double threadCpuSeconds() {
-    timespec spent{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &spent);
-    return static_cast<double>(spent.tv_sec) + 1e-9 * static_cast<double>(spent.tv_nsec);
+    return secondsOf(CLOCK_THREAD_CPUTIME_ID);
 }
 
 double secondsSinceProcessStart() {

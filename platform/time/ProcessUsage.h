@@ -11,6 +11,13 @@ struct ProcessUsage {
 
 [[nodiscard]] ProcessUsage processUsage();
 
+// User and system time of all threads of this process so far, in seconds. Costs no more
+// than a call of the kernel.
+[[nodiscard]] double processCpuSeconds();
+
+// Processors that this process may run on, at least 1.
+[[nodiscard]] int processorCount();
+
 // User and system time of the calling thread so far, in seconds.
 [[nodiscard]] double threadCpuSeconds();
 

@@ -18,6 +18,7 @@ struct SceneFrame {
     Rgba background;            // under the scene's own
     int sampleCount = 1;        // per pixel, against jagged edges
     double interval = 0;        // seconds from frame to frame that are wanted; 0: the display's own
+    double resolution = 1.0;    // pixels drawn per pixel shown at most, where the processor draws
     bool hasScene = false;
     DrawList list;  // the scene's, if there is one
 };

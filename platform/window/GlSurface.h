@@ -40,7 +40,7 @@ class GlSurface final : public Surface {
     [[nodiscard]] bool failsScenes() const override { return showsScene_ && failsScenes_; }
     void frameTook(double seconds) override;
 
-    [[nodiscard]] bool isSoftware() const { return context_->isSoftware(); }
+    [[nodiscard]] bool isSoftware() const override { return context_->isSoftware(); }
 
   private:
     GlSurface(std::unique_ptr<EglTarget> target, ResetQuery resetStatus)

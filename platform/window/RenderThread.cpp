@@ -80,6 +80,7 @@ Surface::Result RenderThread::work(Surface& surface) {
 
 void RenderThread::noteDrawer(const Surface& surface) {
     rung_ = surface.rung();
+    software_ = surface.isSoftware();
     const std::lock_guard lock(mutex_);
     if (drawer_ != surface.drawer()) drawer_ = surface.drawer();
 }

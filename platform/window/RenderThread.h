@@ -45,6 +45,8 @@ class RenderThread final : public FrameSink {
     // The drawer of the last frame; empty until the surface is made.
     [[nodiscard]] QString drawer() const;
     [[nodiscard]] int rung() const { return rung_; }
+    // Whether the processor drew the last frame.
+    [[nodiscard]] bool isSoftware() const { return software_; }
 
   private:
     void run();
@@ -75,6 +77,7 @@ class RenderThread final : public FrameSink {
 
     std::atomic<std::uint64_t> frames_{0};
     std::atomic<int> rung_{0};
+    std::atomic<bool> software_{false};
     const int endingFd_;
     std::thread thread_;
 };

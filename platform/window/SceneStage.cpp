@@ -45,8 +45,12 @@ SceneStage::SceneStage(std::unique_ptr<CpuSceneDrawer> memory,
 SceneStage::~SceneStage() = default;
 
 int SceneStage::rung() const {
-    if (!ladder_ || (memory_ && ladder_->quality().resolution >= 1.0)) return 0;
-    return ladder_->rung();
+    if (!ladder_ || (memory_ && resolution_ >= 1.0)) return 0;
+    const auto asCoarse = std::find_if(
+        kQualityRungs.begin(), kQualityRungs.end(),
+        [this](const SceneQuality& quality) { return quality.resolution <= resolution_; });
+    const auto coarse = static_cast<int>(asCoarse - kQualityRungs.begin());
+    return std::clamp(coarse, ladder_->rung(), static_cast<int>(kQualityRungs.size()) - 1);
 }
 
 SceneQuality SceneStage::quality(const SceneFrame& scene, QSize size) {
@@ -65,6 +69,8 @@ SceneQuality SceneStage::quality(const SceneFrame& scene, QSize size) {
     if (std::exchange(size_, size) != size) ladder_->sizeChanged();
     SceneQuality quality = ladder_->quality();
     quality.samples = std::min(quality.samples, scene.sampleCount);
+    if (software_) quality.resolution = std::min(quality.resolution, scene.resolution);
+    resolution_ = quality.resolution;
     return quality;
 }
 

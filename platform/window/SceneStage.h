@@ -61,6 +61,7 @@ class SceneStage {
     std::unique_ptr<QualityLadder> ladder_;
     double budget_ = 0.0;
     QSize size_;
+    double resolution_ = 1.0;  // of the last frame
     std::vector<QRect> changed_;
 };
 

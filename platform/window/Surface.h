@@ -43,6 +43,9 @@ class Surface {
     [[nodiscard]] virtual const QString& drawer() const = 0;
     [[nodiscard]] virtual int rung() const { return 0; }
 
+    // Whether the processor does the drawing.
+    [[nodiscard]] virtual bool isSoftware() const { return true; }
+
     // Whether the last frame had a scene that could not be drawn.
     [[nodiscard]] virtual bool failsScenes() const { return false; }
 

@@ -97,6 +97,9 @@ double WindowCore::build(Frame& frame, double time) {
     const double shown = pictures ? pictures->now() : time;
     FrameBuilder builder(frame, shown);
     builder.add(*window_.content_);
+    window_.server_.frameBuilt(time);
+    for (FramePass& pass : frame.passes)
+        pass.scene.resolution = window_.server_.measure().resolution;
     if (pictures && pictures->isResting()) return std::numeric_limits<double>::infinity();
     return builder.nextChange() + (time - shown);
 }
@@ -106,7 +109,7 @@ void WindowCore::geometryChanged() {
     if (!drawing) return;
     const std::optional<Screen> on = screen();
     const double rate = on ? on->refreshRate : Screen().refreshRate;
-    drawing->setFrameInterval(window_.server_.pace() / rate);
+    drawing->setFrameInterval(window_.server_.pace() * window_.server_.measure().pace / rate);
     drawing->requestFrame();
 }
 

@@ -50,6 +50,7 @@ class WindowDrawing {
     [[nodiscard]] std::optional<double> firstFrameTime() const { return firstFrameTime_; }
     [[nodiscard]] QString drawer() const { return renderer_->drawer(); }
     [[nodiscard]] int rung() const { return renderer_->rung(); }
+    [[nodiscard]] bool isSoftware() const { return renderer_->isSoftware(); }
 
   private:
     // Forwards frames to the present render thread.

@@ -63,6 +63,29 @@ void WindowServer::setPace(int divisor) {
         window->geometryChanged();
 }
 
+void WindowServer::limitWork(const WorkBudget::Options& options,
+                             std::function<double()> cpuSeconds) {
+    budget_.emplace(options);
+    cpuSeconds_ = std::move(cpuSeconds);
+    take({});
+}
+
+void WindowServer::frameBuilt(double time) {
+    if (!budget_ || !budget_->wants(time)) return;
+    const bool isSoftware = std::any_of(
+        windows_.begin(), windows_.end(),
+        [](const WindowCore* window) { return window->drawing && window->drawing->isSoftware(); });
+    if (!isSoftware || !budget_->used(time, cpuSeconds_())) return;
+    // Windows cannot change their rhythm while a frame is built.
+    newMeasure_ = Timer(clock_, {.interval = 0.0}, [this] { take(budget_->measure()); });
+}
+
+void WindowServer::take(const WorkMeasure& measure) {
+    if (std::exchange(measure_, measure) == measure) return;
+    for (WindowCore* window : windows_)
+        window->geometryChanged();
+}
+
 void WindowServer::setDisplayAsleep(bool asleep) {
     asleep_ = asleep;
     for (WindowCore* window : windows_)

@@ -5,10 +5,13 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
+#include "platform/render/WorkBudget.h"
 #include "platform/time/MediaClock.h"
 #include "platform/time/RestableClock.h"
+#include "platform/time/Timer.h"
 #include "platform/window/Surface.h"
 
 namespace platform {
@@ -49,6 +52,13 @@ class WindowServer {
     void setPace(int divisor);
     [[nodiscard]] int pace() const { return pace_; }
 
+    // Keeps the program to a share of the processors while the processor draws its windows,
+    // as WorkBudget tells; without a call there is no limit. `cpuSeconds` tells the processor
+    // time that the program has used so far, on the main thread, at most once a second, and
+    // only while there are frames.
+    void limitWork(const WorkBudget::Options& options, std::function<double()> cpuSeconds);
+    [[nodiscard]] const WorkMeasure& measure() const { return measure_; }
+
     // While the display sleeps no window has frames. The server watches the display itself.
     void setDisplayAsleep(bool asleep);
     [[nodiscard]] bool isDisplayAsleep() const { return asleep_; }
@@ -78,6 +88,9 @@ class WindowServer {
     void cameToFront(Window& window);
     void becameKey(Window& window);
     void dropped(Window& window);
+    // A frame was built at this time of the clock.
+    void frameBuilt(double time);
+    void take(const WorkMeasure& measure);
 
     MediaClock& clock_;
     const WindowServerOptions options_;
@@ -86,6 +99,10 @@ class WindowServer {
     std::vector<Window*> shown_;  // lowest level first, then in order of showing
     std::vector<WindowCore*> windows_;
     int pace_ = 1;
+    std::optional<WorkBudget> budget_;
+    std::function<double()> cpuSeconds_;
+    WorkMeasure measure_;
+    Timer newMeasure_;
     bool asleep_ = false;
 };
 

@@ -25,6 +25,7 @@ struct Drawn {
     std::mutex mutex;
     std::vector<double> opacities;
     std::vector<QSize> sizes;
+    bool bySoftware = true;
 
     [[nodiscard]] std::size_t frames() {
         const std::lock_guard lock(mutex);
@@ -48,6 +49,7 @@ class Paper final : public Surface {
     Result repair(const platform::Frame&, std::span<const QRect>) override { return Result::Drawn; }
     Result finish() override { return Result::Drawn; }
     [[nodiscard]] const QString& drawer() const override { return name_; }
+    [[nodiscard]] bool isSoftware() const override { return drawn_.bySoftware; }
 
   private:
     Drawn& drawn_;
@@ -169,6 +171,83 @@ struct OtherSystem : testing::Test {
                             [](QSize size) { return size == QSize(150, 90); });
     }
 };
+
+// A program that takes a share of a processor, whatever it draws, on a clock moved by hand.
+struct BusyProgram {
+    platform::ManualClock clock;
+    WindowServer server;
+    Window window;
+    double share = 0.5;
+    double cpuSeconds = 0.0;
+    int asked = 0;
+    std::vector<platform::WorkMeasure> taken;
+
+    explicit BusyProgram(const std::shared_ptr<PaperSystem>& system)
+        : server(clock, {.system = system}), window(server, {.frame = {0, 0, 100, 60}}) {
+        server.limitWork({.share = 1.0}, [this] {
+            ++asked;
+            return cpuSeconds;
+        });
+        window.contentView()->setWantsLayer(true);
+        window.contentView()->layer()->setBackgroundColor(Qt::green);
+        window.show();
+    }
+    void passSecond(bool changes = true) {
+        auto& layer = *window.contentView()->layer();
+        if (changes) layer.setOpacity(layer.opacity() > 0.5 ? 0.4 : 1.0);
+        clock.advance(1.0);
+        cpuSeconds += share;
+        if (taken.empty() || taken.back() != server.measure()) taken.push_back(server.measure());
+    }
+    void passSeconds(int count) {
+        for (int i = 0; i < count; ++i)
+            passSecond();
+    }
+};
+
+TEST_F(OtherSystem, AProgramThatTakesTooMuchDrawsLessAndMoreAgainWhenThereIsRoom) {
+    BusyProgram program(system);
+    program.share = 3.0;
+    ASSERT_TRUE(until([&] {
+        program.passSecond();
+        return program.server.measure().pace == 2;
+    }));
+    EXPECT_EQ(program.taken,
+              (std::vector<platform::WorkMeasure>(platform::kWorkMeasures.begin(),
+                                                  platform::kWorkMeasures.begin() + 5)));
+    program.share = 0.1;
+    program.passSeconds(60);
+    EXPECT_EQ(program.server.measure(), platform::kWorkMeasures[0]);
+}
+
+TEST_F(OtherSystem, WhatAProgramTakesIsAskedAtMostOnceASecondAndOnlyForFrames) {
+    BusyProgram program(system);
+    ASSERT_TRUE(until([&] {
+        program.passSecond();
+        return program.asked > 0;
+    }));
+    program.asked = 0;
+    program.passSeconds(30);
+    EXPECT_GE(program.asked, 15);
+    EXPECT_LE(program.asked, 30);
+    program.asked = 0;
+    for (int i = 0; i < 30; ++i)
+        program.passSecond(false);
+    EXPECT_EQ(program.asked, 0);
+}
+
+TEST_F(OtherSystem, WhereTheProcessorDoesNotDrawNoWorkIsCounted) {
+    system->drawn.bySoftware = false;
+    BusyProgram program(system);
+    program.share = 3.0;
+    ASSERT_TRUE(until([&] {
+        program.passSecond();
+        return system->drawn.frames() > 1;
+    }));
+    program.passSeconds(60);
+    EXPECT_EQ(program.asked, 0);
+    EXPECT_EQ(program.server.measure(), platform::kWorkMeasures[0]);
+}
 
 TEST_F(OtherSystem, AWindowIsDrawnAtItsFractionOfAPixel) {
     EXPECT_EQ(window.windowNumber(), 0);

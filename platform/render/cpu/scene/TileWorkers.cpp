@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <system_error>
 
+#include "platform/time/ProcessUsage.h"
+
 namespace platform {
 
 namespace {
@@ -15,7 +17,7 @@ constexpr int kTaken = 4;
 
 int threadsFor(int asked) {
     if (asked > 0) return std::min(asked, kMostThreads);
-    return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostThreads);
+    return std::min(processorCount(), kMostThreads);
 }
 
 }  // namespace
