@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 #include <glm/gtc/type_ptr.hpp>
+#include <optional>
 
 #include "composite.frag.h"
 #include "platform/render/egl/Egl.h"
@@ -77,6 +78,15 @@ struct SceneRenderer::Parts {
     GlVertexArray noVertices = GlVertexArray::make();
     GpuTimer timer;
     SceneQuality quality;
+    // A request that was fitted with less than wanted, so that the next frame does not ask the
+    // driver again for what it refused.
+    struct Request {
+        QSize size;
+        int samples = 0;
+        bool depth = false;
+        bool operator==(const Request&) const = default;
+    };
+    std::optional<Request> fitted;
     int drawCalls = 0;
     int maxSamples = 0;
 };
@@ -108,9 +118,16 @@ bool SceneRenderer::Parts::fitSamples(const DrawList& list, QSize size, const Sc
 // Fits the canvas, with a smaller range of light where the driver cannot do more.
 bool SceneRenderer::Parts::fit(const DrawList& list, QSize size, const SceneQuality& wanted) {
     start(list, wanted);
-    if (options.floatTargets && fitSamples(list, size, kHalfFloats)) return true;
-    if (options.floatTargets && fitSamples(list, size, kSixteenBits)) return true;
-    return fitSamples(list, size, kEightBits);
+    const Request request{size, quality.samples, ScenePass::needsDepth(list)};
+    if (fitted == request) {
+        quality.samples = canvas.options().samples;
+        return true;
+    }
+    const bool fits = (options.floatTargets && (fitSamples(list, size, kHalfFloats) ||
+                                                fitSamples(list, size, kSixteenBits))) ||
+                      fitSamples(list, size, kEightBits);
+    fitted = fits ? std::optional(request) : std::nullopt;
+    return fits;
 }
 
 // `shown` is the height in shown pixels.

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Whole pictures of small scenes: colours, order, batches, drivers.
+#include <epoxy/gl.h>
+
 #include <cmath>
+#include <utility>
 
 #include "platform/render/cpu/CpuDrawer.h"
 #include "platform/scene/Shading.h"
@@ -233,6 +236,64 @@ TEST_F(SceneRendererTest, ADriverWithoutSamplesDrawsWithout) {
     stage.add(square(1, constant(QColor(Qt::white))), {0, 0, -1});
     EXPECT_EQ(green(picture(stage, {16, 16}), 8, 8), 255);
     EXPECT_EQ(snapshot_->renderer().quality().samples, 1);
+}
+
+// A driver that has no image of several samples, told only when one is asked for.
+class Refusal {
+  public:
+    Refusal() {
+        // The first call resolves each function.
+        glCheckFramebufferStatus(GL_FRAMEBUFFER);
+        GLuint none = 0;
+        glGenRenderbuffers(0, &none);
+        status_ = std::exchange(epoxy_glCheckFramebufferStatus, refuse);
+        make_ = std::exchange(epoxy_glGenRenderbuffers, countMade);
+        asked = made = 0;
+    }
+    ~Refusal() {
+        epoxy_glCheckFramebufferStatus = status_;
+        epoxy_glGenRenderbuffers = make_;
+    }
+    Refusal(const Refusal&) = delete;
+    Refusal& operator=(const Refusal&) = delete;
+
+    static inline int asked = 0;
+    static inline int made = 0;
+
+  private:
+    static GLenum EPOXY_CALLSPEC refuse(GLenum target) {
+        ++asked;
+        GLint samples = 0;
+        glGetIntegerv(GL_SAMPLES, &samples);
+        return samples > 1 ? GL_FRAMEBUFFER_UNSUPPORTED : status_(target);
+    }
+    static void EPOXY_CALLSPEC countMade(GLsizei count, GLuint* names) {
+        made += count;
+        make_(count, names);
+    }
+    static inline PFNGLCHECKFRAMEBUFFERSTATUSPROC status_ = nullptr;
+    static inline PFNGLGENRENDERBUFFERSPROC make_ = nullptr;
+};
+
+TEST_F(SceneRendererTest, ADriverThatRefusesSamplesIsAskedOnceForEachSize) {
+    const auto scene = makeBlocks(1);
+    DrawList list;
+    extract(*scene, 1.6, list);
+    ASSERT_FALSE(snapshot_->picture(list, QSizeF(64, 40)).isNull());
+    const Refusal refusal;
+    for (const QSizeF size : {QSizeF(80, 50), QSizeF(96, 60)}) {
+        Refusal::made = 0;
+        ASSERT_FALSE(snapshot_->picture(list, size).isNull());
+        EXPECT_EQ(snapshot_->renderer().quality().samples, 1);
+        EXPECT_GT(Refusal::made, 0);
+        Refusal::made = Refusal::asked = 0;
+        for (int i = 0; i < 3; ++i) {
+            ASSERT_FALSE(snapshot_->picture(list, size).isNull());
+            EXPECT_EQ(snapshot_->renderer().quality().samples, 1);
+        }
+        EXPECT_EQ(Refusal::made, 0);
+        EXPECT_EQ(Refusal::asked, 0);
+    }
 }
 
 TEST_F(SceneRendererTest, ADriverWithoutFloatTargetsShowsTheSameBelowWhite) {
