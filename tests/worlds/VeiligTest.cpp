@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/layers/DisplayListBuilder.h"
-#include "platform/render/SceneSnapshot.h"
+#include "tests/support/SceneSnapshot.h"
 #include "rain/MatrixRegen.h"
 #include "tests/support/CpuPicture.h"
 #include "tests/support/FlashAnalysis.h"
