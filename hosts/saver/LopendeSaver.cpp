@@ -64,7 +64,7 @@ QString LopendeSaver::beeindig(std::chrono::milliseconds geduld) {
     if (!open() || flock(bestand_, LOCK_EX | LOCK_NB) == 0) return {};
     const pid_t wie = nummerIn(bestand_);
     const int proces = wie > 1 ? openProces(wie) : -1;
-    // It may have ended just now.
+    // The saver may have ended just now.
     if (proces < 0) return {};
     // Its number may be another's by now, unless the lock is still held.
     const bool isHet = flock(bestand_, LOCK_EX | LOCK_NB) != 0;

@@ -33,7 +33,7 @@ class DistributedNotificationCenter {
     DistributedNotificationCenter(const DistributedNotificationCenter&) = delete;
     DistributedNotificationCenter& operator=(const DistributedNotificationCenter&) = delete;
 
-    // That of the running session; empty when there is none. Never starts one.
+    // The address of the running session bus; empty when there is none. Never starts a bus.
     [[nodiscard]] static QString sessionBusAddress();
 
     // Calls the handler for every notification of that name, which is made of at

@@ -20,7 +20,7 @@ inline constexpr const char* kSaverDidStart = "com.apple.screensaver.didstart";
 inline constexpr const char* kSaverWillStop = "com.apple.screensaver.willstop";
 
 // The interfaces whose ActiveChanged says that a saver or lock begins or ends.
-// That of KDE is the freedesktop one.
+// KDE has the freedesktop interface.
 inline constexpr std::array kSaverInterfaces{
     "org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver", "org.mate.ScreenSaver",
     "org.cinnamon.ScreenSaver",    "org.xfce.ScreenSaver",

@@ -200,7 +200,7 @@ TEST_F(Venster, ClickingAButtonUnmarksAllOthersAlsoIfThePlatformsGroupingDidNot)
     EXPECT_EQ(aan(*venster), std::vector{2});
     venster->knoppen()[4]->click();
     EXPECT_EQ(aan(*venster), std::vector{4});
-    // It marks what was clicked, also where that was on: one is always marked.
+    // A click on the marked button leaves the button marked: one is always marked.
     venster->knoppen()[4]->click();
     EXPECT_EQ(aan(*venster), std::vector{4});
 }
@@ -253,7 +253,7 @@ TEST_F(Venster, AttachedAsASheetItsParentIsAskedToEndIt) {
     venster->showAbove({});
     venster->sluit();
     EXPECT_EQ(ouder.geeindigd, std::vector<platform::Sheet*>{venster.get()});
-    // That is the parent's to do.
+    // The parent hides the sheet.
     EXPECT_TRUE(venster->isShown());
     EXPECT_EQ(gemeld.size(), 1U);
 }

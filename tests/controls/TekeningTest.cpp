@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the kit draws lies on whole device pixels, at every scale and place.
+// The kit draws on whole device pixels, at every scale and place.
 #include <gtest/gtest.h>
 
 #include <QColor>

@@ -101,7 +101,7 @@ class Pakket : public testing::Test {
         ASSERT_EQ(gedraaid.uitgang, 0) << gedraaid.fouten.constData();
     }
 
-    // What it links is found out, and what it loads by name is named.
+    // The packager finds the linked libraries; libraries loaded by name are named.
     void verwachtAfhankelijkheden(const QString& pakket) const {
         const auto veld = [&](const char* naam) {
             return draai({QStringLiteral("dpkg-deb"), QStringLiteral("--field"), pakket,
@@ -152,7 +152,7 @@ class Pakket : public testing::Test {
                 << naam;
     }
 
-    // Of ours all comes from where it is installed.
+    // Every file of the project comes from where the package installs it.
     void verwachtBlad() const {
         const QString beeld = map.filePath(QStringLiteral("blad.png"));
         const Gedraaid gedraaid =

@@ -246,7 +246,7 @@ TEST_F(BolLabelsTest, HaveNightBehindThemAndTheHomeRingBehindThat) {
     EXPECT_GE(nacht.scale().y, letters.geometry()->size().y);
     EXPECT_GT(letters.renderingOrder(), nacht.renderingOrder());
     EXPECT_GT(nacht.renderingOrder(), bol_->bol()->find("ring")->renderingOrder());
-    // It takes nothing away from arcs and lights.
+    // The dark plate takes nothing away from arcs and lights.
     EXPECT_LT(nacht.renderingOrder(), steun::deel(*bol_, 0, 0).renderingOrder());
     EXPECT_LT(nacht.renderingOrder(), steun::deel(*bol_, 0, 2).renderingOrder());
 }

@@ -45,7 +45,7 @@ std::string alsTekst(std::uint32_t adres) {
     return inet_ntop(AF_INET, &inNetwerk, tekst.data(), tekst.size());
 }
 
-// That one address lies in the Atlantic; home is the Netherlands.
+// A table in which kEigen alone lies in the Atlantic; home is the Netherlands.
 brixtel::LandenInhoud eigenTabel() {
     return {.landen = {{"AQ", 25.0, -40.0}, {"NL", 52.25, 5.5}},
             .v4 = {kEigen, kEigen + 1},

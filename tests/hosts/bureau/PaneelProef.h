@@ -44,7 +44,7 @@ class PaneelProef : public BureauProef {
         for (int i = 0; i < top->childCount(); ++i)
             elke(top->child(i), doe);
     }
-    // That role and name, in the group of that name; none or several are a failure.
+    // The item of that role and name, in the group of that name; none or several are a failure.
     QAccessibleInterface* vind(QAccessible::Role rol, const char* naam,
                                const char* groep = nullptr) {
         QAccessibleInterface* const in = groep ? vind(QAccessible::Grouping, groep)

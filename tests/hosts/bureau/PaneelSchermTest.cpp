@@ -223,7 +223,7 @@ TEST_F(OpHetScherm, WhereNoSceneCanBeDrawnItRainsUntilAnotherIsChosen) {
     ASSERT_EQ(inhoud()->layer()->sublayers().size(), 1U);
     EXPECT_TRUE(straks([&] { return groen(beeld()) > 0.01; }));
     EXPECT_GT(verschil(stil(), kubus), 0.05);
-    // It is the rain, to its density and speed.
+    // The preview shows the rain, to its density and speed.
     const auto regen = inhoud()->layer()->sublayers().front();
     sleep("Snelheid");
     EXPECT_NEAR(regen->time().speed, nu().keuzes.snelheid, 1e-6);

@@ -254,7 +254,7 @@ TEST_F(Sessie, ItStartsWithTheSessionIfAsked) {
     const QString tekst = QString::fromUtf8(ingang.readAll());
     const QString regel = tekst.section(QStringLiteral("\nExec="), 1).section(u'\n', 0, 0);
     EXPECT_EQ(regel, QStringLiteral("\"" BRIXTEL_BUILD_DIR "/bin/brixtel-bureau\" --dienst"));
-    // It goes with the program.
+    // The entry does nothing once the program is removed.
     EXPECT_TRUE(
         tekst.contains(QStringLiteral("\nTryExec=" BRIXTEL_BUILD_DIR "/bin/brixtel-bureau\n")));
     // Nothing was started for it.
@@ -303,7 +303,7 @@ TEST_F(Sessie, AnOwnerThatIsKilledLeavesNothingAndANewOneStarts) {
 
 TEST_F(Sessie, AStartWhileTheOwnerGoesTakesItsPlace) {
     ASSERT_TRUE(begin());
-    // It hears what it is asked no more.
+    // The stopped owner hears no calls.
     ::kill(static_cast<pid_t>(eigenaar.processId()), SIGSTOP);
     BusMonitor luisteraar(bus, QStringLiteral("type=method_call,member=ToonZwart"));
     ASSERT_TRUE(luisteraar.isReady());

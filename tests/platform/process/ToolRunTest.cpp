@@ -125,7 +125,7 @@ TEST(ToolRun, AStopEndsAToolThatHangsAndItsChildren) {
     worker.join();
     EXPECT_EQ(text, "nothing");
     EXPECT_FALSE(steun::heeftKinderen());
-    // It is another's child: told to end, not waited for.
+    // The tool is another process's child: told to end, not waited for.
     pollfd end{ended, POLLIN, 0};
     EXPECT_EQ(poll(&end, 1, 10'000), 1);
     close(ended);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What findDamage leaves out looks the same before and after; and repainting
-// what it names makes the one picture into the other.
+// Pixels that findDamage leaves out look the same before and after; repainting
+// the pixels it names makes the one picture into the other.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -17,7 +17,7 @@ namespace platform::test {
 
 inline constexpr double kClock = 1000.0;
 
-// What the tree looks like at the clock's time.
+// Lists the tree as it looks at the clock's time.
 inline void build(DisplayList& list, Layer& root, double clockTime = kClock) {
     DisplayListBuilder(list, clockTime).add(root, {}, root.frame());
 }
