@@ -138,7 +138,7 @@ void InstellingenVenster::sluit() {
 }
 
 void InstellingenVenster::showAbove(const platform::WindowRef& above) {
-    winId();  // makes the window
+    create();
     platform::askForDarkFrame(*windowHandle());
     platform::askForTitleOnly(*windowHandle());
     if (const auto plaats = platform::placeOf(above)) {

@@ -60,8 +60,8 @@ void MatrixCentrale::toonZwart(std::optional<DrieSoort> drie) {
     if (!server.isConnected() || server.system().capabilities().returnsKeyboard)
         vorigeApp_ = voorsteApp();
     soort_ = drie;
-    if (drie && bronnen_.server.isConnected())
-        opwarming_ = std::make_unique<platform::SceneWarmUp>();
+    if (drie && server.isConnected() && server.system().capabilities().drawsOnGpu)
+        opwarming_ = std::make_unique<platform::SceneWarmUp>(server.options().drawer);
     for (const Screen& scherm : platform::distinctRectangles(bronnen_.schermen()))
         zwart_.push_back(maakZwart(scherm, Opkomst::Geleidelijk));
     startKlok();

@@ -43,7 +43,7 @@ constexpr const char* kGeenScherm =
     "er is geen scherm om op te tekenen; met --plaatje kan het zonder";
 
 // Qt's messages are for developers, and a host would show them to people. A fatal one would
-// dump core, as when the X server goes away while Qt starts.
+// dump core, as when the display goes away while Qt starts.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     if (soort != QtFatalMsg) return;
     const bool erIsScherm = platform::DisplayCheck().isReachable();

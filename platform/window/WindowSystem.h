@@ -8,6 +8,7 @@
 #include "platform/window/NativeWindow.h"
 #include "platform/window/NativeWorkspace.h"
 #include "platform/window/OverlaySpaces.h"
+#include "platform/window/Screen.h"
 #include "platform/window/WindowOptions.h"
 
 class QWindow;
@@ -29,6 +30,8 @@ struct Capabilities {
     bool returnsKeyboard = false;
     // The system fades a whole window; elsewhere the drawer does.
     bool fadesWindows = false;
+    // OpenGL of a GPU can draw windows.
+    bool drawsOnGpu = false;
     // The program chooses a window's place on the screen.
     bool placesWindows = false;
 };
@@ -65,6 +68,10 @@ class WindowSystem {
     // A reference to a window that Qt made in this program, for drawing in it as a host's.
     // Only where Capabilities::adoptsHosts.
     [[nodiscard]] virtual HostRef hostRefOf(QWindow& window) const = 0;
+
+    // The source of the screens and their changes, the same while the system lives; null
+    // where Qt knows the screens. The WindowServer has Screen ask the source.
+    [[nodiscard]] virtual ScreenSource* screenSource() { return nullptr; }
 
     // The workspace, made on first use.
     [[nodiscard]] virtual NativeWorkspace& workspace() = 0;

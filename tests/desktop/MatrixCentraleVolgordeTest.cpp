@@ -154,7 +154,7 @@ TEST_F(CentraleTijden, OneReopenedDuringTheFadeStillKnowsThePreviousApp) {
 TEST_F(CentraleTijden, OneReopenedDuringTheFadeOverAnotherAppGoesBackToThatOne) {
     centrale->toonZwart(std::nullopt);
     centrale->sluitZwart();
-    werkruimte.voor = RunningApplication{.window = 33, .process = 44};
+    werkruimte.voor = RunningApplication{.window = {QStringLiteral("33")}, .process = 44};
     centrale->toonZwart(std::nullopt);
     EXPECT_EQ(centrale->vorigeApp(), werkruimte.voor);
 }

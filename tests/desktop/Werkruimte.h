@@ -13,7 +13,7 @@ namespace brixtel {
 class Werkruimte final : public platform::Workspace {
   public:
     std::optional<platform::RunningApplication> voor =
-        platform::RunningApplication{.window = 11, .process = 22};
+        platform::RunningApplication{.window = {QStringLiteral("11")}, .process = 22};
     std::vector<platform::RunningApplication> geactiveerd;
     int zelfGeactiveerd = 0;
     int verborgen = 0;  // hidings less showings

@@ -168,10 +168,21 @@ TEST(Huis, OpenGlStaysInItsFoldersAndInTheGlueOfWindows) {
 }
 
 // The name of no window system, of its libraries, or of what they hand out.
+TEST(Huis, OnlyItsOwnFolderKnowsTheWindowSystemOfCompositors) {
+    const QString patroon =
+        QStringLiteral("((?i:wayland)|\\b(?:wl|xdg|zwlr|zwp|wp|ext|xkb)_[a-z]\\w+|\\bxkbcommon)");
+    elkeBron([&](const QString& pad, const QString& tekst) {
+        // X11 knows whether its server is a compositor's client.
+        if (ligtIn(pad, {"platform/window/wayland", "platform/window/x11"})) return;
+        EXPECT_EQ(gevonden(tekst, patroon), QStringList()) << qPrintable(pad);
+    });
+}
+
 TEST(Huis, OnlyAWindowSystemsOwnFolderKnowsIt) {
     const QString patroon = QStringLiteral(
         "((?i:xcb|x11)|\\bX(?:lib|Open|id\\b)| X id|\\b_(?:NET|MOTIF|GTK)_\\w+|"
-        "QNativeInterface|qpa/qplatform|fromWinId|\"DISPLAY\"|QT_QPA_PLATFORM)");
+        "QNativeInterface|qpa/qplatform|[wW]inId\\(|fromWinId|X "
+        "server|\"DISPLAY\"|QT_QPA_PLATFORM)");
     elkeBron([&](const QString& pad, const QString& tekst) {
         if (ligtIn(pad, {"platform/window/x11"})) return;
         // WindowSystems.cpp alone chooses the plugin, and asks the systems for its name.

@@ -53,7 +53,7 @@ void PaneelVenster::toon() {
     view_->raise();
     view_->requestActivate();
     // A window on another virtual desktop would stay there.
-    if (stondEr) bronnen_.bureau.activeer(static_cast<std::uint32_t>(view_->winId()));
+    if (stondEr) bronnen_.bureau.activeer(platform::refOf(*view_));
 }
 
 void PaneelVenster::maak() {

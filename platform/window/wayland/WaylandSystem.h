@@ -33,6 +33,7 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
         return nullptr;
     }
     [[nodiscard]] HostRef hostRefOf(QWindow&) const override { return {}; }
+    [[nodiscard]] ScreenSource* screenSource() override { return found_ ? this : nullptr; }
     [[nodiscard]] NativeWorkspace& workspace() override { return workspace_; }
     [[nodiscard]] OverlaySpaces* overlaySpaces() override { return nullptr; }
     // A compositor that puts the display to sleep asks for no frames.
@@ -68,6 +69,7 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     void outputsChanged();
 
     Connection connection_;
+    bool found_;  // the compositor answered at the start
     WaylandWorkspace workspace_;
     std::int64_t lastNumber_ = 0;
     std::vector<WaylandWindow*> windows_;

@@ -62,6 +62,7 @@ Capabilities X11System::capabilities() const {
             .passesClicks = !isOnWayland_,
             .returnsKeyboard = true,
             .fadesWindows = true,
+            .drawsOnGpu = true,
             .placesWindows = true};
 }
 
