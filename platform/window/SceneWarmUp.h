@@ -8,9 +8,9 @@ namespace platform {
 
 class EglDisplay;
 
-// Loads OpenGL, where there is a GPU for it, on a thread of its own, beside whatever makes the
-// scene that is about to be shown: the window's render thread then finds it there. To be kept until
-// the scene shows; letting go earlier waits for the loading.
+// Loads OpenGL on a thread of its own, on a machine with a GPU, while the caller makes a scene. The
+// window's render thread then finds OpenGL loaded. The caller owns the object and keeps it until
+// the scene shows; the destructor waits for the loading. Main thread.
 class SceneWarmUp {
   public:
     SceneWarmUp();
