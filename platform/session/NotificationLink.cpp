@@ -117,13 +117,13 @@ void NotificationLink::subscribe(const QString& name) {
         name == QLatin1String(kSaverWillStop) || name == QLatin1String(kSaverDidStart);
     if (!ofSaver || std::exchange(listensToSavers_, true)) return;
     for (const char* interface : kSaverInterfaces)
-        // From the owner of that name alone.
+        // Only the owner of the interface's bus name is believed.
         connection_->connect(QLatin1String(interface), QString(), QLatin1String(interface),
                              QStringLiteral("ActiveChanged"), &receiver_,
                              SLOT(activeChanged(QDBusMessage)));
 }
 
-// A sender that went before it was watched is asked for.
+// The bus is asked whether the sender left before the watch began.
 void NotificationLink::watch(const QString& sender) {
     if (!connection_) return;
     connection_->connect(kBusName, kBusPath, kBusName, kOwnerChanged, {sender},
