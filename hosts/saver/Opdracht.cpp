@@ -112,7 +112,7 @@ QString zetFilm(Opdracht& opdracht, const QString& waarde) {
     return zetTaak(opdracht, Taak::Film, QLatin1String("film"));
 }
 
-// An option without a number shows the rate in the picture.
+// --fps with a number sets a film's rate; without one, it shows the rate in the picture.
 QString zetFps(Opdracht& opdracht, const QString& waarde) {
     if (waarde.isEmpty()) {
         opdracht.fps = true;
@@ -222,7 +222,7 @@ Fout fout(const QString& wat) {
     return foutVan(QLatin1String("brixtel-saver"), wat);
 }
 
-// The call as it is asked for, and its bit.
+// The call as the user writes it, and its bit.
 std::pair<QLatin1String, unsigned> aanroep(Taak taak) {
     switch (taak) {
         case Taak::Plaatje:
@@ -244,7 +244,7 @@ std::pair<QLatin1String, unsigned> aanroep(Taak taak) {
     }
 }
 
-// The calls that an option belongs to, none of which shows anything.
+// The calls of `bij`, as words for the user.
 QString bijWelke(unsigned bij) {
     QStringList namen;
     if ((bij & kPlaatje) != 0) namen << QStringLiteral("--plaatje");
@@ -287,7 +287,7 @@ bool heeft(const Gegeven& gegeven, const char* naam) {
                        [&](const Optie* optie) { return optie->naam == QLatin1String(naam); });
 }
 
-// Checks the options against each other, once all are read. Help and version accept all.
+// Checks the options against one another after all are read. Help and version accept all options.
 QString controleer(const Opdracht& opdracht, const Gegeven& gegeven) {
     if (opdracht.taak == Taak::Hulp || opdracht.taak == Taak::Versie) return {};
     for (const Optie* optie : gegeven)
@@ -319,10 +319,10 @@ std::variant<Opdracht, Fout> leesOpdracht(const QStringList& argumenten,
     QString mis = neemOpties(opties(), argumenten, opdracht, gegeven);
     if (mis.isEmpty()) mis = controleer(opdracht, gegeven);
     if (!mis.isEmpty()) return fout(mis);
-    // Its host knows of its windows; whoever has none is told of one that is not there.
+    // A host knows its own windows, and needs no report of an absent one; a user does.
     if (!hostVenster.isEmpty()) opdracht.vensterGenoemd.clear();
-    // A host that names its window in the environment means the saver to draw
-    // there, unless the command line asks for something else altogether.
+    // A host that names its window in the environment wants the saver to draw there, unless
+    // the command line asks for another task.
     const bool bijGastheer =
         opdracht.taak == Taak::Gastheer || opdracht.taak == Taak::Schermvullend;
     if (bijGastheer && !opdracht.vensterId && !hostVenster.isEmpty()) {

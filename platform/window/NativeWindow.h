@@ -48,7 +48,7 @@ class NativeWindowDelegate {
 struct NativeWindowOptions {
     WindowOptions window;
     bool takesKeyboard = false;
-    double opacity = 1.0;  // as setOpacity() has it
+    double opacity = 1.0;  // as in setOpacity()
     bool ignoresMouse = false;
     bool cursorHidden = false;
 };

@@ -13,8 +13,8 @@ namespace platform {
 
 // A program that has a window, identified from outside. A plain value.
 struct RunningApplication {
-    WindowRef window;           // the window it was found by
-    std::uint32_t process = 0;  // 0 where it is unknown
+    WindowRef window;           // the window that identifies the program
+    std::uint32_t process = 0;  // 0 where unknown
     friend bool operator==(const RunningApplication&, const RunningApplication&) = default;
 };
 

@@ -99,7 +99,7 @@ bool PaneelVenster::eventFilter(QObject* wat, QEvent* event) {
             staat_->zetBekeken(false);
             bronnen_.bureau.laatVrij({});
             voorbeeld_.weg();
-            // The window is handling its own event, so it goes later.
+            // The window is handling its own event, and is dropped in a later turn.
             QMetaObject::invokeMethod(this, &PaneelVenster::ruimOp, Qt::QueuedConnection);
             break;
         default:
@@ -108,8 +108,8 @@ bool PaneelVenster::eventFilter(QObject* wat, QEvent* event) {
     return QObject::eventFilter(wat, event);
 }
 
-// The desktop rain lies above every window, and this one is to be read. Where the
-// program is not told its place, nobody knows what to leave free.
+// Keeps the panel readable below the desktop rain, which lies above every window. A system
+// that places windows by itself does not report the place to leave free.
 void PaneelVenster::laatLezen() {
     const bool telt = view_->isExposed() && bronnen_.server.system().capabilities().placesWindows;
     bronnen_.bureau.laatVrij(telt ? platform::fromQt(QRectF(view_->geometry())) : QRectF());

@@ -17,8 +17,8 @@ namespace platform {
 // without dark frames gives the ordinary one.
 void askForDarkFrame(QWindow& window);
 
-// Asks for a frame with a title bar and without ways to close, shrink, grow or resize such
-// a window; the user can still move it. Some window managers keep the buttons.
+// Asks for a frame with a title bar alone around such a window: the user can move it, but
+// not close, shrink, grow or resize it. Some window managers show their buttons anyway.
 void askForTitleOnly(QWindow& window);
 
 // The place of a window's content on screen, in Qt's points; for any program's window. None
