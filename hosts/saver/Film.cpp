@@ -10,8 +10,11 @@
 #include <cstdio>
 
 #include "hosts/gedeeld/Opsomming.h"
+#include "hosts/gedeeld/Uitvoer.h"
 #include "hosts/saver/Beeldmaker.h"
 #include "hosts/saver/KeuzeWoorden.h"
+#include "platform/files/OutputFile.h"
+#include "platform/files/ScratchFile.h"
 #include "worlds/DrieSoort.h"
 
 namespace brixtel {
@@ -128,18 +131,18 @@ QString maakFilm(const Opdracht& opdracht, const ModuleLader& module) {
     Beeldmaker maker(opdracht, module);
     if (!maker.mis().isEmpty()) return maker.mis();
 
-    const QString deel = opdracht.film + QStringLiteral(".deel");
+    const std::string naam = QFile::encodeName(opdracht.film).toStdString();
+    const auto geweigerd = [&](int fout) { return nietTeSchrijven(opdracht.film, fout); };
+    if (const int fout = platform::mayReplaceFile(naam); fout != 0) return geweigerd(fout);
+    const platform::ScratchFile klad;
+    if (klad.error() != 0) return geweigerd(klad.error());
     Ffmpeg ffmpeg;
-    if (!ffmpeg.start(programma,
-                      ffmpegWoorden(opdracht.film, deel, maker.maat(), opdracht.beeldenPerSeconde)))
+    if (!ffmpeg.start(programma, ffmpegWoorden(opdracht.film, QString::fromStdString(klad.path()),
+                                               maker.maat(), opdracht.beeldenPerSeconde)))
         return QStringLiteral("ffmpeg wil niet starten");
-    QString mis = schrijf(opdracht, *lengte, maker, ffmpeg);
-    // QFile::rename() never overwrites a file; the system's rename does.
-    if (mis.isEmpty() && std::rename(QFile::encodeName(deel).constData(),
-                                     QFile::encodeName(opdracht.film).constData()) != 0)
-        mis = QStringLiteral("'%1' kan niet geschreven worden").arg(opdracht.film);
-    if (!mis.isEmpty()) QFile::remove(deel);
-    return mis;
+    if (QString mis = schrijf(opdracht, *lengte, maker, ffmpeg); !mis.isEmpty()) return mis;
+    const int fout = klad.copyOver(naam);
+    return fout == 0 ? QString() : geweigerd(fout);
 }
 
 }  // namespace brixtel

@@ -13,6 +13,7 @@
 #include "tests/support/DBusDaemon.h"
 #include "tests/support/EigenScherm.h"
 #include "tests/support/Paden.h"
+#include "tests/support/SaverStandIn.h"
 #include "tests/support/WindowSystems.h"
 
 using brixtel::Bureaublad;
@@ -118,11 +119,6 @@ class Effecten : public testing::Test {
     }
     static bool regent(const QRect& deel) {
         return until([&] { return groen(deel) >= 5; });
-    }
-    static void zetSaver(const char* waarde) {
-        Bureaublad::hulp(
-            QStringLiteral("xprop -root -f _SCREENSAVER_STATUS 32i -set _SCREENSAVER_STATUS ") +
-            QLatin1String(waarde));
     }
 };
 
@@ -370,14 +366,28 @@ TEST_F(Effecten, WithoutACompositorTheDesktopStaysToBeSeenAndTheRainComesUpWithO
 TEST_F(Effecten, XscreensaverHidesTheRainAndItReturns) {
     ASSERT_TRUE(bureaublad.startCompositor());
     ASSERT_TRUE(toonRegen());
-    zetSaver("254,1795233919,0");
+    const SaverStandIn daemon(*scherm);
+    daemon.blank();
     ASSERT_TRUE(
         until([&] { return centrale->regenStand().waarde() == RegenStand::schermbeveiliging; }));
     EXPECT_FALSE(centrale->regen()[0].venster->isVisible());
-    zetSaver("0,1795233920,0");
+    daemon.unblank();
     ASSERT_TRUE(until([&] { return centrale->regenStand().waarde() == RegenStand::aan; }));
     EXPECT_TRUE(regent(kLinks));
     EXPECT_TRUE(regenLigtBoven());
+}
+
+TEST_F(Effecten, AfterAnXscreensaverThatWasKilledTheRainReturns) {
+    ASSERT_TRUE(bureaublad.startCompositor());
+    ASSERT_TRUE(toonRegen());
+    {
+        const SaverStandIn daemon(*scherm);
+        daemon.blank();
+        ASSERT_TRUE(until(
+            [&] { return centrale->regenStand().waarde() == RegenStand::schermbeveiliging; }));
+    }
+    ASSERT_TRUE(until([&] { return centrale->regenStand().waarde() == RegenStand::aan; }));
+    EXPECT_TRUE(regent(kLinks));
 }
 
 TEST_F(Effecten, ADesktopsOwnLockHidesTheRainAndItReturns) {

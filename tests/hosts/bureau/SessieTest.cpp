@@ -13,6 +13,7 @@
 #include "tests/support/BusMonitor.h"
 #include "tests/support/DBusDaemon.h"
 #include "tests/support/Paden.h"
+#include "tests/support/SaverStandIn.h"
 
 namespace {
 
@@ -216,9 +217,8 @@ TEST_F(Sessie, WhereNobodyRunsThereIsNothingToCloseAndNothingToTell) {
 }
 
 TEST_F(Sessie, ABlackScreenUnderASaverIsOneDutchLineAndStatusOne) {
-    // As xscreensaver tells that it blanks.
-    Bureaublad::hulp(QStringLiteral(
-        "xprop -root -f _SCREENSAVER_STATUS 32i -set _SCREENSAVER_STATUS 254,1795233919,0"));
+    const SaverStandIn daemon(server);
+    daemon.blank();
     const auto geweigerd = [](const Afloop& afloop) {
         EXPECT_EQ(afloop.uitgang, 1);
         EXPECT_EQ(afloop.uit, QString());
