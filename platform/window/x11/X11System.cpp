@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/window/x11/NativeWindows.h"
+#include "platform/window/x11/Xwayland.h"
 
 namespace platform {
 
@@ -37,7 +38,7 @@ std::optional<xcb_window_t> readWindowNumber(const QString& text) {
 X11System::X11System(MediaClock& clock, const QString& display)
     : clock_(clock), display_(display), events_(display) {
     if (!isConnected()) return;
-    isOnWayland_ = XConnection(display_).isOnWayland();
+    isOnWayland_ = platform::isOnWayland(XConnection(display_));
     sleep_.emplace(clock_, dpmsQuestion(events_.get(), [this] { events_.readSoon(); }),
                    [this](bool asleep) {
                        asleep_ = asleep;
