@@ -58,8 +58,7 @@ X11System::~X11System() {
 }
 
 Capabilities X11System::capabilities() const {
-    return {.adoptsHosts = true,
-            .liesAboveAll = true,
+    return {.liesAboveAll = true,
             .passesClicks = !isOnWayland_,
             .returnsKeyboard = true,
             .fadesWindows = true,
@@ -82,10 +81,6 @@ std::unique_ptr<NativeWindow> X11System::adopt(const HostRef& host,
     if (!isConnected()) return nullptr;
     return std::make_unique<HostWindow>(*this, readWindowNumber(host.text).value_or(events_.root()),
                                         delegate);
-}
-
-HostRef X11System::hostRefOf(QWindow& window) const {
-    return HostRef{QString::number(window.winId())};
 }
 
 void X11System::watch(std::function<void(bool)> displaySlept) {

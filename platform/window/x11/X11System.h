@@ -35,7 +35,6 @@ class X11System final : public WindowSystem {
                                                            NativeWindowDelegate& delegate) override;
     [[nodiscard]] std::unique_ptr<NativeWindow> adopt(const HostRef& host,
                                                       NativeWindowDelegate& delegate) override;
-    [[nodiscard]] HostRef hostRefOf(QWindow& window) const override;
     [[nodiscard]] NativeWorkspace& workspace() override;
     [[nodiscard]] OverlaySpaces* overlaySpaces() override { return &spaces(); }
     void watch(std::function<void(bool asleep)> displaySlept) override;
