@@ -25,6 +25,14 @@ Window::Window(WindowServer& server, const HostRef& host)
     core_->adopt(host);
 }
 
+Window::Window(WindowServer& server, PicturePlace& place)
+    : server_(server),
+      content_(std::make_shared<View>(QRectF())),
+      core_(std::make_unique<WindowCore>(*this)) {
+    content_->setHost(this);
+    core_->fill(place);
+}
+
 Window::~Window() {
     server_.dropped(*this);
     // Drawing ends before the views go.

@@ -7,6 +7,7 @@
 
 #include "platform/view/FrameBuilder.h"
 #include "platform/view/SceneView.h"
+#include "platform/window/PicturePlace.h"
 #include "platform/window/WindowSystem.h"
 
 namespace platform {
@@ -47,6 +48,12 @@ void WindowCore::makeOwn() {
 void WindowCore::adopt(const HostRef& host) {
     native = window_.server_.system().adopt(host, *this);
     isHosts_ = native != nullptr;
+    draw();
+}
+
+void WindowCore::fill(PicturePlace& place) {
+    native = place.makeWindow(*this);
+    isHosts_ = true;
     draw();
 }
 

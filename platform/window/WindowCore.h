@@ -18,10 +18,11 @@ class WindowCore final : public NativeWindowDelegate {
     WindowCore(const WindowCore&) = delete;
     WindowCore& operator=(const WindowCore&) = delete;
 
-    // Makes a native window of the program's own, or adopts the host's, and makes the
-    // drawing where the window can be drawn on.
+    // Makes a native window of the program's own, adopts the host's, or fills a place, and
+    // makes the drawing where the window can be drawn on.
     void makeOwn();
     void adopt(const HostRef& host);
+    void fill(PicturePlace& place);
 
     void geometryChanged() override;
     void visibilityChanged() override;

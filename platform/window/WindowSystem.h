@@ -11,15 +11,11 @@
 #include "platform/window/Screen.h"
 #include "platform/window/WindowOptions.h"
 
-class QWindow;
-
 namespace platform {
 
 // The capabilities of a window system. Callers ask for a capability, never for the system's
 // name. Plain values that stay the same while the system runs.
 struct Capabilities {
-    // The program can draw in a window that a host keeps.
-    bool adoptsHosts = false;
     // A window can lie above everything, full-screen windows included.
     bool liesAboveAll = false;
     // Clicks on a window that ignores the mouse reach what lies below, whatever
@@ -62,12 +58,9 @@ class WindowSystem {
         const NativeWindowOptions& options, NativeWindowDelegate& delegate) = 0;
     // Adopts the host's window. One that does not exist is reported as gone in a later turn
     // of the event loop. The delegate outlives it. Null where the system is not connected
-    // or adopts no hosts.
+    // or has no hosts.
     [[nodiscard]] virtual std::unique_ptr<NativeWindow> adopt(const HostRef& host,
                                                               NativeWindowDelegate& delegate) = 0;
-    // A reference to a window that Qt made in this program, for drawing in it as a host's.
-    // Only where Capabilities::adoptsHosts.
-    [[nodiscard]] virtual HostRef hostRefOf(QWindow& window) const = 0;
 
     // The source of the screens and their changes, the same while the system lives; null
     // where Qt knows the screens. The WindowServer has Screen ask the source.

@@ -92,7 +92,7 @@ bool PaneelVenster::eventFilter(QObject* wat, QEvent* event) {
             staat_->herlees();
             break;
         case QEvent::Close:
-            // The preview's window is a child of this one and is still being drawn.
+            // The preview stands in this window's scene and is still being drawn.
             voorbeeld_.weg();
             break;
         case QEvent::Hide:
@@ -140,9 +140,9 @@ void PaneelVenster::toonSaverBlad() {
 
 void PaneelVenster::werkVoorbeeldBij() {
     const BureauStand& stand = staat_->stand();
-    const QQuickItem* const blad = view_->rootObject();
+    QQuickItem* const blad = view_->rootObject();
     if (!blad || !stand.keuzes.voorbeeld || !view_->isExposed()) return voorbeeld_.weg();
-    voorbeeld_.toon(*view_, blad->property("plek").toRectF().toRect(),
+    voorbeeld_.toon(*blad, blad->property("plek").toRectF().toRect(),
                     {.soort = stand.keuzes.soort,
                      .dichtheid = stand.keuzes.dichtheid,
                      .snelheid = stand.keuzes.snelheid});

@@ -32,7 +32,6 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
                                                       NativeWindowDelegate&) override {
         return nullptr;
     }
-    [[nodiscard]] HostRef hostRefOf(QWindow&) const override { return {}; }
     [[nodiscard]] ScreenSource* screenSource() override { return found_ ? this : nullptr; }
     [[nodiscard]] NativeWorkspace& workspace() override { return workspace_; }
     [[nodiscard]] OverlaySpaces* overlaySpaces() override { return nullptr; }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/window/x11/NativeWindows.h"
+#include "platform/window/x11/Xwayland.h"
 
 namespace platform {
 
@@ -37,7 +38,7 @@ std::optional<xcb_window_t> readWindowNumber(const QString& text) {
 X11System::X11System(MediaClock& clock, const QString& display)
     : clock_(clock), display_(display), events_(display) {
     if (!isConnected()) return;
-    isOnWayland_ = XConnection(display_).isOnWayland();
+    isOnWayland_ = platform::isOnWayland(XConnection(display_));
     sleep_.emplace(clock_, dpmsQuestion(events_.get(), [this] { events_.readSoon(); }),
                    [this](bool asleep) {
                        asleep_ = asleep;
@@ -57,8 +58,7 @@ X11System::~X11System() {
 }
 
 Capabilities X11System::capabilities() const {
-    return {.adoptsHosts = true,
-            .liesAboveAll = true,
+    return {.liesAboveAll = true,
             .passesClicks = !isOnWayland_,
             .returnsKeyboard = true,
             .fadesWindows = true,
@@ -82,10 +82,6 @@ std::unique_ptr<NativeWindow> X11System::adopt(const HostRef& host,
     if (!isConnected()) return nullptr;
     return std::make_unique<HostWindow>(*this, readWindowNumber(host.text).value_or(events_.root()),
                                         delegate);
-}
-
-HostRef X11System::hostRefOf(QWindow& window) const {
-    return HostRef{QString::number(window.winId())};
 }
 
 void X11System::watch(std::function<void(bool)> displaySlept) {
