@@ -4,9 +4,12 @@
 //   BRIXTEL_WEIGER=KIND:N      the N-th call of that kind, counted from 1
 //   BRIXTEL_WEIGER=KIND:N+     that one and every later one
 //   BRIXTEL_WEIGER_TEL=FILE    where calls are counted: a 64-bit number for each kind
+//   BRIXTEL_WEIGER_WIE=FILE    where the callers of the refused call are written, innermost
+//                              first: a line for each, with its library
 // Kinds, in the order of the file: geheugen, open, socket, mmap, shm, draad. Calls count
 // from just before main on, in the first process alone. Any thread may call.
 #include <dlfcn.h>
+#include <execinfo.h>
 #include <fcntl.h>
 #include <pthread.h>
 #include <sys/mman.h>
@@ -43,12 +46,25 @@ Counts* counts = nullptr;  // none before the start
 int refusedKind = -1;
 std::uint64_t refused = 0;
 bool andLater = false;
+int callersFile = -1;
+
+void tellCallers() {
+    constexpr int kMost = 40;
+    if (callersFile < 0) return;
+    const int file = callersFile;
+    callersFile = -1;
+    std::array<void*, kMost> callers{};
+    backtrace_symbols_fd(callers.data(), backtrace(callers.data(), kMost), file);
+    close(file);
+}
 
 // Whether this call is refused.
 bool refuses(Kind kind) {
     if (counts == nullptr) return false;
     const std::uint64_t number = ++(*counts)[kind];
-    return kind == refusedKind && (andLater ? number >= refused : number == refused);
+    const bool refuses = kind == refusedKind && (andLater ? number >= refused : number == refused);
+    if (refuses) tellCallers();
+    return refuses;
 }
 
 template <typename Function>
@@ -76,6 +92,12 @@ void readWish(std::string_view wish) {
 
 __attribute__((constructor)) void start() {
     if (const char* const wish = std::getenv("BRIXTEL_WEIGER")) readWish(wish);
+    if (const char* const who = std::getenv("BRIXTEL_WEIGER_WIE")) {
+        callersFile = next<int(const char*, int, ...)>("open")(who, O_WRONLY | O_CLOEXEC);
+        // The first call loads a library.
+        std::array<void*, 1> callers{};
+        backtrace(callers.data(), 1);
+    }
     Counts* const where = sharedCounts(std::getenv("BRIXTEL_WEIGER_TEL"));
     // Programs that this one starts are not refused anything.
     unsetenv("LD_PRELOAD");
@@ -122,15 +144,15 @@ int posix_memalign(void** to, std::size_t alignment, std::size_t size) {
     return *to ? 0 : ENOMEM;
 }
 
-#define OPENS(name)                                                             \
-    int name(const char* path, int flags, ...) {                                \
-        va_list rest;                                                           \
-        va_start(rest, flags);                                                  \
-        const mode_t mode = modeIn(flags, rest);                                \
-        va_end(rest);                                                           \
-        if (refuses(kOpen)) return failed(EMFILE);                              \
-        static auto* const real = next<int(const char*, int, ...)>(#name);      \
-        return real(path, flags, mode);                                         \
+#define OPENS(name)                                                        \
+    int name(const char* path, int flags, ...) {                           \
+        va_list rest;                                                      \
+        va_start(rest, flags);                                             \
+        const mode_t mode = modeIn(flags, rest);                           \
+        va_end(rest);                                                      \
+        if (refuses(kOpen)) return failed(EMFILE);                         \
+        static auto* const real = next<int(const char*, int, ...)>(#name); \
+        return real(path, flags, mode);                                    \
     }
 OPENS(open)
 OPENS(open64)
@@ -149,11 +171,11 @@ OPENS_AT(openat)
 OPENS_AT(openat64)
 
 // Calls that give a descriptor or -1.
-#define GIVES(kind, name, number, parameters, arguments)           \
-    int name parameters {                                          \
-        if (refuses(kind)) return failed(number);                  \
-        static auto* const real = next<int parameters>(#name);     \
-        return real arguments;                                     \
+#define GIVES(kind, name, number, parameters, arguments)       \
+    int name parameters {                                      \
+        if (refuses(kind)) return failed(number);              \
+        static auto* const real = next<int parameters>(#name); \
+        return real arguments;                                 \
     }
 GIVES(kOpen, memfd_create, EMFILE, (const char* name, unsigned flags), (name, flags))
 GIVES(kOpen, eventfd, EMFILE, (unsigned count, int flags), (count, flags))
@@ -179,14 +201,14 @@ GIVES(kShared, shmget, ENOSPC, (key_t key, std::size_t size, int flags), (key, s
 OPENS_FILE(fopen)
 OPENS_FILE(fopen64)
 
-#define MAPS(name)                                                                       \
-    void* name(void* at, std::size_t size, int protection, int flags, int file, off_t from) { \
-        if (refuses(kMap)) {                                                             \
-            errno = ENOMEM;                                                              \
-            return MAP_FAILED;                                                           \
-        }                                                                                \
+#define MAPS(name)                                                                              \
+    void* name(void* at, std::size_t size, int protection, int flags, int file, off_t from) {   \
+        if (refuses(kMap)) {                                                                    \
+            errno = ENOMEM;                                                                     \
+            return MAP_FAILED;                                                                  \
+        }                                                                                       \
         static auto* const real = next<void*(void*, std::size_t, int, int, int, off_t)>(#name); \
-        return real(at, size, protection, flags, file, from);                            \
+        return real(at, size, protection, flags, file, from);                                   \
     }
 MAPS(mmap)
 MAPS(mmap64)
