@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What xscreensaver's daemon leaves to see on an X server: a window that is never mapped and
-// tells a version, and its word on the root window. Destroyed, it is as a daemon that was
-// killed: the word stays.
+// The traces of xscreensaver's daemon on an X server: a window that is never mapped and
+// tells a version, and a status on the root window. Its destruction leaves the traces of a
+// killed daemon: the status stays.
 #pragma once
 
 #include <array>

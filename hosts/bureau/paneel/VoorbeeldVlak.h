@@ -19,7 +19,7 @@ class VoorbeeldVlak : public QQuickPaintedItem {
 
     // Stands there in the item, in points from the upper left corner.
     void zetPlek(const QRect& plek);
-    // What a window draws for.
+    // The place that a window of the saver draws into.
     [[nodiscard]] platform::PicturePlace& plek() { return plek_; }
 
     void paint(QPainter* painter) override;
