@@ -32,7 +32,7 @@ class SaverStandIn {
         const auto cookie = xcb_intern_atom(x_.connection(), 0,
                                             static_cast<std::uint16_t>(std::strlen(name)), name);
         xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(x_.connection(), cookie, nullptr);
-        const xcb_atom_t found = reply ? reply->atom : XCB_ATOM_NONE;
+        const xcb_atom_t found = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
         std::free(reply);
         return found;
     }
