@@ -126,7 +126,7 @@ TEST_F(Venster, KlaarIsTheDefaultButtonInItsPlace) {
     EXPECT_TRUE(knop->isDefault());
 }
 
-// How much lighter the lighter of two colours is, as people see it: 1 to 21.
+// The contrast of two colours by WCAG: 1 to 21.
 double contrast(QRgb een, QRgb ander) {
     const auto licht = [](QRgb kleur) {
         const auto deel = [](int waarde) {
@@ -352,7 +352,7 @@ TEST_F(Venster, AScreenReaderCanChooseToo) {
     EXPECT_TRUE(knop->state().checked);
 }
 
-// How much of a part of the picture is the bright green.
+// The number of bright green pixels in a part of the picture.
 int groenIn(const QImage& beeld, const QRect& deel) {
     int aantal = 0;
     for (int y = deel.top(); y <= deel.bottom(); ++y)

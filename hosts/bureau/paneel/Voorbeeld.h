@@ -36,7 +36,7 @@ class Voorbeeld {
     void toon(QWindow& in, const QRect& plek, const Inhoud& inhoud);
     void weg();
 
-    // None while nothing is shown.
+    // The picture's window; null while nothing is shown.
     [[nodiscard]] const platform::Window* venster() const { return venster_.get(); }
 
   private:
