@@ -126,7 +126,7 @@ TEST_F(Venster, KlaarIsTheDefaultButtonInItsPlace) {
     EXPECT_TRUE(knop->isDefault());
 }
 
-// The contrast of two colours by WCAG: 1 to 21.
+// How much lighter the lighter of two colours is, as people see it: 1 to 21.
 double contrast(QRgb een, QRgb ander) {
     const auto licht = [](QRgb kleur) {
         const auto deel = [](int waarde) {
