@@ -24,7 +24,7 @@ inline constexpr std::array alleSoorten{
 #include "worlds/Scenes.def"
 };
 
-// The raw value: the case's own name.
+// The raw value: the case's own name. id() is for lists that identify their entries by it.
 [[nodiscard]] QString ruweWaarde(DrieSoort soort);
 [[nodiscard]] QString id(DrieSoort soort);
 

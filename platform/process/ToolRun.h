@@ -20,7 +20,7 @@ struct ToolCall {
     double mostSeconds = 0.0;          // until its end; 0: no limit
 };
 
-// How a run of a tool came to its end.
+// The end of a run of a tool. A value.
 enum class ToolEnd {
     done,        // with exit status 0 or 1
     failed,      // with another status, or by a signal

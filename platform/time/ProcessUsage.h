@@ -11,7 +11,7 @@ struct ProcessUsage {
 
 [[nodiscard]] ProcessUsage processUsage();
 
-// User and system time of the calling thread so far, in seconds. For benchmarks.
+// User and system time of the calling thread so far, in seconds.
 [[nodiscard]] double threadCpuSeconds();
 
 // Seconds since the kernel started this process, dynamic linking included;

@@ -17,7 +17,7 @@ struct SceneFrame {
     QRectF frame;               // the place in the window, in points, y up
     Rgba background;            // below the scene's own background
     int sampleCount = 1;        // per pixel, against jagged edges
-    double interval = 0;        // wanted seconds from frame to frame; 0: the display's rhythm
+    double interval = 0;        // seconds from frame to frame that are wanted; 0: the display's own
     bool hasScene = false;
     DrawList list;  // valid if hasScene
 };

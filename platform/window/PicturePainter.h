@@ -48,7 +48,7 @@ class PicturePainter {
     std::unique_ptr<SceneStage> stage_;  // made for the first scene
     bool failsScenes_ = false;
     bool showsScene_ = false;
-    // The place of a scene in the last painting that had no other part, and its picture.
+    // The last painting's scene, if it had no other part: its place; and the picture's memory.
     QRect sceneAlone_;
     const std::uint32_t* pixels_ = nullptr;
     QSize size_;

@@ -42,8 +42,8 @@ class SceneStage {
     // Reports the seconds it took to draw and show the last frame.
     void frameTook(double seconds);
 
-    // The rung of the quality ladder, as in kQualityRungs. In memory always 0: every pixel,
-    // with smooth edges.
+    // The rung of the quality ladder, as in kQualityRungs. In memory every full resolution is
+    // rung 0, since its edges are smooth.
     [[nodiscard]] int rung() const;
     [[nodiscard]] const QString& rendererName() const { return name_; }
 

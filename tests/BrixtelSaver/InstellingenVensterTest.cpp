@@ -352,7 +352,7 @@ TEST_F(Venster, AScreenReaderCanChooseToo) {
     EXPECT_TRUE(knop->state().checked);
 }
 
-// How much of a part of the picture is the bright green.
+// The number of bright green pixels in a part of the picture.
 int groenIn(const QImage& beeld, const QRect& deel) {
     int aantal = 0;
     for (int y = deel.top(); y <= deel.bottom(); ++y)

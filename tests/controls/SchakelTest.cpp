@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the switch goes from off to on, with the animations' clock moved by hand.
+// The switch's way from off to on, with the animations' clock moved by hand.
 #include <gtest/gtest.h>
 
 #include <QAnimationDriver>

@@ -20,7 +20,7 @@ class Werkruimte final : public platform::Workspace {
     QPointF muis;
     bool doorzichtig = true;
     bool beveiligd = false;
-    // Told of each request as it comes.
+    // Called with each request as it comes.
     std::function<void(const std::string&)> bij = [](const std::string&) {};
 
     void zetDoorzichtig(bool aan) {

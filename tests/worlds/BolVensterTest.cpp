@@ -100,7 +100,7 @@ class BolVenster : public testing::Test {
                 static_cast<int>(300.0F * (1.0F - op.y / op.w)) - 18, 70, 24};
     }
 
-    // How many pixels there are as bright as letters.
+    // The number of pixels as bright as letters.
     [[nodiscard]] int letters() const {
         const QImage beeld = x_.picture(id_);
         const QRect waar = vak();

@@ -39,7 +39,7 @@ class Voorbeeld {
     void toon(QQuickItem& in, const QRect& plek, const Inhoud& inhoud);
     void weg();
 
-    // None while nothing is shown.
+    // The picture's window; null while nothing is shown.
     [[nodiscard]] const platform::Window* venster() const { return venster_.get(); }
 
   private:

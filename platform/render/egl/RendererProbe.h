@@ -27,7 +27,7 @@ struct RendererKind {
 // GlContext::isSoftware() tells once a context is made.
 //
 // `sharesGpu` asks the window system, and is called at most once. Without it, only the first
-// and the last test are made, for drawing off screen. Any thread.
+// and the last test are made, for drawing off screen. Any thread; owns nothing.
 [[nodiscard]] RendererKind probeRenderer(const std::function<bool()>& sharesGpu);
 
 // The probe's findings as plain values, so that tests reach the judgement.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Services for dialogs that Qt draws, from the window system that Qt runs on. A call does
-// nothing where the system lacks the service. Main thread, under a QGuiApplication.
+// Services of Qt's window system for dialogs that Qt draws. A call does nothing where the system
+// lacks the service. The caller owns the windows. Main thread, under a QGuiApplication.
 #pragma once
 
 #include <QRect>

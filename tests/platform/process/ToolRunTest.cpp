@@ -61,7 +61,7 @@ TEST(ToolRun, AFileThatIsNoProgramIsNothing) {
 }
 
 TEST(ToolRun, TheToolInheritsNoOtherDescriptor) {
-    // Not marked to be closed in a child.
+    // The pipe is not marked to be closed in a child.
     std::array<int, 2> leak{};
     ASSERT_EQ(pipe(leak.data()), 0);
     EXPECT_EQ(shell("ls /proc/self/fd | wc -l | tr -d ' '"), "4\n");  // 0, 1, 2 and ls's own

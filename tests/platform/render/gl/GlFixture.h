@@ -22,7 +22,7 @@ inline void build(DisplayList& list, Layer& root, double clockTime = kClock) {
     DisplayListBuilder(list, clockTime).add(root, {}, root.frame());
 }
 
-// To 255ths. QImage's own conversion is on its way through fewer bits.
+// Rounds to 255ths. QImage's own conversion goes through fewer bits.
 inline QImage rounded(const QImage& floats) {
     QImage picture(floats.size(), QImage::Format_ARGB32_Premultiplied);
     const auto byte = [](float value) { return static_cast<int>(std::lround(value * 255.0F)); };

@@ -79,7 +79,7 @@ class LostContext : public testing::Test, protected ColourWindow {
     void SetUp() override { begin(); }
 };
 
-// Told at one of the questions that are asked in the course of a frame or two.
+// The loss is reported at one of the questions within a frame or two.
 class ContextLostAt : public testing::TestWithParam<int>, protected ColourWindow {
   protected:
     void SetUp() override { begin(); }
