@@ -168,7 +168,7 @@ void Window::onClose(std::function<void()> action) {
 WindowStatistics Window::statistics() const {
     const auto& drawing = core_->drawing;
     if (!drawing) return {};
-    return {.frames = drawing->framesDrawn(),
+    return {.frames = drawing->framesShown(),
             .firstFrameTime = drawing->firstFrameTime(),
             .drawer = drawing->drawer(),
             .rung = drawing->rung()};

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/window/WindowCore.h"
 
+#include <cmath>
 #include <limits>
 #include <utility>
 #include <vector>
@@ -11,6 +12,15 @@
 #include "platform/window/WindowSystem.h"
 
 namespace platform {
+
+namespace {
+
+// A display's interval between two pictures, in seconds: what makes sense, and the part by
+// which two measurements of one interval differ.
+constexpr double kShortest = 1.0e-3, kLongest = 1.0;
+constexpr double kSame = 5.0e-4;
+
+}  // namespace
 
 WindowCore::WindowCore(Window& window)
     : fade(window.server_.clock(), [this](double opacity) { show(opacity); }),
@@ -77,6 +87,16 @@ void WindowCore::readyForFrame(bool ready) {
     if (drawing) drawing->setReady(ready);
 }
 
+void WindowCore::presented(double time, double interval) {
+    if (!drawing) return;
+    drawing->presented(time);
+    const bool makesSense = interval >= kShortest && interval <= kLongest;
+    const double before = seenInterval_.value_or(0.0);
+    if (!makesSense || std::abs(interval - before) <= kSame * before) return;
+    seenInterval_ = interval;
+    setPace();
+}
+
 void WindowCore::exposed(const QRect& rect) {
     if (drawing) drawing->expose(rect);
 }
@@ -111,10 +131,16 @@ double WindowCore::build(Frame& frame, double time) {
 void WindowCore::geometryChanged() {
     fit();
     if (!drawing) return;
-    const std::optional<Screen> on = screen();
-    const double rate = on ? on->refreshRate : Screen().refreshRate;
-    drawing->setFrameInterval(window_.server_.pace() / rate);
+    // The display may be another one, and tells its rhythm with its first picture.
+    seenInterval_.reset();
+    setPace();
     drawing->requestFrame();
+}
+
+void WindowCore::setPace() {
+    const std::optional<Screen> on = screen();
+    const double told = 1.0 / (on ? on->refreshRate : Screen().refreshRate);
+    drawing->setFrameInterval(window_.server_.pace() * seenInterval_.value_or(told));
 }
 
 void WindowCore::fit() {

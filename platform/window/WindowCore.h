@@ -27,6 +27,7 @@ class WindowCore final : public NativeWindowDelegate {
     void geometryChanged() override;
     void visibilityChanged() override;
     void readyForFrame(bool ready) override;
+    void presented(double time, double interval) override;
     void exposed(const QRect& rect) override;
     void keyDown(const KeyEvent& event) override;
     void mouse(Mouse what, const MouseEvent& event) override;
@@ -50,6 +51,7 @@ class WindowCore final : public NativeWindowDelegate {
     void draw();
     double build(Frame& frame, double time);
     void fit();
+    void setPace();
     void show(double opacity);
     static void tellOfNoScenes(View& view);
 
@@ -57,6 +59,8 @@ class WindowCore final : public NativeWindowDelegate {
     const bool fades_;  // the window system fades whole windows
     bool isHosts_ = false;
     bool gone_ = false;
+    // Seconds from picture to picture, as the display was seen to show them.
+    std::optional<double> seenInterval_;
     ScreenObserver screens_;
 };
 

@@ -58,7 +58,6 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     void windowsChanged();
     void keyboardMoved();
     void cursorChanged();
-    void presented(double time) { lastPresented_ = time; }
     [[nodiscard]] bool hidesCursor() const { return workspace_.hidesCursor(); }
     [[nodiscard]] QPointF pointerPlace() const;
     // A saver or lock covers the displays: no overlay is shown over it.
@@ -73,7 +72,6 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     std::int64_t lastNumber_ = 0;
     std::vector<WaylandWindow*> windows_;
     bool covered_ = false;
-    std::optional<double> lastPresented_;
     mutable QPointF pointerPlace_;
     Observation outputs_;
 };

@@ -41,6 +41,9 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     [[nodiscard]] bool hasKeyboard() const override;
     [[nodiscard]] bool isShown() const override { return shown_; }
     [[nodiscard]] bool isSeen() const override;
+    [[nodiscard]] bool tellsPresentation() const override {
+        return connection_.presentation() != nullptr;
+    }
     void setIgnoresMouse(bool ignores) override;
     void setCursorHidden(bool hidden) override;
     void setOpacity(double) override {}
@@ -72,7 +75,7 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     void surfaceTaken() override;
     void closeAsked() override;
     void frameDone() override;
-    void presented(double time) override;
+    void presented(double time, double interval) override;
 
     [[nodiscard]] bool isOpaque() const { return options_.window.opaque; }
     [[nodiscard]] bool fillsDisplay() const;

@@ -3,8 +3,13 @@
 // the compositor's X server.
 #include <gtest/gtest.h>
 
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QJsonValue>
+
 #include "tests/hosts/saver/Programma.h"
 #include "tests/support/DBusDaemon.h"
+#include "tests/support/wayland/Kwin.h"
 #include "tests/support/wayland/Sway.h"
 #include "tests/support/wayland/VirtualKeyboard.h"
 #include "tests/support/wayland/VirtualPointer.h"
@@ -181,6 +186,13 @@ TEST_F(OpWayland, HetPaneelIsTeZienEnTeBedienen) {
         return !beeld.isNull() && beeld.pixel(100, 100) != Sway::kBackground &&
                aandeelGroen(beeld) > 0.005;
     }));
+    // The running picture, in its place at the top of the panel's own scene.
+    const auto voorbeeld = [&] { return sway.picture().copy(40, 20, 540, 60); };
+    const QImage eerst = voorbeeld();
+    EXPECT_TRUE(until([&] {
+        const QImage nu = voorbeeld();
+        return !nu.isNull() && aandeelGroen(nu) > 0.005 && nu != eerst;
+    }));
     toetsen.type(KEY_ESC);
     EXPECT_TRUE(isAchtergrond(sway, "HEADLESS-1"));
     EXPECT_FALSE(sway.tree().contains("\"name\": \"Instellingen"));
@@ -221,6 +233,26 @@ TEST_F(OpWayland, HetBladIsTeZienEnTeBedienenOverDeSaver) {
     toetsen.type(KEY_SPACE);
     EXPECT_TRUE(saver.wacht());
     EXPECT_EQ(saver.uitgang(), 0);
+}
+
+TEST_F(OpWayland, OpKwinDraaitDeSaverEnRegentHetBovenAlles) {
+    const wltest::Kwin kwin(bus.address());
+    if (!kwin.isRunning()) GTEST_SKIP() << kwin.reason();
+    InSessie saver(brixtel::programmaPad(), bus);
+    saver.opWayland(kwin.address())
+        .draai({QStringLiteral("--keuze=regen"), QStringLiteral("--seconden=2"),
+                QStringLiteral("--meet")});
+    EXPECT_EQ(saver.uitgang(), 0) << saver.fouten().toStdString();
+    EXPECT_EQ(saver.fouten(), QByteArray());
+    const QJsonObject meting = QJsonDocument::fromJson(saver.uit()).object();
+    EXPECT_GT(meting[QStringLiteral("beelden")].toInt(), 3);
+
+    InSessie eigenaar(brixtel::bureauPad(), bus);
+    eigenaar.opWayland(kwin.address()).start({QStringLiteral("--toon-regen")});
+    ASSERT_TRUE(antwoordt());
+    EXPECT_TRUE(until([this] { return eigenschap("RegenStand").contains("\"aan\""); }));
+    EXPECT_EQ(vraag("--stop").uitgang, 0);
+    EXPECT_TRUE(eigenaar.wacht());
 }
 
 }  // namespace

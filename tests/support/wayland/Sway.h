@@ -64,6 +64,8 @@ class Sway {
     // Why it is not.
     [[nodiscard]] std::string reason() const { return reason_.toStdString(); }
 
+    [[nodiscard]] qint64 process() const { return process_.processId(); }
+
     // The value for WAYLAND_DISPLAY, wherever the program's own folder is.
     [[nodiscard]] QString address() const { return path("wayland-1"); }
     [[nodiscard]] QProcessEnvironment environment() const {
