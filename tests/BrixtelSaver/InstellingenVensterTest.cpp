@@ -18,6 +18,7 @@
 #include "drawing/Thema.h"
 #include "platform/window/SheetOnWindow.h"
 #include "tests/BrixtelSaver/Instellingen.h"
+#include "tests/support/Contrast.h"
 #include "tests/support/Until.h"
 
 using brixtel::alleKeuzes;
@@ -124,20 +125,6 @@ TEST_F(Venster, KlaarIsTheDefaultButtonInItsPlace) {
     EXPECT_EQ(knop->text(), QStringLiteral("Klaar"));
     EXPECT_EQ(vak(*venster, *knop), QRect(270, 16, 90, 30));
     EXPECT_TRUE(knop->isDefault());
-}
-
-// How much lighter the lighter of two colours is, as people see it: 1 to 21.
-double contrast(QRgb een, QRgb ander) {
-    const auto licht = [](QRgb kleur) {
-        const auto deel = [](int waarde) {
-            const double s = waarde / 255.0;
-            return s <= 0.04045 ? s / 12.92 : std::pow((s + 0.055) / 1.055, 2.4);
-        };
-        return 0.2126 * deel(qRed(kleur)) + 0.7152 * deel(qGreen(kleur)) +
-               0.0722 * deel(qBlue(kleur));
-    };
-    const double a = licht(een) + 0.05, b = licht(ander) + 0.05;
-    return std::max(a, b) / std::min(a, b);
 }
 
 TEST_F(Venster, WhatHasTheFocusIsSeenToHaveItAtThreeToOne) {

@@ -309,16 +309,16 @@ QByteArray saverBestand() {
 TEST_F(OpHetScherm, TheSaversModeIsChosenWithTheMouseAndWithKeys) {
     begin({.voorbeeld = false});
     EXPECT_EQ(SaverInstellingen::keuze(), SaverKeuze::wisselend);
-    klik(QAccessible::RadioButton, "Kubus", kSaver);
+    klik(QAccessible::RadioButton, "KUBUS", kSaver);
     EXPECT_TRUE(until([] { return SaverInstellingen::keuze() == SaverKeuze::kubus; }));
     EXPECT_TRUE(saverBestand().contains("keuze=kubus"));
-    EXPECT_TRUE(isGekozen("Kubus", kSaver));
+    EXPECT_TRUE(isGekozen("KUBUS", kSaver));
     doe(QStringLiteral("key Right"));
     EXPECT_TRUE(until([] { return SaverInstellingen::keuze() == SaverKeuze::tunnel; }));
     EXPECT_TRUE(saverBestand().contains("keuze=tunnel"));
     doe(QStringLiteral("key Left Left"));
     EXPECT_TRUE(until([] { return SaverInstellingen::keuze() == SaverKeuze::bol; }));
-    EXPECT_TRUE(isGekozen("Bol", kSaver));
+    EXPECT_TRUE(isGekozen("BOL", kSaver));
     // The scene of the black screen is another choice.
     EXPECT_EQ(nu().keuzes.soort, std::nullopt);
 }
