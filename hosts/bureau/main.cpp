@@ -18,10 +18,12 @@
 #include "hosts/bureau/Opdracht.h"
 #include "hosts/bureau/PaneelModule.h"
 #include "hosts/bureau/Pictogram.h"
+#include "hosts/bureau/Rust.h"
 #include "hosts/gedeeld/Melding.h"
 #include "hosts/gedeeld/Signalen.h"
 #include "hosts/gedeeld/Uitvoer.h"
 #include "hosts/gedeeld/Voorraad.h"
+#include "platform/window/DesktopIdle.h"
 #include "platform/window/DesktopWorkspace.h"
 #include "platform/window/systems/WindowSystems.h"
 
@@ -123,6 +125,15 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
     };
     const brixtel::BureauDaden daden{.stop = stop, .toonPaneel = toonPaneel};
     brixtel::BureauDienst dienst(bureau, aansluiting, daden);
+    const auto maakWacht = [&](const brixtel::RustBronnen::Wens& wens) {
+        return std::make_shared<platform::DesktopIdle>(
+            server,
+            platform::DesktopIdleOptions{
+                .busAddress = bus, .seconds = wens.seconden, .watching = wens.bijBewaking},
+            wens.bijRust);
+    };
+    const brixtel::Rust rust(bureau,
+                             {.werkruimte = werkruimte, .toeval = toeval, .maakWacht = maakWacht});
     brixtel::Pictogram pictogram(bureau, aansluiting, daden);
     aansluiting.onVerloren(stop);
     if (!aansluiting.neemNaam(brixtel::kDienstNaam)) return std::nullopt;

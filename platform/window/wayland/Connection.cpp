@@ -120,6 +120,8 @@ void Connection::found(std::uint32_t name, std::string_view interface, std::uint
     } else if (interface == ext_idle_notifier_v1_interface.name) {
         idleNotifier_ =
             bind<ext_idle_notifier_v1>(r, name, ext_idle_notifier_v1_interface, version, 1);
+    } else if (interface == org_kde_kwin_idle_interface.name) {
+        kdeIdle_ = bind<org_kde_kwin_idle>(r, name, org_kde_kwin_idle_interface, version, 1);
     }
 }
 

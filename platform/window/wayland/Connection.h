@@ -57,6 +57,7 @@ class Connection {
     [[nodiscard]] wp_presentation* presentation() const { return presentation_.get(); }
     [[nodiscard]] zxdg_decoration_manager_v1* decorations() const { return decorations_.get(); }
     [[nodiscard]] ext_idle_notifier_v1* idleNotifier() const { return idleNotifier_.get(); }
+    [[nodiscard]] org_kde_kwin_idle* kdeIdle() const { return kdeIdle_.get(); }
 
     // Sends what was asked for so far.
     void flush();
@@ -89,6 +90,7 @@ class Connection {
     Proxy<wp_presentation> presentation_;
     Proxy<zxdg_decoration_manager_v1> decorations_;
     Proxy<ext_idle_notifier_v1> idleNotifier_;
+    Proxy<org_kde_kwin_idle> kdeIdle_;
     Outputs outputs_;
     Seat seat_;
     std::unique_ptr<QSocketNotifier> readable_, writable_;

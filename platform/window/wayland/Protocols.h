@@ -7,6 +7,7 @@
 
 #include "ext-idle-notify-v1-client.h"
 #include "fractional-scale-v1-client.h"
+#include "kde-idle-client.h"
 #include "presentation-time-client.h"
 #include "viewporter-client.h"
 #include "xdg-decoration-unstable-v1-client.h"
@@ -60,6 +61,8 @@ struct ProxyEnd {
     void operator()(zwlr_layer_surface_v1* p) const { zwlr_layer_surface_v1_destroy(p); }
     void operator()(ext_idle_notifier_v1* p) const { ext_idle_notifier_v1_destroy(p); }
     void operator()(ext_idle_notification_v1* p) const { ext_idle_notification_v1_destroy(p); }
+    void operator()(org_kde_kwin_idle* p) const { org_kde_kwin_idle_destroy(p); }
+    void operator()(org_kde_kwin_idle_timeout* p) const { org_kde_kwin_idle_timeout_release(p); }
 };
 template <typename T>
 using Proxy = std::unique_ptr<T, ProxyEnd>;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/window/wayland/WaylandIdle.h"
 #include "platform/window/wayland/WaylandWindow.h"
 
 namespace platform::wayland {
@@ -19,7 +20,14 @@ WaylandSystem::~WaylandSystem() {
 }
 
 Capabilities WaylandSystem::capabilities() const {
-    return {.liesAboveAll = connection_.layers() != nullptr, .passesClicks = true};
+    return {.liesAboveAll = connection_.layers() != nullptr,
+            .passesClicks = true,
+            .knowsIdle = WaylandIdle::canWatch(connection_)};
+}
+
+std::unique_ptr<IdleWatch> WaylandSystem::watchIdle(double seconds, IdleAction action) {
+    if (!WaylandIdle::canWatch(connection_)) return nullptr;
+    return std::make_unique<WaylandIdle>(connection_, seconds, std::move(action));
 }
 
 std::unique_ptr<NativeWindow> WaylandSystem::makeWindow(const NativeWindowOptions& options,

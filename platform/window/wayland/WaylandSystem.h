@@ -35,6 +35,7 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     [[nodiscard]] HostRef hostRefOf(QWindow&) const override { return {}; }
     [[nodiscard]] NativeWorkspace& workspace() override { return workspace_; }
     [[nodiscard]] OverlaySpaces* overlaySpaces() override { return nullptr; }
+    [[nodiscard]] std::unique_ptr<IdleWatch> watchIdle(double seconds, IdleAction action) override;
     // A compositor that puts the display to sleep asks for no frames.
     void watch(std::function<void(bool)>) override {}
     void rest() override {}

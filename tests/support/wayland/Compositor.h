@@ -31,6 +31,7 @@ struct Globals {
     bool decoration = true;
     bool xdgOutput = true;
     bool idle = true;
+    bool kdeIdle = true;
 };
 
 struct Output {
@@ -154,6 +155,8 @@ class Compositor {
     void postError();
     // Closes every connection and the socket, as in a crash.
     void die();
+    // The times (milliseconds) of the idle watches that there are, in no order.
+    [[nodiscard]] std::vector<std::uint32_t> idleTimes();
     // Idle notifications: the user has been away that long, or is back.
     void setIdle(bool idle);
 

@@ -7,6 +7,7 @@
 
 #include "ext-idle-notify-v1-server.h"
 #include "fractional-scale-v1-server.h"
+#include "kde-idle-server.h"
 #include "presentation-time-server.h"
 #include "viewporter-server.h"
 #include "xdg-decoration-unstable-v1-server.h"

@@ -84,7 +84,8 @@ struct World {
     std::vector<std::unique_ptr<OutputState>> goneOutputs;
     std::map<std::string, int> requests;
     std::set<wl_resource*> buffers;
-    std::vector<wl_resource*> seats, keyboards, pointers, idles;
+    std::vector<wl_resource*> seats, keyboards, pointers;
+    std::map<wl_resource*, std::uint32_t> idles, kdeIdles;  // with their milliseconds
     wl_global* seatGlobal = nullptr;
     std::uint32_t capabilities = WL_SEAT_CAPABILITY_KEYBOARD | WL_SEAT_CAPABILITY_POINTER;
     std::uint64_t pointerFocus = 0, keyFocus = 0;
@@ -122,6 +123,7 @@ struct World {
     void addXdgShell();
     void addDecoration();
     void addIdle();
+    void addKdeIdle();
 
     void commit(SurfaceState& surface);
     void firstCommit(SurfaceState& surface);
