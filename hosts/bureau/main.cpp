@@ -23,6 +23,7 @@
 #include "hosts/gedeeld/Signalen.h"
 #include "hosts/gedeeld/Uitvoer.h"
 #include "hosts/gedeeld/Voorraad.h"
+#include "platform/session/SessionLock.h"
 #include "platform/window/DesktopIdle.h"
 #include "platform/window/DesktopWorkspace.h"
 #include "platform/window/systems/WindowSystems.h"
@@ -103,6 +104,9 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
     platform::DistributedNotificationCenter berichten(bus);
     platform::WindowServer server(klok, {.system = platform::openWindowSystem(klok)});
     platform::DesktopWorkspace werkruimte(server, berichten);
+    const platform::SessionLock slot(
+        platform::SessionLock::systemBusAddress(),
+        [&werkruimte](bool dicht) { werkruimte.setLocked(dicht); });
     brixtel::Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval});
     // A desktop that ends takes the window system along; the program ends without a
     // word, unless the system has one to say.

@@ -63,12 +63,18 @@ class IdleInhibitors::Link final : public QObject {
           }),
           monitor_({.address = address,
                     .name = "inhibitors",
-                    .prepare = [this](QDBusConnection& bus) { becomeMonitor(bus); },
-                    .ready = [](QDBusConnection*) {}}),
+                    .prepare = {},
+                    .ready =
+                        [this](QDBusConnection* bus) {
+                            if (bus) readAlong(*bus);
+                        }}),
           own_({.address = address,
                 .name = "inhibiting",
                 .prepare = {},
-                .ready = [](QDBusConnection*) {}}),
+                .ready =
+                    [this](QDBusConnection* bus) {
+                        if (bus) offer(*bus);
+                    }}),
           takeName_(clock, {.interval = kPatience},
                     [this] { own_.async([this](QDBusConnection& bus) { takeName(bus); }); }) {}
 
@@ -81,9 +87,18 @@ class IdleInhibitors::Link final : public QObject {
     }
 
   private:
-    // On the queue, as takeName().
-    void becomeMonitor(QDBusConnection& bus) {
+    void readAlong(QDBusConnection& bus) {
         bus.registerVirtualObject(QStringLiteral("/"), &seen_, QDBusConnection::SubPath);
+        monitor_.async([this](QDBusConnection& same) { becomeMonitor(same); });
+    }
+
+    void offer(QDBusConnection& bus) {
+        for (const char* const path : {"/ScreenSaver", "/org/freedesktop/ScreenSaver"})
+            bus.registerVirtualObject(QLatin1String(path), &served_, QDBusConnection::SingleNode);
+    }
+
+    // On the queue.
+    void becomeMonitor(QDBusConnection& bus) {
         QDBusMessage become = QDBusMessage::createMethodCall(
             kBusName, kBusPath, QStringLiteral("org.freedesktop.DBus.Monitoring"),
             QStringLiteral("BecomeMonitor"));
@@ -92,9 +107,8 @@ class IdleInhibitors::Link final : public QObject {
         monitor_.onMain([this, reads] { reads_ = reads; });
     }
 
-    void takeName(QDBusConnection& bus) {
-        for (const char* const path : {"/ScreenSaver", "/org/freedesktop/ScreenSaver"})
-            bus.registerVirtualObject(QLatin1String(path), &served_, QDBusConnection::SingleNode);
+    // On the queue.
+    static void takeName(QDBusConnection& bus) {
         bus.interface()->registerService(QLatin1String(kSharedSaver),
                                          QDBusConnectionInterface::DontQueueService,
                                          QDBusConnectionInterface::AllowReplacement);

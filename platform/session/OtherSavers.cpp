@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/session/OtherSavers.h"
 
-#include <QDBusConnectionInterface>
-#include <QDBusReply>
+#include <QDBusMessage>
 #include <QSet>
+#include <QStringList>
 #include <utility>
 
 #include "platform/session/BusLink.h"
@@ -11,6 +11,18 @@
 #include "platform/session/NotificationNames.h"
 
 namespace platform {
+
+namespace {
+
+QStringList names() {
+    QStringList all;
+    for (const char* const interface : kSaverInterfaces)
+        if (QLatin1String(interface) != QLatin1String(kSharedSaver))
+            all << QLatin1String(interface);
+    return all;
+}
+
+}  // namespace
 
 class OtherSavers::Link final : public QObject {
     Q_OBJECT
@@ -21,22 +33,34 @@ class OtherSavers::Link final : public QObject {
           bus_({.address = address,
                 .name = "savers",
                 .prepare = [this](QDBusConnection& bus) { subscribe(bus); },
-                .ready = [](QDBusConnection*) {}}) {}
+                .ready =
+                    [this](QDBusConnection* bus) {
+                        if (bus) ask();
+                    }}) {}
 
     Q_SLOT void ownerChanged(const QString& name, const QString&, const QString& now) {
+        heard_.insert(name);
         note(name, !now.isEmpty());
     }
 
   private:
     // On the queue.
     void subscribe(QDBusConnection& bus) {
-        for (const char* const interface : kSaverInterfaces) {
-            const QString name = QLatin1String(interface);
-            if (name == QLatin1String(kSharedSaver)) continue;
+        for (const QString& name : names())
             bus.connect(kBusName, kBusPath, kBusName, kOwnerChanged, {name}, QStringLiteral("sss"),
                         this, SLOT(ownerChanged(QString, QString, QString)));
-            if (bus.interface()->isServiceRegistered(name).value())
-                bus_.onMain([this, name] { note(name, true); });
+    }
+
+    void ask() {
+        for (const QString& name : names()) {
+            QDBusMessage call = QDBusMessage::createMethodCall(kBusName, kBusPath, kBusName,
+                                                               QStringLiteral("NameHasOwner"));
+            call << name;
+            bus_.call(call, [this, name](const QDBusMessage& answer) {
+                // A signal that came meanwhile is newer.
+                if (heard_.contains(name) || answer.type() != QDBusMessage::ReplyMessage) return;
+                note(name, answer.arguments().value(0).toBool());
+            });
         }
     }
 
@@ -48,7 +72,8 @@ class OtherSavers::Link final : public QObject {
     }
 
     const std::function<void(bool)> action_;
-    QSet<QString> names_;
+    QSet<QString> names_;  // that are there
+    QSet<QString> heard_;  // of which a signal told
     BusLink bus_;
 };
 

@@ -26,7 +26,10 @@ class IdleMonitor final : public QDBusVirtualObject {
                                           this) &&
                bus_.registerService(name());
     }
-    bool vanish() { return bus_.unregisterService(name()); }
+    bool vanish() {
+        bus_.unregisterObject(QStringLiteral("/org/gnome/Mutter/IdleMonitor/Core"));
+        return bus_.unregisterService(name());
+    }
 
     // Sends that the watch of that number fired.
     void fire(uint watch) {

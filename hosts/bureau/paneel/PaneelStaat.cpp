@@ -66,6 +66,11 @@ QString PaneelStaat::regenMelding() const {
     return tekst.isEmpty() ? tekst : tekst + u'.';
 }
 
+QString PaneelStaat::rustStatus() const {
+    const int minuten = stand().keuzes.rust;
+    return minuten == 0 ? QStringLiteral("nooit") : QStringLiteral("%1 min").arg(minuten);
+}
+
 QString PaneelStaat::rustMelding() const {
     const QString tekst = metHoofdletter(stand().rustUitleg);
     return tekst.isEmpty() ? tekst : tekst + QStringLiteral(", dus er komt niets vanzelf.");

@@ -34,6 +34,7 @@ class PaneelStaat : public QObject {
     Q_PROPERTY(QVariantList flitsen READ flitsen CONSTANT)
     Q_PROPERTY(double rust READ rust WRITE zetRust NOTIFY standChanged)
     Q_PROPERTY(double langsteRust READ langsteRust CONSTANT)
+    Q_PROPERTY(QString rustStatus READ rustStatus NOTIFY standChanged)
     Q_PROPERTY(QString rustMelding READ rustMelding NOTIFY standChanged)
     Q_PROPERTY(bool autostart READ autostart WRITE zetAutostart NOTIFY autostartChanged)
     Q_PROPERTY(double niveau READ niveau NOTIFY geluidChanged)
@@ -68,6 +69,7 @@ class PaneelStaat : public QObject {
     // Minutes; 0 is never.
     [[nodiscard]] double rust() const { return stand().keuzes.rust; }
     [[nodiscard]] double langsteRust() const { return BureauInstellingen::kLangsteRust; }
+    [[nodiscard]] QString rustStatus() const;
     [[nodiscard]] QString rustMelding() const;
     // Whether the session starts the program.
     [[nodiscard]] bool autostart() const;

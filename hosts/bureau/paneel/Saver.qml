@@ -18,22 +18,6 @@ Column {
         onGewisseld: (nu) => paneel.saver = nu
         Accessible.name: "Wat de schermbeveiliging toont"
     }
-    BXSchuif {
-        width: parent.width
-        naam: "Na rust"
-        naamBreedte: 72
-        bereik: [0, paneel.langsteRust]
-        stap: 1
-        waarde: paneel.rust
-        onBewogen: (nu) => paneel.rust = nu
-        tekst: waarde < 0.5 ? "nooit" : Math.round(waarde) + " min"
-    }
-    BXUitleg {
-        objectName: "rustMelding"
-        width: parent.width
-        visible: tekst !== ""
-        tekst: paneel.rustMelding
-    }
     BXKnop {
         width: Math.min(implicitWidth, parent.width)
         titel: "Open de instellingen"

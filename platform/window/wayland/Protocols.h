@@ -10,6 +10,7 @@
 #include "kde-idle-client.h"
 #include "presentation-time-client.h"
 #include "viewporter-client.h"
+#include "wlr-foreign-toplevel-management-unstable-v1-client.h"
 #include "xdg-decoration-unstable-v1-client.h"
 #include "xdg-output-unstable-v1-client.h"
 #include "xdg-shell-client.h"
@@ -56,6 +57,12 @@ struct ProxyEnd {
     void operator()(zxdg_decoration_manager_v1* p) const { zxdg_decoration_manager_v1_destroy(p); }
     void operator()(zxdg_toplevel_decoration_v1* p) const {
         zxdg_toplevel_decoration_v1_destroy(p);
+    }
+    void operator()(zwlr_foreign_toplevel_manager_v1* p) const {
+        zwlr_foreign_toplevel_manager_v1_destroy(p);
+    }
+    void operator()(zwlr_foreign_toplevel_handle_v1* p) const {
+        zwlr_foreign_toplevel_handle_v1_destroy(p);
     }
     void operator()(zwlr_layer_shell_v1* p) const;
     void operator()(zwlr_layer_surface_v1* p) const { zwlr_layer_surface_v1_destroy(p); }

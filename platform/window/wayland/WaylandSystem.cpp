@@ -12,6 +12,7 @@ namespace platform::wayland {
 WaylandSystem::WaylandSystem(MediaClock& clock, const QString& address)
     : connection_(clock, address), workspace_(*this) {
     outputs_ = connection_.outputs().observe([this] { outputsChanged(); });
+    focus_ = connection_.toplevels().observe([this] { focusChanged(); });
     if (connection_.isAlive()) ScreenSource::use(this);
 }
 
@@ -68,7 +69,22 @@ void WaylandSystem::outputsChanged() {
             window->outputsChanged();
 }
 
+void WaylandSystem::focusChanged() {
+    if (!connection_.locksAreOverlays()) return;
+    const std::vector<WaylandWindow*> all = windows_;
+    for (WaylandWindow* const window : all)
+        if (std::find(windows_.begin(), windows_.end(), window) != windows_.end())
+            window->focusChanged();
+}
+
+void WaylandSystem::restingChanged() {
+    const bool any = std::any_of(windows_.begin(), windows_.end(),
+                                 [](const WaylandWindow* window) { return window->isResting(); });
+    if (std::exchange(lockLikely_, any) != any) workspace_.tell(Workspace::Change::Saver);
+}
+
 void WaylandSystem::keyboardMoved() {
+    focusChanged();
     workspace_.tell(Workspace::Change::FrontmostApplication);
 }
 

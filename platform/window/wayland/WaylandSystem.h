@@ -58,6 +58,11 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     // is every compositor's own choice.
     void windowsChanged();
     void keyboardMoved();
+    void focusChanged();
+    // Whether a lock seems to have the keyboard changed for a window.
+    void restingChanged();
+    // Whether the windows tell of a lock.
+    [[nodiscard]] bool isLockLikely() const { return lockLikely_; }
     void cursorChanged();
     void presented(double time) { lastPresented_ = time; }
     [[nodiscard]] bool hidesCursor() const { return workspace_.hidesCursor(); }
@@ -73,9 +78,10 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     std::int64_t lastNumber_ = 0;
     std::vector<WaylandWindow*> windows_;
     bool covered_ = false;
+    bool lockLikely_ = false;
     std::optional<double> lastPresented_;
     mutable QPointF pointerPlace_;
-    Observation outputs_;
+    Observation outputs_, focus_;
 };
 
 }  // namespace platform::wayland

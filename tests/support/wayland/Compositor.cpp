@@ -254,6 +254,20 @@ void Compositor::setSeat(bool keyboard, bool pointer) {
     });
 }
 
+void Compositor::setGivesKeyboard(bool gives) {
+    ask([&](World& world) {
+        world.givesKeyboard = gives;
+        world.findKeyFocus();
+    });
+}
+
+void Compositor::setToplevelActive(const std::vector<bool>& active) {
+    ask([&](World& world) {
+        for (const bool each : active)
+            world.sendToplevel(each);
+    });
+}
+
 void Compositor::setFrames(Frames frames) {
     ask([&](World& world) { world.options.frames = frames; });
 }

@@ -32,6 +32,9 @@ struct Globals {
     bool xdgOutput = true;
     bool idle = true;
     bool kdeIdle = true;
+    bool inputTaking = false;  // the protocol of lockers that are overlays
+    bool sessionLock = false;  // that of lockers that are more
+    bool toplevels = true;     // other programs' windows: one
 };
 
 struct Output {
@@ -144,6 +147,11 @@ class Compositor {
     // Whether the pointer is over a surface that shows none.
     [[nodiscard]] bool cursorHidden();
     void setSeat(bool keyboard, bool pointer);
+
+    // Whether overlays that want the keyboard get it, as under no lock.
+    void setGivesKeyboard(bool gives);
+    // The other program's window has the focus or has not, one after the other at once.
+    void setToplevelActive(const std::vector<bool>& active);
 
     void setFrames(Frames frames);
     void setReleasesBuffers(bool releases);
