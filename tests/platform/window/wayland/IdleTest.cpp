@@ -66,7 +66,7 @@ TEST(WaylandIdle, WithoutEitherProtocolTheSystemCannotTell) {
     EXPECT_FALSE(there.system.watchIdle(60.0, [](bool) {}));
 }
 
-TEST(WaylandIdle, WithoutASeatThereIsNobodyToWatch) {
+TEST(WaylandIdle, WithoutACompositorNobodyKnows) {
     wltest::Compositor compositor(with(true, true));
     ManualClock clock;
     compositor.die();

@@ -64,13 +64,13 @@ TEST(OverlaysAmongLocks, ABlackScreenThatLosesItsKeyboardStepsDownAndRests) {
     int told = 0;
     const Observation watch = desktop.observe(
         [&](Workspace::Change change) { told += change == Workspace::Change::Saver ? 1 : 0; });
-    there.compositor.giveKeyboard(0);
+    there.compositor.setGivesKeyboard(false);
     there.settle();
     EXPECT_EQ(there.layer(), kTop);
     EXPECT_FALSE(black.native->isSeen());
     EXPECT_TRUE(desktop.isSaverActive());
     EXPECT_EQ(told, 1);
-    there.compositor.giveKeyboard(there.only().id);
+    there.compositor.setGivesKeyboard(true);
     there.settle();
     EXPECT_EQ(there.layer(), kOverlay);
     EXPECT_TRUE(black.native->isSeen());
@@ -105,7 +105,7 @@ TEST(OverlaysAmongLocks, TheKeyboardOnOneDisplayCountsForAll) {
     there.show(second);
     for (const auto& surface : there.compositor.shown())
         EXPECT_EQ(surface.layer, kOverlay);
-    there.compositor.giveKeyboard(0);
+    there.compositor.setGivesKeyboard(false);
     there.settle();
     for (const auto& surface : there.compositor.shown())
         EXPECT_EQ(surface.layer, kTop);
