@@ -187,7 +187,7 @@ TEST_F(Venster, ClickingAButtonUnmarksAllOthersAlsoIfThePlatformsGroupingDidNot)
     EXPECT_EQ(aan(*venster), std::vector{2});
     venster->knoppen()[4]->click();
     EXPECT_EQ(aan(*venster), std::vector{4});
-    // It marks what was clicked, also where that was on: one is always marked.
+    // A click on the marked button leaves the button marked: one is always marked.
     venster->knoppen()[4]->click();
     EXPECT_EQ(aan(*venster), std::vector{4});
 }
@@ -240,7 +240,7 @@ TEST_F(Venster, AttachedAsASheetItsParentIsAskedToEndIt) {
     venster->showAbove({});
     venster->sluit();
     EXPECT_EQ(ouder.geeindigd, std::vector<platform::Sheet*>{venster.get()});
-    // That is the parent's to do.
+    // The parent hides the sheet.
     EXPECT_TRUE(venster->isShown());
     EXPECT_EQ(gemeld.size(), 1U);
 }
@@ -339,7 +339,7 @@ TEST_F(Venster, AScreenReaderCanChooseToo) {
     EXPECT_TRUE(knop->state().checked);
 }
 
-// How much of a part of the picture is the bright green.
+// The number of bright green pixels in a part of the picture.
 int groenIn(const QImage& beeld, const QRect& deel) {
     int aantal = 0;
     for (int y = deel.top(); y <= deel.bottom(); ++y)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the user does to the controls, without a window.
+// The controls under a pointer and keys, without a window.
 #include <gtest/gtest.h>
 
 #include <QAccessible>

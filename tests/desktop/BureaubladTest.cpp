@@ -223,7 +223,7 @@ TEST_F(Effecten, ThePreviouslyActiveWindowHasTheKeyboardAgain) {
     Programma programma;
     ASSERT_TRUE(until([&] { return Bureaublad::actief() == programma.venster; }));
     ASSERT_TRUE(toonZwart());
-    ASSERT_EQ(centrale->vorigeApp()->window, programma.venster);
+    ASSERT_EQ(centrale->vorigeApp()->window.text, QString::number(programma.venster));
     centrale->sluitZwart();
     EXPECT_TRUE(until([&] { return Bureaublad::metToetsen() == programma.venster; }));
     EXPECT_TRUE(until([&] { return Bureaublad::actief() == programma.venster; }));
@@ -237,7 +237,7 @@ TEST_F(Effecten, ThePreviouslyActiveWindowHasTheKeyboardAgain) {
 
 TEST_F(Effecten, WithoutAWindowManagerTheKeyboardGoesBackAsWell) {
     Programma programma;
-    // It leaves its word behind that there is one.
+    // The window manager leaves its property behind, which says that it runs.
     bureaublad.stopBeheer();
     // As it goes it takes windows out of its frames, which hides them for a moment.
     ASSERT_TRUE(until([&] {
@@ -289,7 +289,7 @@ TEST_F(Effecten, AnApplicationThatIsGoneTakesNobodyToAnotherDesktop) {
     {
         Programma programma;
         ASSERT_TRUE(toonZwart());
-        ASSERT_EQ(centrale->vorigeApp()->window, programma.venster);
+        ASSERT_EQ(centrale->vorigeApp()->window.text, QString::number(programma.venster));
     }
     ASSERT_TRUE(until([] { return Bureaublad::beheerde().isEmpty(); }));
     centrale->sluitZwart();
@@ -307,7 +307,7 @@ TEST_F(Effecten, AWindowManagerThatComesAnewDoesNotKeepTheKeyboard) {
     const Openbox ander{scherm->display()};
     ASSERT_TRUE(ander.isReady());
     EXPECT_TRUE(until([=] { return Bureaublad::metToetsen() == zwart; }));
-    // It stays so: what is typed closes the black screen.
+    // The keyboard stays there: a key closes the black screen.
     EXPECT_TRUE(until([this] {
         if (centrale->zwartAan()) Bureaublad::hulp(QStringLiteral("xdotool key a"));
         return !centrale->zwartAan();

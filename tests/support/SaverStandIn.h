@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What xscreensaver's daemon leaves to see on an X server: a window that is never mapped and
-// tells a version, and its word on the root window. Destroyed, it is as a daemon that was
-// killed: the word stays.
+// The traces of xscreensaver's daemon on an X server: a window that is never mapped and
+// tells a version, and a status on the root window. Its destruction leaves the traces of a
+// killed daemon: the status stays.
 #pragma once
 
 #include <array>
@@ -32,7 +32,7 @@ class SaverStandIn {
         const auto cookie = xcb_intern_atom(x_.connection(), 0,
                                             static_cast<std::uint16_t>(std::strlen(name)), name);
         xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(x_.connection(), cookie, nullptr);
-        const xcb_atom_t found = reply ? reply->atom : XCB_ATOM_NONE;
+        const xcb_atom_t found = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
         std::free(reply);
         return found;
     }

@@ -20,7 +20,7 @@ namespace {
 constexpr QSizeF kMaat(960.0, 540.0);
 constexpr double kSchaal = 0.1;
 constexpr int kMeesteFlitsen = 3;  // a second
-// What the mean light may change by from one frame to the next.
+// The largest change of the mean light from one frame to the next.
 constexpr double kHoogste = 0.03;
 
 class VeiligTest : public steun::WereldOpstelling {
@@ -164,7 +164,7 @@ class BewogenWand {
     std::vector<double> licht_;
 };
 
-// But for the digits that leave by the picture's edges.
+// Digits that leave by the edges of the picture do not count.
 TEST_F(VeiligTest, TheLightOfTheTunnelChangesOnlyByWhatLeavesThePicture) {
     const auto wereld = maak(DrieSoort::tunnel);
     BewogenWand wand;

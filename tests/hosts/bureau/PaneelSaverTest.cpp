@@ -42,7 +42,7 @@ TEST_F(MetSaver, ItsSheetOpensAboveThePanelOnceAndItsModeIsReadAfterIt) {
     EXPECT_TRUE(until([this] { return isGekozen("LOGO", kSaver); }));
 }
 
-// It would be undone as the sheet closes.
+// The sheet would undo a choice of the panel as it closes.
 TEST_F(MetSaver, WhileItsSheetIsOpenItsModeIsChosenThereAlone) {
     openBlad();
     druk(QAccessible::RadioButton, "TUNNEL", kSaver);

@@ -124,7 +124,7 @@ TEST_F(StackKeeperTest, ALockThatKeepsComingBackIsGivenWayTo) {
     EXPECT_EQ(top(), lock);
     EXPECT_GE(covered, 1);
     EXPECT_LE(covered, 3);
-    // It is down: what comes next goes under again.
+    // The lock is down: the next window goes under again.
     x.destroy(lock);
     (void)window();
     EXPECT_TRUE(isOnTop(kept));
