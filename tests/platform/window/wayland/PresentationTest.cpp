@@ -82,7 +82,7 @@ TEST_F(Presentation, APictureCountsOnceItWasShown) {
 TEST_F(Presentation, WithoutReportsAPictureCountsOnceItWasDrawn) {
     Shown shown({.globals = {.presentation = false}});
     ASSERT_TRUE(shown.paintsOnce());
-    EXPECT_TRUE(until([&] { return shown.frames() == 1; }));
+    EXPECT_TRUE(until([&] { return shown.frames() >= 1; }));
     EXPECT_GE(shown.window.statistics().firstFrameTime, 100.0);
 }
 
@@ -90,7 +90,7 @@ TEST_F(Presentation, TimesOfAnotherClockAreNotAskedFor) {
     Shown shown({.presentationClock = CLOCK_REALTIME});
     ASSERT_TRUE(shown.paintsOnce());
     EXPECT_EQ(shown.compositor.count("wp_presentation", "feedback"), 0);
-    EXPECT_TRUE(until([&] { return shown.frames() == 1; }));
+    EXPECT_TRUE(until([&] { return shown.frames() >= 1; }));
 }
 
 // The output says 60 pictures a second, and shows 90.
