@@ -77,7 +77,7 @@ class Bureau {
     }
 
     // Brings a window of this program to the front, from any virtual desktop.
-    void activeer(std::uint32_t venster) { werkruimte_.activate({.window = venster}); }
+    void activeer(const platform::WindowRef& venster) { werkruimte_.activate({.window = venster}); }
 
     // The desktop rain leaves this rectangle of the screens free: what stands there is to
     // be read. As in Screen::frame; an empty one is none.

@@ -54,7 +54,9 @@ constexpr const char* kGeenScherm = "er is geen scherm om op te tekenen";
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     if (soort != QtFatalMsg) return;
     const bool erIsScherm = platform::DisplayCheck().isReachable();
-    std::_Exit(meldNaam(erIsScherm ? regel : QString::fromUtf8(kGeenScherm)));
+    std::_Exit(meldNaam(erIsScherm
+                            ? QStringLiteral("Qt geeft het op: ") + regel.section(u'\n', 0, 0)
+                            : QString::fromUtf8(kGeenScherm)));
 }
 
 // Sends all requests, and then asks for the state where the command line wants it. Returns

@@ -64,22 +64,28 @@ void schrijf(std::string_view tekst) {
     [[maybe_unused]] const auto aantal = write(STDERR_FILENO, tekst.data(), tekst.size());
 }
 
+constexpr std::string_view kGeheugen = "er is te weinig geheugen";
+
 // Ends without memory: the text of the line exists beforehand.
-[[noreturn]] void eindig() {
-    std::string_view waarom = "er ging iets mis in het programma";
-    try {
-        if (const auto nu = std::current_exception()) std::rethrow_exception(nu);
-    } catch (const std::bad_alloc&) {
-        waarom = "er is te weinig geheugen";
-    } catch (const std::system_error&) {
-        waarom = "het systeem weigert een draad of een ander middel";
-    } catch (...) {
-    }
+[[noreturn]] void eindigOm(std::string_view waarom) {
     schrijf(naam);
     schrijf(": ");
     schrijf(waarom);
     schrijf("\n");
     std::_Exit(1);
+}
+
+[[noreturn]] void eindig() {
+    std::string_view waarom = "er ging iets mis in het programma";
+    try {
+        if (const auto nu = std::current_exception()) std::rethrow_exception(nu);
+    } catch (const std::bad_alloc&) {
+        waarom = kGeheugen;
+    } catch (const std::system_error&) {
+        waarom = "het systeem weigert een draad of een ander middel";
+    } catch (...) {
+    }
+    eindigOm(waarom);
 }
 
 }  // namespace
@@ -95,6 +101,10 @@ QString tekort(std::size_t ruimte) {
 void eindigMetEenRegel(const char* programma) {
     naam = programma;
     std::set_terminate(eindig);
+}
+
+void eindigZonderGeheugen() {
+    eindigOm(kGeheugen);
 }
 
 }  // namespace brixtel

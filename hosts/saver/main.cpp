@@ -44,12 +44,16 @@ int meldNaam(const QString& wat, int uitgang) {
 constexpr const char* kGeenScherm =
     "er is geen scherm om op te tekenen; met --plaatje kan het zonder";
 
+// Whether what is asked for needs no display.
+bool zonderScherm = false;
+
 // Qt's messages are for developers, and a host would show them to people. A fatal one would
-// dump core, as when the X server goes away while Qt starts.
+// dump core, as when the display goes away while Qt starts.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     if (soort != QtFatalMsg) return;
-    const bool erIsScherm = platform::DisplayCheck().isReachable();
-    std::_Exit(meldNaam(erIsScherm ? regel : QString::fromUtf8(kGeenScherm), kFout));
+    if (!zonderScherm && !platform::DisplayCheck().isReachable())
+        std::_Exit(meldNaam(QString::fromUtf8(kGeenScherm), kFout));
+    std::_Exit(meldNaam(QStringLiteral("Qt geeft het op: ") + regel.section(u'\n', 0, 0), kFout));
 }
 
 bool isPlaatje(const Opdracht& opdracht) {
@@ -59,7 +63,7 @@ bool isPlaatje(const Opdracht& opdracht) {
 
 void kiesPlatform(const Opdracht& opdracht) {
     using platform::QtScreens;
-    const bool plaatje = isPlaatje(opdracht);
+    const bool plaatje = zonderScherm = isPlaatje(opdracht);
     const bool blad = opdracht.taak == Opdracht::Taak::Instellingen;
     platform::chooseQtScreens(plaatje ? QtScreens::None
                               : blad  ? QtScreens::Session

@@ -23,7 +23,7 @@ inline constexpr const char* kSaverWillStop = "com.apple.screensaver.willstop";
 inline constexpr const char* kSharedSaver = "org.freedesktop.ScreenSaver";
 
 // The interfaces whose ActiveChanged says that a saver or lock begins or ends.
-// That of KDE is the freedesktop one.
+// KDE has the freedesktop interface.
 inline constexpr std::array kSaverInterfaces{
     kSharedSaver,           "org.gnome.ScreenSaver",
     "org.mate.ScreenSaver", "org.cinnamon.ScreenSaver",

@@ -106,7 +106,7 @@ QString PaneelStaat::saverNaam() const {
 QVariantList PaneelStaat::saverKeuzes() const {
     QVariantList lijst;
     for (const SaverKeuze een : alleKeuzes)
-        lijst << optie(ruweWaarde(een), metHoofdletter(ruweWaarde(een)));
+        lijst << optie(ruweWaarde(een), ruweWaarde(een).toUpper());
     return lijst;
 }
 

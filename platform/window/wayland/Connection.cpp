@@ -2,6 +2,7 @@
 #include "platform/window/wayland/Connection.h"
 
 #include <poll.h>
+#include <time.h>
 
 #include <QAbstractEventDispatcher>
 #include <algorithm>
@@ -63,6 +64,11 @@ const wl_registry_listener Connection::kRegistry = {
                         std::uint32_t name) { static_cast<Connection*>(data)->gone(name); },
 };
 
+const wp_presentation_listener Connection::kPresentation = {
+    .clock_id = [](void* data, wp_presentation*, std::uint32_t clock) {
+        if (clock != CLOCK_MONOTONIC) static_cast<Connection*>(data)->presentation_.reset();
+    }};
+
 const xdg_wm_base_listener Connection::kPings = {
     .ping = [](void*, xdg_wm_base* base, std::uint32_t serial) { xdg_wm_base_pong(base, serial); }};
 
@@ -120,6 +126,7 @@ void Connection::found(std::uint32_t name, std::string_view interface, std::uint
             r, name, wp_fractional_scale_manager_v1_interface, version, 1);
     } else if (interface == wp_presentation_interface.name) {
         presentation_ = bind<wp_presentation>(r, name, wp_presentation_interface, version, 1);
+        wp_presentation_add_listener(presentation_.get(), &kPresentation, this);
     } else if (interface == zxdg_decoration_manager_v1_interface.name) {
         decorations_ = bind<zxdg_decoration_manager_v1>(
             r, name, zxdg_decoration_manager_v1_interface, version, 1);

@@ -61,6 +61,8 @@ class Connection {
     [[nodiscard]] zwlr_layer_shell_v1* layers() const { return layers_.get(); }
     [[nodiscard]] wp_viewporter* viewporter() const { return viewporter_.get(); }
     [[nodiscard]] wp_fractional_scale_manager_v1* fractions() const { return fractions_.get(); }
+    // Null, too, where the compositor's times are those of another clock than the media
+    // clock's.
     [[nodiscard]] wp_presentation* presentation() const { return presentation_.get(); }
     [[nodiscard]] zxdg_decoration_manager_v1* decorations() const { return decorations_.get(); }
     [[nodiscard]] ext_idle_notifier_v1* idleNotifier() const { return idleNotifier_.get(); }
@@ -77,6 +79,7 @@ class Connection {
     };
     static const wl_registry_listener kRegistry;
     static const xdg_wm_base_listener kPings;
+    static const wp_presentation_listener kPresentation;
     void found(std::uint32_t name, std::string_view interface, std::uint32_t version);
     void gone(std::uint32_t name);
     void followToplevels();

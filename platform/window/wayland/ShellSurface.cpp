@@ -9,6 +9,7 @@ namespace platform::wayland {
 namespace {
 
 constexpr double kScaleSteps = 120.0;
+constexpr double kPerNanosecond = 1.0e-9;  // seconds
 constexpr const char* kProgram = "nl.groenlicht.brixtel";
 constexpr std::uint32_t kAllEdges =
     ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURFACE_V1_ANCHOR_BOTTOM |
@@ -101,11 +102,12 @@ const wp_presentation_feedback_listener ShellSurface::Listeners::kFeedback = {
     .sync_output = [](void*, struct wp_presentation_feedback*, wl_output*) {},
     .presented =
         [](void* data, struct wp_presentation_feedback* feedback, std::uint32_t high,
-           std::uint32_t low, std::uint32_t nanoseconds, std::uint32_t, std::uint32_t,
+           std::uint32_t low, std::uint32_t nanoseconds, std::uint32_t interval, std::uint32_t,
            std::uint32_t, std::uint32_t) {
             drop(of(data), feedback);
             const auto seconds = (std::uint64_t{high} << 32U) | low;
-            of(data).owner_.presented(static_cast<double>(seconds) + nanoseconds * 1e-9);
+            of(data).owner_.presented(static_cast<double>(seconds) + nanoseconds * kPerNanosecond,
+                                      interval * kPerNanosecond);
         },
     .discarded = [](void* data,
                     struct wp_presentation_feedback* feedback) { drop(of(data), feedback); },

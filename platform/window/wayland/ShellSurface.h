@@ -24,8 +24,8 @@ class ShellSurfaceOwner {
     virtual void closeAsked() = 0;
     // The compositor takes the next picture.
     virtual void frameDone() = 0;
-    // A picture was shown to the user, at that time of the system's clock.
-    virtual void presented(double time) = 0;
+    // A picture was shown to the user, as in NativeWindowDelegate.
+    virtual void presented(double time, double interval) = 0;
 
   protected:
     ~ShellSurfaceOwner() = default;

@@ -10,15 +10,12 @@
 namespace platform::wayland {
 
 WaylandSystem::WaylandSystem(MediaClock& clock, const QString& address)
-    : connection_(clock, address), workspace_(*this) {
+    : connection_(clock, address), found_(connection_.isAlive()), workspace_(*this) {
     outputs_ = connection_.outputs().observe([this] { outputsChanged(); });
     focus_ = connection_.toplevels().observe([this] { focusChanged(); });
-    if (connection_.isAlive()) ScreenSource::use(this);
 }
 
-WaylandSystem::~WaylandSystem() {
-    if (connection_.isAlive()) ScreenSource::use(nullptr);
-}
+WaylandSystem::~WaylandSystem() = default;
 
 Capabilities WaylandSystem::capabilities() const {
     return {.liesAboveAll = connection_.layers() != nullptr,

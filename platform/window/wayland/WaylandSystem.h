@@ -32,7 +32,7 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
                                                       NativeWindowDelegate&) override {
         return nullptr;
     }
-    [[nodiscard]] HostRef hostRefOf(QWindow&) const override { return {}; }
+    [[nodiscard]] ScreenSource* screenSource() override { return found_ ? this : nullptr; }
     [[nodiscard]] NativeWorkspace& workspace() override { return workspace_; }
     [[nodiscard]] OverlaySpaces* overlaySpaces() override { return nullptr; }
     [[nodiscard]] std::unique_ptr<IdleWatch> watchIdle(double seconds, IdleAction action) override;
@@ -64,7 +64,6 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     // Whether the windows tell of a lock.
     [[nodiscard]] bool isLockLikely() const { return lockLikely_; }
     void cursorChanged();
-    void presented(double time) { lastPresented_ = time; }
     [[nodiscard]] bool hidesCursor() const { return workspace_.hidesCursor(); }
     [[nodiscard]] QPointF pointerPlace() const;
     // A saver or lock covers the displays: no overlay is shown over it.
@@ -74,12 +73,12 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     void outputsChanged();
 
     Connection connection_;
+    bool found_;  // the compositor answered at the start
     WaylandWorkspace workspace_;
     std::int64_t lastNumber_ = 0;
     std::vector<WaylandWindow*> windows_;
     bool covered_ = false;
     bool lockLikely_ = false;
-    std::optional<double> lastPresented_;
     mutable QPointF pointerPlace_;
     Observation outputs_, focus_;
 };

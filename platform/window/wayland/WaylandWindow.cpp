@@ -298,8 +298,8 @@ void WaylandWindow::frameDone() {
     updateReadiness();
 }
 
-void WaylandWindow::presented(double time) {
-    system_.presented(time);
+void WaylandWindow::presented(double time, double interval) {
+    delegate_.presented(time, interval);
 }
 
 QPointF WaylandWindow::onScreen(QPointF at) const {

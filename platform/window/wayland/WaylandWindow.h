@@ -41,6 +41,9 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     [[nodiscard]] bool hasKeyboard() const override;
     [[nodiscard]] bool isShown() const override { return shown_; }
     [[nodiscard]] bool isSeen() const override;
+    [[nodiscard]] bool tellsPresentation() const override {
+        return connection_.presentation() != nullptr;
+    }
     void setIgnoresMouse(bool ignores) override;
     void setCursorHidden(bool hidden) override;
     void setOpacity(double) override {}
@@ -76,7 +79,7 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     void surfaceTaken() override;
     void closeAsked() override;
     void frameDone() override;
-    void presented(double time) override;
+    void presented(double time, double interval) override;
 
     // Whether the focus says that no lock can be there; always true where the compositor
     // keeps locks above everything.

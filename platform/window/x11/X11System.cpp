@@ -6,6 +6,7 @@
 
 #include "platform/window/x11/NativeWindows.h"
 #include "platform/window/x11/X11Idle.h"
+#include "platform/window/x11/Xwayland.h"
 
 namespace platform {
 
@@ -38,7 +39,7 @@ std::optional<xcb_window_t> readWindowNumber(const QString& text) {
 X11System::X11System(MediaClock& clock, const QString& display)
     : clock_(clock), display_(display), events_(display) {
     if (!isConnected()) return;
-    isOnWayland_ = XConnection(display_).isOnWayland();
+    isOnWayland_ = platform::isOnWayland(XConnection(display_));
     sleep_.emplace(clock_, dpmsQuestion(events_.get(), [this] { events_.readSoon(); }),
                    [this](bool asleep) {
                        asleep_ = asleep;
@@ -58,11 +59,11 @@ X11System::~X11System() {
 }
 
 Capabilities X11System::capabilities() const {
-    return {.adoptsHosts = true,
-            .liesAboveAll = true,
+    return {.liesAboveAll = true,
             .passesClicks = !isOnWayland_,
             .returnsKeyboard = true,
             .fadesWindows = true,
+            .drawsOnGpu = true,
             .placesWindows = true};
 }
 
@@ -82,10 +83,6 @@ std::unique_ptr<NativeWindow> X11System::adopt(const HostRef& host,
     if (!isConnected()) return nullptr;
     return std::make_unique<HostWindow>(*this, readWindowNumber(host.text).value_or(events_.root()),
                                         delegate);
-}
-
-HostRef X11System::hostRefOf(QWindow& window) const {
-    return HostRef{QString::number(window.winId())};
 }
 
 // A server on a compositor sees only the input to its own windows.

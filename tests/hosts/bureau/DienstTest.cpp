@@ -250,7 +250,7 @@ class Vloed {
         proces.kill();
         proces.waitForFinished();
     }
-    // It says so every thousand calls.
+    // The number of lines, of which the flooding client writes one every thousand calls.
     long duizenden() {
         gezegd += proces.readAll();
         return static_cast<long>(gezegd.count('\n'));

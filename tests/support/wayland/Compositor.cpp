@@ -161,8 +161,8 @@ int Compositor::buffers() {
     return number;
 }
 
-void Compositor::frame(double seconds) {
-    ask([&](World& world) { world.frameAll(seconds); });
+void Compositor::frame(double seconds, std::uint32_t interval) {
+    ask([&](World& world) { world.frameAll(seconds, interval); });
 }
 
 void Compositor::addOutput(const Output& output) {

@@ -58,6 +58,7 @@ struct Options {
     Frames frames = Frames::ByHand;
     bool releasesBuffers = true;  // once another one is there
     bool configuresByItself = true;
+    std::uint32_t presentationClock = 1;  // CLOCK_MONOTONIC
 };
 
 enum class Role { None, Layer, Toplevel, Cursor };
@@ -118,8 +119,9 @@ class Compositor {
     [[nodiscard]] int buffers();
 
     // Answers the frame callbacks of every surface that is shown, and says of
-    // their pictures that they were presented at `seconds` of the clock.
-    void frame(double seconds = 0.0);
+    // their pictures that they were presented at `seconds` of the clock, on a display with
+    // `interval` nanoseconds between two pictures.
+    void frame(double seconds = 0.0, std::uint32_t interval = 16'666'666);
 
     void addOutput(const Output& output);
     // Its layer surfaces are told that they are closed.

@@ -135,8 +135,8 @@ struct World {
     void mapped(SurfaceState& surface);
     void unmapped(SurfaceState& surface);
     void forget(SurfaceState& surface);
-    void frame(SurfaceState& surface, double seconds);
-    void frameAll(double seconds);
+    void frame(SurfaceState& surface, double seconds, std::uint32_t interval);
+    void frameAll(double seconds, std::uint32_t interval = 16'666'666);
 
     [[nodiscard]] SurfaceState* hit(QPointF at);
     void pointerTo(QPointF at);

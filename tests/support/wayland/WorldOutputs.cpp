@@ -122,13 +122,14 @@ const struct org_kde_kwin_idle_interface kKdeIdle = {
 }  // namespace
 
 void World::addPresentation() {
-    wl_global_create(display, &wp_presentation_interface, 1, this,
-                     [](wl_client* client, void* data, std::uint32_t, std::uint32_t id) {
-                         wp_presentation_send_clock_id(
-                             static_cast<World*>(data)->make(client, &wp_presentation_interface, 1,
-                                                             id, &kPresentation, 0),
-                             CLOCK_MONOTONIC);
-                     });
+    wl_global_create(
+        display, &wp_presentation_interface, 1, this,
+        [](wl_client* client, void* data, std::uint32_t, std::uint32_t id) {
+            auto& world = *static_cast<World*>(data);
+            wp_presentation_send_clock_id(
+                world.make(client, &wp_presentation_interface, 1, id, &kPresentation, 0),
+                world.options.presentationClock);
+        });
 }
 
 void World::addIdle() {
