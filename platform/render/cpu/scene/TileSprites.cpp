@@ -161,7 +161,7 @@ Columns columnsOf(double at, double size, int texels, int tileFirst, int tileCou
     return columns;
 }
 
-// The visible share of a sprite's pixels, and the highest nearness there.
+// The covered share of each pixel that nothing nearer hides.
 TileV seen(const ScreenSprite& sprite, const SceneTile& tile, std::ptrdiff_t at, TileV covered) {
     const TileF d;
     if (tile.hidesNothing && !sprite.hiding.writes) return covered;
