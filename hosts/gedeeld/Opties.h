@@ -38,6 +38,9 @@ struct Optie {
 // Reads a number with a comma or a point, from `laag` to `hoog`; none for any other text.
 [[nodiscard]] std::optional<double> leesGetal(const QString& tekst, double laag, double hoog);
 
+// Digits alone.
+[[nodiscard]] std::optional<int> leesHeelGetal(const QString& tekst, int laag, int hoog);
+
 // Each function returns the error; empty on success.
 QString zetGetal(std::optional<double>& doel, const QString& waarde, QLatin1String naam,
                  double laag, double hoog);

@@ -9,15 +9,10 @@
 #include <cstdint>
 #include <utility>
 
+#include "platform/session/BusNames.h"
 #include "platform/session/NotificationNames.h"
 
 namespace platform {
-
-namespace {
-const QString kBusName = QStringLiteral("org.freedesktop.DBus");
-const QString kBusPath = QStringLiteral("/org/freedesktop/DBus");
-const QString kOwnerChanged = QStringLiteral("NameOwnerChanged");
-}  // namespace
 
 NotificationReceiver::NotificationReceiver(std::function<void(const QString&)> deliver, Watch watch)
     : deliver_(std::move(deliver)),

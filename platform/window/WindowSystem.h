@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 
+#include "platform/session/IdleWatch.h"
 #include "platform/window/NativeWindow.h"
 #include "platform/window/NativeWorkspace.h"
 #include "platform/window/OverlaySpaces.h"
@@ -30,6 +31,9 @@ struct Capabilities {
     bool drawsOnGpu = false;
     // The program chooses a window's place on the screen.
     bool placesWindows = false;
+    // watchIdle() counts the inhibitors that the system knows, and is the first to be
+    // asked for the time without input.
+    bool knowsIdle = false;
 };
 
 // A window system: makes the program's windows, adopts hosts' windows, and reports the
@@ -70,6 +74,13 @@ class WindowSystem {
     [[nodiscard]] virtual NativeWorkspace& workspace() = 0;
     // The spaces above everything; null where the system has none.
     [[nodiscard]] virtual OverlaySpaces* overlaySpaces() = 0;
+
+    // Tells when there has been no input for `seconds` (above 0), in a later turn of the
+    // event loop. The system outlives the watch. Null where the system cannot tell.
+    [[nodiscard]] virtual std::unique_ptr<IdleWatch> watchIdle([[maybe_unused]] double seconds,
+                                                               [[maybe_unused]] IdleAction action) {
+        return nullptr;
+    }
 
     // Watches the display's sleep and the covering of windows until rest(). The display counts
     // as awake at first.

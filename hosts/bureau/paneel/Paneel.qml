@@ -143,6 +143,22 @@ Rectangle {
             }
             BXRij {
                 width: parent.width
+                titel: "Na rust"
+                status: blad.paneel.rustStatus
+                aan: true
+                schakelbaar: false
+                open: false
+                onWissel: open = !open
+                Rust { width: parent.width; paneel: blad.paneel }
+            }
+            BXMelding {
+                objectName: "rustMelding"
+                width: parent.width
+                visible: tekst !== ""
+                tekst: blad.paneel.rustMelding
+            }
+            BXRij {
+                width: parent.width
                 titel: "Brixtel"
                 status: blad.paneel.autostart ? "start mee" : ""
                 aan: true

@@ -17,6 +17,10 @@ namespace {
 // A compositor that is silent for this long counts as absent.
 constexpr int kPatience = 5000;  // milliseconds
 
+// Protocols of lockers, of which only the presence counts.
+constexpr std::string_view kInputTaking = "zwlr_input_inhibit_manager_v1";
+constexpr std::string_view kSessionLocks = "ext_session_lock_manager_v1";
+
 // Suppresses the library's own messages; the action of onLost() reports a loss.
 void keepQuiet(const char*, va_list) {}
 
@@ -77,7 +81,9 @@ Connection::Connection(MediaClock& clock, const QString& address) : seat_(clock)
     wl_registry_add_listener(registry_.get(), &kRegistry, this);
     alive_ = true;
     // The first round trip brings the globals, the second their properties.
-    alive_ = roundTrip() && compositor_ && shm_ && roundTrip();
+    alive_ = roundTrip() && compositor_ && shm_;
+    if (alive_) followToplevels();
+    alive_ = alive_ && roundTrip();
     if (!alive_) return;
     seat_.setCursorSource(compositor_.get(), shm_.get());
     const int file = wl_display_get_fd(display());
@@ -127,7 +133,21 @@ void Connection::found(std::uint32_t name, std::string_view interface, std::uint
     } else if (interface == ext_idle_notifier_v1_interface.name) {
         idleNotifier_ =
             bind<ext_idle_notifier_v1>(r, name, ext_idle_notifier_v1_interface, version, 1);
+    } else if (interface == org_kde_kwin_idle_interface.name) {
+        kdeIdle_ = bind<org_kde_kwin_idle>(r, name, org_kde_kwin_idle_interface, version, 1);
+    } else if (interface == kInputTaking) {
+        inputTaking_ = true;
+    } else if (interface == kSessionLocks) {
+        sessionLocks_ = true;
+    } else if (interface == zwlr_foreign_toplevel_manager_v1_interface.name) {
+        toplevelManager_ = name;
     }
+}
+
+void Connection::followToplevels() {
+    if (!locksAreOverlays() || toplevelManager_ == 0) return;
+    toplevels_.bind(bind<zwlr_foreign_toplevel_manager_v1>(
+        registry_.get(), toplevelManager_, zwlr_foreign_toplevel_manager_v1_interface, 1, 1));
 }
 
 void Connection::gone(std::uint32_t name) {

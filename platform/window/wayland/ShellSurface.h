@@ -45,6 +45,7 @@ class ShellSurface {
         Role role = Role::Window;
         const Output* output = nullptr;  // except for a Window; nullptr: the compositor's choice
         bool takesKeyboard = false;      // an Overlay gets all keys while it exists
+        bool aboveAll = true;            // of an overlay; see setAboveAll()
         bool takesInput = true;          // false: clicks go to the windows below
         QString title;
     };
@@ -59,6 +60,8 @@ class ShellSurface {
     void setTakesInput(bool takes);
     // Sets whether an overlay gets all keys.
     void setTakesKeyboard(bool takes);
+    // For an overlay: above all other layers, or under those that are.
+    void setAboveAll(bool above);
 
     // Whether the surface accepts pictures.
     [[nodiscard]] bool isConfigured() const { return configured_; }
@@ -95,6 +98,7 @@ class ShellSurface {
     Proxy<wl_callback> callback_;
     std::vector<Proxy<struct wp_presentation_feedback>> feedbacks_;
     bool takesInput_;
+    bool aboveAll_;
     bool configured_ = false;
     QSize asked_;                        // a toplevel's size, until its surface is configured
     std::optional<double> wantedScale_;  // the compositor's scale for this surface

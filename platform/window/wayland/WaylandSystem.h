@@ -35,6 +35,7 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     [[nodiscard]] ScreenSource* screenSource() override { return found_ ? this : nullptr; }
     [[nodiscard]] NativeWorkspace& workspace() override { return workspace_; }
     [[nodiscard]] OverlaySpaces* overlaySpaces() override { return nullptr; }
+    [[nodiscard]] std::unique_ptr<IdleWatch> watchIdle(double seconds, IdleAction action) override;
     // Nothing to watch: a compositor asks for no frames while the display sleeps.
     void watch(std::function<void(bool)>) override {}
     void rest() override {}
@@ -57,6 +58,11 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     // its own.
     void windowsChanged();
     void keyboardMoved();
+    void focusChanged();
+    // Whether a lock seems to have the keyboard changed for a window.
+    void restingChanged();
+    // Whether the windows tell of a lock.
+    [[nodiscard]] bool isLockLikely() const { return lockLikely_; }
     void cursorChanged();
     [[nodiscard]] bool hidesCursor() const { return workspace_.hidesCursor(); }
     [[nodiscard]] QPointF pointerPlace() const;
@@ -72,8 +78,9 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     std::int64_t lastNumber_ = 0;
     std::vector<WaylandWindow*> windows_;
     bool covered_ = false;
+    bool lockLikely_ = false;
     mutable QPointF pointerPlace_;
-    Observation outputs_;
+    Observation outputs_, focus_;
 };
 
 }  // namespace platform::wayland

@@ -58,6 +58,10 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     [[nodiscard]] QString outputName() const;
     // Reports that displays came, went or changed.
     void outputsChanged();
+    // The focus went to another program's window, to none, or came back.
+    void focusChanged();
+    // Whether a lock seems to have the keyboard that the window is to have.
+    [[nodiscard]] bool isResting() const { return resting_; }
     // Reports that the system hides the pointer, or no longer does.
     void cursorChanged();
     // Converts a point of the window, y down, to the space of Screen::frame.
@@ -77,6 +81,9 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     void frameDone() override;
     void presented(double time, double interval) override;
 
+    // Whether the focus says that no lock can be there; always true where the compositor
+    // keeps locks above everything.
+    [[nodiscard]] bool isSurelyUnlocked() const;
     [[nodiscard]] bool isOpaque() const { return options_.window.opaque; }
     [[nodiscard]] bool fillsDisplay() const;
     [[nodiscard]] const Output* output() const;
@@ -86,6 +93,7 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     void follow();
     void makeSurface();
     void endSurface();
+    void setResting(bool resting);
     void showPainted();
     void updateReadiness();
 
@@ -96,6 +104,8 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     const std::int64_t number_;
     bool shown_ = false;
     bool keptDown_ = false;
+    bool hadChance_ = false;  // of the keyboard, since this surface was made
+    bool resting_ = false;    // a lock seems to have that keyboard
     bool takesKeyboard_;
     int takenTimes_ = 0;
     QSize configured_;  // points; empty where the compositor left it open

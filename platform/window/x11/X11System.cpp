@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/window/x11/NativeWindows.h"
+#include "platform/window/x11/X11Idle.h"
 #include "platform/window/x11/Xwayland.h"
 
 namespace platform {
@@ -82,6 +83,14 @@ std::unique_ptr<NativeWindow> X11System::adopt(const HostRef& host,
     if (!isConnected()) return nullptr;
     return std::make_unique<HostWindow>(*this, readWindowNumber(host.text).value_or(events_.root()),
                                         delegate);
+}
+
+// A server on a compositor sees only the input to its own windows.
+std::unique_ptr<IdleWatch> X11System::watchIdle(double seconds, IdleAction action) {
+    if (isOnWayland_) return nullptr;
+    auto question = idleQuestion(root());
+    if (!question) return nullptr;
+    return std::make_unique<X11Idle>(clock_, std::move(question), seconds, std::move(action));
 }
 
 void X11System::watch(std::function<void(bool)> displaySlept) {

@@ -37,6 +37,7 @@ class X11System final : public WindowSystem {
                                                       NativeWindowDelegate& delegate) override;
     [[nodiscard]] NativeWorkspace& workspace() override;
     [[nodiscard]] OverlaySpaces* overlaySpaces() override { return &spaces(); }
+    [[nodiscard]] std::unique_ptr<IdleWatch> watchIdle(double seconds, IdleAction action) override;
     void watch(std::function<void(bool asleep)> displaySlept) override;
     void rest() override;
 

@@ -31,10 +31,12 @@ class PaneelMaat : public PaneelProef, public testing::WithParamInterface<QSize>
         kalmeer();
         verzamel();
     }
-    // Each notice, the longest statuses, every row open: one row begins closed.
+    // Each notice, the longest statuses, every row open: two rows begin closed.
     void alles() {
         werkruimte.doorzichtig = false;
         bureau->toonRegen();
+        bureau->kies(&BureauKeuzes::rust, BureauInstellingen::kLangsteRust);
+        bureau->zetRustBewaakt(false);
         schakel("Muziek volgen");
         const QByteArray pad = qgetenv("PATH");
         qputenv("PATH", "/nonexistent");
@@ -42,9 +44,10 @@ class PaneelMaat : public PaneelProef, public testing::WithParamInterface<QSize>
         EXPECT_TRUE(until([this] {
             klok.advance(0.05);
             return item("geluidMelding")->isVisible() && item("regenMelding")->isVisible() &&
-                   item("saverMelding")->isVisible();
+                   item("saverMelding")->isVisible() && item("rustMelding")->isVisible();
         }));
         qputenv("PATH", pad);
+        druk(QAccessible::Button, "Toon de opties van Na rust");
         druk(QAccessible::Button, "Toon de opties van Brixtel");
         EXPECT_TRUE(until([this] {
             const auto* const vink = item("bijAanmelden");
@@ -81,11 +84,11 @@ class PaneelMaat : public PaneelProef, public testing::WithParamInterface<QSize>
                     break;
             }
         });
-        // Two ticks (the picture, the start with the session); five arrows, one to a row;
-        // three switches; two sliders; fourteen options (five scenes, three flashes, six
+        // Two ticks (the picture, the start with the session); six arrows, one to a row;
+        // three switches; three sliders; fourteen options (five scenes, three flashes, six
         // modes of the saver); three buttons ("Toon nu", "Open de instellingen",
-        // "Standaard"); two meters; three notices.
-        EXPECT_EQ(knoppen.size(), 34U);
+        // "Standaard"); two meters; four notices.
+        EXPECT_EQ(knoppen.size(), 37U);
         EXPECT_GE(teksten.size(), 35U);
     }
     static void elkItem(QQuickItem& in, const std::function<void(QQuickItem&)>& doe) {

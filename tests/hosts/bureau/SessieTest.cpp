@@ -156,10 +156,10 @@ TEST_F(Sessie, TheBlackScreenShowsTheRainOrASceneUntilAKey) {
 
 TEST_F(Sessie, ASecondStartAsksTheFirst) {
     ASSERT_TRUE(begin());
-    const auto tweede = draai("--dichtheid=0.25 --snelheid 3 --muziek=aan --stand");
+    const auto tweede = draai("--dichtheid=0.25 --snelheid 3 --muziek=aan --rust=1 --stand");
     EXPECT_EQ(tweede.uitgang, 0);
     EXPECT_EQ(tweede.uit, QStringLiteral("zwart scherm: uit\nregen: uit\ndichtheid: 0,25\n"
-                                         "snelheid: 3\nmuziek: aan\n"));
+                                         "snelheid: 3\nmuziek: aan\nna rust: 1 minuut\n"));
     EXPECT_EQ(tweede.fouten, QString());
     EXPECT_EQ(draai("--dienst").uitgang, 0);
     EXPECT_EQ(eigenaar.state(), QProcess::Running);

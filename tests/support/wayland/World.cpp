@@ -54,6 +54,8 @@ World::World(const Options& o) : options(o), display(wl_display_create()) {
     if (options.globals.xdgShell) addXdgShell();
     if (options.globals.decoration) addDecoration();
     if (options.globals.idle) addIdle();
+    if (options.globals.kdeIdle) addKdeIdle();
+    addLocks();
     timer = wl_event_loop_add_timer(loop, tick, this);
     wl_event_source_timer_update(timer, 16);
 }
