@@ -11,7 +11,7 @@
 namespace platform::wayland {
 
 // Whether any program's window has the focus, by wlr-foreign-toplevel-management. Under a lock,
-// a launcher or an empty desktop no window has it. Owned by the connection. Main thread.
+// a launcher or an empty desktop no window has it. The connection owns it. Main thread.
 class Toplevels {
   public:
     Toplevels();

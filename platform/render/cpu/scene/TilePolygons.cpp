@@ -20,20 +20,6 @@ namespace {
 namespace hn = hwy::HWY_NAMESPACE;
 using Mask = hn::Mask<TileF>;
 
-// A plane as seen from a tile's upper left pixel.
-struct Flat {
-    float a = 0.0F, b = 0.0F, c = 0.0F;
-    Flat() = default;
-    Flat(const Plane& plane, const SceneTile& tile)
-        : a(static_cast<float>(plane.a)),
-          b(static_cast<float>(plane.b)),
-          c(static_cast<float>(plane.at(tile.x + 0.5, tile.y + 0.5))) {}
-    [[nodiscard]] TileV at(TileV column, float row) const {
-        const TileF d;
-        return hn::Add(hn::Mul(column, hn::Set(d, a)), hn::Set(d, b * row + c));
-    }
-};
-
 struct Rgb {
     TileV r, g, b;
 };
