@@ -103,7 +103,7 @@ class PaneelMaat : public PaneelProef, public testing::WithParamInterface<QSize>
             if (QByteArray(boven->metaObject()->className()).startsWith(type)) return true;
         return false;
     }
-    // The drawn colour over the panel's black.
+    // What is drawn of a colour over the panel's black.
     static QRgb overZwart(const QQuickItem& item, const QColor& kleur) {
         double dekking = kleur.alphaF();
         for (const QQuickItem* boven = &item; boven; boven = boven->parentItem())
@@ -207,8 +207,8 @@ TEST_P(PaneelMaat, EveryTextIsReadable) {
     elkeTekstIsLeesbaar("the music off, and the saver's choice in another window");
 }
 
-// The switch that is off, the rule and the unlit bars have colours given by the kit. Every
-// other edge is clear.
+// Of the kit's measures, the switch that is off, the rule and the bars that are not lit have
+// given colours. Every other edge is clear.
 TEST_P(PaneelMaat, EveryEdgeIsSeen) {
     constexpr double kGezien = 3.0;
     const QRgb zwart = Thema::zwart().rgb();

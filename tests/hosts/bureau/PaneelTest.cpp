@@ -41,7 +41,7 @@ TEST_F(OpHetPaneel, EveryControlHasItsNameAndItsState) {
     EXPECT_EQ(naamloos, 0);
 }
 
-// A control with a number has it as a value too, with the visible text.
+// What has a number has it as a value too, with the text that is seen.
 TEST_F(OpHetPaneel, WhatHasANumberIsReadAsItsText) {
     const struct {
         QAccessible::Role rol;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A window's use of the times at which its pictures were shown, and its cost while they are
-// not shown.
+// What a window learns from the times at which its pictures were shown, and what it costs
+// while they are not.
 #include <QDir>
 #include <QFile>
 
@@ -108,7 +108,7 @@ TEST_F(Presentation, ThePaceIsThatOfTheDisplayAsItWasSeen) {
     }
 }
 
-// The number of times that the thread of that name got a processor, by the kernel's count.
+// How often the thread of that name was given a processor, by the kernel's count.
 std::int64_t runsOf(const QByteArray& name) {
     std::int64_t runs = -1;
     const QDir tasks(QStringLiteral("/proc/self/task"));
