@@ -16,7 +16,7 @@ class PaneelRijen : public PaneelProef {
     }
 };
 
-// Its row's arrow, by what it does and what it is for.
+// The arrow of a row, by its action and the row's title.
 QAccessibleInterface* pijl(QAccessibleInterface* top, const char* doet, const QString& titel) {
     if (top->role() == QAccessible::Button &&
         top->text(QAccessible::Name) == QLatin1String(doet) + QStringLiteral(" van ") + titel)
