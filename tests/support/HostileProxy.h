@@ -12,7 +12,10 @@
 // What a proxy does to its clients. Shares are of requests and lie between 0 and 1.
 struct Hostility {
     std::uint32_t seed = 0;
-    double errors = 0.0;                  // answered with an error of a random kind
+    // Answered with an error of a random kind; the first spared ones of a connection that
+    // Xlib opens are not.
+    double errors = 0.0;
+    int spared = 0;
     double delays = 0.0;                  // held up, with all that follows, by up to mostDelay
     double destroys = 0.0;                // after which a window of the client goes
     double mostDelay = 0.0;               // seconds

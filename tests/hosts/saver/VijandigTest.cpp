@@ -23,6 +23,9 @@ using brixtel::Programma;
 namespace {
 
 constexpr int kZaden = 25;
+// Qt 6.4 uses the answers to its first requests without looking, and Xlib ends the process
+// with a report of its own for an error to one of these.
+constexpr int kVanQt = 200;
 constexpr int kGeduld = 30'000;  // milliseconds until the program counts as hanging
 
 int uitOmgeving(const char* naam, int anders) {
@@ -72,7 +75,7 @@ class Vijandig : public testing::Test {
         if (bijGastheer) {
             const std::uint64_t zoveel = 100 + toeval() % 400;
             until([&] { return !programma.loopt() || proxy.requests() >= zoveel; }, 500);
-            ::kill(static_cast<pid_t>(programma.nummer()), SIGTERM);
+            if (programma.loopt()) ::kill(static_cast<pid_t>(programma.nummer()), SIGTERM);
         }
         EXPECT_TRUE(programma.wacht(kGeduld)) << "hangt";
         const std::chrono::duration<double> duur = std::chrono::steady_clock::now() - begin;
@@ -122,7 +125,7 @@ double tussen(std::mt19937& toeval, double van, double tot) {
 
 TEST_F(Vijandig, AnErrorToAnyRequest) {
     const Telling telling = draaiZaden([](std::mt19937& toeval) {
-        return Hostility{.errors = std::pow(10.0, tussen(toeval, -3.0, -0.5))};
+        return Hostility{.errors = std::pow(10.0, tussen(toeval, -3.0, -0.5)), .spared = kVanQt};
     });
     EXPECT_GT(telling.daden, 0U);
 }
