@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "desktop/BeatFlits.h"
-#include "platform/render/SceneSnapshot.h"
+#include "tests/support/SceneSnapshot.h"
 #include "rain/MatrixRegen.h"
 #include "tests/support/CpuPicture.h"
 #include "tests/support/FlashAnalysis.h"

@@ -12,7 +12,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "platform/render/SceneSnapshot.h"
+#include "tests/support/SceneSnapshot.h"
 #include "platform/render/cpu/CpuSceneDrawer.h"
 #include "platform/scene/DrawList.h"
 #include "platform/scene/Shading.h"

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "platform/render/QualityLadder.h"
-#include "platform/render/SceneSnapshot.h"
+#include "tests/support/SceneSnapshot.h"
 #include "platform/scene/DrawList.h"
 #include "platform/time/MediaClock.h"
 #include "platform/time/ProcessUsage.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The globe with its lines as it is seen.
-#include "platform/render/SceneSnapshot.h"
+#include "tests/support/SceneSnapshot.h"
 #include "tests/worlds/BolLijst.h"
 #include "tests/worlds/Opstelling.h"
 #include "worlds/Bol.h"

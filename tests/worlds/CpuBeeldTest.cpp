@@ -3,7 +3,7 @@
 // the size, averaged down.
 #include <gtest/gtest.h>
 
-#include "platform/render/SceneSnapshot.h"
+#include "tests/support/SceneSnapshot.h"
 #include "platform/render/cpu/CpuSceneDrawer.h"
 #include "tests/support/PictureQuality.h"
 #include "tests/worlds/Opstelling.h"

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <vector>
 
-#include "platform/render/SceneSnapshot.h"
+#include "tests/support/SceneSnapshot.h"
 #include "tests/support/Pictures.h"
 #include "tests/worlds/Opstelling.h"
 

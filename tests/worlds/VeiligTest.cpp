@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "platform/layers/DisplayListBuilder.h"
-#include "platform/render/SceneSnapshot.h"
+#include "tests/support/SceneSnapshot.h"
 #include "rain/MatrixRegen.h"
 #include "tests/support/CpuPicture.h"
 #include "tests/support/FlashAnalysis.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include "platform/render/SceneSnapshot.h"
+#include "tests/support/SceneSnapshot.h"
 #include "platform/scene/DrawList.h"
 #include "tests/support/AllocationCounter.h"
 #include "tests/support/StandInScenes.h"

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "platform/render/SceneSnapshot.h"
+#include "tests/support/SceneSnapshot.h"
 #include "platform/scene/Shading.h"
 #include "tests/platform/render/gl/SceneFixture.h"
 

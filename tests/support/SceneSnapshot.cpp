@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/render/SceneSnapshot.h"
+#include "tests/support/SceneSnapshot.h"
 
 #include <algorithm>
 #include <cmath>
