@@ -28,7 +28,7 @@ constexpr double kRonde = 360.0;            // seconds: every scene's motion rep
 double dagen() {
     bool is = false;
     const int gevraagd = qEnvironmentVariableIntValue("BRIXTEL_JAAR", &is);
-    return is ? gevraagd : 2;
+    return is ? gevraagd : 1;
 }
 
 long draden() {
@@ -41,10 +41,12 @@ struct Gebruik {
     long descriptors = 0, draden = 0;
 
     static Gebruik nu() { return {steun::geheugenInGebruik(), steun::descriptors(), ::draden()}; }
-    void neemMeeste(const Gebruik& ander) {
+    // The most memory; the fewest descriptors and threads, since a measurement of the
+    // connections has some for a moment.
+    void neem(const Gebruik& ander) {
         geheugen = std::max(geheugen, ander.geheugen);
-        descriptors = std::max(descriptors, ander.descriptors);
-        draden = std::max(draden, ander.draden);
+        descriptors = std::min(descriptors, ander.descriptors);
+        draden = std::min(draden, ander.draden);
     }
 };
 
@@ -61,15 +63,15 @@ class Jaar : public steun::SaverView {
         }
         QCoreApplication::processEvents();
     }
-    // The most that is used while this many seconds pass.
+    // What is used while this many seconds pass.
     Gebruik laatGaan(platform::View& view, double seconden) {
-        Gebruik meeste;
+        Gebruik gebruik = Gebruik::nu();
         for (const double tot = klok.now() + seconden; klok.now() < tot;) {
             klok.advance(std::min(kBeeld, tot - klok.now()));
             teken(view);
-            meeste.neemMeeste(Gebruik::nu());
+            gebruik.neem(Gebruik::nu());
         }
-        return meeste;
+        return gebruik;
     }
 };
 
@@ -77,19 +79,19 @@ TEST_F(Jaar, MemoryDescriptorsAndThreadsStayWhatTheyWere) {
     for (const SaverKeuze keuze : alleKeuzes) {
         SCOPED_TRACE(qPrintable(ruweWaarde(keuze)));
         const bool wisselt = keuze == SaverKeuze::wisselend;
-        const double duur = dagen() * kDag / (wisselt ? 100.0 : 1.0);
+        // An hour shows every scene many times.
+        const double duur = wisselt ? std::max(dagen() * kDag / 100.0, 3600.0) : dagen() * kDag;
         const auto view = gestart(keuze);
         // Every scene has been there, and every table and font read.
         laatGaan(*view, wisselt ? duur : 0.05 * duur);
         const Gebruik eerst = laatGaan(*view, wisselt ? duur : 0.05 * duur);
         const Gebruik later = laatGaan(*view, wisselt ? duur : 0.9 * duur);
         std::printf("%s: %.1f dagen, %zu en %zu bytes, %ld en %ld bestanden, %ld en %ld draden\n",
-                    qPrintable(ruweWaarde(keuze)), (klok.now() - 100.0) / kDag, eerst.geheugen,
-                    later.geheugen, eerst.descriptors, later.descriptors, eerst.draden,
-                    later.draden);
+                    qPrintable(ruweWaarde(keuze)), duur / kDag, eerst.geheugen, later.geheugen,
+                    eerst.descriptors, later.descriptors, eerst.draden, later.draden);
         EXPECT_LE(later.geheugen, eerst.geheugen + eerst.geheugen / 100);
-        EXPECT_EQ(later.descriptors, eerst.descriptors);
-        EXPECT_EQ(later.draden, eerst.draden);
+        EXPECT_LE(later.descriptors, eerst.descriptors);
+        EXPECT_LE(later.draden, eerst.draden);
         view->stopAnimation();
     }
 }

@@ -201,13 +201,14 @@ void HostileProxy::Loop::receive(Connection& c, int file, Way& way) {
 
 void HostileProxy::Loop::send(Connection& c, int file, Way& way) {
     std::size_t most = way.out.size();
-    if (hostility.cutAfter) most = std::min(most, *hostility.cutAfter - c.passed);
+    const bool cuts = hostility.cutAfter && c.spared == 0;
+    if (cuts) most = std::min(most, *hostility.cutAfter - std::min(c.passed, *hostility.cutAfter));
     const ssize_t count = ::send(file, way.out.data(), most, MSG_DONTWAIT | MSG_NOSIGNAL);
     if (count < 0 && (errno == EAGAIN || errno == EINTR)) return;
     if (count < 0) return end(c);
     way.out.erase(way.out.begin(), way.out.begin() + count);
     c.passed += static_cast<std::size_t>(count);
-    if (!hostility.cutAfter || c.passed < *hostility.cutAfter) return;
+    if (!cuts || c.passed < *hostility.cutAfter) return;
     ++proxy.deeds_;
     end(c);
 }

@@ -12,15 +12,15 @@
 // What a proxy does to its clients. Shares are of requests and lie between 0 and 1.
 struct Hostility {
     std::uint32_t seed = 0;
-    // Answered with an error of a random kind; the first spared ones of a connection that
-    // Xlib opens are not.
-    double errors = 0.0;
-    int spared = 0;
+    double errors = 0.0;                  // answered with an error of a random kind
     double delays = 0.0;                  // held up, with all that follows, by up to mostDelay
     double destroys = 0.0;                // after which a window of the client goes
     double mostDelay = 0.0;               // seconds
     std::optional<std::size_t> cutAfter;  // bytes, both ways together, of any one connection
     int refuses = 0;                      // so many connections are refused at the setup
+    // The first requests of a connection that Xlib opened are not answered with errors, and
+    // the connection is not cut until these have passed.
+    int spared = 0;
 };
 
 // An X server's display that stands before another one and is hostile to its clients. Other
