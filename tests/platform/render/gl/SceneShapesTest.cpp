@@ -175,12 +175,13 @@ TEST_F(SceneShapesTest, AllRungsShowTheSamePicture) {
             list, size, 1.0,
             {.samples = 1, .resolution = 0.5, .fineBloom = false, .anisotropy = 1});
         EXPECT_NEAR(lightOf(low) / lightOf(best), 1.0, 0.1) << name;
-        // The light is where it was: half the pixels a side move it by a pixel at most.
+        // The light is where it was. A tenth of the light may differ as such, and half the
+        // pixels a side move some of it to the next cell.
         const auto cells = lightOfCells(best), lowCells = lightOfCells(low);
         double moved = 0.0;
         for (std::size_t i = 0; i < cells.size(); ++i)
             moved += std::abs(cells[i] - lowCells[i]);
-        EXPECT_LT(moved / lightOf(best), 0.1) << name;
+        EXPECT_LT(moved / lightOf(best), 0.15) << name;
         // The same picture mirrored is another one to this measure.
         const auto mirrored = lightOfCells(low.mirrored(true, false));
         double turned = 0.0;
