@@ -9,6 +9,7 @@
 #include "platform/time/Timer.h"
 #include "platform/view/ScreenSaverView.h"
 #include "tafereel/Tafereel.h"
+#include "worlds/BolVoorraad.h"
 
 namespace brixtel {
 
@@ -87,6 +88,8 @@ class BrixtelSaverView : public platform::ScreenSaverView {
     std::optional<SaverKeuze> gekozen_;  // picked in the sheet
     std::shared_ptr<Opkomst> opkomst_;
     platform::Timer nieuweMaat_;
+    // From the first rotation on, so that no change of scene halts on the globe's files.
+    std::optional<BolVoorraad> voorraad_;
     // No 3D scene can be drawn here, so the rain takes its place.
     bool geenDrie_ = false;
     // Callbacks that outlive the view see here that it is gone.

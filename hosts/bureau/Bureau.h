@@ -19,6 +19,7 @@ struct BureauStand {
     bool regen = false;
     RegenStand regenStand = RegenStand::uit;
     BureauKeuzes keuzes;
+    QString rustUitleg;  // why nothing comes after the chosen rest; empty where it does
     friend bool operator==(const BureauStand&, const BureauStand&) = default;
 };
 
@@ -64,6 +65,9 @@ class Bureau {
     // Writes waiting choices at once.
     void bewaar() { bewaring_.nu(); }
 
+    // Says whether anybody tells this program of the user's rest.
+    void zetRustBewaakt(bool bewaakt);
+
     // Sets one choice; the others stay.
     template <typename T>
     void kies(T BureauKeuzes::*keuze, const std::type_identity_t<T>& waarde) {
@@ -73,7 +77,7 @@ class Bureau {
     }
 
     // Brings a window of this program to the front, from any virtual desktop.
-    void activeer(std::uint32_t venster) { werkruimte_.activate({.window = venster}); }
+    void activeer(const platform::WindowRef& venster) { werkruimte_.activate({.window = venster}); }
 
     // The desktop rain leaves this rectangle of the screens free: what stands there is to
     // be read. As in Screen::frame; an empty one is none.
@@ -93,6 +97,7 @@ class Bureau {
     template <typename Doe>
     void na(Doe doe);
     void meld();
+    [[nodiscard]] QString rustUitleg() const;
 
     platform::MediaClock& klok_;
     platform::Workspace& werkruimte_;
@@ -104,6 +109,7 @@ class Bureau {
     std::optional<DrieSoort> soort_;
     int bezig_ = 0;
     bool luisterMee_ = false;
+    bool rustBewaakt_ = true;
     Gepubliceerd<BureauStand> stand_;
     Abonnement regen_;
     platform::Observation beveiliging_;

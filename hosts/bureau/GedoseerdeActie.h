@@ -29,7 +29,7 @@ class GedoseerdeActie {
     platform::MediaClock& klok_;
     const double tussentijd_;
     const std::function<void()> doe_;
-    platform::Timer rust_;
+    platform::Timer pauzeKlok_;
     bool wacht_ = false;
 };
 

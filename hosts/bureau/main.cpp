@@ -18,10 +18,13 @@
 #include "hosts/bureau/Opdracht.h"
 #include "hosts/bureau/PaneelModule.h"
 #include "hosts/bureau/Pictogram.h"
+#include "hosts/bureau/Rust.h"
 #include "hosts/gedeeld/Melding.h"
 #include "hosts/gedeeld/Signalen.h"
 #include "hosts/gedeeld/Uitvoer.h"
 #include "hosts/gedeeld/Voorraad.h"
+#include "platform/session/SessionLock.h"
+#include "platform/window/DesktopIdle.h"
 #include "platform/window/DesktopWorkspace.h"
 #include "platform/window/systems/WindowSystems.h"
 
@@ -103,6 +106,9 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
     platform::DistributedNotificationCenter berichten(bus);
     platform::WindowServer server(klok, {.system = platform::openWindowSystem(klok)});
     platform::DesktopWorkspace werkruimte(server, berichten);
+    const platform::SessionLock slot(
+        platform::SessionLock::systemBusAddress(),
+        [&werkruimte](bool dicht) { werkruimte.setLocked(dicht); });
     brixtel::Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval});
     // A desktop that ends takes the window system along; the program ends without a
     // word, unless the system has one to say.
@@ -125,6 +131,15 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
     };
     const brixtel::BureauDaden daden{.stop = stop, .toonPaneel = toonPaneel};
     brixtel::BureauDienst dienst(bureau, aansluiting, daden);
+    const auto maakWacht = [&](const brixtel::RustBronnen::Wens& wens) {
+        return std::make_shared<platform::DesktopIdle>(
+            server,
+            platform::DesktopIdleOptions{
+                .busAddress = bus, .seconds = wens.seconden, .watching = wens.bijBewaking},
+            wens.bijRust);
+    };
+    const brixtel::Rust rust(bureau,
+                             {.werkruimte = werkruimte, .toeval = toeval, .maakWacht = maakWacht});
     brixtel::Pictogram pictogram(bureau, aansluiting, daden);
     aansluiting.onVerloren(stop);
     if (!aansluiting.neemNaam(brixtel::kDienstNaam)) return std::nullopt;

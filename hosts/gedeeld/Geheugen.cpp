@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The end of a program where no memory is left. Many libraries below use what an allocation
-// gives without looking, and crash or wait for ever. A small allocation that is refused
+// The program's end where no memory is left. Many libraries use the result of an allocation
+// without a look, and crash or wait for ever. A small allocation that is refused
 // therefore ends the program with one line; a large one, as for a picture, is refused to
 // its caller, who can do with less.
 //

@@ -37,6 +37,15 @@ std::optional<double> leesGetal(const QString& tekst, double laag, double hoog) 
     return getal;
 }
 
+std::optional<int> leesHeelGetal(const QString& tekst, int laag, int hoog) {
+    static const QRegularExpression cijfers(QStringLiteral("\\A[0-9]+\\z"));
+    bool goed = false;
+    const int getal = tekst.toInt(&goed);
+    if (!goed || !cijfers.match(tekst).hasMatch() || getal < laag || getal > hoog)
+        return std::nullopt;
+    return getal;
+}
+
 QString zetGetal(std::optional<double>& doel, const QString& waarde, QLatin1String naam,
                  double laag, double hoog) {
     doel = leesGetal(waarde, laag, hoog);

@@ -38,13 +38,15 @@ struct Optie {
 // With a comma or a point.
 [[nodiscard]] std::optional<double> leesGetal(const QString& tekst, double laag, double hoog);
 
+// Digits alone.
+[[nodiscard]] std::optional<int> leesHeelGetal(const QString& tekst, int laag, int hoog);
+
 // Each function returns the error; empty on success.
 QString zetGetal(std::optional<double>& doel, const QString& waarde, QLatin1String naam,
                  double laag, double hoog);
 QString zetGetal(double& doel, const QString& waarde, QLatin1String naam, double laag, double hoog);
 // One of the names, or "auto", which leaves `doel` empty.
-QString zetNaam(QString& doel, const QString& waarde, QLatin1String naam,
-                const QStringList& namen);
+QString zetNaam(QString& doel, const QString& waarde, QLatin1String naam, const QStringList& namen);
 
 // The name in a word that is an option; empty for another word.
 [[nodiscard]] QString optieNaam(const QString& woord);

@@ -13,7 +13,7 @@ namespace brixtel {
 // shortly after the first signal is ended by that signal.
 //
 // SIGUSR1 asks for a restart. The starting process may have left any of these signals
-// ignored or blocked; this object receives them all the same.
+// ignored or blocked; this object receives them anyway.
 class Signalen {
   public:
     // Calls `einde` with the signal's number. SIGUSR1 calls `opnieuw` if there is one, and

@@ -25,7 +25,9 @@
 #include "hosts/saver/Voorstelling.h"
 #include "platform/session/PowerSupply.h"
 #include "platform/session/Preferences.h"
+#include "platform/session/SessionLock.h"
 #include "platform/time/ProcessUsage.h"
+#include "platform/window/DesktopWorkspace.h"
 #include "platform/window/systems/WindowSystems.h"
 
 namespace {
@@ -46,7 +48,7 @@ constexpr const char* kGeenScherm =
 bool zonderScherm = false;
 
 // Qt's messages are for developers, and a host would show them to people. A fatal one would
-// dump core, as when the X server goes away while Qt starts.
+// dump core, as when the display goes away while Qt starts.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     if (soort != QtFatalMsg) return;
     if (!zonderScherm && !platform::DisplayCheck().isReachable())
@@ -141,6 +143,15 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
                                          .pictures = beelden ? &*beelden : nullptr});
     if (!server.isConnected()) return -meldNaam(QString::fromUtf8(kGeenScherm), kFout);
     server.onConnectionLost([&server] { std::_Exit(uitgangNaVerlies(server)); });
+
+    // A host keeps its windows under its own lock.
+    std::optional<platform::DesktopWorkspace> werkruimte;
+    std::optional<platform::SessionLock> slot;
+    if (opdracht.taak == Opdracht::Taak::Schermvullend) {
+        werkruimte.emplace(server, berichten);
+        slot.emplace(platform::SessionLock::systemBusAddress(),
+                     [&werkruimte](bool dicht) { werkruimte->setLocked(dicht); });
+    }
 
     int doorSignaal = 0;
     std::optional<brixtel::Voorstelling> voorstelling;

@@ -19,11 +19,15 @@ struct BusName {
 inline constexpr const char* kSaverDidStart = "com.apple.screensaver.didstart";
 inline constexpr const char* kSaverWillStop = "com.apple.screensaver.willstop";
 
+// The name that the desktops share for a saver or lock, and for those who keep it away.
+inline constexpr const char* kSharedSaver = "org.freedesktop.ScreenSaver";
+
 // The interfaces whose ActiveChanged says that a saver or lock begins or ends.
-// That of KDE is the freedesktop one.
+// KDE has the freedesktop interface.
 inline constexpr std::array kSaverInterfaces{
-    "org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver", "org.mate.ScreenSaver",
-    "org.cinnamon.ScreenSaver",    "org.xfce.ScreenSaver",
+    kSharedSaver,           "org.gnome.ScreenSaver",
+    "org.mate.ScreenSaver", "org.cinnamon.ScreenSaver",
+    "org.xfce.ScreenSaver",
 };
 
 }  // namespace platform

@@ -125,9 +125,9 @@ Item {
         }
         function test_slider_that_is_disabled_is_not_moved_by_assistive_technology() {
             schuif.enabled = false;
-            schuif.Accessible.increaseAction();
-            schuif.Accessible.decreaseAction();
-            schuif.value = 0.9;
+            schuif.verhoog();
+            schuif.verlaag();
+            schuif.kies(0.9);
             compare(schuif.waarde, 0.25);
             compare(staat.waarde, 0.25);
             // Its owner moves it still.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the fuzzers run, and the corpus test too. Each takes any bytes, and
+// The targets of the fuzzers and of the corpus test. Each takes any bytes, and
 // stops the process when something is not as it should be.
 #pragma once
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <thread>
 
-// What a proxy does to its clients. Shares are of requests and lie between 0 and 1.
+// The harm that a proxy does to its clients. Shares are of requests and lie between 0 and 1.
 struct Hostility {
     std::uint32_t seed = 0;
     double errors = 0.0;                  // answered with an error of a random kind

@@ -14,7 +14,7 @@ Column {
         keuze: paneel.saver
         // An open sheet overwrites the stored mode when it closes.
         enabled: !paneel.saverBlad
-        opacity: enabled ? 1 : 0.4
+        opacity: enabled ? 1 : 0.77
         onGewisseld: (nu) => paneel.saver = nu
         Accessible.name: "Wat de schermbeveiliging toont"
     }

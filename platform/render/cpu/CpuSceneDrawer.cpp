@@ -179,12 +179,11 @@ void CpuSceneDrawer::Parts::showTile(int tile, const PixelBuffer& picture,
                         kOpaqueBlack);
         return;
     }
-    const bool glows = glow.glows(tile);
     std::uint32_t* const light = packed.data() + at * kPackedTile;
     if (!lit[at]) std::fill_n(light, kPackedTile, 0U);
     TileGlow added;
-    if (glows) glow.expand(tile % tiles.width(), tile / tiles.width(), work.data(), added);
-    encodeTile(light, glows ? &added : nullptr, {to, picture.stride, rect.width(), rect.height()});
+    if (glow.glows(tile)) glow.expand(tile, work.data(), added);
+    encodeTile(light, added, {to, picture.stride, rect.width(), rect.height()});
 }
 
 CpuSceneDrawer::CpuSceneDrawer(const Options& options) : parts_(std::make_unique<Parts>(options)) {}

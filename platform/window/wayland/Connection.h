@@ -9,6 +9,7 @@
 #include "platform/window/wayland/Outputs.h"
 #include "platform/window/wayland/Protocols.h"
 #include "platform/window/wayland/Seat.h"
+#include "platform/window/wayland/Toplevels.h"
 
 namespace platform::wayland {
 
@@ -46,6 +47,12 @@ class Connection {
     [[nodiscard]] Seat& seat() { return seat_; }
     [[nodiscard]] const Seat& seat() const { return seat_; }
 
+    // Whether lockers show overlays as any program does, so that one of ours could lie over
+    // a lock: there is a protocol to take the input, and none to lock.
+    [[nodiscard]] bool locksAreOverlays() const { return inputTaking_ && !sessionLocks_; }
+    // Followed where locksAreOverlays().
+    [[nodiscard]] Toplevels& toplevels() { return toplevels_; }
+
     // Each null where the compositor does not offer it; the first two are there
     // while the connection is alive.
     [[nodiscard]] wl_compositor* compositor() const { return compositor_.get(); }
@@ -54,9 +61,12 @@ class Connection {
     [[nodiscard]] zwlr_layer_shell_v1* layers() const { return layers_.get(); }
     [[nodiscard]] wp_viewporter* viewporter() const { return viewporter_.get(); }
     [[nodiscard]] wp_fractional_scale_manager_v1* fractions() const { return fractions_.get(); }
+    // Null, too, where the compositor's times are those of another clock than the media
+    // clock's.
     [[nodiscard]] wp_presentation* presentation() const { return presentation_.get(); }
     [[nodiscard]] zxdg_decoration_manager_v1* decorations() const { return decorations_.get(); }
     [[nodiscard]] ext_idle_notifier_v1* idleNotifier() const { return idleNotifier_.get(); }
+    [[nodiscard]] org_kde_kwin_idle* kdeIdle() const { return kdeIdle_.get(); }
 
     // Sends what was asked for so far.
     void flush();
@@ -69,8 +79,10 @@ class Connection {
     };
     static const wl_registry_listener kRegistry;
     static const xdg_wm_base_listener kPings;
+    static const wp_presentation_listener kPresentation;
     void found(std::uint32_t name, std::string_view interface, std::uint32_t version);
     void gone(std::uint32_t name);
+    void followToplevels();
     void read();
     void failed();
 
@@ -89,6 +101,10 @@ class Connection {
     Proxy<wp_presentation> presentation_;
     Proxy<zxdg_decoration_manager_v1> decorations_;
     Proxy<ext_idle_notifier_v1> idleNotifier_;
+    Proxy<org_kde_kwin_idle> kdeIdle_;
+    bool inputTaking_ = false, sessionLocks_ = false;
+    std::uint32_t toplevelManager_ = 0;  // its name; 0 without
+    Toplevels toplevels_;
     Outputs outputs_;
     Seat seat_;
     std::unique_ptr<QSocketNotifier> readable_, writable_;

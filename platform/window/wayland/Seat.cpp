@@ -148,8 +148,8 @@ void Seat::setCapabilities(std::uint32_t capabilities) {
         keyboard_.reset(wl_seat_get_keyboard(seat_.get()));
         wl_keyboard_add_listener(keyboard_.get(), &Listeners::kKeyboard, this);
     } else if (!keyboard && keyboard_) {
-        setKeyTarget(nullptr);
         keyboard_.reset();
+        setKeyTarget(nullptr);
     }
     if (pointer && !pointer_) {
         pointer_.reset(wl_seat_get_pointer(seat_.get()));

@@ -51,6 +51,8 @@ class Seat {
     }
     // The target whose surface has the keyboard; nullptr where none of ours has.
     [[nodiscard]] const InputTarget* keyTarget() const { return keyTarget_; }
+    // Whether there is a keyboard to have.
+    [[nodiscard]] bool hasAnyKeyboard() const { return keyboard_ != nullptr; }
     [[nodiscard]] const InputTarget* pointerTarget() const { return pointerTarget_; }
     [[nodiscard]] QPointF pointerPlace() const { return at_; }
     // Input on the surface goes to the target until it is released.

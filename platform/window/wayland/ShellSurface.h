@@ -24,8 +24,8 @@ class ShellSurfaceOwner {
     virtual void closeAsked() = 0;
     // The compositor takes the next picture.
     virtual void frameDone() = 0;
-    // A picture was shown to the user, at that time of the system's clock.
-    virtual void presented(double time) = 0;
+    // A picture was shown to the user, as in NativeWindowDelegate.
+    virtual void presented(double time, double interval) = 0;
 
   protected:
     ~ShellSurfaceOwner() = default;
@@ -45,6 +45,7 @@ class ShellSurface {
         Role role = Role::Window;
         const Output* output = nullptr;  // for the first two; nullptr: the compositor's choice
         bool takesKeyboard = false;      // an overlay: all keys, as long as it is there
+        bool aboveAll = true;            // of an overlay; see setAboveAll()
         bool takesInput = true;          // clicks; where not, they go to what lies below
         QString title;
     };
@@ -59,6 +60,8 @@ class ShellSurface {
     void setTakesInput(bool takes);
     // For an overlay.
     void setTakesKeyboard(bool takes);
+    // For an overlay: above all other layers, or under those that are.
+    void setAboveAll(bool above);
 
     // Whether pictures may be shown.
     [[nodiscard]] bool isConfigured() const { return configured_; }
@@ -95,6 +98,7 @@ class ShellSurface {
     Proxy<wl_callback> callback_;
     std::vector<Proxy<struct wp_presentation_feedback>> feedbacks_;
     bool takesInput_;
+    bool aboveAll_;
     bool configured_ = false;
     QSize asked_;                        // by a toplevel's configure, until the surface's
     std::optional<double> wantedScale_;  // told for this surface

@@ -32,9 +32,10 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
                                                       NativeWindowDelegate&) override {
         return nullptr;
     }
-    [[nodiscard]] HostRef hostRefOf(QWindow&) const override { return {}; }
+    [[nodiscard]] ScreenSource* screenSource() override { return found_ ? this : nullptr; }
     [[nodiscard]] NativeWorkspace& workspace() override { return workspace_; }
     [[nodiscard]] OverlaySpaces* overlaySpaces() override { return nullptr; }
+    [[nodiscard]] std::unique_ptr<IdleWatch> watchIdle(double seconds, IdleAction action) override;
     // A compositor that puts the display to sleep asks for no frames.
     void watch(std::function<void(bool)>) override {}
     void rest() override {}
@@ -57,8 +58,12 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     // is every compositor's own choice.
     void windowsChanged();
     void keyboardMoved();
+    void focusChanged();
+    // Whether a lock seems to have the keyboard changed for a window.
+    void restingChanged();
+    // Whether the windows tell of a lock.
+    [[nodiscard]] bool isLockLikely() const { return lockLikely_; }
     void cursorChanged();
-    void presented(double time) { lastPresented_ = time; }
     [[nodiscard]] bool hidesCursor() const { return workspace_.hidesCursor(); }
     [[nodiscard]] QPointF pointerPlace() const;
     // A saver or lock covers the displays: no overlay is shown over it.
@@ -68,13 +73,14 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     void outputsChanged();
 
     Connection connection_;
+    bool found_;  // the compositor answered at the start
     WaylandWorkspace workspace_;
     std::int64_t lastNumber_ = 0;
     std::vector<WaylandWindow*> windows_;
     bool covered_ = false;
-    std::optional<double> lastPresented_;
+    bool lockLikely_ = false;
     mutable QPointF pointerPlace_;
-    Observation outputs_;
+    Observation outputs_, focus_;
 };
 
 }  // namespace platform::wayland

@@ -165,15 +165,38 @@ void WaylandWindow::makeSurface() {
                                                        : ShellSurface::Role::Window,
                               .output = on,
                               .takesKeyboard = takesKeyboard_,
+                              .aboveAll = isSurelyUnlocked(),
                               .takesInput = !options_.ignoresMouse,
                               .title = options_.window.title},
         *this, *this);
     configured_ = {};
+    hadChance_ = isSurelyUnlocked();
+}
+
+bool WaylandWindow::isSurelyUnlocked() const {
+    if (!isOverlay() || !connection_.locksAreOverlays()) return true;
+    if (!takesKeyboard_) return connection_.toplevels().isAnyActive();
+    return !connection_.seat().hasAnyKeyboard() || connection_.seat().keyTarget() != nullptr;
+}
+
+void WaylandWindow::focusChanged() {
+    if (!surface_) return;
+    const bool unlocked = isSurelyUnlocked();
+    surface_->setAboveAll(unlocked);
+    hadChance_ = hadChance_ || unlocked;
+    setResting(takesKeyboard_ && hadChance_ && !unlocked);
+}
+
+void WaylandWindow::setResting(bool resting) {
+    if (std::exchange(resting_, resting) == resting) return;
+    delegate_.visibilityChanged();
+    system_.restingChanged();
 }
 
 void WaylandWindow::endSurface() {
     if (!surface_) return;
     surface_.reset();
+    if (std::exchange(resting_, false)) system_.restingChanged();
     // Without its surface the compositor reads none of the buffers.
     ring_->endNames();
     ring_->reset();
@@ -182,7 +205,7 @@ void WaylandWindow::endSurface() {
 }
 
 bool WaylandWindow::isSeen() const {
-    return surface_ && surface_->isConfigured();
+    return surface_ && surface_->isConfigured() && !resting_;
 }
 
 void WaylandWindow::outputsChanged() {
@@ -268,13 +291,15 @@ void WaylandWindow::updateReadiness() {
 }
 
 void WaylandWindow::frameDone() {
+    // A surface that shows a picture has the keyboard by now, if it can have it.
+    if (!std::exchange(hadChance_, true)) focusChanged();
     // A picture may have been painted while the compositor was busy with the previous one.
     showPainted();
     updateReadiness();
 }
 
-void WaylandWindow::presented(double time) {
-    system_.presented(time);
+void WaylandWindow::presented(double time, double interval) {
+    delegate_.presented(time, interval);
 }
 
 QPointF WaylandWindow::onScreen(QPointF at) const {

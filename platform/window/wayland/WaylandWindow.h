@@ -41,6 +41,9 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     [[nodiscard]] bool hasKeyboard() const override;
     [[nodiscard]] bool isShown() const override { return shown_; }
     [[nodiscard]] bool isSeen() const override;
+    [[nodiscard]] bool tellsPresentation() const override {
+        return connection_.presentation() != nullptr;
+    }
     void setIgnoresMouse(bool ignores) override;
     void setCursorHidden(bool hidden) override;
     void setOpacity(double) override {}
@@ -55,6 +58,10 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     [[nodiscard]] QString outputName() const;
     // Displays came, went or changed.
     void outputsChanged();
+    // The focus went to another program's window, to none, or came back.
+    void focusChanged();
+    // Whether a lock seems to have the keyboard that the window is to have.
+    [[nodiscard]] bool isResting() const { return resting_; }
     // The hidden pointer is the system's wish now, or no more.
     void cursorChanged();
     // Where a point of the window lies, as Screen::frame; y down in the window.
@@ -72,8 +79,11 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     void surfaceTaken() override;
     void closeAsked() override;
     void frameDone() override;
-    void presented(double time) override;
+    void presented(double time, double interval) override;
 
+    // Whether the focus says that no lock can be there; always true where the compositor
+    // keeps locks above everything.
+    [[nodiscard]] bool isSurelyUnlocked() const;
     [[nodiscard]] bool isOpaque() const { return options_.window.opaque; }
     [[nodiscard]] bool fillsDisplay() const;
     [[nodiscard]] const Output* output() const;
@@ -83,6 +93,7 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     void follow();
     void makeSurface();
     void endSurface();
+    void setResting(bool resting);
     void showPainted();
     void updateReadiness();
 
@@ -93,6 +104,8 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     const std::int64_t number_;
     bool shown_ = false;
     bool keptDown_ = false;
+    bool hadChance_ = false;  // of the keyboard, since this surface was made
+    bool resting_ = false;    // a lock seems to have that keyboard
     bool takesKeyboard_;
     int takenTimes_ = 0;
     QSize configured_;  // points; empty where the compositor left it open

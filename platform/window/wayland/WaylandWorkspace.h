@@ -22,7 +22,7 @@ class WaylandWorkspace final : public NativeWorkspace {
     // The place over the program's own windows, where the pointer was last seen.
     [[nodiscard]] QPointF mouseLocation() const override;
     [[nodiscard]] bool isComposited() const override;
-    [[nodiscard]] bool isSaverActive() const override { return false; }
+    [[nodiscard]] bool isSaverActive() const override;
     void setSaverCovers(bool covers) override;
     [[nodiscard]] Observation observe(std::function<void(Workspace::Change)> action) override;
 

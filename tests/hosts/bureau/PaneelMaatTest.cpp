@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Where everything on the panel stands, with all that it can show at once, at
 // several sizes and, as the environment says, densities.
+#include <map>
+
 #include "tests/hosts/bureau/PaneelProef.h"
+#include "tests/support/Contrast.h"
 
 using namespace brixtel;
 
@@ -28,10 +31,12 @@ class PaneelMaat : public PaneelProef, public testing::WithParamInterface<QSize>
         kalmeer();
         verzamel();
     }
-    // Each notice, the longest statuses, every row open: one row begins closed.
+    // Each notice, the longest statuses, every row open: two rows begin closed.
     void alles() {
         werkruimte.doorzichtig = false;
         bureau->toonRegen();
+        bureau->kies(&BureauKeuzes::rust, BureauInstellingen::kLangsteRust);
+        bureau->zetRustBewaakt(false);
         schakel("Muziek volgen");
         const QByteArray pad = qgetenv("PATH");
         qputenv("PATH", "/nonexistent");
@@ -39,9 +44,10 @@ class PaneelMaat : public PaneelProef, public testing::WithParamInterface<QSize>
         EXPECT_TRUE(until([this] {
             klok.advance(0.05);
             return item("geluidMelding")->isVisible() && item("regenMelding")->isVisible() &&
-                   item("saverMelding")->isVisible();
+                   item("saverMelding")->isVisible() && item("rustMelding")->isVisible();
         }));
         qputenv("PATH", pad);
+        druk(QAccessible::Button, "Toon de opties van Na rust");
         druk(QAccessible::Button, "Toon de opties van Brixtel");
         EXPECT_TRUE(until([this] {
             const auto* const vink = item("bijAanmelden");
@@ -66,7 +72,7 @@ class PaneelMaat : public PaneelProef, public testing::WithParamInterface<QSize>
                 case QAccessible::RadioButton:
                 case QAccessible::Button:
                 case QAccessible::ProgressBar:
-                case QAccessible::Indicator:
+                case QAccessible::Graphic:
                 case QAccessible::AlertMessage: {
                     auto* const ding = qobject_cast<QQuickItem*>(een.object());
                     ASSERT_NE(ding, nullptr);
@@ -78,12 +84,72 @@ class PaneelMaat : public PaneelProef, public testing::WithParamInterface<QSize>
                     break;
             }
         });
-        // Two ticks (the picture, the start with the session); five arrows, one to a row;
-        // three switches; two sliders; fourteen options (five scenes, three flashes, six
+        // Two ticks (the picture, the start with the session); six arrows, one to a row;
+        // three switches; three sliders; fourteen options (five scenes, three flashes, six
         // modes of the saver); three buttons ("Toon nu", "Open de instellingen",
-        // "Standaard"); two meters; three notices.
-        EXPECT_EQ(knoppen.size(), 34U);
+        // "Standaard"); two meters; four notices.
+        EXPECT_EQ(knoppen.size(), 37U);
         EXPECT_GE(teksten.size(), 35U);
+    }
+    static void elkItem(QQuickItem& in, const std::function<void(QQuickItem&)>& doe) {
+        if (!in.isVisible()) return;
+        doe(in);
+        for (QQuickItem* een : in.childItems())
+            elkItem(*een, doe);
+    }
+    // The control of the kit that the item is a part of, by its QML type.
+    static bool isDeelVan(const QQuickItem& item, const char* type) {
+        for (const QQuickItem* boven = &item; boven; boven = boven->parentItem())
+            if (QByteArray(boven->metaObject()->className()).startsWith(type)) return true;
+        return false;
+    }
+    // What is drawn of a colour over the panel's black.
+    static QRgb overZwart(const QQuickItem& item, const QColor& kleur) {
+        double dekking = kleur.alphaF();
+        for (const QQuickItem* boven = &item; boven; boven = boven->parentItem())
+            dekking *= boven->opacity();
+        const QColor& zwart = Thema::zwart();
+        const auto meng = [&](float voor, float achter) {
+            return static_cast<int>(std::lround(255.0 * (voor * dekking + achter * (1 - dekking))));
+        };
+        return qRgb(meng(kleur.redF(), zwart.redF()), meng(kleur.greenF(), zwart.greenF()),
+                    meng(kleur.blueF(), zwart.blueF()));
+    }
+    // The contrast of a text in sight, in pixels: of what differs most from the ground, which
+    // is the colour that most of its pixels have.
+    static double contrastIn(const QImage& beeld, const QRect& vlak) {
+        std::map<QRgb, int> aantallen;
+        for (int y = vlak.top(); y <= vlak.bottom(); ++y)
+            for (int x = vlak.left(); x <= vlak.right(); ++x)
+                ++aantallen[beeld.pixel(x, y)];
+        const auto grond = std::max_element(
+            aantallen.begin(), aantallen.end(),
+            [](const auto& een, const auto& ander) { return een.second < ander.second; });
+        double meeste = 1.0;
+        for (const auto& [kleur, aantal] : aantallen)
+            meeste = std::max(meeste, contrast(kleur, grond->first));
+        return meeste;
+    }
+    void elkeTekstIsLeesbaar(const char* stand) {
+        constexpr double kLeesbaar = 4.5;
+        teksten.clear();
+        verzamelTeksten(*blad());
+        const double schaal = view()->effectiveDevicePixelRatio();
+        const QImage beeld = view()->grabWindow();
+        const auto* const rol = item("rol");
+        const QRectF zicht = rol->mapRectToScene({{}, rol->size()});
+        int gezien = 0;
+        for (const Ding& een : teksten) {
+            if (een.item->opacity() == 0.0 ||
+                (isDeelVan(*een.item, "QQuickFlickable") && !zicht.contains(een.vlak)))
+                continue;
+            const QRect vlak = QRectF(een.vlak.topLeft() * schaal, een.vlak.size() * schaal)
+                                   .toAlignedRect()
+                                   .intersected(beeld.rect());
+            EXPECT_GE(contrastIn(beeld, vlak), kLeesbaar) << stand << ": " << qPrintable(een.naam);
+            ++gezien;
+        }
+        EXPECT_GE(gezien, 2) << stand;
     }
     static bool raakt(const Ding& een, const Ding& ander) {
         return een.vlak.adjusted(0.5, 0.5, -0.5, -0.5).intersects(ander.vlak);
@@ -129,6 +195,37 @@ TEST_P(PaneelMaat, NothingLiesOverAnything) {
     for (const auto* lijst : {&teksten, &knoppen})
         for (const Ding& een : *lijst)
             EXPECT_FALSE(een.vlak.intersects(plek)) << qPrintable(een.naam);
+}
+
+TEST_P(PaneelMaat, EveryTextIsReadable) {
+    elkeTekstIsLeesbaar("all that can be seen");
+    schakel("Muziek volgen");
+    auto* const keuze = qobject_cast<QQuickItem*>(vind(QAccessible::Grouping, kSaver)->object());
+    ASSERT_TRUE(keuze);
+    keuze->setEnabled(false);
+    kalmeer();
+    elkeTekstIsLeesbaar("the music off, and the saver's choice in another window");
+}
+
+// Of the kit's measures, the switch that is off, the rule and the bars that are not lit have
+// given colours. Every other edge is clear.
+TEST_P(PaneelMaat, EveryEdgeIsSeen) {
+    constexpr double kGezien = 3.0;
+    const QRgb zwart = Thema::zwart().rgb();
+    int randen = 0;
+    elkItem(*blad(), [&](QQuickItem& een) {
+        const QVariant rand = een.property("rand");
+        if (!rand.isValid() || isDeelVan(een, "BXSchakelStijl")) return;
+        const QColor kleur = rand.value<QColor>();
+        if (kleur.alpha() == 0) return;
+        EXPECT_GE(contrast(overZwart(een, kleur), zwart), kGezien)
+            << een.metaObject()->className() << ' ' << qPrintable(een.objectName());
+        ++randen;
+    });
+    EXPECT_GE(randen, 5);
+    const auto* const balk = item("schuifbalk");
+    ASSERT_TRUE(balk);
+    EXPECT_GE(contrast(overZwart(*balk, balk->property("kleur").value<QColor>()), zwart), kGezien);
 }
 
 INSTANTIATE_TEST_SUITE_P(Maten, PaneelMaat,

@@ -54,6 +54,21 @@ TEST_F(PaneelRijen, TheProgramsRowBeginsClosedAndHoldsItsStartAndTheDefaults) {
     EXPECT_TRUE(isGekozen("Gewoon", "Flits op de maat"));
 }
 
+TEST_F(PaneelRijen, TheRowOfRestBeginsClosedAndHoldsTheMinutes) {
+    EXPECT_TRUE(vind(QAccessible::StaticText, "nooit"));
+    druk(QAccessible::Button, "Toon de opties van Na rust");
+    kalmeer();
+    vind(QAccessible::Slider, "Minuten")->valueInterface()->setCurrentValue(12.0);
+    EXPECT_EQ(nu().keuzes.rust, 12);
+    EXPECT_TRUE(vind(QAccessible::StaticText, "12 min"));
+    EXPECT_FALSE(item("rustMelding")->isVisible());
+    bureau->zetRustBewaakt(false);
+    EXPECT_TRUE(item("rustMelding")->isVisible());
+    vind(QAccessible::Slider, "Minuten")->valueInterface()->setCurrentValue(0.0);
+    EXPECT_EQ(nu().keuzes.rust, 0);
+    EXPECT_FALSE(item("rustMelding")->isVisible());
+}
+
 TEST_F(PaneelRijen, FourRowsBeginOpenAndCanBeClosed) {
     auto* const top = QAccessible::queryAccessibleInterface(view());
     for (const auto& titel :

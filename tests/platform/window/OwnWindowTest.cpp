@@ -88,6 +88,13 @@ TEST_F(OwnWindowTest, IsBlackBeforeAnythingIsDrawn) {
     EXPECT_TRUE(shows(150, 300, kBlack));
 }
 
+TEST_F(OwnWindowTest, AServerOfItsOwnIsNoCompositorsClient) {
+    EXPECT_TRUE(server.system().capabilities().passesClicks);
+    Window window(server, {.frame = {0, 0, 64, 48}, .style = WindowStyle::FullScreen});
+    window.show();
+    EXPECT_FALSE(window.reference().isEmpty());
+}
+
 TEST_F(OwnWindowTest, FullScreenCoversTheScreenUnderIt) {
     Window window(server, {.frame = {300, 200, 10, 10}, .style = WindowStyle::FullScreen});
     window.setContentView(coloured(Qt::green));

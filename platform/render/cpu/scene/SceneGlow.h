@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/render/BloomPlan.h"
+#include "platform/render/cpu/scene/GlowCells.h"
 #include "platform/render/cpu/scene/TileFinish.h"
 #include "platform/render/cpu/scene/TileWorkers.h"
 
@@ -34,10 +35,12 @@ class SceneGlow {
 
     // Spreads what was gathered.
     void spread(TileWorkers& workers);
-    [[nodiscard]] bool glows(int tile) const { return glow_[static_cast<std::size_t>(tile)] != 0; }
-    // The glow of a tile that glows, worked out in the given space.
+    // Whether a tile has glow enough to be seen.
+    [[nodiscard]] bool glows(int tile) const { return seen_[static_cast<std::size_t>(tile)] != 0; }
+    // The glow of a tile that glows, worked out in the given space; no plane for colours
+    // that have none.
     static constexpr std::size_t kWorkSize = 3 * kPackedTile + kPackedTile;
-    void expand(int tileX, int tileY, float* work, TileGlow& glow) const;
+    void expand(int tile, float* work, TileGlow& glow) const;
 
     // Tiles that the last frame's blur worked on.
     [[nodiscard]] int tilesSpread() const { return tilesSpread_; }
@@ -48,6 +51,7 @@ class SceneGlow {
 
     void fit();
     void clearCells(Planes& planes, int tile);
+    [[nodiscard]] char coloursSeen(int tile) const;
     [[nodiscard]] std::size_t cellAt(int tileX, int tileY) const;
     [[nodiscard]] bool anyNear(const Flags& flags, int tile, int across, int down) const;
     template <typename Work>
@@ -64,13 +68,9 @@ class SceneGlow {
     int stride_ = 0;
     int tilesSpread_ = 0;
     Flags bright_, along_, glow_;
+    Flags seen_;  // a bit by the colour
     Planes cells_, blurred_, spread_;
-    // By the pixel within a cell: the first of four cells, and their weights.
-    struct Phase {
-        int first = 0;
-        std::array<float, 4> weight{};
-    };
-    std::vector<Phase> phases_;
+    std::vector<GlowPhase> phases_;  // by the pixel within a cell
 };
 
 }  // namespace platform

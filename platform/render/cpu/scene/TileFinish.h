@@ -18,8 +18,8 @@ void clearTile(SceneTile& tile, const float* rgb);
 void startExcess(SceneTile& tile);
 // From here on nearness is kept per sample.
 void sampleNearness(SceneTile& tile);
-// From here on light is kept per sample.
-void sampleLight(SceneTile& tile);
+// From here on the light of the rows from `top` to before `end` is kept per sample.
+void sampleLight(SceneTile& tile, int top, int end);
 // The least nearness of the tile's pixels; only while it is kept once per pixel.
 float leastNear(const SceneTile& tile);
 // Averages the samples' light.
@@ -40,7 +40,7 @@ struct BrightCells {
 };
 PackedTile packTile(const SceneTile& tile, const BrightCells* bright, std::uint32_t* packed);
 
-// The glow of a tile: three planes of kTileWidth × kTileHeight.
+// The glow of a tile: three planes of kTileWidth × kTileHeight, none where there is none.
 struct TileGlow {
     const float* plane[3] = {};
 };
@@ -52,6 +52,6 @@ struct TilePixels {
     int height = 0;
 };
 // Adds the glow where there is some, encodes as sRGB and rounds with a pattern.
-void encodeTile(const std::uint32_t* packed, const TileGlow* glow, const TilePixels& to);
+void encodeTile(const std::uint32_t* packed, const TileGlow& glow, const TilePixels& to);
 
 }  // namespace platform

@@ -33,7 +33,9 @@ class TilePainter {
     // The leading calls of opaque polygons, those in front first, so that what they
     // hide need not be worked out. Returns how many they are.
     std::size_t drawOpaque(const ScenePlan& plan, std::span<const ShapeCall> calls);
-    void drawPolygonCall(const ScenePlan& plan, ShapeCall call);
+    // The polygon, and all that follow before the samples are averaged, lie in the rows
+    // from `top` to before `end`.
+    void drawPolygonCall(const ScenePlan& plan, ShapeCall call, int top, int end);
 
     SceneTile tile_;
     SpriteDesk desk_;

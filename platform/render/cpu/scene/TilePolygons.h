@@ -15,6 +15,9 @@ namespace platform {
 struct PolygonFrame {
     // Where a pixel looks, for a depth of one: x, y and z of the world.
     std::array<Plane, 3> ray;
+    // The same as the eye sees it: to the right and down.
+    Plane right;
+    Plane down;
     glm::vec3 ambient{0.0F};
     static constexpr std::size_t kMostLights = 8;
     std::size_t lights = 0;

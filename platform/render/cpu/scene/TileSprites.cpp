@@ -17,9 +17,11 @@
 namespace platform {
 namespace {
 
-// Where a pixel row shows many of the picture's rows it is cheaper to mix those first.
-bool mixesRows(const SpritePicture& picture) {
-    return picture.runs * 2 > picture.height;
+// Where a pixel row shows several of the picture's rows, and few of these are alike, it
+// is cheaper to mix them first.
+bool mixesRows(const ScreenSprite& sprite) {
+    const SpritePicture& picture = *sprite.picture;
+    return picture.runs * 2 > picture.height && std::abs(sprite.size.y) < 2.0 * picture.height;
 }
 
 std::size_t rowFloatsOf(const SpritePicture& picture) {
@@ -190,6 +192,7 @@ void putRow(const ScreenSprite& sprite, SceneTile& tile, const SpriteDesk& desk,
         const std::ptrdiff_t at = SceneTile::at(columns.first + x, row);
         if (picture.hasOneColour) {
             const auto covered = weighed(desk.row.data(), runStride, desk, x);
+            if (hn::AllTrue(d, hn::Le(covered, hn::Zero(d)))) continue;
             putInk(tile, at, ink, seen(sprite, tile, at, covered));
             if (sprite.hiding.writes) putNear(tile, at, hn::Set(d, sprite.near), covered);
             continue;
@@ -215,7 +218,7 @@ void drawSprite(const ScreenSprite& sprite, SceneTile& tile, SpriteDesk& desk) {
     const Columns across = columnsOf(sprite.at.x, sprite.size.x, picture.width, tile.x, tile.width);
     const Columns down = columnsOf(sprite.at.y, sprite.size.y, picture.height, tile.y, tile.height);
     if (across.count <= 0 || down.count <= 0) return;
-    const bool mixes = mixesRows(picture);
+    const bool mixes = mixesRows(sprite);
     const std::size_t rowFloats = rowFloatsOf(picture);
     desk.madeRuns.assign(static_cast<std::size_t>(picture.runs), 0);
     const double otherEdge = across.edge + across.step * across.count;
@@ -257,8 +260,9 @@ namespace platform {
 
 HWY_EXPORT(drawSprite);
 
-void fitDesk(const SpritePicture& picture, SpriteDesk& desk) {
-    const bool mixes = mixesRows(picture);
+void fitDesk(const ScreenSprite& sprite, SpriteDesk& desk) {
+    const SpritePicture& picture = *sprite.picture;
+    const bool mixes = mixesRows(sprite);
     const std::size_t rows = mixes ? 1 : static_cast<std::size_t>(picture.runs);
     const auto grow = [](auto& room, std::size_t needed) {
         if (room.size() < needed) room.resize(needed);

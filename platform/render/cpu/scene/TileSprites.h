@@ -18,11 +18,11 @@ struct SpriteDesk {
     std::vector<RunShare> shares;
 };
 
-// Takes what space sprites of the picture want. Their drawing then allocates nothing.
-void fitDesk(const SpritePicture& picture, SpriteDesk& desk);
+// Takes the space that drawing the sprite wants. Drawing the sprite then allocates nothing.
+void fitDesk(const ScreenSprite& sprite, SpriteDesk& desk);
 
 // Draws what of a sprite lies in the tile, every pixel the average of what of the
-// picture it covers. The desk is fit for the sprite's picture.
+// picture it covers. The desk is fit for the sprite.
 void drawSprite(const ScreenSprite& sprite, SceneTile& tile, SpriteDesk& desk);
 
 }  // namespace platform

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How much of a pixel something is seen in; included once per vector target. Any
-// thread; it owns nothing.
+// The visible share of a shape in a pixel; included once per vector target. Any thread; owns
+// nothing.
 #if defined(PLATFORM_TILE_VISION_INL) == defined(HWY_TARGET_TOGGLE)
 #ifdef PLATFORM_TILE_VISION_INL
 #undef PLATFORM_TILE_VISION_INL
@@ -35,7 +35,7 @@ inline TileV shareSeen(const SceneTile& tile, std::ptrdiff_t at, TileV near) {
     return sum;
 }
 
-// Where `covered` is above 0, this is the nearest unless something nearer is.
+// Raises the nearness of the pixels where `covered` is above 0.
 inline void putNear(const SceneTile& tile, std::ptrdiff_t at, TileV near, TileV covered) {
     const TileF d;
     const auto put = [&](float* plane) {
@@ -48,7 +48,7 @@ inline void putNear(const SceneTile& tile, std::ptrdiff_t at, TileV near, TileV 
         put(plane);
 }
 
-// Light over what is there; `covered` times an ink that is even.
+// Blends an even ink, times `covered`, over the present light.
 inline void putInk(const SceneTile& tile, std::ptrdiff_t at, const Ink& ink, TileV covered) {
     const TileF d;
     const auto left = hnv::Sub(hnv::Set(d, 1.0F), hnv::Mul(covered, hnv::Set(d, ink.alpha)));
@@ -63,7 +63,7 @@ inline void putInk(const SceneTile& tile, std::ptrdiff_t at, const Ink& ink, Til
         hnv::StoreU(hnv::Mul(hnv::LoadU(d, first + at), left), d, first + at);
 }
 
-// The part of an ink that is brighter than what blooms, where it covers a pixel in part.
+// Adds the part of an ink above the threshold of bloom, times `covered`.
 inline void putExcess(const SceneTile& tile, std::ptrdiff_t at, const Ink& excess, TileV covered) {
     const TileF d;
     for (std::size_t k = 0; k < 3; ++k) {

@@ -110,7 +110,7 @@ TEST_F(SceneShapesTest, WhatReadsNoDepthIsSeenThroughWhatIsNearer) {
         const auto behind = constant(QColor(Qt::green), BlendMode::Additive);
         behind->setReadsDepth(reads);
         stage.add(square(2.0, behind), {0, 0, -2});
-        // What is drawn next looks again.
+        // The last square asks the depth again.
         const auto last = constant(QColor(Qt::red), BlendMode::Additive);
         stage.add(square(2.0, last), {0, 0, -3})->setRenderingOrder(1);
         const QImage image = picture(stage, {32, 32});
