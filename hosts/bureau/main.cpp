@@ -154,6 +154,8 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
     });
     if (const QString mis = voerUit(dienst, opdracht); !mis.isEmpty()) return meldNaam(mis);
     QCoreApplication::exec();
+    // Qt's end waits for ever where its own hidden window has gone.
+    brixtel::Signalen::haast(brixtel::Signalen::Haast::Rustig);
     return -doorSignaal;
 }
 

@@ -173,7 +173,7 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
         if (!opdracht.vensterGenoemd.isEmpty() && voorstelling->zonderVenster())
             std::_Exit(meldNaam(
                 QStringLiteral("er is geen venster %1").arg(opdracht.vensterGenoemd), kFout));
-        if (bijGastheer) brixtel::Signalen::haast();
+        if (bijGastheer) brixtel::Signalen::haast(brixtel::Signalen::Haast::Gastheer);
         QCoreApplication::quit();
     });
 
@@ -195,6 +195,8 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
         const QString mis = brixtel::drukAf(meting->regel(keuze));
         if (!mis.isEmpty()) return -meldNaam(mis, kFout);
     }
+    // Qt's end waits for ever where its own hidden window has gone.
+    if (!bijGastheer) brixtel::Signalen::haast(brixtel::Signalen::Haast::Rustig);
     return doorSignaal;
 }
 
