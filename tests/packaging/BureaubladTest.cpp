@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the desktop reads of us says what the program does.
+// The files that the desktop reads say what the program does.
 #include <gtest/gtest.h>
 
 #include <QDir>
@@ -68,6 +68,36 @@ TEST(Bureaublad, CompletionHasEveryOptionOfTheHelpAndNoOther) {
         QString bash = lees(QStringLiteral("completion/") + programma);
         bash.remove(0, bash.lastIndexOf(QStringLiteral("-W '")));
         EXPECT_EQ(rij(opties(bash)), hulp);
+    }
+}
+
+// "option values" of each match, of which the pattern names both.
+QSet<QString> waarden(const QString& tekst, const char* patroon) {
+    QSet<QString> alle;
+    auto treffers = QRegularExpression(QLatin1String(patroon), QRegularExpression::MultilineOption)
+                        .globalMatch(tekst);
+    while (treffers.hasNext()) {
+        const auto treffer = treffers.next();
+        for (const QString& optie : treffer.captured(QStringLiteral("opties"))
+                                        .split(QStringLiteral(" | "), Qt::SkipEmptyParts))
+            alle << optie + u'=' + treffer.captured(QStringLiteral("waarden")) + u'\n';
+    }
+    return alle;
+}
+
+TEST(Bureaublad, TheThreeShellsOfferTheSameValues) {
+    for (const auto& [programma, tekst] : kProgrammas) {
+        const std::string zsh =
+            rij(waarden(lees(QStringLiteral("completion/_") + programma),
+                        "^  '(?<opties>--[a-z-]+)=-?\\[.*\\]::?[a-z]+:\\((?<waarden>[^)]+)\\)'"));
+        EXPECT_GT(zsh.size(), 80U);
+        EXPECT_EQ(rij(waarden(lees(QStringLiteral("completion/") + programma),
+                              "^ +(?<opties>--[a-z-]+( \\| --[a-z-]+)*)\\) COMPREPLY=\\(\\$"
+                              "\\(compgen -W '(?<waarden>[^']+)'")),
+                  zsh);
+        QString fish = lees(QStringLiteral("completion/%1.fish").arg(programma));
+        fish.replace(QStringLiteral(" -l "), QStringLiteral(" --"));
+        EXPECT_EQ(rij(waarden(fish, " (?<opties>--[a-z-]+)( -x)? -a '(?<waarden>[^']+)'")), zsh);
     }
 }
 

@@ -1,0 +1,36 @@
+# SPDX-License-Identifier: MIT
+# Sourced by what works in a chroot of a Debian release: makes one, opens it, and closes
+# it. All of it needs root.
+
+# wil_beheerder COMMAND PROGRAM...: whether the user is root and the programs are there.
+wil_beheerder() {
+  local opdracht=$1 programma mist=()
+  shift
+  if [ "$(id -u)" -ne 0 ]; then
+    echo "$opdracht heeft een beheerder nodig: sudo $opdracht" >&2
+    return 1
+  fi
+  for programma in "$@"; do
+    command -v "$programma" >/dev/null || mist+=("$programma")
+  done
+  [ ${#mist[@]} -eq 0 ] && return 0
+  echo "Er ontbreekt: ${mist[*]} — apt-get install ${mist[*]}" >&2
+  return 1
+}
+
+# open_chroot FOLDER: gives it what programs expect of a system that runs.
+open_chroot() {
+  local map
+  for map in proc sys; do mount --rbind --make-rslave "/$map" "$1/$map"; done
+  mkdir -p "$1/dev/shm" "$1/dev/pts"
+  mount -t tmpfs tmpfs "$1/dev/shm"
+  cp /etc/resolv.conf "$1/etc/resolv.conf"
+}
+
+# sluit_chroot FOLDER: takes that away again.
+sluit_chroot() {
+  local map
+  for map in dev/shm proc sys; do
+    if mountpoint -q "$1/$map"; then umount -R "$1/$map"; fi
+  done
+}
