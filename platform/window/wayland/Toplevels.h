@@ -11,7 +11,7 @@
 namespace platform::wayland {
 
 // Whether the focus is on any program's window, by wlr-foreign-toplevel-management. Under a
-// lock, a launcher or an empty desktop it is on none. Owned by the connection. Main thread.
+// lock, a launcher or an empty desktop it is on none. The connection owns it. Main thread.
 class Toplevels {
   public:
     Toplevels();
