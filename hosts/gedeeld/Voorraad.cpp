@@ -4,12 +4,13 @@
 #include <fcntl.h>
 #include <pthread.h>
 #include <sys/mman.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdlib>
-#include <cstring>
 #include <exception>
 #include <mutex>
 #include <new>
@@ -60,18 +61,21 @@ bool isErRuimte(std::size_t bytes) {
 
 const char* naam = "brixtel";
 
-void schrijf(std::string_view tekst) {
-    [[maybe_unused]] const auto aantal = write(STDERR_FILENO, tekst.data(), tekst.size());
+iovec stuk(std::string_view tekst) {
+    return {.iov_base = const_cast<char*>(tekst.data()), .iov_len = tekst.size()};
 }
 
 constexpr std::string_view kGeheugen = "er is te weinig geheugen";
 
-// Ends without memory: the text of the line exists beforehand.
+// Ends without memory: the text of the line exists beforehand. Where several threads get
+// here, the first one writes.
 [[noreturn]] void eindigOm(std::string_view waarom) {
-    schrijf(naam);
-    schrijf(": ");
-    schrijf(waarom);
-    schrijf("\n");
+    static std::atomic_flag geschreven;
+    if (geschreven.test_and_set())
+        for (;;)
+            pause();
+    const std::array regel{stuk(naam), stuk(": "), stuk(waarom), stuk("\n")};
+    [[maybe_unused]] const auto aantal = writev(STDERR_FILENO, regel.data(), regel.size());
     std::_Exit(1);
 }
 

@@ -53,7 +53,7 @@ void bus(Bytes bytes) {
         (void)oproep->doe(oproep->bericht.arguments());
         ++wachtend;
     }
-    eis(geroepen <= 1 && (wachtend == 0 || geroepen == 1));
+    eis(geroepen == wachtend);
 }
 
 }  // namespace fuzz

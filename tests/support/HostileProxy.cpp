@@ -78,18 +78,19 @@ struct HostileProxy::Loop {
         Way up, down;
         std::size_t passed = 0;
         std::uint16_t sequence = 0;
+        int spared = 0;
         std::map<std::uint16_t, Replaced> replaced;
         Clock::time_point held;
         bool gone = false;
     };
 
-    Loop(HostileProxy& proxy, const Hostility& hostility, const std::string& server)
-        : proxy(proxy),
-          hostility(hostility),
+    Loop(HostileProxy& owner, const Hostility& wanted, const std::string& server)
+        : proxy(owner),
+          hostility(wanted),
           serverPath(pathOf(std::stoi(server.substr(1)))),
-          chance(hostility.seed),
+          chance(wanted.seed),
           own(xcb_connect(server.c_str(), nullptr)),
-          refusals(hostility.refuses) {}
+          refusals(wanted.refuses) {}
     ~Loop() {
         for (Connection& c : connections)
             end(c);
@@ -200,13 +201,14 @@ void HostileProxy::Loop::receive(Connection& c, int file, Way& way) {
 
 void HostileProxy::Loop::send(Connection& c, int file, Way& way) {
     std::size_t most = way.out.size();
-    if (hostility.cutAfter) most = std::min(most, *hostility.cutAfter - c.passed);
+    const bool cuts = hostility.cutAfter && c.spared == 0;
+    if (cuts) most = std::min(most, *hostility.cutAfter - std::min(c.passed, *hostility.cutAfter));
     const ssize_t count = ::send(file, way.out.data(), most, MSG_DONTWAIT | MSG_NOSIGNAL);
     if (count < 0 && (errno == EAGAIN || errno == EINTR)) return;
     if (count < 0) return end(c);
     way.out.erase(way.out.begin(), way.out.begin() + count);
     c.passed += static_cast<std::size_t>(count);
-    if (!hostility.cutAfter || c.passed < *hostility.cutAfter) return;
+    if (!cuts || c.passed < *hostility.cutAfter) return;
     ++proxy.deeds_;
     end(c);
 }
@@ -249,6 +251,8 @@ void HostileProxy::Loop::passRequests(Connection& c) {
 void HostileProxy::Loop::passRequest(Connection& c, std::span<std::uint8_t> request) {
     ++proxy.requests_;
     ++c.sequence;
+    // Xlib begins by asking for an extension; libxcb asks for none by itself.
+    if (c.sequence == 1 && request[0] == XCB_QUERY_EXTENSION) c.spared = hostility.spared;
     if (request[0] == XCB_CREATE_WINDOW && request.size() >= 8) {
         std::uint32_t window = 0;
         std::memcpy(&window, &request[4], sizeof window);
@@ -260,7 +264,8 @@ void HostileProxy::Loop::passRequest(Connection& c, std::span<std::uint8_t> requ
                                     std::chrono::duration<double>(unit() * hostility.mostDelay));
     }
     if (happens(hostility.destroys)) destroyOne();
-    if (!happens(hostility.errors)) {
+    if (c.spared > 0) --c.spared;
+    if (c.spared > 0 || !happens(hostility.errors)) {
         c.up.out.insert(c.up.out.end(), request.begin(), request.end());
         return;
     }

@@ -18,6 +18,9 @@ struct Hostility {
     double mostDelay = 0.0;               // seconds
     std::optional<std::size_t> cutAfter;  // bytes, both ways together, of any one connection
     int refuses = 0;                      // so many connections are refused at the setup
+    // The first requests of a connection that Xlib opened are not answered with errors, and
+    // the connection is not cut until these have passed.
+    int spared = 0;
 };
 
 // An X server's display that stands before another one and is hostile to its clients. Other
