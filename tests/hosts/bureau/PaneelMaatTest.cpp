@@ -263,7 +263,7 @@ TEST_P(PaneelMaat, EveryEdgeIsSeen) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Maten, PaneelMaat,
-                         testing::Values(QSize(300, 640), QSize(340, 640), QSize(400, 752),
+                         testing::Values(QSize(300, 640), QSize(340, 640), QSize(400, 760),
                                          QSize(300, 240), QSize(900, 1200)),
                          [](const auto& maat) {
                              return std::to_string(maat.param.width()) + "x" +
