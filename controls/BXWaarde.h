@@ -26,7 +26,7 @@ class BXWaarde {
     virtual void kiesWaarde(double) {}
     virtual void stapWaarde(bool /*hoger*/) {}
 
-    // From now on assistive technology finds such items as described here.
+    // Makes assistive technology find such items as described here.
     static void meldWaarden();
 
   protected:

@@ -8,7 +8,7 @@
 namespace brixtel {
 
 namespace {
-// A slider that is dragged asks many times to be kept.
+// The shortest time between two writes: a dragged slider changes a choice many times.
 constexpr double kSamennemen = 0.15;  // seconds
 }  // namespace
 

@@ -9,7 +9,7 @@
 
 namespace brixtel {
 
-// How much of the flash on a beat the user wants to see.
+// The strength of the flash on a beat that the user wants to see.
 enum class Flits { gewoon, zacht, uit };
 
 [[nodiscard]] QString ruweWaarde(Flits flits);

@@ -16,7 +16,7 @@ void GedoseerdeActie::vraag() {
         doe();
 }
 
-void GedoseerdeActie::nu() {
+void GedoseerdeActie::doeNu() {
     if (wacht_) doe();
 }
 
@@ -27,7 +27,7 @@ void GedoseerdeActie::vergeet() {
 
 void GedoseerdeActie::doe() {
     wacht_ = false;
-    pauzeKlok_ = platform::Timer(klok_, {.interval = tussentijd_}, [this] { nu(); });
+    pauzeKlok_ = platform::Timer(klok_, {.interval = tussentijd_}, [this] { doeNu(); });
     doe_();
 }
 

@@ -19,7 +19,7 @@ class GedoseerdeActie {
 
     void vraag();
     // Runs a waiting action now.
-    void nu();
+    void doeNu();
     // Drops a waiting action, as the destructor does. The next request runs at once.
     void vergeet();
 

@@ -19,7 +19,7 @@ QString regel(const char* wat, const QString& hoe) {
     return QStringLiteral("%1: %2\n").arg(QLatin1String(wat), hoe);
 }
 
-// As the panel writes it.
+// A number in the panel's form.
 QString getalTekst(double getal) {
     QLocale nederlands(QLocale::Dutch, QLocale::Netherlands);
     nederlands.setNumberOptions(QLocale::OmitGroupSeparator);

@@ -14,8 +14,8 @@ struct RustBronnen {
     using Wacht = std::shared_ptr<void>;
     struct Wens {
         double seconden = 0.0;                  // without input
-        std::function<void()> bijRust;          // called each time that they have passed
-        std::function<void(bool)> bijBewaking;  // told whether anybody knows of the input
+        std::function<void()> bijRust;          // called each time that the seconds have passed
+        std::function<void(bool)> bijBewaking;  // called with whether the input is watched
     };
     using MaakWacht = std::function<Wacht(const Wens& wens)>;
 
@@ -24,9 +24,9 @@ struct RustBronnen {
     MaakWacht maakWacht;
 };
 
-// Shows what the saver's choice shows, as a black screen, after the time without input that
-// the user chose; the rotating choice gives another scene each time. A saver or lock that
-// comes closes that black screen. Main thread; the owner must outlive it.
+// Shows the scene of the saver's choice as a black screen, after the time without input that
+// the user chose. The rotating choice gives another scene each time. A saver or lock closes
+// that black screen. Main thread; the owner must outlive it.
 class Rust {
   public:
     Rust(Bureau& bureau, const RustBronnen& bronnen);
@@ -40,7 +40,7 @@ class Rust {
     Bureau& bureau_;
     const RustBronnen bronnen_;
     int minuten_ = 0;
-    bool vanRust_ = false;  // the black screen that shows began here
+    bool vanRust_ = false;  // this object opened the present black screen
     RustBronnen::Wacht wacht_;
     Abonnement stand_;
     platform::Observation beveiliging_;

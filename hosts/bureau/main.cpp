@@ -110,8 +110,8 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
         platform::SessionLock::systemBusAddress(),
         [&werkruimte](bool dicht) { werkruimte.setLocked(dicht); });
     brixtel::Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval});
-    // A desktop that ends takes the window system along; the program ends without a
-    // word, unless the system has one to say.
+    // The end of a desktop is no error: the program then ends without a message, unless the
+    // window system gives a reason.
     server.onConnectionLost([&bureau, &server] {
         bureau.bewaar();
         const QString reden = server.system().lossReason();

@@ -20,7 +20,7 @@ QString optieNaam(const QString& woord) {
 }
 
 QString onbekend(const QString& woord, const QStringList& namen) {
-    // Without its dashes it may have been meant as one too.
+    // A word without dashes may be a mistyped option too.
     const bool isOptie = woord.size() > 1 && woord.startsWith(u'-');
     const QString dichtbij = bedoeld(isOptie ? optieNaam(woord) : woord, namen);
     const QString vraag =

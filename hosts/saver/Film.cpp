@@ -29,7 +29,7 @@ struct Vorm {
     QLatin1String woorden;  // ffmpeg's words between the input and the file
 };
 
-// Most players need halved colour in both directions, so both sides are even.
+// Both sides are even, since most players need halved colour in both directions.
 constexpr std::array kVormen{
     Vorm{QLatin1String(".webm"),
          QLatin1String("-vf pad=ceil(iw/2)*2:ceil(ih/2)*2 -c:v libvpx-vp9 -crf 24 -b:v 0 "

@@ -100,7 +100,7 @@ int hervat() {
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
-// The address space that what is asked for takes.
+// The address space that the command needs.
 std::size_t ruimteVoor(const Opdracht& opdracht) {
     const QString regen = ruweWaarde(brixtel::SaverKeuze::regen);
     const QString keuze =
@@ -114,7 +114,7 @@ int plaatje(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
-// A desktop that ends takes the saver along quietly.
+// The exit status after the loss of the window system. The end of a desktop is no error.
 int uitgangNaVerlies(const platform::WindowServer& server) {
     const QString reden = server.system().lossReason();
     if (reden.isEmpty()) return 0;
@@ -211,7 +211,7 @@ QString neemBus(const Opdracht& opdracht) {
     return adres;
 }
 
-// None where the sheet's module is missing.
+// Makes the application object; null where the sheet's module is missing.
 std::unique_ptr<QCoreApplication> maakToepassing(int& argc, char** argv, const Opdracht& opdracht) {
     if (opdracht.taak != Opdracht::Taak::Instellingen)
         return std::make_unique<QGuiApplication>(argc, argv);

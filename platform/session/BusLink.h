@@ -12,8 +12,8 @@
 
 namespace platform {
 
-// One user's own connection to a message bus. Anything that could make the caller wait
-// happens on a queue. Owned by its user. Main thread.
+// One user's own connection to a message bus, with a queue for every call that may wait. Owned
+// by its user. Main thread.
 class BusLink {
   public:
     using Task = std::function<void(QDBusConnection&)>;

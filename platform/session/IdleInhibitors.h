@@ -11,8 +11,8 @@ namespace platform {
 
 // Whether any program on the session bus asks that no saver starts: a film, a call. The
 // requests are those of org.freedesktop.ScreenSaver, of the portal, and of GNOME's session
-// manager; they go to whatever program serves them, and a monitor of the bus reads along
-// with these calls and no others. One from before the monitor is not known.
+// manager. A monitor of the bus reads these calls, and no others, on their way to the program
+// that serves them. A request made before the monitor started is not known.
 //
 // Where no program has the name org.freedesktop.ScreenSaver half a minute after the start,
 // requests to that name are answered here, until a program takes the name. Owns its

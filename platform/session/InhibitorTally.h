@@ -10,24 +10,24 @@ class QDBusMessage;
 
 namespace platform {
 
-// Counts who keeps the session from counting as idle, from the calls that ask for it:
+// Counts the callers that keep the session from counting as idle, by these calls:
 //
 //   org.freedesktop.ScreenSaver     Inhibit(ss), UnInhibit(u)
 //   org.freedesktop.portal.Inhibit  Inhibit(sua{sv}) with the flag for idleness; the end is
 //                                   the request's own Close()
 //   org.gnome.SessionManager        Inhibit(susu) with the same flag, Uninhibit(u)
 //
-// A caller's answers are not seen, so that calls are counted by caller: each end takes away
-// one of the caller's own. Main thread.
+// The answers to a caller are not read. Calls are therefore counted by caller: each end removes
+// one of the caller's own requests. Main thread.
 class InhibitorTally {
   public:
-    // More callers than this, and more of one caller, do not count.
+    // The most callers that count, and the most requests of one caller.
     static constexpr qsizetype kMostCallers = 64;
     static constexpr int kMostOfOne = 64;
 
     // Counts a call; returns whether the caller's first one or last end came.
     bool note(const QDBusMessage& call);
-    // The caller left the bus; returns whether it had any.
+    // Forgets a caller that left the bus; returns whether the caller had requests.
     bool left(const QString& caller) { return callers_.remove(caller) > 0; }
 
     [[nodiscard]] bool any() const { return !callers_.isEmpty(); }

@@ -42,7 +42,7 @@ class MutterIdle::Link final : public QObject {
             setIdle(true);
             return awaitInput();
         }
-        // Its number may still be on the way.
+        // The number of this watch may still be on the way.
         if (askedForInput_) early_.insert(watch);
     }
 

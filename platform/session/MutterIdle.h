@@ -15,8 +15,8 @@ class MutterIdle final : public IdleWatch {
   public:
     struct Actions {
         IdleAction idle;
-        // Whether the compositor watches: told first once the answer is known, and then at
-        // each change.
+        // Called with whether the compositor watches, once the answer is known and then at each
+        // change.
         std::function<void(bool present)> present;
     };
     // `busAddress` is empty without a bus; `seconds` is the time without input.

@@ -9,7 +9,7 @@ namespace platform {
 
 // Whether another screen saver or lock of a desktop runs on the session bus and starts by
 // itself. Its names are those of GNOME, MATE, Cinnamon and Xfce. The name that all desktops
-// share, org.freedesktop.ScreenSaver, does not count: it is also there without a saver.
+// share, org.freedesktop.ScreenSaver, does not count: it exists without a saver too.
 // Owns its connection. Main thread.
 class OtherSavers {
   public:

@@ -19,7 +19,7 @@ const QString kService = QStringLiteral("org.freedesktop.login1");
 const QString kSession = QStringLiteral("org.freedesktop.login1.Session");
 const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
 const QString kHint = QStringLiteral("LockedHint");
-// The session of the one who asks.
+// The path that stands for the caller's own session.
 const QString kOwnPath = QStringLiteral("/org/freedesktop/login1/session/auto");
 
 QDBusMessage propertyCall(const QString& path, const QString& property) {

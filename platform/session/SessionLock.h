@@ -9,10 +9,10 @@ namespace platform {
 
 // Whether the user's session is locked, by the hint that lockers leave with logind
 // (LockedHint of org.freedesktop.login1.Session, on the system bus). GNOME, KDE and xss-lock
-// leave one, swaylock leaves none. Believed from the owner of logind's name alone. The
-// session is the one that XDG_SESSION_ID names, else the one that logind finds for this
-// program. Asked in the background; not locked where there is no bus, no logind or no
-// session. Owns its connection. Main thread.
+// leave a hint, swaylock leaves none. Only the owner of logind's name is believed. The session
+// is the one that XDG_SESSION_ID names, else the one that logind finds for this program. Logind
+// is asked in the background. Without a bus, logind or a session nothing is locked. Owns its
+// connection. Main thread.
 class SessionLock {
   public:
     // Calls the action each time it changes; the session is not locked at first.
@@ -21,7 +21,7 @@ class SessionLock {
     SessionLock(const SessionLock&) = delete;
     SessionLock& operator=(const SessionLock&) = delete;
 
-    // That of the running system; empty where there is none.
+    // The address of the running system's bus; empty without one.
     [[nodiscard]] static QString systemBusAddress();
 
   private:

@@ -18,15 +18,15 @@ class WindowServer;
 struct DesktopIdleOptions {
     QString busAddress;    // of the session bus; empty for none
     double seconds = 0.0;  // without input; above 0
-    // Told whether anybody watches the input, once that is known and then at each change.
+    // Called with whether any part watches the input, once that is known and at each change.
     std::function<void(bool watching)> watching{};
 };
 
-// Tells when a saver may start on a running desktop: nobody gave input for some time, and
-// nobody asked that none starts. The window system is asked where it knows that by itself,
-// then the session bus, then the window system where it can measure; in the last case the
-// time also does not count while another saver runs. When the last request against it ends,
-// the whole time has to pass once more.
+// Tells when a saver may start on a running desktop: there was no input for some time, and no
+// program asks that no saver starts. A window system that knows both is asked first, then the
+// session bus, then a window system that can measure the time. In the last case no time counts
+// while another saver runs. When the last request against a saver ends, the whole time has to
+// pass once more.
 //
 // The server outlives it. Owned by the program. Main thread.
 class DesktopIdle {
@@ -38,7 +38,7 @@ class DesktopIdle {
     DesktopIdle(const DesktopIdle&) = delete;
     DesktopIdle& operator=(const DesktopIdle&) = delete;
 
-    // Whether anybody is known to ask that no saver starts.
+    // Whether a program is known to ask that no saver starts.
     [[nodiscard]] bool isInhibited() const { return inhibited_; }
 
   private:

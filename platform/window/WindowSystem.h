@@ -22,8 +22,8 @@ struct Capabilities {
     // Clicks on a window that ignores the mouse reach what lies below, whatever
     // that is.
     bool passesClicks = false;
-    // The program can hand the keyboard to another program's window; elsewhere
-    // the keyboard finds its own way back when a window goes.
+    // The program can give the keyboard to another program's window. Elsewhere the system
+    // itself returns the keyboard when a window closes.
     bool returnsKeyboard = false;
     // The system fades a whole window; elsewhere the drawer does.
     bool fadesWindows = false;
@@ -52,17 +52,17 @@ class WindowSystem {
     [[nodiscard]] virtual bool isConnected() const = 0;
     // Called once when the connection is lost, as in WindowServer.
     virtual void onLost(std::function<void()> action) = 0;
-    // Why the system is gone, in its own words; empty where it just went away.
+    // The system's own reason for the loss; empty where the system just went away.
     [[nodiscard]] virtual QString lossReason() const { return {}; }
-    // A surface found the system gone: does what finding it out here does.
+    // Reports that a surface found the connection lost, as if the system had found it.
     virtual void lost() = 0;
 
     // Makes a hidden window. The delegate outlives it.
     [[nodiscard]] virtual std::unique_ptr<NativeWindow> makeWindow(
         const NativeWindowOptions& options, NativeWindowDelegate& delegate) = 0;
-    // Adopts the host's window. One that does not exist is reported as gone in a later turn
-    // of the event loop. The delegate outlives it. Null where the system is not connected
-    // or has no hosts.
+    // Adopts the host's window. A window that does not exist is reported as gone in a later
+    // turn of the event loop. The delegate outlives the result. Null where the system is not
+    // connected or has no hosts.
     [[nodiscard]] virtual std::unique_ptr<NativeWindow> adopt(const HostRef& host,
                                                               NativeWindowDelegate& delegate) = 0;
 
@@ -82,8 +82,8 @@ class WindowSystem {
         return nullptr;
     }
 
-    // Watches, from now until rest(), the display's sleep and the covering of windows. The
-    // display counts as awake at first.
+    // Watches the display's sleep and the covering of windows until rest(). The display counts
+    // as awake at first.
     virtual void watch(std::function<void(bool asleep)> displaySlept) = 0;
     virtual void rest() = 0;
 };

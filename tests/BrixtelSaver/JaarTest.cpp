@@ -63,7 +63,7 @@ class Jaar : public steun::SaverView {
         }
         QCoreApplication::processEvents();
     }
-    // What is used while this many seconds pass.
+    // The cost of this many seconds.
     Gebruik laatGaan(platform::View& view, double seconden) {
         Gebruik gebruik = Gebruik::nu();
         for (const double tot = klok.now() + seconden; klok.now() < tot;) {

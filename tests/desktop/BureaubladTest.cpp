@@ -131,7 +131,7 @@ TEST_F(Effecten, TheRainFallsOverARealProgramOnBothDisplays) {
     ASSERT_TRUE(toonRegen());
     EXPECT_TRUE(regent(kLinks));
     EXPECT_TRUE(regent(kRechts));
-    // Also over the program, which is white below.
+    // The rain falls over the program too, which is white below.
     EXPECT_TRUE(regent({45, 90, 190, 110}));
     const auto pixels = scherm->pixels(scherm->screen().root, {45, 90, 190, 110});
     EXPECT_GT(std::count_if(pixels.begin(), pixels.end(),
@@ -239,7 +239,7 @@ TEST_F(Effecten, WithoutAWindowManagerTheKeyboardGoesBackAsWell) {
     Programma programma;
     // The window manager leaves its property behind, which says that it runs.
     bureaublad.stopBeheer();
-    // As it goes it takes windows out of its frames, which hides them for a moment.
+    // An ending window manager takes windows out of its frames, which hides them for a moment.
     ASSERT_TRUE(until([&] {
         xcb_set_input_focus(scherm->connection(), XCB_INPUT_FOCUS_PARENT, programma.venster,
                             XCB_CURRENT_TIME);

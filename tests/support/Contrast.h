@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-// How much lighter the lighter of two colours is, as people see it: 1 to 21.
+// The contrast of two colours by WCAG 2: 1 to 21.
 inline double contrast(QRgb een, QRgb ander) {
     const auto licht = [](QRgb kleur) {
         const auto deel = [](int waarde) {

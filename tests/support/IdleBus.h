@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Those who matter to the time without input, on a test's bus.
+// The programs that affect the time without input, on a test's bus.
 #pragma once
 
 #include <QDBusConnection>

@@ -42,7 +42,7 @@ class Logind final : public QDBusVirtualObject {
     [[nodiscard]] bool isPassedOn() const {
         return bus_.interface()->isServiceRegistered(bus_.baseService()).value();
     }
-    // How often that property was read.
+    // The number of times that the property was read.
     [[nodiscard]] int asked(const char* property) { return asked_[QLatin1String(property)]; }
 
     QString introspect(const QString&) const override { return {}; }

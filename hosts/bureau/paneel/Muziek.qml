@@ -39,7 +39,7 @@ Column {
         width: parent.width
         height: Math.max(label.height, meter.height)
         // The dimmest at which its texts can be read.
-        opacity: paneel.muziek ? 1 : 0.77
+        opacity: paneel.muziek ? 1 : 0.8
 
         BXTekst {
             id: label

@@ -171,7 +171,7 @@ bool PaneelStaat::autostart() const {
     return Autostart::isAan();
 }
 
-// Told in any case: what cannot be written has not come about.
+// Signals the change in any case, since the entry may not be writable.
 void PaneelStaat::zetAutostart(bool aan) {
     (void)Autostart::zet(aan, QCoreApplication::applicationFilePath());
     Q_EMIT autostartChanged();

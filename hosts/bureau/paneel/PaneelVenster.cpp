@@ -15,7 +15,7 @@
 namespace brixtel {
 
 namespace {
-constexpr QSize kMaat(400, 720);
+constexpr QSize kMaat(400, 752);
 constexpr QSize kKleinste(300, 240);
 // The window manager's frame takes at most this much of the screen, in points.
 constexpr QSize kRand(8, 40);

@@ -14,14 +14,14 @@ namespace platform::wayland {
 
 namespace {
 
-// A compositor that says nothing for so long is none.
+// A compositor that is silent for this long counts as absent.
 constexpr int kPatience = 5000;  // milliseconds
 
 // Protocols of lockers, of which only the presence counts.
 constexpr std::string_view kInputTaking = "zwlr_input_inhibit_manager_v1";
 constexpr std::string_view kSessionLocks = "ext_session_lock_manager_v1";
 
-// The library's own words; who is told of a loss says what there is to say.
+// Suppresses the library's own messages; the action of onLost() reports a loss.
 void keepQuiet(const char*, va_list) {}
 
 template <typename T>
@@ -80,7 +80,7 @@ Connection::Connection(MediaClock& clock, const QString& address) : seat_(clock)
     registry_.reset(wl_display_get_registry(display()));
     wl_registry_add_listener(registry_.get(), &kRegistry, this);
     alive_ = true;
-    // The globals, and then what they tell of themselves.
+    // The first round trip brings the globals, the second their properties.
     alive_ = roundTrip() && compositor_ && shm_;
     if (alive_) followToplevels();
     alive_ = alive_ && roundTrip();

@@ -15,7 +15,7 @@
 #include "xdg-output-unstable-v1-client.h"
 #include "xdg-shell-client.h"
 
-// An argument of a request has this name.
+// The protocol has an argument called `namespace`.
 #define namespace nameSpace
 #include "wlr-layer-shell-unstable-v1-client.h"
 #undef namespace

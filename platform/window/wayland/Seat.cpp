@@ -102,7 +102,7 @@ const wl_touch_listener Seat::Listeners::kTouch = {
     .down =
         [](void* data, wl_touch*, std::uint32_t, std::uint32_t, wl_surface* surface, std::int32_t,
            wl_fixed_t x, wl_fixed_t y) {
-            // A finger is a click.
+            // A touch counts as a click.
             if (InputTarget* const target = of(data).targetOf(surface))
                 target->buttonPressed(InputTarget::Button::Left, point(x, y));
         },
@@ -171,7 +171,7 @@ void Seat::setKeyTarget(InputTarget* target) {
     InputTarget* const before = std::exchange(keyTarget_, target);
     if (before == target) return;
     if (before) before->keyboardChanged();
-    // Being told of the loss, one may have ended the other.
+    // The old target's action may have changed or ended the new target.
     if (target && keyTarget_ == target) target->keyboardChanged();
 }
 

@@ -14,7 +14,7 @@ constexpr const char* kProgram = "nl.groenlicht.brixtel";
 constexpr std::uint32_t kAllEdges =
     ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURFACE_V1_ANCHOR_BOTTOM |
     ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT | ZWLR_LAYER_SURFACE_V1_ANCHOR_RIGHT;
-// Over panels too, whatever room they keep.
+// The exclusive zone of a surface that covers panels too.
 constexpr std::int32_t kOverAll = -1;
 
 std::uint32_t layerOf(bool aboveAll) {
@@ -185,7 +185,7 @@ void ShellSurface::makeWindow(const Options& options) {
 }
 
 void ShellSurface::applyInput() {
-    // None is everywhere.
+    // A null region means the whole surface.
     const Proxy<wl_region> empty(
         takesInput_ ? nullptr : wl_compositor_create_region(connection_.compositor()));
     wl_surface_set_input_region(surface_.get(), empty.get());

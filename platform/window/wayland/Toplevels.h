@@ -10,8 +10,8 @@
 
 namespace platform::wayland {
 
-// Whether the focus is on any program's window, by wlr-foreign-toplevel-management. Under a
-// lock, a launcher or an empty desktop it is on none. Owned by the connection. Main thread.
+// Whether any program's window has the focus, by wlr-foreign-toplevel-management. Under a lock,
+// a launcher or an empty desktop no window has it. The connection owns it. Main thread.
 class Toplevels {
   public:
     Toplevels();
@@ -22,10 +22,10 @@ class Toplevels {
     // Follows the windows from now on.
     void bind(Proxy<zwlr_foreign_toplevel_manager_v1> manager);
 
-    // False where nothing is followed.
+    // Whether any window has the focus; false where no windows are followed.
     [[nodiscard]] bool isAnyActive() const { return anyActive_; }
-    // Told of each change in a later turn of the event loop: a focus that goes from one
-    // window to another is none.
+    // Calls the action at each change, in a later turn of the event loop. A focus that goes
+    // from one window to another is no change.
     [[nodiscard]] Observation observe(std::function<void()> action);
 
   private:

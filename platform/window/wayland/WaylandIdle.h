@@ -11,7 +11,7 @@ namespace platform::wayland {
 // outlives it. Main thread.
 class WaylandIdle final : public IdleWatch {
   public:
-    // Whether the compositor watches for anybody.
+    // Whether the compositor offers a watch.
     [[nodiscard]] static bool canWatch(const Connection& connection);
 
     // Only where canWatch(). `seconds` is the time without input.

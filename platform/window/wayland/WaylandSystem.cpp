@@ -43,7 +43,7 @@ void WaylandSystem::removed(WaylandWindow& window) {
 }
 
 void WaylandSystem::windowsChanged() {
-    // Being kept down, a window tells its delegate, which may show and hide others.
+    // A window that is kept down tells its delegate, which may show or hide other windows.
     const std::vector<WaylandWindow*> all = windows_;
     for (WaylandWindow* const window : all) {
         if (std::find(windows_.begin(), windows_.end(), window) == windows_.end()) continue;

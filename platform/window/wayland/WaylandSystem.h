@@ -12,11 +12,11 @@ namespace platform::wayland {
 
 class WaylandWindow;
 
-// Wayland as a window system: one connection of the program's own, apart from
-// Qt's. Main thread.
+// Wayland as a window system: one connection of the program's own, apart from Qt's. Owned by
+// the window server. Main thread.
 class WaylandSystem final : public WindowSystem, public ScreenSource {
   public:
-    // To the environment's compositor where `address` is empty. The clock outlives
+    // Connects to the environment's compositor where `address` is empty. The clock outlives
     // the system.
     WaylandSystem(MediaClock& clock, const QString& address);
     ~WaylandSystem() override;
@@ -36,7 +36,7 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     [[nodiscard]] NativeWorkspace& workspace() override { return workspace_; }
     [[nodiscard]] OverlaySpaces* overlaySpaces() override { return nullptr; }
     [[nodiscard]] std::unique_ptr<IdleWatch> watchIdle(double seconds, IdleAction action) override;
-    // A compositor that puts the display to sleep asks for no frames.
+    // Nothing to watch: a compositor asks for no frames while the display sleeps.
     void watch(std::function<void(bool)>) override {}
     void rest() override {}
 
@@ -53,9 +53,9 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     [[nodiscard]] std::int64_t nextNumber() { return ++lastNumber_; }
     void added(WaylandWindow& window);
     void removed(WaylandWindow& window);
-    // A window was shown or hidden: of the overlays on one display, one that is
-    // opaque keeps down those of a lower level. Which of two overlays lies higher
-    // is every compositor's own choice.
+    // Reports that a window was shown or hidden. An opaque overlay keeps the overlays of a
+    // lower level on its display down, since each compositor stacks overlays in an order of
+    // its own.
     void windowsChanged();
     void keyboardMoved();
     void focusChanged();
@@ -66,7 +66,7 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     void cursorChanged();
     [[nodiscard]] bool hidesCursor() const { return workspace_.hidesCursor(); }
     [[nodiscard]] QPointF pointerPlace() const;
-    // A saver or lock covers the displays: no overlay is shown over it.
+    // Sets whether a saver or lock covers the displays; no overlay shows meanwhile.
     void setCovered(bool covered);
 
   private:

@@ -13,10 +13,10 @@ namespace platform::wayland {
 
 namespace {
 
-// More than any display shows, and less than fills a machine's memory three times.
+// The limits exceed any display, and three pictures within them fit into memory.
 constexpr int kLongest = 16384;               // pixels
 constexpr double kMostPixels = 64.0 * 1.0e6;  // of one picture
-// A compositor that takes a surface away again and again means it.
+// The surface is not made again after a compositor has closed it this often.
 constexpr int kMostTaken = 3;
 
 }  // namespace
@@ -89,7 +89,7 @@ double WaylandWindow::scale() const {
 }
 
 QSize WaylandWindow::pixelSize() const {
-    // Over all of a display whose points are no whole number of its pixels, too.
+    // A stretched picture of a whole display has exactly the display's pixels.
     const Output* const on = output();
     const bool fits = surface_ && surface_->isStretched() && on && points() == on->place().size() &&
                       scale() == on->scale();
@@ -197,7 +197,7 @@ void WaylandWindow::endSurface() {
     if (!surface_) return;
     surface_.reset();
     if (std::exchange(resting_, false)) system_.restingChanged();
-    // Without its surface the compositor reads none of the buffers.
+    // The compositor reads no buffer of an ended surface.
     ring_->endNames();
     ring_->reset();
     connection_.flush();
@@ -253,7 +253,7 @@ void WaylandWindow::surfaceConfigured(QSize size) {
     delegate_.geometryChanged();
     if (!first) return;
     delegate_.visibilityChanged();
-    // The new surface shows nothing yet, whatever was drawn for the one before.
+    // The new surface shows nothing yet, so the whole picture is lost.
     delegate_.exposed(QRect(QPoint(0, 0), pixelSize()));
 }
 
@@ -266,7 +266,8 @@ void WaylandWindow::surfaceTaken() {
     endSurface();
     delegate_.visibilityChanged();
     if (again_) return;
-    // A surface may be gone because its display is. The reply comes after that news.
+    // A compositor closes the surface of a display that has gone. The reply comes after the
+    // report of the display's end.
     again_.reset(wl_display_sync(connection_.display()));
     wl_callback_add_listener(again_.get(), &kAgain, this);
 }

@@ -164,7 +164,7 @@ void RootWatch::handle(const xcb_generic_event_t& event) {
     switch (type) {
         case XCB_DESTROY_NOTIFY:
             observers_.tell(Change::Stack);
-            // It may have been the last window of a saver that was killed.
+            // The window may have been the last one of a killed saver.
             if (saverSays_) observers_.tell(Change::Saver);
             return;
         case XCB_CREATE_NOTIFY:

@@ -24,8 +24,8 @@ class IdleQuestion {
 // have it. The caller owns the result; the root outlives it.
 [[nodiscard]] std::unique_ptr<IdleQuestion> idleQuestion(const RootWatch& root);
 
-// The time without input on an X server. The server tells of no time but its own saver's, and
-// is therefore asked when the time could be over. While xscreensaver runs, nobody counts as
+// The time without input on an X server. The server reports no time but its own saver's, and is
+// therefore asked when the time could be over. While xscreensaver runs, the user never counts as
 // idle. The clock outlives the watch. Main thread.
 class X11Idle final : public IdleWatch {
   public:

@@ -6,7 +6,8 @@
 namespace platform {
 
 // Whether the server shows its windows on a Wayland compositor, whose own windows get none
-// of the clicks that pass an X window. Waits for the server. Any thread.
+// of the clicks that pass an X window. Waits for the server. The caller keeps the
+// connection. Any thread.
 [[nodiscard]] bool isOnWayland(const XConnection& connection);
 
 }  // namespace platform

@@ -213,7 +213,7 @@ TEST_F(Dienst, ABlackScreenUnderALockIsRefused) {
     EXPECT_EQ(beller->roep("WisselZwart", {QStringLiteral("bol")}).type(),
               QDBusMessage::ReplyMessage);
     werkruimte.zetBeveiligd(true);
-    // To close it is never refused.
+    // Closing a black screen is never refused.
     EXPECT_EQ(beller->roep("WisselZwart", {QStringLiteral("bol")}).type(),
               QDBusMessage::ReplyMessage);
     EXPECT_FALSE(nu().zwart);

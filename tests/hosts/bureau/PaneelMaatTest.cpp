@@ -3,6 +3,7 @@
 // several sizes and, as the environment says, densities.
 #include <map>
 
+#include "drawing/Thema.h"
 #include "tests/hosts/bureau/PaneelProef.h"
 #include "tests/support/Contrast.h"
 
@@ -103,7 +104,7 @@ class PaneelMaat : public PaneelProef, public testing::WithParamInterface<QSize>
             if (QByteArray(boven->metaObject()->className()).startsWith(type)) return true;
         return false;
     }
-    // What is drawn of a colour over the panel's black.
+    // The result of drawing a colour over the panel's black.
     static QRgb overZwart(const QQuickItem& item, const QColor& kleur) {
         double dekking = kleur.alphaF();
         for (const QQuickItem* boven = &item; boven; boven = boven->parentItem())
@@ -130,7 +131,7 @@ class PaneelMaat : public PaneelProef, public testing::WithParamInterface<QSize>
             meeste = std::max(meeste, contrast(kleur, grond->first));
         return meeste;
     }
-    void elkeTekstIsLeesbaar(const char* stand) {
+    void elkeTekstIsLeesbaar(const char* wanneer) {
         constexpr double kLeesbaar = 4.5;
         teksten.clear();
         verzamelTeksten(*blad());
@@ -146,10 +147,11 @@ class PaneelMaat : public PaneelProef, public testing::WithParamInterface<QSize>
             const QRect vlak = QRectF(een.vlak.topLeft() * schaal, een.vlak.size() * schaal)
                                    .toAlignedRect()
                                    .intersected(beeld.rect());
-            EXPECT_GE(contrastIn(beeld, vlak), kLeesbaar) << stand << ": " << qPrintable(een.naam);
+            EXPECT_GE(contrastIn(beeld, vlak), kLeesbaar)
+                << wanneer << ": " << qPrintable(een.naam);
             ++gezien;
         }
-        EXPECT_GE(gezien, 2) << stand;
+        EXPECT_GE(gezien, 2) << wanneer;
     }
     static bool raakt(const Ding& een, const Ding& ander) {
         return een.vlak.adjusted(0.5, 0.5, -0.5, -0.5).intersects(ander.vlak);
@@ -197,6 +199,39 @@ TEST_P(PaneelMaat, NothingLiesOverAnything) {
             EXPECT_FALSE(een.vlak.intersects(plek)) << qPrintable(een.naam);
 }
 
+// Six choices in a narrow window are six words still: room or a line stands between two of
+// them, and the chosen one has a ground of its own.
+TEST_P(PaneelMaat, TheChoicesStayApart) {
+    constexpr double kRuim = 8.0;
+    for (const char* groep : {kScenes, kSaver}) {
+        auto* const keuze = vind(QAccessible::Grouping, groep);
+        ASSERT_TRUE(keuze);
+        double vorige = -1e9;  // where the last label that was not chosen ends
+        int lijnen = 0;
+        for (int i = 0; i < keuze->childCount(); ++i) {
+            auto* const knop = qobject_cast<QQuickItem*>(keuze->child(i)->object());
+            ASSERT_TRUE(knop);
+            std::vector<Ding> vorm;
+            std::swap(vorm, teksten);
+            verzamelTeksten(*knop);
+            std::swap(vorm, teksten);
+            ASSERT_EQ(vorm.size(), 1U);
+            const double half = vorm[0].item->property("contentWidth").toDouble() / 2.0;
+            const double midden =
+                vorm[0].item->mapRectToScene({{}, vorm[0].item->size()}).center().x();
+            const auto* const lijn = knop->findChild<QQuickItem*>(QStringLiteral("scheiding"));
+            ASSERT_TRUE(lijn);
+            const bool gekozen = keuze->child(i)->state().checked;
+            EXPECT_FALSE(gekozen && lijn->isVisible());
+            if (!gekozen && midden - half - vorige < kRuim)
+                EXPECT_TRUE(lijn->isVisible()) << groep << ' ' << qPrintable(vorm[0].naam);
+            lijnen += lijn->isVisible() ? 1 : 0;
+            vorige = gekozen ? -1e9 : midden + half;
+        }
+        if (GetParam().width() >= 400) EXPECT_EQ(lijnen, 0) << groep << " has room";
+    }
+}
+
 TEST_P(PaneelMaat, EveryTextIsReadable) {
     elkeTekstIsLeesbaar("all that can be seen");
     schakel("Muziek volgen");
@@ -207,29 +242,28 @@ TEST_P(PaneelMaat, EveryTextIsReadable) {
     elkeTekstIsLeesbaar("the music off, and the saver's choice in another window");
 }
 
-// Of the kit's measures, the switch that is off, the rule and the bars that are not lit have
-// given colours. Every other edge is clear.
+// The switch that is off, the rule and the bars that are not lit have given colours; every
+// other edge is clear.
 TEST_P(PaneelMaat, EveryEdgeIsSeen) {
     constexpr double kGezien = 3.0;
     const QRgb zwart = Thema::zwart().rgb();
     int randen = 0;
     elkItem(*blad(), [&](QQuickItem& een) {
-        const QVariant rand = een.property("rand");
-        if (!rand.isValid() || isDeelVan(een, "BXSchakelStijl")) return;
-        const QColor kleur = rand.value<QColor>();
+        if (!een.inherits("brixtel::BXVlak") || isDeelVan(een, "BXSchakelStijl")) return;
+        const auto kleur = een.property("rand").value<QColor>();
         if (kleur.alpha() == 0) return;
         EXPECT_GE(contrast(overZwart(een, kleur), zwart), kGezien)
             << een.metaObject()->className() << ' ' << qPrintable(een.objectName());
         ++randen;
     });
-    EXPECT_GE(randen, 5);
+    EXPECT_GE(randen, 3) << "the notices";
     const auto* const balk = item("schuifbalk");
     ASSERT_TRUE(balk);
     EXPECT_GE(contrast(overZwart(*balk, balk->property("kleur").value<QColor>()), zwart), kGezien);
 }
 
 INSTANTIATE_TEST_SUITE_P(Maten, PaneelMaat,
-                         testing::Values(QSize(300, 640), QSize(340, 640), QSize(400, 720),
+                         testing::Values(QSize(300, 640), QSize(340, 640), QSize(400, 752),
                                          QSize(300, 240), QSize(900, 1200)),
                          [](const auto& maat) {
                              return std::to_string(maat.param.width()) + "x" +

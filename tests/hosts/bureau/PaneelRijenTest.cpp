@@ -16,7 +16,7 @@ class PaneelRijen : public PaneelProef {
     }
 };
 
-// Its row's arrow, by what it does and what it is for.
+// The arrow of a row, by its action and the row's title.
 QAccessibleInterface* pijl(QAccessibleInterface* top, const char* doet, const QString& titel) {
     if (top->role() == QAccessible::Button &&
         top->text(QAccessible::Name) == QLatin1String(doet) + QStringLiteral(" van ") + titel)
@@ -29,7 +29,7 @@ QAccessibleInterface* pijl(QAccessibleInterface* top, const char* doet, const QS
 // Every row is in sight when the panel first opens, and nothing is left to scroll.
 TEST_F(PaneelRijen, WithoutNoticesEveryRowFitsInTheFirstSize) {
     kalmeer();
-    ASSERT_EQ(view()->size(), QSize(400, 720));
+    ASSERT_EQ(view()->size(), QSize(400, 752));
     EXPECT_FALSE(blad()->property("plek").toRectF().isEmpty());
     EXPECT_LE(item("rol")->property("contentHeight").toDouble(), item("rol")->height());
 }

@@ -97,7 +97,7 @@ class OpHetScherm : public PaneelProef {
                 aantal += isGroen(van.pixel(x, y));
         return 1.0 * aantal / (van.width() * van.height());
     }
-    // As it is while time stands still: drawn to the end.
+    // The picture while time stands still: drawn to the end.
     QImage stil() {
         QImage nu = beeld();
         int gelijk = 0;
@@ -299,7 +299,7 @@ TEST_F(OpHetScherm, ClosedInTheMidstOfADragWithThePictureRunningTheLastValueIsKe
     doe(QStringLiteral("mouseup 1"));
 }
 
-// As any other program would find it.
+// The saver's settings file, as another program finds it.
 QByteArray saverBestand() {
     QFile bestand(qEnvironmentVariable("XDG_CONFIG_HOME") +
                   QStringLiteral("/nl.groenlicht.brixtel.saver.conf"));

@@ -41,7 +41,7 @@ TEST_F(OpHetPaneel, EveryControlHasItsNameAndItsState) {
     EXPECT_EQ(naamloos, 0);
 }
 
-// What has a number has it as a value too, with the text that is seen.
+// A number is a value too, with the text that is seen.
 TEST_F(OpHetPaneel, WhatHasANumberIsReadAsItsText) {
     const struct {
         QAccessible::Role rol;

@@ -78,7 +78,7 @@ TEST_F(RustProef, ABlackScreenThatShowsStaysAsItIs) {
     rustVan(1);
     wensen[0].bijRust();
     EXPECT_EQ(nu().soort, DrieSoort::bol);
-    // It was the user's: a lock leaves it there.
+    // The black screen was the user's: a lock leaves it there.
     werkruimte.zetBeveiligd(true);
     EXPECT_TRUE(nu().zwart);
 }

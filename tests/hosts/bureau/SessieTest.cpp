@@ -107,7 +107,7 @@ class Sessie : public testing::Test {
         return until([this] { return eigenaar.state() == QProcess::NotRunning; }, 20'000);
     }
     [[nodiscard]] QImage beeld() const { return server.picture(server.screen().root); }
-    // How much of the screen is lit.
+    // The lit share of the screen.
     [[nodiscard]] double groen() const {
         const QImage nu = beeld();
         qint64 aantal = 0;
@@ -262,7 +262,7 @@ TEST_F(Sessie, ItStartsWithTheSessionIfAsked) {
     EXPECT_EQ(draai("--autostart=uit").uitgang, 0);
     EXPECT_FALSE(QFile::exists(pad));
     EXPECT_EQ(draai("--autostart=uit").uitgang, 0);
-    // Where it cannot be written, it says so.
+    // An entry that cannot be written is one line.
     QFile versperring(thuis.filePath(QStringLiteral(".config/autostart")));
     QDir(thuis.path()).rmdir(QStringLiteral(".config/autostart"));
     ASSERT_TRUE(versperring.open(QIODevice::WriteOnly));
@@ -481,7 +481,7 @@ TEST_F(Sessie, OnlyAnOwnerThatHasShownItsPanelLoadsQtQuick) {
         until([this] { return geladen(eigenaar.processId()).contains("libQt6Quick"); }, 20'000));
 }
 
-// How often the kernel has given each of the owner's threads its turn.
+// The number of turns that the kernel has given each of the owner's threads.
 QByteArray beurten(qint64 proces) {
     QByteArray alle;
     const QDir draden(QStringLiteral("/proc/%1/task").arg(proces));

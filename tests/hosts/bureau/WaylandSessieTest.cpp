@@ -163,7 +163,7 @@ TEST_F(OpWayland, DoorXwaylandHeeftElkSchermZijnSaver) {
     saver.opX11(sway.xDisplay()).start({QStringLiteral("--keuze=regen")});
     for (const char* scherm : {"HEADLESS-1", "HEADLESS-2"})
         ASSERT_TRUE(isRegen(sway, scherm)) << scherm << saver.fouten().toStdString();
-    // One that is plugged in later is covered too.
+    // A display that is plugged in later is covered too.
     ASSERT_TRUE(sway.command("create_output"));
     EXPECT_TRUE(isRegen(sway, "HEADLESS-3"));
     toetsen.type(KEY_SPACE);

@@ -51,7 +51,7 @@ class Programma {
         proces_.start(eerste, woorden);
         proces_.waitForStarted();
     }
-    // Whether it ended before the deadline.
+    // Whether the program ended before the deadline.
     bool wacht(int milliseconden = 20'000) {
         return until([this] { return !loopt(); }, milliseconden);
     }
@@ -77,7 +77,7 @@ class Programma {
     QProcess proces_;
 };
 
-// How much of a picture is lit in green, as a share of its pixels.
+// The share of a picture's pixels that are lit in green.
 inline double aandeelGroen(const QImage& beeld) {
     if (beeld.isNull()) return 0.0;
     qint64 groen = 0;

@@ -244,7 +244,7 @@ class Rondes : public Xscreensaver {
         if (stops.back() > kTraag)
             std::printf("a stop of %.3f s, of it %.3f s the end, of which the daemon says:\n%s",
                         stops.back(), eindes.back(), logboek.mid(gelezen).constData());
-        // Its picture goes with the daemon's window, a moment later.
+        // The saver's picture goes with the daemon's window, a moment later.
         ASSERT_TRUE(until([this] { return !isRegen(server.picture(server.screen().root)); }));
     }
     static constexpr double kTraag = 0.2;  // seconds

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kLength = 2048;
 
-// What one pixel's light has become, along a row of kLength pixels.
+// The spread of one pixel's light, along a row of kLength pixels.
 std::vector<double> spread(const BloomPlan& plan, int lit) {
     const int by = plan.reduction();
     const int cells = kLength / by;

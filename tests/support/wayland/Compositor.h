@@ -108,11 +108,11 @@ class Compositor {
 
     // All that there are, in the order of their making.
     [[nodiscard]] std::vector<Surface> surfaces();
-    // Their numbers alone.
+    // The surfaces' numbers alone.
     [[nodiscard]] std::vector<std::uint64_t> ids();
     // The surfaces that have a buffer and a role, but the cursor's.
     [[nodiscard]] std::vector<Surface> shown();
-    // How often a client has asked this, as in ("wl_surface", "commit").
+    // The number of such requests by clients, as in ("wl_surface", "commit").
     [[nodiscard]] int count(const std::string& interface, const std::string& request);
     [[nodiscard]] int clients();
     // The number of buffers that are alive.
@@ -124,7 +124,7 @@ class Compositor {
     void frame(double seconds = 0.0, std::uint32_t interval = 16'666'666);
 
     void addOutput(const Output& output);
-    // Its layer surfaces are told that they are closed.
+    // Removes the output, and closes its layer surfaces.
     void removeOutput(const std::string& name);
     // A new mode, scale, transform or place for the output of that name.
     void changeOutput(const Output& output);

@@ -12,10 +12,10 @@ namespace platform {
 
 namespace {
 
-constexpr float kMostCoordinate = 1e7F;  // pixels; what is further away is not seen
+constexpr float kMostCoordinate = 1e7F;  // pixels; the limit of visible places
 // The share of a card's size that it may be off from facing the camera.
 constexpr float kUpright = 2e-4F;
-// A little smaller than it is, so that what is dropped really is behind it.
+// The part of a ball's radius that counts as hiding: dropped shapes then really lie behind it.
 constexpr float kHidingShare = 0.97F;
 
 bool isSane(glm::vec2 at) {
@@ -162,7 +162,7 @@ bool ScenePlan::addSprite(const BatchView& view, const DrawInstance& instance) {
     if (!isSane(a) || !isSane(b)) return false;
     const glm::vec3 middle = corner + 0.5F * glm::vec3(along.x, down.y, 0.0F);
     const Ink ink = inkAt(view, tintOf(view, instance), glm::length(middle), 0.0F);
-    // Fog that is not black would need more than a tint.
+    // A tint cannot express fog that is not black.
     if (frame_.hasFog && !view.additive && glm::length(frame_.fogColour) > 0.0F) return false;
     sprite.picture = &spriteOf(material, view.additive);
     sprite.near = 1.0F / corner.z;

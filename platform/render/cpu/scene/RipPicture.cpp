@@ -24,7 +24,7 @@ struct Level {
     }
 };
 
-// The average of what two neighbours of a line of `half` texels stand for.
+// The average of the texels of a line that one of its `half` halved texels covers.
 template <typename At>
 glm::vec4 halved(int i, int half, int whole, At at) {
     const double low = static_cast<double>(i) * whole / half;

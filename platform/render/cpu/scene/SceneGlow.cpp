@@ -17,7 +17,7 @@ std::size_t countOf(QSize size) {
     return static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height());
 }
 
-// A cubic B-spline's, between the second and the third of four.
+// The four weights of a cubic B-spline, between the second and the third.
 std::array<float, 4> splineWeights(double f) {
     const double g = 1.0 - f;
     return {static_cast<float>(g * g * g / 6.0),
@@ -102,8 +102,8 @@ bool SceneGlow::anyNear(const Flags& flags, int tile, int across, int down) cons
     return false;
 }
 
-// Works out the tiles that light of the given tiles reaches, and clears those
-// that it no longer does.
+// Computes the tiles that light of the given tiles reaches, and clears the tiles that light
+// no longer reaches.
 template <typename Work>
 void SceneGlow::pass(TileWorkers& workers, const Flags& from, Flags& to, Planes& planes, int across,
                      int down, Work work) {
@@ -160,7 +160,8 @@ char SceneGlow::coloursSeen(int tile) const {
     return static_cast<char>(seen);
 }
 
-// Along the rows first, into rows as far apart as the cells, then between these.
+// Stretches along the rows first, into rows as far apart as the cells, and then between those
+// rows.
 void SceneGlow::expand(int tile, float* work, TileGlow& glow) const {
     float* const along = work + 3 * kPackedTile;
     const std::size_t first = cellAt(tile % options_.tiles.width(), tile / options_.tiles.width());

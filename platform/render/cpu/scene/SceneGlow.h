@@ -28,21 +28,21 @@ class SceneGlow {
     // Starts a frame: no tile is bright.
     void begin(const Options& options);
     [[nodiscard]] bool isOn() const { return options_.intensity > 0.0F; }
-    // Where a tile's bright light is gathered; every tile has its own, also between
-    // threads.
+    // The cells that gather a tile's bright light. Tiles share no cell, so threads need no
+    // lock.
     [[nodiscard]] BrightCells cellsOf(int tileX, int tileY);
     void setBright(int tile) { bright_[static_cast<std::size_t>(tile)] = true; }
 
-    // Spreads what was gathered.
+    // Blurs the gathered light.
     void spread(TileWorkers& workers);
-    // Whether a tile has glow enough to be seen.
+    // Whether a tile has a visible glow.
     [[nodiscard]] bool glows(int tile) const { return seen_[static_cast<std::size_t>(tile)] != 0; }
-    // The glow of a tile that glows, worked out in the given space; no plane for colours
-    // that have none.
+    // Computes the glow of a glowing tile, in the given working space. A colour without glow
+    // has no plane.
     static constexpr std::size_t kWorkSize = 3 * kPackedTile + kPackedTile;
     void expand(int tile, float* work, TileGlow& glow) const;
 
-    // Tiles that the last frame's blur worked on.
+    // The number of tiles that the last frame's blur reached.
     [[nodiscard]] int tilesSpread() const { return tilesSpread_; }
 
   private:

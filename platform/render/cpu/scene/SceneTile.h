@@ -37,7 +37,7 @@ struct SceneTile {
 
     int x = 0;  // of the upper left pixel in the picture
     int y = 0;
-    int width = 0;  // what of the tile lies inside the picture
+    int width = 0;  // of the tile's part inside the picture
     int height = 0;
     bool hidesNothing = true;   // no surface has written its nearness yet
     bool sampledNear = false;   // `sampleNear` holds, not `near`
@@ -45,9 +45,9 @@ struct SceneTile {
     int sampledTop = 0;
     int sampledEnd = 0;
     std::array<float*, 3> light{};  // pixel (0, 0) of each plane
-    // The light of dots and lines brighter than `threshold`, times how much of a pixel
-    // they cover: however thin they are, they bloom as they would in a larger
-    // picture. Valid once there is some.
+    // The light of dots and lines above `threshold`, times their coverage of the pixel. A thin
+    // dot or line thus blooms as in a larger picture. Valid while
+    // hasExcess.
     std::array<float*, 3> excess{};
     bool hasExcess = false;
     float threshold = 0.0F;

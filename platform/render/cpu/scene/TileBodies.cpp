@@ -28,7 +28,7 @@ int inside(float value, int most) {
     return static_cast<int>(std::clamp(value, 0.0F, static_cast<float>(most)));
 }
 
-// How much of its pixels a ball covers, and how near it is there.
+// A ball's coverage and nearness, for each pixel.
 struct BallHit {
     TileV covered;
     TileV near;
@@ -40,14 +40,14 @@ BallHit hit(const ScreenBall& ball, const ScreenLens& lens, TileV dx, float dy) 
     const float square = ball.radius * ball.radius;
     const auto one = hn::Set(d, 1.0F);
     const auto length = hn::Add(hn::Mul(dx, dx), hn::Set(d, dy * dy + 1.0F));
-    // How far past the middle the pixel looks: the ray's cross product with it.
+    // The distance at which the pixel's ray passes the middle: the ray's cross product with it.
     const auto crossX = hn::Set(d, dy * c.z - c.y);
     const auto crossY = hn::Sub(hn::Set(d, c.x), hn::Mul(dx, hn::Set(d, c.z)));
     const auto crossZ = hn::Sub(hn::Mul(dx, hn::Set(d, c.y)), hn::Set(d, dy * c.x));
     const auto past =
         hn::Add(hn::Add(hn::Mul(crossX, crossX), hn::Mul(crossY, crossY)), hn::Mul(crossZ, crossZ));
     const auto depth = hn::Sub(hn::Mul(length, hn::Set(d, square)), past);
-    // The growth of the depth from a pixel to the next: how far the rim is.
+    // The growth of the depth from a pixel to the next gives the distance of the rim.
     const auto growX =
         hn::Add(hn::Mul(dx, hn::Set(d, square)),
                 hn::Sub(hn::Mul(crossY, hn::Set(d, c.z)), hn::Mul(crossZ, hn::Set(d, c.y))));
@@ -77,7 +77,7 @@ bool holdsTile(const ScreenBall& ball, const ScreenLens& lens, const SceneTile& 
     return true;
 }
 
-// A ball that is all there is to be seen: one colour, and how near it is.
+// Fills a tile with a ball of one colour that covers the whole tile, and with its nearness.
 void fillWithBall(const ScreenBall& ball, const ScreenLens& lens, SceneTile& tile) {
     const TileF d;
     const glm::vec3& c = ball.middle;
@@ -151,7 +151,7 @@ void stripeShares(const StripePicture::Kind* kinds, std::size_t count, TileV at,
                   TileV* shares) {
     const TileF d;
     const auto half = hn::Mul(wide, hn::Set(d, 0.5F));
-    // Near 0, where numbers are finest.
+    // Numbers near 0 are the most precise.
     const auto middle = hn::Sub(at, hn::Floor(at));
     const auto perWidth = hn::Div(hn::Set(d, 1.0F), wide);
     auto rest = hn::Set(d, 1.0F);
@@ -177,8 +177,8 @@ struct RowOf {
     }
 };
 
-// How much of the picture's side a pixel is across: what its width and its height
-// make of it, and never less than a texel.
+// The size of a pixel in repeats of the picture, from its width and its height; at least one
+// texel.
 TileV across(const RowOf& plane, const RowOf& near, TileV value, TileV depth, float texel) {
     const TileF d;
     const auto along =
@@ -310,7 +310,7 @@ class FloorRow {
     TileV colours_[StripePicture::kMostKinds][3];  // of each kind of column
 };
 
-// Takes away what lies behind the floor.
+// Removes the light behind the floor.
 void blackenRow(const ScreenFloor& floor, SceneTile& tile, int row) {
     const TileF d;
     const int lanes = static_cast<int>(hn::Lanes(d));

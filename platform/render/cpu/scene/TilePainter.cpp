@@ -10,7 +10,7 @@ namespace platform {
 
 namespace {
 
-// Planes begin within their first row, and vectors may end behind the last one.
+// A plane begins within its first row, and a vector may end behind the last row.
 constexpr std::size_t kPlaneRoom = kTilePlane + 2 * kTileMargin;
 
 float* planeAt(std::vector<float>& room, std::size_t number) {

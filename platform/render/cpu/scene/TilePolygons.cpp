@@ -20,20 +20,6 @@ namespace {
 namespace hn = hwy::HWY_NAMESPACE;
 using Mask = hn::Mask<TileF>;
 
-// A plane as seen from a tile's upper left pixel.
-struct Flat {
-    float a = 0.0F, b = 0.0F, c = 0.0F;
-    Flat() = default;
-    Flat(const Plane& plane, const SceneTile& tile)
-        : a(static_cast<float>(plane.a)),
-          b(static_cast<float>(plane.b)),
-          c(static_cast<float>(plane.at(tile.x + 0.5, tile.y + 0.5))) {}
-    [[nodiscard]] TileV at(TileV column, float row) const {
-        const TileF d;
-        return hn::Add(hn::Mul(column, hn::Set(d, a)), hn::Set(d, b * row + c));
-    }
-};
-
 struct Rgb {
     TileV r, g, b;
 };
@@ -80,7 +66,7 @@ class PolygonWork {
                        edge.b > 0.0 ? tile.y : tile.y + kTileHeight) < 1.0;
     }
 
-    // Where along a row the polygon can be, half a pixel and more to spare.
+    // Limits the row to the polygon's extent, with half a pixel and more to spare.
     void drawRow(int row, int first, int end) {
         float low = static_cast<float>(first);
         float high = static_cast<float>(end);
@@ -111,7 +97,7 @@ class PolygonWork {
         const auto column = hn::ConvertTo(d, hn::Iota(hn::RebindToSigned<TileF>(), x));
         const auto down = static_cast<float>(row);
         const auto near = near_.at(column, down);
-        // Edges alone do not end what reaches behind the camera.
+        // The edges alone do not cut off a part behind the camera.
         const auto ahead = hn::Gt(near, hn::Zero(d));
         const std::ptrdiff_t at = SceneTile::at(x, row);
         if (tile_.sampledNear && tile_.sampledLight && surface_.opaque) {
@@ -147,7 +133,7 @@ class PolygonWork {
         if (surface_.hiding.writes) hn::BlendedStore(near, in, d, tile_.near + at);
     }
 
-    // The least of what a sample is inside the edges by.
+    // The least distance of a sample from the edges, inside positive.
     TileV inside(const TileV* edges, float x, float y) const {
         const TileF d;
         if (edges_ == 0) return hn::Set(d, 1.0F);
@@ -182,7 +168,7 @@ class PolygonWork {
             if (surface_.hiding.reads)
                 in = hn::And(in, hn::Ge(there, hn::LoadU(d, tile_.sampleNear[s] + at)));
             any = hn::Or(any, in);
-            // A sample that the polygon is not drawn at has no nearness.
+            // A sample outside the polygon has no nearness.
             nearest[s++] = hn::IfThenElse(in, there, hn::Set(d, -1.0F));
         }
         if (hn::AllFalse(d, any)) return;
@@ -202,7 +188,7 @@ class PolygonWork {
         }
     }
 
-    // The share of each pixel that the polygon is seen in.
+    // The visible share of the polygon in each pixel.
     TileV covered(TileV column, float down, TileV near, Mask ahead, std::ptrdiff_t at) const {
         const TileF d;
         TileV edges[ScreenPolygon::kMaxEdges];

@@ -17,8 +17,8 @@
 namespace platform {
 namespace {
 
-// Where a pixel row shows several of the picture's rows, and few of these are alike, it
-// is cheaper to mix them first.
+// Whether the picture's rows are mixed first: cheaper where a pixel row shows several rows,
+// and few of them are alike.
 bool mixesRows(const ScreenSprite& sprite) {
     const SpritePicture& picture = *sprite.picture;
     return picture.runs * 2 > picture.height && std::abs(sprite.size.y) < 2.0 * picture.height;
@@ -114,7 +114,7 @@ SpriteRow mixRows(const SpritePicture& picture, std::size_t channel, int first, 
     return {values, integrals, picture.width};
 }
 
-// How much of each run a pixel row shows, from `low` to `high` in texels.
+// The share of each run in a pixel row, from `low` to `high` in texels.
 void shareRuns(const SpritePicture& picture, double low, double high, SpriteDesk& desk) {
     desk.shares.clear();
     const double from = std::max(low, 0.0);
@@ -161,7 +161,7 @@ Columns columnsOf(double at, double size, int texels, int tileFirst, int tileCou
     return columns;
 }
 
-// The share of a sprite's pixels that is seen, and there is most near.
+// The covered share of each pixel that nothing nearer hides.
 TileV seen(const ScreenSprite& sprite, const SceneTile& tile, std::ptrdiff_t at, TileV covered) {
     const TileF d;
     if (tile.hidesNothing && !sprite.hiding.writes) return covered;

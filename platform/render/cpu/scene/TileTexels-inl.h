@@ -23,8 +23,8 @@ using TexelI = hnt::RebindToSigned<TexelF>;
 using TexelU = hnt::RebindToUnsigned<TexelF>;
 using TexelV = hnt::Vec<TexelF>;
 
-// In repeats of the picture: where a pixel's middle is, and what the next pixel
-// adds to it.
+// The place of a pixel's middle in repeats of the picture, and the step to the next
+// pixel.
 struct TexelPlaces {
     TexelV u, v;
     TexelV uAcross, vAcross;
@@ -41,8 +41,8 @@ struct TexelLight {
     TexelV r, g, b, alpha;
 };
 
-// How often a side is halved for a pixel of this many texels squared: reading
-// between texels smooths as well, and is meant to make up for what is left.
+// The number of times that a side is halved for a pixel of this many texels squared.
+// Interpolation between texels smooths the rest.
 inline hnt::Vec<TexelI> levelOf(TexelV texelsSquared, int levels) {
     const TexelF d;
     const TexelI di;
@@ -69,7 +69,7 @@ inline TexelPair pairAt(TexelV at, TexelV size, bool repeat) {
     const auto last = hnt::Sub(size, hnt::Set(d, 1.0F));
     const auto zero = hnt::Zero(d);
     if (repeat) at = hnt::Sub(at, hnt::Floor(at));
-    // Far outside there is nothing but the rim.
+    // Far outside, every place reads the rim.
     at = hnt::Min(hnt::Max(at, hnt::Set(d, -1.0F)), hnt::Set(d, 2.0F));
     const auto place = hnt::Sub(hnt::Mul(at, size), half);
     const auto base = hnt::Floor(place);

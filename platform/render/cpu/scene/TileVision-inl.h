@@ -21,6 +21,20 @@ namespace hnv = hwy::HWY_NAMESPACE;
 using TileF = hnv::CappedTag<float, kTileMargin>;
 using TileV = hnv::Vec<TileF>;
 
+// A plane from a tile's upper left pixel on.
+struct Flat {
+    float a = 0.0F, b = 0.0F, c = 0.0F;
+    Flat() = default;
+    Flat(const Plane& plane, const SceneTile& tile)
+        : a(static_cast<float>(plane.a)),
+          b(static_cast<float>(plane.b)),
+          c(static_cast<float>(plane.at(tile.x + 0.5, tile.y + 0.5))) {}
+    [[nodiscard]] TileV at(TileV column, float row) const {
+        const TileF d;
+        return hnv::Add(hnv::Mul(column, hnv::Set(d, a)), hnv::Set(d, b * row + c));
+    }
+};
+
 // The share of each pixel's samples that nothing nearer hides.
 inline TileV shareSeen(const SceneTile& tile, std::ptrdiff_t at, TileV near) {
     const TileF d;

@@ -46,7 +46,7 @@ class TileWorkers {
     void takePieces(int thread);
 
     int threads_ = 1;
-    std::vector<std::thread> crew_;
+    std::vector<std::thread> helpers_;
     bool started_ = false;
 
     std::mutex mutex_;

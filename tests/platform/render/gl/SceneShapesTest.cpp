@@ -25,7 +25,7 @@ TEST_F(SceneShapesTest, LinesAreOnePointWideAtEveryDensity) {
 }
 
 TEST_F(SceneShapesTest, ALineKeepsItsWidthWhateverItsSlope) {
-    // Not 1: there pixels stand in step with the line.
+    // A slope of 1 is left out: there pixels stand in step with the line.
     for (const float slope : {0.0F, 0.3F, 0.87F}) {
         Stage stage;
         stage.add(makeLines({{-0.5F, -0.5F * slope, -1}, {0.5F, 0.5F * slope, -1}},

@@ -37,7 +37,7 @@ struct PicturePlaceTest : testing::Test {
             return condition();
         });
     }
-    // So much time that any frame that was wanted has come.
+    // Waits long enough for every wanted frame.
     void wait() {
         for (int i = 0; i < 50; ++i) {
             clock.advance(0.02);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a window learns from the times at which its pictures were shown, and what it costs
-// while they are not.
+// A window follows the times at which its pictures were shown, and costs nothing while they
+// are not.
 #include <QDir>
 #include <QFile>
 
@@ -29,15 +29,18 @@ struct Presentation : testing::Test {
             window.setContentView(view);
             window.show();
         }
-        // The pictures that were handed to the compositor.
-        int pictures() { return compositor.count("wl_surface", "attach"); }
-        // Lets time go by until there is one more.
-        bool paintsOnce() {
-            const int before = pictures();
-            return until([&] {
-                if (pictures() == before) clock.advance(0.001);
-                return pictures() == before + 1;
+        // The pictures that were handed to the compositor: only they ask for a callback.
+        int pictures() { return compositor.count("wl_surface", "frame"); }
+        // Lets time go by until there is one more than at the last call.
+        testing::AssertionResult paintsOnce() {
+            const int wanted = ++painted_;
+            until([&] {
+                if (pictures() < wanted) clock.advance(0.001);
+                return pictures() >= wanted;
             });
+            const int is = pictures();
+            if (is == wanted) return testing::AssertionSuccess();
+            return testing::AssertionFailure() << is << " pictures, not " << wanted;
         }
         std::uint64_t frames() { return window.statistics().frames; }
         // Both sides have acted on all that the other did, and the render thread rests.
@@ -54,6 +57,9 @@ struct Presentation : testing::Test {
             std::make_shared<WaylandSystem>(clock, compositor.address());
         WindowServer server{clock, {.system = system}};
         Window window{server, {.frame = {0, 0, 640, 480}, .style = WindowStyle::FullScreen}};
+
+      private:
+        int painted_ = 0;
     };
 };
 
@@ -76,7 +82,7 @@ TEST_F(Presentation, APictureCountsOnceItWasShown) {
 TEST_F(Presentation, WithoutReportsAPictureCountsOnceItWasDrawn) {
     Shown shown({.globals = {.presentation = false}});
     ASSERT_TRUE(shown.paintsOnce());
-    EXPECT_TRUE(until([&] { return shown.frames() == 1; }));
+    EXPECT_TRUE(until([&] { return shown.frames() >= 1; }));
     EXPECT_GE(shown.window.statistics().firstFrameTime, 100.0);
 }
 
@@ -84,7 +90,7 @@ TEST_F(Presentation, TimesOfAnotherClockAreNotAskedFor) {
     Shown shown({.presentationClock = CLOCK_REALTIME});
     ASSERT_TRUE(shown.paintsOnce());
     EXPECT_EQ(shown.compositor.count("wp_presentation", "feedback"), 0);
-    EXPECT_TRUE(until([&] { return shown.frames() == 1; }));
+    EXPECT_TRUE(until([&] { return shown.frames() >= 1; }));
 }
 
 // The output says 60 pictures a second, and shows 90.
@@ -93,13 +99,15 @@ TEST_F(Presentation, ThePaceIsThatOfTheDisplayAsItWasSeen) {
     constexpr double kInterval = kNanoseconds * 1.0e-9;
     Shown shown;
     ASSERT_TRUE(shown.paintsOnce());
-    shown.compositor.frame(100.0, kNanoseconds);
-    ASSERT_TRUE(until([&] { return shown.frames() == 1; }));
-    ASSERT_TRUE(shown.paintsOnce());
+    for (std::uint64_t i = 1; i <= 2; ++i) {
+        shown.compositor.frame(100.0, kNanoseconds);
+        ASSERT_TRUE(until([&] { return shown.frames() == i; }));
+        ASSERT_TRUE(shown.paintsOnce());
+    }
     for (int i = 0; i < 20; ++i) {
-        const int before = shown.pictures();
         shown.compositor.frame(100.0, kNanoseconds);
         shown.settle();
+        const int before = shown.pictures();
         shown.clock.advance(0.9 * kInterval);
         shown.settle();
         EXPECT_EQ(shown.pictures(), before) << i;

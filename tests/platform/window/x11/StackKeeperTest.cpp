@@ -111,7 +111,7 @@ TEST_F(StackKeeperTest, ALockThatKeepsComingBackIsGivenWayTo) {
     const xcb_window_t kept = window();
     keeper->keep(kept, {.window = 1});
     const xcb_window_t lock = window();
-    // As lockers do that know of no screen saver.
+    // The lock comes back on top, as lockers do that report to nobody.
     int covered = 0;
     const platform::Timer watch(clock, {.interval = 0.02, .repeats = true}, [&] {
         if (top() == lock) return;
