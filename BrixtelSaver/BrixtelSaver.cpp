@@ -113,6 +113,7 @@ void BrixtelSaverView::toon(SaverKeuze keuze) {
     wisselKlok_ = platform::Timer(context().clock, {.interval = kWisselTijd, .repeats = true},
                                   [this] { wissel(); });
     laat(eerste);
+    if (!voorraad_) voorraad_.emplace();
 }
 
 void BrixtelSaverView::wissel() {
@@ -166,7 +167,7 @@ void BrixtelSaverView::toonTafereel(std::optional<DrieSoort> soort) {
 }
 
 void BrixtelSaverView::weg() {
-    nieuweMaat_ = platform::Timer();
+    maatKlok_ = platform::Timer();
     if (opkomst_) opkomst_->removeFromSuperview();
     opkomst_.reset();
     tafereel_.reset();
@@ -175,8 +176,8 @@ void BrixtelSaverView::weg() {
 void BrixtelSaverView::setFrame(const QRectF& frame) {
     ScreenSaverView::setFrame(frame);
     if (!regen() || isOngeveer(bounds().size(), regen()->laag()->frame().size())) return;
-    nieuweMaat_ = platform::Timer(context().clock, {.interval = kMaatRust},
-                                  [this] { tafereel_->vernieuwRegen(); });
+    maatKlok_ = platform::Timer(context().clock, {.interval = kMaatRust},
+                                [this] { tafereel_->vernieuwRegen(); });
 }
 
 }  // namespace brixtel

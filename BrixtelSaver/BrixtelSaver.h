@@ -9,6 +9,7 @@
 #include "platform/time/Timer.h"
 #include "platform/view/ScreenSaverView.h"
 #include "tafereel/Tafereel.h"
+#include "worlds/BolVoorraad.h"
 
 namespace brixtel {
 
@@ -32,6 +33,7 @@ class BrixtelSaverView : public platform::ScreenSaverView {
 
     // A host may skip the content behind an opaque view.
     [[nodiscard]] bool isOpaque() const override { return true; }
+    // For a host that marks the view with setNeedsDisplay(); the black layer covers the same.
     void draw(QPainter& painter, const QRectF& dirty) override;
 
     [[nodiscard]] bool hasConfigureSheet() const override { return true; }
@@ -73,7 +75,7 @@ class BrixtelSaverView : public platform::ScreenSaverView {
     void stopt();
     void stopKlok();
 
-    // Shows a scene; none is the rain.
+    // Shows a scene, or the rain without a kind.
     void toonTafereel(std::optional<DrieSoort> soort);
     [[nodiscard]] MatrixRegenOpties regenOpties() const;
     // Lays black over the new picture and fades the black out.
@@ -86,10 +88,12 @@ class BrixtelSaverView : public platform::ScreenSaverView {
     std::optional<SaverKeuze> huidige_;
     std::optional<SaverKeuze> gekozen_;  // picked in the sheet
     std::shared_ptr<Opkomst> opkomst_;
-    platform::Timer nieuweMaat_;
-    // No 3D scene can be drawn here, so the rain takes its place.
+    platform::Timer maatKlok_;
+    // Made at the first rotation, so that no change of scene waits for the globe's files.
+    std::optional<BolVoorraad> voorraad_;
+    // Whether no 3D scene can be drawn here, so that the rain takes its place.
     bool geenDrie_ = false;
-    // Callbacks that outlive the view see here that it is gone.
+    // Callbacks that may outlive the view hold this weakly.
     std::shared_ptr<BrixtelSaverView*> zelf_ = std::make_shared<BrixtelSaverView*>(this);
 };
 

@@ -138,7 +138,7 @@ void InstellingenVenster::sluit() {
 }
 
 void InstellingenVenster::showAbove(const platform::WindowRef& above) {
-    winId();  // makes the window
+    create();
     platform::askForDarkFrame(*windowHandle());
     platform::askForTitleOnly(*windowHandle());
     if (const auto plaats = platform::placeOf(above)) {
@@ -152,8 +152,8 @@ void InstellingenVenster::showAbove(const platform::WindowRef& above) {
 
 void InstellingenVenster::changeEvent(QEvent* event) {
     QDialog::changeEvent(event);
-    // Some window managers offer to minimise the sheet all the same, and over a full screen
-    // nobody would find it again.
+    // Some window managers offer to minimise the sheet anyway. Over a full screen a minimised
+    // sheet could not be found again.
     if (event->type() == QEvent::WindowStateChange && isMinimized())
         QMetaObject::invokeMethod(this, &QWidget::showNormal, Qt::QueuedConnection);
 }

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The pictures' effect on eyes and screens. Prints two tables: the flashes of the black
-// screen's beat by tempo, over nothing and over the rain, counted as WCAG 2.3.1 does; and the
-// wear of eight hours of each scene: the mean light of a pixel, and that of the brightest
-// pixel over it. Of the greatest light; linear.
+// The pictures' effect on eyes and screens. Prints by how much the strongest flash on a beat
+// changes the light of black, and two tables: the flashes of the black screen's beat by tempo,
+// over nothing and over the rain, counted as WCAG 2.3.1 does; and the wear of eight hours of
+// each scene: the mean light of a pixel, and that of the brightest pixel over it. Light is
+// linear, and 1 is the greatest.
 #include <QGuiApplication>
 #include <algorithm>
 #include <cstdio>
@@ -11,10 +12,10 @@
 #include <vector>
 
 #include "desktop/BeatFlits.h"
-#include "tests/support/SceneSnapshot.h"
 #include "rain/MatrixRegen.h"
 #include "tests/support/CpuPicture.h"
 #include "tests/support/FlashAnalysis.h"
+#include "tests/support/SceneSnapshot.h"
 #include "worlds/DrieWereld.h"
 
 namespace {
@@ -30,6 +31,20 @@ const platform::PixelGrid kRaster{.scale = kSchaal, .size = (kMaat * kSchaal).to
 
 // --- the beat ---
 
+std::shared_ptr<Layer> flitsLaag() {
+    auto flits = std::make_shared<Layer>();
+    flits->setFrame({QPointF(0, 0), kMaat});
+    flits->setBackgroundColor(brixtel::beatFlitsKleur());
+    return flits;
+}
+
+// The light of a flash at its height, over black.
+double lichtVanDeFlits() {
+    FlashAnalysis licht;
+    licht.add(drawCpu(listOf(*flitsLaag(), kRaster), kRaster), 0.0);
+    return licht.meanLight();
+}
+
 int flitsenBij(double slagenPerMinuut, bool metRegen) {
     platform::ManualClock klok;
     platform::RandomSource toeval(1);
@@ -40,9 +55,7 @@ int flitsenBij(double slagenPerMinuut, bool metRegen) {
         regen.emplace(brixtel::MatrixRegenOpties{.maat = kMaat, .schaal = kSchaal}, klok, toeval);
         wortel.addSublayer(regen->laag());
     }
-    const auto flits = std::make_shared<Layer>();
-    flits->setFrame({QPointF(0, 0), kMaat});
-    flits->setBackgroundColor(brixtel::beatFlitsKleur());
+    const auto flits = flitsLaag();
     flits->setOpacity(0.0);
     wortel.addSublayer(flits);
     FlashAnalysis flitsen;
@@ -61,6 +74,7 @@ int flitsenBij(double slagenPerMinuut, bool metRegen) {
 
 void tabelVanDeMaat() {
     constexpr int kMeeste = 3;
+    std::printf("a flash changes black by %.3f; from 0.1 on it counts\n", lichtVanDeFlits());
     std::printf("%-24s %8s %8s\n", "flashes a second, beat at", "black", "rain");
     int teVeel = 0;
     for (int tempo = 60; tempo <= 600; tempo += 60) {

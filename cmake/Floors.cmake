@@ -13,7 +13,7 @@ endif()
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib")
 
-# What is built holds no path of the build folder, whatever its length.
+# A built file holds no path of the build folder, whatever its length.
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
 add_library(brixtel_flags INTERFACE)

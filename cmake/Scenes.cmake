@@ -37,6 +37,8 @@ function(brixtel_hoofdletter variable text)
   set(${variable} "${first}${rest}" PARENT_SCOPE)
 endfunction()
 
+include("${CMAKE_CURRENT_LIST_DIR}/WindowSystems.cmake")
+
 # The texts that the templates name.
 set(BRIXTEL_SCENETEKSTEN VOORBEELD KEUZE_WOORDEN SCENE_WOORDEN SCENES_OF SCENES_OR SOORTEN_OF
     SOORTEN_OR NL_ALLES NL_REGELS EN_ALLES EN_REGELS XML_OPTIES)
@@ -102,6 +104,8 @@ endfunction()
 # brixtel_sjablonen(FROM TO): fills in every template of the packaging folder FROM, and
 # makes an entry for each scene, for hosts that have no settings for a saver.
 function(brixtel_sjablonen from to)
+  list(JOIN BRIXTEL_WINDOW_SYSTEMS " " SYSTEEM_WOORDEN)
+  list(JOIN BRIXTEL_WINDOW_SYSTEMS ", " SYSTEMEN)
   file(REMOVE_RECURSE "${to}/themas")
   file(GLOB_RECURSE templates RELATIVE "${from}" "${from}/*.in")
   list(REMOVE_ITEM templates bureaublad/thema.desktop.in)

@@ -58,7 +58,7 @@ class VerbindingWacht {
     void gebruik(const std::string& sleutel, bool aan, double elke = 3.0);
 
     // Runs `doe` on the main thread, once every present measurement has ended and is
-    // published.
+    // published; tests wait with it.
     void daarna(std::function<void()> doe);
 
     // Seconds between two measurements; 0 without subscribers.

@@ -15,6 +15,9 @@ BXKeuzeBasis {
     readonly property var gevraagd: labels.map(label => Math.ceil(vet.advanceWidth(label)) + 4)
     readonly property var minst: labels.map(label => Math.max(...label.split(" ").map(woord => Math.ceil(vet.advanceWidth(woord)))) + 4)
     property var breedtes: []
+    // Whether a thin line parts labels that stand so close that they read as one text.
+    property bool gescheiden: false
+    readonly property bool krap: gescheiden && breedtes.some((breed, i) => breed - gevraagd[i] < 4)
 
     // The inset of the first and last label from the ends, which are rounder
     // with more lines. A single line needs no inset.
@@ -112,6 +115,16 @@ BXKeuzeBasis {
                 Accessible.checked: gekozen
                 Accessible.onPressAction: druk()
                 Accessible.onToggleAction: druk()
+
+                BXVlak {
+                    objectName: "scheiding"
+                    visible: keus.krap && knop.index > 0 && keus.gekozen !== knop.index && keus.gekozen !== knop.index - 1
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: 1
+                    height: Math.round(parent.height / 2)
+                    dun: true
+                    kleur: BX.dek(BX.bxMiddel, 0.65)
+                }
 
                 component Label: BXTekst {
                     horizontalAlignment: Text.AlignHCenter

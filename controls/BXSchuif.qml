@@ -12,9 +12,8 @@ BXSchuifBasis {
     implicitWidth: naamBreedte + 2 * tussen + tekstBreedte + 124
     implicitHeight: Math.max(naamTekst.height, baan.height, waardeTekst.height)
 
+    // Qt counts in what has a role here; BXWaarde gives the rest.
     Accessible.role: Accessible.Slider
-    Accessible.name: naam
-    Accessible.description: tekst
     // With a modifier a key is for others.
     Keys.onPressed: (toets) => {
         if (toets.modifiers & ~Qt.KeypadModifier) return;
@@ -23,9 +22,6 @@ BXSchuifBasis {
         else return;
         toets.accepted = true;
     }
-
-    Accessible.onIncreaseAction: verhoog()
-    Accessible.onDecreaseAction: verlaag()
 
     BXTekst {
         id: naamTekst

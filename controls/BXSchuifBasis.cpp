@@ -18,6 +18,7 @@ bool gelijk(double a, double b) {
 }  // namespace
 
 BXSchuifBasis::BXSchuifBasis(QQuickItem* ouder) : QQuickItem(ouder) {
+    meldWaarden();
     setActiveFocusOnTab(true);
     connect(&SchuifFocus::gedeeld(), &SchuifFocus::actiefGewijzigd, this,
             &BXSchuifBasis::actiefChanged);

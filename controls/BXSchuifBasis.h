@@ -4,17 +4,16 @@
 #include <QList>
 #include <QQuickItem>
 
+#include "controls/BXWaarde.h"
 #include "controls/SchuifRekenen.h"
 
 namespace brixtel {
 
 // A slider without a look. A user's change of `waarde` keeps its binding. The
 // owner may set any value; outside the range, the knob stands at the nearest
-// end. The slider with the keyboard is SchuifFocus.actief.
-//
-// Assistive technology reads the same through value, minimumValue, maximumValue
-// and stepSize.
-class BXSchuifBasis : public QQuickItem {
+// end. The slider with the keyboard is SchuifFocus.actief. Assistive technology reads its
+// numbers and its text.
+class BXSchuifBasis : public QQuickItem, public BXWaarde {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString naam READ naam WRITE zetNaam NOTIFY naamChanged)
@@ -24,7 +23,6 @@ class BXSchuifBasis : public QQuickItem {
     Q_PROPERTY(QString tekst READ tekst WRITE zetTekst NOTIFY tekstChanged)
     Q_PROPERTY(double naamBreedte READ naamBreedte WRITE zetNaamBreedte NOTIFY naamBreedteChanged)
     Q_PROPERTY(bool actief READ actief NOTIFY actiefChanged)
-    Q_PROPERTY(double value READ waarde WRITE kies NOTIFY waardeChanged)
     Q_PROPERTY(double minimumValue READ minimumValue NOTIFY bereikChanged)
     Q_PROPERTY(double maximumValue READ maximumValue NOTIFY bereikChanged)
     Q_PROPERTY(double stepSize READ stepSize NOTIFY stepSizeChanged)
@@ -52,6 +50,17 @@ class BXSchuifBasis : public QQuickItem {
 
     [[nodiscard]] double naamBreedte() const { return naamBreedte_; }
     void zetNaamBreedte(double breedte);
+
+    [[nodiscard]] QAccessible::Role waardeRol() const override { return QAccessible::Slider; }
+    [[nodiscard]] QString waardeNaam() const override { return naam_; }
+    [[nodiscard]] QString waardeTekst() const override { return tekst_; }
+    [[nodiscard]] Getallen waardeGetallen() const override {
+        return {
+            .nu = waarde_, .onder = minimumValue(), .boven = maximumValue(), .stap = stepSize()};
+    }
+    [[nodiscard]] bool isVerstelbaar() const override { return true; }
+    void kiesWaarde(double waarde) override { kies(waarde); }
+    void stapWaarde(bool hoger) override { hoger ? verhoog() : verlaag(); }
 
     // Whether SchuifFocus names this slider.
     [[nodiscard]] bool actief() const;

@@ -9,7 +9,8 @@
 
 namespace brixtel {
 
-// The black screen's flash on a beat: a green layer over the whole of it, clear at rest.
+// The colour of the black screen's flash on a beat: a green layer over the whole screen,
+// transparent at rest.
 inline QColor beatFlitsKleur() {
     constexpr float kAlfa = 0.13F;
     QColor kleur = Thema::groen();
@@ -17,7 +18,7 @@ inline QColor beatFlitsKleur() {
     return kleur;
 }
 
-// How the layer's opacity goes after a beat of this strength, 0...1.
+// The course of the layer's opacity after a beat of this strength, 0...1.
 inline platform::BasicAnimation beatFlits(double sterkte) {
     constexpr double kErbij = 0.35;  // on top of the beat's strength
     constexpr double kDuur = 0.35;   // seconds

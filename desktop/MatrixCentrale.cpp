@@ -31,7 +31,7 @@ MatrixCentrale::MatrixCentrale(const MatrixCentraleBronnen& bronnen)
       schermen_([this] { volgSchermen(); }) {}
 
 MatrixCentrale::~MatrixCentrale() {
-    // Completions of later fades find no controller from here on.
+    // The completions of running fades find no controller from here on.
     zelf_.reset();
     werkruimte_.reset();
     if (cursorWeg_) bronnen_.werkruimte.unhideCursor();

@@ -21,7 +21,7 @@ namespace brixtel {
 enum class RegenStand {
     uit,
     aan,                // also while the black screen lies over it
-    geenCompositor,     // wanted, but nothing here can be seen through; comes up once it can
+    geenCompositor,     // wanted, but no window can be see-through; comes up with a compositor
     geenBovenlaag,      // refused: no window of this desktop can lie above all others
     geenDoorklik,       // refused: clicks would not pass to the windows below
     schermbeveiliging,  // wanted, but a saver or lock has the screen; comes back after it
@@ -65,32 +65,32 @@ class MatrixCentrale {
     std::function<std::optional<MuziekStand>()> muziekStand;
     bool opMuziek = false;   // whether the black screen follows the music
     double flitsDeel = 1.0;  // 0...1: how much of the flash on a beat shows
-    // Told true when the black screen has been shown, false when it closes.
+    // Called with true when the black screen has been shown, with false when it closes.
     std::function<void(bool)> onZwart;
 
     // --- the effects ---
 
-    // Shows the black screen; no kind is the rain.
+    // Shows the black screen: a scene, or the rain without a kind.
     void toonZwart(std::optional<DrieSoort> drie);
     void sluitZwart();
     void wisselZwart(std::optional<DrieSoort> drie);
-    // Where the desktop has no place for it, the rain stays off and regenStand() says
-    // why, until it is closed.
+    // Shows the desktop rain. On a desktop without a place for it the rain stays off, and
+    // regenStand() gives the reason until sluitRegen().
     void toonRegen();
     void sluitRegen();
     void wisselRegen();
-    // The desktop rain that shows takes over `snelheid` at once, and fades within a third
-    // of a second into one of the `dichtheid`, where that is another.
+    // Gives a shown desktop rain the present `snelheid` at once. Another `dichtheid` comes as a
+    // cross-fade to a new rain, within a third of a second.
     void pasRegenAan();
-    // The desktop rain leaves this rectangle of the screens free, as in Screen::frame;
-    // an empty one is none.
+    // Keeps the desktop rain out of this rectangle, in the space of Screen::frame; an empty
+    // rectangle ends that.
     void laatVrij(const QRectF& vlak);
     void sluitAlles();
 
     [[nodiscard]] bool zwartAan() const { return !zwart_.empty(); }
     [[nodiscard]] bool regenAan() const { return !regen_.empty(); }
     [[nodiscard]] const Gepubliceerd<RegenStand>& regenStand() const { return stand_; }
-    // Whether the rain was asked for and cannot be here.
+    // Whether the rain was requested and refused.
     [[nodiscard]] bool isRegenGeweigerd() const;
 
     // --- the effects that are up now ---
@@ -108,8 +108,8 @@ class MatrixCentrale {
         std::unique_ptr<platform::Window> venster;
         std::unique_ptr<MatrixRegen> regen;
         platform::Screen scherm;
-        double dichtheid = 0.0, snelheid = 0.0;  // that the rain was made with
-        std::unique_ptr<MatrixRegen> oud;        // fades out under it
+        double dichtheid = 0.0, snelheid = 0.0;  // at the rain's making
+        std::unique_ptr<MatrixRegen> oud;        // the earlier rain, which fades out below
     };
     // One for each display.
     [[nodiscard]] const std::vector<Zwart>& zwart() const { return zwart_; }
@@ -127,7 +127,7 @@ class MatrixCentrale {
     [[nodiscard]] bool cursorWeg() const { return cursorWeg_; }
 
   private:
-    // A black screen that fades out; its windows go when it has faded.
+    // A black screen that fades out; its windows are dropped after the fade.
     struct Sluitend {
         int nummer;
         std::vector<Zwart> zwart;
@@ -135,7 +135,7 @@ class MatrixCentrale {
         std::vector<const DrieWereld*> werelden;
         // The warm-up is dropped with the rest, so that closing does not wait for it.
         std::unique_ptr<platform::SceneWarmUp> opwarming;
-        // The application that the keyboard went back to. The window system may report the
+        // The application that was given the keyboard back. The window system may report that
         // change only after the fade.
         std::optional<platform::RunningApplication> vorigeApp;
     };
@@ -148,8 +148,8 @@ class MatrixCentrale {
         };
     }
 
-    enum class Opkomst { Geleidelijk, Meteen };
-    Zwart maakZwart(const platform::Screen& scherm, Opkomst opkomst);
+    enum class Inzet { Geleidelijk, Meteen };
+    Zwart maakZwart(const platform::Screen& scherm, Inzet inzet);
     void vul(Zwart& zwart, platform::View& view);
     void geenDrie();
     [[nodiscard]] std::shared_ptr<platform::Layer> tip(double breedte, double schaal) const;
@@ -164,7 +164,7 @@ class MatrixCentrale {
     void rondOvergangAf();
     void zetVrij(const Regen& regen) const;
     void toonRegenVenster(Regen& regen);
-    // Why it never can rain here; none where it can.
+    // The reason why this desktop can never have the rain; none where it can.
     [[nodiscard]] std::optional<RegenStand> regenBeletsel() const;
     [[nodiscard]] RegenStand watRegenMag() const;
     // Shows or hides the rain's windows to match the present state, and publishes that
@@ -188,8 +188,8 @@ class MatrixCentrale {
     std::vector<std::shared_ptr<DrieWereld>> drieWerelden_;
     platform::Timer muziekKlok_;
     std::vector<Regen> regen_;
-    platform::Timer overgang_;  // of one density into another
-    QRectF vrij_;               // of the screens
+    platform::Timer overgangKlok_;  // the end of a cross-fade to another density
+    QRectF vrij_;                   // kept free by the desktop rain
     std::optional<platform::RunningApplication> vorigeApp_;
     bool cursorWeg_ = false;
 

@@ -19,17 +19,18 @@ namespace {
 constexpr int kNiveau = 1000;
 constexpr double kUitgaan = 0.4;
 constexpr double kOvergang = 1.0 / 3.0;
-// From when on every drop of a new rain has begun to fall: seconds.
+// The time in seconds after which every drop of a new rain has begun to fall.
 constexpr double kAlGaande = 60.0;
-// The rain counts anything slower as this.
+// The lowest speed of a rain; a lower one counts as this.
 constexpr double kLangzaamst = 0.2;
 
-// How much faster a rain falls that was made with one speed and is to have another.
+// The ratio of the wanted speed to the speed that the rain was made with.
 float tempo(double gemaakt, double gewenst) {
     return static_cast<float>(std::max(gewenst, kLangzaamst) / std::max(gemaakt, kLangzaamst));
 }
 
-// Lets a rain come up or go out; its own time may run faster than the clock.
+// Fades a rain's layer from one opacity to another. The layer's own time may run faster than
+// the clock.
 void laatVervagen(platform::Layer& laag, double van, double tot, double nu) {
     laag.setOpacity(tot);
     laag.addAnimation(
@@ -56,7 +57,7 @@ void MatrixCentrale::sluitRegen() {
         if (stand_.waarde() != RegenStand::uit) stand_.zet(RegenStand::uit);
         return;
     }
-    overgang_ = {};
+    overgangKlok_ = {};
     laatUitgaan({.regen = std::exchange(regen_, {})}, kUitgaan);
     werkRegenBij();
 }
@@ -101,8 +102,8 @@ void MatrixCentrale::pasRegenAan() {
         if (regen.regen->laag()->time().speed != static_cast<double>(nieuw))
             regen.regen->zetTempo(nieuw);
     }
-    // One that has begun is seen to its end; then it is looked at again.
-    if (overgang_.isValid()) return;
+    // A running cross-fade ends first; rondOvergangAf() then looks again.
+    if (overgangKlok_.isValid()) return;
     bool anders = false;
     for (Regen& regen : regen_)
         if (regen.dichtheid != dichtheid) {
@@ -110,7 +111,7 @@ void MatrixCentrale::pasRegenAan() {
             anders = true;
         }
     if (!anders) return;
-    overgang_ = platform::Timer(klok_, {.interval = kOvergang}, [this] { rondOvergangAf(); });
+    overgangKlok_ = platform::Timer(klok_, {.interval = kOvergang}, [this] { rondOvergangAf(); });
     werkRegenBij();
 }
 
@@ -127,7 +128,7 @@ void MatrixCentrale::vervaag(Regen& regen) {
 }
 
 void MatrixCentrale::rondOvergangAf() {
-    overgang_ = {};
+    overgangKlok_ = {};
     for (Regen& regen : regen_) {
         if (!regen.oud) continue;
         regen.oud->laag()->removeFromSuperlayer();
@@ -192,7 +193,7 @@ RegenStand MatrixCentrale::watRegenMag() const {
     if (!regenAan()) return isRegenGeweigerd() ? stand_.waarde() : RegenStand::uit;
     if (bronnen_.werkruimte.isSaverActive()) return RegenStand::schermbeveiliging;
     if (!bronnen_.werkruimte.isComposited()) return RegenStand::geenCompositor;
-    const bool leeg = regen_.front().dichtheid <= 0.0 && !overgang_.isValid();
+    const bool leeg = regen_.front().dichtheid <= 0.0 && !overgangKlok_.isValid();
     return leeg ? RegenStand::leeg : RegenStand::aan;
 }
 

@@ -56,14 +56,14 @@ QColor metAlfa(QColor kleur, double alfa) {
 void MatrixCentrale::toonZwart(std::optional<DrieSoort> drie) {
     if (zwartAan()) return;
     const platform::WindowServer& server = bronnen_.server;
-    // Elsewhere the keyboard finds its own way back.
+    // A system that cannot return the keyboard gives it back by itself.
     if (!server.isConnected() || server.system().capabilities().returnsKeyboard)
         vorigeApp_ = voorsteApp();
     soort_ = drie;
-    if (drie && bronnen_.server.isConnected())
-        opwarming_ = std::make_unique<platform::SceneWarmUp>();
+    if (drie && server.isConnected() && server.system().capabilities().drawsOnGpu)
+        opwarming_ = std::make_unique<platform::SceneWarmUp>(server.options().drawer);
     for (const Screen& scherm : platform::distinctRectangles(bronnen_.schermen()))
-        zwart_.push_back(maakZwart(scherm, Opkomst::Geleidelijk));
+        zwart_.push_back(maakZwart(scherm, Inzet::Geleidelijk));
     startKlok();
     bronnen_.werkruimte.activateIgnoringOthers();
     verbergCursor(true);
@@ -72,9 +72,9 @@ void MatrixCentrale::toonZwart(std::optional<DrieSoort> drie) {
     if (onZwart) onZwart(true);
 }
 
-// The frontmost application. Right after a black screen closed, the keyboard is on its way
-// back and the workspace may name none; the application is then the last one it was given
-// back to.
+// The frontmost application. Right after a black screen closed, the workspace may name none,
+// since the keyboard is on its way back. The answer is then the application that was given
+// the keyboard.
 std::optional<platform::RunningApplication> MatrixCentrale::voorsteApp() const {
     if (const auto app = bronnen_.werkruimte.frontmostApplication()) return app;
     const auto laatste = std::find_if(sluitend_.rbegin(), sluitend_.rend(),
@@ -107,7 +107,7 @@ void MatrixCentrale::sluitZwart() {
     if (onZwart) onZwart(false);
 }
 
-MatrixCentrale::Zwart MatrixCentrale::maakZwart(const Screen& scherm, Opkomst opkomst) {
+MatrixCentrale::Zwart MatrixCentrale::maakZwart(const Screen& scherm, Inzet inzet) {
     const QRectF vlak(QPointF(0.0, 0.0), scherm.frame.size());
     Zwart zwart{.scherm = scherm};
     zwart.venster = std::make_unique<MatrixVenster>(
@@ -139,11 +139,11 @@ MatrixCentrale::Zwart MatrixCentrale::maakZwart(const Screen& scherm, Opkomst op
         view->addSubview(std::move(over));
     }
     zwart.venster->setContentView(view);
-    zwart.venster->setAlpha(opkomst == Opkomst::Meteen ? 1.0 : 0.0);
+    zwart.venster->setAlpha(inzet == Inzet::Meteen ? 1.0 : 0.0);
     zwart.venster->setFrame(scherm.frame);
     zwart.venster->showWithKeyboard();
     zwart.venster->makeFirstResponder(view.get());
-    if (opkomst == Opkomst::Geleidelijk) zwart.venster->fadeTo(1.0);
+    if (inzet == Inzet::Geleidelijk) zwart.venster->fadeTo(1.0);
     return zwart;
 }
 
@@ -269,7 +269,7 @@ void MatrixCentrale::volgZwart(const std::vector<Screen>& schermen) {
     zwart_.erase(eersteWeg, zwart_.end());
     for (const Screen& scherm : schermen) {
         if (verplaats(zwart_, scherm)) continue;
-        zwart_.push_back(maakZwart(scherm, Opkomst::Meteen));
+        zwart_.push_back(maakZwart(scherm, Inzet::Meteen));
     }
     const platform::Window* const metToetsen = bronnen_.server.keyWindow();
     const bool gaat = std::any_of(weg.begin(), weg.end(),

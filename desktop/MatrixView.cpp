@@ -14,8 +14,8 @@ constexpr double kAfstand = 50.0;
 constexpr std::uint32_t kVolgOpties =
     TrackingArea::MouseMoved | TrackingArea::ActiveAlways | TrackingArea::InVisibleRect;
 
-// Keys for the music that plays and the light of screen and keyboard, which are used
-// while the effect is looked at.
+// Whether the key controls the playing music, or the light of screen or keyboard. A user
+// presses such a key while watching the effect.
 bool isMedia(int toets) {
     switch (toets) {
         case Qt::Key_VolumeDown:

@@ -27,7 +27,8 @@ class MatrixView : public platform::View {
 
     // Time of construction, in seconds of the clock.
     [[nodiscard]] double begin() const { return begin_; }
-    // The place that the mouse is measured from; screen coordinates, none before 0.9 s.
+    // The place from which the mouse's movement is measured, in screen coordinates; none
+    // before 0.9 s.
     [[nodiscard]] std::optional<QPointF> beginPunt() const { return beginPunt_; }
     [[nodiscard]] const std::shared_ptr<platform::TrackingArea>& volgGebied() const {
         return volgGebied_;

@@ -117,7 +117,7 @@ mag_bouwen() {
       echo "In $PWD/${ding#.} mag u niet schrijven; maak een kopie van de map die van uzelf is en begin daar." >&2
       return 1
     fi
-    # What lies above a folder that is ours is of no concern.
+    # Folders above a folder of our own are of no concern.
     [ "$ding" = "$map" ] && break
   done
   [ -e "$map/CMakeCache.txt" ] || return 0

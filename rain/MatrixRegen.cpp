@@ -16,9 +16,48 @@ using platform::require;
 
 namespace {
 
-constexpr double kSpleet = 0.5;
+constexpr double kSpleet = 0.5;  // points between the blocks of a digit
 constexpr int kStroken = 10;
-constexpr double kFlikkerTijd = 0.09;
+constexpr double kFlikkerTijd = 0.09;  // seconds
+
+// The size of a cell, in sizes of its digit.
+constexpr double kCelBreedte = 1.48;
+constexpr double kCelHoogte = 1.26;
+
+// The measures in which the rain over the desktop and the opaque rain differ.
+struct Maten {
+    double blok;              // the side of a digit's block, in points
+    double vervaging;         // of the digits' shadow, in pixels
+    std::uint32_t kortste;    // rows of the shortest trail
+    std::uint32_t spreiding;  // the number of different lengths of a trail
+};
+constexpr Maten kDoorzichtig{.blok = 3.0, .vervaging = 2.5, .kortste = 6, .spreiding = 11};
+constexpr Maten kDicht{.blok = 2.5, .vervaging = 2.0, .kortste = 8, .spreiding = 19};
+constexpr float kGloed = 0.45F;  // the alpha of the opaque rain's shadow
+
+// The chance that a column has one more drop: a constant part, and a part of the density.
+struct Kans {
+    double vast;
+    double perDichtheid;
+    [[nodiscard]] double bij(double dichtheid) const { return vast + perDichtheid * dichtheid; }
+};
+constexpr Kans kEnige{.vast = 0.25, .perDichtheid = 0.6};  // over the desktop
+constexpr Kans kTweede{.vast = 0.35, .perDichtheid = 0.65};
+constexpr Kans kDerde{.vast = 0.0, .perDichtheid = 0.7};
+
+// The bend of a trail's alpha: its place as a share of the trail, and the alpha there.
+constexpr double kKnik = 0.12;
+constexpr double kKnikAlfa = 0.72;
+
+// The time of a drop in one row, in seconds at speed 1.
+constexpr double kVlugsteStap = 0.05;
+constexpr double kTraagsteStap = 0.12;
+constexpr double kLangzaamst = 0.2;  // the lowest speed
+constexpr double kUitstel = 2.2;     // seconds in which all drops over the desktop begin
+
+// The rows above and below a still picture's drops.
+constexpr int kStilBoven = 4;
+constexpr int kStilOnder = 2;
 
 int alsAantal(double waarde) {
     require(std::isfinite(waarde) && waarde >= 0.0 && waarde < 1e9);
@@ -63,28 +102,25 @@ void val(Layer& laag, const std::vector<double>& stops, double plus, double duur
 // The measures of one rain, in points, for its construction.
 struct MatrixRegen::Bouw {
     const MatrixRegenOpties& opties;
-    double blok = opties.doorzichtig ? 3.0 : 2.5;
-    QSizeF glief = BlokCijfer::maat({.blok = blok, .spleet = kSpleet});
-    double kolomBreedte = std::round(glief.width() * 1.48);
-    double rijHoogte = std::round(glief.height() * 1.26);
+    const Maten& maten = opties.doorzichtig ? kDoorzichtig : kDicht;
+    QSizeF glief = BlokCijfer::maat({.blok = maten.blok, .spleet = kSpleet});
+    double kolomBreedte = std::round(glief.width() * kCelBreedte);
+    double rijHoogte = std::round(glief.height() * kCelHoogte);
     int rijen = alsAantal(std::ceil(opties.maat.height() / rijHoogte) + 1.0);
     double strookHoogte = rijHoogte * rijen;
-    std::uint32_t kortste = opties.doorzichtig ? 6 : 8;
-    std::uint32_t spreiding = opties.doorzichtig ? 11 : 19;
     double nu = 0.0;
 
     void strook(Tekenvlak& vlak, const std::vector<bool>& bits, const QColor& kleur) const {
         QColor schaduw = opties.doorzichtig ? QColor(Qt::black) : Thema::cijfer();
-        if (!opties.doorzichtig) schaduw.setAlphaF(0.45F);
-        vlak.zetSchaduw({.verschuiving = {0.0, 0.0},
-                         .vervaging = opties.doorzichtig ? 2.5 : 2.0,
-                         .kleur = schaduw});
+        if (!opties.doorzichtig) schaduw.setAlphaF(kGloed);
+        vlak.zetSchaduw(
+            {.verschuiving = {0.0, 0.0}, .vervaging = maten.vervaging, .kleur = schaduw});
         const double x = std::round(kolomBreedte - glief.width()) * 0.5;
         const double y = std::round(rijHoogte - glief.height()) * 0.5;
         for (int k = 1; k <= rijen; ++k) {
             BlokCijfer::teken(bits[static_cast<std::size_t>(k - 1)],
                               {.linksonder = {x, y + (strookHoogte - k * rijHoogte)},
-                               .blok = blok,
+                               .blok = maten.blok,
                                .spleet = kSpleet,
                                .kleur = kleur},
                               vlak);
@@ -98,11 +134,11 @@ struct MatrixRegen::Bouw {
         // Density 0 gives the fewest drops, without random numbers.
         const bool leeg = opties.dichtheid <= 0.0;
         if (opties.doorzichtig) {
-            aantal = !leeg && r1 < 0.25 + 0.6 * opties.dichtheid ? 1 : 0;
+            aantal = !leeg && r1 < kEnige.bij(opties.dichtheid) ? 1 : 0;
         } else {
             const double r2 = toeval.unit();
-            aantal = (!leeg && r1 < 0.35 + 0.65 * opties.dichtheid ? 2 : 1) +
-                     (r2 < 0.7 * opties.dichtheid ? 1 : 0);
+            aantal = (!leeg && r1 < kTweede.bij(opties.dichtheid) ? 2 : 1) +
+                     (r2 < kDerde.bij(opties.dichtheid) ? 1 : 0);
         }
         return opties.stil ? std::max(aantal, 1) : aantal;
     }
@@ -173,11 +209,11 @@ MatrixRegen::Kolom MatrixRegen::bouwKolom(const Bouw& bouw, double x) {
 }
 
 void MatrixRegen::voegDruppel(const Bouw& bouw, const Kolom& kolom) {
-    const int lengte = static_cast<int>(bouw.kortste + toeval_.below(bouw.spreiding));
+    const int lengte = static_cast<int>(bouw.maten.kortste + toeval_.below(bouw.maten.spreiding));
     const double spoor = bouw.rijHoogte * lengte;
 
     auto staart = std::make_shared<GradientLayer>();
-    staart->setStops({{0.0, wit(1.0)}, {0.12, wit(0.72)}, {1.0, wit(0.0)}});
+    staart->setStops({{0.0, wit(1.0)}, {kKnik, wit(kKnikAlfa)}, {1.0, wit(0.0)}});
     staart->setFrame({0.0, bouw.strookHoogte, bouw.kolomBreedte, spoor});
     kolom.staart->mask()->addSublayer(staart);
 
@@ -191,17 +227,20 @@ void MatrixRegen::voegDruppel(const Bouw& bouw, const Kolom& kolom) {
         stops.push_back(bouw.strookHoogte - bouw.rijHoogte * m);
 
     if (bouw.opties.stil) {
-        require(bouw.rijen > 6);
-        const auto idx = 4 + toeval_.below(static_cast<std::uint32_t>(bouw.rijen - 6));
+        constexpr int kRand = kStilBoven + kStilOnder;
+        require(bouw.rijen > kRand);
+        const auto idx = kStilBoven + toeval_.below(static_cast<std::uint32_t>(bouw.rijen - kRand));
         staart->setPosition({staart->position().x(), stops[idx] + spoor / 2.0});
         kop->setPosition({kop->position().x(), stops[idx] + bouw.rijHoogte / 2.0});
         return;
     }
-    const double stap = toeval_.between(0.05, 0.12);
-    const double duur = stap * (bouw.rijen + lengte + 1) / std::max(bouw.opties.snelheid, 0.2);
+    const double stap = toeval_.between(kVlugsteStap, kTraagsteStap);
+    const double duur =
+        stap * (bouw.rijen + lengte + 1) / std::max(bouw.opties.snelheid, kLangzaamst);
     // Opaque rain fills the screen at once; over the desktop, drops begin to
     // fall one by one.
-    const double begin = bouw.opties.doorzichtig ? bouw.nu + toeval_.between(0.0, 2.2) : bouw.nu;
+    const double begin =
+        bouw.opties.doorzichtig ? bouw.nu + toeval_.between(0.0, kUitstel) : bouw.nu;
     const double verschuiving = bouw.opties.doorzichtig ? 0.0 : toeval_.between(0.0, duur);
     val(*staart, stops, spoor / 2.0, duur, begin, verschuiving, bouw.nu);
     val(*kop, stops, bouw.rijHoogte / 2.0, duur, begin, verschuiving, bouw.nu);

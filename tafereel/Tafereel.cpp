@@ -8,7 +8,7 @@ namespace brixtel {
 using platform::View;
 
 Tafereel::Tafereel(View& in, TafereelOpties opties, const DrieWereldBronnen& bronnen)
-    : in_(in), opties_(std::move(opties)), bronnen_(bronnen) {
+    : view_(in), opties_(std::move(opties)), bronnen_(bronnen) {
     if (opties_.soort)
         toonWereld(*opties_.soort);
     else
@@ -21,15 +21,15 @@ Tafereel::~Tafereel() {
 
 void Tafereel::toonRegen() {
     regen_ = std::make_unique<MatrixRegen>(opties_.regen(), bronnen_.klok, bronnen_.toeval);
-    in_.layer()->addSublayer(regen_->laag());
+    view_.layer()->addSublayer(regen_->laag());
 }
 
 void Tafereel::toonWereld(DrieSoort soort) {
     wereld_ = std::make_shared<DrieWereld>(soort, opties_.wereld, bronnen_);
-    scn_ = wereld_->maakView(in_.bounds());
+    scn_ = wereld_->maakView(view_.bounds());
     scn_->setAutoresizingMask(View::WidthSizable | View::HeightSizable);
     scn_->onFailure([this] { geenDrie(); });
-    in_.addSubview(scn_);
+    view_.addSubview(scn_);
 }
 
 void Tafereel::geenDrie() {

@@ -51,7 +51,7 @@ class Tafereel {
     void weg();
     void geenDrie();
 
-    platform::View& in_;
+    platform::View& view_;
     const TafereelOpties opties_;
     const DrieWereldBronnen bronnen_;
     std::shared_ptr<platform::SceneView> scn_;

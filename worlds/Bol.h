@@ -143,7 +143,7 @@ class BolLijnen {
     // a line that stays continues from its place.
     void teken(const std::vector<Lijn>& lijnen, double tijd, platform::Node& in);
 
-    // To be called whenever the globe or the camera has moved.
+    // Arranges the labels. To be called whenever the globe or the camera has moved.
     void schik(const platform::Node& camera) { opschriften_.schik(camera); }
 
     // All points of the arcs that teken() last drew, in the node's frame.

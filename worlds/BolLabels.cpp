@@ -109,7 +109,7 @@ void BolLabels::zie(Label& label, const glm::dmat4& camera) const {
     label.vanzelf = label.omhoog = label.node ? naastStip(label, camera) : 0.0;
 }
 
-// How far up a label moves to clear its own dot, which lies right behind the label except
+// The way up that a label moves to clear its own dot, which lies right behind the label except
 // near the rim. A label that already hangs below its dot stays there.
 double BolLabels::naastStip(const Label& label, const glm::dmat4& camera) {
     // Units: how far below its dot a label hangs freely, and the way from there over which

@@ -8,11 +8,13 @@ namespace {
 struct Regel {
     QLatin1String ruw;
     QLatin1String uitleg;
+    DrieStart start;
 };
 
 // The rows are indexed by the number of the case.
 constexpr std::array<Regel, alleSoorten.size()> kRegels{{
-#define DRIE(ruw, naam, nl, en, uitleg, ...) {QLatin1String(#ruw), QLatin1String(uitleg)},
+#define DRIE(ruw, naam, nl, en, uitleg, bouwer, ...) \
+    {QLatin1String(#ruw), QLatin1String(uitleg), {__VA_ARGS__}},
 #include "worlds/Scenes.def"
 }};
 
@@ -42,6 +44,10 @@ QString naam(DrieSoort soort) {
 
 QString uitleg(DrieSoort soort) {
     return regel(soort).uitleg;
+}
+
+const DrieStart& start(DrieSoort soort) {
+    return regel(soort).start;
 }
 
 }  // namespace brixtel

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <optional>
 
+#include "worlds/DrieStart.h"
+
 namespace brixtel {
 
 // The kinds of 3D scene, from the table of scenes. The raw values are also those of the
@@ -22,7 +24,7 @@ inline constexpr std::array alleSoorten{
 #include "worlds/Scenes.def"
 };
 
-// The raw value: the case's own name.
+// The raw value: the case's own name. id() is for lists that identify their entries by it.
 [[nodiscard]] QString ruweWaarde(DrieSoort soort);
 [[nodiscard]] QString id(DrieSoort soort);
 
@@ -32,5 +34,8 @@ inline constexpr std::array alleSoorten{
 // The name and explanation for the user: the raw value in upper case, and one line.
 [[nodiscard]] QString naam(DrieSoort soort);
 [[nodiscard]] QString uitleg(DrieSoort soort);
+
+// The state that the scene's builder begins with.
+[[nodiscard]] const DrieStart& start(DrieSoort soort);
 
 }  // namespace brixtel

@@ -12,6 +12,13 @@ struct DrieMist {
     double einde = 0.0;
 };
 
+// A loop in time, in seconds: from the begin on, the picture is the same again after each
+// duration. Without a duration the picture never is.
+struct DrieLus {
+    double begin = 0.0;
+    double duur = 0.0;
+};
+
 // A scene's state before its builder adds the content: a line of the table of scenes.
 struct DrieStart {
     glm::dvec3 oog{0.0};      // where the camera stands, in units of the scene
@@ -21,6 +28,8 @@ struct DrieStart {
     DrieMist mist;
     double breedte = 0.0;  // half the width that a narrow picture shows whole, at a distance of
                            // 1; 0: the width of 4:3 is enough
+    DrieLus lus;
+    bool lijnen = false;  // draws lines to countries
 };
 
 }  // namespace brixtel

@@ -36,26 +36,22 @@ DrieWereld::~DrieWereld() {
 }
 
 void DrieWereld::bouw() {
-    struct Regel {
-        DrieStart start;
-        void (DrieWereld::*bouwer)();
-    };
-    // The rows are indexed by the number of the kind.
-    static const std::array<Regel, alleSoorten.size()> regels{{
-#define DRIE(ruw, naam, nl, en, uitleg, bouwer, ...) {{__VA_ARGS__}, &DrieWereld::bouwer},
+    // The builders are indexed by the number of the kind.
+    static constexpr std::array<void (DrieWereld::*)(), alleSoorten.size()> bouwers{
+#define DRIE(ruw, naam, nl, en, uitleg, bouwer, ...) &DrieWereld::bouwer,
 #include "worlds/Scenes.def"
-    }};
-    const auto& [start, bouwer] = regels.at(static_cast<std::size_t>(soort_));
+    };
+    const DrieStart& begin = start(soort_);
     oog_ = camera(
-        {.z = start.oog.z, .zicht = start.zicht, .bloom = start.bloom, .breedte = start.breedte});
-    oog_->setPosition(start.oog);
-    if (start.naarMidden) oog_->lookAt({0.0, 0.0, 0.0});
-    if (start.mist.einde > start.mist.begin) zetMist(start.mist);
-    (this->*bouwer)();
+        {.z = begin.oog.z, .zicht = begin.zicht, .bloom = begin.bloom, .breedte = begin.breedte});
+    oog_->setPosition(begin.oog);
+    if (begin.naarMidden) oog_->lookAt({0.0, 0.0, 0.0});
+    if (begin.mist.einde > begin.mist.begin) zetMist(begin.mist);
+    (this->*bouwers.at(static_cast<std::size_t>(soort_)))();
 }
 
 bool DrieWereld::gebruiktWacht() const {
-    return soort_ == DrieSoort::bol && !opties_.eigenLijnen;
+    return start(soort_).lijnen && !opties_.eigenLijnen;
 }
 
 VerbindingWacht& DrieWereld::wacht() const {

@@ -20,12 +20,12 @@ QString bestand() {
     return map() + QStringLiteral("/nl.groenlicht.brixtel.bureau.desktop");
 }
 
-// A string of the file, whatever is in it.
+// Any text as a string of the file.
 QString ontsnapt(QString woord) {
     return woord.replace(u'\\', QStringLiteral("\\\\"));
 }
 
-// A word of an Exec line, whatever is in it.
+// Any text as a word of an Exec line.
 QString aangehaald(QString woord) {
     for (const char teken : {'\\', '"', '`', '$'})
         woord.replace(QLatin1Char(teken), QStringLiteral("\\") + QLatin1Char(teken));

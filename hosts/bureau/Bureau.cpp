@@ -8,7 +8,7 @@
 namespace brixtel {
 
 namespace {
-// A slider that is dragged asks many times to be kept.
+// The shortest time between two writes: a dragged slider changes a choice many times.
 constexpr double kSamennemen = 0.15;  // seconds
 }  // namespace
 
@@ -72,8 +72,19 @@ void Bureau::meld() {
                          .soort = centrale_.zwartAan() ? soort_ : std::nullopt,
                          .regen = centrale_.regenAan(),
                          .regenStand = centrale_.regenStand().waarde(),
-                         .keuzes = keuzes_};
+                         .keuzes = keuzes_,
+                         .rustUitleg = rustUitleg()};
     if (nu != stand_.waarde()) stand_.zet(nu);
+}
+
+QString Bureau::rustUitleg() const {
+    if (keuzes_.rust == 0 || rustBewaakt_) return {};
+    return QStringLiteral("dit bureaublad zegt niet wanneer er niemand is");
+}
+
+void Bureau::zetRustBewaakt(bool bewaakt) {
+    rustBewaakt_ = bewaakt;
+    meld();
 }
 
 QString Bureau::zwartBeletsel() const {

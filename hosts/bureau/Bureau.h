@@ -19,6 +19,7 @@ struct BureauStand {
     bool regen = false;
     RegenStand regenStand = RegenStand::uit;
     BureauKeuzes keuzes;
+    QString rustUitleg;  // why nothing comes after the chosen rest; empty where it does
     friend bool operator==(const BureauStand&, const BureauStand&) = default;
 };
 
@@ -41,7 +42,7 @@ class Bureau {
     // and a black screen would lie over it. Empty where a black screen can be shown or is
     // shown already.
     [[nodiscard]] QString zwartBeletsel() const;
-    // Why the rain was refused; empty where it was not.
+    // The reason why the rain was refused; empty where it was not refused.
     [[nodiscard]] QString regenWeigering() const;
 
     // Does nothing where there is a zwartBeletsel(); otherwise as in MatrixCentrale.
@@ -53,16 +54,19 @@ class Bureau {
     void wisselRegen();
     void sluitAlles();
 
-    // The desktop rain takes its speed at once and fades into another density. A black
-    // screen has the choices from its next opening, except that it stops following the
-    // music, and softens its flash, at once. The choices are kept between runs and
-    // written at most every 0.15 s; the last ones are always written, at the latest when
-    // this is dropped.
+    // Sets the choices. The desktop rain takes its speed at once and fades into another
+    // density. A black screen stops following the music, and softens its flash, at once; it has
+    // the other choices from its next opening. The choices are kept between runs, and written
+    // at most every 0.15 s. The last choices are always written, at the latest when the object
+    // is dropped.
     void zetKeuzes(const BureauKeuzes& keuzes);
     // The error of the last write of the choices; empty on success.
     [[nodiscard]] QString bewaarMis() const;
     // Writes waiting choices at once.
-    void bewaar() { bewaring_.nu(); }
+    void bewaar() { bewaring_.doeNu(); }
+
+    // Says whether anybody tells this program of the user's rest.
+    void zetRustBewaakt(bool bewaakt);
 
     // Sets one choice; the others stay.
     template <typename T>
@@ -73,14 +77,14 @@ class Bureau {
     }
 
     // Brings a window of this program to the front, from any virtual desktop.
-    void activeer(std::uint32_t venster) { werkruimte_.activate({.window = venster}); }
+    void activeer(const platform::WindowRef& venster) { werkruimte_.activate({.window = venster}); }
 
-    // The desktop rain leaves this rectangle of the screens free: what stands there is to
-    // be read. As in Screen::frame; an empty one is none.
+    // Keeps the desktop rain out of this rectangle, in the space of Screen::frame, so that a
+    // window there can be read. An empty rectangle ends that.
     void laatVrij(const QRectF& vlak) { centrale_.laatVrij(vlak); }
 
-    // Listens to the music also while no black screen shows, for as long as the
-    // choice is to follow it: for whoever shows the user what it hears.
+    // Listens to the music also while no black screen shows, as long as the choice is to
+    // follow the music. For a panel that shows the loudness and the beats.
     void luisterMee(bool aan);
 
     // The state; one call publishes it once, however many fields change.
@@ -93,6 +97,7 @@ class Bureau {
     template <typename Doe>
     void na(Doe doe);
     void meld();
+    [[nodiscard]] QString rustUitleg() const;
 
     platform::MediaClock& klok_;
     platform::Workspace& werkruimte_;
@@ -104,6 +109,7 @@ class Bureau {
     std::optional<DrieSoort> soort_;
     int bezig_ = 0;
     bool luisterMee_ = false;
+    bool rustBewaakt_ = true;
     Gepubliceerd<BureauStand> stand_;
     Abonnement regen_;
     platform::Observation beveiliging_;

@@ -33,6 +33,8 @@ QVariantMap eigenschappenVan(const BureauStand& stand) {
         {voluit(QStringLiteral("Dichtheid")), stand.keuzes.dichtheid},
         {voluit(QStringLiteral("Snelheid")), stand.keuzes.snelheid},
         {voluit(QStringLiteral("Muziek")), stand.keuzes.muziek},
+        {voluit(QStringLiteral("Rust")), stand.keuzes.rust},
+        {voluit(QStringLiteral("RustUitleg")), stand.rustUitleg},
         {voluit(QStringLiteral("Versie")), QStringLiteral(BRIXTEL_VERSION)}};
 }
 
@@ -78,6 +80,16 @@ QHash<QString, BusObject::Doe> BureauDienst::methoden() {
         bureau_.kies(&BureauKeuzes::muziek, waarden.at(0).toBool());
         return afloop(bureau_.bewaarMis());
     };
+    const auto rust = [this](const QVariantList& waarden) -> BusAntwoord {
+        const int minuten = waarden.at(0).toInt();
+        if (minuten < 0 || minuten > BureauInstellingen::kLangsteRust)
+            return verkeerdeWaarde(
+                QStringLiteral("de rust is een aantal minuten van 0 tot en met %1, niet %2")
+                    .arg(BureauInstellingen::kLangsteRust)
+                    .arg(minuten));
+        bureau_.kies(&BureauKeuzes::rust, minuten);
+        return afloop(bureau_.bewaarMis());
+    };
     const auto stop = [this](const QVariantList&) -> BusAntwoord {
         platform::runOnMainQueue(daden_.stop);
         return QVariantList();
@@ -98,6 +110,7 @@ QHash<QString, BusObject::Doe> BureauDienst::methoden() {
          metGetal(&BureauKeuzes::snelheid, BureauInstellingen::kLangzaamst,
                   BureauInstellingen::kSnelst, QStringLiteral("de snelheid"))},
         {voluit(QStringLiteral("ZetMuziek")), muziek},
+        {voluit(QStringLiteral("ZetRust")), rust},
         {voluit(QStringLiteral("Stop")), stop},
     };
 }

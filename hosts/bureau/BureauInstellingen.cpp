@@ -14,6 +14,7 @@ const QLatin1String kMuziek("muziek");
 const QLatin1String kFlits("flits");
 const QLatin1String kSoort("soort");
 const QLatin1String kVoorbeeld("voorbeeld");
+const QLatin1String kRust("rust");
 const QLatin1String kAan("aan");
 const QLatin1String kUit("uit");
 constexpr double kZacht = 0.35;
@@ -56,6 +57,8 @@ BureauKeuzes BureauInstellingen::lees() {
     keuzes.flits = flitsUitRuw(winkel->string(kFlits).value_or(QString())).value_or(keuzes.flits);
     keuzes.soort = soortUitRuw(winkel->string(kSoort).value_or(QString()));
     keuzes.voorbeeld = winkel->string(kVoorbeeld) != kUit;
+    keuzes.rust = leesHeelGetal(winkel->string(kRust).value_or(QString()), 0, kLangsteRust)
+                      .value_or(keuzes.rust);
     return keuzes;
 }
 
@@ -68,6 +71,7 @@ int BureauInstellingen::bewaar(const BureauKeuzes& keuzes) {
     winkel->setString(kFlits, ruweWaarde(keuzes.flits));
     winkel->setString(kSoort, ruweWaarde(keuzes.soort));
     winkel->setString(kVoorbeeld, keuzes.voorbeeld ? kAan : kUit);
+    winkel->setString(kRust, QString::number(keuzes.rust));
     return winkel->synchronize();
 }
 

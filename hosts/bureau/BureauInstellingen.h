@@ -9,7 +9,7 @@
 
 namespace brixtel {
 
-// How much of the flash on a beat the user wants to see.
+// The strength of the flash on a beat that the user wants to see.
 enum class Flits { gewoon, zacht, uit };
 
 [[nodiscard]] QString ruweWaarde(Flits flits);
@@ -25,6 +25,7 @@ struct BureauKeuzes {
     Flits flits = Flits::gewoon;     // on a beat
     std::optional<DrieSoort> soort;  // what the panel's black screen shows; none for the rain
     bool voorbeeld = true;           // whether the panel shows it
+    int rust = 0;                    // minutes without input until a black screen; 0 for never
     friend bool operator==(const BureauKeuzes&, const BureauKeuzes&) = default;
 };
 
@@ -36,6 +37,7 @@ class BureauInstellingen final {
     static constexpr QLatin1String moduleNaam{"nl.groenlicht.brixtel.bureau"};
     static constexpr double kLangzaamst = 0.2;
     static constexpr double kSnelst = 4.0;
+    static constexpr int kLangsteRust = 120;
 
     // Returns the stored choices; an absent or invalid value is the default.
     static BureauKeuzes lees();

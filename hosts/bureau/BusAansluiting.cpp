@@ -21,7 +21,7 @@ BusAansluiting::BusAansluiting(platform::MediaClock& klok, const QString& adres)
           QMetaObject::invokeMethod(
               this,
               [this] {
-                  if (!verder_.isValid()) haal();
+                  if (!vervolgKlok_.isValid()) haal();
               },
               Qt::QueuedConnection);
       })) {
@@ -86,7 +86,7 @@ void BusAansluiting::haal() {
         else
             verbinding_.send(oproep->bericht.createReply(std::get<QVariantList>(antwoord)));
     }
-    verder_ = platform::Timer(klok_, {.interval = kTussendoor}, [this] { haal(); });
+    vervolgKlok_ = platform::Timer(klok_, {.interval = kTussendoor}, [this] { haal(); });
 }
 
 }  // namespace brixtel

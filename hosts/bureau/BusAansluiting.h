@@ -55,7 +55,7 @@ class BusAansluiting : public QObject {
     QDBusConnection verbinding_;
     QThread draad_;
     std::unique_ptr<BusOntvanger> ontvanger_;  // lives on the bus thread
-    platform::Timer verder_;
+    platform::Timer vervolgKlok_;
     std::function<void()> onVerloren_;
 };
 

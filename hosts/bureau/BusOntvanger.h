@@ -24,8 +24,7 @@ class BusOntvanger final : public QDBusVirtualObject {
         BusObject::Doe doe;
     };
 
-    // Calls `roep`, on the receiver's thread, when the empty queue of calls gets its first
-    // one.
+    // Calls `roep`, on the receiver's thread, after each call that is queued.
     BusOntvanger(const platform::MediaClock& klok, std::function<void()> roep)
         : klok_(klok), roep_(std::move(roep)) {}
 

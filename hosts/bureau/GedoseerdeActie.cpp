@@ -10,24 +10,24 @@ GedoseerdeActie::GedoseerdeActie(platform::MediaClock& klok, double tussentijd,
     : klok_(klok), tussentijd_(tussentijd), doe_(std::move(doe)) {}
 
 void GedoseerdeActie::vraag() {
-    if (rust_.isValid())
+    if (pauzeKlok_.isValid())
         wacht_ = true;
     else
         doe();
 }
 
-void GedoseerdeActie::nu() {
+void GedoseerdeActie::doeNu() {
     if (wacht_) doe();
 }
 
 void GedoseerdeActie::vergeet() {
     wacht_ = false;
-    rust_ = {};
+    pauzeKlok_ = {};
 }
 
 void GedoseerdeActie::doe() {
     wacht_ = false;
-    rust_ = platform::Timer(klok_, {.interval = tussentijd_}, [this] { nu(); });
+    pauzeKlok_ = platform::Timer(klok_, {.interval = tussentijd_}, [this] { doeNu(); });
     doe_();
 }
 

@@ -19,7 +19,7 @@ class GedoseerdeActie {
 
     void vraag();
     // Runs a waiting action now.
-    void nu();
+    void doeNu();
     // Drops a waiting action, as the destructor does. The next request runs at once.
     void vergeet();
 
@@ -29,7 +29,7 @@ class GedoseerdeActie {
     platform::MediaClock& klok_;
     const double tussentijd_;
     const std::function<void()> doe_;
-    platform::Timer rust_;
+    platform::Timer pauzeKlok_;
     bool wacht_ = false;
 };
 

@@ -5,9 +5,9 @@
 
 namespace brixtel {
 
-// Whether an assistive program, such as a screen reader, runs in this session, as the
-// session's accessibility bus says. Starts nothing, and waits at most 0.25 s for the
-// answer.
+// Whether an assistive program, such as a screen reader, runs in this session. The session's
+// accessibility bus gives the answer, within 0.25 s; else the answer is no. Starts
+// nothing.
 [[nodiscard]] bool zijnHulpmiddelenInGebruik(const QDBusConnection& verbinding);
 
 }  // namespace brixtel

@@ -19,7 +19,7 @@ QString regel(const char* wat, const QString& hoe) {
     return QStringLiteral("%1: %2\n").arg(QLatin1String(wat), hoe);
 }
 
-// As the panel writes it.
+// A number in the panel's form.
 QString getalTekst(double getal) {
     QLocale nederlands(QLocale::Dutch, QLocale::Netherlands);
     nederlands.setNumberOptions(QLocale::OmitGroupSeparator);
@@ -28,6 +28,13 @@ QString getalTekst(double getal) {
 
 QString aanUit(bool aan) {
     return aan ? QStringLiteral("aan") : QStringLiteral("uit");
+}
+
+QString rustTekst(int minuten, const QString& waarom) {
+    if (minuten == 0) return aanUit(false);
+    const QString na =
+        minuten == 1 ? QStringLiteral("1 minuut") : QStringLiteral("%1 minuten").arg(minuten);
+    return waarom.isEmpty() ? na : na + QStringLiteral(", maar ") + waarom;
 }
 
 }  // namespace
@@ -52,7 +59,8 @@ QString standTekst(const QVariantMap& eigenschappen) {
     if (!waarom.isEmpty()) regen += QStringLiteral(", maar niet te zien: ") + waarom;
     return regel("zwart scherm", zwart) + regel("regen", regen) +
            regel("dichtheid", getal("Dichtheid")) + regel("snelheid", getal("Snelheid")) +
-           regel("muziek", aanUit(waarde("Muziek").toBool()));
+           regel("muziek", aanUit(waarde("Muziek").toBool())) +
+           regel("na rust", rustTekst(waarde("Rust").toInt(), waarde("RustUitleg").toString()));
 }
 
 bool Klant::isEr() const {

@@ -143,7 +143,7 @@ Menu::Menu(BusAansluiting& bus, const QString& pad) : bus_(bus), pad_(pad) {
                                  {voluit("TextDirection"), QStringLiteral("ltr")},
                                  {voluit("Status"), QStringLiteral("normal")},
                                  {voluit("IconThemePath"), QStringList()}},
-               // A panel asks for layouts often, and reports where the mouse is.
+               // A panel asks for layouts often, and reports every movement of the mouse.
                .prijzen = {{voluit("GetLayout"), 0.1},
                            {voluit("GetGroupProperties"), 0.1},
                            {voluit("GetProperty"), 0.1},

@@ -72,6 +72,17 @@ QString zetMuziek(BureauOpdracht& opdracht, const QString& waarde) {
     return mis;
 }
 
+QString zetRust(BureauOpdracht& opdracht, const QString& waarde) {
+    const int hoog = BureauInstellingen::kLangsteRust;
+    const auto minuten = leesHeelGetal(waarde, 0, hoog);
+    if (!minuten)
+        return QStringLiteral("--rust wil hele minuten van 0 (nooit) tot en met %1, niet '%2'")
+            .arg(hoog)
+            .arg(waarde);
+    opdracht.verzoeken.push_back({QStringLiteral("ZetRust"), {*minuten}});
+    return {};
+}
+
 QString zetAutostart(BureauOpdracht& opdracht, const QString& waarde) {
     return leesAanUit(opdracht.autostart.emplace(), waarde, QLatin1String("autostart"));
 }
@@ -107,6 +118,7 @@ const std::vector<Optie>& opties() {
         metGetal(QLatin1String("snelheid"), QStringLiteral("ZetSnelheid"),
                  BureauInstellingen::kLangzaamst, BureauInstellingen::kSnelst),
         {QLatin1String("muziek"), Waarde::Nodig, {}, zetMuziek},
+        {QLatin1String("rust"), Waarde::Nodig, {}, zetRust},
         {QLatin1String("autostart"), Waarde::Nodig, {}, zetAutostart},
         {QLatin1String("venstersysteem"), Waarde::Nodig, {}, zetVenstersysteem},
     };
@@ -158,6 +170,8 @@ Instellingen, die bewaard blijven:
   --dichtheid=GETAL      van de regen, van 0 tot en met 1 (0,7)
   --snelheid=GETAL       van de regen, van 0,2 tot en met 4 (1)
   --muziek=aan|uit       of het zwarte scherm de muziek volgt (uit)
+  --rust=MINUTEN         toont na die tijd zonder toets of muis wat de
+                         schermbeveiliging toont, als zwart scherm (0: nooit)
   --autostart=aan|uit    of het bij het aanmelden vanzelf start (uit)
 
 Verder:

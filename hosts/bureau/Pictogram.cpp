@@ -92,7 +92,7 @@ QVariantMap eigenschappen() {
             {voluit("WindowId"), 0},
             {voluit("IconName"), QStringLiteral("")},
             {voluit("IconPixmap"), QVariant::fromValue(beelden)},
-            // A click is Activate; the other button has the menu.
+            // A click calls Activate; the other button opens the menu.
             {voluit("ItemIsMenu"), false},
             {voluit("ToolTip"), QVariant::fromValue(BusHulp())},
             {voluit("Menu"), QVariant::fromValue(QDBusObjectPath(kMenuPad))}};
@@ -160,7 +160,7 @@ void Pictogram::volg(const BureauStand& stand) {
     if (hulp == hulp_) return;
     hulp_ = hulp;
     bus_.zetEigenschappen(kPad, {{voluit("ToolTip"), QVariant::fromValue(hulp)}});
-    // Trays follow this one.
+    // Trays listen to this signal, not to changed properties.
     bus_.zend(kPad, kInterface, QStringLiteral("NewToolTip"), {});
 }
 

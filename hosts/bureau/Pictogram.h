@@ -34,27 +34,27 @@ struct BusHulp {
 QDBusArgument& operator<<(QDBusArgument& uit, const BusHulp& hulp);
 const QDBusArgument& operator>>(const QDBusArgument& in, BusHulp& hulp);
 
-// How things stand, in lines.
+// The state as lines for the tooltip.
 [[nodiscard]] QString hulpTekstVan(const BureauStand& stand);
 
-// The icon in the desktop's tray, with a menu of what the owner can do: an
-// org.kde.StatusNotifierItem, announced to whatever tray there is now or comes
-// later. All of it lives on the connection that is there anyhow; where nobody shows
-// it, it costs nothing. Main thread; bureau and bus must outlive it.
+// The icon in the desktop's tray, with a menu of the owner's actions: an
+// org.kde.StatusNotifierItem, announced to every present and later tray. The icon uses the
+// owner's connection, and costs nothing where no tray shows it. Main thread; bureau and bus
+// must outlive it.
 class Pictogram {
   public:
     Pictogram(Bureau& bureau, BusAansluiting& bus, BureauDaden daden);
     Pictogram(const Pictogram&) = delete;
     Pictogram& operator=(const Pictogram&) = delete;
 
-    // Registers with the trays. To be called once the objects can be called.
+    // Registers with the trays. To be called after BusAansluiting::neemNaam().
     void meldAan();
 
   private:
     void volg(const BureauStand& stand);
     [[nodiscard]] std::vector<MenuRegel> regels(const BureauStand& stand);
     [[nodiscard]] MenuRegel zwart(const BureauStand& stand);
-    // A menu of the values of one choice, each by its text, the present value marked.
+    // A menu with the values of one choice, by their texts; the present value is marked.
     struct Stappen {
         QString naam;
         double BureauKeuzes::*keuze;
@@ -63,7 +63,7 @@ class Pictogram {
     };
     [[nodiscard]] MenuRegel keuze(const BureauStand& stand, Stappen stappen);
     [[nodiscard]] MenuRegel scene(const BureauStand& stand, ZwartSoort soort);
-    // Where nothing opens, says why: in the menu from then on, and as a notification.
+    // Opens the panel. A failure's reason shows in the menu, and as a notification.
     void toonPaneel();
 
     Bureau& bureau_;
@@ -71,7 +71,7 @@ class Pictogram {
     const BureauDaden daden_;
     Menu menu_;
     BusHulp hulp_;
-    QString paneelMis_;  // why the panel did not open; empty if it did
+    QString paneelMis_;  // the reason why the panel did not open; empty if it did
     QDBusServiceWatcher trays_;
     Abonnement stand_;
 };

@@ -18,10 +18,13 @@
 #include "hosts/bureau/Opdracht.h"
 #include "hosts/bureau/PaneelModule.h"
 #include "hosts/bureau/Pictogram.h"
+#include "hosts/bureau/Rust.h"
 #include "hosts/gedeeld/Melding.h"
 #include "hosts/gedeeld/Signalen.h"
 #include "hosts/gedeeld/Uitvoer.h"
 #include "hosts/gedeeld/Voorraad.h"
+#include "platform/session/SessionLock.h"
+#include "platform/window/DesktopIdle.h"
 #include "platform/window/DesktopWorkspace.h"
 #include "platform/window/systems/WindowSystems.h"
 
@@ -51,7 +54,9 @@ constexpr const char* kGeenScherm = "er is geen scherm om op te tekenen";
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     if (soort != QtFatalMsg) return;
     const bool erIsScherm = platform::DisplayCheck().isReachable();
-    std::_Exit(meldNaam(erIsScherm ? regel : QString::fromUtf8(kGeenScherm)));
+    std::_Exit(meldNaam(erIsScherm
+                            ? QStringLiteral("Qt geeft het op: ") + regel.section(u'\n', 0, 0)
+                            : QString::fromUtf8(kGeenScherm)));
 }
 
 // Sends all requests, and then asks for the state where the command line wants it. Returns
@@ -101,9 +106,12 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
     platform::DistributedNotificationCenter berichten(bus);
     platform::WindowServer server(klok, {.system = platform::openWindowSystem(klok)});
     platform::DesktopWorkspace werkruimte(server, berichten);
+    const platform::SessionLock slot(
+        platform::SessionLock::systemBusAddress(),
+        [&werkruimte](bool dicht) { werkruimte.setLocked(dicht); });
     brixtel::Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval});
-    // A desktop that ends takes the window system along; the program ends without a
-    // word, unless the system has one to say.
+    // The end of a desktop is no error: the program then ends without a message, unless the
+    // window system gives a reason.
     server.onConnectionLost([&bureau, &server] {
         bureau.bewaar();
         const QString reden = server.system().lossReason();
@@ -123,6 +131,15 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
     };
     const brixtel::BureauDaden daden{.stop = stop, .toonPaneel = toonPaneel};
     brixtel::BureauDienst dienst(bureau, aansluiting, daden);
+    const auto maakWacht = [&](const brixtel::RustBronnen::Wens& wens) {
+        return std::make_shared<platform::DesktopIdle>(
+            server,
+            platform::DesktopIdleOptions{
+                .busAddress = bus, .seconds = wens.seconden, .watching = wens.bijBewaking},
+            wens.bijRust);
+    };
+    const brixtel::Rust rust(bureau,
+                             {.werkruimte = werkruimte, .toeval = toeval, .maakWacht = maakWacht});
     brixtel::Pictogram pictogram(bureau, aansluiting, daden);
     aansluiting.onVerloren(stop);
     if (!aansluiting.neemNaam(brixtel::kDienstNaam)) return std::nullopt;
@@ -137,6 +154,8 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
     });
     if (const QString mis = voerUit(dienst, opdracht); !mis.isEmpty()) return meldNaam(mis);
     QCoreApplication::exec();
+    // Qt's end waits for ever where its own hidden window has gone.
+    brixtel::Signalen::haast(brixtel::Signalen::Haast::Rustig);
     return -doorSignaal;
 }
 

@@ -8,8 +8,8 @@ namespace brixtel {
 
 int afstand(const QString& een, const QString& ander) {
     const auto breedte = static_cast<std::size_t>(ander.size()) + 1;
-    // The distances of the first i letters of one to the first j of the other: row i
-    // and the two before it.
+    // Row i holds the distances of the first i letters of one word to the first j letters of
+    // the other. Only the last three rows are kept.
     std::vector<int> voorvorige(breedte), vorige(breedte), rij(breedte);
     for (std::size_t j = 0; j < breedte; ++j)
         vorige[j] = static_cast<int>(j);

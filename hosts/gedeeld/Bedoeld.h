@@ -6,12 +6,12 @@
 
 namespace brixtel {
 
-// How many letters differ between two words: one that is missing, too many or another
-// counts once, and so do two neighbours that changed places.
+// The number of edits between two words. A missing, extra or replaced letter is one edit; so
+// is a swap of two neighbours.
 [[nodiscard]] int afstand(const QString& een, const QString& ander);
 
-// The word of `alle` that was probably meant by `woord`: the nearest, the first of
-// equals; empty where more than a third of the letters would differ.
+// The word of `alle` that `woord` probably means: the nearest one, and the first of equally
+// near ones. Empty where the edits are more than a third of the letters.
 [[nodiscard]] QString bedoeld(const QString& woord, const QStringList& alle);
 
 }  // namespace brixtel

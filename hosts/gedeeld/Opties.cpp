@@ -20,7 +20,7 @@ QString optieNaam(const QString& woord) {
 }
 
 QString onbekend(const QString& woord, const QStringList& namen) {
-    // Without its dashes it may have been meant as one too.
+    // A word without dashes may be a mistyped option too.
     const bool isOptie = woord.size() > 1 && woord.startsWith(u'-');
     const QString dichtbij = bedoeld(isOptie ? optieNaam(woord) : woord, namen);
     const QString vraag =
@@ -34,6 +34,15 @@ std::optional<double> leesGetal(const QString& tekst, double laag, double hoog) 
     bool goed = false;
     const double getal = QString(tekst).replace(u',', u'.').toDouble(&goed);
     if (!goed || !std::isfinite(getal) || getal < laag || getal > hoog) return std::nullopt;
+    return getal;
+}
+
+std::optional<int> leesHeelGetal(const QString& tekst, int laag, int hoog) {
+    static const QRegularExpression cijfers(QStringLiteral("\\A[0-9]+\\z"));
+    bool goed = false;
+    const int getal = tekst.toInt(&goed);
+    if (!goed || !cijfers.match(tekst).hasMatch() || getal < laag || getal > hoog)
+        return std::nullopt;
     return getal;
 }
 

@@ -28,23 +28,25 @@ struct Optie {
     QString vorm;
     // Returns the error; empty on success.
     std::function<QString(Opdracht&, const QString& waarde)> zet;
-    // The calls that it belongs to, as bits of the program's own; 0 for any call.
+    // The calls that the option belongs to, as bits that the program defines; 0 for any call.
     unsigned bij = 0;
 };
 
 // Makes an error of one line from any text.
 [[nodiscard]] Fout foutVan(QLatin1String programma, const QString& wat);
 
-// With a comma or a point.
+// Reads a number with a comma or a point, from `laag` to `hoog`; none for any other text.
 [[nodiscard]] std::optional<double> leesGetal(const QString& tekst, double laag, double hoog);
+
+// Digits alone.
+[[nodiscard]] std::optional<int> leesHeelGetal(const QString& tekst, int laag, int hoog);
 
 // Each function returns the error; empty on success.
 QString zetGetal(std::optional<double>& doel, const QString& waarde, QLatin1String naam,
                  double laag, double hoog);
 QString zetGetal(double& doel, const QString& waarde, QLatin1String naam, double laag, double hoog);
-// One of the names, or "auto", which leaves `doel` empty.
-QString zetNaam(QString& doel, const QString& waarde, QLatin1String naam,
-                const QStringList& namen);
+// Sets `doel` to one of the names; "auto" leaves `doel` empty.
+QString zetNaam(QString& doel, const QString& waarde, QLatin1String naam, const QStringList& namen);
 
 // The name in a word that is an option; empty for another word.
 [[nodiscard]] QString optieNaam(const QString& woord);
@@ -86,8 +88,8 @@ QString neemOptie(const std::vector<Optie<Opdracht>>& opties, const QStringList&
     return onbekend(woord, namen);
 }
 
-// Takes them all, and leaves in `gegeven` which were given; returns what is wrong with
-// the first that is.
+// Reads all options, and stores the given ones in `gegeven`. Returns the first error; empty on
+// success.
 template <typename Opdracht>
 QString neemOpties(const std::vector<Optie<Opdracht>>& opties, const QStringList& woorden,
                    Opdracht& opdracht, std::vector<const Optie<Opdracht>*>& gegeven) {

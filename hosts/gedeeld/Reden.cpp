@@ -30,6 +30,11 @@ QString reden(int nummer) {
             return QStringLiteral("dat is geen gewoon bestand");
         case EFBIG:
             return QStringLiteral("dat is te groot");
+        case EMFILE:
+        case ENFILE:
+            return QStringLiteral("er staan te veel bestanden open");
+        case ENOMEM:
+            return QStringLiteral("er is te weinig geheugen");
         case EIO:
             return QStringLiteral("de schijf hapert");
         case EPIPE:

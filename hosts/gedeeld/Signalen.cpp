@@ -18,14 +18,16 @@ namespace {
 
 constexpr std::array kSignalen{SIGTERM, SIGINT, SIGHUP};
 // A host allows 0.1 s for the end.
-constexpr long kGeduld = 60'000'000;  // nanoseconds, leaving some for the system
+constexpr double kGeduld = 0.06;  // seconds, leaving some for the system
 std::array<int, 2> pijp{-1, -1};
 // The timer is the kernel's, since no thread of this program may get a turn any more.
 std::optional<timer_t> wekker;
 volatile std::sig_atomic_t eerste = 0;
 
-void zetWekker() {
-    const itimerspec over{.it_interval = {}, .it_value = {.tv_sec = 0, .tv_nsec = kGeduld}};
+void zetWekker(double seconden) {
+    const auto heel = static_cast<time_t>(seconden);
+    const auto rest = static_cast<long>((seconden - static_cast<double>(heel)) * 1e9);
+    const itimerspec over{.it_interval = {}, .it_value = {.tv_sec = heel, .tv_nsec = rest}};
     if (wekker) timer_settime(*wekker, 0, &over, nullptr);
 }
 
@@ -37,7 +39,7 @@ void vang(int signaal) {
     [[maybe_unused]] const auto geschreven = write(pijp[1], &nummer, 1);
     if (eerste == 0) {
         eerste = signaal;
-        zetWekker();
+        zetWekker(kGeduld);
     }
     errno = bewaard;
 }
@@ -133,8 +135,9 @@ void Signalen::negeerOpnieuw() {
     signal(SIGUSR1, SIG_IGN);
 }
 
-void Signalen::haast() {
-    if (eerste == 0) zetWekker();
+void Signalen::haast(Haast hoe) {
+    constexpr double kRustig = 1.5;  // seconds
+    if (eerste == 0) zetWekker(hoe == Haast::Rustig ? kRustig : kGeduld);
 }
 
 void Signalen::eindigDoor(int signaal) {

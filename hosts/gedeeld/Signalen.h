@@ -13,7 +13,7 @@ namespace brixtel {
 // shortly after the first signal is ended by that signal.
 //
 // SIGUSR1 asks for a restart. The starting process may have left any of these signals
-// ignored or blocked; this object receives them all the same.
+// ignored or blocked; this object receives them anyway.
 class Signalen {
   public:
     // Calls `einde` with the signal's number. SIGUSR1 calls `opnieuw` if there is one, and
@@ -28,9 +28,10 @@ class Signalen {
     // ended there is nothing to restart.
     static void negeerOpnieuw();
 
-    // Ends the process with exit status 0 if its own end takes longer than the time after a
-    // signal.
-    static void haast();
+    // Ends the process with exit status 0 if its own end takes longer: than the time after a
+    // signal, or than a user would wait.
+    enum class Haast { Gastheer, Rustig };
+    static void haast(Haast hoe);
 
     // Ends the process by this signal, as if it had no handler. A host that sent the signal
     // takes any other end for a crash.

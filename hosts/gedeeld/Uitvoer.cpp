@@ -15,7 +15,10 @@ QString schrijfBestand(const QString& naam, const QByteArray& bytes) {
     const int fout =
         platform::replaceFile(QFile::encodeName(naam).toStdString(),
                               {bytes.constData(), static_cast<std::size_t>(bytes.size())});
-    if (fout == 0) return {};
+    return fout == 0 ? QString() : nietTeSchrijven(naam, fout);
+}
+
+QString nietTeSchrijven(const QString& naam, int fout) {
     return QStringLiteral("'%1' kan niet geschreven worden: %2").arg(naam, reden(fout));
 }
 

@@ -10,6 +10,9 @@ namespace brixtel {
 // empty on success. See platform::replaceFile(). Any thread.
 [[nodiscard]] QString schrijfBestand(const QString& naam, const QByteArray& bytes);
 
+// The text for the user where a file cannot be written, by the error's number. Any thread.
+[[nodiscard]] QString nietTeSchrijven(const QString& naam, int fout);
+
 // Prints the whole `tekst` on the standard output. Returns the error as text for the user;
 // empty on success. Main thread.
 [[nodiscard]] QString drukAf(const QByteArray& tekst);

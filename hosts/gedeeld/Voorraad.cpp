@@ -4,12 +4,13 @@
 #include <fcntl.h>
 #include <pthread.h>
 #include <sys/mman.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdlib>
-#include <cstring>
 #include <exception>
 #include <mutex>
 #include <new>
@@ -60,26 +61,35 @@ bool isErRuimte(std::size_t bytes) {
 
 const char* naam = "brixtel";
 
-void schrijf(std::string_view tekst) {
-    [[maybe_unused]] const auto aantal = write(STDERR_FILENO, tekst.data(), tekst.size());
+iovec stuk(std::string_view tekst) {
+    return {.iov_base = const_cast<char*>(tekst.data()), .iov_len = tekst.size()};
 }
 
-// Ends without memory: the text of the line exists beforehand.
+constexpr std::string_view kGeheugen = "er is te weinig geheugen";
+
+// Ends without memory: the text of the line exists beforehand. Where several threads get
+// here, the first one writes.
+[[noreturn]] void eindigOm(std::string_view waarom) {
+    static std::atomic_flag geschreven;
+    if (geschreven.test_and_set())
+        for (;;)
+            pause();
+    const std::array regel{stuk(naam), stuk(": "), stuk(waarom), stuk("\n")};
+    [[maybe_unused]] const auto aantal = writev(STDERR_FILENO, regel.data(), regel.size());
+    std::_Exit(1);
+}
+
 [[noreturn]] void eindig() {
     std::string_view waarom = "er ging iets mis in het programma";
     try {
         if (const auto nu = std::current_exception()) std::rethrow_exception(nu);
     } catch (const std::bad_alloc&) {
-        waarom = "er is te weinig geheugen";
+        waarom = kGeheugen;
     } catch (const std::system_error&) {
         waarom = "het systeem weigert een draad of een ander middel";
     } catch (...) {
     }
-    schrijf(naam);
-    schrijf(": ");
-    schrijf(waarom);
-    schrijf("\n");
-    std::_Exit(1);
+    eindigOm(waarom);
 }
 
 }  // namespace
@@ -95,6 +105,10 @@ QString tekort(std::size_t ruimte) {
 void eindigMetEenRegel(const char* programma) {
     naam = programma;
     std::set_terminate(eindig);
+}
+
+void eindigZonderGeheugen() {
+    eindigOm(kGeheugen);
 }
 
 }  // namespace brixtel

@@ -21,4 +21,8 @@ inline constexpr std::size_t kRuimteScene = std::size_t{768} << 20;
 // it.
 void eindigMetEenRegel(const char* programma);
 
+// Ends the process with one line that says that there is too little memory, and exit status
+// 1. Allocates nothing; any thread.
+[[noreturn]] void eindigZonderGeheugen();
+
 }  // namespace brixtel

@@ -89,7 +89,7 @@ std::optional<QImage> Beeldmaker::teken() {
     }
     QImage beeld(frame_.grid.size, QImage::Format_ARGB32_Premultiplied);
     if (beeld.isNull()) return std::nullopt;
-    // A view that should show a scene and has none makes no picture.
+    // A view without the scene that it should show makes no picture.
     const bool mist = std::any_of(frame_.passes.begin(), frame_.passes.end(), [](const auto& pas) {
         return pas.scene.isShown && !pas.scene.hasScene;
     });

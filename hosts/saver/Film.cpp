@@ -9,17 +9,17 @@
 #include <cmath>
 #include <cstdio>
 
-#include "BrixtelSaver/SaverKeuze.h"
+#include "hosts/gedeeld/Opsomming.h"
+#include "hosts/gedeeld/Uitvoer.h"
 #include "hosts/saver/Beeldmaker.h"
+#include "hosts/saver/KeuzeWoorden.h"
+#include "platform/files/OutputFile.h"
+#include "platform/files/ScratchFile.h"
+#include "worlds/DrieSoort.h"
 
 namespace brixtel {
 
 namespace {
-
-// The logo's period in seconds: 9 sways, 18 bobs, 4 rounds of the ring. Its first sway
-// begins in the middle.
-constexpr double kLogoPeriode = 72.0;
-constexpr double kLogoOpGang = 8.0;
 
 // The capacity of the pipe, in pictures.
 constexpr qint64 kWachtend = 2;
@@ -29,7 +29,7 @@ struct Vorm {
     QLatin1String woorden;  // ffmpeg's words between the input and the file
 };
 
-// Most players need halved colour in both directions, so both sides are even.
+// Both sides are even, since most players need halved colour in both directions.
 constexpr std::array kVormen{
     Vorm{QLatin1String(".webm"),
          QLatin1String("-vf pad=ceil(iw/2)*2:ceil(ih/2)*2 -c:v libvpx-vp9 -crf 24 -b:v 0 "
@@ -95,9 +95,10 @@ QString schrijf(const Opdracht& opdracht, const FilmLengte& lengte, Beeldmaker& 
 std::optional<FilmLengte> filmLengte(const Opdracht& opdracht) {
     FilmLengte lengte{.begin = opdracht.na, .duur = opdracht.seconden.value_or(0.0)};
     if (opdracht.lus) {
-        if (opdracht.keuze != ruweWaarde(SaverKeuze::logo)) return std::nullopt;
-        lengte.begin = std::max(opdracht.na, kLogoOpGang);
-        lengte.duur = kLogoPeriode;
+        const auto soort = soortUitRuw(opdracht.keuze);
+        if (!soort || start(*soort).lus.duur <= 0.0) return std::nullopt;
+        lengte.begin = std::max(opdracht.na, start(*soort).lus.begin);
+        lengte.duur = start(*soort).lus.duur;
     }
     lengte.beelden =
         std::max(1, static_cast<int>(std::lround(lengte.duur * opdracht.beeldenPerSeconde)));
@@ -122,26 +123,26 @@ QStringList ffmpegWoorden(const QString& naam, const QString& bestand, QSize maa
 QString maakFilm(const Opdracht& opdracht, const ModuleLader& module) {
     const auto lengte = filmLengte(opdracht);
     if (!lengte)
-        return QStringLiteral("%1 is na geen enkele tijd weer hetzelfde; --lus kan alleen met logo")
-            .arg(opdracht.keuze);
+        return QStringLiteral("%1 is na geen enkele tijd weer hetzelfde; --lus kan alleen met %2")
+            .arg(opdracht.keuze, opsomming(keuzesMetLus(), QLatin1String("of")));
     const QString programma = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
     if (programma.isEmpty())
         return QStringLiteral("--film heeft het programma ffmpeg nodig, en dat ontbreekt");
     Beeldmaker maker(opdracht, module);
     if (!maker.mis().isEmpty()) return maker.mis();
 
-    const QString deel = opdracht.film + QStringLiteral(".deel");
+    const std::string naam = QFile::encodeName(opdracht.film).toStdString();
+    const auto geweigerd = [&](int fout) { return nietTeSchrijven(opdracht.film, fout); };
+    if (const int fout = platform::mayReplaceFile(naam); fout != 0) return geweigerd(fout);
+    const platform::ScratchFile klad;
+    if (klad.error() != 0) return geweigerd(klad.error());
     Ffmpeg ffmpeg;
-    if (!ffmpeg.start(programma,
-                      ffmpegWoorden(opdracht.film, deel, maker.maat(), opdracht.beeldenPerSeconde)))
+    if (!ffmpeg.start(programma, ffmpegWoorden(opdracht.film, QString::fromStdString(klad.path()),
+                                               maker.maat(), opdracht.beeldenPerSeconde)))
         return QStringLiteral("ffmpeg wil niet starten");
-    QString mis = schrijf(opdracht, *lengte, maker, ffmpeg);
-    // QFile::rename() never overwrites a file; the system's rename does.
-    if (mis.isEmpty() && std::rename(QFile::encodeName(deel).constData(),
-                                     QFile::encodeName(opdracht.film).constData()) != 0)
-        mis = QStringLiteral("'%1' kan niet geschreven worden").arg(opdracht.film);
-    if (!mis.isEmpty()) QFile::remove(deel);
-    return mis;
+    if (QString mis = schrijf(opdracht, *lengte, maker, ffmpeg); !mis.isEmpty()) return mis;
+    const int fout = klad.copyOver(naam);
+    return fout == 0 ? QString() : geweigerd(fout);
 }
 
 }  // namespace brixtel

@@ -17,7 +17,7 @@ namespace brixtel {
 // it. Turns a key, a click or a real movement of the mouse into one call.
 class HostView : public platform::View {
   public:
-    // The arrangement of the displays, which movements of the mouse are judged by.
+    // The arrangement of the displays: another arrangement starts a movement of the mouse anew.
     using Indeling = std::function<std::vector<platform::Screen>()>;
 
     explicit HostView(std::shared_ptr<platform::ScreenSaverView> saver,
@@ -28,22 +28,23 @@ class HostView : public platform::View {
     // Sets the action for input; it may be called more than once. Without one, input is
     // swallowed.
     void onInvoer(std::function<void()> actie) { onInvoer_ = std::move(actie); }
-    // Sets the action for the key "i", which is then no other input.
+    // Sets the action for the key "i". The key then no longer counts as other input.
     void onInstellingen(std::function<void()> actie) { onInstellingen_ = std::move(actie); }
 
     // The user's commands to a window of its own; no other key or click ends such a window.
     struct EigenVenster {
         std::function<void()> volledig;  // F11, a double click: into full screen, or back
-        std::function<void()> terug;     // Escape: out of full screen, or out altogether
+        std::function<void()> terug;     // Escape: out of full screen, else out of the program
         std::function<void()> sluit;     // Ctrl+Q
     };
-    // The clock tells two clicks from a double one, and must outlive the view.
+    // The clock tells a double click from two clicks, and outlives the view.
     void inEigenVenster(platform::MediaClock& klok, EigenVenster daden);
 
-    // While it is used for something else, movements of the mouse are no input;
-    // afterwards they count from where it then is.
+    // Sets whether movements of the mouse count as input. Counting starts anew from the
+    // mouse's present place.
     void setMuisTelt(bool telt);
 
+    // A host may skip the content behind an opaque view.
     [[nodiscard]] bool isOpaque() const override { return true; }
     [[nodiscard]] bool acceptsFirstResponder() const override { return true; }
     void keyDown(const platform::KeyEvent& event) override;
@@ -54,7 +55,7 @@ class HostView : public platform::View {
 
   private:
     void invoer();
-    // Whether it was one of the window's own.
+    // Handles a key of the user's own window; false for any other key.
     bool eigenToets(const platform::KeyEvent& event);
 
     std::shared_ptr<platform::ScreenSaverView> saver_;

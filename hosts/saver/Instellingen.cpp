@@ -36,8 +36,8 @@ QString toonInstellingen(const Opdracht& opdracht, const ModuleLader& module, in
         blad->showAbove({});
     QCoreApplication::exec();
     blad->onDismissed({});
-    // The program that started this process reads the picked mode here. A sheet that
-    // outlives that program has no reader, and stored the mode all the same.
+    // The program that started this process reads the picked mode here. A sheet that outlives
+    // that program has no reader; the sheet has stored the mode anyway.
     const QByteArray gekozen = view->pickedInSheet().toUtf8();
     if (gekozen.isEmpty()) return {};
     std::signal(SIGPIPE, SIG_IGN);

@@ -24,7 +24,7 @@ bool stuur(int proces, int signaal) {
     return syscall(SYS_pidfd_send_signal, proces, signaal, nullptr, 0) == 0;
 }
 
-// The number of the process that wrote it; 0 for none.
+// The number of the process that wrote the file; 0 for none.
 pid_t nummerIn(int bestand) {
     char tekst[32] = {};
     const ssize_t gelezen = pread(bestand, tekst, sizeof tekst - 1, 0);
@@ -64,9 +64,9 @@ QString LopendeSaver::beeindig(std::chrono::milliseconds geduld) {
     if (!open() || flock(bestand_, LOCK_EX | LOCK_NB) == 0) return {};
     const pid_t wie = nummerIn(bestand_);
     const int proces = wie > 1 ? openProces(wie) : -1;
-    // It may have ended just now.
+    // The saver may have ended meanwhile.
     if (proces < 0) return {};
-    // Its number may be another's by now, unless the lock is still held.
+    // The number may belong to another process if the lock is free.
     const bool isHet = flock(bestand_, LOCK_EX | LOCK_NB) != 0;
     pollfd einde{.fd = proces, .events = POLLIN, .revents = 0};
     const bool weg = !isHet || (stuur(proces, SIGTERM) &&

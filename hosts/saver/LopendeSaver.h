@@ -6,10 +6,10 @@
 
 namespace brixtel {
 
-// The full-screen saver of a display, one at a time: an idle daemon starts it and ends
-// it by another call. Known by a file that it locks in the session's own folder
-// (XDG_RUNTIME_DIR); where there is none, nobody is known. The lock goes with the
-// process, however it ends. Any thread.
+// The running full-screen saver of a display; at most one. An idle daemon starts the saver,
+// and ends it by another call of the program. The saver holds a lock on a file in the
+// session's folder (XDG_RUNTIME_DIR); the lock ends with the process. Without that folder
+// no saver is ever found. Any thread.
 class LopendeSaver {
   public:
     // `map` is the session's folder and `scherm` the display's name.
@@ -18,11 +18,12 @@ class LopendeSaver {
     LopendeSaver(const LopendeSaver&) = delete;
     LopendeSaver& operator=(const LopendeSaver&) = delete;
 
-    // Becomes the display's saver until this is dropped. False where another is.
+    // Makes this process the display's saver, until the object is dropped. False where another
+    // process is the saver.
     [[nodiscard]] bool neem();
 
-    // Ends the one that runs by SIGTERM and waits until it is gone; does nothing where
-    // none runs. Returns what went wrong; empty if nothing did.
+    // Ends the running saver by SIGTERM, and waits at most `geduld` for its end. Does nothing
+    // without a running saver. Returns the error as one line for the user; empty on success.
     [[nodiscard]] QString beeindig(std::chrono::milliseconds geduld);
 
   private:

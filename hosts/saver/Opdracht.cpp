@@ -6,6 +6,7 @@
 
 #include "BrixtelSaver/SaverKeuze.h"
 #include "hosts/gedeeld/Opsomming.h"
+#include "hosts/saver/KeuzeWoorden.h"
 #include "platform/window/systems/WindowSystems.h"
 
 namespace brixtel {
@@ -45,13 +46,6 @@ QString zetMaat(QSize& doel, const QString& waarde, QLatin1String naam) {
     doel = leesMaat(waarde);
     if (doel.isValid()) return {};
     return QStringLiteral("--%1 wil een maat als 1280x720, niet '%2'").arg(naam, waarde);
-}
-
-QStringList keuzeWoorden() {
-    QStringList woorden;
-    for (const SaverKeuze keuze : alleKeuzes)
-        woorden << ruweWaarde(keuze);
-    return woorden;
 }
 
 QString zetKeuze(Opdracht& opdracht, const QString& waarde) {
@@ -118,7 +112,7 @@ QString zetFilm(Opdracht& opdracht, const QString& waarde) {
     return zetTaak(opdracht, Taak::Film, QLatin1String("film"));
 }
 
-// An option without a number shows the rate in the picture.
+// --fps with a number sets a film's rate; without one, it shows the rate in the picture.
 QString zetFps(Opdracht& opdracht, const QString& waarde) {
     if (waarde.isEmpty()) {
         opdracht.fps = true;
@@ -228,7 +222,7 @@ Fout fout(const QString& wat) {
     return foutVan(QLatin1String("brixtel-saver"), wat);
 }
 
-// The call as it is asked for, and its bit.
+// The call as the user writes it, and its bit.
 std::pair<QLatin1String, unsigned> aanroep(Taak taak) {
     switch (taak) {
         case Taak::Plaatje:
@@ -250,7 +244,7 @@ std::pair<QLatin1String, unsigned> aanroep(Taak taak) {
     }
 }
 
-// The calls that an option belongs to, none of which shows anything.
+// The calls of `bij`, as words for the user.
 QString bijWelke(unsigned bij) {
     QStringList namen;
     if ((bij & kPlaatje) != 0) namen << QStringLiteral("--plaatje");
@@ -293,7 +287,7 @@ bool heeft(const Gegeven& gegeven, const char* naam) {
                        [&](const Optie* optie) { return optie->naam == QLatin1String(naam); });
 }
 
-// Checks the options against each other, once all are read. Help and version accept all.
+// Checks the options against one another after all are read. Help and version accept all options.
 QString controleer(const Opdracht& opdracht, const Gegeven& gegeven) {
     if (opdracht.taak == Taak::Hulp || opdracht.taak == Taak::Versie) return {};
     for (const Optie* optie : gegeven)
@@ -306,8 +300,9 @@ QString controleer(const Opdracht& opdracht, const Gegeven& gegeven) {
     if (QString mis = film ? controleerFilm(opdracht) : QString(); !mis.isEmpty()) return mis;
     if (!film && opdracht.beeldenPerSeconde != Opdracht().beeldenPerSeconde)
         return QStringLiteral("--fps met een getal gaat alleen samen met --film");
-    if (!opdracht.lijnen.isEmpty() && opdracht.keuze != ruweWaarde(SaverKeuze::bol))
-        return QStringLiteral("--lijnen gaat alleen samen met --plaatje of --film, en --keuze=bol");
+    if (!opdracht.lijnen.isEmpty() && !keuzesMetLijnen().contains(opdracht.keuze))
+        return QStringLiteral("--lijnen gaat alleen samen met --plaatje of --film, en --keuze=%1")
+            .arg(opsomming(keuzesMetLijnen(), QLatin1String("of")));
     if (opdracht.taak == Taak::Instellingen && opdracht.instellingen.isEmpty() &&
         heeft(gegeven, "schaal"))
         return QStringLiteral(
@@ -324,10 +319,10 @@ std::variant<Opdracht, Fout> leesOpdracht(const QStringList& argumenten,
     QString mis = neemOpties(opties(), argumenten, opdracht, gegeven);
     if (mis.isEmpty()) mis = controleer(opdracht, gegeven);
     if (!mis.isEmpty()) return fout(mis);
-    // Its host knows of its windows; whoever has none is told of one that is not there.
+    // A host knows its own windows, and needs no report of an absent one; a user does.
     if (!hostVenster.isEmpty()) opdracht.vensterGenoemd.clear();
-    // A host that names its window in the environment means the saver to draw
-    // there, unless the command line asks for something else altogether.
+    // A host that names its window in the environment wants the saver to draw there, unless
+    // the command line asks for another task.
     const bool bijGastheer =
         opdracht.taak == Taak::Gastheer || opdracht.taak == Taak::Schermvullend;
     if (bijGastheer && !opdracht.vensterId && !hostVenster.isEmpty()) {
@@ -338,63 +333,6 @@ std::variant<Opdracht, Fout> leesOpdracht(const QStringList& argumenten,
         opdracht.taak = Taak::Gastheer;
     }
     return opdracht;
-}
-
-QString hulpTekst() {
-    return QStringLiteral(R"(brixtel-saver: schermbeveiliging in groen op zwart
-
-Zonder opties schermvullend op elk scherm, tot een toets, een klik of een
-echte beweging van de muis. De toets i toont daar, en in een eigen venster,
-het venster met de instellingen. Opties mogen met één of twee streepjes; een waarde
-volgt na = of als het volgende woord.
-
-Waar:
-  --venster[=BxH]        in een gewoon venster (1280x720)
-  --root                 in het venster van de gastheer, of op de achtergrond
-  --window-id=NUMMER     in het venster met dit nummer (hexadecimaal of decimaal)
-  --plaatje=BESTAND.png  een stilstaand beeld in een bestand; dat kan ook
-                         zonder scherm. Met --keuze, en naar wens:
-      --maat=BxH         in punten (1920x1080); hoogstens 67108864 beeldpunten
-      --schaal=S         beeldpunten per punt (1)
-      --na=SECONDEN      zo lang na het begin (6)
-      --zaad=N           hetzelfde getal geeft hetzelfde beeld
-      --lijnen=BESTAND   de lijnen van de wereldbol, zoals --verbindingen=json
-                         ze afdrukt, in plaats van die van nu
-  --film=BESTAND         een film van de scène, op .webm, .mp4, .gif of .webp; dat
-                         kan ook zonder scherm, en heeft ffmpeg nodig. Met --keuze
-                         en --seconden, en naar wens als --plaatje, en:
-      --fps=N            beelden per seconde (30)
-      --lus              in plaats van --seconden: zo lang dat het eind weer het
-                         begin is; alleen met logo
-
-Wat:
-  --keuze=KEUZE          %1
-  --voorvertoning        in de kwaliteit van een klein voorbeeld
-  --tekenaar=WELKE       gl, cpu of auto (auto)
-  --venstersysteem=WELK  %2 of auto (auto: het eerste
-                         dat er is)
-  --seconden=N           houdt na N seconden vanzelf op
-  --fps                  toont het aantal beelden per seconde
-  --volle-snelheid       ook op de accu alle beelden, en niet de helft
-  --meet                 drukt aan het eind één regel JSON met metingen af
-
-Verder:
-  --instellingen         het venster met de instellingen
-      --boven=NUMMER     bij het venster met dit nummer
-  --instellingen=B.png   er een plaatje van, dat kan ook zonder scherm; met
-                         --schaal=S naar wens
-  --verbindingen[=json]  met welke landen deze machine nu verbonden is
-  --aanmelden            zet Brixtel in de lijst van xscreensaver
-  --afmelden             haalt Brixtel uit die lijst
-  --hervat               laat de schermvullende saver van dit scherm ophouden,
-                         als er een loopt
-  --versie, -V           het versienummer
-  --help, -h             deze tekst
-)")
-        .arg(vouw(opsomming(keuzeWoorden(), QLatin1String("of")) +
-                      QStringLiteral("; alleen voor deze keer, er wordt niets bewaard"),
-                  kHulpKolom),
-             platform::windowSystemNames().join(QStringLiteral(", ")));
 }
 
 }  // namespace brixtel

@@ -35,8 +35,8 @@ struct Opdracht {
 
     QSize venster{1280, 720};                    // points
     std::optional<platform::HostRef> vensterId;  // the host's; none means the whole screen
-    QString vensterGenoemd;                      // as it was typed; empty with a host behind it
-    bool voorvertoning = false;                  // asked for; a small host's window has it anyway
+    QString vensterGenoemd;                      // the typed name; empty when a host starts us
+    bool voorvertoning = false;                  // a host's small window is a preview anyway
     QString keuze;                               // a raw value; empty for the stored one
 
     QString instellingen;  // the file for a picture of the sheet; empty to show it
@@ -45,11 +45,11 @@ struct Opdracht {
     QString plaatje;             // the file
     QString film;                // the file
     int beeldenPerSeconde = 30;  // of a film
-    bool lus = false;            // the film ends as it began
+    bool lus = false;            // the film's end continues into its begin
     QSize maat{1920, 1080};      // points
     double schaal = 1.0;
     double na = 6.0;  // seconds after the start
-    QString lijnen;   // file with the globe's lines; empty is this machine's
+    QString lijnen;   // file with the globe's lines; empty for this machine's connections
     std::optional<std::uint64_t> zaad;
 
     std::optional<double> seconden;

@@ -13,8 +13,8 @@ const QByteArray kKop(
     "# Instellingen van xscreensaver, gemaakt door brixtel-saver --aanmelden\n\n");
 const QByteArray kMerk("# Toegevoegd door brixtel-saver --aanmelden\n");
 const QByteArray kSleutel("programs:\t\\\n");
-// The separator ends the program before ours. The host skips an empty program that it may
-// make.
+// The separator ends the program before ours. The separator may make an empty program, which
+// the host skips.
 const QByteArray kScheiding(" \\n\\\n");
 
 QByteArray onzeRegel(const QByteArray& opdracht) {
@@ -64,7 +64,7 @@ QList<Regel> regels(const QByteArray& tekst) {
     return alle;
 }
 
-// The line's first character that counts; `einde` for a blank line or a comment.
+// The place of the line's first character of meaning; `einde` for a blank line or a comment.
 qsizetype sleutelBegin(const QByteArray& tekst, const Regel& regel) {
     qsizetype plaats = regel.begin;
     while (plaats < regel.einde && isWit(tekst[plaats]))

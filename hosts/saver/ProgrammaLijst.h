@@ -4,9 +4,9 @@
 #include <QByteArray>
 
 // The text of xscreensaver's settings file, ~/.xscreensaver, and our place in its list of
-// programs. The host lists the programs of the value `programs:`, and adds those of its own
-// defaults that the value lacks; the last such value counts. The functions take and return
-// text: the bytes of the file, in any encoding.
+// programs. The host lists the programs of the last value `programs:`, and adds the programs
+// of its own defaults that the value lacks. The functions take and return text: the bytes of
+// the file, in any encoding.
 namespace brixtel::programmalijst {
 
 enum class Staat {
@@ -23,9 +23,9 @@ enum class Staat {
 // Our state in the list that counts.
 [[nodiscard]] Staat staat(const QByteArray& tekst);
 
-// The text with our program as the last one, running `opdracht` as the file spells it. The
-// last place keeps the numbers by which other settings name a program right. The same text
-// if our program is in it already. Every line of the text is kept.
+// The text with our program as the last one, running `opdracht` as the file spells it. Other
+// settings name a program by its number, and the last place changes no number. The same text
+// if it holds our program already. Every line of the text is kept.
 [[nodiscard]] QByteArray metOns(const QByteArray& tekst, const QByteArray& opdracht);
 
 // The text without our program, on or off, at every place. Undoes metOns() exactly.

@@ -5,7 +5,7 @@ namespace brixtel {
 
 namespace {
 constexpr double kStap = 10.0;
-// A scene that has just begun is shown at this age, in seconds, when it is under way.
+// The age, in seconds, at which a scene that has just begun is shown: well under way.
 constexpr double kOpGang = 6.0;
 }  // namespace
 

@@ -41,9 +41,9 @@ Voorstelling::Voorstelling(const Opdracht& opdracht, const ModuleLader& module,
             schermen_ = std::make_unique<platform::ScreenObserver>([this] { volgSchermen(); });
     }
     if (opdracht.taak == Opdracht::Taak::Gastheer) return;
-    // The views stop themselves at this notification; nothing else restarts them.
+    // The views stop themselves at this notification, and only this program restarts them.
     context_.notifications.addObserver(this, kStopt, [this] {
-        opnieuw_ = platform::Timer(server_.clock(), {.interval = 0.0}, [this] { begin(); });
+        herstartKlok_ = platform::Timer(server_.clock(), {.interval = 0.0}, [this] { begin(); });
     });
 }
 
@@ -80,7 +80,7 @@ void Voorstelling::toonInstellingen(const Window& bij) {
 
 void Voorstelling::neemKeuze(const QString& keuze) {
     const QString sleutel = QStringLiteral("keuze");
-    // The user has now changed the choice that was given for this run alone.
+    // The user's pick replaces a choice that the command line gave for this run.
     platform::Preferences::clearArgument(sleutel);
     for (const Doek& doek : doeken_)
         doek.view->saver()->takePick(keuze);
@@ -148,7 +148,7 @@ void Voorstelling::volgSchermen() {
     }
 }
 
-// The program's own name is put behind it.
+// The window's title; the desktop adds the program's name.
 QString Voorstelling::titel() const {
     return naam(SaverInstellingen::keuze());
 }
@@ -180,7 +180,7 @@ void Voorstelling::toonVenster() {
     doeken_.push_back(std::move(doek));
 }
 
-// The window that asks for it is in the midst of its own event.
+// The asking window is handling its own event, so the change waits for a later turn.
 void Voorstelling::straksAls(platform::WindowStyle stijl) {
     platform::runOnMainQueue([zelf = std::weak_ptr<Voorstelling*>(zelf_), stijl] {
         const auto deze = zelf.lock();
@@ -192,7 +192,7 @@ void Voorstelling::straksAls(platform::WindowStyle stijl) {
         const auto scherm = doek.venster->screen();
         if (naarVol && !scherm) return;
         if (naarVol) v.eigenFrame_ = doek.venster->frame();
-        // The old one goes when the new one is there: nothing below is seen between.
+        // The old window goes after the new one is shown, so that the desktop is never seen.
         const auto oud = std::move(doek.venster);
         oud->setContentView(std::make_shared<platform::View>(doek.view->bounds()));
         v.maakVenster(doek, stijl, naarVol ? scherm->frame : v.eigenFrame_);

@@ -16,9 +16,9 @@
 namespace brixtel {
 
 // The running saver: its windows, each with a started view of the module's. The command
-// determines the windows. Views in the program's own windows start again once a lock of the
-// desktop has gone; the host starts those in its window. Dropping the object stops the
-// views and takes the windows down, in that order. Main thread.
+// determines the windows. Views in the program's own windows start again when a lock of the
+// desktop ends; a host itself restarts the saver in its window. Dropping the object stops the
+// views and then takes the windows down. Main thread.
 class Voorstelling {
   public:
     // `bus` is the session bus's address, for the sheet.
@@ -29,14 +29,14 @@ class Voorstelling {
     Voorstelling(const Voorstelling&) = delete;
     Voorstelling& operator=(const Voorstelling&) = delete;
 
-    // Sets the action for the saver's own end: input that ends it, a host's window that has
-    // gone, or a window closed by the user. May be called more than once.
+    // Sets the action for the saver's own end: input, the end of a host's window, or a window
+    // that the user closes. The action may be called more than once.
     void onEinde(std::function<void()> actie) { onEinde_ = std::move(actie); }
 
-    // Stops and starts every view, with the choice as stored now.
+    // Stops every view and starts it with the choice that is stored now.
     void begin();
 
-    // Whether the host's window was not there when it was to be drawn in.
+    // Whether the host's window did not exist at the start.
     [[nodiscard]] bool zonderVenster() const { return zonderVenster_; }
 
     // The statistics of the first window, the main screen's.
@@ -68,12 +68,12 @@ class Voorstelling {
     const platform::ScreenSaverContext context_;
     std::function<void()> onEinde_;
     bool zonderVenster_ = false;
-    bool volledig_ = false;  // the window of its own fills the screen
-    QRectF eigenFrame_;      // that it goes back to
+    bool volledig_ = false;  // the program's own window fills the screen
+    QRectF eigenFrame_;      // the own window's frame outside full screen
     std::shared_ptr<Voorstelling*> zelf_ = std::make_shared<Voorstelling*>(this);
     std::vector<Doek> doeken_;
     InstellingenProces instellingen_;
-    platform::Timer opnieuw_;
+    platform::Timer herstartKlok_;
     std::unique_ptr<platform::ScreenObserver> schermen_;
 };
 

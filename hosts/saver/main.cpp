@@ -25,7 +25,9 @@
 #include "hosts/saver/Voorstelling.h"
 #include "platform/session/PowerSupply.h"
 #include "platform/session/Preferences.h"
+#include "platform/session/SessionLock.h"
 #include "platform/time/ProcessUsage.h"
+#include "platform/window/DesktopWorkspace.h"
 #include "platform/window/systems/WindowSystems.h"
 
 namespace {
@@ -42,12 +44,16 @@ int meldNaam(const QString& wat, int uitgang) {
 constexpr const char* kGeenScherm =
     "er is geen scherm om op te tekenen; met --plaatje kan het zonder";
 
+// Whether what is asked for needs no display.
+bool zonderScherm = false;
+
 // Qt's messages are for developers, and a host would show them to people. A fatal one would
-// dump core, as when the X server goes away while Qt starts.
+// dump core, as when the display goes away while Qt starts.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     if (soort != QtFatalMsg) return;
-    const bool erIsScherm = platform::DisplayCheck().isReachable();
-    std::_Exit(meldNaam(erIsScherm ? regel : QString::fromUtf8(kGeenScherm), kFout));
+    if (!zonderScherm && !platform::DisplayCheck().isReachable())
+        std::_Exit(meldNaam(QString::fromUtf8(kGeenScherm), kFout));
+    std::_Exit(meldNaam(QStringLiteral("Qt geeft het op: ") + regel.section(u'\n', 0, 0), kFout));
 }
 
 bool isPlaatje(const Opdracht& opdracht) {
@@ -57,7 +63,7 @@ bool isPlaatje(const Opdracht& opdracht) {
 
 void kiesPlatform(const Opdracht& opdracht) {
     using platform::QtScreens;
-    const bool plaatje = isPlaatje(opdracht);
+    const bool plaatje = zonderScherm = isPlaatje(opdracht);
     const bool blad = opdracht.taak == Opdracht::Taak::Instellingen;
     platform::chooseQtScreens(plaatje ? QtScreens::None
                               : blad  ? QtScreens::Session
@@ -94,7 +100,7 @@ int hervat() {
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
-// The address space that what is asked for takes.
+// The address space that the command needs.
 std::size_t ruimteVoor(const Opdracht& opdracht) {
     const QString regen = ruweWaarde(brixtel::SaverKeuze::regen);
     const QString keuze =
@@ -108,7 +114,7 @@ int plaatje(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
-// A desktop that ends takes the saver along quietly.
+// The exit status after the loss of the window system. The end of a desktop is no error.
 int uitgangNaVerlies(const platform::WindowServer& server) {
     const QString reden = server.system().lossReason();
     if (reden.isEmpty()) return 0;
@@ -138,6 +144,15 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
     if (!server.isConnected()) return -meldNaam(QString::fromUtf8(kGeenScherm), kFout);
     server.onConnectionLost([&server] { std::_Exit(uitgangNaVerlies(server)); });
 
+    // A host keeps its windows under its own lock.
+    std::optional<platform::DesktopWorkspace> werkruimte;
+    std::optional<platform::SessionLock> slot;
+    if (opdracht.taak == Opdracht::Taak::Schermvullend) {
+        werkruimte.emplace(server, berichten);
+        slot.emplace(platform::SessionLock::systemBusAddress(),
+                     [&werkruimte](bool dicht) { werkruimte->setLocked(dicht); });
+    }
+
     int doorSignaal = 0;
     std::optional<brixtel::Voorstelling> voorstelling;
     const brixtel::Signalen signalen(
@@ -158,7 +173,7 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
         if (!opdracht.vensterGenoemd.isEmpty() && voorstelling->zonderVenster())
             std::_Exit(meldNaam(
                 QStringLiteral("er is geen venster %1").arg(opdracht.vensterGenoemd), kFout));
-        if (bijGastheer) brixtel::Signalen::haast();
+        if (bijGastheer) brixtel::Signalen::haast(brixtel::Signalen::Haast::Gastheer);
         QCoreApplication::quit();
     });
 
@@ -180,6 +195,8 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
         const QString mis = brixtel::drukAf(meting->regel(keuze));
         if (!mis.isEmpty()) return -meldNaam(mis, kFout);
     }
+    // Qt's end waits for ever where its own hidden window has gone.
+    if (!bijGastheer) brixtel::Signalen::haast(brixtel::Signalen::Haast::Rustig);
     return doorSignaal;
 }
 
@@ -194,7 +211,7 @@ QString neemBus(const Opdracht& opdracht) {
     return adres;
 }
 
-// None where the sheet's module is missing.
+// Makes the application object; null where the sheet's module is missing.
 std::unique_ptr<QCoreApplication> maakToepassing(int& argc, char** argv, const Opdracht& opdracht) {
     if (opdracht.taak != Opdracht::Taak::Instellingen)
         return std::make_unique<QGuiApplication>(argc, argv);

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// A file descriptor and complete writes to it; private to platform/files.
+// A file descriptor and complete writes to it. Any thread, one at a time.
 #pragma once
 
 #include <string_view>
 
 namespace platform {
 
-// Closes the descriptor when dropped.
+// Owns a descriptor, and closes it when dropped.
 class Descriptor {
   public:
     explicit Descriptor(int number) : number_(number) {}

@@ -92,9 +92,16 @@ int fill(Descriptor& file, const Place& place, std::string_view bytes) {
     return file.close();
 }
 
+int access(const std::string& path, int how) {
+    return faccessat(AT_FDCWD, path.c_str(), how, AT_EACCESS) == 0 ? 0 : errno;
+}
+
+bool isSpecial(const Place& place) {
+    return place.exists && !S_ISREG(place.about.st_mode);
+}
+
 int replace(const Place& place, std::string_view bytes) {
-    if (place.exists && faccessat(AT_FDCWD, place.path.c_str(), W_OK, AT_EACCESS) != 0)
-        return errno;
+    if (const int error = place.exists ? access(place.path, W_OK) : 0; error != 0) return error;
     std::string name;
     Descriptor file(makeBeside(place.path, name));
     if (!file.isOpen()) return errno;
@@ -109,8 +116,14 @@ int replace(const Place& place, std::string_view bytes) {
 int replaceFile(const std::string& path, std::string_view bytes) {
     Place place{.path = path};
     if (const int error = find(place); error != 0) return error;
-    const bool special = place.exists && !S_ISREG(place.about.st_mode);
-    return special ? writeInto(place, bytes) : replace(place, bytes);
+    return isSpecial(place) ? writeInto(place, bytes) : replace(place, bytes);
+}
+
+int mayReplaceFile(const std::string& path) {
+    Place place{.path = path};
+    if (const int error = find(place); error != 0) return error;
+    if (const int error = place.exists ? access(place.path, W_OK) : 0; error != 0) return error;
+    return isSpecial(place) ? 0 : access(folderOf(place.path), W_OK | X_OK);
 }
 
 }  // namespace platform

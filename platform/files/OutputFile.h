@@ -16,4 +16,8 @@ namespace platform {
 // gives ENXIO. The bytes stay the caller's, who owns them. Any thread; waits for the disk.
 [[nodiscard]] int replaceFile(const std::string& path, std::string_view bytes);
 
+// Whether replaceFile() would be allowed to write there, as far as modes and links tell: 0, or
+// the error's number. Writes nothing. Any thread.
+[[nodiscard]] int mayReplaceFile(const std::string& path);
+
 }  // namespace platform

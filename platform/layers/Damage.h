@@ -9,9 +9,9 @@
 
 namespace platform {
 
-// Writes into `rects` (emptied first) the pixels that may differ between two
-// lists: each changed item's old and new place. Rectangles lie within the
-// picture and may overlap. Empty means that both lists look exactly the same.
+// Replaces the contents of `rects` by the pixels that may differ between two
+// lists: each changed item's old and new place. The rectangles lie within the picture, and may
+// overlap. No rectangle means that both lists look the same.
 // Lists of different structure differ everywhere. The caller owns all
 // arguments; nothing is allocated once `rects` has grown. Any thread.
 void findDamage(const DisplayList& before, const DisplayList& after, const PixelGrid& grid,

@@ -17,8 +17,8 @@ struct DisplayItem {
     enum class Kind : std::uint8_t { Colour, Image, Gradient };
 
     Kind kind = Kind::Colour;
-    // The layer's number and which part of the layer; rises along the list. Two
-    // lists of the same structure give the same thing the same order.
+    // The number of the layer and of its part; rises along the list. Two lists of the same
+    // structure give the same part the same number.
     std::uint32_t order = 0;
     QRectF rect;  // the item's place: points of the window, y up
     QRectF clip;  // nothing shows outside it

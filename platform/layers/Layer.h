@@ -41,7 +41,7 @@ class Layer {
     [[nodiscard]] QPointF position() const { return position_; }
     void setPosition(QPointF position);
 
-    // Look. Opacity in [0, 1] multiplies everything below as well.
+    // Look. Opacity in [0, 1] multiplies the whole subtree.
     [[nodiscard]] double opacity() const { return opacity_; }
     void setOpacity(double opacity);
     [[nodiscard]] const QColor& backgroundColor() const { return background_; }
@@ -55,7 +55,7 @@ class Layer {
     [[nodiscard]] bool masksToBounds() const { return masksToBounds_; }
     void setMasksToBounds(bool masks);
 
-    // Tree. Adding takes a layer out of where it was; a cycle is a programming
+    // Tree. Adding a layer removes it from its former superlayer. A cycle is a programming
     // error.
     [[nodiscard]] const std::vector<std::shared_ptr<Layer>>& sublayers() const {
         return sublayers_;

@@ -140,7 +140,7 @@ void ToolStop::request() const {
 
 namespace {
 
-// How the process ended that has this exit status.
+// The end of a process with this wait status.
 ToolEnd endOf(int status, const ToolText& text) {
     if (WIFEXITED(status) && WEXITSTATUS(status) == kNotStarted && text.text().empty())
         return ToolEnd::notStarted;

@@ -17,10 +17,10 @@ struct ToolCall {
     std::string program;  // a path; no search is done
     std::vector<std::string> arguments;
     std::size_t mostBytes = SIZE_MAX;  // of its output
-    double mostSeconds = 0.0;          // until its end; 0 is for ever
+    double mostSeconds = 0.0;          // until its end; 0: no limit
 };
 
-// How a run of a tool came to its end.
+// The end of a run of a tool. A value.
 enum class ToolEnd {
     done,        // with exit status 0 or 1
     failed,      // with another status, or by a signal
@@ -50,8 +50,8 @@ class ToolText {
     std::size_t capacity_ = 0;
 };
 
-// A request, from any thread and for good, to give up: ends the tool that runs under it
-// and every later one. The caller owns the request; it must outlive those runs.
+// A request to give up, which cannot be taken back: ends the tool that runs under it, and
+// every later one. Any thread. The caller owns the request, which outlives the runs.
 class ToolStop {
   public:
     ToolStop();

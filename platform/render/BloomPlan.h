@@ -37,8 +37,8 @@ struct BloomRequest {
     QSize size;          // of the scene's image
     double sigma = 1.0;  // in pixels of the scene's image
     bool fine = true;    // true: on a larger image, stretched by cubic splines
-    // true: on the smallest image that will do, of two to sixteen pixels each,
-    // stretched by cubic splines; `fine` then makes no difference.
+    // true: on the smallest image that suffices, with pixels of two to sixteen scene pixels a
+    // side, stretched by cubic splines; `fine` then makes no difference.
     bool spline = false;
 };
 [[nodiscard]] BloomPlan planBloom(const BloomRequest& request);

@@ -7,10 +7,10 @@ namespace platform {
 
 namespace {
 
-// Frames after a change make images and shaders anew, and do not count.
+// The number of frames after a change that do not count: they make images and shaders anew.
 constexpr int kFramesToSettle = 3;
 constexpr int kWindow = 16;  // frames
-// The next rung up costs at most some 1.6 times as much.
+// The share of the budget that leaves room: the next rung up costs some 1.6 times as much at most.
 constexpr double kRoom = 0.6;
 constexpr int kFirstPatience = 4;  // windows
 constexpr int kMostPatience = 256;

@@ -8,8 +8,8 @@ namespace platform {
 // The lens of a node, which looks down its own −z. A value: any thread, like any other value.
 struct Camera {
     double fieldOfView = 60.0;  // vertical, degrees, in a picture at least 4:3 wide
-    // Half the width that the subject takes, at a distance of 1. A square picture, and
-    // one that is higher than wide, shows at least so much; 0: no such wish.
+    // Half the subject's width at a distance of 1. A picture that is square, or higher than
+    // wide, shows at least the subject's width; 0: no subject.
     double subjectWidth = 0.0;
     double zNear = 1.0;
     double zFar = 100.0;
@@ -20,9 +20,9 @@ struct Camera {
     // When false, exposure is linear and clamped at 1. Drawers have only that exposure.
     bool exposureAdaptation = true;
 
-    // The vertical angle in degrees that a picture of this shape shows. A picture
-    // narrower than 4:3 shows the width that 4:3 does, or the subject's where that is
-    // more. aspect = width / height.
+    // The vertical angle in degrees of a picture of this shape. A picture narrower than 4:3
+    // shows the same width as a picture of 4:3, or the subject's width if that is larger.
+    // aspect = width / height.
     [[nodiscard]] double verticalAngle(double aspect) const;
 
     // Projects to clip space, z from −1 at zNear to 1 at zFar. aspect = width / height.

@@ -24,7 +24,7 @@ struct DrawCamera {
     glm::mat4 view{1.0F};        // world to eye
     glm::mat4 projection{1.0F};  // eye to clip, z −1 … 1
     glm::vec3 position{0.0F};    // world
-    float fieldOfView = 60.0F;   // vertical, degrees, as this picture shows it
+    float fieldOfView = 60.0F;   // vertical, degrees, of this picture
     float zNear = 1.0F;
     float zFar = 100.0F;
     bool hdr = false;

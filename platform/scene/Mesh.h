@@ -49,7 +49,7 @@ class Mesh {
     [[nodiscard]] std::uint64_t id() const { return id_; }
     [[nodiscard]] Primitive primitive() const { return data_.primitive; }
 
-    // The number of triangles, lines or points.
+    // The number of triangles, lines or points; for tests and benchmarks.
     [[nodiscard]] std::size_t primitiveCount() const;
 
   private:

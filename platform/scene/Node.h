@@ -104,7 +104,7 @@ class Node {
     // An action run under a key replaces the action under that key.
     void runAction(const Action& action, std::string key = {});
     void removeAction(std::string_view key);
-    // The number of actions that have not ended.
+    // The number of actions that have not ended; with hasAction(), a test's view of them.
     [[nodiscard]] std::size_t actionCount() const { return actions_.size(); }
     [[nodiscard]] bool hasAction(std::string_view key) const;
 

@@ -32,8 +32,8 @@ struct ParticleSettings {
     QColor colour = Qt::white;        // multiplies the image
     glm::dvec4 colourVariation{0.0};  // hue, saturation, brightness, alpha; parts of 1
     BlendMode blendMode = BlendMode::Alpha;
-    // Nearer to the camera than this, in units, a particle fades, and is gone at a quarter of
-    // it: it would else fill the picture in its last frame. 0: it does not fade.
+    // The distance to the camera, in units, below which a particle fades; at a quarter of it
+    // the particle is gone. Without fading, a last frame would be filled. 0: no fading.
     double nearFade = 0.0;
 };
 

@@ -27,8 +27,8 @@ BusName busNameOf(const QString& notification) {
 QString DistributedNotificationCenter::sessionBusAddress() {
     QString named = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
     if (!named.isEmpty()) return named;
-    // The bus library would look here next, and then start a bus of its own,
-    // which would outlive this program.
+    // The bus library looks at the same place next. Where it finds no bus it starts one, which
+    // would outlive this program.
     const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
     if (folder.isEmpty() || !QFileInfo::exists(folder + QStringLiteral("/bus"))) return {};
     return QStringLiteral("unix:path=") + folder + QStringLiteral("/bus");

@@ -17,39 +17,39 @@ class NotificationLink;
 //
 //   dbus-send --session --type=signal / com.apple.screensaver.willstop
 //
-// The desktops' own word for their saver or lock, ActiveChanged of
-// org.freedesktop.ScreenSaver and its kin, counts as
-// "com.apple.screensaver.didstart" (true) or "com.apple.screensaver.willstop"
-// (false) too. They are believed from the owner of that name alone. A start holds
-// while its sender is on the bus: whoever says one and goes has said a stop too.
+// A desktop's own signal for its saver or lock, ActiveChanged of
+// org.freedesktop.ScreenSaver and similar interfaces, counts as
+// "com.apple.screensaver.didstart" (true) or "com.apple.screensaver.willstop" (false). Only
+// the owner of the bus name equal to the interface is believed. A start ends when its sender
+// leaves the bus.
 //
-// The bus is looked up in the background, so that nobody waits for it; without
-// one, notifications stay within the program. Main thread.
+// The centre connects to the bus in the background, so that no caller waits. Without a bus,
+// notifications stay within the program. The program owns the centre. Main thread.
 class DistributedNotificationCenter {
   public:
-    // The address of a bus; empty for none.
+    // `busAddress` is the address of a bus; empty for no bus.
     explicit DistributedNotificationCenter(const QString& busAddress = sessionBusAddress());
     ~DistributedNotificationCenter();
     DistributedNotificationCenter(const DistributedNotificationCenter&) = delete;
     DistributedNotificationCenter& operator=(const DistributedNotificationCenter&) = delete;
 
-    // That of the running session; empty when there is none. Never starts one.
+    // The address of the running session bus; empty when there is none. Never starts a bus.
     [[nodiscard]] static QString sessionBusAddress();
 
-    // Calls the handler for every notification of that name, which is made of at
-    // least three words of letters, digits and underscores, with dots between. Of
-    // those that come within one turn of the event loop it is told once, each name
-    // when it came last.
-    // `observer` is the key to take it away again, for all names.
+    // Calls the handler for every notification of that name. A name has at least three words
+    // of letters, digits and underscores, with dots between. Equal notifications within one
+    // turn of the event loop are delivered once; different ones in the order of their last
+    // arrival. `observer` is the key that removes the handler; it is never
+    // dereferenced.
     void addObserver(const void* observer, const QString& name, std::function<void()> handler);
     void removeObserver(const void* observer);
 
-    // To every observer on the bus, this program's included, in a later turn of
-    // the event loop.
+    // Posts to every observer on the bus, this program's included, in a later turn of the
+    // event loop.
     void post(const QString& name);
 
-    // Calls the action once the bus listens to every observer added so far, or
-    // has turned out to be absent.
+    // Calls the action in a later turn of the event loop, once the bus knows every observer
+    // added so far, or is known to be absent.
     void whenReady(std::function<void()> action);
 
   private:

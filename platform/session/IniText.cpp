@@ -23,8 +23,8 @@ QByteArray keyOf(const QByteArray& line) {
                                                         : line.left(equals).trimmed();
 }
 
-// The character that an escape stands for; a null character for one that has a
-// number or stands for itself.
+// The character that an escape stands for; a null character for an escape with a
+// number, or for a letter that stands for itself.
 char escaped(char letter) {
     switch (letter) {
         case 'a':
@@ -51,7 +51,7 @@ class ValueReader {
   public:
     explicit ValueReader(const QByteArray& raw) : raw_(QString::fromUtf8(raw.trimmed())) {}
 
-    // Nothing for a list.
+    // The value; none for a list.
     std::optional<QString> read() {
         while (at_ < raw_.size()) {
             const QChar c = raw_.at(at_++);
@@ -101,7 +101,7 @@ class ValueReader {
 std::optional<QString> readValue(const QByteArray& raw) {
     const auto value = ValueReader(raw).read();
     if (!value || !value->startsWith(u'@')) return value;
-    // A second @ stands for one that is the string's own.
+    // A string that begins with @ is written with a second @.
     if (value->startsWith(QLatin1String("@@"))) return value->mid(1);
     return std::nullopt;
 }
@@ -148,7 +148,7 @@ std::optional<QString> IniText::value(const QByteArray& key) const {
     return readValue(lines_.at(line).mid(lines_.at(line).indexOf('=') + 1));
 }
 
-// Behind the last line of [General], which is made where there is none.
+// The place after the last line of [General]; adds that section where it is absent.
 qsizetype IniText::placeForNew() {
     const auto section = std::find_if(lines_.begin(), lines_.end(), isOwnSection);
     if (section == lines_.end()) {

@@ -16,8 +16,8 @@ class IniText {
   public:
     explicit IniText(const QByteArray& text);
 
-    // The value of the last line with that key. Only strings are values: a list,
-    // or anything that is written with an @ and a kind, is none.
+    // The value of the last line with that key. Only strings are values: a list is none, nor
+    // is a text written with an @ and a kind.
     [[nodiscard]] std::optional<QString> value(const QByteArray& key) const;
     void setValue(const QByteArray& key, const QString& value);
 

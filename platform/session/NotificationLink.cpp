@@ -9,38 +9,33 @@
 #include <cstdint>
 #include <utility>
 
+#include "platform/session/BusNames.h"
 #include "platform/session/NotificationNames.h"
 
 namespace platform {
 
-namespace {
-const QString kBusName = QStringLiteral("org.freedesktop.DBus");
-const QString kBusPath = QStringLiteral("/org/freedesktop/DBus");
-const QString kOwnerChanged = QStringLiteral("NameOwnerChanged");
-}  // namespace
-
 NotificationReceiver::NotificationReceiver(std::function<void(const QString&)> deliver, Watch watch)
     : deliver_(std::move(deliver)),
       watch_(std::move(watch)),
-      door_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
-      notifier_(door_, QSocketNotifier::Read) {
+      waiting_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
+      notifier_(waiting_, QSocketNotifier::Read) {
     QObject::connect(&notifier_, &QSocketNotifier::activated, this, [this] { deliverAll(); });
 }
 
 NotificationReceiver::~NotificationReceiver() {
     notifier_.setEnabled(false);
-    ::close(door_);
+    ::close(waiting_);
 }
 
 void NotificationReceiver::note(const QString& name) {
-    if (noted_.isEmpty()) eventfd_write(door_, 1);
+    if (noted_.isEmpty()) eventfd_write(waiting_, 1);
     noted_.removeOne(name);
     noted_.append(name);
 }
 
 void NotificationReceiver::deliverAll() {
     eventfd_t rings = 0;
-    eventfd_read(door_, &rings);
+    eventfd_read(waiting_, &rings);
     // Handlers may turn the event loop.
     for (const QString& name : std::exchange(noted_, {}))
         deliver_(name);
@@ -117,13 +112,13 @@ void NotificationLink::subscribe(const QString& name) {
         name == QLatin1String(kSaverWillStop) || name == QLatin1String(kSaverDidStart);
     if (!ofSaver || std::exchange(listensToSavers_, true)) return;
     for (const char* interface : kSaverInterfaces)
-        // From the owner of that name alone.
+        // Only the owner of the interface's bus name is believed.
         connection_->connect(QLatin1String(interface), QString(), QLatin1String(interface),
                              QStringLiteral("ActiveChanged"), &receiver_,
                              SLOT(activeChanged(QDBusMessage)));
 }
 
-// A sender that went before it was watched is asked for.
+// The bus is asked whether the sender left before the watch began.
 void NotificationLink::watch(const QString& sender) {
     if (!connection_) return;
     connection_->connect(kBusName, kBusPath, kBusName, kOwnerChanged, {sender},

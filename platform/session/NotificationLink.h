@@ -15,23 +15,23 @@
 
 namespace platform {
 
-// Turns signals of the bus into names of notifications. What comes in is only
-// noted; once in each turn of the event loop, however many came, what was noted is
-// delivered: each name once, in the order in which they came last. So whoever
-// floods the bus with signals holds up nothing. Main thread.
+// Turns signals of the bus into names of notifications. An arriving signal is only noted.
+// Each turn of the event loop delivers every noted name once, in the order of last arrival.
+// A flood of signals thus delays nothing else. Owned by its link. Main
+// thread.
 class NotificationReceiver : public QObject {
     Q_OBJECT
 
   public:
-    // Called with the bus's own name of a sender, and whether its end is to come to
-    // ownerChanged() from now on.
+    // Starts (true) or stops (false) the calls of ownerChanged() for a sender, given by the
+    // bus's own name for it.
     using Watch = std::function<void(const QString& sender, bool on)>;
 
-    // A saver counts as active while the sender that said so is on the bus.
+    // A saver counts as active while the sender of its start is on the bus.
     explicit NotificationReceiver(std::function<void(const QString&)> deliver, Watch watch = {});
     ~NotificationReceiver() override;
 
-    // More senders than this are not believed.
+    // The most senders that are believed at once.
     static constexpr qsizetype kMostSavers = 8;
 
     void note(const QString& name);
@@ -42,21 +42,21 @@ class NotificationReceiver : public QObject {
   private:
     void deliverAll();
     void begins(const QString& sender);
-    // Whether it was active.
+    // Returns whether the sender was active.
     bool ends(const QString& sender);
 
     const std::function<void(const QString&)> deliver_;
     const Watch watch_;
     QStringList noted_;
-    QStringList active_;  // senders by whose word a saver is active
-    // Readable while there is something to deliver. A posted event would have its
-    // turn before those who wait for anything else.
-    const int door_;
+    QStringList active_;  // senders whose saver is active
+    // Readable while a name waits for delivery. A posted event would be handled before all
+    // sockets and timers.
+    const int waiting_;
     QSocketNotifier notifier_;
 };
 
-// Owns the notification centre's connection to a bus. Anything that could make
-// the caller wait happens on a queue. Main thread.
+// Owns the notification centre's connection to a bus, and the queue that runs every call that
+// may wait. Main thread.
 class NotificationLink {
   public:
     NotificationLink(const QString& busAddress, std::function<void(const QString&)> deliver);
@@ -78,7 +78,7 @@ class NotificationLink {
     const QString connectionName_;
     NotificationReceiver receiver_;
     std::set<QString> names_;
-    // Both of the queue's thread; no connection without a bus.
+    // The next two belong to the queue's thread. Without a bus there is no connection.
     std::optional<QDBusConnection> connection_;
     bool listensToSavers_ = false;
     std::optional<SerialQueue> queue_{"notifications"};

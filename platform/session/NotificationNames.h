@@ -6,24 +6,28 @@
 
 namespace platform {
 
-// A notification's name on the bus. A value: any thread, like any other value.
+// A notification's name on the bus. A plain value; any thread.
 struct BusName {
     QString interface;
     QString member;
-    QString path;  // that this program sends from
+    QString path;  // of this program's own signals
 };
 
-// Stops the program on a name that the bus has no words for.
+// The bus's form of a name. A name without a bus form stops the program.
 [[nodiscard]] BusName busNameOf(const QString& notification);
 
 inline constexpr const char* kSaverDidStart = "com.apple.screensaver.didstart";
 inline constexpr const char* kSaverWillStop = "com.apple.screensaver.willstop";
 
-// The interfaces whose ActiveChanged says that a saver or lock begins or ends.
-// That of KDE is the freedesktop one.
+// The name that the desktops share for a saver or lock, and for those who keep it away.
+inline constexpr const char* kSharedSaver = "org.freedesktop.ScreenSaver";
+
+// The interfaces whose ActiveChanged reports the start or end of a saver or lock.
+// KDE has the freedesktop interface.
 inline constexpr std::array kSaverInterfaces{
-    "org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver", "org.mate.ScreenSaver",
-    "org.cinnamon.ScreenSaver",    "org.xfce.ScreenSaver",
+    kSharedSaver,           "org.gnome.ScreenSaver",
+    "org.mate.ScreenSaver", "org.cinnamon.ScreenSaver",
+    "org.xfce.ScreenSaver",
 };
 
 }  // namespace platform

@@ -29,14 +29,14 @@ bool isOnBattery(const std::filesystem::path& supplies) {
     std::error_code error;
     for (auto at = std::filesystem::directory_iterator(supplies, error);
          !error && at != std::filesystem::directory_iterator(); at.increment(error)) {
-        // A mouse's battery, or its charger, is none of the machine's.
+        // The supply of a device, such as a mouse, does not feed the machine.
         if (word(at->path() / "scope") == "Device") continue;
         const std::string type = word(at->path() / "type");
         if (type == "Battery" || type == "UPS") {
             emptied = emptied || word(at->path() / "status") == "Discharging";
             continue;
         }
-        // 1 for a fixed voltage, 2 for one that was agreed upon.
+        // A connected supply has a fixed voltage (1) or a negotiated one (2).
         const std::string online = word(at->path() / "online");
         if (online == "1" || online == "2") return false;
     }

@@ -11,19 +11,19 @@ namespace platform {
 
 class SerialQueue;
 
-// Where the kernel tells of what the machine is fed with.
+// The kernel's folder of power supplies.
 inline constexpr const char* kPowerSupplies = "/sys/class/power_supply";
 
-// Whether the machine itself runs on a battery at the moment: one that is being
-// emptied, with no other feed connected. False where that cannot be told. May
-// take a while: some machines ask their firmware.
+// Whether the machine itself runs on a battery now: a battery discharges, and no other
+// supply is connected. False where the kernel does not report it. May take a while: some
+// machines ask their firmware. Any thread.
 [[nodiscard]] bool isOnBattery(const std::filesystem::path& supplies = kPowerSupplies);
 
-// Owns a queue that looks at once and then twice a minute. Main thread.
+// Reports changes of the power supply: looks at once and then twice a minute, on its own queue.
 class PowerWatch {
   public:
-    // Calls the action on the main thread each time it changes, mains being what
-    // counts before the first look.
+    // Main thread. Calls the action on the main thread at each change; before the first look
+    // the machine counts as running on mains. The clock outlives the watch.
     PowerWatch(MediaClock& clock, std::function<void(bool onBattery)> action,
                std::filesystem::path supplies = kPowerSupplies);
     ~PowerWatch();

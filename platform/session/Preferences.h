@@ -9,27 +9,27 @@
 namespace platform {
 
 // A module's settings between runs: strings by key, in the INI file
-// `<the user's configuration folder>/<module's name>.conf`. A file that is
-// missing, unreadable or damaged, that is no regular file or larger than
-// kLargest, holds nothing. Where nothing can be written, writing silently does
-// nothing. A file is replaced as a whole or not at all.
-// The stores of one module share what is not written yet. Main thread.
+// `<the user's configuration folder>/<module's name>.conf`. A file that is missing,
+// unreadable or damaged, that is no regular file or larger than kLargest, counts as empty.
+// Writing where nothing can be written does nothing. A file is replaced as a whole or not at
+// all. The stores of one module share the values that are not written yet. The caller owns a
+// store. Main thread.
 class Preferences {
   public:
     static constexpr std::size_t kLargest = std::size_t{1} << 20;  // bytes
 
-    // None where the user has no configuration folder.
+    // Null where the user has no configuration folder.
     [[nodiscard]] static std::unique_ptr<Preferences> forModule(const QString& name);
 
-    // Why the module's file cannot be read, as the error's number; 0 where it can,
-    // or is not there. The file's path is left in `path`.
+    // The number of the error for which the module's file cannot be read; 0 for a readable or
+    // missing file. Stores the file's path in `path`.
     [[nodiscard]] static int problem(const QString& name, QString& path);
 
-    // From now on every store of this process answers `value` for the key,
-    // whatever is in its file, and nothing of it is written: what a command line
-    // asks for one run.
+    // Overrides the key's value in every store of this process, until clearArgument(). The
+    // override is never written. For a command line's option that holds for one
+    // run.
     static void setArgument(const QString& key, const QString& value);
-    // The file's own value counts again.
+    // Ends the override of the key's value.
     static void clearArgument(const QString& key);
 
     Preferences(const Preferences&) = delete;
@@ -37,10 +37,10 @@ class Preferences {
 
     [[nodiscard]] std::optional<QString> string(const QString& key) const;
 
-    // Shows at once in string() of every store of the module, and is in the file
-    // after synchronize() of any.
+    // Sets the value for string() of every store of the module at once; the next synchronize()
+    // of any of them writes it.
     void setString(const QString& key, const QString& value);
-    // Returns 0, or the number of the error for which the file is as it was.
+    // Writes the set values. Returns 0, or the number of the error that left the file unchanged.
     int synchronize();
 
   private:

@@ -24,7 +24,7 @@ const QLatin1String kService("org.freedesktop.portal.Desktop");
 const QLatin1String kPath("/org/freedesktop/portal/desktop");
 const QLatin1String kInterface("org.freedesktop.portal.Settings");
 
-// One desktop's setting, and the value that says so.
+// One desktop's setting, and the value by which it wishes for less movement.
 struct Setting {
     QLatin1String space;
     QLatin1String key;
@@ -33,7 +33,7 @@ struct Setting {
 constexpr std::array<Setting, 3> kSettings{{
     {QLatin1String("org.freedesktop.appearance"), QLatin1String("reduced-motion"), 1},
     {QLatin1String("org.gnome.desktop.interface"), QLatin1String("enable-animations"), 0},
-    // A factor for the length of all animations; it comes as text.
+    // The factor for the length of all animations, as text.
     {QLatin1String("org.kde.kdeglobals.KDE"), QLatin1String("AnimationDurationFactor"), 0},
 }};
 
@@ -58,14 +58,14 @@ class ReducedMotion::Link final : public QObject {
     }
 
     Q_SLOT void changed(const QString& space, const QString& key, const QDBusVariant& value) {
-        // Newer than the answer to what was asked at first, also where it is
-        // delivered before that.
+        // A change is newer than the answer to the first question, even if it is delivered
+        // before that answer.
         heard_.insert(key);
         note(space, key, value.variant());
     }
 
   private:
-    // On the queue: this may take its time.
+    // Runs on the queue, since connecting may take long.
     void connectTo(const QString& address) {
         QDBusConnection connection = QDBusConnection::connectToBus(address, name_);
         if (!connection.isConnected()) return;

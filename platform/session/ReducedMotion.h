@@ -8,10 +8,10 @@
 
 namespace platform {
 
-// The user's wish for less movement on screen, as the desktop's settings have
-// it: those of the settings portal, of GNOME and of KDE. Asked for in the
-// background, so that nobody waits for it; no wish where there is no bus or no
-// portal on it. Owns its connection. Main thread.
+// The user's wish for less movement on screen, from the settings portal: the portal's own
+// setting, GNOME's and KDE's. The portal is asked in the background, so that no caller waits.
+// Without a bus, or without a portal on it, there is no wish. Owns its connection. Main
+// thread.
 class ReducedMotion {
   public:
     // Calls the action each time the wish changes; there is none at first.

@@ -6,11 +6,13 @@
 
 #include <QSocketNotifier>
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <functional>
 #include <limits>
+#include <system_error>
 #include <utility>
 
 #include "platform/time/TimerState.h"
@@ -104,8 +106,12 @@ struct SystemClock::Waker {
     }
 
     struct File {
-        const int number = timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC);
+        // A program without timers would wait for ever.
+        File() {
+            if (number < 0) throw std::system_error(errno, std::generic_category());
+        }
         ~File() { close(number); }
+        const int number = timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC);
     };
     const File file;
     double armed = kNever;

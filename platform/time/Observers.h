@@ -8,11 +8,11 @@
 
 namespace platform {
 
-// Being told of something; dropping it ends that, also from inside the action.
+// A subscription, owned by its holder. Dropping it ends it, also from inside the action.
 using Observation = std::shared_ptr<void>;
 
-// A list of observers, told in the order in which they came. An action may add
-// and drop observers, the list's owner included. Main thread.
+// A list of actions, called in the order of their adding. The holders of the subscriptions
+// own the actions. An action may add and drop observers, and drop the list. Main thread.
 template <typename... Told>
 class Observers {
   public:

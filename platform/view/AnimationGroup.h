@@ -8,12 +8,12 @@ namespace platform {
 
 struct AnimationGroupOptions {
     double duration = 0.25;  // seconds, of each fade
-    // On the main thread, after the last of them; at once when there is none.
+    // Called on the main thread once the group is dropped and its last fade has ended.
     std::function<void()> completion;
 };
 
-// Fades of several windows with one completion: make a group, pass it to
-// Window::fadeTo(), drop it. Running fades share ownership. Main thread.
+// The fades of several windows, with one completion. A caller makes a group, passes it to
+// Window::fadeTo() and drops it. Running fades share the group's token. Main thread.
 class AnimationGroup {
   public:
     explicit AnimationGroup(AnimationGroupOptions options);
@@ -23,8 +23,8 @@ class AnimationGroup {
 
     [[nodiscard]] double duration() const { return duration_; }
 
-    // Held by each fade while it runs; the last one to let it go completes the
-    // group.
+    // The token is held by the group and by each running fade. The end of the last holder
+    // completes the group.
     using Token = std::shared_ptr<void>;
     [[nodiscard]] Token token() const { return token_; }
 

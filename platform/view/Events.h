@@ -7,18 +7,18 @@
 
 namespace platform {
 
-// A key going down, repeats included. A value: any thread, like any other value.
+// A key that goes down, repeats included. A plain value; any thread.
 struct KeyEvent {
     int key = 0;                  // Qt::Key
-    QString text;                 // what it types; empty for a key that types nothing
+    QString text;                 // the typed text; empty for a key that types nothing
     std::uint32_t modifiers = 0;  // Qt::KeyboardModifiers
     bool isRepeat = false;
 };
 
-// The mouse, in points, y up.
+// A press or movement of the mouse, in points, y up. A plain value; any thread.
 struct MouseEvent {
     QPointF location;        // in the window, from its lower left
-    QPointF screenLocation;  // as in Screen::frame
+    QPointF screenLocation;  // in the space of Screen::frame
 };
 
 }  // namespace platform

@@ -29,7 +29,7 @@ void Fade::set(double value) {
     timer_ = Timer();
     from_ = to_ = std::clamp(value, 0.0, 1.0);
     show_(to_);
-    // Last: letting the token go may run an action that comes back here.
+    // The token is dropped last: its end may run an action that calls this fade.
     const AnimationGroup::Token ended = std::move(token_);
 }
 

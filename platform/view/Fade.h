@@ -8,19 +8,19 @@
 
 namespace platform {
 
-// A window's opacity on its way from one value to another, along the standard
-// curve. The window owns its fade. Main thread.
+// Moves a window's opacity from one value to another, along the standard curve. The window
+// owns its fade. Main thread.
 class Fade {
   public:
-    // `show` is given each value that is to be seen.
+    // `show` receives each value that the window is to show. The clock outlives the fade.
     Fade(MediaClock& clock, std::function<void(double)> show);
 
-    // The value at the clock's now.
+    // The value at the clock's present time.
     [[nodiscard]] double value() const;
 
-    // At once, ending a fade that runs.
+    // Sets the value at once, and ends a running fade.
     void set(double value);
-    // The token is held until the value is reached, or another one is asked for.
+    // Starts a fade, and keeps the token until the value is reached or replaced.
     void start(double to, double duration, AnimationGroup::Token token);
 
   private:

@@ -7,8 +7,8 @@ namespace platform {
 
 namespace {
 
-// Whether two frames are made of the same parts, so that part can be compared
-// with part.
+// Whether two frames have the same parts, so that they can be compared part by
+// part.
 bool sameParts(const Frame& before, const Frame& after) {
     if (before.grid != after.grid || before.background != after.background) return false;
     if (before.opacity != after.opacity || before.passes.size() != after.passes.size())
@@ -40,7 +40,7 @@ void findFrameDamage(const Frame& before, const Frame& after, std::vector<QRect>
         findDamage(before.passes[0].layers, after.passes[0].layers, after.grid, rects);
         return;
     }
-    // One for each render thread: kept, so that a steady frame allocates nothing.
+    // Each render thread keeps its own list, so that a steady frame allocates nothing.
     thread_local std::vector<QRect> ofLayers;
     QRect all, scenes;
     for (std::size_t i = firstVisiblePass(after); i < after.passes.size(); ++i) {
@@ -52,7 +52,7 @@ void findFrameDamage(const Frame& before, const Frame& after, std::vector<QRect>
         for (const QRect& part : ofLayers)
             all |= part;
     }
-    // A scene is drawn whole or not at all, and what lies over it with it.
+    // A changed scene is drawn whole, together with the layers over it.
     if (!all.isEmpty()) rects.push_back(all | scenes);
 }
 

@@ -11,8 +11,8 @@
 
 namespace platform {
 
-// One pass of a frame: a scene, and the layers over it. A window's picture is
-// its passes, one over the other; only the first has no scene.
+// One pass of a frame: a scene, and the layers over the scene. The passes of a frame lie one
+// over the other. Only the first pass has no scene.
 struct FramePass {
     SceneFrame scene;
     DisplayList layers;
@@ -29,23 +29,23 @@ struct Frame {
     std::vector<FramePass> passes;
 };
 
-// Where finished frames go.
+// Receives finished frames, on the main thread.
 class FrameSink {
   public:
     virtual ~FrameSink() = default;
 
-    // Takes the frame by swapping it for one whose memory may be used again.
+    // Takes the frame, and leaves another frame in its place, whose memory may be reused.
     virtual void submit(Frame& frame) = 0;
 };
 
-// The pass from which a drawer need begin: what lies below is hidden by a scene
-// that fills the picture.
+// The index of the lowest pass that a drawer must draw: a scene that fills the picture hides
+// the passes below.
 [[nodiscard]] std::size_t firstVisiblePass(const Frame& frame);
 
-// Goes through what a drawer draws of a frame, lowest first: calls
-// `scene(const SceneFrame&)` for each visible scene and then
-// `layers(const DisplayList&, std::optional<Rgba>)` for what lies over it; the
-// background is given where nothing was drawn below.
+// Visits the visible parts of a frame, lowest first: calls `scene(const SceneFrame&)` for a
+// visible scene, and then `layers(const DisplayList&, std::optional<Rgba>)` for the layers
+// over that scene. The layers receive the frame's background where no part was drawn below
+// them.
 template <typename Scene, typename Layers>
 void forEachVisiblePart(const Frame& frame, Scene scene, Layers layers) {
     std::optional<Rgba> background = frame.background;
@@ -60,7 +60,7 @@ void forEachVisiblePart(const Frame& frame, Scene scene, Layers layers) {
     }
 }
 
-// Writes into `rects` (emptied first) which pixels may differ between two frames.
+// Replaces the contents of `rects` by the pixels that may differ between two frames.
 void findFrameDamage(const Frame& before, const Frame& after, std::vector<QRect>& rects);
 
 }  // namespace platform

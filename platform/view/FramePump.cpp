@@ -12,9 +12,9 @@ namespace platform {
 
 namespace {
 constexpr double kNever = std::numeric_limits<double>::infinity();
-// How much of a beat too early is on the beat, for one that is asked for a frame.
+// A frame wanted this share of a beat early counts as on the beat.
 constexpr double kNearBeat = 0.4;
-}
+}  // namespace
 
 FramePump::FramePump(MediaClock& clock, FrameSink& sink, Build build)
     : clock_(clock), sink_(sink), build_(std::move(build)), due_(kNever), last_(-kNever) {
@@ -42,8 +42,8 @@ void FramePump::setVisible(bool visible) {
 void FramePump::setReady(bool ready) {
     if (ready_ == ready) return;
     ready_ = ready;
-    // A taker with a rhythm of its own sets the beat; otherwise every frame would wait
-    // for the pump's next beat and come late for the taker's.
+    // A taker with a rhythm of its own sets the beat. Its frames would otherwise wait for the
+    // pump's next beat and come late.
     const double now = clock_.now();
     if (ready && due_ < now + kNearBeat * interval_) due_ = now;
     timer_.fireNextAt(ready ? due_ : kNever);
@@ -55,7 +55,7 @@ void FramePump::request() {
 }
 
 double FramePump::beatFrom(double time) const {
-    // Without a beat to keep, now is as good as any.
+    // After a pause there is no beat to keep: the frame is built now.
     if (time >= last_ + 2.0 * interval_ && time <= clock_.now()) return clock_.now();
     if (!std::isfinite(last_)) return std::max(time, clock_.now());
     const double beats = std::ceil((time - last_) / interval_);

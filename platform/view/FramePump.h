@@ -8,35 +8,35 @@
 
 namespace platform {
 
-// Decides when a window's frames are built: at the display's rhythm while the
-// picture changes, at the rhythm's next beat after something was changed by
-// hand, not before the next change while it stands still, and never while
-// nobody could see it. Main thread; allocates nothing per frame.
+// Decides when a window's frames are built. While the picture changes: at the display's
+// rhythm. After a change by hand: at the rhythm's next beat. While the picture stands still:
+// at its next planned change. While nobody can see the window: never. Main thread.
+// Allocates nothing per frame.
 class FramePump {
   public:
-    // Fills the frame as it is at the clock's `time` and returns the time from
-    // which it looks different.
+    // Fills the frame for the clock's `time`, and returns the time at which the look changes
+    // next.
     using Build = std::function<double(Frame& frame, double time)>;
 
-    // The sink must outlive the pump. Starts invisible.
+    // The clock and the sink outlive the pump. The pump starts invisible.
     FramePump(MediaClock& clock, FrameSink& sink, Build build);
 
-    // Seconds from frame to frame at most as fast; > 0.
+    // The shortest time between two frames, in seconds; > 0.
     void setInterval(double seconds);
 
     void setVisible(bool visible);
 
-    // Whether whoever shows the frames takes another one; true at first. While
-    // not, frames wait.
+    // Whether the taker of frames accepts another frame; true at first. Frames wait while the
+    // taker does not.
     void setReady(bool ready);
 
-    // Something looks different.
+    // Reports that the picture looks different.
     void request();
 
   private:
     void tick();
     void schedule(double wanted);
-    // The first beat at or after `time` that is not the last frame's.
+    // The first beat at or after `time`, other than the last frame's beat.
     [[nodiscard]] double beatFrom(double time) const;
 
     MediaClock& clock_;
@@ -47,8 +47,8 @@ class FramePump {
     bool ready_ = true;
     bool requested_ = false;
     bool building_ = false;
-    double due_;   // of the timer
-    double last_;  // beat of the last frame
+    double due_;   // the timer's next firing
+    double last_;  // the last frame's beat
     Frame frame_;
     Timer timer_;
 };

@@ -8,14 +8,14 @@
 
 namespace platform {
 
-// A saver module, as its host sees it: a Qt plugin whose metadata names, under
-// "principalClass", the view to make. The host keeps that view. Main thread.
+// A saver module as its host sees it: a Qt plugin. The plugin's metadata names the class of
+// its view under "principalClass". The host owns the views. Main thread.
 class SaverModule {
   public:
     virtual ~SaverModule() = default;
 
-    // A new view of the class of that name; none if the module has no such
-    // class. The context must outlive it.
+    // Makes a view of the named class; null if the module has no such class. The context
+    // outlives the view.
     [[nodiscard]] virtual std::shared_ptr<ScreenSaverView> make(
         const QString& className, const QRectF& frame, bool isPreview,
         const ScreenSaverContext& context) = 0;

@@ -11,8 +11,8 @@
 namespace platform {
 
 namespace {
-// How much of a frame's time a frame may come early, so that a display whose
-// rhythm is nearly the view's own never leaves one out.
+// The share of its interval by which a frame may come early. A display with nearly the
+// view's rhythm then loses no frame.
 constexpr double kEarly = 0.25;
 }  // namespace
 

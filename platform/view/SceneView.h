@@ -12,26 +12,26 @@
 
 namespace platform {
 
-// A view that plays a scene: while it plays, each frame brings the scene to the
-// clock's time and takes out of it what is to be drawn. The scene is shared, and
-// goes on from the time at which it stands; between playing it stands still.
-// Main thread. The clock must outlive the view.
+// A view that plays a scene. Each frame moves the scene to its time and extracts the draw
+// list. The scene is shared with its other holders. The scene stands still while the view
+// does not play, and later goes on from the same time. Main thread. The clock outlives the
+// view.
 class SceneView : public View {
   public:
     SceneView(const QRectF& frame, MediaClock& clock);
 
-    // None shows the background alone.
+    // The played scene. Without a scene the view shows its background alone.
     [[nodiscard]] const std::shared_ptr<Scene>& scene() const { return scene_; }
     void setScene(std::shared_ptr<Scene> scene);
 
     [[nodiscard]] bool isPlaying() const { return playing_; }
     void setPlaying(bool playing);
 
-    // Whether it would begin again at its end; a scene of ours has none.
+    // Whether the scene would start again at its end. A Scene has no end.
     [[nodiscard]] bool loops() const { return loops_; }
     void setLoops(bool loops) { loops_ = loops; }
 
-    // Frames a second at most; 0, the default, is the display's own rhythm.
+    // The most frames a second; 0, the default, means the display's rhythm.
     [[nodiscard]] int preferredFramesPerSecond() const { return framesPerSecond_; }
     void setPreferredFramesPerSecond(int frames);
 
@@ -42,25 +42,25 @@ class SceneView : public View {
     [[nodiscard]] const QColor& backgroundColor() const { return background_; }
     void setBackgroundColor(const QColor& colour);
 
-    // Whether the user may turn the camera; never done here.
+    // Whether the user may turn the camera: never.
     [[nodiscard]] bool allowsCameraControl() const { return false; }
 
     [[nodiscard]] bool isOpaque() const override { return background_.alpha() == 255; }
 
-    // The time at which the scene is to stand now; 0 without one.
+    // The scene's time at the clock's present time, in seconds; 0 without a scene.
     [[nodiscard]] double sceneTime() const;
 
-    // When the view wants its next frame: the next beat of its own rhythm while it
-    // plays, else never. The rhythm keeps its beat however late a frame is, and a
-    // display that is a little faster still shows every beat.
+    // The clock's time at which the view wants its next frame: the next beat of its rhythm
+    // while it plays, else never. A late frame does not shift the rhythm. A slightly faster
+    // display still shows every beat.
     [[nodiscard]] double nextChange() const;
 
-    // Brings the scene to its time and fills the pass with it, `origin` being the
-    // place of the bounds' zero in the window.
+    // Moves the scene to its time and fills the pass. `origin` is the place of the bounds'
+    // zero in the window.
     void fill(SceneFrame& pass, QPointF origin);
 
-    // Called when the window that shows it turns out to have no means to draw
-    // scenes; once, in a turn of the event loop.
+    // Sets the action for a window that cannot draw scenes. The action is called once, in a
+    // turn of the event loop.
     void onFailure(std::function<void()> action) { failed_ = std::move(action); }
     void fail();
 
@@ -70,7 +70,7 @@ class SceneView : public View {
   private:
     void lookChanged();
 
-    // From now on the scene's time counts from this one.
+    // Makes the scene's time count from `sceneTime` at the clock's present time.
     void anchor(double sceneTime);
 
     MediaClock& clock_;
@@ -80,10 +80,10 @@ class SceneView : public View {
     int framesPerSecond_ = 0;
     int sampleCount_ = 1;
     QColor background_ = Qt::white;
-    double anchorClock_;       // at this time of the clock ...
-    double anchorTime_ = 0.0;  // ... the scene stood at this one of its own
+    double anchorClock_;       // the clock's time at the anchor
+    double anchorTime_ = 0.0;  // the scene's time at the anchor
     std::uint64_t picture_ = 0;
-    bool changed_ = true;  // since the last frame, other than by time
+    bool changed_ = true;  // other than by time, since the last frame
     std::function<void()> failed_;
 };
 

@@ -26,7 +26,7 @@ void ScreenSaverView::setAnimationTimeInterval(double seconds) {
 
 void ScreenSaverView::schedule() {
     timer_ = Timer();
-    // Without a way to count on, no steps: an interval of 0 has none.
+    // An interval of 0 means no steps.
     if (!animating_ || interval_ <= 0.0 || !wantsAnimateOneFrame()) return;
     timer_ = Timer(context_.clock, {.interval = interval_, .repeats = true},
                    [this] { animateOneFrame(); });

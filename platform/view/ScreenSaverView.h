@@ -12,16 +12,16 @@
 
 namespace platform {
 
-// The things that a host hands to a saver; they outlive the view.
+// The things that a host lends to a saver. The host owns them; they outlive the view.
 struct ScreenSaverContext {
     MediaClock& clock;
     RandomSource& random;
     DistributedNotificationCenter& notifications;
 };
 
-// The base of a saver's principal view. The host makes one for each screen, and
-// a small one for a preview, puts it in a window and starts and stops it. Main
-// thread.
+// The base of a saver's principal view. The host makes a view for each screen, or a small
+// view for a preview, puts it in a window, starts it and stops it. The host owns the view.
+// Main thread.
 class ScreenSaverView : public View {
   public:
     ScreenSaverView(const QRectF& frame, bool isPreview, const ScreenSaverContext& context);
@@ -37,18 +37,18 @@ class ScreenSaverView : public View {
     [[nodiscard]] double animationTimeInterval() const { return interval_; }
     void setAnimationTimeInterval(double seconds);
 
-    // A step of a saver that moves itself by steps. Called while animating, and
-    // only where wantsAnimateOneFrame() says so: layers and scenes move without.
+    // One step of a saver that moves by steps. Called while the saver animates, if
+    // wantsAnimateOneFrame(). For other saver modules: layers and scenes need no steps.
     virtual void animateOneFrame() {}
     [[nodiscard]] virtual bool wantsAnimateOneFrame() const { return false; }
 
     [[nodiscard]] virtual bool hasConfigureSheet() const { return false; }
-    // None without one.
+    // The sheet; null for a saver without a sheet.
     [[nodiscard]] virtual std::shared_ptr<Sheet> configureSheet() { return nullptr; }
-    // The user's pick in the view's sheet, in the saver's own words; empty until then.
+    // The user's pick in the view's sheet, in the saver's own words; empty before a pick.
     [[nodiscard]] virtual QString pickedInSheet() const { return {}; }
-    // Treats the pick as one of the view's own sheet. For a sheet that another process
-    // showed.
+    // Treats a pick from a sheet in another process like a pick from the view's own
+    // sheet.
     virtual void takePick(const QString&) {}
 
   protected:

@@ -11,7 +11,7 @@ namespace platform {
 
 class Sheet;
 
-// The holder of a sheet, which takes the sheet away again.
+// Holds a shown sheet, and takes the sheet away at the sheet's request. Main thread.
 class SheetParent {
   public:
     virtual void endSheet(Sheet& sheet) = 0;
@@ -20,10 +20,10 @@ class SheetParent {
     ~SheetParent() = default;
 };
 
-// A dialog that belongs to something else, such as a saver's configuration.
-// Main thread. Whoever asked for it keeps it alive while it shows. Closes by
-// itself: through its parent where it has one, and by dismissing itself
-// otherwise.
+// A dialog that belongs to something else, such as a saver's configuration. The caller of
+// showAbove() keeps the sheet alive while the sheet shows. A sheet that the user closes asks
+// its parent to take it away, or dismisses itself without a parent. Main
+// thread.
 class Sheet {
   public:
     Sheet() = default;
@@ -31,19 +31,19 @@ class Sheet {
     Sheet(const Sheet&) = delete;
     Sheet& operator=(const Sheet&) = delete;
 
-    // Shows the sheet and returns at once: above the window, which may be another
-    // program's, or by itself in the middle of the screen for none.
+    // Shows the sheet and returns at once. The sheet lies above the window, of any program;
+    // for an empty reference, in the middle of the screen.
     virtual void showAbove(const WindowRef& above) = 0;
     virtual void dismiss() = 0;
     [[nodiscard]] virtual bool isShown() const = 0;
 
-    // The sheet's look, in the pixels of the screen.
+    // The sheet's present look, in pixels of its screen.
     [[nodiscard]] virtual QImage picture() = 0;
 
     [[nodiscard]] SheetParent* sheetParent() const { return parent_; }
     void setSheetParent(SheetParent* parent) { parent_ = parent; }
 
-    // Called each time the sheet has been dismissed.
+    // Sets the action that is called after each dismissal.
     void onDismissed(std::function<void()> action) { dismissed_ = std::move(action); }
 
   protected:

@@ -14,7 +14,7 @@ namespace platform {
 View::View(const QRectF& frame) : frame_(frame) {}
 
 View::~View() {
-    // Others may hold the layer for longer.
+    // Other holders may keep the layer longer than the view.
     if (layer_) layer_->onChange(nullptr);
     for (const auto& view : subviews_) {
         view->superview_ = nullptr;

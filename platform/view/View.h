@@ -16,7 +16,7 @@ namespace platform {
 
 class FrameBuilder;
 
-// A part of a view in which it is told of a moving mouse.
+// A part of a view that receives movements of the mouse.
 struct TrackingArea {
     enum Options : std::uint32_t {
         MouseMoved = 0x02,
@@ -27,17 +27,17 @@ struct TrackingArea {
     std::uint32_t options = 0;
 };
 
-// One rectangle of a window that shows something and may handle input. Views
-// form a tree: a view holds its subviews, and whoever else keeps a shared_ptr
-// shares it. Main thread.
+// One rectangle of a window, with a picture and perhaps input. Views form a tree: a view
+// shares its subviews with their other holders, and does not own its superview. Main
+// thread.
 //
 // Points, origin at the lower left, y up; a subview lies in its superview's
-// bounds. A view shows what draw() painted, then its layer's tree, then its
-// subviews in order; nothing is clipped but by the window.
+// bounds. A view shows the painting of draw(), then its layer's tree, then its
+// subviews in order. Only the window clips.
 class View {
   public:
-    // The sides that follow a resize of the superview, as bits of a mask; the
-    // lower left margins stay.
+    // The dimensions that follow a resize of the superview, as bits of a mask. The left and
+    // lower margins stay.
     enum Autoresizing : std::uint32_t { WidthSizable = 2, HeightSizable = 16 };
 
     explicit View(const QRectF& frame);
@@ -46,46 +46,46 @@ class View {
     View& operator=(const View&) = delete;
 
     [[nodiscard]] const QRectF& frame() const { return frame_; }
-    // Resizes the layer and the subviews along.
+    // Also resizes the layer and the subviews.
     virtual void setFrame(const QRectF& frame);
     [[nodiscard]] QRectF bounds() const { return {QPointF(0, 0), frame_.size()}; }
 
     [[nodiscard]] std::uint32_t autoresizingMask() const { return autoresizing_; }
     void setAutoresizingMask(std::uint32_t mask) { autoresizing_ = mask; }
 
-    // The backing layer fills the bounds and is there while it is wanted.
+    // The backing layer fills the bounds, and exists while the view wants one.
     void setWantsLayer(bool wants);
     [[nodiscard]] const std::shared_ptr<Layer>& layer() const { return layer_; }
 
-    // Adding takes a view out of where it was; a cycle is a programming error.
+    // Adding a view removes it from its former superview. A cycle is a programming error.
     [[nodiscard]] const std::vector<std::shared_ptr<View>>& subviews() const { return subviews_; }
     void addSubview(std::shared_ptr<View> view);
     void removeFromSuperview();
     [[nodiscard]] View* superview() const { return superview_; }
 
-    // The window that shows it; nullptr outside one.
+    // The window that shows the view; nullptr outside a window.
     [[nodiscard]] Window* window() const { return host_ ? host_->asWindow() : nullptr; }
-
+    // Whether the view covers all that lies below it. For hosts; frames do not depend on it.
     [[nodiscard]] virtual bool isOpaque() const { return false; }
 
-    // Paints the part `dirty` of the bounds, y up. Called before the next frame
-    // after setNeedsDisplay() or a new size, and only for views that were ever
-    // so marked: most show layers alone. The painting is kept.
+    // Paints the part `dirty` of the bounds, y up; the view keeps the painting. Called for the
+    // next frame after setNeedsDisplay(), and after a new size or scale of a view once so
+    // marked. For views that paint: views of layers and scenes are never marked.
     virtual void draw(QPainter& painter, const QRectF& dirty);
     void setNeedsDisplay();
 
-    // Input. Each goes on to the superview unless overridden; a key goes
-    // to the window's first responder, the mouse to the topmost view under it.
+    // Input. A key goes to the window's first responder, a mouse event to the topmost view
+    // under the mouse. An event that a view does not override goes on to its superview.
     [[nodiscard]] virtual bool acceptsFirstResponder() const { return false; }
     virtual void keyDown(const KeyEvent& event);
     virtual void mouseDown(const MouseEvent& event);
     virtual void rightMouseDown(const MouseEvent& event);
-    virtual void otherMouseDown(const MouseEvent& event);  // the middle one and beyond
+    virtual void otherMouseDown(const MouseEvent& event);  // the middle and further buttons
     virtual void mouseMoved(const MouseEvent& event);
 
-    // Where the view is told of a moving mouse also when a view that is not below
-    // it lies under it. updateTrackingAreas() is called when the view comes into
-    // a window or changes size.
+    // The areas in which the view receives movements of the mouse, even where another view
+    // lies above. updateTrackingAreas() is called when the view comes into a window or
+    // changes size.
     [[nodiscard]] const std::vector<std::shared_ptr<TrackingArea>>& trackingAreas() const {
         return trackingAreas_;
     }
@@ -93,13 +93,13 @@ class View {
     void removeTrackingArea(const std::shared_ptr<TrackingArea>& area);
     virtual void updateTrackingAreas();
 
-    // The topmost view of this tree at a point of the superview's bounds;
-    // nullptr beside it.
+    // The topmost view of this tree at a point of the superview's bounds; nullptr outside
+    // this view's frame.
     [[nodiscard]] View* hitTest(QPointF point);
 
   protected:
-    // Adds what the view itself shows, without its subviews. `origin` is the
-    // place of its bounds' zero in the window.
+    // Adds the view's own picture, without its subviews. `origin` is the place of the bounds'
+    // zero in the window.
     virtual void build(FrameBuilder& builder, QPointF origin);
 
     // Asks the window, if any, for a frame.
@@ -109,8 +109,8 @@ class View {
     friend class FrameBuilder;
     friend class Window;
     friend class WindowCore;
-    // Tells those whose tracking area holds the place, but not those up from
-    // `told`.
+    // Tells the views whose tracking area holds the place, except `told` and its
+    // superviews.
     void track(QPointF inSuperview, const View* told, const MouseEvent& event);
     void setHost(ViewHost* host);
     void paint(double scale);

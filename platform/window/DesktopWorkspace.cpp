@@ -26,8 +26,20 @@ DesktopWorkspace::~DesktopWorkspace() {
 }
 
 void DesktopWorkspace::setSaverSaysActive(bool active) {
-    if (std::exchange(saverSaysActive_, active) == active) return;
-    native_.setSaverCovers(active);
+    const bool before = isCovered();
+    saverSaysActive_ = active;
+    covered(before);
+}
+
+void DesktopWorkspace::setLocked(bool locked) {
+    const bool before = isCovered();
+    locked_ = locked;
+    covered(before);
+}
+
+void DesktopWorkspace::covered(bool before) {
+    if (isCovered() == before) return;
+    native_.setSaverCovers(isCovered());
     observers_.tell(Change::Saver);
 }
 
@@ -61,7 +73,7 @@ bool DesktopWorkspace::isComposited() const {
 }
 
 bool DesktopWorkspace::isSaverActive() const {
-    return saverSaysActive_ || native_.isSaverActive();
+    return isCovered() || native_.isSaverActive();
 }
 
 Observation DesktopWorkspace::observe(std::function<void(Change)> action) {

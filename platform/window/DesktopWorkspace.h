@@ -10,7 +10,7 @@ namespace platform {
 class NativeWorkspace;
 
 // The workspace of a running desktop. The window system reports most of it; screen savers
-// report over the session bus. The server and the notifications outlive the workspace; one
+// report over the session bus, and the program hands in what the session knows of a lock. The server and the notifications outlive the workspace; one
 // per server, owned by the program. Main thread.
 class DesktopWorkspace final : public Workspace {
   public:
@@ -27,13 +27,19 @@ class DesktopWorkspace final : public Workspace {
     [[nodiscard]] bool isSaverActive() const override;
     [[nodiscard]] Observation observe(std::function<void(Change)> action) override;
 
+    // The session is locked, whatever a saver says; see SessionLock. Not locked at first.
+    void setLocked(bool locked);
+
   private:
     void setSaverSaysActive(bool active);
+    void covered(bool before);
+    [[nodiscard]] bool isCovered() const { return saverSaysActive_ || locked_; }
 
     WindowServer& server_;
     NativeWorkspace& native_;
     DistributedNotificationCenter& notifications_;
     bool saverSaysActive_ = false;
+    bool locked_ = false;
     Observers<Change> observers_;
     Observation changes_;
 };

@@ -27,7 +27,7 @@ class EglTarget {
 // at the swap. The window's render thread.
 class GlSurface final : public Surface {
   public:
-    // None if there is no OpenGL for this window.
+    // Null if the window has no OpenGL.
     [[nodiscard]] static std::unique_ptr<GlSurface> create(std::unique_ptr<EglTarget> target,
                                                            ResetQuery resetStatus);
     ~GlSurface() override;

@@ -31,6 +31,10 @@ class NativeWindowDelegate {
     // The system accepts the next frame (true), or no frame until it says so (false). True
     // at first. For systems that pace frames themselves.
     virtual void readyForFrame(bool ready) = 0;
+    // A picture was shown at `time`, in the media clock's seconds, on a display whose
+    // pictures are `interval` seconds apart; 0 where the display has no rhythm. Only where
+    // NativeWindow::tellsPresentation().
+    virtual void presented(double /*time*/, double /*interval*/) {}
     // The window lost its picture in `rect`; pixels of the picture, y down.
     virtual void exposed(const QRect& rect) = 0;
     virtual void keyDown(const KeyEvent& event) = 0;
@@ -48,7 +52,7 @@ class NativeWindowDelegate {
 struct NativeWindowOptions {
     WindowOptions window;
     bool takesKeyboard = false;
-    double opacity = 1.0;  // as setOpacity() has it
+    double opacity = 1.0;  // as in setOpacity()
     bool ignoresMouse = false;
     bool cursorHidden = false;
 };
@@ -99,6 +103,9 @@ class NativeWindow {
     // Whether a frame could be seen, as far as the system tells: the window is
     // shown, not minimised and not hidden by others.
     [[nodiscard]] virtual bool isSeen() const = 0;
+
+    // Whether the system reports each picture that was shown.
+    [[nodiscard]] virtual bool tellsPresentation() const { return false; }
 
     // Passes clicks to the windows below.
     virtual void setIgnoresMouse(bool ignores) = 0;

@@ -17,17 +17,17 @@ namespace platform {
 class PicturePainter {
   public:
     struct Options {
-        bool still = false;  // looked at for long: scenes at full quality
+        bool still = false;  // scenes at full quality, however long they take
     };
     explicit PicturePainter(const Options& options) : options_(options) {}
     PicturePainter() : PicturePainter(Options{}) {}
 
-    // Makes the picture show the frame within `damage` (pixels, y down, inside the
-    // picture), and a scene wholly. False if a scene could not be drawn: its place
-    // shows its background. A picture of the same memory and size is taken to hold
-    // what was painted last.
+    // Makes the picture show the frame within `damage` (pixels, y down, inside the picture),
+    // and a scene wholly. False if a scene could not be drawn: its place shows its
+    // background. A picture with the memory and size of the last picture must still hold the
+    // last painting; see forget().
     bool paint(const Frame& frame, std::span<const QRect> damage, const PixelBuffer& picture);
-    // The picture no longer holds what was painted last.
+    // Reports that the picture no longer holds the last painting.
     void forget() { pixels_ = nullptr; }
     // The parts of the picture that the last frame may have changed, at most its damage;
     // valid until the next frame.
@@ -48,7 +48,7 @@ class PicturePainter {
     std::unique_ptr<SceneStage> stage_;  // made for the first scene
     bool failsScenes_ = false;
     bool showsScene_ = false;
-    // Where a scene alone was painted last, and into what.
+    // The last painting's scene, if it had no other part: its place; and the picture's memory.
     QRect sceneAlone_;
     const std::uint32_t* pixels_ = nullptr;
     QSize size_;

@@ -13,8 +13,8 @@
 namespace platform {
 
 // Draws a window's frames on a thread of its own: always the latest frame, and only the
-// parts that differ from the window's picture. Main thread, but for the actions it calls.
-// Allocates nothing per frame once the frames have grown.
+// parts that differ from the window's picture. Owned by the window's drawing. Main thread,
+// except the actions. Allocates nothing per frame once the frames have grown.
 class RenderThread final : public FrameSink {
   public:
     struct Actions {
@@ -23,8 +23,8 @@ class RenderThread final : public FrameSink {
         std::function<std::unique_ptr<Surface>(int ending)> makeSurface;
         // Called on the render thread at most once.
         std::function<void()> firstFrameShown;
-        // Called on the render thread after each frame whose scene could not be drawn. The
-        // window's view may be another one by the time a message arrives.
+        // Called on the render thread after each frame whose scene could not be drawn. A
+        // message to the main thread may arrive after a change of the window's view.
         std::function<void()> scenesFailed;
         // Called on the render thread at most once; nothing is drawn after it.
         std::function<void(Surface::Result)> ended;

@@ -102,7 +102,7 @@ bool SceneStage::draw(const SceneFrame& scene, const PixelGrid& grid) {
 
 void SceneStage::frameTook(double seconds) {
     if (!ladder_) return;
-    // A GPU works on while its commands have long been given; it tells later.
+    // A GPU finishes a frame after its commands are given, and reports the cost later.
     if (software_)
         ladder_->frameCost(seconds);
     else if (const auto gpu = renderer_->gpuSeconds())

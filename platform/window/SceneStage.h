@@ -21,17 +21,17 @@ namespace platform {
 // owned by the surface or painter that draws the frames.
 class SceneStage {
   public:
-    // For pictures in memory, with the processor; a still is at full quality however
+    // For pictures in memory, drawn by the processor. A still has full quality, however
     // long it takes.
     [[nodiscard]] static std::unique_ptr<SceneStage> inMemory(bool still);
-    // In the context that is current, and stays so.
+    // For OpenGL, in the current context, which stays current.
     [[nodiscard]] static std::unique_ptr<SceneStage> onContext(const GlContext& context);
     ~SceneStage();
     SceneStage(const SceneStage&) = delete;
     SceneStage& operator=(const SceneStage&) = delete;
 
-    // Draws the scene where it belongs in the picture. False if it could not be.
-    // `isKept`: the picture still holds the scene as it was drawn last.
+    // Draws the scene at its place in the picture; false if the scene could not be drawn.
+    // `isKept`: the picture still holds the scene's last drawing.
     bool draw(const SceneFrame& scene, const PixelGrid& grid, const PixelBuffer& picture,
               bool isKept);
     // The parts of the picture that the last draw in memory may have changed, in its
@@ -42,8 +42,8 @@ class SceneStage {
     // Reports the seconds it took to draw and show the last frame.
     void frameTook(double seconds);
 
-    // The rung of the quality ladder, as in kQualityRungs. In memory every pixel with
-    // smooth edges is full quality: 0.
+    // The rung of the quality ladder, as in kQualityRungs. In memory every full resolution is
+    // rung 0, since its edges are smooth.
     [[nodiscard]] int rung() const;
     [[nodiscard]] const QString& rendererName() const { return name_; }
 
@@ -52,7 +52,7 @@ class SceneStage {
                const QString& name, bool software, bool still);
     SceneQuality quality(const SceneFrame& scene, QSize size);
 
-    // One of the two.
+    // Exactly one of the two exists.
     const std::unique_ptr<CpuSceneDrawer> memory_;
     const std::unique_ptr<SceneRenderer> renderer_;
     const QString name_;

@@ -2,13 +2,13 @@
 #include "platform/window/SceneWarmUp.h"
 
 #include "platform/render/egl/Egl.h"
-#include "platform/render/egl/RendererProbe.h"
+#include "platform/window/SurfaceFor.h"
 
 namespace platform {
 
-SceneWarmUp::SceneWarmUp()
-    : thread_([this] {
-          if (!probeRenderer({}).software) display_ = EglDisplay::offscreen();
+SceneWarmUp::SceneWarmUp(DrawerChoice drawer)
+    : thread_([this, drawer] {
+          if (leadsToOpenGl(drawer, {})) display_ = EglDisplay::offscreen();
       }) {}
 
 SceneWarmUp::~SceneWarmUp() {

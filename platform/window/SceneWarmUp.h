@@ -4,16 +4,18 @@
 #include <memory>
 #include <thread>
 
+#include "platform/window/Surface.h"
+
 namespace platform {
 
 class EglDisplay;
 
-// Loads OpenGL, where there is a GPU for it, on a thread of its own, beside whatever makes the
-// scene that is about to be shown: the window's render thread then finds it there. To be kept until
-// the scene shows; letting go earlier waits for the loading.
+// Loads OpenGL, where the choice leads to OpenGL, on a thread that it owns, while the caller
+// makes a scene. The window's render thread then finds OpenGL loaded. The caller owns the warm-up
+// and keeps it until the scene shows; the destructor waits for the loading. Main thread.
 class SceneWarmUp {
   public:
-    SceneWarmUp();
+    explicit SceneWarmUp(DrawerChoice drawer);
     ~SceneWarmUp();
     SceneWarmUp(const SceneWarmUp&) = delete;
     SceneWarmUp& operator=(const SceneWarmUp&) = delete;

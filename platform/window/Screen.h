@@ -30,8 +30,8 @@ struct Screen {
     friend bool operator==(const Screen&, const Screen&) = default;
 };
 
-// Where the screens are known from, where that is not Qt: a window system on which
-// Qt has no windows, or has them with other scales. Main thread.
+// The source of the screens where Qt does not know them: a window system on which Qt has no
+// windows, or windows of other scales. Its maker owns it. Main thread.
 class ScreenSource {
   public:
     virtual ~ScreenSource() = default;
@@ -39,11 +39,11 @@ class ScreenSource {
     [[nodiscard]] virtual std::vector<Screen> screens() const = 0;
     [[nodiscard]] virtual Observation observeScreens(std::function<void()> action) = 0;
 
-    // From now on Screen and new observers ask this one, which lasts until another
-    // is used; nullptr: Qt.
+    // Makes Screen and new observers ask this source until the next call; nullptr means Qt.
+    // The source outlives its use.
     static void use(ScreenSource* source);
 };
-// The same without those that show the rectangle of an earlier one, as mirrored displays do.
+// The given screens, without any that has the rectangle of an earlier screen, as a mirror has.
 [[nodiscard]] std::vector<Screen> distinctRectangles(std::vector<Screen> screens);
 
 // Calls an action on the main thread, once for each turn of the event loop in which any

@@ -6,11 +6,15 @@
 
 namespace platform {
 
+bool leadsToOpenGl(DrawerChoice drawer, const std::function<bool()>& sharesGpu) {
+    if (drawer == DrawerChoice::OpenGl) return true;
+    return drawer == DrawerChoice::Auto && !probeRenderer(sharesGpu).software;
+}
+
 std::unique_ptr<Surface> surfaceFor(DrawerChoice drawer, const SurfaceWays& ways) {
-    const bool forced = drawer == DrawerChoice::OpenGl;
-    if (forced || (drawer == DrawerChoice::Auto && !probeRenderer(ways.sharesGpu).software)) {
+    if (leadsToOpenGl(drawer, ways.sharesGpu)) {
         auto surface = ways.openGl();
-        if (surface && (forced || !surface->isSoftware())) return surface;
+        if (surface && (drawer == DrawerChoice::OpenGl || !surface->isSoftware())) return surface;
     }
     return ways.cpu();
 }

@@ -19,6 +19,10 @@ struct SurfaceWays {
     std::function<std::unique_ptr<Surface>()> cpu;
 };
 
+// Whether the choice leads to OpenGL: asked for, or on a GPU. `sharesGpu` as in
+// probeRenderer(). Any thread.
+[[nodiscard]] bool leadsToOpenGl(DrawerChoice drawer, const std::function<bool()>& sharesGpu);
+
 // Makes a window's surface for the choice. This is the one place that chooses: the
 // processor draws where OpenGL was asked for and is absent, and where OpenGL would be
 // software. Null if the window or the system is gone. The window's render thread.

@@ -25,6 +25,14 @@ Window::Window(WindowServer& server, const HostRef& host)
     core_->adopt(host);
 }
 
+Window::Window(WindowServer& server, PicturePlace& place)
+    : server_(server),
+      content_(std::make_shared<View>(QRectF())),
+      core_(std::make_unique<WindowCore>(*this)) {
+    content_->setHost(this);
+    core_->fill(place);
+}
+
 Window::~Window() {
     server_.dropped(*this);
     // Drawing ends before the views go.
@@ -160,7 +168,7 @@ void Window::onClose(std::function<void()> action) {
 WindowStatistics Window::statistics() const {
     const auto& drawing = core_->drawing;
     if (!drawing) return {};
-    return {.frames = drawing->framesDrawn(),
+    return {.frames = drawing->framesShown(),
             .firstFrameTime = drawing->firstFrameTime(),
             .drawer = drawing->drawer(),
             .rung = drawing->rung()};

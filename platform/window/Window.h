@@ -16,6 +16,7 @@
 namespace platform {
 
 class AnimationGroup;
+class PicturePlace;
 class WindowCore;
 
 // A window's cost and shown frames so far; for measuring. A plain value.
@@ -26,15 +27,17 @@ struct WindowStatistics {
     int rung = 0;                          // of the quality ladder; 0 is best
 };
 
-// A window that shows a tree of views: either the program's own, or a host's. In a host's
-// window the program only draws: the window follows the host's size and end, and takes no
-// input, no focus and no grab. Frames are built on the main thread and drawn on a thread of
-// the window's own; there are none while nothing changes or the window cannot be seen.
-// Owned by its maker; keeps its views alive. Main thread.
+// A window that shows a tree of views: the program's own, a host's, or a place in another
+// toolkit's scene. In a host's window and in a place the program only draws: the window
+// follows the host's size and end, and takes no input, no focus and no grab. Frames are built on
+// the main thread and drawn on a thread of the window's own; there are none while nothing changes
+// or the window cannot be seen. Owned by its maker; keeps its views alive. Main thread.
 class Window : public ViewHost {
   public:
     Window(WindowServer& server, const WindowOptions& options);
     Window(WindowServer& server, const HostRef& host);
+    // The place outlives the window.
+    Window(WindowServer& server, PicturePlace& place);
     virtual ~Window();
     Window(const Window&) = delete;
     Window& operator=(const Window&) = delete;

@@ -1,15 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "platform/window/WindowCore.h"
 
+#include <cmath>
 #include <limits>
 #include <utility>
 #include <vector>
 
 #include "platform/view/FrameBuilder.h"
 #include "platform/view/SceneView.h"
+#include "platform/window/PicturePlace.h"
 #include "platform/window/WindowSystem.h"
 
 namespace platform {
+
+namespace {
+
+// A display's interval between two pictures, in seconds: what makes sense, and the part by
+// which two measurements of one interval differ.
+constexpr double kShortest = 1.0e-3, kLongest = 1.0;
+constexpr double kSame = 5.0e-4;
+
+}  // namespace
 
 WindowCore::WindowCore(Window& window)
     : fade(window.server_.clock(), [this](double opacity) { show(opacity); }),
@@ -50,6 +61,12 @@ void WindowCore::adopt(const HostRef& host) {
     draw();
 }
 
+void WindowCore::fill(PicturePlace& place) {
+    native = place.makeWindow(*this);
+    isHosts_ = true;
+    draw();
+}
+
 void WindowCore::draw() {
     if (!native || !native->isDrawable() || !window_.server_.isConnected()) return;
     drawing = std::make_unique<WindowDrawing>(
@@ -68,6 +85,16 @@ void WindowCore::visibilityChanged() {
 
 void WindowCore::readyForFrame(bool ready) {
     if (drawing) drawing->setReady(ready);
+}
+
+void WindowCore::presented(double time, double interval) {
+    if (!drawing) return;
+    drawing->presented(time);
+    const bool makesSense = interval >= kShortest && interval <= kLongest;
+    const double before = seenInterval_.value_or(0.0);
+    if (!makesSense || std::abs(interval - before) <= kSame * before) return;
+    seenInterval_ = interval;
+    setPace();
 }
 
 void WindowCore::exposed(const QRect& rect) {
@@ -104,10 +131,16 @@ double WindowCore::build(Frame& frame, double time) {
 void WindowCore::geometryChanged() {
     fit();
     if (!drawing) return;
-    const std::optional<Screen> on = screen();
-    const double rate = on ? on->refreshRate : Screen().refreshRate;
-    drawing->setFrameInterval(window_.server_.pace() / rate);
+    // The display may be another one, and tells its rhythm with its first picture.
+    seenInterval_.reset();
+    setPace();
     drawing->requestFrame();
+}
+
+void WindowCore::setPace() {
+    const std::optional<Screen> on = screen();
+    const double told = 1.0 / (on ? on->refreshRate : Screen().refreshRate);
+    drawing->setFrameInterval(window_.server_.pace() * seenInterval_.value_or(told));
 }
 
 void WindowCore::fit() {

@@ -18,14 +18,16 @@ class WindowCore final : public NativeWindowDelegate {
     WindowCore(const WindowCore&) = delete;
     WindowCore& operator=(const WindowCore&) = delete;
 
-    // Makes a native window of the program's own, or adopts the host's, and makes the
-    // drawing where the window can be drawn on.
+    // Makes a native window of the program's own, adopts the host's, or fills a place, and
+    // makes the drawing where the window can be drawn on.
     void makeOwn();
     void adopt(const HostRef& host);
+    void fill(PicturePlace& place);
 
     void geometryChanged() override;
     void visibilityChanged() override;
     void readyForFrame(bool ready) override;
+    void presented(double time, double interval) override;
     void exposed(const QRect& rect) override;
     void keyDown(const KeyEvent& event) override;
     void mouse(Mouse what, const MouseEvent& event) override;
@@ -49,6 +51,7 @@ class WindowCore final : public NativeWindowDelegate {
     void draw();
     double build(Frame& frame, double time);
     void fit();
+    void setPace();
     void show(double opacity);
     static void tellOfNoScenes(View& view);
 
@@ -56,6 +59,8 @@ class WindowCore final : public NativeWindowDelegate {
     const bool fades_;  // the window system fades whole windows
     bool isHosts_ = false;
     bool gone_ = false;
+    // Seconds from picture to picture, as the display was seen to show them.
+    std::optional<double> seenInterval_;
     ScreenObserver screens_;
 };
 

@@ -31,7 +31,8 @@ void WindowDrawing::startRenderer(DrawerChoice drawer) {
             .firstFrameShown =
                 [this, tell] {
                     tell([this] {
-                        if (!firstFrameTime_) firstFrameTime_ = server_.clock().now();
+                        const bool counts = !firstFrameTime_ && !native_.tellsPresentation();
+                        if (counts) firstFrameTime_ = server_.clock().now();
                     });
                 },
             .scenesFailed = [this, tell] { tell([this] { actions_.scenesFailed(); }); },
@@ -51,6 +52,11 @@ void WindowDrawing::ended(Surface::Result result) {
         startRenderer(DrawerChoice::Cpu);
         pump_.request();
     }
+}
+
+void WindowDrawing::presented(double time) {
+    ++presented_;
+    if (!firstFrameTime_) firstFrameTime_ = time;
 }
 
 void WindowDrawing::setGone() {

@@ -39,13 +39,16 @@ class WindowDrawing {
     // Called for the native window's event of the same meaning.
     void updateVisibility();
     void setReady(bool ready) { pump_.setReady(ready); }
+    void presented(double time);
     void expose(const QRect& rect) { renderer_->expose(rect); }
     void setGone();
 
     void requestFrame() { pump_.request(); }
 
-    [[nodiscard]] std::uint64_t framesDrawn() const {
-        return framesBefore_ + renderer_->framesDrawn();
+    // The frames that the system reported as shown; the drawn ones where the system reports
+    // none.
+    [[nodiscard]] std::uint64_t framesShown() const {
+        return native_.tellsPresentation() ? presented_ : framesBefore_ + renderer_->framesDrawn();
     }
     [[nodiscard]] std::optional<double> firstFrameTime() const { return firstFrameTime_; }
     [[nodiscard]] QString drawer() const { return renderer_->drawer(); }
@@ -69,6 +72,7 @@ class WindowDrawing {
     bool gone_ = false;
     DrawerChoice drawer_;
     std::uint64_t framesBefore_ = 0;
+    std::uint64_t presented_ = 0;
     std::optional<double> firstFrameTime_;
     // Receives messages from other threads to the main one, for the drawing's lifetime.
     QObject mailbox_;

@@ -30,9 +30,11 @@ WindowServer::WindowServer(MediaClock& clock, WindowServerOptions options)
     : clock_(clock), options_(std::move(options)), number_(nextNumber()) {
     require(options_.system != nullptr);
     servers()[number_] = this;
+    if (ScreenSource* const source = system().screenSource()) ScreenSource::use(source);
 }
 
 WindowServer::~WindowServer() {
+    if (system().screenSource()) ScreenSource::use(nullptr);
     servers().erase(number_);
 }
 

@@ -5,32 +5,35 @@
 #include <functional>
 #include <memory>
 
+#include "platform/session/IdleWatch.h"
 #include "platform/window/NativeWindow.h"
 #include "platform/window/NativeWorkspace.h"
 #include "platform/window/OverlaySpaces.h"
+#include "platform/window/Screen.h"
 #include "platform/window/WindowOptions.h"
-
-class QWindow;
 
 namespace platform {
 
 // The capabilities of a window system. Callers ask for a capability, never for the system's
 // name. Plain values that stay the same while the system runs.
 struct Capabilities {
-    // The program can draw in a window that a host keeps.
-    bool adoptsHosts = false;
     // A window can lie above everything, full-screen windows included.
     bool liesAboveAll = false;
     // Clicks on a window that ignores the mouse reach what lies below, whatever
     // that is.
     bool passesClicks = false;
-    // The program can hand the keyboard to another program's window; elsewhere
-    // the keyboard finds its own way back when a window goes.
+    // The program can give the keyboard to another program's window. Elsewhere the system
+    // itself returns the keyboard when a window closes.
     bool returnsKeyboard = false;
     // The system fades a whole window; elsewhere the drawer does.
     bool fadesWindows = false;
+    // OpenGL of a GPU can draw windows.
+    bool drawsOnGpu = false;
     // The program chooses a window's place on the screen.
     bool placesWindows = false;
+    // watchIdle() counts the inhibitors that the system knows, and is the first to be
+    // asked for the time without input.
+    bool knowsIdle = false;
 };
 
 // A window system: makes the program's windows, adopts hosts' windows, and reports the
@@ -49,30 +52,38 @@ class WindowSystem {
     [[nodiscard]] virtual bool isConnected() const = 0;
     // Called once when the connection is lost, as in WindowServer.
     virtual void onLost(std::function<void()> action) = 0;
-    // Why the system is gone, in its own words; empty where it just went away.
+    // The system's own reason for the loss; empty where the system just went away.
     [[nodiscard]] virtual QString lossReason() const { return {}; }
-    // A surface found the system gone: does what finding it out here does.
+    // Reports that a surface found the connection lost, as if the system had found it.
     virtual void lost() = 0;
 
     // Makes a hidden window. The delegate outlives it.
     [[nodiscard]] virtual std::unique_ptr<NativeWindow> makeWindow(
         const NativeWindowOptions& options, NativeWindowDelegate& delegate) = 0;
-    // Adopts the host's window. One that does not exist is reported as gone in a later turn
-    // of the event loop. The delegate outlives it. Null where the system is not connected
-    // or adopts no hosts.
+    // Adopts the host's window. A window that does not exist is reported as gone in a later
+    // turn of the event loop. The delegate outlives the result. Null where the system is not
+    // connected or has no hosts.
     [[nodiscard]] virtual std::unique_ptr<NativeWindow> adopt(const HostRef& host,
                                                               NativeWindowDelegate& delegate) = 0;
-    // A reference to a window that Qt made in this program, for drawing in it as a host's.
-    // Only where Capabilities::adoptsHosts.
-    [[nodiscard]] virtual HostRef hostRefOf(QWindow& window) const = 0;
+
+    // The source of the screens and their changes, the same while the system lives; null
+    // where Qt knows the screens. The WindowServer has Screen ask the source.
+    [[nodiscard]] virtual ScreenSource* screenSource() { return nullptr; }
 
     // The workspace, made on first use.
     [[nodiscard]] virtual NativeWorkspace& workspace() = 0;
     // The spaces above everything; null where the system has none.
     [[nodiscard]] virtual OverlaySpaces* overlaySpaces() = 0;
 
-    // Watches, from now until rest(), the display's sleep and the covering of windows. The
-    // display counts as awake at first.
+    // Tells when there has been no input for `seconds` (above 0), in a later turn of the
+    // event loop. The system outlives the watch. Null where the system cannot tell.
+    [[nodiscard]] virtual std::unique_ptr<IdleWatch> watchIdle([[maybe_unused]] double seconds,
+                                                               [[maybe_unused]] IdleAction action) {
+        return nullptr;
+    }
+
+    // Watches the display's sleep and the covering of windows until rest(). The display counts
+    // as awake at first.
     virtual void watch(std::function<void(bool asleep)> displaySlept) = 0;
     virtual void rest() = 0;
 };

@@ -21,7 +21,7 @@ class WindowSystemKind {
   public:
     virtual ~WindowSystemKind() = default;
 
-    // As the user writes it on a command line.
+    // The kind's name, as a user writes it on a command line.
     [[nodiscard]] virtual QByteArray name() const = 0;
     // The Qt platform plugin that shows Qt's own windows on such a system.
     [[nodiscard]] virtual QByteArray qtPlugin() const = 0;

@@ -7,13 +7,14 @@
 #include <optional>
 
 #include "platform/time/Observers.h"
+#include "platform/view/WindowRef.h"
 
 namespace platform {
 
 // A program that has a window, identified from outside. A plain value.
 struct RunningApplication {
-    std::uint32_t window = 0;   // the window it was found by
-    std::uint32_t process = 0;  // 0 where it is unknown
+    WindowRef window;           // the window that identifies the program
+    std::uint32_t process = 0;  // 0 where unknown
     friend bool operator==(const RunningApplication&, const RunningApplication&) = default;
 };
 

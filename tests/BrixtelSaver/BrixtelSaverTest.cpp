@@ -235,6 +235,13 @@ TEST_F(SaverView, ASheetThatOutlivesItsViewOnlyStores) {
     EXPECT_EQ(SaverInstellingen::keuze(), SaverKeuze::tunnel);
 }
 
+TEST_F(SaverView, TheRotationReadsTheGlobesFilesBeforeAGlobeIsShown) {
+    const auto view = gestart(SaverKeuze::wisselend);
+    ASSERT_NE(view->huidige(), SaverKeuze::bol) << "another seed is needed";
+    EXPECT_TRUE(until([] { return !brixtel::LandenTabel::gedeeld().landen().empty(); }));
+    EXPECT_NE(view->huidige(), SaverKeuze::bol);
+}
+
 TEST_F(SaverView, AFixedSceneWhileRotatingStopsTheTimer) {
     const auto view = gestart(SaverKeuze::wisselend);
     EXPECT_TRUE(view->wisselKlok().isValid());

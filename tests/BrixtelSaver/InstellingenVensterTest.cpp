@@ -18,6 +18,7 @@
 #include "drawing/Thema.h"
 #include "platform/window/SheetOnWindow.h"
 #include "tests/BrixtelSaver/Instellingen.h"
+#include "tests/support/Contrast.h"
 #include "tests/support/Until.h"
 
 using brixtel::alleKeuzes;
@@ -126,20 +127,6 @@ TEST_F(Venster, KlaarIsTheDefaultButtonInItsPlace) {
     EXPECT_TRUE(knop->isDefault());
 }
 
-// How much lighter the lighter of two colours is, as people see it: 1 to 21.
-double contrast(QRgb een, QRgb ander) {
-    const auto licht = [](QRgb kleur) {
-        const auto deel = [](int waarde) {
-            const double s = waarde / 255.0;
-            return s <= 0.04045 ? s / 12.92 : std::pow((s + 0.055) / 1.055, 2.4);
-        };
-        return 0.2126 * deel(qRed(kleur)) + 0.7152 * deel(qGreen(kleur)) +
-               0.0722 * deel(qBlue(kleur));
-    };
-    const double a = licht(een) + 0.05, b = licht(ander) + 0.05;
-    return std::max(a, b) / std::min(a, b);
-}
-
 TEST_F(Venster, WhatHasTheFocusIsSeenToHaveItAtThreeToOne) {
     const auto venster = maakMet(SaverKeuze::regen);
     venster->show();
@@ -200,7 +187,7 @@ TEST_F(Venster, ClickingAButtonUnmarksAllOthersAlsoIfThePlatformsGroupingDidNot)
     EXPECT_EQ(aan(*venster), std::vector{2});
     venster->knoppen()[4]->click();
     EXPECT_EQ(aan(*venster), std::vector{4});
-    // It marks what was clicked, also where that was on: one is always marked.
+    // A click on the marked button leaves the button marked: one is always marked.
     venster->knoppen()[4]->click();
     EXPECT_EQ(aan(*venster), std::vector{4});
 }
@@ -253,7 +240,7 @@ TEST_F(Venster, AttachedAsASheetItsParentIsAskedToEndIt) {
     venster->showAbove({});
     venster->sluit();
     EXPECT_EQ(ouder.geeindigd, std::vector<platform::Sheet*>{venster.get()});
-    // That is the parent's to do.
+    // The parent hides the sheet.
     EXPECT_TRUE(venster->isShown());
     EXPECT_EQ(gemeld.size(), 1U);
 }
@@ -352,7 +339,7 @@ TEST_F(Venster, AScreenReaderCanChooseToo) {
     EXPECT_TRUE(knop->state().checked);
 }
 
-// How much of a part of the picture is the bright green.
+// The number of bright green pixels in a part of the picture.
 int groenIn(const QImage& beeld, const QRect& deel) {
     int aantal = 0;
     for (int y = deel.top(); y <= deel.bottom(); ++y)

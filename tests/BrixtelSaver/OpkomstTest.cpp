@@ -32,7 +32,7 @@ TEST_F(OpkomstTest, TheFirstPictureIsThereAtOnce) {
 TEST_F(OpkomstTest, EveryNextOneComesUpInAQuarterOfASecond) {
     const auto view = gestart(SaverKeuze::wisselend);
     for (int minuut = 0; minuut < 5; ++minuut) {
-        // To the next tick.
+        // The clock moves to the next tick.
         klok.advance(100.0 + 60.0 * (minuut + 1) - klok.now());
         EXPECT_EQ(view->subviews().size(), view->scn() ? 2U : 1U);
         EXPECT_EQ(view->subviews().back()->frame(), view->bounds());

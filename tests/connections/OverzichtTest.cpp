@@ -37,7 +37,7 @@ TEST(Overzicht, ANameCannotSteerTheTerminal) {
     EXPECT_TRUE(tabel.contains(QStringLiteral("a?[2J???"))) << tabel.toStdString();
 }
 
-// Also not by having it write backwards, hide or break the line.
+// A name can neither write backwards, nor hide, nor break the line.
 TEST(Overzicht, ANameCannotTurnTheTextAround) {
     QString vreemd;
     for (const char32_t teken :

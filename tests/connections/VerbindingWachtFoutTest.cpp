@@ -110,7 +110,7 @@ TEST_F(Fout, NotToHaveMeasuredIsToldFromNone) {
     EXPECT_FALSE(probeer("/no/such/lsof"));
     EXPECT_FALSE(probeer(map_.script("dood", "kill -9 $$")));
     EXPECT_FALSE(probeer(map_.script("fout", "exit 2")));
-    // As lsof ends where it finds none.
+    // lsof ends with status 1 where it finds no connection.
     EXPECT_EQ(probeer(map_.script("geen", "exit 1")), std::vector<Lijn>());
     EXPECT_EQ(probeer(map_.script("niets", "exit 0")), std::vector<Lijn>());
     EXPECT_EQ(probeer(map_.script("half", "echo ca; echo 'n->8.8.8.8:1'; exit 2")),
@@ -139,7 +139,7 @@ class Hangend : public Fout {
         auto& wacht = maakWacht();
         wacht.gebruik("a", true, 1.0);
         std::ifstream(buis) >> pid_;  // comes when the tool has started
-        // From now on it counts as before.
+        // The stand-in counts its later starts.
         qputenv("STANDIN_GESTART", gestart_.c_str());
         return wacht;
     }

@@ -48,7 +48,7 @@ class WachtOpstelling : public testing::Test {
     brixtel::VerbindingWacht& maakWacht(const std::string& lsof = kStandin) {
         wacht_ = std::make_unique<brixtel::VerbindingWacht>(
             klok_, brixtel::VerbindingWacht::Bron{.tabel = *tabel_, .lsof = lsof});
-        // Told at once, and not yet measured.
+        // The subscriber gets the present value at once, before any measurement.
         abonnement_ = wacht_->lijnen().volg([this](const auto&) { ++gepubliceerd_; });
         gepubliceerd_ = 0;
         return *wacht_;
@@ -65,7 +65,7 @@ class WachtOpstelling : public testing::Test {
         EXPECT_TRUE(draaiTot([klaar] { return *klaar; }));
     }
 
-    // How many times the stand-in was started.
+    // The number of starts of the stand-in.
     [[nodiscard]] int starts() const {
         std::ifstream bestand(gestart_);
         int aantal = 0;

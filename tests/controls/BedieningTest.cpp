@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// What the user does to the controls, without a window.
+// The controls under a pointer and keys, without a window.
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QFontMetricsF>
 #include <QSignalSpy>
 #include <cmath>
@@ -276,14 +277,35 @@ TEST_F(SchuifTest, AValueThatIsNoNumberIsMovedOffAgain) {
 TEST_F(SchuifTest, AssistiveTechnologyFindsItsValueAndCanSetIt) {
     schuif->zetBereik({1.0, 3.0});
     schuif->zetWaarde(2.0);
-    EXPECT_EQ(schuif->property("value"), 2.0);
-    EXPECT_EQ(schuif->property("minimumValue"), 1.0);
-    EXPECT_EQ(schuif->property("maximumValue"), 3.0);
-    EXPECT_EQ(schuif->property("stepSize"), 0.02);
+    schuif->zetNaam(QStringLiteral("Dichtheid"));
+    schuif->zetTekst(QStringLiteral("100%"));
+    auto* const gevonden = QAccessible::queryAccessibleInterface(schuif.get());
+    ASSERT_TRUE(gevonden && gevonden->valueInterface() && gevonden->actionInterface());
+    EXPECT_EQ(gevonden->role(), QAccessible::Slider);
+    EXPECT_EQ(gevonden->text(QAccessible::Name), QStringLiteral("Dichtheid"));
+    EXPECT_EQ(gevonden->text(QAccessible::Value), QStringLiteral("100%"));
+    auto& waarde = *gevonden->valueInterface();
+    EXPECT_EQ(waarde.currentValue(), 2.0);
+    EXPECT_EQ(waarde.minimumValue(), 1.0);
+    EXPECT_EQ(waarde.maximumValue(), 3.0);
+    EXPECT_EQ(waarde.minimumStepSize(), 0.02);
     QSignalSpy bewogen(schuif.get(), &BXSchuifBasis::bewogen);
-    schuif->setProperty("value", 9.0);
+    waarde.setCurrentValue(9.0);
     EXPECT_EQ(schuif->waarde(), 3.0);
     EXPECT_EQ(bewogen.count(), 1);
+    gevonden->actionInterface()->doAction(QAccessibleActionInterface::decreaseAction());
+    EXPECT_DOUBLE_EQ(schuif->waarde(), 2.9);
+}
+
+TEST_F(SchuifTest, DisabledItIsNotMovedByAssistiveTechnology) {
+    schuif->setEnabled(false);
+    schuif->zetWaarde(0.5);
+    auto* const gevonden = QAccessible::queryAccessibleInterface(schuif.get());
+    ASSERT_TRUE(gevonden && gevonden->valueInterface() && gevonden->actionInterface());
+    EXPECT_TRUE(gevonden->state().disabled);
+    gevonden->valueInterface()->setCurrentValue(0.9);
+    gevonden->actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
+    EXPECT_EQ(schuif->waarde(), 0.5);
 }
 
 TEST_F(SchuifTest, IsActiveWhenTheFocusNamesIt) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How the controls look: each against a stored picture, at three scales.
-// tools/galerij/ververs renews those.
+// The look of the controls: each against a stored picture, at three scales.
+// tools/galerij/ververs renews the pictures.
 #include <gtest/gtest.h>
 
 #include <QDir>

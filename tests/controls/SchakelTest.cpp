@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the switch goes from off to on, with the animations' clock moved by hand.
+// The switch's way from off to on, with the animations' clock moved by hand.
 #include <gtest/gtest.h>
 
 #include <QAnimationDriver>
@@ -66,7 +66,7 @@ class SchakelTest : public testing::Test {
         QCoreApplication::processEvents();
         QCoreApplication::sendPostedEvents();
     }
-    // That the whole switch is at that part of the way from off to on.
+    // Expects every layer of the switch at that part of the way from off to on.
     void verwachtOp(double deel) {
         EXPECT_NEAR(knop->x(), 2.5 + 16.0 * deel, 0.05);
         EXPECT_NEAR(baan->kleur().alphaF(), 0.22 * deel, 0.006);

@@ -23,7 +23,7 @@ TEST(SchuifRekenen, ThereIsABarForEveryFourPointsOfTrackAndOne) {
 
 TEST(SchuifRekenen, ABarMoreComesAtThePointWhereItFitsAndNotBefore) {
     for (int aantal = 1; aantal <= 200; ++aantal) {
-        // So many bars, with a point between each two, are exactly this wide.
+        // The width of the bars with a point between each two.
         const double past = 4.0 * aantal - 1.0;
         EXPECT_EQ(SchuifRekenen::balken(std::nextafter(past, 0.0)), aantal - 1) << past;
         EXPECT_EQ(SchuifRekenen::balken(past), aantal) << past;

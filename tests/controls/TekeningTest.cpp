@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the kit draws lies on whole device pixels, at every scale and place.
+// The kit draws on whole device pixels, at every scale and place.
 #include <gtest/gtest.h>
 
 #include <QColor>
@@ -103,8 +103,8 @@ TEST(BXVlak, WithRoundedCornersItsSidesAreSharp) {
     }
 }
 
-// How far from the left a circle of that radius in the upper left corner begins, in
-// a row of pixels.
+// The distance from the left at which a circle of that radius in the upper left corner
+// begins, in a row of pixels.
 double inham(double straal, int rij) {
     const double omhoog = std::max(0.0, straal - rij - 0.5);
     return straal - std::sqrt(straal * straal - omhoog * omhoog);

@@ -104,7 +104,7 @@ TEST_F(VensterTest, NothingIsDrawnWhileNothingChanges) {
     ASSERT_TRUE(until([&] { return beelden.count() > 0; }));
     QCoreApplication::processEvents();
     const qsizetype tot = beelden.count();
-    // What already waits comes before what is asked for now.
+    // Events that wait already come before events that are asked for now.
     for (int i = 0; i < 100; ++i)
         QCoreApplication::processEvents();
     EXPECT_EQ(beelden.count(), tot);

@@ -25,7 +25,7 @@ Item {
             blad.herstel();
             mouseMove(blad, 399, 699);
         }
-        // To eight bits a part, as a text keeps its colour.
+        // Compares to eight bits a part, as a text keeps its colour.
         function gekleurd(is, moet) {
             compare(String(is), String(moet));
         }

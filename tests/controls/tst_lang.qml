@@ -73,7 +73,7 @@ Item {
             for (const een of teksten) {
                 verify(!een.truncated, een.text);
                 const waar = plek(een);
-                // What is written fits in its item, and that in the column.
+                // The text fits in its item, and the item in the column.
                 verify(een.contentWidth <= een.width + 0.01, een.text);
                 verify(een.contentHeight <= een.height + 0.01, een.text);
                 verify(waar.x >= 0 && waar.x + waar.width <= kolom.width + 0.01, een.text);

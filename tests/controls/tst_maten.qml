@@ -19,7 +19,7 @@ Item {
             blad.herstel();
             mouseMove(blad, 399, 699);
         }
-        // To eight bits a part, as a text keeps its colour.
+        // Compares to eight bits a part, as a text keeps its colour.
         function gekleurd(is, moet) { compare(String(is), String(moet)); }
         // Half a unit of eight bits.
         function gedekt(is, dekking) { fuzzyCompare(is.a, dekking, 0.5 / 255 + 1e-6); }

@@ -23,7 +23,7 @@ Item {
             blad.herstel();
             mouseMove(blad, 399, 699);
         }
-        // To eight bits a part, as a text keeps its colour.
+        // Compares to eight bits a part, as a text keeps its colour.
         function gekleurd(is, moet) {
             compare(String(is), String(moet));
         }
@@ -125,12 +125,12 @@ Item {
         }
         function test_slider_that_is_disabled_is_not_moved_by_assistive_technology() {
             schuif.enabled = false;
-            schuif.Accessible.increaseAction();
-            schuif.Accessible.decreaseAction();
-            schuif.value = 0.9;
+            schuif.verhoog();
+            schuif.verlaag();
+            schuif.kies(0.9);
             compare(schuif.waarde, 0.25);
             compare(staat.waarde, 0.25);
-            // Its owner moves it still.
+            // The owner can still move the slider.
             staat.waarde = 0.5;
             compare(schuif.waarde, 0.5);
             schuif.enabled = true;

@@ -140,7 +140,7 @@ class Programma {
              QStringLiteral("structure")});
         if (!until([this] { return zegt("Outer window is") > 0; }))
             ADD_FAILURE() << "xev " << proces.state() << " said: " << gezegd.constData();
-        // Its first words are "Outer window is 0x...".
+        // The program's first words are "Outer window is 0x...".
         const qsizetype plaats = gezegd.indexOf("0x");
         venster = gezegd.mid(plaats, gezegd.indexOf(',', plaats) - plaats).toUInt(nullptr, 16);
         // Until it is managed, nobody hears the wish; and the manager tells the server
@@ -158,7 +158,7 @@ class Programma {
     Programma(const Programma&) = delete;
     Programma& operator=(const Programma&) = delete;
 
-    // How often it has said this so far.
+    // The number of times that the program has printed this so far.
     int zegt(const char* tekst) {
         gezegd += proces.readAll();
         return int(gezegd.count(tekst));

@@ -13,6 +13,7 @@
 #include "tests/support/DBusDaemon.h"
 #include "tests/support/EigenScherm.h"
 #include "tests/support/Paden.h"
+#include "tests/support/SaverStandIn.h"
 #include "tests/support/WindowSystems.h"
 
 using brixtel::Bureaublad;
@@ -119,11 +120,6 @@ class Effecten : public testing::Test {
     static bool regent(const QRect& deel) {
         return until([&] { return groen(deel) >= 5; });
     }
-    static void zetSaver(const char* waarde) {
-        Bureaublad::hulp(
-            QStringLiteral("xprop -root -f _SCREENSAVER_STATUS 32i -set _SCREENSAVER_STATUS ") +
-            QLatin1String(waarde));
-    }
 };
 
 const QRect kLinks(0, 0, 640, 480), kRechts(640, 0, 640, 480);
@@ -135,7 +131,7 @@ TEST_F(Effecten, TheRainFallsOverARealProgramOnBothDisplays) {
     ASSERT_TRUE(toonRegen());
     EXPECT_TRUE(regent(kLinks));
     EXPECT_TRUE(regent(kRechts));
-    // Also over the program, which is white below.
+    // The rain falls over the program too, which is white below.
     EXPECT_TRUE(regent({45, 90, 190, 110}));
     const auto pixels = scherm->pixels(scherm->screen().root, {45, 90, 190, 110});
     EXPECT_GT(std::count_if(pixels.begin(), pixels.end(),
@@ -227,7 +223,7 @@ TEST_F(Effecten, ThePreviouslyActiveWindowHasTheKeyboardAgain) {
     Programma programma;
     ASSERT_TRUE(until([&] { return Bureaublad::actief() == programma.venster; }));
     ASSERT_TRUE(toonZwart());
-    ASSERT_EQ(centrale->vorigeApp()->window, programma.venster);
+    ASSERT_EQ(centrale->vorigeApp()->window.text, QString::number(programma.venster));
     centrale->sluitZwart();
     EXPECT_TRUE(until([&] { return Bureaublad::metToetsen() == programma.venster; }));
     EXPECT_TRUE(until([&] { return Bureaublad::actief() == programma.venster; }));
@@ -241,9 +237,9 @@ TEST_F(Effecten, ThePreviouslyActiveWindowHasTheKeyboardAgain) {
 
 TEST_F(Effecten, WithoutAWindowManagerTheKeyboardGoesBackAsWell) {
     Programma programma;
-    // It leaves its word behind that there is one.
+    // The window manager leaves its property behind, which says that it runs.
     bureaublad.stopBeheer();
-    // As it goes it takes windows out of its frames, which hides them for a moment.
+    // An ending window manager takes windows out of its frames, which hides them for a moment.
     ASSERT_TRUE(until([&] {
         xcb_set_input_focus(scherm->connection(), XCB_INPUT_FOCUS_PARENT, programma.venster,
                             XCB_CURRENT_TIME);
@@ -293,7 +289,7 @@ TEST_F(Effecten, AnApplicationThatIsGoneTakesNobodyToAnotherDesktop) {
     {
         Programma programma;
         ASSERT_TRUE(toonZwart());
-        ASSERT_EQ(centrale->vorigeApp()->window, programma.venster);
+        ASSERT_EQ(centrale->vorigeApp()->window.text, QString::number(programma.venster));
     }
     ASSERT_TRUE(until([] { return Bureaublad::beheerde().isEmpty(); }));
     centrale->sluitZwart();
@@ -311,7 +307,7 @@ TEST_F(Effecten, AWindowManagerThatComesAnewDoesNotKeepTheKeyboard) {
     const Openbox ander{scherm->display()};
     ASSERT_TRUE(ander.isReady());
     EXPECT_TRUE(until([=] { return Bureaublad::metToetsen() == zwart; }));
-    // It stays so: what is typed closes the black screen.
+    // The keyboard stays there: a key closes the black screen.
     EXPECT_TRUE(until([this] {
         if (centrale->zwartAan()) Bureaublad::hulp(QStringLiteral("xdotool key a"));
         return !centrale->zwartAan();
@@ -370,14 +366,28 @@ TEST_F(Effecten, WithoutACompositorTheDesktopStaysToBeSeenAndTheRainComesUpWithO
 TEST_F(Effecten, XscreensaverHidesTheRainAndItReturns) {
     ASSERT_TRUE(bureaublad.startCompositor());
     ASSERT_TRUE(toonRegen());
-    zetSaver("254,1795233919,0");
+    const SaverStandIn daemon(*scherm);
+    daemon.blank();
     ASSERT_TRUE(
         until([&] { return centrale->regenStand().waarde() == RegenStand::schermbeveiliging; }));
     EXPECT_FALSE(centrale->regen()[0].venster->isVisible());
-    zetSaver("0,1795233920,0");
+    daemon.unblank();
     ASSERT_TRUE(until([&] { return centrale->regenStand().waarde() == RegenStand::aan; }));
     EXPECT_TRUE(regent(kLinks));
     EXPECT_TRUE(regenLigtBoven());
+}
+
+TEST_F(Effecten, AfterAnXscreensaverThatWasKilledTheRainReturns) {
+    ASSERT_TRUE(bureaublad.startCompositor());
+    ASSERT_TRUE(toonRegen());
+    {
+        const SaverStandIn daemon(*scherm);
+        daemon.blank();
+        ASSERT_TRUE(until(
+            [&] { return centrale->regenStand().waarde() == RegenStand::schermbeveiliging; }));
+    }
+    ASSERT_TRUE(until([&] { return centrale->regenStand().waarde() == RegenStand::aan; }));
+    EXPECT_TRUE(regent(kLinks));
 }
 
 TEST_F(Effecten, ADesktopsOwnLockHidesTheRainAndItReturns) {

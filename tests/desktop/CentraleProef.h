@@ -39,7 +39,7 @@ class CentraleProef : public testing::Test {
     [[nodiscard]] static double getoond(const platform::Layer& laag, double tijd) {
         return laag.shownOpacity(laag.localTime(tijd));
     }
-    // How long the fades take, and a frame more.
+    // Waits for the fades, and a frame more.
     void wachtFade(double duur = 0.25) { klok.advance(duur + 0.05); }
 };
 

@@ -57,7 +57,7 @@ int main(int argc, char** argv) {
                     1000.0 * (platform::processUsage().cpuSeconds - rekenBegin));
         std::fflush(stdout);
     });
-    // Not quit(), which asks every window whether it may.
+    // The timer calls exit(): quit() would ask every window first.
     platform::Timer einde;
     const double seconden = argc > 2 ? std::atof(argv[2]) : 0.0;
     if (seconden > 0.0)

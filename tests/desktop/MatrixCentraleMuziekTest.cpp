@@ -123,7 +123,7 @@ TEST_F(CentraleMuziek, ABeatChangeWithStrengthFifteenHundredthsOrLessGivesNoFlas
     stand->beat = 1;
     tik();
     EXPECT_FALSE(flitst());
-    // It was taken note of: the same beat, grown stronger, is not a new one.
+    // The controller remembers the beat: the same beat, grown stronger, is not a new one.
     stand->sterkte = 1.0;
     tik();
     EXPECT_FALSE(flitst());

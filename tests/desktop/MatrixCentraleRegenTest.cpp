@@ -184,7 +184,7 @@ TEST_F(CentraleRegen, AnotherDensityFadesFromTheOldRainIntoTheNewInAThirdOfASeco
         EXPECT_NEAR(getoond(*oud, nu + deel / 3.0), 1.0 - deel, 1e-6);
         EXPECT_NEAR(getoond(*nieuw, nu + deel / 3.0), deel, 1e-6);
     }
-    // Its drops do not wait to begin.
+    // The new rain's drops do not wait to begin.
     EXPECT_GT(nieuw->localTime(nu), nu + 2.2);
     klok.advance(0.34);
     ASSERT_EQ(boom.sublayers().size(), 1U);

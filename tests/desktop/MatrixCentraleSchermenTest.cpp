@@ -86,7 +86,7 @@ TEST_F(CentraleSchermen, DisplaysThatMirrorOneAnotherHaveOneWindow) {
     centrale->toonZwart(std::nullopt);
     EXPECT_EQ(centrale->regen().size(), 1U);
     EXPECT_EQ(centrale->zwart().size(), 1U);
-    // Also where they come to do so later.
+    // The same holds for displays that mirror only later.
     schermen[1].frame.translate(500.0, 0.0);
     werkruimte.zetBeveiligd(true);
     werkruimte.zetBeveiligd(false);

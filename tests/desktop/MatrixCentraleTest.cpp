@@ -245,7 +245,8 @@ TEST_F(Centrale, WisselZwartTwiceReturnsToTheStartWithTheCursorBackAndThePreviou
     EXPECT_TRUE(centrale->zwartAan());
     EXPECT_EQ(werkruimte.verborgen, 1);
     EXPECT_TRUE(centrale->cursorWeg());
-    EXPECT_EQ(centrale->vorigeApp(), (RunningApplication{.window = 11, .process = 22}));
+    EXPECT_EQ(centrale->vorigeApp(),
+              (RunningApplication{.window = {QStringLiteral("11")}, .process = 22}));
     wachtFade();
     centrale->wisselZwart(std::nullopt);
     // All of this without waiting for the fade.
@@ -254,7 +255,7 @@ TEST_F(Centrale, WisselZwartTwiceReturnsToTheStartWithTheCursorBackAndThePreviou
     EXPECT_FALSE(centrale->cursorWeg());
     EXPECT_FALSE(centrale->vorigeApp());
     EXPECT_EQ(werkruimte.geactiveerd,
-              (std::vector<RunningApplication>{{.window = 11, .process = 22}}));
+              (std::vector<RunningApplication>{{.window = {QStringLiteral("11")}, .process = 22}}));
     EXPECT_EQ(gemeld, (std::vector<bool>{true, false}));
 }
 

@@ -113,7 +113,7 @@ TEST_F(CentraleTijden, ClosingRestoresKeyboardCursorAndRainWithinTheFadesTimes) 
     EXPECT_TRUE(werkruimte.geactiveerd.empty());
     EXPECT_EQ(regen.alpha(), 0.0);
     centrale->sluitZwart();
-    // These two at once.
+    // The pointer and the keyboard are back at once.
     EXPECT_EQ(werkruimte.verborgen, 0);
     EXPECT_EQ(werkruimte.geactiveerd, std::vector{*werkruimte.voor});
     EXPECT_EQ(regen.alpha(), 0.0);
@@ -129,7 +129,7 @@ TEST_F(CentraleTijden, ClosingRestoresKeyboardCursorAndRainWithinTheFadesTimes) 
     EXPECT_FALSE(drie->isPlaying());
     EXPECT_EQ(regen.alpha(), 1.0);
     EXPECT_TRUE(regen.isVisible());
-    // None of it again.
+    // The later end of the fade does nothing again.
     klok.advance(1.0);
     EXPECT_EQ(werkruimte.verborgen, 0);
     EXPECT_EQ(werkruimte.geactiveerd.size(), 1U);
@@ -154,7 +154,7 @@ TEST_F(CentraleTijden, OneReopenedDuringTheFadeStillKnowsThePreviousApp) {
 TEST_F(CentraleTijden, OneReopenedDuringTheFadeOverAnotherAppGoesBackToThatOne) {
     centrale->toonZwart(std::nullopt);
     centrale->sluitZwart();
-    werkruimte.voor = RunningApplication{.window = 33, .process = 44};
+    werkruimte.voor = RunningApplication{.window = {QStringLiteral("33")}, .process = 44};
     centrale->toonZwart(std::nullopt);
     EXPECT_EQ(centrale->vorigeApp(), werkruimte.voor);
 }

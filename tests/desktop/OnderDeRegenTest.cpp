@@ -53,7 +53,7 @@ class Verbinding {
 class HandKlok final : public platform::MediaClock {
   public:
     [[nodiscard]] double now() const override { return nu_; }
-    // To the next moment at which something is to happen, at most this far.
+    // Moves to the next timer, at most this far.
     void stap(double hoogstens) {
         nu_ = std::max<double>(nu_, std::min<double>(earliestDue(), nu_ + hoogstens));
         fireDue();
@@ -125,7 +125,7 @@ class Hoorder {
         verbinding_.wacht();
     }
 
-    // Whether it is where it will stay: in the frame that it was given, if any.
+    // Whether the window has reached its final place, in its frame if it has one.
     [[nodiscard]] bool staatVast() {
         const auto plek = plaats();
         return isManaged() && plek == std::exchange(vorige_, plek);
@@ -290,7 +290,7 @@ class Schade {
         }
         return rechthoeken_;
     }
-    // Also what is on its way.
+    // Reads everything, messages on their way included.
     const std::vector<QRect>& leesAlles() {
         verbinding_.wacht();
         return lees();
@@ -432,7 +432,7 @@ TEST_F(SchadeVanDeRegen, IsNothingWhileNothingChanges) {
         klok.stap(0.01);
         EXPECT_TRUE(kijker->gebouwd == gebouwd || kijker->anders.empty());
     }
-    // To see whether it is another tempo.
+    // One frame may be built for the change of tempo.
     EXPECT_LE(kijker->gebouwd, gebouwd + 1);
     // Anything more would have to come before the next frame's.
     druppels.zetTempo(1.0F);

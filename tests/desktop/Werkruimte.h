@@ -13,14 +13,14 @@ namespace brixtel {
 class Werkruimte final : public platform::Workspace {
   public:
     std::optional<platform::RunningApplication> voor =
-        platform::RunningApplication{.window = 11, .process = 22};
+        platform::RunningApplication{.window = {QStringLiteral("11")}, .process = 22};
     std::vector<platform::RunningApplication> geactiveerd;
     int zelfGeactiveerd = 0;
     int verborgen = 0;  // hidings less showings
     QPointF muis;
     bool doorzichtig = true;
     bool beveiligd = false;
-    // Told of each request as it comes.
+    // Called with each request as it comes.
     std::function<void(const std::string&)> bij = [](const std::string&) {};
 
     void zetDoorzichtig(bool aan) {

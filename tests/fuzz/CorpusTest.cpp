@@ -37,5 +37,23 @@ TEST(Corpus, Addresses) {
 TEST(Corpus, TableFiles) {
     EXPECT_GT(draai("bestand", fuzz::bestand), 5);
 }
+TEST(Corpus, LinesAsJson) {
+    EXPECT_GT(draai("json", fuzz::json), 5);
+}
+TEST(Corpus, Settings) {
+    EXPECT_GT(draai("instellingen", fuzz::instellingen), 5);
+}
+TEST(Corpus, TheHostsSettings) {
+    EXPECT_GT(draai("gastheer", fuzz::gastheer), 5);
+}
+TEST(Corpus, CommandLines) {
+    EXPECT_GT(draai("opdracht", fuzz::opdracht), 5);
+}
+TEST(Corpus, CallsOnTheBus) {
+    EXPECT_GT(draai("bus", fuzz::bus), 5);
+}
+TEST(Corpus, MapsOfTheWorld) {
+    EXPECT_GT(draai("kaart", fuzz::kaart), 5);
+}
 
 }  // namespace

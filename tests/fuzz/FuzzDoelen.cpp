@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <string>
 
 #include "connections/LsofTekst.h"
@@ -17,10 +16,6 @@ namespace fuzz {
 namespace {
 
 using namespace brixtel;
-
-void eis(bool waar) {
-    if (!waar) std::abort();
-}
 
 std::string_view tekstVan(Bytes bytes) {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};

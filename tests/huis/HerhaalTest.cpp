@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How continuous integration repeats tests that failed: on a build folder of a few
-// shell commands.
+// Continuous integration's repeat of failed tests, on a build folder of a few shell
+// commands.
 #include <gtest/gtest.h>
 
 #include <QProcess>

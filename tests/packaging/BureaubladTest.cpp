@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the desktop reads of us says what the program does.
+// The files that the desktop reads say what the program does.
 #include <gtest/gtest.h>
 
 #include <QDir>

@@ -101,7 +101,7 @@ class Pakket : public testing::Test {
         ASSERT_EQ(gedraaid.uitgang, 0) << gedraaid.fouten.constData();
     }
 
-    // What it links is found out, and what it loads by name is named.
+    // The packager finds the linked libraries; libraries loaded by name are named.
     void verwachtAfhankelijkheden(const QString& pakket) const {
         const auto veld = [&](const char* naam) {
             return draai({QStringLiteral("dpkg-deb"), QStringLiteral("--field"), pakket,
@@ -152,7 +152,7 @@ class Pakket : public testing::Test {
                 << naam;
     }
 
-    // Of ours all comes from where it is installed.
+    // Every file of the project comes from where the package installs it.
     void verwachtBlad() const {
         const QString beeld = map.filePath(QStringLiteral("blad.png"));
         const Gedraaid gedraaid =
@@ -163,8 +163,8 @@ class Pakket : public testing::Test {
         EXPECT_EQ(QImage(beeld).size(), QSize(380, 286));
     }
 
-    // How much of a still of the globe is lit, drawn by the installed program;
-    // and that all it loaded of ours came from where it is installed.
+    // The lit share of a still of the globe, drawn by the installed program. Checks that
+    // every library of ours came from the installed folder.
     [[nodiscard]] double groenVanBol(const char* waar) const {
         const QString beeld = map.filePath(QStringLiteral("bol.png"));
         QFile::remove(beeld);
@@ -193,7 +193,7 @@ TEST_F(Pakket, InstallsRunsFromWhereItIsAndGoesWithoutATrace) {
     const double metLand = groenVanBol("/usr/bin/brixtel-saver");
     EXPECT_GT(metLand, 0.02);
     EXPECT_EQ(groenVanBol("/usr/libexec/xscreensaver/brixtel-saver"), metLand);
-    // Its resources are those beside its libraries and no others.
+    // The program reads the resources beside its libraries and no others.
     const QString kaart =
         wortel + QStringLiteral("/usr/" BRIXTEL_LIBDIR "/resources/worldmap@2x.png");
     ASSERT_TRUE(QFile::remove(kaart));

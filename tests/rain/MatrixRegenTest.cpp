@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the rain is built of.
+// The layers of the rain.
 #include <gtest/gtest.h>
 
 #include <algorithm>

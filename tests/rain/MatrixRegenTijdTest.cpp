@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the rain moves.
+// The rain's movement.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -190,7 +190,7 @@ TEST(MatrixRegen, TempoZeroFreezesAndTempoOneResumesFromTheSamePicture) {
     regen->zetTempo(1);
     EXPECT_EQ(zichtbaar(proef.lijst(*regen)), beeld);
 
-    // From here on it goes on as one that never stood still.
+    // The rain goes on like a rain that never stood still.
     Proef ander;
     const auto zonder = ander.maak({.maat = {600, 500}});
     zonder->stop();

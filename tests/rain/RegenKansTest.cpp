@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the rain's lots decide, by how they are spread: fixed seeds, exact sums.
+// The rain's random choices, by their distribution: fixed seeds, exact sums.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -29,7 +29,7 @@ int lengte(const Layer& stuk, double rijHoogte) {
     return static_cast<int>(stuk.bounds().height() / rijHoogte);
 }
 
-// Of the two digits only the one has a block in the lower left corner of its cell.
+// The digit one, unlike the nought, has a block in the lower left corner of its cell.
 int enen(const QImage& strook, int& cellen) {
     int aantal = 0;
     for (int y = strook.height() - 26; y >= 0; y -= 26, ++cellen)

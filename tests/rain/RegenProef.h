@@ -40,7 +40,7 @@ inline std::vector<double> lotVan(const MatrixRegen& regen) {
     return lot;
 }
 
-// What a rain with these options is like that begins with these lots now.
+// The random choices of a rain with these options that begins now.
 inline std::vector<double> lotVan(const MatrixRegenOpties& opties, platform::MediaClock& klok,
                                   platform::RandomSource toeval) {
     return lotVan(MatrixRegen(opties, klok, toeval));

@@ -91,7 +91,7 @@ QString lees(const QString& naam) {
     return QString::fromUtf8(bestand.readAll());
 }
 
-// How often a word stands in what was made, by file.
+// The number of times that a word stands in the made files, by file.
 std::map<QString, qsizetype> keren(const QString& map, const QString& woord) {
     const QRegularExpression vorm(QStringLiteral("\\b%1\\b").arg(woord));
     std::map<QString, qsizetype> geteld;

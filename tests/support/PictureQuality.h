@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How good a picture is, beside one that took more care.
+// The quality of a picture, against a picture drawn with more care.
 #pragma once
 
 #include <QImage>

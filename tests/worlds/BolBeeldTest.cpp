@@ -143,16 +143,39 @@ TEST_F(BolBeeldTest, OddListsMakeSoundPictures) {
     }
 }
 
+// How much neighbouring pixels differ within this many pixels of the middle.
+std::int64_t korrel(const QImage& beeld, int straal) {
+    std::int64_t som = 0;
+    const QPoint midden = beeld.rect().center();
+    for (int y = -straal; y <= straal; ++y)
+        for (int x = -straal; x < straal; ++x) {
+            if (x * x + y * y > straal * straal) continue;
+            const QPoint hier = midden + QPoint(x, y);
+            som += std::abs(qGreen(beeld.pixel(hier)) - qGreen(beeld.pixel(hier + QPoint(1, 0))));
+        }
+    return som;
+}
+
 TEST_F(BolBeeldTest, IsAGlobeAt320By200WhoseDotsStandOut) {
+    kaart_ = steun::noordland();
     const auto bol = maak(DrieSoort::bol, {.eigenLijnen = true});
     const QImage beeld = neem(*bol, 0.0, {320, 200});
-    // Without a map it is all sea: the rim still shows against the dark inside.
-    const int midden = qGreen(beeld.pixel(160, 100));
-    int rand = 0;
-    for (int x = 60; x < 90; ++x)
-        rand = std::max(rand, qGreen(beeld.pixel(x, 100)));
-    EXPECT_GT(rand, 15);
-    EXPECT_LT(midden, 120);
+    // Land and sea are the first two parts of the globe.
+    const auto delen = bol->bol()->children();
+    for (int i = 0; i < 2; ++i)
+        delen[static_cast<std::size_t>(i)]->removeFromParent();
+    const QImage zonder = neem(*bol, 0.0, {320, 200});
+    EXPECT_GT(korrel(beeld, 55), 4 * korrel(zonder, 55));
+    // The halo begins outside the globe, where no dot is.
+    EXPECT_EQ(qGreen(beeld.pixel(4, 4)), qGreen(zonder.pixel(4, 4)));
+    for (const QPoint binnen : {QPoint(160, 60), QPoint(130, 100), QPoint(190, 100)}) {
+        std::int64_t stippen = 0;
+        for (int y = -8; y <= 8; ++y)
+            for (int x = -8; x <= 8; ++x)
+                stippen += std::max(0, qGreen(beeld.pixel(binnen + QPoint(x, y))) -
+                                           qGreen(zonder.pixel(binnen + QPoint(x, y))));
+        EXPECT_GT(stippen, 1000) << binnen.x() << ", " << binnen.y();
+    }
 }
 
 }  // namespace

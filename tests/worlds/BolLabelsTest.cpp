@@ -29,7 +29,7 @@ class BolLabelsTest : public steun::WereldOpstelling {
     static Lijn in(double breedte, double lengte, std::int64_t aantal = 1) {
         return {{"QX", breedte, lengte}, {"Proef"}, aantal};
     }
-    // Its middle on the screen, in units as large as the scene's at the label.
+    // The label's middle on the screen, in units as large as the scene's at the label.
     [[nodiscard]] glm::dvec2 plek(std::size_t i) const {
         const glm::dmat4 oog = steun::cameraVan(*bol_)->worldTransform();
         const glm::dvec3 naar = label(*bol_, i).worldPosition() - glm::dvec3(oog[3]);
@@ -159,7 +159,7 @@ TEST_F(BolLabelsTest, OfNeighboursDoNotOverlap) {
                 << i << " and " << j;
         }
     }
-    // Their nodes stand where they stood.
+    // The labels' nodes stand where they stood.
     EXPECT_VEC_NEAR(label(*bol_, 1).position(), DrieWereld::punt(50.5, 4.5, {.r = 1.09}), 1e-12);
 }
 
@@ -246,7 +246,7 @@ TEST_F(BolLabelsTest, HaveNightBehindThemAndTheHomeRingBehindThat) {
     EXPECT_GE(nacht.scale().y, letters.geometry()->size().y);
     EXPECT_GT(letters.renderingOrder(), nacht.renderingOrder());
     EXPECT_GT(nacht.renderingOrder(), bol_->bol()->find("ring")->renderingOrder());
-    // It takes nothing away from arcs and lights.
+    // The dark plate takes nothing away from arcs and lights.
     EXPECT_LT(nacht.renderingOrder(), steun::deel(*bol_, 0, 0).renderingOrder());
     EXPECT_LT(nacht.renderingOrder(), steun::deel(*bol_, 0, 2).renderingOrder());
 }

@@ -45,7 +45,7 @@ std::string alsTekst(std::uint32_t adres) {
     return inet_ntop(AF_INET, &inNetwerk, tekst.data(), tekst.size());
 }
 
-// That one address lies in the Atlantic; home is the Netherlands.
+// A table in which kEigen alone lies in the Atlantic; home is the Netherlands.
 brixtel::LandenInhoud eigenTabel() {
     return {.landen = {{"AQ", 25.0, -40.0}, {"NL", 52.25, 5.5}},
             .v4 = {kEigen, kEigen + 1},
@@ -100,7 +100,7 @@ class BolVenster : public testing::Test {
                 static_cast<int>(300.0F * (1.0F - op.y / op.w)) - 18, 70, 24};
     }
 
-    // How many pixels there are as bright as letters.
+    // The number of pixels as bright as letters.
     [[nodiscard]] int letters() const {
         const QImage beeld = x_.picture(id_);
         const QRect waar = vak();

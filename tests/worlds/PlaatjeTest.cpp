@@ -4,8 +4,8 @@
 #include <cmath>
 #include <vector>
 
-#include "tests/support/SceneSnapshot.h"
 #include "tests/support/Pictures.h"
+#include "tests/support/SceneSnapshot.h"
 #include "tests/worlds/Opstelling.h"
 
 using brixtel::alleSoorten;
@@ -148,7 +148,7 @@ TEST_F(PlaatjeTest, TheLogosMirrorImageIsDimmerThanTheLogo) {
     EXPECT_LT(felste(beeld, {0, 0, 320, 40}), 8);
 }
 
-// How many pixels have a red that only bright digits have.
+// The number of pixels with a red that only bright digits have.
 int roodachtig(const QImage& beeld) {
     int aantal = 0;
     for (int y = 0; y < beeld.height(); ++y)

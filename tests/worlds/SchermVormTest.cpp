@@ -18,8 +18,8 @@ class SchermVormTest : public steun::WereldOpstelling {
   protected:
     platform::DrawList lijst_;
 
-    // How far from the picture's middle the furthest vertex lies, as parts of half the
-    // picture; of the batches that `telt` says.
+    // The distance of the furthest vertex from the picture's middle, as parts of half the
+    // picture, of the batches that `telt` accepts.
     template <typename Telt>
     glm::dvec2 verste(const DrieWereld& wereld, double verhouding, Telt telt) {
         platform::extract(*wereld.scene(), verhouding, lijst_);
@@ -37,7 +37,7 @@ class SchermVormTest : public steun::WereldOpstelling {
     }
     static bool alles(const platform::DrawBatch&) { return true; }
 
-    // Over a full turn, in every narrow shape.
+    // The scene is whole over a full turn, in every narrow shape.
     template <typename Telt>
     void isHeel(DrieWereld& wereld, double duur, Telt telt) {
         const double begin = wereld.scene()->time();
@@ -69,8 +69,8 @@ TEST_F(SchermVormTest, TheWholeGlobeIsSeenWithItsArcsAndLabels) {
            [gloed](const platform::DrawBatch& batch) { return batch.mesh.get() != gloed; });
 }
 
-// Also where the picture is wide: what lies furthest out is an arc to the other side
-// of the earth, over a pole.
+// A wide picture is whole too: the furthest part is an arc to the other side of the
+// earth, over a pole.
 TEST_F(SchermVormTest, NoArcLeavesThePicture) {
     const auto wereld = maak(DrieSoort::bol, {.eigenLijnen = true});
     const brixtel::Land thuis = tabel_.thuis();

@@ -53,7 +53,7 @@ void MuziekLuisteraar::luister(bool aan) {
     luistert_ = aan;
     if (aan) return begin();
     opname_.reset();
-    opnieuw_.invalidate();
+    pogingKlok_.invalidate();
     geduld_ = kEersteGeduld;
     kwijt_ = false;
     gehoor_->vergeet();
@@ -76,11 +76,11 @@ void MuziekLuisteraar::verloren() {
     kwijt_ = true;
     const double wacht = std::exchange(geduld_, std::min(2 * geduld_, kLangsteGeduld));
     // The recorder is the caller here, so a timer destroys it later.
-    opnieuw_ = platform::Timer(klok_, {.interval = wacht}, [this] { begin(); });
+    pogingKlok_ = platform::Timer(klok_, {.interval = wacht}, [this] { begin(); });
 }
 
 bool MuziekLuisteraar::isZonderServer() const {
-    return kwijt_ && (opnieuw_.isValid() || klok_.now() - begonnen_ < kGeloof);
+    return kwijt_ && (pogingKlok_.isValid() || klok_.now() - begonnen_ < kGeloof);
 }
 
 std::optional<MuziekStand> MuziekLuisteraar::stand() const {

@@ -10,11 +10,11 @@
 
 namespace brixtel {
 
-// Listens to the machine's sound output while asked to, and reports beats and loudness.
-// Where the sound server is absent or goes away there is nothing to report; the listener
-// tries again at first soon and then every ten seconds. While nobody listens there is no
-// connection, no thread and no timer. Main thread; the clock must outlive it, and any
-// thread must be able to call the clock's now().
+// Listens to the machine's sound output on request, and reports beats and loudness. Without a
+// sound server there is nothing to report; the listener tries again, soon at first and then
+// every ten seconds. A listener that does not listen has no connection, no thread and no
+// timer. Main thread; the clock must outlive it, and any thread must be able to call the
+// clock's now().
 class MuziekLuisteraar {
   public:
     explicit MuziekLuisteraar(platform::MediaClock& klok,
@@ -47,7 +47,7 @@ class MuziekLuisteraar {
     bool kwijt_ = false;
     double begonnen_ = 0;  // the clock's time at the last attempt
     std::unique_ptr<platform::MonitorRecorder> opname_;
-    platform::Timer opnieuw_;
+    platform::Timer pogingKlok_;
 };
 
 }  // namespace brixtel

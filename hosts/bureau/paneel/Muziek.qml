@@ -38,7 +38,8 @@ Column {
         id: regel
         width: parent.width
         height: Math.max(label.height, meter.height)
-        opacity: paneel.muziek ? 1 : 0.5
+        // The dimmest at which its texts can be read.
+        opacity: paneel.muziek ? 1 : 0.8
 
         BXTekst {
             id: label
@@ -48,7 +49,7 @@ Column {
             color: BX.dek(BX.bxWit, 0.9)
             Accessible.ignored: true
         }
-        BXBalken {
+        BXMeter {
             id: meter
             objectName: "niveau"
             x: 72 + 8 + 2
@@ -57,10 +58,10 @@ Column {
             height: 11
             // Each bar takes four points; the row ends before the text at the right.
             aantal: Math.max(4, Math.floor((maat.x - 10 - x) / 4))
-            gevuld: Math.round(paneel.niveau * aantal)
+            waarde: paneel.niveau
+            naam: "Niveau"
+            tekst: BX.bxProcent(paneel.niveau)
             Accessible.role: Accessible.ProgressBar
-            Accessible.name: "Niveau"
-            Accessible.description: BX.bxProcent(paneel.niveau)
         }
         BXTekst {
             id: maat
@@ -70,17 +71,18 @@ Column {
             color: BX.bxMiddel
             Accessible.ignored: true
         }
-        BXBalken {
+        BXMeter {
             id: lamp
             objectName: "maat"
             anchors { right: parent.right; verticalCenter: parent.verticalCenter }
             width: implicitWidth
             height: 11
             aantal: 3
-            gevuld: paneel.slag ? 3 : 0
-            Accessible.role: Accessible.Indicator
-            Accessible.name: "Maat"
-            Accessible.description: paneel.slag ? "aan" : "uit"
+            lamp: true
+            waarde: paneel.slag ? 1 : 0
+            naam: "Maat"
+            tekst: paneel.slag ? "aan" : "uit"
+            Accessible.role: Accessible.Graphic
         }
     }
 }

@@ -51,7 +51,7 @@ Rectangle {
         width: blad.breed
         height: Math.round(Math.min(width * 9 / 16, blad.height * 0.24))
         visible: blad.paneel.voorbeeld && height >= 90
-        rand: BX.bxDonker
+        rand: BX.dek(BX.bxMiddel, 0.65)
     }
     BXVinkStijl {
         id: vink
@@ -143,6 +143,22 @@ Rectangle {
             }
             BXRij {
                 width: parent.width
+                titel: "Na rust"
+                status: blad.paneel.rustStatus
+                aan: true
+                schakelbaar: false
+                open: false
+                onWissel: open = !open
+                Rust { width: parent.width; paneel: blad.paneel }
+            }
+            BXMelding {
+                objectName: "rustMelding"
+                width: parent.width
+                visible: tekst !== ""
+                tekst: blad.paneel.rustMelding
+            }
+            BXRij {
+                width: parent.width
                 titel: "Brixtel"
                 status: blad.paneel.autostart ? "start mee" : ""
                 aan: true
@@ -154,11 +170,12 @@ Rectangle {
         }
     }
     BXVlak {
+        objectName: "schuifbalk"
         visible: rol.contentHeight > rol.height
         x: blad.width - 6
         y: rol.y + rol.visibleArea.yPosition * rol.height
         width: 3
         height: Math.max(12, rol.visibleArea.heightRatio * rol.height)
-        kleur: BX.bxDonker
+        kleur: BX.dek(BX.bxMiddel, 0.65)
     }
 }

@@ -66,6 +66,16 @@ QString PaneelStaat::regenMelding() const {
     return tekst.isEmpty() ? tekst : tekst + u'.';
 }
 
+QString PaneelStaat::rustStatus() const {
+    const int minuten = stand().keuzes.rust;
+    return minuten == 0 ? QStringLiteral("nooit") : QStringLiteral("%1 min").arg(minuten);
+}
+
+QString PaneelStaat::rustMelding() const {
+    const QString tekst = metHoofdletter(stand().rustUitleg);
+    return tekst.isEmpty() ? tekst : tekst + QStringLiteral(", dus er komt niets vanzelf.");
+}
+
 QString PaneelStaat::zwartStatus() const {
     return zwart() ? ruweWaarde(stand().soort) : QStringLiteral("uit");
 }
@@ -96,7 +106,7 @@ QString PaneelStaat::saverNaam() const {
 QVariantList PaneelStaat::saverKeuzes() const {
     QVariantList lijst;
     for (const SaverKeuze een : alleKeuzes)
-        lijst << optie(ruweWaarde(een), metHoofdletter(ruweWaarde(een)));
+        lijst << optie(ruweWaarde(een), ruweWaarde(een).toUpper());
     return lijst;
 }
 
@@ -153,11 +163,15 @@ void PaneelStaat::zetFlits(const QString& flits) {
     if (const auto gekozen = flitsUitRuw(flits)) kies(&BureauKeuzes::flits, *gekozen);
 }
 
+void PaneelStaat::zetRust(double minuten) {
+    kies(&BureauKeuzes::rust, static_cast<int>(std::lround(minuten)));
+}
+
 bool PaneelStaat::autostart() const {
     return Autostart::isAan();
 }
 
-// Told in any case: what cannot be written has not come about.
+// Signals the change in any case, since the entry may not be writable.
 void PaneelStaat::zetAutostart(bool aan) {
     (void)Autostart::zet(aan, QCoreApplication::applicationFilePath());
     Q_EMIT autostartChanged();

@@ -32,6 +32,10 @@ class PaneelStaat : public QObject {
     Q_PROPERTY(bool muziek READ muziek WRITE zetMuziek NOTIFY standChanged)
     Q_PROPERTY(QString flits READ flits WRITE zetFlits NOTIFY standChanged)
     Q_PROPERTY(QVariantList flitsen READ flitsen CONSTANT)
+    Q_PROPERTY(double rust READ rust WRITE zetRust NOTIFY standChanged)
+    Q_PROPERTY(double langsteRust READ langsteRust CONSTANT)
+    Q_PROPERTY(QString rustStatus READ rustStatus NOTIFY standChanged)
+    Q_PROPERTY(QString rustMelding READ rustMelding NOTIFY standChanged)
     Q_PROPERTY(bool autostart READ autostart WRITE zetAutostart NOTIFY autostartChanged)
     Q_PROPERTY(double niveau READ niveau NOTIFY geluidChanged)
     Q_PROPERTY(bool slag READ slag NOTIFY geluidChanged)
@@ -62,6 +66,11 @@ class PaneelStaat : public QObject {
     [[nodiscard]] bool muziek() const { return stand().keuzes.muziek; }
     [[nodiscard]] QString flits() const { return ruweWaarde(stand().keuzes.flits); }
     [[nodiscard]] QVariantList flitsen() const;
+    // Minutes; 0 is never.
+    [[nodiscard]] double rust() const { return stand().keuzes.rust; }
+    [[nodiscard]] double langsteRust() const { return BureauInstellingen::kLangsteRust; }
+    [[nodiscard]] QString rustStatus() const;
+    [[nodiscard]] QString rustMelding() const;
     // Whether the session starts the program.
     [[nodiscard]] bool autostart() const;
     [[nodiscard]] double niveau() const { return geluid_.niveau; }
@@ -81,6 +90,7 @@ class PaneelStaat : public QObject {
     void zetVoorbeeld(bool aan);
     void zetMuziek(bool aan);
     void zetFlits(const QString& flits);
+    void zetRust(double minuten);
     void zetAutostart(bool aan);
     void zetSaver(const QString& keuze);
 

@@ -15,7 +15,7 @@
 namespace brixtel {
 
 namespace {
-constexpr QSize kMaat(400, 720);
+constexpr QSize kMaat(400, 752);
 constexpr QSize kKleinste(300, 240);
 // The window manager's frame takes at most this much of the screen, in points.
 constexpr QSize kRand(8, 40);
@@ -53,7 +53,7 @@ void PaneelVenster::toon() {
     view_->raise();
     view_->requestActivate();
     // A window on another virtual desktop would stay there.
-    if (stondEr) bronnen_.bureau.activeer(static_cast<std::uint32_t>(view_->winId()));
+    if (stondEr) bronnen_.bureau.activeer(platform::refOf(*view_));
 }
 
 void PaneelVenster::maak() {
@@ -92,14 +92,14 @@ bool PaneelVenster::eventFilter(QObject* wat, QEvent* event) {
             staat_->herlees();
             break;
         case QEvent::Close:
-            // The preview's window is a child of this one and is still being drawn.
+            // The preview stands in this window's scene and is still being drawn.
             voorbeeld_.weg();
             break;
         case QEvent::Hide:
             staat_->zetBekeken(false);
             bronnen_.bureau.laatVrij({});
             voorbeeld_.weg();
-            // The window is handling its own event, so it goes later.
+            // The window is handling its own event, and is dropped in a later turn.
             QMetaObject::invokeMethod(this, &PaneelVenster::ruimOp, Qt::QueuedConnection);
             break;
         default:
@@ -108,8 +108,8 @@ bool PaneelVenster::eventFilter(QObject* wat, QEvent* event) {
     return QObject::eventFilter(wat, event);
 }
 
-// The desktop rain lies above every window, and this one is to be read. Where the
-// program is not told its place, nobody knows what to leave free.
+// Keeps the panel readable below the desktop rain, which lies above every window. A system
+// that places windows by itself does not report the place to leave free.
 void PaneelVenster::laatLezen() {
     const bool telt = view_->isExposed() && bronnen_.server.system().capabilities().placesWindows;
     bronnen_.bureau.laatVrij(telt ? platform::fromQt(QRectF(view_->geometry())) : QRectF());
@@ -140,9 +140,9 @@ void PaneelVenster::toonSaverBlad() {
 
 void PaneelVenster::werkVoorbeeldBij() {
     const BureauStand& stand = staat_->stand();
-    const QQuickItem* const blad = view_->rootObject();
+    QQuickItem* const blad = view_->rootObject();
     if (!blad || !stand.keuzes.voorbeeld || !view_->isExposed()) return voorbeeld_.weg();
-    voorbeeld_.toon(*view_, blad->property("plek").toRectF().toRect(),
+    voorbeeld_.toon(*blad, blad->property("plek").toRectF().toRect(),
                     {.soort = stand.keuzes.soort,
                      .dichtheid = stand.keuzes.dichtheid,
                      .snelheid = stand.keuzes.snelheid});

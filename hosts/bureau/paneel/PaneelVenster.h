@@ -25,7 +25,7 @@ class PaneelVenster : public QObject, public BureauPaneel {
     void toon() override;
     [[nodiscard]] bool isOpen() const override { return view_ != nullptr; }
 
-    // None while the panel is closed.
+    // The panel's window and state; null while the panel is closed.
     [[nodiscard]] QQuickView* view() const { return view_.get(); }
     [[nodiscard]] PaneelStaat* staat() const { return staat_.get(); }
     [[nodiscard]] const Voorbeeld& voorbeeld() const { return voorbeeld_; }

@@ -11,10 +11,11 @@ Column {
     BXKeuze {
         width: parent.width
         opties: paneel.saverKeuzes
+        gescheiden: true
         keuze: paneel.saver
         // An open sheet overwrites the stored mode when it closes.
         enabled: !paneel.saverBlad
-        opacity: enabled ? 1 : 0.4
+        opacity: enabled ? 1 : 0.8
         onGewisseld: (nu) => paneel.saver = nu
         Accessible.name: "Wat de schermbeveiliging toont"
     }

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "platform/window/WindowSystem.h"
+#include "hosts/bureau/paneel/VoorbeeldVlak.h"
 
 namespace brixtel {
 
@@ -23,20 +23,16 @@ Voorbeeld::~Voorbeeld() {
     weg();
 }
 
-void Voorbeeld::toon(QWindow& in, const QRect& plek, const Inhoud& inhoud) {
-    if (plek.isEmpty() || !server_.isConnected() || !server_.system().capabilities().adoptsHosts)
-        return weg();
-    const bool nieuw = !vak_ || vak_->parent() != &in;
+void Voorbeeld::toon(QQuickItem& in, const QRect& plek, const Inhoud& inhoud) {
+    if (plek.isEmpty() || !server_.isConnected()) return weg();
+    const bool nieuw = !vak_ || vak_->parentItem() != &in;
     if (nieuw) {
         weg();
-        vak_ = std::make_unique<QWindow>(&in);
-        vak_->setFlag(Qt::WindowTransparentForInput);
-        vak_->setGeometry(plek);
-        vak_->show();
-        venster_ = std::make_unique<platform::Window>(server_, server_.system().hostRefOf(*vak_));
+        vak_ = std::make_unique<VoorbeeldVlak>(in);
     }
-    const bool andereMaat = vak_->size() != plek.size();
-    vak_->setGeometry(plek);
+    const bool andereMaat = vak_->size() != QSizeF(plek.size());
+    vak_->zetPlek(plek);
+    if (nieuw) venster_ = std::make_unique<platform::Window>(server_, vak_->plek());
     const Inhoud voor = std::exchange(inhoud_, inhoud);
     if (nieuw || inhoud.soort != voor.soort) return vul();
     // A scene resizes itself; size and density concern the rain alone.
@@ -55,7 +51,7 @@ void Voorbeeld::weg() {
 
 void Voorbeeld::vul() {
     andereRegen_.vergeet();
-    const QRectF vlak(QPointF(0.0, 0.0), QSizeF(vak_->size()));
+    const QRectF vlak(QPointF(0.0, 0.0), vak_->size());
     auto view = std::make_shared<View>(vlak);
     view->setWantsLayer(true);
     view->layer()->setBackgroundColor(Qt::black);
@@ -74,8 +70,8 @@ void Voorbeeld::vul() {
 }
 
 MatrixRegenOpties Voorbeeld::regenOpties() const {
-    return {.maat = QSizeF(vak_->size()),
-            .schaal = vak_->devicePixelRatio(),
+    return {.maat = vak_->size(),
+            .schaal = vak_->plek().measures().scale,
             .dichtheid = inhoud_.dichtheid};
 }
 

@@ -1,20 +1,23 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QQuickItem>
 #include <QRect>
-#include <QWindow>
 #include <memory>
 #include <optional>
 
 #include "hosts/bureau/GedoseerdeActie.h"
+#include "platform/window/PicturePlace.h"
 #include "platform/window/Window.h"
 #include "tafereel/Tafereel.h"
 
 namespace brixtel {
 
-// A small running picture of the black screen's content, at preview quality, in a window of
-// its own inside another window. The picture exists while it is shown, and passes the mouse
-// through. Main thread; server and source must outlive it.
+class VoorbeeldVlak;
+
+// A small running picture of the black screen's content, at preview quality, in the scene of
+// another window. The picture exists while it is shown, and passes the mouse through. Main
+// thread; server and source must outlive it.
 class Voorbeeld {
   public:
     struct Inhoud {
@@ -29,14 +32,14 @@ class Voorbeeld {
     Voorbeeld(const Voorbeeld&) = delete;
     Voorbeeld& operator=(const Voorbeeld&) = delete;
 
-    // Shows the content at `plek` in the window, in points from the upper left corner. An
+    // Shows the content at `plek` in the item, in points from the upper left corner. An
     // empty place shows nothing. Only another kind makes a new picture. The rain takes a
     // new speed while it falls, and is made anew for a new density at most every 0.15 s. A
     // scene has neither.
-    void toon(QWindow& in, const QRect& plek, const Inhoud& inhoud);
+    void toon(QQuickItem& in, const QRect& plek, const Inhoud& inhoud);
     void weg();
 
-    // None while nothing is shown.
+    // The picture's window; null while nothing is shown.
     [[nodiscard]] const platform::Window* venster() const { return venster_.get(); }
 
   private:
@@ -48,7 +51,7 @@ class Voorbeeld {
     platform::RandomSource& toeval_;
     GedoseerdeActie andereRegen_;
     Inhoud inhoud_;
-    std::unique_ptr<QWindow> vak_;
+    std::unique_ptr<VoorbeeldVlak> vak_;
     std::unique_ptr<platform::Window> venster_;  // draws in it
     std::shared_ptr<platform::View> view_;
     std::unique_ptr<Tafereel> tafereel_;

@@ -14,6 +14,7 @@ Column {
     BXKeuze {
         width: parent.width
         opties: paneel.soorten
+        gescheiden: true
         keuze: paneel.soort
         onGewisseld: (nu) => paneel.soort = nu
         Accessible.name: "Scène van het zwarte scherm"

@@ -26,9 +26,9 @@ struct PixelBuffer {
 // Draws display lists on the processor, only inside the given rectangles, so a
 // mostly still picture costs next to nothing. The fast path takes a few integer
 // operations per pixel: a picture shown pixel for pixel, under a mask that is
-// even along a row (digits under falling trails). Everything else is right but
-// slower. Keep one drawer per window: it owns working memory, reuses it, and
-// allocates nothing once grown. One thread at a time.
+// even along a row (digits under falling trails). All other items are drawn correctly but
+// more slowly. A window keeps one drawer, which owns and reuses its working memory, and
+// allocates nothing once that has grown. One thread at a time.
 //
 // Rules, which every drawer of display lists follows:
 // - Edges lie on whole pixels (PixelGrid::snap) and are never softened.

@@ -20,7 +20,7 @@ namespace platform {
 namespace {
 
 constexpr std::uint32_t kOpaqueBlack = 0xFF000000U;
-// More could not be counted in pixels of single precision.
+// The longest side: beyond it, single precision is too coarse for places within a pixel.
 constexpr int kMostSide = 1 << 20;
 
 bool isFinite(const glm::mat4& matrix) {
@@ -72,7 +72,7 @@ struct CpuSceneDrawer::Parts {
     QSize tiles;
     enum State : char { kUnknown, kBlack, kLit };
     std::vector<char> shows;  // what the picture's tiles show
-    std::vector<char> lit;    // whether there is light in the packed tile
+    std::vector<char> lit;    // whether the packed tile holds light
     std::vector<int> wanted;  // tiles to be worked on
     std::vector<std::uint32_t> packed;
     std::vector<QRect> damage;
@@ -144,7 +144,7 @@ void CpuSceneDrawer::Parts::addDamage(const QRect& rect) {
     damage.push_back(rect);
 }
 
-// Whether something of the tile is to be written, counted if so.
+// Returns whether part of the tile is to be written, and counts the tile if so.
 bool CpuSceneDrawer::Parts::isShown(int tile) {
     const auto at = static_cast<std::size_t>(tile);
     const bool isBlack = !glow.glows(tile) && !lit[at];
@@ -179,12 +179,11 @@ void CpuSceneDrawer::Parts::showTile(int tile, const PixelBuffer& picture,
                         kOpaqueBlack);
         return;
     }
-    const bool glows = glow.glows(tile);
     std::uint32_t* const light = packed.data() + at * kPackedTile;
     if (!lit[at]) std::fill_n(light, kPackedTile, 0U);
     TileGlow added;
-    if (glows) glow.expand(tile % tiles.width(), tile / tiles.width(), work.data(), added);
-    encodeTile(light, glows ? &added : nullptr, {to, picture.stride, rect.width(), rect.height()});
+    if (glow.glows(tile)) glow.expand(tile, work.data(), added);
+    encodeTile(light, added, {to, picture.stride, rect.width(), rect.height()});
 }
 
 CpuSceneDrawer::CpuSceneDrawer(const Options& options) : parts_(std::make_unique<Parts>(options)) {}

@@ -13,23 +13,23 @@ namespace platform {
 
 struct DrawList;
 
-// Draws a scene's draw lists with the processor alone, in linear light with
-// bloom, as platform/scene/Shading.h says: every pixel, with smooth edges. The
-// picture is worked on in tiles, and only those that hold light, or held it the
-// time before, are touched at all. The same list, size and scale give the same
-// bits on every processor.
+// Draws a scene's draw lists with the processor alone, by the formulas of
+// platform/scene/Shading.h: every pixel, with smooth edges, in linear light with bloom. The
+// picture consists of tiles. Only tiles that hold light, or held light in the last draw, are
+// touched. The same list, size and scale give the same bits on every
+// processor.
 //
-// Meshes and pictures are prepared once, known again by their ids, and dropped
-// when no list has shown them for a while. A list of the same make as the one
-// before allocates nothing. Any one thread at a time; threads of its own, owned by
-// the drawer, help with large pictures and sleep between them.
+// Meshes and pictures are prepared once, cached by their ids, and dropped when no list has
+// shown them for a while. A list of the same structure as the last one allocates nothing. One
+// thread at a time. The drawer owns threads that help with large pictures and sleep between
+// draws.
 class CpuSceneDrawer {
   public:
     struct Options {
-        // Draws without showing a mesh or picture before it is dropped.
+        // The number of draws after which an unused mesh or picture is dropped.
         int keepDraws = 120;
-        // Threads that share a large picture's tiles, the calling one among them, at
-        // most 4; 0: as many as the machine has processors. The bits are the same.
+        // The most threads that share a large picture's tiles, the calling thread included, at
+        // most 4; 0: as many as the machine has processors. Any number gives the same bits.
         int threads = 0;
     };
 
@@ -44,31 +44,31 @@ class CpuSceneDrawer {
         // Pixels drawn per pixel shown, along each side, (0, 1]; below 1 the picture
         // is stretched.
         double resolution = 1.0;
-        // Whether the picture still holds what the last draw left in it. If not,
-        // all of it is drawn, black included.
+        // Whether the picture still holds the last draw. Otherwise every pixel is written,
+        // black ones included.
         bool isKept = false;
     };
-    // Makes the picture show the list, every pixel opaque. Returns what may have
-    // changed, in the picture's pixels, valid until the next draw. Everything is
-    // opaque black where the camera or the scale makes no sense.
+    // Makes the picture show the list, every pixel opaque. Returns the rectangles that may
+    // have changed, in the picture's pixels, valid until the next draw. A camera or scale
+    // without sense gives opaque black.
     std::span<const QRect> draw(const DrawList& list, const PixelBuffer& picture,
                                 const Frame& frame);
 
-    // A picture of its own, as RGB32 of `points` × `scale` pixels, rounded; a null
-    // image where that is none, or more than there is memory for.
+    // Draws into a new RGB32 picture of `points` × `scale` pixels, rounded; null for an empty
+    // size or too little memory.
     [[nodiscard]] QImage picture(const DrawList& list, QSizeF points, double scale = 1.0);
 
-    // Numbers of tiles in the last draw.
+    // The numbers of tiles in the last draw; for tests and benchmarks.
     struct Counts {
         int tiles = 0;      // of the whole picture
         int drawn = 0;      // cleared and drawn into
-        int glowing = 0;    // that the bloom's blur worked on
-        int encoded = 0;    // made pixels of
-        int blackened = 0;  // had light the time before, and no longer do
+        int glowing = 0;    // reached by the bloom's blur
+        int encoded = 0;    // written as pixels
+        int blackened = 0;  // whose light has gone since the draw before
     };
     [[nodiscard]] const Counts& counts() const;
 
-    // Kept at this moment.
+    // The numbers of stored meshes and pictures.
     [[nodiscard]] int meshCount() const;
     [[nodiscard]] int pictureCount() const;
 

@@ -15,27 +15,27 @@ struct EglPlatform {
     unsigned name = 0;                // EGL_PLATFORM_…
     void* native = nullptr;           // the display in that platform's terms
     const int* attributes = nullptr;  // ended by EGL_NONE; null for none
-    // Whether the window system is still at the other end; asked on any thread.
+    // Whether the window system still answers; called on any thread.
     std::function<bool()> isConnected;
-    // Held until the driver let go of the display.
+    // Kept until the driver has closed the display.
     std::shared_ptr<void> hold;
 };
 
-// A connection to the machine's OpenGL, through EGL. Shared by the contexts and
-// surfaces made on it, which keep it alive; the driver is let go with the last.
-// From any thread. Nothing here prints or ends the program: what the machine
-// cannot do gives none.
+// A connection to the machine's OpenGL, through EGL. The contexts and surfaces made on it
+// share it; the last holder's end closes the driver's display. Any thread. The functions
+// print nothing and never end the program; a missing ability gives
+// null.
 class EglDisplay {
   public:
-    // Needs no display server: on a GPU where there is one, else on Mesa's
-    // software renderer.
+    // An off-screen connection, without a display server: on a GPU if there is one, else on
+    // Mesa's software renderer.
     [[nodiscard]] static std::shared_ptr<EglDisplay> offscreen();
 
-    // For windows of a window system. Its display stays the caller's and must
-    // outlive everything made here, but for what `platform.hold` holds.
+    // A connection for windows. The caller owns the native display, and keeps it alive longer
+    // than everything made on it, unless `platform.hold` does.
     [[nodiscard]] static std::shared_ptr<EglDisplay> on(EglPlatform platform);
 
-    // Whether EGL is there at all and offers this before a display is open.
+    // Whether EGL exists and offers this extension before a display is open.
     [[nodiscard]] static bool clientOffers(const char* extension);
 
     ~EglDisplay();
@@ -44,7 +44,7 @@ class EglDisplay {
 
     [[nodiscard]] void* handle() const { return handle_; }  // EGLDisplay
     [[nodiscard]] bool offers(std::string_view extension) const;
-    // Whether there are windows, and their system still is at the other end.
+    // Whether this connection shows windows, and their window system still answers.
     [[nodiscard]] bool isConnected() const {
         return platform_.isConnected && platform_.isConnected();
     }
@@ -58,41 +58,41 @@ class EglDisplay {
     std::string extensions_;
 };
 
-// Traits of a config that drawing into a window asks for. A plain value.
+// The traits by which a window's config is chosen. A plain value; any thread.
 struct EglConfigTraits {
     int visual = 0;  // the window system's number for its pixels; 0 for none
     int depth = 0;   // bits of the colours and of alpha together
     int alpha = 0;   // bits of alpha alone
 };
 
-// The surface that OpenGL draws into to show it in a window, whoever made that
-// window. Belongs to the thread on which it is current. The window may vanish at any time: then
-// swapping fails or shows nothing, and nothing worse happens.
+// The surface through which OpenGL draws in a window of any maker. Its owner uses it on the thread
+// on which it is current. The window may vanish at any time: swapping then fails or shows nothing,
+// and nothing worse happens.
 class EglWindowSurface {
   public:
-    // `config` is an EGLConfig of configWhere(), `native` the address of the window
-    // in the platform's terms, the caller's for the length of the call. None if the
-    // window is gone, has a surface already, or does not fit the config.
+    // `config` is an EGLConfig of configWhere(). `native` is the address of the platform's
+    // window; the caller keeps it during the call. Null if the window is gone, has a surface
+    // already, or does not fit the config.
     [[nodiscard]] static std::unique_ptr<EglWindowSurface> create(
         std::shared_ptr<EglDisplay> display, void* config, void* native);
     ~EglWindowSurface();
     EglWindowSurface(const EglWindowSurface&) = delete;
     EglWindowSurface& operator=(const EglWindowSurface&) = delete;
 
-    // The config that fits and carries least besides the colours; null if none.
+    // The fitting config with the fewest buffers besides the colours; null if none fits.
     [[nodiscard]] static void* configWhere(const EglDisplay& display,
                                            const std::function<bool(const EglConfigTraits&)>& fits);
     [[nodiscard]] static EglConfigTraits traits(const EglDisplay& display, void* config);
 
-    // Shows what was drawn; false if the window can no longer be drawn into, as
-    // far as the driver noticed, or the window system has gone.
-    // With an interval of 1 it may wait for the screen.
+    // Shows the drawn picture. False if the window system is gone, or the driver noticed that
+    // the window can no longer be drawn into. May wait for the screen with an
+    // interval of 1.
     bool swap();
     // Sets the vertical blanks between two pictures; 0 does not wait. The
     // surface must be current.
     bool setSwapInterval(int interval);
-    // Pixels, as of the last swap. A driver may learn of a new size later than the
-    // window's owner does.
+    // The size in pixels at the last swap. A driver may learn of a new size later than the
+    // window's owner.
     [[nodiscard]] QSize size() const;
 
     [[nodiscard]] void* handle() const { return handle_; }  // EGLSurface
@@ -109,14 +109,14 @@ class EglWindowSurface {
 // Replaces glGetGraphicsResetStatus() in tests of a lost GPU.
 using ResetQuery = std::function<unsigned()>;
 
-// An OpenGL 3.3 context, core profile, that keeps its display. Current on at most
-// one thread at a time. Every OpenGL object made in it must be dropped while it is
-// current; the context itself, while current there or current nowhere.
+// An OpenGL 3.3 context, core profile, that shares its display. Current on at most one
+// thread at a time. Its objects are dropped while it is current. The context is dropped on
+// the thread on which it is current, or while it is current nowhere.
 class GlContext {
   public:
-    // Fits `surface` where the driver needs that. A context without a surface
-    // can draw off screen on every driver, and to windows on nearly all.
-    // `resetStatus`, if given, replaces the driver's answer.
+    // Makes a context that fits `surface`, where the driver needs that. A context made without a
+    // surface draws off screen on every driver, and in windows on nearly all.
+    // `resetStatus`, if given, replaces the driver's answer. Null without OpenGL 3.3.
     [[nodiscard]] static std::unique_ptr<GlContext> create(
         std::shared_ptr<EglDisplay> display, const EglWindowSurface* surface = nullptr,
         ResetQuery resetStatus = {});
@@ -136,7 +136,7 @@ class GlContext {
     // The same for this thread's current context; false without one.
     [[nodiscard]] static bool isCurrentLost();
 
-    // The driver's name for itself; empty until the context was first
+    // The driver's name for its renderer; empty before the context was first
     // current.
     [[nodiscard]] const std::string& rendererName() const { return rendererName_; }
     // Whether the CPU draws; see isSoftwareRenderer().
@@ -156,7 +156,7 @@ class GlContext {
 
     std::shared_ptr<EglDisplay> display_;
     void* handle_;
-    ResetQuery resetStatus_;  // empty where the driver does not tell
+    ResetQuery resetStatus_;  // empty where the driver does not report resets
     bool lost_ = false;
     std::string rendererName_;
     int errors_ = 0;

@@ -12,7 +12,7 @@ struct EglDevice {
     bool software = false;
 };
 
-// Empty where EGL cannot list them.
+// The devices that EGL lists; empty where EGL cannot list any. Any thread.
 [[nodiscard]] std::vector<EglDevice> eglDevices();
 // Whether the environment asks Mesa to draw on the CPU.
 [[nodiscard]] bool isSoftwareForced();

@@ -15,8 +15,8 @@ namespace platform {
 
 namespace {
 
-// A driver hands out one display for one connection however often it is asked,
-// and shutting it down shuts it down for all. So it is counted.
+// Counts the holders of each display. A driver gives every caller of one connection the
+// same display, and closing that display closes it for all.
 class Openings {
   public:
     static Openings& shared() {
@@ -100,8 +100,8 @@ EglDisplay::~EglDisplay() {
 
 std::shared_ptr<EglDisplay> EglDisplay::offscreen() {
     if (!EglDisplay::clientOffers("EGL_EXT_platform_base")) return nullptr;
-    // Devices first: asked for no platform at all, a machine that has a GPU's own
-    // driver beside Mesa answers with Mesa's software.
+    // Devices are tried first: beside a GPU's own driver, the default platform may be Mesa's
+    // software renderer.
     const bool devices = EglDisplay::clientOffers("EGL_EXT_platform_device");
     const auto onDevice = [&](bool software) -> std::shared_ptr<EglDisplay> {
         for (const EglDevice& device : eglDevices()) {

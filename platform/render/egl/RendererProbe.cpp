@@ -11,7 +11,7 @@ namespace platform {
 
 namespace {
 
-// Whether the kernel offers any GPU, whoever makes its driver.
+// Whether the kernel offers a GPU, with a driver of any maker.
 bool hasDevice() {
     if (!QDir(QStringLiteral("/dev/dri"))
              .entryList({QStringLiteral("renderD*"), QStringLiteral("card*")}, QDir::System)

@@ -11,34 +11,34 @@ struct RendererKind {
     bool software = false;  // OpenGL would draw on the CPU
 };
 
-// Tells whether OpenGL for windows would be software, without starting it:
-// Mesa's software renderer alone costs a process some 55 MB and 35 ms before it
-// has drawn anything, and whoever finds it will rather draw without OpenGL.
+// Tells whether OpenGL for windows would be software, without starting it. Mesa's
+// software renderer costs a process some 55 MB and 35 ms before it has drawn
+// anything, and drawing without OpenGL is then cheaper.
 //
 // Software is certain after one of these tests, in this order of rising cost:
 //  1. The environment asks for it, the machine has no device of a GPU, or there is
 //     no EGL at all.
-//  2. The window system shares no GPU with programs, as it says itself. One round
-//     trip.
+//  2. The window system itself answers that it shares no GPU with programs. One
+//     round trip.
 //  3. EGL lists devices, and all of them are software: no graphics device is
 //     open to this process, as in a container. 2 ms and 2 MB, which OpenGL
 //     would cost anyway.
 // All other cases count as a GPU. A broken driver may still draw in software;
 // GlContext::isSoftware() tells once a context is made.
 //
-// `sharesGpu` asks the window system, at most once; without it only the first and
-// the last are asked, for drawing off screen. From any thread.
+// `sharesGpu` asks the window system, and is called at most once. Without it, only the first
+// and the last test are made, for drawing off screen. Any thread; owns nothing.
 [[nodiscard]] RendererKind probeRenderer(const std::function<bool()>& sharesGpu);
 
 // The probe's findings as plain values, so that tests reach the judgement.
 struct RendererSigns {
     bool forced = false;      // the environment wants software
-    bool node = true;         // a GPU's device is there
-    bool egl = true;          // there is EGL
+    bool node = true;         // the machine has a GPU's device
+    bool egl = true;          // EGL exists
     bool server = false;      // a window system was asked
-    bool sharesGpu = false;   // it shares a GPU with programs
-    int devices = 0;          // that EGL lists; 0 if it cannot
-    int softwareDevices = 0;  // of them
+    bool sharesGpu = false;   // the window system shares a GPU with programs
+    int devices = 0;          // the devices that EGL lists; 0 if EGL cannot list any
+    int softwareDevices = 0;  // the software ones among them
 };
 [[nodiscard]] RendererKind judgeRenderer(const RendererSigns& signs);
 

@@ -9,15 +9,15 @@
 
 namespace platform {
 
-// Asks without waiting: an answer comes some frames later. Does not start again
-// before that.
+// Measures frames without waiting: an answer comes some frames later. At most four answers
+// are outstanding at once. The context's thread.
 class GpuTimer {
   public:
     explicit GpuTimer(bool enabled);
 
     void begin();
     void end();
-    // The time of the last frame answered; none before the first answer.
+    // The last answered frame's time; none before the first answer.
     [[nodiscard]] std::optional<double> seconds() const { return seconds_; }
 
   private:

@@ -27,7 +27,7 @@ void addLines(Build& build, const MeshData& data, float slot) {
         const glm::vec3 a = data.positions[data.indices[i]];
         const glm::vec3 b = data.positions[data.indices[i + 1]];
         const auto first = static_cast<std::uint32_t>(build.vertices.size());
-        // The direction between the ends reverses at the second end, and with it the sides.
+        // The direction between the ends reverses at the second end, and so do the sides.
         for (const float side : {1.0F, -1.0F})
             build.vertices.push_back({a, b, {side, 1.0F}, slot});
         for (const float side : {-1.0F, 1.0F})

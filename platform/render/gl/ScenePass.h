@@ -69,7 +69,7 @@ class ScenePass {
     std::vector<PlacedBatch> batches_;  // in drawing order
     std::vector<glm::vec4> staging_;
     GLint maxInstances_ = 0;
-    SceneFrame frame_;
+    SceneUniforms frame_;
     ScenePassOptions options_;
     std::uint64_t draw_ = 0;
     int drawCalls_ = 0;

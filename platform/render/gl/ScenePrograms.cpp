@@ -86,12 +86,12 @@ SceneProgram::SceneProgram(std::unique_ptr<GlProgram> program, unsigned variant)
     glUniform1i(at("instances"), 1);
 }
 
-void SceneProgram::use(const SceneFrame& frame, std::uint64_t draw) {
+void SceneProgram::use(const SceneUniforms& frame, std::uint64_t draw) {
     program_->use();
     if (std::exchange(frameOf_, draw) != draw) setFrame(frame);
 }
 
-void SceneProgram::setFrame(const SceneFrame& frame) const {
+void SceneProgram::setFrame(const SceneUniforms& frame) const {
     const DrawList& list = *frame.list;
     const DrawCamera& camera = list.camera;
     glUniformMatrix4fv(viewProjection_, 1, GL_FALSE, glm::value_ptr(frame.viewProjection));

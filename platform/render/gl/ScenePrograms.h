@@ -35,7 +35,7 @@ enum SceneVariant : unsigned {
                                                      const char* fragmentText);
 
 // The values that all draws of one frame share.
-struct SceneFrame {
+struct SceneUniforms {
     const DrawList* list = nullptr;
     glm::mat4 viewProjection{1.0F};
     glm::vec2 halfViewport{1.0F};  // pixels
@@ -48,14 +48,14 @@ class SceneProgram {
   public:
     SceneProgram(std::unique_ptr<GlProgram> program, unsigned variant);
 
-    // Puts the program in use, with the frame's values if they are not set yet.
-    void use(const SceneFrame& frame, std::uint64_t draw);
+    // Makes the program current, and sets the frame's values unless they are set.
+    void use(const SceneUniforms& frame, std::uint64_t draw);
 
     GLint firstInstance, contentsTransform, thickness, strength, dots, emission;
     GLint world, under, reach, textureSpan, colour;  // the floor's
 
   private:
-    void setFrame(const SceneFrame& frame) const;
+    void setFrame(const SceneUniforms& frame) const;
 
     std::unique_ptr<GlProgram> program_;
     const unsigned variant_;
@@ -68,7 +68,7 @@ class SceneProgram {
 // Programs, each made on first need.
 class ScenePrograms {
   public:
-    // Null if the driver refuses it.
+    // The program of that variant; null if the driver refuses it.
     SceneProgram* find(unsigned variant);
 
   private:

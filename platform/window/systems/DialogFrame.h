@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Services for dialogs that Qt draws, from the window system that Qt runs on. A call does
-// nothing where the system lacks the service. Main thread, under a QGuiApplication.
+// Services of Qt's window system for dialogs that Qt draws. A call does nothing where the system
+// lacks the service. The caller owns the windows. Main thread, under a QGuiApplication.
 #pragma once
 
 #include <QRect>
@@ -17,8 +17,8 @@ namespace platform {
 // without dark frames gives the ordinary one.
 void askForDarkFrame(QWindow& window);
 
-// Asks for a frame with a title bar and without ways to close, shrink, grow or resize such
-// a window; the user can still move it. Some window managers keep the buttons.
+// Asks for a frame with a title bar alone around such a window: the user can move it, but
+// not close, shrink, grow or resize it. Some window managers show their buttons anyway.
 void askForTitleOnly(QWindow& window);
 
 // The place of a window's content on screen, in Qt's points; for any program's window. None

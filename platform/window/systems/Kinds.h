@@ -13,7 +13,7 @@ namespace platform {
 
 // The kind that Qt runs on; null where Qt runs on none of them.
 [[nodiscard]] const WindowSystemKind* qtsKind();
-// The kind of the program's windows: Qt's, or else the first.
+// The kind of the program's windows: that of the last DisplayCheck, else Qt's, else the last.
 [[nodiscard]] const WindowSystemKind& programsKind();
 
 }  // namespace platform

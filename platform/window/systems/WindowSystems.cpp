@@ -9,10 +9,9 @@ namespace platform {
 
 namespace {
 
-// For the life of the process, as Qt's own choice is: the one kind to be asked, null
-// for all; and the kind that answered last, null until one did.
-const WindowSystemKind* onlyKind = nullptr;
-const WindowSystemKind* answering = nullptr;
+// The choices last for the process, as Qt's own choice does.
+const WindowSystemKind* onlyKind = nullptr;   // the only kind to be probed; null for all
+const WindowSystemKind* answering = nullptr;  // the kind that answered last; null before
 
 const WindowSystemKind* kindOf(const QString& name) {
     for (const WindowSystemKind* kind : windowSystemKinds())

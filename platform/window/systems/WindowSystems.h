@@ -11,23 +11,23 @@
 
 namespace platform {
 
-// The window systems' names as a user writes them, in the order in which the session
-// is asked for them. Any thread.
+// The window systems' names as a user writes them, in the order in which the session is
+// probed. Any thread.
 [[nodiscard]] QStringList windowSystemNames();
 
-// Lets the session be asked for the window system of that name alone; an empty
-// name: for each, in their order. Before all else here but windowSystemNames().
-// Main thread.
+// Restricts the session to the window system of that name; an empty name allows all. To be
+// called before every other function here except windowSystemNames(). Main
+// thread.
 void useOnly(const QString& name);
-// The same for the first that adopts hosts' windows.
+// Restricts an unrestricted session to the first window system that hosts draw on. Main thread.
 void useOnlyForHosts();
 
-// The address that the environment gives for the first window system that may be
-// asked; empty for none. Any thread.
+// The address that the environment gives for the first allowed window system; empty for
+// none. Any thread, but not during useOnly() or useOnlyForHosts().
 [[nodiscard]] QString sessionAddress();
 
-// Whether the session has a window system that answers; Qt would end the program
-// with a crash where none does. To be kept until Qt has connected. Main thread.
+// Whether the session has a window system that answers. Without one Qt would crash the
+// program. The caller keeps the object until Qt has connected. Main thread.
 class DisplayCheck {
   public:
     DisplayCheck();
@@ -40,17 +40,17 @@ class DisplayCheck {
 
 enum class QtScreens {
     Session,  // Qt shows windows of its own making, such as dialogs
-    Windows,  // the program has platform windows alone
-    None,     // nothing is shown: pictures alone
+    Windows,  // the program shows platform windows alone
+    None,     // the program shows nothing: it makes pictures
 };
 
-// Makes Qt show windows on the session's window system, the one that a DisplayCheck
-// found, or nowhere, where it need not. Before the application object. Main thread.
+// Chooses Qt's platform plugin: for the window system that the last DisplayCheck found, or
+// off screen where Qt need show nothing. Before the application object. Main thread.
 void chooseQtScreens(QtScreens screens);
 
-// The window system that a DisplayCheck found, or else the one that Qt
-// shows windows on, or the last there is where Qt shows none. The clock outlives
-// the system. Main thread.
+// Opens the window system that the last DisplayCheck found; without a find, the one that Qt
+// runs on; else the last one. The caller owns the system. The clock outlives the
+// system. Main thread.
 [[nodiscard]] std::unique_ptr<WindowSystem> openWindowSystem(MediaClock& clock);
 
 // Reads a window's name from a command line or the environment; none for a text that names

@@ -13,7 +13,7 @@ namespace platform::wayland {
 namespace {
 
 constexpr std::size_t kBuffers = 3;
-// More rectangles than this are painted as the one that holds them.
+// The most missed rectangles that are kept apart; more are joined into one.
 constexpr std::size_t kMostMissed = 512;
 constexpr std::size_t kMostRetired = 2 * kBuffers;
 
@@ -98,7 +98,7 @@ void BufferRing::finish(Buffer& buffer, std::span<const QRect> damage, bool opaq
     for (const auto& other : buffers_)
         if (other.get() != &buffer) append(other->missed_, damage);
     append(damage_, damage);
-    // The surface it was painted for may have gone meanwhile.
+    // The surface may have gone while its buffer was painted.
     if (buffer.state_ != Buffer::State::Painting) return;
     if (painted_) painted_->state_ = Buffer::State::Free;
     painted_ = &buffer;
@@ -142,7 +142,7 @@ void BufferRing::reset() {
     const std::lock_guard lock(mutex_);
     painted_ = nullptr;
     for (const auto& buffer : buffers_) {
-        // One that is being painted is free once it is finished.
+        // A buffer that is being painted counts as free too: finish() then shows nothing.
         buffer->state_ = Buffer::State::Free;
         buffer->missed_.assign(1, QRect(QPoint(0, 0), buffer->size_));
     }
@@ -157,7 +157,7 @@ bool BufferRing::hasFree() const {
 
 void BufferRing::sweep() {
     const std::lock_guard lock(mutex_);
-    // A compositor that gives nothing back does not get all memory there is.
+    // The limit bounds the memory that a compositor holds by releasing no buffer.
     while (retired_.size() > kMostRetired)
         retired_.erase(retired_.begin());
     std::erase_if(retired_,

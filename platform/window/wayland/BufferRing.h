@@ -39,19 +39,19 @@ class Buffer {
     const int file_;
     std::uint32_t* const pixels_;
     const std::size_t bytes_;
-    // Under the ring's mutex.
+    // The ring's mutex guards the state and the missed rectangles.
     State state_ = State::Free;
-    // Where the picture differs from the newest one.
+    // The rectangles in which the buffer differs from the newest picture.
     std::vector<QRect> missed_;
     // The compositor's names for the buffer, with alpha and without; for the main thread.
     Proxy<wl_buffer> withAlpha_, opaque_;
     ShmBuffers* names_ = nullptr;
 };
 
-// Three buffers that a window's pictures are painted into in turn. The render
-// thread paints one while the compositor reads another; what a buffer missed
-// meanwhile is painted again, never copied. A new size makes new buffers, and the
-// old ones stay until the compositor gives them back.
+// Three buffers that receive a window's pictures in turn. The render thread paints one
+// buffer while the compositor reads another. The damage that a buffer missed is painted
+// again, never copied. A new size makes new buffers; a buffer of an earlier size stays until
+// the compositor releases it.
 //
 // Shared by the native window (main thread) and its surface (render thread); the
 // buffers' memory ends with the last of the two.
@@ -62,37 +62,37 @@ class BufferRing {
     BufferRing(const BufferRing&) = delete;
     BufferRing& operator=(const BufferRing&) = delete;
 
-    // Render thread. A buffer of that size to paint into; null where the
-    // compositor has them all. `rects` gets `damage` and all that the buffer
-    // missed, within the picture.
+    // Render thread. Gives a buffer of that size to paint into; null while the compositor
+    // has all buffers. `rects` receives `damage` and the buffer's missed rectangles, within
+    // the picture.
     [[nodiscard]] Buffer* begin(QSize size, std::span<const QRect> damage,
                                 std::vector<QRect>& rects);
-    // The buffer shows the newest picture, which differs from the one before within
+    // Marks the buffer as the newest picture, which differs from the previous one within
     // `damage`. Wakes the main thread.
     void finish(Buffer& buffer, std::span<const QRect> damage, bool opaque);
-    // The picture changed there, and there was nothing to paint on.
+    // Notes damage for which there was no free buffer.
     void miss(std::span<const QRect> damage);
 
-    // Main thread. Readable once there is a new picture; take() empties it.
+    // Main thread. The file is readable once there is a new picture; see acknowledge().
     [[nodiscard]] int file() const { return file_; }
     struct Painted {
-        Buffer* buffer = nullptr;  // null: none
+        Buffer* buffer = nullptr;  // null for no picture
         bool opaque = false;
     };
-    // The newest picture that was not taken, if it has that size; one of another
-    // size is dropped. `damage` gets where it differs from the one taken before.
+    // Takes the newest picture if it has that size, and drops a picture of another size.
+    // `damage` receives the difference from the last picture taken.
     [[nodiscard]] Painted take(QSize size, std::vector<QRect>& damage);
-    // Empties the file.
+    // Resets the readable file.
     void acknowledge() const;
-    // The compositor reads the buffer no more.
+    // Reports that the compositor has released the buffer.
     void released(Buffer& buffer);
-    // The surface that the pictures were for is gone: every buffer is free and
-    // shows nothing that counts. To be called once the compositor cannot read them.
+    // Frees every buffer after its surface has gone, and forgets the buffers' contents. To be
+    // called once the compositor cannot read the buffers.
     void reset();
     [[nodiscard]] bool hasFree() const;
-    // Ends the memory of an earlier size that the compositor gave back.
+    // Ends the buffers of earlier sizes that the compositor has released.
     void sweep();
-    // Ends the compositor's names for all buffers. Before the connection ends.
+    // Ends the compositor's names for all buffers. To be called before the connection ends.
     void endNames();
 
   private:
@@ -101,16 +101,16 @@ class BufferRing {
     const int file_;
     mutable std::mutex mutex_;
     std::vector<std::unique_ptr<Buffer>> buffers_;
-    // The buffers of another size than the window's; the main thread ends them.
+    // The buffers of earlier sizes; the main thread ends them.
     std::vector<std::unique_ptr<Buffer>> retired_;
     QSize size_;
     Buffer* painted_ = nullptr;
     bool paintedOpaque_ = false;
-    std::vector<QRect> damage_;  // since the picture that was taken last
+    std::vector<QRect> damage_;  // since the last picture taken
 };
 
-// Makes the compositor's names for a ring's buffers, and hears when the compositor
-// gives one back. The ring and the shared memory outlive it. Main thread.
+// Makes the compositor's names for a ring's buffers, and receives their release. The native
+// window owns it; the ring and the shared memory outlive it. Main thread.
 class ShmBuffers {
   public:
     ShmBuffers(wl_shm* shm, BufferRing& ring, std::function<void()> released);

@@ -2,6 +2,7 @@
 #include "platform/window/wayland/Connection.h"
 
 #include <poll.h>
+#include <time.h>
 
 #include <QAbstractEventDispatcher>
 #include <algorithm>
@@ -13,10 +14,14 @@ namespace platform::wayland {
 
 namespace {
 
-// A compositor that says nothing for so long is none.
+// A compositor that is silent for this long counts as absent.
 constexpr int kPatience = 5000;  // milliseconds
 
-// The library's own words; who is told of a loss says what there is to say.
+// Protocols of lockers, of which only the presence counts.
+constexpr std::string_view kInputTaking = "zwlr_input_inhibit_manager_v1";
+constexpr std::string_view kSessionLocks = "ext_session_lock_manager_v1";
+
+// Suppresses the library's own messages; the action of onLost() reports a loss.
 void keepQuiet(const char*, va_list) {}
 
 template <typename T>
@@ -59,6 +64,11 @@ const wl_registry_listener Connection::kRegistry = {
                         std::uint32_t name) { static_cast<Connection*>(data)->gone(name); },
 };
 
+const wp_presentation_listener Connection::kPresentation = {
+    .clock_id = [](void* data, wp_presentation*, std::uint32_t clock) {
+        if (clock != CLOCK_MONOTONIC) static_cast<Connection*>(data)->presentation_.reset();
+    }};
+
 const xdg_wm_base_listener Connection::kPings = {
     .ping = [](void*, xdg_wm_base* base, std::uint32_t serial) { xdg_wm_base_pong(base, serial); }};
 
@@ -70,8 +80,10 @@ Connection::Connection(MediaClock& clock, const QString& address) : seat_(clock)
     registry_.reset(wl_display_get_registry(display()));
     wl_registry_add_listener(registry_.get(), &kRegistry, this);
     alive_ = true;
-    // The globals, and then what they tell of themselves.
-    alive_ = roundTrip() && compositor_ && shm_ && roundTrip();
+    // The first round trip brings the globals, the second their properties.
+    alive_ = roundTrip() && compositor_ && shm_;
+    if (alive_) followToplevels();
+    alive_ = alive_ && roundTrip();
     if (!alive_) return;
     seat_.setCursorSource(compositor_.get(), shm_.get());
     const int file = wl_display_get_fd(display());
@@ -114,13 +126,28 @@ void Connection::found(std::uint32_t name, std::string_view interface, std::uint
             r, name, wp_fractional_scale_manager_v1_interface, version, 1);
     } else if (interface == wp_presentation_interface.name) {
         presentation_ = bind<wp_presentation>(r, name, wp_presentation_interface, version, 1);
+        wp_presentation_add_listener(presentation_.get(), &kPresentation, this);
     } else if (interface == zxdg_decoration_manager_v1_interface.name) {
         decorations_ = bind<zxdg_decoration_manager_v1>(
             r, name, zxdg_decoration_manager_v1_interface, version, 1);
     } else if (interface == ext_idle_notifier_v1_interface.name) {
         idleNotifier_ =
             bind<ext_idle_notifier_v1>(r, name, ext_idle_notifier_v1_interface, version, 1);
+    } else if (interface == org_kde_kwin_idle_interface.name) {
+        kdeIdle_ = bind<org_kde_kwin_idle>(r, name, org_kde_kwin_idle_interface, version, 1);
+    } else if (interface == kInputTaking) {
+        inputTaking_ = true;
+    } else if (interface == kSessionLocks) {
+        sessionLocks_ = true;
+    } else if (interface == zwlr_foreign_toplevel_manager_v1_interface.name) {
+        toplevelManager_ = name;
     }
+}
+
+void Connection::followToplevels() {
+    if (!locksAreOverlays() || toplevelManager_ == 0) return;
+    toplevels_.bind(bind<zwlr_foreign_toplevel_manager_v1>(
+        registry_.get(), toplevelManager_, zwlr_foreign_toplevel_manager_v1_interface, 1, 1));
 }
 
 void Connection::gone(std::uint32_t name) {

@@ -9,35 +9,36 @@
 #include "platform/window/wayland/Outputs.h"
 #include "platform/window/wayland/Protocols.h"
 #include "platform/window/wayland/Seat.h"
+#include "platform/window/wayland/Toplevels.h"
 
 namespace platform::wayland {
 
-// Whether the compositor answers all that was sent to it; waits for that, seconds at
-// most. Events that come meanwhile are handed out.
+// Waits, seconds at most, until the compositor has answered everything sent; false if it has
+// not. Events that arrive meanwhile are delivered. Main thread.
 [[nodiscard]] bool answers(wl_display& display);
 
-// The program's connection to a Wayland compositor, with what the compositor
-// offers. Reads on the Qt event loop of the thread that made the connection, and
-// sends before that loop waits; no other thread uses the connection. Owned by the
-// window system, outlives the windows. Main thread.
+// The program's connection to a Wayland compositor, and the compositor's interfaces. Reads on
+// the Qt event loop of the thread that made the connection, and sends before that loop waits.
+// No other thread uses the connection. Owned by the window system; outlives the
+// windows. Main thread.
 class Connection {
   public:
-    // To the environment's compositor where `address` is empty. Waits for the
-    // compositor's first answers, seconds at most; see isAlive(). The clock
+    // Connects to the environment's compositor where `address` is empty. Waits for the
+    // compositor's first answers, seconds at most; isAlive() tells the result. The clock
     // outlives the connection.
     Connection(MediaClock& clock, const QString& address);
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
-    // Whether there is a compositor that windows can be shown on.
+    // Whether there is a compositor that can show windows.
     [[nodiscard]] bool isAlive() const { return alive_; }
-    // Why the connection was lost, in the compositor's words; empty where the
-    // compositor just went away.
+    // The compositor's reason for the loss of the connection; empty where the compositor just
+    // went away.
     [[nodiscard]] const QString& protocolError() const { return protocolError_; }
     // Calls the action once the compositor is gone, in a turn of the event loop.
     void onLost(std::function<void()> action) { lost_ = std::move(action); }
-    // Something else found the compositor gone.
+    // Reports that another part found the compositor gone.
     void lost();
 
     [[nodiscard]] wl_display* display() const { return display_.get(); }
@@ -46,7 +47,13 @@ class Connection {
     [[nodiscard]] Seat& seat() { return seat_; }
     [[nodiscard]] const Seat& seat() const { return seat_; }
 
-    // Each null where the compositor does not offer it; the first two are there
+    // Whether lockers show overlays as any program does, so that one of ours could lie over
+    // a lock: there is a protocol to take the input, and none to lock.
+    [[nodiscard]] bool locksAreOverlays() const { return inputTaking_ && !sessionLocks_; }
+    // Followed where locksAreOverlays().
+    [[nodiscard]] Toplevels& toplevels() { return toplevels_; }
+
+    // The interfaces, each null where the compositor does not offer it. The first two exist
     // while the connection is alive.
     [[nodiscard]] wl_compositor* compositor() const { return compositor_.get(); }
     [[nodiscard]] wl_shm* shm() const { return shm_.get(); }
@@ -54,13 +61,16 @@ class Connection {
     [[nodiscard]] zwlr_layer_shell_v1* layers() const { return layers_.get(); }
     [[nodiscard]] wp_viewporter* viewporter() const { return viewporter_.get(); }
     [[nodiscard]] wp_fractional_scale_manager_v1* fractions() const { return fractions_.get(); }
+    // Null, too, where the compositor's times are those of another clock than the media
+    // clock's.
     [[nodiscard]] wp_presentation* presentation() const { return presentation_.get(); }
     [[nodiscard]] zxdg_decoration_manager_v1* decorations() const { return decorations_.get(); }
     [[nodiscard]] ext_idle_notifier_v1* idleNotifier() const { return idleNotifier_.get(); }
+    [[nodiscard]] org_kde_kwin_idle* kdeIdle() const { return kdeIdle_.get(); }
 
-    // Sends what was asked for so far.
+    // Sends the requests made so far.
     void flush();
-    // As answers().
+    // Waits for the compositor's answers; see answers().
     bool roundTrip() { return alive_ && answers(*display()); }
 
   private:
@@ -69,8 +79,10 @@ class Connection {
     };
     static const wl_registry_listener kRegistry;
     static const xdg_wm_base_listener kPings;
+    static const wp_presentation_listener kPresentation;
     void found(std::uint32_t name, std::string_view interface, std::uint32_t version);
     void gone(std::uint32_t name);
+    void followToplevels();
     void read();
     void failed();
 
@@ -89,6 +101,10 @@ class Connection {
     Proxy<wp_presentation> presentation_;
     Proxy<zxdg_decoration_manager_v1> decorations_;
     Proxy<ext_idle_notifier_v1> idleNotifier_;
+    Proxy<org_kde_kwin_idle> kdeIdle_;
+    bool inputTaking_ = false, sessionLocks_ = false;
+    std::uint32_t toplevelManager_ = 0;  // its name; 0 without
+    Toplevels toplevels_;
     Outputs outputs_;
     Seat seat_;
     std::unique_ptr<QSocketNotifier> readable_, writable_;

@@ -13,8 +13,8 @@ constexpr std::size_t kMostBoxes = 4;
 // The largest area of the boxes, as a multiple of the rectangles' sum, for joining further.
 constexpr double kWorthJoining = 1.5;
 
-// Writes into `boxes` (emptied first) at most four boxes that hold all rectangles. Boxes
-// are joined where that wastes least, down to four, and further while their area stays
+// Replaces the contents of `boxes` by at most four boxes that hold all rectangles. Boxes are
+// joined where joining wastes least, down to four, and further while their area stays
 // below 1.5 times the rectangles' sum. Empty rectangles are ignored. Allocates nothing once
 // `boxes` has grown. The caller owns `boxes`; any thread.
 void joinDamage(std::span<const QRect> rects, std::vector<QRect>& boxes);

@@ -96,7 +96,7 @@ void Keys::Unref::operator()(xkb_state* p) const {
 }
 
 Keys::Keys() : context_(xkb_context_new(XKB_CONTEXT_NO_DEFAULT_INCLUDES)) {
-    // A compositor's own keymap is complete; what is said of it helps nobody.
+    // The library's messages about a compositor's keymap are suppressed.
     if (context_) xkb_context_set_log_level(context_.get(), XKB_LOG_LEVEL_CRITICAL);
 }
 
@@ -109,7 +109,7 @@ void Keys::setKeymap(int file, std::uint32_t size) {
         size == 0 ? MAP_FAILED : mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
     close(file);
     if (text == MAP_FAILED) return;
-    // The size may count the zero at the end, and need not.
+    // The size may or may not include the final zero byte.
     const std::string_view whole(static_cast<const char*>(text), size);
     const std::string_view used = whole.substr(0, whole.find('\0'));
     if (context_)
@@ -137,7 +137,7 @@ std::uint32_t Keys::modifiers() const {
 }
 
 KeyEvent Keys::press(std::uint32_t key, bool isRepeat) const {
-    // A key without meaning is still a key.
+    // A key without meaning still gives an event.
     if (!state_) return {.key = Qt::Key_unknown, .isRepeat = isRepeat};
     const xkb_keycode_t code = key + kOffset;
     std::array<char, 16> text{};

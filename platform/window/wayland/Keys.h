@@ -45,7 +45,7 @@ class Keys {
     std::unique_ptr<xkb_state, Unref> state_;
 };
 
-// The Qt::Key of a key symbol; Qt::Key_unknown for one that Qt does not know.
+// The Qt::Key of a key symbol; Qt::Key_unknown for a symbol without one. Any thread.
 [[nodiscard]] int qtKey(std::uint32_t keySymbol);
 
 }  // namespace platform::wayland

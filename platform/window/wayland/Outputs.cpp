@@ -28,7 +28,7 @@ const wl_output_listener Output::kListener = {
             if ((flags & WL_OUTPUT_MODE_CURRENT) == 0) return;
             auto& told = static_cast<Output*>(data)->told_;
             told.mode = {width, height};
-            // Displays that only exist in memory tell no rate.
+            // A display that exists in memory only reports no rate.
             told.refresh = refresh >= kLeastRefresh ? refresh : 60'000;
         },
     .done = [](void* data, wl_output*) { static_cast<Output*>(data)->finish(); },
@@ -54,7 +54,7 @@ const zxdg_output_v1_listener Output::kXdgListener = {
         },
     .done =
         [](void* data, zxdg_output_v1* xdg) {
-            // Later versions tell with the output's own `done`.
+            // Later versions complete their properties with the output's own `done`.
             if (zxdg_output_v1_get_version(xdg) < 3) static_cast<Output*>(data)->finish();
         },
     .name =
@@ -66,7 +66,7 @@ const zxdg_output_v1_listener Output::kXdgListener = {
 
 Output::Output(Proxy<wl_output> output, std::uint32_t globalName, std::function<void()> done)
     : output_(std::move(output)), globalName_(globalName), done_(std::move(done)) {
-    // Where neither protocol names it.
+    // The name where neither protocol gives one.
     told_.name = QStringLiteral("output-%1").arg(globalName);
     wl_output_add_listener(get(), &kListener, this);
 }

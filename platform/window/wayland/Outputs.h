@@ -26,19 +26,19 @@ class Output {
     [[nodiscard]] const QString& name() const { return now_.name; }
     // The compositor's own scale, a whole number.
     [[nodiscard]] int wholeScale() const { return now_.scale; }
-    // Where the display lies among the others, in points, y down.
+    // The display's place among the others, in points, y down.
     [[nodiscard]] QRect place() const;
-    // Its picture's size, upright.
+    // The picture's size, after rotation.
     [[nodiscard]] QSize pixelSize() const;
     // Pixels per point.
     [[nodiscard]] double scale() const;
     // Frames per second.
     [[nodiscard]] double refreshRate() const { return now_.refresh / 1000.0; }
-    // Whether the compositor has told all that there is to know.
+    // Whether all of the display's properties have arrived.
     [[nodiscard]] bool isKnown() const { return known_ && !now_.mode.isEmpty(); }
 
   private:
-    // As the compositor tells it, in pieces; whole at `done`.
+    // The properties as they arrive; complete at `done`.
     struct Description {
         QString name;
         QPoint position;
@@ -47,7 +47,7 @@ class Output {
         int transform = 0;
         int scale = 1;
         QPoint logicalPosition;
-        QSize logicalSize;  // empty where the compositor does not tell
+        QSize logicalSize;  // empty where the compositor does not report it
         friend bool operator==(const Description&, const Description&) = default;
     };
     static const wl_output_listener kListener;
@@ -62,8 +62,8 @@ class Output {
     bool known_ = false;
 };
 
-// The displays that there are, in the compositor's order. The first one is the
-// main screen, which the points of all are measured from. Main thread.
+// The present displays, in the compositor's order. The first display is the main screen; the
+// points of all displays are measured from it. Owned by the connection. Main thread.
 class Outputs {
   public:
     void add(Proxy<wl_output> output, std::uint32_t globalName);
@@ -71,15 +71,15 @@ class Outputs {
     void setManager(Proxy<zxdg_output_manager_v1> manager);
 
     [[nodiscard]] std::vector<Screen> screens() const;
-    // The display with most of a rectangle in points, as Screen::frame; the main
-    // one for a rectangle that lies on none, nullptr without displays.
+    // The display with most of a rectangle, in the space of Screen::frame. The main display
+    // for a rectangle that lies on none; nullptr without displays.
     [[nodiscard]] const Output* under(const QRectF& rect) const;
-    // nullptr where it is gone.
+    // The display of that name or object; nullptr where it is gone.
     [[nodiscard]] const Output* of(const wl_output* output) const;
     [[nodiscard]] const Output* named(const QString& name) const;
     [[nodiscard]] Screen screenOf(const Output& output) const;
 
-    // Told, once for each change that is complete.
+    // Calls the action once for each complete change.
     [[nodiscard]] Observation observe(std::function<void()> action) {
         return observers_.add(std::move(action));
     }

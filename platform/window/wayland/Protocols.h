@@ -7,13 +7,15 @@
 
 #include "ext-idle-notify-v1-client.h"
 #include "fractional-scale-v1-client.h"
+#include "kde-idle-client.h"
 #include "presentation-time-client.h"
 #include "viewporter-client.h"
+#include "wlr-foreign-toplevel-management-unstable-v1-client.h"
 #include "xdg-decoration-unstable-v1-client.h"
 #include "xdg-output-unstable-v1-client.h"
 #include "xdg-shell-client.h"
 
-// An argument of a request has this name.
+// The protocol has an argument called `namespace`.
 #define namespace nameSpace
 #include "wlr-layer-shell-unstable-v1-client.h"
 #undef namespace
@@ -56,10 +58,18 @@ struct ProxyEnd {
     void operator()(zxdg_toplevel_decoration_v1* p) const {
         zxdg_toplevel_decoration_v1_destroy(p);
     }
+    void operator()(zwlr_foreign_toplevel_manager_v1* p) const {
+        zwlr_foreign_toplevel_manager_v1_destroy(p);
+    }
+    void operator()(zwlr_foreign_toplevel_handle_v1* p) const {
+        zwlr_foreign_toplevel_handle_v1_destroy(p);
+    }
     void operator()(zwlr_layer_shell_v1* p) const;
     void operator()(zwlr_layer_surface_v1* p) const { zwlr_layer_surface_v1_destroy(p); }
     void operator()(ext_idle_notifier_v1* p) const { ext_idle_notifier_v1_destroy(p); }
     void operator()(ext_idle_notification_v1* p) const { ext_idle_notification_v1_destroy(p); }
+    void operator()(org_kde_kwin_idle* p) const { org_kde_kwin_idle_destroy(p); }
+    void operator()(org_kde_kwin_idle_timeout* p) const { org_kde_kwin_idle_timeout_release(p); }
 };
 template <typename T>
 using Proxy = std::unique_ptr<T, ProxyEnd>;

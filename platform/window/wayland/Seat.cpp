@@ -102,7 +102,7 @@ const wl_touch_listener Seat::Listeners::kTouch = {
     .down =
         [](void* data, wl_touch*, std::uint32_t, std::uint32_t, wl_surface* surface, std::int32_t,
            wl_fixed_t x, wl_fixed_t y) {
-            // A finger is a click.
+            // A touch counts as a click.
             if (InputTarget* const target = of(data).targetOf(surface))
                 target->buttonPressed(InputTarget::Button::Left, point(x, y));
         },
@@ -148,8 +148,8 @@ void Seat::setCapabilities(std::uint32_t capabilities) {
         keyboard_.reset(wl_seat_get_keyboard(seat_.get()));
         wl_keyboard_add_listener(keyboard_.get(), &Listeners::kKeyboard, this);
     } else if (!keyboard && keyboard_) {
-        setKeyTarget(nullptr);
         keyboard_.reset();
+        setKeyTarget(nullptr);
     }
     if (pointer && !pointer_) {
         pointer_.reset(wl_seat_get_pointer(seat_.get()));
@@ -171,7 +171,7 @@ void Seat::setKeyTarget(InputTarget* target) {
     InputTarget* const before = std::exchange(keyTarget_, target);
     if (before == target) return;
     if (before) before->keyboardChanged();
-    // Being told of the loss, one may have ended the other.
+    // The old target's action may have changed or ended the new target.
     if (target && keyTarget_ == target) target->keyboardChanged();
 }
 

@@ -14,7 +14,7 @@ struct wl_cursor_theme;
 
 namespace platform::wayland {
 
-// Who gets the input of a surface. Main thread; a call may end the target.
+// Receives the input of a surface. Main thread; a call may end the target.
 class InputTarget {
   public:
     enum class Button { Left, Right, Other };
@@ -24,16 +24,16 @@ class InputTarget {
     virtual void pointerMoved(QPointF at) = 0;
     virtual void buttonPressed(Button button, QPointF at) = 0;
     virtual void keyboardChanged() = 0;
-    // Whether no pointer is drawn over the surface.
+    // Whether the pointer is hidden over the surface.
     [[nodiscard]] virtual bool hidesCursor() const = 0;
 
   protected:
     ~InputTarget() = default;
 };
 
-// Keyboard, pointer and touch screen: who has them, and what they do. Repeats
-// held keys by the clock, as the compositor wants it. One seat; the first of a
-// compositor that has several. Owned by the connection. Main thread.
+// Keyboard, pointer and touch screen: their targets and their input. Repeats held keys by the
+// clock, at the compositor's rate. One seat: the first of a compositor with several. Owned by
+// the connection. Main thread.
 class Seat {
   public:
     explicit Seat(MediaClock& clock);
@@ -41,7 +41,7 @@ class Seat {
     Seat(const Seat&) = delete;
     Seat& operator=(const Seat&) = delete;
 
-    // Cursors are made with these; both outlive the seat's use.
+    // The compositor and the shared memory, which make cursors, outlive the seat's use.
     void bind(Proxy<wl_seat> seat, std::uint32_t globalName);
     void remove(std::uint32_t globalName);
     void setCursorSource(wl_compositor* compositor, wl_shm* shm);
@@ -49,14 +49,16 @@ class Seat {
     [[nodiscard]] bool hasKeyboard(const InputTarget& target) const {
         return keyTarget_ == &target;
     }
-    // The target whose surface has the keyboard; nullptr where none of ours has.
+    // The target whose surface has the keyboard; nullptr where no surface of ours has it.
     [[nodiscard]] const InputTarget* keyTarget() const { return keyTarget_; }
+    // Whether there is a keyboard to have.
+    [[nodiscard]] bool hasAnyKeyboard() const { return keyboard_ != nullptr; }
     [[nodiscard]] const InputTarget* pointerTarget() const { return pointerTarget_; }
     [[nodiscard]] QPointF pointerPlace() const { return at_; }
-    // Input on the surface goes to the target until it is released.
+    // Sends input on the surface to the target, until release().
     void adopt(wl_surface* surface, InputTarget& target) { targets_[surface] = &target; }
     void release(wl_surface* surface);
-    // Whether the target hides the cursor is another thing than before.
+    // Reports a change of the target's hidesCursor().
     void cursorChanged(const InputTarget& target);
     [[nodiscard]] wl_seat* get() const { return seat_.get(); }
 
@@ -66,7 +68,7 @@ class Seat {
     struct CursorThemeEnd {
         void operator()(wl_cursor_theme* theme) const;
     };
-    // Null for a surface that is no more, or the cursor's.
+    // Null for a surface that has ended, and for the cursor's surface.
     [[nodiscard]] InputTarget* targetOf(wl_surface* surface) const;
     void setCapabilities(std::uint32_t capabilities);
     void setKeyTarget(InputTarget* target);
@@ -87,7 +89,7 @@ class Seat {
     Keys keys_;
     InputTarget* keyTarget_ = nullptr;
     double repeatDelay_ = 0.6;      // seconds
-    double repeatInterval_ = 0.04;  // seconds; 0 is never
+    double repeatInterval_ = 0.04;  // seconds; 0 for no repeats
     std::optional<std::uint32_t> held_;
     Timer repeat_;
 

@@ -9,12 +9,17 @@ namespace platform::wayland {
 namespace {
 
 constexpr double kScaleSteps = 120.0;
+constexpr double kPerNanosecond = 1.0e-9;  // seconds
 constexpr const char* kProgram = "nl.groenlicht.brixtel";
 constexpr std::uint32_t kAllEdges =
     ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURFACE_V1_ANCHOR_BOTTOM |
     ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT | ZWLR_LAYER_SURFACE_V1_ANCHOR_RIGHT;
-// Over panels too, whatever room they keep.
+// The exclusive zone of a surface that covers panels too.
 constexpr std::int32_t kOverAll = -1;
+
+std::uint32_t layerOf(bool aboveAll) {
+    return aboveAll ? ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY : ZWLR_LAYER_SHELL_V1_LAYER_TOP;
+}
 
 int sane(std::uint32_t length) {
     return static_cast<int>(std::min(length, std::uint32_t{1} << 20U));
@@ -97,11 +102,12 @@ const wp_presentation_feedback_listener ShellSurface::Listeners::kFeedback = {
     .sync_output = [](void*, struct wp_presentation_feedback*, wl_output*) {},
     .presented =
         [](void* data, struct wp_presentation_feedback* feedback, std::uint32_t high,
-           std::uint32_t low, std::uint32_t nanoseconds, std::uint32_t, std::uint32_t,
+           std::uint32_t low, std::uint32_t nanoseconds, std::uint32_t interval, std::uint32_t,
            std::uint32_t, std::uint32_t) {
             drop(of(data), feedback);
             const auto seconds = (std::uint64_t{high} << 32U) | low;
-            of(data).owner_.presented(static_cast<double>(seconds) + nanoseconds * 1e-9);
+            of(data).owner_.presented(static_cast<double>(seconds) + nanoseconds * kPerNanosecond,
+                                      interval * kPerNanosecond);
         },
     .discarded = [](void* data,
                     struct wp_presentation_feedback* feedback) { drop(of(data), feedback); },
@@ -109,7 +115,10 @@ const wp_presentation_feedback_listener ShellSurface::Listeners::kFeedback = {
 
 ShellSurface::ShellSurface(Connection& connection, const Options& options, InputTarget& target,
                            ShellSurfaceOwner& owner)
-    : connection_(connection), owner_(owner), takesInput_(options.takesInput) {
+    : connection_(connection),
+      owner_(owner),
+      takesInput_(options.takesInput),
+      aboveAll_(options.aboveAll) {
     surface_.reset(wl_compositor_create_surface(connection.compositor()));
     wl_surface_add_listener(surface_.get(), &Listeners::kSurface, this);
     connection.seat().adopt(surface_.get(), target);
@@ -149,7 +158,7 @@ ShellSurface::~ShellSurface() {
 void ShellSurface::makeOverlay(const Options& options) {
     layer_.reset(zwlr_layer_shell_v1_get_layer_surface(
         connection_.layers(), surface_.get(), options.output ? options.output->get() : nullptr,
-        ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY, kProgram));
+        layerOf(options.aboveAll), kProgram));
     zwlr_layer_surface_v1_add_listener(layer_.get(), &Listeners::kLayer, this);
     zwlr_layer_surface_v1_set_anchor(layer_.get(), kAllEdges);
     zwlr_layer_surface_v1_set_exclusive_zone(layer_.get(), kOverAll);
@@ -176,7 +185,7 @@ void ShellSurface::makeWindow(const Options& options) {
 }
 
 void ShellSurface::applyInput() {
-    // None is everywhere.
+    // A null region means the whole surface.
     const Proxy<wl_region> empty(
         takesInput_ ? nullptr : wl_compositor_create_region(connection_.compositor()));
     wl_surface_set_input_region(surface_.get(), empty.get());
@@ -193,6 +202,15 @@ void ShellSurface::setTakesKeyboard(bool takes) {
     zwlr_layer_surface_v1_set_keyboard_interactivity(
         layer_.get(), takes ? ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_EXCLUSIVE
                             : ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_NONE);
+    wl_surface_commit(surface_.get());
+}
+
+void ShellSurface::setAboveAll(bool above) {
+    if (!layer_ || std::exchange(aboveAll_, above) == above) return;
+    if (zwlr_layer_surface_v1_get_version(layer_.get()) <
+        ZWLR_LAYER_SURFACE_V1_SET_LAYER_SINCE_VERSION)
+        return;
+    zwlr_layer_surface_v1_set_layer(layer_.get(), layerOf(above));
     wl_surface_commit(surface_.get());
 }
 

@@ -16,16 +16,16 @@ class ShellSurfaceOwner {
   public:
     // A size in points; each dimension is 0 where the compositor leaves it open.
     virtual void surfaceConfigured(QSize size) = 0;
-    // The compositor wants another number of pixels per point.
+    // The compositor asks for another number of pixels per point.
     virtual void surfaceRescaled() = 0;
-    // The compositor took the surface away: it shows nothing any more.
+    // The compositor closed the surface, which no longer shows anything.
     virtual void surfaceTaken() = 0;
     // The user asks to close the window.
     virtual void closeAsked() = 0;
-    // The compositor takes the next picture.
+    // The compositor accepts the next picture.
     virtual void frameDone() = 0;
-    // A picture was shown to the user, at that time of the system's clock.
-    virtual void presented(double time) = 0;
+    // A picture was shown to the user, as in NativeWindowDelegate.
+    virtual void presented(double time, double interval) = 0;
 
   protected:
     ~ShellSurfaceOwner() = default;
@@ -43,9 +43,10 @@ class ShellSurface {
     };
     struct Options {
         Role role = Role::Window;
-        const Output* output = nullptr;  // for the first two; nullptr: the compositor's choice
-        bool takesKeyboard = false;      // an overlay: all keys, as long as it is there
-        bool takesInput = true;          // clicks; where not, they go to what lies below
+        const Output* output = nullptr;  // except for a Window; nullptr: the compositor's choice
+        bool takesKeyboard = false;      // an Overlay gets all keys while it exists
+        bool aboveAll = true;            // of an overlay; see setAboveAll()
+        bool takesInput = true;          // false: clicks go to the windows below
         QString title;
     };
 
@@ -57,21 +58,23 @@ class ShellSurface {
     ShellSurface& operator=(const ShellSurface&) = delete;
 
     void setTakesInput(bool takes);
-    // For an overlay.
+    // Sets whether an overlay gets all keys.
     void setTakesKeyboard(bool takes);
+    // For an overlay: above all other layers, or under those that are.
+    void setAboveAll(bool above);
 
-    // Whether pictures may be shown.
+    // Whether the surface accepts pictures.
     [[nodiscard]] bool isConfigured() const { return configured_; }
-    // Pixels per point that the compositor wants.
+    // The pixels per point that the compositor asks for.
     [[nodiscard]] double scale() const;
-    // Whether fractions of it count: else a picture is a whole number of pixels per
-    // point.
+    // Whether fractions of the scale count. Otherwise a picture has a whole number of pixels
+    // per point.
     [[nodiscard]] bool isStretched() const { return viewport_ != nullptr; }
-    // Whether the picture shown last still waits for its turn.
+    // Whether the compositor has not yet answered for the last picture.
     [[nodiscard]] bool isWaiting() const { return callback_ != nullptr; }
 
-    // Shows a picture of `points`, of which `boxes` (pixels of the buffer) is new.
-    // An opaque one hides what lies below.
+    // Shows a picture that is `points` large; `boxes` (pixels of the buffer) are new. An
+    // opaque picture hides the windows below.
     void show(wl_buffer* buffer, std::span<const QRect> boxes, QSize points, bool opaque);
 
   private:
@@ -95,10 +98,11 @@ class ShellSurface {
     Proxy<wl_callback> callback_;
     std::vector<Proxy<struct wp_presentation_feedback>> feedbacks_;
     bool takesInput_;
+    bool aboveAll_;
     bool configured_ = false;
-    QSize asked_;                        // by a toplevel's configure, until the surface's
-    std::optional<double> wantedScale_;  // told for this surface
-    int wholeScale_ = 1;                 // of the display it lies on
+    QSize asked_;                        // a toplevel's size, until its surface is configured
+    std::optional<double> wantedScale_;  // the compositor's scale for this surface
+    int wholeScale_ = 1;                 // the scale of the surface's display
     QSize destination_;
     int bufferScale_ = 1;
     QSize opaqueSize_;

@@ -18,7 +18,8 @@ std::uint32_t faded(std::uint32_t pixel, std::uint32_t share) {
     return redBlue | alphaGreen;
 }
 
-// Overlapping rectangles would fade twice: everything is painted anew, whole.
+// Fades the whole picture. A fading picture is painted anew as a whole, since overlapping
+// rectangles would fade twice.
 void fade(const PixelBuffer& picture, double opacity) {
     const auto share =
         static_cast<std::uint32_t>(std::lround(std::clamp(opacity, 0.0, 1.0) * kFull));

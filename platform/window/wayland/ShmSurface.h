@@ -11,9 +11,9 @@
 namespace platform::wayland {
 
 // Paints frames with the processor into the buffers of a ring, and hands each to the main
-// thread, which shows it when the compositor accepts one. Never waits: a frame without a
-// free buffer is made up for in the next. Made, used and dropped on the window's render
-// thread, which owns it.
+// thread, which shows it when the compositor accepts one. Never waits: the next frame paints
+// the damage of a frame that had no free buffer. Made, used and dropped on the window's
+// render thread, which owns it.
 class ShmSurface final : public Surface {
   public:
     explicit ShmSurface(std::shared_ptr<BufferRing> ring);

@@ -35,11 +35,11 @@ class WaylandKind final : public WindowSystemKind {
         return std::make_unique<wayland::WaylandSystem>(clock, QString());
     }
 
-    // No program can name another's window here.
+    // Wayland has no name for a window of another program.
     [[nodiscard]] std::optional<HostRef> readHost(const QString&) const override { return {}; }
     [[nodiscard]] std::optional<WindowRef> readWindow(const QString&) const override { return {}; }
 
-    // Frames are the compositor's affair.
+    // The compositor alone decides on frames.
     void askForDarkFrame(QWindow&) const override {}
     void askForTitleOnly(QWindow&) const override {}
     [[nodiscard]] std::optional<QRect> placeOf(const WindowRef&) const override { return {}; }

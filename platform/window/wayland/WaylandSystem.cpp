@@ -4,22 +4,28 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/window/wayland/WaylandIdle.h"
 #include "platform/window/wayland/WaylandWindow.h"
 
 namespace platform::wayland {
 
 WaylandSystem::WaylandSystem(MediaClock& clock, const QString& address)
-    : connection_(clock, address), workspace_(*this) {
+    : connection_(clock, address), found_(connection_.isAlive()), workspace_(*this) {
     outputs_ = connection_.outputs().observe([this] { outputsChanged(); });
-    if (connection_.isAlive()) ScreenSource::use(this);
+    focus_ = connection_.toplevels().observe([this] { focusChanged(); });
 }
 
-WaylandSystem::~WaylandSystem() {
-    if (connection_.isAlive()) ScreenSource::use(nullptr);
-}
+WaylandSystem::~WaylandSystem() = default;
 
 Capabilities WaylandSystem::capabilities() const {
-    return {.liesAboveAll = connection_.layers() != nullptr, .passesClicks = true};
+    return {.liesAboveAll = connection_.layers() != nullptr,
+            .passesClicks = true,
+            .knowsIdle = WaylandIdle::canWatch(connection_)};
+}
+
+std::unique_ptr<IdleWatch> WaylandSystem::watchIdle(double seconds, IdleAction action) {
+    if (!WaylandIdle::canWatch(connection_)) return nullptr;
+    return std::make_unique<WaylandIdle>(connection_, seconds, std::move(action));
 }
 
 std::unique_ptr<NativeWindow> WaylandSystem::makeWindow(const NativeWindowOptions& options,
@@ -37,7 +43,7 @@ void WaylandSystem::removed(WaylandWindow& window) {
 }
 
 void WaylandSystem::windowsChanged() {
-    // Being kept down, a window tells its delegate, which may show and hide others.
+    // A window that is kept down tells its delegate, which may show or hide other windows.
     const std::vector<WaylandWindow*> all = windows_;
     for (WaylandWindow* const window : all) {
         if (std::find(windows_.begin(), windows_.end(), window) == windows_.end()) continue;
@@ -60,7 +66,22 @@ void WaylandSystem::outputsChanged() {
             window->outputsChanged();
 }
 
+void WaylandSystem::focusChanged() {
+    if (!connection_.locksAreOverlays()) return;
+    const std::vector<WaylandWindow*> all = windows_;
+    for (WaylandWindow* const window : all)
+        if (std::find(windows_.begin(), windows_.end(), window) != windows_.end())
+            window->focusChanged();
+}
+
+void WaylandSystem::restingChanged() {
+    const bool any = std::any_of(windows_.begin(), windows_.end(),
+                                 [](const WaylandWindow* window) { return window->isResting(); });
+    if (std::exchange(lockLikely_, any) != any) workspace_.tell(Workspace::Change::Saver);
+}
+
 void WaylandSystem::keyboardMoved() {
+    focusChanged();
     workspace_.tell(Workspace::Change::FrontmostApplication);
 }
 

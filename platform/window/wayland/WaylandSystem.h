@@ -12,11 +12,11 @@ namespace platform::wayland {
 
 class WaylandWindow;
 
-// Wayland as a window system: one connection of the program's own, apart from
-// Qt's. Main thread.
+// Wayland as a window system: one connection of the program's own, apart from Qt's. Owned by
+// the window server. Main thread.
 class WaylandSystem final : public WindowSystem, public ScreenSource {
   public:
-    // To the environment's compositor where `address` is empty. The clock outlives
+    // Connects to the environment's compositor where `address` is empty. The clock outlives
     // the system.
     WaylandSystem(MediaClock& clock, const QString& address);
     ~WaylandSystem() override;
@@ -32,10 +32,11 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
                                                       NativeWindowDelegate&) override {
         return nullptr;
     }
-    [[nodiscard]] HostRef hostRefOf(QWindow&) const override { return {}; }
+    [[nodiscard]] ScreenSource* screenSource() override { return found_ ? this : nullptr; }
     [[nodiscard]] NativeWorkspace& workspace() override { return workspace_; }
     [[nodiscard]] OverlaySpaces* overlaySpaces() override { return nullptr; }
-    // A compositor that puts the display to sleep asks for no frames.
+    [[nodiscard]] std::unique_ptr<IdleWatch> watchIdle(double seconds, IdleAction action) override;
+    // Nothing to watch: a compositor asks for no frames while the display sleeps.
     void watch(std::function<void(bool)>) override {}
     void rest() override {}
 
@@ -52,29 +53,34 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     [[nodiscard]] std::int64_t nextNumber() { return ++lastNumber_; }
     void added(WaylandWindow& window);
     void removed(WaylandWindow& window);
-    // A window was shown or hidden: of the overlays on one display, one that is
-    // opaque keeps down those of a lower level. Which of two overlays lies higher
-    // is every compositor's own choice.
+    // Reports that a window was shown or hidden. An opaque overlay keeps the overlays of a
+    // lower level on its display down, since each compositor stacks overlays in an order of
+    // its own.
     void windowsChanged();
     void keyboardMoved();
+    void focusChanged();
+    // Whether a lock seems to have the keyboard changed for a window.
+    void restingChanged();
+    // Whether the windows tell of a lock.
+    [[nodiscard]] bool isLockLikely() const { return lockLikely_; }
     void cursorChanged();
-    void presented(double time) { lastPresented_ = time; }
     [[nodiscard]] bool hidesCursor() const { return workspace_.hidesCursor(); }
     [[nodiscard]] QPointF pointerPlace() const;
-    // A saver or lock covers the displays: no overlay is shown over it.
+    // Sets whether a saver or lock covers the displays; no overlay shows meanwhile.
     void setCovered(bool covered);
 
   private:
     void outputsChanged();
 
     Connection connection_;
+    bool found_;  // the compositor answered at the start
     WaylandWorkspace workspace_;
     std::int64_t lastNumber_ = 0;
     std::vector<WaylandWindow*> windows_;
     bool covered_ = false;
-    std::optional<double> lastPresented_;
+    bool lockLikely_ = false;
     mutable QPointF pointerPlace_;
-    Observation outputs_;
+    Observation outputs_, focus_;
 };
 
 }  // namespace platform::wayland

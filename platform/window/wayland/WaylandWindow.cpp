@@ -13,10 +13,10 @@ namespace platform::wayland {
 
 namespace {
 
-// More than any display shows, and less than fills a machine's memory three times.
+// The limits exceed any display, and three pictures within them fit into memory.
 constexpr int kLongest = 16384;               // pixels
 constexpr double kMostPixels = 64.0 * 1.0e6;  // of one picture
-// A compositor that takes a surface away again and again means it.
+// The surface is not made again after a compositor has closed it this often.
 constexpr int kMostTaken = 3;
 
 }  // namespace
@@ -89,7 +89,7 @@ double WaylandWindow::scale() const {
 }
 
 QSize WaylandWindow::pixelSize() const {
-    // Over all of a display whose points are no whole number of its pixels, too.
+    // A stretched picture of a whole display has exactly the display's pixels.
     const Output* const on = output();
     const bool fits = surface_ && surface_->isStretched() && on && points() == on->place().size() &&
                       scale() == on->scale();
@@ -165,16 +165,39 @@ void WaylandWindow::makeSurface() {
                                                        : ShellSurface::Role::Window,
                               .output = on,
                               .takesKeyboard = takesKeyboard_,
+                              .aboveAll = isSurelyUnlocked(),
                               .takesInput = !options_.ignoresMouse,
                               .title = options_.window.title},
         *this, *this);
     configured_ = {};
+    hadChance_ = isSurelyUnlocked();
+}
+
+bool WaylandWindow::isSurelyUnlocked() const {
+    if (!isOverlay() || !connection_.locksAreOverlays()) return true;
+    if (!takesKeyboard_) return connection_.toplevels().isAnyActive();
+    return !connection_.seat().hasAnyKeyboard() || connection_.seat().keyTarget() != nullptr;
+}
+
+void WaylandWindow::focusChanged() {
+    if (!surface_) return;
+    const bool unlocked = isSurelyUnlocked();
+    surface_->setAboveAll(unlocked);
+    hadChance_ = hadChance_ || unlocked;
+    setResting(takesKeyboard_ && hadChance_ && !unlocked);
+}
+
+void WaylandWindow::setResting(bool resting) {
+    if (std::exchange(resting_, resting) == resting) return;
+    delegate_.visibilityChanged();
+    system_.restingChanged();
 }
 
 void WaylandWindow::endSurface() {
     if (!surface_) return;
     surface_.reset();
-    // Without its surface the compositor reads none of the buffers.
+    if (std::exchange(resting_, false)) system_.restingChanged();
+    // The compositor reads no buffer of an ended surface.
     ring_->endNames();
     ring_->reset();
     connection_.flush();
@@ -182,7 +205,7 @@ void WaylandWindow::endSurface() {
 }
 
 bool WaylandWindow::isSeen() const {
-    return surface_ && surface_->isConfigured();
+    return surface_ && surface_->isConfigured() && !resting_;
 }
 
 void WaylandWindow::outputsChanged() {
@@ -230,7 +253,7 @@ void WaylandWindow::surfaceConfigured(QSize size) {
     delegate_.geometryChanged();
     if (!first) return;
     delegate_.visibilityChanged();
-    // The new surface shows nothing yet, whatever was drawn for the one before.
+    // The new surface shows nothing yet, so the whole picture is lost.
     delegate_.exposed(QRect(QPoint(0, 0), pixelSize()));
 }
 
@@ -243,7 +266,8 @@ void WaylandWindow::surfaceTaken() {
     endSurface();
     delegate_.visibilityChanged();
     if (again_) return;
-    // A surface may be gone because its display is. The reply comes after that news.
+    // A compositor closes the surface of a display that has gone. The reply comes after the
+    // report of the display's end.
     again_.reset(wl_display_sync(connection_.display()));
     wl_callback_add_listener(again_.get(), &kAgain, this);
 }
@@ -268,13 +292,15 @@ void WaylandWindow::updateReadiness() {
 }
 
 void WaylandWindow::frameDone() {
+    // A surface that shows a picture has the keyboard by now, if it can have it.
+    if (!std::exchange(hadChance_, true)) focusChanged();
     // A picture may have been painted while the compositor was busy with the previous one.
     showPainted();
     updateReadiness();
 }
 
-void WaylandWindow::presented(double time) {
-    system_.presented(time);
+void WaylandWindow::presented(double time, double interval) {
+    delegate_.presented(time, interval);
 }
 
 QPointF WaylandWindow::onScreen(QPointF at) const {

@@ -13,9 +13,9 @@ namespace platform::wayland {
 
 class WaylandSystem;
 
-// One window of the program's own on a Wayland compositor: an overlay where it
-// fills a display or has a level, else an ordinary window. The surface exists
-// while the window is shown and nothing keeps it down. Main thread.
+// One window of the program's own on a Wayland compositor: an overlay if it fills a display
+// or has a level, else an ordinary window. Owns its surface, which exists while the window is
+// shown and not kept down. Owned by the window above the seam. Main thread.
 class WaylandWindow final : public NativeWindow, public InputTarget, public ShellSurfaceOwner {
   public:
     // The system and the delegate outlive the window.
@@ -41,23 +41,30 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     [[nodiscard]] bool hasKeyboard() const override;
     [[nodiscard]] bool isShown() const override { return shown_; }
     [[nodiscard]] bool isSeen() const override;
+    [[nodiscard]] bool tellsPresentation() const override {
+        return connection_.presentation() != nullptr;
+    }
     void setIgnoresMouse(bool ignores) override;
     void setCursorHidden(bool hidden) override;
     void setOpacity(double) override {}
     [[nodiscard]] SurfaceMaker surfaceMaker(const SurfaceOptions& options) override;
 
-    // For the system: keeps an overlay down while something says so.
+    // For the system: keeps an overlay down while true.
     void setKeptDown(bool keptDown);
     [[nodiscard]] bool isOverlay() const;
-    // Whether the window, when shown, hides all that is below on its display.
+    // Whether the window is shown and hides the overlays below it on its display.
     [[nodiscard]] bool hidesOverlays() const { return shown_ && isOverlay() && isOpaque(); }
     [[nodiscard]] int level() const { return options_.window.level; }
     [[nodiscard]] QString outputName() const;
-    // Displays came, went or changed.
+    // Reports that displays came, went or changed.
     void outputsChanged();
-    // The hidden pointer is the system's wish now, or no more.
+    // The focus went to another program's window, to none, or came back.
+    void focusChanged();
+    // Whether a lock seems to have the keyboard that the window is to have.
+    [[nodiscard]] bool isResting() const { return resting_; }
+    // Reports that the system hides the pointer, or no longer does.
     void cursorChanged();
-    // Where a point of the window lies, as Screen::frame; y down in the window.
+    // Converts a point of the window, y down, to the space of Screen::frame.
     [[nodiscard]] QPointF onScreen(QPointF at) const;
 
   private:
@@ -72,17 +79,21 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     void surfaceTaken() override;
     void closeAsked() override;
     void frameDone() override;
-    void presented(double time) override;
+    void presented(double time, double interval) override;
 
+    // Whether the focus says that no lock can be there; always true where the compositor
+    // keeps locks above everything.
+    [[nodiscard]] bool isSurelyUnlocked() const;
     [[nodiscard]] bool isOpaque() const { return options_.window.opaque; }
     [[nodiscard]] bool fillsDisplay() const;
     [[nodiscard]] const Output* output() const;
     [[nodiscard]] QSize points() const;
     [[nodiscard]] MouseEvent eventAt(QPointF at) const;
-    // Makes the surface, or ends it, as all wishes together say.
+    // Makes or ends the surface, to match the present wishes.
     void follow();
     void makeSurface();
     void endSurface();
+    void setResting(bool resting);
     void showPainted();
     void updateReadiness();
 
@@ -93,6 +104,8 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     const std::int64_t number_;
     bool shown_ = false;
     bool keptDown_ = false;
+    bool hadChance_ = false;  // of the keyboard, since this surface was made
+    bool resting_ = false;    // a lock seems to have that keyboard
     bool takesKeyboard_;
     int takenTimes_ = 0;
     QSize configured_;  // points; empty where the compositor left it open
@@ -101,7 +114,7 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     const std::shared_ptr<BufferRing> ring_;
     ShmBuffers buffers_;
     std::unique_ptr<ShellSurface> surface_;
-    Proxy<wl_callback> again_;  // while a surface that was taken may come back
+    Proxy<wl_callback> again_;  // while a closed surface may be made again
     std::vector<QRect> damage_, boxes_;
     QSocketNotifier painted_;
 };

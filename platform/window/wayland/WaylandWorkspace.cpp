@@ -23,6 +23,10 @@ bool WaylandWorkspace::isComposited() const {
     return system_.isConnected();
 }
 
+bool WaylandWorkspace::isSaverActive() const {
+    return system_.isLockLikely();
+}
+
 void WaylandWorkspace::setSaverCovers(bool covers) {
     system_.setCovered(covers);
 }

@@ -7,9 +7,9 @@ namespace platform::wayland {
 
 class WaylandSystem;
 
-// The little that is known of a desktop on Wayland, where no program may look at
-// another. Owned by the system. The keyboard finds its own way back, and windows are always
-// composited. Main thread.
+// The workspace of a Wayland desktop, where no program may look at another. The compositor
+// itself returns the keyboard, and windows are always composited. Owned by the system. Main
+// thread.
 class WaylandWorkspace final : public NativeWorkspace {
   public:
     // The system outlives the workspace.
@@ -19,10 +19,10 @@ class WaylandWorkspace final : public NativeWorkspace {
     void activate(const RunningApplication&) override {}
     void hideCursor() override;
     void unhideCursor() override;
-    // The place over the program's own windows, where the pointer was last seen.
+    // The pointer's last known place, over the program's own windows.
     [[nodiscard]] QPointF mouseLocation() const override;
     [[nodiscard]] bool isComposited() const override;
-    [[nodiscard]] bool isSaverActive() const override { return false; }
+    [[nodiscard]] bool isSaverActive() const override;
     void setSaverCovers(bool covers) override;
     [[nodiscard]] Observation observe(std::function<void(Workspace::Change)> action) override;
 

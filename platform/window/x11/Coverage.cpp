@@ -10,7 +10,8 @@ namespace platform {
 
 namespace {
 
-// The interval between two looks. A window that comes into sight again is waited for.
+// The interval between two looks, in seconds, at windows in sight and while a window is
+// covered: a user waits for a window that comes into sight again.
 constexpr double kInSight = 2.0;
 constexpr double kCovered = 0.25;
 constexpr double kTolerance = 0.1;

@@ -24,7 +24,7 @@ class CpuSurface final : public Surface {
         bool sharedMemory = true;
     };
 
-    // None if the window or the server is not there.
+    // Null if the window or the server does not exist.
     [[nodiscard]] static std::unique_ptr<CpuSurface> create(const Options& options);
     ~CpuSurface() override;
 

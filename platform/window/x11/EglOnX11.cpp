@@ -132,15 +132,6 @@ std::unique_ptr<EglWindowSurface> eglSurfaceFor(std::shared_ptr<EglDisplay> disp
     return EglWindowSurface::create(std::move(display), config, &native);
 }
 
-std::uint32_t visualFor(const EglDisplay& display, int depth) {
-    void* const config =
-        EglWindowSurface::configWhere(display, [depth](const EglConfigTraits& traits) {
-            return traits.visual != 0 && traits.depth == depth;
-        });
-    if (!config) return 0;
-    return static_cast<std::uint32_t>(EglWindowSurface::traits(display, config).visual);
-}
-
 std::unique_ptr<EglTarget> eglTargetFor(const QString& display, xcb_window_t window) {
     return WindowTarget::create(display, window);
 }

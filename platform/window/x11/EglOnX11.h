@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstdint>
 #include <memory>
 
 #include "platform/render/egl/Egl.h"
@@ -11,7 +10,7 @@
 namespace platform {
 
 // Opens EGL for windows of this X server. The caller owns the connection, which must
-// outlive everything made on the display. None where EGL cannot. Any thread.
+// outlive everything made on the display. Null where EGL cannot. Any thread.
 [[nodiscard]] std::shared_ptr<EglDisplay> eglDisplayOn(xcb_connection_t* connection, int screen);
 
 // Opens EGL for drivers without xcb, over a connection of Xlib's own to the environment's
@@ -20,16 +19,13 @@ namespace platform {
 [[nodiscard]] std::shared_ptr<EglDisplay> eglDisplayThroughXlib(xcb_connection_t* connection,
                                                                 int screen);
 
-// Makes the surface for OpenGL in an X window of any maker. None if the window is gone, has
-// a surface already, or has a visual that the driver cannot draw into; such a window must
-// be made in a visual of visualFor(). The X errors of a window that vanishes arrive on the
-// connection, as events for its owner.
+// Makes the surface for OpenGL in an X window of any maker. Null if the window is gone, has
+// a surface already, or has a visual that the driver cannot draw into. The X errors of a
+// window that vanishes arrive on the connection, as events for its owner. The window's
+// render thread.
 [[nodiscard]] std::unique_ptr<EglWindowSurface> eglSurfaceFor(std::shared_ptr<EglDisplay> display,
                                                               xcb_connection_t* connection,
                                                               xcb_window_t window);
-
-// A visual of this depth (24 or 32) that the driver can draw into; 0 if none.
-[[nodiscard]] std::uint32_t visualFor(const EglDisplay& display, int depth);
 
 // Makes the target for the window over a connection of its own, to the environment's
 // display where `display` is empty; null if there is no EGL for the window. The window's

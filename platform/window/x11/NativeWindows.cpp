@@ -41,8 +41,10 @@ ProgramWindow::ProgramWindow(X11System& system, const NativeWindowOptions& optio
                              NativeWindowDelegate& delegate)
     : system_(system),
       options_(options.window),
-      window_(options.window, options.takesKeyboard, delegate,
-              [this] { system_.keyboardMoved(); }) {
+      window_({.window = options.window,
+               .takesKeys = options.takesKeyboard,
+               .onWayland = system.isOnWayland()},
+              delegate, [this] { system_.keyboardMoved(); }) {
     window_.setOpacity(options.opacity);
     setIgnoresMouse(options.ignoresMouse);
     if (options.cursorHidden) setCursorHidden(true);
@@ -63,6 +65,8 @@ std::int64_t ProgramWindow::number() const {
 }
 
 WindowRef ProgramWindow::reference() const {
+    // No other program's window gets above an unmanaged window of a compositor.
+    if (system_.isOnWayland() && window_.escapes()) return {};
     return watch_ ? WindowRef{QString::number(watch_->id())} : WindowRef();
 }
 

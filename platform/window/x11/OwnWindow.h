@@ -10,13 +10,23 @@
 
 namespace platform {
 
+// The initial state of an OwnWindow. A plain value.
+struct OwnWindowOptions {
+    WindowOptions window;
+    bool takesKeys = false;
+    // The server shows its windows on a Wayland compositor. The compositor decides where a
+    // full-screen window lies and which window gets the keys, so that the window escapes the
+    // window manager and grabs the keys.
+    bool onWayland = false;
+};
+
 // A window of the program's own. Qt makes it and delivers its input, and draws nothing in
 // it. Owned by its native window. Main thread, under a QGuiApplication.
 class OwnWindow final : public QWindow {
   public:
     // Calls `keyboardLost` when another window, of this or another program, gets the
     // keyboard.
-    OwnWindow(const WindowOptions& options, bool takesKeys, NativeWindowDelegate& delegate,
+    OwnWindow(const OwnWindowOptions& options, NativeWindowDelegate& delegate,
               std::function<void()> keyboardLost);
     ~OwnWindow() override;
 
@@ -26,6 +36,8 @@ class OwnWindow final : public QWindow {
     void show();
     // Takes the keyboard; for a window that is shown.
     void takeKeys();
+    // Whether no window manager places the window.
+    [[nodiscard]] bool escapes() const;
 
   protected:
     bool event(QEvent* event) override;
@@ -39,7 +51,7 @@ class OwnWindow final : public QWindow {
     [[nodiscard]] MouseEvent from(const QMouseEvent& event) const;
     void prepare(const XConnection& connection, xcb_window_t window);
 
-    const WindowOptions options_;
+    const OwnWindowOptions options_;
     NativeWindowDelegate& delegate_;
     const std::function<void()> keyboardLost_;
 };

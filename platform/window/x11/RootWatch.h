@@ -35,7 +35,8 @@ class RootWatch {
 
     // Whether a compositing manager runs, which windows need to be see-through.
     [[nodiscard]] bool isComposited() const;
-    // Whether xscreensaver covers the screen, blanked or locked.
+    // Whether xscreensaver covers the screen, blanked or locked. A daemon that was killed
+    // leaves its word behind, which counts only while a window of xscreensaver exists.
     [[nodiscard]] bool isSaverOn() const;
     [[nodiscard]] bool hasWindowManager() const;
     // The window that has the keyboard: as the window manager reports it, or the server
@@ -61,8 +62,10 @@ class RootWatch {
     void readSoon() const;
 
   private:
+    [[nodiscard]] bool hasSaverWindow() const;
     void watchRoot() const;
     void watchCompositor();
+    void tellOfSaver();
     void read();
     void handle(const xcb_generic_event_t& event);
 
@@ -72,6 +75,7 @@ class RootWatch {
     xcb_atom_t saverName_ = 0;
     xcb_atom_t compositorName_ = 0;
     std::uint8_t selectionEvent_ = 0;  // 0 without the extension
+    bool saverSays_ = false;           // by its property, at the last event
     Observers<Change> observers_;
     std::unique_ptr<QSocketNotifier> notifier_;
 };

@@ -15,7 +15,7 @@ namespace platform {
 // the connection must outlive it. One thread at a time: the render thread.
 class ShmImage {
   public:
-    // None if the server has no shared memory, or runs on another machine. Waits for the
+    // Null if the server has no shared memory, or runs on another machine. Waits for the
     // server.
     [[nodiscard]] static std::unique_ptr<ShmImage> create(xcb_connection_t* connection,
                                                           std::size_t bytes);

@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "platform/window/x11/NativeWindows.h"
+#include "platform/window/x11/X11Idle.h"
+#include "platform/window/x11/Xwayland.h"
 
 namespace platform {
 
@@ -37,7 +39,7 @@ std::optional<xcb_window_t> readWindowNumber(const QString& text) {
 X11System::X11System(MediaClock& clock, const QString& display)
     : clock_(clock), display_(display), events_(display) {
     if (!isConnected()) return;
-    isOnWayland_ = XConnection(display_).isOnWayland();
+    isOnWayland_ = platform::isOnWayland(XConnection(display_));
     sleep_.emplace(clock_, dpmsQuestion(events_.get(), [this] { events_.readSoon(); }),
                    [this](bool asleep) {
                        asleep_ = asleep;
@@ -57,11 +59,11 @@ X11System::~X11System() {
 }
 
 Capabilities X11System::capabilities() const {
-    return {.adoptsHosts = true,
-            .liesAboveAll = true,
+    return {.liesAboveAll = true,
             .passesClicks = !isOnWayland_,
             .returnsKeyboard = true,
             .fadesWindows = true,
+            .drawsOnGpu = true,
             .placesWindows = true};
 }
 
@@ -83,8 +85,12 @@ std::unique_ptr<NativeWindow> X11System::adopt(const HostRef& host,
                                         delegate);
 }
 
-HostRef X11System::hostRefOf(QWindow& window) const {
-    return HostRef{QString::number(window.winId())};
+// A server on a compositor sees only the input to its own windows.
+std::unique_ptr<IdleWatch> X11System::watchIdle(double seconds, IdleAction action) {
+    if (isOnWayland_) return nullptr;
+    auto question = idleQuestion(root());
+    if (!question) return nullptr;
+    return std::make_unique<X11Idle>(clock_, std::move(question), seconds, std::move(action));
 }
 
 void X11System::watch(std::function<void(bool)> displaySlept) {

@@ -35,15 +35,17 @@ class X11System final : public WindowSystem {
                                                            NativeWindowDelegate& delegate) override;
     [[nodiscard]] std::unique_ptr<NativeWindow> adopt(const HostRef& host,
                                                       NativeWindowDelegate& delegate) override;
-    [[nodiscard]] HostRef hostRefOf(QWindow& window) const override;
     [[nodiscard]] NativeWorkspace& workspace() override;
     [[nodiscard]] OverlaySpaces* overlaySpaces() override { return &spaces(); }
+    [[nodiscard]] std::unique_ptr<IdleWatch> watchIdle(double seconds, IdleAction action) override;
     void watch(std::function<void(bool asleep)> displaySlept) override;
     void rest() override;
 
     // The events of the native windows.
     [[nodiscard]] EventConnection& events() { return events_; }
     [[nodiscard]] const QString& display() const { return display_; }
+    // Whether the server shows its windows on a Wayland compositor.
+    [[nodiscard]] bool isOnWayland() const { return isOnWayland_; }
     [[nodiscard]] StackKeeper& stack();
     void added(WindowWatch& window) { windows_.push_back(&window); }
     void removed(WindowWatch& window) { std::erase(windows_, &window); }
@@ -70,7 +72,7 @@ class X11System final : public WindowSystem {
     std::unique_ptr<StackKeeper> stack_;
     std::unique_ptr<StackedSpaces> spaces_;
     std::unique_ptr<X11Workspace> workspace_;
-    bool isOnWayland_ = false;  // the server is a client of a compositor
+    bool isOnWayland_ = false;
     bool asleep_ = false;
     std::function<void(bool)> displaySlept_;
     std::optional<DisplaySleep> sleep_;

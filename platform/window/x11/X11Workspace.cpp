@@ -8,6 +8,7 @@
 
 #include "platform/window/ScreenSpace.h"
 #include "platform/window/x11/StackKeeper.h"
+#include "platform/window/x11/X11System.h"
 
 namespace platform {
 
@@ -61,22 +62,23 @@ void X11Workspace::setSaverCovers(bool covers) {
 std::optional<RunningApplication> X11Workspace::frontmostApplication() {
     const xcb_window_t window = root_.activeWindow();
     if (window == XCB_NONE) return std::nullopt;
-    return RunningApplication{.window = window, .process = root_.property(window, "_NET_WM_PID")};
+    return RunningApplication{.window = {QString::number(window)},
+                              .process = root_.property(window, "_NET_WM_PID")};
 }
 
 void X11Workspace::activate(const RunningApplication& application) {
-    if (!root_.isAlive()) return;
+    const auto window = readWindowNumber(application.window.text);
+    if (!root_.isAlive() || !window) return;
     const XConnection& connection = root_.connection();
     if (!root_.hasWindowManager()) {
-        xcb_set_input_focus(connection.get(), XCB_INPUT_FOCUS_PARENT, application.window,
-                            XCB_CURRENT_TIME);
+        xcb_set_input_focus(connection.get(), XCB_INPUT_FOCUS_PARENT, *window, XCB_CURRENT_TIME);
     } else {
         // Some window managers leave a window on another virtual desktop there.
-        const auto at = root_.find(application.window, "_NET_WM_DESKTOP");
+        const auto at = root_.find(*window, "_NET_WM_DESKTOP");
         const auto here = root_.find(root_.root(), "_NET_CURRENT_DESKTOP");
         if (at && here && at != here && at != kAllDesktops)
             connection.askManager(root_.root(), "_NET_CURRENT_DESKTOP", *at);
-        connection.askManager(application.window, "_NET_ACTIVE_WINDOW", kFromPager);
+        connection.askManager(*window, "_NET_ACTIVE_WINDOW", kFromPager);
     }
     connection.flush();
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/window/x11/Xcb.h"
 
-#include <array>
 #include <QGuiApplication>
+#include <array>
 #include <vector>
 
 namespace platform {
@@ -96,11 +96,6 @@ std::optional<QPoint> XConnection::cornerOf(xcb_window_t window, xcb_window_t ro
     const auto reply = answer(get(), xcb_translate_coordinates(get(), window, root, 0, 0),
                               xcb_translate_coordinates_reply);
     return reply ? std::optional(QPoint(reply->dst_x, reply->dst_y)) : std::nullopt;
-}
-
-bool XConnection::isOnWayland() const {
-    constexpr std::array<std::string_view, 1> kMark{"XWAYLAND"};
-    return offersAny(kMark);
 }
 
 bool XConnection::offersAny(std::span<const std::string_view> extensions) const {

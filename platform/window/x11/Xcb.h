@@ -83,9 +83,6 @@ class XConnection {
     // that does not exist.
     [[nodiscard]] std::optional<QPoint> cornerOf(xcb_window_t window, xcb_window_t root) const;
 
-    // Whether the server shows its windows on a Wayland compositor, whose own windows
-    // get none of the clicks that pass an X window. Waits for the server once.
-    [[nodiscard]] bool isOnWayland() const;
     // Whether the server offers any of the extensions. Waits for the server once.
     [[nodiscard]] bool offersAny(std::span<const std::string_view> extensions) const;
 

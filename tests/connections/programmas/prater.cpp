@@ -12,7 +12,7 @@
 
 namespace {
 
-// Both ends have this address, and stay open until the program ends.
+// Makes a connection between two ends with this address, open until the program ends.
 bool verbind(int familie, const sockaddr* adres, socklen_t maat) {
     const int nee = 0;
     const int luister = socket(familie, SOCK_STREAM, 0);

@@ -111,7 +111,8 @@ TEST_F(Dienst, TheStateIsInItsProperties) {
                     .contains(QStringLiteral("compositor")));
     EXPECT_EQ(waarden.value(QStringLiteral("Dichtheid")), 0.7);
     EXPECT_EQ(waarden.value(QStringLiteral("Versie")), QStringLiteral(BRIXTEL_VERSION));
-    EXPECT_EQ(waarden.size(), 9);
+    EXPECT_EQ(waarden.value(QStringLiteral("Rust")), 0);
+    EXPECT_EQ(waarden.size(), 11);
 }
 
 TEST_F(Dienst, TheDescriptionTellsOfEveryMethodAndProperty) {
@@ -153,6 +154,13 @@ TEST_F(Dienst, AValueThatIsNoneIsRefused) {
     beller.emplace(bus.address());
     for (const double getal : {0.0, 0.19, 4.1, geen})
         geweigerd(beller->roep("ZetSnelheid", {getal}), "InvalidArgs");
+    beller.emplace(bus.address());
+    for (const int minuten : {-1, 121, std::numeric_limits<int>::max()})
+        geweigerd(beller->roep("ZetRust", {minuten}), "InvalidArgs");
+    EXPECT_EQ(nu().keuzes.rust, 0);
+    EXPECT_EQ(beller->roep("ZetRust", {120}).type(), QDBusMessage::ReplyMessage);
+    EXPECT_EQ(nu().keuzes.rust, 120);
+    EXPECT_EQ(beller->lees("Rust"), 120);
 }
 
 TEST_F(Dienst, ValuesOfAnotherSortAreRefused) {
@@ -205,7 +213,7 @@ TEST_F(Dienst, ABlackScreenUnderALockIsRefused) {
     EXPECT_EQ(beller->roep("WisselZwart", {QStringLiteral("bol")}).type(),
               QDBusMessage::ReplyMessage);
     werkruimte.zetBeveiligd(true);
-    // To close it is never refused.
+    // Closing a black screen is never refused.
     EXPECT_EQ(beller->roep("WisselZwart", {QStringLiteral("bol")}).type(),
               QDBusMessage::ReplyMessage);
     EXPECT_FALSE(nu().zwart);
@@ -242,7 +250,7 @@ class Vloed {
         proces.kill();
         proces.waitForFinished();
     }
-    // It says so every thousand calls.
+    // The number of lines, of which the flooding client writes one every thousand calls.
     long duizenden() {
         gezegd += proces.readAll();
         return static_cast<long>(gezegd.count('\n'));

@@ -49,13 +49,13 @@ TEST_F(GedoseerdeActieTest, WhatIsAskedForMeanwhileIsDoneOnceAsTheTimeIsUp) {
 }
 
 TEST_F(GedoseerdeActieTest, WhatWaitsIsDoneNowOrForgotten) {
-    werk.nu();
+    werk.doeNu();
     EXPECT_EQ(gedaan, 0);
     werk.vraag();
     werk.vraag();
-    werk.nu();
+    werk.doeNu();
     EXPECT_EQ(gedaan, 2);
-    werk.nu();
+    werk.doeNu();
     klok.advance(0.15);
     EXPECT_EQ(gedaan, 2);
     werk.vraag();

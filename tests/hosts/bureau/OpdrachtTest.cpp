@@ -63,6 +63,8 @@ TEST(BureauOpdracht, EveryOptionIsOneCall) {
         {"--snelheid 2", verzoek("ZetSnelheid", {2.0})},
         {"--muziek=aan", verzoek("ZetMuziek", {true})},
         {"-muziek uit", verzoek("ZetMuziek", {false})},
+        {"--rust=5", verzoek("ZetRust", {5})},
+        {"-rust 0", verzoek("ZetRust", {0})},
     };
     for (const auto& [regel, verwacht] : paren) {
         const BureauOpdracht opdracht = goed(regel);
@@ -109,6 +111,11 @@ TEST(BureauOpdracht, ABadArgumentGetsOneClearDutchLine) {
                               "--snelheid=inf",
                               "--muziek",
                               "--muziek=hard",
+                              "--rust",
+                              "--rust=121",
+                              "--rust=-1",
+                              "--rust=2.5",
+                              "--rust=vijf",
                               "--autostart",
                               "--autostart=ja",
                               "--stand --versie",
@@ -136,8 +143,8 @@ TEST(BureauOpdracht, TheHelpNamesEveryOption) {
     const QString hulp = brixtel::bureauHulpTekst();
     for (const char* naam :
          {"toon-regen", "sluit-regen", "wissel-regen", "toon-zwart", "sluit-zwart", "wissel-zwart",
-          "sluit-alles", "stop", "dichtheid", "snelheid", "muziek", "autostart", "stand", "versie",
-          "help", "paneel", "dienst"})
+          "sluit-alles", "stop", "dichtheid", "snelheid", "muziek", "rust", "autostart", "stand",
+          "versie", "help", "paneel", "dienst"})
         EXPECT_TRUE(hulp.contains(QStringLiteral("--") + QLatin1String(naam))) << naam;
 }
 
@@ -145,9 +152,10 @@ TEST(BureauOpdracht, EveryMethodOfTheBusHasAnOption) {
     QStringList vanDeBus, vanDeRegel;
     for (const auto& methode : brixtel::methodenIn(QString::fromUtf8(brixtel::kBureauXml)))
         vanDeBus << methode.naam;
-    for (const char* regel : {"--toon-regen", "--sluit-regen", "--wissel-regen", "--toon-zwart",
-                              "--sluit-zwart", "--wissel-zwart", "--sluit-alles", "--stop",
-                              "--dichtheid=1", "--snelheid=1", "--muziek=aan", "--paneel"})
+    for (const char* regel :
+         {"--toon-regen", "--sluit-regen", "--wissel-regen", "--toon-zwart", "--sluit-zwart",
+          "--wissel-zwart", "--sluit-alles", "--stop", "--dichtheid=1", "--snelheid=1",
+          "--muziek=aan", "--rust=1", "--paneel"})
         vanDeRegel << goed(regel).verzoeken.front().methode;
     vanDeBus.sort();
     vanDeRegel.sort();

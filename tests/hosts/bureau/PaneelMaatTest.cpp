@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Where everything on the panel stands, with all that it can show at once, at
 // several sizes and, as the environment says, densities.
+#include <map>
+
+#include "drawing/Thema.h"
 #include "tests/hosts/bureau/PaneelProef.h"
+#include "tests/support/Contrast.h"
 
 using namespace brixtel;
 
@@ -28,10 +32,12 @@ class PaneelMaat : public PaneelProef, public testing::WithParamInterface<QSize>
         kalmeer();
         verzamel();
     }
-    // Each notice, the longest statuses, every row open: one row begins closed.
+    // Each notice, the longest statuses, every row open: two rows begin closed.
     void alles() {
         werkruimte.doorzichtig = false;
         bureau->toonRegen();
+        bureau->kies(&BureauKeuzes::rust, BureauInstellingen::kLangsteRust);
+        bureau->zetRustBewaakt(false);
         schakel("Muziek volgen");
         const QByteArray pad = qgetenv("PATH");
         qputenv("PATH", "/nonexistent");
@@ -39,9 +45,10 @@ class PaneelMaat : public PaneelProef, public testing::WithParamInterface<QSize>
         EXPECT_TRUE(until([this] {
             klok.advance(0.05);
             return item("geluidMelding")->isVisible() && item("regenMelding")->isVisible() &&
-                   item("saverMelding")->isVisible();
+                   item("saverMelding")->isVisible() && item("rustMelding")->isVisible();
         }));
         qputenv("PATH", pad);
+        druk(QAccessible::Button, "Toon de opties van Na rust");
         druk(QAccessible::Button, "Toon de opties van Brixtel");
         EXPECT_TRUE(until([this] {
             const auto* const vink = item("bijAanmelden");
@@ -66,7 +73,7 @@ class PaneelMaat : public PaneelProef, public testing::WithParamInterface<QSize>
                 case QAccessible::RadioButton:
                 case QAccessible::Button:
                 case QAccessible::ProgressBar:
-                case QAccessible::Indicator:
+                case QAccessible::Graphic:
                 case QAccessible::AlertMessage: {
                     auto* const ding = qobject_cast<QQuickItem*>(een.object());
                     ASSERT_NE(ding, nullptr);
@@ -78,12 +85,73 @@ class PaneelMaat : public PaneelProef, public testing::WithParamInterface<QSize>
                     break;
             }
         });
-        // Two ticks (the picture, the start with the session); five arrows, one to a row;
-        // three switches; two sliders; fourteen options (five scenes, three flashes, six
+        // Two ticks (the picture, the start with the session); six arrows, one to a row;
+        // three switches; three sliders; fourteen options (five scenes, three flashes, six
         // modes of the saver); three buttons ("Toon nu", "Open de instellingen",
-        // "Standaard"); two meters; three notices.
-        EXPECT_EQ(knoppen.size(), 34U);
+        // "Standaard"); two meters; four notices.
+        EXPECT_EQ(knoppen.size(), 37U);
         EXPECT_GE(teksten.size(), 35U);
+    }
+    static void elkItem(QQuickItem& in, const std::function<void(QQuickItem&)>& doe) {
+        if (!in.isVisible()) return;
+        doe(in);
+        for (QQuickItem* een : in.childItems())
+            elkItem(*een, doe);
+    }
+    // The control of the kit that the item is a part of, by its QML type.
+    static bool isDeelVan(const QQuickItem& item, const char* type) {
+        for (const QQuickItem* boven = &item; boven; boven = boven->parentItem())
+            if (QByteArray(boven->metaObject()->className()).startsWith(type)) return true;
+        return false;
+    }
+    // The result of drawing a colour over the panel's black.
+    static QRgb overZwart(const QQuickItem& item, const QColor& kleur) {
+        double dekking = kleur.alphaF();
+        for (const QQuickItem* boven = &item; boven; boven = boven->parentItem())
+            dekking *= boven->opacity();
+        const QColor& zwart = Thema::zwart();
+        const auto meng = [&](float voor, float achter) {
+            return static_cast<int>(std::lround(255.0 * (voor * dekking + achter * (1 - dekking))));
+        };
+        return qRgb(meng(kleur.redF(), zwart.redF()), meng(kleur.greenF(), zwart.greenF()),
+                    meng(kleur.blueF(), zwart.blueF()));
+    }
+    // The contrast of a text in sight, in pixels: of what differs most from the ground, which
+    // is the colour that most of its pixels have.
+    static double contrastIn(const QImage& beeld, const QRect& vlak) {
+        std::map<QRgb, int> aantallen;
+        for (int y = vlak.top(); y <= vlak.bottom(); ++y)
+            for (int x = vlak.left(); x <= vlak.right(); ++x)
+                ++aantallen[beeld.pixel(x, y)];
+        const auto grond = std::max_element(
+            aantallen.begin(), aantallen.end(),
+            [](const auto& een, const auto& ander) { return een.second < ander.second; });
+        double meeste = 1.0;
+        for (const auto& [kleur, aantal] : aantallen)
+            meeste = std::max(meeste, contrast(kleur, grond->first));
+        return meeste;
+    }
+    void elkeTekstIsLeesbaar(const char* wanneer) {
+        constexpr double kLeesbaar = 4.5;
+        teksten.clear();
+        verzamelTeksten(*blad());
+        const double schaal = view()->effectiveDevicePixelRatio();
+        const QImage beeld = view()->grabWindow();
+        const auto* const rol = item("rol");
+        const QRectF zicht = rol->mapRectToScene({{}, rol->size()});
+        int gezien = 0;
+        for (const Ding& een : teksten) {
+            if (een.item->opacity() == 0.0 ||
+                (isDeelVan(*een.item, "QQuickFlickable") && !zicht.contains(een.vlak)))
+                continue;
+            const QRect vlak = QRectF(een.vlak.topLeft() * schaal, een.vlak.size() * schaal)
+                                   .toAlignedRect()
+                                   .intersected(beeld.rect());
+            EXPECT_GE(contrastIn(beeld, vlak), kLeesbaar)
+                << wanneer << ": " << qPrintable(een.naam);
+            ++gezien;
+        }
+        EXPECT_GE(gezien, 2) << wanneer;
     }
     static bool raakt(const Ding& een, const Ding& ander) {
         return een.vlak.adjusted(0.5, 0.5, -0.5, -0.5).intersects(ander.vlak);
@@ -131,8 +199,71 @@ TEST_P(PaneelMaat, NothingLiesOverAnything) {
             EXPECT_FALSE(een.vlak.intersects(plek)) << qPrintable(een.naam);
 }
 
+// Six choices in a narrow window are six words still: room or a line stands between two of
+// them, and the chosen one has a ground of its own.
+TEST_P(PaneelMaat, TheChoicesStayApart) {
+    constexpr double kRuim = 8.0;
+    for (const char* groep : {kScenes, kSaver}) {
+        auto* const keuze = vind(QAccessible::Grouping, groep);
+        ASSERT_TRUE(keuze);
+        double vorige = -1e9;  // where the last label that was not chosen ends
+        int lijnen = 0;
+        for (int i = 0; i < keuze->childCount(); ++i) {
+            auto* const knop = qobject_cast<QQuickItem*>(keuze->child(i)->object());
+            ASSERT_TRUE(knop);
+            std::vector<Ding> vorm;
+            std::swap(vorm, teksten);
+            verzamelTeksten(*knop);
+            std::swap(vorm, teksten);
+            ASSERT_EQ(vorm.size(), 1U);
+            const double half = vorm[0].item->property("contentWidth").toDouble() / 2.0;
+            const double midden =
+                vorm[0].item->mapRectToScene({{}, vorm[0].item->size()}).center().x();
+            const auto* const lijn = knop->findChild<QQuickItem*>(QStringLiteral("scheiding"));
+            ASSERT_TRUE(lijn);
+            const bool gekozen = keuze->child(i)->state().checked;
+            EXPECT_FALSE(gekozen && lijn->isVisible());
+            if (!gekozen && midden - half - vorige < kRuim)
+                EXPECT_TRUE(lijn->isVisible()) << groep << ' ' << qPrintable(vorm[0].naam);
+            lijnen += lijn->isVisible() ? 1 : 0;
+            vorige = gekozen ? -1e9 : midden + half;
+        }
+        if (GetParam().width() >= 400) EXPECT_EQ(lijnen, 0) << groep << " has room";
+    }
+}
+
+TEST_P(PaneelMaat, EveryTextIsReadable) {
+    elkeTekstIsLeesbaar("all that can be seen");
+    schakel("Muziek volgen");
+    auto* const keuze = qobject_cast<QQuickItem*>(vind(QAccessible::Grouping, kSaver)->object());
+    ASSERT_TRUE(keuze);
+    keuze->setEnabled(false);
+    kalmeer();
+    elkeTekstIsLeesbaar("the music off, and the saver's choice in another window");
+}
+
+// The switch that is off, the rule and the bars that are not lit have given colours; every
+// other edge is clear.
+TEST_P(PaneelMaat, EveryEdgeIsSeen) {
+    constexpr double kGezien = 3.0;
+    const QRgb zwart = Thema::zwart().rgb();
+    int randen = 0;
+    elkItem(*blad(), [&](QQuickItem& een) {
+        if (!een.inherits("brixtel::BXVlak") || isDeelVan(een, "BXSchakelStijl")) return;
+        const auto kleur = een.property("rand").value<QColor>();
+        if (kleur.alpha() == 0) return;
+        EXPECT_GE(contrast(overZwart(een, kleur), zwart), kGezien)
+            << een.metaObject()->className() << ' ' << qPrintable(een.objectName());
+        ++randen;
+    });
+    EXPECT_GE(randen, 3) << "the notices";
+    const auto* const balk = item("schuifbalk");
+    ASSERT_TRUE(balk);
+    EXPECT_GE(contrast(overZwart(*balk, balk->property("kleur").value<QColor>()), zwart), kGezien);
+}
+
 INSTANTIATE_TEST_SUITE_P(Maten, PaneelMaat,
-                         testing::Values(QSize(300, 640), QSize(340, 640), QSize(400, 720),
+                         testing::Values(QSize(300, 640), QSize(340, 640), QSize(400, 752),
                                          QSize(300, 240), QSize(900, 1200)),
                          [](const auto& maat) {
                              return std::to_string(maat.param.width()) + "x" +

@@ -44,7 +44,7 @@ class PaneelProef : public BureauProef {
         for (int i = 0; i < top->childCount(); ++i)
             elke(top->child(i), doe);
     }
-    // That role and name, in the group of that name; none or several are a failure.
+    // The item of that role and name, in the group of that name; none or several are a failure.
     QAccessibleInterface* vind(QAccessible::Role rol, const char* naam,
                                const char* groep = nullptr) {
         QAccessibleInterface* const in = groep ? vind(QAccessible::Grouping, groep)
@@ -76,7 +76,7 @@ class PaneelProef : public BureauProef {
         auto* const wat = vind(QAccessible::Slider, naam);
         return wat ? wat->valueInterface()->currentValue().toDouble() : -1.0;
     }
-    // Where it is on the screen, and in the window.
+    // The control's place on the screen, and in the window.
     QPoint plaats(QAccessible::Role rol, const char* naam, const char* groep = nullptr) {
         auto* const wat = vind(rol, naam, groep);
         return wat ? wat->rect().center() : QPoint();

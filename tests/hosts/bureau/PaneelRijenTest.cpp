@@ -16,7 +16,7 @@ class PaneelRijen : public PaneelProef {
     }
 };
 
-// Its row's arrow, by what it does and what it is for.
+// The arrow of a row, by its action and the row's title.
 QAccessibleInterface* pijl(QAccessibleInterface* top, const char* doet, const QString& titel) {
     if (top->role() == QAccessible::Button &&
         top->text(QAccessible::Name) == QLatin1String(doet) + QStringLiteral(" van ") + titel)
@@ -29,7 +29,7 @@ QAccessibleInterface* pijl(QAccessibleInterface* top, const char* doet, const QS
 // Every row is in sight when the panel first opens, and nothing is left to scroll.
 TEST_F(PaneelRijen, WithoutNoticesEveryRowFitsInTheFirstSize) {
     kalmeer();
-    ASSERT_EQ(view()->size(), QSize(400, 720));
+    ASSERT_EQ(view()->size(), QSize(400, 752));
     EXPECT_FALSE(blad()->property("plek").toRectF().isEmpty());
     EXPECT_LE(item("rol")->property("contentHeight").toDouble(), item("rol")->height());
 }
@@ -52,6 +52,21 @@ TEST_F(PaneelRijen, TheProgramsRowBeginsClosedAndHoldsItsStartAndTheDefaults) {
     druk(QAccessible::Button, "Standaard");
     EXPECT_EQ(nu().keuzes, BureauKeuzes{});
     EXPECT_TRUE(isGekozen("Gewoon", "Flits op de maat"));
+}
+
+TEST_F(PaneelRijen, TheRowOfRestBeginsClosedAndHoldsTheMinutes) {
+    EXPECT_TRUE(vind(QAccessible::StaticText, "nooit"));
+    druk(QAccessible::Button, "Toon de opties van Na rust");
+    kalmeer();
+    vind(QAccessible::Slider, "Minuten")->valueInterface()->setCurrentValue(12.0);
+    EXPECT_EQ(nu().keuzes.rust, 12);
+    EXPECT_TRUE(vind(QAccessible::StaticText, "12 min"));
+    EXPECT_FALSE(item("rustMelding")->isVisible());
+    bureau->zetRustBewaakt(false);
+    EXPECT_TRUE(item("rustMelding")->isVisible());
+    vind(QAccessible::Slider, "Minuten")->valueInterface()->setCurrentValue(0.0);
+    EXPECT_EQ(nu().keuzes.rust, 0);
+    EXPECT_FALSE(item("rustMelding")->isVisible());
 }
 
 TEST_F(PaneelRijen, FourRowsBeginOpenAndCanBeClosed) {

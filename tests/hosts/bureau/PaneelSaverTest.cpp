@@ -34,27 +34,27 @@ TEST_F(MetSaver, ItsSheetOpensAboveThePanelOnceAndItsModeIsReadAfterIt) {
               "--instellingen --boven=" + QByteArray::number(view()->winId()) + '\n');
     druk(QAccessible::Button, "Open de instellingen");
     ASSERT_TRUE(saver.eindig("tunnel"));
-    EXPECT_TRUE(until([this] { return isGekozen("Tunnel", kSaver); }));
+    EXPECT_TRUE(until([this] { return isGekozen("TUNNEL", kSaver); }));
     EXPECT_FALSE(item("saverMelding")->isVisible());
     EXPECT_EQ(saver.keren(), 1);
     openBlad(2);
     ASSERT_TRUE(saver.eindig("logo"));
-    EXPECT_TRUE(until([this] { return isGekozen("Logo", kSaver); }));
+    EXPECT_TRUE(until([this] { return isGekozen("LOGO", kSaver); }));
 }
 
-// It would be undone as the sheet closes.
+// The sheet would undo a choice of the panel as it closes.
 TEST_F(MetSaver, WhileItsSheetIsOpenItsModeIsChosenThereAlone) {
     openBlad();
-    druk(QAccessible::RadioButton, "Tunnel", kSaver);
-    EXPECT_TRUE(isGekozen("Wisselend", kSaver));
+    druk(QAccessible::RadioButton, "TUNNEL", kSaver);
+    EXPECT_TRUE(isGekozen("WISSELEND", kSaver));
     EXPECT_EQ(SaverInstellingen::keuze(), SaverKeuze::wisselend);
     sluitPaneel();
     toon();
-    druk(QAccessible::RadioButton, "Tunnel", kSaver);
-    EXPECT_TRUE(isGekozen("Wisselend", kSaver));
+    druk(QAccessible::RadioButton, "TUNNEL", kSaver);
+    EXPECT_TRUE(isGekozen("WISSELEND", kSaver));
     ASSERT_TRUE(saver.eindig("kubus"));
-    EXPECT_TRUE(until([this] { return isGekozen("Kubus", kSaver); }));
-    druk(QAccessible::RadioButton, "Tunnel", kSaver);
+    EXPECT_TRUE(until([this] { return isGekozen("KUBUS", kSaver); }));
+    druk(QAccessible::RadioButton, "TUNNEL", kSaver);
     EXPECT_EQ(SaverInstellingen::keuze(), SaverKeuze::tunnel);
 }
 
@@ -62,15 +62,15 @@ TEST_F(MetSaver, ItsSheetStaysWhenThePanelClosesAndANewPanelShowsWhatCameOfIt) {
     openBlad();
     sluitPaneel();
     toon();
-    EXPECT_TRUE(isGekozen("Wisselend", kSaver));
+    EXPECT_TRUE(isGekozen("WISSELEND", kSaver));
     ASSERT_TRUE(saver.eindig("kubus"));
-    EXPECT_TRUE(until([this] { return isGekozen("Kubus", kSaver); }));
+    EXPECT_TRUE(until([this] { return isGekozen("KUBUS", kSaver); }));
     openBlad(2);
     sluitPaneel();
     ASSERT_TRUE(saver.eindig("bol"));
     EXPECT_EQ(SaverInstellingen::keuze(), SaverKeuze::bol);
     toon();
-    EXPECT_TRUE(isGekozen("Bol", kSaver));
+    EXPECT_TRUE(isGekozen("BOL", kSaver));
 }
 
 TEST_F(MetSaver, ItsSheetStaysWhenTheOwnerEnds) {

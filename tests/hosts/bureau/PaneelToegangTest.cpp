@@ -79,6 +79,17 @@ TEST(PaneelToegang, AScreenReaderFindsReadsAndWorksThePanelOfTheRunningOwner) {
     ASSERT_TRUE(until([] { return vind(ATSPI_ROLE_PUSH_BUTTON, "Toon nu") != nullptr; }, 30'000));
     for (const char* naam : {"Dichtheid", "Snelheid"})
         EXPECT_TRUE(vind(ATSPI_ROLE_SLIDER, naam)) << naam;
+    for (const auto& [rol, naam, zoveel] : {std::tuple{ATSPI_ROLE_PROGRESS_BAR, "Niveau", "0%"},
+                                            std::tuple{ATSPI_ROLE_IMAGE, "Maat", "uit"}}) {
+        const Toegankelijk meter = vind(rol, naam);
+        ASSERT_TRUE(meter) << naam;
+        const std::unique_ptr<AtspiValue, LaatLos> waarde(
+            atspi_accessible_get_value_iface(meter.get()));
+        ASSERT_TRUE(waarde) << naam;
+        EXPECT_EQ(atspi_value_get_current_value(waarde.get(), nullptr), 0.0);
+        EXPECT_EQ(atspi_value_get_maximum_value(waarde.get(), nullptr), 1.0);
+        EXPECT_EQ(tekst(atspi_accessible_get_description(meter.get(), nullptr)), zoveel);
+    }
     const Toegankelijk muziek = vind(ATSPI_ROLE_CHECK_BOX, "Muziek volgen");
     ASSERT_TRUE(muziek);
     EXPECT_EQ(tekst(atspi_accessible_get_description(muziek.get(), nullptr)), "uit");

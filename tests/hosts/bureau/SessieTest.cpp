@@ -13,6 +13,7 @@
 #include "tests/support/BusMonitor.h"
 #include "tests/support/DBusDaemon.h"
 #include "tests/support/Paden.h"
+#include "tests/support/SaverStandIn.h"
 
 namespace {
 
@@ -106,7 +107,7 @@ class Sessie : public testing::Test {
         return until([this] { return eigenaar.state() == QProcess::NotRunning; }, 20'000);
     }
     [[nodiscard]] QImage beeld() const { return server.picture(server.screen().root); }
-    // How much of the screen is lit.
+    // The lit share of the screen.
     [[nodiscard]] double groen() const {
         const QImage nu = beeld();
         qint64 aantal = 0;
@@ -155,10 +156,10 @@ TEST_F(Sessie, TheBlackScreenShowsTheRainOrASceneUntilAKey) {
 
 TEST_F(Sessie, ASecondStartAsksTheFirst) {
     ASSERT_TRUE(begin());
-    const auto tweede = draai("--dichtheid=0.25 --snelheid 3 --muziek=aan --stand");
+    const auto tweede = draai("--dichtheid=0.25 --snelheid 3 --muziek=aan --rust=1 --stand");
     EXPECT_EQ(tweede.uitgang, 0);
     EXPECT_EQ(tweede.uit, QStringLiteral("zwart scherm: uit\nregen: uit\ndichtheid: 0,25\n"
-                                         "snelheid: 3\nmuziek: aan\n"));
+                                         "snelheid: 3\nmuziek: aan\nna rust: 1 minuut\n"));
     EXPECT_EQ(tweede.fouten, QString());
     EXPECT_EQ(draai("--dienst").uitgang, 0);
     EXPECT_EQ(eigenaar.state(), QProcess::Running);
@@ -216,9 +217,8 @@ TEST_F(Sessie, WhereNobodyRunsThereIsNothingToCloseAndNothingToTell) {
 }
 
 TEST_F(Sessie, ABlackScreenUnderASaverIsOneDutchLineAndStatusOne) {
-    // As xscreensaver tells that it blanks.
-    Bureaublad::hulp(QStringLiteral(
-        "xprop -root -f _SCREENSAVER_STATUS 32i -set _SCREENSAVER_STATUS 254,1795233919,0"));
+    const SaverStandIn daemon(server);
+    daemon.blank();
     const auto geweigerd = [](const Afloop& afloop) {
         EXPECT_EQ(afloop.uitgang, 1);
         EXPECT_EQ(afloop.uit, QString());
@@ -254,7 +254,7 @@ TEST_F(Sessie, ItStartsWithTheSessionIfAsked) {
     const QString tekst = QString::fromUtf8(ingang.readAll());
     const QString regel = tekst.section(QStringLiteral("\nExec="), 1).section(u'\n', 0, 0);
     EXPECT_EQ(regel, QStringLiteral("\"" BRIXTEL_BUILD_DIR "/bin/brixtel-bureau\" --dienst"));
-    // It goes with the program.
+    // The entry does nothing once the program is removed.
     EXPECT_TRUE(
         tekst.contains(QStringLiteral("\nTryExec=" BRIXTEL_BUILD_DIR "/bin/brixtel-bureau\n")));
     // Nothing was started for it.
@@ -262,7 +262,7 @@ TEST_F(Sessie, ItStartsWithTheSessionIfAsked) {
     EXPECT_EQ(draai("--autostart=uit").uitgang, 0);
     EXPECT_FALSE(QFile::exists(pad));
     EXPECT_EQ(draai("--autostart=uit").uitgang, 0);
-    // Where it cannot be written, it says so.
+    // An entry that cannot be written is one line.
     QFile versperring(thuis.filePath(QStringLiteral(".config/autostart")));
     QDir(thuis.path()).rmdir(QStringLiteral(".config/autostart"));
     ASSERT_TRUE(versperring.open(QIODevice::WriteOnly));
@@ -303,7 +303,7 @@ TEST_F(Sessie, AnOwnerThatIsKilledLeavesNothingAndANewOneStarts) {
 
 TEST_F(Sessie, AStartWhileTheOwnerGoesTakesItsPlace) {
     ASSERT_TRUE(begin());
-    // It hears what it is asked no more.
+    // The stopped owner hears no calls.
     ::kill(static_cast<pid_t>(eigenaar.processId()), SIGSTOP);
     BusMonitor luisteraar(bus, QStringLiteral("type=method_call,member=ToonZwart"));
     ASSERT_TRUE(luisteraar.isReady());
@@ -481,7 +481,7 @@ TEST_F(Sessie, OnlyAnOwnerThatHasShownItsPanelLoadsQtQuick) {
         until([this] { return geladen(eigenaar.processId()).contains("libQt6Quick"); }, 20'000));
 }
 
-// How often the kernel has given each of the owner's threads its turn.
+// The number of turns that the kernel has given each of the owner's threads.
 QByteArray beurten(qint64 proces) {
     QByteArray alle;
     const QDir draden(QStringLiteral("/proc/%1/task").arg(proces));

@@ -64,7 +64,7 @@ class Aanmelding : public testing::Test {
     [[nodiscard]] Bericht aan() const { return brixtel::meldAan(map.path(), kOpdracht); }
     [[nodiscard]] Bericht af() const { return brixtel::meldAf(map.path()); }
 
-    // Neither changes anything, and each says so in one line.
+    // Neither call changes anything, and each says so in one line.
     void verwachtWeigering(const char* waarom) const {
         const QStringList voor = inhoud();
         for (const Bericht& bericht : {aan(), af()}) {
@@ -214,7 +214,7 @@ TEST_F(Aanmelding, ABackupThatCannotBeMadeStopsIt) {
 
 TEST_F(Aanmelding, ADiskThatIsFullLeavesTheFileAsItWasAndNothingBesideIt) {
     schrijf(naam(), kTekst);
-    // As many bytes as a file may get, in place of a disk.
+    // The limit of a file's size stands in for a full disk.
     const auto oudeHandeling = signal(SIGXFSZ, SIG_IGN);
     rlimit oud{};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &oud), 0);

@@ -65,7 +65,7 @@ TEST_F(Teller, HasRoomForThreeDigitsAndATenth) {
         return QFontMetricsF(brixtel::Thema::font(14, {.vet = vet}))
             .horizontalAdvance(QLatin1String(tekst));
     };
-    // As much on either side.
+    // The text leaves the same room on both sides.
     const double ruimte = teller->frame().width() - 16;
     EXPECT_LE(breedte("999,9 beelden/s", true), ruimte);
     EXPECT_LE(breedte("belasting 1600%", false), ruimte);

@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <csignal>
 
 #include "tests/hosts/saver/Programma.h"
 
@@ -61,6 +63,14 @@ class FilmTest : public testing::Test {
 
     void SetUp() override { programma.zet(QStringLiteral("PATH"), map.path()); }
     [[nodiscard]] QString in(const char* naam) const { return map.filePath(QLatin1String(naam)); }
+    [[nodiscard]] QStringList bestanden() const {
+        return QDir(map.path()).entryList(QDir::Files | QDir::Hidden | QDir::System);
+    }
+    void maakOud() const {
+        QFile oud(in("f.webm"));
+        ASSERT_TRUE(oud.open(QIODevice::WriteOnly));
+        oud.write("oud");
+    }
     [[nodiscard]] QByteArray inhoud(const char* naam) const {
         QFile bestand(in(naam));
         return bestand.open(QIODevice::ReadOnly) ? bestand.readAll() : QByteArray();
@@ -85,21 +95,46 @@ TEST_F(FilmTest, EveryPictureGoesThroughThePipe) {
     ASSERT_EQ(film.size(), 5 * kBeeld);
     EXPECT_NE(film.left(kBeeld), film.mid(kBeeld, kBeeld));
     EXPECT_TRUE(programma.fouten().contains("beeld 5 van 5"));
-    EXPECT_FALSE(QFile::exists(in("f.webm.deel")));
+    EXPECT_EQ(bestanden(), (QStringList{QStringLiteral("f.webm"), QStringLiteral("ffmpeg")}));
 }
 
 TEST_F(FilmTest, AnFfmpegThatFailsLeavesTheOldFilmAndNothingElse) {
     maakFfmpeg("echo half > \"$uit\"\nexit 3\n");
-    QFile oud(in("f.webm"));
-    ASSERT_TRUE(oud.open(QIODevice::WriteOnly));
-    oud.write("oud");
-    oud.close();
+    maakOud();
     programma.draai({QStringLiteral("--film"), in("f.webm"), QStringLiteral("--keuze=regen"),
                      QStringLiteral("--maat=640x480"), QStringLiteral("--seconden=2")});
     EXPECT_EQ(programma.uitgang(), 1);
     EXPECT_TRUE(programma.fouten().contains("ffmpeg kan"));
     EXPECT_EQ(inhoud("f.webm"), "oud");
-    EXPECT_FALSE(QFile::exists(in("f.webm.deel")));
+    EXPECT_EQ(bestanden(), (QStringList{QStringLiteral("f.webm"), QStringLiteral("ffmpeg")}));
+}
+
+TEST_F(FilmTest, AnInterruptLeavesTheOldFilmAndNothingElse) {
+    maakFfmpeg("/bin/cat > \"$uit\"\n");
+    maakOud();
+    for (const int signaal : {SIGINT, SIGTERM, SIGKILL}) {
+        Programma ander;
+        ander.zet(QStringLiteral("PATH"), map.path());
+        ander.zet(QStringLiteral("TMPDIR"), map.path());
+        ander.start({QStringLiteral("--film"), in("f.webm"), QStringLiteral("--keuze=regen"),
+                     QStringLiteral("--maat=320x240"), QStringLiteral("--seconden=900")});
+        QByteArray gezegd;
+        ASSERT_TRUE(until([&] { return (gezegd += ander.fouten()).contains("beeld 3 van"); }));
+        kill(static_cast<pid_t>(ander.nummer()), signaal);
+        EXPECT_TRUE(ander.wacht());
+        EXPECT_EQ(inhoud("f.webm"), "oud");
+        EXPECT_EQ(bestanden(), (QStringList{QStringLiteral("f.webm"), QStringLiteral("ffmpeg")}))
+            << signaal;
+    }
+}
+
+TEST_F(FilmTest, APlaceThatMayNotBeWrittenIsSaidBeforeAPictureIsDrawn) {
+    maakFfmpeg("/bin/cat > \"$uit\"\n");
+    programma.draai({QStringLiteral("--film"), in("weg/f.webm"), QStringLiteral("--keuze=regen"),
+                     QStringLiteral("--maat=320x240"), QStringLiteral("--seconden=1")});
+    EXPECT_EQ(programma.uitgang(), 1);
+    EXPECT_EQ(programma.fouten(), "brixtel-saver: '" + QFile::encodeName(in("weg/f.webm")) +
+                                      "' kan niet geschreven worden: dat is er niet\n");
 }
 
 TEST_F(FilmTest, WithoutFfmpegItSaysSo) {

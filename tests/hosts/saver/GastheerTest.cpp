@@ -122,7 +122,7 @@ TEST_F(Gastheer, FollowsTheSizeOfItsWindow) {
     toonIn(venster);
     ASSERT_TRUE(regentIn(venster));
     server.resize(venster, 600, 500);
-    // It rains in the corner that was not there before.
+    // Rain falls in the corner that was not there before.
     EXPECT_TRUE(until([&] { return isRegen(server.picture(venster).copy(300, 50, 300, 200)); }));
 }
 

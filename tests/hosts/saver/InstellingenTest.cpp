@@ -63,7 +63,7 @@ class Instellingen : public Scherm {
     bool kubus() {
         return until([this] { return groenInHoek() == 0.0 && groenAlles() > 0.0; }, 20'000);
     }
-    // Where it rains and a scene in the middle does not come.
+    // The share of green in a corner that the rain reaches and a scene in the middle does not.
     double groenInHoek() const {
         return brixtel::aandeelGroen(server.picture(server.screen().root).copy(0, 600, 200, 200));
     }

@@ -67,7 +67,7 @@ TEST_F(Lopend, AnotherCallEndsItBySigtermAndWaitsForThat) {
     const pid_t kind = houder();
     LopendeSaver ander(map.path(), scherm);
     EXPECT_EQ(ander.beeindig(20s), QString());
-    // It has gone already: nothing is waited for here.
+    // The saver has ended already: waitpid waits for nothing.
     int stand = 0;
     EXPECT_EQ(waitpid(kind, &stand, WNOHANG), kind);
     EXPECT_TRUE(WIFSIGNALED(stand));

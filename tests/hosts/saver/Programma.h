@@ -16,11 +16,15 @@ namespace brixtel {
 inline QString programmaPad() {
     return QStringLiteral(BRIXTEL_BUILD_DIR "/bin/brixtel-saver");
 }
+inline QString bureauPad() {
+    return QStringLiteral(BRIXTEL_BUILD_DIR "/bin/brixtel-bureau");
+}
 
 // With a configuration of its own and, unless a bus is given, no session bus.
 class Programma {
   public:
-    explicit Programma(const QString& display = {}) {
+    explicit Programma(const QString& display = {}, const QString& pad = programmaPad())
+        : pad_(pad) {
         omgeving_.insert(QStringLiteral("PATH"), qEnvironmentVariable("PATH"));
         omgeving_.insert(QStringLiteral("HOME"), map_.path());
         omgeving_.insert(QStringLiteral("LANG"), QStringLiteral("C.UTF-8"));
@@ -41,13 +45,13 @@ class Programma {
     void start(const QStringList& argumenten) { startDoor({}, argumenten); }
     // By another program, which is handed it with its arguments.
     void startDoor(const QStringList& ander, const QStringList& argumenten) {
-        QStringList woorden = ander + QStringList{programmaPad()} + argumenten;
+        QStringList woorden = ander + QStringList{pad_} + argumenten;
         proces_.setProcessEnvironment(omgeving_);
         const QString eerste = woorden.takeFirst();
         proces_.start(eerste, woorden);
         proces_.waitForStarted();
     }
-    // Whether it ended before the deadline.
+    // Whether the program ended before the deadline.
     bool wacht(int milliseconden = 20'000) {
         return until([this] { return !loopt(); }, milliseconden);
     }
@@ -67,12 +71,13 @@ class Programma {
     [[nodiscard]] QString map() const { return map_.path(); }
 
   private:
+    const QString pad_;
     QTemporaryDir map_;
     QProcessEnvironment omgeving_;
     QProcess proces_;
 };
 
-// How much of a picture is lit in green, as a share of its pixels.
+// The share of a picture's pixels that are lit in green.
 inline double aandeelGroen(const QImage& beeld) {
     if (beeld.isNull()) return 0.0;
     qint64 groen = 0;

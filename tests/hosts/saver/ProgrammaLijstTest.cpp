@@ -12,7 +12,7 @@ namespace {
 
 const QByteArray kOpdracht("brixtel-saver --root");
 
-// As the host's own settings program writes it.
+// A file as the host's own settings program writes it.
 const QByteArray kVanGastheer(
     "# XScreenSaver Preferences File\n"
     "# Written by xscreensaver-settings 6.06 for iemand on Mon Jan  1 00:00:00 2024.\n\n"

@@ -158,7 +158,7 @@ TEST(Programma, TheGlobeDrawsTheLinesOfAFile) {
 }
 
 TEST(Programma, AFileWithoutLinesIsOneClearLine) {
-    // One that is not there, a folder, and one without an end.
+    // The file is missing, or a folder, or endless.
     const std::pair<const char*, const char*> gevallen[] = {
         {"/er/niet.json", "'/er/niet.json' is niet te lezen: dat is er niet"},
         {"/", "'/' is niet te lezen: dat is een map"},

@@ -122,7 +122,8 @@ class Bus : public Scherm {
         Scherm::TearDown();
     }
     // Sends a signal as anyone may, until it has been heard: the program listens
-    // to the bus from some moment after its first picture on.
+    // to the bus from some moment after its first picture on. The black is short, so
+    // that each signal is given time before the next.
     bool zwartNa(const QStringList& signaal) {
         return until([&] {
             QProcess proces;
@@ -130,7 +131,7 @@ class Bus : public Scherm {
                                                                   QStringLiteral("--type=signal")} +
                                                           signaal);
             proces.waitForFinished(5000);
-            return isZwart();
+            return until([&] { return isZwart(); }, 2000);
         });
     }
     bool regentWeer() {

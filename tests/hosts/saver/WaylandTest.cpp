@@ -10,6 +10,7 @@
 #include "tests/hosts/saver/Programma.h"
 #include "tests/support/wayland/Compositor.h"
 #include "tests/support/wayland/Sway.h"
+#include "tests/support/wayland/Weston.h"
 
 namespace {
 
@@ -210,42 +211,11 @@ TEST(SaverOpWayland, DeMetingIsEenRegelMetBeelden) {
     EXPECT_EQ(meting[QStringLiteral("tekenaar")].toString(), QStringLiteral("cpu"));
 }
 
-// A compositor without a layer shell and without a screen.
-class Weston {
-  public:
-    Weston() {
-        if (QStandardPaths::findExecutable(QStringLiteral("weston")).isEmpty()) return;
-        QProcessEnvironment omgeving = QProcessEnvironment::systemEnvironment();
-        omgeving.insert(QStringLiteral("XDG_RUNTIME_DIR"), map_.path());
-        proces_.setProcessEnvironment(omgeving);
-        proces_.setProcessChannelMode(QProcess::MergedChannels);
-        proces_.start(QStringLiteral("weston"),
-                      {QStringLiteral("--backend=headless-backend.so"),
-                       QStringLiteral("--use-pixman"), QStringLiteral("--socket=wayland-1"),
-                       QStringLiteral("--width=640"), QStringLiteral("--height=480")});
-        loopt_ = until([this] {
-                     return QFile::exists(adres()) || proces_.state() == QProcess::NotRunning;
-                 }) &&
-                 QFile::exists(adres());
-    }
-    ~Weston() {
-        proces_.kill();
-        proces_.waitForFinished();
-    }
-    [[nodiscard]] bool loopt() const { return loopt_; }
-    [[nodiscard]] QString adres() const { return map_.filePath(QStringLiteral("wayland-1")); }
-
-  private:
-    QTemporaryDir map_;
-    QProcess proces_;
-    bool loopt_ = false;
-};
-
 TEST(SaverOpWeston, DraaitSchermvullendZonderBovenlagen) {
-    Weston weston;
-    if (!weston.loopt()) GTEST_SKIP() << "weston is not installed, or does not start here";
+    const wltest::Weston weston;
+    if (!weston.isRunning()) GTEST_SKIP() << weston.reason();
     Programma saver;
-    saver.zet(QStringLiteral("WAYLAND_DISPLAY"), weston.adres());
+    saver.zet(QStringLiteral("WAYLAND_DISPLAY"), weston.address());
     saver.zet(QStringLiteral("XDG_RUNTIME_DIR"), saver.map());
     saver.draai({QStringLiteral("--keuze=regen"), QStringLiteral("--seconden=2"),
                  QStringLiteral("--meet")});

@@ -8,9 +8,11 @@
 #include <QSet>
 #include <algorithm>
 #include <cmath>
+#include <csignal>
 #include <cstdio>
 
 #include "platform/time/MediaClock.h"
+#include "platform/window/x11/RootWatch.h"
 #include "tests/hosts/saver/Programma.h"
 
 using brixtel::isRegen;
@@ -19,9 +21,14 @@ namespace {
 
 const QString kGebruiker = QStringLiteral("65534");
 
-// The processes of a program, by their command line.
-QStringList lopende(const QString& thuis, const QString& programma = brixtel::programmaPad()) {
-    QStringList regels;
+// A process of a program that has this home.
+struct Proces {
+    pid_t nummer;
+    QString regel;  // its command line; with "[omgeving]" where it was told a host's window
+};
+
+QList<Proces> processen(const QString& thuis, const QString& programma) {
+    QList<Proces> gevonden;
     const QDir proc(QStringLiteral("/proc"));
     for (const QString& nummer : proc.entryList({QStringLiteral("[0-9]*")}, QDir::Dirs)) {
         QFile regel(proc.filePath(nummer + QStringLiteral("/cmdline")));
@@ -33,8 +40,15 @@ QStringList lopende(const QString& thuis, const QString& programma = brixtel::pr
         if (!waarden.contains("HOME=" + QFile::encodeName(thuis))) continue;
         QString alles = QString::fromUtf8(tekst);
         if (waarden.contains("XSCREENSAVER_WINDOW=")) alles += QStringLiteral("[omgeving]");
-        regels << alles;
+        gevonden.push_back({nummer.toInt(), alles});
     }
+    return gevonden;
+}
+
+QStringList lopende(const QString& thuis, const QString& programma = brixtel::programmaPad()) {
+    QStringList regels;
+    for (const Proces& proces : processen(thuis, programma))
+        regels << proces.regel;
     return regels;
 }
 
@@ -172,6 +186,30 @@ TEST_F(Xscreensaver, TheDaemonFindsUsOnceRegisteredAndNothingOfItsOwnIsLost) {
     EXPECT_FALSE(QFile::exists(bestand));
 }
 
+// A daemon that is killed leaves its word that it blanks. Its graphics process goes on and
+// covers the display; without both nothing does.
+TEST_F(Xscreensaver, KilledItNoLongerCountsAsASaverOnceNothingOfItCoversTheDisplay) {
+    platform::RootWatch desktop(server.display());
+    startDaemon();
+    EXPECT_FALSE(desktop.isSaverOn());
+    opdracht({QStringLiteral("xscreensaver-command"), QStringLiteral("-activate")});
+    ASSERT_TRUE(until([&] { return desktop.isSaverOn(); })) << logboek.constData();
+    ASSERT_TRUE(regent());
+    int gemeld = 0;
+    const auto volgt = desktop.observe([&](platform::RootWatch::Change wat) {
+        gemeld += wat == platform::RootWatch::Change::Saver && !desktop.isSaverOn();
+    });
+    daemon.kill();
+    ASSERT_TRUE(daemon.waitForFinished(5000));
+    const QList<Proces> beelden = processen(thuis.path(), QStringLiteral("xscreensaver-gfx"));
+    ASSERT_EQ(beelden.size(), 1);
+    EXPECT_TRUE(desktop.isSaverOn()) << "its window covers the display";
+    ::kill(beelden.front().nummer, SIGKILL);
+    EXPECT_TRUE(until([&] { return gemeld > 0; }));
+    EXPECT_FALSE(desktop.isSaverOn());
+    EXPECT_NE(desktop.property(desktop.root(), "_SCREENSAVER_STATUS"), 0U) << "the word stays";
+}
+
 // The remains of rounds of showing and stopping, and the duration of a stop.
 class Rondes : public Xscreensaver {
   protected:
@@ -206,7 +244,7 @@ class Rondes : public Xscreensaver {
         if (stops.back() > kTraag)
             std::printf("a stop of %.3f s, of it %.3f s the end, of which the daemon says:\n%s",
                         stops.back(), eindes.back(), logboek.mid(gelezen).constData());
-        // Its picture goes with the daemon's window, a moment later.
+        // The saver's picture goes with the daemon's window, a moment later.
         ASSERT_TRUE(until([this] { return !isRegen(server.picture(server.screen().root)); }));
     }
     static constexpr double kTraag = 0.2;  // seconds
@@ -243,7 +281,9 @@ TEST_F(Rondes, LeaveNoProcessNoFileNoMemoryAndNoCrashBehind) {
         return nu.first <= voor.first && nu.second <= voor.second;
     })) << open().first
         << '/' << voor.first << ' ' << open().second << '/' << voor.second;
-    EXPECT_FALSE(inhoud(proc(server.process(), "maps")).contains("memfd:window"));
+    // The server lets go of a client's memory when it finds the client gone.
+    EXPECT_TRUE(
+        until([&] { return !inhoud(proc(server.process(), "maps")).contains("memfd:window"); }));
     EXPECT_TRUE(lopende(thuis.path()).isEmpty());
     for (const char* woord : {"crash", "abnormal", "unexpectedly", "exited with"})
         for (const QByteArray& regel : logboek.split('\n'))

@@ -51,7 +51,7 @@ TEST_F(Damage, OneDropMovedIsItsColumnOnly) {
     const QRect hit = unite(rects);
     EXPECT_EQ(hit.left(), 40);
     EXPECT_EQ(hit.width(), 20);
-    // Its head stood on row 5 with two of its trail above and steps on to 6.
+    // The head stood on row 5, with two rows of its trail above, and steps on to row 6.
     EXPECT_EQ(hit, QRect(40, 20, 20, 40));
 }
 

@@ -61,7 +61,7 @@ TEST(ToolRun, AFileThatIsNoProgramIsNothing) {
 }
 
 TEST(ToolRun, TheToolInheritsNoOtherDescriptor) {
-    // Not marked to be closed in a child.
+    // The pipe is not marked to be closed in a child.
     std::array<int, 2> leak{};
     ASSERT_EQ(pipe(leak.data()), 0);
     EXPECT_EQ(shell("ls /proc/self/fd | wc -l | tr -d ' '"), "4\n");  // 0, 1, 2 and ls's own
@@ -125,7 +125,7 @@ TEST(ToolRun, AStopEndsAToolThatHangsAndItsChildren) {
     worker.join();
     EXPECT_EQ(text, "nothing");
     EXPECT_FALSE(steun::heeftKinderen());
-    // It is another's child: told to end, not waited for.
+    // The tool is another process's child: told to end, not waited for.
     pollfd end{ended, POLLIN, 0};
     EXPECT_EQ(poll(&end, 1, 10'000), 1);
     close(ended);

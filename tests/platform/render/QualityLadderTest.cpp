@@ -11,7 +11,7 @@ namespace {
 constexpr double kBudget = 1.0 / 50.0;
 constexpr int kLast = static_cast<int>(kQualityRungs.size()) - 1;
 
-// How often the rung changes over so many frames, each costing what `cost` says.
+// The number of changes of the rung over so many frames, each at the cost that `cost` gives.
 int run(QualityLadder& ladder, int frames, const std::function<double(int rung)>& cost) {
     int changes = 0;
     for (int i = 0; i < frames; ++i)

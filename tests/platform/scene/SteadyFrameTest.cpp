@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a steady frame takes from the heap: nothing.
+// A steady frame takes nothing from the heap.
 #include <gtest/gtest.h>
 
 #include "platform/scene/DrawList.h"

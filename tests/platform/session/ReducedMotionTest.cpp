@@ -68,7 +68,7 @@ TEST_F(Desktop, ChangesAreToldAsTheUserMakesThem) {
 
 TEST_F(Desktop, WithoutAPortalThereIsNoWish) {
     const auto motion = watch();
-    // One that comes up later is heard all the same.
+    // A portal that comes up later is heard too.
     ASSERT_TRUE(portal.appear());
     ASSERT_TRUE(until([&] {
         portal.change(kGnome, kAnimations, false);

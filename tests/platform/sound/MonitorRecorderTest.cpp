@@ -111,7 +111,7 @@ TEST(MonitorRecorder, AMicrophoneIsNotHeardWhereThereIsNoOutput) {
     GeluidServer server(kMicrofoon);
     ASSERT_TRUE(server.loopt());
     Recording recording(server.adres());
-    // It has asked for everything once it is a client that listens.
+    // The recording has asked for everything once the server lists it as a client.
     ASSERT_TRUE(until([&] {
         return server.pactl({QStringLiteral("list"), QStringLiteral("clients")})
             .contains(QStringLiteral("Brixtel"));
@@ -161,7 +161,7 @@ void command(GeluidServer& server, const QByteArray& line) {
     const int door = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     EXPECT_EQ(connect(door, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
     EXPECT_EQ(write(door, line.constData(), static_cast<std::size_t>(line.size())), line.size());
-    // It reads to the end before it closes.
+    // The server reads to the end before it closes.
     shutdown(door, SHUT_WR);
     char said = 0;
     while (read(door, &said, 1) > 0) {

@@ -118,7 +118,6 @@ class PaperSystem final : public platform::WindowSystem {
                                                       NativeWindowDelegate&) override {
         return nullptr;
     }
-    [[nodiscard]] HostRef hostRefOf(QWindow&) const override { return {}; }
     [[nodiscard]] platform::NativeWorkspace& workspace() override { std::abort(); }
     [[nodiscard]] platform::OverlaySpaces* overlaySpaces() override { return nullptr; }
     void watch(std::function<void(bool)> displaySlept) override { slept = std::move(displaySlept); }

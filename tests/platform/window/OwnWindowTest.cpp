@@ -72,7 +72,7 @@ TEST_F(OwnWindowTest, ShowsItsPictureWhereItStands) {
     EXPECT_NE(screenPixel(99, 300), kGreen);
     EXPECT_EQ(window.frame(), QRectF(100, 60, 200, 150));
     EXPECT_EQ(window.contentView()->frame(), QRectF(0, 0, 200, 150));
-    // Told by the render thread, in a turn of the event loop.
+    // The render thread reports the first frame, in a turn of the event loop.
     EXPECT_TRUE(until([&] { return window.statistics().firstFrameTime.has_value(); }));
 }
 
@@ -81,11 +81,18 @@ TEST_F(OwnWindowTest, IsBlackBeforeAnythingIsDrawn) {
     below.setContentView(coloured(Qt::green));
     below.show();
     ASSERT_TRUE(shows(150, 300, kGreen));
-    // One that cannot draw at all.
+    // A server without a system cannot draw at all.
     WindowServer nowhere(clock, {.drawer = {}, .system = withoutSystem(clock)});
     Window window(nowhere, {.frame = {100, 60, 200, 150}});
     window.show();
     EXPECT_TRUE(shows(150, 300, kBlack));
+}
+
+TEST_F(OwnWindowTest, AServerOfItsOwnIsNoCompositorsClient) {
+    EXPECT_TRUE(server.system().capabilities().passesClicks);
+    Window window(server, {.frame = {0, 0, 64, 48}, .style = WindowStyle::FullScreen});
+    window.show();
+    EXPECT_FALSE(window.reference().isEmpty());
 }
 
 TEST_F(OwnWindowTest, FullScreenCoversTheScreenUnderIt) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a steady frame takes from the heap, on both threads together. A program of
-// its own, since it replaces operator new.
+// A steady frame takes nothing from the heap, on both threads together. The program
+// is its own, since it replaces operator new.
 #include <gtest/gtest.h>
 
 #include <thread>

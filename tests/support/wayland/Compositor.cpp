@@ -161,8 +161,8 @@ int Compositor::buffers() {
     return number;
 }
 
-void Compositor::frame(double seconds) {
-    ask([&](World& world) { world.frameAll(seconds); });
+void Compositor::frame(double seconds, std::uint32_t interval) {
+    ask([&](World& world) { world.frameAll(seconds, interval); });
 }
 
 void Compositor::addOutput(const Output& output) {
@@ -254,6 +254,20 @@ void Compositor::setSeat(bool keyboard, bool pointer) {
     });
 }
 
+void Compositor::setGivesKeyboard(bool gives) {
+    ask([&](World& world) {
+        world.givesKeyboard = gives;
+        world.findKeyFocus();
+    });
+}
+
+void Compositor::setToplevelActive(const std::vector<bool>& active) {
+    ask([&](World& world) {
+        for (const bool each : active)
+            world.sendToplevel(each);
+    });
+}
+
 void Compositor::setFrames(Frames frames) {
     ask([&](World& world) { world.options.frames = frames; });
 }
@@ -286,11 +300,26 @@ void Compositor::die() {
     thread_->die();
 }
 
+std::vector<std::uint32_t> Compositor::idleTimes() {
+    std::vector<std::uint32_t> times;
+    ask([&](World& world) {
+        for (const auto& [each, milliseconds] : world.idles)
+            times.push_back(milliseconds);
+        for (const auto& [each, milliseconds] : world.kdeIdles)
+            times.push_back(milliseconds);
+    });
+    return times;
+}
+
 void Compositor::setIdle(bool idle) {
     ask([&](World& world) {
-        for (wl_resource* const each : world.idles) {
+        for (const auto& [each, milliseconds] : world.idles) {
             if (idle) ext_idle_notification_v1_send_idled(each);
             if (!idle) ext_idle_notification_v1_send_resumed(each);
+        }
+        for (const auto& [each, milliseconds] : world.kdeIdles) {
+            if (idle) org_kde_kwin_idle_timeout_send_idle(each);
+            if (!idle) org_kde_kwin_idle_timeout_send_resumed(each);
         }
     });
 }

@@ -31,6 +31,10 @@ struct Globals {
     bool decoration = true;
     bool xdgOutput = true;
     bool idle = true;
+    bool kdeIdle = true;
+    bool inputTaking = false;  // the protocol of lockers that are overlays
+    bool sessionLock = false;  // that of lockers that are more
+    bool toplevels = true;     // other programs' windows: one
 };
 
 struct Output {
@@ -54,6 +58,7 @@ struct Options {
     Frames frames = Frames::ByHand;
     bool releasesBuffers = true;  // once another one is there
     bool configuresByItself = true;
+    std::uint32_t presentationClock = 1;  // CLOCK_MONOTONIC
 };
 
 enum class Role { None, Layer, Toplevel, Cursor };
@@ -103,22 +108,23 @@ class Compositor {
 
     // All that there are, in the order of their making.
     [[nodiscard]] std::vector<Surface> surfaces();
-    // Their numbers alone.
+    // The surfaces' numbers alone.
     [[nodiscard]] std::vector<std::uint64_t> ids();
     // The surfaces that have a buffer and a role, but the cursor's.
     [[nodiscard]] std::vector<Surface> shown();
-    // How often a client has asked this, as in ("wl_surface", "commit").
+    // The number of such requests by clients, as in ("wl_surface", "commit").
     [[nodiscard]] int count(const std::string& interface, const std::string& request);
     [[nodiscard]] int clients();
     // The number of buffers that are alive.
     [[nodiscard]] int buffers();
 
     // Answers the frame callbacks of every surface that is shown, and says of
-    // their pictures that they were presented at `seconds` of the clock.
-    void frame(double seconds = 0.0);
+    // their pictures that they were presented at `seconds` of the clock, on a display with
+    // `interval` nanoseconds between two pictures.
+    void frame(double seconds = 0.0, std::uint32_t interval = 16'666'666);
 
     void addOutput(const Output& output);
-    // Its layer surfaces are told that they are closed.
+    // Removes the output, and closes its layer surfaces.
     void removeOutput(const std::string& name);
     // A new mode, scale, transform or place for the output of that name.
     void changeOutput(const Output& output);
@@ -144,6 +150,11 @@ class Compositor {
     [[nodiscard]] bool cursorHidden();
     void setSeat(bool keyboard, bool pointer);
 
+    // Whether overlays that want the keyboard get it, as under no lock.
+    void setGivesKeyboard(bool gives);
+    // The other program's window has the focus or has not, one after the other at once.
+    void setToplevelActive(const std::vector<bool>& active);
+
     void setFrames(Frames frames);
     void setReleasesBuffers(bool releases);
     void setConfiguresByItself(bool configures);
@@ -154,6 +165,8 @@ class Compositor {
     void postError();
     // Closes every connection and the socket, as in a crash.
     void die();
+    // The times (milliseconds) of the idle watches that there are, in no order.
+    [[nodiscard]] std::vector<std::uint32_t> idleTimes();
     // Idle notifications: the user has been away that long, or is back.
     void setIdle(bool idle);
 

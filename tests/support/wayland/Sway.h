@@ -64,6 +64,8 @@ class Sway {
     // Why it is not.
     [[nodiscard]] std::string reason() const { return reason_.toStdString(); }
 
+    [[nodiscard]] qint64 process() const { return process_.processId(); }
+
     // The value for WAYLAND_DISPLAY, wherever the program's own folder is.
     [[nodiscard]] QString address() const { return path("wayland-1"); }
     [[nodiscard]] QProcessEnvironment environment() const {
@@ -74,22 +76,23 @@ class Sway {
         return env;
     }
 
-    // Has it do what a line of its configuration would; true if it did.
-    bool command(const QByteArray& line) {
-        QByteArray message("i3-ipc");
-        const auto size = static_cast<quint32>(line.size());
-        message.append(reinterpret_cast<const char*>(&size), sizeof size);
-        message.append(4, '\0');
-        message += line;
-        if (write(ipc_, message.constData(), static_cast<std::size_t>(message.size())) < 0)
-            return false;
-        const QByteArray header = read(kHeader);
-        if (header.size() < kHeader) return false;
-        quint32 length = 0;
-        std::memcpy(&length, header.constData() + kLengthAt, sizeof length);
-        const QByteArray answer = read(static_cast<int>(length));
-        return answer.contains("\"success\": true");
+    // The value for DISPLAY; empty where the compositor has no X server. For one that was
+    // started with the line "xwayland force".
+    [[nodiscard]] QString xDisplay() {
+        QString found;
+        until([&] {
+            QFile file(path("display"));
+            if (file.open(QIODevice::ReadOnly))
+                found = QString::fromLatin1(file.readAll()).trimmed();
+            return !found.isEmpty();
+        });
+        return found;
     }
+
+    // Has it do what a line of its configuration would; true if it did.
+    bool command(const QByteArray& line) { return ask(0, line).contains("\"success\": true"); }
+    // Everything that it shows, in JSON.
+    [[nodiscard]] QByteArray tree() { return ask(4, {}); }
 
     // The picture that an output shows; empty where that could not be had.
     [[nodiscard]] QImage picture(const QString& output = QStringLiteral("HEADLESS-1")) {
@@ -115,6 +118,22 @@ class Sway {
     }
 
   private:
+    // Sends a message of that type; the answer, empty where none came.
+    QByteArray ask(quint32 type, const QByteArray& text) {
+        QByteArray message("i3-ipc");
+        const auto size = static_cast<quint32>(text.size());
+        message.append(reinterpret_cast<const char*>(&size), sizeof size);
+        message.append(reinterpret_cast<const char*>(&type), sizeof type);
+        message += text;
+        if (write(ipc_, message.constData(), static_cast<std::size_t>(message.size())) < 0)
+            return {};
+        const QByteArray header = read(kHeader);
+        if (header.size() < kHeader) return {};
+        quint32 length = 0;
+        std::memcpy(&length, header.constData() + kLengthAt, sizeof length);
+        return read(static_cast<int>(length));
+    }
+
     [[nodiscard]] QString path(const char* name) const {
         return folder_.filePath(QLatin1String(name));
     }
@@ -125,7 +144,10 @@ class Sway {
         for (int i = 1; i <= outputs; ++i)
             lines += "output HEADLESS-" + QByteArray::number(i) + " mode 640x480@60Hz position " +
                      QByteArray::number((i - 1) * 640) + " 0 bg #203040 solid_color\n";
-        if (!more.contains("xwayland")) lines += "xwayland disable\n";
+        if (more.contains("xwayland"))
+            lines += "exec echo $DISPLAY > " + QFile::encodeName(path("display")) + "\n";
+        else
+            lines += "xwayland disable\n";
         QFile file(path("config"));
         if (!file.open(QIODevice::WriteOnly) || file.write(lines + more) < 0) qFatal("no config");
     }

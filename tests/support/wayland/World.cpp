@@ -5,6 +5,7 @@
 #include <xkbcommon/xkbcommon.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 
 namespace wltest {
@@ -19,9 +20,14 @@ void count(void* data, wl_protocol_logger_type direction,
                      message->message->name];
 }
 
+double monotonicSeconds() {
+    using namespace std::chrono;
+    return duration<double>(steady_clock::now().time_since_epoch()).count();
+}
+
 int tick(void* data) {
     auto& world = *static_cast<World*>(data);
-    if (world.options.frames == Frames::Always) world.frameAll(0.0);
+    if (world.options.frames == Frames::Always) world.frameAll(monotonicSeconds());
     wl_event_source_timer_update(world.timer, 16);
     return 0;
 }
@@ -48,6 +54,8 @@ World::World(const Options& o) : options(o), display(wl_display_create()) {
     if (options.globals.xdgShell) addXdgShell();
     if (options.globals.decoration) addDecoration();
     if (options.globals.idle) addIdle();
+    if (options.globals.kdeIdle) addKdeIdle();
+    addLocks();
     timer = wl_event_loop_add_timer(loop, tick, this);
     wl_event_source_timer_update(timer, 16);
 }
@@ -97,7 +105,7 @@ wl_resource* World::make(wl_client* client, const wl_interface* interface, int v
     return resource;
 }
 
-void World::frame(SurfaceState& surface, double seconds) {
+void World::frame(SurfaceState& surface, double seconds, std::uint32_t interval) {
     ++milliseconds;
     for (wl_resource* const callback : std::exchange(surface.frames, {})) {
         wl_callback_send_done(callback, milliseconds);
@@ -109,14 +117,14 @@ void World::frame(SurfaceState& surface, double seconds) {
     for (wl_resource* const feedback : std::exchange(surface.feedbacks, {})) {
         wp_presentation_feedback_send_presented(
             feedback, static_cast<std::uint32_t>(whole >> 32U), static_cast<std::uint32_t>(whole),
-            nanoseconds, 16'666'666, 0, milliseconds, WP_PRESENTATION_FEEDBACK_KIND_VSYNC);
+            nanoseconds, interval, 0, milliseconds, WP_PRESENTATION_FEEDBACK_KIND_VSYNC);
         wl_resource_destroy(feedback);
     }
 }
 
-void World::frameAll(double seconds) {
+void World::frameAll(double seconds, std::uint32_t interval) {
     for (const auto& [id, surface] : surfaces)
-        if (surface->mapped && outputFor(*surface)) frame(*surface, seconds);
+        if (surface->mapped && outputFor(*surface)) frame(*surface, seconds, interval);
 }
 
 }  // namespace wltest

@@ -84,12 +84,14 @@ struct World {
     std::vector<std::unique_ptr<OutputState>> goneOutputs;
     std::map<std::string, int> requests;
     std::set<wl_resource*> buffers;
-    std::vector<wl_resource*> seats, keyboards, pointers, idles;
+    std::vector<wl_resource*> seats, keyboards, pointers, toplevels;
+    std::map<wl_resource*, std::uint32_t> idles, kdeIdles;  // with their milliseconds
     wl_global* seatGlobal = nullptr;
     std::uint32_t capabilities = WL_SEAT_CAPABILITY_KEYBOARD | WL_SEAT_CAPABILITY_POINTER;
     std::uint64_t pointerFocus = 0, keyFocus = 0;
     std::vector<std::uint64_t> keyOrder;  // toplevels, the last one shown last
     QPointF pointerAt;
+    bool givesKeyboard = true;
     bool cursorHidden = false;
     std::uint64_t cursorSurface = 0;
     xkb_context* xkbContext = nullptr;
@@ -122,6 +124,9 @@ struct World {
     void addXdgShell();
     void addDecoration();
     void addIdle();
+    void addLocks();
+    void sendToplevel(bool active);
+    void addKdeIdle();
 
     void commit(SurfaceState& surface);
     void firstCommit(SurfaceState& surface);
@@ -130,8 +135,8 @@ struct World {
     void mapped(SurfaceState& surface);
     void unmapped(SurfaceState& surface);
     void forget(SurfaceState& surface);
-    void frame(SurfaceState& surface, double seconds);
-    void frameAll(double seconds);
+    void frame(SurfaceState& surface, double seconds, std::uint32_t interval);
+    void frameAll(double seconds, std::uint32_t interval = 16'666'666);
 
     [[nodiscard]] SurfaceState* hit(QPointF at);
     void pointerTo(QPointF at);

@@ -92,26 +92,44 @@ const struct ext_idle_notification_v1_interface kNotification = {.destroy = dest
 const struct ext_idle_notifier_v1_interface kNotifier = {
     .destroy = destroyResource,
     .get_idle_notification =
-        [](wl_client* client, wl_resource* r, std::uint32_t id, std::uint32_t, wl_resource*) {
+        [](wl_client* client, wl_resource* r, std::uint32_t id, std::uint32_t milliseconds,
+           wl_resource*) {
             World& world = worldOf(r);
-            world.idles.push_back(world.make(client, &ext_idle_notification_v1_interface, 1, id,
-                                             &kNotification, 0, [](wl_resource* gone) {
-                                                 drop(worldOf(gone).idles, gone);
-                                                 delete &link(gone);
-                                             }));
+            world.idles[world.make(client, &ext_idle_notification_v1_interface, 1, id,
+                                   &kNotification, 0, [](wl_resource* gone) {
+                                       worldOf(gone).idles.erase(gone);
+                                       delete &link(gone);
+                                   })] = milliseconds;
         },
 };
+
+const struct org_kde_kwin_idle_timeout_interface kKdeTimeout = {
+    .release = destroyResource,
+    .simulate_user_activity = [](wl_client*, wl_resource*) {},
+};
+
+const struct org_kde_kwin_idle_interface kKdeIdle = {
+    .get_idle_timeout = [](wl_client* client, wl_resource* r, std::uint32_t id, wl_resource*,
+                           std::uint32_t milliseconds) {
+        World& world = worldOf(r);
+        world.kdeIdles[world.make(client, &org_kde_kwin_idle_timeout_interface, 1, id, &kKdeTimeout,
+                                  0, [](wl_resource* gone) {
+                                      worldOf(gone).kdeIdles.erase(gone);
+                                      delete &link(gone);
+                                  })] = milliseconds;
+    }};
 
 }  // namespace
 
 void World::addPresentation() {
-    wl_global_create(display, &wp_presentation_interface, 1, this,
-                     [](wl_client* client, void* data, std::uint32_t, std::uint32_t id) {
-                         wp_presentation_send_clock_id(
-                             static_cast<World*>(data)->make(client, &wp_presentation_interface, 1,
-                                                             id, &kPresentation, 0),
-                             CLOCK_MONOTONIC);
-                     });
+    wl_global_create(
+        display, &wp_presentation_interface, 1, this,
+        [](wl_client* client, void* data, std::uint32_t, std::uint32_t id) {
+            auto& world = *static_cast<World*>(data);
+            wp_presentation_send_clock_id(
+                world.make(client, &wp_presentation_interface, 1, id, &kPresentation, 0),
+                world.options.presentationClock);
+        });
 }
 
 void World::addIdle() {
@@ -119,6 +137,14 @@ void World::addIdle() {
                      [](wl_client* client, void* data, std::uint32_t, std::uint32_t id) {
                          static_cast<World*>(data)->make(client, &ext_idle_notifier_v1_interface, 1,
                                                          id, &kNotifier, 0);
+                     });
+}
+
+void World::addKdeIdle() {
+    wl_global_create(display, &org_kde_kwin_idle_interface, 1, this,
+                     [](wl_client* client, void* data, std::uint32_t, std::uint32_t id) {
+                         static_cast<World*>(data)->make(client, &org_kde_kwin_idle_interface, 1,
+                                                         id, &kKdeIdle, 0);
                      });
 }
 

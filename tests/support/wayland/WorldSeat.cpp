@@ -176,6 +176,7 @@ void World::button(std::uint32_t code, bool pressed) {
 }
 
 void World::findKeyFocus() {
+    if (!givesKeyboard) return focusKeys(nullptr);
     SurfaceState* best = nullptr;
     for (const auto& [id, surface] : surfaces)
         if (surface->mapped && surface->role == Role::Layer && surface->layer >= 2 &&

@@ -52,7 +52,7 @@ class Herkomst : public testing::Test {
         if (rijen4_.empty() || rijen6_.empty()) GTEST_SKIP() << "no tor-geoipdb in " << bronMap();
     }
 
-    // What the mark of a row stands for, told apart from what makes the table.
+    // The country of a row's mark, found without the code that makes the table.
     static std::string code(const std::string& merk) {
         if (merk == "UK") return "GB";
         return codes_.contains(merk) ? merk : kGeen;

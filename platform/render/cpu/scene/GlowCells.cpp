@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/render/cpu/scene/GlowCells.h"
 
+#include <algorithm>
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "platform/render/cpu/scene/GlowCells.cpp"
 #include <hwy/foreach_target.h>
@@ -55,6 +57,56 @@ void weighCells(const float* const rows[4], const float weight[4], float* to, in
         weighSome(single, rows, weight, x, to);
 }
 
+hn::Vec<hn::CappedTag<float, 16>> phaseOf(const float* from, const GlowPhase& phase) {
+    const hn::CappedTag<float, 16> d;
+    auto sum = hn::Mul(hn::LoadU(d, from + phase.first), hn::Set(d, phase.weight[0]));
+    for (int i = 1; i < 4; ++i)
+        sum = hn::Add(sum, hn::Mul(hn::LoadU(d, from + phase.first + i),
+                                   hn::Set(d, phase.weight[static_cast<std::size_t>(i)])));
+    return sum;
+}
+
+void stretchCells(const float* from, std::span<const GlowPhase> phases, float* to, int cells) {
+    const hn::CappedTag<float, 16> d;
+    const int lanes = static_cast<int>(hn::Lanes(d));
+    if (phases.size() == 4 && cells % lanes == 0) {
+        for (int x = 0; x < cells; x += lanes)
+            hn::StoreInterleaved4(phaseOf(from + x, phases[0]), phaseOf(from + x, phases[1]),
+                                  phaseOf(from + x, phases[2]), phaseOf(from + x, phases[3]), d,
+                                  to + 4 * static_cast<std::ptrdiff_t>(x));
+        return;
+    }
+    if (phases.size() == 2 && cells % lanes == 0) {
+        for (int x = 0; x < cells; x += lanes)
+            hn::StoreInterleaved2(phaseOf(from + x, phases[0]), phaseOf(from + x, phases[1]), d,
+                                  to + 2 * static_cast<std::ptrdiff_t>(x));
+        return;
+    }
+    std::array<float, 64> phase{};
+    const auto step = static_cast<std::ptrdiff_t>(phases.size());
+    for (std::ptrdiff_t i = 0; i < step; ++i) {
+        const GlowPhase& p = phases[static_cast<std::size_t>(i)];
+        const float* const four[4] = {from + p.first, from + p.first + 1, from + p.first + 2,
+                                      from + p.first + 3};
+        weighCells(four, p.weight.data(), phase.data(), cells);
+        for (int cell = 0; cell < cells; ++cell)
+            to[cell * step + i] = phase[static_cast<std::size_t>(cell)];
+    }
+}
+
+float mostOf(const float* from, int count) {
+    const hn::CappedTag<float, 16> d;
+    const int lanes = static_cast<int>(hn::Lanes(d));
+    auto most = hn::Zero(d);
+    int x = 0;
+    for (; x + lanes <= count; x += lanes)
+        most = hn::Max(most, hn::LoadU(d, from + x));
+    float result = hn::GetLane(hn::MaxOfLanes(d, most));
+    for (; x < count; ++x)
+        result = std::max(result, from[x]);
+    return result;
+}
+
 }  // namespace
 }  // namespace platform::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
@@ -64,6 +116,8 @@ namespace platform {
 
 HWY_EXPORT(blurCells);
 HWY_EXPORT(weighCells);
+HWY_EXPORT(stretchCells);
+HWY_EXPORT(mostOf);
 
 void blurCells(const float* from, std::ptrdiff_t step, const float* weight, int radius, float* to,
                int count, float scale) {
@@ -71,6 +125,13 @@ void blurCells(const float* from, std::ptrdiff_t step, const float* weight, int 
 }
 void weighCells(const float* const rows[4], const float weight[4], float* to, int count) {
     HWY_DYNAMIC_DISPATCH(weighCells)(rows, weight, to, count);
+}
+
+void stretchCells(const float* from, std::span<const GlowPhase> phases, float* to, int cells) {
+    HWY_DYNAMIC_DISPATCH(stretchCells)(from, phases, to, cells);
+}
+float mostOf(const float* from, int count) {
+    return HWY_DYNAMIC_DISPATCH(mostOf)(from, count);
 }
 
 }  // namespace platform

@@ -11,7 +11,7 @@ namespace platform {
 namespace {
 
 constexpr float kSame = 1e-4F;
-// Coarser ones are seen to be no balls.
+// A mesh with fewer corners is not drawn as a ball: its facets show.
 constexpr std::size_t kLeastBallCorners = 200;
 
 template <typename V>
@@ -62,7 +62,7 @@ MeshShape::MeshShape(const Mesh& mesh) {
              std::min({size.x, size.y, size.z}) > 1.9F * radius && allAsFar(mesh, radius);
     if (faces.size() != 1 || faces[0].corners != 4 || data.texcoords.size() != corners) return;
     const auto& c = faces[0].corner;
-    // Where the picture's corners are: the face's own, in whatever order.
+    // Finds the picture's corners among the face's corners, which have any order.
     const auto find = [&](glm::vec2 uv) -> const glm::vec3* {
         for (const std::uint32_t at : c)
             if (glm::length(data.texcoords[at] - uv) < kSame) return &data.positions[at];

@@ -20,12 +20,12 @@ struct MeshShape {
     };
     std::vector<Face> faces;
 
-    // All of it is as far from the middle of its box.
+    // Whether all vertices have the same distance from the middle of the mesh's box.
     bool isBall = false;
     float radius = 0.0F;
 
-    // One parallelogram: where its picture's upper left corner is, and the way
-    // from there along the picture's width and height.
+    // Whether the mesh is one parallelogram: the place of its picture's upper left corner, and
+    // the vectors along the picture's width and height.
     bool isCard = false;
     glm::vec3 corner{0.0F};
     glm::vec3 along{0.0F};

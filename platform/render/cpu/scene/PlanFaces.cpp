@@ -20,7 +20,7 @@ bool surrounds(const Mesh& mesh, const glm::mat4& world, const glm::vec3& camera
            glm::all(glm::lessThan(local, mesh.bounds().high));
 }
 
-// The matrix of normals, whatever the scale along each axis.
+// The matrix that turns normals, for any scale along each axis.
 glm::mat3 cofactors(const glm::mat3& m) {
     glm::mat3 result(glm::cross(m[1], m[2]), glm::cross(m[2], m[0]), glm::cross(m[0], m[1]));
     if (glm::dot(m[0], result[0]) < 0.0F) result = -result;
@@ -43,7 +43,7 @@ double areaOf(glm::dvec2 a, glm::dvec2 b, glm::dvec2 c) {
     return (b.x - a.x) * (c.y - a.y) - (c.x - a.x) * (b.y - a.y);
 }
 
-// Leaves the part of a polygon that is at least 0 by `inside`.
+// Keeps the part of a polygon where `inside` is at least 0.
 template <typename Corner, typename Inside>
 void cutAway(std::vector<Corner>& from, std::vector<Corner>& to, Inside inside) {
     to.clear();
@@ -153,7 +153,7 @@ void ScenePlan::addPolygon(const Surface& surface, std::size_t number, bool doub
         most = std::abs(part);
         second = i;
     }
-    // Counterclockwise as one sees it is clockwise where y points down.
+    // A counterclockwise polygon is clockwise where y points down.
     const bool front = surface.mirrored ? area > 0.0 : area < 0.0;
     if (!(most > 1e-9) || (!front && !doubleSided)) return;
     const ShapeCall call(ShapeKind::Polygon, polygons_.size());

@@ -14,8 +14,8 @@ namespace {
 
 using Kinds = std::array<int, StripePicture::kMostKinds>;  // a line of each kind
 
-// Sorts a picture's columns or rows by what they look like. None if they are of
-// too many kinds, or any kind but the most frequent one in more than one stretch.
+// Sorts a picture's columns or rows into kinds of equal look. False for too many kinds, or if a
+// kind other than the most frequent one has more than one stretch.
 template <typename Same>
 bool findKinds(int count, Same same, StripePicture::Kind* kinds, std::size_t& found, Kinds& line) {
     std::vector<int> kindOf;
@@ -98,7 +98,7 @@ void ScenePlan::addFloor(const DrawFloor& floor) {
     const float above = heightOf(list_->camera.position);
     if (!std::isfinite(above) || above == 0.0F || (above < 0.0F && !floor.material.doubleSided))
         return;
-    // Depth is even along rays in the floor's plane as the eye sees it.
+    // The floor's nearness is linear on the screen: the ray's part along the floor's normal.
     const glm::mat3 turn(list_->camera.view);
     const glm::dvec3 eyeNormal(turn * normal);
     ScreenFloor plane;
@@ -129,7 +129,7 @@ void ScenePlan::addFloor(const DrawFloor& floor) {
         addBatches(true);
         hidingRadius_ = 0.0F;
     }
-    // From where a pixel looks to where in the picture that is.
+    // The map from a pixel's ray to a place in the floor's picture.
     const glm::dmat4 toEye(list_->camera.view * floor.world);
     const glm::dmat4 toFloor = glm::inverse(toEye);
     const glm::dmat4 contents(floor.material.contentsTransform);
@@ -177,7 +177,7 @@ bool ScenePlan::addStripes(const DrawFloor& floor, const ScreenFloor& plane) {
         if (!std::isfinite(p.a + p.b + p.c)) return true;
     const ShapeCall call(ShapeKind::Floor, floors_.size());
     floors_.push_back(made);
-    // Only the tiles in which some of it lies before the camera.
+    // Adds the floor to the tiles in which a part of it lies before the camera.
     const QSize tiles = bins_.tiles();
     for (int row = 0; row < tiles.height(); ++row)
         for (int column = 0; column < tiles.width(); ++column) {
@@ -191,7 +191,7 @@ bool ScenePlan::addStripes(const DrawFloor& floor, const ScreenFloor& plane) {
     return true;
 }
 
-// As much of the plane as the camera can see.
+// Adds the part of the plane that the camera can see.
 void ScenePlan::addFloorPolygon(const DrawFloor& floor) {
     const DrawMaterial& material = floor.material;
     Surface surface;

@@ -12,14 +12,31 @@ namespace platform {
 
 namespace {
 
-constexpr float kMostCoordinate = 1e7F;  // pixels; what is further away is not seen
+constexpr float kMostCoordinate = 1e7F;  // pixels; the limit of visible places
 // The share of a card's size that it may be off from facing the camera.
 constexpr float kUpright = 2e-4F;
-// A little smaller than it is, so that what is dropped really is behind it.
+// The part of a ball's radius that counts as hiding: dropped shapes then really lie behind it.
 constexpr float kHidingShare = 0.97F;
 
 bool isSane(glm::vec2 at) {
     return std::abs(at.x) < kMostCoordinate && std::abs(at.y) < kMostCoordinate;
+}
+
+// Whether some of a ball may be seen in the tile with this middle: whether the cone that
+// the eye sees the ball in meets the one that holds the tile and a pixel around it.
+bool canShow(const ScreenBall& ball, const ScreenLens& lens, glm::vec2 tileMiddle) {
+    const glm::vec2 half((0.5F * kTileWidth + 1.0F) * lens.perPixel.x,
+                         (0.5F * kTileHeight + 1.0F) * lens.perPixel.y);
+    const glm::vec3 look((tileMiddle.x - lens.middle.x) * lens.perPixel.x,
+                         (lens.middle.y - tileMiddle.y) * lens.perPixel.y, 1.0F);
+    const float sinTile = glm::length(half) / glm::length(look);
+    const float away = glm::length(ball.middle);
+    const float sinBall = ball.radius / away;
+    if (!(sinTile < 1.0F && sinBall < 1.0F)) return true;
+    const float cosTile = std::sqrt(1.0F - sinTile * sinTile);
+    const float cosBall = std::sqrt(1.0F - sinBall * sinBall);
+    const float cosBetween = glm::dot(look, ball.middle) / (glm::length(look) * away);
+    return cosBetween >= cosTile * cosBall - sinTile * sinBall - 1e-5F;
 }
 
 }  // namespace
@@ -145,7 +162,7 @@ bool ScenePlan::addSprite(const BatchView& view, const DrawInstance& instance) {
     if (!isSane(a) || !isSane(b)) return false;
     const glm::vec3 middle = corner + 0.5F * glm::vec3(along.x, down.y, 0.0F);
     const Ink ink = inkAt(view, tintOf(view, instance), glm::length(middle), 0.0F);
-    // Fog that is not black would need more than a tint.
+    // A tint cannot express fog that is not black.
     if (frame_.hasFog && !view.additive && glm::length(frame_.fogColour) > 0.0F) return false;
     sprite.picture = &spriteOf(material, view.additive);
     sprite.near = 1.0F / corner.z;
@@ -208,7 +225,11 @@ bool ScenePlan::addBall(const BatchView& view, const DrawInstance& instance) {
         return true;
     const ShapeCall call(ShapeKind::Ball, balls_.size());
     balls_.push_back(ball);
-    bins_.add(call, ball.low, ball.high);
+    bins_.addWhere(call, ball.low, ball.high, [&](int tileX, int tileY) {
+        return canShow(ball, lens_,
+                       {(static_cast<float>(tileX) + 0.5F) * kTileWidth,
+                        (static_cast<float>(tileY) + 0.5F) * kTileHeight});
+    });
     if (ball.hiding.writes && kHidingShare * ball.radius > hidingRadius_) {
         hidingMiddle_ = ball.middle;
         hidingRadius_ = kHidingShare * ball.radius;

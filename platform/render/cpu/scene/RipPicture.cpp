@@ -24,7 +24,7 @@ struct Level {
     }
 };
 
-// The average of what two neighbours of a line of `half` texels stand for.
+// The average of the texels of a line that one of its `half` halved texels covers.
 template <typename At>
 glm::vec4 halved(int i, int half, int whole, At at) {
     const double low = static_cast<double>(i) * whole / half;
@@ -86,6 +86,15 @@ RipPicture::RipPicture(const QImage& picture)
                                65535.0F);
         if (pixels[i + 3] != 65535) hasAlpha = true;
     }
+    const auto append = [&](const Level& level) {
+        for (int y = 0; y < level.height; ++y)
+            for (int x = 0; x <= level.width; ++x) {
+                const glm::vec4& texel = level.at(x % level.width, y);
+                texels.push_back(packed(texel));
+                if (hasAlpha)
+                    alphas.push_back(static_cast<std::uint32_t>(texel.a * 65535.0F + 0.5F));
+            }
+    };
     for (int across = 0; across < levelsAcross; ++across) {
         if (across > 0) whole = halvedAcross(whole);
         widths[static_cast<std::size_t>(across)] = static_cast<float>(whole.width);
@@ -94,11 +103,7 @@ RipPicture::RipPicture(const QImage& picture)
             if (down > 0) level = halvedDown(level);
             heights[static_cast<std::size_t>(down)] = static_cast<float>(level.height);
             first.push_back(static_cast<std::int32_t>(texels.size()));
-            for (const glm::vec4& texel : level.texels) {
-                texels.push_back(packed(texel));
-                if (hasAlpha)
-                    alphas.push_back(static_cast<std::uint32_t>(texel.a * 65535.0F + 0.5F));
-            }
+            append(level);
         }
     }
 }

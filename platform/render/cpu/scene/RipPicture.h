@@ -9,10 +9,11 @@
 
 namespace platform {
 
-// A picture at every combination of halved widths and halved heights, so that a
-// surface that is seen at a slant is averaged along one side only. A texel is one
-// number: square roots of its light, 10 bits of red, 12 of green, 10 of blue,
-// alpha multiplied in.
+// A picture at every combination of halved widths and halved heights. A surface seen at a
+// slant is thus averaged along one side only. A texel is one number of square roots of light,
+// with alpha multiplied in: 10 bits of red, 12 of green, 10 of
+// blue. Behind a row's last texel stands its first once more, so that two
+// neighbours always follow one another.
 struct RipPicture {
     static constexpr int kMostLevels = 12;
 

@@ -15,7 +15,7 @@ void SceneBins::begin(QSize picture) {
 }
 
 SceneBins::Range SceneBins::rangeOf(glm::vec2 low, glm::vec2 high) const {
-    // Also false where something is not a number.
+    // The comparison is false for a NaN too.
     if (!(low.x <= high.x && low.y <= high.y)) return {};
     const auto tileAt = [](float at, float side, int count) {
         return static_cast<int>(
@@ -57,7 +57,8 @@ void SceneBins::end() {
     for (std::size_t i = 1; i < first_.size(); ++i)
         first_[i] += first_[i - 1];
     calls_.resize(pairs_.size());
-    // Each tile's place is where its next call goes, and ends at the next tile's.
+    // Each tile's index advances with its calls, from the tile's first place to the next
+    // tile's.
     for (const Pair& pair : pairs_)
         calls_[first_[pair.tile]++] = pair.call;
     for (std::size_t i = first_.size() - 1; i > 0; --i)

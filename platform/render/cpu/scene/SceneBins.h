@@ -27,9 +27,9 @@ struct ShapeCall {
 class SceneBins {
   public:
     void begin(QSize picture);
-    // Everything that a box of pixels touches; the box may lie outside.
+    // Adds the call to every tile that a box of pixels touches; the box may lie outside.
     void add(ShapeCall call, glm::vec2 low, glm::vec2 high);
-    // The same, but for the tiles that are not wanted.
+    // The same, for wanted tiles only.
     template <typename Wanted>
     void addWhere(ShapeCall call, glm::vec2 low, glm::vec2 high, const Wanted& wanted) {
         const Range range = rangeOf(low, high);
@@ -37,7 +37,7 @@ class SceneBins {
             for (int x = range.firstX; x <= range.lastX; ++x)
                 if (wanted(x, y)) put(call, y * tiles_.width() + x);
     }
-    // The part of the box inside the polygon's edges.
+    // Adds the call to every tile that the polygon touches.
     void add(ShapeCall call, const ScreenPolygon& polygon);
     void addEverywhere(ShapeCall call);
     void end();

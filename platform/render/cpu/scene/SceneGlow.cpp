@@ -4,17 +4,20 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/render/cpu/scene/GlowCells.h"
-
 namespace platform {
 
 namespace {
+
+// Light of which not one pixel in thirty is a step brighter, once encoded.
+constexpr float kFaint = 1e-5F;
+// Cells beside a tile that have a share in its pixels.
+constexpr int kBeside = 2;
 
 std::size_t countOf(QSize size) {
     return static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height());
 }
 
-// A cubic B-spline's, between the second and the third of four.
+// The four weights of a cubic B-spline, between the second and the third.
 std::array<float, 4> splineWeights(double f) {
     const double g = 1.0 - f;
     return {static_cast<float>(g * g * g / 6.0),
@@ -28,8 +31,7 @@ std::array<float, 4> splineWeights(double f) {
 void SceneGlow::begin(const Options& options) {
     options_ = options;
     if (!isOn()) {
-        std::fill(glow_.begin(), glow_.end(), char{0});
-        glow_.resize(countOf(options.tiles));
+        seen_.assign(countOf(options.tiles), 0);
         return;
     }
     if (phases_.empty() || planned_.tiles != options.tiles || planned_.sigma != options.sigma)
@@ -56,7 +58,7 @@ void SceneGlow::fit() {
     for (Planes* const planes : {&cells_, &blurred_, &spread_})
         for (auto& plane : *planes)
             plane.assign(rows * static_cast<std::size_t>(stride_), 0.0F);
-    for (Flags* const flags : {&bright_, &along_, &glow_})
+    for (Flags* const flags : {&bright_, &along_, &glow_, &seen_})
         flags->assign(countOf(tiles), 0);
     phases_.clear();
     for (int i = 0; i < reduction_; ++i) {
@@ -100,8 +102,8 @@ bool SceneGlow::anyNear(const Flags& flags, int tile, int across, int down) cons
     return false;
 }
 
-// Works out the tiles that light of the given tiles reaches, and clears those
-// that it no longer does.
+// Computes the tiles that light of the given tiles reaches, and clears the tiles that light
+// no longer reaches.
 template <typename Work>
 void SceneGlow::pass(TileWorkers& workers, const Flags& from, Flags& to, Planes& planes, int across,
                      int down, Work work) {
@@ -137,33 +139,46 @@ void SceneGlow::spread(TileWorkers& workers) {
                        spread_[k].data() + at, cellsAcross_, 1.0F);
          });
     tilesSpread_ = static_cast<int>(std::count(glow_.begin(), glow_.end(), 1));
+    workers.each(static_cast<int>(seen_.size()), [&](int tile, int) {
+        const auto at = static_cast<std::size_t>(tile);
+        seen_[at] = glow_[at] ? coloursSeen(tile) : char{0};
+    });
 }
 
-// Along the rows first, into rows as far apart as the cells, then between these.
-void SceneGlow::expand(int tileX, int tileY, float* work, TileGlow& glow) const {
-    constexpr int kExtra = 2;  // rows of cells above the tile
-    float* const along = work + 3 * kPackedTile;
-    std::array<float, kTileWidth> phase{};
+char SceneGlow::coloursSeen(int tile) const {
+    const std::size_t first = cellAt(tile % options_.tiles.width(), tile / options_.tiles.width()) -
+                              static_cast<std::size_t>(kBeside * stride_ + kBeside);
+    unsigned seen = 0;
     for (std::size_t k = 0; k < 3; ++k) {
-        const float* const cells = spread_[k].data() + cellAt(tileX, tileY);
-        for (int row = 0; row < cellsDown_ + 2 * kExtra; ++row) {
-            const float* const from = cells + static_cast<std::ptrdiff_t>(row - kExtra) * stride_;
-            float* const to = along + static_cast<std::ptrdiff_t>(row) * kTileWidth;
-            for (int i = 0; i < reduction_; ++i) {
-                const Phase& p = phases_[static_cast<std::size_t>(i)];
-                const float* const four[4] = {from + p.first, from + p.first + 1,
-                                              from + p.first + 2, from + p.first + 3};
-                weighCells(four, p.weight.data(), phase.data(), cellsAcross_);
-                for (int cell = 0; cell < cellsAcross_; ++cell)
-                    to[cell * reduction_ + i] = phase[static_cast<std::size_t>(cell)];
-            }
-        }
+        float most = 0.0F;
+        for (int row = 0; row < cellsDown_ + 2 * kBeside; ++row)
+            most = std::max(
+                most, mostOf(spread_[k].data() + first + static_cast<std::size_t>(row * stride_),
+                             cellsAcross_ + 2 * kBeside));
+        if (most >= kFaint) seen |= 1U << k;
+    }
+    return static_cast<char>(seen);
+}
+
+// Stretches along the rows first, into rows as far apart as the cells, and then between those
+// rows.
+void SceneGlow::expand(int tile, float* work, TileGlow& glow) const {
+    float* const along = work + 3 * kPackedTile;
+    const std::size_t first = cellAt(tile % options_.tiles.width(), tile / options_.tiles.width());
+    for (std::size_t k = 0; k < 3; ++k) {
+        glow.plane[k] = nullptr;
+        if ((static_cast<unsigned>(seen_[static_cast<std::size_t>(tile)]) & (1U << k)) == 0)
+            continue;
+        const float* const cells = spread_[k].data() + first;
+        for (int row = 0; row < cellsDown_ + 2 * kBeside; ++row)
+            stretchCells(cells + static_cast<std::ptrdiff_t>(row - kBeside) * stride_, phases_,
+                         along + static_cast<std::ptrdiff_t>(row) * kTileWidth, cellsAcross_);
         float* const to = work + k * kPackedTile;
         for (int row = 0; row < kTileHeight; ++row) {
-            const Phase& p = phases_[static_cast<std::size_t>(row % reduction_)];
+            const GlowPhase& p = phases_[static_cast<std::size_t>(row % reduction_)];
             const float* const from =
                 along +
-                static_cast<std::ptrdiff_t>(row / reduction_ + kExtra + p.first) * kTileWidth;
+                static_cast<std::ptrdiff_t>(row / reduction_ + kBeside + p.first) * kTileWidth;
             const float* const four[4] = {from, from + kTileWidth, from + 2 * kTileWidth,
                                           from + 3 * kTileWidth};
             weighCells(four, p.weight.data(), to + static_cast<std::ptrdiff_t>(row) * kTileWidth,

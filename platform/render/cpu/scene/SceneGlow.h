@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/render/BloomPlan.h"
+#include "platform/render/cpu/scene/GlowCells.h"
 #include "platform/render/cpu/scene/TileFinish.h"
 #include "platform/render/cpu/scene/TileWorkers.h"
 
@@ -27,19 +28,21 @@ class SceneGlow {
     // Starts a frame: no tile is bright.
     void begin(const Options& options);
     [[nodiscard]] bool isOn() const { return options_.intensity > 0.0F; }
-    // Where a tile's bright light is gathered; every tile has its own, also between
-    // threads.
+    // The cells that gather a tile's bright light. Tiles share no cell, so threads need no
+    // lock.
     [[nodiscard]] BrightCells cellsOf(int tileX, int tileY);
     void setBright(int tile) { bright_[static_cast<std::size_t>(tile)] = true; }
 
-    // Spreads what was gathered.
+    // Blurs the gathered light.
     void spread(TileWorkers& workers);
-    [[nodiscard]] bool glows(int tile) const { return glow_[static_cast<std::size_t>(tile)] != 0; }
-    // The glow of a tile that glows, worked out in the given space.
+    // Whether a tile has a visible glow.
+    [[nodiscard]] bool glows(int tile) const { return seen_[static_cast<std::size_t>(tile)] != 0; }
+    // Computes the glow of a glowing tile, in the given working space. A colour without glow
+    // has no plane.
     static constexpr std::size_t kWorkSize = 3 * kPackedTile + kPackedTile;
-    void expand(int tileX, int tileY, float* work, TileGlow& glow) const;
+    void expand(int tile, float* work, TileGlow& glow) const;
 
-    // Tiles that the last frame's blur worked on.
+    // The number of tiles that the last frame's blur reached.
     [[nodiscard]] int tilesSpread() const { return tilesSpread_; }
 
   private:
@@ -48,6 +51,7 @@ class SceneGlow {
 
     void fit();
     void clearCells(Planes& planes, int tile);
+    [[nodiscard]] char coloursSeen(int tile) const;
     [[nodiscard]] std::size_t cellAt(int tileX, int tileY) const;
     [[nodiscard]] bool anyNear(const Flags& flags, int tile, int across, int down) const;
     template <typename Work>
@@ -64,13 +68,9 @@ class SceneGlow {
     int stride_ = 0;
     int tilesSpread_ = 0;
     Flags bright_, along_, glow_;
+    Flags seen_;  // a bit by the colour
     Planes cells_, blurred_, spread_;
-    // By the pixel within a cell: the first of four cells, and their weights.
-    struct Phase {
-        int first = 0;
-        std::array<float, 4> weight{};
-    };
-    std::vector<Phase> phases_;
+    std::vector<GlowPhase> phases_;  // by the pixel within a cell
 };
 
 }  // namespace platform

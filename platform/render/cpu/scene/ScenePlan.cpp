@@ -43,6 +43,8 @@ void ScenePlan::setFrame(const DrawList& list) {
     zNear_ = std::max(camera.zNear, 1e-4F);
     zFar_ = camera.zFar;
     frame_ = {};
+    frame_.right = {lens_.perPixel.x, 0.0, -half.x * lens_.perPixel.x};
+    frame_.down = {0.0, lens_.perPixel.y, -half.y * lens_.perPixel.y};
     // The rows of the view's turn are the camera's axes in the world.
     for (int i = 0; i < 3; ++i) {
         const double right = camera.view[i][0];

@@ -21,12 +21,12 @@
 
 namespace platform {
 
-// Everything that is to be drawn in a frame, on the screen and in order. Meshes and
-// pictures are prepared once, known again by their ids, and dropped when no frame
-// has shown them for a while.
+// All shapes of a frame, on the screen and in drawing order. Meshes and pictures are prepared
+// once, cached by their ids, and dropped when no frame has shown them for a
+// while.
 class ScenePlan {
   public:
-    // Frames without showing a mesh or picture before it is dropped.
+    // `keepFrames` is the number of frames after which an unused mesh or picture is dropped.
     explicit ScenePlan(int keepFrames) : keepFrames_(keepFrames) {}
 
     void make(const DrawList& list, QSize size, double scale);
@@ -44,7 +44,7 @@ class ScenePlan {
     [[nodiscard]] const std::vector<ScreenPolygon>& polygons() const { return polygons_; }
     [[nodiscard]] const std::vector<ScreenFloor>& floors() const { return floors_; }
 
-    // Kept at this moment.
+    // The numbers of stored meshes and pictures.
     [[nodiscard]] int meshCount() const { return static_cast<int>(meshes_.size()); }
     [[nodiscard]] int pictureCount() const { return static_cast<int>(pictures_.size()); }
 
@@ -60,8 +60,8 @@ class ScenePlan {
         std::unique_ptr<MeshShape> shape;
         std::uint64_t lastFrame = 0;
     };
-    // A corner of a polygon before it is cut: as the eye sees it, z before it
-    // being positive, and what is even along the polygon.
+    // A corner of a polygon before the cut: its place from the eye, z positive before it, and
+    // its attributes, which are linear along the polygon.
     struct Corner {
         glm::dvec3 eye{0.0};
         std::array<double, ScreenPolygon::kAttributes> value{};
@@ -114,7 +114,7 @@ class ScenePlan {
     float zNear_ = 0.05F;
     float zFar_ = 100.0F;
     glm::vec4 floorPlane_{0.0F};
-    // The largest ball so far that hides what is behind it.
+    // The largest ball so far that hides the shapes behind it.
     glm::vec3 hidingMiddle_{0.0F};
     float hidingRadius_ = 0.0F;
 

@@ -26,6 +26,8 @@ inline constexpr std::array<std::array<float, 2>, kSamples> kSamplePlaces{{{0.06
                                                                            {-0.4375F, -0.0625F},
                                                                            {0.1875F, 0.4375F},
                                                                            {0.4375F, -0.4375F}}};
+// At least as far as any of them from the middle.
+inline constexpr float kFurthestSample = 0.62F;
 
 // Linear light and nearness (1 / depth before the camera, 0 for nothing) of a
 // tile's pixels. Nearness is kept once per pixel until an outline needs more;
@@ -35,15 +37,17 @@ struct SceneTile {
 
     int x = 0;  // of the upper left pixel in the picture
     int y = 0;
-    int width = 0;  // what of the tile lies inside the picture
+    int width = 0;  // of the tile's part inside the picture
     int height = 0;
-    bool hidesNothing = true;       // no surface has written its nearness yet
-    bool sampledNear = false;       // `sampleNear` holds, not `near`
-    bool sampledLight = false;      // `sampleLight` holds, not `light`
+    bool hidesNothing = true;   // no surface has written its nearness yet
+    bool sampledNear = false;   // `sampleNear` holds, not `near`
+    bool sampledLight = false;  // `sampleLight` holds, not `light`, in these rows:
+    int sampledTop = 0;
+    int sampledEnd = 0;
     std::array<float*, 3> light{};  // pixel (0, 0) of each plane
-    // The light of dots and lines brighter than `threshold`, times how much of a pixel
-    // they cover: however thin they are, they bloom as they would in a larger
-    // picture. Valid once there is some.
+    // The light of dots and lines above `threshold`, times their coverage of the pixel. A thin
+    // dot or line thus blooms as in a larger picture. Valid while
+    // hasExcess.
     std::array<float*, 3> excess{};
     bool hasExcess = false;
     float threshold = 0.0F;

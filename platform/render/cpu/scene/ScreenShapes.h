@@ -16,7 +16,7 @@ struct RipPicture;
 struct SpritePicture;
 struct DotKernel;
 
-// Light that is put over what is there: what was is left times 1 − alpha.
+// Light to blend over the picture: result = light + present light × (1 − alpha).
 struct Ink {
     glm::vec3 light{0.0F};  // alpha multiplied in
     float alpha = 0.0F;     // 0: only added
@@ -53,8 +53,8 @@ struct ScreenLine {
 // A picture that faces the camera upright.
 struct ScreenSprite {
     const SpritePicture* picture = nullptr;
-    // Where the picture's left and upper edges lie, and its size; a negative size
-    // mirrors it.
+    // The place of the picture's left and upper edges, and the picture's size; a negative size
+    // mirrors the picture.
     glm::dvec2 at{0.0};
     glm::dvec2 size{0.0};
     float near = 0.0F;
@@ -65,7 +65,7 @@ struct ScreenSprite {
 
 // A ball of one colour, as an ellipse.
 struct ScreenBall {
-    glm::vec3 middle{0.0F};  // as the eye sees it, z before it being positive
+    glm::vec3 middle{0.0F};  // from the eye, z positive before it
     float radius = 0.0F;
     glm::vec2 low{0.0F};
     glm::vec2 high{0.0F};
@@ -99,8 +99,8 @@ struct Surface {
 
 struct ScreenPolygon {
     static constexpr int kMaxEdges = 8;
-    // Each times nearness: where in the picture, the normal, and the height above
-    // the mirror.
+    // Attributes, each multiplied by nearness: the place in the picture, the normal, and the
+    // height above the mirror.
     static constexpr std::size_t kPicture = 0;
     static constexpr std::size_t kNormal = 2;
     static constexpr std::size_t kHeight = 5;
@@ -110,7 +110,7 @@ struct ScreenPolygon {
     bool back = false;  // seen from behind
     glm::vec2 low{0.0F};
     glm::vec2 high{0.0F};
-    // At least 0 inside, in pixels from the edge.
+    // The signed distance from each edge in pixels; inside ≥ 0.
     std::array<Plane, kMaxEdges> edge{};
     Plane near;
     std::array<Plane, kAttributes> attribute{};

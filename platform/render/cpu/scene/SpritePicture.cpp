@@ -24,7 +24,7 @@ struct Texels {
     }
 };
 
-// The brightest texel, as the colour of all if they are.
+// The brightest texel: the picture's colour, if the picture has only one.
 glm::vec4 brightest(const Texels& texels) {
     glm::vec4 most(0.0F);
     float sum = -1.0F;
@@ -62,7 +62,7 @@ bool isOneColour(const Texels& texels, const glm::vec4& colour) {
 }  // namespace
 
 bool SpritePicture::isEmpty(double left, double top, double right, double bottom) const {
-    // A texel is seen half a texel further than it reaches.
+    // Interpolation shows a texel half a texel beyond its own area.
     const auto block = [](double at, int side) {
         return static_cast<int>(std::clamp(std::floor(at * kBlocks / side), 0.0, kBlocks - 1.0));
     };

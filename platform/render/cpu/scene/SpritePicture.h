@@ -8,15 +8,15 @@
 
 namespace platform {
 
-// A picture whose rows can be averaged over any stretch of them at once. Each row
-// is a chain of straight pieces between the middles of its texels, and is kept
-// with its integral. Equal rows that follow one another are kept once, and a
-// picture of one colour keeps only how much of it there is.
+// A picture that gives the average of any stretch of a row at once. A row is a chain of
+// straight pieces between the middles of its texels, stored with its integral. Equal
+// successive rows are stored once. A picture of one colour stores only the colour's
+// strength.
 struct SpritePicture {
-    // Whether it is only added: what it covers does not matter then.
+    // `additive`: the picture only adds light, so its coverage is not needed.
     SpritePicture(const QImage& picture, bool additive);
 
-    // Whether there is nothing to be seen of a box of its texels.
+    // Whether a box of the picture's texels is invisible.
     [[nodiscard]] bool isEmpty(double left, double top, double right, double bottom) const;
 
     [[nodiscard]] int nodes() const { return width + 2; }
@@ -34,20 +34,20 @@ struct SpritePicture {
     int stride = 0;  // of a row's values, and of its integrals
     int runs = 0;
     bool hasOneColour = false;
-    glm::vec4 colour{1.0F};        // of which there is more or less; alpha multiplied in
+    glm::vec4 colour{1.0F};        // the picture's only colour; alpha multiplied in
     std::size_t channels = 1;      // 1 where there is one colour, else 4
     std::vector<int> runOf;        // by the picture's row
     std::vector<bool> runIsEmpty;  // by the run
     std::vector<float> data;
 
   private:
-    // Whether there is something in each of kBlocks × kBlocks parts of it.
+    // Whether each of the picture's kBlocks × kBlocks parts is visible.
     static constexpr int kBlocks = 16;
     std::vector<char> filled_;
 };
 
-// One pixel row or column of a sprite and what of the picture it shows: how much
-// of each of some runs.
+// The share that one run of a picture has in one pixel row or column of a
+// sprite.
 struct RunShare {
     int run = 0;
     float share = 0.0F;

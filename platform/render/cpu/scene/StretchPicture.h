@@ -11,12 +11,12 @@
 
 namespace platform {
 
-// Makes a picture of one size from one of another, every pixel a mixture of four
-// between whose middles it lies. Owns its tables; several threads may fill at once,
-// each with a desk of its own.
+// Makes a picture of one size from a picture of another size. Every pixel is a mixture of the
+// four pixels between whose middles it lies. Owns its tables. Several threads may fill at
+// once, each with a desk of its own.
 class PictureStretch {
   public:
-    // Space to work in, of one thread.
+    // The working space of one thread.
     struct Desk {
         std::array<std::vector<std::uint32_t>, 2> row;
         std::array<int, 2> holds{-1, -1};
@@ -24,11 +24,11 @@ class PictureStretch {
 
     // Sizes in pixels, none empty. Equal sizes as before cost nothing.
     void fit(QSize from, QSize to);
-    // Makes a desk large enough; what it holds is forgotten.
+    // Makes a desk large enough, and forgets its contents.
     void fit(Desk& desk) const;
-    // The part of `to` that a rectangle of `from` has a share in.
+    // The part of `to` that a rectangle of `from` affects.
     [[nodiscard]] QRect reachOf(const QRect& rect) const;
-    // Fills a rectangle of `to`, both pictures being as large as fit() was told.
+    // Fills a rectangle of `to`. Both pictures have the sizes given to fit().
     void fill(const PixelBuffer& from, const PixelBuffer& to, const QRect& rect, Desk& desk) const;
 
   private:

@@ -23,7 +23,7 @@ double rowCovered(double low, double high, double y, double left, double x, doub
     return sum / kRows;
 }
 
-// The integral of the integral of a box of this width round 0, of one in all.
+// The second integral of a box of this width and area 1, centred on 0.
 double ramp(double x) {
     return x > 0.0 ? 0.5 * x * x : 0.0;
 }

@@ -28,7 +28,7 @@ int inside(float value, int most) {
     return static_cast<int>(std::clamp(value, 0.0F, static_cast<float>(most)));
 }
 
-// How much of its pixels a ball covers, and how near it is there.
+// A ball's coverage and nearness, for each pixel.
 struct BallHit {
     TileV covered;
     TileV near;
@@ -40,14 +40,14 @@ BallHit hit(const ScreenBall& ball, const ScreenLens& lens, TileV dx, float dy) 
     const float square = ball.radius * ball.radius;
     const auto one = hn::Set(d, 1.0F);
     const auto length = hn::Add(hn::Mul(dx, dx), hn::Set(d, dy * dy + 1.0F));
-    // How far past the middle the pixel looks: the ray's cross product with it.
+    // The distance at which the pixel's ray passes the middle: the ray's cross product with it.
     const auto crossX = hn::Set(d, dy * c.z - c.y);
     const auto crossY = hn::Sub(hn::Set(d, c.x), hn::Mul(dx, hn::Set(d, c.z)));
     const auto crossZ = hn::Sub(hn::Mul(dx, hn::Set(d, c.y)), hn::Set(d, dy * c.x));
     const auto past =
         hn::Add(hn::Add(hn::Mul(crossX, crossX), hn::Mul(crossY, crossY)), hn::Mul(crossZ, crossZ));
     const auto depth = hn::Sub(hn::Mul(length, hn::Set(d, square)), past);
-    // The growth of the depth from a pixel to the next: how far the rim is.
+    // The growth of the depth from a pixel to the next gives the distance of the rim.
     const auto growX =
         hn::Add(hn::Mul(dx, hn::Set(d, square)),
                 hn::Sub(hn::Mul(crossY, hn::Set(d, c.z)), hn::Mul(crossZ, hn::Set(d, c.y))));
@@ -77,7 +77,7 @@ bool holdsTile(const ScreenBall& ball, const ScreenLens& lens, const SceneTile& 
     return true;
 }
 
-// A ball that is all there is to be seen: one colour, and how near it is.
+// Fills a tile with a ball of one colour that covers the whole tile, and with its nearness.
 void fillWithBall(const ScreenBall& ball, const ScreenLens& lens, SceneTile& tile) {
     const TileF d;
     const glm::vec3& c = ball.middle;
@@ -151,7 +151,7 @@ void stripeShares(const StripePicture::Kind* kinds, std::size_t count, TileV at,
                   TileV* shares) {
     const TileF d;
     const auto half = hn::Mul(wide, hn::Set(d, 0.5F));
-    // Near 0, where numbers are finest.
+    // Numbers near 0 are the most precise.
     const auto middle = hn::Sub(at, hn::Floor(at));
     const auto perWidth = hn::Div(hn::Set(d, 1.0F), wide);
     auto rest = hn::Set(d, 1.0F);
@@ -177,8 +177,8 @@ struct RowOf {
     }
 };
 
-// How much of the picture's side a pixel is across: what its width and its height
-// make of it, and never less than a texel.
+// The size of a pixel in repeats of the picture, from its width and its height; at least one
+// texel.
 TileV across(const RowOf& plane, const RowOf& near, TileV value, TileV depth, float texel) {
     const TileF d;
     const auto along =
@@ -213,72 +213,104 @@ bool isEven(const ScreenFloor& floor, const SceneTile& tile, int row) {
     return std::abs(step) * kTileWidth < kEven;
 }
 
-void drawFloorRow(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& tile, int row) {
-    const TileF d;
-    const int lanes = static_cast<int>(hn::Lanes(d));
-    const RowOf near(floor.near, tile, row);
-    const RowOf u(floor.u, tile, row);
-    const RowOf v(floor.v, tile, row);
-    const StripePicture& stripes = floor.stripes;
-    const float dy = (lens.middle.y - (static_cast<float>(tile.y + row) + 0.5F)) * lens.perPixel.y;
-    // Where the camera stands upright, a row of pixels shows one row of the picture.
-    const bool level = isEven(floor, tile, row);
-    TileV columns[StripePicture::kMostKinds];
-    TileV colours[StripePicture::kMostKinds][3];
-    if (level) {
-        const auto middle = hn::Set(d, 0.5F * kTileWidth);
-        const auto deep = hn::Div(hn::Set(d, 1.0F), near.at(middle));
-        const auto vAt = hn::Mul(v.at(middle), deep);
-        mixRows(stripes, vAt, across(v, near, vAt, deep, stripes.texel.y), colours);
+// One row of a tile's pixels at work.
+class FloorRow {
+  public:
+    FloorRow(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& tile, int row)
+        : floor_(floor),
+          tile_(tile),
+          row_(row),
+          near_(floor.near, tile, row),
+          u_(floor.u, tile, row),
+          v_(floor.v, tile, row),
+          dx_(Plane{lens.perPixel.x, 0.0, -lens.middle.x * lens.perPixel.x}, tile, row),
+          dy_((lens.middle.y - (static_cast<float>(tile.y + row) + 0.5F)) * lens.perPixel.y),
+          isLevel_(isEven(floor, tile, row)) {}
+
+    void draw() {
+        const TileF d;
+        if (isLevel_) {
+            // Where the camera stands upright, a row of pixels shows one row of the picture.
+            const auto nearness = near_.at(hn::Set(d, 0.5F * kTileWidth));
+            mixAt(hn::Set(d, 0.5F * kTileWidth), hn::Div(hn::Set(d, 1.0F), nearness));
+        }
+        for (int x = 0; x < tile_.width; x += static_cast<int>(hn::Lanes(d)))
+            drawSome(x);
     }
-    for (int x = 0; x < tile.width; x += lanes) {
+
+  private:
+    void mixAt(TileV column, TileV depth) {
+        const auto at = hn::Mul(v_.at(column), depth);
+        mixRows(floor_.stripes, at, across(v_, near_, at, depth, floor_.stripes.texel.y), colours_);
+    }
+
+    void drawSome(int x) {
+        const TileF d;
         const auto column = columnsFrom(x);
-        const auto nearness = near.at(column);
+        const auto nearness = near_.at(column);
         const auto before = hn::Gt(nearness, hn::Set(d, 1e-5F));
-        if (hn::AllFalse(d, before)) continue;
-        const std::ptrdiff_t at = SceneTile::at(x, row);
+        if (hn::AllFalse(d, before)) return;
+        const std::ptrdiff_t at = SceneTile::at(x, row_);
         const auto one = hn::Set(d, 1.0F);
         const auto depth = hn::Div(one, hn::IfThenElse(before, nearness, one));
-        auto seen = hn::IfThenElseZero(before, shareSeen(tile, at, nearness));
-        const auto dx = hn::Mul(hn::Sub(columnsFrom(tile.x + x), hn::Set(d, lens.middle.x)),
-                                hn::Set(d, lens.perPixel.x));
+        TileV light[3];
+        const bool isLit = lightAt(column, depth, light);
+        if (!isLit && !floor_.hiding.writes) return;
+        const auto seen = hn::IfThenElseZero(before, shareSeen(tile_, at, nearness));
+        for (std::size_t k = 0; isLit && k < 3; ++k) {
+            float* const plane = tile_.light[k] + at;
+            hn::StoreU(hn::Add(hn::LoadU(d, plane), hn::Mul(light[k], seen)), d, plane);
+        }
+        if (floor_.hiding.writes) putNear(tile_, at, nearness, seen);
+    }
+
+    // False where there is none.
+    bool lightAt(TileV column, TileV depth, TileV* light) {
+        const TileF d;
+        const auto one = hn::Set(d, 1.0F);
         auto clear = one;
-        if (floor.hasFog) {
+        if (floor_.hasFog) {
+            const auto dx = dx_.at(column);
             const auto away =
-                hn::Mul(depth, hn::Sqrt(hn::Add(hn::Mul(dx, dx), hn::Set(d, dy * dy + 1.0F))));
+                hn::Mul(depth, hn::Sqrt(hn::Add(hn::Mul(dx, dx), hn::Set(d, dy_ * dy_ + 1.0F))));
             const auto fog =
-                hn::Mul(hn::Sub(away, hn::Set(d, floor.fogStart)), hn::Set(d, floor.fogShare));
+                hn::Mul(hn::Sub(away, hn::Set(d, floor_.fogStart)), hn::Set(d, floor_.fogShare));
             clear = hn::Sub(one, hn::Min(hn::Max(fog, hn::Zero(d)), one));
         }
         // Far away there is only fog, which adds nothing where it is black.
-        const bool isDark = floor.additive || floor.fog == glm::vec3(0.0F);
-        if (isDark && hn::AllTrue(d, hn::Le(clear, hn::Zero(d)))) {
-            if (floor.hiding.writes) putNear(tile, at, nearness, seen);
-            continue;
-        }
-        const auto uAt = hn::Mul(u.at(column), depth);
+        const bool isDark = floor_.additive || floor_.fog == glm::vec3(0.0F);
+        if (isDark && hn::AllTrue(d, hn::Le(clear, hn::Zero(d)))) return false;
+        TileV columns[StripePicture::kMostKinds];
+        const StripePicture& stripes = floor_.stripes;
+        const auto uAt = hn::Mul(u_.at(column), depth);
         stripeShares(stripes.column, stripes.columnKinds, uAt,
-                     across(u, near, uAt, depth, stripes.texel.x), columns);
-        if (!level) {
-            const auto vAt = hn::Mul(v.at(column), depth);
-            mixRows(stripes, vAt, across(v, near, vAt, depth, stripes.texel.y), colours);
-        }
-        const auto foggy = hn::Sub(one, clear);
+                     across(u_, near_, uAt, depth, stripes.texel.x), columns);
+        if (!isLevel_) mixAt(column, depth);
+        auto most = hn::Zero(d);
         for (int k = 0; k < 3; ++k) {
-            auto light = hn::Mul(colours[0][k], columns[0]);
+            auto sum = hn::Mul(colours_[0][k], columns[0]);
             for (std::size_t i = 1; i < stripes.columnKinds; ++i)
-                light = hn::Add(light, hn::Mul(colours[i][k], columns[i]));
-            light = hn::Mul(hn::Mul(light, hn::Set(d, floor.light[k])), clear);
-            if (!floor.additive) light = hn::Add(light, hn::Mul(foggy, hn::Set(d, floor.fog[k])));
-            float* const plane = tile.light[static_cast<std::size_t>(k)] + at;
-            const auto old = hn::LoadU(d, plane);
-            hn::StoreU(hn::Add(old, hn::Mul(light, seen)), d, plane);
+                sum = hn::Add(sum, hn::Mul(colours_[i][k], columns[i]));
+            light[k] = hn::Mul(hn::Mul(sum, hn::Set(d, floor_.light[k])), clear);
+            most = hn::Max(most, light[k]);
         }
-        if (floor.hiding.writes) putNear(tile, at, nearness, seen);
+        if (isDark) return !hn::AllTrue(d, hn::Le(most, hn::Zero(d)));
+        const auto foggy = hn::Sub(one, clear);
+        for (int k = 0; k < 3; ++k)
+            light[k] = hn::Add(light[k], hn::Mul(foggy, hn::Set(d, floor_.fog[k])));
+        return true;
     }
-}
 
-// Takes away what lies behind the floor.
+    const ScreenFloor& floor_;
+    SceneTile& tile_;
+    const int row_;
+    const RowOf near_, u_, v_, dx_;
+    const float dy_;
+    const bool isLevel_;
+    TileV colours_[StripePicture::kMostKinds][3];  // of each kind of column
+};
+
+// Removes the light behind the floor.
 void blackenRow(const ScreenFloor& floor, SceneTile& tile, int row) {
     const TileF d;
     const int lanes = static_cast<int>(hn::Lanes(d));
@@ -297,7 +329,7 @@ void drawFloor(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& tile
         if (floor.blackens) {
             blackenRow(floor, tile, row);
         } else {
-            drawFloorRow(floor, lens, tile, row);
+            FloorRow(floor, lens, tile, row).draw();
         }
     }
 }

@@ -11,7 +11,7 @@
 
 namespace platform {
 
-// Where a pixel looks, for one unit before the camera: (x, y) / focus from the
+// The direction of a pixel's ray, at one unit before the camera: (x, y) / focus from the
 // middle, y up.
 struct ScreenLens {
     glm::vec2 middle{0.0F};  // pixels
@@ -20,9 +20,9 @@ struct ScreenLens {
 
 void drawBall(const ScreenBall& ball, const ScreenLens& lens, SceneTile& tile);
 
-// A picture of stripes along its rows and columns: whatever stands at a texel is
-// told by the kind of its column and the kind of its row. Each kind is one
-// stretch of the picture's side, but for the first, which is all the rest.
+// A picture of stripes along its rows and columns. A texel's colour depends on the kind of its
+// column and the kind of its row alone. Every kind but the first is one stretch of the
+// picture's side; the first kind is the rest of the side.
 struct StripePicture {
     static constexpr std::size_t kMostKinds = 4;
     struct Kind {
@@ -45,9 +45,9 @@ struct ScreenFloor {
     glm::vec3 fog{0.0F};    // its colour
     bool hasFog = false;
     float fogStart = 0.0F;
-    float fogShare = 0.0F;  // thickens by this a unit
+    float fogShare = 0.0F;  // the fog's growth a unit
     bool additive = false;
-    bool blackens = false;  // takes away what lies behind
+    bool blackens = false;  // removes the light behind the floor
     Hiding hiding;
     StripePicture stripes;
 };

@@ -58,12 +58,21 @@ void sampleNearness(SceneTile& tile) {
     tile.sampledNear = true;
 }
 
-void sampleLight(SceneTile& tile) {
+void sampleLight(SceneTile& tile, int top, int end) {
     if (tile.sampledLight) return;
-    for (const auto& sample : tile.sampleLight)
-        for (std::size_t k = 0; k < 3; ++k)
-            copyPlane(tile.light[k], sample[k]);
+    const F d;
+    const std::ptrdiff_t first = SceneTile::at(-kTileMargin, top);
+    const std::ptrdiff_t last = SceneTile::at(-kTileMargin, end);
+    for (std::size_t k = 0; k < 3; ++k)
+        for (std::ptrdiff_t at = first; at < last;
+             at += static_cast<std::ptrdiff_t>(hn::Lanes(d))) {
+            const auto light = hn::LoadU(d, tile.light[k] + at);
+            for (const auto& sample : tile.sampleLight)
+                hn::StoreU(light, d, sample[k] + at);
+        }
     tile.sampledLight = true;
+    tile.sampledTop = top;
+    tile.sampledEnd = end;
 }
 
 float leastNear(const SceneTile& tile) {
@@ -84,9 +93,11 @@ void resolveLight(SceneTile& tile) {
     if (!tile.sampledLight) return;
     const F d;
     const auto share = hn::Set(d, 1.0F / kSamples);
+    const std::ptrdiff_t first = SceneTile::at(-kTileMargin, tile.sampledTop);
+    const std::ptrdiff_t last = SceneTile::at(-kTileMargin, tile.sampledEnd);
     for (std::size_t k = 0; k < 3; ++k) {
-        for (std::size_t i = 0; i < SceneTile::kPlane; i += hn::Lanes(d)) {
-            const std::ptrdiff_t at = static_cast<std::ptrdiff_t>(i) - kTileMargin;
+        for (std::ptrdiff_t at = first; at < last;
+             at += static_cast<std::ptrdiff_t>(hn::Lanes(d))) {
             auto sum = hn::LoadU(d, tile.sampleLight[0][k] + at);
             for (std::size_t s = 1; s < kSamples; ++s)
                 sum = hn::Add(sum, hn::LoadU(d, tile.sampleLight[s][k] + at));
@@ -94,15 +105,6 @@ void resolveLight(SceneTile& tile) {
         }
     }
     tile.sampledLight = false;
-}
-
-// The light of a row above the threshold, column by column.
-template <typename V>
-V addBright(V light, V excess, float threshold, float* sums) {
-    const F d;
-    const V above = hn::Max(hn::Sub(light, hn::Set(d, threshold)), excess);
-    hn::StoreU(hn::Add(hn::LoadU(d, sums), above), d, sums);
-    return above;
 }
 
 void putCells(const std::array<std::array<float, kTileStride>, 3>& sums, const BrightCells& bright,
@@ -121,95 +123,129 @@ void putCells(const std::array<std::array<float, kTileStride>, 3>& sums, const B
     }
 }
 
+// The light of some pixels, and how much there is of it at all.
+struct SomeLight {
+    hn::Vec<F> r, g, b;
+    hn::Vec<F> most;
+};
+
+// Black right of the tile, where vectors end behind it.
+SomeLight lightAt(const SceneTile& tile, int x, int row) {
+    const F d;
+    const std::ptrdiff_t at = SceneTile::at(x, row);
+    SomeLight light{hn::LoadU(d, tile.light[0] + at), hn::LoadU(d, tile.light[1] + at),
+                    hn::LoadU(d, tile.light[2] + at), hn::Zero(d)};
+    if (x + static_cast<int>(hn::Lanes(d)) > tile.width) {
+        const auto shown = hn::FirstN(d, static_cast<std::size_t>(tile.width - x));
+        light.r = hn::IfThenElseZero(shown, light.r);
+        light.g = hn::IfThenElseZero(shown, light.g);
+        light.b = hn::IfThenElseZero(shown, light.b);
+    }
+    light.most = hn::Max(light.r, hn::Max(light.g, light.b));
+    return light;
+}
+
+// Square roots in steps of 1 / `most`.
+hn::Vec<U> stepsOf(hn::Vec<F> light, float most) {
+    const F d;
+    if (hn::AllTrue(d, hn::Le(light, hn::Zero(d)))) return hn::Zero(U());
+    const auto shown = hn::Min(hn::Max(light, hn::Zero(d)), hn::Set(d, 1.0F));
+    const auto root = hn::Add(hn::Mul(hn::Sqrt(shown), hn::Set(d, most)), hn::Set(d, 0.5F));
+    return hn::BitCast(U(), hn::ConvertTo(I(), root));
+}
+
+// The bright light of some rows, column by column.
+struct BrightSums {
+    alignas(64) std::array<std::array<float, kTileStride>, 3> column{};
+    bool any = false;
+
+    void clear() {
+        for (auto& plane : column)
+            plane.fill(0.0F);
+        any = false;
+    }
+
+    // Adds what is above the threshold, or what a dot or a line has above it.
+    void add(const SceneTile& tile, const SomeLight& light, float threshold, int x, int row) {
+        const F d;
+        const hn::Vec<F> planes[3] = {light.r, light.g, light.b};
+        hn::Vec<F> excess[3] = {hn::Zero(d), hn::Zero(d), hn::Zero(d)};
+        auto most = hn::Sub(light.most, hn::Set(d, threshold));
+        for (std::size_t k = 0; tile.hasExcess && k < 3; ++k) {
+            excess[k] = hn::IfThenElseZero(hn::Gt(light.most, hn::Zero(d)),
+                                           hn::LoadU(d, tile.excess[k] + SceneTile::at(x, row)));
+            most = hn::Max(most, excess[k]);
+        }
+        if (hn::AllTrue(d, hn::Le(most, hn::Zero(d)))) return;
+        any = true;
+        for (std::size_t k = 0; k < 3; ++k) {
+            const auto above = hn::Max(hn::Sub(planes[k], hn::Set(d, threshold)), excess[k]);
+            float* const sum = column[k].data() + x;
+            hn::StoreU(hn::Add(hn::LoadU(d, sum), hn::Max(above, hn::Zero(d))), d, sum);
+        }
+    }
+};
+
 PackedTile packTile(const SceneTile& tile, const BrightCells* bright, std::uint32_t* packed) {
     const F d;
     const U du;
-    const auto one = hn::Set(d, 1.0F);
-    const auto half = hn::Set(d, 0.5F);
-    const auto step10 = hn::Set(d, 1023.0F);
-    const auto step12 = hn::Set(d, 4095.0F);
-    auto any = hn::Zero(du);
-    auto above = hn::Zero(d);
-    std::array<std::array<float, kTileStride>, 3> sums{};
     const int lanes = static_cast<int>(hn::Lanes(d));
+    auto any = hn::Zero(du);
+    PackedTile result;
+    BrightSums sums;
     for (int row = 0; row < tile.height; ++row) {
+        std::uint32_t* const to = packed + static_cast<std::ptrdiff_t>(row) * kTileWidth;
         for (int x = 0; x < tile.width; x += lanes) {
-            const std::ptrdiff_t at = SceneTile::at(x, row);
-            const auto r = hn::LoadU(d, tile.light[0] + at);
-            const auto g = hn::LoadU(d, tile.light[1] + at);
-            const auto b = hn::LoadU(d, tile.light[2] + at);
-            const auto bits = [&](auto light, auto step) {
-                const auto shown = hn::Min(hn::Max(light, hn::Zero(d)), one);
-                const auto root = hn::Add(hn::Mul(hn::Sqrt(shown), step), half);
-                return hn::BitCast(du, hn::ConvertTo(I(), root));
-            };
-            const auto word = hn::Or(hn::ShiftLeft<22>(bits(r, step10)),
-                                     hn::Or(hn::ShiftLeft<10>(bits(g, step12)), bits(b, step10)));
-            any = hn::Or(any, word);
-            hn::StoreU(word, du, packed + static_cast<std::ptrdiff_t>(row) * kTileWidth + x);
-            if (!bright) continue;
-            const auto most = hn::Max(r, hn::Max(g, b));
-            above = hn::Max(above, most);
-            if (!tile.hasExcess) continue;
-            const auto more = hn::Max(
-                hn::LoadU(d, tile.excess[0] + at),
-                hn::Max(hn::LoadU(d, tile.excess[1] + at), hn::LoadU(d, tile.excess[2] + at)));
-            above = hn::IfThenElse(hn::Gt(more, hn::Zero(d)), hn::Set(d, 1e30F), above);
-        }
-    }
-    PackedTile result{.lit = !hn::AllTrue(du, hn::Eq(any, hn::Zero(du)))};
-    if (!bright || hn::GetLane(hn::MaxOfLanes(d, above)) <= bright->threshold) return result;
-    result.bright = true;
-    for (int row = 0; row < tile.height; ++row) {
-        if (row % bright->reduction == 0)
-            for (auto& plane : sums)
-                plane.fill(0.0F);
-        for (int x = 0; x < tile.width; x += lanes)
-            for (std::size_t k = 0; k < 3; ++k) {
-                const std::ptrdiff_t at = SceneTile::at(x, row);
-                const auto excess =
-                    tile.hasExcess ? hn::LoadU(d, tile.excess[k] + at) : hn::Zero(d);
-                addBright(hn::LoadU(d, tile.light[k] + at), excess, bright->threshold,
-                          sums[k].data() + x);
+            const SomeLight light = lightAt(tile, x, row);
+            if (hn::AllTrue(d, hn::Le(light.most, hn::Zero(d)))) {
+                hn::StoreU(hn::Zero(du), du, to + x);
+                continue;
             }
-        for (auto& plane : sums)
-            std::fill(plane.begin() + tile.width, plane.end(), 0.0F);
-        if ((row + 1) % bright->reduction == 0 || row + 1 == tile.height)
-            putCells(sums, *bright, row / bright->reduction);
+            const auto word = hn::Or(
+                hn::ShiftLeft<22>(stepsOf(light.r, 1023.0F)),
+                hn::Or(hn::ShiftLeft<10>(stepsOf(light.g, 4095.0F)), stepsOf(light.b, 1023.0F)));
+            any = hn::Or(any, word);
+            hn::StoreU(word, du, to + x);
+            if (bright) sums.add(tile, light, bright->threshold, x, row);
+        }
+        if (!sums.any || ((row + 1) % bright->reduction != 0 && row + 1 != tile.height)) continue;
+        putCells(sums.column, *bright, row / bright->reduction);
+        sums.clear();
+        result.bright = true;
     }
+    result.lit = !hn::AllTrue(du, hn::Eq(any, hn::Zero(du)));
     return result;
 }
 
-template <typename V>
-auto rounded(V light, V noise) {
+// The encoded sum of packed light, as a square root, and of glow, which may be none.
+hn::Vec<U> shownAt(hn::Vec<U> steps, float most, const float* glow, hn::Vec<F> noise) {
     const F d;
-    return hn::BitCast(U(), hn::ConvertTo(I(), hn::Add(encoded(d, light), noise)));
+    if (!glow && hn::AllTrue(U(), hn::Eq(steps, hn::Zero(U())))) return steps;
+    auto root = hn::Mul(hn::ConvertTo(d, hn::BitCast(I(), steps)), hn::Set(d, 1.0F / most));
+    if (glow)
+        root =
+            hn::Sqrt(hn::Min(hn::Add(hn::Mul(root, root), hn::LoadU(d, glow)), hn::Set(d, 1.0F)));
+    return hn::BitCast(U(), hn::ConvertTo(I(), hn::Add(encoded(d, root), noise)));
 }
 
-void encodeRow(const std::uint32_t* packed, const std::array<const float*, 3>& glow, bool glows,
+void encodeRow(const std::uint32_t* packed, const std::array<const float*, 3>& glow,
                const float* noise, std::uint32_t* to, int width) {
     const F d;
     const U du;
-    const auto opaque = hn::Set(du, 0xFF000000U);
-    const auto unpack10 = hn::Set(d, 1.0F / 1023.0F);
-    const auto unpack12 = hn::Set(d, 1.0F / 4095.0F);
+    const bool glows = glow[0] || glow[1] || glow[2];
     const int lanes = static_cast<int>(hn::Lanes(d));
     for (int x = 0; x < width; x += lanes) {
         const auto word = hn::LoadU(du, packed + x);
-        auto result = opaque;
+        auto result = hn::Set(du, 0xFF000000U);
         if (glows || !hn::AllTrue(du, hn::Eq(word, hn::Zero(du)))) {
             const auto grain = hn::LoadU(d, noise + x);
-            const auto shown = [&](auto bits, auto step, std::size_t k) {
-                const auto root = hn::Mul(hn::ConvertTo(d, hn::BitCast(I(), bits)), step);
-                if (!glows) return rounded(root, grain);
-                const auto light = hn::Add(hn::Mul(root, root), hn::LoadU(d, glow[k] + x));
-                return rounded(hn::Sqrt(hn::Min(light, hn::Set(d, 1.0F))), grain);
+            const auto shown = [&](auto steps, float most, std::size_t k) {
+                return shownAt(steps, most, glow[k] ? glow[k] + x : nullptr, grain);
             };
-            const auto r = shown(hn::ShiftRight<22>(word), unpack10, 0);
-            const auto g =
-                shown(hn::And(hn::ShiftRight<10>(word), hn::Set(du, 4095U)), unpack12, 1);
-            const auto b = shown(hn::And(word, hn::Set(du, 1023U)), unpack10, 2);
-            result = hn::Or(hn::Or(opaque, hn::ShiftLeft<16>(r)), hn::Or(hn::ShiftLeft<8>(g), b));
+            const auto r = shown(hn::ShiftRight<22>(word), 1023.0F, 0);
+            const auto g = shown(hn::And(hn::ShiftRight<10>(word), hn::Set(du, 4095U)), 4095.0F, 1);
+            const auto b = shown(hn::And(word, hn::Set(du, 1023U)), 1023.0F, 2);
+            result = hn::Or(hn::Or(result, hn::ShiftLeft<16>(r)), hn::Or(hn::ShiftLeft<8>(g), b));
         }
         if (x + lanes <= width) {
             hn::StoreU(result, du, to + x);
@@ -221,14 +257,14 @@ void encodeRow(const std::uint32_t* packed, const std::array<const float*, 3>& g
     }
 }
 
-void encodeTile(const std::uint32_t* packed, const TileGlow* glow, const float* noise,
+void encodeTile(const std::uint32_t* packed, const TileGlow& glow, const float* noise,
                 const TilePixels& to) {
     for (int row = 0; row < to.height; ++row) {
         const std::ptrdiff_t at = static_cast<std::ptrdiff_t>(row) * kTileWidth;
         std::array<const float*, 3> rows{};
-        for (std::size_t k = 0; glow && k < 3; ++k)
-            rows[k] = glow->plane[k] + at;
-        encodeRow(packed + at, rows, glow != nullptr, noise + at,
+        for (std::size_t k = 0; k < 3; ++k)
+            rows[k] = glow.plane[k] ? glow.plane[k] + at : nullptr;
+        encodeRow(packed + at, rows, noise + at,
                   to.pixels + static_cast<std::ptrdiff_t>(row) * to.stride, to.width);
     }
 }
@@ -274,8 +310,8 @@ void startExcess(SceneTile& tile) {
 void sampleNearness(SceneTile& tile) {
     HWY_DYNAMIC_DISPATCH(sampleNearness)(tile);
 }
-void sampleLight(SceneTile& tile) {
-    HWY_DYNAMIC_DISPATCH(sampleLight)(tile);
+void sampleLight(SceneTile& tile, int top, int end) {
+    HWY_DYNAMIC_DISPATCH(sampleLight)(tile, top, end);
 }
 float leastNear(const SceneTile& tile) {
     return HWY_DYNAMIC_DISPATCH(leastNear)(tile);
@@ -286,7 +322,7 @@ void resolveLight(SceneTile& tile) {
 PackedTile packTile(const SceneTile& tile, const BrightCells* bright, std::uint32_t* packed) {
     return HWY_DYNAMIC_DISPATCH(packTile)(tile, bright, packed);
 }
-void encodeTile(const std::uint32_t* packed, const TileGlow* glow, const TilePixels& to) {
+void encodeTile(const std::uint32_t* packed, const TileGlow& glow, const TilePixels& to) {
     static const std::array<float, kPackedTile + 16> kNoise = makeNoise();
     HWY_DYNAMIC_DISPATCH(encodeTile)(packed, glow, kNoise.data(), to);
 }

@@ -12,15 +12,15 @@ namespace platform {
 // square roots of what is shown, 10 bits of red, 12 of green and 10 of blue.
 inline constexpr int kPackedTile = kTileWidth * kTileHeight;
 
-// Some light over all of the tile; nothing is near.
+// Fills the tile with one light; every nearness is 0.
 void clearTile(SceneTile& tile, const float* rgb);
-// From here on what is brighter than what blooms is kept.
+// Starts keeping the light above the threshold of bloom.
 void startExcess(SceneTile& tile);
-// From here on nearness is kept per sample.
+// Starts keeping nearness per sample.
 void sampleNearness(SceneTile& tile);
-// From here on light is kept per sample.
-void sampleLight(SceneTile& tile);
-// The least nearness of the tile's pixels; only while it is kept once per pixel.
+// Starts keeping the light of the rows from `top` up to, but excluding, `end` per sample.
+void sampleLight(SceneTile& tile, int top, int end);
+// The least nearness of the tile's pixels; only before sampleNearness().
 float leastNear(const SceneTile& tile);
 // Averages the samples' light.
 void resolveLight(SceneTile& tile);
@@ -40,7 +40,7 @@ struct BrightCells {
 };
 PackedTile packTile(const SceneTile& tile, const BrightCells* bright, std::uint32_t* packed);
 
-// The glow of a tile: three planes of kTileWidth × kTileHeight.
+// The glow of a tile: three planes of kTileWidth × kTileHeight, none where there is none.
 struct TileGlow {
     const float* plane[3] = {};
 };
@@ -51,7 +51,7 @@ struct TilePixels {
     int width = 0;
     int height = 0;
 };
-// Adds the glow where there is some, encodes as sRGB and rounds with a pattern.
-void encodeTile(const std::uint32_t* packed, const TileGlow* glow, const TilePixels& to);
+// Adds the glow, if any, encodes as sRGB and rounds with a pattern.
+void encodeTile(const std::uint32_t* packed, const TileGlow& glow, const TilePixels& to);
 
 }  // namespace platform

@@ -10,7 +10,7 @@ namespace platform {
 
 namespace {
 
-// Planes begin within their first row, and vectors may end behind the last one.
+// A plane begins within its first row, and a vector may end behind the last row.
 constexpr std::size_t kPlaneRoom = kTilePlane + 2 * kTileMargin;
 
 float* planeAt(std::vector<float>& room, std::size_t number) {
@@ -34,7 +34,7 @@ TilePainter::TilePainter() : planes_(7 * kPlaneRoom) {
 
 void TilePainter::prepare(const ScenePlan& plan) {
     for (const ScreenSprite& sprite : plan.sprites())
-        fitDesk(*sprite.picture, desk_);
+        fitDesk(sprite, desk_);
     fronts_.reserve(plan.polygons().size());
     if (!samples_.empty() ||
         std::none_of(plan.surfaces().begin(), plan.surfaces().end(), isSampled))
@@ -66,6 +66,8 @@ void TilePainter::paint(const ScenePlan& plan, std::span<const ShapeCall> calls,
 
 std::size_t TilePainter::drawOpaque(const ScenePlan& plan, std::span<const ShapeCall> calls) {
     fronts_.clear();
+    float low = static_cast<float>(tile_.height);
+    float high = 0.0F;
     for (const ShapeCall call : calls) {
         if (call.kind() != ShapeKind::Polygon) break;
         const ScreenPolygon& polygon = plan.polygons()[call.index()];
@@ -75,7 +77,11 @@ std::size_t TilePainter::drawOpaque(const ScenePlan& plan, std::span<const Shape
         const double middle = near.at(tile_.x + 0.5 * kTileWidth, tile_.y + 0.5 * kTileHeight);
         const double reach = 0.5 * (std::abs(near.a) * kTileWidth + std::abs(near.b) * kTileHeight);
         fronts_.push_back({middle, middle + reach, call});
+        low = std::min(low, polygon.low.y - static_cast<float>(tile_.y));
+        high = std::max(high, polygon.high.y - static_cast<float>(tile_.y));
     }
+    const int top = std::max(0, static_cast<int>(low));
+    const int end = std::min(tile_.height, static_cast<int>(high) + 1);
     if (fronts_.size() > 1)
         std::sort(fronts_.begin(), fronts_.end(), [](const Front& a, const Front& b) {
             return a.near != b.near ? a.near > b.near : a.call.word < b.call.word;
@@ -84,17 +90,19 @@ std::size_t TilePainter::drawOpaque(const ScenePlan& plan, std::span<const Shape
         if (!tile_.hidesNothing && !tile_.sampledNear &&
             front.most < static_cast<double>(leastNear(tile_)))
             continue;
-        drawPolygonCall(plan, front.call);
+        drawPolygonCall(plan, front.call, top, end);
     }
     return fronts_.size();
 }
 
-void TilePainter::drawPolygonCall(const ScenePlan& plan, ShapeCall call) {
+void TilePainter::drawPolygonCall(const ScenePlan& plan, ShapeCall call, int top, int end) {
     const ScreenPolygon& polygon = plan.polygons()[call.index()];
     const Surface& surface = plan.surfaces()[polygon.surface];
     if (isSampled(surface)) {
         sampleNearness(tile_);
-        sampleLight(tile_);
+        if (tile_.sampledLight && (top < tile_.sampledTop || end > tile_.sampledEnd))
+            resolveLight(tile_);
+        sampleLight(tile_, top, end);
     } else if (!surface.opaque) {
         resolveLight(tile_);
     }
@@ -103,7 +111,7 @@ void TilePainter::drawPolygonCall(const ScenePlan& plan, ShapeCall call) {
 }
 
 void TilePainter::draw(const ScenePlan& plan, ShapeCall call) {
-    if (call.kind() == ShapeKind::Polygon) return drawPolygonCall(plan, call);
+    if (call.kind() == ShapeKind::Polygon) return drawPolygonCall(plan, call, 0, tile_.height);
     resolveLight(tile_);
     bool writes = false;
     switch (call.kind()) {

@@ -14,12 +14,12 @@
 
 namespace platform {
 
-// The space that a tile is drawn in, of one thread.
+// Draws tiles on one thread, in working space that it owns.
 class TilePainter {
   public:
     TilePainter();
 
-    // Takes the space that the plan's calls may want, before they are drawn.
+    // Allocates the space that the plan's calls need, before any of them is drawn.
     void prepare(const ScenePlan& plan);
     // Draws all calls over the background; `rect` is the tile's part of the picture.
     // Light above the threshold blooms; without a threshold nothing blooms.
@@ -30,10 +30,12 @@ class TilePainter {
 
   private:
     void draw(const ScenePlan& plan, ShapeCall call);
-    // The leading calls of opaque polygons, those in front first, so that what they
-    // hide need not be worked out. Returns how many they are.
+    // Draws the leading calls of opaque polygons from front to back, so that hidden parts cost
+    // little. Returns the number of these calls.
     std::size_t drawOpaque(const ScenePlan& plan, std::span<const ShapeCall> calls);
-    void drawPolygonCall(const ScenePlan& plan, ShapeCall call);
+    // The polygon, and all that follow before the samples are averaged, lie in the rows
+    // from `top` to before `end`.
+    void drawPolygonCall(const ScenePlan& plan, ShapeCall call, int top, int end);
 
     SceneTile tile_;
     SpriteDesk desk_;

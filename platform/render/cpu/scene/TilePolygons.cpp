@@ -20,20 +20,6 @@ namespace {
 namespace hn = hwy::HWY_NAMESPACE;
 using Mask = hn::Mask<TileF>;
 
-// A plane as seen from a tile's upper left pixel.
-struct Flat {
-    float a = 0.0F, b = 0.0F, c = 0.0F;
-    Flat() = default;
-    Flat(const Plane& plane, const SceneTile& tile)
-        : a(static_cast<float>(plane.a)),
-          b(static_cast<float>(plane.b)),
-          c(static_cast<float>(plane.at(tile.x + 0.5, tile.y + 0.5))) {}
-    [[nodiscard]] TileV at(TileV column, float row) const {
-        const TileF d;
-        return hn::Add(hn::Mul(column, hn::Set(d, a)), hn::Set(d, b * row + c));
-    }
-};
-
 struct Rgb {
     TileV r, g, b;
 };
@@ -47,7 +33,9 @@ class PolygonWork {
           surface_(surface),
           frame_(frame),
           tile_(tile),
-          near_(polygon.near, tile) {
+          near_(polygon.near, tile),
+          right_(frame.right, tile),
+          down_(frame.down, tile) {
         for (int i = 0; i < polygon.edges; ++i)
             if (cuts(polygon.edge[static_cast<std::size_t>(i)], tile))
                 edge_[static_cast<std::size_t>(edges_++)] =
@@ -78,7 +66,7 @@ class PolygonWork {
                        edge.b > 0.0 ? tile.y : tile.y + kTileHeight) < 1.0;
     }
 
-    // Where along a row the polygon can be, half a pixel and more to spare.
+    // Limits the row to the polygon's extent, with half a pixel and more to spare.
     void drawRow(int row, int first, int end) {
         float low = static_cast<float>(first);
         float high = static_cast<float>(end);
@@ -109,17 +97,43 @@ class PolygonWork {
         const auto column = hn::ConvertTo(d, hn::Iota(hn::RebindToSigned<TileF>(), x));
         const auto down = static_cast<float>(row);
         const auto near = near_.at(column, down);
-        // Edges alone do not end what reaches behind the camera.
+        // The edges alone do not cut off a part behind the camera.
         const auto ahead = hn::Gt(near, hn::Zero(d));
         const std::ptrdiff_t at = SceneTile::at(x, row);
         if (tile_.sampledNear && tile_.sampledLight && surface_.opaque) {
             drawSamples(column, down, near, ahead, at);
             return;
         }
+        if (surface_.opaque && !surface_.outlined && !tile_.sampledNear) {
+            drawSolid(column, down, near, ahead, at);
+            return;
+        }
         drawBlended(column, down, near, ahead, at);
     }
 
-    // The least of what a sample is inside the edges by.
+    // Pixels that are the surface's or are not.
+    void drawSolid(TileV column, float down, TileV near, Mask ahead, std::ptrdiff_t at) {
+        const TileF d;
+        auto in = ahead;
+        if (surface_.hiding.reads) {
+            in = hn::And(in, hn::Ge(near, hn::LoadU(d, tile_.near + at)));
+            if (hn::AllFalse(d, in)) return;
+        }
+        for (int i = 0; i < edges_; ++i)
+            in = hn::And(in,
+                         hn::Ge(edge_[static_cast<std::size_t>(i)].at(column, down), hn::Zero(d)));
+        if (hn::AllFalse(d, in)) return;
+        TileV alpha = hn::Set(d, 1.0F);
+        Mask kept = ahead;
+        const Rgb light = shade(column, down, hn::Max(near, hn::Set(d, 1e-7F)), alpha, kept);
+        in = hn::And(in, kept);
+        hn::BlendedStore(light.r, in, d, tile_.light[0] + at);
+        hn::BlendedStore(light.g, in, d, tile_.light[1] + at);
+        hn::BlendedStore(light.b, in, d, tile_.light[2] + at);
+        if (surface_.hiding.writes) hn::BlendedStore(near, in, d, tile_.near + at);
+    }
+
+    // The least distance of a sample from the edges, inside positive.
     TileV inside(const TileV* edges, float x, float y) const {
         const TileF d;
         if (edges_ == 0) return hn::Set(d, 1.0F);
@@ -144,15 +158,17 @@ class PolygonWork {
         auto any = hn::Gt(zero, zero);
         TileV nearest[kSamples];
         std::size_t s = 0;
+        const auto middle = inside(edges, 0.0F, 0.0F);
+        const bool whole =
+            !surface_.outlined || hn::AllTrue(d, hn::Ge(middle, hn::Set(d, kFurthestSample)));
         for (const auto& [sx, sy] : kSamplePlaces) {
             const auto there = hn::Add(near, hn::Set(d, near_.a * sx + near_.b * sy));
-            auto in = surface_.outlined ? hn::Ge(inside(edges, sx, sy), zero)
-                                        : hn::Ge(inside(edges, 0.0F, 0.0F), zero);
+            auto in = hn::Ge(whole ? middle : inside(edges, sx, sy), zero);
             in = hn::And(in, ahead);
             if (surface_.hiding.reads)
                 in = hn::And(in, hn::Ge(there, hn::LoadU(d, tile_.sampleNear[s] + at)));
             any = hn::Or(any, in);
-            // A sample that the polygon is not drawn at has no nearness.
+            // A sample outside the polygon has no nearness.
             nearest[s++] = hn::IfThenElse(in, there, hn::Set(d, -1.0F));
         }
         if (hn::AllFalse(d, any)) return;
@@ -172,7 +188,7 @@ class PolygonWork {
         }
     }
 
-    // The share of each pixel that the polygon is seen in.
+    // The visible share of the polygon in each pixel.
     TileV covered(TileV column, float down, TileV near, Mask ahead, std::ptrdiff_t at) const {
         const TileF d;
         TileV edges[ScreenPolygon::kMaxEdges];
@@ -228,13 +244,8 @@ class PolygonWork {
         const auto depth = hn::Div(one, near);
         Rgb light{hn::Set(d, surface_.tint.r), hn::Set(d, surface_.tint.g),
                   hn::Set(d, surface_.tint.b)};
-        const bool looks = surface_.lambert || frame_.hasFog;
-        Rgb ray{one, one, one};
-        if (looks)
-            ray = {hn::Mul(ray_[0].at(column, down), depth),
-                   hn::Mul(ray_[1].at(column, down), depth),
-                   hn::Mul(ray_[2].at(column, down), depth)};
-        if (isLost(ray)) return {hn::Zero(d), hn::Zero(d), hn::Zero(d)};
+        const auto fog = frame_.hasFog ? fogAt(column, down, depth) : hn::Zero(d);
+        if (isLost(fog)) return {hn::Zero(d), hn::Zero(d), hn::Zero(d)};
         if (surface_.picture) {
             const TexelLight texel =
                 readTexels(*surface_.picture, texelPlaces(column, down, depth),
@@ -243,8 +254,8 @@ class PolygonWork {
                      hn::Mul(light.b, texel.b)};
             alpha = hn::Mul(alpha, texel.alpha);
         }
-        if (surface_.lambert) light = lit(light, alpha, column, down, ray);
-        if (frame_.hasFog) light = foggy(light, alpha, ray);
+        if (surface_.lambert) light = lit(light, alpha, column, down, depth);
+        if (frame_.hasFog) light = foggy(light, alpha, fog);
         if (surface_.mirrored) light = reflected(light, column, down, depth, kept);
         return light;
     }
@@ -269,8 +280,11 @@ class PolygonWork {
         return places;
     }
 
-    Rgb lit(const Rgb& colour, TileV alpha, TileV column, float down, const Rgb& ray) const {
+    Rgb lit(const Rgb& colour, TileV alpha, TileV column, float down, TileV depth) const {
         const TileF d;
+        const Rgb ray{hn::Mul(ray_[0].at(column, down), depth),
+                      hn::Mul(ray_[1].at(column, down), depth),
+                      hn::Mul(ray_[2].at(column, down), depth)};
         const auto zero = hn::Zero(d);
         constexpr std::size_t kNormal = ScreenPolygon::kNormal;
         const auto nx = attribute_[kNormal].at(column, down);
@@ -305,29 +319,30 @@ class PolygonWork {
     }
 
     // Whether black fog leaves nothing of an opaque surface.
-    bool isLost(const Rgb& ray) const {
+    bool isLost(TileV fog) const {
         if (!frame_.hasFog || !surface_.opaque || surface_.mirrored) return false;
         if (frame_.fogColour != glm::vec3(0.0F)) return false;
         const TileF d;
-        return hn::AllTrue(d, hn::Ge(fogAt(ray), hn::Set(d, 1.0F)));
+        return hn::AllTrue(d, hn::Ge(fog, hn::Set(d, 1.0F)));
     }
 
-    TileV fogAt(const Rgb& ray) const {
+    TileV fogAt(TileV column, float down, TileV depth) const {
         const TileF d;
-        const auto away = hn::Sqrt(
-            hn::Add(hn::Add(hn::Mul(ray.r, ray.r), hn::Mul(ray.g, ray.g)), hn::Mul(ray.b, ray.b)));
+        const auto right = right_.at(column, down);
+        const float below = down_.b * down + down_.c;
+        const auto away = hn::Mul(
+            depth, hn::Sqrt(hn::Add(hn::Mul(right, right), hn::Set(d, below * below + 1.0F))));
         const auto fog =
             hn::Mul(hn::Sub(away, hn::Set(d, frame_.fogStart)), hn::Set(d, frame_.fogShare));
         return hn::Min(hn::Max(fog, hn::Zero(d)), hn::Set(d, 1.0F));
     }
 
-    Rgb foggy(const Rgb& light, TileV alpha, const Rgb& ray) const {
+    Rgb foggy(const Rgb& light, TileV alpha, TileV fog) const {
         const TileF d;
-        const auto fog = fogAt(ray);
         const auto clear = hn::Sub(hn::Set(d, 1.0F), fog);
         const auto mixed = [&](TileV value, float colour) {
             const auto kept = hn::Mul(value, clear);
-            if (surface_.additive) return kept;
+            if (surface_.additive || colour == 0.0F) return kept;
             return hn::Add(kept, hn::Mul(hn::Mul(alpha, fog), hn::Set(d, colour)));
         };
         return {mixed(light.r, frame_.fogColour.r), mixed(light.g, frame_.fogColour.g),
@@ -349,6 +364,7 @@ class PolygonWork {
     const PolygonFrame& frame_;
     SceneTile& tile_;
     Flat near_;
+    Flat right_, down_;
     int edges_ = 0;
     std::array<Flat, ScreenPolygon::kMaxEdges> edge_;
     std::array<Flat, ScreenPolygon::kAttributes> attribute_;

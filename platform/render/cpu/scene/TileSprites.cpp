@@ -17,9 +17,11 @@
 namespace platform {
 namespace {
 
-// Where a pixel row shows many of the picture's rows it is cheaper to mix those first.
-bool mixesRows(const SpritePicture& picture) {
-    return picture.runs * 2 > picture.height;
+// Whether the picture's rows are mixed first: cheaper where a pixel row shows several rows,
+// and few of them are alike.
+bool mixesRows(const ScreenSprite& sprite) {
+    const SpritePicture& picture = *sprite.picture;
+    return picture.runs * 2 > picture.height && std::abs(sprite.size.y) < 2.0 * picture.height;
 }
 
 std::size_t rowFloatsOf(const SpritePicture& picture) {
@@ -112,7 +114,7 @@ SpriteRow mixRows(const SpritePicture& picture, std::size_t channel, int first, 
     return {values, integrals, picture.width};
 }
 
-// How much of each run a pixel row shows, from `low` to `high` in texels.
+// The share of each run in a pixel row, from `low` to `high` in texels.
 void shareRuns(const SpritePicture& picture, double low, double high, SpriteDesk& desk) {
     desk.shares.clear();
     const double from = std::max(low, 0.0);
@@ -159,7 +161,7 @@ Columns columnsOf(double at, double size, int texels, int tileFirst, int tileCou
     return columns;
 }
 
-// The share of a sprite's pixels that is seen, and there is most near.
+// The covered share of each pixel that nothing nearer hides.
 TileV seen(const ScreenSprite& sprite, const SceneTile& tile, std::ptrdiff_t at, TileV covered) {
     const TileF d;
     if (tile.hidesNothing && !sprite.hiding.writes) return covered;
@@ -190,6 +192,7 @@ void putRow(const ScreenSprite& sprite, SceneTile& tile, const SpriteDesk& desk,
         const std::ptrdiff_t at = SceneTile::at(columns.first + x, row);
         if (picture.hasOneColour) {
             const auto covered = weighed(desk.row.data(), runStride, desk, x);
+            if (hn::AllTrue(d, hn::Le(covered, hn::Zero(d)))) continue;
             putInk(tile, at, ink, seen(sprite, tile, at, covered));
             if (sprite.hiding.writes) putNear(tile, at, hn::Set(d, sprite.near), covered);
             continue;
@@ -215,7 +218,7 @@ void drawSprite(const ScreenSprite& sprite, SceneTile& tile, SpriteDesk& desk) {
     const Columns across = columnsOf(sprite.at.x, sprite.size.x, picture.width, tile.x, tile.width);
     const Columns down = columnsOf(sprite.at.y, sprite.size.y, picture.height, tile.y, tile.height);
     if (across.count <= 0 || down.count <= 0) return;
-    const bool mixes = mixesRows(picture);
+    const bool mixes = mixesRows(sprite);
     const std::size_t rowFloats = rowFloatsOf(picture);
     desk.madeRuns.assign(static_cast<std::size_t>(picture.runs), 0);
     const double otherEdge = across.edge + across.step * across.count;
@@ -257,8 +260,9 @@ namespace platform {
 
 HWY_EXPORT(drawSprite);
 
-void fitDesk(const SpritePicture& picture, SpriteDesk& desk) {
-    const bool mixes = mixesRows(picture);
+void fitDesk(const ScreenSprite& sprite, SpriteDesk& desk) {
+    const SpritePicture& picture = *sprite.picture;
+    const bool mixes = mixesRows(sprite);
     const std::size_t rows = mixes ? 1 : static_cast<std::size_t>(picture.runs);
     const auto grow = [](auto& room, std::size_t needed) {
         if (room.size() < needed) room.resize(needed);

@@ -10,7 +10,7 @@
 
 namespace platform {
 
-// Space to work in, of one thread; it keeps what it has taken.
+// The working space of one thread; it only grows.
 struct SpriteDesk {
     std::vector<float> row;     // a run's pixels, by run and channel
     std::vector<float> mixed;   // of several runs: values and integrals of the nodes
@@ -18,11 +18,11 @@ struct SpriteDesk {
     std::vector<RunShare> shares;
 };
 
-// Takes what space sprites of the picture want. Their drawing then allocates nothing.
-void fitDesk(const SpritePicture& picture, SpriteDesk& desk);
+// Allocates the space for the sprite. Drawing the sprite then allocates nothing.
+void fitDesk(const ScreenSprite& sprite, SpriteDesk& desk);
 
-// Draws what of a sprite lies in the tile, every pixel the average of what of the
-// picture it covers. The desk is fit for the sprite's picture.
+// Draws the part of a sprite inside the tile. Every pixel averages the part of the picture
+// that it covers. The desk was fitted to the sprite.
 void drawSprite(const ScreenSprite& sprite, SceneTile& tile, SpriteDesk& desk);
 
 }  // namespace platform

@@ -146,7 +146,7 @@ void drawAcross(const ScreenLine& line, const LineKernel& kernel, const Course& 
         const float a = course.table[at];
         const float b = course.table[at + 1];
         const float covered = a + (entry - static_cast<float>(at)) * (b - a);
-        // How far along the line the pixel's foot on it lies, in pixels.
+        // The place along the line of the pixel's foot on it, in pixels.
         const float foot =
             course.onward * (ahead + beside * course.slope * course.upright * course.upright);
         const float ends = unit(foot + 0.5F) * unit(course.length - foot + 0.5F);

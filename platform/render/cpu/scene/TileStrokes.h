@@ -10,8 +10,8 @@
 
 namespace platform {
 
-// A round dot of one diameter: how much of each pixel it covers, for kPhases²
-// places of its middle within a pixel.
+// The coverage of a round dot of one diameter, tabulated for kPhases² places of its middle
+// within a pixel.
 struct DotKernel {
     static constexpr int kPhases = 8;
     // Above this, dots are drawn without a table.
@@ -25,8 +25,8 @@ struct DotKernel {
     std::vector<float> covered;  // rows of kTileMargin
 };
 
-// Lines of one thickness: how much of a pixel one covers by the distance of its
-// middle line from the pixel's, for kSlopes directions.
+// The coverage of a line of one thickness, tabulated by the distance of its middle from the
+// pixel's middle, for kSlopes directions.
 struct LineKernel {
     static constexpr int kSlopes = 32;
     static constexpr int kSteps = 32;  // a pixel
@@ -39,9 +39,9 @@ struct LineKernel {
     std::vector<float> covered;
 };
 
-// The part of an ink that is brighter than what blooms in a tile.
+// The part of an ink above the tile's threshold of bloom.
 [[nodiscard]] Ink excessOf(const Ink& ink, const SceneTile& tile);
-// Whether there is any.
+// Whether the ink has such a part.
 [[nodiscard]] bool isBright(const Ink& ink, const SceneTile& tile);
 
 void drawDot(const ScreenDot& dot, const DotStyle& style, SceneTile& tile);

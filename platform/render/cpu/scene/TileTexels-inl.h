@@ -23,8 +23,8 @@ using TexelI = hnt::RebindToSigned<TexelF>;
 using TexelU = hnt::RebindToUnsigned<TexelF>;
 using TexelV = hnt::Vec<TexelF>;
 
-// In repeats of the picture: where a pixel's middle is, and what the next pixel
-// adds to it.
+// The place of a pixel's middle in repeats of the picture, and the step to the next
+// pixel.
 struct TexelPlaces {
     TexelV u, v;
     TexelV uAcross, vAcross;
@@ -41,8 +41,8 @@ struct TexelLight {
     TexelV r, g, b, alpha;
 };
 
-// How often a side is halved for a pixel of this many texels squared: reading
-// between texels smooths as well, and is meant to make up for what is left.
+// The number of times that a side is halved for a pixel of this many texels squared.
+// Interpolation between texels smooths the rest.
 inline hnt::Vec<TexelI> levelOf(TexelV texelsSquared, int levels) {
     const TexelF d;
     const TexelI di;
@@ -59,31 +59,62 @@ inline hnt::Vec<TexelI> levelOf(TexelV texelsSquared, int levels) {
 
 // Two neighbouring texels along a side, and the second one's share.
 struct TexelPair {
-    hnt::Vec<TexelI> first, second;
+    TexelV first, second;
     TexelV share;
 };
 
 inline TexelPair pairAt(TexelV at, TexelV size, bool repeat) {
     const TexelF d;
-    const TexelI di;
     const auto half = hnt::Set(d, 0.5F);
     const auto last = hnt::Sub(size, hnt::Set(d, 1.0F));
     const auto zero = hnt::Zero(d);
     if (repeat) at = hnt::Sub(at, hnt::Floor(at));
-    // Far outside there is nothing but the rim.
+    // Far outside, every place reads the rim.
     at = hnt::Min(hnt::Max(at, hnt::Set(d, -1.0F)), hnt::Set(d, 2.0F));
     const auto place = hnt::Sub(hnt::Mul(at, size), half);
     const auto base = hnt::Floor(place);
     auto first = base;
     auto second = hnt::Add(base, hnt::Set(d, 1.0F));
+    auto share = hnt::Sub(place, base);
     if (repeat) {
         first = hnt::IfThenElse(hnt::Lt(first, zero), last, first);
         second = hnt::IfThenElse(hnt::Gt(second, last), zero, second);
+    } else {
+        // Outside, the second texel may be any.
+        share = hnt::IfThenElseZero(hnt::And(hnt::Ge(base, zero), hnt::Lt(base, last)), share);
     }
     first = hnt::Min(hnt::Max(first, zero), last);
     second = hnt::Min(hnt::Max(second, zero), last);
-    return {hnt::ConvertTo(di, first), hnt::ConvertTo(di, second), hnt::Sub(place, base)};
+    return {first, second, share};
 }
+
+// The texels at some places, and those right of them.
+struct TexelWords {
+    hnt::Vec<TexelU> left, right;
+};
+
+#if HWY_TARGET == HWY_SCALAR
+inline TexelWords wordsAt(const std::uint32_t* texels, hnt::Vec<TexelI> places) {
+    const TexelU du;
+    const auto at = static_cast<std::size_t>(hnt::GetLane(places));
+    return {hnt::Set(du, texels[at]), hnt::Set(du, texels[at + 1])};
+}
+#else
+// Both come with one reading of 64 bits.
+inline TexelWords wordsAt(const std::uint32_t* texels, hnt::Vec<TexelI> places) {
+    const TexelI di;
+    const TexelU du;
+    const hnt::Repartition<std::int64_t, TexelI> wide;
+    const hnt::Half<TexelI> half;
+    const auto* const pairs = reinterpret_cast<const std::int64_t*>(texels);
+    const auto bytes = hnt::ShiftLeft<2>(places);
+    const auto lower = hnt::BitCast(
+        du, hnt::GatherOffset(wide, pairs, hnt::PromoteTo(wide, hnt::LowerHalf(half, bytes))));
+    const auto upper = hnt::BitCast(
+        du, hnt::GatherOffset(wide, pairs, hnt::PromoteTo(wide, hnt::UpperHalf(half, bytes))));
+    return {hnt::ConcatEven(du, upper, lower), hnt::ConcatOdd(du, upper, lower)};
+}
+#endif
 
 // The light at a place, on the given level of each side.
 inline TexelLight sampleTexels(const RipPicture& picture, TexelV u, TexelV v,
@@ -110,21 +141,19 @@ inline TexelLight sampleTexels(const RipPicture& picture, TexelV u, TexelV v,
     }
     const TexelPair columns = pairAt(u, levelWidth, manner.repeatS);
     const TexelPair rows = pairAt(v, levelHeight, manner.repeatT);
-    const auto stride = hnt::ConvertTo(di, levelWidth);
-    const auto above = hnt::Add(first, hnt::Mul(rows.first, stride));
-    const auto below = hnt::Add(first, hnt::Mul(rows.second, stride));
-    const auto* const texels = reinterpret_cast<const std::int32_t*>(picture.texels.data());
-    const hnt::Vec<TexelI> places4[4] = {
-        hnt::Add(above, columns.first), hnt::Add(above, columns.second),
-        hnt::Add(below, columns.first), hnt::Add(below, columns.second)};
+    const auto stride = hnt::Add(hnt::ConvertTo(di, levelWidth), hnt::Set(di, 1));
+    const auto column = hnt::Add(first, hnt::ConvertTo(di, columns.first));
+    const auto above = hnt::Add(column, hnt::Mul(hnt::ConvertTo(di, rows.first), stride));
+    const auto below = hnt::Add(column, hnt::Mul(hnt::ConvertTo(di, rows.second), stride));
     const auto left = hnt::Sub(one, columns.share);
     const auto upper = hnt::Sub(one, rows.share);
     const TexelV weights[4] = {hnt::Mul(left, upper), hnt::Mul(columns.share, upper),
                                hnt::Mul(left, rows.share), hnt::Mul(columns.share, rows.share)};
     TexelLight light{hnt::Zero(d), hnt::Zero(d), hnt::Zero(d), one};
-    hnt::Vec<TexelU> words[4];
-    for (int i = 0; i < 4; ++i)
-        words[i] = hnt::BitCast(du, hnt::GatherIndex(di, texels, places4[i]));
+    const TexelWords upperWords = wordsAt(picture.texels.data(), above);
+    const TexelWords lowerWords = wordsAt(picture.texels.data(), below);
+    const hnt::Vec<TexelU> words[4] = {upperWords.left, upperWords.right, lowerWords.left,
+                                       lowerWords.right};
     const auto any = hnt::Or(hnt::Or(words[0], words[1]), hnt::Or(words[2], words[3]));
     const bool isBlack = hnt::AllTrue(du, hnt::Eq(any, hnt::Zero(du)));
     if (isBlack && !(manner.wantsAlpha && picture.hasAlpha)) return light;
@@ -143,51 +172,66 @@ inline TexelLight sampleTexels(const RipPicture& picture, TexelV u, TexelV v,
     light.b = hnt::Mul(light.b, hnt::Set(d, 1.0F / (1023.0F * 1023.0F)));
     if (!manner.wantsAlpha || !picture.hasAlpha) return light;
     light.alpha = hnt::Zero(d);
-    const auto* const alphas = reinterpret_cast<const std::int32_t*>(picture.alphas.data());
+    const TexelWords upperAlphas = wordsAt(picture.alphas.data(), above);
+    const TexelWords lowerAlphas = wordsAt(picture.alphas.data(), below);
+    const hnt::Vec<TexelU> alphas[4] = {upperAlphas.left, upperAlphas.right, lowerAlphas.left,
+                                        lowerAlphas.right};
     for (int i = 0; i < 4; ++i)
         light.alpha = hnt::Add(
-            light.alpha,
-            hnt::Mul(hnt::ConvertTo(d, hnt::GatherIndex(di, alphas, places4[i])), weights[i]));
+            light.alpha, hnt::Mul(hnt::ConvertTo(d, hnt::BitCast(di, alphas[i])), weights[i]));
     light.alpha = hnt::Mul(light.alpha, hnt::Set(d, 1.0F / 65535.0F));
     return light;
 }
 
 // The average over a pixel: one reading where texels are as large as pixels, and
-// four, each of a quarter of the pixel, where they are smaller.
+// two, each of half of the pixel, where they are smaller. The halves lie beside one another
+// along the pixel's side that more texels stand along.
 inline TexelLight readTexels(const RipPicture& picture, const TexelPlaces& places,
                              const TexelManner& manner) {
     const TexelF d;
     const TexelI di;
     const auto zero = hnt::Zero(di);
-    const auto square = [&](TexelV x, TexelV y, int side) {
+    const auto square = [&](TexelV x, int side) {
         const auto size = hnt::Set(d, static_cast<float>(side) * static_cast<float>(side));
-        return hnt::Mul(hnt::Add(hnt::Mul(x, x), hnt::Mul(y, y)), size);
+        return hnt::Mul(hnt::Mul(x, x), size);
     };
-    const auto wideU = square(places.uAcross, places.uDown, picture.width);
-    const auto wideV = square(places.vAcross, places.vDown, picture.height);
+    const auto uAcross = square(places.uAcross, picture.width);
+    const auto uDown = square(places.uDown, picture.width);
+    const auto vAcross = square(places.vAcross, picture.height);
+    const auto vDown = square(places.vDown, picture.height);
+    const auto wideU = hnt::Add(uAcross, uDown);
+    const auto wideV = hnt::Add(vAcross, vDown);
     const auto large = hnt::Lt(hnt::Max(wideU, wideV), hnt::Set(d, 2.0F));
     TexelLight single{};
     if (!hnt::AllFalse(d, large)) {
         single = sampleTexels(picture, places.u, places.v, zero, zero, manner);
         if (hnt::AllTrue(d, large)) return single;
     }
+    const auto isWide = hnt::Ge(hnt::Add(uAcross, vAcross), hnt::Add(uDown, vDown));
     const auto quarter = hnt::Set(d, 0.25F);
-    const auto across = levelOf(hnt::Mul(wideU, quarter), picture.levelsAcross);
-    const auto down = levelOf(hnt::Mul(wideV, quarter), picture.levelsDown);
-    TexelLight sum{hnt::Zero(d), hnt::Zero(d), hnt::Zero(d), hnt::Zero(d)};
-    for (int i = 0; i < 4; ++i) {
-        const auto right = hnt::Set(d, (i & 1) != 0 ? 0.25F : -0.25F);
-        const auto lower = hnt::Set(d, (i & 2) != 0 ? 0.25F : -0.25F);
-        const auto u = hnt::Add(
-            places.u, hnt::Add(hnt::Mul(places.uAcross, right), hnt::Mul(places.uDown, lower)));
-        const auto v = hnt::Add(
-            places.v, hnt::Add(hnt::Mul(places.vAcross, right), hnt::Mul(places.vDown, lower)));
-        const TexelLight part = sampleTexels(picture, u, v, across, down, manner);
-        sum.r = hnt::Add(sum.r, hnt::Mul(part.r, quarter));
-        sum.g = hnt::Add(sum.g, hnt::Mul(part.g, quarter));
-        sum.b = hnt::Add(sum.b, hnt::Mul(part.b, quarter));
-        sum.alpha = hnt::Add(sum.alpha, hnt::Mul(part.alpha, quarter));
-    }
+    const auto along = [&](TexelV acrossSide, TexelV downSide) {
+        return hnt::IfThenElse(isWide, acrossSide, downSide);
+    };
+    const auto stepU = hnt::Mul(along(places.uAcross, places.uDown), quarter);
+    const auto stepV = hnt::Mul(along(places.vAcross, places.vDown), quarter);
+    // Half a side is a quarter of its square. Reading between texels smooths as well, which
+    // makes up for the rest.
+    const auto sharp = hnt::Set(d, 0.7F);
+    const auto ofHalf = [&](TexelV acrossSide, TexelV downSide) {
+        return hnt::Mul(
+            hnt::Add(hnt::Mul(along(acrossSide, downSide), quarter), along(downSide, acrossSide)),
+            sharp);
+    };
+    const auto across = levelOf(ofHalf(uAcross, uDown), picture.levelsAcross);
+    const auto down = levelOf(ofHalf(vAcross, vDown), picture.levelsDown);
+    const TexelLight first = sampleTexels(picture, hnt::Sub(places.u, stepU),
+                                          hnt::Sub(places.v, stepV), across, down, manner);
+    const TexelLight second = sampleTexels(picture, hnt::Add(places.u, stepU),
+                                           hnt::Add(places.v, stepV), across, down, manner);
+    const auto half = hnt::Set(d, 0.5F);
+    const auto mean = [&](TexelV a, TexelV b) { return hnt::Mul(hnt::Add(a, b), half); };
+    const TexelLight sum{mean(first.r, second.r), mean(first.g, second.g), mean(first.b, second.b),
+                         mean(first.alpha, second.alpha)};
     if (hnt::AllFalse(d, large)) return sum;
     return {hnt::IfThenElse(large, single.r, sum.r), hnt::IfThenElse(large, single.g, sum.g),
             hnt::IfThenElse(large, single.b, sum.b),

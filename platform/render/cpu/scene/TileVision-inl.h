@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How much of a pixel something is seen in; included once per vector target. Any
-// thread; it owns nothing.
+// The visible share of a shape in a pixel; included once per vector target. Any thread; owns
+// nothing.
 #if defined(PLATFORM_TILE_VISION_INL) == defined(HWY_TARGET_TOGGLE)
 #ifdef PLATFORM_TILE_VISION_INL
 #undef PLATFORM_TILE_VISION_INL
@@ -21,6 +21,20 @@ namespace hnv = hwy::HWY_NAMESPACE;
 using TileF = hnv::CappedTag<float, kTileMargin>;
 using TileV = hnv::Vec<TileF>;
 
+// A plane from a tile's upper left pixel on.
+struct Flat {
+    float a = 0.0F, b = 0.0F, c = 0.0F;
+    Flat() = default;
+    Flat(const Plane& plane, const SceneTile& tile)
+        : a(static_cast<float>(plane.a)),
+          b(static_cast<float>(plane.b)),
+          c(static_cast<float>(plane.at(tile.x + 0.5, tile.y + 0.5))) {}
+    [[nodiscard]] TileV at(TileV column, float row) const {
+        const TileF d;
+        return hnv::Add(hnv::Mul(column, hnv::Set(d, a)), hnv::Set(d, b * row + c));
+    }
+};
+
 // The share of each pixel's samples that nothing nearer hides.
 inline TileV shareSeen(const SceneTile& tile, std::ptrdiff_t at, TileV near) {
     const TileF d;
@@ -35,7 +49,7 @@ inline TileV shareSeen(const SceneTile& tile, std::ptrdiff_t at, TileV near) {
     return sum;
 }
 
-// Where `covered` is above 0, this is the nearest unless something nearer is.
+// Raises the nearness of the pixels where `covered` is above 0.
 inline void putNear(const SceneTile& tile, std::ptrdiff_t at, TileV near, TileV covered) {
     const TileF d;
     const auto put = [&](float* plane) {
@@ -48,7 +62,7 @@ inline void putNear(const SceneTile& tile, std::ptrdiff_t at, TileV near, TileV 
         put(plane);
 }
 
-// Light over what is there; `covered` times an ink that is even.
+// Blends an even ink, times `covered`, over the present light.
 inline void putInk(const SceneTile& tile, std::ptrdiff_t at, const Ink& ink, TileV covered) {
     const TileF d;
     const auto left = hnv::Sub(hnv::Set(d, 1.0F), hnv::Mul(covered, hnv::Set(d, ink.alpha)));
@@ -63,7 +77,7 @@ inline void putInk(const SceneTile& tile, std::ptrdiff_t at, const Ink& ink, Til
         hnv::StoreU(hnv::Mul(hnv::LoadU(d, first + at), left), d, first + at);
 }
 
-// The part of an ink that is brighter than what blooms, where it covers a pixel in part.
+// Adds the part of an ink above the threshold of bloom, times `covered`.
 inline void putExcess(const SceneTile& tile, std::ptrdiff_t at, const Ink& excess, TileV covered) {
     const TileF d;
     for (std::size_t k = 0; k < 3; ++k) {

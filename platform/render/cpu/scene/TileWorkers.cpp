@@ -28,16 +28,16 @@ TileWorkers::~TileWorkers() {
         ends_ = true;
     }
     wake_.notify_all();
-    for (std::thread& thread : crew_)
+    for (std::thread& thread : helpers_)
         thread.join();
 }
 
 void TileWorkers::start() {
     started_ = true;
-    crew_.reserve(static_cast<std::size_t>(threads_ - 1));
+    helpers_.reserve(static_cast<std::size_t>(threads_ - 1));
     try {
         for (int thread = 1; thread < threads_; ++thread)
-            crew_.emplace_back([this, thread] { serve(thread); });
+            helpers_.emplace_back([this, thread] { serve(thread); });
     } catch (const std::system_error&) {
         // The threads that there are do all the work.
     }

@@ -11,12 +11,12 @@
 
 namespace platform {
 
-// A few threads, owned here, that share out numbered pieces of work with the thread
-// that asks. They start with the first work that is large enough, sleep between
-// works, and end with this. Used by one thread at a time.
+// Owns a few threads that share numbered pieces of work with the calling thread. The threads
+// start with the first work that is large enough, sleep between works, and end with the
+// object. Used by one thread at a time.
 class TileWorkers {
   public:
-    // Threads in all, the asking one among them; 0: as many as suit the machine.
+    // `threads` includes the calling thread; 0: as many as suit the machine.
     explicit TileWorkers(int threads);
     ~TileWorkers();
     TileWorkers(const TileWorkers&) = delete;
@@ -24,9 +24,9 @@ class TileWorkers {
 
     [[nodiscard]] int threads() const { return threads_; }
 
-    // Calls work(piece, thread) once for every piece in [0, pieces), in any order and
-    // on any thread, `thread` being in [0, threads()) and used by one call at a time.
-    // Returns when all are done. Allocates nothing after the first time.
+    // Calls work(piece, thread) once for every piece in [0, pieces), in any order and on any
+    // thread. `thread` lies in [0, threads()); one call at a time has it. Returns when all
+    // pieces are done. Allocates nothing after the first call.
     template <typename Work>
     void each(int pieces, Work&& work) {
         const auto call = [](void* with, int piece, int thread) {
@@ -35,7 +35,7 @@ class TileWorkers {
         run(pieces, call, &work);
     }
 
-    // Fewer pieces are not worth waking anybody for.
+    // The fewest pieces that are worth waking the threads.
     static constexpr int kFewestPieces = 48;
 
   private:
@@ -46,19 +46,19 @@ class TileWorkers {
     void takePieces(int thread);
 
     int threads_ = 1;
-    std::vector<std::thread> crew_;
+    std::vector<std::thread> helpers_;
     bool started_ = false;
 
     std::mutex mutex_;
     std::condition_variable wake_;
     std::condition_variable done_;
-    // Under the mutex.
+    // The mutex guards the next four members.
     bool ends_ = false;
     bool open_ = false;  // whether a thread may still join the work
     unsigned work_ = 0;  // counts the works
     int joined_ = 0;
 
-    // Written only while nobody has joined.
+    // Written only while no thread has joined the work.
     Call call_ = nullptr;
     void* with_ = nullptr;
     int pieces_ = 0;

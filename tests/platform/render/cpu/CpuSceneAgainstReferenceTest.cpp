@@ -81,7 +81,7 @@ DrawList randomList(RandomSource& random) {
         list.instances.emplace_back();
         list.batches.push_back(batch);
     }
-    // As a list stands: what covers comes first.
+    // A list has its opaque batches first.
     std::stable_partition(list.batches.begin(), list.batches.end(),
                           [](const DrawBatch& batch) { return batch.material.opaque; });
     return list;
@@ -148,7 +148,7 @@ class Sample {
         put(batch, 1.0 / ((1.0 - share) / -a.z + share / -b.z));
     }
 
-    // Both of its walls, the farther one first.
+    // Draws both walls of the ball, the farther one first.
     void ball(const DrawBatch& batch) {
         const glm::dvec3 middle(batch.mesh->bounds().centre());
         const double radius = 0.5 * batch.mesh->bounds().size().y;

@@ -240,7 +240,7 @@ TEST(CpuSceneDrawer, AnotherSizeInMidRunIsAsIfItWereTheFirst) {
                 listOf(QLatin1String(name), 2.0, 1.0 * size.width() / size.height());
             GuardedPicture picture(size);
             GuardedPicture fresh(size);
-            // It may say that the picture is kept: of another size it is not.
+            // A caller may say that the picture is kept: a picture of another size is not.
             used.draw(list, picture.buffer(), {.isKept = true});
             CpuSceneDrawer().draw(list, fresh.buffer(), {});
             EXPECT_TRUE(picture.all() == fresh.all()) << name;
@@ -304,7 +304,7 @@ TEST(CpuSceneDrawer, TilesWithoutLightAreLeftAlone) {
     EXPECT_LE(drawer.counts().drawn, 4);
     EXPECT_LE(drawer.counts().encoded, 4);
     EXPECT_EQ(drawer.counts().blackened, 0);
-    // It goes, and its tiles are black once.
+    // The object goes, and its tiles are made black once.
     list.batches.clear();
     const auto damage = drawer.draw(list, picture.buffer(), {.isKept = true});
     EXPECT_EQ(drawer.counts().drawn, 0);

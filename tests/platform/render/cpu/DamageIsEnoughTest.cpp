@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What findDamage leaves out looks the same before and after; and repainting
-// what it names makes the one picture into the other.
+// Pixels that findDamage leaves out look the same before and after; repainting
+// the pixels it names makes the one picture into the other.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -20,7 +20,7 @@ bool covered(const std::vector<QRect>& rects, int x, int y) {
                        [=](const QRect& rect) { return rect.contains(x, y); });
 }
 
-// How many pixels differ outside the rectangles.
+// The number of pixels that differ outside the rectangles.
 int missed(const QImage& before, const QImage& after, const std::vector<QRect>& rects) {
     int count = 0;
     for (int y = 0; y < before.height(); ++y) {

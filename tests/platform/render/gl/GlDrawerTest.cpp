@@ -157,7 +157,8 @@ TEST_F(Gl, APictureOfTheRectanglesSizeIsShownPixelForPixel) {
     DisplayList list;
     build(list, *root);
     const QImage picture = drawn(list, {.scale = 1.0, .size = {12, 12}});
-    // Its lower left pixel at (1, 2); its top row, beyond the snapped edge, cut off.
+    // The picture's lower left pixel lies at (1, 2); its top row, beyond the snapped edge, is cut
+    // off.
     for (int y = 0; y < 4; ++y) {
         for (int x = 0; x < 7; ++x)
             EXPECT_EQ(at(picture, 1 + x, 11 - 2 - y), image.pixel(x, 4 - y)) << x << ", " << y;

@@ -17,12 +17,12 @@ namespace platform::test {
 
 inline constexpr double kClock = 1000.0;
 
-// What the tree looks like at the clock's time.
+// Lists the tree as it looks at the clock's time.
 inline void build(DisplayList& list, Layer& root, double clockTime = kClock) {
     DisplayListBuilder(list, clockTime).add(root, {}, root.frame());
 }
 
-// To 255ths. QImage's own conversion is on its way through fewer bits.
+// Rounds to 255ths. QImage's own conversion goes through fewer bits.
 inline QImage rounded(const QImage& floats) {
     QImage picture(floats.size(), QImage::Format_ARGB32_Premultiplied);
     const auto byte = [](float value) { return static_cast<int>(std::lround(value * 255.0F)); };

@@ -95,7 +95,7 @@ class SceneGl : public testing::Test {
         EXPECT_EQ(context_->errors(), 0);
     }
 
-    // What the surfaces send, in full floats.
+    // The light that the surfaces send, in full floats.
     LightImage light(const DrawList& list, QSize size, double pixelsPerPoint = 1.0) {
         EXPECT_TRUE(canvas_->fit({size, {GL_RGBA32F, 1.0F}, 1, true}));
         canvas_->target();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the shaders compute against the same formulas on the CPU.
+// The shaders' results against the same formulas on the processor.
 #include <gmock/gmock.h>
 
 #include <cmath>
@@ -39,7 +39,7 @@ TEST_F(SceneShaders, FogIsThatOfTheFormulaByEuclideanDistance) {
             stage.add(square(40, constant(colour, blend)), {0, 0, -depth});
             const LightImage image = light(stage.list(), {16, 16});
             for (const int x : {0, 8, 15}) {
-                // Of the pixel's middle, on a plane 2 · depth high.
+                // The place of the pixel's middle, on a plane 2 · depth high.
                 const double across = depth * (2.0 * (x + 0.5) / 16.0 - 1.0);
                 const double up = depth / 16.0;
                 const double distance = std::hypot(across, up, depth);
@@ -115,7 +115,7 @@ TEST_F(SceneShaders, ContentsTransformIsThatOfTheFormula) {
     material->setContentsTransform(transform);
     Stage stage;
     stage.add(square(2, material), {0, 0, -1});
-    // So many pixels that all is drawn from the picture itself.
+    // A target this large draws the whole surface from the picture itself.
     const LightImage image = light(stage.list(), {256, 256});
     for (int i = 0; i < 8; ++i) {
         const int x = 17 + 29 * i;

@@ -35,7 +35,7 @@ class Surface final : public InputTarget, public ShellSurfaceOwner {
     void surfaceTaken() override {}
     void closeAsked() override {}
     void frameDone() override {}
-    void presented(double) override {}
+    void presented(double, double) override {}
 
     std::vector<KeyEvent> keys;
     std::vector<QPointF> moves;

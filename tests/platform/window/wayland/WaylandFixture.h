@@ -84,7 +84,7 @@ class WaylandFixture {
   public:
     explicit WaylandFixture(const wltest::Options& options = {}) : compositor(options) {}
 
-    // Both sides have seen all that the other did, and acted on it.
+    // Lets both sides see and handle everything that the other side sent.
     void settle() {
         for (int i = 0; i < 3; ++i) {
             QCoreApplication::processEvents();

@@ -12,8 +12,8 @@
 #include "tests/support/WindowSystems.h"
 #include "tests/support/Xvfb.h"
 
-// What a look at the window's picture expects: green below the middle, black
-// above, and a white square in the lower left corner.
+// A view that is green below the middle, black above, with a white square in the
+// lower left corner: the tests look for it in the window's picture.
 inline std::shared_ptr<platform::View> makePicture(QSizeF size) {
     auto view = std::make_shared<platform::View>(QRectF(QPointF(0, 0), size));
     view->setWantsLayer(true);

@@ -103,7 +103,7 @@ std::optional<bool> answerOf(FakeServer& server) {
         answer = question->answer();
         return answer.has_value();
     }));
-    // It is given once.
+    // The answer is given once.
     EXPECT_FALSE(question->answer());
     return answer;
 }

@@ -93,14 +93,6 @@ TEST_F(WindowSurface, ADriverWithoutXcbIsReachedThroughXlib) {
     expectGreen(eglDisplayThroughXlib(connection_, 0), plainWindow());
 }
 
-TEST_F(WindowSurface, AWindowInAVisualOfTheDriversCanBeDrawnInto) {
-    const auto display = eglDisplayOn(connection_, 0);
-    ASSERT_TRUE(display);
-    const std::uint32_t visual = visualFor(*display, 24);
-    ASSERT_NE(visual, 0U);
-    expectGreen(display, window(24, visual));
-}
-
 TEST_F(WindowSurface, AWindowWithAlphaCanBeDrawnInto) {
     const auto display = eglDisplayOn(connection_, 0);
     ASSERT_TRUE(display);

@@ -83,7 +83,7 @@ TEST(GlWindow, AWindowThatOpenGlCannotDrawInIsDrawnByTheProcessor) {
 
 TEST(GlWindow, AWindowLargerThanOpenGlCanDrawIsDrawnByTheProcessor) {
     const Xvfb x;
-    // As wide as windows get.
+    // The window has the greatest width that X allows.
     const xcb_window_t id = x.makeWindow({.width = 32767, .height = 40});
     Client client(x, id, DrawerChoice::OpenGl);
     ASSERT_TRUE(until([&] { return x.pixel(id, 100, 30) == 0x00ff00U; }));

@@ -30,7 +30,7 @@ class Driver {
         if (in_ == kAlways) return kUnknownReset;
         return in_ >= 0 && in_-- == 0 ? kUnknownReset : 0U;
     }
-    // It is reset once, as told at the question that comes after this many more.
+    // The context is reset once, as told at the question that comes after this many more.
     void resetIn(int questions) { in_ = questions; }
     void resetAlways() { in_ = kAlways; }
     [[nodiscard]] bool wasReset() const { return in_ == kNever; }
@@ -79,7 +79,7 @@ class LostContext : public testing::Test, protected ColourWindow {
     void SetUp() override { begin(); }
 };
 
-// Told at one of the questions that are asked in the course of a frame or two.
+// The loss is reported at one of the questions within a frame or two.
 class ContextLostAt : public testing::TestWithParam<int>, protected ColourWindow {
   protected:
     void SetUp() override { begin(); }

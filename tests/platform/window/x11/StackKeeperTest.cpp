@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/SaverStandIn.h"
 #include "tests/support/Until.h"
 #include "tests/support/Xvfb.h"
 
@@ -32,12 +33,6 @@ struct StackKeeperTest : testing::Test {
     [[nodiscard]] xcb_window_t top() const { return x.mappedWindows().back(); }
     [[nodiscard]] bool isOnTop(xcb_window_t id) const {
         return until([&] { return top() == id; });
-    }
-    void setSaver(std::uint32_t value) const {
-        xcb_change_property(x.connection(), XCB_PROP_MODE_REPLACE, root->root(),
-                            root->connection().atom("_SCREENSAVER_STATUS"), XCB_ATOM_INTEGER, 32, 1,
-                            &value);
-        xcb_flush(x.connection());
     }
     // Lets the keeper see all that has happened, and act twice if it would.
     void settle() {
@@ -79,11 +74,25 @@ TEST_F(StackKeeperTest, ReleasedItIsCoveredLikeAnyOther) {
 TEST_F(StackKeeperTest, NothingIsRaisedOverAScreenSaver) {
     const xcb_window_t kept = window();
     keeper->keep(kept, {.window = 1});
-    setSaver(254);
+    const SaverStandIn daemon(x);
+    daemon.blank();
     const xcb_window_t saver = window();
     settle();
     EXPECT_EQ(top(), saver);
-    setSaver(0);
+    daemon.unblank();
+    EXPECT_TRUE(isOnTop(kept));
+}
+
+TEST_F(StackKeeperTest, AfterASaverThatWasKilledTheWindowsAreRaisedAgain) {
+    const xcb_window_t kept = window();
+    keeper->keep(kept, {.window = 1});
+    {
+        const SaverStandIn daemon(x);
+        daemon.blank();
+        const xcb_window_t saver = window();
+        settle();
+        EXPECT_EQ(top(), saver);
+    }
     EXPECT_TRUE(isOnTop(kept));
 }
 
@@ -102,7 +111,7 @@ TEST_F(StackKeeperTest, ALockThatKeepsComingBackIsGivenWayTo) {
     const xcb_window_t kept = window();
     keeper->keep(kept, {.window = 1});
     const xcb_window_t lock = window();
-    // As lockers do that know of no screen saver.
+    // The lock comes back on top, as lockers do that report to nobody.
     int covered = 0;
     const platform::Timer watch(clock, {.interval = 0.02, .repeats = true}, [&] {
         if (top() == lock) return;
@@ -115,7 +124,7 @@ TEST_F(StackKeeperTest, ALockThatKeepsComingBackIsGivenWayTo) {
     EXPECT_EQ(top(), lock);
     EXPECT_GE(covered, 1);
     EXPECT_LE(covered, 3);
-    // It is down: what comes next goes under again.
+    // The lock is down: the next window goes under again.
     x.destroy(lock);
     (void)window();
     EXPECT_TRUE(isOnTop(kept));

@@ -1,0 +1,3 @@
+# The window systems, in the order in which the session is asked for them. Each is a folder
+# of platform/window, a library platform_window_NAME and a function platform::NAMEKind().
+set(BRIXTEL_WINDOW_SYSTEMS wayland x11)

@@ -1,0 +1,258 @@
+// SPDX-License-Identifier: MIT
+// The owner and the saver on real compositors: with a layer shell, without one, and through
+// the compositor's X server.
+#include <gtest/gtest.h>
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QJsonValue>
+
+#include "tests/hosts/saver/Programma.h"
+#include "tests/support/DBusDaemon.h"
+#include "tests/support/wayland/Kwin.h"
+#include "tests/support/wayland/Sway.h"
+#include "tests/support/wayland/VirtualKeyboard.h"
+#include "tests/support/wayland/VirtualPointer.h"
+#include "tests/support/wayland/Weston.h"
+
+namespace {
+
+using brixtel::aandeelGroen;
+using brixtel::Programma;
+using wltest::Sway;
+using wltest::VirtualKeyboard;
+
+const QStringList kX11{QStringLiteral("--venstersysteem=x11")};
+
+// A program in the session of a compositor: with its own home and the session's bus.
+struct InSessie : Programma {
+    InSessie(const QString& pad, const DBusDaemon& bus) : Programma({}, pad) {
+        zet(QStringLiteral("XDG_RUNTIME_DIR"), map());
+        zet(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus.address());
+        zet(QStringLiteral("PULSE_SERVER"), QStringLiteral("unix:/nonexistent"));
+    }
+    InSessie& opWayland(const QString& adres) {
+        zet(QStringLiteral("WAYLAND_DISPLAY"), adres);
+        return *this;
+    }
+    InSessie& opX11(const QString& display) {
+        zet(QStringLiteral("DISPLAY"), display);
+        return *this;
+    }
+};
+
+class OpWayland : public testing::Test {
+  protected:
+    DBusDaemon bus;
+
+    void SetUp() override { ASSERT_FALSE(bus.address().isEmpty()); }
+
+    struct Afloop {
+        int uitgang;
+        QString uit, fouten;
+    };
+    // Runs the owner's program as a client of a running owner.
+    [[nodiscard]] Afloop vraag(const char* woord) const {
+        InSessie klant(brixtel::bureauPad(), bus);
+        klant.draai({QLatin1String(woord)});
+        return {klant.uitgang(), QString::fromUtf8(klant.uit()), QString::fromUtf8(klant.fouten())};
+    }
+    // A property of the running owner, as dbus-send prints it.
+    [[nodiscard]] QByteArray eigenschap(const char* naam) const {
+        QProcess vrager;
+        vrager.start(QStringLiteral("dbus-send"),
+                     {QStringLiteral("--bus=") + bus.address(), QStringLiteral("--print-reply"),
+                      QStringLiteral("--dest=nl.groenlicht.brixtel.Bureau"),
+                      QStringLiteral("/nl/groenlicht/brixtel/Bureau"),
+                      QStringLiteral("org.freedesktop.DBus.Properties.Get"),
+                      QStringLiteral("string:nl.groenlicht.brixtel.Bureau"),
+                      QStringLiteral("string:") + QLatin1String(naam)});
+        vrager.waitForFinished();
+        return vrager.readAllStandardOutput();
+    }
+    [[nodiscard]] bool antwoordt() const {
+        return until([this] { return vraag("--stand").uitgang == 0; });
+    }
+
+    // The rain is refused by a start of its own, and by a running owner.
+    void weigertDeRegen(const std::function<void(InSessie&)>& plaats, const QStringList& meer,
+                        const char* stand, const char* reden) {
+        InSessie alleen(brixtel::bureauPad(), bus);
+        plaats(alleen);
+        alleen.draai(meer + QStringList{QStringLiteral("--toon-regen")});
+        EXPECT_EQ(alleen.uitgang(), 1);
+        const QByteArray fouten = alleen.fouten();
+        EXPECT_EQ(fouten.count('\n'), 1) << fouten.toStdString();
+        EXPECT_TRUE(fouten.startsWith(QByteArray("brixtel-bureau: ") + reden))
+            << fouten.toStdString();
+
+        InSessie eigenaar(brixtel::bureauPad(), bus);
+        plaats(eigenaar);
+        eigenaar.start(meer + QStringList{QStringLiteral("--dienst")});
+        ASSERT_TRUE(antwoordt());
+        EXPECT_TRUE(eigenschap("RegenStand").contains("\"uit\""));
+        const Afloop afloop = vraag("--toon-regen");
+        EXPECT_EQ(afloop.uitgang, 1);
+        EXPECT_TRUE(afloop.fouten.contains(QLatin1String(reden))) << afloop.fouten.toStdString();
+        EXPECT_TRUE(eigenschap("RegenStand").contains(QByteArray("\"") + stand + "\""));
+        EXPECT_TRUE(eigenschap("RegenAan").contains("false"));
+        EXPECT_TRUE(eigenaar.loopt());
+        EXPECT_EQ(vraag("--stop").uitgang, 0);
+        EXPECT_TRUE(eigenaar.wacht());
+        EXPECT_EQ(eigenaar.uitgang(), 0);
+    }
+};
+
+bool isAchtergrond(Sway& sway, const char* scherm) {
+    return until([&] {
+        const QImage beeld = sway.picture(QLatin1String(scherm));
+        return !beeld.isNull() && beeld.pixel(100, 100) == Sway::kBackground &&
+               aandeelGroen(beeld) == 0.0;
+    });
+}
+
+// Whether the output comes to show rain on all of it.
+bool isRegen(Sway& sway, const char* scherm) {
+    return until([&] {
+        const QImage beeld = sway.picture(QLatin1String(scherm));
+        for (int y = 0; y < beeld.height(); ++y)
+            for (int x = 0; x < beeld.width(); ++x)
+                if (beeld.pixel(x, y) == Sway::kBackground) return false;
+        return aandeelGroen(beeld) > 0.005;
+    });
+}
+
+TEST_F(OpWayland, ZonderBovenlagenWeigertDeRegenMetEenRegel) {
+    const wltest::Weston weston;
+    if (!weston.isRunning()) GTEST_SKIP() << weston.reason();
+    weigertDeRegen([&](InSessie& p) { p.opWayland(weston.address()); }, {}, "geen-bovenlaag",
+                   "dit bureaublad heeft geen plaats boven alle vensters");
+}
+
+TEST_F(OpWayland, DoorXwaylandWeigertDeRegenMetEenRegel) {
+    Sway sway(1, "xwayland force\n");
+    if (!sway.isRunning()) GTEST_SKIP() << sway.reason();
+    const QString display = sway.xDisplay();
+    weigertDeRegen([&](InSessie& p) { p.opWayland(sway.address()).opX11(display); }, kX11,
+                   "geen-doorklik", "klikken zouden de vensters eronder niet bereiken");
+    EXPECT_TRUE(isAchtergrond(sway, "HEADLESS-1"));
+}
+
+TEST_F(OpWayland, DoorXwaylandBedektHetZwarteSchermAllesTotEenToets) {
+    Sway sway(2, "xwayland force\n");
+    if (!sway.isRunning()) GTEST_SKIP() << sway.reason();
+    VirtualKeyboard toetsen(sway.address());
+    ASSERT_TRUE(toetsen.isThere());
+    InSessie eigenaar(brixtel::bureauPad(), bus);
+    // Only the X server is there.
+    eigenaar.opX11(sway.xDisplay()).start({QStringLiteral("--toon-zwart")});
+    ASSERT_TRUE(isRegen(sway, "HEADLESS-1")) << eigenaar.fouten().toStdString();
+    ASSERT_TRUE(isRegen(sway, "HEADLESS-2"));
+    toetsen.type(KEY_SPACE);
+    EXPECT_TRUE(isAchtergrond(sway, "HEADLESS-1"));
+    EXPECT_TRUE(isAchtergrond(sway, "HEADLESS-2"));
+    EXPECT_TRUE(eigenaar.loopt());
+}
+
+TEST_F(OpWayland, DoorXwaylandHeeftElkSchermZijnSaver) {
+    Sway sway(2, "xwayland force\n");
+    if (!sway.isRunning()) GTEST_SKIP() << sway.reason();
+    VirtualKeyboard toetsen(sway.address());
+    ASSERT_TRUE(toetsen.isThere());
+    InSessie saver(brixtel::programmaPad(), bus);
+    saver.opX11(sway.xDisplay()).start({QStringLiteral("--keuze=regen")});
+    for (const char* scherm : {"HEADLESS-1", "HEADLESS-2"})
+        ASSERT_TRUE(isRegen(sway, scherm)) << scherm << saver.fouten().toStdString();
+    // A display that is plugged in later is covered too.
+    ASSERT_TRUE(sway.command("create_output"));
+    EXPECT_TRUE(isRegen(sway, "HEADLESS-3"));
+    toetsen.type(KEY_SPACE);
+    EXPECT_TRUE(saver.wacht());
+    EXPECT_EQ(saver.uitgang(), 0);
+}
+
+TEST_F(OpWayland, HetPaneelIsTeZienEnTeBedienen) {
+    Sway sway(1);
+    if (!sway.isRunning()) GTEST_SKIP() << sway.reason();
+    VirtualKeyboard toetsen(sway.address());
+    ASSERT_TRUE(toetsen.isThere());
+    InSessie eigenaar(brixtel::bureauPad(), bus);
+    eigenaar.opWayland(sway.address()).start({});
+    ASSERT_TRUE(until([&] { return sway.tree().contains("\"name\": \"Instellingen"); }))
+        << eigenaar.fouten().toStdString();
+    // The panel's own black and green, where the background was.
+    ASSERT_TRUE(until([&] {
+        const QImage beeld = sway.picture();
+        return !beeld.isNull() && beeld.pixel(100, 100) != Sway::kBackground &&
+               aandeelGroen(beeld) > 0.005;
+    }));
+    // The running picture, in its place at the top of the panel's own scene.
+    const auto voorbeeld = [&] { return sway.picture().copy(40, 20, 540, 60); };
+    const QImage eerst = voorbeeld();
+    EXPECT_TRUE(until([&] {
+        const QImage nu = voorbeeld();
+        return !nu.isNull() && aandeelGroen(nu) > 0.005 && nu != eerst;
+    }));
+    toetsen.type(KEY_ESC);
+    EXPECT_TRUE(isAchtergrond(sway, "HEADLESS-1"));
+    EXPECT_FALSE(sway.tree().contains("\"name\": \"Instellingen"));
+    EXPECT_EQ(vraag("--stand").uitgang, 0);
+}
+
+TEST_F(OpWayland, HetBladIsTeZienEnTeBedienenOverDeSaver) {
+    Sway sway(1);
+    if (!sway.isRunning()) GTEST_SKIP() << sway.reason();
+    VirtualKeyboard toetsen(sway.address());
+    ASSERT_TRUE(toetsen.isThere());
+    InSessie saver(brixtel::programmaPad(), bus);
+    saver.opWayland(sway.address()).start({QStringLiteral("--keuze=regen")});
+    ASSERT_TRUE(isRegen(sway, "HEADLESS-1")) << saver.fouten().toStdString();
+    toetsen.type(KEY_I);
+    ASSERT_TRUE(until([&] { return sway.tree().contains("brixtel-saver"); }));
+    // The saver steps aside: the sheet is seen, and around it no rain.
+    ASSERT_TRUE(until([&] {
+        const QImage beeld = sway.picture();
+        return !beeld.isNull() && aandeelGroen(beeld) > 0.001 && !brixtel::isRegen(beeld);
+    }));
+    // The cube, and the button below it.
+    wltest::VirtualPointer muis(sway.address());
+    ASSERT_TRUE(muis.isThere());
+    for (const QPoint plek : {QPoint(161, 260), QPoint(445, 352)}) {
+        muis.moveTo(plek, {640, 480});
+        muis.click();
+    }
+    EXPECT_TRUE(until([&] {
+        const QImage beeld = sway.picture();
+        return !sway.tree().contains("brixtel-saver") && !beeld.isNull() &&
+               beeld.pixel(10, 10) != Sway::kBackground;
+    }));
+    EXPECT_TRUE(saver.loopt());
+    QFile bewaard(saver.map() + QStringLiteral("/.config/nl.groenlicht.brixtel.saver.conf"));
+    ASSERT_TRUE(bewaard.open(QIODevice::ReadOnly)) << bewaard.fileName().toStdString();
+    EXPECT_TRUE(bewaard.readAll().contains("kubus"));
+    toetsen.type(KEY_SPACE);
+    EXPECT_TRUE(saver.wacht());
+    EXPECT_EQ(saver.uitgang(), 0);
+}
+
+TEST_F(OpWayland, OpKwinDraaitDeSaverEnRegentHetBovenAlles) {
+    const wltest::Kwin kwin(bus.address());
+    if (!kwin.isRunning()) GTEST_SKIP() << kwin.reason();
+    InSessie saver(brixtel::programmaPad(), bus);
+    saver.opWayland(kwin.address())
+        .draai({QStringLiteral("--keuze=regen"), QStringLiteral("--seconden=2"),
+                QStringLiteral("--meet")});
+    EXPECT_EQ(saver.uitgang(), 0) << saver.fouten().toStdString();
+    EXPECT_EQ(saver.fouten(), QByteArray());
+    const QJsonObject meting = QJsonDocument::fromJson(saver.uit()).object();
+    EXPECT_GT(meting[QStringLiteral("beelden")].toInt(), 3);
+
+    InSessie eigenaar(brixtel::bureauPad(), bus);
+    eigenaar.opWayland(kwin.address()).start({QStringLiteral("--toon-regen")});
+    ASSERT_TRUE(antwoordt());
+    EXPECT_TRUE(until([this] { return eigenschap("RegenStand").contains("\"aan\""); }));
+    EXPECT_EQ(vraag("--stop").uitgang, 0);
+    EXPECT_TRUE(eigenaar.wacht());
+}
+
+}  // namespace
