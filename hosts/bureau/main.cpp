@@ -15,10 +15,10 @@
 #include "hosts/bureau/BureauDienst.h"
 #include "hosts/bureau/Hulpmiddelen.h"
 #include "hosts/bureau/Klant.h"
+#include "hosts/bureau/NaRust.h"
 #include "hosts/bureau/Opdracht.h"
 #include "hosts/bureau/PaneelModule.h"
 #include "hosts/bureau/Pictogram.h"
-#include "hosts/bureau/Rust.h"
 #include "hosts/gedeeld/Melding.h"
 #include "hosts/gedeeld/Signalen.h"
 #include "hosts/gedeeld/Uitvoer.h"
@@ -133,15 +133,15 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
     };
     const brixtel::BureauDaden daden{.stop = stop, .toonPaneel = toonPaneel};
     brixtel::BureauDienst dienst(bureau, aansluiting, daden);
-    const auto maakWacht = [&](const brixtel::RustBronnen::Wens& wens) {
+    const auto maakWacht = [&](const brixtel::NaRustBronnen::Wens& wens) {
         return std::make_shared<platform::DesktopIdle>(
             server,
             platform::DesktopIdleOptions{
                 .busAddress = bus, .seconds = wens.seconden, .watching = wens.bijBewaking},
             wens.bijRust);
     };
-    const brixtel::Rust rust(bureau,
-                             {.werkruimte = werkruimte, .toeval = toeval, .maakWacht = maakWacht});
+    const brixtel::NaRust naRust(
+        bureau, {.werkruimte = werkruimte, .toeval = toeval, .maakWacht = maakWacht});
     brixtel::Pictogram pictogram(bureau, aansluiting, daden);
     aansluiting.onVerloren(stop);
     if (!aansluiting.neemNaam(brixtel::kDienstNaam)) return std::nullopt;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "hosts/bureau/Rust.h"
+#include "hosts/bureau/NaRust.h"
 
 #include <utility>
 
@@ -21,7 +21,7 @@ ZwartSoort soortVan(SaverKeuze keuze, platform::RandomSource& toeval) {
 
 }  // namespace
 
-Rust::Rust(Bureau& bureau, const RustBronnen& bronnen) : bureau_(bureau), bronnen_(bronnen) {
+NaRust::NaRust(Bureau& bureau, const NaRustBronnen& bronnen) : bureau_(bureau), bronnen_(bronnen) {
     stand_ = bureau_.stand().volg([this](const BureauStand& stand) { volg(stand); });
     beveiliging_ = bronnen_.werkruimte.observe([this](platform::Workspace::Change wat) {
         const bool komt =
@@ -30,7 +30,7 @@ Rust::Rust(Bureau& bureau, const RustBronnen& bronnen) : bureau_(bureau), bronne
     });
 }
 
-void Rust::volg(const BureauStand& stand) {
+void NaRust::volg(const BureauStand& stand) {
     if (!stand.zwart) vanRust_ = false;
     const int minuten = stand.keuzes.rust;
     if (std::exchange(minuten_, minuten) == minuten) return;
@@ -42,7 +42,7 @@ void Rust::volg(const BureauStand& stand) {
          .bijBewaking = [this](bool bewaakt) { bureau_.zetRustBewaakt(bewaakt); }});
 }
 
-void Rust::begin() {
+void NaRust::begin() {
     if (bureau_.stand().waarde().zwart || !bureau_.zwartBeletsel().isEmpty()) return;
     bureau_.toonZwart(soortVan(SaverInstellingen::keuze(), bronnen_.toeval));
     vanRust_ = bureau_.stand().waarde().zwart;

@@ -8,8 +8,8 @@
 
 namespace brixtel {
 
-// The objects that Rust uses; all must outlive it.
-struct RustBronnen {
+// The objects that NaRust uses; all must outlive it.
+struct NaRustBronnen {
     // A running watch on the user's input; dropping it ends the watch.
     using Wacht = std::shared_ptr<void>;
     struct Wens {
@@ -27,21 +27,21 @@ struct RustBronnen {
 // Shows the scene of the saver's choice as a black screen, after the time without input that
 // the user chose. The rotating choice gives another scene each time. A saver or lock closes
 // that black screen. Main thread; the owner must outlive it.
-class Rust {
+class NaRust {
   public:
-    Rust(Bureau& bureau, const RustBronnen& bronnen);
-    Rust(const Rust&) = delete;
-    Rust& operator=(const Rust&) = delete;
+    NaRust(Bureau& bureau, const NaRustBronnen& bronnen);
+    NaRust(const NaRust&) = delete;
+    NaRust& operator=(const NaRust&) = delete;
 
   private:
     void volg(const BureauStand& stand);
     void begin();
 
     Bureau& bureau_;
-    const RustBronnen bronnen_;
+    const NaRustBronnen bronnen_;
     int minuten_ = 0;
     bool vanRust_ = false;  // this object opened the present black screen
-    RustBronnen::Wacht wacht_;
+    NaRustBronnen::Wacht wacht_;
     Abonnement stand_;
     platform::Observation beveiliging_;
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "hosts/bureau/Rust.h"
+#include "hosts/bureau/NaRust.h"
 
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "tests/hosts/bureau/BureauProef.h"
@@ -8,23 +8,23 @@ namespace brixtel {
 namespace {
 
 struct RustProef : BureauProef {
-    std::vector<RustBronnen::Wens> wensen;
+    std::vector<NaRustBronnen::Wens> wensen;
     std::weak_ptr<void> wacht;
-    std::optional<Rust> rust;
+    std::optional<NaRust> rust;
 
     void SetUp() override {
         BureauProef::SetUp();
         maak();
     }
     void maak() {
-        rust.emplace(*bureau, RustBronnen{.werkruimte = werkruimte,
-                                          .toeval = toeval,
-                                          .maakWacht = [this](const RustBronnen::Wens& wens) {
-                                              wensen.push_back(wens);
-                                              auto nieuw = std::make_shared<int>(0);
-                                              wacht = nieuw;
-                                              return nieuw;
-                                          }});
+        rust.emplace(*bureau, NaRustBronnen{.werkruimte = werkruimte,
+                                            .toeval = toeval,
+                                            .maakWacht = [this](const NaRustBronnen::Wens& wens) {
+                                                wensen.push_back(wens);
+                                                auto nieuw = std::make_shared<int>(0);
+                                                wacht = nieuw;
+                                                return nieuw;
+                                            }});
     }
     void rustVan(int minuten) { bureau->kies(&BureauKeuzes::rust, minuten); }
 };
