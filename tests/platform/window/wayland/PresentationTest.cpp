@@ -104,16 +104,17 @@ TEST_F(Presentation, ThePaceIsThatOfTheDisplayAsItWasSeen) {
         ASSERT_TRUE(until([&] { return shown.frames() == i; }));
         ASSERT_TRUE(shown.paintsOnce());
     }
+    // At the pace that was told, only two beats of three would have a picture.
+    const int first = shown.pictures();
     for (int i = 0; i < 20; ++i) {
+        const int before = shown.pictures();
         shown.compositor.frame(100.0, kNanoseconds);
         shown.settle();
-        const int before = shown.pictures();
-        shown.clock.advance(0.9 * kInterval);
-        shown.settle();
-        EXPECT_EQ(shown.pictures(), before) << i;
-        shown.clock.advance(0.11 * kInterval);
-        ASSERT_TRUE(until([&] { return shown.pictures() == before + 1; })) << i;
+        shown.clock.advance(1.01 * kInterval);
+        ASSERT_TRUE(until([&] { return shown.pictures() > before; })) << i;
     }
+    shown.settle();
+    EXPECT_LE(shown.pictures(), first + 21);
 }
 
 // How often the thread of that name was given a processor, by the kernel's count.
