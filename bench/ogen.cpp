@@ -92,7 +92,7 @@ void tabelVanDeMaat() {
 // --- wear ---
 
 constexpr double kUren = 8.0;
-constexpr double kElke = 20.0;  // seconds
+constexpr double kElke = 19.37;  // seconds
 
 struct Slijtage {
     std::vector<double> licht = std::vector<double>(

@@ -14,6 +14,7 @@ BXSchuifBasis {
 
     // Qt counts in what has a role here; BXWaarde gives the rest.
     Accessible.role: Accessible.Slider
+    Accessible.name: naam
     // With a modifier a key is for others.
     Keys.onPressed: (toets) => {
         if (toets.modifiers & ~Qt.KeypadModifier) return;

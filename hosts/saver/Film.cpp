@@ -83,7 +83,10 @@ QString schrijf(const Opdracht& opdracht, const FilmLengte& lengte, Beeldmaker& 
         const double tijd = static_cast<double>(i) / opdracht.beeldenPerSeconde;
         const auto beeld = maker.beeld(lengte.begin + tijd);
         if (!beeld) return Beeldmaker::geenBeeld;
-        if (!ffmpeg.neem(beeld->convertToFormat(QImage::Format_RGB32))) break;
+        if (!ffmpeg.neem(beeld->convertToFormat(QImage::Format_RGB32))) {
+            std::fputc('\n', stderr);
+            break;
+        }
         meldVoortgang(i + 1, lengte.beelden);
     }
     if (ffmpeg.einde()) return {};
@@ -107,13 +110,14 @@ std::optional<FilmLengte> filmLengte(const Opdracht& opdracht) {
 
 QStringList ffmpegWoorden(const QString& naam, const QString& bestand, QSize maat,
                           int beeldenPerSeconde) {
-    QStringList woorden = QStringLiteral(
-                              "-hide_banner -loglevel error -y -f rawvideo -pix_fmt bgr0 -s %1x%2 "
-                              "-r %3 -i -")
-                              .arg(maat.width())
-                              .arg(maat.height())
-                              .arg(beeldenPerSeconde)
-                              .split(QLatin1Char(' '));
+    QStringList woorden =
+        QStringLiteral(
+            "-hide_banner -loglevel error -xerror -y -f rawvideo -pix_fmt bgr0 -s %1x%2 "
+            "-r %3 -i -")
+            .arg(maat.width())
+            .arg(maat.height())
+            .arg(beeldenPerSeconde)
+            .split(QLatin1Char(' '));
     for (const Vorm& vorm : kVormen)
         if (naam.endsWith(vorm.einde, Qt::CaseInsensitive))
             woorden += QString(vorm.woorden).split(QLatin1Char(' '));

@@ -134,7 +134,7 @@ Item {
             staat.waarde = 0.5;
             compare(schuif.waarde, 0.5);
             schuif.enabled = true;
-            schuif.Accessible.increaseAction();
+            schuif.verhoog();
             fuzzyCompare(staat.waarde, 0.55, 1e-9);
         }
         function test_slider_without_room_has_no_bars_and_is_not_dragged_data() {

@@ -169,10 +169,12 @@ TEST_F(ZorgVoor, ElsewhereTheMissingIsNamedWithTheCommandThatInstallsIt) {
     for (const char* naam : {"c++", "cmake", "gzip", "lsof"})
         zet(naam, "exit 0");
     const QString mist = QStringLiteral(
-        "Er ontbreekt: ninja epoxy xcb xcb-shm xcb-randr xcb-dpms xcb-shape xcb-xfixes — ");
+        "Er ontbreekt: ninja epoxy xcb xcb-shm xcb-randr xcb-dpms xcb-screensaver xcb-shape "
+        "xcb-xfixes — ");
     const QString gevraagd = QStringLiteral(
         " install /usr/bin/ninja 'pkgconfig(epoxy)' 'pkgconfig(xcb)' "
         "'pkgconfig(xcb-shm)' 'pkgconfig(xcb-randr)' 'pkgconfig(xcb-dpms)' "
+        "'pkgconfig(xcb-screensaver)' "
         "'pkgconfig(xcb-shape)' 'pkgconfig(xcb-xfixes)'");
     const auto verwacht = [&](const QString& opdracht) {
         EXPECT_EQ(voer(QStringLiteral("zorg_voor bouwen draaien; echo verder")), 1);

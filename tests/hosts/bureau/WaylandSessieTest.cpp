@@ -227,9 +227,11 @@ TEST_F(OpWayland, HetBladIsTeZienEnTeBedienenOverDeSaver) {
                beeld.pixel(10, 10) != Sway::kBackground;
     }));
     EXPECT_TRUE(saver.loopt());
-    QFile bewaard(saver.map() + QStringLiteral("/.config/nl.groenlicht.brixtel.saver.conf"));
-    ASSERT_TRUE(bewaard.open(QIODevice::ReadOnly)) << bewaard.fileName().toStdString();
-    EXPECT_TRUE(bewaard.readAll().contains("kubus"));
+    // The sheet is a process of its own, which writes as it ends.
+    EXPECT_TRUE(until([&] {
+        QFile bewaard(saver.map() + QStringLiteral("/.config/nl.groenlicht.brixtel.saver.conf"));
+        return bewaard.open(QIODevice::ReadOnly) && bewaard.readAll().contains("kubus");
+    }));
     toetsen.type(KEY_SPACE);
     EXPECT_TRUE(saver.wacht());
     EXPECT_EQ(saver.uitgang(), 0);

@@ -84,6 +84,15 @@ class FilmTest : public testing::Test {
     }
 };
 
+// Without the word, ffmpeg ends well on a disk that fills up at the film's last bytes.
+TEST(FfmpegWoordenTest, EndFfmpegAtItsFirstError) {
+    for (const char* naam : {"x.webm", "x.mp4", "x.gif", "x.webp"})
+        EXPECT_TRUE(
+            brixtel::ffmpegWoorden(QLatin1String(naam), QStringLiteral("/k"), {320, 200}, 25)
+                .contains(QStringLiteral("-xerror")))
+            << naam;
+}
+
 TEST_F(FilmTest, EveryPictureGoesThroughThePipe) {
     maakFfmpeg("/bin/cat > \"$uit\"\n");
     programma.draai({QStringLiteral("--film"), in("f.webm"), QStringLiteral("--keuze=regen"),
