@@ -144,7 +144,6 @@ void voegThuis(Node& bol, const glm::dvec3& plaats) {
                              DrieWereld::gloed(Thema::cijferFel())));
     stip->setName("thuis");
     stip->setPosition(plaats);
-    stip->setRenderingOrder(kVolgLicht);
     bol.addChild(stip);
 
     auto ring = std::make_shared<Node>(

@@ -45,7 +45,7 @@ struct BolPunten {
 [[nodiscard]] QImage bolGloed();
 
 // The drawing order. The night behind a label covers the dots and the grid, and never an
-// arc, a light or a place's marker. Letters come last and show through everything.
+// arc or a light. Letters come last and show through everything.
 enum BolVolgorde : int {
     kVolgGloed = -1,
     kVolgPunten = 1,

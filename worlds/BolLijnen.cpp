@@ -155,7 +155,7 @@ void BolLijnen::teken(const std::vector<Lijn>& lijnen, double tijd, Node& in) {
         auto baan = DrieWereld::boog({.van = thuis, .naar = punt(1.0)});
         zet(DrieWereld::lijnen(stukken(baan), boogKleur(lijn.aantal, eerste)), {}, in)
             ->setRenderingOrder(kVolgLicht);
-        zet(stip_, punt(kStipStraal), in)->setRenderingOrder(kVolgLicht);
+        zet(stip_, punt(kStipStraal), in);
         banen_.insert(banen_.end(), baan.begin(), baan.end());
         Reizen::key_type sleutel(lijn.land.code, 0);
         while (reizen.contains(sleutel))
