@@ -27,16 +27,20 @@ constexpr qint64 kWachtend = 2;
 struct Vorm {
     QLatin1String einde;
     QLatin1String woorden;  // ffmpeg's words between the input and the file
+    bool isVideo = false;   // in kVideo's colours
 };
 
-// Both sides are even, since most players need halved colour in both directions.
+// Both sides are even, since most players need halved colour in both directions. The film
+// names its colours, since players take BT.709 for large pictures and BT.601 for small ones.
+constexpr QLatin1String kVideo(
+    "-vf scale=out_color_matrix=bt709:out_range=tv,pad=ceil(iw/2)*2:ceil(ih/2)*2 -pix_fmt yuv420p "
+    "-colorspace bt709 -color_primaries bt709 -color_trc bt709 -color_range tv");
+
 constexpr std::array kVormen{
-    Vorm{QLatin1String(".webm"),
-         QLatin1String("-vf pad=ceil(iw/2)*2:ceil(ih/2)*2 -c:v libvpx-vp9 -crf 24 -b:v 0 "
-                       "-row-mt 1 -pix_fmt yuv420p -f webm")},
+    Vorm{QLatin1String(".webm"), QLatin1String("-c:v libvpx-vp9 -crf 24 -b:v 0 -row-mt 1 -f webm"),
+         true},
     Vorm{QLatin1String(".mp4"),
-         QLatin1String("-vf pad=ceil(iw/2)*2:ceil(ih/2)*2 -c:v libx264 -crf 18 -preset slow "
-                       "-pix_fmt yuv420p -movflags +faststart -f mp4")},
+         QLatin1String("-c:v libx264 -crf 18 -preset slow -movflags +faststart -f mp4"), true},
     Vorm{QLatin1String(".gif"),
          QLatin1String("-vf split[a][b];[a]palettegen[p];[b][p]paletteuse=dither=none "
                        "-loop 0 -f gif")},
@@ -118,9 +122,11 @@ QStringList ffmpegWoorden(const QString& naam, const QString& bestand, QSize maa
             .arg(maat.height())
             .arg(beeldenPerSeconde)
             .split(QLatin1Char(' '));
-    for (const Vorm& vorm : kVormen)
-        if (naam.endsWith(vorm.einde, Qt::CaseInsensitive))
-            woorden += QString(vorm.woorden).split(QLatin1Char(' '));
+    for (const Vorm& vorm : kVormen) {
+        if (!naam.endsWith(vorm.einde, Qt::CaseInsensitive)) continue;
+        if (vorm.isVideo) woorden += QString(kVideo).split(QLatin1Char(' '));
+        woorden += QString(vorm.woorden).split(QLatin1Char(' '));
+    }
     return woorden << QStringLiteral("file:") + bestand;
 }
 

@@ -84,6 +84,21 @@ class FilmTest : public testing::Test {
     }
 };
 
+// A film that does not name its matrix has another green in players of large pictures.
+TEST(FfmpegWoordenTest, NameTheColoursOfVideo) {
+    for (const char* naam : {"x.webm", "x.mp4"}) {
+        const QStringList woorden =
+            brixtel::ffmpegWoorden(QLatin1String(naam), QStringLiteral("/k"), {1280, 720}, 25);
+        for (const char* woord : {"-colorspace", "-color_primaries", "-color_trc"}) {
+            const qsizetype plek = woorden.indexOf(QLatin1String(woord));
+            ASSERT_GE(plek, 0) << naam << ' ' << woord;
+            EXPECT_EQ(woorden.at(plek + 1), QStringLiteral("bt709"));
+        }
+        EXPECT_TRUE(
+            woorden.join(QLatin1Char(' ')).contains(QStringLiteral("out_color_matrix=bt709")));
+    }
+}
+
 // Without the word, ffmpeg ends well on a disk that fills up at the film's last bytes.
 TEST(FfmpegWoordenTest, EndFfmpegAtItsFirstError) {
     for (const char* naam : {"x.webm", "x.mp4", "x.gif", "x.webp"})
