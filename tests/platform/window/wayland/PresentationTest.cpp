@@ -96,7 +96,7 @@ TEST_F(Presentation, WithoutReportsAPictureCountsOnceItWasDrawn) {
     Shown shown({.globals = {.presentation = false}});
     ASSERT_TRUE(shown.paintsOnce());
     EXPECT_TRUE(until([&] { return shown.frames() >= 1; }));
-    EXPECT_GE(shown.window.statistics().firstFrameTime, 100.0);
+    EXPECT_TRUE(until([&] { return shown.window.statistics().firstFrameTime >= 100.0; }));
 }
 
 TEST_F(Presentation, TimesOfAnotherClockAreNotAskedFor) {
