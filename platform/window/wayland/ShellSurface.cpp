@@ -10,6 +10,8 @@ namespace {
 
 constexpr double kScaleSteps = 120.0;
 constexpr double kPerNanosecond = 1.0e-9;  // seconds
+// The reports of presentation that are waited for at once. A compositor may send none.
+constexpr std::size_t kMostReports = 8;
 constexpr const char* kProgram = "nl.groenlicht.brixtel";
 constexpr std::uint32_t kAllEdges =
     ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURFACE_V1_ANCHOR_BOTTOM |
@@ -228,7 +230,7 @@ void ShellSurface::setOpaque(QSize points, bool opaque) {
 }
 
 void ShellSurface::watchPresentation() {
-    if (!connection_.presentation()) return;
+    if (!connection_.presentation() || feedbacks_.size() >= kMostReports) return;
     feedbacks_.emplace_back(wp_presentation_feedback(connection_.presentation(), surface_.get()));
     wp_presentation_feedback_add_listener(feedbacks_.back().get(), &Listeners::kFeedback, this);
 }

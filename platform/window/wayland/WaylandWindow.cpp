@@ -300,6 +300,7 @@ void WaylandWindow::frameDone() {
 }
 
 void WaylandWindow::presented(double time, double interval) {
+    tellsPresentation_ = true;
     delegate_.presented(time, interval);
 }
 

@@ -41,9 +41,8 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     [[nodiscard]] bool hasKeyboard() const override;
     [[nodiscard]] bool isShown() const override { return shown_; }
     [[nodiscard]] bool isSeen() const override;
-    [[nodiscard]] bool tellsPresentation() const override {
-        return connection_.presentation() != nullptr;
-    }
+    // A compositor may offer reports, and send none; they count from the first one on.
+    [[nodiscard]] bool tellsPresentation() const override { return tellsPresentation_; }
     void setIgnoresMouse(bool ignores) override;
     void setCursorHidden(bool hidden) override;
     void setOpacity(double) override {}
@@ -111,6 +110,7 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     QSize configured_;  // points; empty where the compositor left it open
     QString outputName_;
     bool ready_ = true;
+    bool tellsPresentation_ = false;
     const std::shared_ptr<BufferRing> ring_;
     ShmBuffers buffers_;
     std::unique_ptr<ShellSurface> surface_;

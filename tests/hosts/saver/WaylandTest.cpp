@@ -224,6 +224,21 @@ TEST(SaverOpWeston, DraaitSchermvullendZonderBovenlagen) {
     EXPECT_GT(meting[QStringLiteral("beelden")].toInt(), 3);
 }
 
+// This compositor offers reports of what was presented, and sends none without a screen.
+TEST(SaverOpSway, DeMetingTeltBeeldenOokZonderMelding) {
+    wltest::Sway sway(1);
+    if (!sway.isRunning()) GTEST_SKIP() << sway.reason();
+    Programma saver;
+    saver.zet(QStringLiteral("WAYLAND_DISPLAY"), sway.address());
+    saver.zet(QStringLiteral("XDG_RUNTIME_DIR"), saver.map());
+    saver.draai({QStringLiteral("--keuze=regen"), QStringLiteral("--seconden=2"),
+                 QStringLiteral("--meet")});
+    EXPECT_EQ(saver.uitgang(), 0) << saver.fouten().toStdString();
+    const QJsonObject meting = QJsonDocument::fromJson(saver.uit()).object();
+    EXPECT_GT(meting[QStringLiteral("beelden")].toInt(), 3);
+    EXPECT_GT(meting[QStringLiteral("eerste_beeld_ms")].toDouble(), 0.0);
+}
+
 TEST(SaverOpSway, RegentOpBeideSchermenEnEindigtDoorEenToets) {
     wltest::Sway sway(2);
     if (!sway.isRunning()) GTEST_SKIP() << sway.reason();

@@ -59,6 +59,7 @@ struct Options {
     bool releasesBuffers = true;  // once another one is there
     bool configuresByItself = true;
     std::uint32_t presentationClock = 1;  // CLOCK_MONOTONIC
+    bool reportsPresentation = true;
 };
 
 enum class Role { None, Layer, Toplevel, Cursor };

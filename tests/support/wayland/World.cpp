@@ -111,6 +111,7 @@ void World::frame(SurfaceState& surface, double seconds, std::uint32_t interval)
         wl_callback_send_done(callback, milliseconds);
         wl_resource_destroy(callback);
     }
+    if (!options.reportsPresentation) return;
     const auto whole = static_cast<std::uint64_t>(seconds);
     const auto nanoseconds =
         static_cast<std::uint32_t>((seconds - static_cast<double>(whole)) * 1e9);

@@ -254,7 +254,9 @@ void World::commit(SurfaceState& surface) {
     for (wl_resource* const callback : pending.frames)
         surface.frames.push_back(callback);
     // A picture that was not presented yet never will be.
-    for (wl_resource* const old : std::exchange(surface.feedbacks, pending.feedbacks)) {
+    std::vector<wl_resource*> unseen;
+    if (options.reportsPresentation) unseen = std::exchange(surface.feedbacks, pending.feedbacks);
+    for (wl_resource* const old : unseen) {
         wp_presentation_feedback_send_discarded(old);
         wl_resource_destroy(old);
     }
