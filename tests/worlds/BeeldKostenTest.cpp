@@ -67,4 +67,4 @@ TEST_P(BeeldKosten, ASteadyFrameTakesNoMoreInstructionsThanIsStored) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Worlds, BeeldKosten, testing::Values("bol", "kubus", "tunnel", "logo"),
-                         [](const auto& info) { return std::string(info.param); });
+                         [](const auto& een) { return std::string(een.param); });

@@ -42,4 +42,4 @@ TEST_P(ReferentieBeelden, OpenGlsPictureIsTheStoredOne) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Worlds, ReferentieBeelden, testing::ValuesIn(brixtel::alleSoorten),
-                         [](const auto& info) { return ruweWaarde(info.param).toStdString(); });
+                         [](const auto& een) { return ruweWaarde(een.param).toStdString(); });

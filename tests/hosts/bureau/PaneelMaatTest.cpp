@@ -223,12 +223,15 @@ TEST_P(PaneelMaat, TheChoicesStayApart) {
             ASSERT_TRUE(lijn);
             const bool gekozen = keuze->child(i)->state().checked;
             EXPECT_FALSE(gekozen && lijn->isVisible());
-            if (!gekozen && midden - half - vorige < kRuim)
+            if (!gekozen && midden - half - vorige < kRuim) {
                 EXPECT_TRUE(lijn->isVisible()) << groep << ' ' << qPrintable(vorm[0].naam);
+            }
             lijnen += lijn->isVisible() ? 1 : 0;
             vorige = gekozen ? -1e9 : midden + half;
         }
-        if (GetParam().width() >= 400) EXPECT_EQ(lijnen, 0) << groep << " has room";
+        if (GetParam().width() >= 400) {
+            EXPECT_EQ(lijnen, 0) << groep << " has room";
+        }
     }
 }
 
