@@ -24,9 +24,10 @@ class ZonderModule : public testing::Test {
         ASSERT_TRUE(QFile::copy(brixtel::programmaPad(), programma()));
         const QDir lib(QStringLiteral(BRIXTEL_BUILD_DIR "/lib"));
         for (const QString& naam : lib.entryList(QDir::NoDotAndDotDot | QDir::AllEntries))
-            if (naam != anders)
+            if (naam != anders) {
                 ASSERT_TRUE(
                     QFile::link(lib.filePath(naam), boom.filePath(QLatin1String("lib/") + naam)));
+            }
         if (!inhoud) return;
         QFile bestand(boom.filePath(QLatin1String("lib/") + anders));
         ASSERT_TRUE(bestand.open(QIODevice::WriteOnly));
