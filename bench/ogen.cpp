@@ -92,7 +92,7 @@ void tabelVanDeMaat() {
 // --- wear ---
 
 constexpr double kUren = 8.0;
-constexpr double kElke = 19.37;  // seconds
+constexpr double kElke = 19.37;  // seconds; no part of a scene's period
 
 struct Slijtage {
     std::vector<double> licht = std::vector<double>(
