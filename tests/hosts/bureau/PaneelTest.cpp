@@ -275,8 +275,8 @@ TEST_F(OpHetPaneel, TabVisitsEveryControlAndBringsItIntoSight) {
         EXPECT_LE(y + nuHier->height(), rol->height() + 0.5) << bezocht;
     }
     // The tick; six arrows (the last two rows are closed), three switches, two sliders, three
-    // choices (the scene, the flash, the saver's mode), two buttons.
-    EXPECT_EQ(bezocht, 17);
+    // choices (the scene, the flash, the saver's mode), one button.
+    EXPECT_EQ(bezocht, 16);
 }
 
 TEST_F(OpHetPaneel, ArrowsMoveASliderByOneStepAndWithShiftByTen) {
