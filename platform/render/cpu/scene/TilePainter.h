@@ -33,6 +33,8 @@ class TilePainter {
     // Draws the leading calls of opaque polygons from front to back, so that hidden parts cost
     // little. Returns the number of these calls.
     std::size_t drawOpaque(const ScenePlan& plan, std::span<const ShapeCall> calls);
+    // Draws the leading calls of dots, or of lines. Returns the number of these calls.
+    std::size_t drawStrokes(const ScenePlan& plan, std::span<const ShapeCall> calls);
     // The polygon, and all that follow before the samples are averaged, lie in the rows
     // from `top` to before `end`.
     void drawPolygonCall(const ScenePlan& plan, ShapeCall call, int top, int end);
