@@ -19,9 +19,8 @@ namespace {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-TileV columnsFrom(int x) {
-    const TileF d;
-    return hn::Add(hn::ConvertTo(d, hn::Iota(hn::RebindToSigned<TileF>(), x)), hn::Set(d, 0.5F));
+TileV middlesFrom(int x) {
+    return hn::Add(columnsFrom(x), hn::Set(TileF(), 0.5F));
 }
 
 int inside(float value, int most) {
@@ -90,7 +89,7 @@ void fillWithBall(const ScreenBall& ball, const ScreenLens& lens, SceneTile& til
             const std::ptrdiff_t at = SceneTile::at(x, row);
             for (std::size_t k = 0; k < 3; ++k)
                 hn::StoreU(hn::Set(d, ball.ink.light[static_cast<int>(k)]), d, tile.light[k] + at);
-            const auto dx = hn::Mul(hn::Sub(columnsFrom(tile.x + x), hn::Set(d, lens.middle.x)),
+            const auto dx = hn::Mul(hn::Sub(middlesFrom(tile.x + x), hn::Set(d, lens.middle.x)),
                                     hn::Set(d, lens.perPixel.x));
             const auto length = hn::Add(hn::Mul(dx, dx), hn::Set(d, dy * dy + 1.0F));
             const auto along = hn::Add(hn::Mul(dx, hn::Set(d, c.x)), hn::Set(d, dy * c.y + c.z));
@@ -116,7 +115,7 @@ void drawBall(const ScreenBall& ball, const ScreenLens& lens, SceneTile& tile) {
         const float dy =
             (lens.middle.y - (static_cast<float>(tile.y + row) + 0.5F)) * lens.perPixel.y;
         for (int x = firstColumn; x < endColumn; x += lanes) {
-            const auto dx = hn::Mul(hn::Sub(columnsFrom(tile.x + x), hn::Set(d, lens.middle.x)),
+            const auto dx = hn::Mul(hn::Sub(middlesFrom(tile.x + x), hn::Set(d, lens.middle.x)),
                                     hn::Set(d, lens.perPixel.x));
             const BallHit found = hit(ball, lens, dx, dy);
             if (hn::AllTrue(d, hn::Le(found.covered, hn::Zero(d)))) continue;
@@ -246,7 +245,7 @@ class FloorRow {
 
     void drawSome(int x) {
         const TileF d;
-        const auto column = columnsFrom(x);
+        const auto column = middlesFrom(x);
         const auto nearness = near_.at(column);
         const auto before = hn::Gt(nearness, hn::Set(d, 1e-5F));
         if (hn::AllFalse(d, before)) return;
@@ -316,7 +315,7 @@ void blackenRow(const ScreenFloor& floor, SceneTile& tile, int row) {
     const int lanes = static_cast<int>(hn::Lanes(d));
     const RowOf near(floor.near, tile, row);
     for (int x = 0; x < tile.width; x += lanes) {
-        const auto before = hn::Gt(near.at(columnsFrom(x)), hn::Set(d, 1e-5F));
+        const auto before = hn::Gt(near.at(middlesFrom(x)), hn::Set(d, 1e-5F));
         for (float* const light : tile.light) {
             float* const plane = light + SceneTile::at(x, row);
             hn::StoreU(hn::IfThenZeroElse(before, hn::LoadU(d, plane)), d, plane);

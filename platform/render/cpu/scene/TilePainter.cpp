@@ -2,9 +2,11 @@
 #include "platform/render/cpu/scene/TilePainter.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "platform/render/cpu/scene/TileFinish.h"
+#include "platform/render/cpu/scene/TileTextures.h"
 
 namespace platform {
 
@@ -86,13 +88,35 @@ std::size_t TilePainter::drawOpaque(const ScenePlan& plan, std::span<const Shape
         std::sort(fronts_.begin(), fronts_.end(), [](const Front& a, const Front& b) {
             return a.near != b.near ? a.near > b.near : a.call.word < b.call.word;
         });
-    for (const Front& front : fronts_) {
+    for (std::size_t i = 0; i < fronts_.size(); ++i) {
         if (!tile_.hidesNothing && !tile_.sampledNear &&
-            front.most < static_cast<double>(leastNear(tile_)))
+            fronts_[i].most < static_cast<double>(leastNear(tile_)))
             continue;
-        drawPolygonCall(plan, front.call, top, end);
+        const std::size_t textured = drawTextures(plan, i);
+        if (textured == 0) drawPolygonCall(plan, fronts_[i].call, top, end);
+        i += std::max<std::size_t>(textured, 1) - 1;
     }
     return fronts_.size();
+}
+
+std::size_t TilePainter::drawTextures(const ScenePlan& plan, std::size_t first) {
+    if (tile_.sampledNear) return 0;
+    std::array<const ScreenPolygon*, kMostTextured> polygons{};
+    std::size_t count = 0;
+    const auto polygonAt = [&](std::size_t i) -> const ScreenPolygon& {
+        return plan.polygons()[fronts_[i].call.index()];
+    };
+    const std::uint32_t number = polygonAt(first).surface;
+    const Surface& surface = plan.surfaces()[number];
+    if (!isTextured(surface)) return 0;
+    while (count < kMostTextured && first + count < fronts_.size() &&
+           polygonAt(first + count).surface == number) {
+        polygons[count] = &polygonAt(first + count);
+        ++count;
+    }
+    drawTextured(std::span(polygons).first(count), surface, plan.frame(), tile_);
+    tile_.hidesNothing = false;
+    return count;
 }
 
 void TilePainter::drawPolygonCall(const ScenePlan& plan, ShapeCall call, int top, int end) {

@@ -33,6 +33,9 @@ class TilePainter {
     // Draws the leading calls of opaque polygons from front to back, so that hidden parts cost
     // little. Returns the number of these calls.
     std::size_t drawOpaque(const ScenePlan& plan, std::span<const ShapeCall> calls);
+    // Draws the polygons from `fronts_[first]` on that lie on one surface with a picture, at once.
+    // Returns their number, or 0 where there is no such surface.
+    std::size_t drawTextures(const ScenePlan& plan, std::size_t first);
     // The polygon, and all that follow before the samples are averaged, lie in the rows
     // from `top` to before `end`.
     void drawPolygonCall(const ScenePlan& plan, ShapeCall call, int top, int end);

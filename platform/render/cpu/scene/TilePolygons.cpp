@@ -10,6 +10,7 @@
 // After foreach_target.
 #include <hwy/highway.h>
 
+#include "platform/render/cpu/scene/TileOutline-inl.h"
 #include "platform/render/cpu/scene/TileTexels-inl.h"
 #include "platform/render/cpu/scene/TileVision-inl.h"
 
@@ -34,12 +35,9 @@ class PolygonWork {
           frame_(frame),
           tile_(tile),
           near_(polygon.near, tile),
-          right_(frame.right, tile),
-          down_(frame.down, tile) {
-        for (int i = 0; i < polygon.edges; ++i)
-            if (cuts(polygon.edge[static_cast<std::size_t>(i)], tile))
-                edge_[static_cast<std::size_t>(edges_++)] =
-                    Flat(polygon.edge[static_cast<std::size_t>(i)], tile);
+          outline_(polygon, tile),
+          fog_(frame, surface, tile),
+          picture_(polygon, near_, tile) {
         for (std::size_t i = 0; i < attribute_.size(); ++i)
             attribute_[i] = Flat(polygon.attribute[i], tile);
         for (std::size_t i = 0; i < ray_.size(); ++i)
@@ -47,54 +45,18 @@ class PolygonWork {
     }
 
     void draw() {
-        const auto inside = [](float value, int most) {
-            return static_cast<int>(std::clamp(value, 0.0F, static_cast<float>(most)));
-        };
-        const int end = inside(polygon_.high.y - static_cast<float>(tile_.y) + 1.0F, tile_.height);
-        const int firstColumn = inside(polygon_.low.x - static_cast<float>(tile_.x), tile_.width);
-        const int endColumn =
-            inside(polygon_.high.x - static_cast<float>(tile_.x) + 1.0F, tile_.width);
-        for (int row = inside(polygon_.low.y - static_cast<float>(tile_.y), tile_.height);
-             row < end; ++row)
-            drawRow(row, firstColumn, endColumn);
+        const PixelSpan rows = outline_.rows();
+        for (int row = rows.first; row < rows.end; ++row) {
+            const PixelSpan columns = outline_.columns(row);
+            for (int x = columns.first; x < columns.end; x += static_cast<int>(hn::Lanes(TileF())))
+                drawSome(x, row);
+        }
     }
 
   private:
-    // Whether some of the tile lies outside an edge, or nearly.
-    static bool cuts(const Plane& edge, const SceneTile& tile) {
-        return edge.at(edge.a > 0.0 ? tile.x : tile.x + kTileWidth,
-                       edge.b > 0.0 ? tile.y : tile.y + kTileHeight) < 1.0;
-    }
-
-    // Limits the row to the polygon's extent, with half a pixel and more to spare.
-    void drawRow(int row, int first, int end) {
-        float low = static_cast<float>(first);
-        float high = static_cast<float>(end);
-        for (int i = 0; i < edges_; ++i) {
-            const Flat& edge = edge_[static_cast<std::size_t>(i)];
-            const float reach = edge.b * static_cast<float>(row) + edge.c +
-                                0.5F * (std::abs(edge.a) + std::abs(edge.b));
-            if (std::abs(edge.a) < 1e-6F) {
-                if (reach < 0.0F) return;
-                continue;
-            }
-            const float at = -reach / edge.a;
-            if (edge.a > 0.0F) {
-                low = std::max(low, std::min(at, high));
-            } else {
-                high = std::min(high, std::max(at + 1.0F, low));
-            }
-        }
-        const TileF d;
-        const int lanes = static_cast<int>(hn::Lanes(d));
-        const int last = std::min(end, static_cast<int>(high) + 1);
-        for (int x = std::max(first, static_cast<int>(low)); x < last; x += lanes)
-            drawSome(x, row);
-    }
-
     void drawSome(int x, int row) {
         const TileF d;
-        const auto column = hn::ConvertTo(d, hn::Iota(hn::RebindToSigned<TileF>(), x));
+        const auto column = columnsFrom(x);
         const auto down = static_cast<float>(row);
         const auto near = near_.at(column, down);
         // The edges alone do not cut off a part behind the camera.
@@ -119,9 +81,8 @@ class PolygonWork {
             in = hn::And(in, hn::Ge(near, hn::LoadU(d, tile_.near + at)));
             if (hn::AllFalse(d, in)) return;
         }
-        for (int i = 0; i < edges_; ++i)
-            in = hn::And(in,
-                         hn::Ge(edge_[static_cast<std::size_t>(i)].at(column, down), hn::Zero(d)));
+        for (int i = 0; i < outline_.edges(); ++i)
+            in = hn::And(in, hn::Ge(outline_.edge(i).at(column, down), hn::Zero(d)));
         if (hn::AllFalse(d, in)) return;
         TileV alpha = hn::Set(d, 1.0F);
         Mask kept = ahead;
@@ -136,18 +97,20 @@ class PolygonWork {
     // The least distance of a sample from the edges, inside positive.
     TileV inside(const TileV* edges, float x, float y) const {
         const TileF d;
-        if (edges_ == 0) return hn::Set(d, 1.0F);
-        auto least = hn::Add(edges[0], hn::Set(d, edge_[0].a * x + edge_[0].b * y));
-        for (int i = 1; i < edges_; ++i) {
-            const Flat& edge = edge_[static_cast<std::size_t>(i)];
-            least = hn::Min(least, hn::Add(edges[i], hn::Set(d, edge.a * x + edge.b * y)));
-        }
+        if (outline_.edges() == 0) return hn::Set(d, 1.0F);
+        const auto moved = [&](int i) {
+            const Flat& edge = outline_.edge(i);
+            return hn::Add(edges[i], hn::Set(d, edge.a * x + edge.b * y));
+        };
+        auto least = moved(0);
+        for (int i = 1; i < outline_.edges(); ++i)
+            least = hn::Min(least, moved(i));
         return least;
     }
 
     void edgesAt(TileV column, float down, TileV* edges) const {
-        for (int i = 0; i < edges_; ++i)
-            edges[i] = edge_[static_cast<std::size_t>(i)].at(column, down);
+        for (int i = 0; i < outline_.edges(); ++i)
+            edges[i] = outline_.edge(i).at(column, down);
     }
 
     void drawSamples(TileV column, float down, TileV near, Mask ahead, std::ptrdiff_t at) {
@@ -196,7 +159,7 @@ class PolygonWork {
         const auto zero = hn::Zero(d);
         const bool bySample = tile_.sampledNear && surface_.hiding.reads && !tile_.hidesNothing;
         auto sum = zero;
-        if ((!surface_.outlined || edges_ == 0) && !bySample) {
+        if ((!surface_.outlined || outline_.edges() == 0) && !bySample) {
             sum = hn::IfThenElseZero(hn::Ge(inside(edges, 0.0F, 0.0F), zero), hn::Set(d, 1.0F));
         } else {
             const auto part = hn::Set(d, 1.0F / kSamples);
@@ -244,40 +207,21 @@ class PolygonWork {
         const auto depth = hn::Div(one, near);
         Rgb light{hn::Set(d, surface_.tint.r), hn::Set(d, surface_.tint.g),
                   hn::Set(d, surface_.tint.b)};
-        const auto fog = frame_.hasFog ? fogAt(column, down, depth) : hn::Zero(d);
-        if (isLost(fog)) return {hn::Zero(d), hn::Zero(d), hn::Zero(d)};
+        const auto fog = fog_.at(column, down, depth);
+        if (fog_.hides(fog)) return {hn::Zero(d), hn::Zero(d), hn::Zero(d)};
         if (surface_.picture) {
             const TexelLight texel =
-                readTexels(*surface_.picture, texelPlaces(column, down, depth),
+                readTexels(*surface_.picture, picture_.at(column, down, depth),
                            {surface_.repeatS, surface_.repeatT, !surface_.opaque});
             light = {hn::Mul(light.r, texel.r), hn::Mul(light.g, texel.g),
                      hn::Mul(light.b, texel.b)};
             alpha = hn::Mul(alpha, texel.alpha);
         }
         if (surface_.lambert) light = lit(light, alpha, column, down, depth);
-        if (frame_.hasFog) light = foggy(light, alpha, fog);
+        light = {fog_.behind(fog, light.r, alpha, 0), fog_.behind(fog, light.g, alpha, 1),
+                 fog_.behind(fog, light.b, alpha, 2)};
         if (surface_.mirrored) light = reflected(light, column, down, depth, kept);
         return light;
-    }
-
-    TexelPlaces texelPlaces(TileV column, float down, TileV depth) const {
-        const TileF d;
-        TexelPlaces places;
-        const auto across = [&](const Flat& plane, TileV value) {
-            return hn::Mul(hn::Sub(hn::Set(d, plane.a), hn::Mul(value, hn::Set(d, near_.a))),
-                           depth);
-        };
-        const auto downward = [&](const Flat& plane, TileV value) {
-            return hn::Mul(hn::Sub(hn::Set(d, plane.b), hn::Mul(value, hn::Set(d, near_.b))),
-                           depth);
-        };
-        places.u = hn::Mul(attribute_[0].at(column, down), depth);
-        places.v = hn::Mul(attribute_[1].at(column, down), depth);
-        places.uAcross = across(attribute_[0], places.u);
-        places.vAcross = across(attribute_[1], places.v);
-        places.uDown = downward(attribute_[0], places.u);
-        places.vDown = downward(attribute_[1], places.v);
-        return places;
     }
 
     Rgb lit(const Rgb& colour, TileV alpha, TileV column, float down, TileV depth) const {
@@ -318,37 +262,6 @@ class PolygonWork {
                 hn::Add(hn::Mul(colour.b, sum.b), hn::Mul(alpha, hn::Set(d, own.b)))};
     }
 
-    // Whether black fog leaves nothing of an opaque surface.
-    bool isLost(TileV fog) const {
-        if (!frame_.hasFog || !surface_.opaque || surface_.mirrored) return false;
-        if (frame_.fogColour != glm::vec3(0.0F)) return false;
-        const TileF d;
-        return hn::AllTrue(d, hn::Ge(fog, hn::Set(d, 1.0F)));
-    }
-
-    TileV fogAt(TileV column, float down, TileV depth) const {
-        const TileF d;
-        const auto right = right_.at(column, down);
-        const float below = down_.b * down + down_.c;
-        const auto away = hn::Mul(
-            depth, hn::Sqrt(hn::Add(hn::Mul(right, right), hn::Set(d, below * below + 1.0F))));
-        const auto fog =
-            hn::Mul(hn::Sub(away, hn::Set(d, frame_.fogStart)), hn::Set(d, frame_.fogShare));
-        return hn::Min(hn::Max(fog, hn::Zero(d)), hn::Set(d, 1.0F));
-    }
-
-    Rgb foggy(const Rgb& light, TileV alpha, TileV fog) const {
-        const TileF d;
-        const auto clear = hn::Sub(hn::Set(d, 1.0F), fog);
-        const auto mixed = [&](TileV value, float colour) {
-            const auto kept = hn::Mul(value, clear);
-            if (surface_.additive || colour == 0.0F) return kept;
-            return hn::Add(kept, hn::Mul(hn::Mul(alpha, fog), hn::Set(d, colour)));
-        };
-        return {mixed(light.r, frame_.fogColour.r), mixed(light.g, frame_.fogColour.g),
-                mixed(light.b, frame_.fogColour.b)};
-    }
-
     Rgb reflected(const Rgb& light, TileV column, float down, TileV depth, Mask& kept) const {
         const TileF d;
         const auto height = hn::Mul(attribute_[ScreenPolygon::kHeight].at(column, down), depth);
@@ -364,9 +277,9 @@ class PolygonWork {
     const PolygonFrame& frame_;
     SceneTile& tile_;
     Flat near_;
-    Flat right_, down_;
-    int edges_ = 0;
-    std::array<Flat, ScreenPolygon::kMaxEdges> edge_;
+    TileOutline outline_;
+    TileFog fog_;
+    TilePicturePlane picture_;
     std::array<Flat, ScreenPolygon::kAttributes> attribute_;
     std::array<Flat, 3> ray_;
 };
