@@ -15,6 +15,7 @@
 #include "platform/render/cpu/scene/ScreenShapes.h"
 #include "platform/render/cpu/scene/SpritePicture.h"
 #include "platform/render/cpu/scene/TileBodies.h"
+#include "platform/render/cpu/scene/TileFloor.h"
 #include "platform/render/cpu/scene/TilePolygons.h"
 #include "platform/render/cpu/scene/TileStrokes.h"
 #include "platform/scene/DrawList.h"

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <glm/vec2.hpp>
 
 #include "platform/render/cpu/scene/SceneTile.h"
 #include "platform/render/cpu/scene/ScreenShapes.h"
@@ -46,6 +47,8 @@ class TileOutline {
     [[nodiscard]] int edges() const { return edges_; }
     [[nodiscard]] const Flat& edge(int i) const { return edge_[static_cast<std::size_t>(i)]; }
     [[nodiscard]] PixelSpan rows() const { return rows_; }
+    // The columns of the polygon's box.
+    [[nodiscard]] PixelSpan columns() const { return columns_; }
 
     // The pixels of a row that the polygon may touch, with half a pixel and more to spare.
     [[nodiscard]] PixelSpan columns(int row) const {
@@ -141,6 +144,13 @@ class TilePicturePlane {
           u_(polygon.attribute[ScreenPolygon::kPicture], tile),
           v_(polygon.attribute[ScreenPolygon::kPicture + 1], tile) {}
 
+    [[nodiscard]] TileV u(TileV column, float down, TileV depth) const {
+        return hno::Mul(u_.at(column, down), depth);
+    }
+    [[nodiscard]] TileV v(TileV column, float down, TileV depth) const {
+        return hno::Mul(v_.at(column, down), depth);
+    }
+
     [[nodiscard]] TexelPlaces at(TileV column, float down, TileV depth) const {
         const TileF d;
         TexelPlaces places;
@@ -148,13 +158,40 @@ class TilePicturePlane {
             return hno::Mul(hno::Sub(hno::Set(d, plane), hno::Mul(value, hno::Set(d, near))),
                             depth);
         };
-        places.u = hno::Mul(u_.at(column, down), depth);
-        places.v = hno::Mul(v_.at(column, down), depth);
+        places.u = u(column, down, depth);
+        places.v = v(column, down, depth);
         places.uAcross = step(u_.a, places.u, near_.a);
         places.vAcross = step(v_.a, places.v, near_.a);
         places.uDown = step(u_.b, places.u, near_.b);
         places.vDown = step(v_.b, places.v, near_.b);
         return places;
+    }
+
+    // At least the larger square of a pixel's side along the picture's width and along its
+    // height, in repeats, times the square of those sizes, wherever in the box.
+    [[nodiscard]] float widest(PixelSpan columns, PixelSpan rows, glm::vec2 size) const {
+        const auto left = static_cast<float>(columns.first);
+        const auto right = static_cast<float>(columns.end);
+        const auto top = static_cast<float>(rows.first);
+        const auto low = static_cast<float>(rows.end);
+        const float least = near_.c + std::min(near_.a * left, near_.a * right) +
+                            std::min(near_.b * top, near_.b * low);
+        if (!(least > 1e-6F)) return 1e30F;
+        // A step to the side is the same along a column, but for the depth; likewise a step down.
+        const auto most = [&](const Flat& plane) {
+            const auto across = [&](float y) {
+                return std::abs(plane.a * (near_.b * y + near_.c) -
+                                near_.a * (plane.b * y + plane.c));
+            };
+            const auto down = [&](float x) {
+                return std::abs(plane.b * (near_.a * x + near_.c) -
+                                near_.b * (plane.a * x + plane.c));
+            };
+            const float a = std::max(across(top), across(low)) / (least * least);
+            const float b = std::max(down(left), down(right)) / (least * least);
+            return a * a + b * b;
+        };
+        return std::max(most(u_) * size.x * size.x, most(v_) * size.y * size.y);
     }
 
   private:

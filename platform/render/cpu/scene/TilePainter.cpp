@@ -60,7 +60,7 @@ void TilePainter::paint(const ScenePlan& plan, std::span<const ShapeCall> calls,
     tile_.threshold = threshold.value_or(0.0F);
     while (!calls.empty()) {
         const std::size_t opaque = drawOpaque(plan, calls);
-        if (opaque == 0) draw(plan, calls.front());
+        if (opaque == 0) draw(plan, calls.front(), calls.size() == 1);
         calls = calls.subspan(std::max<std::size_t>(opaque, 1));
     }
     resolveLight(tile_);
@@ -134,7 +134,7 @@ void TilePainter::drawPolygonCall(const ScenePlan& plan, ShapeCall call, int top
     if (surface.hiding.writes) tile_.hidesNothing = false;
 }
 
-void TilePainter::draw(const ScenePlan& plan, ShapeCall call) {
+void TilePainter::draw(const ScenePlan& plan, ShapeCall call, bool isLast) {
     if (call.kind() == ShapeKind::Polygon) return drawPolygonCall(plan, call, 0, tile_.height);
     resolveLight(tile_);
     bool writes = false;
@@ -168,7 +168,7 @@ void TilePainter::draw(const ScenePlan& plan, ShapeCall call) {
         }
         case ShapeKind::Floor: {
             const ScreenFloor& floor = plan.floors()[call.index()];
-            drawFloor(floor, plan.lens(), tile_);
+            drawFloor(floor, plan.lens(), tile_, isLast);
             writes = floor.hiding.writes && !floor.blackens;
             break;
         }

@@ -29,7 +29,8 @@ class TilePainter {
     [[nodiscard]] const SceneTile& tile() const { return tile_; }
 
   private:
-    void draw(const ScenePlan& plan, ShapeCall call);
+    // `isLast` tells that no call follows in the tile.
+    void draw(const ScenePlan& plan, ShapeCall call, bool isLast);
     // Draws the leading calls of opaque polygons from front to back, so that hidden parts cost
     // little. Returns the number of these calls.
     std::size_t drawOpaque(const ScenePlan& plan, std::span<const ShapeCall> calls);

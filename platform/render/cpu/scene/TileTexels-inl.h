@@ -65,8 +65,9 @@ inline TexelPair pairAt(TexelV at, TexelV size, bool repeat) {
     const auto last = hnt::Sub(size, hnt::Set(d, 1.0F));
     const auto zero = hnt::Zero(d);
     if (repeat) at = hnt::Sub(at, hnt::Floor(at));
-    // Far outside, every place reads the rim.
-    at = hnt::Min(hnt::Max(at, hnt::Set(d, -1.0F)), hnt::Set(d, 2.0F));
+    // Far outside, every place reads the rim; a place that is no number does too.
+    const auto least = hnt::Set(d, -1.0F);
+    at = hnt::Min(hnt::IfThenElse(hnt::Gt(at, least), at, least), hnt::Set(d, 2.0F));
     const auto place = hnt::Sub(hnt::Mul(at, size), half);
     const auto base = hnt::Floor(place);
     auto first = base;
@@ -119,6 +120,13 @@ struct TexelSpots {
     TexelV right, lower;
 };
 
+// Whole numbers from 0 up to 2²³, without the care that a conversion takes of others.
+inline hnt::Vec<TexelI> wholeNumbers(TexelV values) {
+    const TexelI di;
+    const auto shifted = hnt::Add(values, hnt::Set(TexelF(), 8388608.0F));
+    return hnt::And(hnt::BitCast(di, shifted), hnt::Set(di, 0x7FFFFF));
+}
+
 // The spots of a place, on the given level of each side.
 inline TexelSpots spotsOf(const RipPicture& picture, TexelV u, TexelV v, hnt::Vec<TexelI> across,
                           hnt::Vec<TexelI> down, const TexelManner& manner) {
@@ -141,11 +149,18 @@ inline TexelSpots spotsOf(const RipPicture& picture, TexelV u, TexelV v, hnt::Ve
     }
     const TexelPair columns = pairAt(u, levelWidth, manner.repeatS);
     const TexelPair rows = pairAt(v, levelHeight, manner.repeatT);
-    const auto stride = hnt::Add(hnt::ConvertTo(di, levelWidth), hnt::Set(di, 1));
-    const auto column = hnt::Add(first, hnt::ConvertTo(di, columns.first));
-    return {hnt::Add(column, hnt::Mul(hnt::ConvertTo(di, rows.first), stride)),
-            hnt::Add(column, hnt::Mul(hnt::ConvertTo(di, rows.second), stride)), columns.share,
+    const auto stride = hnt::Add(wholeNumbers(levelWidth), hnt::Set(di, 1));
+    const auto column = hnt::Add(first, wholeNumbers(columns.first));
+    return {hnt::Add(column, hnt::Mul(wholeNumbers(rows.first), stride)),
+            hnt::Add(column, hnt::Mul(wholeNumbers(rows.second), stride)), columns.share,
             rows.share};
+}
+
+// The spots of a place in the whole picture.
+inline TexelSpots wholeSpots(const RipPicture& picture, TexelV u, TexelV v,
+                             const TexelManner& manner) {
+    const TexelI di;
+    return spotsOf(picture, u, v, hnt::Zero(di), hnt::Zero(di), manner);
 }
 
 // The shares of the four texels of a reading: above left and right, below left and right.
@@ -247,12 +262,15 @@ struct TexelSquares {
     }
 };
 
+// A pixel that is less wide takes one reading.
+inline constexpr float kOneReading = 2.0F;
+
 // The number of readings whose average is a pixel's: one where texels are as large as pixels,
 // two where they are somewhat smaller, and four where they are much smaller.
 struct TexelCount {
     hnt::Mask<TexelF> one, four;
     explicit TexelCount(TexelV wide)
-        : one(hnt::Lt(wide, hnt::Set(TexelF(), 2.0F))),
+        : one(hnt::Lt(wide, hnt::Set(TexelF(), kOneReading))),
           four(hnt::Ge(wide, hnt::Set(TexelF(), 12.0F))) {}
     [[nodiscard]] bool anyOne() const { return !hnt::AllFalse(TexelF(), one); }
     [[nodiscard]] bool anyTwo() const { return !hnt::AllTrue(TexelF(), hnt::Or(one, four)); }
@@ -317,12 +335,10 @@ inline constexpr int kMostReadings = 7;
 template <typename Place>
 TexelV placeReadings(const RipPicture& picture, const TexelPlaces& places,
                      const TexelManner& manner, const Place& place) {
-    const TexelI di;
     const TexelSquares squares(picture, places);
     const TexelV wide = squares.wide();
     const TexelCount count(wide);
-    if (count.anyOne())
-        place(spotsOf(picture, places.u, places.v, hnt::Zero(di), hnt::Zero(di), manner));
+    if (count.anyOne()) place(wholeSpots(picture, places.u, places.v, manner));
     if (count.anyTwo()) placeHalves(picture, places, squares, manner, place);
     if (count.anyFour()) placeQuarters(picture, places, squares, manner, place);
     return wide;

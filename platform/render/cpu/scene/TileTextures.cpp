@@ -29,10 +29,11 @@ struct PlaceRow {
     enum Plane : std::size_t { kDepth, kU, kV, kUAcross, kVAcross, kUDown, kVDown, kPlanes };
     alignas(64) std::array<std::array<float, kRowRoom>, kPlanes> plane;
     PixelSpan span;
+    bool hasSteps = true;  // the planes from kUAcross on hold
 
     void clear() {
-        for (auto& values : plane)
-            values.fill(0.0F);
+        for (std::size_t i = 0; i < (hasSteps ? kPlanes : kUAcross); ++i)
+            plane[i].fill(0.0F);
         span = {kTileWidth, 0};
     }
 
@@ -43,18 +44,15 @@ struct PlaceRow {
         return {at(kU, x),       at(kV, x),     at(kUAcross, x),
                 at(kVAcross, x), at(kUDown, x), at(kVDown, x)};
     }
-    void put(int x, hn::Mask<TileF> in, TileV depth, const TexelPlaces& places) {
-        const auto one = [&](Plane number, TileV value) {
-            float* const to = plane[number].data() + x;
-            hn::StoreU(hn::IfThenElse(in, value, hn::LoadU(TileF(), to)), TileF(), to);
-        };
-        one(kDepth, depth);
-        one(kU, places.u);
-        one(kV, places.v);
-        one(kUAcross, places.uAcross);
-        one(kVAcross, places.vAcross);
-        one(kUDown, places.uDown);
-        one(kVDown, places.vDown);
+    void put(Plane number, int x, hn::Mask<TileF> in, TileV value) {
+        float* const to = plane[number].data() + x;
+        hn::StoreU(hn::IfThenElse(in, value, hn::LoadU(TileF(), to)), TileF(), to);
+    }
+    void putSteps(int x, hn::Mask<TileF> in, const TexelPlaces& places) {
+        put(kUAcross, x, in, places.uAcross);
+        put(kVAcross, x, in, places.vAcross);
+        put(kUDown, x, in, places.uDown);
+        put(kVDown, x, in, places.vDown);
     }
 };
 
@@ -65,6 +63,13 @@ class TexturedFace {
         : outline_(polygon, tile), near_(polygon.near, tile), picture_(polygon, near_, tile) {}
 
     [[nodiscard]] PixelSpan rows() const { return outline_.rows(); }
+
+    // Whether some pixel may take more than one reading of the picture.
+    [[nodiscard]] bool hasSmallTexels(const RipPicture& picture) const {
+        const glm::vec2 size(picture.width, picture.height);
+        // Nearly as wide is as wide: the pixel's own numbers are rounded.
+        return picture_.widest(outline_.columns(), outline_.rows(), size) > 0.98F * kOneReading;
+    }
 
     void placeRow(int row, SceneTile& tile, PlaceRow& to) const {
         if (row < outline_.rows().first || row >= outline_.rows().end) return;
@@ -89,7 +94,10 @@ class TexturedFace {
             in = hn::And(in, hn::Ge(outline_.edge(i).at(column, down), hn::Zero(d)));
         if (hn::AllFalse(d, in)) return;
         const auto depth = hn::Div(hn::Set(d, 1.0F), hn::Max(near, hn::Set(d, 1e-7F)));
-        to.put(x, in, depth, picture_.at(column, down, depth));
+        to.put(PlaceRow::kDepth, x, in, depth);
+        to.put(PlaceRow::kU, x, in, picture_.u(column, down, depth));
+        to.put(PlaceRow::kV, x, in, picture_.v(column, down, depth));
+        if (to.hasSteps) to.putSteps(x, in, picture_.at(column, down, depth));
         hn::StoreU(hn::IfThenElse(in, near, before), d, nearest);
     }
 
@@ -176,6 +184,11 @@ class TextureWork {
         hn::StoreU(fog, d, fogs_.data() + at);
         isHidden_[at] = fog_.hides(hn::IfThenElse(none, hn::Set(d, 1.0F), fog));
         if (isHidden_[at]) return;
+        if (!places.hasSteps) {
+            readings_.place(wholeSpots(*surface_.picture, places.at(PlaceRow::kU, x),
+                                       places.at(PlaceRow::kV, x), manner_));
+            return;
+        }
         const auto wide = placeReadings(*surface_.picture, places.placesAt(x), manner_,
                                         [&](const TexelSpots& spots) { readings_.place(spots); });
         hn::StoreU(wide, d, wide_.data() + at);
@@ -194,8 +207,9 @@ class TextureWork {
                 put(hn::Zero(d), k);
             return;
         }
-        const TexelLight texel =
-            averaged(hn::LoadU(d, wide_.data() + at), [&] { return readings_.next(); });
+        const TexelLight texel = places.hasSteps ? averaged(hn::LoadU(d, wide_.data() + at),
+                                                            [&] { return readings_.next(); })
+                                                 : readings_.next();
         const TileV colours[3] = {texel.r, texel.g, texel.b};
         const auto fog = hn::LoadU(d, fogs_.data() + at);
         for (int k = 0; k < 3; ++k)
@@ -218,12 +232,14 @@ void drawTextured(std::span<const ScreenPolygon* const> polygons, const Surface&
                   const PolygonFrame& frame, SceneTile& tile) {
     std::array<std::optional<TexturedFace>, kMostTextured> faces;
     PixelSpan rows{kTileHeight, 0};
+    PlaceRow places;
+    places.hasSteps = false;
     for (std::size_t i = 0; i < polygons.size(); ++i) {
         const TexturedFace& face = faces[i].emplace(*polygons[i], tile);
         rows = {std::min(rows.first, face.rows().first), std::max(rows.end, face.rows().end)};
+        places.hasSteps = places.hasSteps || face.hasSmallTexels(*surface.picture);
     }
     TextureWork work(surface, frame, tile);
-    PlaceRow places;
     for (int row = rows.first; row < rows.end; ++row) {
         places.clear();
         for (std::size_t i = 0; i < polygons.size(); ++i)

@@ -31,6 +31,11 @@ inline TileV columnsFrom(int first) {
     return hnv::Add(hnv::Load(d, kNumbers.data()), hnv::Set(d, static_cast<float>(first)));
 }
 
+// The middles of those columns' pixels.
+inline TileV pixelsFrom(int first) {
+    return hnv::Add(columnsFrom(first), hnv::Set(TileF(), 0.5F));
+}
+
 // A plane from a tile's upper left pixel on.
 struct Flat {
     float a = 0.0F, b = 0.0F, c = 0.0F;
