@@ -2,6 +2,7 @@
 // Whole pictures of small scenes: shapes and where they are.
 #include <cmath>
 
+#include "platform/render/QualityLadder.h"
 #include "platform/scene/Shading.h"
 #include "tests/platform/render/gl/ScenePictures.h"
 #include "tests/support/Pictures.h"
@@ -163,6 +164,14 @@ std::vector<double> lightOfCells(const QImage& image) {
     return cells;
 }
 
+// The light that moved between cells, as a share of the best picture's.
+double movedLight(const std::vector<double>& from, const std::vector<double>& to, double whole) {
+    double moved = 0.0;
+    for (std::size_t i = 0; i < from.size(); ++i)
+        moved += std::abs(from[i] - to[i]);
+    return moved / whole;
+}
+
 TEST_F(SceneShapesTest, AllRungsShowTheSamePicture) {
     for (const char* name : {"cube", "tunnel", "blocks"}) {
         const auto scene = makeStandIn(QString::fromLatin1(name), 3);
@@ -170,24 +179,20 @@ TEST_F(SceneShapesTest, AllRungsShowTheSamePicture) {
         DrawList list;
         extract(*scene, 1.5, list);
         const QSizeF size(360, 240);
-        const QImage best = snapshot_->picture(list, size, 1.0, {});
-        const QImage low = snapshot_->picture(
-            list, size, 1.0,
-            {.samples = 1, .resolution = 0.5, .fineBloom = false, .anisotropy = 1});
-        EXPECT_NEAR(lightOf(low) / lightOf(best), 1.0, 0.1) << name;
-        // The light is where it was. A tenth of the light may differ as such, and half the
-        // pixels a side move some of it to the next cell.
-        const auto cells = lightOfCells(best), lowCells = lightOfCells(low);
-        double moved = 0.0;
-        for (std::size_t i = 0; i < cells.size(); ++i)
-            moved += std::abs(cells[i] - lowCells[i]);
-        EXPECT_LT(moved / lightOf(best), 0.15) << name;
-        // The same picture mirrored is another one to this measure.
-        const auto mirrored = lightOfCells(low.mirrored(true, false));
-        double turned = 0.0;
-        for (std::size_t i = 0; i < cells.size(); ++i)
-            turned += std::abs(cells[i] - mirrored[i]);
-        EXPECT_GT(turned / lightOf(best), 0.2) << name;
+        const QImage best = snapshot_->picture(list, size, 1.0, kQualityRungs[0]);
+        const auto cells = lightOfCells(best);
+        for (const SceneQuality& rung : kQualityRungs) {
+            const QImage lower = snapshot_->picture(list, size, 1.0, rung);
+            EXPECT_NEAR(lightOf(lower) / lightOf(best), 1.0, 0.1) << name << rung.resolution;
+            // The light is where it was. A tenth of the light may differ as such, and half the
+            // pixels a side move some of it to the next cell.
+            EXPECT_LT(movedLight(cells, lightOfCells(lower), lightOf(best)), 0.15)
+                << name << rung.resolution;
+            // The same picture mirrored is another one to this measure.
+            EXPECT_GT(movedLight(cells, lightOfCells(lower.mirrored(true, false)), lightOf(best)),
+                      0.2)
+                << name << rung.resolution;
+        }
     }
 }
 
