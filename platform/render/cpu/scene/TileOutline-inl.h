@@ -139,6 +139,7 @@ class TileFog {
 // A polygon's place in its surface's picture.
 class TilePicturePlane {
   public:
+    TilePicturePlane() = default;
     TilePicturePlane(const ScreenPolygon& polygon, const Flat& near, const SceneTile& tile)
         : near_(near),
           u_(polygon.attribute[ScreenPolygon::kPicture], tile),

@@ -36,12 +36,21 @@ class PolygonWork {
           tile_(tile),
           near_(polygon.near, tile),
           outline_(polygon, tile),
-          fog_(frame, surface, tile),
-          picture_(polygon, near_, tile) {
-        for (std::size_t i = 0; i < attribute_.size(); ++i)
-            attribute_[i] = Flat(polygon.attribute[i], tile);
-        for (std::size_t i = 0; i < ray_.size(); ++i)
+          fog_(frame, surface, tile) {
+        if (surface.picture) picture_ = TilePicturePlane(polygon, near_, tile);
+        if (surface.mirrored) height_ = Flat(polygon.attribute[ScreenPolygon::kHeight], tile);
+        for (std::size_t i = 0; surface.lambert && i < 3; ++i) {
+            if (!polygon.flat)
+                normal_[i] = Flat(polygon.attribute[ScreenPolygon::kNormal + i], tile);
             ray_[i] = Flat(frame.ray[i], tile);
+        }
+        for (std::size_t s = 0; s < kSamples; ++s) {
+            const auto [x, y] = kSamplePlaces[s];
+            nearShift_[s] = near_.a * x + near_.b * y;
+            for (int i = 0; i < outline_.edges(); ++i)
+                edgeShift_[static_cast<std::size_t>(i)][s] =
+                    outline_.edge(i).a * x + outline_.edge(i).b * y;
+        }
     }
 
     void draw() {
@@ -94,52 +103,69 @@ class PolygonWork {
         if (surface_.hiding.writes) hn::BlendedStore(near, in, d, tile_.near + at);
     }
 
-    // The least distance of a sample from the edges, inside positive.
-    TileV inside(const TileV* edges, float x, float y) const {
-        const TileF d;
-        if (outline_.edges() == 0) return hn::Set(d, 1.0F);
-        const auto moved = [&](int i) {
-            const Flat& edge = outline_.edge(i);
-            return hn::Add(edges[i], hn::Set(d, edge.a * x + edge.b * y));
-        };
-        auto least = moved(0);
-        for (int i = 1; i < outline_.edges(); ++i)
-            least = hn::Min(least, moved(i));
-        return least;
-    }
+    // The edges that cut some pixels: the signed distances of the pixels' middles, and what a
+    // sample adds to each.
+    struct Cuts {
+        TileV distance[ScreenPolygon::kMaxEdges];
+        const float* shift[ScreenPolygon::kMaxEdges];
+        int count = 0;
+        bool none = false;  // an edge leaves nothing of the pixels
 
-    void edgesAt(TileV column, float down, TileV* edges) const {
-        for (int i = 0; i < outline_.edges(); ++i)
-            edges[i] = outline_.edge(i).at(column, down);
+        [[nodiscard]] Mask middles() const {
+            const TileF d;
+            auto in = hn::Ge(hn::Zero(d), hn::Zero(d));
+            for (int i = 0; i < count; ++i)
+                in = hn::And(in, hn::Ge(distance[i], hn::Zero(d)));
+            return in;
+        }
+        // Only where there are cuts.
+        [[nodiscard]] Mask sample(std::size_t s) const {
+            const TileF d;
+            auto least = hn::Add(distance[0], hn::Set(d, shift[0][s]));
+            for (int i = 1; i < count; ++i)
+                least = hn::Min(least, hn::Add(distance[i], hn::Set(d, shift[i][s])));
+            return hn::Ge(least, hn::Zero(d));
+        }
+    };
+
+    [[nodiscard]] Cuts cutsAt(TileV column, float down) const {
+        const TileF d;
+        const auto reach = hn::Set(d, kFurthestSample);
+        Cuts cuts;
+        for (int i = 0; i < outline_.edges(); ++i) {
+            const auto distance = outline_.edge(i).at(column, down);
+            if (hn::AllTrue(d, hn::Ge(distance, reach))) continue;
+            cuts.none = cuts.none || hn::AllTrue(d, hn::Lt(distance, hn::Neg(reach)));
+            cuts.distance[cuts.count] = distance;
+            cuts.shift[cuts.count++] = edgeShift_[static_cast<std::size_t>(i)].data();
+        }
+        return cuts;
     }
 
     void drawSamples(TileV column, float down, TileV near, Mask ahead, std::ptrdiff_t at) {
         const TileF d;
-        TileV edges[ScreenPolygon::kMaxEdges];
-        edgesAt(column, down, edges);
+        const Cuts cuts = cutsAt(column, down);
+        if (cuts.none) return;
         const auto zero = hn::Zero(d);
         auto any = hn::Gt(zero, zero);
         TileV nearest[kSamples];
-        std::size_t s = 0;
-        const auto middle = inside(edges, 0.0F, 0.0F);
-        const bool whole =
-            !surface_.outlined || hn::AllTrue(d, hn::Ge(middle, hn::Set(d, kFurthestSample)));
-        for (const auto& [sx, sy] : kSamplePlaces) {
-            const auto there = hn::Add(near, hn::Set(d, near_.a * sx + near_.b * sy));
-            auto in = hn::Ge(whole ? middle : inside(edges, sx, sy), zero);
-            in = hn::And(in, ahead);
+        const bool whole = !surface_.outlined || cuts.count == 0;
+        const auto middles = hn::And(ahead, cuts.middles());
+        for (std::size_t s = 0; s < kSamples; ++s) {
+            const auto there = hn::Add(near, hn::Set(d, nearShift_[s]));
+            auto in = whole ? middles : hn::And(ahead, cuts.sample(s));
             if (surface_.hiding.reads)
                 in = hn::And(in, hn::Ge(there, hn::LoadU(d, tile_.sampleNear[s] + at)));
             any = hn::Or(any, in);
             // A sample outside the polygon has no nearness.
-            nearest[s++] = hn::IfThenElse(in, there, hn::Set(d, -1.0F));
+            nearest[s] = hn::IfThenElse(in, there, hn::Set(d, -1.0F));
         }
         if (hn::AllFalse(d, any)) return;
         const auto safe = hn::Max(near, hn::Set(d, 1e-7F));
         TileV alpha = hn::Set(d, 1.0F);
         Mask kept = ahead;
         const Rgb light = shade(column, down, safe, alpha, kept);
-        for (s = 0; s < kSamples; ++s) {
+        for (std::size_t s = 0; s < kSamples; ++s) {
             const auto in = hn::And(kept, hn::Ge(nearest[s], zero));
             const auto put = [&](TileV value, float* plane) {
                 hn::StoreU(hn::IfThenElse(in, value, hn::LoadU(d, plane + at)), d, plane + at);
@@ -154,25 +180,23 @@ class PolygonWork {
     // The visible share of the polygon in each pixel.
     TileV covered(TileV column, float down, TileV near, Mask ahead, std::ptrdiff_t at) const {
         const TileF d;
-        TileV edges[ScreenPolygon::kMaxEdges];
-        edgesAt(column, down, edges);
+        const Cuts cuts = cutsAt(column, down);
         const auto zero = hn::Zero(d);
+        if (cuts.none) return zero;
         const bool bySample = tile_.sampledNear && surface_.hiding.reads && !tile_.hidesNothing;
+        const bool whole = !surface_.outlined || cuts.count == 0;
+        const auto middles = cuts.middles();
         auto sum = zero;
-        if ((!surface_.outlined || outline_.edges() == 0) && !bySample) {
-            sum = hn::IfThenElseZero(hn::Ge(inside(edges, 0.0F, 0.0F), zero), hn::Set(d, 1.0F));
+        if (whole && !bySample) {
+            sum = hn::IfThenElseZero(middles, hn::Set(d, 1.0F));
         } else {
-            const auto part = hn::Set(d, 1.0F / kSamples);
-            std::size_t s = 0;
-            for (const auto& [sx, sy] : kSamplePlaces) {
-                auto in = surface_.outlined ? hn::Ge(inside(edges, sx, sy), zero)
-                                            : hn::Ge(inside(edges, 0.0F, 0.0F), zero);
+            for (std::size_t s = 0; s < kSamples; ++s) {
+                auto in = whole ? middles : cuts.sample(s);
                 if (bySample) {
-                    const auto there = hn::Add(near, hn::Set(d, near_.a * sx + near_.b * sy));
+                    const auto there = hn::Add(near, hn::Set(d, nearShift_[s]));
                     in = hn::And(in, hn::Ge(there, hn::LoadU(d, tile_.sampleNear[s] + at)));
                 }
-                sum = hn::Add(sum, hn::IfThenElseZero(in, part));
-                ++s;
+                sum = hn::Add(sum, hn::IfThenElseZero(in, hn::Set(d, 1.0F / kSamples)));
             }
         }
         if (!bySample && surface_.hiding.reads && !tile_.hidesNothing)
@@ -224,20 +248,28 @@ class PolygonWork {
         return light;
     }
 
+    // Of length 1, towards the side that is seen.
+    Rgb normalAt(TileV column, float down) const {
+        const TileF d;
+        if (polygon_.flat)
+            return {hn::Set(d, polygon_.normal.x), hn::Set(d, polygon_.normal.y),
+                    hn::Set(d, polygon_.normal.z)};
+        const auto x = normal_[0].at(column, down);
+        const auto y = normal_[1].at(column, down);
+        const auto z = normal_[2].at(column, down);
+        const auto size = hn::Sqrt(hn::Add(hn::Add(hn::Mul(x, x), hn::Mul(y, y)), hn::Mul(z, z)));
+        const auto unit =
+            hn::Div(hn::Set(d, polygon_.back ? -1.0F : 1.0F), hn::Max(size, hn::Set(d, 1e-20F)));
+        return {hn::Mul(x, unit), hn::Mul(y, unit), hn::Mul(z, unit)};
+    }
+
     Rgb lit(const Rgb& colour, TileV alpha, TileV column, float down, TileV depth) const {
         const TileF d;
         const Rgb ray{hn::Mul(ray_[0].at(column, down), depth),
                       hn::Mul(ray_[1].at(column, down), depth),
                       hn::Mul(ray_[2].at(column, down), depth)};
         const auto zero = hn::Zero(d);
-        constexpr std::size_t kNormal = ScreenPolygon::kNormal;
-        const auto nx = attribute_[kNormal].at(column, down);
-        const auto ny = attribute_[kNormal + 1].at(column, down);
-        const auto nz = attribute_[kNormal + 2].at(column, down);
-        const auto size =
-            hn::Sqrt(hn::Add(hn::Add(hn::Mul(nx, nx), hn::Mul(ny, ny)), hn::Mul(nz, nz)));
-        const auto unit =
-            hn::Div(hn::Set(d, polygon_.back ? -1.0F : 1.0F), hn::Max(size, hn::Set(d, 1e-20F)));
+        const Rgb normal = normalAt(column, down);
         Rgb sum{hn::Set(d, frame_.ambient.r), hn::Set(d, frame_.ambient.g),
                 hn::Set(d, frame_.ambient.b)};
         for (std::size_t i = 0; i < frame_.lights; ++i) {
@@ -248,9 +280,9 @@ class PolygonWork {
             const auto lz = hn::Sub(hn::Set(d, place.z), ray.b);
             const auto length =
                 hn::Sqrt(hn::Add(hn::Add(hn::Mul(lx, lx), hn::Mul(ly, ly)), hn::Mul(lz, lz)));
-            const auto dot = hn::Add(hn::Add(hn::Mul(lx, nx), hn::Mul(ly, ny)), hn::Mul(lz, nz));
-            const auto share =
-                hn::Max(hn::Div(hn::Mul(dot, unit), hn::Max(length, hn::Set(d, 1e-20F))), zero);
+            const auto dot = hn::Add(hn::Add(hn::Mul(lx, normal.r), hn::Mul(ly, normal.g)),
+                                     hn::Mul(lz, normal.b));
+            const auto share = hn::Max(hn::Div(dot, hn::Max(length, hn::Set(d, 1e-20F))), zero);
             const glm::vec3& lamp = frame_.lightColour[i];
             sum.r = hn::Add(sum.r, hn::Mul(share, hn::Set(d, lamp.r)));
             sum.g = hn::Add(sum.g, hn::Mul(share, hn::Set(d, lamp.g)));
@@ -264,7 +296,7 @@ class PolygonWork {
 
     Rgb reflected(const Rgb& light, TileV column, float down, TileV depth, Mask& kept) const {
         const TileF d;
-        const auto height = hn::Mul(attribute_[ScreenPolygon::kHeight].at(column, down), depth);
+        const auto height = hn::Mul(height_.at(column, down), depth);
         kept = hn::And(kept, hn::Ge(height, hn::Zero(d)));
         auto share = hn::Sub(hn::Set(d, 1.0F), hn::Mul(height, hn::Set(d, frame_.reflectionShare)));
         share = hn::Min(hn::Max(share, hn::Zero(d)), hn::Set(d, 1.0F));
@@ -280,8 +312,12 @@ class PolygonWork {
     TileOutline outline_;
     TileFog fog_;
     TilePicturePlane picture_;
-    std::array<Flat, ScreenPolygon::kAttributes> attribute_;
+    Flat height_;
+    std::array<Flat, 3> normal_;
     std::array<Flat, 3> ray_;
+    // What a sample adds to a pixel's nearness and to its distance from each edge.
+    std::array<float, kSamples> nearShift_;
+    std::array<std::array<float, kSamples>, ScreenPolygon::kMaxEdges> edgeShift_;
 };
 
 void drawPolygon(const ScreenPolygon& polygon, const Surface& surface, const PolygonFrame& frame,
