@@ -64,18 +64,23 @@ class TexturedFace {
         : outline_(polygon, tile), near_(polygon.near, tile), picture_(polygon, near_, tile) {}
 
     [[nodiscard]] PixelSpan rows() const { return outline_.rows(); }
+    [[nodiscard]] PixelSpan columns() const { return outline_.columns(); }
 
-    // Whether some pixel may take more than one reading of the picture.
-    [[nodiscard]] bool hasSmallTexels(const RipPicture& picture) const {
-        const glm::vec2 size(picture.width, picture.height);
-        // Nearly as wide is as wide: the pixel's own numbers are rounded.
-        return picture_.widest(outline_.columns(), outline_.rows(), size) > 0.98F * kOneReading;
+    // The row's pixels that the polygon may touch.
+    [[nodiscard]] PixelSpan columns(int row) const {
+        if (row < outline_.rows().first || row >= outline_.rows().end) return {};
+        return outline_.columns(row);
     }
 
-    void placeRow(int row, SceneTile& tile, PlaceRow& to) const {
-        if (row < outline_.rows().first || row >= outline_.rows().end) return;
-        const PixelSpan span = outline_.columns(row);
-        if (span.first >= span.end) return;
+    // Whether some pixel of a box may take more than one reading of the picture.
+    [[nodiscard]] bool hasSmallTexels(const RipPicture& picture, PixelSpan columns,
+                                      PixelSpan rows) const {
+        const glm::vec2 size(picture.width, picture.height);
+        // Nearly as wide is as wide: the pixel's own numbers are rounded.
+        return picture_.widest(columns, rows, size) > 0.98F * kOneReading;
+    }
+
+    void placeRow(int row, PixelSpan span, SceneTile& tile, PlaceRow& to) const {
         to.span = {std::min(to.span.first, span.first), std::max(to.span.end, span.end)};
         for (int x = span.first; x < span.end; x += static_cast<int>(hn::Lanes(TileF())))
             placeSome(x, row, tile, to);
@@ -252,27 +257,54 @@ class TextureWork {
     const TileFog fog_;
 };
 
+// Some polygons of a tile.
+class TexturedFaces {
+  public:
+    TexturedFaces(std::span<const ScreenPolygon* const> polygons, const RipPicture& picture,
+                  const SceneTile& tile)
+        : picture_(picture), count_(polygons.size()) {
+        for (std::size_t i = 0; i < count_; ++i) {
+            const TexturedFace& face = face_[i].emplace(*polygons[i], tile);
+            rows_ = {std::min(rows_.first, face.rows().first),
+                     std::max(rows_.end, face.rows().end)};
+            hasSmall_[i] = face.hasSmallTexels(picture, face.columns(), face.rows());
+        }
+    }
+
+    [[nodiscard]] PixelSpan rows() const { return rows_; }
+
+    void placeRow(int row, SceneTile& tile, PlaceRow& to) const {
+        std::array<PixelSpan, kMostTextured> spans;
+        to.hasSteps = false;
+        for (std::size_t i = 0; i < count_; ++i) {
+            spans[i] = face_[i]->columns(row);
+            if (spans[i].first >= spans[i].end || !hasSmall_[i] || to.hasSteps) continue;
+            to.hasSteps = face_[i]->hasSmallTexels(picture_, spans[i], {row, row});
+        }
+        to.clear();
+        for (std::size_t i = 0; i < count_; ++i)
+            if (spans[i].first < spans[i].end) face_[i]->placeRow(row, spans[i], tile, to);
+    }
+
+  private:
+    const RipPicture& picture_;
+    std::size_t count_;
+    PixelSpan rows_{kTileHeight, 0};
+    std::array<std::optional<TexturedFace>, kMostTextured> face_;
+    std::array<bool, kMostTextured> hasSmall_;  // texels, perhaps, somewhere in the tile
+};
+
 void drawTextured(std::span<const ScreenPolygon* const> polygons, const Surface& surface,
                   const PolygonFrame& frame, SceneTile& tile) {
-    std::array<std::optional<TexturedFace>, kMostTextured> faces;
-    PixelSpan rows{kTileHeight, 0};
-    bool hasSteps = false;
-    for (std::size_t i = 0; i < polygons.size(); ++i) {
-        const TexturedFace& face = faces[i].emplace(*polygons[i], tile);
-        rows = {std::min(rows.first, face.rows().first), std::max(rows.end, face.rows().end)};
-        hasSteps = hasSteps || face.hasSmallTexels(*surface.picture);
-    }
+    const TexturedFaces faces(polygons, *surface.picture, tile);
     const TextureWork work(surface, frame, tile);
+    const PixelSpan rows = faces.rows();
     // While a row's texels come, the next row is begun.
     std::array<TextureRow, 2> both;
-    for (TextureRow& row : both)
-        row.places.hasSteps = hasSteps;
     for (int i = rows.first; i < rows.end; ++i) {
         TextureRow& row = both[static_cast<std::size_t>(i) % 2];
         row.row = i;
-        row.places.clear();
-        for (std::size_t k = 0; k < polygons.size(); ++k)
-            faces[k]->placeRow(i, tile, row.places);
+        faces.placeRow(i, tile, row.places);
         work.begin(row);
         if (i > rows.first) work.finish(both[static_cast<std::size_t>(i - 1) % 2]);
     }
