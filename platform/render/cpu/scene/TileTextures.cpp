@@ -128,12 +128,14 @@ class ReadingRow {
 
     // Asks for the texels, which are seldom in the nearest cache.
     void announce(const std::uint32_t* texels) const {
-        for (std::size_t i = 0; i < count_; ++i)
+        const std::size_t count = count_;
+        for (std::size_t i = 0; i < count; ++i)
             hwy::Prefetch(texels + above_[i]);
     }
 
     void fetch(const std::uint32_t* texels) {
-        for (std::size_t i = 0; i < count_; ++i) {
+        const std::size_t count = count_;
+        for (std::size_t i = 0; i < count; ++i) {
             std::memcpy(aboveWords_.data() + 2 * i, texels + above_[i], 8);
             std::memcpy(belowWords_.data() + 2 * i, texels + below_[i], 8);
         }
