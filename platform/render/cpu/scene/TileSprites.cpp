@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "platform/render/cpu/scene/TileSprites.cpp"
@@ -10,6 +11,7 @@
 // After foreach_target.
 #include <hwy/highway.h>
 
+#include "platform/render/cpu/scene/TileInk-inl.h"
 #include "platform/render/cpu/scene/TileVision-inl.h"
 
 #ifndef PLATFORM_TILE_SPRITES_ONCE
@@ -180,20 +182,19 @@ TileV weighed(const float* rows, std::ptrdiff_t runStride, const SpriteDesk& des
     return sum;
 }
 
+// `ink` is the sprite's only colour, if there is one.
 void putRow(const ScreenSprite& sprite, SceneTile& tile, const SpriteDesk& desk,
-            const Columns& columns, int row) {
+            const Columns& columns, const TileInk* ink, int row) {
     const TileF d;
     const SpritePicture& picture = *sprite.picture;
     const auto runStride = static_cast<std::ptrdiff_t>(picture.channels) * kTileStride;
     const int lanes = static_cast<int>(hn::Lanes(d));
-    const glm::vec4 colour = picture.colour * sprite.tint;
-    const Ink ink{glm::vec3(colour), sprite.additive ? 0.0F : colour.a};
     for (int x = 0; x < columns.count; x += lanes) {
         const std::ptrdiff_t at = SceneTile::at(columns.first + x, row);
         if (picture.hasOneColour) {
             const auto covered = weighed(desk.row.data(), runStride, desk, x);
             if (hn::AllTrue(d, hn::Le(covered, hn::Zero(d)))) continue;
-            putInk(tile, at, ink, seen(sprite, tile, at, covered));
+            blendInk(d, tile, at, *ink, seen(sprite, tile, at, covered));
             if (sprite.hiding.writes) putNear(tile, at, hn::Set(d, sprite.near), covered);
             continue;
         }
@@ -220,6 +221,13 @@ void drawSprite(const ScreenSprite& sprite, SceneTile& tile, SpriteDesk& desk) {
     if (across.count <= 0 || down.count <= 0) return;
     const bool mixes = mixesRows(sprite);
     const std::size_t rowFloats = rowFloatsOf(picture);
+    std::optional<TileInk> ink;
+    if (picture.hasOneColour) {
+        const glm::vec4 colour = picture.colour * sprite.tint;
+        ink = inkFor({glm::vec3(colour), sprite.additive ? 0.0F : colour.a}, tile);
+    } else {
+        useColours(tile, kAllColours);
+    }
     desk.madeRuns.assign(static_cast<std::size_t>(picture.runs), 0);
     const double otherEdge = across.edge + across.step * across.count;
     const auto node = [&](double at) {
@@ -247,7 +255,7 @@ void drawSprite(const ScreenSprite& sprite, SceneTile& tile, SpriteDesk& desk) {
                     across.edge, across.step, across.count,
                     desk.row.data() + run * rowFloats + k * kTileStride);
         }
-        putRow(sprite, tile, desk, across, down.first + row);
+        putRow(sprite, tile, desk, across, ink ? &*ink : nullptr, down.first + row);
     }
 }
 

@@ -106,7 +106,6 @@ inline TexelWords wordsAt(const std::uint32_t* texels, hnt::Vec<TexelI> places) 
 #else
 // Both come with one reading of 64 bits.
 inline TexelWords wordsAt(const std::uint32_t* texels, hnt::Vec<TexelI> places) {
-    const TexelI di;
     const TexelU du;
     const hnt::Repartition<std::int64_t, TexelI> wide;
     const hnt::Half<TexelI> half;
