@@ -32,7 +32,7 @@ Voorstelling::Voorstelling(const Opdracht& opdracht, const ModuleLader& module,
       server_(server),
       context_(context),
       // The sheet's process runs this same program.
-      instellingen_(QCoreApplication::applicationFilePath(), bus, InstellingenProces::Einde::Mee) {
+      instellingen_(QCoreApplication::applicationFilePath(), bus) {
     switch (opdracht.taak) {
         case Opdracht::Taak::Venster:
             toonVenster();

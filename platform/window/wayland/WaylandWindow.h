@@ -7,6 +7,7 @@
 
 #include "platform/window/NativeWindow.h"
 #include "platform/window/wayland/BufferRing.h"
+#include "platform/window/wayland/EglPlace.h"
 #include "platform/window/wayland/ShellSurface.h"
 
 namespace platform::wayland {
@@ -95,6 +96,7 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     void setResting(bool resting);
     void showPainted();
     void updateReadiness();
+    void updatePlace();
 
     WaylandSystem& system_;
     Connection& connection_;
@@ -113,10 +115,11 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     bool tellsPresentation_ = false;
     const std::shared_ptr<BufferRing> ring_;
     ShmBuffers buffers_;
+    const std::shared_ptr<EglPlace> place_;
     std::unique_ptr<ShellSurface> surface_;
     Proxy<wl_callback> again_;  // while a closed surface may be made again
     std::vector<QRect> damage_, boxes_;
-    QSocketNotifier painted_;
+    QSocketNotifier painted_, drawn_;
 };
 
 }  // namespace platform::wayland

@@ -2,9 +2,11 @@
 #include "platform/render/cpu/scene/TilePainter.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "platform/render/cpu/scene/TileFinish.h"
+#include "platform/render/cpu/scene/TileTextures.h"
 
 namespace platform {
 
@@ -59,7 +61,7 @@ void TilePainter::paint(const ScenePlan& plan, std::span<const ShapeCall> calls,
     while (!calls.empty()) {
         std::size_t drawn = drawOpaque(plan, calls);
         if (drawn == 0) drawn = drawStrokes(plan, calls);
-        if (drawn == 0) draw(plan, calls.front());
+        if (drawn == 0) draw(plan, calls.front(), calls.size() == 1);
         calls = calls.subspan(std::max<std::size_t>(drawn, 1));
     }
     resolveLight(tile_);
@@ -87,11 +89,13 @@ std::size_t TilePainter::drawOpaque(const ScenePlan& plan, std::span<const Shape
         std::sort(fronts_.begin(), fronts_.end(), [](const Front& a, const Front& b) {
             return a.near != b.near ? a.near > b.near : a.call.word < b.call.word;
         });
-    for (const Front& front : fronts_) {
+    for (std::size_t i = 0; i < fronts_.size(); ++i) {
         if (!tile_.hidesNothing && !tile_.sampledNear &&
-            front.most < static_cast<double>(leastNear(tile_)))
+            fronts_[i].most < static_cast<double>(leastNear(tile_)))
             continue;
-        drawPolygonCall(plan, front.call, top, end);
+        const std::size_t textured = drawTextures(plan, i);
+        if (textured == 0) drawPolygonCall(plan, fronts_[i].call, top, end);
+        i += std::max<std::size_t>(textured, 1) - 1;
     }
     return fronts_.size();
 }
@@ -107,6 +111,27 @@ std::size_t TilePainter::drawStrokes(const ScenePlan& plan, std::span<const Shap
                               &plan.lineKernel()};
     kind == ShapeKind::Dot ? drawDots(strokes, shapes, tile_) : drawLines(strokes, shapes, tile_);
     return strokes.size();
+}
+
+std::size_t TilePainter::drawTextures(const ScenePlan& plan, std::size_t first) {
+    if (tile_.sampledNear) return 0;
+    std::array<const ScreenPolygon*, kMostTextured> polygons{};
+    std::size_t count = 0;
+    const auto polygonAt = [&](std::size_t i) -> const ScreenPolygon& {
+        return plan.polygons()[fronts_[i].call.index()];
+    };
+    const std::uint32_t number = polygonAt(first).surface;
+    const Surface& surface = plan.surfaces()[number];
+    if (!isTextured(surface)) return 0;
+    while (count < kMostTextured && first + count < fronts_.size() &&
+           polygonAt(first + count).surface == number) {
+        polygons[count] = &polygonAt(first + count);
+        ++count;
+    }
+    useColours(tile_, kAllColours);
+    drawTextured(std::span(polygons).first(count), surface, plan.frame(), tile_);
+    tile_.hidesNothing = false;
+    return count;
 }
 
 void TilePainter::drawPolygonCall(const ScenePlan& plan, ShapeCall call, int top, int end) {
@@ -125,7 +150,7 @@ void TilePainter::drawPolygonCall(const ScenePlan& plan, ShapeCall call, int top
     if (surface.hiding.writes) tile_.hidesNothing = false;
 }
 
-void TilePainter::draw(const ScenePlan& plan, ShapeCall call) {
+void TilePainter::draw(const ScenePlan& plan, ShapeCall call, bool isLast) {
     if (call.kind() == ShapeKind::Polygon) return drawPolygonCall(plan, call, 0, tile_.height);
     resolveLight(tile_);
     bool writes = false;
@@ -146,7 +171,7 @@ void TilePainter::draw(const ScenePlan& plan, ShapeCall call) {
         case ShapeKind::Floor: {
             const ScreenFloor& floor = plan.floors()[call.index()];
             useColours(tile_, kAllColours);
-            drawFloor(floor, plan.lens(), tile_);
+            drawFloor(floor, plan.lens(), tile_, isLast);
             writes = floor.hiding.writes && !floor.blackens;
             break;
         }
