@@ -112,7 +112,7 @@ TEST_F(OutputFile, WhenTheDiskTakesNoMoreTheOldFileStaysAndNothingIsLeft) {
 TEST_F(OutputFile, ADeviceIsWrittenToAndNotReplaced) {
     const std::string full = path + "-full", null = path + "-null";
     if (mknod(full.c_str(), S_IFCHR | 0666, makedev(1, 7)) != 0 ||
-        mknod(null.c_str(), S_IFCHR | 0666, makedev(1, 3)) != 0 || access(null.c_str(), W_OK) != 0)
+        mknod(null.c_str(), S_IFCHR | 0666, makedev(1, 3)) != 0 || !std::ofstream(null).is_open())
         GTEST_SKIP() << "only root makes devices";
     EXPECT_EQ(replaceFile(full, "x"), ENOSPC);
     EXPECT_EQ(replaceFile(null, "x"), 0);
