@@ -268,6 +268,7 @@ void World::commit(SurfaceState& surface) {
                 .bufferScale = surface.bufferScale,
                 .transform = surface.transform,
                 .destination = surface.destination};
+    if (done.frameCallback) ++pictures;
     if (pending.attached) {
         surface.pending.buffer = pending.buffer;
         const bool isShell = surface.layerSurface || surface.xdgSurface;
