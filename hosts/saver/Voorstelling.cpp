@@ -91,6 +91,7 @@ void Voorstelling::neemKeuze(const QString& keuze) {
     // The pick holds for this run where the store cannot be written.
     if (ruweWaarde(SaverInstellingen::keuze()) != keuze)
         platform::Preferences::setArgument(sleutel, keuze);
+    if (opdracht_.taak == Opdracht::Taak::Venster) doeken_.front().venster->setTitle(titel());
 }
 
 void Voorstelling::bladIsOpen(bool open) {

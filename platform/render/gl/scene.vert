@@ -16,7 +16,7 @@ uniform vec3 cameraPosition;
 uniform mat4 contentsTransform;
 uniform vec2 halfViewport;  // pixels
 uniform float thickness;    // pixels, of lines
-uniform vec3 dots;          // pixels per point, the picture's height, a shown pixel's size
+uniform vec3 dots;          // pixels per point, the height that a share is of, a shown pixel's size
 uniform float zNear;
 uniform vec3 middle;  // of a FADING mesh
 uniform vec4 floorPlane;  // world; the normal, and minus the distance

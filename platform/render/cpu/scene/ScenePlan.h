@@ -113,6 +113,7 @@ class ScenePlan {
     const DrawList* list_ = nullptr;
     QSize size_;
     double scale_ = 1.0;
+    float heightShare_ = 1.0F;
     float zNear_ = 0.05F;
     float zFar_ = 100.0F;
     glm::vec4 floorPlane_{0.0F};

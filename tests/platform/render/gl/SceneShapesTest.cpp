@@ -108,7 +108,8 @@ TEST_F(SceneShapesTest, APointIsNeverThinnerThanAPixel) {
     EXPECT_NEAR(light, 1.0, 0.35);
 }
 
-TEST_F(SceneShapesTest, APointIsNoLargerThanItsShareOfTheHeight) {
+// The camera's own angle would show three quarters of the height that the square picture shows.
+TEST_F(SceneShapesTest, APointIsNoLargerThanItsShareOfTheHeightAtTheCamerasOwnAngle) {
     for (const int height : {64, 160}) {
         Stage stage;
         stage.add(makeGeometry({.primitive = Primitive::Points,
@@ -118,7 +119,7 @@ TEST_F(SceneShapesTest, APointIsNoLargerThanItsShareOfTheHeight) {
                                 .pointHeightShare = 0.0625},
                                constant(QColor(0, 188, 0))),
                   {});
-        const double across = std::min(8.0, 0.0625 * height);
+        const double across = std::min(8.0, 0.75 * 0.0625 * height);
         const double area = 0.25 * kPi * across * across;
         EXPECT_NEAR(lightOf(picture(stage, {height, height})) / srgbDecode(188 / 255.0), area,
                     0.08 * area);
