@@ -374,7 +374,7 @@ TEST(PaneelGeluid, TheLevelAndTheBeatAreThoseOfWhatIsPlayed) {
     Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval},
                   {.server = geluid.adres()});
     bureau.zetKeuzes({.muziek = true});
-    PaneelVenster paneel({.bureau = bureau, .server = server, .toeval = toeval, .bus = {}});
+    PaneelVenster paneel({.bureau = bureau, .server = server, .toeval = toeval});
     paneel.toon();
     ASSERT_TRUE(until([&] { return bureau.muziek().luistert(); }));
     ASSERT_TRUE(until([&] { return bureau.muziek().stand().has_value(); }));

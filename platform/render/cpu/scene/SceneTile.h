@@ -16,8 +16,11 @@ inline constexpr int kTileMargin = 16;
 inline constexpr int kTileStride = kTileWidth + 2 * kTileMargin;
 inline constexpr int kTilePlane = kTileStride * kTileHeight;
 inline constexpr int kSamples = 8;
-// A bit for each of red, green and blue.
-inline constexpr unsigned kAllColours = 7;
+// Sets of colours.
+inline constexpr unsigned kRed = 1;
+inline constexpr unsigned kGreen = 2;
+inline constexpr unsigned kBlue = 4;
+inline constexpr unsigned kAllColours = kRed | kGreen | kBlue;
 
 // Where the samples of a pixel lie, in pixels from its middle.
 inline constexpr std::array<std::array<float, 2>, kSamples> kSamplePlaces{{{0.0625F, -0.1875F},

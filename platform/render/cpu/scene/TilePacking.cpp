@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "platform/render/cpu/scene/TileFinish.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "platform/render/cpu/scene/TilePacking.cpp"
 #include <hwy/foreach_target.h>
@@ -39,12 +41,30 @@ using Packed = hn::Rebind<std::uint16_t, F>;
 // The bright light of a row of cells, column by column.
 using ColumnSums = std::array<std::array<float, kTileWidth + kTileMargin>, 3>;
 
-// Packs some rows of a tile, and sums their bright light.
+struct Light {
+    hn::Vec<F> r, g, b;
+};
+
+HWY_INLINE Light noLight() {
+    const F d;
+    return {hn::Zero(d), hn::Zero(d), hn::Zero(d)};
+}
+
+HWY_INLINE hn::Vec<F> mostOf(const Light& light) {
+    return hn::Max(light.r, hn::Max(light.g, light.b));
+}
+
+HWY_INLINE bool isNone(hn::Vec<F> most) {
+    return hn::AllTrue(F(), hn::Le(most, hn::Zero(F())));
+}
+
+// Packs some rows of a tile, and sums their bright light. Without kWithRed there is no red light.
+template <bool kWithRed>
 class PackRows {
   public:
     PackRows(const SceneTile& tile, const BrightCells* bright,
              const std::array<std::uint16_t*, 3>& to)
-        : tile_(tile), bright_(bright), to_(to) {}
+        : tile_(tile), bright_(bright), to_(to), threshold_(bright ? bright->threshold : 0.0F) {}
 
     void pack(int top, int end) {
         brightColours_ = 0;
@@ -54,90 +74,96 @@ class PackRows {
     // The colours with bright light in the last rows packed.
     [[nodiscard]] unsigned brightColours() const { return brightColours_; }
     [[nodiscard]] const ColumnSums& sums() const { return sums_; }
-    [[nodiscard]] unsigned lit() const {
-        unsigned lit = 0;
-        for (std::size_t k = 0; k < 3; ++k)
-            if (!hn::AllTrue(I(), hn::Eq(any_[k], hn::Zero(I())))) lit |= 1U << k;
-        return lit;
-    }
+    [[nodiscard]] unsigned lit() const { return coloursIn(lit_); }
 
   private:
-    void packColumns(int x, int top, int end) {
-        const F d;
-        hn::Vec<F> sum[3] = {hn::Zero(d), hn::Zero(d), hn::Zero(d)};
-        bool isBright = false;
-        for (int row = top; row < end; ++row)
-            isBright |= packSome(x, row, sum);
-        if (!bright_) return;
-        for (std::size_t k = 0; k < 3; ++k)
-            hn::StoreU(sum[k], d, sums_[k].data() + x);
-        if (!isBright) return;
-        for (std::size_t k = 0; k < 3; ++k)
-            if (!hn::AllTrue(d, hn::Le(sum[k], hn::Zero(d)))) brightColours_ |= 1U << k;
+    static unsigned coloursIn(const Light& light) {
+        return (isNone(light.r) ? 0U : 1U) | (isNone(light.g) ? 0U : 2U) |
+               (isNone(light.b) ? 0U : 4U);
     }
 
-    // Returns whether bright light was added to the sums.
-    bool packSome(int x, int row, hn::Vec<F> (&sum)[3]) {
+    void packColumns(int x, int top, int end) {
         const F d;
-        const Packed dp;
+        Light sum = noLight();
+        Light lit = noLight();
+        for (int row = top; row < end; ++row)
+            packSome(x, row, sum, lit);
+        lit_ = {hn::Max(lit_.r, lit.r), hn::Max(lit_.g, lit.g), hn::Max(lit_.b, lit.b)};
+        if (!bright_) return;
+        if constexpr (kWithRed) hn::StoreU(sum.r, d, sums_[0].data() + x);
+        hn::StoreU(sum.g, d, sums_[1].data() + x);
+        hn::StoreU(sum.b, d, sums_[2].data() + x);
+        if (!isNone(mostOf(sum))) brightColours_ |= coloursIn(sum);
+    }
+
+    HWY_INLINE void packSome(int x, int row, Light& sum, Light& lit) const {
         const std::ptrdiff_t from = SceneTile::at(x, row);
         const std::ptrdiff_t at = static_cast<std::ptrdiff_t>(row) * kTileWidth + x;
-        hn::Vec<F> light[3];
-        auto most = hn::Zero(d);
-        for (std::size_t k = 0; k < 3; ++k) {
-            light[k] = hn::Zero(d);
-            if (!holds(tile_.colours, k)) continue;
-            light[k] = shown(x, hn::LoadU(d, tile_.light[k] + from));
-            most = hn::Max(most, light[k]);
+        Light light = noLight();
+        if constexpr (kWithRed) light.r = lightAt(0, x, from);
+        light.g = lightAt(1, x, from);
+        light.b = lightAt(2, x, from);
+        const auto most = mostOf(light);
+        if (isNone(most)) {
+            for (std::size_t k = kWithRed ? 0 : 1; k < 3; ++k)
+                hn::StoreU(hn::Zero(Packed()), Packed(), to_[k] + at);
+            return;
         }
-        if (hn::AllTrue(d, hn::Le(most, hn::Zero(d)))) {
-            for (std::size_t k = 0; k < 3; ++k)
-                if (holds(tile_.colours, k)) hn::StoreU(hn::Zero(dp), dp, to_[k] + at);
-            return false;
-        }
-        for (std::size_t k = 0; k < 3; ++k) {
-            if (!holds(tile_.colours, k)) continue;
-            const auto share = hn::Min(hn::Max(light[k], hn::Zero(d)), hn::Set(d, 1.0F));
-            const auto steps = hn::ConvertTo(
-                I(), hn::Add(hn::Mul(share, hn::Set(d, kMostPacked)), hn::Set(d, 0.5F)));
-            any_[k] = hn::Or(any_[k], steps);
-            hn::StoreU(hn::DemoteTo(dp, steps), dp, to_[k] + at);
-        }
-        return bright_ && addBright(light, most, from, sum);
+        if constexpr (kWithRed) lit.r = hn::Max(lit.r, packed(light.r, to_[0] + at));
+        lit.g = hn::Max(lit.g, packed(light.g, to_[1] + at));
+        lit.b = hn::Max(lit.b, packed(light.b, to_[2] + at));
+        if (bright_) addBright(light, most, from, sum);
+    }
+
+    // Packs some light, and returns how much there is to see.
+    static HWY_INLINE hn::Vec<F> packed(hn::Vec<F> light, std::uint16_t* to) {
+        const F d;
+        const auto share = hn::Min(hn::Max(light, hn::Zero(d)), hn::Set(d, 1.0F));
+        const auto steps =
+            hn::ConvertTo(I(), hn::Add(hn::Mul(share, hn::Set(d, kMostPacked)), hn::Set(d, 0.5F)));
+        hn::StoreU(hn::DemoteTo(Packed(), steps), Packed(), to);
+        return share;
     }
 
     // Adds what is above the threshold, or what a dot or a line has above it.
-    bool addBright(const hn::Vec<F> (&light)[3], hn::Vec<F> most, std::ptrdiff_t from,
-                   hn::Vec<F> (&sum)[3]) const {
+    HWY_INLINE void addBright(const Light& light, hn::Vec<F> most, std::ptrdiff_t from,
+                              Light& sum) const {
         const F d;
-        const auto threshold = hn::Set(d, bright_->threshold);
-        hn::Vec<F> excess[3] = {hn::Zero(d), hn::Zero(d), hn::Zero(d)};
-        auto above = hn::Sub(most, threshold);
-        for (std::size_t k = 0; k < 3; ++k) {
-            if (!holds(tile_.excessColours, k)) continue;
-            excess[k] =
-                hn::IfThenElseZero(hn::Gt(most, hn::Zero(d)), hn::LoadU(d, tile_.excess[k] + from));
-            above = hn::Max(above, excess[k]);
+        Light excess = noLight();
+        if (tile_.hasExcess) {
+            const auto shown = hn::Gt(most, hn::Zero(d));
+            const auto excessAt = [&](std::size_t k) {
+                return holds(tile_.excessColours, k)
+                           ? hn::IfThenElseZero(shown, hn::LoadU(d, tile_.excess[k] + from))
+                           : hn::Zero(d);
+            };
+            if constexpr (kWithRed) excess.r = excessAt(0);
+            excess.g = excessAt(1);
+            excess.b = excessAt(2);
         }
-        if (hn::AllTrue(d, hn::Le(above, hn::Zero(d)))) return false;
-        for (std::size_t k = 0; k < 3; ++k)
-            if (holds(tile_.colours, k))
-                sum[k] = hn::Add(
-                    sum[k], hn::Max(hn::Max(hn::Sub(light[k], threshold), excess[k]), hn::Zero(d)));
-        return true;
+        const auto threshold = hn::Set(d, threshold_);
+        if (isNone(hn::Max(hn::Sub(most, threshold), mostOf(excess)))) return;
+        const auto above = [&](hn::Vec<F> of, hn::Vec<F> thin) {
+            return hn::Max(hn::Max(hn::Sub(of, threshold), thin), hn::Zero(d));
+        };
+        if constexpr (kWithRed) sum.r = hn::Add(sum.r, above(light.r, excess.r));
+        sum.g = hn::Add(sum.g, above(light.g, excess.g));
+        sum.b = hn::Add(sum.b, above(light.b, excess.b));
     }
 
     // Black right of the tile, where vectors end behind it.
-    [[nodiscard]] hn::Vec<F> shown(int x, hn::Vec<F> light) const {
+    [[nodiscard]] HWY_INLINE hn::Vec<F> lightAt(std::size_t k, int x, std::ptrdiff_t from) const {
         const F d;
+        const auto light = hn::LoadU(d, tile_.light[k] + from);
         if (x + static_cast<int>(hn::Lanes(d)) <= tile_.width) return light;
         return hn::IfThenElseZero(hn::FirstN(d, static_cast<std::size_t>(tile_.width - x)), light);
     }
 
     const SceneTile& tile_;
     const BrightCells* const bright_;
-    const std::array<std::uint16_t*, 3>& to_;
-    hn::Vec<I> any_[3] = {hn::Zero(I()), hn::Zero(I()), hn::Zero(I())};
+    const std::array<std::uint16_t*, 3> to_;
+    const float threshold_;
+    Light lit_ = noLight();
     unsigned brightColours_ = 0;
     alignas(64) ColumnSums sums_;
 };
@@ -160,10 +186,11 @@ void putCells(const ColumnSums& sums, unsigned colours, const BrightCells& brigh
     }
 }
 
-PackedColours packTile(const SceneTile& tile, const BrightCells* bright,
-                       const std::array<std::uint16_t*, 3>& to) {
+template <bool kWithRed>
+PackedColours packColours(const SceneTile& tile, const BrightCells* bright,
+                          const std::array<std::uint16_t*, 3>& to) {
     PackedColours result;
-    PackRows rows(tile, bright, to);
+    PackRows<kWithRed> rows(tile, bright, to);
     const int step = bright ? bright->reduction : kTileHeight;
     for (int top = 0; top < tile.height; top += step) {
         rows.pack(top, std::min(top + step, tile.height));
@@ -175,6 +202,12 @@ PackedColours packTile(const SceneTile& tile, const BrightCells* bright,
     return result;
 }
 
+PackedColours packTile(const SceneTile& tile, const BrightCells* bright,
+                       const std::array<std::uint16_t*, 3>& to) {
+    return holds(tile.colours, 0) ? packColours<true>(tile, bright, to)
+                                  : packColours<false>(tile, bright, to);
+}
+
 // A row of a tile: its light and its glow, each of which may be none, by the colour.
 struct LitRow {
     std::array<const std::uint16_t*, 3> light{};
@@ -182,7 +215,7 @@ struct LitRow {
 };
 
 // The encoded sum of packed light and glow.
-hn::Vec<U> shownAt(const LitRow& row, std::size_t k, int x, hn::Vec<F> noise) {
+HWY_INLINE hn::Vec<U> shownAt(const LitRow& row, std::size_t k, int x, hn::Vec<F> noise) {
     const F d;
     auto light = hn::Zero(d);
     if (row.light[k]) {
@@ -266,8 +299,9 @@ void PackedLight::fit(std::size_t tiles) {
     tiles_ = tiles;
 }
 
-PackedColours packTile(const SceneTile& tile, const BrightCells* bright,
+PackedColours packTile(SceneTile& tile, const BrightCells* bright,
                        const std::array<std::uint16_t*, 3>& to) {
+    useColours(tile, kGreen | kBlue);
     return HWY_DYNAMIC_DISPATCH(packTile)(tile, bright, to);
 }
 void encodeTile(const std::array<const std::uint16_t*, 3>& light, const TileGlow& glow,

@@ -42,9 +42,9 @@ struct BrightCells {
     int reduction = 4;
     float threshold = 0.0F;
 };
-// Packs the light into the planes of the tile's colours, and adds its bright part to the cells,
-// if any.
-PackedColours packTile(const SceneTile& tile, const BrightCells* bright,
+// Packs the light into the planes of the colours that have some, and of green and blue, and
+// adds its bright part to the cells, if any.
+PackedColours packTile(SceneTile& tile, const BrightCells* bright,
                        const std::array<std::uint16_t*, 3>& to);
 
 // The glow of a tile: three planes of kTileWidth × kTileHeight, none where there is none.

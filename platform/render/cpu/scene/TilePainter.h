@@ -26,7 +26,7 @@ class TilePainter {
     void paint(const ScenePlan& plan, std::span<const ShapeCall> calls, const QRect& rect,
                const glm::vec3& background, std::optional<float> threshold);
 
-    [[nodiscard]] const SceneTile& tile() const { return tile_; }
+    [[nodiscard]] SceneTile& tile() { return tile_; }
 
   private:
     // `isLast` tells that no call follows in the tile.

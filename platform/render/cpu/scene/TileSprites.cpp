@@ -164,7 +164,8 @@ Columns columnsOf(double at, double size, int texels, int tileFirst, int tileCou
 }
 
 // The covered share of each pixel that nothing nearer hides.
-TileV seen(const ScreenSprite& sprite, const SceneTile& tile, std::ptrdiff_t at, TileV covered) {
+HWY_INLINE TileV seen(const ScreenSprite& sprite, const SceneTile& tile, std::ptrdiff_t at,
+                      TileV covered) {
     const TileF d;
     if (tile.hidesNothing && !sprite.hiding.writes) return covered;
     const auto near = hn::Set(d, sprite.near);
@@ -173,7 +174,8 @@ TileV seen(const ScreenSprite& sprite, const SceneTile& tile, std::ptrdiff_t at,
 }
 
 // The weighed runs of a channel.
-TileV weighed(const float* rows, std::ptrdiff_t runStride, const SpriteDesk& desk, int x) {
+HWY_INLINE TileV weighed(const float* rows, std::ptrdiff_t runStride, const SpriteDesk& desk,
+                         int x) {
     const TileF d;
     auto sum = hn::Zero(d);
     for (const RunShare& share : desk.shares)
@@ -194,7 +196,7 @@ void putRow(const ScreenSprite& sprite, SceneTile& tile, const SpriteDesk& desk,
         if (picture.hasOneColour) {
             const auto covered = weighed(desk.row.data(), runStride, desk, x);
             if (hn::AllTrue(d, hn::Le(covered, hn::Zero(d)))) continue;
-            blendInk(d, tile, at, *ink, seen(sprite, tile, at, covered));
+            blendInk(d, *ink, at, seen(sprite, tile, at, covered));
             if (sprite.hiding.writes) putNear(tile, at, hn::Set(d, sprite.near), covered);
             continue;
         }
@@ -235,15 +237,22 @@ void drawSprite(const ScreenSprite& sprite, SceneTile& tile, SpriteDesk& desk) {
     };
     const int firstNode = node(std::min(across.edge, otherEdge) - 1.0);
     const int endNode = node(std::max(across.edge, otherEdge) + 1.0) + 3;
+    // The run that the mixed row shows alone, if there is one: the next row may show it too.
+    int mixedRun = -1;
     for (int row = 0; row < down.count; ++row) {
         const double a = down.edge + row * down.step;
         shareRuns(picture, std::min(a, a + down.step), std::max(a, a + down.step), desk);
         if (desk.shares.empty()) continue;
-        if (mixes) {
+        if (mixes && desk.shares.size() == 1 && desk.shares.front().run == mixedRun) {
+            desk.shares.front().run = 0;
+        } else if (mixes) {
+            mixedRun = desk.shares.size() == 1 ? desk.shares.front().run : -1;
+            const float share = mixedRun < 0 ? 1.0F : desk.shares.front().share;
+            if (mixedRun >= 0) desk.shares.front().share = 1.0F;
             for (std::size_t k = 0; k < picture.channels; ++k)
                 makeRow(mixRows(picture, k, firstNode, endNode, desk), across.edge, across.step,
                         across.count, desk.row.data() + k * kTileStride);
-            desk.shares.assign(1, {0, 1.0F});
+            desk.shares.assign(1, {0, share});
         }
         for (const RunShare& share : desk.shares) {
             const auto run = static_cast<std::size_t>(share.run);

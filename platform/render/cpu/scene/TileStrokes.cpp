@@ -62,7 +62,7 @@ void putDot(const DotInTile& from, SceneTile& tile, std::ptrdiff_t at, DotV cove
     const Hiding& hiding = from.style.hiding;
     const auto share =
         hiding.reads && !tile.hidesNothing ? hn::Mul(covered, shareSeen(tile, at, near)) : covered;
-    blendInk(d, tile, at, from.ink, share);
+    blendInk(d, from.ink, at, share);
     // A pixel that is not all but covered lets other dots through, or a crowd of dots
     // would lose the light of all rims.
     if (hiding.writes) putNear(tile, at, near, hn::Sub(share, hn::Set(d, 0.9F)));
@@ -123,7 +123,7 @@ void drawDots(std::span<const ShapeCall> calls, const StrokeShapes& shapes, Scen
     for (const ShapeCall call : calls) {
         const ScreenDot& dot = shapes.dots[call.index()];
         const DotStyle& style = shapes.styles[dot.style];
-        drawDot({dot, style, thinInkFor(dot.ink, tile)}, tile);
+        drawDot({dot, style, inkFor(dot.ink, excessOf(dot.ink, tile), tile)}, tile);
         if (style.hiding.writes) tile.hidesNothing = false;
     }
 }
@@ -158,24 +158,27 @@ struct LineInTile {
     const LineKernel& kernel;
     SceneTile& tile;
     Course course;
-    glm::vec3 ink{0.0F};     // from one end's to the other's
-    float alpha = 0.0F;      // the same
-    float near = 0.0F;       // the same
+    TileInk ink;                    // at the line's beginning
+    std::array<float, 6> change{};  // of the ink's values, on the way to the end
+    std::array<float, 6> less{};    // taken off a value
+    float alphaChange = 0.0F;
+    float nearChange = 0.0F;
     float perLength = 0.0F;  // 1 / the length, 0 for a point
 };
 
 // The properties of a line at one of its places.
 struct LinePlace {
-    glm::vec3 light{0.0F};
+    std::array<float, 6> value{};
     float alpha = 0.0F;
     float near = 0.0F;
 };
 
-LinePlace placeAt(const LineInTile& from, float foot) {
+void placeAt(const LineInTile& from, float foot, LinePlace& place) {
     const float share = unit(foot * from.perLength);
-    const ScreenLine& line = from.line;
-    return {line.inkFrom.light + share * from.ink, line.inkFrom.alpha + share * from.alpha,
-            line.nearFrom + share * from.near};
+    for (std::size_t i = 0; i < static_cast<std::size_t>(from.ink.planes); ++i)
+        place.value[i] = std::max(from.ink.value[i] + share * from.change[i] - from.less[i], 0.0F);
+    place.alpha = from.ink.alpha + share * from.alphaChange;
+    place.near = from.line.nearFrom + share * from.nearChange;
 }
 
 void putLinePixel(const LineInTile& from, const LinePlace& place, std::ptrdiff_t at,
@@ -184,16 +187,9 @@ void putLinePixel(const LineInTile& from, const LinePlace& place, std::ptrdiff_t
     if (from.line.hiding.reads) covered *= shareSeenAt(tile, at, place.near);
     if (covered <= 0.0F) return;
     const float left = 1.0F - place.alpha * covered;
-    for (std::size_t k = 0; k < 3; ++k) {
-        const float light = place.light[static_cast<int>(k)];
-        if (holds(tile.colours, k)) {
-            float& pixel = tile.light[k][at];
-            pixel = pixel * left + light * covered;
-        }
-        if (holds(tile.excessColours, k)) {
-            float& excess = tile.excess[k][at];
-            excess = excess * left + std::max(light - tile.threshold, 0.0F) * covered;
-        }
+    for (std::size_t i = 0; i < static_cast<std::size_t>(from.ink.planes); ++i) {
+        float& pixel = from.ink.plane[i][at];
+        pixel = pixel * left + place.value[i] * covered;
     }
     if (!from.line.hiding.writes) return;
     const auto put = [&](float* plane) { plane[at] = std::max(plane[at], place.near); };
@@ -203,7 +199,7 @@ void putLinePixel(const LineInTile& from, const LinePlace& place, std::ptrdiff_t
 }
 
 // The share of a line's length that makes no visible difference.
-constexpr float kEven = 1.0F / 128.0F;
+constexpr float kEven = 1.0F / 16.0F;
 
 // Draws the pixels of one step along the line.
 void drawAcross(const LineInTile& from, int along) {
@@ -226,7 +222,8 @@ void drawAcross(const LineInTile& from, int along) {
     const bool isInside = foot > 1.0F + beyond && course.length - foot > 1.0F + beyond;
     // The properties hardly change across a long line.
     const bool isEven = beyond * from.perLength < kEven;
-    LinePlace place = placeAt(from, foot);
+    LinePlace place;
+    placeAt(from, foot, place);
     for (int i = first; i < end; ++i) {
         const float beside = static_cast<float>(i) - middle;
         const float entry = std::abs(beside) * course.upright * LineKernel::kSteps;
@@ -235,12 +232,40 @@ void drawAcross(const LineInTile& from, int along) {
         const float a = course.table[at];
         float covered = a + (entry - static_cast<float>(at)) * (course.table[at + 1] - a);
         const float here = foot + beside * footStep;
-        if (!isEven) place = placeAt(from, here);
+        if (!isEven) placeAt(from, here, place);
         if (!isInside) covered *= unit(here + 0.5F) * unit(course.length - here + 0.5F);
         if (covered <= 0.0F) continue;
         putLinePixel(from, place, course.steep ? SceneTile::at(i, along) : SceneTile::at(along, i),
                      covered);
     }
+}
+
+LineInTile lineFor(const ScreenLine& line, const LineKernel& kernel, const Course& course,
+                   SceneTile& tile) {
+    useColours(tile, coloursOf(line.inkFrom.light) | coloursOf(line.inkTo.light));
+    useExcess(tile,
+              coloursOf(excessOf(line.inkFrom, tile)) | coloursOf(excessOf(line.inkTo, tile)));
+    LineInTile result{.line = line, .kernel = kernel, .tile = tile, .course = course};
+    result.ink.alpha = line.inkFrom.alpha;
+    const bool adds = line.inkFrom.alpha == 0.0F && line.inkTo.alpha == 0.0F;
+    for (std::size_t k = 0; k < 3; ++k) {
+        const int i = static_cast<int>(k);
+        const float first = line.inkFrom.light[i];
+        const float last = line.inkTo.light[i];
+        const auto add = [&](float* plane, float less) {
+            if (adds && std::max(first, last) <= less) return;
+            const auto number = static_cast<std::size_t>(result.ink.planes);
+            result.change[number] = last - first;
+            result.less[number] = less;
+            result.ink.add(plane, first);
+        };
+        if (holds(tile.colours, k)) add(tile.light[k], 0.0F);
+        if (holds(tile.excessColours, k)) add(tile.excess[k], tile.threshold);
+    }
+    result.alphaChange = line.inkTo.alpha - line.inkFrom.alpha;
+    result.nearChange = line.nearTo - line.nearFrom;
+    result.perLength = course.length > 0.0F ? 1.0F / course.length : 0.0F;
+    return result;
 }
 
 void drawLine(const ScreenLine& line, const LineKernel& kernel, SceneTile& tile) {
@@ -262,20 +287,14 @@ void drawLine(const ScreenLine& line, const LineKernel& kernel, SceneTile& tile)
     course.table =
         kernel.covered.data() +
         static_cast<std::ptrdiff_t>(std::min(slope, LineKernel::kSlopes)) * kernel.entries;
-    const float low = std::min(course.along0, course.along0 + longer) - kernel.reach - 1.0F;
-    const float high = std::max(course.along0, course.along0 + longer) + kernel.reach + 1.0F;
+    // Half a pixel beyond an end, and a pixel's middle from its edges; beside a slanting line
+    // its pixels' feet are further on.
+    const float beyond = 1.0F + kernel.reach * std::abs(course.slope) * course.upright;
+    const float low = std::min(course.along0, course.along0 + longer) - beyond;
+    const float high = std::max(course.along0, course.along0 + longer) + beyond;
     const auto most = static_cast<float>(course.steep ? tile.height : tile.width);
     const int end = static_cast<int>(std::clamp(high, 0.0F, most));
-    thinInkFor(line.inkFrom, tile);
-    thinInkFor(line.inkTo, tile);
-    const LineInTile inTile{.line = line,
-                            .kernel = kernel,
-                            .tile = tile,
-                            .course = course,
-                            .ink = line.inkTo.light - line.inkFrom.light,
-                            .alpha = line.inkTo.alpha - line.inkFrom.alpha,
-                            .near = line.nearTo - line.nearFrom,
-                            .perLength = course.length > 0.0F ? 1.0F / course.length : 0.0F};
+    const LineInTile inTile = lineFor(line, kernel, course, tile);
     for (int along = static_cast<int>(std::clamp(low, 0.0F, most)); along < end; ++along)
         drawAcross(inTile, along);
 }

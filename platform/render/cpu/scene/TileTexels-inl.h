@@ -59,30 +59,37 @@ struct TexelPair {
     TexelV share;
 };
 
-inline TexelPair pairAt(TexelV at, TexelV size, bool repeat) {
+inline TexelPair repeatedPairAt(TexelV at, TexelV size) {
     const TexelF d;
-    const auto half = hnt::Set(d, 0.5F);
-    const auto last = hnt::Sub(size, hnt::Set(d, 1.0F));
     const auto zero = hnt::Zero(d);
-    if (repeat) at = hnt::Sub(at, hnt::Floor(at));
-    // Far outside, every place reads the rim; a place that is no number does too.
-    const auto least = hnt::Set(d, -1.0F);
-    at = hnt::Min(hnt::IfThenElse(hnt::Gt(at, least), at, least), hnt::Set(d, 2.0F));
-    const auto place = hnt::Sub(hnt::Mul(at, size), half);
+    const auto one = hnt::Set(d, 1.0F);
+    const auto last = hnt::Sub(size, one);
+    const auto part = hnt::Sub(at, hnt::Floor(at));
+    // A place that is no number reads the rim.
+    const auto within = hnt::IfThenElseZero(hnt::Gt(part, zero), part);
+    const auto place = hnt::Sub(hnt::Mul(within, size), hnt::Set(d, 0.5F));
     const auto base = hnt::Floor(place);
-    auto first = base;
-    auto second = hnt::Add(base, hnt::Set(d, 1.0F));
-    auto share = hnt::Sub(place, base);
-    if (repeat) {
-        first = hnt::IfThenElse(hnt::Lt(first, zero), last, first);
-        second = hnt::IfThenElse(hnt::Gt(second, last), zero, second);
-    } else {
-        // Outside, the second texel may be any.
-        share = hnt::IfThenElseZero(hnt::And(hnt::Ge(base, zero), hnt::Lt(base, last)), share);
-    }
-    first = hnt::Min(hnt::Max(first, zero), last);
-    second = hnt::Min(hnt::Max(second, zero), last);
-    return {first, second, share};
+    const auto next = hnt::Add(base, one);
+    return {hnt::IfThenElse(hnt::Lt(base, zero), last, base),
+            hnt::IfThenElseZero(hnt::Le(next, last), next), hnt::Sub(place, base)};
+}
+
+inline TexelPair pairAt(TexelV at, TexelV size, bool repeat) {
+    if (repeat) return repeatedPairAt(at, size);
+    const TexelF d;
+    const auto zero = hnt::Zero(d);
+    const auto one = hnt::Set(d, 1.0F);
+    const auto last = hnt::Sub(size, one);
+    // Far outside, every place reads the rim; a place that is no number does too.
+    const auto least = hnt::Neg(one);
+    at = hnt::Min(hnt::IfThenElse(hnt::Gt(at, least), at, least), hnt::Set(d, 2.0F));
+    const auto place = hnt::Sub(hnt::Mul(at, size), hnt::Set(d, 0.5F));
+    const auto base = hnt::Floor(place);
+    // Outside, the second texel may be any.
+    const auto share = hnt::IfThenElseZero(hnt::And(hnt::Ge(base, zero), hnt::Lt(base, last)),
+                                           hnt::Sub(place, base));
+    const auto inside = [&](TexelV texel) { return hnt::Min(hnt::Max(texel, zero), last); };
+    return {inside(base), inside(hnt::Add(base, one)), share};
 }
 
 // The texels at some places, and those right of them.
@@ -126,30 +133,33 @@ inline hnt::Vec<TexelI> wholeNumbers(TexelV values) {
     return hnt::And(hnt::BitCast(di, shifted), hnt::Set(di, 0x7FFFFF));
 }
 
-// The spots of a place, on the given level of each side.
-inline TexelSpots spotsOf(const RipPicture& picture, TexelV u, TexelV v, hnt::Vec<TexelI> across,
-                          hnt::Vec<TexelI> down, const TexelManner& manner) {
+// One level of each side of a picture: its size, and its first texel.
+struct TexelLevel {
+    TexelV width, height;
+    hnt::Vec<TexelI> first;
+};
+
+inline TexelLevel levelAt(const RipPicture& picture, hnt::Vec<TexelI> across,
+                          hnt::Vec<TexelI> down) {
     const TexelF d;
     const TexelI di;
     const auto level = hnt::Add(hnt::Mul(across, hnt::Set(di, picture.levelsDown)), down);
-    auto levelWidth = hnt::Zero(d);
-    auto levelHeight = hnt::Zero(d);
-    auto first = hnt::Zero(di);
     const auto at = static_cast<std::size_t>(hnt::GetLane(level));
-    if (hnt::AllTrue(di, hnt::Eq(level, hnt::Set(di, static_cast<std::int32_t>(at))))) {
-        const auto levelsDown = static_cast<std::size_t>(picture.levelsDown);
-        levelWidth = hnt::Set(d, picture.widths[at / levelsDown]);
-        levelHeight = hnt::Set(d, picture.heights[at % levelsDown]);
-        first = hnt::Set(di, picture.first[at]);
-    } else {
-        levelWidth = hnt::GatherIndex(d, picture.widths.data(), across);
-        levelHeight = hnt::GatherIndex(d, picture.heights.data(), down);
-        first = hnt::GatherIndex(di, picture.first.data(), level);
-    }
-    const TexelPair columns = pairAt(u, levelWidth, manner.repeatS);
-    const TexelPair rows = pairAt(v, levelHeight, manner.repeatT);
-    const auto stride = hnt::Add(wholeNumbers(levelWidth), hnt::Set(di, 1));
-    const auto column = hnt::Add(first, wholeNumbers(columns.first));
+    if (!hnt::AllTrue(di, hnt::Eq(level, hnt::Set(di, static_cast<std::int32_t>(at)))))
+        return {hnt::GatherIndex(d, picture.widths.data(), across),
+                hnt::GatherIndex(d, picture.heights.data(), down),
+                hnt::GatherIndex(di, picture.first.data(), level)};
+    const auto levelsDown = static_cast<std::size_t>(picture.levelsDown);
+    return {hnt::Set(d, picture.widths[at / levelsDown]),
+            hnt::Set(d, picture.heights[at % levelsDown]), hnt::Set(di, picture.first[at])};
+}
+
+inline TexelSpots spotsOf(TexelV u, TexelV v, const TexelLevel& level, const TexelManner& manner) {
+    const TexelI di;
+    const TexelPair columns = pairAt(u, level.width, manner.repeatS);
+    const TexelPair rows = pairAt(v, level.height, manner.repeatT);
+    const auto stride = hnt::Add(wholeNumbers(level.width), hnt::Set(di, 1));
+    const auto column = hnt::Add(level.first, wholeNumbers(columns.first));
     return {hnt::Add(column, hnt::Mul(wholeNumbers(rows.first), stride)),
             hnt::Add(column, hnt::Mul(wholeNumbers(rows.second), stride)), columns.share,
             rows.share};
@@ -158,8 +168,10 @@ inline TexelSpots spotsOf(const RipPicture& picture, TexelV u, TexelV v, hnt::Ve
 // The spots of a place in the whole picture.
 inline TexelSpots wholeSpots(const RipPicture& picture, TexelV u, TexelV v,
                              const TexelManner& manner) {
-    const TexelI di;
-    return spotsOf(picture, u, v, hnt::Zero(di), hnt::Zero(di), manner);
+    const TexelF d;
+    const TexelLevel whole{hnt::Set(d, picture.widths[0]), hnt::Set(d, picture.heights[0]),
+                           hnt::Set(TexelI(), picture.first[0])};
+    return spotsOf(u, v, whole, manner);
 }
 
 // The shares of the four texels of a reading: above left and right, below left and right.
@@ -299,10 +311,9 @@ void placeHalves(const RipPicture& picture, const TexelPlaces& places, const Tex
     };
     const auto across = levelOf(ofHalf(squares.uAcross, squares.uDown), picture.levelsAcross);
     const auto down = levelOf(ofHalf(squares.vAcross, squares.vDown), picture.levelsDown);
-    place(spotsOf(picture, hnt::Sub(places.u, stepU), hnt::Sub(places.v, stepV), across, down,
-                  manner));
-    place(spotsOf(picture, hnt::Add(places.u, stepU), hnt::Add(places.v, stepV), across, down,
-                  manner));
+    const TexelLevel level = levelAt(picture, across, down);
+    place(spotsOf(hnt::Sub(places.u, stepU), hnt::Sub(places.v, stepV), level, manner));
+    place(spotsOf(hnt::Add(places.u, stepU), hnt::Add(places.v, stepV), level, manner));
 }
 
 // Four readings, each of a quarter of the pixel.
@@ -315,6 +326,7 @@ void placeQuarters(const RipPicture& picture, const TexelPlaces& places,
         levelOf(hnt::Mul(hnt::Add(squares.uAcross, squares.uDown), quarter), picture.levelsAcross);
     const auto down =
         levelOf(hnt::Mul(hnt::Add(squares.vAcross, squares.vDown), quarter), picture.levelsDown);
+    const TexelLevel level = levelAt(picture, across, down);
     for (int i = 0; i < 4; ++i) {
         const auto right = hnt::Set(d, (i & 1) != 0 ? 0.25F : -0.25F);
         const auto lower = hnt::Set(d, (i & 2) != 0 ? 0.25F : -0.25F);
@@ -322,7 +334,7 @@ void placeQuarters(const RipPicture& picture, const TexelPlaces& places,
             places.u, hnt::Add(hnt::Mul(places.uAcross, right), hnt::Mul(places.uDown, lower)));
         const auto v = hnt::Add(
             places.v, hnt::Add(hnt::Mul(places.vAcross, right), hnt::Mul(places.vDown, lower)));
-        place(spotsOf(picture, u, v, across, down, manner));
+        place(spotsOf(u, v, level, manner));
     }
 }
 

@@ -9,6 +9,7 @@
 #define HWY_TARGET_INCLUDE "platform/render/cpu/scene/TileTextures.cpp"
 #include <hwy/foreach_target.h>
 // After foreach_target.
+#include <hwy/cache_control.h>
 #include <hwy/highway.h>
 
 #include "platform/render/cpu/scene/TileOutline-inl.h"
@@ -63,18 +64,23 @@ class TexturedFace {
         : outline_(polygon, tile), near_(polygon.near, tile), picture_(polygon, near_, tile) {}
 
     [[nodiscard]] PixelSpan rows() const { return outline_.rows(); }
+    [[nodiscard]] PixelSpan columns() const { return outline_.columns(); }
 
-    // Whether some pixel may take more than one reading of the picture.
-    [[nodiscard]] bool hasSmallTexels(const RipPicture& picture) const {
-        const glm::vec2 size(picture.width, picture.height);
-        // Nearly as wide is as wide: the pixel's own numbers are rounded.
-        return picture_.widest(outline_.columns(), outline_.rows(), size) > 0.98F * kOneReading;
+    // The row's pixels that the polygon may touch.
+    [[nodiscard]] PixelSpan columns(int row) const {
+        if (row < outline_.rows().first || row >= outline_.rows().end) return {};
+        return outline_.columns(row);
     }
 
-    void placeRow(int row, SceneTile& tile, PlaceRow& to) const {
-        if (row < outline_.rows().first || row >= outline_.rows().end) return;
-        const PixelSpan span = outline_.columns(row);
-        if (span.first >= span.end) return;
+    // Whether some pixel of a box may take more than one reading of the picture.
+    [[nodiscard]] bool hasSmallTexels(const RipPicture& picture, PixelSpan columns,
+                                      PixelSpan rows) const {
+        const glm::vec2 size(picture.width, picture.height);
+        // Nearly as wide is as wide: the pixel's own numbers are rounded.
+        return picture_.widest(columns, rows, size) > 0.98F * kOneReading;
+    }
+
+    void placeRow(int row, PixelSpan span, SceneTile& tile, PlaceRow& to) const {
         to.span = {std::min(to.span.first, span.first), std::max(to.span.end, span.end)};
         for (int x = span.first; x < span.end; x += static_cast<int>(hn::Lanes(TileF())))
             placeSome(x, row, tile, to);
@@ -120,8 +126,16 @@ class ReadingRow {
         count_ += hn::Lanes(TileF());
     }
 
+    // Asks for the texels, which are seldom in the nearest cache.
+    void announce(const std::uint32_t* texels) const {
+        const std::size_t count = count_;
+        for (std::size_t i = 0; i < count; ++i)
+            hwy::Prefetch(texels + above_[i]);
+    }
+
     void fetch(const std::uint32_t* texels) {
-        for (std::size_t i = 0; i < count_; ++i) {
+        const std::size_t count = count_;
+        for (std::size_t i = 0; i < count; ++i) {
             std::memcpy(aboveWords_.data() + 2 * i, texels + above_[i], 8);
             std::memcpy(belowWords_.data() + 2 * i, texels + below_[i], 8);
         }
@@ -153,6 +167,16 @@ class ReadingRow {
     alignas(64) std::array<std::uint32_t, 2 * kRoom> belowWords_;
 };
 
+// A row of pixels between the steps of its drawing.
+struct TextureRow {
+    int row = 0;
+    PlaceRow places;
+    ReadingRow readings;
+    alignas(64) std::array<float, kRowRoom> fog;
+    alignas(64) std::array<float, kRowRoom> wide;
+    std::array<bool, kRowRoom> isHidden;  // by a vector's first pixel
+};
+
 // Reads the picture for rows of pixels.
 class TextureWork {
   public:
@@ -162,56 +186,67 @@ class TextureWork {
           tile_(tile),
           fog_(frame, surface, tile) {}
 
-    void drawRow(const PlaceRow& places, int row) {
-        const int lanes = static_cast<int>(hn::Lanes(TileF()));
-        const int end = std::min(places.span.end, tile_.width);
-        readings_.clear();
-        for (int x = places.span.first; x < end; x += lanes)
-            place(places, x, row);
-        readings_.fetch(surface_.picture->texels.data());
-        for (int x = places.span.first; x < end; x += lanes)
-            shade(places, x, row);
+    // Finds the row's texels, and asks for them.
+    void begin(TextureRow& row) const {
+        row.readings.clear();
+        for (int x = row.places.span.first; x < endOf(row); x += kLanes)
+            place(row, x);
+        row.readings.announce(surface_.picture->texels.data());
+    }
+
+    void finish(TextureRow& row) const {
+        row.readings.fetch(surface_.picture->texels.data());
+        for (int x = row.places.span.first; x < endOf(row); x += kLanes)
+            shade(row, x);
     }
 
   private:
-    void place(const PlaceRow& places, int x, int row) {
-        const TileF d;
-        const auto at = static_cast<std::size_t>(x);
-        const auto column = columnsFrom(x);
-        const auto depth = places.at(PlaceRow::kDepth, x);
-        const auto fog = fog_.at(column, static_cast<float>(row), depth);
-        const auto none = hn::Le(depth, hn::Zero(d));
-        hn::StoreU(fog, d, fogs_.data() + at);
-        isHidden_[at] = fog_.hides(hn::IfThenElse(none, hn::Set(d, 1.0F), fog));
-        if (isHidden_[at]) return;
-        if (!places.hasSteps) {
-            readings_.place(wholeSpots(*surface_.picture, places.at(PlaceRow::kU, x),
-                                       places.at(PlaceRow::kV, x), manner_));
-            return;
-        }
-        const auto wide = placeReadings(*surface_.picture, places.placesAt(x), manner_,
-                                        [&](const TexelSpots& spots) { readings_.place(spots); });
-        hn::StoreU(wide, d, wide_.data() + at);
+    static constexpr int kLanes = static_cast<int>(hn::MaxLanes(TileF()));
+
+    [[nodiscard]] int endOf(const TextureRow& row) const {
+        return std::min(row.places.span.end, tile_.width);
     }
 
-    void shade(const PlaceRow& places, int x, int row) {
+    void place(TextureRow& row, int x) const {
         const TileF d;
         const auto at = static_cast<std::size_t>(x);
-        const auto in = hn::Gt(places.at(PlaceRow::kDepth, x), hn::Zero(d));
+        const PlaceRow& places = row.places;
+        const auto depth = places.at(PlaceRow::kDepth, x);
+        const auto fog = fog_.at(columnsFrom(x), static_cast<float>(row.row), depth);
+        const auto none = hn::Le(depth, hn::Zero(d));
+        hn::StoreU(fog, d, row.fog.data() + at);
+        row.isHidden[at] = fog_.hides(hn::IfThenElse(none, hn::Set(d, 1.0F), fog));
+        if (row.isHidden[at]) return;
+        const RipPicture& picture = *surface_.picture;
+        if (!places.hasSteps) {
+            row.readings.place(wholeSpots(picture, places.at(PlaceRow::kU, x),
+                                          places.at(PlaceRow::kV, x), manner_));
+            return;
+        }
+        const auto wide =
+            placeReadings(picture, places.placesAt(x), manner_,
+                          [&](const TexelSpots& spots) { row.readings.place(spots); });
+        hn::StoreU(wide, d, row.wide.data() + at);
+    }
+
+    void shade(TextureRow& row, int x) const {
+        const TileF d;
+        const auto at = static_cast<std::size_t>(x);
+        const auto in = hn::Gt(row.places.at(PlaceRow::kDepth, x), hn::Zero(d));
         const auto put = [&](TileV value, int k) {
-            float* const to = tile_.light[static_cast<std::size_t>(k)] + SceneTile::at(x, row);
+            float* const to = tile_.light[static_cast<std::size_t>(k)] + SceneTile::at(x, row.row);
             hn::StoreU(hn::IfThenElse(in, value, hn::LoadU(d, to)), d, to);
         };
-        if (isHidden_[at]) {
+        if (row.isHidden[at]) {
             for (int k = 0; k < 3; ++k)
                 put(hn::Zero(d), k);
             return;
         }
-        const TexelLight texel = places.hasSteps ? averaged(hn::LoadU(d, wide_.data() + at),
-                                                            [&] { return readings_.next(); })
-                                                 : readings_.next();
+        const auto read = [&] { return row.readings.next(); };
+        const TexelLight texel =
+            row.places.hasSteps ? averaged(hn::LoadU(d, row.wide.data() + at), read) : read();
         const TileV colours[3] = {texel.r, texel.g, texel.b};
-        const auto fog = hn::LoadU(d, fogs_.data() + at);
+        const auto fog = hn::LoadU(d, row.fog.data() + at);
         for (int k = 0; k < 3; ++k)
             put(fog_.behind(fog, hn::Mul(hn::Set(d, surface_.tint[k]), colours[k]),
                             hn::Set(d, 1.0F), k),
@@ -222,30 +257,60 @@ class TextureWork {
     const TexelManner manner_;
     SceneTile& tile_;
     const TileFog fog_;
-    ReadingRow readings_;
-    alignas(64) std::array<float, kRowRoom> fogs_;
-    alignas(64) std::array<float, kRowRoom> wide_;
-    std::array<bool, kRowRoom> isHidden_;  // by a vector's first pixel
+};
+
+// Some polygons of a tile.
+class TexturedFaces {
+  public:
+    TexturedFaces(std::span<const ScreenPolygon* const> polygons, const RipPicture& picture,
+                  const SceneTile& tile)
+        : picture_(picture), count_(polygons.size()) {
+        for (std::size_t i = 0; i < count_; ++i) {
+            const TexturedFace& face = face_[i].emplace(*polygons[i], tile);
+            rows_ = {std::min(rows_.first, face.rows().first),
+                     std::max(rows_.end, face.rows().end)};
+            hasSmall_[i] = face.hasSmallTexels(picture, face.columns(), face.rows());
+        }
+    }
+
+    [[nodiscard]] PixelSpan rows() const { return rows_; }
+
+    void placeRow(int row, SceneTile& tile, PlaceRow& to) const {
+        std::array<PixelSpan, kMostTextured> spans;
+        to.hasSteps = false;
+        for (std::size_t i = 0; i < count_; ++i) {
+            spans[i] = face_[i]->columns(row);
+            if (spans[i].first >= spans[i].end || !hasSmall_[i] || to.hasSteps) continue;
+            to.hasSteps = face_[i]->hasSmallTexels(picture_, spans[i], {row, row});
+        }
+        to.clear();
+        for (std::size_t i = 0; i < count_; ++i)
+            if (spans[i].first < spans[i].end) face_[i]->placeRow(row, spans[i], tile, to);
+    }
+
+  private:
+    const RipPicture& picture_;
+    std::size_t count_;
+    PixelSpan rows_{kTileHeight, 0};
+    std::array<std::optional<TexturedFace>, kMostTextured> face_;
+    std::array<bool, kMostTextured> hasSmall_;  // texels, perhaps, somewhere in the tile
 };
 
 void drawTextured(std::span<const ScreenPolygon* const> polygons, const Surface& surface,
                   const PolygonFrame& frame, SceneTile& tile) {
-    std::array<std::optional<TexturedFace>, kMostTextured> faces;
-    PixelSpan rows{kTileHeight, 0};
-    PlaceRow places;
-    places.hasSteps = false;
-    for (std::size_t i = 0; i < polygons.size(); ++i) {
-        const TexturedFace& face = faces[i].emplace(*polygons[i], tile);
-        rows = {std::min(rows.first, face.rows().first), std::max(rows.end, face.rows().end)};
-        places.hasSteps = places.hasSteps || face.hasSmallTexels(*surface.picture);
+    const TexturedFaces faces(polygons, *surface.picture, tile);
+    const TextureWork work(surface, frame, tile);
+    const PixelSpan rows = faces.rows();
+    // While a row's texels come, the next row is begun.
+    std::array<TextureRow, 2> both;
+    for (int i = rows.first; i < rows.end; ++i) {
+        TextureRow& row = both[static_cast<std::size_t>(i) % 2];
+        row.row = i;
+        faces.placeRow(i, tile, row.places);
+        work.begin(row);
+        if (i > rows.first) work.finish(both[static_cast<std::size_t>(i - 1) % 2]);
     }
-    TextureWork work(surface, frame, tile);
-    for (int row = rows.first; row < rows.end; ++row) {
-        places.clear();
-        for (std::size_t i = 0; i < polygons.size(); ++i)
-            faces[i]->placeRow(row, tile, places);
-        work.drawRow(places, row);
-    }
+    if (rows.first < rows.end) work.finish(both[static_cast<std::size_t>(rows.end - 1) % 2]);
 }
 
 }  // namespace
