@@ -253,7 +253,7 @@ class PolygonWork {
         return light;
     }
 
-    // Of length 1, towards the side that is seen.
+    // The direction of the side that is seen, of length 1.
     Rgb normalAt(TileV column, float down) const {
         const TileF d;
         if (polygon_.flat)
@@ -320,7 +320,7 @@ class PolygonWork {
     Flat height_;
     std::array<Flat, 3> normal_;
     std::array<Flat, 3> ray_;
-    // What a sample adds to a pixel's nearness and to its distance from each edge.
+    // A sample adds this to a pixel's nearness and to its distance from each edge.
     std::array<float, kSamples> nearShift_;
     std::array<std::array<float, kSamples>, ScreenPolygon::kMaxEdges> edgeShift_;
 };
