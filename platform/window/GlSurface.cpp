@@ -11,12 +11,19 @@ std::unique_ptr<GlSurface> GlSurface::create(std::unique_ptr<EglTarget> target,
 }
 
 bool GlSurface::start() {
-    context_ = GlContext::create(target_->display(), &target_->surface(), resetStatus_);
-    if (!context_ || !context_->makeCurrent(target_->surface())) return false;
-    target_->surface().setSwapInterval(1);
+    EglWindowSurface* const first = current_ ? current_ : target_->lasting();
+    context_ = GlContext::create(target_->display(), first, resetStatus_);
+    if (!context_ || !(first ? attach(*first) : context_->makeCurrent())) return false;
     name_ = QString::fromStdString(context_->rendererName());
     drawer_ = GlDrawer::create();
     return drawer_ != nullptr;
+}
+
+bool GlSurface::attach(EglWindowSurface& surface) {
+    if (!context_->makeCurrent(surface)) return false;
+    current_ = &surface;
+    surface.setSwapInterval(target_->swapInterval());
+    return true;
 }
 
 bool GlSurface::renew() {
@@ -34,25 +41,41 @@ GlSurface::~GlSurface() {
     if (context_) context_->doneCurrent();
 }
 
-Surface::Result GlSurface::draw(const Frame& frame, std::span<const QRect>) {
+Surface::Result GlSurface::draw(const Frame& frame, std::span<const QRect> damage) {
     // WindowGone makes the window try again with the processor.
     if (context_->isLost() && !renew()) return Result::WindowGone;
     // A driver may end the program at a picture larger than it can draw.
     const QSize largest = GlContext::largestPicture();
     if (frame.grid.size.boundedTo(largest) != frame.grid.size) return Result::WindowGone;
-    target_->resize(frame.grid.size);
-    // A driver may learn of a new size only by swapping.
-    for (int tries = 0; tries < 2; ++tries) {
-        if (!show(frame) && !(context_->isLost() && renew() && show(frame))) windowGone_ = true;
-        if (windowGone_ || target_->surface().size() == frame.grid.size) break;
+    EglWindowSurface* const surface = target_->begin(frame.grid.size);
+    if (!surface) return state();
+    show(frame, damage, *surface);
+    if (surface != target_->lasting()) {
+        current_ = nullptr;
+        windowGone_ = !context_ || !context_->makeCurrent() || windowGone_;
     }
+    target_->end();
     return state();
 }
 
-bool GlSurface::show(const Frame& frame) {
+void GlSurface::show(const Frame& frame, std::span<const QRect> damage, EglWindowSurface& surface) {
+    if (current_ != &surface && !attach(surface)) {
+        windowGone_ = true;
+        return;
+    }
+    // A driver may learn of a new size only by swapping.
+    for (int tries = 0; tries < 2; ++tries) {
+        if (!tryToShow(frame, damage) &&
+            !(context_->isLost() && renew() && tryToShow(frame, damage)))
+            windowGone_ = true;
+        if (windowGone_ || surface.size() == frame.grid.size) break;
+    }
+}
+
+bool GlSurface::tryToShow(const Frame& frame, std::span<const QRect> damage) {
     paint(frame);
     // A context that was lost meanwhile has painted nothing.
-    return !context_->isLost() && target_->surface().swap();
+    return !context_->isLost() && target_->swap(frame, damage);
 }
 
 void GlSurface::paint(const Frame& frame) {
@@ -62,6 +85,7 @@ void GlSurface::paint(const Frame& frame) {
         [&](const DisplayList& layers, std::optional<Rgba> background) {
             drawer_->draw(layers, frame.grid, background);
         });
+    if (frame.opacity < 1.0) drawer_->fade(frame.grid, frame.opacity);
 }
 
 void GlSurface::paintScene(const Frame& frame, const SceneFrame& scene) {

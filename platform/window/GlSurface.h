@@ -16,15 +16,25 @@ class EglTarget {
   public:
     virtual ~EglTarget() = default;
     [[nodiscard]] virtual const std::shared_ptr<EglDisplay>& display() const = 0;
-    [[nodiscard]] virtual EglWindowSurface& surface() const = 0;
-    // Sets the size of the next frame, in pixels.
-    virtual void resize(QSize size) = 0;
+    // The surface that lasts as long as the target; null where surfaces come and go. Such a
+    // surface is current during a frame alone.
+    [[nodiscard]] virtual EglWindowSurface* lasting() const { return nullptr; }
+    // Begins a frame of that size, in pixels, and waits until the window system accepts one.
+    // Null where the window cannot show the frame now, and the frame is skipped.
+    [[nodiscard]] virtual EglWindowSurface* begin(QSize size) = 0;
+    // Shows the frame's picture, which differs from the last one within `damage`. False where
+    // the window or its system is gone.
+    virtual bool swap(const Frame& frame, std::span<const QRect> damage) = 0;
+    // Ends the frame that begin() gave a surface for.
+    virtual void end() {}
+    // The interval of EglWindowSurface::setSwapInterval().
+    [[nodiscard]] virtual int swapInterval() const { return 1; }
     // The window's state, as last reported by the system.
     [[nodiscard]] virtual Surface::Result state() = 0;
 };
 
-// Draws the whole picture of every frame on a window with OpenGL, and waits for the screen
-// at the swap. The window's render thread.
+// Draws the whole picture of every frame on a window with OpenGL, in step with the screen.
+// The window's render thread.
 class GlSurface final : public Surface {
   public:
     // Null if the window has no OpenGL.
@@ -48,8 +58,12 @@ class GlSurface final : public Surface {
     bool start();
     // Makes a new context in place of a lost one; once.
     bool renew();
-    // Paints the frame and swaps; false where the context or the window is gone.
-    bool show(const Frame& frame);
+    // Makes the surface of the present frame current.
+    bool attach(EglWindowSurface& surface);
+    // Paints the frame on its surface and swaps.
+    void show(const Frame& frame, std::span<const QRect> damage, EglWindowSurface& surface);
+    // False where the context or the window is gone.
+    bool tryToShow(const Frame& frame, std::span<const QRect> damage);
     void paint(const Frame& frame);
     void paintScene(const Frame& frame, const SceneFrame& scene);
     [[nodiscard]] Result state() const;
@@ -61,6 +75,7 @@ class GlSurface final : public Surface {
     std::unique_ptr<GlDrawer> drawer_;
     std::unique_ptr<SceneStage> stage_;  // made for the first scene
     QString name_;
+    EglWindowSurface* current_ = nullptr;
     bool failsScenes_ = false;
     bool showsScene_ = false;
     bool windowGone_ = false;

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QRect>
 #include <QSize>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace platform {
 
@@ -66,13 +69,13 @@ struct EglConfigTraits {
 };
 
 // The surface through which OpenGL draws in a window of any maker. Its owner uses it on the thread
-// on which it is current. The window may vanish at any time: swapping then fails or shows nothing,
-// and nothing worse happens.
+// on which it is current, and may drop it on any thread while it is current nowhere. The window may
+// vanish at any time: swapping then fails or shows nothing, and nothing worse happens.
 class EglWindowSurface {
   public:
-    // `config` is an EGLConfig of configWhere(). `native` is the address of the platform's
-    // window; the caller keeps it during the call. Null if the window is gone, has a surface
-    // already, or does not fit the config.
+    // `config` is an EGLConfig of configWhere(). `native` is the platform's window as
+    // eglCreatePlatformWindowSurface() takes one; the caller keeps it as the platform wants. Null
+    // if the window is gone, has a surface already, or does not fit the config.
     [[nodiscard]] static std::unique_ptr<EglWindowSurface> create(
         std::shared_ptr<EglDisplay> display, void* config, void* native);
     ~EglWindowSurface();
@@ -88,6 +91,9 @@ class EglWindowSurface {
     // the window can no longer be drawn into. May wait for the screen with an
     // interval of 1.
     bool swap();
+    // The same for a picture that differs from the last one within the boxes, in pixels, y
+    // down.
+    bool swap(std::span<const QRect> boxes);
     // Sets the vertical blanks between two pictures; 0 does not wait. The
     // surface must be current.
     bool setSwapInterval(int interval);
@@ -104,6 +110,7 @@ class EglWindowSurface {
     std::shared_ptr<EglDisplay> display_;
     void* handle_;
     void* config_;
+    std::vector<int> boxes_;
 };
 
 // Replaces glGetGraphicsResetStatus() in tests of a lost GPU.

@@ -78,6 +78,22 @@ bool EglWindowSurface::swap() {
     return display_->isConnected() && eglSwapBuffers(display_->handle(), handle_) == EGL_TRUE;
 }
 
+bool EglWindowSurface::swap(std::span<const QRect> boxes) {
+    const bool khr = display_->offers("EGL_KHR_swap_buffers_with_damage");
+    if (boxes.empty() || !(khr || display_->offers("EGL_EXT_swap_buffers_with_damage")))
+        return swap();
+    if (!display_->isConnected()) return false;
+    const int height = size().height();
+    boxes_.clear();
+    for (const QRect& box : boxes)
+        boxes_.insert(boxes_.end(),
+                      {box.x(), height - box.y() - box.height(), box.width(), box.height()});
+    const auto count = static_cast<EGLint>(boxes.size());
+    return (khr ? eglSwapBuffersWithDamageKHR(display_->handle(), handle_, boxes_.data(), count)
+                : eglSwapBuffersWithDamageEXT(display_->handle(), handle_, boxes_.data(), count)) ==
+           EGL_TRUE;
+}
+
 bool EglWindowSurface::setSwapInterval(int interval) {
     return eglSwapInterval(display_->handle(), interval) == EGL_TRUE;
 }

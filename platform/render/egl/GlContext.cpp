@@ -109,7 +109,13 @@ bool GlContext::makeCurrent() {
 }
 
 bool GlContext::makeCurrent(const EglWindowSurface& surface) {
-    return bind(surface.handle());
+    if (!bind(surface.handle())) return false;
+    // A context that was current without a surface first draws into no buffer, or (Mesa 22.3)
+    // into the front one.
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    glDrawBuffer(GL_BACK);
+    glReadBuffer(GL_BACK);
+    return true;
 }
 
 bool GlContext::bind(void* surface) {

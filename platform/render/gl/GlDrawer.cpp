@@ -61,6 +61,9 @@ struct GlDrawer::Parts {
     Parts(const Parts&) = delete;
     Parts& operator=(const Parts&) = delete;
 
+    // Sets the state that every list needs, but the blending.
+    void begin(const PixelGrid& grid);
+    void add(const DisplayList& list, const PixelGrid& grid);
     void flush();
     RectProgram& program();
 
@@ -71,6 +74,7 @@ struct GlDrawer::Parts {
     GlPictures pictures;
     GlRecords records;
     GLuint vertices = 0;  // no attributes; core profile requires a bound array
+    DisplayList veil;     // of fade()
     QSize size;
     int drawCalls = 0;
 };
@@ -98,6 +102,30 @@ void GlDrawer::draw(const DisplayList& list, const PixelGrid& grid,
     Parts& p = *parts_;
     p.drawCalls = 0;
     if (grid.size.isEmpty()) return;
+    p.begin(grid);
+    if (background) {
+        glClearColor(background->r, background->g, background->b, background->a);
+        glClear(GL_COLOR_BUFFER_BIT);
+    }
+    glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
+    p.add(list, grid);
+    p.pictures.endDraw();
+}
+
+void GlDrawer::fade(const PixelGrid& grid, double opacity) {
+    Parts& p = *parts_;
+    if (grid.size.isEmpty()) return;
+    p.begin(grid);
+    p.veil.items.resize(1);
+    DisplayItem& item = p.veil.items.front();
+    item.rect = item.clip = {QPointF(0, 0), QSizeF(grid.size) / grid.scale};
+    item.colour = {0.0F, 0.0F, 0.0F, static_cast<float>(1.0 - opacity)};
+    // The veil adds nothing to the picture, and lets a part through.
+    glBlendFunc(GL_ZERO, GL_ONE_MINUS_SRC_ALPHA);
+    p.add(p.veil, grid);
+}
+
+void GlDrawer::Parts::begin(const PixelGrid& grid) {
     glDisable(GL_SCISSOR_TEST);
     glDisable(GL_DEPTH_TEST);
     glDisable(GL_STENCIL_TEST);
@@ -105,23 +133,20 @@ void GlDrawer::draw(const DisplayList& list, const PixelGrid& grid,
     glDisable(GL_FRAMEBUFFER_SRGB);
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
     glViewport(0, 0, grid.size.width(), grid.size.height());
-    if (background) {
-        glClearColor(background->r, background->g, background->b, background->a);
-        glClear(GL_COLOR_BUFFER_BIT);
-    }
     glEnable(GL_BLEND);
     glBlendEquation(GL_FUNC_ADD);
-    glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
-    p.size = grid.size;
-    p.records.begin(list, grid);
+    size = grid.size;
+}
+
+void GlDrawer::Parts::add(const DisplayList& list, const PixelGrid& grid) {
+    records.begin(list, grid);
     for (const DisplayItem& item : list.items) {
-        if (p.records.add(item)) continue;
-        p.flush();
+        if (records.add(item)) continue;
+        flush();
         // An item too large even for a draw call alone is left out.
-        p.records.add(item);
+        records.add(item);
     }
-    p.flush();
-    p.pictures.endDraw();
+    flush();
 }
 
 RectProgram& GlDrawer::Parts::program() {

@@ -42,6 +42,10 @@ class GlDrawer {
     // bindings.
     void draw(const DisplayList& list, const PixelGrid& grid, std::optional<Rgba> background);
 
+    // Multiplies the framebuffer's lower left `grid.size` pixels, alpha included, by the
+    // opacity, in [0, 1].
+    void fade(const PixelGrid& grid, double opacity);
+
     // The number for the last draw; clearing to the background does not count.
     [[nodiscard]] int drawCalls() const;
 

@@ -243,7 +243,8 @@ void ScenePass::setThickness(const SceneProgram& program) const {
     glUniform1f(program.thickness, drawn);
     glUniform1f(program.strength, wanted / drawn);
     // Every dot has its own size.
-    glUniform3f(program.dots, options_.pixelsPerPoint, static_cast<float>(options_.size.height()),
+    glUniform3f(program.dots, options_.pixelsPerPoint,
+                frame_.list->camera.heightShare * static_cast<float>(options_.size.height()),
                 options_.shownPixel);
 }
 

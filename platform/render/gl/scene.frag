@@ -18,6 +18,7 @@ noperspective in float across;
 #ifdef POINTS
 flat in float dotSize;
 flat in float dotLight;
+flat in vec2 dotMiddle;
 #endif
 #ifdef MIRRORED
 in float height;
@@ -80,7 +81,8 @@ void main() {
     colour *= strength * clamp(0.5 * thickness + 0.5 - abs(across), 0.0, 1.0);
 #endif
 #ifdef POINTS
-    float away = length(gl_PointCoord - 0.5) * (dotSize + 1.0);
+    // With multisampling, software OpenGL is half a pixel off in gl_PointCoord.
+    float away = length(gl_FragCoord.xy - dotMiddle);
     float covered = clamp(0.5 * dotSize + 0.5 - away, 0.0, 1.0);
     if (covered == 0.0) discard;
     colour *= dotLight * covered;

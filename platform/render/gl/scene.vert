@@ -16,7 +16,7 @@ uniform vec3 cameraPosition;
 uniform mat4 contentsTransform;
 uniform vec2 halfViewport;  // pixels
 uniform float thickness;    // pixels, of lines
-uniform vec3 dots;          // pixels per point, the picture's height, a shown pixel's size
+uniform vec3 dots;          // pixels per point, the height that a share is of, a shown pixel's size
 uniform float zNear;
 uniform vec3 middle;  // of a FADING mesh
 uniform vec4 floorPlane;  // world; the normal, and minus the distance
@@ -35,6 +35,7 @@ noperspective out float across;  // pixels from the line's middle
 #ifdef POINTS
 flat out float dotSize;   // pixels
 flat out float dotLight;  // the share of light left
+flat out vec2 dotMiddle;  // pixels, as gl_FragCoord
 #endif
 #ifdef MIRRORED
 out float height;  // the reflected thing's, above the floor
@@ -115,7 +116,9 @@ void main() {
     size = max(size, dots.z);
     dotSize = max(size, 1.0);
     dotLight = (size / dotSize) * (size / dotSize);
-    gl_PointSize = dotSize + 1.0;
+    dotMiddle = (gl_Position.xy / gl_Position.w + 1.0) * halfViewport;
+    // Drivers place the square of a dot up to half a pixel away.
+    gl_PointSize = dotSize + 2.0;
 #endif
 #ifdef LINES
     vec4 end = vec4(normal, 1.0);

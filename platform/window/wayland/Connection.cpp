@@ -6,6 +6,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <utility>
@@ -20,6 +21,10 @@ constexpr int kPatience = 5000;  // milliseconds
 // Protocols of lockers, of which only the presence counts.
 constexpr std::string_view kInputTaking = "zwlr_input_inhibit_manager_v1";
 constexpr std::string_view kSessionLocks = "ext_session_lock_manager_v1";
+// Protocols by which drivers share pictures on a GPU, likewise: Mesa's and all drivers' later
+// one, and NVIDIA's earlier one.
+constexpr std::array<std::string_view, 3> kGpuSharing{"wl_drm", "zwp_linux_dmabuf_v1",
+                                                      "wl_eglstream_display"};
 
 // Suppresses the library's own messages; the action of onLost() reports a loss.
 void keepQuiet(const char*, va_list) {}
@@ -139,6 +144,8 @@ void Connection::found(std::uint32_t name, std::string_view interface, std::uint
         inputTaking_ = true;
     } else if (interface == kSessionLocks) {
         sessionLocks_ = true;
+    } else if (std::find(kGpuSharing.begin(), kGpuSharing.end(), interface) != kGpuSharing.end()) {
+        sharesGpu_ = true;
     } else if (interface == zwlr_foreign_toplevel_manager_v1_interface.name) {
         toplevelManager_ = name;
     }
@@ -157,10 +164,20 @@ void Connection::gone(std::uint32_t name) {
 
 void Connection::read() {
     while (wl_display_prepare_read(display()) != 0)
-        if (wl_display_dispatch_pending(display()) < 0) return failed();
-    if (wl_display_read_events(display()) < 0 || wl_display_dispatch_pending(display()) < 0)
-        return failed();
+        if (wl_display_dispatch_pending(display()) < 0) return lost();
+    // A driver may have read meanwhile. Reading then would wait for the compositor.
+    pollfd socket{.fd = wl_display_get_fd(display()), .events = POLLIN, .revents = 0};
+    if (poll(&socket, 1, 0) != 1) {
+        wl_display_cancel_read(display());
+    } else if (wl_display_read_events(display()) < 0) {
+        return lost();
+    }
+    deliver();
     flush();
+}
+
+void Connection::deliver() {
+    if (alive_ && wl_display_dispatch_pending(display()) < 0) lost();
 }
 
 void Connection::flush() {
@@ -169,7 +186,11 @@ void Connection::flush() {
     if (writable_ && writable_->isEnabled() != full) writable_->setEnabled(full);
 }
 
-void Connection::failed() {
+void Connection::lost() {
+    alive_ = false;
+    if (readable_) readable_->setEnabled(false);
+    if (writable_) writable_->setEnabled(false);
+    if (std::exchange(told_, true)) return;
     if (wl_display_get_error(display()) == EPROTO) {
         const wl_interface* interface = nullptr;
         std::uint32_t id = 0;
@@ -178,14 +199,6 @@ void Connection::failed() {
                              .arg(QLatin1String(interface ? interface->name : "wl_display"))
                              .arg(code);
     }
-    lost();
-}
-
-void Connection::lost() {
-    alive_ = false;
-    if (readable_) readable_->setEnabled(false);
-    if (writable_) writable_->setEnabled(false);
-    if (std::exchange(told_, true)) return;
     if (const auto action = std::exchange(lost_, nullptr)) action();
 }
 

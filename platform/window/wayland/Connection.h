@@ -19,7 +19,8 @@ namespace platform::wayland {
 
 // The program's connection to a Wayland compositor, and the compositor's interfaces. Reads on
 // the Qt event loop of the thread that made the connection, and sends before that loop waits.
-// No other thread uses the connection. Owned by the window system; outlives the
+// A driver of OpenGL uses the connection on render threads, and may read events for the main
+// thread there; see deliver(). Owned by the window system; outlives the
 // windows. Main thread.
 class Connection {
   public:
@@ -68,8 +69,13 @@ class Connection {
     [[nodiscard]] ext_idle_notifier_v1* idleNotifier() const { return idleNotifier_.get(); }
     [[nodiscard]] org_kde_kwin_idle* kdeIdle() const { return kdeIdle_.get(); }
 
+    // Whether the compositor shares a GPU with programs.
+    [[nodiscard]] bool sharesGpu() const { return sharesGpu_; }
+
     // Sends the requests made so far.
     void flush();
+    // Delivers the events that another thread has read.
+    void deliver();
     // Waits for the compositor's answers; see answers().
     bool roundTrip() { return alive_ && answers(*display()); }
 
@@ -84,7 +90,6 @@ class Connection {
     void gone(std::uint32_t name);
     void followToplevels();
     void read();
-    void failed();
 
     std::unique_ptr<wl_display, Disconnect> display_;
     bool alive_ = false;
@@ -102,7 +107,7 @@ class Connection {
     Proxy<zxdg_decoration_manager_v1> decorations_;
     Proxy<ext_idle_notifier_v1> idleNotifier_;
     Proxy<org_kde_kwin_idle> kdeIdle_;
-    bool inputTaking_ = false, sessionLocks_ = false;
+    bool inputTaking_ = false, sessionLocks_ = false, sharesGpu_ = false;
     std::uint32_t toplevelManager_ = 0;  // its name; 0 without
     Toplevels toplevels_;
     Outputs outputs_;

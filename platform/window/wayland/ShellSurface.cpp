@@ -41,6 +41,7 @@ struct ShellSurface::Listeners {
     static const wp_presentation_feedback_listener kFeedback;
 
     static void drop(ShellSurface& surface, struct wp_presentation_feedback* feedback) {
+        const std::lock_guard lock(surface.answers_);
         std::erase_if(surface.feedbacks_, [=](const auto& each) { return each.get() == feedback; });
     }
 };
@@ -96,7 +97,10 @@ const xdg_toplevel_listener ShellSurface::Listeners::kToplevel = {
 
 const wl_callback_listener ShellSurface::Listeners::kFrame = {
     .done = [](void* data, wl_callback*, std::uint32_t) {
-        of(data).callback_.reset();
+        {
+            const std::lock_guard lock(of(data).answers_);
+            of(data).callback_.reset();
+        }
         of(data).owner_.frameDone();
     }};
 
@@ -174,7 +178,7 @@ void ShellSurface::makeWindow(const Options& options) {
     xdg_surface_add_listener(xdg_.get(), &Listeners::kXdg, this);
     toplevel_.reset(xdg_surface_get_toplevel(xdg_.get()));
     xdg_toplevel_add_listener(toplevel_.get(), &Listeners::kToplevel, this);
-    xdg_toplevel_set_title(toplevel_.get(), options.title.toUtf8().constData());
+    setTitle(options.title);
     xdg_toplevel_set_app_id(toplevel_.get(), kProgram);
     if (options.role == Role::FullScreen)
         xdg_toplevel_set_fullscreen(toplevel_.get(),
@@ -193,10 +197,14 @@ void ShellSurface::applyInput() {
     wl_surface_set_input_region(surface_.get(), empty.get());
 }
 
+void ShellSurface::setTitle(const QString& title) {
+    if (toplevel_) xdg_toplevel_set_title(toplevel_.get(), title.toUtf8().constData());
+}
+
 void ShellSurface::setTakesInput(bool takes) {
     if (std::exchange(takesInput_, takes) == takes) return;
     applyInput();
-    wl_surface_commit(surface_.get());
+    commit();
 }
 
 void ShellSurface::setTakesKeyboard(bool takes) {
@@ -204,7 +212,7 @@ void ShellSurface::setTakesKeyboard(bool takes) {
     zwlr_layer_surface_v1_set_keyboard_interactivity(
         layer_.get(), takes ? ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_EXCLUSIVE
                             : ZWLR_LAYER_SURFACE_V1_KEYBOARD_INTERACTIVITY_NONE);
-    wl_surface_commit(surface_.get());
+    commit();
 }
 
 void ShellSurface::setAboveAll(bool above) {
@@ -213,7 +221,7 @@ void ShellSurface::setAboveAll(bool above) {
         ZWLR_LAYER_SURFACE_V1_SET_LAYER_SINCE_VERSION)
         return;
     zwlr_layer_surface_v1_set_layer(layer_.get(), layerOf(above));
-    wl_surface_commit(surface_.get());
+    commit();
 }
 
 double ShellSurface::scale() const {
@@ -229,29 +237,61 @@ void ShellSurface::setOpaque(QSize points, bool opaque) {
     wl_surface_set_opaque_region(surface_.get(), region.get());
 }
 
-void ShellSurface::watchPresentation() {
+bool ShellSurface::isWaiting() const {
+    const std::lock_guard lock(answers_);
+    return callback_ != nullptr;
+}
+
+void ShellSurface::commit() {
+    // The other thread's commit may have taken the changes along, or just missed them.
+    const std::unique_lock lock(commits_, std::try_to_lock);
+    owesCommit_ = !lock;
+    if (lock) wl_surface_commit(surface_.get());
+}
+
+void ShellSurface::settle() {
+    if (owesCommit_) commit();
+}
+
+void ShellSurface::askForAnswers() {
+    const std::lock_guard lock(answers_);
+    callback_.reset(wl_surface_frame(surface_.get()));
+    wl_callback_add_listener(callback_.get(), &Listeners::kFrame, this);
     if (!connection_.presentation() || feedbacks_.size() >= kMostReports) return;
     feedbacks_.emplace_back(wp_presentation_feedback(connection_.presentation(), surface_.get()));
     wp_presentation_feedback_add_listener(feedbacks_.back().get(), &Listeners::kFeedback, this);
 }
 
-void ShellSurface::show(wl_buffer* buffer, std::span<const QRect> boxes, QSize points,
-                        bool opaque) {
-    wl_surface* const surface = surface_.get();
+void ShellSurface::prepare(const Picture& picture) {
+    const QSize points = picture.points;
     if (viewport_) {
         if (std::exchange(destination_, points) != points)
             wp_viewport_set_destination(viewport_.get(), points.width(), points.height());
-    } else if (std::exchange(bufferScale_, wholeScale_) != wholeScale_) {
-        wl_surface_set_buffer_scale(surface, wholeScale_);
+    } else if (std::exchange(bufferScale_, picture.wholeScale) != picture.wholeScale) {
+        wl_surface_set_buffer_scale(surface_.get(), picture.wholeScale);
     }
-    setOpaque(points, opaque);
-    wl_surface_attach(surface, buffer, 0, 0);
-    for (const QRect& box : boxes)
-        wl_surface_damage_buffer(surface, box.x(), box.y(), box.width(), box.height());
-    callback_.reset(wl_surface_frame(surface));
-    wl_callback_add_listener(callback_.get(), &Listeners::kFrame, this);
-    watchPresentation();
-    wl_surface_commit(surface);
+    setOpaque(points, picture.opaque);
+    askForAnswers();
+}
+
+bool ShellSurface::show(const Picture& picture, const std::function<bool()>& commit) {
+    const std::lock_guard lock(commits_);
+    prepare(picture);
+    if (commit()) return true;
+    const std::lock_guard answers(answers_);
+    callback_.reset();
+    return false;
+}
+
+void ShellSurface::show(wl_buffer* buffer, std::span<const QRect> boxes, const Picture& picture) {
+    wl_surface* const surface = surface_.get();
+    (void)show(picture, [&] {
+        wl_surface_attach(surface, buffer, 0, 0);
+        for (const QRect& box : boxes)
+            wl_surface_damage_buffer(surface, box.x(), box.y(), box.width(), box.height());
+        wl_surface_commit(surface);
+        return true;
+    });
 }
 
 }  // namespace platform::wayland

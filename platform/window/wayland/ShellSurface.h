@@ -3,6 +3,9 @@
 
 #include <QSize>
 #include <QString>
+#include <atomic>
+#include <functional>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <vector>
@@ -33,7 +36,8 @@ class ShellSurfaceOwner {
 
 // A surface with a role: an overlay over a whole display, or a window. Unmapped until its
 // first picture. The native window owns it, from showing to hiding: a window that is shown
-// again has a new surface, with every setting made anew. Main thread.
+// again has a new surface, with every setting made anew. Main thread, but for what is told of
+// show().
 class ShellSurface {
   public:
     enum class Role {
@@ -57,6 +61,8 @@ class ShellSurface {
     ShellSurface(const ShellSurface&) = delete;
     ShellSurface& operator=(const ShellSurface&) = delete;
 
+    // Names a window; an overlay has no name.
+    void setTitle(const QString& title);
     void setTakesInput(bool takes);
     // Sets whether an overlay gets all keys.
     void setTakesKeyboard(bool takes);
@@ -71,11 +77,27 @@ class ShellSurface {
     // per point.
     [[nodiscard]] bool isStretched() const { return viewport_ != nullptr; }
     // Whether the compositor has not yet answered for the last picture.
-    [[nodiscard]] bool isWaiting() const { return callback_ != nullptr; }
+    [[nodiscard]] bool isWaiting() const;
 
-    // Shows a picture that is `points` large; `boxes` (pixels of the buffer) are new. An
-    // opaque picture hides the windows below.
-    void show(wl_buffer* buffer, std::span<const QRect> boxes, QSize points, bool opaque);
+    // How a picture is shown.
+    struct Picture {
+        QSize points;
+        int wholeScale = 1;   // pixels per point where nothing is stretched
+        bool opaque = false;  // hides the windows below
+    };
+    [[nodiscard]] Picture pictureOf(QSize points) const {
+        return {.points = points, .wholeScale = wholeScale_};
+    }
+
+    // Shows the buffer; `boxes` (its pixels) are new.
+    void show(wl_buffer* buffer, std::span<const QRect> boxes, const Picture& picture);
+    // Has `commit` commit a picture; false as `commit` itself, and then nothing is shown. On
+    // the thread that draws the picture, which the caller keeps from outliving the surface. One
+    // thread at a time.
+    bool show(const Picture& picture, const std::function<bool()>& commit);
+    // Commits changes that had to wait for another thread's show().
+    void settle();
+    [[nodiscard]] wl_surface* surface() const { return surface_.get(); }
 
   private:
     struct Listeners;
@@ -83,7 +105,9 @@ class ShellSurface {
     void makeOverlay(const Options& options);
     void makeWindow(const Options& options);
     void applyInput();
-    void watchPresentation();
+    void commit();
+    void askForAnswers();
+    void prepare(const Picture& picture);
     void setOpaque(QSize points, bool opaque);
 
     Connection& connection_;
@@ -95,14 +119,19 @@ class ShellSurface {
     Proxy<xdg_surface> xdg_;
     Proxy<xdg_toplevel> toplevel_;
     Proxy<zxdg_toplevel_decoration_v1> decoration_;
+    mutable std::mutex answers_;  // guards the next two
     Proxy<wl_callback> callback_;
     std::vector<Proxy<struct wp_presentation_feedback>> feedbacks_;
+    // Held from the attaching of a picture to its commit, which another commit would tear.
+    std::mutex commits_;
+    std::atomic<bool> owesCommit_{false};
     bool takesInput_;
     bool aboveAll_;
     bool configured_ = false;
     QSize asked_;                        // a toplevel's size, until its surface is configured
     std::optional<double> wantedScale_;  // the compositor's scale for this surface
     int wholeScale_ = 1;                 // the scale of the surface's display
+    // What the last picture was shown with.
     QSize destination_;
     int bufferScale_ = 1;
     QSize opaqueSize_;

@@ -20,6 +20,7 @@ WaylandSystem::~WaylandSystem() = default;
 Capabilities WaylandSystem::capabilities() const {
     return {.liesAboveAll = connection_.layers() != nullptr,
             .passesClicks = true,
+            .drawsOnGpu = connection_.sharesGpu(),
             .knowsIdle = WaylandIdle::canWatch(connection_)};
 }
 

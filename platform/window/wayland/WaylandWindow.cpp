@@ -5,6 +5,7 @@
 #include <cmath>
 #include <utility>
 
+#include "platform/window/SurfaceFor.h"
 #include "platform/window/wayland/DamageBoxes.h"
 #include "platform/window/wayland/ShmSurface.h"
 #include "platform/window/wayland/WaylandSystem.h"
@@ -38,10 +39,18 @@ WaylandWindow::WaylandWindow(WaylandSystem& system, const NativeWindowOptions& o
       takesKeyboard_(options.takesKeyboard),
       ring_(std::make_shared<BufferRing>()),
       buffers_(connection_.shm(), *ring_, [this] { updateReadiness(); }),
-      painted_(ring_->file(), QSocketNotifier::Read) {
+      place_(std::make_shared<EglPlace>(connection_.display())),
+      painted_(ring_->file(), QSocketNotifier::Read),
+      drawn_(place_->file(), QSocketNotifier::Read) {
     QObject::connect(&painted_, &QSocketNotifier::activated, [this] {
         ring_->acknowledge();
         showPainted();
+    });
+    QObject::connect(&drawn_, &QSocketNotifier::activated, [this] {
+        place_->acknowledge();
+        if (surface_) surface_->settle();
+        updateReadiness();
+        connection_.deliver();
     });
     system_.added(*this);
 }
@@ -195,6 +204,7 @@ void WaylandWindow::setResting(bool resting) {
 
 void WaylandWindow::endSurface() {
     if (!surface_) return;
+    place_->close();
     surface_.reset();
     if (std::exchange(resting_, false)) system_.restingChanged();
     // The compositor reads no buffer of an ended surface.
@@ -210,6 +220,7 @@ bool WaylandWindow::isSeen() const {
 
 void WaylandWindow::outputsChanged() {
     follow();
+    updatePlace();
     delegate_.geometryChanged();
 }
 
@@ -220,6 +231,11 @@ void WaylandWindow::takeKeyboard() {
 
 bool WaylandWindow::hasKeyboard() const {
     return connection_.seat().hasKeyboard(*this);
+}
+
+void WaylandWindow::setTitle(const QString& title) {
+    options_.window.title = title;
+    if (surface_) surface_->setTitle(title);
 }
 
 void WaylandWindow::setIgnoresMouse(bool ignores) {
@@ -239,8 +255,25 @@ bool WaylandWindow::hidesCursor() const {
     return options_.cursorHidden || system_.hidesCursor();
 }
 
-NativeWindow::SurfaceMaker WaylandWindow::surfaceMaker(const SurfaceOptions&) {
-    return [ring = ring_](int) { return std::make_unique<ShmSurface>(ring); };
+NativeWindow::SurfaceMaker WaylandWindow::surfaceMaker(const SurfaceOptions& options) {
+    // The next way of drawing has the compositor's surface for itself.
+    place_->close();
+    if (surface_ && surface_->isConfigured()) place_->open(*surface_);
+    return [options, ring = ring_, place = place_,
+            shares = connection_.sharesGpu()](int ending) -> std::unique_ptr<Surface> {
+        return surfaceFor(options.drawer,
+                          {.sharesGpu = [&] { return shares; },
+                           .openGl =
+                               [&] {
+                                   return GlSurface::create(EglPlace::target(place, ending),
+                                                            options.resetStatus);
+                               },
+                           .cpu = [&] { return std::make_unique<ShmSurface>(ring); }});
+    };
+}
+
+void WaylandWindow::updatePlace() {
+    if (surface_) place_->setSize(pixelSize(), surface_->pictureOf(points()));
 }
 
 void WaylandWindow::surfaceConfigured(QSize size) {
@@ -250,6 +283,8 @@ void WaylandWindow::surfaceConfigured(QSize size) {
     const QSize open = configured_.isEmpty() && fillsDisplay() && on ? on->place().size() : before;
     configured_ = {size.width() > 0 ? size.width() : open.width(),
                    size.height() > 0 ? size.height() : open.height()};
+    updatePlace();
+    if (first) place_->open(*surface_);
     delegate_.geometryChanged();
     if (!first) return;
     delegate_.visibilityChanged();
@@ -258,6 +293,7 @@ void WaylandWindow::surfaceConfigured(QSize size) {
 }
 
 void WaylandWindow::surfaceRescaled() {
+    updatePlace();
     delegate_.geometryChanged();
 }
 
@@ -282,7 +318,9 @@ void WaylandWindow::showPainted() {
     ring_->sweep();
     if (!buffer) return;
     joinDamage(damage_, boxes_);
-    surface_->show(buffers_.name(*buffer, opaque), boxes_, points(), opaque);
+    ShellSurface::Picture picture = surface_->pictureOf(points());
+    picture.opaque = opaque;
+    surface_->show(buffers_.name(*buffer, opaque), boxes_, picture);
     updateReadiness();
 }
 
@@ -293,6 +331,7 @@ void WaylandWindow::updateReadiness() {
 
 void WaylandWindow::frameDone() {
     // A surface that shows a picture has the keyboard by now, if it can have it.
+    place_->answered();
     if (!std::exchange(hadChance_, true)) focusChanged();
     // A picture may have been painted while the compositor was busy with the previous one.
     showPainted();

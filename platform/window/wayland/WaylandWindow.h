@@ -7,6 +7,7 @@
 
 #include "platform/window/NativeWindow.h"
 #include "platform/window/wayland/BufferRing.h"
+#include "platform/window/wayland/EglPlace.h"
 #include "platform/window/wayland/ShellSurface.h"
 
 namespace platform::wayland {
@@ -44,6 +45,7 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     // A compositor may offer reports, and send none; they count from the first one on.
     [[nodiscard]] bool tellsPresentation() const override { return tellsPresentation_; }
     void setIgnoresMouse(bool ignores) override;
+    void setTitle(const QString& title) override;
     void setCursorHidden(bool hidden) override;
     void setOpacity(double) override {}
     [[nodiscard]] SurfaceMaker surfaceMaker(const SurfaceOptions& options) override;
@@ -95,6 +97,7 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     void setResting(bool resting);
     void showPainted();
     void updateReadiness();
+    void updatePlace();
 
     WaylandSystem& system_;
     Connection& connection_;
@@ -113,10 +116,11 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     bool tellsPresentation_ = false;
     const std::shared_ptr<BufferRing> ring_;
     ShmBuffers buffers_;
+    const std::shared_ptr<EglPlace> place_;
     std::unique_ptr<ShellSurface> surface_;
     Proxy<wl_callback> again_;  // while a closed surface may be made again
     std::vector<QRect> damage_, boxes_;
-    QSocketNotifier painted_;
+    QSocketNotifier painted_, drawn_;
 };
 
 }  // namespace platform::wayland

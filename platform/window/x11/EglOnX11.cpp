@@ -68,8 +68,9 @@ class WindowTarget final : public EglTarget {
     explicit WindowTarget(const QString& display) : connection_(display) {}
 
     [[nodiscard]] const std::shared_ptr<EglDisplay>& display() const override { return display_; }
-    [[nodiscard]] EglWindowSurface& surface() const override { return *surface_; }
-    void resize(QSize) override {}
+    [[nodiscard]] EglWindowSurface* lasting() const override { return surface_.get(); }
+    [[nodiscard]] EglWindowSurface* begin(QSize) override { return surface_.get(); }
+    bool swap(const Frame&, std::span<const QRect>) override { return surface_->swap(); }
     [[nodiscard]] Surface::Result state() override {
         while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
             if (event->response_type != 0) continue;

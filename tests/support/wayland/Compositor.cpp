@@ -149,6 +149,12 @@ int Compositor::count(const std::string& interface, const std::string& request) 
     return times;
 }
 
+int Compositor::pictures() {
+    int number = 0;
+    ask([&](World& world) { number = world.pictures; });
+    return number;
+}
+
 int Compositor::clients() {
     int number = 0;
     ask([&](World& world) { number = wl_list_length(wl_display_get_client_list(world.display)); });

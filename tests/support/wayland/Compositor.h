@@ -115,6 +115,8 @@ class Compositor {
     [[nodiscard]] std::vector<Surface> shown();
     // The number of such requests by clients, as in ("wl_surface", "commit").
     [[nodiscard]] int count(const std::string& interface, const std::string& request);
+    // The commits so far that asked for an answer, as every picture does.
+    [[nodiscard]] int pictures();
     [[nodiscard]] int clients();
     // The number of buffers that are alive.
     [[nodiscard]] int buffers();

@@ -83,6 +83,7 @@ struct World {
     std::map<std::string, std::unique_ptr<OutputState>> outputs;
     std::vector<std::unique_ptr<OutputState>> goneOutputs;
     std::map<std::string, int> requests;
+    int pictures = 0;  // commits that ask for the next frame
     std::set<wl_resource*> buffers;
     std::vector<wl_resource*> seats, keyboards, pointers, toplevels;
     std::map<wl_resource*, std::uint32_t> idles, kdeIdles;  // with their milliseconds

@@ -60,6 +60,29 @@ TEST_F(SceneShapesTest, PointsAreRoundAndAsWideAtEveryDensity) {
     }
 }
 
+TEST_F(SceneShapesTest, APointsLightLiesRoundItsPlace) {
+    constexpr int kSide = 32;  // pixels; two units across at this depth
+    for (const float shift : {0.0F, 0.3F, 0.5F, 0.8F}) {
+        Stage stage;
+        const float right = shift * 2.0F / kSide;
+        const float up = 0.5F * right;
+        stage.add(makePoints({{right, up, -1}}, 6.0, constant(QColor(0, 188, 0))), {});
+        // Surfaces make the picture multisampled.
+        stage.add(square(0.1, constant(QColor(Qt::black))), {-0.5, -0.5, -1.0});
+        const QImage image = picture(stage, {kSide, kSide});
+        double sum = 0.0, x = 0.0, y = 0.0;
+        for (int row = 0; row < kSide; ++row)
+            for (int column = 0; column < kSide; ++column) {
+                const double light = srgbDecode(green(image, column, row) / 255.0);
+                sum += light;
+                x += light * (column + 0.5);
+                y += light * (row + 0.5);
+            }
+        EXPECT_NEAR(x / sum, 0.5 * kSide + shift, 0.1) << shift;
+        EXPECT_NEAR(y / sum, 0.5 * kSide - 0.5 * shift, 0.1) << shift;
+    }
+}
+
 TEST_F(SceneShapesTest, PointsOfSeveralSizesAreDrawnAtOnceEachInItsOwn) {
     const auto light = [this](bool large, bool small) {
         Stage stage;
@@ -85,7 +108,8 @@ TEST_F(SceneShapesTest, APointIsNeverThinnerThanAPixel) {
     EXPECT_NEAR(light, 1.0, 0.35);
 }
 
-TEST_F(SceneShapesTest, APointIsNoLargerThanItsShareOfTheHeight) {
+// The camera's own angle would show three quarters of the height that the square picture shows.
+TEST_F(SceneShapesTest, APointIsNoLargerThanItsShareOfTheHeightAtTheCamerasOwnAngle) {
     for (const int height : {64, 160}) {
         Stage stage;
         stage.add(makeGeometry({.primitive = Primitive::Points,
@@ -95,7 +119,7 @@ TEST_F(SceneShapesTest, APointIsNoLargerThanItsShareOfTheHeight) {
                                 .pointHeightShare = 0.0625},
                                constant(QColor(0, 188, 0))),
                   {});
-        const double across = std::min(8.0, 0.0625 * height);
+        const double across = std::min(8.0, 0.75 * 0.0625 * height);
         const double area = 0.25 * kPi * across * across;
         EXPECT_NEAR(lightOf(picture(stage, {height, height})) / srgbDecode(188 / 255.0), area,
                     0.08 * area);

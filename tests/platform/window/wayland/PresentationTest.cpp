@@ -1,65 +1,13 @@
 // SPDX-License-Identifier: MIT
 // A window follows the times at which its pictures were shown, and costs nothing while they
 // are not.
-#include <QDir>
-#include <QFile>
-
-#include "platform/window/Window.h"
-#include "tests/platform/window/wayland/WaylandFixture.h"
+#include "tests/platform/window/wayland/MovingWindow.h"
 
 namespace platform::wayland {
 namespace {
 
-using wltest::Options;
-
 struct Presentation : testing::Test {
-    // A window with a picture that always moves, on a clock moved by hand.
-    struct Shown {
-        explicit Shown(const Options& options = {}) : compositor(options) {
-            auto view = std::make_shared<View>(QRectF());
-            view->setWantsLayer(true);
-            view->layer()->setBackgroundColor(Qt::green);
-            view->layer()->addAnimation(
-                "moves",
-                BasicAnimation{.keyPath = KeyPath::Opacity,
-                               .from = 0.0,
-                               .to = 1.0,
-                               .timing = {.duration = 10.0, .repeatCount = 1.0e6}},
-                clock.now());
-            window.setContentView(view);
-            window.show();
-        }
-        // The pictures that were handed to the compositor: only they ask for a callback.
-        int pictures() { return compositor.count("wl_surface", "frame"); }
-        // Lets time go by until there is one more than at the last call.
-        bool paintsOnce() {
-            const int before = painted_;
-            until([&] {
-                if (pictures() == before) clock.advance(0.001);
-                return pictures() > before;
-            });
-            painted_ = pictures();
-            return painted_ > before;
-        }
-        std::uint64_t frames() { return window.statistics().frames; }
-        // Both sides have acted on all that the other did, and the render thread rests.
-        void settle() {
-            for (int i = 0; i < 3; ++i) {
-                QCoreApplication::processEvents();
-                (void)system->connection().roundTrip();
-            }
-        }
-
-        wltest::Compositor compositor;
-        ManualClock clock{100.0};
-        std::shared_ptr<WaylandSystem> system =
-            std::make_shared<WaylandSystem>(clock, compositor.address());
-        WindowServer server{clock, {.system = system}};
-        Window window{server, {.frame = {0, 0, 640, 480}, .style = WindowStyle::FullScreen}};
-
-      private:
-        int painted_ = 0;
-    };
+    using Shown = MovingWindow;
 };
 
 TEST_F(Presentation, APictureCountsOnceItWasShown) {
@@ -131,46 +79,23 @@ TEST_F(Presentation, ThePaceIsThatOfTheDisplayAsItWasSeen) {
     EXPECT_LE(shown.pictures(), first + 21);
 }
 
-// How often the thread of that name was given a processor, by the kernel's count; -1 while
-// the thread does not sleep.
-std::int64_t runsOf(const QByteArray& name) {
-    std::int64_t runs = -1;
-    const QDir tasks(QStringLiteral("/proc/self/task"));
-    for (const QString& task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        QFile comm(tasks.filePath(task) + QStringLiteral("/comm"));
-        QFile status(tasks.filePath(task) + QStringLiteral("/status"));
-        if (!comm.open(QIODevice::ReadOnly) || comm.readAll().trimmed() != name) continue;
-        if (!status.open(QIODevice::ReadOnly)) continue;
-        const QByteArray text = status.readAll();
-        if (!text.contains("State:\tS")) return -1;
-        runs = 0;
-        for (const QByteArray& line : text.split('\n'))
-            if (line.contains("ctxt_switches")) runs += line.split('\t').last().toLongLong();
-    }
-    return runs;
-}
-
-struct AMinute : Presentation {
+// On the processor, and with OpenGL in software.
+struct AMinute : testing::TestWithParam<DrawerChoice> {
+    using Shown = MovingWindow;
     // A minute at 60 a second goes by: nothing is committed, and the render thread sleeps.
     static void nothingHappensIn(Shown& shown) {
         shown.settle();
         const int commits = shown.compositor.count("wl_surface", "commit");
         // The thread ends its work on the last picture.
-        std::int64_t runs = -1;
-        int same = 0;
-        ASSERT_TRUE(until([&] {
-            const std::int64_t now = runsOf("render");
-            same = now >= 0 && now == runs ? same + 1 : 0;
-            runs = now;
-            return same == 20;
-        }));
+        const std::int64_t runs = runsAtRest("render");
+        ASSERT_GE(runs, 0);
         for (int i = 0; i < 3600; ++i) {
             shown.clock.advance(1.0 / 60.0);
             QCoreApplication::processEvents();
         }
         shown.settle();
         EXPECT_EQ(shown.compositor.count("wl_surface", "commit"), commits);
-        EXPECT_EQ(runsOf("render"), runs);
+        EXPECT_EQ(runsAtRest("render"), runs);
     }
     // Some pictures came before.
     static void begin(Shown& shown) {
@@ -190,8 +115,8 @@ struct AMinute : Presentation {
     }
 };
 
-TEST_F(AMinute, CoveredCostsNothing) {
-    Shown shown;
+TEST_P(AMinute, CoveredCostsNothing) {
+    Shown shown({}, GetParam());
     begin(shown);
     // One more picture, which the compositor does not show.
     ASSERT_TRUE(shown.paintsOnce());
@@ -199,8 +124,8 @@ TEST_F(AMinute, CoveredCostsNothing) {
     goesOn(shown);
 }
 
-TEST_F(AMinute, HiddenCostsNothing) {
-    Shown shown;
+TEST_P(AMinute, HiddenCostsNothing) {
+    Shown shown({}, GetParam());
     begin(shown);
     shown.window.hide();
     nothingHappensIn(shown);
@@ -208,8 +133,8 @@ TEST_F(AMinute, HiddenCostsNothing) {
     goesOn(shown);
 }
 
-TEST_F(AMinute, LockedCostsNothing) {
-    Shown shown;
+TEST_P(AMinute, LockedCostsNothing) {
+    Shown shown({}, GetParam());
     begin(shown);
     shown.system->workspace().setSaverCovers(true);
     EXPECT_TRUE(shown.compositor.shown().empty());
@@ -217,6 +142,12 @@ TEST_F(AMinute, LockedCostsNothing) {
     shown.system->workspace().setSaverCovers(false);
     goesOn(shown);
 }
+
+INSTANTIATE_TEST_SUITE_P(Drawn, AMinute, testing::Values(DrawerChoice::Cpu, DrawerChoice::OpenGl),
+                         [](const auto& drawer) {
+                             return drawer.param == DrawerChoice::Cpu ? "ByTheProcessor"
+                                                                      : "WithOpenGl";
+                         });
 
 }  // namespace
 }  // namespace platform::wayland

@@ -29,7 +29,7 @@ class Surface final : public InputTarget, public ShellSurfaceOwner {
         const QRect whole(QPoint(0, 0), size);
         ring_.finish(*buffer, {&whole, 1}, true);
         const auto painted = ring_.take(size, rects);
-        shell_.show(buffers_.name(*painted.buffer, true), rects, size, true);
+        shell_.show(buffers_.name(*painted.buffer, true), rects, {.points = size, .opaque = true});
     }
     void surfaceRescaled() override {}
     void surfaceTaken() override {}
