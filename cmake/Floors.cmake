@@ -34,6 +34,9 @@ if(BRIXTEL_STRICT)
   target_compile_options(brixtel_flags INTERFACE -Werror)
   target_compile_definitions(brixtel_flags INTERFACE _GLIBCXX_ASSERTIONS)
 endif()
+# What each program and test has more under a sanitizer.
+set(BRIXTEL_SANITIZE_SOURCES "${PROJECT_SOURCE_DIR}/tests/support/BusThreadGone.cpp"
+    "${PROJECT_SOURCE_DIR}/tests/support/KeepLibraries.cpp")
 if(BRIXTEL_SANITIZE)
   target_compile_options(brixtel_flags INTERFACE -fsanitize=${BRIXTEL_SANITIZE}
                          -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
@@ -89,7 +92,7 @@ function(brixtel_test name)
     list(APPEND T_LINKS GTest::gtest_main)
   endif()
   if(BRIXTEL_SANITIZE)
-    list(APPEND T_SOURCES "${PROJECT_SOURCE_DIR}/tests/support/KeepLibraries.cpp")
+    list(APPEND T_SOURCES ${BRIXTEL_SANITIZE_SOURCES})
   endif()
   brixtel_support_objects(T_SOURCES)
   add_executable(${name} ${T_SOURCES})

@@ -23,7 +23,9 @@ function(brixtel_wayland_protocols name)
       list(GET parts 0 mode)
       list(GET parts 1 ending)
       set(file "${folder}/${stem}${ending}")
+      # The layer shell's argument `namespace` has a name that is a word of C++.
       add_custom_command(OUTPUT "${file}" COMMAND "${WAYLAND_SCANNER}" ${mode} "${xml}" "${file}"
+                         COMMAND sed -i "s/\\bnamespace\\b/name_space/g" "${file}"
                          DEPENDS "${xml}" VERBATIM)
       list(APPEND made "${file}")
     endforeach()

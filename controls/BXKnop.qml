@@ -18,6 +18,8 @@ BXDruk {
     implicitWidth: regel.advanceWidth + 10
     implicitHeight: tekst.implicitHeight + 6
 
+    // Assistive technology is told of what is shown alone.
+    Accessible.ignored: !visible
     Accessible.role: Accessible.Button
     Accessible.name: titel
     Accessible.onPressAction: druk()

@@ -15,6 +15,8 @@ BXVlak {
     ronding: 6
     rand: BX.dek(BX.bxOranje, 0.7)
 
+    // Assistive technology is told of what is shown alone.
+    Accessible.ignored: !visible
     Accessible.role: Accessible.AlertMessage
     Accessible.name: tekst
 

@@ -88,6 +88,7 @@ BXRijBasis {
             id: statusTekst
             // An empty text would be a nameless item to a screen reader.
             visible: text !== ""
+            Accessible.ignored: !visible
             anchors { right: rij.schakelbaar ? schakel.left : parent.right; rightMargin: rij.schakelbaar ? 8 : rij.rand; verticalCenter: parent.verticalCenter }
             width: Math.min(Math.ceil(statusMaat.advanceWidth), rij.width * 0.4)
             horizontalAlignment: Text.AlignRight

@@ -14,6 +14,8 @@ BXTweestand {
     implicitWidth: 34
     implicitHeight: 16
 
+    // Assistive technology is told of what is shown alone.
+    Accessible.ignored: !visible
     Accessible.role: Accessible.CheckBox
     Accessible.name: label
     Accessible.description: aan ? "aan" : "uit"

@@ -9,6 +9,8 @@ BXTweestand {
     implicitWidth: hok.implicitWidth + tekst.anchors.leftMargin + tekst.implicitWidth
     implicitHeight: Math.max(hok.implicitHeight, tekst.height)
 
+    // Assistive technology is told of what is shown alone.
+    Accessible.ignored: !visible
     Accessible.role: Accessible.CheckBox
     Accessible.name: label
     Accessible.description: aan ? "aan" : "uit"

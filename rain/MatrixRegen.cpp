@@ -200,7 +200,7 @@ MatrixRegen::Kolom MatrixRegen::bouwKolom(const Bouw& bouw, double x) {
         laag->setMask(std::move(masker));
         return laag;
     };
-    const Kolom kolom{.staart = maak(stroken_[s]), .kop = maak(kopStroken_[s])};
+    Kolom kolom{.staart = maak(stroken_[s]), .kop = maak(kopStroken_[s])};
     for (int n = bouw.druppels(toeval_); n > 0; --n)
         voegDruppel(bouw, kolom);
     laag_->addSublayer(kolom.staart);

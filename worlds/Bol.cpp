@@ -39,8 +39,7 @@ constexpr std::size_t kMeesteKlein = 14;
 constexpr double kHoogsteDeel = 0.0038;
 constexpr double kHoogsteDeelKlein = 0.0056;
 
-constexpr double kKanteling = 0.55;    // of the home's latitude
-constexpr double kOmwenteling = 60.0;  // seconds
+constexpr double kKanteling = 0.55;  // of the home's latitude
 
 constexpr double kBinnen = 0.985;
 constexpr int kBinnenRijen = 24;
@@ -257,7 +256,7 @@ void DrieWereld::bouwBol() {
         kOmwenteling,
         [lijnen = bolLijnen_, oog = oog_, zicht = zicht_, &scene = *scene_](Node&, double) {
             kijk(*oog, zicht->graden(scene.time()));
-            lijnen->schik(*oog);
+            lijnen->schik(*oog, scene.time());
         })));
 
     if (eigenLijnen()) return;
@@ -272,7 +271,7 @@ void DrieWereld::zetLijnen(const std::vector<Lijn>& lijnen) {
     bolLijnen_->teken(lijnen, scene_->time(), *lijnenNode_);
     zicht_->vraag(bolZichtVoor(bolLijnen_->banen(), *bol_, *oog_), scene_->time());
     kijk(*oog_, zicht_->graden(scene_->time()));
-    bolLijnen_->schik(*oog_);
+    bolLijnen_->schik(*oog_, scene_->time());
 }
 
 }  // namespace brixtel

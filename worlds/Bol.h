@@ -6,19 +6,22 @@
 #include <QString>
 #include <map>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <glm/vec3.hpp>
 
 #include "connections/Lijn.h"
 #include "platform/scene/Node.h"
+#include "worlds/BolLabels.h"
 #include "worlds/LandKaart.h"
 
 namespace brixtel {
 
 // The distance of a country's dot and of the home marker from the globe's middle.
 constexpr double kStipStraal = 1.01;
+
+// The time of one turn of the globe, in seconds.
+constexpr double kOmwenteling = 60.0;
 
 // The soft step: 0 below 0, 1 above 1, and level at both ends of the way between.
 [[nodiscard]] double zacht(double deel);
@@ -82,54 +85,6 @@ class BolZicht {
 [[nodiscard]] double bolZichtVoor(const std::vector<glm::dvec3>& punten, const platform::Node& bol,
                                   const platform::Node& camera);
 
-// The labels on the screen: in front of the globe, upright, clear of one another and of the
-// home marker, and hidden while their country is behind the globe. Owned by one globe.
-class BolLabels {
-  public:
-    explicit BolLabels(const BolPlaats& thuis);
-
-    // The label, and the thin line from the label to its country. The line is a child of
-    // the label, from (0, 0, 0) to (0, 1, 0).
-    struct Opschrift {
-        platform::NodePtr label;
-        platform::NodePtr draad;
-    };
-    // Shows these labels alone, the busiest first; all labels have one parent.
-    void zet(std::vector<Opschrift> opschriften);
-
-    // Sets each label's strength and place on the screen, for this camera. The result is a
-    // smooth function of the countries' places alone: nothing jumps while the globe turns.
-    // Allocates nothing.
-    void schik(const platform::Node& camera);
-
-  private:
-    struct Label {
-        platform::NodePtr node;  // none: home, whose marker stays in place
-        platform::NodePtr draad;
-        double noorden = 0.0;  // higher for a more northern country
-        std::size_t rang = 0;  // 0: the busiest
-        // The place on the screen, in units as large as those of the globe's middle.
-        double x = 0.0, y = 0.0;
-        double halveBreedte = 0.0, hoogte = 0.0;
-        double schaal = 1.0;   // these units in one scene unit at the label
-        double kracht = 0.0;   // 0: behind the globe
-        double vanzelf = 0.0;  // height above the dot without neighbours
-        double omhoog = 0.0;   // further height that clears the neighbours
-    };
-
-    [[nodiscard]] glm::dvec3 plaatsVan(const Label& label) const;
-    void zie(Label& label, const glm::dmat4& camera) const;
-    [[nodiscard]] static double naastStip(const Label& label, const glm::dmat4& camera);
-    void maakRuimte(double rand);
-    static void duw(Label& noord, Label& zuid);
-    static void span(const Label& label, const glm::dmat4& camera);
-    [[nodiscard]] double sterkte(const Label& label) const;
-
-    const glm::dvec3 thuis_;
-    const platform::Node* ouder_ = nullptr;  // of the labels, while any exist
-    std::vector<Label> labels_;              // from north to south
-};
-
 // The arcs, lights and labels of the present connections. Owned by one globe.
 class BolLijnen {
   public:
@@ -144,7 +99,7 @@ class BolLijnen {
     void teken(const std::vector<Lijn>& lijnen, double tijd, platform::Node& in);
 
     // Arranges the labels. To be called whenever the globe or the camera has moved.
-    void schik(const platform::Node& camera) { opschriften_.schik(camera); }
+    void schik(const platform::Node& camera, double tijd) { opschriften_.schik(camera, tijd); }
 
     // All points of the arcs that teken() last drew, in the node's frame.
     [[nodiscard]] const std::vector<glm::dvec3>& banen() const { return banen_; }
@@ -163,9 +118,9 @@ class BolLijnen {
 
         [[nodiscard]] double deelOp(double nu) const;
     };
-    using Reizen = std::map<std::pair<std::string, int>, Reis>;
+    using Reizen = std::map<LijnSleutel, Reis>;
 
-    [[nodiscard]] Reis reisVan(const Reizen::key_type& sleutel, std::size_t i, double tijd) const;
+    [[nodiscard]] Reis reisVan(const LijnSleutel& sleutel, std::size_t i, double tijd) const;
     [[nodiscard]] platform::NodePtr lichtje(std::vector<glm::dvec3> baan, const Reis& reis) const;
     [[nodiscard]] platform::NodePtr label(const QString& tekst);
     [[nodiscard]] platform::GeometryPtr letters(const QString& tekst);
@@ -177,7 +132,6 @@ class BolLijnen {
     platform::GeometryPtr draad_;
     // The labels by their text, so that unchanged ones are not drawn anew.
     std::map<QString, platform::GeometryPtr> labels_;
-    // The trips by country, and by the number of earlier lines to that country.
     Reizen reizen_;
     std::vector<glm::dvec3> banen_;
     BolLabels opschriften_;

@@ -157,7 +157,7 @@ void BolLijnen::teken(const std::vector<Lijn>& lijnen, double tijd, Node& in) {
             ->setRenderingOrder(kVolgLicht);
         zet(stip_, punt(kStipStraal), in);
         banen_.insert(banen_.end(), baan.begin(), baan.end());
-        Reizen::key_type sleutel(lijn.land.code, 0);
+        LijnSleutel sleutel(lijn.land.code, 0);
         while (reizen.contains(sleutel))
             ++sleutel.second;
         const Reis reis = reizen.emplace(sleutel, reisVan(sleutel, i, tijd)).first->second;
@@ -167,7 +167,7 @@ void BolLijnen::teken(const std::vector<Lijn>& lijnen, double tijd, Node& in) {
         opschrift->setPosition(punt(kLabelStraal));
         in.addChild(opschrift);
         labels.emplace(tekst, opschrift->geometry());
-        opschriften.push_back({opschrift, opschrift->children().back()});
+        opschriften.push_back({sleutel, opschrift, opschrift->children().back()});
     }
     labels_ = std::move(labels);
     reizen_ = std::move(reizen);
@@ -181,8 +181,7 @@ double BolLijnen::Reis::deelOp(double nu) const {
 
 // A line that stays continues from its place, perhaps at another pace. A new line starts at
 // a place that depends on its country and the time, so that no two go in step.
-BolLijnen::Reis BolLijnen::reisVan(const Reizen::key_type& sleutel, std::size_t i,
-                                   double tijd) const {
+BolLijnen::Reis BolLijnen::reisVan(const LijnSleutel& sleutel, std::size_t i, double tijd) const {
     const double duur = kKortsteReis + kReisStap * static_cast<double>(i % kReizen);
     const auto vorige = reizen_.find(sleutel);
     if (vorige != reizen_.end())

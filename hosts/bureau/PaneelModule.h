@@ -14,7 +14,6 @@ struct PaneelBronnen {
     Bureau& bureau;
     platform::WindowServer& server;
     platform::RandomSource& toeval;
-    QString bus;  // the session bus's address, for the programs that the panel starts
 };
 
 // The settings window. Main thread.

@@ -128,8 +128,8 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
     const auto stop = [] { QCoreApplication::exit(0); };
     std::unique_ptr<brixtel::BureauPaneel> paneel;
     const auto toonPaneel = [&] {
-        return brixtel::PaneelModule::toon(
-            paneel, {.bureau = bureau, .server = server, .toeval = toeval, .bus = bus});
+        return brixtel::PaneelModule::toon(paneel,
+                                           {.bureau = bureau, .server = server, .toeval = toeval});
     };
     const brixtel::BureauDaden daden{.stop = stop, .toonPaneel = toonPaneel};
     brixtel::BureauDienst dienst(bureau, aansluiting, daden);

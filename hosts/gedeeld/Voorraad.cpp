@@ -105,6 +105,9 @@ QString tekort(std::size_t ruimte) {
 void eindigMetEenRegel(const char* programma) {
     naam = programma;
     std::set_terminate(eindig);
+    // Qt 6.4 waits for an answer without looking whether the bus took the question, and
+    // libdbus aborts the process then.
+    setenv("DBUS_FATAL_WARNINGS", "0", 0);
 }
 
 void eindigZonderGeheugen() {

@@ -17,8 +17,9 @@ inline constexpr std::size_t kRuimteScene = std::size_t{768} << 20;
 [[nodiscard]] QString tekort(std::size_t ruimte = kRuimteRegen);
 
 // Makes any uncaught exception, on any thread, one line on standard error and exit status
-// 1: the kernel refused memory or a thread. `programma` must outlive the process's use of
-// it.
+// 1: the kernel refused memory or a thread. Keeps libdbus from ending the process, unless
+// the environment says otherwise. `programma` must outlive the process's use of it. Main
+// thread, before any other.
 void eindigMetEenRegel(const char* programma);
 
 // Ends the process with one line that says that there is too little memory, and exit status

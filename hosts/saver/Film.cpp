@@ -10,6 +10,7 @@
 #include <cstdio>
 
 #include "hosts/gedeeld/Opsomming.h"
+#include "hosts/gedeeld/Reden.h"
 #include "hosts/gedeeld/Uitvoer.h"
 #include "hosts/saver/Beeldmaker.h"
 #include "hosts/saver/KeuzeWoorden.h"
@@ -103,7 +104,8 @@ std::optional<FilmLengte> filmLengte(const Opdracht& opdracht) {
     FilmLengte lengte{.begin = opdracht.na, .duur = opdracht.seconden.value_or(0.0)};
     if (opdracht.lus) {
         const auto soort = soortUitRuw(opdracht.keuze);
-        if (!soort || start(*soort).lus.duur <= 0.0) return std::nullopt;
+        if (!soort || start(*soort).lus.duur <= 0.0 || !opdracht.lijnen.isEmpty())
+            return std::nullopt;
         lengte.begin = std::max(opdracht.na, start(*soort).lus.begin);
         lengte.duur = start(*soort).lus.duur;
     }
@@ -132,6 +134,8 @@ QStringList ffmpegWoorden(const QString& naam, const QString& bestand, QSize maa
 
 QString maakFilm(const Opdracht& opdracht, const ModuleLader& module) {
     const auto lengte = filmLengte(opdracht);
+    if (!lengte && !opdracht.lijnen.isEmpty())
+        return QStringLiteral("--lus gaat met %1 alleen zonder --lijnen").arg(opdracht.keuze);
     if (!lengte)
         return QStringLiteral("%1 is na geen enkele tijd weer hetzelfde; --lus kan alleen met %2")
             .arg(opdracht.keuze, opsomming(keuzesMetLus(), QLatin1String("of")));
@@ -145,7 +149,9 @@ QString maakFilm(const Opdracht& opdracht, const ModuleLader& module) {
     const auto geweigerd = [&](int fout) { return nietTeSchrijven(opdracht.film, fout); };
     if (const int fout = platform::mayReplaceFile(naam); fout != 0) return geweigerd(fout);
     const platform::ScratchFile klad;
-    if (klad.error() != 0) return geweigerd(klad.error());
+    if (klad.error() != 0)
+        return QStringLiteral("in de tijdelijke map '%1' is geen bestand te maken: %2")
+            .arg(QString::fromStdString(platform::ScratchFile::folder()), reden(klad.error()));
     Ffmpeg ffmpeg;
     if (!ffmpeg.start(programma, ffmpegWoorden(opdracht.film, QString::fromStdString(klad.path()),
                                                maker.maat(), opdracht.beeldenPerSeconde)))

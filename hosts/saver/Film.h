@@ -18,7 +18,7 @@ struct FilmLengte {
 };
 
 // The length of the command's film. None for a seamless loop of a scene that never returns
-// to its start.
+// to its start, or with lines, whose lights are together again after months at most.
 [[nodiscard]] std::optional<FilmLengte> filmLengte(const Opdracht& opdracht);
 
 // The arguments of ffmpeg for a film in `bestand`, in the format of the ending of `naam`,

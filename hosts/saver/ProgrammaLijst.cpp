@@ -246,6 +246,9 @@ QByteArray metOns(const QByteArray& tekst, const QByteArray& opdracht) {
         laatste = soort;
         nieuweRegel = -1;
     }
+    // The host reads on at a line feed behind any backslash, an escaped one too. The two stay
+    // together.
+    if (laatste == Soort::Teken && achter < waarde->einde && tekst[achter] == '\n') ++achter;
     QByteArray uit = tekst;
     if (nieuweRegel >= 0 && laatste == Soort::Einde) return uit.insert(nieuweRegel, eigenRegel);
     return uit.insert(achter, kScheiding + onzeRegel(opdracht));

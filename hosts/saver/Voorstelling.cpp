@@ -32,7 +32,7 @@ Voorstelling::Voorstelling(const Opdracht& opdracht, const ModuleLader& module,
       server_(server),
       context_(context),
       // The sheet's process runs this same program.
-      instellingen_(QCoreApplication::applicationFilePath(), bus, InstellingenProces::Einde::Mee) {
+      instellingen_(QCoreApplication::applicationFilePath(), bus) {
     switch (opdracht.taak) {
         case Opdracht::Taak::Venster:
             toonVenster();
@@ -91,6 +91,7 @@ void Voorstelling::neemKeuze(const QString& keuze) {
     // The pick holds for this run where the store cannot be written.
     if (ruweWaarde(SaverInstellingen::keuze()) != keuze)
         platform::Preferences::setArgument(sleutel, keuze);
+    if (opdracht_.taak == Opdracht::Taak::Venster) doeken_.front().venster->setTitle(titel());
 }
 
 void Voorstelling::bladIsOpen(bool open) {

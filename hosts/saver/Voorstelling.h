@@ -5,8 +5,8 @@
 #include <memory>
 #include <vector>
 
-#include "hosts/gedeeld/InstellingenProces.h"
 #include "hosts/saver/HostView.h"
+#include "hosts/saver/InstellingenProces.h"
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
 #include "platform/time/Timer.h"

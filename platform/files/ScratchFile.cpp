@@ -17,8 +17,7 @@ namespace platform {
 namespace {
 
 int makeUnnamed(int& error) {
-    const char* const asked = std::getenv("TMPDIR");
-    const std::string folder = asked && *asked != '\0' ? asked : "/tmp";
+    const std::string folder = ScratchFile::folder();
     int made = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
     if (made < 0) {
         // A file system without unnamed files: the name goes at once.
@@ -33,6 +32,11 @@ int makeUnnamed(int& error) {
 }  // namespace
 
 ScratchFile::ScratchFile() : file_(makeUnnamed(error_)) {}
+
+std::string ScratchFile::folder() {
+    const char* const asked = std::getenv("TMPDIR");
+    return asked && *asked != '\0' ? asked : "/tmp";
+}
 
 std::string ScratchFile::path() const {
     return "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(file_.get());

@@ -12,8 +12,11 @@ namespace platform {
 // Any thread, one at a time.
 class ScratchFile {
   public:
-    // Makes the file in the folder of TMPDIR, or in /tmp. A refusal shows in error().
+    // Makes the file in folder(). A refusal shows in error().
     ScratchFile();
+
+    // The folder of scratch files: that of TMPDIR, or /tmp.
+    [[nodiscard]] static std::string folder();
 
     // The error's number; 0 where the file is there.
     [[nodiscard]] int error() const { return error_; }

@@ -24,6 +24,10 @@ double Camera::verticalAngle(double aspect) const {
     return 2.0 * std::atan(seen / aspect) * 180.0 / kPi;
 }
 
+double Camera::heightShare(double aspect) const {
+    return std::tan(0.5 * radians(fieldOfView)) / std::tan(0.5 * radians(verticalAngle(aspect)));
+}
+
 glm::dmat4 Camera::projection(double aspect) const {
     return glm::perspective(radians(verticalAngle(aspect)), aspect, zNear, zFar);
 }

@@ -25,6 +25,10 @@ struct Camera {
     // aspect = width / height.
     [[nodiscard]] double verticalAngle(double aspect) const;
 
+    // The size of a thing in parts of the picture's height, over the size at fieldOfView. 1 in
+    // a picture at least 4:3 wide, less in a narrower one.
+    [[nodiscard]] double heightShare(double aspect) const;
+
     // Projects to clip space, z from −1 at zNear to 1 at zFar. aspect = width / height.
     [[nodiscard]] glm::dmat4 projection(double aspect) const;
 

@@ -109,6 +109,7 @@ void Extraction::takeCamera(double aspect) {
     out_.camera.projection = glm::mat4(camera.projection(aspect));
     out_.camera.position = glm::vec3(camera_.position);
     out_.camera.fieldOfView = static_cast<float>(camera.verticalAngle(aspect));
+    out_.camera.heightShare = static_cast<float>(camera.heightShare(aspect));
     out_.camera.zNear = static_cast<float>(camera.zNear);
     out_.camera.zFar = static_cast<float>(camera.zFar);
     out_.camera.hdr = camera.hdr;

@@ -25,6 +25,9 @@ struct DrawCamera {
     glm::mat4 projection{1.0F};  // eye to clip, z −1 … 1
     glm::vec3 position{0.0F};    // world
     float fieldOfView = 60.0F;   // vertical, degrees, of this picture
+    // The size of a thing in parts of the picture's height, over the size at the camera's own
+    // angle; below 1 in a picture whose angle was widened.
+    float heightShare = 1.0F;
     float zNear = 1.0F;
     float zFar = 100.0F;
     bool hdr = false;

@@ -23,8 +23,8 @@ struct MeshData {
     std::vector<glm::vec2> texcoords{};
     std::vector<std::uint32_t> indices{};
     double pointSize = 1.0;  // points on screen across; for Points
-    // A point's greatest share of the picture's height, so that close dots stay
-    // apart in a small picture; 0: no limit.
+    // A point's greatest share of the picture's height, at the camera's own angle, so that
+    // close dots stay apart in a small picture; 0: no limit.
     double pointHeightShare = 0.0;
 };
 

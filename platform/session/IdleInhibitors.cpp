@@ -76,7 +76,7 @@ class IdleInhibitors::Link final : public QObject {
                         if (bus) offer(*bus);
                     }}),
           takeName_(clock, {.interval = kPatience},
-                    [this] { own_.async([this](QDBusConnection& bus) { takeName(bus); }); }) {}
+                    [this] { own_.async([](QDBusConnection& bus) { takeName(bus); }); }) {}
 
     Q_SLOT void ownerChanged(const QString& name, const QString&, const QString& now) {
         if (!now.isEmpty()) return;

@@ -22,8 +22,9 @@ struct MonitorRecorderOptions {
 // Main thread. Owns a thread of its own, which ends with the object.
 class MonitorRecorder {
   public:
-    // Samples of one channel, −1...1, and the number of samples per second.
-    // Called on the recorder's own thread.
+    // Samples of one channel as the server sends them, −1...1 unless it sends nonsense or
+    // no numbers, and the number of samples per second. Called on the recorder's own
+    // thread.
     using Sound = std::function<void(std::span<const float> samples, double rate)>;
 
     // Starts at once. Calls `lost` once, on the main thread, when the server

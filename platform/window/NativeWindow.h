@@ -5,6 +5,7 @@
 #include <QRectF>
 #include <QSize>
 #include <QSizeF>
+#include <QString>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -107,6 +108,8 @@ class NativeWindow {
     // Whether the system reports each picture that was shown.
     [[nodiscard]] virtual bool tellsPresentation() const { return false; }
 
+    // Names an own window anew, for the desktop's frame, lists and switchers.
+    virtual void setTitle(const QString& title) = 0;
     // Passes clicks to the windows below.
     virtual void setIgnoresMouse(bool ignores) = 0;
     // Hides the pointer over the window.

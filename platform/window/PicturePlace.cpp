@@ -136,6 +136,7 @@ class PicturePlace::PlaceWindow final : public NativeWindow {
         return place_.measures_.isSeen && !pixelSize().isEmpty();
     }
     void setIgnoresMouse(bool) override {}
+    void setTitle(const QString&) override {}
     void setCursorHidden(bool) override {}
     void setOpacity(double) override {}
     [[nodiscard]] SurfaceMaker surfaceMaker(const SurfaceOptions&) override {

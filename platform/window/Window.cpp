@@ -134,6 +134,12 @@ void Window::detached(const View* view) {
     if (firstResponder_ == view) firstResponder_ = nullptr;
 }
 
+void Window::setTitle(const QString& title) {
+    if (options_.title == title) return;
+    options_.title = title;
+    if (core_->native) core_->native->setTitle(title);
+}
+
 void Window::setIgnoresMouseEvents(bool ignores) {
     if (std::exchange(ignoresMouse_, ignores) == ignores) return;
     if (core_->native) core_->native->setIgnoresMouse(ignores);

@@ -58,6 +58,10 @@ class Window : public ViewHost {
     // The screen with most of the window; none without screens.
     [[nodiscard]] std::optional<Screen> screen() const;
 
+    // The name of an own window on the desktop; a host's window keeps the host's.
+    [[nodiscard]] const QString& title() const { return options_.title; }
+    void setTitle(const QString& title);
+
     [[nodiscard]] int level() const { return options_.level; }
     [[nodiscard]] bool isOpaque() const { return options_.opaque; }
     [[nodiscard]] bool hasShadow() const { return options_.hasShadow; }

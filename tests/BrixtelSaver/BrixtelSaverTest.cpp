@@ -92,6 +92,7 @@ TEST_F(SaverView, AThreeDChoiceShowsTheWorldOfThatKindInASubview) {
         EXPECT_EQ(view->scn()->frame(), view->bounds());
         EXPECT_EQ(view->scn()->autoresizingMask(), 18U);
         EXPECT_TRUE(view->scn()->isPlaying());
+        EXPECT_EQ(view->scn()->preferredFramesPerSecond(), 60);
         EXPECT_FALSE(view->regen());
         view->setFrame(QRectF(0, 0, 500, 400));
         EXPECT_EQ(view->scn()->frame(), QRectF(0, 0, 500, 400));

@@ -82,6 +82,15 @@ TEST_F(Fout, InvalidUtf8IsReplaced) {
     EXPECT_EQ(lijnen, (std::vector<Lijn>{{{"US", 39.75, -98.5}, {"a\uFFFDb"}, 1}}));
 }
 
+// Each byte is a write of its own, so that lines and characters arrive in pieces.
+TEST_F(Fout, WhatComesInPiecesIsRead) {
+    const auto lijnen = meet(map_.script(
+        "stukken", R"(for deel in c a '\303' '\251' '\n' n - '>' 8 . 8 . 8 . 8 : 1 '\n'; do
+  printf "$deel"
+done)"));
+    EXPECT_EQ(lijnen, (std::vector<Lijn>{{{"US", 39.75, -98.5}, {"a\u00E9"}, 1}}));
+}
+
 TEST_F(Fout, ALineOfSixtyMegabytesIsRead) {
     const std::string pad =
         map_.script("lang", "echo ca; printf n; head -c 60000000 /dev/zero; echo '->8.8.8.8:1'");

@@ -56,7 +56,8 @@ void gastheer(Bytes bytes) {
     eis(was == Staat::Afwezig || met == tekst);
     const QByteArray zonder = zonderOns(met);
     eis(staat(zonder) == Staat::Afwezig);
-    eis(was != Staat::Afwezig || zonder == tekst);
+    // An earlier value, which the host overwrites, may hold our program too.
+    eis(was != Staat::Afwezig || zonder == zonderOns(tekst));
     eis(zonderOns(zonder) == zonder);
 }
 

@@ -30,7 +30,11 @@ class GeluidServer {
     ~GeluidServer() { stop(); }
 
     [[nodiscard]] QString adres() const {
-        return QStringLiteral("unix:") + map_.filePath(QStringLiteral("native"));
+        return QStringLiteral("unix:") + QString::fromStdString(socket());
+    }
+    // The path of its socket.
+    [[nodiscard]] std::string socket() const {
+        return map_.filePath(QStringLiteral("native")).toStdString();
     }
     [[nodiscard]] bool loopt() { return !pactl({QStringLiteral("info")}).isEmpty(); }
 

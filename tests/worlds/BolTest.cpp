@@ -204,6 +204,31 @@ TEST_F(BolTest, ThirtyLinesAre24ArcsOnALargeGlobeAnd14OnASmall) {
     }
 }
 
+TEST_F(BolTest, WithoutLinesItIsTheSameAgainAfterItsLoop) {
+    const auto wereld = maak(DrieSoort::bol, {.eigenLijnen = true});
+    const auto beeldOp = [&](double tijd) {
+        wereld->scene()->advance(tijd);
+        platform::DrawList lijst;
+        platform::extract(*wereld->scene(), 16.0 / 9.0, lijst);
+        return lijst;
+    };
+    const double duur = brixtel::start(DrieSoort::bol).lus.duur;
+    const auto toen = beeldOp(6.3);
+    const auto halverwege = beeldOp(6.3 + 0.5 * duur);
+    const auto straks = beeldOp(6.3 + duur);
+    ASSERT_EQ(straks.instances.size(), toen.instances.size());
+    float anders = 0.0F;
+    for (std::size_t i = 0; i < toen.instances.size(); ++i)
+        for (int k = 0; k < 4; ++k) {
+            EXPECT_LT(glm::length(straks.instances[i].world[k] - toen.instances[i].world[k]), 1e-5F)
+                << i;
+            anders = std::max(
+                anders, glm::length(halverwege.instances[i].world[k] - toen.instances[i].world[k]));
+        }
+    EXPECT_GT(anders, 0.1F);
+    EXPECT_EQ(straks.camera.view, toen.camera.view);
+}
+
 TEST_F(BolTest, AnEmptyListLeavesOnlyTheGlobe) {
     const auto wereld = maak(DrieSoort::bol, {.eigenLijnen = true});
     const std::size_t delen = wereld->bol()->children().size();

@@ -23,10 +23,10 @@ class PlaatjeTest : public steun::WereldOpstelling {
     void SetUp() override { ASSERT_TRUE(snapshot) << "no OpenGL"; }
     void TearDown() override { EXPECT_EQ(snapshot->errors(), 0); }
 
-    QImage neem(DrieWereld& wereld, double na, QSizeF maat, double schaal = 1.0) {
+    static QImage neem(DrieWereld& wereld, double na, QSizeF maat, double schaal = 1.0) {
         return wereld.plaatje(
             {.maat = maat, .na = na, .schaal = schaal},
-            [this](const platform::DrawList& lijst, const DrieWereld::Opname& opname) {
+            [](const platform::DrawList& lijst, const DrieWereld::Opname& opname) {
                 return snapshot->picture(lijst, opname.maat, opname.schaal,
                                          {.samples = opname.monsters});
             });

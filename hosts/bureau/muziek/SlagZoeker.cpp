@@ -44,7 +44,7 @@ struct SlagZoeker::Spectrum {
         double gewicht;
     };
     struct Weg {
-        void operator()(kiss_fftr_state* plan) const { kiss_fftr_free(plan); }
+        void operator()(kiss_fftr_state* p) const { kiss_fftr_free(p); }
     };
 
     Spectrum(int lengte, double monstersPerSeconde)

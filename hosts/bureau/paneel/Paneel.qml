@@ -132,15 +132,6 @@ Rectangle {
                 onWissel: open = !open
                 Saver { width: parent.width; paneel: blad.paneel }
             }
-            BXMelding {
-                objectName: "saverMelding"
-                width: parent.width
-                visible: blad.paneel.saverOntbreekt
-                // The notice may lie below the visible part when the user presses the
-                // button.
-                onVisibleChanged: if (visible) { rijen.forceLayout(); blad.toon(this); }
-                tekst: "De instellingen van de schermbeveiliging zijn niet te openen: brixtel-saver ontbreekt of werkt niet."
-            }
             BXRij {
                 width: parent.width
                 titel: "Na rust"

@@ -4,7 +4,6 @@
 
 #include <QCoreApplication>
 #include <cmath>
-#include <utility>
 
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "hosts/bureau/ZwartSoort.h"
@@ -182,16 +181,6 @@ void PaneelStaat::zetSaver(const QString& keuze) {
     if (!gekozen || gekozen == saver_) return;
     SaverInstellingen::zetKeuze(*gekozen);
     saver_ = SaverInstellingen::keuze();
-    Q_EMIT saverChanged();
-}
-
-void PaneelStaat::zetSaverBlad(bool open) {
-    if (std::exchange(saverBlad_, open) != open) Q_EMIT saverChanged();
-}
-
-void PaneelStaat::zetSaverOntbreekt(bool ontbreekt) {
-    if (ontbreekt == saverOntbreekt_) return;
-    saverOntbreekt_ = ontbreekt;
     Q_EMIT saverChanged();
 }
 

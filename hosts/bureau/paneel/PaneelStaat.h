@@ -43,8 +43,6 @@ class PaneelStaat : public QObject {
     Q_PROPERTY(QString saver READ saver WRITE zetSaver NOTIFY saverChanged)
     Q_PROPERTY(QString saverNaam READ saverNaam NOTIFY saverChanged)
     Q_PROPERTY(QVariantList saverKeuzes READ saverKeuzes CONSTANT)
-    Q_PROPERTY(bool saverBlad READ saverBlad NOTIFY saverChanged)
-    Q_PROPERTY(bool saverOntbreekt READ saverOntbreekt NOTIFY saverChanged)
 
   public:
     PaneelStaat(Bureau& bureau, platform::MediaClock& klok);
@@ -79,8 +77,6 @@ class PaneelStaat : public QObject {
     [[nodiscard]] QString saver() const;
     [[nodiscard]] QString saverNaam() const;
     [[nodiscard]] QVariantList saverKeuzes() const;
-    [[nodiscard]] bool saverBlad() const { return saverBlad_; }
-    [[nodiscard]] bool saverOntbreekt() const { return saverOntbreekt_; }
 
     void zetRegen(bool aan);
     void zetDichtheid(double dichtheid);
@@ -97,8 +93,6 @@ class PaneelStaat : public QObject {
     // Every choice of the effects is as it was at first.
     Q_INVOKABLE void zetStandaard() { bureau_.zetKeuzes({}); }
 
-    // The user wants the saver's own sheet.
-    Q_INVOKABLE void toonSaverBlad() { Q_EMIT saverBladGevraagd(); }
     // Asks to close the panel.
     Q_INVOKABLE void sluit() { Q_EMIT sluiten(); }
 
@@ -106,11 +100,6 @@ class PaneelStaat : public QObject {
     void zetBekeken(bool bekeken);
     // Reads again the settings that other programs may have stored.
     void herlees();
-    // Says whether the saver's sheet is open. On closing, the sheet stores its marked mode
-    // and overwrites any value stored meanwhile.
-    void zetSaverBlad(bool open);
-    // Says whether the last attempt to show the sheet failed.
-    void zetSaverOntbreekt(bool ontbreekt);
 
     [[nodiscard]] const BureauStand& stand() const { return bureau_.stand().waarde(); }
 
@@ -119,7 +108,6 @@ class PaneelStaat : public QObject {
     void geluidChanged();
     void autostartChanged();
     void saverChanged();
-    void saverBladGevraagd();
     void sluiten();
 
   private:
@@ -138,8 +126,6 @@ class PaneelStaat : public QObject {
     Bureau& bureau_;
     platform::MediaClock& klok_;
     bool bekeken_ = false;
-    bool saverBlad_ = false;
-    bool saverOntbreekt_ = false;
     SaverKeuze saver_;
     Geluid geluid_;
     int beat_ = 0;

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/bureau/paneel/PaneelVenster.h"
 
-#include <QCoreApplication>
-#include <QFileInfo>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QScreen>
@@ -19,20 +17,10 @@ constexpr QSize kMaat(400, 760);
 constexpr QSize kKleinste(300, 240);
 // The window manager's frame takes at most this much of the screen, in points.
 constexpr QSize kRand(8, 40);
-
-// The saver program beside this program, else in the PATH.
-QString saverProgramma() {
-    const QString naam = QStringLiteral("brixtel-saver");
-    const QString ernaast = QCoreApplication::applicationDirPath() + u'/' + naam;
-    return QFileInfo(ernaast).isExecutable() ? ernaast : naam;
-}
-
 }  // namespace
 
 PaneelVenster::PaneelVenster(const PaneelBronnen& bronnen)
-    : bronnen_(bronnen),
-      voorbeeld_(bronnen.server, bronnen.toeval),
-      saverBlad_(saverProgramma(), bronnen.bus, InstellingenProces::Einde::Blijft) {
+    : bronnen_(bronnen), voorbeeld_(bronnen.server, bronnen.toeval) {
     // The environment may choose another backend. The choice holds for the process.
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND") &&
         QQuickWindow::sceneGraphBackend().isEmpty())
@@ -58,7 +46,6 @@ void PaneelVenster::toon() {
 
 void PaneelVenster::maak() {
     staat_ = std::make_unique<PaneelStaat>(bronnen_.bureau, bronnen_.server.clock());
-    staat_->zetSaverBlad(saverBlad_.isOpen());
     view_ = std::make_unique<QQuickView>();
     bxBereid(*view_->engine());
     view_->setTitle(QStringLiteral("Instellingen"));
@@ -72,7 +59,6 @@ void PaneelVenster::maak() {
     view_->installEventFilter(this);
     connect(staat_.get(), &PaneelStaat::sluiten, view_.get(), &QWindow::close);
     connect(staat_.get(), &PaneelStaat::standChanged, this, &PaneelVenster::werkVoorbeeldBij);
-    connect(staat_.get(), &PaneelStaat::saverBladGevraagd, this, &PaneelVenster::toonSaverBlad);
     if (QQuickItem* const blad = view_->rootObject())
         connect(blad, SIGNAL(plekChanged()), this, SLOT(werkVoorbeeldBij()));
 }
@@ -121,21 +107,6 @@ void PaneelVenster::ruimOp() {
     voorbeeld_.weg();
     view_.reset();
     staat_.reset();
-}
-
-void PaneelVenster::toonSaverBlad() {
-    if (saverBlad_.isOpen()) return;
-    staat_->zetSaverOntbreekt(false);
-    const QStringList woorden{QStringLiteral("--instellingen"),
-                              QStringLiteral("--boven=%1").arg(platform::refOf(*view_).text)};
-    staat_->zetSaverBlad(true);
-    saverBlad_.toon(woorden, [this](const InstellingenProces::Afloop& afloop) {
-        // The panel may be closed or replaced by now.
-        if (!staat_) return;
-        staat_->zetSaverBlad(false);
-        staat_->zetSaverOntbreekt(!afloop.goed);
-        staat_->herlees();
-    });
 }
 
 void PaneelVenster::werkVoorbeeldBij() {

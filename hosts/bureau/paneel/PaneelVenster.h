@@ -7,14 +7,12 @@
 #include "hosts/bureau/PaneelModule.h"
 #include "hosts/bureau/paneel/PaneelStaat.h"
 #include "hosts/bureau/paneel/Voorbeeld.h"
-#include "hosts/gedeeld/InstellingenProces.h"
 
 namespace brixtel {
 
-// The panel's window. The window and its parts exist while the panel is open. The saver's
-// sheet outlives both the panel and the owner, so that its marked mode is not lost. Closing
-// the panel leaves the owner running. Drawn without a GPU: a still part costs nothing, and
-// the moving parts are small. Main thread.
+// The panel's window. The window and its parts exist while the panel is open. Closing the
+// panel leaves the owner running. Drawn without a GPU: a still part costs nothing, and the
+// moving parts are small. Main thread.
 class PaneelVenster : public QObject, public BureauPaneel {
     Q_OBJECT
 
@@ -37,12 +35,10 @@ class PaneelVenster : public QObject, public BureauPaneel {
     void maak();
     void laatLezen();
     void ruimOp();
-    void toonSaverBlad();
     Q_SLOT void werkVoorbeeldBij();
 
     const PaneelBronnen bronnen_;
     Voorbeeld voorbeeld_;
-    InstellingenProces saverBlad_;
     std::unique_ptr<PaneelStaat> staat_;
     std::unique_ptr<QQuickView> view_;
 };

@@ -13,15 +13,7 @@ Column {
         opties: paneel.saverKeuzes
         gescheiden: true
         keuze: paneel.saver
-        // An open sheet overwrites the stored mode when it closes.
-        enabled: !paneel.saverBlad
-        opacity: enabled ? 1 : 0.8
         onGewisseld: (nu) => paneel.saver = nu
         Accessible.name: "Wat de schermbeveiliging toont"
-    }
-    BXKnop {
-        width: Math.min(implicitWidth, parent.width)
-        titel: "Open de instellingen"
-        onActie: paneel.toonSaverBlad()
     }
 }

@@ -2,6 +2,7 @@
 #include "platform/render/cpu/CpuSceneDrawer.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <optional>
 #include <utility>
@@ -10,6 +11,7 @@
 #include "platform/render/cpu/scene/SceneGlow.h"
 #include "platform/render/cpu/scene/ScenePlan.h"
 #include "platform/render/cpu/scene/StretchPicture.h"
+#include "platform/render/cpu/scene/TilePacking.h"
 #include "platform/render/cpu/scene/TilePainter.h"
 #include "platform/render/cpu/scene/TileWorkers.h"
 #include "platform/scene/DrawList.h"
@@ -72,9 +74,9 @@ struct CpuSceneDrawer::Parts {
     QSize tiles;
     enum State : char { kUnknown, kBlack, kLit };
     std::vector<char> shows;  // what the picture's tiles show
-    std::vector<char> lit;    // whether the packed tile holds light
+    std::vector<char> lit;    // the colours of the tile's packed light
     std::vector<int> wanted;  // tiles to be worked on
-    std::vector<std::uint32_t> packed;
+    PackedLight packed;
     std::vector<QRect> damage;
     Counts counts;
     // A picture that is to be stretched, and what it was last stretched to; empty
@@ -94,7 +96,7 @@ void CpuSceneDrawer::Parts::fit(const PixelBuffer& picture, bool isKept) {
         static_cast<std::size_t>(tiles.width()) * static_cast<std::size_t>(tiles.height());
     if (!same || !isKept) shows.assign(count, kUnknown);
     lit.assign(count, 0);
-    packed.resize(count * kPackedTile);
+    packed.fit(count);
     wanted.reserve(count);
     damage.clear();
     counts = {.tiles = static_cast<int>(count)};
@@ -128,10 +130,11 @@ void CpuSceneDrawer::Parts::paintTile(const DrawList& list, int tile, TilePainte
                   glow.isOn() ? std::optional(list.camera.bloomThreshold) : std::nullopt);
     BrightCells cells;
     if (glow.isOn()) cells = glow.cellsOf(tile % tiles.width(), tile / tiles.width());
-    const PackedTile result =
-        packTile(painter.tile(), glow.isOn() ? &cells : nullptr, packed.data() + at * kPackedTile);
-    lit[at] = result.lit ? 1 : 0;
-    if (result.bright) glow.setBright(tile);
+    const PackedColours result =
+        packTile(painter.tile(), glow.isOn() ? &cells : nullptr,
+                 {packed.plane(0, at), packed.plane(1, at), packed.plane(2, at)});
+    lit[at] = static_cast<char>(result.lit);
+    if (result.bright != 0) glow.setBright(tile, result.bright);
 }
 
 void CpuSceneDrawer::Parts::addDamage(const QRect& rect) {
@@ -179,8 +182,9 @@ void CpuSceneDrawer::Parts::showTile(int tile, const PixelBuffer& picture,
                         kOpaqueBlack);
         return;
     }
-    std::uint32_t* const light = packed.data() + at * kPackedTile;
-    if (!lit[at]) std::fill_n(light, kPackedTile, 0U);
+    std::array<const std::uint16_t*, 3> light{};
+    for (std::size_t k = 0; k < 3; ++k)
+        if ((static_cast<unsigned>(lit[at]) >> k & 1U) != 0) light[k] = packed.plane(k, at);
     TileGlow added;
     if (glow.glows(tile)) glow.expand(tile, work.data(), added);
     encodeTile(light, added, {to, picture.stride, rect.width(), rect.height()});

@@ -19,24 +19,29 @@ std::array<std::uint16_t, 256> makeDecoding() {
     return table;
 }
 
-// Two neighbours along one side, and the second one's share.
-struct Pair {
-    std::size_t first = 0;
-    std::size_t second = 0;
-    float share = 0.0F;
+// Three neighbours along one side, and the share of each in a pixel of half the size. An odd
+// length gives each of those pixels two and a part of its neighbours.
+struct Cover {
+    std::array<std::size_t, 3> at{};
+    std::array<float, 3> share{};
 };
 
-std::vector<Pair> pairsOf(int length) {
+std::vector<Cover> coversOf(int length) {
     const int half = std::max(1, length / 2);
-    std::vector<Pair> pairs;
+    const double wide = 1.0 * length / half;
+    std::vector<Cover> covers;
     for (int i = 0; i < half; ++i) {
-        const double middle = (i + 0.5) * length / half - 0.5;
-        const int first = static_cast<int>(middle);
-        pairs.push_back({static_cast<std::size_t>(first),
-                         static_cast<std::size_t>(std::min(first + 1, length - 1)),
-                         static_cast<float>(middle - first)});
+        const int first = static_cast<int>(i * wide);
+        Cover& cover = covers.emplace_back();
+        for (int k = 0; k < 3; ++k) {
+            const double from = std::max(i * wide, 1.0 * first + k);
+            const double to = std::min((i + 1) * wide, first + k + 1.0);
+            const auto slot = static_cast<std::size_t>(k);
+            cover.at[slot] = static_cast<std::size_t>(std::min(first + k, length - 1));
+            cover.share[slot] = static_cast<float>(std::max(0.0, to - from) / wide);
+        }
     }
-    return pairs;
+    return covers;
 }
 
 }  // namespace
@@ -65,26 +70,21 @@ QSize halvedSize(QSize size) {
 }
 
 std::vector<std::uint16_t> halvedPixels(const std::vector<std::uint16_t>& pixels, QSize size) {
-    const std::vector<Pair> across = pairsOf(size.width());
+    const std::vector<Cover> across = coversOf(size.width());
     const auto line = 4 * static_cast<std::size_t>(size.width());
     std::vector<std::uint16_t> halved;
     halved.reserve(4 * across.size() * static_cast<std::size_t>(halvedSize(size).height()));
-    for (const Pair& rows : pairsOf(size.height())) {
-        const std::uint16_t* const above = &pixels[rows.first * line];
-        const std::uint16_t* const below = &pixels[rows.second * line];
-        for (const Pair& columns : across) {
+    for (const Cover& rows : coversOf(size.height()))
+        for (const Cover& columns : across)
             for (std::size_t k = 0; k < 4; ++k) {
-                const auto along = [&](const std::uint16_t* row) {
-                    const auto a = static_cast<float>(row[4 * columns.first + k]);
-                    return a +
-                           columns.share * (static_cast<float>(row[4 * columns.second + k]) - a);
-                };
-                const float a = along(above);
-                halved.push_back(
-                    static_cast<std::uint16_t>(a + rows.share * (along(below) - a) + 0.5F));
+                float sum = 0.5F;
+                for (std::size_t y = 0; y < 3; ++y)
+                    for (std::size_t x = 0; x < 3; ++x)
+                        sum +=
+                            rows.share[y] * columns.share[x] *
+                            static_cast<float>(pixels[rows.at[y] * line + 4 * columns.at[x] + k]);
+                halved.push_back(static_cast<std::uint16_t>(std::min(sum, 65535.0F)));
             }
-        }
-    }
     return halved;
 }
 

@@ -17,8 +17,9 @@ namespace platform {
 // The size of the next smaller level of a mipmap; a single pixel gives itself.
 [[nodiscard]] QSize halvedSize(QSize size);
 
-// The next smaller level of such pixels of that size: each result is the middle of the
-// area that it covers, as drivers compute it; for even sides, the area's average.
+// The next smaller level of such pixels of that size: each result is the average of the area
+// that it covers. Drivers leave out the rims of odd sizes, which brightens far digits, whose
+// rims are empty; for even sizes their levels are the same.
 [[nodiscard]] std::vector<std::uint16_t> halvedPixels(const std::vector<std::uint16_t>& pixels,
                                                       QSize size);
 

@@ -218,6 +218,11 @@ void ScenePass::drawRun(std::span<const PlacedBatch> run, unsigned variant) {
         glUniformMatrix4fv(program->contentsTransform, 1, GL_FALSE,
                            glm::value_ptr(batch.material.contentsTransform));
     }
+    if ((variant & kFading) != 0) {
+        const Bounds& bounds = batch.mesh->bounds();
+        const glm::vec3 middle = 0.5F * (bounds.low + bounds.high);
+        glUniform3fv(program->middle, 1, glm::value_ptr(middle));
+    }
     setBlending(batch.material, softEdges);
     if (batch.material.doubleSided || softEdges) {
         glDisable(GL_CULL_FACE);
@@ -238,7 +243,8 @@ void ScenePass::setThickness(const SceneProgram& program) const {
     glUniform1f(program.thickness, drawn);
     glUniform1f(program.strength, wanted / drawn);
     // Every dot has its own size.
-    glUniform3f(program.dots, options_.pixelsPerPoint, static_cast<float>(options_.size.height()),
+    glUniform3f(program.dots, options_.pixelsPerPoint,
+                frame_.list->camera.heightShare * static_cast<float>(options_.size.height()),
                 options_.shownPixel);
 }
 

@@ -63,6 +63,7 @@ SceneProgram::SceneProgram(std::unique_ptr<GlProgram> program, unsigned variant)
     strength = at("strength");
     dots = at("dots");
     emission = at("emission");
+    middle = at("middle");
     world = at("world");
     under = at("under");
     reach = at("reach");

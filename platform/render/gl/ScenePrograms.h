@@ -51,7 +51,7 @@ class SceneProgram {
     // Makes the program current, and sets the frame's values unless they are set.
     void use(const SceneUniforms& frame, std::uint64_t draw);
 
-    GLint firstInstance, contentsTransform, thickness, strength, dots, emission;
+    GLint firstInstance, contentsTransform, thickness, strength, dots, emission, middle;
     GLint world, under, reach, textureSpan, colour;  // the floor's
 
   private:

@@ -18,6 +18,7 @@ noperspective in float across;
 #ifdef POINTS
 flat in float dotSize;
 flat in float dotLight;
+flat in vec2 dotMiddle;
 #endif
 #ifdef MIRRORED
 in float height;
@@ -48,13 +49,18 @@ void main() {
     // an unlimited span, software OpenGL looks at every repeat and takes seconds.
     vec2 span = fwidth(pictureCoord);
     float few = min(1.0, 4.0 / max(max(span.x, span.y), 1e-6));
-    colour *= texture(picture, pictureCoord * few);
+    // Half a level finer than the driver's choice, which blurs. A whole level would be sharper
+    // still, but digits of two pixels would twinkle.
+    colour *= texture(picture, pictureCoord * few, -0.5);
 #endif
 #ifdef FADING
-    // The distance in pixels to the picture's edge, where the picture fades out. A
-    // picture of a few pixels then glides instead of jumping from pixel to pixel.
-    vec2 inside = min(pictureCoord, 1.0 - pictureCoord) / fwidth(pictureCoord);
-    colour *= clamp(min(inside.x, inside.y), 0.0, 1.0);
+    // The share of the pixel that the picture covers, on each of its axes. A picture of a
+    // few pixels then glides instead of jumping from pixel to pixel, and keeps its light.
+    vec2 size = inversesqrt(max(dFdx(pictureCoord) * dFdx(pictureCoord) +
+                                dFdy(pictureCoord) * dFdy(pictureCoord), 1e-12));  // pixels
+    vec2 at = pictureCoord * size;
+    vec2 share = clamp(min(at + 0.5, size) - max(at - 0.5, 0.0), 0.0, 1.0);
+    colour *= share.x * share.y;
 #endif
 #ifdef LAMBERT
     vec3 n = normalize(gl_FrontFacing ? worldNormal : -worldNormal);
@@ -75,7 +81,8 @@ void main() {
     colour *= strength * clamp(0.5 * thickness + 0.5 - abs(across), 0.0, 1.0);
 #endif
 #ifdef POINTS
-    float away = length(gl_PointCoord - 0.5) * (dotSize + 1.0);
+    // With multisampling, software OpenGL is half a pixel off in gl_PointCoord.
+    float away = length(gl_FragCoord.xy - dotMiddle);
     float covered = clamp(0.5 * dotSize + 0.5 - away, 0.0, 1.0);
     if (covered == 0.0) discard;
     colour *= dotLight * covered;

@@ -16,8 +16,9 @@ uniform vec3 cameraPosition;
 uniform mat4 contentsTransform;
 uniform vec2 halfViewport;  // pixels
 uniform float thickness;    // pixels, of lines
-uniform vec3 dots;          // pixels per point, the picture's height, a shown pixel's size
+uniform vec3 dots;          // pixels per point, the height that a share is of, a shown pixel's size
 uniform float zNear;
+uniform vec3 middle;  // of a FADING mesh
 uniform vec4 floorPlane;  // world; the normal, and minus the distance
 
 out vec3 fromCamera;
@@ -34,6 +35,7 @@ noperspective out float across;  // pixels from the line's middle
 #ifdef POINTS
 flat out float dotSize;   // pixels
 flat out float dotLight;  // the share of light left
+flat out vec2 dotMiddle;  // pixels, as gl_FragCoord
 #endif
 #ifdef MIRRORED
 out float height;  // the reflected thing's, above the floor
@@ -55,6 +57,16 @@ vec4 beforeCamera(vec4 a, vec4 b) {
 }
 #endif
 
+#ifdef FADING
+// Grows a flat picture by at least the half pixel at its rim that it covers in part.
+// Its sides may be as unequal as one to two.
+float growth(vec4 centre, vec4 corner) {
+    if (min(centre.w, corner.w) < zNear) return 1.0;
+    vec2 apart = (corner.xy / corner.w - centre.xy / centre.w) * halfViewport;
+    return 1.0 + 1.2 / max(length(apart), 0.3);
+}
+#endif
+
 void main() {
     int at = 4 * (firstInstance + gl_InstanceID + int(slot));
     vec4 x = texelFetch(instances, at);
@@ -65,6 +77,13 @@ void main() {
 
     vec4 local = vec4(position, 1.0);
     vec3 world = vec3(dot(x, local), dot(y, local), dot(z, local));
+#ifdef FADING
+    local = vec4(middle, 1.0);
+    vec3 centre = vec3(dot(x, local), dot(y, local), dot(z, local));
+    float grown = growth(viewProjection * vec4(mirrored(centre), 1.0),
+                         viewProjection * vec4(mirrored(world), 1.0));
+    world = mix(centre, world, grown);
+#endif
 #ifdef MIRRORED
     height = dot(floorPlane.xyz, world) + floorPlane.w;
 #endif
@@ -83,7 +102,11 @@ void main() {
     worldNormal = n;
 #endif
 #ifdef TEXTURED
+#ifdef FADING
+    pictureCoord = (contentsTransform * vec4(mix(vec2(0.5), texcoord, grown), 0.0, 1.0)).xy;
+#else
     pictureCoord = (contentsTransform * vec4(texcoord, 0.0, 1.0)).xy;
+#endif
 #endif
 #ifdef POINTS
     // A dot is at least one shown pixel wide. A size below one pixel of the
@@ -93,7 +116,9 @@ void main() {
     size = max(size, dots.z);
     dotSize = max(size, 1.0);
     dotLight = (size / dotSize) * (size / dotSize);
-    gl_PointSize = dotSize + 1.0;
+    dotMiddle = (gl_Position.xy / gl_Position.w + 1.0) * halfViewport;
+    // Drivers place the square of a dot up to half a pixel away.
+    gl_PointSize = dotSize + 2.0;
 #endif
 #ifdef LINES
     vec4 end = vec4(normal, 1.0);

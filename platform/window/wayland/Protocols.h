@@ -11,14 +11,10 @@
 #include "presentation-time-client.h"
 #include "viewporter-client.h"
 #include "wlr-foreign-toplevel-management-unstable-v1-client.h"
+#include "wlr-layer-shell-unstable-v1-client.h"
 #include "xdg-decoration-unstable-v1-client.h"
 #include "xdg-output-unstable-v1-client.h"
 #include "xdg-shell-client.h"
-
-// The protocol has an argument called `namespace`.
-#define namespace nameSpace
-#include "wlr-layer-shell-unstable-v1-client.h"
-#undef namespace
 
 #include <memory>
 

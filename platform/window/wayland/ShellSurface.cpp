@@ -178,7 +178,7 @@ void ShellSurface::makeWindow(const Options& options) {
     xdg_surface_add_listener(xdg_.get(), &Listeners::kXdg, this);
     toplevel_.reset(xdg_surface_get_toplevel(xdg_.get()));
     xdg_toplevel_add_listener(toplevel_.get(), &Listeners::kToplevel, this);
-    xdg_toplevel_set_title(toplevel_.get(), options.title.toUtf8().constData());
+    setTitle(options.title);
     xdg_toplevel_set_app_id(toplevel_.get(), kProgram);
     if (options.role == Role::FullScreen)
         xdg_toplevel_set_fullscreen(toplevel_.get(),
@@ -195,6 +195,10 @@ void ShellSurface::applyInput() {
     const Proxy<wl_region> empty(
         takesInput_ ? nullptr : wl_compositor_create_region(connection_.compositor()));
     wl_surface_set_input_region(surface_.get(), empty.get());
+}
+
+void ShellSurface::setTitle(const QString& title) {
+    if (toplevel_) xdg_toplevel_set_title(toplevel_.get(), title.toUtf8().constData());
 }
 
 void ShellSurface::setTakesInput(bool takes) {

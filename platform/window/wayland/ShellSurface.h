@@ -61,6 +61,8 @@ class ShellSurface {
     ShellSurface(const ShellSurface&) = delete;
     ShellSurface& operator=(const ShellSurface&) = delete;
 
+    // Names a window; an overlay has no name.
+    void setTitle(const QString& title);
     void setTakesInput(bool takes);
     // Sets whether an overlay gets all keys.
     void setTakesKeyboard(bool takes);

@@ -233,6 +233,11 @@ bool WaylandWindow::hasKeyboard() const {
     return connection_.seat().hasKeyboard(*this);
 }
 
+void WaylandWindow::setTitle(const QString& title) {
+    options_.window.title = title;
+    if (surface_) surface_->setTitle(title);
+}
+
 void WaylandWindow::setIgnoresMouse(bool ignores) {
     options_.ignoresMouse = ignores;
     if (surface_) surface_->setTakesInput(!ignores);

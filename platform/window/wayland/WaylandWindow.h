@@ -45,6 +45,7 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     // A compositor may offer reports, and send none; they count from the first one on.
     [[nodiscard]] bool tellsPresentation() const override { return tellsPresentation_; }
     void setIgnoresMouse(bool ignores) override;
+    void setTitle(const QString& title) override;
     void setCursorHidden(bool hidden) override;
     void setOpacity(double) override {}
     [[nodiscard]] SurfaceMaker surfaceMaker(const SurfaceOptions& options) override;

@@ -130,6 +130,11 @@ void ProgramWindow::setIgnoresMouse(bool ignores) {
     window_.setFlag(Qt::WindowTransparentForInput, ignores);
 }
 
+void ProgramWindow::setTitle(const QString& title) {
+    window_.setTitle(title);
+    flush();
+}
+
 void ProgramWindow::setCursorHidden(bool hidden) {
     window_.setCursor(hidden ? Qt::BlankCursor : Qt::ArrowCursor);
 }

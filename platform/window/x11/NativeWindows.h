@@ -37,6 +37,7 @@ class HostWindow final : public NativeWindow {
     [[nodiscard]] bool isShown() const override { return watch_.isMapped(); }
     [[nodiscard]] bool isSeen() const override { return watch_.isInSight(); }
     void setIgnoresMouse(bool) override {}
+    void setTitle(const QString&) override {}
     void setCursorHidden(bool) override {}
     void setOpacity(double) override {}
     [[nodiscard]] SurfaceMaker surfaceMaker(const SurfaceOptions& options) override {
@@ -74,6 +75,7 @@ class ProgramWindow final : public NativeWindow {
     [[nodiscard]] bool isShown() const override { return window_.isVisible(); }
     [[nodiscard]] bool isSeen() const override;
     void setIgnoresMouse(bool ignores) override;
+    void setTitle(const QString& title) override;
     void setCursorHidden(bool hidden) override;
     void setOpacity(double opacity) override;
     [[nodiscard]] SurfaceMaker surfaceMaker(const SurfaceOptions& options) override;

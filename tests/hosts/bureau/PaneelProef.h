@@ -24,8 +24,7 @@ class PaneelProef : public BureauProef {
     void TearDown() override { paneel.reset(); }
     void toon() {
         if (!paneel)
-            paneel.emplace(
-                PaneelBronnen{.bureau = *bureau, .server = server, .toeval = toeval, .bus = {}});
+            paneel.emplace(PaneelBronnen{.bureau = *bureau, .server = server, .toeval = toeval});
         paneel->toon();
         QObject::connect(view(), &QQuickWindow::frameSwapped, view(), [this] { ++beelden; });
         ASSERT_TRUE(until([this] { return view()->isExposed(); }));

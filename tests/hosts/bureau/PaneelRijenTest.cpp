@@ -84,4 +84,34 @@ TEST_F(PaneelRijen, FourRowsBeginOpenAndCanBeClosed) {
     }
 }
 
+// Whatever is open and whatever notice is there.
+TEST_F(PaneelRijen, AScreenReaderIsToldOnlyOfWhatIsShownAndHasAName) {
+    const auto klopt = [&](const char* wanneer) {
+        int aantal = 0;
+        const std::function<void(QAccessibleInterface*)> loop = [&](QAccessibleInterface* een) {
+            ++aantal;
+            const QString naam = een->text(QAccessible::Name);
+            EXPECT_FALSE(een->state().invisible)
+                << wanneer << ": " << een->role() << ' ' << qPrintable(naam);
+            EXPECT_FALSE(naam.isEmpty() && een->object() != view())
+                << wanneer << ": " << een->role() << " of " << een->object()->objectName().data();
+            for (int i = 0; i < een->childCount(); ++i)
+                loop(een->child(i));
+        };
+        loop(QAccessible::queryAccessibleInterface(view()));
+        EXPECT_GT(aantal, 30) << wanneer;
+    };
+    kalmeer();
+    klopt("at first");
+    bureau->zetRustBewaakt(false);
+    for (const char* rij : {"Na rust", "Brixtel"})
+        druk(QAccessible::Button, (std::string("Toon de opties van ") + rij).c_str());
+    kalmeer();
+    klopt("all open");
+    for (const char* rij : {"Regen over het bureaublad", "Zwart scherm", "Muziek volgen"})
+        druk(QAccessible::Button, (std::string("Verberg de opties van ") + rij).c_str());
+    kalmeer();
+    klopt("some closed");
+}
+
 }  // namespace

@@ -406,40 +406,6 @@ TEST_F(Sessie, EscapeClosesThePanelAndTheOwnerStays) {
     EXPECT_TRUE(until([] { return panelen().size() == 1; }, 30'000));
 }
 
-// The windows of the saver's sheet.
-QList<xcb_window_t> bladen() {
-    QList<xcb_window_t> alle;
-    for (const xcb_window_t venster : Bureaublad::beheerde())
-        if (Bureaublad::hulp(QStringLiteral("xdotool getwindowgeometry %1").arg(venster))
-                .contains("380x286"))
-            alle << venster;
-    return alle;
-}
-
-TEST_F(Sessie, TheSaversSheetLiesAboveThePanelAndOutlivesItAndTheOwner) {
-    ASSERT_NO_FATAL_FAILURE(openPaneel());
-    ASSERT_TRUE(until([this] { return Bureaublad::metToetsen() == paneel; }));
-    // The last control but the folds of the two closed rows below opens the sheet.
-    Bureaublad::hulp(QStringLiteral("xdotool key shift+Tab shift+Tab shift+Tab space"));
-    ASSERT_TRUE(until([] { return bladen().size() == 1; }));
-    const xcb_window_t blad = bladen().front();
-    EXPECT_TRUE(Bureaublad::hulp(QStringLiteral("xprop -id %1 WM_TRANSIENT_FOR").arg(blad))
-                    .contains("0x" + QByteArray::number(paneel, 16)));
-    Bureaublad::vraagBeheer(paneel, "_NET_CLOSE_WINDOW", {0, 2});
-    ASSERT_TRUE(until([] { return panelen().isEmpty(); }));
-    EXPECT_EQ(draai("--stop").uitgang, 0);
-    ASSERT_TRUE(eindigt());
-    EXPECT_EQ(bladen(), QList{blad});
-    Bureaublad::vraagBeheer(blad, "_NET_ACTIVE_WINDOW", {2});
-    ASSERT_TRUE(until([=] { return Bureaublad::metToetsen() == blad; }));
-    Bureaublad::hulp(QStringLiteral("xdotool key Down Return"));
-    EXPECT_TRUE(until([] { return bladen().isEmpty(); }, 20'000));
-    EXPECT_TRUE(until([this] {
-        QFile keuze(thuis.filePath(QStringLiteral(".config/nl.groenlicht.brixtel.saver.conf")));
-        return keuze.open(QIODevice::ReadOnly) && keuze.readAll().contains("keuze=regen");
-    }));
-}
-
 TEST_F(Sessie, WhatWaitsToBeWrittenIsKeptWhenTheDisplayGoes) {
     ASSERT_TRUE(begin());
     EXPECT_EQ(draai("--dichtheid=0.25 --snelheid=3").uitgang, 0);

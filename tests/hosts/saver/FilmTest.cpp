@@ -38,7 +38,12 @@ TEST(FilmLengteTest, ALoopLastsAsLongAsTheScenesPeriodAndBeginsWithinIt) {
     EXPECT_EQ(lengte->duur, 72.0);
     EXPECT_EQ(lengte->beelden, 72 * 30);
     EXPECT_GE(lengte->begin, 8.0);
-    for (const char* keuze : {"bol", "kubus", "tunnel", "regen", "wisselend"})
+    const auto bol = filmLengte(gelezen(QStringLiteral("--film=x.webm --keuze=bol --lus")));
+    ASSERT_TRUE(bol);
+    EXPECT_EQ(bol->duur, 420.0);
+    EXPECT_FALSE(
+        filmLengte(gelezen(QStringLiteral("--film=x.webm --keuze=bol --lijnen=l.json --lus"))));
+    for (const char* keuze : {"kubus", "tunnel", "regen", "wisselend"})
         EXPECT_FALSE(filmLengte(
             gelezen(QStringLiteral("--film=x.webm --lus --keuze=%1").arg(QLatin1String(keuze)))));
 }
@@ -161,6 +166,20 @@ TEST_F(FilmTest, APlaceThatMayNotBeWrittenIsSaidBeforeAPictureIsDrawn) {
                                       "' kan niet geschreven worden: dat is er niet\n");
 }
 
+// The film's own place is good.
+TEST_F(FilmTest, ATemporaryFolderThatIsNotThereIsNamed) {
+    maakFfmpeg("/bin/cat > \"$uit\"\n");
+    maakOud();
+    programma.zet(QStringLiteral("TMPDIR"), in("weg"));
+    programma.draai({QStringLiteral("--film"), in("f.webm"), QStringLiteral("--keuze=regen"),
+                     QStringLiteral("--maat=64x48"), QStringLiteral("--seconden=1")});
+    EXPECT_EQ(programma.uitgang(), 1);
+    EXPECT_EQ(programma.fouten(), "brixtel-saver: in de tijdelijke map '" +
+                                      QFile::encodeName(in("weg")) +
+                                      "' is geen bestand te maken: dat is er niet\n");
+    EXPECT_EQ(inhoud("f.webm"), "oud");
+}
+
 TEST_F(FilmTest, WithoutFfmpegItSaysSo) {
     programma.draai({QStringLiteral("--film"), in("f.webm"), QStringLiteral("--keuze=regen"),
                      QStringLiteral("--seconden=1")});
@@ -173,7 +192,11 @@ TEST_F(FilmTest, WhatNeverRepeatsIsNoLoop) {
     programma.draai({QStringLiteral("--film"), in("f.webm"), QStringLiteral("--keuze=kubus"),
                      QStringLiteral("--lus")});
     EXPECT_EQ(programma.uitgang(), 1);
-    EXPECT_TRUE(programma.fouten().contains("alleen met logo"));
+    EXPECT_TRUE(programma.fouten().contains("alleen met bol of logo"));
+    programma.draai({QStringLiteral("--film"), in("f.webm"), QStringLiteral("--keuze=bol"),
+                     QStringLiteral("--lijnen=l.json"), QStringLiteral("--lus")});
+    EXPECT_EQ(programma.uitgang(), 1);
+    EXPECT_EQ(programma.fouten(), "brixtel-saver: --lus gaat met bol alleen zonder --lijnen\n");
 }
 
 TEST(FilmOpdrachtTest, WhatDoesNotGoTogetherIsRefused) {

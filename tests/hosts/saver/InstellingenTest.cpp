@@ -2,9 +2,11 @@
 // The configuration sheet as the program shows it, by itself and beside a saver
 // at work, with a real keyboard and pointer.
 #include <signal.h>
+#include <unistd.h>
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 
 #include "tests/hosts/saver/Scherm.h"
@@ -57,6 +59,29 @@ class Instellingen : public Scherm {
                     hulp({QStringLiteral("xdotool"), QStringLiteral("getactivewindow"),
                           QStringLiteral("getwindowgeometry")});
                 return actief.contains("380x286");
+            },
+            20'000);
+    }
+    // The program's only window has that name.
+    bool heet(const char* naam) {
+        return until(
+            [&] {
+                const QByteArray titel =
+                    hulp({QStringLiteral("xdotool"), QStringLiteral("search"),
+                          QStringLiteral("--onlyvisible"), QStringLiteral("--class"),
+                          QStringLiteral("^brixtel-saver$"), QStringLiteral("getwindowname")});
+                return titel.startsWith(naam);
+            },
+            20'000);
+    }
+    bool vultHetScherm() {
+        return until(
+            [this] {
+                return hulp({QStringLiteral("xdotool"), QStringLiteral("search"),
+                             QStringLiteral("--onlyvisible"), QStringLiteral("--class"),
+                             QStringLiteral("^brixtel-saver$"),
+                             QStringLiteral("getwindowgeometry")})
+                    .contains("1280x800");
             },
             20'000);
     }
@@ -132,10 +157,11 @@ TEST_F(Instellingen, InFullScreenTheKeyIBringsItAndTheSaverSwitchesAtOnce) {
     EXPECT_EQ(programma.uitgang(), 0);
 }
 
-TEST_F(Instellingen, InAWindowTheKeyIBringsItToo) {
+TEST_F(Instellingen, InAWindowTheKeyIBringsItTooAndTheTitleFollows) {
     bewaar("bol");
     programma.start({QStringLiteral("--venster=1200x760"), QStringLiteral("--keuze=kubus")});
     ASSERT_TRUE(toont(1));
+    EXPECT_TRUE(heet("Kubus van bits"));
     xdotool("key i");
     ASSERT_TRUE(bladIsActief());
     // One sheet at a time: the saver's window below asks in vain.
@@ -143,7 +169,36 @@ TEST_F(Instellingen, InAWindowTheKeyIBringsItToo) {
     xdotool("key Return");
     EXPECT_TRUE(until([this] { return groenInHoek() > 0.005; }, 20'000));
     EXPECT_TRUE(toont(1));
+    EXPECT_TRUE(heet("Matrix-regen"));
     EXPECT_TRUE(programma.loopt());
+}
+
+TEST_F(Instellingen, APickHoldsForThisRunWhereItCannotBeStored) {
+    bewaar("bol");
+    const QString map = QFileInfo(bestand()).path();
+    ASSERT_TRUE(QFile::setPermissions(map, QFile::ReadOwner | QFile::ExeOwner));
+    // The superuser is held to permissions too.
+    const QStringList door =
+        geteuid() == 0
+            ? QStringList{QStringLiteral("setpriv"), QStringLiteral("--bounding-set=-dac_override")}
+            : QStringList();
+    programma.startDoor(door,
+                        {QStringLiteral("--venster=1200x760"), QStringLiteral("--keuze=kubus")});
+    ASSERT_TRUE(kubus());
+    xdotool("key i");
+    ASSERT_TRUE(bladIsActief());
+    xdotool("key Up");
+    xdotool("key Return");
+    EXPECT_TRUE(until([this] { return groenInHoek() > 0.005; }, 20'000));
+    EXPECT_TRUE(heet("Matrix-regen"));
+    EXPECT_TRUE(inhoud(bestand()).contains("keuze=bol"));
+    // Another window of the program asks anew which choice holds.
+    ASSERT_TRUE(until([this] { return kinderen(programma.nummer()).isEmpty(); }));
+    xdotool("key F11");
+    EXPECT_TRUE(vultHetScherm());
+    EXPECT_TRUE(heet("Matrix-regen"));
+    EXPECT_GT(groenInHoek(), 0.005);
+    QFile::setPermissions(map, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
 TEST_F(Instellingen, ItEndsWithTheSaverHoweverThatEnds) {

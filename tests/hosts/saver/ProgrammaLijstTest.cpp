@@ -57,6 +57,9 @@ const QList<Geval> kGevallen{
     {"ALastProgramWithItsEndOnTheLastLine", "programs: \\\n pyro --root \\n\nlock: True\n", {}},
     {"ALastProgramThatRunsOnIntoNothing", "programs: \\\n pyro --root \\\n\nlock: True\n",
      "programs: \\\n pyro --root \\n\\\n  \"Brixtel\"  brixtel-saver --root \\\n\nlock: True\n"},
+    {"ABackslashBeforeALineThatRunsOn", "programs: pyro --tekst \\\\\n  \\\n\nlock: True\n",
+     "programs: pyro --tekst \\\\\n \\n\\\n"
+     "  \"Brixtel\"  brixtel-saver --root  \\\n\nlock: True\n"},
     {"EndsWithTheFile", "programs: \\\n pyro --root \\n\\\n",
      "programs: \\\n pyro --root \\n\\\n  \"Brixtel\"  brixtel-saver --root  \\n\\\n"},
     {"AllOnOneLine", "programs: qix --root\\n \"Pyro\" pyro --root\\n\n", {}},

@@ -16,6 +16,7 @@
 #include <random>
 
 #include "tests/hosts/saver/Programma.h"
+#include "tests/hosts/saver/Zaden.h"
 #include "tests/support/HostileProxy.h"
 
 using brixtel::Programma;
@@ -27,12 +28,6 @@ constexpr int kZaden = 25;
 // with a report of its own.
 constexpr int kVanQt = 200;
 constexpr int kGeduld = 30'000;  // milliseconds until the program counts as hanging
-
-int uitOmgeving(const char* naam, int anders) {
-    bool is = false;
-    const int gevraagd = qEnvironmentVariableIntValue(naam, &is);
-    return is ? gevraagd : anders;
-}
 
 struct Telling {
     std::map<QByteArray, int> uitkomsten;
@@ -90,8 +85,7 @@ class Vijandig : public testing::Test {
 
     Telling draaiZaden(const std::function<Hostility(std::mt19937&)>& vijand) const {
         Telling telling;
-        const int van = uitOmgeving("BRIXTEL_VIJANDIG_VAN", 0);
-        for (int zaad = van; zaad < van + uitOmgeving("BRIXTEL_VIJANDIG", kZaden); ++zaad) {
+        for (const int zaad : steun::zaden(kZaden)) {
             SCOPED_TRACE("zaad " + std::to_string(zaad));
             std::mt19937 toeval(static_cast<std::uint32_t>(zaad));
             Hostility een = vijand(toeval);
@@ -100,7 +94,7 @@ class Vijandig : public testing::Test {
             if (HasFatalFailure()) break;
         }
         telling.druk();
-        EXPECT_LE(telling.doorXlib, 1 + uitOmgeving("BRIXTEL_VIJANDIG", kZaden) / 25);
+        EXPECT_LE(telling.doorXlib, 1 + steun::uitOmgeving("BRIXTEL_VIJANDIG", kZaden) / 25);
         return telling;
     }
 

@@ -123,6 +123,7 @@ TEST_F(DamageOfALayer, HiddenAndShownAreItsPlace) {
     const std::vector place{QRect(10, 70, 20, 20)};
     EXPECT_EQ(after([&] { layer->setOpacity(0.0); }), place);
     EXPECT_EQ(after([&] { layer->setOpacity(0.5); }), place);
+    EXPECT_EQ(after([&] { layer->setOpacity(0.25); }), place);
 }
 
 TEST_F(DamageOfALayer, EveryChangeOfItsLookIsItsPlace) {

@@ -30,6 +30,13 @@ TEST(CameraTest, ANarrowPictureShowsTheWidthOf4To3) {
     }
 }
 
+TEST(CameraTest, AThingTakesLessOfTheHeightWhereTheAngleIsWider) {
+    const Camera camera{.fieldOfView = 42.0};
+    EXPECT_EQ(camera.heightShare(16.0 / 9.0), 1.0);
+    EXPECT_EQ(camera.heightShare(4.0 / 3.0), 1.0);
+    EXPECT_NEAR(camera.heightShare(9.0 / 16.0), 27.0 / 64.0, 1e-12);
+}
+
 TEST(CameraTest, ASubjectWiderThan4To3IsSeenWholeFromASquareOn) {
     const Camera camera{.fieldOfView = 42.0, .subjectWidth = 0.6};
     for (const double aspect : {1.0, 0.75, 9.0 / 32.0})

@@ -18,7 +18,7 @@ TEST(Material, StartsOpaqueClampedAndWritingDepth) {
 }
 
 TEST(Material, TheRevisionRisesWithEveryRealChangeOnly) {
-    Material material(QColor(Qt::green));
+    Material material{QColor(Qt::green)};
     const auto before = material.revision();
     material.setDiffuse(QColor(Qt::green));
     material.setDoubleSided(false);

@@ -138,7 +138,6 @@ TEST(Shapes, ATubeReachesFromItsInnerToItsOuterRadius) {
 
 TEST(Shapes, ATubesInnerWallFacesInwardAndReadsFromInside) {
     const auto tube = makeTube({.innerRadius = 1.0, .outerRadius = 2.0, .height = 4.0});
-    const glm::vec3 up(0, 1, 0);
     int inner = 0;
     for (const Corner& corner : cornersOf(*tube->mesh())) {
         const glm::vec3 out(corner.position.x, 0, corner.position.z);

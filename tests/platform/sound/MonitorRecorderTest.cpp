@@ -6,10 +6,12 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
 
 #include "platform/sound/MonitorSource.h"
 #include "tests/support/GeluidServer.h"
+#include "tests/support/HostileSocket.h"
 #include "tests/support/KlikSpoor.h"
 #include "tests/support/Processen.h"
 
@@ -199,6 +201,39 @@ TEST(MonitorRecorder, AServerThatDiesIsTold) {
     ASSERT_TRUE(until([&] { return recording.samples > 0; }));
     server.stop();
     EXPECT_TRUE(until([&] { return recording.lost == 1; }));
+}
+
+// A server that passes no descriptors to its clients.
+QStringList withoutDescriptors() {
+    return GeluidServer::nulUitgang(QStringLiteral("een")) << QStringLiteral("--disable-shm=yes");
+}
+
+TEST(MonitorRecorder, AConnectionThatBreaksAtAnyByteIsTold) {
+    const GeluidServer server(withoutDescriptors());
+    for (const std::size_t bytes : {1, 20, 21, 100, 300, 400, 500, 700, 1000, 1500, 5000}) {
+        const HostileSocket door(server.socket(), {.cutAfter = bytes});
+        ASSERT_TRUE(door.isRunning());
+        Recording recording(QStringLiteral("unix:") + QString::fromStdString(door.path()));
+        EXPECT_TRUE(until([&] { return recording.lost == 1; })) << bytes;
+        EXPECT_EQ(door.deeds(), 1U) << bytes;
+    }
+}
+
+TEST(MonitorRecorder, AServerThatAnswersNonsenseOrNothingCanBeDropped) {
+    const GeluidServer server(withoutDescriptors());
+    constexpr std::array kShares{0.0005, 0.01, 0.2};
+    for (std::uint32_t seed = 0; seed < 20; ++seed) {
+        const HostileSocket door(
+            server.socket(),
+            {.seed = seed, .garbage = kShares.at(seed % 3), .isMute = seed % 5 == 4});
+        ASSERT_TRUE(door.isRunning());
+        Recording recording(QStringLiteral("unix:") + QString::fromStdString(door.path()));
+        EXPECT_TRUE(until([&] { return door.deeds() > 0; })) << seed;
+        // A client that waits for an answer waits for half a minute.
+        constexpr int kMilliseconds = 300;
+        until([&] { return recording.lost == 1 || recording.samples > 100'000; }, kMilliseconds);
+        EXPECT_LE(recording.lost, 1) << seed;
+    }
 }
 
 TEST(MonitorRecorder, NothingIsLeftOfOneThatWasDropped) {

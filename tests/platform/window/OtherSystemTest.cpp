@@ -87,6 +87,7 @@ class PaperWindow final : public NativeWindow {
     [[nodiscard]] bool isShown() const override { return shown; }
     [[nodiscard]] bool isSeen() const override { return shown && !covered; }
     void setIgnoresMouse(bool) override {}
+    void setTitle(const QString&) override {}
     void setCursorHidden(bool) override {}
     void setOpacity(double) override { ADD_FAILURE() << "the system cannot fade"; }
     [[nodiscard]] SurfaceMaker surfaceMaker(const platform::SurfaceOptions&) override {

@@ -11,11 +11,7 @@
 #include "presentation-time-server.h"
 #include "viewporter-server.h"
 #include "wlr-foreign-toplevel-management-unstable-v1-server.h"
+#include "wlr-layer-shell-unstable-v1-server.h"
 #include "xdg-decoration-unstable-v1-server.h"
 #include "xdg-output-unstable-v1-server.h"
 #include "xdg-shell-server.h"
-
-// An argument of a request has this name.
-#define namespace nameSpace
-#include "wlr-layer-shell-unstable-v1-server.h"
-#undef namespace

@@ -198,13 +198,12 @@ QImage copyOf(wl_shm_buffer* buffer) {
 }
 
 // Tells a world that a buffer is no more; ends with the buffer.
-struct Watch {
-    wl_listener listener;
-    World* world;
+struct Watch : wl_listener {
+    World* world = nullptr;
 };
 
 void bufferGone(wl_listener* listener, void* data) {
-    Watch* const watch = wl_container_of(listener, watch, listener);
+    auto* const watch = static_cast<Watch*>(listener);
     auto* const gone = static_cast<wl_resource*>(data);
     watch->world->buffers.erase(gone);
     for (const auto& [id, each] : watch->world->surfaces) {
@@ -239,9 +238,10 @@ void World::takeBuffer(SurfaceState& surface) {
     surface.buffer = buffer;
     if (!buffer) return;
     if (!wl_resource_get_destroy_listener(buffer, bufferGone)) {
-        auto* const watch = new Watch{{}, this};
-        watch->listener.notify = bufferGone;
-        wl_resource_add_destroy_listener(buffer, &watch->listener);
+        auto* const watch = new Watch;
+        watch->notify = bufferGone;
+        watch->world = this;
+        wl_resource_add_destroy_listener(buffer, watch);
     }
     surface.picture = copyOf(wl_shm_buffer_get(buffer));
 }

@@ -16,14 +16,13 @@ namespace {
 namespace hn = hwy::HWY_NAMESPACE;
 
 template <class D>
-void blurSome(D d, const float* from, std::ptrdiff_t step, const float* weight, int radius,
-              float* to, float scale) {
-    auto sum = hn::Mul(hn::LoadU(d, from), hn::Set(d, weight[0]));
-    for (int i = 1; i <= radius; ++i) {
+void blurSome(D d, const float* from, std::ptrdiff_t step, const BlurWeights& weights, float* to) {
+    auto sum = hn::Mul(hn::LoadU(d, from), hn::Set(d, weights.weight[0]));
+    for (int i = 1; i <= weights.radius; ++i) {
         const auto both = hn::Add(hn::LoadU(d, from - i * step), hn::LoadU(d, from + i * step));
-        sum = hn::Add(sum, hn::Mul(both, hn::Set(d, weight[i])));
+        sum = hn::Add(sum, hn::Mul(both, hn::Set(d, weights.weight[i])));
     }
-    hn::StoreU(hn::Mul(sum, hn::Set(d, scale)), d, to);
+    hn::StoreU(hn::Mul(sum, hn::Set(d, weights.scale)), d, to);
 }
 
 template <class D>
@@ -34,16 +33,19 @@ void weighSome(D d, const float* const rows[4], const float weight[4], int x, fl
     hn::StoreU(sum, d, to + x);
 }
 
-void blurCells(const float* from, std::ptrdiff_t step, const float* weight, int radius, float* to,
-               int count, float scale) {
+void blurCells(const CellBox& from, std::ptrdiff_t step, const BlurWeights& weights, float* to) {
     const hn::CappedTag<float, 16> d;
     const hn::CappedTag<float, 1> single;
     const int lanes = static_cast<int>(hn::Lanes(d));
-    int x = 0;
-    for (; x + lanes <= count; x += lanes)
-        blurSome(d, from + x, step, weight, radius, to + x, scale);
-    for (; x < count; ++x)
-        blurSome(single, from + x, step, weight, radius, to + x, scale);
+    for (int row = 0; row < from.height; ++row) {
+        const float* const line = from.first + row * from.stride;
+        float* const result = to + row * from.stride;
+        int x = 0;
+        for (; x + lanes <= from.width; x += lanes)
+            blurSome(d, line + x, step, weights, result + x);
+        for (; x < from.width; ++x)
+            blurSome(single, line + x, step, weights, result + x);
+    }
 }
 
 void weighCells(const float* const rows[4], const float weight[4], float* to, int count) {
@@ -94,17 +96,23 @@ void stretchCells(const float* from, std::span<const GlowPhase> phases, float* t
     }
 }
 
-float mostOf(const float* from, int count) {
+float mostOf(const CellBox& from) {
     const hn::CappedTag<float, 16> d;
     const int lanes = static_cast<int>(hn::Lanes(d));
     auto most = hn::Zero(d);
-    int x = 0;
-    for (; x + lanes <= count; x += lanes)
-        most = hn::Max(most, hn::LoadU(d, from + x));
-    float result = hn::GetLane(hn::MaxOfLanes(d, most));
-    for (; x < count; ++x)
-        result = std::max(result, from[x]);
-    return result;
+    float rest = 0.0F;
+    for (int row = 0; row < from.height; ++row) {
+        const float* const line = from.first + row * from.stride;
+        if (from.width < lanes) {
+            for (int x = 0; x < from.width; ++x)
+                rest = std::max(rest, line[x]);
+            continue;
+        }
+        // The last vector begins again before the end.
+        for (int x = 0; x < from.width; x += lanes)
+            most = hn::Max(most, hn::LoadU(d, line + std::min(x, from.width - lanes)));
+    }
+    return std::max(rest, hn::GetLane(hn::MaxOfLanes(d, most)));
 }
 
 }  // namespace
@@ -119,9 +127,8 @@ HWY_EXPORT(weighCells);
 HWY_EXPORT(stretchCells);
 HWY_EXPORT(mostOf);
 
-void blurCells(const float* from, std::ptrdiff_t step, const float* weight, int radius, float* to,
-               int count, float scale) {
-    HWY_DYNAMIC_DISPATCH(blurCells)(from, step, weight, radius, to, count, scale);
+void blurCells(const CellBox& from, std::ptrdiff_t step, const BlurWeights& weights, float* to) {
+    HWY_DYNAMIC_DISPATCH(blurCells)(from, step, weights, to);
 }
 void weighCells(const float* const rows[4], const float weight[4], float* to, int count) {
     HWY_DYNAMIC_DISPATCH(weighCells)(rows, weight, to, count);
@@ -130,8 +137,8 @@ void weighCells(const float* const rows[4], const float weight[4], float* to, in
 void stretchCells(const float* from, std::span<const GlowPhase> phases, float* to, int cells) {
     HWY_DYNAMIC_DISPATCH(stretchCells)(from, phases, to, cells);
 }
-float mostOf(const float* from, int count) {
-    return HWY_DYNAMIC_DISPATCH(mostOf)(from, count);
+float mostOf(const CellBox& from) {
+    return HWY_DYNAMIC_DISPATCH(mostOf)(from);
 }
 
 }  // namespace platform

@@ -8,9 +8,21 @@
 
 namespace platform {
 
-// count numbers: from × weight[0], and the pairs i steps away × weight[i].
-void blurCells(const float* from, std::ptrdiff_t step, const float* weight, int radius, float* to,
-               int count, float scale);
+// A box of numbers; `stride` lies between its rows.
+struct CellBox {
+    const float* first = nullptr;
+    std::ptrdiff_t stride = 0;
+    int width = 0;
+    int height = 0;
+};
+struct BlurWeights {
+    const float* weight = nullptr;
+    int radius = 0;
+    float scale = 1.0F;  // of the result
+};
+// Each number × weight[0], and the pairs i steps away × weight[i], into a box of the same
+// stride.
+void blurCells(const CellBox& from, std::ptrdiff_t step, const BlurWeights& weights, float* to);
 // count numbers: four rows weighed.
 void weighCells(const float* const rows[4], const float weight[4], float* to, int count);
 
@@ -24,7 +36,7 @@ struct GlowPhase {
 // 64 numbers come out.
 void stretchCells(const float* from, std::span<const GlowPhase> phases, float* to, int cells);
 
-// The largest of some numbers, at least 0.
-[[nodiscard]] float mostOf(const float* from, int count);
+// The largest of the numbers, at least 0.
+[[nodiscard]] float mostOf(const CellBox& from);
 
 }  // namespace platform

@@ -187,10 +187,25 @@ void ScenePlan::addPolygon(const Surface& surface, std::size_t number, bool doub
     };
     for (std::size_t k = 0; surface.picture && k < 2; ++k)
         setAttribute(ScreenPolygon::kPicture + k);
-    for (std::size_t k = 0; surface.lambert && k < 3; ++k)
+    if (surface.lambert) setFlatNormal(polygon);
+    for (std::size_t k = 0; surface.lambert && !polygon.flat && k < 3; ++k)
         setAttribute(ScreenPolygon::kNormal + k);
     if (surface.mirrored) setAttribute(ScreenPolygon::kHeight);
     bins_.add(call, polygon);
+}
+
+// Sets the normal of a polygon whose corners, in `cut_`, have the same one.
+void ScenePlan::setFlatNormal(ScreenPolygon& polygon) const {
+    const auto normalOf = [](const Corner& c) {
+        return glm::dvec3(c.value[ScreenPolygon::kNormal], c.value[ScreenPolygon::kNormal + 1],
+                          c.value[ScreenPolygon::kNormal + 2]);
+    };
+    const glm::dvec3 first = normalOf(cut_.front());
+    polygon.flat = std::all_of(cut_.begin(), cut_.end(),
+                               [&](const Corner& c) { return normalOf(c) == first; });
+    if (!polygon.flat) return;
+    const double size = std::max(glm::length(first), 1e-20);
+    polygon.normal = glm::vec3(first * ((polygon.back ? -1.0 : 1.0) / size));
 }
 
 }  // namespace platform

@@ -54,7 +54,8 @@ void ScenePlan::addDots(const BatchView& view, const DrawInstance& instance) {
     const MeshData& data = view.batch->mesh->data();
     float diameter = static_cast<float>(data.pointSize * scale_);
     if (data.pointHeightShare > 0.0)
-        diameter = std::min(diameter, static_cast<float>(data.pointHeightShare * size_.height()));
+        diameter = std::min(
+            diameter, static_cast<float>(data.pointHeightShare * size_.height()) * heightShare_);
     if (!std::isfinite(diameter)) return;
     diameter = std::clamp(diameter, 1.0F, 4096.0F);
     const auto style = static_cast<std::uint32_t>(dotStyles_.size());

@@ -2,7 +2,6 @@
 #include "platform/render/cpu/scene/SceneBins.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "platform/render/cpu/scene/SceneTile.h"
 
@@ -17,15 +16,16 @@ void SceneBins::begin(QSize picture) {
 SceneBins::Range SceneBins::rangeOf(glm::vec2 low, glm::vec2 high) const {
     // The comparison is false for a NaN too.
     if (!(low.x <= high.x && low.y <= high.y)) return {};
-    const auto tileAt = [](float at, float side, int count) {
-        return static_cast<int>(
-            std::clamp(std::floor(at / side), -1.0F, static_cast<float>(count)));
+    const auto right = static_cast<float>(tiles_.width() * kTileWidth);
+    const auto bottom = static_cast<float>(tiles_.height() * kTileHeight);
+    if (high.x < 0.0F || high.y < 0.0F || low.x >= right || low.y >= bottom) return {};
+    const auto tileAt = [](float at, int side, int count) {
+        const float most = static_cast<float>(count * side - 1);
+        return static_cast<int>(std::clamp(at, 0.0F, most)) / side;
     };
-    const Range range{
-        tileAt(low.x, kTileWidth, tiles_.width()), tileAt(low.y, kTileHeight, tiles_.height()),
-        tileAt(high.x, kTileWidth, tiles_.width()), tileAt(high.y, kTileHeight, tiles_.height())};
-    return {std::max(range.firstX, 0), std::max(range.firstY, 0),
-            std::min(range.lastX, tiles_.width() - 1), std::min(range.lastY, tiles_.height() - 1)};
+    return {tileAt(low.x, kTileWidth, tiles_.width()), tileAt(low.y, kTileHeight, tiles_.height()),
+            tileAt(high.x, kTileWidth, tiles_.width()),
+            tileAt(high.y, kTileHeight, tiles_.height())};
 }
 
 void SceneBins::add(ShapeCall call, glm::vec2 low, glm::vec2 high) {

@@ -13,6 +13,10 @@ constexpr float kFaint = 1e-5F;
 // Cells beside a tile that have a share in its pixels.
 constexpr int kBeside = 2;
 
+bool has(unsigned colours, std::size_t k) {
+    return (colours >> k & 1U) != 0;
+}
+
 std::size_t countOf(QSize size) {
     return static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height());
 }
@@ -38,7 +42,7 @@ void SceneGlow::begin(const Options& options) {
         fit();
     for (std::size_t tile = 0; tile < bright_.size(); ++tile) {
         if (!bright_[tile]) continue;
-        clearCells(cells_, static_cast<int>(tile));
+        clearCells(cells_, static_cast<int>(tile), static_cast<unsigned>(bright_[tile]));
         bright_[tile] = 0;
     }
 }
@@ -80,26 +84,27 @@ BrightCells SceneGlow::cellsOf(int tileX, int tileY) {
     return cells;
 }
 
-void SceneGlow::clearCells(Planes& planes, int tile) {
+void SceneGlow::clearCells(Planes& planes, int tile, unsigned colours) {
     const int across = options_.tiles.width();
-    for (auto& plane : planes)
+    for (std::size_t k = 0; k < 3; ++k) {
+        if (!has(colours, k)) continue;
+        float* const first = planes[k].data() + cellAt(tile % across, tile / across);
         for (int row = 0; row < cellsDown_; ++row)
-            std::fill_n(plane.begin() +
-                            static_cast<std::ptrdiff_t>(cellAt(tile % across, tile / across)) +
-                            static_cast<std::ptrdiff_t>(row) * stride_,
-                        cellsAcross_, 0.0F);
+            std::fill_n(first + static_cast<std::ptrdiff_t>(row) * stride_, cellsAcross_, 0.0F);
+    }
 }
 
-bool SceneGlow::anyNear(const Flags& flags, int tile, int across, int down) const {
+unsigned SceneGlow::coloursNear(const Flags& flags, int tile, int across, int down) const {
     const int width = options_.tiles.width();
     const int x = tile % width;
     const int y = tile / width;
+    unsigned colours = 0;
     for (int row = std::max(0, y - down); row <= std::min(options_.tiles.height() - 1, y + down);
          ++row)
         for (int column = std::max(0, x - across); column <= std::min(width - 1, x + across);
              ++column)
-            if (flags[static_cast<std::size_t>(row * width + column)]) return true;
-    return false;
+            colours |= static_cast<unsigned>(flags[static_cast<std::size_t>(row * width + column)]);
+    return colours;
 }
 
 // Computes the tiles that light of the given tiles reaches, and clears the tiles that light
@@ -108,18 +113,14 @@ template <typename Work>
 void SceneGlow::pass(TileWorkers& workers, const Flags& from, Flags& to, Planes& planes, int across,
                      int down, Work work) {
     workers.each(static_cast<int>(to.size()), [&](int tile, int) {
-        const bool reached = anyNear(from, tile, across, down);
+        const unsigned reached = coloursNear(from, tile, across, down);
         char& was = to[static_cast<std::size_t>(tile)];
-        if (reached) {
-            const std::size_t first =
-                cellAt(tile % options_.tiles.width(), tile / options_.tiles.width());
-            for (std::size_t k = 0; k < 3; ++k)
-                for (int row = 0; row < cellsDown_; ++row)
-                    work(k, first + static_cast<std::size_t>(row * stride_));
-        } else if (was) {
-            clearCells(planes, tile);
-        }
-        was = reached ? 1 : 0;
+        const std::size_t first =
+            cellAt(tile % options_.tiles.width(), tile / options_.tiles.width());
+        for (std::size_t k = 0; k < 3; ++k)
+            if (has(reached, k)) work(k, first);
+        clearCells(planes, tile, static_cast<unsigned>(was) & ~reached);
+        was = static_cast<char>(reached);
     });
 }
 
@@ -156,18 +157,19 @@ void SceneGlow::spread(TileWorkers& workers) {
     const float* const weight = plan_.weight.data();
     pass(workers, bright_, along_, blurred_, (reach + cellsAcross_ - 1) / cellsAcross_, 0,
          [&](std::size_t k, std::size_t at) {
-             blurCells(cells_[k].data() + at, 1, weight, plan_.radius, blurred_[k].data() + at,
-                       cellsAcross_, options_.intensity);
+             blurCells({cells_[k].data() + at, stride_, cellsAcross_, cellsDown_}, 1,
+                       {weight, plan_.radius, options_.intensity}, blurred_[k].data() + at);
          });
     repeatEnds(blurred_, plan_.radius);
     pass(workers, along_, glow_, spread_, 0, (reach + cellsDown_ - 1) / cellsDown_,
          [&](std::size_t k, std::size_t at) {
-             blurCells(blurred_[k].data() + at, stride_, weight, plan_.radius,
-                       spread_[k].data() + at, cellsAcross_, 1.0F);
+             blurCells({blurred_[k].data() + at, stride_, cellsAcross_, cellsDown_}, stride_,
+                       {weight, plan_.radius, 1.0F}, spread_[k].data() + at);
          });
     repeatSides(spread_, kBeside);
     repeatEnds(spread_, kBeside);
-    tilesSpread_ = static_cast<int>(std::count(glow_.begin(), glow_.end(), 1));
+    tilesSpread_ = static_cast<int>(glow_.size()) -
+                   static_cast<int>(std::count(glow_.begin(), glow_.end(), char{0}));
     workers.each(static_cast<int>(seen_.size()), [&](int tile, int) {
         const auto at = static_cast<std::size_t>(tile);
         seen_[at] = glow_[at] ? coloursSeen(tile) : char{0};
@@ -179,11 +181,9 @@ char SceneGlow::coloursSeen(int tile) const {
                               static_cast<std::size_t>(kBeside * stride_ + kBeside);
     unsigned seen = 0;
     for (std::size_t k = 0; k < 3; ++k) {
-        float most = 0.0F;
-        for (int row = 0; row < cellsDown_ + 2 * kBeside; ++row)
-            most = std::max(
-                most, mostOf(spread_[k].data() + first + static_cast<std::size_t>(row * stride_),
-                             cellsAcross_ + 2 * kBeside));
+        if (!has(static_cast<unsigned>(glow_[static_cast<std::size_t>(tile)]), k)) continue;
+        const float most = mostOf({spread_[k].data() + first, stride_, cellsAcross_ + 2 * kBeside,
+                                   cellsDown_ + 2 * kBeside});
         if (most >= kFaint) seen |= 1U << k;
     }
     return static_cast<char>(seen);
@@ -196,8 +196,7 @@ void SceneGlow::expand(int tile, float* work, TileGlow& glow) const {
     const std::size_t first = cellAt(tile % options_.tiles.width(), tile / options_.tiles.width());
     for (std::size_t k = 0; k < 3; ++k) {
         glow.plane[k] = nullptr;
-        if ((static_cast<unsigned>(seen_[static_cast<std::size_t>(tile)]) & (1U << k)) == 0)
-            continue;
+        if (!has(static_cast<unsigned>(seen_[static_cast<std::size_t>(tile)]), k)) continue;
         const float* const cells = spread_[k].data() + first;
         for (int row = 0; row < cellsDown_ + 2 * kBeside; ++row)
             stretchCells(cells + static_cast<std::ptrdiff_t>(row - kBeside) * stride_, phases_,

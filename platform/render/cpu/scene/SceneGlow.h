@@ -8,7 +8,7 @@
 
 #include "platform/render/BloomPlan.h"
 #include "platform/render/cpu/scene/GlowCells.h"
-#include "platform/render/cpu/scene/TileFinish.h"
+#include "platform/render/cpu/scene/TilePacking.h"
 #include "platform/render/cpu/scene/TileWorkers.h"
 
 namespace platform {
@@ -32,7 +32,10 @@ class SceneGlow {
     // The cells that gather a tile's bright light. Tiles share no cell, so threads need no
     // lock.
     [[nodiscard]] BrightCells cellsOf(int tileX, int tileY);
-    void setBright(int tile) { bright_[static_cast<std::size_t>(tile)] = true; }
+    // The colours that are bright in a tile.
+    void setBright(int tile, unsigned colours) {
+        bright_[static_cast<std::size_t>(tile)] = static_cast<char>(colours);
+    }
 
     // Blurs the gathered light.
     void spread(TileWorkers& workers);
@@ -47,16 +50,17 @@ class SceneGlow {
     [[nodiscard]] int tilesSpread() const { return tilesSpread_; }
 
   private:
-    using Flags = std::vector<char>;
+    using Flags = std::vector<char>;  // a bit by the colour, for each tile
     using Planes = std::array<std::vector<float>, 3>;
 
     void fit();
-    void clearCells(Planes& planes, int tile);
+    void clearCells(Planes& planes, int tile, unsigned colours);
     void repeatSides(Planes& planes, int reach) const;
     void repeatEnds(Planes& planes, int reach) const;
     [[nodiscard]] char coloursSeen(int tile) const;
     [[nodiscard]] std::size_t cellAt(int tileX, int tileY) const;
-    [[nodiscard]] bool anyNear(const Flags& flags, int tile, int across, int down) const;
+    // The colours that some tile near this one has.
+    [[nodiscard]] unsigned coloursNear(const Flags& flags, int tile, int across, int down) const;
     template <typename Work>
     void pass(TileWorkers& workers, const Flags& from, Flags& to, Planes& planes, int across,
               int down, Work work);
@@ -70,8 +74,7 @@ class SceneGlow {
     int margin_ = 0;
     int stride_ = 0;
     int tilesSpread_ = 0;
-    Flags bright_, along_, glow_;
-    Flags seen_;  // a bit by the colour
+    Flags bright_, along_, glow_, seen_;
     Planes cells_, blurred_, spread_;
     std::vector<GlowPhase> phases_;  // by the pixel within a cell
 };

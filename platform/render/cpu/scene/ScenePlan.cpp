@@ -40,6 +40,7 @@ void ScenePlan::setFrame(const DrawList& list) {
     lens_.middle = half;
     lens_.perPixel = {1.0F / (half.x * camera.projection[0][0]),
                       1.0F / (half.y * camera.projection[1][1])};
+    heightShare_ = camera.heightShare;
     zNear_ = std::max(camera.zNear, 1e-4F);
     zFar_ = camera.zFar;
     frame_ = {};

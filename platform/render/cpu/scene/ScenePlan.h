@@ -15,6 +15,7 @@
 #include "platform/render/cpu/scene/ScreenShapes.h"
 #include "platform/render/cpu/scene/SpritePicture.h"
 #include "platform/render/cpu/scene/TileBodies.h"
+#include "platform/render/cpu/scene/TileFloor.h"
 #include "platform/render/cpu/scene/TilePolygons.h"
 #include "platform/render/cpu/scene/TileStrokes.h"
 #include "platform/scene/DrawList.h"
@@ -87,6 +88,7 @@ class ScenePlan {
     bool addBall(const BatchView& view, const DrawInstance& instance);
     void addFaces(const BatchView& view, const DrawInstance& instance);
     void addPolygon(const Surface& surface, std::size_t number, bool doubleSided);
+    void setFlatNormal(ScreenPolygon& polygon) const;
     void addFloor(const DrawFloor& floor);
     bool addStripes(const DrawFloor& floor, const ScreenFloor& plane);
     void addFloorPolygon(const DrawFloor& floor);
@@ -111,6 +113,7 @@ class ScenePlan {
     const DrawList* list_ = nullptr;
     QSize size_;
     double scale_ = 1.0;
+    float heightShare_ = 1.0F;
     float zNear_ = 0.05F;
     float zFar_ = 100.0F;
     glm::vec4 floorPlane_{0.0F};

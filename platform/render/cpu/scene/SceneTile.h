@@ -16,6 +16,11 @@ inline constexpr int kTileMargin = 16;
 inline constexpr int kTileStride = kTileWidth + 2 * kTileMargin;
 inline constexpr int kTilePlane = kTileStride * kTileHeight;
 inline constexpr int kSamples = 8;
+// Sets of colours.
+inline constexpr unsigned kRed = 1;
+inline constexpr unsigned kGreen = 2;
+inline constexpr unsigned kBlue = 4;
+inline constexpr unsigned kAllColours = kRed | kGreen | kBlue;
 
 // Where the samples of a pixel lie, in pixels from its middle.
 inline constexpr std::array<std::array<float, 2>, kSamples> kSamplePlaces{{{0.0625F, -0.1875F},
@@ -45,11 +50,14 @@ struct SceneTile {
     int sampledTop = 0;
     int sampledEnd = 0;
     std::array<float*, 3> light{};  // pixel (0, 0) of each plane
+    // The colours that have light. The planes of the others are black, whatever they hold.
+    unsigned colours = 0;
     // The light of dots and lines above `threshold`, times their coverage of the pixel. A thin
     // dot or line thus blooms as in a larger picture. Valid while
     // hasExcess.
     std::array<float*, 3> excess{};
     bool hasExcess = false;
+    unsigned excessColours = 0;  // as `colours`
     float threshold = 0.0F;
     bool blooms = false;
     float* near = nullptr;

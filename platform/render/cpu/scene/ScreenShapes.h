@@ -107,7 +107,9 @@ struct ScreenPolygon {
     static constexpr std::size_t kAttributes = 6;
     std::uint32_t surface = 0;
     int edges = 0;
-    bool back = false;  // seen from behind
+    bool back = false;       // seen from behind
+    bool flat = false;       // has one normal, not its attributes
+    glm::vec3 normal{0.0F};  // of length 1, towards the side that is seen
     glm::vec2 low{0.0F};
     glm::vec2 high{0.0F};
     // The signed distance from each edge in pixels; inside ≥ 0.

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/render/cpu/scene/SpritePicture.h"
 
+#include <QColor>
 #include <algorithm>
 #include <cmath>
 
 #include "platform/render/cpu/LinearPixels.h"
+#include "platform/scene/Shading.h"
 
 namespace platform {
 
@@ -59,6 +61,47 @@ bool isOneColour(const Texels& texels, const glm::vec4& colour) {
     return true;
 }
 
+// Whether the picture is one colour behind a stencil: every texel is that colour at the texel's
+// alpha, within a step of 255. The rounding of faint texels alone makes their colours differ.
+bool isStencil(const QImage& picture, const QColor& colour) {
+    constexpr int kStep = 1;
+    const QImage texels = picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    const auto isNear = [](int part, int whole, int alpha) {
+        return std::abs(255 * part - whole * alpha) <= 255 * kStep;
+    };
+    for (int y = 0; y < texels.height(); ++y) {
+        const auto* const row = reinterpret_cast<const QRgb*>(texels.constScanLine(y));
+        for (int x = 0; x < texels.width(); ++x) {
+            const int alpha = qAlpha(row[x]);
+            if (!isNear(qRed(row[x]), colour.red(), alpha) ||
+                !isNear(qGreen(row[x]), colour.green(), alpha) ||
+                !isNear(qBlue(row[x]), colour.blue(), alpha))
+                return false;
+        }
+    }
+    return true;
+}
+
+// The colour of the picture's most opaque texel.
+QColor mostOpaque(const QImage& picture) {
+    const QImage texels = picture.convertToFormat(QImage::Format_ARGB32);
+    QRgb most = 0;
+    for (int y = 0; y < texels.height(); ++y) {
+        const auto* const row = reinterpret_cast<const QRgb*>(texels.constScanLine(y));
+        for (int x = 0; x < texels.width(); ++x)
+            if (qAlpha(row[x]) > qAlpha(most)) most = row[x];
+    }
+    return QColor::fromRgb(most);
+}
+
+// Gives every texel the same colour, and keeps its alpha.
+void dye(Texels& texels, const glm::vec4& colour) {
+    for (std::size_t i = 0; i < texels.pixels.size(); i += 4)
+        for (std::size_t k = 0; k < 3; ++k)
+            texels.pixels[i + k] = static_cast<std::uint16_t>(
+                colour[static_cast<int>(k)] * texels.pixels[i + 3] + 0.5F);
+}
+
 }  // namespace
 
 bool SpritePicture::isEmpty(double left, double top, double right, double bottom) const {
@@ -74,6 +117,9 @@ bool SpritePicture::isEmpty(double left, double top, double right, double bottom
 
 SpritePicture::SpritePicture(const QImage& picture, bool additive) {
     Texels texels{linearPixels(picture), picture.width(), picture.height()};
+    const QColor opaque = mostOpaque(picture);
+    if (picture.hasAlphaChannel() && isStencil(picture, opaque))
+        dye(texels, glm::vec4(linearColour(opaque)));
     for (std::size_t i = 3; additive && i < texels.pixels.size(); i += 4)
         texels.pixels[i] = 0;
     width = texels.width;

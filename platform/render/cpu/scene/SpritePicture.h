@@ -42,7 +42,7 @@ struct SpritePicture {
 
   private:
     // Whether each of the picture's kBlocks × kBlocks parts is visible.
-    static constexpr int kBlocks = 16;
+    static constexpr int kBlocks = 32;
     std::vector<char> filled_;
 };
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <cmath>
-#include <glm/common.hpp>
 
 #include "platform/render/cpu/scene/TileStrokes.h"
 
@@ -38,14 +37,6 @@ double squareBelow(double distance, double nx, double ny) {
 }
 
 }  // namespace
-
-Ink excessOf(const Ink& ink, const SceneTile& tile) {
-    return {glm::max(ink.light - tile.threshold, glm::vec3(0.0F)), ink.alpha};
-}
-
-bool isBright(const Ink& ink, const SceneTile& tile) {
-    return tile.blooms && std::max({ink.light.r, ink.light.g, ink.light.b}) > tile.threshold;
-}
 
 DotKernel::DotKernel(float dotDiameter) : diameter(dotDiameter) {
     if (!(diameter <= kMostDiameter)) return;

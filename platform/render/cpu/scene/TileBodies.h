@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Balls and the floor in a tile; private to platform/render.
+// Balls in a tile; private to platform/render.
 #pragma once
 
 #include <glm/vec2.hpp>
 #include <glm/vec3.hpp>
-#include <vector>
 
 #include "platform/render/cpu/scene/SceneTile.h"
 #include "platform/render/cpu/scene/ScreenShapes.h"
@@ -19,39 +18,5 @@ struct ScreenLens {
 };
 
 void drawBall(const ScreenBall& ball, const ScreenLens& lens, SceneTile& tile);
-
-// A picture of stripes along its rows and columns. A texel's colour depends on the kind of its
-// column and the kind of its row alone. Every kind but the first is one stretch of the
-// picture's side; the first kind is the rest of the side.
-struct StripePicture {
-    static constexpr std::size_t kMostKinds = 4;
-    struct Kind {
-        float from = 0.0F;  // of the side, 0 … 1
-        float to = 0.0F;
-    };
-    std::size_t columnKinds = 1;
-    std::size_t rowKinds = 1;
-    Kind column[kMostKinds];
-    Kind row[kMostKinds];
-    glm::vec3 colour[kMostKinds][kMostKinds];  // by column, then row
-    glm::vec2 texel{1.0F};                     // of the side
-};
-
-struct ScreenFloor {
-    Plane near;
-    Plane u;  // times nearness; one repeat is 1
-    Plane v;
-    glm::vec3 light{0.0F};  // times the stripes' colour
-    glm::vec3 fog{0.0F};    // its colour
-    bool hasFog = false;
-    float fogStart = 0.0F;
-    float fogShare = 0.0F;  // the fog's growth a unit
-    bool additive = false;
-    bool blackens = false;  // removes the light behind the floor
-    Hiding hiding;
-    StripePicture stripes;
-};
-
-void drawFloor(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& tile);
 
 }  // namespace platform

@@ -10,16 +10,12 @@
 // After foreach_target.
 #include <hwy/highway.h>
 
-#include "platform/render/cpu/scene/TileEncoding-inl.h"
-
 HWY_BEFORE_NAMESPACE();
 namespace platform::HWY_NAMESPACE {
 namespace {
 
 namespace hn = hwy::HWY_NAMESPACE;
 using F = hn::CappedTag<float, kTileMargin>;
-using U = hn::RebindToUnsigned<F>;
-using I = hn::RebindToSigned<F>;
 
 void fillPlane(float* first, float value) {
     const F d;
@@ -35,20 +31,31 @@ void copyPlane(const float* from, float* to) {
 }
 
 void clearTile(SceneTile& tile, const float* rgb) {
-    for (std::size_t k = 0; k < 3; ++k)
+    tile.colours = 0;
+    for (std::size_t k = 0; k < 3; ++k) {
+        if (!(rgb[k] > 0.0F)) continue;
         fillPlane(tile.light[k], rgb[k]);
+        tile.colours |= 1U << k;
+    }
     fillPlane(tile.near, 0.0F);
     tile.hidesNothing = true;
     tile.sampledNear = false;
     tile.sampledLight = false;
     tile.hasExcess = false;
+    tile.excessColours = 0;
 }
 
-void startExcess(SceneTile& tile) {
-    if (tile.hasExcess) return;
-    for (float* const plane : tile.excess)
-        fillPlane(plane, 0.0F);
-    tile.hasExcess = true;
+void useColours(SceneTile& tile, unsigned colours) {
+    for (std::size_t k = 0; k < 3; ++k)
+        if ((colours & ~tile.colours & (1U << k)) != 0) fillPlane(tile.light[k], 0.0F);
+    tile.colours |= colours;
+}
+
+void useExcess(SceneTile& tile, unsigned colours) {
+    for (std::size_t k = 0; k < 3; ++k)
+        if ((colours & ~tile.excessColours & (1U << k)) != 0) fillPlane(tile.excess[k], 0.0F);
+    tile.excessColours |= colours;
+    tile.hasExcess = tile.excessColours != 0;
 }
 
 void sampleNearness(SceneTile& tile) {
@@ -107,169 +114,6 @@ void resolveLight(SceneTile& tile) {
     tile.sampledLight = false;
 }
 
-// A row of cells, each the average of those of its pixels that lie in the picture.
-void putCells(const std::array<std::array<float, kTileStride>, 3>& sums, const BrightCells& bright,
-              const SceneTile& tile, int row) {
-    const int reduction = bright.reduction;
-    const int down = std::min(reduction, tile.height - row * reduction);
-    for (std::size_t k = 0; k < 3; ++k) {
-        float* const to = bright.plane[k] + static_cast<std::ptrdiff_t>(row) * bright.stride;
-        for (int first = 0; first < tile.width; first += reduction) {
-            const int end = std::min(first + reduction, tile.width);
-            float sum = 0.0F;
-            for (int i = first; i < end; ++i)
-                sum += sums[k][static_cast<std::size_t>(i)];
-            to[first / reduction] += sum / static_cast<float>((end - first) * down);
-        }
-    }
-}
-
-// The light of some pixels, and how much there is of it at all.
-struct SomeLight {
-    hn::Vec<F> r, g, b;
-    hn::Vec<F> most;
-};
-
-// Black right of the tile, where vectors end behind it.
-SomeLight lightAt(const SceneTile& tile, int x, int row) {
-    const F d;
-    const std::ptrdiff_t at = SceneTile::at(x, row);
-    SomeLight light{hn::LoadU(d, tile.light[0] + at), hn::LoadU(d, tile.light[1] + at),
-                    hn::LoadU(d, tile.light[2] + at), hn::Zero(d)};
-    if (x + static_cast<int>(hn::Lanes(d)) > tile.width) {
-        const auto shown = hn::FirstN(d, static_cast<std::size_t>(tile.width - x));
-        light.r = hn::IfThenElseZero(shown, light.r);
-        light.g = hn::IfThenElseZero(shown, light.g);
-        light.b = hn::IfThenElseZero(shown, light.b);
-    }
-    light.most = hn::Max(light.r, hn::Max(light.g, light.b));
-    return light;
-}
-
-// Square roots in steps of 1 / `most`.
-hn::Vec<U> stepsOf(hn::Vec<F> light, float most) {
-    const F d;
-    if (hn::AllTrue(d, hn::Le(light, hn::Zero(d)))) return hn::Zero(U());
-    const auto shown = hn::Min(hn::Max(light, hn::Zero(d)), hn::Set(d, 1.0F));
-    const auto root = hn::Add(hn::Mul(hn::Sqrt(shown), hn::Set(d, most)), hn::Set(d, 0.5F));
-    return hn::BitCast(U(), hn::ConvertTo(I(), root));
-}
-
-// The bright light of some rows, column by column.
-struct BrightSums {
-    alignas(64) std::array<std::array<float, kTileStride>, 3> column{};
-    bool any = false;
-
-    void clear() {
-        for (auto& plane : column)
-            plane.fill(0.0F);
-        any = false;
-    }
-
-    // Adds what is above the threshold, or what a dot or a line has above it.
-    void add(const SceneTile& tile, const SomeLight& light, float threshold, int x, int row) {
-        const F d;
-        const hn::Vec<F> planes[3] = {light.r, light.g, light.b};
-        hn::Vec<F> excess[3] = {hn::Zero(d), hn::Zero(d), hn::Zero(d)};
-        auto most = hn::Sub(light.most, hn::Set(d, threshold));
-        for (std::size_t k = 0; tile.hasExcess && k < 3; ++k) {
-            excess[k] = hn::IfThenElseZero(hn::Gt(light.most, hn::Zero(d)),
-                                           hn::LoadU(d, tile.excess[k] + SceneTile::at(x, row)));
-            most = hn::Max(most, excess[k]);
-        }
-        if (hn::AllTrue(d, hn::Le(most, hn::Zero(d)))) return;
-        any = true;
-        for (std::size_t k = 0; k < 3; ++k) {
-            const auto above = hn::Max(hn::Sub(planes[k], hn::Set(d, threshold)), excess[k]);
-            float* const sum = column[k].data() + x;
-            hn::StoreU(hn::Add(hn::LoadU(d, sum), hn::Max(above, hn::Zero(d))), d, sum);
-        }
-    }
-};
-
-PackedTile packTile(const SceneTile& tile, const BrightCells* bright, std::uint32_t* packed) {
-    const F d;
-    const U du;
-    const int lanes = static_cast<int>(hn::Lanes(d));
-    auto any = hn::Zero(du);
-    PackedTile result;
-    BrightSums sums;
-    for (int row = 0; row < tile.height; ++row) {
-        std::uint32_t* const to = packed + static_cast<std::ptrdiff_t>(row) * kTileWidth;
-        for (int x = 0; x < tile.width; x += lanes) {
-            const SomeLight light = lightAt(tile, x, row);
-            if (hn::AllTrue(d, hn::Le(light.most, hn::Zero(d)))) {
-                hn::StoreU(hn::Zero(du), du, to + x);
-                continue;
-            }
-            const auto word = hn::Or(
-                hn::ShiftLeft<22>(stepsOf(light.r, 1023.0F)),
-                hn::Or(hn::ShiftLeft<10>(stepsOf(light.g, 4095.0F)), stepsOf(light.b, 1023.0F)));
-            any = hn::Or(any, word);
-            hn::StoreU(word, du, to + x);
-            if (bright) sums.add(tile, light, bright->threshold, x, row);
-        }
-        if (!sums.any || ((row + 1) % bright->reduction != 0 && row + 1 != tile.height)) continue;
-        putCells(sums.column, *bright, tile, row / bright->reduction);
-        sums.clear();
-        result.bright = true;
-    }
-    result.lit = !hn::AllTrue(du, hn::Eq(any, hn::Zero(du)));
-    return result;
-}
-
-// The encoded sum of packed light, as a square root, and of glow, which may be none.
-hn::Vec<U> shownAt(hn::Vec<U> steps, float most, const float* glow, hn::Vec<F> noise) {
-    const F d;
-    if (!glow && hn::AllTrue(U(), hn::Eq(steps, hn::Zero(U())))) return steps;
-    auto root = hn::Mul(hn::ConvertTo(d, hn::BitCast(I(), steps)), hn::Set(d, 1.0F / most));
-    if (glow)
-        root =
-            hn::Sqrt(hn::Min(hn::Add(hn::Mul(root, root), hn::LoadU(d, glow)), hn::Set(d, 1.0F)));
-    return hn::BitCast(U(), hn::ConvertTo(I(), hn::Add(encoded(d, root), noise)));
-}
-
-void encodeRow(const std::uint32_t* packed, const std::array<const float*, 3>& glow,
-               const float* noise, std::uint32_t* to, int width) {
-    const F d;
-    const U du;
-    const bool glows = glow[0] || glow[1] || glow[2];
-    const int lanes = static_cast<int>(hn::Lanes(d));
-    for (int x = 0; x < width; x += lanes) {
-        const auto word = hn::LoadU(du, packed + x);
-        auto result = hn::Set(du, 0xFF000000U);
-        if (glows || !hn::AllTrue(du, hn::Eq(word, hn::Zero(du)))) {
-            const auto grain = hn::LoadU(d, noise + x);
-            const auto shown = [&](auto steps, float most, std::size_t k) {
-                return shownAt(steps, most, glow[k] ? glow[k] + x : nullptr, grain);
-            };
-            const auto r = shown(hn::ShiftRight<22>(word), 1023.0F, 0);
-            const auto g = shown(hn::And(hn::ShiftRight<10>(word), hn::Set(du, 4095U)), 4095.0F, 1);
-            const auto b = shown(hn::And(word, hn::Set(du, 1023U)), 1023.0F, 2);
-            result = hn::Or(hn::Or(result, hn::ShiftLeft<16>(r)), hn::Or(hn::ShiftLeft<8>(g), b));
-        }
-        if (x + lanes <= width) {
-            hn::StoreU(result, du, to + x);
-        } else {
-            std::array<std::uint32_t, HWY_MAX_BYTES / 4> last{};
-            hn::StoreU(result, du, last.data());
-            std::copy_n(last.data(), width - x, to + x);
-        }
-    }
-}
-
-void encodeTile(const std::uint32_t* packed, const TileGlow& glow, const float* noise,
-                const TilePixels& to) {
-    for (int row = 0; row < to.height; ++row) {
-        const std::ptrdiff_t at = static_cast<std::ptrdiff_t>(row) * kTileWidth;
-        std::array<const float*, 3> rows{};
-        for (std::size_t k = 0; k < 3; ++k)
-            rows[k] = glow.plane[k] ? glow.plane[k] + at : nullptr;
-        encodeRow(packed + at, rows, noise + at,
-                  to.pixels + static_cast<std::ptrdiff_t>(row) * to.stride, to.width);
-    }
-}
-
 }  // namespace
 }  // namespace platform::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
@@ -278,35 +122,21 @@ HWY_AFTER_NAMESPACE();
 namespace platform {
 
 HWY_EXPORT(clearTile);
-HWY_EXPORT(startExcess);
+HWY_EXPORT(useColours);
+HWY_EXPORT(useExcess);
 HWY_EXPORT(sampleNearness);
 HWY_EXPORT(sampleLight);
 HWY_EXPORT(leastNear);
 HWY_EXPORT(resolveLight);
-HWY_EXPORT(packTile);
-HWY_EXPORT(encodeTile);
-
-namespace {
-
-// Light's steps on their way to eight bits are broken by a pattern, as OpenGL's
-// last shader does it.
-std::array<float, kPackedTile + 16> makeNoise() {
-    std::array<float, kPackedTile + 16> noise{};
-    const auto fraction = [](double value) { return value - static_cast<int>(value); };
-    for (int y = 0; y < kTileHeight; ++y)
-        for (int x = 0; x < kTileWidth; ++x)
-            noise[static_cast<std::size_t>(y * kTileWidth + x)] = static_cast<float>(
-                fraction(52.9829189 * fraction(0.06711056 * x + 0.00583715 * y)));
-    return noise;
-}
-
-}  // namespace
 
 void clearTile(SceneTile& tile, const float* rgb) {
     HWY_DYNAMIC_DISPATCH(clearTile)(tile, rgb);
 }
-void startExcess(SceneTile& tile) {
-    HWY_DYNAMIC_DISPATCH(startExcess)(tile);
+void useColours(SceneTile& tile, unsigned colours) {
+    if ((colours & ~tile.colours) != 0) HWY_DYNAMIC_DISPATCH(useColours)(tile, colours);
+}
+void useExcess(SceneTile& tile, unsigned colours) {
+    if ((colours & ~tile.excessColours) != 0) HWY_DYNAMIC_DISPATCH(useExcess)(tile, colours);
 }
 void sampleNearness(SceneTile& tile) {
     HWY_DYNAMIC_DISPATCH(sampleNearness)(tile);
@@ -319,13 +149,6 @@ float leastNear(const SceneTile& tile) {
 }
 void resolveLight(SceneTile& tile) {
     HWY_DYNAMIC_DISPATCH(resolveLight)(tile);
-}
-PackedTile packTile(const SceneTile& tile, const BrightCells* bright, std::uint32_t* packed) {
-    return HWY_DYNAMIC_DISPATCH(packTile)(tile, bright, packed);
-}
-void encodeTile(const std::uint32_t* packed, const TileGlow& glow, const TilePixels& to) {
-    static const std::array<float, kPackedTile + 16> kNoise = makeNoise();
-    HWY_DYNAMIC_DISPATCH(encodeTile)(packed, glow, kNoise.data(), to);
 }
 
 }  // namespace platform

@@ -1,21 +1,23 @@
 // SPDX-License-Identifier: MIT
-// From a tile's light to pixels; private to platform/render.
+// A tile before and after its shapes are drawn; private to platform/render.
 #pragma once
 
-#include <cstdint>
+#include <glm/vec3.hpp>
 
 #include "platform/render/cpu/scene/SceneTile.h"
 
 namespace platform {
 
-// A tile's light packed in one number a pixel, row by row without margins:
-// square roots of what is shown, 10 bits of red, 12 of green and 10 of blue.
-inline constexpr int kPackedTile = kTileWidth * kTileHeight;
-
 // Fills the tile with one light; every nearness is 0.
 void clearTile(SceneTile& tile, const float* rgb);
-// Starts keeping the light above the threshold of bloom.
-void startExcess(SceneTile& tile);
+// The colours of which there is some light.
+[[nodiscard]] inline unsigned coloursOf(const glm::vec3& light) {
+    return (light.r > 0.0F ? 1U : 0U) | (light.g > 0.0F ? 2U : 0U) | (light.b > 0.0F ? 4U : 0U);
+}
+// Makes the planes of some colours ready to be drawn into.
+void useColours(SceneTile& tile, unsigned colours);
+// Starts keeping these colours' light above the threshold of bloom.
+void useExcess(SceneTile& tile, unsigned colours);
 // Starts keeping nearness per sample.
 void sampleNearness(SceneTile& tile);
 // Starts keeping the light of the rows from `top` up to, but excluding, `end` per sample.
@@ -24,34 +26,5 @@ void sampleLight(SceneTile& tile, int top, int end);
 float leastNear(const SceneTile& tile);
 // Averages the samples' light.
 void resolveLight(SceneTile& tile);
-
-struct PackedTile {
-    bool lit = false;     // some pixel is not black
-    bool bright = false;  // some light is above the threshold
-};
-// Packs the light, and adds what of it is above the threshold to the bright cells
-// of `reduction` pixels a side, each cell the average of its pixels. `bright` is
-// the tile's first cell of three planes.
-struct BrightCells {
-    float* plane[3] = {};
-    int stride = 0;
-    int reduction = 4;
-    float threshold = 0.0F;
-};
-PackedTile packTile(const SceneTile& tile, const BrightCells* bright, std::uint32_t* packed);
-
-// The glow of a tile: three planes of kTileWidth × kTileHeight, none where there is none.
-struct TileGlow {
-    const float* plane[3] = {};
-};
-
-struct TilePixels {
-    std::uint32_t* pixels = nullptr;
-    int stride = 0;
-    int width = 0;
-    int height = 0;
-};
-// Adds the glow, if any, encodes as sRGB and rounds with a pattern.
-void encodeTile(const std::uint32_t* packed, const TileGlow& glow, const TilePixels& to);
 
 }  // namespace platform

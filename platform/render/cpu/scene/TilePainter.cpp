@@ -2,9 +2,11 @@
 #include "platform/render/cpu/scene/TilePainter.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "platform/render/cpu/scene/TileFinish.h"
+#include "platform/render/cpu/scene/TileTextures.h"
 
 namespace platform {
 
@@ -57,9 +59,10 @@ void TilePainter::paint(const ScenePlan& plan, std::span<const ShapeCall> calls,
     tile_.blooms = threshold.has_value();
     tile_.threshold = threshold.value_or(0.0F);
     while (!calls.empty()) {
-        const std::size_t opaque = drawOpaque(plan, calls);
-        if (opaque == 0) draw(plan, calls.front());
-        calls = calls.subspan(std::max<std::size_t>(opaque, 1));
+        std::size_t drawn = drawOpaque(plan, calls);
+        if (drawn == 0) drawn = drawStrokes(plan, calls);
+        if (drawn == 0) draw(plan, calls.front(), calls.size() == 1);
+        calls = calls.subspan(std::max<std::size_t>(drawn, 1));
     }
     resolveLight(tile_);
 }
@@ -86,18 +89,55 @@ std::size_t TilePainter::drawOpaque(const ScenePlan& plan, std::span<const Shape
         std::sort(fronts_.begin(), fronts_.end(), [](const Front& a, const Front& b) {
             return a.near != b.near ? a.near > b.near : a.call.word < b.call.word;
         });
-    for (const Front& front : fronts_) {
+    for (std::size_t i = 0; i < fronts_.size(); ++i) {
         if (!tile_.hidesNothing && !tile_.sampledNear &&
-            front.most < static_cast<double>(leastNear(tile_)))
+            fronts_[i].most < static_cast<double>(leastNear(tile_)))
             continue;
-        drawPolygonCall(plan, front.call, top, end);
+        const std::size_t textured = drawTextures(plan, i);
+        if (textured == 0) drawPolygonCall(plan, fronts_[i].call, top, end);
+        i += std::max<std::size_t>(textured, 1) - 1;
     }
     return fronts_.size();
+}
+
+std::size_t TilePainter::drawStrokes(const ScenePlan& plan, std::span<const ShapeCall> calls) {
+    const ShapeKind kind = calls.front().kind();
+    if (kind != ShapeKind::Dot && kind != ShapeKind::Line) return 0;
+    const auto end = std::find_if(calls.begin(), calls.end(),
+                                  [&](ShapeCall call) { return call.kind() != kind; });
+    const std::span<const ShapeCall> strokes(calls.begin(), end);
+    resolveLight(tile_);
+    const StrokeShapes shapes{plan.dots().data(), plan.dotStyles().data(), plan.lines().data(),
+                              &plan.lineKernel()};
+    kind == ShapeKind::Dot ? drawDots(strokes, shapes, tile_) : drawLines(strokes, shapes, tile_);
+    return strokes.size();
+}
+
+std::size_t TilePainter::drawTextures(const ScenePlan& plan, std::size_t first) {
+    if (tile_.sampledNear) return 0;
+    std::array<const ScreenPolygon*, kMostTextured> polygons{};
+    std::size_t count = 0;
+    const auto polygonAt = [&](std::size_t i) -> const ScreenPolygon& {
+        return plan.polygons()[fronts_[i].call.index()];
+    };
+    const std::uint32_t number = polygonAt(first).surface;
+    const Surface& surface = plan.surfaces()[number];
+    if (!isTextured(surface)) return 0;
+    while (count < kMostTextured && first + count < fronts_.size() &&
+           polygonAt(first + count).surface == number) {
+        polygons[count] = &polygonAt(first + count);
+        ++count;
+    }
+    useColours(tile_, kAllColours);
+    drawTextured(std::span(polygons).first(count), surface, plan.frame(), tile_);
+    tile_.hidesNothing = false;
+    return count;
 }
 
 void TilePainter::drawPolygonCall(const ScenePlan& plan, ShapeCall call, int top, int end) {
     const ScreenPolygon& polygon = plan.polygons()[call.index()];
     const Surface& surface = plan.surfaces()[polygon.surface];
+    useColours(tile_, kAllColours);
     if (isSampled(surface)) {
         sampleNearness(tile_);
         if (tile_.sampledLight && (top < tile_.sampledTop || end > tile_.sampledEnd))
@@ -110,26 +150,11 @@ void TilePainter::drawPolygonCall(const ScenePlan& plan, ShapeCall call, int top
     if (surface.hiding.writes) tile_.hidesNothing = false;
 }
 
-void TilePainter::draw(const ScenePlan& plan, ShapeCall call) {
+void TilePainter::draw(const ScenePlan& plan, ShapeCall call, bool isLast) {
     if (call.kind() == ShapeKind::Polygon) return drawPolygonCall(plan, call, 0, tile_.height);
     resolveLight(tile_);
     bool writes = false;
     switch (call.kind()) {
-        case ShapeKind::Dot: {
-            const ScreenDot& dot = plan.dots()[call.index()];
-            const DotStyle& style = plan.dotStyles()[dot.style];
-            if (isBright(dot.ink, tile_)) startExcess(tile_);
-            drawDot(dot, style, tile_);
-            writes = style.hiding.writes;
-            break;
-        }
-        case ShapeKind::Line: {
-            const ScreenLine& line = plan.lines()[call.index()];
-            if (isBright(line.inkFrom, tile_) || isBright(line.inkTo, tile_)) startExcess(tile_);
-            drawLine(line, plan.lineKernel(), tile_);
-            writes = line.hiding.writes;
-            break;
-        }
         case ShapeKind::Sprite: {
             const ScreenSprite& sprite = plan.sprites()[call.index()];
             drawSprite(sprite, tile_, desk_);
@@ -138,17 +163,21 @@ void TilePainter::draw(const ScenePlan& plan, ShapeCall call) {
         }
         case ShapeKind::Ball: {
             const ScreenBall& ball = plan.balls()[call.index()];
+            useColours(tile_, coloursOf(ball.ink.light));
             drawBall(ball, plan.lens(), tile_);
             writes = ball.hiding.writes;
             break;
         }
         case ShapeKind::Floor: {
             const ScreenFloor& floor = plan.floors()[call.index()];
-            drawFloor(floor, plan.lens(), tile_);
+            useColours(tile_, kAllColours);
+            drawFloor(floor, plan.lens(), tile_, isLast);
             writes = floor.hiding.writes && !floor.blackens;
             break;
         }
         case ShapeKind::Polygon:
+        case ShapeKind::Dot:
+        case ShapeKind::Line:
             break;
     }
     if (writes) tile_.hidesNothing = false;

@@ -26,13 +26,19 @@ class TilePainter {
     void paint(const ScenePlan& plan, std::span<const ShapeCall> calls, const QRect& rect,
                const glm::vec3& background, std::optional<float> threshold);
 
-    [[nodiscard]] const SceneTile& tile() const { return tile_; }
+    [[nodiscard]] SceneTile& tile() { return tile_; }
 
   private:
-    void draw(const ScenePlan& plan, ShapeCall call);
+    // `isLast` tells that no call follows in the tile.
+    void draw(const ScenePlan& plan, ShapeCall call, bool isLast);
     // Draws the leading calls of opaque polygons from front to back, so that hidden parts cost
     // little. Returns the number of these calls.
     std::size_t drawOpaque(const ScenePlan& plan, std::span<const ShapeCall> calls);
+    // Draws the leading calls of dots, or of lines. Returns the number of these calls.
+    std::size_t drawStrokes(const ScenePlan& plan, std::span<const ShapeCall> calls);
+    // Draws the polygons from `fronts_[first]` on that lie on one surface with a picture, at once.
+    // Returns their number, or 0 where there is no such surface.
+    std::size_t drawTextures(const ScenePlan& plan, std::size_t first);
     // The polygon, and all that follow before the samples are averaged, lie in the rows
     // from `top` to before `end`.
     void drawPolygonCall(const ScenePlan& plan, ShapeCall call, int top, int end);

@@ -10,6 +10,7 @@
 // After foreach_target.
 #include <hwy/highway.h>
 
+#include "platform/render/cpu/scene/TileOutline-inl.h"
 #include "platform/render/cpu/scene/TileTexels-inl.h"
 #include "platform/render/cpu/scene/TileVision-inl.h"
 
@@ -34,67 +35,37 @@ class PolygonWork {
           frame_(frame),
           tile_(tile),
           near_(polygon.near, tile),
-          right_(frame.right, tile),
-          down_(frame.down, tile) {
-        for (int i = 0; i < polygon.edges; ++i)
-            if (cuts(polygon.edge[static_cast<std::size_t>(i)], tile))
-                edge_[static_cast<std::size_t>(edges_++)] =
-                    Flat(polygon.edge[static_cast<std::size_t>(i)], tile);
-        for (std::size_t i = 0; i < attribute_.size(); ++i)
-            attribute_[i] = Flat(polygon.attribute[i], tile);
-        for (std::size_t i = 0; i < ray_.size(); ++i)
+          outline_(polygon, tile),
+          fog_(frame, surface, tile) {
+        if (surface.picture) picture_ = TilePicturePlane(polygon, near_, tile);
+        if (surface.mirrored) height_ = Flat(polygon.attribute[ScreenPolygon::kHeight], tile);
+        for (std::size_t i = 0; surface.lambert && i < 3; ++i) {
+            if (!polygon.flat)
+                normal_[i] = Flat(polygon.attribute[ScreenPolygon::kNormal + i], tile);
             ray_[i] = Flat(frame.ray[i], tile);
+        }
+        for (std::size_t s = 0; s < kSamples; ++s) {
+            const auto [x, y] = kSamplePlaces[s];
+            nearShift_[s] = near_.a * x + near_.b * y;
+            for (int i = 0; i < outline_.edges(); ++i)
+                edgeShift_[static_cast<std::size_t>(i)][s] =
+                    outline_.edge(i).a * x + outline_.edge(i).b * y;
+        }
     }
 
     void draw() {
-        const auto inside = [](float value, int most) {
-            return static_cast<int>(std::clamp(value, 0.0F, static_cast<float>(most)));
-        };
-        const int end = inside(polygon_.high.y - static_cast<float>(tile_.y) + 1.0F, tile_.height);
-        const int firstColumn = inside(polygon_.low.x - static_cast<float>(tile_.x), tile_.width);
-        const int endColumn =
-            inside(polygon_.high.x - static_cast<float>(tile_.x) + 1.0F, tile_.width);
-        for (int row = inside(polygon_.low.y - static_cast<float>(tile_.y), tile_.height);
-             row < end; ++row)
-            drawRow(row, firstColumn, endColumn);
+        const PixelSpan rows = outline_.rows();
+        for (int row = rows.first; row < rows.end; ++row) {
+            const PixelSpan columns = outline_.columns(row);
+            for (int x = columns.first; x < columns.end; x += static_cast<int>(hn::Lanes(TileF())))
+                drawSome(x, row);
+        }
     }
 
   private:
-    // Whether some of the tile lies outside an edge, or nearly.
-    static bool cuts(const Plane& edge, const SceneTile& tile) {
-        return edge.at(edge.a > 0.0 ? tile.x : tile.x + kTileWidth,
-                       edge.b > 0.0 ? tile.y : tile.y + kTileHeight) < 1.0;
-    }
-
-    // Limits the row to the polygon's extent, with half a pixel and more to spare.
-    void drawRow(int row, int first, int end) {
-        float low = static_cast<float>(first);
-        float high = static_cast<float>(end);
-        for (int i = 0; i < edges_; ++i) {
-            const Flat& edge = edge_[static_cast<std::size_t>(i)];
-            const float reach = edge.b * static_cast<float>(row) + edge.c +
-                                0.5F * (std::abs(edge.a) + std::abs(edge.b));
-            if (std::abs(edge.a) < 1e-6F) {
-                if (reach < 0.0F) return;
-                continue;
-            }
-            const float at = -reach / edge.a;
-            if (edge.a > 0.0F) {
-                low = std::max(low, std::min(at, high));
-            } else {
-                high = std::min(high, std::max(at + 1.0F, low));
-            }
-        }
-        const TileF d;
-        const int lanes = static_cast<int>(hn::Lanes(d));
-        const int last = std::min(end, static_cast<int>(high) + 1);
-        for (int x = std::max(first, static_cast<int>(low)); x < last; x += lanes)
-            drawSome(x, row);
-    }
-
     void drawSome(int x, int row) {
         const TileF d;
-        const auto column = hn::ConvertTo(d, hn::Iota(hn::RebindToSigned<TileF>(), x));
+        const auto column = columnsFrom(x);
         const auto down = static_cast<float>(row);
         const auto near = near_.at(column, down);
         // The edges alone do not cut off a part behind the camera.
@@ -119,9 +90,8 @@ class PolygonWork {
             in = hn::And(in, hn::Ge(near, hn::LoadU(d, tile_.near + at)));
             if (hn::AllFalse(d, in)) return;
         }
-        for (int i = 0; i < edges_; ++i)
-            in = hn::And(in,
-                         hn::Ge(edge_[static_cast<std::size_t>(i)].at(column, down), hn::Zero(d)));
+        for (int i = 0; i < outline_.edges(); ++i)
+            in = hn::And(in, hn::Ge(outline_.edge(i).at(column, down), hn::Zero(d)));
         if (hn::AllFalse(d, in)) return;
         TileV alpha = hn::Set(d, 1.0F);
         Mask kept = ahead;
@@ -133,50 +103,69 @@ class PolygonWork {
         if (surface_.hiding.writes) hn::BlendedStore(near, in, d, tile_.near + at);
     }
 
-    // The least distance of a sample from the edges, inside positive.
-    TileV inside(const TileV* edges, float x, float y) const {
-        const TileF d;
-        if (edges_ == 0) return hn::Set(d, 1.0F);
-        auto least = hn::Add(edges[0], hn::Set(d, edge_[0].a * x + edge_[0].b * y));
-        for (int i = 1; i < edges_; ++i) {
-            const Flat& edge = edge_[static_cast<std::size_t>(i)];
-            least = hn::Min(least, hn::Add(edges[i], hn::Set(d, edge.a * x + edge.b * y)));
-        }
-        return least;
-    }
+    // The edges that cut some pixels: the signed distances of the pixels' middles, and what a
+    // sample adds to each.
+    struct Cuts {
+        TileV distance[ScreenPolygon::kMaxEdges];
+        const float* shift[ScreenPolygon::kMaxEdges];
+        int count = 0;
+        bool none = false;  // an edge leaves nothing of the pixels
 
-    void edgesAt(TileV column, float down, TileV* edges) const {
-        for (int i = 0; i < edges_; ++i)
-            edges[i] = edge_[static_cast<std::size_t>(i)].at(column, down);
+        [[nodiscard]] Mask middles() const {
+            const TileF d;
+            auto in = hn::Ge(hn::Zero(d), hn::Zero(d));
+            for (int i = 0; i < count; ++i)
+                in = hn::And(in, hn::Ge(distance[i], hn::Zero(d)));
+            return in;
+        }
+        // Only where there are cuts.
+        [[nodiscard]] Mask sample(std::size_t s) const {
+            const TileF d;
+            auto least = hn::Add(distance[0], hn::Set(d, shift[0][s]));
+            for (int i = 1; i < count; ++i)
+                least = hn::Min(least, hn::Add(distance[i], hn::Set(d, shift[i][s])));
+            return hn::Ge(least, hn::Zero(d));
+        }
+    };
+
+    [[nodiscard]] Cuts cutsAt(TileV column, float down) const {
+        const TileF d;
+        const auto reach = hn::Set(d, kFurthestSample);
+        Cuts cuts;
+        for (int i = 0; i < outline_.edges(); ++i) {
+            const auto distance = outline_.edge(i).at(column, down);
+            if (hn::AllTrue(d, hn::Ge(distance, reach))) continue;
+            cuts.none = cuts.none || hn::AllTrue(d, hn::Lt(distance, hn::Neg(reach)));
+            cuts.distance[cuts.count] = distance;
+            cuts.shift[cuts.count++] = edgeShift_[static_cast<std::size_t>(i)].data();
+        }
+        return cuts;
     }
 
     void drawSamples(TileV column, float down, TileV near, Mask ahead, std::ptrdiff_t at) {
         const TileF d;
-        TileV edges[ScreenPolygon::kMaxEdges];
-        edgesAt(column, down, edges);
+        const Cuts cuts = cutsAt(column, down);
+        if (cuts.none) return;
         const auto zero = hn::Zero(d);
         auto any = hn::Gt(zero, zero);
         TileV nearest[kSamples];
-        std::size_t s = 0;
-        const auto middle = inside(edges, 0.0F, 0.0F);
-        const bool whole =
-            !surface_.outlined || hn::AllTrue(d, hn::Ge(middle, hn::Set(d, kFurthestSample)));
-        for (const auto& [sx, sy] : kSamplePlaces) {
-            const auto there = hn::Add(near, hn::Set(d, near_.a * sx + near_.b * sy));
-            auto in = hn::Ge(whole ? middle : inside(edges, sx, sy), zero);
-            in = hn::And(in, ahead);
+        const bool whole = !surface_.outlined || cuts.count == 0;
+        const auto middles = hn::And(ahead, cuts.middles());
+        for (std::size_t s = 0; s < kSamples; ++s) {
+            const auto there = hn::Add(near, hn::Set(d, nearShift_[s]));
+            auto in = whole ? middles : hn::And(ahead, cuts.sample(s));
             if (surface_.hiding.reads)
                 in = hn::And(in, hn::Ge(there, hn::LoadU(d, tile_.sampleNear[s] + at)));
             any = hn::Or(any, in);
             // A sample outside the polygon has no nearness.
-            nearest[s++] = hn::IfThenElse(in, there, hn::Set(d, -1.0F));
+            nearest[s] = hn::IfThenElse(in, there, hn::Set(d, -1.0F));
         }
         if (hn::AllFalse(d, any)) return;
         const auto safe = hn::Max(near, hn::Set(d, 1e-7F));
         TileV alpha = hn::Set(d, 1.0F);
         Mask kept = ahead;
         const Rgb light = shade(column, down, safe, alpha, kept);
-        for (s = 0; s < kSamples; ++s) {
+        for (std::size_t s = 0; s < kSamples; ++s) {
             const auto in = hn::And(kept, hn::Ge(nearest[s], zero));
             const auto put = [&](TileV value, float* plane) {
                 hn::StoreU(hn::IfThenElse(in, value, hn::LoadU(d, plane + at)), d, plane + at);
@@ -191,25 +180,23 @@ class PolygonWork {
     // The visible share of the polygon in each pixel.
     TileV covered(TileV column, float down, TileV near, Mask ahead, std::ptrdiff_t at) const {
         const TileF d;
-        TileV edges[ScreenPolygon::kMaxEdges];
-        edgesAt(column, down, edges);
+        const Cuts cuts = cutsAt(column, down);
         const auto zero = hn::Zero(d);
+        if (cuts.none) return zero;
         const bool bySample = tile_.sampledNear && surface_.hiding.reads && !tile_.hidesNothing;
+        const bool whole = !surface_.outlined || cuts.count == 0;
+        const auto middles = cuts.middles();
         auto sum = zero;
-        if ((!surface_.outlined || edges_ == 0) && !bySample) {
-            sum = hn::IfThenElseZero(hn::Ge(inside(edges, 0.0F, 0.0F), zero), hn::Set(d, 1.0F));
+        if (whole && !bySample) {
+            sum = hn::IfThenElseZero(middles, hn::Set(d, 1.0F));
         } else {
-            const auto part = hn::Set(d, 1.0F / kSamples);
-            std::size_t s = 0;
-            for (const auto& [sx, sy] : kSamplePlaces) {
-                auto in = surface_.outlined ? hn::Ge(inside(edges, sx, sy), zero)
-                                            : hn::Ge(inside(edges, 0.0F, 0.0F), zero);
+            for (std::size_t s = 0; s < kSamples; ++s) {
+                auto in = whole ? middles : cuts.sample(s);
                 if (bySample) {
-                    const auto there = hn::Add(near, hn::Set(d, near_.a * sx + near_.b * sy));
+                    const auto there = hn::Add(near, hn::Set(d, nearShift_[s]));
                     in = hn::And(in, hn::Ge(there, hn::LoadU(d, tile_.sampleNear[s] + at)));
                 }
-                sum = hn::Add(sum, hn::IfThenElseZero(in, part));
-                ++s;
+                sum = hn::Add(sum, hn::IfThenElseZero(in, hn::Set(d, 1.0F / kSamples)));
             }
         }
         if (!bySample && surface_.hiding.reads && !tile_.hidesNothing)
@@ -244,40 +231,36 @@ class PolygonWork {
         const auto depth = hn::Div(one, near);
         Rgb light{hn::Set(d, surface_.tint.r), hn::Set(d, surface_.tint.g),
                   hn::Set(d, surface_.tint.b)};
-        const auto fog = frame_.hasFog ? fogAt(column, down, depth) : hn::Zero(d);
-        if (isLost(fog)) return {hn::Zero(d), hn::Zero(d), hn::Zero(d)};
+        const auto fog = fog_.at(column, down, depth);
+        if (fog_.hides(fog)) return {hn::Zero(d), hn::Zero(d), hn::Zero(d)};
         if (surface_.picture) {
             const TexelLight texel =
-                readTexels(*surface_.picture, texelPlaces(column, down, depth),
+                readTexels(*surface_.picture, picture_.at(column, down, depth),
                            {surface_.repeatS, surface_.repeatT, !surface_.opaque});
             light = {hn::Mul(light.r, texel.r), hn::Mul(light.g, texel.g),
                      hn::Mul(light.b, texel.b)};
             alpha = hn::Mul(alpha, texel.alpha);
         }
         if (surface_.lambert) light = lit(light, alpha, column, down, depth);
-        if (frame_.hasFog) light = foggy(light, alpha, fog);
+        light = {fog_.behind(fog, light.r, alpha, 0), fog_.behind(fog, light.g, alpha, 1),
+                 fog_.behind(fog, light.b, alpha, 2)};
         if (surface_.mirrored) light = reflected(light, column, down, depth, kept);
         return light;
     }
 
-    TexelPlaces texelPlaces(TileV column, float down, TileV depth) const {
+    // Of length 1, towards the side that is seen.
+    Rgb normalAt(TileV column, float down) const {
         const TileF d;
-        TexelPlaces places;
-        const auto across = [&](const Flat& plane, TileV value) {
-            return hn::Mul(hn::Sub(hn::Set(d, plane.a), hn::Mul(value, hn::Set(d, near_.a))),
-                           depth);
-        };
-        const auto downward = [&](const Flat& plane, TileV value) {
-            return hn::Mul(hn::Sub(hn::Set(d, plane.b), hn::Mul(value, hn::Set(d, near_.b))),
-                           depth);
-        };
-        places.u = hn::Mul(attribute_[0].at(column, down), depth);
-        places.v = hn::Mul(attribute_[1].at(column, down), depth);
-        places.uAcross = across(attribute_[0], places.u);
-        places.vAcross = across(attribute_[1], places.v);
-        places.uDown = downward(attribute_[0], places.u);
-        places.vDown = downward(attribute_[1], places.v);
-        return places;
+        if (polygon_.flat)
+            return {hn::Set(d, polygon_.normal.x), hn::Set(d, polygon_.normal.y),
+                    hn::Set(d, polygon_.normal.z)};
+        const auto x = normal_[0].at(column, down);
+        const auto y = normal_[1].at(column, down);
+        const auto z = normal_[2].at(column, down);
+        const auto size = hn::Sqrt(hn::Add(hn::Add(hn::Mul(x, x), hn::Mul(y, y)), hn::Mul(z, z)));
+        const auto unit =
+            hn::Div(hn::Set(d, polygon_.back ? -1.0F : 1.0F), hn::Max(size, hn::Set(d, 1e-20F)));
+        return {hn::Mul(x, unit), hn::Mul(y, unit), hn::Mul(z, unit)};
     }
 
     Rgb lit(const Rgb& colour, TileV alpha, TileV column, float down, TileV depth) const {
@@ -286,14 +269,7 @@ class PolygonWork {
                       hn::Mul(ray_[1].at(column, down), depth),
                       hn::Mul(ray_[2].at(column, down), depth)};
         const auto zero = hn::Zero(d);
-        constexpr std::size_t kNormal = ScreenPolygon::kNormal;
-        const auto nx = attribute_[kNormal].at(column, down);
-        const auto ny = attribute_[kNormal + 1].at(column, down);
-        const auto nz = attribute_[kNormal + 2].at(column, down);
-        const auto size =
-            hn::Sqrt(hn::Add(hn::Add(hn::Mul(nx, nx), hn::Mul(ny, ny)), hn::Mul(nz, nz)));
-        const auto unit =
-            hn::Div(hn::Set(d, polygon_.back ? -1.0F : 1.0F), hn::Max(size, hn::Set(d, 1e-20F)));
+        const Rgb normal = normalAt(column, down);
         Rgb sum{hn::Set(d, frame_.ambient.r), hn::Set(d, frame_.ambient.g),
                 hn::Set(d, frame_.ambient.b)};
         for (std::size_t i = 0; i < frame_.lights; ++i) {
@@ -304,9 +280,9 @@ class PolygonWork {
             const auto lz = hn::Sub(hn::Set(d, place.z), ray.b);
             const auto length =
                 hn::Sqrt(hn::Add(hn::Add(hn::Mul(lx, lx), hn::Mul(ly, ly)), hn::Mul(lz, lz)));
-            const auto dot = hn::Add(hn::Add(hn::Mul(lx, nx), hn::Mul(ly, ny)), hn::Mul(lz, nz));
-            const auto share =
-                hn::Max(hn::Div(hn::Mul(dot, unit), hn::Max(length, hn::Set(d, 1e-20F))), zero);
+            const auto dot = hn::Add(hn::Add(hn::Mul(lx, normal.r), hn::Mul(ly, normal.g)),
+                                     hn::Mul(lz, normal.b));
+            const auto share = hn::Max(hn::Div(dot, hn::Max(length, hn::Set(d, 1e-20F))), zero);
             const glm::vec3& lamp = frame_.lightColour[i];
             sum.r = hn::Add(sum.r, hn::Mul(share, hn::Set(d, lamp.r)));
             sum.g = hn::Add(sum.g, hn::Mul(share, hn::Set(d, lamp.g)));
@@ -318,40 +294,9 @@ class PolygonWork {
                 hn::Add(hn::Mul(colour.b, sum.b), hn::Mul(alpha, hn::Set(d, own.b)))};
     }
 
-    // Whether black fog leaves nothing of an opaque surface.
-    bool isLost(TileV fog) const {
-        if (!frame_.hasFog || !surface_.opaque || surface_.mirrored) return false;
-        if (frame_.fogColour != glm::vec3(0.0F)) return false;
-        const TileF d;
-        return hn::AllTrue(d, hn::Ge(fog, hn::Set(d, 1.0F)));
-    }
-
-    TileV fogAt(TileV column, float down, TileV depth) const {
-        const TileF d;
-        const auto right = right_.at(column, down);
-        const float below = down_.b * down + down_.c;
-        const auto away = hn::Mul(
-            depth, hn::Sqrt(hn::Add(hn::Mul(right, right), hn::Set(d, below * below + 1.0F))));
-        const auto fog =
-            hn::Mul(hn::Sub(away, hn::Set(d, frame_.fogStart)), hn::Set(d, frame_.fogShare));
-        return hn::Min(hn::Max(fog, hn::Zero(d)), hn::Set(d, 1.0F));
-    }
-
-    Rgb foggy(const Rgb& light, TileV alpha, TileV fog) const {
-        const TileF d;
-        const auto clear = hn::Sub(hn::Set(d, 1.0F), fog);
-        const auto mixed = [&](TileV value, float colour) {
-            const auto kept = hn::Mul(value, clear);
-            if (surface_.additive || colour == 0.0F) return kept;
-            return hn::Add(kept, hn::Mul(hn::Mul(alpha, fog), hn::Set(d, colour)));
-        };
-        return {mixed(light.r, frame_.fogColour.r), mixed(light.g, frame_.fogColour.g),
-                mixed(light.b, frame_.fogColour.b)};
-    }
-
     Rgb reflected(const Rgb& light, TileV column, float down, TileV depth, Mask& kept) const {
         const TileF d;
-        const auto height = hn::Mul(attribute_[ScreenPolygon::kHeight].at(column, down), depth);
+        const auto height = hn::Mul(height_.at(column, down), depth);
         kept = hn::And(kept, hn::Ge(height, hn::Zero(d)));
         auto share = hn::Sub(hn::Set(d, 1.0F), hn::Mul(height, hn::Set(d, frame_.reflectionShare)));
         share = hn::Min(hn::Max(share, hn::Zero(d)), hn::Set(d, 1.0F));
@@ -364,11 +309,15 @@ class PolygonWork {
     const PolygonFrame& frame_;
     SceneTile& tile_;
     Flat near_;
-    Flat right_, down_;
-    int edges_ = 0;
-    std::array<Flat, ScreenPolygon::kMaxEdges> edge_;
-    std::array<Flat, ScreenPolygon::kAttributes> attribute_;
+    TileOutline outline_;
+    TileFog fog_;
+    TilePicturePlane picture_;
+    Flat height_;
+    std::array<Flat, 3> normal_;
     std::array<Flat, 3> ray_;
+    // What a sample adds to a pixel's nearness and to its distance from each edge.
+    std::array<float, kSamples> nearShift_;
+    std::array<std::array<float, kSamples>, ScreenPolygon::kMaxEdges> edgeShift_;
 };
 
 void drawPolygon(const ScreenPolygon& polygon, const Surface& surface, const PolygonFrame& frame,

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "platform/render/cpu/scene/TileSprites.cpp"
@@ -10,6 +11,7 @@
 // After foreach_target.
 #include <hwy/highway.h>
 
+#include "platform/render/cpu/scene/TileInk-inl.h"
 #include "platform/render/cpu/scene/TileVision-inl.h"
 
 #ifndef PLATFORM_TILE_SPRITES_ONCE
@@ -162,7 +164,8 @@ Columns columnsOf(double at, double size, int texels, int tileFirst, int tileCou
 }
 
 // The covered share of each pixel that nothing nearer hides.
-TileV seen(const ScreenSprite& sprite, const SceneTile& tile, std::ptrdiff_t at, TileV covered) {
+HWY_INLINE TileV seen(const ScreenSprite& sprite, const SceneTile& tile, std::ptrdiff_t at,
+                      TileV covered) {
     const TileF d;
     if (tile.hidesNothing && !sprite.hiding.writes) return covered;
     const auto near = hn::Set(d, sprite.near);
@@ -171,7 +174,8 @@ TileV seen(const ScreenSprite& sprite, const SceneTile& tile, std::ptrdiff_t at,
 }
 
 // The weighed runs of a channel.
-TileV weighed(const float* rows, std::ptrdiff_t runStride, const SpriteDesk& desk, int x) {
+HWY_INLINE TileV weighed(const float* rows, std::ptrdiff_t runStride, const SpriteDesk& desk,
+                         int x) {
     const TileF d;
     auto sum = hn::Zero(d);
     for (const RunShare& share : desk.shares)
@@ -180,20 +184,19 @@ TileV weighed(const float* rows, std::ptrdiff_t runStride, const SpriteDesk& des
     return sum;
 }
 
+// `ink` is the sprite's only colour, if there is one.
 void putRow(const ScreenSprite& sprite, SceneTile& tile, const SpriteDesk& desk,
-            const Columns& columns, int row) {
+            const Columns& columns, const TileInk* ink, int row) {
     const TileF d;
     const SpritePicture& picture = *sprite.picture;
     const auto runStride = static_cast<std::ptrdiff_t>(picture.channels) * kTileStride;
     const int lanes = static_cast<int>(hn::Lanes(d));
-    const glm::vec4 colour = picture.colour * sprite.tint;
-    const Ink ink{glm::vec3(colour), sprite.additive ? 0.0F : colour.a};
     for (int x = 0; x < columns.count; x += lanes) {
         const std::ptrdiff_t at = SceneTile::at(columns.first + x, row);
         if (picture.hasOneColour) {
             const auto covered = weighed(desk.row.data(), runStride, desk, x);
             if (hn::AllTrue(d, hn::Le(covered, hn::Zero(d)))) continue;
-            putInk(tile, at, ink, seen(sprite, tile, at, covered));
+            blendInk(d, *ink, at, seen(sprite, tile, at, covered));
             if (sprite.hiding.writes) putNear(tile, at, hn::Set(d, sprite.near), covered);
             continue;
         }
@@ -220,6 +223,13 @@ void drawSprite(const ScreenSprite& sprite, SceneTile& tile, SpriteDesk& desk) {
     if (across.count <= 0 || down.count <= 0) return;
     const bool mixes = mixesRows(sprite);
     const std::size_t rowFloats = rowFloatsOf(picture);
+    std::optional<TileInk> ink;
+    if (picture.hasOneColour) {
+        const glm::vec4 colour = picture.colour * sprite.tint;
+        ink = inkFor({glm::vec3(colour), sprite.additive ? 0.0F : colour.a}, tile);
+    } else {
+        useColours(tile, kAllColours);
+    }
     desk.madeRuns.assign(static_cast<std::size_t>(picture.runs), 0);
     const double otherEdge = across.edge + across.step * across.count;
     const auto node = [&](double at) {
@@ -227,15 +237,22 @@ void drawSprite(const ScreenSprite& sprite, SceneTile& tile, SpriteDesk& desk) {
     };
     const int firstNode = node(std::min(across.edge, otherEdge) - 1.0);
     const int endNode = node(std::max(across.edge, otherEdge) + 1.0) + 3;
+    // The run that the mixed row shows alone, if there is one: the next row may show it too.
+    int mixedRun = -1;
     for (int row = 0; row < down.count; ++row) {
         const double a = down.edge + row * down.step;
         shareRuns(picture, std::min(a, a + down.step), std::max(a, a + down.step), desk);
         if (desk.shares.empty()) continue;
-        if (mixes) {
+        if (mixes && desk.shares.size() == 1 && desk.shares.front().run == mixedRun) {
+            desk.shares.front().run = 0;
+        } else if (mixes) {
+            mixedRun = desk.shares.size() == 1 ? desk.shares.front().run : -1;
+            const float share = mixedRun < 0 ? 1.0F : desk.shares.front().share;
+            if (mixedRun >= 0) desk.shares.front().share = 1.0F;
             for (std::size_t k = 0; k < picture.channels; ++k)
                 makeRow(mixRows(picture, k, firstNode, endNode, desk), across.edge, across.step,
                         across.count, desk.row.data() + k * kTileStride);
-            desk.shares.assign(1, {0, 1.0F});
+            desk.shares.assign(1, {0, share});
         }
         for (const RunShare& share : desk.shares) {
             const auto run = static_cast<std::size_t>(share.run);
@@ -247,7 +264,7 @@ void drawSprite(const ScreenSprite& sprite, SceneTile& tile, SpriteDesk& desk) {
                     across.edge, across.step, across.count,
                     desk.row.data() + run * rowFloats + k * kTileStride);
         }
-        putRow(sprite, tile, desk, across, down.first + row);
+        putRow(sprite, tile, desk, across, ink ? &*ink : nullptr, down.first + row);
     }
 }
 

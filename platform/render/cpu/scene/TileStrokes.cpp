@@ -10,7 +10,7 @@
 // After foreach_target.
 #include <hwy/highway.h>
 
-#include "platform/render/cpu/scene/TileVision-inl.h"
+#include "platform/render/cpu/scene/TileInk-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace platform::HWY_NAMESPACE {
@@ -18,24 +18,62 @@ namespace {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-void putDot(const ScreenDot& dot, const Hiding& hiding, SceneTile& tile, std::ptrdiff_t at,
-            TileV covered) {
-    const TileF d;
-    const auto near = hn::Set(d, dot.near);
+// A dot's rows are hardly longer.
+using DotF = hn::CappedTag<float, 8>;
+using DotV = hn::Vec<DotF>;
+
+// The share of each pixel's samples that nothing nearer hides.
+DotV shareSeen(const SceneTile& tile, std::ptrdiff_t at, DotV near) {
+    const DotF d;
+    const auto one = hn::Set(d, 1.0F);
+    if (!tile.sampledNear)
+        return hn::IfThenElseZero(hn::Ge(near, hn::LoadU(d, tile.near + at)), one);
+    const auto part = hn::Set(d, 1.0F / kSamples);
+    auto sum = hn::Zero(d);
+    for (const float* const plane : tile.sampleNear)
+        sum = hn::Add(sum, hn::IfThenElseZero(hn::Ge(near, hn::LoadU(d, plane + at)), part));
+    return sum;
+}
+
+// Raises the nearness of the pixels where `covered` is above 0.
+void putNear(const SceneTile& tile, std::ptrdiff_t at, DotV near, DotV covered) {
+    const DotF d;
+    const auto put = [&](float* plane) {
+        const auto old = hn::LoadU(d, plane + at);
+        const auto nearer = hn::And(hn::Gt(covered, hn::Zero(d)), hn::Ge(near, old));
+        hn::StoreU(hn::IfThenElse(nearer, near, old), d, plane + at);
+    };
+    if (!tile.sampledNear) return put(tile.near);
+    for (float* const plane : tile.sampleNear)
+        put(plane);
+}
+
+// A dot on its way into a tile.
+struct DotInTile {
+    const ScreenDot& dot;
+    const DotStyle& style;
+    TileInk ink;
+};
+
+void putDot(const DotInTile& from, SceneTile& tile, std::ptrdiff_t at, DotV covered) {
+    const DotF d;
+    if (hn::AllTrue(d, hn::Le(covered, hn::Zero(d)))) return;
+    const auto near = hn::Set(d, from.dot.near);
+    const Hiding& hiding = from.style.hiding;
     const auto share =
         hiding.reads && !tile.hidesNothing ? hn::Mul(covered, shareSeen(tile, at, near)) : covered;
-    putInk(tile, at, dot.ink, share);
-    if (isBright(dot.ink, tile)) putExcess(tile, at, excessOf(dot.ink, tile), share);
+    blendInk(d, from.ink, at, share);
     // A pixel that is not all but covered lets other dots through, or a crowd of dots
     // would lose the light of all rims.
     if (hiding.writes) putNear(tile, at, near, hn::Sub(share, hn::Set(d, 0.9F)));
 }
 
 // Without a table, for dots of any size.
-void drawLargeDot(const ScreenDot& dot, const DotStyle& style, SceneTile& tile) {
-    const TileF d;
-    const hn::RebindToSigned<TileF> di;
-    const float reach = 0.5F * style.kernel->diameter + 0.5F;
+void drawLargeDot(const DotInTile& from, SceneTile& tile) {
+    const DotF d;
+    const hn::RebindToSigned<DotF> di;
+    const ScreenDot& dot = from.dot;
+    const float reach = 0.5F * from.style.kernel->diameter + 0.5F;
     const float x = dot.middle.x - static_cast<float>(tile.x);
     const float y = dot.middle.y - static_cast<float>(tile.y);
     const auto clamped = [](float value, int most) {
@@ -53,14 +91,15 @@ void drawLargeDot(const ScreenDot& dot, const DotStyle& style, SceneTile& tile) 
             const auto away = hn::Sqrt(hn::Add(hn::Mul(across, across), hn::Set(d, down * down)));
             const auto covered =
                 hn::Min(hn::Max(hn::Sub(hn::Set(d, reach), away), hn::Zero(d)), hn::Set(d, 1.0F));
-            putDot(dot, style.hiding, tile, SceneTile::at(column, row), covered);
+            putDot(from, tile, SceneTile::at(column, row), covered);
         }
     }
 }
 
-void drawDot(const ScreenDot& dot, const DotStyle& style, SceneTile& tile) {
-    const DotKernel& kernel = *style.kernel;
-    if (kernel.covered.empty()) return drawLargeDot(dot, style, tile);
+void drawDot(const DotInTile& from, SceneTile& tile) {
+    const ScreenDot& dot = from.dot;
+    const DotKernel& kernel = *from.style.kernel;
+    if (kernel.covered.empty()) return drawLargeDot(from, tile);
     constexpr auto kPhases = static_cast<float>(DotKernel::kPhases);
     const float left = std::floor(dot.middle.x);
     const float top = std::floor(dot.middle.y);
@@ -72,12 +111,21 @@ void drawDot(const ScreenDot& dot, const DotStyle& style, SceneTile& tile) {
     const float* const table =
         kernel.covered.data() + static_cast<std::ptrdiff_t>(phaseY * DotKernel::kPhases + phaseX) *
                                     kernel.side * kTileMargin;
-    const TileF d;
+    const DotF d;
     const int lanes = static_cast<int>(hn::Lanes(d));
     for (int i = std::max(0, -row); i < std::min(kernel.side, tile.height - row); ++i)
         for (int x = 0; x < kernel.side; x += lanes)
-            putDot(dot, style.hiding, tile, SceneTile::at(column + x, row + i),
+            putDot(from, tile, SceneTile::at(column + x, row + i),
                    hn::LoadU(d, table + static_cast<std::ptrdiff_t>(i) * kTileMargin + x));
+}
+
+void drawDots(std::span<const ShapeCall> calls, const StrokeShapes& shapes, SceneTile& tile) {
+    for (const ShapeCall call : calls) {
+        const ScreenDot& dot = shapes.dots[call.index()];
+        const DotStyle& style = shapes.styles[dot.style];
+        drawDot({dot, style, inkFor(dot.ink, excessOf(dot.ink, tile), tile)}, tile);
+        if (style.hiding.writes) tile.hidesNothing = false;
+    }
 }
 
 // A line as it is followed: along its longer direction one pixel at a time.
@@ -104,57 +152,120 @@ float shareSeenAt(const SceneTile& tile, std::ptrdiff_t at, float near) {
     return sum;
 }
 
-void putLinePixel(const ScreenLine& line, SceneTile& tile, std::ptrdiff_t at, float share,
+// A line on its way into a tile.
+struct LineInTile {
+    const ScreenLine& line;
+    const LineKernel& kernel;
+    SceneTile& tile;
+    Course course;
+    TileInk ink;                    // at the line's beginning
+    std::array<float, 6> change{};  // of the ink's values, on the way to the end
+    std::array<float, 6> less{};    // taken off a value
+    float alphaChange = 0.0F;
+    float nearChange = 0.0F;
+    float perLength = 0.0F;  // 1 / the length, 0 for a point
+};
+
+// The properties of a line at one of its places.
+struct LinePlace {
+    std::array<float, 6> value{};
+    float alpha = 0.0F;
+    float near = 0.0F;
+};
+
+void placeAt(const LineInTile& from, float foot, LinePlace& place) {
+    const float share = unit(foot * from.perLength);
+    for (std::size_t i = 0; i < static_cast<std::size_t>(from.ink.planes); ++i)
+        place.value[i] = std::max(from.ink.value[i] + share * from.change[i] - from.less[i], 0.0F);
+    place.alpha = from.ink.alpha + share * from.alphaChange;
+    place.near = from.line.nearFrom + share * from.nearChange;
+}
+
+void putLinePixel(const LineInTile& from, const LinePlace& place, std::ptrdiff_t at,
                   float covered) {
-    const float near = line.nearFrom + share * (line.nearTo - line.nearFrom);
-    if (line.hiding.reads) covered *= shareSeenAt(tile, at, near);
+    SceneTile& tile = from.tile;
+    if (from.line.hiding.reads) covered *= shareSeenAt(tile, at, place.near);
     if (covered <= 0.0F) return;
-    const float alpha = line.inkFrom.alpha + share * (line.inkTo.alpha - line.inkFrom.alpha);
-    for (std::size_t k = 0; k < 3; ++k) {
-        const int i = static_cast<int>(k);
-        const float light =
-            line.inkFrom.light[i] + share * (line.inkTo.light[i] - line.inkFrom.light[i]);
-        float& pixel = tile.light[k][at];
-        pixel = pixel * (1.0F - alpha * covered) + light * covered;
-        if (!tile.hasExcess) continue;
-        float& excess = tile.excess[k][at];
-        excess =
-            excess * (1.0F - alpha * covered) + std::max(light - tile.threshold, 0.0F) * covered;
+    const float left = 1.0F - place.alpha * covered;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(from.ink.planes); ++i) {
+        float& pixel = from.ink.plane[i][at];
+        pixel = pixel * left + place.value[i] * covered;
     }
-    if (!line.hiding.writes) return;
-    const auto put = [&](float* plane) { plane[at] = std::max(plane[at], near); };
+    if (!from.line.hiding.writes) return;
+    const auto put = [&](float* plane) { plane[at] = std::max(plane[at], place.near); };
     if (!tile.sampledNear) return put(tile.near);
     for (float* const plane : tile.sampleNear)
         put(plane);
 }
 
-void drawAcross(const ScreenLine& line, const LineKernel& kernel, const Course& course, int along,
-                SceneTile& tile) {
+// The share of a line's length that makes no visible difference.
+constexpr float kEven = 1.0F / 16.0F;
+
+// Draws the pixels of one step along the line.
+void drawAcross(const LineInTile& from, int along) {
+    const Course& course = from.course;
+    SceneTile& tile = from.tile;
     const float ahead = static_cast<float>(along) + 0.5F - course.along0;
     const float middle = course.across0 + ahead * course.slope - 0.5F;
-    const float reach = kernel.reach / course.upright;
+    const float reach = from.kernel.reach / course.upright;
     const int most = course.steep ? tile.width : tile.height;
-    const float low = std::clamp(std::ceil(middle - reach), 0.0F, static_cast<float>(most));
-    const float high =
-        std::clamp(std::floor(middle + reach) + 1.0F, 0.0F, static_cast<float>(most));
-    for (int i = static_cast<int>(low); i < static_cast<int>(high); ++i) {
+    const float low = middle - reach;
+    const float high = middle + reach;
+    if (!(high >= 0.0F && low < static_cast<float>(most))) return;
+    // Places above −1, so that what is cut off leads to the first pixel that is not before it.
+    const int first = low > 0.0F ? static_cast<int>(low) + 1 : 0;
+    const int end = std::min(static_cast<int>(high) + 1, most);
+    // The place along the line of a pixel's foot on it, in pixels, and its growth a pixel.
+    const float foot = course.onward * ahead;
+    const float footStep = course.onward * course.slope * course.upright * course.upright;
+    const float beyond = std::abs(footStep) * (reach + 1.0F);
+    const bool isInside = foot > 1.0F + beyond && course.length - foot > 1.0F + beyond;
+    // The properties hardly change across a long line.
+    const bool isEven = beyond * from.perLength < kEven;
+    LinePlace place;
+    placeAt(from, foot, place);
+    for (int i = first; i < end; ++i) {
         const float beside = static_cast<float>(i) - middle;
-        const float away = std::abs(beside) * course.upright;
-        const float entry = away * LineKernel::kSteps;
+        const float entry = std::abs(beside) * course.upright * LineKernel::kSteps;
         const int at = static_cast<int>(entry);
-        if (at + 1 >= kernel.entries) continue;
+        if (at + 1 >= from.kernel.entries) continue;
         const float a = course.table[at];
-        const float b = course.table[at + 1];
-        const float covered = a + (entry - static_cast<float>(at)) * (b - a);
-        // The place along the line of the pixel's foot on it, in pixels.
-        const float foot =
-            course.onward * (ahead + beside * course.slope * course.upright * course.upright);
-        const float ends = unit(foot + 0.5F) * unit(course.length - foot + 0.5F);
-        if (covered * ends <= 0.0F) continue;
-        const float share = course.length > 0.0F ? unit(foot / course.length) : 0.0F;
-        putLinePixel(line, tile, course.steep ? SceneTile::at(i, along) : SceneTile::at(along, i),
-                     share, covered * ends);
+        float covered = a + (entry - static_cast<float>(at)) * (course.table[at + 1] - a);
+        const float here = foot + beside * footStep;
+        if (!isEven) placeAt(from, here, place);
+        if (!isInside) covered *= unit(here + 0.5F) * unit(course.length - here + 0.5F);
+        if (covered <= 0.0F) continue;
+        putLinePixel(from, place, course.steep ? SceneTile::at(i, along) : SceneTile::at(along, i),
+                     covered);
     }
+}
+
+LineInTile lineFor(const ScreenLine& line, const LineKernel& kernel, const Course& course,
+                   SceneTile& tile) {
+    useColours(tile, coloursOf(line.inkFrom.light) | coloursOf(line.inkTo.light));
+    useExcess(tile,
+              coloursOf(excessOf(line.inkFrom, tile)) | coloursOf(excessOf(line.inkTo, tile)));
+    LineInTile result{.line = line, .kernel = kernel, .tile = tile, .course = course};
+    result.ink.alpha = line.inkFrom.alpha;
+    const bool adds = line.inkFrom.alpha == 0.0F && line.inkTo.alpha == 0.0F;
+    for (std::size_t k = 0; k < 3; ++k) {
+        const int i = static_cast<int>(k);
+        const float first = line.inkFrom.light[i];
+        const float last = line.inkTo.light[i];
+        const auto add = [&](float* plane, float less) {
+            if (adds && std::max(first, last) <= less) return;
+            const auto number = static_cast<std::size_t>(result.ink.planes);
+            result.change[number] = last - first;
+            result.less[number] = less;
+            result.ink.add(plane, first);
+        };
+        if (holds(tile.colours, k)) add(tile.light[k], 0.0F);
+        if (holds(tile.excessColours, k)) add(tile.excess[k], tile.threshold);
+    }
+    result.alphaChange = line.inkTo.alpha - line.inkFrom.alpha;
+    result.nearChange = line.nearTo - line.nearFrom;
+    result.perLength = course.length > 0.0F ? 1.0F / course.length : 0.0F;
+    return result;
 }
 
 void drawLine(const ScreenLine& line, const LineKernel& kernel, SceneTile& tile) {
@@ -176,12 +287,24 @@ void drawLine(const ScreenLine& line, const LineKernel& kernel, SceneTile& tile)
     course.table =
         kernel.covered.data() +
         static_cast<std::ptrdiff_t>(std::min(slope, LineKernel::kSlopes)) * kernel.entries;
-    const float low = std::min(course.along0, course.along0 + longer) - kernel.reach - 1.0F;
-    const float high = std::max(course.along0, course.along0 + longer) + kernel.reach + 1.0F;
+    // Half a pixel beyond an end, and a pixel's middle from its edges; beside a slanting line
+    // its pixels' feet are further on.
+    const float beyond = 1.0F + kernel.reach * std::abs(course.slope) * course.upright;
+    const float low = std::min(course.along0, course.along0 + longer) - beyond;
+    const float high = std::max(course.along0, course.along0 + longer) + beyond;
     const auto most = static_cast<float>(course.steep ? tile.height : tile.width);
     const int end = static_cast<int>(std::clamp(high, 0.0F, most));
+    const LineInTile inTile = lineFor(line, kernel, course, tile);
     for (int along = static_cast<int>(std::clamp(low, 0.0F, most)); along < end; ++along)
-        drawAcross(line, kernel, course, along, tile);
+        drawAcross(inTile, along);
+}
+
+void drawLines(std::span<const ShapeCall> calls, const StrokeShapes& shapes, SceneTile& tile) {
+    for (const ShapeCall call : calls) {
+        const ScreenLine& line = shapes.lines[call.index()];
+        drawLine(line, *shapes.kernel, tile);
+        if (line.hiding.writes) tile.hidesNothing = false;
+    }
 }
 
 }  // namespace
@@ -191,14 +314,14 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace platform {
 
-HWY_EXPORT(drawDot);
-HWY_EXPORT(drawLine);
+HWY_EXPORT(drawDots);
+HWY_EXPORT(drawLines);
 
-void drawDot(const ScreenDot& dot, const DotStyle& style, SceneTile& tile) {
-    HWY_DYNAMIC_DISPATCH(drawDot)(dot, style, tile);
+void drawDots(std::span<const ShapeCall> calls, const StrokeShapes& shapes, SceneTile& tile) {
+    HWY_DYNAMIC_DISPATCH(drawDots)(calls, shapes, tile);
 }
-void drawLine(const ScreenLine& line, const LineKernel& kernel, SceneTile& tile) {
-    HWY_DYNAMIC_DISPATCH(drawLine)(line, kernel, tile);
+void drawLines(std::span<const ShapeCall> calls, const StrokeShapes& shapes, SceneTile& tile) {
+    HWY_DYNAMIC_DISPATCH(drawLines)(calls, shapes, tile);
 }
 
 }  // namespace platform

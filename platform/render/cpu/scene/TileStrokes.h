@@ -2,9 +2,10 @@
 // Dots and lines in a tile; private to platform/render.
 #pragma once
 
-#include <array>
+#include <span>
 #include <vector>
 
+#include "platform/render/cpu/scene/SceneBins.h"
 #include "platform/render/cpu/scene/SceneTile.h"
 #include "platform/render/cpu/scene/ScreenShapes.h"
 
@@ -39,12 +40,16 @@ struct LineKernel {
     std::vector<float> covered;
 };
 
-// The part of an ink above the tile's threshold of bloom.
-[[nodiscard]] Ink excessOf(const Ink& ink, const SceneTile& tile);
-// Whether the ink has such a part.
-[[nodiscard]] bool isBright(const Ink& ink, const SceneTile& tile);
+// All dots and lines of a picture, by their numbers.
+struct StrokeShapes {
+    const ScreenDot* dots = nullptr;
+    const DotStyle* styles = nullptr;
+    const ScreenLine* lines = nullptr;
+    const LineKernel* kernel = nullptr;
+};
 
-void drawDot(const ScreenDot& dot, const DotStyle& style, SceneTile& tile);
-void drawLine(const ScreenLine& line, const LineKernel& kernel, SceneTile& tile);
+// Draw calls of one kind, one after another.
+void drawDots(std::span<const ShapeCall> calls, const StrokeShapes& shapes, SceneTile& tile);
+void drawLines(std::span<const ShapeCall> calls, const StrokeShapes& shapes, SceneTile& tile);
 
 }  // namespace platform

@@ -59,29 +59,37 @@ struct TexelPair {
     TexelV share;
 };
 
-inline TexelPair pairAt(TexelV at, TexelV size, bool repeat) {
+inline TexelPair repeatedPairAt(TexelV at, TexelV size) {
     const TexelF d;
-    const auto half = hnt::Set(d, 0.5F);
-    const auto last = hnt::Sub(size, hnt::Set(d, 1.0F));
     const auto zero = hnt::Zero(d);
-    if (repeat) at = hnt::Sub(at, hnt::Floor(at));
-    // Far outside, every place reads the rim.
-    at = hnt::Min(hnt::Max(at, hnt::Set(d, -1.0F)), hnt::Set(d, 2.0F));
-    const auto place = hnt::Sub(hnt::Mul(at, size), half);
+    const auto one = hnt::Set(d, 1.0F);
+    const auto last = hnt::Sub(size, one);
+    const auto part = hnt::Sub(at, hnt::Floor(at));
+    // A place that is no number reads the rim.
+    const auto within = hnt::IfThenElseZero(hnt::Gt(part, zero), part);
+    const auto place = hnt::Sub(hnt::Mul(within, size), hnt::Set(d, 0.5F));
     const auto base = hnt::Floor(place);
-    auto first = base;
-    auto second = hnt::Add(base, hnt::Set(d, 1.0F));
-    auto share = hnt::Sub(place, base);
-    if (repeat) {
-        first = hnt::IfThenElse(hnt::Lt(first, zero), last, first);
-        second = hnt::IfThenElse(hnt::Gt(second, last), zero, second);
-    } else {
-        // Outside, the second texel may be any.
-        share = hnt::IfThenElseZero(hnt::And(hnt::Ge(base, zero), hnt::Lt(base, last)), share);
-    }
-    first = hnt::Min(hnt::Max(first, zero), last);
-    second = hnt::Min(hnt::Max(second, zero), last);
-    return {first, second, share};
+    const auto next = hnt::Add(base, one);
+    return {hnt::IfThenElse(hnt::Lt(base, zero), last, base),
+            hnt::IfThenElseZero(hnt::Le(next, last), next), hnt::Sub(place, base)};
+}
+
+inline TexelPair pairAt(TexelV at, TexelV size, bool repeat) {
+    if (repeat) return repeatedPairAt(at, size);
+    const TexelF d;
+    const auto zero = hnt::Zero(d);
+    const auto one = hnt::Set(d, 1.0F);
+    const auto last = hnt::Sub(size, one);
+    // Far outside, every place reads the rim; a place that is no number does too.
+    const auto least = hnt::Neg(one);
+    at = hnt::Min(hnt::IfThenElse(hnt::Gt(at, least), at, least), hnt::Set(d, 2.0F));
+    const auto place = hnt::Sub(hnt::Mul(at, size), hnt::Set(d, 0.5F));
+    const auto base = hnt::Floor(place);
+    // Outside, the second texel may be any.
+    const auto share = hnt::IfThenElseZero(hnt::And(hnt::Ge(base, zero), hnt::Lt(base, last)),
+                                           hnt::Sub(place, base));
+    const auto inside = [&](TexelV texel) { return hnt::Min(hnt::Max(texel, zero), last); };
+    return {inside(base), inside(hnt::Add(base, one)), share};
 }
 
 // The texels at some places, and those right of them.
@@ -98,7 +106,6 @@ inline TexelWords wordsAt(const std::uint32_t* texels, hnt::Vec<TexelI> places) 
 #else
 // Both come with one reading of 64 bits.
 inline TexelWords wordsAt(const std::uint32_t* texels, hnt::Vec<TexelI> places) {
-    const TexelI di;
     const TexelU du;
     const hnt::Repartition<std::int64_t, TexelI> wide;
     const hnt::Half<TexelI> half;
@@ -112,53 +119,92 @@ inline TexelWords wordsAt(const std::uint32_t* texels, hnt::Vec<TexelI> places) 
 }
 #endif
 
-// The light at a place, on the given level of each side.
-inline TexelLight sampleTexels(const RipPicture& picture, TexelV u, TexelV v,
-                               hnt::Vec<TexelI> across, hnt::Vec<TexelI> down,
-                               const TexelManner& manner) {
+// The words that a reading takes, as numbers of texels, and the share of the right and of the
+// lower ones.
+struct TexelSpots {
+    hnt::Vec<TexelI> above, below;
+    TexelV right, lower;
+};
+
+// Whole numbers from 0 up to 2²³, without the care that a conversion takes of others.
+inline hnt::Vec<TexelI> wholeNumbers(TexelV values) {
+    const TexelI di;
+    const auto shifted = hnt::Add(values, hnt::Set(TexelF(), 8388608.0F));
+    return hnt::And(hnt::BitCast(di, shifted), hnt::Set(di, 0x7FFFFF));
+}
+
+// One level of each side of a picture: its size, and its first texel.
+struct TexelLevel {
+    TexelV width, height;
+    hnt::Vec<TexelI> first;
+};
+
+inline TexelLevel levelAt(const RipPicture& picture, hnt::Vec<TexelI> across,
+                          hnt::Vec<TexelI> down) {
+    const TexelF d;
+    const TexelI di;
+    const auto level = hnt::Add(hnt::Mul(across, hnt::Set(di, picture.levelsDown)), down);
+    const auto at = static_cast<std::size_t>(hnt::GetLane(level));
+    if (!hnt::AllTrue(di, hnt::Eq(level, hnt::Set(di, static_cast<std::int32_t>(at)))))
+        return {hnt::GatherIndex(d, picture.widths.data(), across),
+                hnt::GatherIndex(d, picture.heights.data(), down),
+                hnt::GatherIndex(di, picture.first.data(), level)};
+    const auto levelsDown = static_cast<std::size_t>(picture.levelsDown);
+    return {hnt::Set(d, picture.widths[at / levelsDown]),
+            hnt::Set(d, picture.heights[at % levelsDown]), hnt::Set(di, picture.first[at])};
+}
+
+inline TexelSpots spotsOf(TexelV u, TexelV v, const TexelLevel& level, const TexelManner& manner) {
+    const TexelI di;
+    const TexelPair columns = pairAt(u, level.width, manner.repeatS);
+    const TexelPair rows = pairAt(v, level.height, manner.repeatT);
+    const auto stride = hnt::Add(wholeNumbers(level.width), hnt::Set(di, 1));
+    const auto column = hnt::Add(level.first, wholeNumbers(columns.first));
+    return {hnt::Add(column, hnt::Mul(wholeNumbers(rows.first), stride)),
+            hnt::Add(column, hnt::Mul(wholeNumbers(rows.second), stride)), columns.share,
+            rows.share};
+}
+
+// The spots of a place in the whole picture.
+inline TexelSpots wholeSpots(const RipPicture& picture, TexelV u, TexelV v,
+                             const TexelManner& manner) {
+    const TexelF d;
+    const TexelLevel whole{hnt::Set(d, picture.widths[0]), hnt::Set(d, picture.heights[0]),
+                           hnt::Set(TexelI(), picture.first[0])};
+    return spotsOf(u, v, whole, manner);
+}
+
+// The shares of the four texels of a reading: above left and right, below left and right.
+struct TexelShares {
+    TexelV of[4];
+    TexelShares(TexelV right, TexelV lower) {
+        const auto one = hnt::Set(TexelF(), 1.0F);
+        const auto left = hnt::Sub(one, right);
+        const auto upper = hnt::Sub(one, lower);
+        of[0] = hnt::Mul(left, upper);
+        of[1] = hnt::Mul(right, upper);
+        of[2] = hnt::Mul(left, lower);
+        of[3] = hnt::Mul(right, lower);
+    }
+};
+
+// The light of four texels; its alpha is 1.
+inline TexelLight mixedLight(const TexelWords& above, const TexelWords& below, TexelV right,
+                             TexelV lower) {
     const TexelF d;
     const TexelI di;
     const TexelU du;
-    const auto level = hnt::Add(hnt::Mul(across, hnt::Set(di, picture.levelsDown)), down);
-    const auto one = hnt::Set(d, 1.0F);
-    auto levelWidth = one;
-    auto levelHeight = one;
-    auto first = hnt::Zero(di);
-    const auto at = static_cast<std::size_t>(hnt::GetLane(level));
-    if (hnt::AllTrue(di, hnt::Eq(level, hnt::Set(di, static_cast<std::int32_t>(at))))) {
-        const auto levelsDown = static_cast<std::size_t>(picture.levelsDown);
-        levelWidth = hnt::Set(d, picture.widths[at / levelsDown]);
-        levelHeight = hnt::Set(d, picture.heights[at % levelsDown]);
-        first = hnt::Set(di, picture.first[at]);
-    } else {
-        levelWidth = hnt::GatherIndex(d, picture.widths.data(), across);
-        levelHeight = hnt::GatherIndex(d, picture.heights.data(), down);
-        first = hnt::GatherIndex(di, picture.first.data(), level);
-    }
-    const TexelPair columns = pairAt(u, levelWidth, manner.repeatS);
-    const TexelPair rows = pairAt(v, levelHeight, manner.repeatT);
-    const auto stride = hnt::Add(hnt::ConvertTo(di, levelWidth), hnt::Set(di, 1));
-    const auto column = hnt::Add(first, hnt::ConvertTo(di, columns.first));
-    const auto above = hnt::Add(column, hnt::Mul(hnt::ConvertTo(di, rows.first), stride));
-    const auto below = hnt::Add(column, hnt::Mul(hnt::ConvertTo(di, rows.second), stride));
-    const auto left = hnt::Sub(one, columns.share);
-    const auto upper = hnt::Sub(one, rows.share);
-    const TexelV weights[4] = {hnt::Mul(left, upper), hnt::Mul(columns.share, upper),
-                               hnt::Mul(left, rows.share), hnt::Mul(columns.share, rows.share)};
-    TexelLight light{hnt::Zero(d), hnt::Zero(d), hnt::Zero(d), one};
-    const TexelWords upperWords = wordsAt(picture.texels.data(), above);
-    const TexelWords lowerWords = wordsAt(picture.texels.data(), below);
-    const hnt::Vec<TexelU> words[4] = {upperWords.left, upperWords.right, lowerWords.left,
-                                       lowerWords.right};
+    TexelLight light{hnt::Zero(d), hnt::Zero(d), hnt::Zero(d), hnt::Set(d, 1.0F)};
+    const hnt::Vec<TexelU> words[4] = {above.left, above.right, below.left, below.right};
     const auto any = hnt::Or(hnt::Or(words[0], words[1]), hnt::Or(words[2], words[3]));
-    const bool isBlack = hnt::AllTrue(du, hnt::Eq(any, hnt::Zero(du)));
-    if (isBlack && !(manner.wantsAlpha && picture.hasAlpha)) return light;
+    if (hnt::AllTrue(du, hnt::Eq(any, hnt::Zero(du)))) return light;
+    const TexelShares shares(right, lower);
     // Most pictures are green, with little or no red.
     const auto add = [&](TexelV& sum, const auto& bitsOf) {
         if (hnt::AllTrue(du, hnt::Eq(bitsOf(any), hnt::Zero(du)))) return;
         for (int i = 0; i < 4; ++i) {
             const auto root = hnt::ConvertTo(d, hnt::BitCast(di, bitsOf(words[i])));
-            sum = hnt::Add(sum, hnt::Mul(hnt::Mul(root, root), weights[i]));
+            sum = hnt::Add(sum, hnt::Mul(hnt::Mul(root, root), shares.of[i]));
         }
     };
     add(light.r, [](hnt::Vec<TexelU> word) { return hnt::ShiftRight<22>(word); });
@@ -169,15 +215,26 @@ inline TexelLight sampleTexels(const RipPicture& picture, TexelV u, TexelV v,
     light.r = hnt::Mul(light.r, hnt::Set(d, 1.0F / (1023.0F * 1023.0F)));
     light.g = hnt::Mul(light.g, hnt::Set(d, 1.0F / (4095.0F * 4095.0F)));
     light.b = hnt::Mul(light.b, hnt::Set(d, 1.0F / (1023.0F * 1023.0F)));
+    return light;
+}
+
+// The light at some spots.
+inline TexelLight sampleTexels(const RipPicture& picture, const TexelSpots& spots,
+                               const TexelManner& manner) {
+    const TexelF d;
+    const TexelI di;
+    TexelLight light =
+        mixedLight(wordsAt(picture.texels.data(), spots.above),
+                   wordsAt(picture.texels.data(), spots.below), spots.right, spots.lower);
     if (!manner.wantsAlpha || !picture.hasAlpha) return light;
     light.alpha = hnt::Zero(d);
-    const TexelWords upperAlphas = wordsAt(picture.alphas.data(), above);
-    const TexelWords lowerAlphas = wordsAt(picture.alphas.data(), below);
-    const hnt::Vec<TexelU> alphas[4] = {upperAlphas.left, upperAlphas.right, lowerAlphas.left,
-                                        lowerAlphas.right};
+    const TexelWords upper = wordsAt(picture.alphas.data(), spots.above);
+    const TexelWords lower = wordsAt(picture.alphas.data(), spots.below);
+    const hnt::Vec<TexelU> alphas[4] = {upper.left, upper.right, lower.left, lower.right};
+    const TexelShares shares(spots.right, spots.lower);
     for (int i = 0; i < 4; ++i)
         light.alpha = hnt::Add(
-            light.alpha, hnt::Mul(hnt::ConvertTo(d, hnt::BitCast(di, alphas[i])), weights[i]));
+            light.alpha, hnt::Mul(hnt::ConvertTo(d, hnt::BitCast(di, alphas[i])), shares.of[i]));
     light.alpha = hnt::Mul(light.alpha, hnt::Set(d, 1.0F / 65535.0F));
     return light;
 }
@@ -200,12 +257,42 @@ inline TexelLight chosen(hnt::Mask<TexelF> which, const TexelLight& a, const Tex
 // A pixel's sides in texels of the whole picture, squared.
 struct TexelSquares {
     TexelV uAcross, uDown, vAcross, vDown;
+    TexelSquares(const RipPicture& picture, const TexelPlaces& places)
+        : uAcross(square(places.uAcross, picture.width)),
+          uDown(square(places.uDown, picture.width)),
+          vAcross(square(places.vAcross, picture.height)),
+          vDown(square(places.vDown, picture.height)) {}
+    [[nodiscard]] TexelV wide() const {
+        return hnt::Max(hnt::Add(uAcross, uDown), hnt::Add(vAcross, vDown));
+    }
+
+  private:
+    static TexelV square(TexelV x, int side) {
+        const auto size = hnt::Set(TexelF(), static_cast<float>(side) * static_cast<float>(side));
+        return hnt::Mul(hnt::Mul(x, x), size);
+    }
 };
 
-// The average of two readings, each of half of the pixel. The halves lie beside one another
-// along the pixel's side that more texels stand along.
-inline TexelLight readHalves(const RipPicture& picture, const TexelPlaces& places,
-                             const TexelSquares& squares, const TexelManner& manner) {
+// A pixel that is less wide takes one reading.
+inline constexpr float kOneReading = 2.0F;
+
+// The number of readings whose average is a pixel's: one where texels are as large as pixels,
+// two where they are somewhat smaller, and four where they are much smaller.
+struct TexelCount {
+    hnt::Mask<TexelF> one, four;
+    explicit TexelCount(TexelV wide)
+        : one(hnt::Lt(wide, hnt::Set(TexelF(), kOneReading))),
+          four(hnt::Ge(wide, hnt::Set(TexelF(), 12.0F))) {}
+    [[nodiscard]] bool anyOne() const { return !hnt::AllFalse(TexelF(), one); }
+    [[nodiscard]] bool anyTwo() const { return !hnt::AllTrue(TexelF(), hnt::Or(one, four)); }
+    [[nodiscard]] bool anyFour() const { return !hnt::AllFalse(TexelF(), four); }
+};
+
+// Two readings, each of half of the pixel. The halves lie beside one another along the pixel's
+// side that more texels stand along. Calls `place` with the spots of each.
+template <typename Place>
+void placeHalves(const RipPicture& picture, const TexelPlaces& places, const TexelSquares& squares,
+                 const TexelManner& manner, const Place& place) {
     const TexelF d;
     const auto isWide =
         hnt::Ge(hnt::Add(squares.uAcross, squares.vAcross), hnt::Add(squares.uDown, squares.vDown));
@@ -224,24 +311,22 @@ inline TexelLight readHalves(const RipPicture& picture, const TexelPlaces& place
     };
     const auto across = levelOf(ofHalf(squares.uAcross, squares.uDown), picture.levelsAcross);
     const auto down = levelOf(ofHalf(squares.vAcross, squares.vDown), picture.levelsDown);
-    return times(plus(sampleTexels(picture, hnt::Sub(places.u, stepU), hnt::Sub(places.v, stepV),
-                                   across, down, manner),
-                      sampleTexels(picture, hnt::Add(places.u, stepU), hnt::Add(places.v, stepV),
-                                   across, down, manner)),
-                 0.5F);
+    const TexelLevel level = levelAt(picture, across, down);
+    place(spotsOf(hnt::Sub(places.u, stepU), hnt::Sub(places.v, stepV), level, manner));
+    place(spotsOf(hnt::Add(places.u, stepU), hnt::Add(places.v, stepV), level, manner));
 }
 
-// The average of four readings, each of a quarter of the pixel.
-inline TexelLight readQuarters(const RipPicture& picture, const TexelPlaces& places,
-                               const TexelSquares& squares, const TexelManner& manner) {
+// Four readings, each of a quarter of the pixel.
+template <typename Place>
+void placeQuarters(const RipPicture& picture, const TexelPlaces& places,
+                   const TexelSquares& squares, const TexelManner& manner, const Place& place) {
     const TexelF d;
     const auto quarter = hnt::Set(d, 0.25F);
     const auto across =
         levelOf(hnt::Mul(hnt::Add(squares.uAcross, squares.uDown), quarter), picture.levelsAcross);
     const auto down =
         levelOf(hnt::Mul(hnt::Add(squares.vAcross, squares.vDown), quarter), picture.levelsDown);
-    const auto zero = hnt::Zero(d);
-    TexelLight sum{zero, zero, zero, zero};
+    const TexelLevel level = levelAt(picture, across, down);
     for (int i = 0; i < 4; ++i) {
         const auto right = hnt::Set(d, (i & 1) != 0 ? 0.25F : -0.25F);
         const auto lower = hnt::Set(d, (i & 2) != 0 ? 0.25F : -0.25F);
@@ -249,38 +334,56 @@ inline TexelLight readQuarters(const RipPicture& picture, const TexelPlaces& pla
             places.u, hnt::Add(hnt::Mul(places.uAcross, right), hnt::Mul(places.uDown, lower)));
         const auto v = hnt::Add(
             places.v, hnt::Add(hnt::Mul(places.vAcross, right), hnt::Mul(places.vDown, lower)));
-        sum = plus(sum, sampleTexels(picture, u, v, across, down, manner));
+        place(spotsOf(u, v, level, manner));
     }
-    return times(sum, 0.25F);
 }
 
-// The average over a pixel: one reading where texels are as large as pixels, two where they
-// are somewhat smaller, and four where they are much smaller.
+// The most readings that some pixels take, which may differ in their number.
+inline constexpr int kMostReadings = 7;
+
+// Calls `place` with the spots of every reading that some of the pixels take. Returns how wide
+// the pixels are.
+template <typename Place>
+TexelV placeReadings(const RipPicture& picture, const TexelPlaces& places,
+                     const TexelManner& manner, const Place& place) {
+    const TexelSquares squares(picture, places);
+    const TexelV wide = squares.wide();
+    const TexelCount count(wide);
+    if (count.anyOne()) place(wholeSpots(picture, places.u, places.v, manner));
+    if (count.anyTwo()) placeHalves(picture, places, squares, manner, place);
+    if (count.anyFour()) placeQuarters(picture, places, squares, manner, place);
+    return wide;
+}
+
+// The average of the readings, which `read` gives in the order in which they were placed.
+template <typename Read>
+TexelLight averaged(TexelV wide, const Read& read) {
+    const TexelF d;
+    const auto zero = hnt::Zero(d);
+    const TexelCount count(wide);
+    TexelLight light{zero, zero, zero, zero};
+    if (count.anyOne()) light = read();
+    if (count.anyTwo()) {
+        const TexelLight first = read();
+        light = chosen(count.one, light, times(plus(first, read()), 0.5F));
+    }
+    if (!count.anyFour()) return light;
+    TexelLight sum{zero, zero, zero, zero};
+    for (int i = 0; i < 4; ++i)
+        sum = plus(sum, read());
+    return chosen(count.four, times(sum, 0.25F), light);
+}
+
+// The average over a pixel.
 inline TexelLight readTexels(const RipPicture& picture, const TexelPlaces& places,
                              const TexelManner& manner) {
-    const TexelF d;
-    const TexelI di;
-    const auto square = [&](TexelV x, int side) {
-        const auto size = hnt::Set(d, static_cast<float>(side) * static_cast<float>(side));
-        return hnt::Mul(hnt::Mul(x, x), size);
-    };
-    const TexelSquares squares{
-        square(places.uAcross, picture.width), square(places.uDown, picture.width),
-        square(places.vAcross, picture.height), square(places.vDown, picture.height)};
-    const auto wide = hnt::Max(hnt::Add(squares.uAcross, squares.uDown),
-                               hnt::Add(squares.vAcross, squares.vDown));
-    const auto large = hnt::Lt(wide, hnt::Set(d, 2.0F));
-    const auto small = hnt::Ge(wide, hnt::Set(d, 12.0F));
-    const auto zero = hnt::Zero(d);
-    TexelLight light{zero, zero, zero, zero};
-    if (!hnt::AllFalse(d, large)) {
-        light = sampleTexels(picture, places.u, places.v, hnt::Zero(di), hnt::Zero(di), manner);
-        if (hnt::AllTrue(d, large)) return light;
-    }
-    if (!hnt::AllTrue(d, hnt::Or(large, small)))
-        light = chosen(large, light, readHalves(picture, places, squares, manner));
-    if (hnt::AllFalse(d, small)) return light;
-    return chosen(small, readQuarters(picture, places, squares, manner), light);
+    TexelLight lights[kMostReadings];
+    int count = 0;
+    const TexelV wide = placeReadings(picture, places, manner, [&](const TexelSpots& spots) {
+        lights[count++] = sampleTexels(picture, spots, manner);
+    });
+    count = 0;
+    return averaged(wide, [&] { return lights[count++]; });
 }
 
 }  // namespace

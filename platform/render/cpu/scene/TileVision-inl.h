@@ -21,6 +21,21 @@ namespace hnv = hwy::HWY_NAMESPACE;
 using TileF = hnv::CappedTag<float, kTileMargin>;
 using TileV = hnv::Vec<TileF>;
 
+// The numbers of the columns from `first` on.
+inline TileV columnsFrom(int first) {
+    const TileF d;
+    // A vector is loaded from here: the library's own makes it number by number.
+    alignas(64) static constexpr std::array<float, kTileMargin> kNumbers{
+        0.0F, 1.0F, 2.0F,  3.0F,  4.0F,  5.0F,  6.0F,  7.0F,
+        8.0F, 9.0F, 10.0F, 11.0F, 12.0F, 13.0F, 14.0F, 15.0F};
+    return hnv::Add(hnv::Load(d, kNumbers.data()), hnv::Set(d, static_cast<float>(first)));
+}
+
+// The middles of those columns' pixels.
+inline TileV pixelsFrom(int first) {
+    return hnv::Add(columnsFrom(first), hnv::Set(TileF(), 0.5F));
+}
+
 // A plane from a tile's upper left pixel on.
 struct Flat {
     float a = 0.0F, b = 0.0F, c = 0.0F;

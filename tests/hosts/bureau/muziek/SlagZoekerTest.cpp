@@ -180,6 +180,24 @@ TEST(SlagZoeker, AWeakerBeatIsLessStrong) {
     EXPECT_GT(hardste, zachtste + 0.2);
 }
 
+// The number of beats of ten pairs of clicks.
+int slagenVan(double uiteen) {
+    const KlikSpoor eerste{.perMinuut = 60, .seconden = 10};
+    const KlikSpoor tweede{.perMinuut = 60, .seconden = 10, .eerste = eerste.eerste + uiteen};
+    auto monsters = eerste.maak();
+    const auto latere = tweede.maak();
+    for (std::size_t i = 0; i < monsters.size(); ++i)
+        monsters[i] += latere[i];
+    SlagZoeker zoeker(eerste.tempo);
+    zoeker.voeg(monsters);
+    return zoeker.aantal();
+}
+
+TEST(SlagZoeker, TwoBeatsAreAtLeastAFifthOfASecondApart) {
+    EXPECT_EQ(slagenVan(0.15), 10);
+    EXPECT_EQ(slagenVan(0.25), 20);
+}
+
 TEST(SlagZoeker, ASineOfFullScaleIsAsLoudAsItGets) {
     SlagZoeker zoeker(48'000);
     std::vector<float> monsters(48'000);

@@ -162,8 +162,8 @@ TEST(LinearPixels, AlphaIsMultipliedInAfterDecoding) {
     EXPECT_NEAR(pixels[3], 65535 * alpha, 2.0);
 }
 
-TEST_F(SceneShaders, SmallerLevelsOfAPictureAreTheDriversOwn) {
-    for (const QSize size : {QSize(64, 32), QSize(56, 76), QSize(13, 1), QSize(5, 9)}) {
+TEST_F(SceneShaders, SmallerLevelsOfAnEvenPictureAreTheDriversOwn) {
+    for (const QSize size : {QSize(64, 32), QSize(64, 1), QSize(16, 16)}) {
         RandomSource random(3);
         std::vector<std::uint16_t> pixels(
             static_cast<std::size_t>(4 * size.width() * size.height()));
@@ -197,6 +197,25 @@ TEST(LinearPixels, ALevelOfHalfTheSizeIsTheAverageOfItsFours) {
                 testing::ElementsAre(575, 2, 16384, 32768, 325, 4, 16384, 0));
 }
 
+TEST(LinearPixels, EveryLevelHasTheAverageOfTheWhole) {
+    for (const QSize size : {QSize(58, 78), QSize(13, 7), QSize(5, 1), QSize(3, 3)}) {
+        // Light in the middle alone, as a digit has it, and a transparent rim.
+        std::vector<std::uint16_t> pixels;
+        for (int y = 0; y < size.height(); ++y)
+            for (int x = 0; x < size.width(); ++x) {
+                const bool rim = x == 0 || x == size.width() - 1;
+                pixels.insert(pixels.end(), 4, static_cast<std::uint16_t>(rim ? 0 : 60000));
+            }
+        const double wanted = 60000.0 * (size.width() - 2) / size.width();
+        QSize at = size;
+        for (; halvedSize(at) != at; at = halvedSize(at))
+            pixels = halvedPixels(pixels, at);
+        ASSERT_THAT(pixels, testing::SizeIs(4));
+        for (const std::uint16_t value : pixels)
+            EXPECT_NEAR(value, wanted, 3.0) << size.width();
+    }
+}
+
 TEST(LinearPixels, WhiteStaysWhiteHoweverSmall) {
     std::vector<std::uint16_t> pixels(4 * 13 * 7, 65535);
     for (QSize at(13, 7); halvedSize(at) != at; at = halvedSize(at)) {
@@ -216,11 +235,32 @@ TEST_F(SceneShaders, AParticleIsAsLargeAsTheFormulaSays) {
     stage.scene.advance(1.0);
     const LightImage image = light(stage.list(), {240, 240});
     const double side = projectedSize(0.5, 3.0, 90.0, 240.0);
-    EXPECT_NEAR(image.sum().r, side * side, 2.0 * side + 1.0);
+    EXPECT_NEAR(image.sum().r, side * side, 0.01 * side * side);
     int wide = 0;
     for (int x = 0; x < 240; ++x)
         if (image.at(x, 121).r > 0.5F) ++wide;
     EXPECT_NEAR(wide, side, 1.0);
+}
+
+TEST_F(SceneShaders, ASeeThroughPictureKeepsItsLightHoweverSmall) {
+    // As a digit's: odd on the way down, with an empty rim.
+    QImage picture(29, 39, QImage::Format_RGBA8888);
+    picture.fill(Qt::transparent);
+    for (int y = 4; y < 35; ++y)
+        for (int x = 10; x < 19; ++x)
+            picture.setPixelColor(x, y, Qt::white);
+    constexpr double kWhite = 9.0 * 31.0 / (29.0 * 39.0);
+    constexpr int kSide = 64;  // pixels, of a view one unit high at half a unit away
+    for (const double pixels : {0.25, 0.6, 1.0, 1.7, 3.0, 5.5, 9.0, 14.0})
+        for (const double aside : {0.0, 0.3, 0.5, 0.8}) {
+            Stage stage;
+            stage.add(square(pixels / kSide, constant(picture, BlendMode::Additive)),
+                      {aside / kSide, 0.37 * aside / kSide, -0.5});
+            // Where a pixel lies between the texels of its level, some light moves to or from it.
+            const double sum = light(stage.list(), {kSide, kSide}).sum().r;
+            EXPECT_NEAR(sum / (pixels * pixels * kWhite), 1.0, 0.1)
+                << pixels << " pixels, " << aside << " aside";
+        }
 }
 
 TEST_F(SceneShaders, TheMirrorFadesWithHeightAsTheFormulaSays) {

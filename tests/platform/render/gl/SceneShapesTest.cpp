@@ -2,6 +2,7 @@
 // Whole pictures of small scenes: shapes and where they are.
 #include <cmath>
 
+#include "platform/render/QualityLadder.h"
 #include "platform/scene/Shading.h"
 #include "tests/platform/render/gl/ScenePictures.h"
 #include "tests/support/Pictures.h"
@@ -59,6 +60,29 @@ TEST_F(SceneShapesTest, PointsAreRoundAndAsWideAtEveryDensity) {
     }
 }
 
+TEST_F(SceneShapesTest, APointsLightLiesRoundItsPlace) {
+    constexpr int kSide = 32;  // pixels; two units across at this depth
+    for (const float shift : {0.0F, 0.3F, 0.5F, 0.8F}) {
+        Stage stage;
+        const float right = shift * 2.0F / kSide;
+        const float up = 0.5F * right;
+        stage.add(makePoints({{right, up, -1}}, 6.0, constant(QColor(0, 188, 0))), {});
+        // Surfaces make the picture multisampled.
+        stage.add(square(0.1, constant(QColor(Qt::black))), {-0.5, -0.5, -1.0});
+        const QImage image = picture(stage, {kSide, kSide});
+        double sum = 0.0, x = 0.0, y = 0.0;
+        for (int row = 0; row < kSide; ++row)
+            for (int column = 0; column < kSide; ++column) {
+                const double light = srgbDecode(green(image, column, row) / 255.0);
+                sum += light;
+                x += light * (column + 0.5);
+                y += light * (row + 0.5);
+            }
+        EXPECT_NEAR(x / sum, 0.5 * kSide + shift, 0.1) << shift;
+        EXPECT_NEAR(y / sum, 0.5 * kSide - 0.5 * shift, 0.1) << shift;
+    }
+}
+
 TEST_F(SceneShapesTest, PointsOfSeveralSizesAreDrawnAtOnceEachInItsOwn) {
     const auto light = [this](bool large, bool small) {
         Stage stage;
@@ -84,7 +108,8 @@ TEST_F(SceneShapesTest, APointIsNeverThinnerThanAPixel) {
     EXPECT_NEAR(light, 1.0, 0.35);
 }
 
-TEST_F(SceneShapesTest, APointIsNoLargerThanItsShareOfTheHeight) {
+// The camera's own angle would show three quarters of the height that the square picture shows.
+TEST_F(SceneShapesTest, APointIsNoLargerThanItsShareOfTheHeightAtTheCamerasOwnAngle) {
     for (const int height : {64, 160}) {
         Stage stage;
         stage.add(makeGeometry({.primitive = Primitive::Points,
@@ -94,7 +119,7 @@ TEST_F(SceneShapesTest, APointIsNoLargerThanItsShareOfTheHeight) {
                                 .pointHeightShare = 0.0625},
                                constant(QColor(0, 188, 0))),
                   {});
-        const double across = std::min(8.0, 0.0625 * height);
+        const double across = std::min(8.0, 0.75 * 0.0625 * height);
         const double area = 0.25 * kPi * across * across;
         EXPECT_NEAR(lightOf(picture(stage, {height, height})) / srgbDecode(188 / 255.0), area,
                     0.08 * area);
@@ -163,6 +188,14 @@ std::vector<double> lightOfCells(const QImage& image) {
     return cells;
 }
 
+// The light that moved between cells, as a share of the best picture's.
+double movedLight(const std::vector<double>& from, const std::vector<double>& to, double whole) {
+    double moved = 0.0;
+    for (std::size_t i = 0; i < from.size(); ++i)
+        moved += std::abs(from[i] - to[i]);
+    return moved / whole;
+}
+
 TEST_F(SceneShapesTest, AllRungsShowTheSamePicture) {
     for (const char* name : {"cube", "tunnel", "blocks"}) {
         const auto scene = makeStandIn(QString::fromLatin1(name), 3);
@@ -170,24 +203,20 @@ TEST_F(SceneShapesTest, AllRungsShowTheSamePicture) {
         DrawList list;
         extract(*scene, 1.5, list);
         const QSizeF size(360, 240);
-        const QImage best = snapshot_->picture(list, size, 1.0, {});
-        const QImage low = snapshot_->picture(
-            list, size, 1.0,
-            {.samples = 1, .resolution = 0.5, .fineBloom = false, .anisotropy = 1});
-        EXPECT_NEAR(lightOf(low) / lightOf(best), 1.0, 0.1) << name;
-        // The light is where it was. A tenth of the light may differ as such, and half the
-        // pixels a side move some of it to the next cell.
-        const auto cells = lightOfCells(best), lowCells = lightOfCells(low);
-        double moved = 0.0;
-        for (std::size_t i = 0; i < cells.size(); ++i)
-            moved += std::abs(cells[i] - lowCells[i]);
-        EXPECT_LT(moved / lightOf(best), 0.15) << name;
-        // The same picture mirrored is another one to this measure.
-        const auto mirrored = lightOfCells(low.mirrored(true, false));
-        double turned = 0.0;
-        for (std::size_t i = 0; i < cells.size(); ++i)
-            turned += std::abs(cells[i] - mirrored[i]);
-        EXPECT_GT(turned / lightOf(best), 0.2) << name;
+        const QImage best = snapshot_->picture(list, size, 1.0, kQualityRungs[0]);
+        const auto cells = lightOfCells(best);
+        for (const SceneQuality& rung : kQualityRungs) {
+            const QImage lower = snapshot_->picture(list, size, 1.0, rung);
+            EXPECT_NEAR(lightOf(lower) / lightOf(best), 1.0, 0.1) << name << rung.resolution;
+            // The light is where it was. A tenth of the light may differ as such, and half the
+            // pixels a side move some of it to the next cell.
+            EXPECT_LT(movedLight(cells, lightOfCells(lower), lightOf(best)), 0.15)
+                << name << rung.resolution;
+            // The same picture mirrored is another one to this measure.
+            EXPECT_GT(movedLight(cells, lightOfCells(lower.mirrored(true, false)), lightOf(best)),
+                      0.2)
+                << name << rung.resolution;
+        }
     }
 }
 

@@ -7,19 +7,14 @@
 
 namespace brixtel {
 
-// The saver's configuration sheet beside a running program, in a process of its own. The
-// program itself loads no part of the sheet's libraries, and starts no slower. Main thread.
+// The configuration sheet beside a running saver, in a process of its own, which ends when
+// this object or its process ends in any way. The saver itself loads no part of the sheet's
+// libraries, and starts no slower. Main thread.
 class InstellingenProces {
   public:
-    // The fate of an open sheet when this object or its process ends in any way.
-    enum class Einde {
-        Mee,     // the sheet ends too
-        Blijft,  // the sheet stays until the user closes it
-    };
-
-    // `programma` is the program that shows sheets: a path, or a name in the PATH. `bus` is
-    // the session bus's address for that program; a screen reader listens there.
-    InstellingenProces(const QString& programma, QString bus, Einde einde);
+    // `programma` is the path of the program that shows sheets. `bus` is the session bus's
+    // address for that program; a screen reader listens there.
+    InstellingenProces(const QString& programma, QString bus);
     ~InstellingenProces();
     InstellingenProces(const InstellingenProces&) = delete;
     InstellingenProces& operator=(const InstellingenProces&) = delete;
@@ -35,13 +30,8 @@ class InstellingenProces {
     [[nodiscard]] bool isOpen() const { return proces_.state() != QProcess::NotRunning; }
 
   private:
-    struct Proces : QProcess {
-        // Detaches the process, which then outlives this object.
-        void laatGaan() { setProcessState(NotRunning); }
-    };
-    Proces proces_;
+    QProcess proces_;
     const QString bus_;
-    const Einde einde_;
     std::function<void(const Afloop&)> klaar_;
 };
 

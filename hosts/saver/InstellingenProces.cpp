@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "hosts/gedeeld/InstellingenProces.h"
+#include "hosts/saver/InstellingenProces.h"
 
 #include <signal.h>
 #include <sys/prctl.h>
@@ -8,12 +8,11 @@
 
 namespace brixtel {
 
-InstellingenProces::InstellingenProces(const QString& programma, QString bus, Einde einde)
-    : bus_(std::move(bus)), einde_(einde) {
+InstellingenProces::InstellingenProces(const QString& programma, QString bus)
+    : bus_(std::move(bus)) {
     proces_.setProgram(programma);
     proces_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    if (einde == Einde::Mee)
-        proces_.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
+    proces_.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
     const auto meld = [this](bool goed) {
         const Afloop afloop{
             .goed = goed, .gekozen = QString::fromUtf8(proces_.readAllStandardOutput().trimmed())};
@@ -32,10 +31,6 @@ InstellingenProces::InstellingenProces(const QString& programma, QString bus, Ei
 InstellingenProces::~InstellingenProces() {
     klaar_ = nullptr;
     if (!isOpen()) return;
-    if (einde_ == Einde::Blijft) {
-        proces_.laatGaan();
-        return;
-    }
     proces_.kill();
     proces_.waitForFinished();
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A stand-in for the saver's program, first in the PATH: each start is a sheet that
-// stays until the test ends it.
+// A stand-in for the saver's program: each start is a sheet that stays until the test
+// ends it.
 #pragma once
 
 #include <fcntl.h>
@@ -22,12 +22,8 @@ class NepSaver {
         if (!programma.open(QIODevice::WriteOnly)) return;
         programma.write(kProgramma);
         programma.setPermissions(programma.permissions() | QFile::ExeOwner);
-        qputenv("PATH", QFile::encodeName(map_.path()) + ':' + pad_);
     }
-    ~NepSaver() {
-        qputenv("PATH", pad_);
-        static_cast<void>(zeg("- 0\n"));
-    }
+    ~NepSaver() { static_cast<void>(zeg("- 0\n")); }
     NepSaver(const NepSaver&) = delete;
     NepSaver& operator=(const NepSaver&) = delete;
 
@@ -38,8 +34,8 @@ class NepSaver {
 
     // Whether a sheet waits for its end; it then ends with status 9.
     [[nodiscard]] bool wacht() const { return zeg({}); }
-    // Ends the sheet that is open, or comes, with that mode ("-" for none) stored and
-    // that exit status. Whether there was one, and it has stored it.
+    // Ends the sheet that is open, or comes, with that mode printed ("-" for none) and
+    // that exit status. Whether there was one.
     [[nodiscard]] bool eindig(const char* keuze, int uitgang = 0) const {
         const QByteArray regel = QByteArray(keuze) + ' ' + QByteArray::number(uitgang) + '\n';
         const auto voor = inhoud("klaar").size();
@@ -52,11 +48,7 @@ class NepSaver {
 cd "$(dirname "$0")" || exit 9
 echo "$*" >> woorden
 read -r keuze uitgang < einde || exit 9
-if [ "$keuze" != - ]; then
-  printf '[General]\nkeuze=%s\n' "$keuze" > "$XDG_CONFIG_HOME/nl.groenlicht.brixtel.saver.conf"
-  trap '' PIPE
-  echo "$keuze" 2>/dev/null
-fi
+[ "$keuze" = - ] || echo "$keuze"
 echo >> klaar
 exit "$uitgang"
 )sh";
@@ -76,7 +68,6 @@ exit "$uitgang"
     }
 
     const QTemporaryDir map_;
-    const QByteArray pad_ = qgetenv("PATH");
 };
 
 }  // namespace brixtel
