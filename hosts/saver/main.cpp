@@ -96,7 +96,7 @@ int meldAan(const QString& thuis) {
 int hervat() {
     constexpr std::chrono::seconds kGeduld{5};
     // The time in which a saver that was started just before comes to its lock.
-    constexpr std::chrono::milliseconds kAanloop{300};
+    static constexpr std::chrono::milliseconds kAanloop{300};
     brixtel::LopendeSaver saver(qEnvironmentVariable("XDG_RUNTIME_DIR"),
                                 platform::sessionAddress());
     const QString mis = saver.beeindig(kGeduld, [] { std::this_thread::sleep_for(kAanloop); });
