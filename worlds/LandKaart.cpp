@@ -82,9 +82,9 @@ LandKaart::LandKaart(const QImage& beeld) {
 }
 
 LandKaart LandKaart::uitBestand(const std::string& pad) {
-    const std::string bytes = platform::readRegularFile(pad, kGrootste).bytes;
-    if (!isGaaf(bytes)) return {};
-    const QByteArray png = QByteArray::fromRawData(bytes.data(), qsizetype(bytes.size()));
+    const platform::FileContent bestand = platform::readRegularFile(pad, kGrootste);
+    if (!isGaaf(bestand.bytes)) return {};
+    const auto png = QByteArray::fromRawData(bestand.bytes.data(), qsizetype(bestand.bytes.size()));
     return LandKaart(QImage::fromData(png, "PNG"));
 }
 
