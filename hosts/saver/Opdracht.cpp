@@ -45,7 +45,9 @@ QString zetTaak(Opdracht& opdracht, Taak taak, QLatin1String naam) {
 QString zetMaat(QSize& doel, const QString& waarde, QLatin1String naam) {
     doel = leesMaat(waarde);
     if (doel.isValid()) return {};
-    return QStringLiteral("--%1 wil een maat als 1280x720, niet '%2'").arg(naam, waarde);
+    return QStringLiteral(
+               "--%1 wil een maat als 1280x720, elke zijde van 1 tot en met 16384, niet '%2'")
+        .arg(naam, waarde);
 }
 
 QString zetKeuze(Opdracht& opdracht, const QString& waarde) {

@@ -206,7 +206,8 @@ TEST_F(FilmTest, APlaceThatMayNotBeWrittenIsSaidBeforeAPictureIsDrawn) {
                      QStringLiteral("--maat=320x240"), QStringLiteral("--seconden=1")});
     EXPECT_EQ(programma.uitgang(), 1);
     EXPECT_EQ(programma.fouten(), "brixtel-saver: '" + QFile::encodeName(in("weg/f.webm")) +
-                                      "' kan niet geschreven worden: dat is er niet\n");
+                                      "' kan niet geschreven worden: de map '" +
+                                      QFile::encodeName(in("weg")) + "' is er niet\n");
 }
 
 // The film's own place is good.

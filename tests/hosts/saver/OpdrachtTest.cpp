@@ -84,6 +84,15 @@ TEST(Opdracht, TheEnvironmentsWindowDoesNotServeAWindowOfOnesOwn) {
     EXPECT_EQ(goed(woorden("--versie"), QStringLiteral("onzin")).taak, Taak::Versie);
 }
 
+TEST(Opdracht, AWrongSizeIsAnsweredWithItsLimits) {
+    for (const char* maat : {"100000x1", "0x5", "16385x16", "groot"})
+        EXPECT_TRUE(mis({QStringLiteral("--plaatje=a.png"), QStringLiteral("--keuze=regen"),
+                         QStringLiteral("--maat=%1").arg(QLatin1String(maat))})
+                        .contains(QStringLiteral("elke zijde van 1 tot en met 16384, niet '%1'")
+                                      .arg(QLatin1String(maat))))
+            << maat;
+}
+
 TEST(Opdracht, AStillPictureWithAllItsParts) {
     const Opdracht opdracht =
         goed(woorden("--plaatje=a.png --keuze=regen --maat=640x480 --schaal=1.5 --na=6.5 "
