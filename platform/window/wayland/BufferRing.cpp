@@ -66,7 +66,7 @@ Buffer* BufferRing::freeOf(QSize size) {
         for (auto& buffer : buffers_)
             retired_.push_back(std::move(buffer));
         buffers_.clear();
-        newest_ = painted_ = nullptr;
+        painted_ = nullptr;
         damage_.clear();
     }
     for (const auto& buffer : buffers_)
@@ -79,28 +79,18 @@ Buffer* BufferRing::freeOf(QSize size) {
     return buffers_.back().get();
 }
 
-BufferRing::Canvas BufferRing::begin(QSize size, std::span<const QRect> damage,
-                                     std::vector<QRect>& copies, std::vector<QRect>& rects) {
+Buffer* BufferRing::begin(QSize size, std::span<const QRect> damage, std::vector<QRect>& rects) {
     const std::lock_guard lock(mutex_);
     Buffer* const buffer = freeOf(size);
-    if (!buffer) return {};
+    if (!buffer) return nullptr;
     buffer->state_ = Buffer::State::Painting;
-    const Buffer* const newest = newest_ == buffer ? nullptr : newest_;
     const QRect whole(QPoint(0, 0), size);
-    copies.clear();
     rects.clear();
-    for (const std::span<const QRect> part :
-         {std::span<const QRect>(newest ? newest->missed_ : buffer->missed_), damage})
+    for (const std::span<const QRect> part : {std::span<const QRect>(buffer->missed_), damage})
         for (const QRect& rect : part)
             if (const QRect inside = rect & whole; !inside.isEmpty()) rects.push_back(inside);
-    for (const QRect& missed : buffer->missed_) {
-        const bool isPainted = std::any_of(rects.begin(), rects.end(), [&](const QRect& rect) {
-            return rect.contains(missed & whole);
-        });
-        if (newest && !isPainted) copies.push_back(missed & whole);
-    }
     buffer->missed_.clear();
-    return {buffer, newest};
+    return buffer;
 }
 
 void BufferRing::finish(Buffer& buffer, std::span<const QRect> damage, bool opaque) {
@@ -111,7 +101,7 @@ void BufferRing::finish(Buffer& buffer, std::span<const QRect> damage, bool opaq
     // The surface may have gone while its buffer was painted.
     if (buffer.state_ != Buffer::State::Painting) return;
     if (painted_) painted_->state_ = Buffer::State::Free;
-    newest_ = painted_ = &buffer;
+    painted_ = &buffer;
     paintedOpaque_ = opaque;
     buffer.state_ = Buffer::State::Painted;
     eventfd_write(file_, 1);
@@ -150,7 +140,7 @@ void BufferRing::released(Buffer& buffer) {
 
 void BufferRing::reset() {
     const std::lock_guard lock(mutex_);
-    newest_ = painted_ = nullptr;
+    painted_ = nullptr;
     for (const auto& buffer : buffers_) {
         // A buffer that is being painted counts as free too: finish() then shows nothing.
         buffer->state_ = Buffer::State::Free;

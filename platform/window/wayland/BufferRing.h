@@ -49,9 +49,9 @@ class Buffer {
 };
 
 // Three buffers that receive a window's pictures in turn. The render thread paints one
-// buffer while the compositor reads another. What a buffer missed is copied from the newest
-// picture, which costs less than painting. A new size makes new buffers; a buffer of an
-// earlier size stays until the compositor releases it.
+// buffer while the compositor reads another. The damage that a buffer missed is painted
+// again, never copied. A new size makes new buffers; a buffer of an earlier size stays until
+// the compositor releases it.
 //
 // Shared by the native window (main thread) and its surface (render thread); the
 // buffers' memory ends with the last of the two.
@@ -62,16 +62,11 @@ class BufferRing {
     BufferRing(const BufferRing&) = delete;
     BufferRing& operator=(const BufferRing&) = delete;
 
-    // A buffer to paint into, and the way to the next picture.
-    struct Canvas {
-        Buffer* buffer = nullptr;        // null while the compositor has all buffers
-        const Buffer* newest = nullptr;  // the newest picture; null where nothing is to be copied
-    };
-    // Render thread. Gives a buffer of that size for a picture that differs from the newest
-    // one within `damage`. `copies` receives the parts to copy from the newest picture, and
-    // `rects` the parts to paint after that, all within the picture.
-    [[nodiscard]] Canvas begin(QSize size, std::span<const QRect> damage,
-                               std::vector<QRect>& copies, std::vector<QRect>& rects);
+    // Render thread. Gives a buffer of that size to paint into; null while the compositor
+    // has all buffers. `rects` receives `damage` and the buffer's missed rectangles, within
+    // the picture.
+    [[nodiscard]] Buffer* begin(QSize size, std::span<const QRect> damage,
+                                std::vector<QRect>& rects);
     // Marks the buffer as the newest picture, which differs from the previous one within
     // `damage`. Wakes the main thread.
     void finish(Buffer& buffer, std::span<const QRect> damage, bool opaque);
@@ -109,7 +104,6 @@ class BufferRing {
     // The buffers of earlier sizes; the main thread ends them.
     std::vector<std::unique_ptr<Buffer>> retired_;
     QSize size_;
-    const Buffer* newest_ = nullptr;
     Buffer* painted_ = nullptr;
     bool paintedOpaque_ = false;
     std::vector<QRect> damage_;  // since the last picture taken

@@ -11,14 +11,6 @@ namespace {
 
 constexpr double kFull = 256.0;
 
-// Copies the part of a picture of the same size.
-void copy(const PixelBuffer& picture, const std::uint32_t* from, const QRect& rect) {
-    for (int y = rect.top(); y <= rect.bottom(); ++y) {
-        const std::ptrdiff_t at = std::ptrdiff_t{picture.stride} * y + rect.left();
-        std::copy_n(from + at, rect.width(), picture.pixels + at);
-    }
-}
-
 // A premultiplied pixel at a share of its opacity, in 256ths.
 std::uint32_t faded(std::uint32_t pixel, std::uint32_t share) {
     const std::uint32_t redBlue = ((pixel & 0x00ff00ffU) * share >> 8U) & 0x00ff00ffU;
@@ -46,15 +38,13 @@ Surface::Result ShmSurface::draw(const Frame& frame, std::span<const QRect> dama
     const QRect whole(QPoint(0, 0), size);
     const bool fades = frame.opacity < 1.0;
     if (fades) damage = {&whole, 1};
-    const auto [buffer, newest] = ring_->begin(size, damage, copies_, rects_);
+    Buffer* const buffer = ring_->begin(size, damage, rects_);
     if (!buffer) {
         ring_->miss(damage);
         return Result::Drawn;
     }
     if (fades) rects_.assign(1, whole);
     const PixelBuffer picture{.pixels = buffer->pixels(), .stride = size.width(), .size = size};
-    for (const QRect& rect : copies_)
-        copy(picture, newest->pixels(), rect);
     painter_.paint(frame, rects_, picture);
     if (fades) {
         fade(picture, frame.opacity);

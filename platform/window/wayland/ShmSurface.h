@@ -29,7 +29,7 @@ class ShmSurface final : public Surface {
   private:
     const std::shared_ptr<BufferRing> ring_;
     PicturePainter painter_;
-    std::vector<QRect> copies_, rects_;
+    std::vector<QRect> rects_;
 };
 
 }  // namespace platform::wayland

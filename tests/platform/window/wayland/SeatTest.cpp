@@ -24,8 +24,8 @@ class Surface final : public InputTarget, public ShellSurfaceOwner {
     void keyboardChanged() override { ++keyboardChanges; }
     [[nodiscard]] bool hidesCursor() const override { return cursorHidden; }
     void surfaceConfigured(QSize size) override {
-        std::vector<QRect> copies, rects;
-        Buffer* const buffer = ring_.begin(size, {}, copies, rects).buffer;
+        std::vector<QRect> rects;
+        Buffer* const buffer = ring_.begin(size, {}, rects);
         const QRect whole(QPoint(0, 0), size);
         ring_.finish(*buffer, {&whole, 1}, true);
         const auto painted = ring_.take(size, rects);
