@@ -45,7 +45,7 @@ InstellingenVenster::InstellingenVenster(Klaar klaar)
     : QDialog(nullptr, kSoort), klaar_(std::move(klaar)) {
     for (std::size_t i = 0; i < alleKeuzes.size(); ++i)
         knoppen_[i] = new QRadioButton(naam(alleKeuzes[i]));
-    setWindowTitle(QStringLiteral("Brixtel"));
+    setWindowTitle(QStringLiteral("Schermbeveiliging instellen — Brixtel"));
     setFixedSize(kMaat);
     setStyle(InstellingenStijl::gedeeld());
     setPalette(donkerPalet());

@@ -12,11 +12,15 @@ BXKeuzeBasis {
 
     readonly property var labels: opties.map(optie => String(optie.label ?? ""))
     // The bold width counts for regular labels too, so that nothing shifts.
-    readonly property var gevraagd: labels.map(label => Math.ceil(vet.advanceWidth(label)) + 4)
-    readonly property var minst: labels.map(label => Math.max(...label.split(" ").map(woord => Math.ceil(vet.advanceWidth(woord)))) + 4)
+    readonly property var gevraagd: labels.map(label => breed(label, vet) + 4)
+    readonly property var minst: labels.map(label => woordbreed(label, vet))
     property var breedtes: []
-    // Whether a thin line parts labels that stand so close that they read as one text.
+    // Whether labels that stand so close that they read as one text are set apart: by smaller
+    // letters, and by a thin line where smaller letters are not enough.
     property bool gescheiden: false
+    // The size of the letters, and its metrics: the largest that leaves room between the words.
+    readonly property real grootte: vet === gewoon ? 10.5 : vet === kleiner ? 10 : 9
+    readonly property FontMetrics vet: !gescheiden || ruim(gewoon) ? gewoon : ruim(kleiner) ? kleiner : kleinst
     readonly property bool krap: gescheiden && breedtes.some((breed, i) => breed - gevraagd[i] < 4)
 
     // The inset of the first and last label from the ends, which are rounder
@@ -30,6 +34,13 @@ BXKeuzeBasis {
     onWidthChanged: schik()
     onMinstChanged: schik()
     Component.onCompleted: schik()
+
+    // A text's width. Reading the font makes a binding measure again once the font is set, since
+    // advanceWidth reports no change.
+    function breed(tekst, maat) { return maat.font ? Math.ceil(maat.advanceWidth(tekst)) : 0; }
+    // The width of the longest word, with the label's padding.
+    function woordbreed(label, maat) { return Math.max(...label.split(" ").map(woord => breed(woord, maat))) + 4; }
+    function ruim(maat) { return width <= 0 || labels.reduce((som, label) => som + woordbreed(label, maat) + 4, 0) <= width; }
 
     function leg(af, tot) {
         links = af;
@@ -74,7 +85,9 @@ BXKeuzeBasis {
 
     Accessible.role: Accessible.Grouping
 
-    FontMetrics { id: vet; font: BX.font(10.5, true) }
+    FontMetrics { id: gewoon; font: BX.font(10.5, true) }
+    FontMetrics { id: kleiner; font: BX.font(10, true) }
+    FontMetrics { id: kleinst; font: BX.font(9, true) }
 
     BXKeuzeVlak {
         objectName: "vlak"
@@ -129,7 +142,7 @@ BXKeuzeBasis {
                 component Label: BXTekst {
                     horizontalAlignment: Text.AlignHCenter
                     wrapMode: Text.Wrap
-                    grootte: 10.5
+                    grootte: keus.grootte
                     Accessible.ignored: true
                 }
                 // The bold height counts for every label, chosen or not.

@@ -63,7 +63,7 @@ class BolLabels {
     void schik(const platform::Node& camera, double tijd);
 
   private:
-    // What a label wants at one time, in the screen's units.
+    // A label's wishes at one time, in the screen's units.
     struct Wens {
         double opzij = 0.0;
         double omhoog = 0.0;

@@ -3,6 +3,7 @@
 
 #include <QImage>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace brixtel {
@@ -17,6 +18,10 @@ class LandKaart {
     // Reads a map of the whole earth, dark land on light sea, equirectangular, of any size.
     // A null picture makes an absent map; transparent places are sea.
     explicit LandKaart(const QImage& beeld);
+
+    // Reads a PNG file; a file that is missing or damaged makes an absent map, without a
+    // word on standard error.
+    [[nodiscard]] static LandKaart uitBestand(const std::string& pad);
 
     // The program's one map, read at the first call: the system's own, else the module's
     // resource "worldmap@2x.png", else absent.

@@ -19,6 +19,13 @@ BusAntwoord afloop(const QString& mis) {
     return BusFout{QStringLiteral("org.freedesktop.DBus.Error.Failed"), mis};
 }
 
+// An answer for a choice that holds; `mis` says why it is not stored, and is empty where it
+// is.
+BusAntwoord naKeuze(const QString& mis) {
+    if (mis.isEmpty()) return QVariantList();
+    return BusFout{kNietBewaard, mis};
+}
+
 QString voluit(const QString& naam) {
     return kDienstNaam + u'.' + naam;
 }
@@ -78,7 +85,7 @@ BusAntwoord BureauDienst::voerUit(const QString& methode, const QVariantList& wa
 QHash<QString, BusObject::Doe> BureauDienst::methoden() {
     const auto muziek = [this](const QVariantList& waarden) -> BusAntwoord {
         bureau_.kies(&BureauKeuzes::muziek, waarden.at(0).toBool());
-        return afloop(bureau_.bewaarMis());
+        return naKeuze(bureau_.bewaarMis());
     };
     const auto rust = [this](const QVariantList& waarden) -> BusAntwoord {
         const int minuten = waarden.at(0).toInt();
@@ -88,7 +95,7 @@ QHash<QString, BusObject::Doe> BureauDienst::methoden() {
                     .arg(BureauInstellingen::kLangsteRust)
                     .arg(minuten));
         bureau_.kies(&BureauKeuzes::rust, minuten);
-        return afloop(bureau_.bewaarMis());
+        return naKeuze(bureau_.bewaarMis());
     };
     const auto stop = [this](const QVariantList&) -> BusAntwoord {
         platform::runOnMainQueue(daden_.stop);
@@ -154,7 +161,7 @@ BusObject::Doe BureauDienst::metGetal(double BureauKeuzes::*keuze, double laag, 
                                        .arg(hoog)
                                        .arg(getal));
         bureau_.kies(keuze, getal);
-        return afloop(bureau_.bewaarMis());
+        return naKeuze(bureau_.bewaarMis());
     };
 }
 

@@ -11,6 +11,8 @@
 namespace brixtel {
 
 inline const QString kDienstNaam = QStringLiteral("nl.groenlicht.brixtel.Bureau");
+// The error of a choice that holds without being stored.
+inline const QString kNietBewaard = QStringLiteral("nl.groenlicht.brixtel.Bureau.NietBewaard");
 inline const QString kDienstPad = QStringLiteral("/nl/groenlicht/brixtel/Bureau");
 
 // The raw value of a RegenStand on the bus.

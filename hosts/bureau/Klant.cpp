@@ -5,9 +5,9 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
-#include <QLocale>
 
 #include "hosts/bureau/BureauDienst.h"
+#include "hosts/bureau/GetalTekst.h"
 
 namespace brixtel {
 
@@ -17,13 +17,6 @@ constexpr int kGeduld = 10'000;  // milliseconds
 
 QString regel(const char* wat, const QString& hoe) {
     return QStringLiteral("%1: %2\n").arg(QLatin1String(wat), hoe);
-}
-
-// A number in the panel's form.
-QString getalTekst(double getal) {
-    QLocale nederlands(QLocale::Dutch, QLocale::Netherlands);
-    nederlands.setNumberOptions(QLocale::OmitGroupSeparator);
-    return nederlands.toString(getal, 'f', QLocale::FloatingPointShortest);
 }
 
 QString aanUit(bool aan) {
@@ -39,10 +32,13 @@ QString rustTekst(int minuten, const QString& waarom) {
 
 }  // namespace
 
-QString foutTekst(const QDBusMessage& antwoord) {
-    if (antwoord.errorName() == u"org.freedesktop.DBus.Error.NoReply")
-        return QStringLiteral(
-            "de draaiende brixtel-bureau antwoordt niet; wat gevraagd is kan later nog gebeuren");
+QString foutTekst(const QDBusMessage& antwoord, Vraagt vraagt) {
+    if (antwoord.errorName() == u"org.freedesktop.DBus.Error.NoReply") {
+        const QString stil = QStringLiteral("de draaiende brixtel-bureau antwoordt niet");
+        return vraagt == Vraagt::Stand
+                   ? stil
+                   : stil + QStringLiteral("; wat gevraagd is kan later nog gebeuren");
+    }
     if (antwoord.errorName() == u"org.freedesktop.DBus.Error.ServiceUnknown")
         return QStringLiteral("brixtel-bureau draait niet meer");
     return antwoord.errorMessage();
@@ -50,7 +46,6 @@ QString foutTekst(const QDBusMessage& antwoord) {
 
 QString standTekst(const QVariantMap& eigenschappen) {
     const auto waarde = [&](const char* naam) { return eigenschappen.value(QLatin1String(naam)); };
-    const auto getal = [&](const char* naam) { return getalTekst(waarde(naam).toDouble()); };
     QString zwart = aanUit(waarde("ZwartAan").toBool());
     if (waarde("ZwartAan").toBool())
         zwart += QStringLiteral(" (%1)").arg(waarde("ZwartSoort").toString());
@@ -58,7 +53,8 @@ QString standTekst(const QVariantMap& eigenschappen) {
     const QString waarom = waarde("RegenUitleg").toString();
     if (!waarom.isEmpty()) regen += QStringLiteral(", maar niet te zien: ") + waarom;
     return regel("zwart scherm", zwart) + regel("regen", regen) +
-           regel("dichtheid", getal("Dichtheid")) + regel("snelheid", getal("Snelheid")) +
+           regel("dichtheid", procentTekst(waarde("Dichtheid").toDouble())) +
+           regel("snelheid", keerTekst(waarde("Snelheid").toDouble())) +
            regel("muziek", aanUit(waarde("Muziek").toBool())) +
            regel("na rust", rustTekst(waarde("Rust").toInt(), waarde("RustUitleg").toString()));
 }
@@ -77,12 +73,13 @@ QDBusMessage Klant::roep(const QDBusMessage& bericht) const {
     return antwoord;
 }
 
-QString Klant::vraag(const Verzoek& verzoek) const {
+std::optional<BusFout> Klant::vraag(const Verzoek& verzoek) const {
     QDBusMessage bericht =
         QDBusMessage::createMethodCall(kDienstNaam, kDienstPad, kDienstNaam, verzoek.methode);
     bericht.setArguments(verzoek.waarden);
     const QDBusMessage antwoord = roep(bericht);
-    return antwoord.type() == QDBusMessage::ErrorMessage ? foutTekst(antwoord) : QString();
+    if (antwoord.type() != QDBusMessage::ErrorMessage) return std::nullopt;
+    return BusFout{antwoord.errorName(), foutTekst(antwoord, Vraagt::Daad)};
 }
 
 QString Klant::stand(QString& mis) const {
@@ -92,7 +89,7 @@ QString Klant::stand(QString& mis) const {
     bericht << kDienstNaam;
     const QDBusMessage antwoord = roep(bericht);
     if (antwoord.type() == QDBusMessage::ErrorMessage) {
-        mis = foutTekst(antwoord);
+        mis = foutTekst(antwoord, Vraagt::Stand);
         return {};
     }
     return standTekst(qdbus_cast<QVariantMap>(antwoord.arguments().value(0)));

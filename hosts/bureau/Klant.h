@@ -5,7 +5,9 @@
 #include <QDBusMessage>
 #include <QString>
 #include <QVariantMap>
+#include <optional>
 
+#include "hosts/bureau/BusObject.h"
 #include "hosts/bureau/Opdracht.h"
 
 namespace brixtel {
@@ -19,8 +21,8 @@ class Klant {
     // Whether an owner runs.
     [[nodiscard]] bool isEr() const;
 
-    // Sends one request. Returns the error as text for the user; empty on success.
-    [[nodiscard]] QString vraag(const Verzoek& verzoek) const;
+    // Sends one request. Returns the error, with its text for the user; none on success.
+    [[nodiscard]] std::optional<BusFout> vraag(const Verzoek& verzoek) const;
 
     // The state, line by line, for --stand. Leaves an error in `mis`.
     [[nodiscard]] QString stand(QString& mis) const;
@@ -32,9 +34,12 @@ class Klant {
     QDBusConnection verbinding_;
 };
 
+// A call that changes something, or one that only reads the state.
+enum class Vraagt { Daad, Stand };
+
 // The text for the user of an error from the bus or the owner. The bus's own texts are
 // English.
-[[nodiscard]] QString foutTekst(const QDBusMessage& antwoord);
+[[nodiscard]] QString foutTekst(const QDBusMessage& antwoord, Vraagt vraagt);
 
 // The lines of --stand for the properties of the bus's object.
 [[nodiscard]] QString standTekst(const QVariantMap& eigenschappen);

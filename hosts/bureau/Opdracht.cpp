@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/bureau/Opdracht.h"
 
+#include <algorithm>
+
 #include "hosts/bureau/BureauInstellingen.h"
 #include "hosts/bureau/ZwartSoort.h"
 #include "hosts/gedeeld/Opsomming.h"
@@ -13,6 +15,9 @@ namespace {
 using Taak = BureauOpdracht::Taak;
 using Optie = brixtel::Optie<BureauOpdracht>;
 using Gegeven = std::vector<const Optie*>;
+
+// The calls that an option belongs to.
+enum : unsigned { kStart = 1, kStand = 2, kTekst = 4, kVerzoek = kStart | kStand };
 
 QString zetTaak(BureauOpdracht& opdracht, Taak taak, QLatin1String naam) {
     if (opdracht.taak != Taak::Dienst && opdracht.taak != taak)
@@ -30,32 +35,43 @@ Optie taakOptie(QLatin1String naam, Taak taak, QLatin1String voluit = {}) {
 }
 
 Optie zonder(QLatin1String naam, const QString& methode) {
-    return {naam, Waarde::Geen, {}, [=](BureauOpdracht& o, const QString&) {
+    return {naam,
+            Waarde::Geen,
+            {},
+            [=](BureauOpdracht& o, const QString&) {
                 o.verzoeken.push_back({methode, {}});
                 return QString();
-            }};
+            },
+            kVerzoek};
 }
 
 Optie metSoort(QLatin1String naam, const QString& methode) {
     const QString vorm = QStringLiteral("^(%1)$").arg(zwartWoorden().join(u'|'));
-    return {naam, Waarde::Mag, vorm, [=](BureauOpdracht& o, const QString& waarde) {
+    return {naam, Waarde::Mag, vorm,
+            [=](BureauOpdracht& o, const QString& waarde) {
                 ZwartSoort soort;
                 if (!leesSoort(waarde, soort))
                     return QStringLiteral("--%1 kent %2, niet '%3'")
-                        .arg(naam, opsomming(zwartWoorden(), QLatin1String("en")), waarde);
+                               .arg(naam, opsomming(zwartWoorden(), QLatin1String("en")), waarde) +
+                           bedoeldVraag(waarde, zwartWoorden());
                 // The bus carries no null string, so the value is an empty one.
                 o.verzoeken.push_back({methode, {waarde + QLatin1String("")}});
                 return QString();
-            }};
+            },
+            kVerzoek};
 }
 
 Optie metGetal(QLatin1String naam, const QString& methode, double laag, double hoog) {
-    return {naam, Waarde::Nodig, {}, [=](BureauOpdracht& o, const QString& waarde) {
+    return {naam,
+            Waarde::Nodig,
+            {},
+            [=](BureauOpdracht& o, const QString& waarde) {
                 double getal = 0;
                 QString mis = zetGetal(getal, waarde, naam, laag, hoog);
                 if (mis.isEmpty()) o.verzoeken.push_back({methode, {getal}});
                 return mis;
-            }};
+            },
+            kVerzoek};
 }
 
 // Returns the error; empty on success.
@@ -105,7 +121,8 @@ const std::vector<Optie>& opties() {
         {QLatin1String("dienst"),
          Waarde::Geen,
          {},
-         [](BureauOpdracht&, const QString&) { return QString(); }},
+         [](BureauOpdracht&, const QString&) { return QString(); },
+         kStart},
         zonder(QLatin1String("toon-regen"), QStringLiteral("ToonRegen")),
         zonder(QLatin1String("sluit-regen"), QStringLiteral("SluitRegen")),
         zonder(QLatin1String("wissel-regen"), QStringLiteral("WisselRegen")),
@@ -117,12 +134,42 @@ const std::vector<Optie>& opties() {
         metGetal(QLatin1String("dichtheid"), QStringLiteral("ZetDichtheid"), 0.0, 1.0),
         metGetal(QLatin1String("snelheid"), QStringLiteral("ZetSnelheid"),
                  BureauInstellingen::kLangzaamst, BureauInstellingen::kSnelst),
-        {QLatin1String("muziek"), Waarde::Nodig, {}, zetMuziek},
-        {QLatin1String("rust"), Waarde::Nodig, {}, zetRust},
-        {QLatin1String("autostart"), Waarde::Nodig, {}, zetAutostart},
-        {QLatin1String("venstersysteem"), Waarde::Nodig, {}, zetVenstersysteem},
+        {QLatin1String("muziek"), Waarde::Nodig, {}, zetMuziek, kVerzoek},
+        {QLatin1String("rust"), Waarde::Nodig, {}, zetRust, kVerzoek},
+        {QLatin1String("autostart"), Waarde::Nodig, {}, zetAutostart, kVerzoek},
+        {QLatin1String("venstersysteem"), Waarde::Nodig, {}, zetVenstersysteem, kStart | kTekst},
     };
     return alle;
+}
+
+// The call as the user writes it, and its bit.
+std::pair<QLatin1String, unsigned> aanroep(Taak taak) {
+    switch (taak) {
+        case Taak::Stand:
+            return {QLatin1String("stand"), kStand};
+        case Taak::Versie:
+            return {QLatin1String("versie"), kTekst};
+        case Taak::Hulp:
+            return {QLatin1String("help"), kTekst};
+        default:
+            return {QLatin1String("dienst"), kStart};
+    }
+}
+
+bool heeft(const Gegeven& gegeven, const char* naam) {
+    return std::any_of(gegeven.begin(), gegeven.end(),
+                       [&](const Optie* optie) { return optie->naam == QLatin1String(naam); });
+}
+
+// Checks the options against one another after all are read.
+QString controleer(const BureauOpdracht& opdracht, const Gegeven& gegeven) {
+    const auto [naam, bit] = aanroep(opdracht.taak);
+    for (const Optie* optie : gegeven)
+        if (optie->bij != 0 && (optie->bij & bit) == 0)
+            return QStringLiteral("--%1 gaat niet samen met --%2").arg(optie->naam, naam);
+    if (heeft(gegeven, "dienst") && heeft(gegeven, "paneel"))
+        return QStringLiteral("--dienst gaat niet samen met --paneel");
+    return {};
 }
 
 // The words for the kinds; the first is the rain.
@@ -137,7 +184,8 @@ QString soorten() {
 std::variant<BureauOpdracht, Fout> leesBureauOpdracht(const QStringList& argumenten) {
     BureauOpdracht opdracht;
     Gegeven gegeven;
-    const QString mis = neemOpties(opties(), argumenten, opdracht, gegeven);
+    QString mis = neemOpties(opties(), argumenten, opdracht, gegeven);
+    if (mis.isEmpty()) mis = controleer(opdracht, gegeven);
     if (!mis.isEmpty()) return foutVan(QLatin1String("brixtel-bureau"), mis);
     if (argumenten.isEmpty()) opdracht.verzoeken.push_back({QStringLiteral("ToonPaneel"), {}});
     return opdracht;
@@ -150,7 +198,8 @@ Zonder opties start het, met een pictogram in het systeemvak, en opent het panee
 met de instellingen. Er is er één per sessie: een tweede start geeft door wat er
 gevraagd is en houdt dan op, zodat de sneltoetsen van het bureaublad deze opties
 kunnen gebruiken. Opties mogen met één of twee streepjes; een waarde volgt na = of
-als het volgende woord. Wat gevraagd wordt, gebeurt in die volgorde.
+als het volgende woord. Wat gevraagd wordt, gebeurt in die volgorde; --autostart
+gebeurt het eerst, en --stand drukt aan het eind af hoe het er dan voor staat.
 
   --paneel               opent het paneel, of haalt het naar voren
   --dienst               start zonder iets te tonen

@@ -3,13 +3,13 @@
 
 #include <QDBusMessage>
 #include <QDBusMetaType>
-#include <QLocale>
 #include <QtEndian>
 #include <algorithm>
 #include <utility>
 
 #include "drawing/BlokCijfer.h"
 #include "drawing/Thema.h"
+#include "hosts/bureau/GetalTekst.h"
 
 namespace brixtel {
 
@@ -45,15 +45,6 @@ constexpr const char* kXml = R"xml(<interface name="org.kde.StatusNotifierItem">
 
 QString voluit(const char* naam) {
     return kInterface + u'.' + QLatin1String(naam);
-}
-
-QString procent(double fractie) {
-    return QString::number(qRound(fractie * 100.0)) + u'%';
-}
-
-QString keer(double factor) {
-    static const QLocale nederlands(QLocale::Dutch, QLocale::Netherlands);
-    return nederlands.toString(factor, 'f', 1) + QStringLiteral(" ×");
 }
 
 // A one and a zero, green on a black tile.
@@ -238,12 +229,12 @@ std::vector<MenuRegel> Pictogram::regels(const BureauStand& stand) {
         keuze(stand, {.naam = QStringLiteral("Dichtheid"),
                       .keuze = &BureauKeuzes::dichtheid,
                       .stappen = {0.1, 0.3, 0.5, 0.7, 0.9, 1.0},
-                      .tekst = procent}),
+                      .tekst = procentTekst}),
         keuze(stand, {.naam = QStringLiteral("Snelheid"),
                       .keuze = &BureauKeuzes::snelheid,
                       .stappen = {BureauInstellingen::kLangzaamst, 0.5, 1.0, 1.5, 2.0, 3.0,
                                   BureauInstellingen::kSnelst},
-                      .tekst = keer}),
+                      .tekst = keerTekst}),
         {.soort = MenuRegel::Soort::Vink,
          .tekst = QStringLiteral("Zwart scherm volgt de muziek"),
          .aan = stand.keuzes.muziek,

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "hosts/bureau/Autostart.h"
 #include "hosts/bureau/Bureau.h"
@@ -60,15 +61,21 @@ void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
                             : QString::fromUtf8(kGeenScherm)));
 }
 
-// Sends all requests, and then asks for the state where the command line wants it. Returns
-// the error; empty on success.
+// Sends the requests up to the first that is refused, and then asks for the state where the
+// command line wants it. Returns the error; empty on success. A choice that holds without
+// being stored is an error that stops no later request.
 QString vraagAlles(const Klant& klant, const BureauOpdracht& opdracht) {
+    QString onbewaard;
+    for (const auto& verzoek : opdracht.verzoeken) {
+        const auto fout = klant.vraag(verzoek);
+        if (fout && fout->naam != brixtel::kNietBewaard) return fout->tekst;
+        if (fout) onbewaard = fout->tekst;
+    }
+    if (opdracht.taak != BureauOpdracht::Taak::Stand) return onbewaard;
     QString mis;
-    for (const auto& verzoek : opdracht.verzoeken)
-        if (mis = klant.vraag(verzoek); !mis.isEmpty()) return mis;
-    if (opdracht.taak != BureauOpdracht::Taak::Stand) return {};
     const QString stand = klant.stand(mis);
-    return mis.isEmpty() ? brixtel::drukAf(stand.toUtf8()) : mis;
+    if (mis.isEmpty()) mis = brixtel::drukAf(stand.toUtf8());
+    return mis.isEmpty() ? onbewaard : mis;
 }
 
 // Returns the exit status; none where the owner ended before it answered.
@@ -88,12 +95,16 @@ bool isAfsluiten(const BureauOpdracht& opdracht) {
                        [](const auto& v) { return sluitend.contains(v.methode); });
 }
 
-// Carries out the requests up to the first that fails. Returns that error; empty on
-// success.
+// Carries out the requests up to the first that is refused. Returns that error; empty on
+// success. A choice that holds without being stored gets a message, one for all choices.
 QString voerUit(brixtel::BureauDienst& dienst, const BureauOpdracht& opdracht) {
+    bool gemeld = false;
     for (const auto& verzoek : opdracht.verzoeken) {
         const auto antwoord = dienst.voerUit(verzoek.methode, verzoek.waarden);
-        if (const auto* fout = std::get_if<brixtel::BusFout>(&antwoord)) return fout->tekst;
+        const auto* fout = std::get_if<brixtel::BusFout>(&antwoord);
+        if (!fout) continue;
+        if (fout->naam != brixtel::kNietBewaard) return fout->tekst;
+        if (!std::exchange(gemeld, true)) meldNaam(fout->tekst);
     }
     return {};
 }
@@ -224,11 +235,15 @@ std::optional<int> alsKlant(int argc, char** argv, const QString& bus,
     return uitgang;
 }
 
-int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht& opdracht) {
+// Holds `scherm` until Qt has connected: an X server without clients resets itself, and
+// refuses connections while it does.
+int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht& opdracht,
+                std::optional<platform::DisplayCheck> scherm) {
     brixtel::meldInstellingen(QStringLiteral("brixtel-bureau"),
                               brixtel::BureauInstellingen::moduleNaam);
     platform::chooseQtScreens(platform::QtScreens::Session);
     const QGuiApplication app(argc, argv);
+    scherm.reset();
     QGuiApplication::setApplicationName(QStringLiteral("brixtel-bureau"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Brixtel"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
@@ -250,8 +265,9 @@ int start(int argc, char** argv, const BureauOpdracht& opdracht) {
         return meldNaam(QStringLiteral("er draait geen brixtel-bureau"));
     if (isAfsluiten(opdracht)) return 0;
     platform::useOnly(opdracht.venstersysteem);
-    if (!platform::DisplayCheck().isReachable()) return meldNaam(QString::fromUtf8(kGeenScherm));
-    return alsEigenaar(argc, argv, bus, opdracht);
+    std::optional<platform::DisplayCheck> scherm(std::in_place);
+    if (!scherm->isReachable()) return meldNaam(QString::fromUtf8(kGeenScherm));
+    return alsEigenaar(argc, argv, bus, opdracht, std::move(scherm));
 }
 
 }  // namespace

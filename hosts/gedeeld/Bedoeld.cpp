@@ -28,17 +28,47 @@ int afstand(const QString& een, const QString& ander) {
     return vorige.back();
 }
 
-QString bedoeld(const QString& woord, const QStringList& alle) {
+namespace {
+
+// A shorter beginning says too little.
+constexpr qsizetype kKortsteBegin = 2;
+// Two edits are allowed in words of five letters.
+constexpr qsizetype kVijf = 5;
+// More words are a list, not a question.
+constexpr qsizetype kMeesteWoorden = 3;
+
+// The nearest word with at most `grens(letters)` edits; empty for none.
+template <typename Grens>
+QString dichtste(const QString& woord, const QStringList& alle, Grens grens) {
     QString beste;
     int minste = 0;
     for (const QString& kandidaat : alle) {
         const int ver = afstand(woord, kandidaat);
-        if (3 * ver > std::max(woord.size(), kandidaat.size())) continue;
+        if (ver > grens(std::max(woord.size(), kandidaat.size()))) continue;
         if (!beste.isEmpty() && ver >= minste) continue;
         beste = kandidaat;
         minste = ver;
     }
     return beste;
+}
+
+QStringList metBegin(const QString& begin, const QStringList& alle) {
+    QStringList gevonden;
+    if (begin.size() < kKortsteBegin) return gevonden;
+    for (const QString& kandidaat : alle)
+        if (kandidaat.startsWith(begin)) gevonden << kandidaat;
+    return gevonden.size() > kMeesteWoorden ? QStringList() : gevonden;
+}
+
+}  // namespace
+
+QStringList bedoeld(const QString& woord, const QStringList& alle) {
+    const auto derde = [](qsizetype letters) { return letters / 3; };
+    if (const QString een = dichtste(woord, alle, derde); !een.isEmpty()) return {een};
+    if (const QStringList begonnen = metBegin(woord, alle); !begonnen.isEmpty()) return begonnen;
+    const auto ruimer = [](qsizetype letters) { return letters == kVijf ? 2 : 0; };
+    const QString een = dichtste(woord, alle, ruimer);
+    return een.isEmpty() ? QStringList() : QStringList{een};
 }
 
 }  // namespace brixtel

@@ -10,8 +10,10 @@ namespace brixtel {
 // is a swap of two neighbours.
 [[nodiscard]] int afstand(const QString& een, const QString& ander);
 
-// The word of `alle` that `woord` probably means: the nearest one, and the first of equally
-// near ones. Empty where the edits are more than a third of the letters.
-[[nodiscard]] QString bedoeld(const QString& woord, const QStringList& alle);
+// The words of `alle` that `woord` probably means. The nearest word comes alone, the first of
+// equally near ones, where the edits are at most a third of the letters. Otherwise the words
+// that begin with `woord` come, three at most; otherwise the nearest word of five letters with
+// two edits. Empty where none is near.
+[[nodiscard]] QStringList bedoeld(const QString& woord, const QStringList& alle);
 
 }  // namespace brixtel

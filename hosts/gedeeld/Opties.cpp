@@ -6,6 +6,7 @@
 
 #include "hosts/gedeeld/Bedoeld.h"
 #include "hosts/gedeeld/Melding.h"
+#include "hosts/gedeeld/Opsomming.h"
 
 namespace brixtel {
 
@@ -19,15 +20,20 @@ QString optieNaam(const QString& woord) {
     return woord.section(u'=', 0, 0).mid(streepjes);
 }
 
+QString bedoeldVraag(const QString& woord, const QStringList& woorden, QLatin1String voor) {
+    QStringList dichtbij = bedoeld(woord, woorden);
+    for (QString& een : dichtbij)
+        een.prepend(voor);
+    if (dichtbij.isEmpty()) return {};
+    return QStringLiteral("; bedoelt u %1?").arg(opsomming(dichtbij, QLatin1String("of")));
+}
+
 QString onbekend(const QString& woord, const QStringList& namen) {
     // A word without dashes may be a mistyped option too.
     const bool isOptie = woord.size() > 1 && woord.startsWith(u'-');
-    const QString dichtbij = bedoeld(isOptie ? optieNaam(woord) : woord, namen);
-    const QString vraag =
-        dichtbij.isEmpty() ? QString() : QStringLiteral("; bedoelt u --%1?").arg(dichtbij);
     return (isOptie ? QStringLiteral("onbekende optie '%1'") : QStringLiteral("'%1' is geen optie"))
                .arg(woord) +
-           vraag;
+           bedoeldVraag(isOptie ? optieNaam(woord) : woord, namen, QLatin1String("--"));
 }
 
 std::optional<double> leesGetal(const QString& tekst, double laag, double hoog) {

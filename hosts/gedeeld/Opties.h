@@ -51,6 +51,11 @@ QString zetNaam(QString& doel, const QString& waarde, QLatin1String naam, const 
 // The name in a word that is an option; empty for another word.
 [[nodiscard]] QString optieNaam(const QString& woord);
 
+// A question for the words of `woorden` that `woord` probably means, each with `voor` before
+// it: the end of an error. Empty where none is near.
+[[nodiscard]] QString bedoeldVraag(const QString& woord, const QStringList& woorden,
+                                   QLatin1String voor = {});
+
 // The error for a word that names no option.
 [[nodiscard]] QString onbekend(const QString& woord, const QStringList& namen);
 

@@ -2,6 +2,8 @@
 #include "hosts/gedeeld/Uitvoer.h"
 
 #include <QFile>
+#include <QFileInfo>
+#include <cerrno>
 
 #include "hosts/gedeeld/Melding.h"
 #include "hosts/gedeeld/Reden.h"
@@ -19,6 +21,10 @@ QString schrijfBestand(const QString& naam, const QByteArray& bytes) {
 }
 
 QString nietTeSchrijven(const QString& naam, int fout) {
+    const QString map = QFileInfo(naam).path();
+    if (fout == ENOENT && !QFileInfo::exists(map))
+        return QStringLiteral("'%1' kan niet geschreven worden: de map '%2' is er niet")
+            .arg(naam, map);
     return QStringLiteral("'%1' kan niet geschreven worden: %2").arg(naam, reden(fout));
 }
 

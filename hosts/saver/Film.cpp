@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/saver/Film.h"
 
+#include <unistd.h>
+
 #include <QFile>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 
 #include "hosts/gedeeld/Opsomming.h"
@@ -24,6 +28,15 @@ namespace {
 
 // The capacity of the pipe, in pictures.
 constexpr qint64 kWachtend = 2;
+
+// The start of what ffmpeg says that is kept, in bytes.
+constexpr qsizetype kGezegd = 4096;
+
+// The longest reason that is passed on, in letters.
+constexpr qsizetype kLangsteReden = 200;
+
+// The number of lines of progress in a file.
+constexpr int kRegels = 20;
 
 struct Vorm {
     QLatin1String einde;
@@ -52,7 +65,7 @@ constexpr std::array kVormen{
 class Ffmpeg {
   public:
     bool start(const QString& programma, const QStringList& woorden) {
-        proces_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        proces_.setStandardOutputFile(QProcess::nullDevice());
         proces_.start(programma, woorden);
         return proces_.waitForStarted(-1);
     }
@@ -61,41 +74,89 @@ class Ffmpeg {
         const qint64 bytes = beeld.sizeInBytes();
         if (proces_.write(reinterpret_cast<const char*>(beeld.constBits()), bytes) != bytes)
             return false;
-        while (proces_.bytesToWrite() > kWachtend * bytes)
+        while (proces_.bytesToWrite() > kWachtend * bytes) {
             if (!proces_.waitForBytesWritten(-1)) return false;
+            luister();
+        }
         return proces_.state() == QProcess::Running;
     }
     // Ends ffmpeg; true if it made the film.
     bool einde() {
         proces_.closeWriteChannel();
         proces_.waitForFinished(-1);
+        luister();
         return proces_.exitStatus() == QProcess::NormalExit && proces_.exitCode() == 0;
     }
 
+    // The first line that ffmpeg said, without the part and the address that it begins with;
+    // empty for none.
+    [[nodiscard]] QString gezegd() const {
+        static const QRegularExpression deel(QStringLiteral("^\\[[^\\]]*\\] *"));
+        const QString regel = QString::fromLocal8Bit(gezegd_).section(u'\n', 0, 0);
+        return QString(regel).remove(deel).trimmed().left(kLangsteReden);
+    }
+
   private:
+    // Reads all that ffmpeg says, so that it never waits for a reader.
+    void luister() {
+        gezegd_ += proces_.readAllStandardError();
+        gezegd_.truncate(kGezegd);
+    }
+
     QProcess proces_;
+    QByteArray gezegd_;
 };
 
-// Reports progress on one line that is overwritten, and that stays once the film is there.
-void meldVoortgang(int beeld, int van) {
-    std::fprintf(stderr, "\rbeeld %d van %d%s", beeld, van, beeld == van ? "\n" : "");
-    std::fflush(stderr);
-}
+// Reports progress on standard error: in a terminal on one line that is overwritten, and that
+// a line break ends; elsewhere on some lines.
+class Voortgang {
+  public:
+    explicit Voortgang(int van) : van_(van) {}
+    void meld(int beeld) {
+        if (terminal_) {
+            std::fprintf(stderr, "\rbeeld %d van %d", beeld, van_);
+            open_ = true;
+            if (beeld == van_) sluit();
+        } else if (isMijlpaal(beeld, van_)) {
+            std::fprintf(stderr, "beeld %d van %d\n", beeld, van_);
+        }
+        std::fflush(stderr);
+    }
+    // Ends a line that is open.
+    void sluit() {
+        if (open_) std::fputc('\n', stderr);
+        open_ = false;
+    }
+
+  private:
+    // Whether the picture completes another part of the film.
+    static bool isMijlpaal(int beeld, int van) {
+        const auto deel = [van](int tot) { return std::int64_t{tot} * kRegels / van; };
+        return deel(beeld) != deel(beeld - 1);
+    }
+
+    const int van_;
+    const bool terminal_ = isatty(STDERR_FILENO) == 1;
+    bool open_ = false;
+};
 
 QString schrijf(const Opdracht& opdracht, const FilmLengte& lengte, Beeldmaker& maker,
                 Ffmpeg& ffmpeg) {
+    Voortgang voortgang(lengte.beelden);
     for (int i = 0; i < lengte.beelden; ++i) {
         const double tijd = static_cast<double>(i) / opdracht.beeldenPerSeconde;
         const auto beeld = maker.beeld(lengte.begin + tijd);
-        if (!beeld) return Beeldmaker::geenBeeld;
-        if (!ffmpeg.neem(beeld->convertToFormat(QImage::Format_RGB32))) {
-            std::fputc('\n', stderr);
+        if (!beeld || !ffmpeg.neem(beeld->convertToFormat(QImage::Format_RGB32))) {
+            voortgang.sluit();
+            if (!beeld) return Beeldmaker::geenBeeld;
             break;
         }
-        meldVoortgang(i + 1, lengte.beelden);
+        voortgang.meld(i + 1);
     }
     if (ffmpeg.einde()) return {};
-    return QStringLiteral("ffmpeg kan '%1' niet maken").arg(opdracht.film);
+    const QString mis = QStringLiteral("ffmpeg kan '%1' niet maken").arg(opdracht.film);
+    const QString waarom = ffmpeg.gezegd();
+    return waarom.isEmpty() ? mis : mis + QStringLiteral(": ") + waarom;
 }
 
 }  // namespace

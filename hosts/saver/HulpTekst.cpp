@@ -11,7 +11,8 @@ QString hulpTekst() {
 
 Zonder opties schermvullend op elk scherm, tot een toets, een klik of een
 echte beweging van de muis. De toets i toont daar, en in een eigen venster,
-het venster met de instellingen. Opties mogen met één of twee streepjes; een waarde
+het venster met de instellingen. In een eigen venster vult F11 of een dubbelklik
+het scherm, gaat Escape terug en dan weg, en houdt Ctrl+Q op. Opties mogen met één of twee streepjes; een waarde
 volgt na = of als het volgende woord.
 
 Waar:
@@ -47,7 +48,7 @@ Wat:
 
 Verder:
   --instellingen         het venster met de instellingen
-      --boven=NUMMER     bij het venster met dit nummer
+      --boven=NUMMER     bij het venster met dit nummer; niet bij een plaatje
   --instellingen=B.png   er een plaatje van, dat kan ook zonder scherm; met
                          --schaal=S naar wens
   --verbindingen[=json]  met welke landen deze machine nu verbonden is

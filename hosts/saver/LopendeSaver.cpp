@@ -5,6 +5,7 @@
 #include <poll.h>
 #include <signal.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -36,22 +37,45 @@ pid_t nummerIn(int bestand) {
 LopendeSaver::LopendeSaver(const QString& map, const QString& scherm) {
     static const QRegularExpression vreemd(QStringLiteral("[^A-Za-z0-9.-]"));
     const QString naam = QString(scherm).replace(vreemd, QStringLiteral("_"));
-    if (!map.isEmpty()) pad_ = QFile::encodeName(map + QStringLiteral("/brixtel-saver-") + naam);
+    if (!map.isEmpty() && !naam.isEmpty())
+        pad_ = QFile::encodeName(map + QStringLiteral("/brixtel-saver-") + naam);
 }
 
 LopendeSaver::~LopendeSaver() {
-    if (bestand_ >= 0) close(bestand_);
+    laatLos();
+    sluit();
 }
 
-bool LopendeSaver::open() {
-    if (bestand_ < 0 && !pad_.isEmpty())
+void LopendeSaver::sluit() {
+    if (bestand_ >= 0) close(bestand_);
+    bestand_ = -1;
+}
+
+// Whether the open file is the one of that name still: its holder may have removed it.
+bool LopendeSaver::isOpPad() const {
+    struct stat open {
+    }, opPad{};
+    return fstat(bestand_, &open) == 0 && lstat(pad_.constData(), &opPad) == 0 &&
+           open.st_dev == opPad.st_dev && open.st_ino == opPad.st_ino;
+}
+
+LopendeSaver::Greep LopendeSaver::grijp() {
+    if (heeft_) return Greep::Gehad;
+    // A lock on a removed file keeps nobody out.
+    for (;;) {
+        sluit();
+        if (pad_.isEmpty()) return Greep::Geen;
         bestand_ = ::open(pad_.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
-    return bestand_ >= 0;
+        if (bestand_ < 0) return Greep::Geen;
+        if (flock(bestand_, LOCK_EX | LOCK_NB) != 0) return Greep::Bezet;
+        heeft_ = isOpPad();
+        if (heeft_) return Greep::Gehad;
+    }
 }
 
 bool LopendeSaver::neem() {
-    if (!open()) return true;
-    if (flock(bestand_, LOCK_EX | LOCK_NB) != 0) return false;
+    const Greep greep = grijp();
+    if (greep != Greep::Gehad) return greep == Greep::Geen;
     const QByteArray nummer = QByteArray::number(getpid()) + '\n';
     // A saver that cannot write its number is not found by another call, and shows all the
     // same.
@@ -60,8 +84,19 @@ bool LopendeSaver::neem() {
     return true;
 }
 
-QString LopendeSaver::beeindig(std::chrono::milliseconds geduld) {
-    if (!open() || flock(bestand_, LOCK_EX | LOCK_NB) == 0) return {};
+void LopendeSaver::laatLos() {
+    if (!heeft_) return;
+    unlink(pad_.constData());
+    heeft_ = false;
+    sluit();
+}
+
+QString LopendeSaver::beeindig(std::chrono::milliseconds geduld,
+                               const std::function<void()>& zonder) {
+    const Greep greep = grijp();
+    if (greep == Greep::Gehad && zonder) zonder();
+    laatLos();
+    if (greep != Greep::Bezet) return {};
     const pid_t wie = nummerIn(bestand_);
     const int proces = wie > 1 ? openProces(wie) : -1;
     // The saver may have ended meanwhile.

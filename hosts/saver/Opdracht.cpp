@@ -45,13 +45,16 @@ QString zetTaak(Opdracht& opdracht, Taak taak, QLatin1String naam) {
 QString zetMaat(QSize& doel, const QString& waarde, QLatin1String naam) {
     doel = leesMaat(waarde);
     if (doel.isValid()) return {};
-    return QStringLiteral("--%1 wil een maat als 1280x720, niet '%2'").arg(naam, waarde);
+    return QStringLiteral(
+               "--%1 wil een maat als 1280x720, elke zijde van 1 tot en met 16384, niet '%2'")
+        .arg(naam, waarde);
 }
 
 QString zetKeuze(Opdracht& opdracht, const QString& waarde) {
     if (!keuzeUitRuw(waarde))
         return QStringLiteral("--keuze kent %1, niet '%2'")
-            .arg(opsomming(keuzeWoorden(), QLatin1String("en")), waarde);
+                   .arg(opsomming(keuzeWoorden(), QLatin1String("en")), waarde) +
+               bedoeldVraag(waarde, keuzeWoorden());
     opdracht.keuze = waarde;
     return {};
 }
@@ -264,12 +267,18 @@ QString hoortElders(const Optie& optie, Taak taak) {
     return QStringLiteral("--%1 gaat alleen samen met %2").arg(optie.naam, bijWelke(optie.bij));
 }
 
-// A still is drawn whole in memory.
+// A picture is drawn whole in memory.
 constexpr double kMeesteBeeldpunten = 8192.0 * 8192.0;
 
-bool isTeGroot(const Opdracht& opdracht) {
-    return opdracht.maat.width() * opdracht.schaal * opdracht.maat.height() * opdracht.schaal >
-           kMeesteBeeldpunten;
+QString controleerMaat(const Opdracht& opdracht, QLatin1String aanroep) {
+    const double breedte = opdracht.maat.width() * opdracht.schaal;
+    if (breedte * opdracht.maat.height() * opdracht.schaal <= kMeesteBeeldpunten) return {};
+    return QStringLiteral("%1 kan hoogstens 67108864 beeldpunten hebben (8192x8192)").arg(aanroep);
+}
+
+QString controleerPlaatje(const Opdracht& opdracht) {
+    if (opdracht.keuze.isEmpty()) return QStringLiteral("--plaatje vraagt ook om --keuze");
+    return controleerMaat(opdracht, QLatin1String("--plaatje"));
 }
 
 QString controleerFilm(const Opdracht& opdracht) {
@@ -279,7 +288,7 @@ QString controleerFilm(const Opdracht& opdracht) {
     if (opdracht.seconden && opdracht.lus)
         return QStringLiteral("--lus weet zelf hoe lang de film duurt, zonder --seconden");
     if (opdracht.fps) return QStringLiteral("--fps zonder getal gaat niet samen met --film");
-    return {};
+    return controleerMaat(opdracht, QLatin1String("--film"));
 }
 
 bool heeft(const Gegeven& gegeven, const char* naam) {
@@ -287,26 +296,44 @@ bool heeft(const Gegeven& gegeven, const char* naam) {
                        [&](const Optie* optie) { return optie->naam == QLatin1String(naam); });
 }
 
+// Shown, the sheet has the size of its window; in a file, it belongs to no window.
+QString controleerBlad(const Opdracht& opdracht, const Gegeven& gegeven) {
+    if (opdracht.instellingen.isEmpty() && heeft(gegeven, "schaal"))
+        return QStringLiteral(
+            "--schaal gaat alleen samen met --instellingen als die een BESTAND.png heeft");
+    if (opdracht.instellingen.isEmpty()) return {};
+    for (const char* naam : {"boven", "venstersysteem"})
+        if (heeft(gegeven, naam))
+            return QStringLiteral("--%1 gaat alleen samen met --instellingen zonder BESTAND.png")
+                .arg(QLatin1String(naam));
+    return {};
+}
+
+// The checks of one call.
+QString controleerAanroep(const Opdracht& opdracht, const Gegeven& gegeven) {
+    switch (opdracht.taak) {
+        case Taak::Plaatje:
+            return controleerPlaatje(opdracht);
+        case Taak::Film:
+            return controleerFilm(opdracht);
+        case Taak::Instellingen:
+            return controleerBlad(opdracht, gegeven);
+        default:
+            return {};
+    }
+}
+
 // Checks the options against one another after all are read. Help and version accept all options.
 QString controleer(const Opdracht& opdracht, const Gegeven& gegeven) {
     if (opdracht.taak == Taak::Hulp || opdracht.taak == Taak::Versie) return {};
     for (const Optie* optie : gegeven)
         if (QString mis = hoortElders(*optie, opdracht.taak); !mis.isEmpty()) return mis;
-    if (opdracht.taak == Taak::Plaatje && opdracht.keuze.isEmpty())
-        return QStringLiteral("--plaatje vraagt ook om --keuze");
-    if (opdracht.taak == Taak::Plaatje && isTeGroot(opdracht))
-        return QStringLiteral("--plaatje kan hoogstens 67108864 beeldpunten hebben (8192x8192)");
-    const bool film = opdracht.taak == Taak::Film;
-    if (QString mis = film ? controleerFilm(opdracht) : QString(); !mis.isEmpty()) return mis;
-    if (!film && opdracht.beeldenPerSeconde != Opdracht().beeldenPerSeconde)
+    if (QString mis = controleerAanroep(opdracht, gegeven); !mis.isEmpty()) return mis;
+    if (opdracht.taak != Taak::Film && opdracht.beeldenPerSeconde != Opdracht().beeldenPerSeconde)
         return QStringLiteral("--fps met een getal gaat alleen samen met --film");
     if (!opdracht.lijnen.isEmpty() && !keuzesMetLijnen().contains(opdracht.keuze))
         return QStringLiteral("--lijnen gaat alleen samen met --plaatje of --film, en --keuze=%1")
             .arg(opsomming(keuzesMetLijnen(), QLatin1String("of")));
-    if (opdracht.taak == Taak::Instellingen && opdracht.instellingen.isEmpty() &&
-        heeft(gegeven, "schaal"))
-        return QStringLiteral(
-            "--schaal gaat alleen samen met --instellingen als die een BESTAND.png heeft");
     return {};
 }
 

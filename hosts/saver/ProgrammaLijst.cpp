@@ -177,6 +177,15 @@ std::optional<Stuk> laatsteWaarde(const QByteArray& tekst) {
     return gevonden;
 }
 
+// Whether the file ends within the value, with a backslash that escapes nothing. It would
+// escape what is put behind it.
+bool eindigtOpen(const QByteArray& tekst, const Stuk& waarde) {
+    qsizetype eerste = waarde.einde;
+    while (eerste > waarde.begin && tekst[eerste - 1] == '\\')
+        --eerste;
+    return waarde.einde == tekst.size() && (waarde.einde - eerste) % 2 == 1;
+}
+
 // The begin of the line that contains `plaats`.
 qsizetype regelBegin(const QByteArray& tekst, qsizetype plaats) {
     return plaats == 0 ? 0 : tekst.lastIndexOf('\n', plaats - 1) + 1;
@@ -213,6 +222,8 @@ int onleesbareRegel(const QByteArray& tekst) {
             });
         if (raar != tekst.begin() + regel.einde) return regel.nummer;
         if (begin == regel.einde) continue;
+        if (const auto waarde = programmas(tekst, regel); waarde && eindigtOpen(tekst, *waarde))
+            return regel.nummer;
         qsizetype plaats = begin;
         while (plaats < regel.einde &&
                (isLetter(tekst[plaats]) || QByteArray("0123456789_.*-").contains(tekst[plaats])))

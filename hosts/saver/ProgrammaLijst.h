@@ -16,8 +16,8 @@ enum class Staat {
 };
 
 // The number of the first line, from 1, that is neither a comment nor a setting with its
-// value; 0 when the whole text is the host's. The other functions need a text with result
-// 0.
+// value, or whose list of programs the file's end cuts off behind a backslash; 0 when the
+// whole text is the host's. The other functions need a text with result 0.
 [[nodiscard]] int onleesbareRegel(const QByteArray& tekst);
 
 // Our state in the list that counts.

@@ -64,6 +64,11 @@ QString toonVerbindingen(bool json, const VerbindingWacht::Bron& bron) {
     if (gevangen != 0) Signalen::eindigDoor(gevangen);
     if (!lijnen)
         return QStringLiteral("de verbindingen zijn niet te meten: lsof ontbreekt of faalt");
+    // A table that cannot be read has no countries. A measurement without connections does
+    // not load the table.
+    (void)bron.tabel.thuis();
+    if (bron.tabel.landen().empty())
+        return QStringLiteral("de landentabel ontbreekt of is beschadigd");
     const QByteArray tekst = json ? alsJson(*lijnen) : alsTabel(*lijnen).toUtf8();
     return drukAf(tekst);
 }

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdio>
 #include <optional>
+#include <thread>
 
 #include "BrixtelSaver/InstellingenModule.h"
 #include "BrixtelSaver/SaverInstellingen.h"
@@ -94,9 +95,11 @@ int meldAan(const QString& thuis) {
 
 int hervat() {
     constexpr std::chrono::seconds kGeduld{5};
+    // The time in which a saver that was started just before comes to its lock.
+    static constexpr std::chrono::milliseconds kAanloop{300};
     brixtel::LopendeSaver saver(qEnvironmentVariable("XDG_RUNTIME_DIR"),
                                 platform::sessionAddress());
-    const QString mis = saver.beeindig(kGeduld);
+    const QString mis = saver.beeindig(kGeduld, [] { std::this_thread::sleep_for(kAanloop); });
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
@@ -298,6 +301,7 @@ int main(int argc, char** argv) {
     // Qt gets no arguments: it would take this program's options for its own.
     int geen = 1;
     const int uitgang = start(geen, argv, opdracht);
+    lopend.laatLos();
     if (uitgang < 0) brixtel::Signalen::eindigDoor(-uitgang);
     // The host waits for the end, and unloading the libraries looks up every font.
     if (opdracht.taak == Opdracht::Taak::Gastheer) {

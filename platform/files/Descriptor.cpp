@@ -46,6 +46,11 @@ int Descriptor::close() {
     return number >= 0 && ::close(number) != 0 ? errno : 0;
 }
 
+void Descriptor::take(Descriptor& other) {
+    std::swap(number_, other.number_);
+    (void)other.close();
+}
+
 int writeAll(int descriptor, std::string_view bytes) {
     const NoPipeSignal quiet;
     while (!bytes.empty()) {

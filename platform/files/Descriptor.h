@@ -18,6 +18,8 @@ class Descriptor {
     [[nodiscard]] bool isOpen() const { return number_ >= 0; }
     // Closes the descriptor at once: 0, or the error's number.
     [[nodiscard]] int close();
+    // Takes over the other's descriptor, which is then none; closes the present one.
+    void take(Descriptor& other);
 
   private:
     int number_;

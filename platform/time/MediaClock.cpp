@@ -21,7 +21,11 @@ namespace platform {
 
 namespace {
 constexpr double kNever = std::numeric_limits<double>::infinity();
-}
+
+// The shortest time on the kernel timer, in seconds. A library that makes this process's
+// clock run faster divides the time, and a time of 0 would disarm the timer.
+constexpr double kShortest = 1e-6;
+}  // namespace
 
 MediaClock::~MediaClock() {
     for (auto& timer : timers_)
@@ -96,11 +100,11 @@ struct SystemClock::Waker {
         armed = time;
         itimerspec alarm{};
         if (time != kNever) {
-            const double left = std::max(time - now, 0.0);
+            const double left = std::max(time - now, kShortest);
             const double whole = std::floor(left);
             alarm.it_value.tv_sec = static_cast<time_t>(whole);
             alarm.it_value.tv_nsec =
-                std::clamp(static_cast<long>(std::ceil((left - whole) * 1e9)), 1L, 999'999'999L);
+                std::min(static_cast<long>(std::ceil((left - whole) * 1e9)), 999'999'999L);
         }
         timerfd_settime(file.number, 0, &alarm, nullptr);
     }

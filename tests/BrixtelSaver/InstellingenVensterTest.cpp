@@ -159,6 +159,11 @@ TEST_F(Venster, OnlyATitleBarAndNothingToCloseShrinkOrGrowItWith) {
                           Qt::WindowSystemMenuHint));
 }
 
+// The panel of the desktop effects is called "Instellingen — Brixtel".
+TEST_F(Venster, ItsTitleSaysWhatItSetsAndWhose) {
+    EXPECT_EQ(maak()->windowTitle(), QStringLiteral("Schermbeveiliging instellen — Brixtel"));
+}
+
 TEST_F(Venster, NoTextIsCutOff) {
     const auto venster = maak();
     for (const QRadioButton* knop : venster->knoppen())

@@ -258,10 +258,12 @@ std::unique_ptr<Scene> makeDigitCube(std::uint64_t seed) {
     return scene;
 }
 
-std::unique_ptr<Scene> makeTunnel(std::uint64_t seed) {
+std::unique_ptr<Scene> makeTunnel(std::uint64_t seed, bool opaque) {
     RandomSource random(seed);
     auto scene = makeScene({{0, 0, 0}, 70, 1.2, {.start = 3.0, .end = 34.0, .colour = Qt::black}});
-    const MaterialPtr wall = glow(wallPicture(random), false);
+    const QImage picture = wallPicture(random);
+    const MaterialPtr wall =
+        glow(opaque ? picture.convertToFormat(QImage::Format_RGB32) : picture, false);
     wall->setWrapS(WrapMode::Repeat);
     wall->setWrapT(WrapMode::Repeat);
     auto tube = nodeOf(
@@ -355,6 +357,7 @@ std::unique_ptr<Scene> makeGlobe(std::uint64_t) {
 std::unique_ptr<Scene> makeStandIn(const QString& name, std::uint64_t seed) {
     if (name == QLatin1String("cube")) return makeDigitCube(seed);
     if (name == QLatin1String("tunnel")) return makeTunnel(seed);
+    if (name == QLatin1String("wall")) return makeTunnel(seed, true);
     if (name == QLatin1String("blocks")) return makeBlocks(seed);
     if (name == QLatin1String("globe")) return makeGlobe(seed);
     return nullptr;

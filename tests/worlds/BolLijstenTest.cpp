@@ -79,16 +79,17 @@ TEST_F(BolLijstenTest, ALabelGlidesFromItsPlaceWhenACountryComesOrGoes) {
 
 TEST_F(BolLijstenTest, AlsoWhereManyComeAtOnce) {
     const auto weinig = europa();
-    auto veel = weinig;
-    for (const auto& [code, breedte, lengte] : {std::tuple{"BE", 50.6, 4.6},
-                                                {"LU", 49.8, 6.1},
-                                                {"CH", 46.8, 8.2},
-                                                {"AT", 47.6, 14.1},
-                                                {"CZ", 49.8, 15.3},
-                                                {"PL", 52.1, 19.4},
-                                                {"DK", 56.0, 9.5},
-                                                {"IE", 53.1, -8.2}})
-        veel.insert(veel.begin(), in(code, breedte, lengte, 20));
+    std::vector<Lijn> veel;
+    for (const brixtel::Land& land : std::initializer_list<brixtel::Land>{{"BE", 50.6, 4.6},
+                                                                          {"LU", 49.8, 6.1},
+                                                                          {"CH", 46.8, 8.2},
+                                                                          {"AT", 47.6, 14.1},
+                                                                          {"CZ", 49.8, 15.3},
+                                                                          {"PL", 52.1, 19.4},
+                                                                          {"DK", 56.0, 9.5},
+                                                                          {"IE", 53.1, -8.2}})
+        veel.push_back({land, {"Proef"}, 20});
+    veel.insert(veel.end(), weinig.begin(), weinig.end());
     bol_->zetLijnen(weinig);
     verder(0.5);
     wisseltKalm(weinig, veel);

@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QBuffer>
+
+#include "tests/support/TijdelijkeMap.h"
+
 using brixtel::LandKaart;
 
 namespace {
@@ -67,6 +71,34 @@ TEST(LandKaart, LandIsDarkerThan128) {
     EXPECT_TRUE(LandKaart(beeld).isLand(0.0, 0.0));
     beeld.fill(QColor(128, 128, 128));
     EXPECT_FALSE(LandKaart(beeld).isLand(0.0, 0.0));
+}
+
+// libpng would print a line of its own.
+TEST(LandKaart, ADamagedFileIsAnAbsentMapWithoutAWord) {
+    QByteArray png;
+    QBuffer naar(&png);
+    ASSERT_TRUE(naar.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(zee({720, 360}, {0, 0}).save(&naar, "PNG"));
+    const steun::TijdelijkeMap map;
+    const auto breedteVan = [&](const QByteArray& bytes) {
+        return LandKaart::uitBestand(map.bestand("kaart.png", bytes.toStdString())).breedte();
+    };
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(breedteVan(png), 720);
+    for (const qsizetype lengte : {png.size() - 1, png.size() - 12, png.size() / 2, qsizetype{40},
+                                   qsizetype{12}, qsizetype{8}, qsizetype{3}, qsizetype{0}})
+        EXPECT_EQ(breedteVan(png.left(lengte)), 0) << lengte;
+    // One byte of the size, of the pixels, of a checksum.
+    for (const qsizetype plaats : {qsizetype{18}, png.size() / 2, png.size() - 1}) {
+        QByteArray anders = png;
+        anders[plaats] = static_cast<char>(anders[plaats] ^ 1);
+        EXPECT_EQ(breedteVan(anders), 0) << plaats;
+    }
+    QByteArray lang = png;
+    lang[8] = static_cast<char>(0xFF);  // a chunk of more than there is
+    EXPECT_EQ(breedteVan(lang), 0);
+    EXPECT_EQ(LandKaart::uitBestand("/no/such/map.png").breedte(), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 // --- the map that comes with the program ---

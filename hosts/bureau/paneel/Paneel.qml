@@ -26,18 +26,28 @@ Rectangle {
         rol.contentY = Math.max(0, Math.min(rol.contentY + kant * rol.height * 0.9, rol.contentHeight - rol.height));
     }
 
+    // Scrolls an item of the rows into sight. Of an item that is higher than the room, the
+    // upper part is in sight.
+    function schuif(wat) {
+        const y = wat.mapToItem(rol.contentItem, 0, 0).y;
+        const onder = Math.min(y + wat.height + 6, rol.contentHeight) - rol.height;
+        rol.contentY = Math.max(0, Math.min(Math.max(rol.contentY, onder), y - 6));
+    }
     // Scrolls the control with keyboard focus into sight. A control that was pressed is in
     // sight already, and must not move while the pointer holds it.
     function toon(wat) {
         if (wat?.toonFocus === false) return;
         for (let boven = wat; boven; boven = boven.parent)
             if (boven === rijen) {
-                const y = wat.mapToItem(rol.contentItem, 0, 0).y;
-                if (y - 6 < rol.contentY) rol.contentY = Math.max(0, y - 6);
-                else if (y + wat.height + 6 > rol.contentY + rol.height)
-                    rol.contentY = Math.min(y + wat.height + 6, rol.contentHeight) - rol.height;
+                schuif(wat);
                 return;
             }
+    }
+    // Opens or closes a row. The last rows open below the edge, so that an opened row scrolls.
+    function wissel(rij) {
+        rij.open = !rij.open;
+        rijen.forceLayout();
+        if (rij.open) schuif(rij);
     }
     Connections {
         target: blad.Window.window
@@ -81,13 +91,14 @@ Rectangle {
             spacing: 4
 
             BXRij {
+                id: regenRij
                 width: parent.width
                 titel: "Regen over het bureaublad"
                 status: blad.paneel.regenStatus
                 aan: blad.paneel.regen
                 onGewisseld: (nu) => blad.paneel.regen = nu
                 open: true
-                onWissel: open = !open
+                onWissel: blad.wissel(regenRij)
                 Regen { width: parent.width; paneel: blad.paneel }
             }
             BXMelding {
@@ -97,23 +108,25 @@ Rectangle {
                 tekst: blad.paneel.regenMelding
             }
             BXRij {
+                id: zwartRij
                 width: parent.width
                 titel: "Zwart scherm"
                 status: blad.paneel.zwartStatus
                 aan: blad.paneel.zwart
                 onGewisseld: (nu) => blad.paneel.zwart = nu
                 open: true
-                onWissel: open = !open
+                onWissel: blad.wissel(zwartRij)
                 Zwart { width: parent.width; paneel: blad.paneel }
             }
             BXRij {
+                id: muziekRij
                 width: parent.width
                 titel: "Muziek volgen"
                 status: blad.paneel.muziek ? "aan" : "uit"
                 aan: blad.paneel.muziek
                 onGewisseld: (nu) => blad.paneel.muziek = nu
                 open: true
-                onWissel: open = !open
+                onWissel: blad.wissel(muziekRij)
                 Muziek { width: parent.width; paneel: blad.paneel }
             }
             BXMelding {
@@ -123,23 +136,25 @@ Rectangle {
                 tekst: "Er is geen geluidsserver, dus er is geen muziek om te volgen. Zodra er een is, gaat het vanzelf."
             }
             BXRij {
+                id: saverRij
                 width: parent.width
                 titel: "Schermbeveiliging"
                 status: blad.paneel.saver
                 aan: true
                 schakelbaar: false
                 open: true
-                onWissel: open = !open
+                onWissel: blad.wissel(saverRij)
                 Saver { width: parent.width; paneel: blad.paneel }
             }
             BXRij {
+                id: rustRij
                 width: parent.width
                 titel: "Na rust"
                 status: blad.paneel.rustStatus
                 aan: true
                 schakelbaar: false
                 open: false
-                onWissel: open = !open
+                onWissel: blad.wissel(rustRij)
                 Rust { width: parent.width; paneel: blad.paneel }
             }
             BXMelding {
@@ -149,13 +164,14 @@ Rectangle {
                 tekst: blad.paneel.rustMelding
             }
             BXRij {
+                id: brixtelRij
                 width: parent.width
                 titel: "Brixtel"
-                status: blad.paneel.autostart ? "start mee" : ""
+                status: blad.paneel.autostart ? "start mee" : "start niet mee"
                 aan: true
                 schakelbaar: false
                 open: false
-                onWissel: open = !open
+                onWissel: blad.wissel(brixtelRij)
                 Algemeen { width: parent.width; paneel: blad.paneel }
             }
         }

@@ -17,6 +17,12 @@ constexpr double kLampDuur = 0.15;     // seconds that a beat lights the lamp
 constexpr double kTeLaat = 0.5;        // seconds, after which a beat lights nothing
 constexpr double kStappen = 50.0;      // of the meter; equal steps draw nothing
 
+// The nearest hundredth. A slider's step is a product of its step size and a count, which
+// leaves a rest in the last digits.
+double opHonderdsten(double waarde) {
+    return std::round(waarde * 100.0) / 100.0;
+}
+
 QString metHoofdletter(QString tekst) {
     if (!tekst.isEmpty()) tekst[0] = tekst[0].toUpper();
     return tekst;
@@ -130,11 +136,11 @@ void PaneelStaat::kies(T BureauKeuzes::*keuze, const T& waarde) {
 }
 
 void PaneelStaat::zetDichtheid(double dichtheid) {
-    kies(&BureauKeuzes::dichtheid, dichtheid);
+    kies(&BureauKeuzes::dichtheid, opHonderdsten(dichtheid));
 }
 
 void PaneelStaat::zetSnelheid(double snelheid) {
-    kies(&BureauKeuzes::snelheid, snelheid);
+    kies(&BureauKeuzes::snelheid, opHonderdsten(snelheid));
 }
 
 void PaneelStaat::zetSoort(const QString& soort) {

@@ -49,9 +49,13 @@ void main() {
     // an unlimited span, software OpenGL looks at every repeat and takes seconds.
     vec2 span = fwidth(pictureCoord);
     float few = min(1.0, 4.0 / max(max(span.x, span.y), 1e-6));
-    // Half a level finer than the driver's choice, which blurs. A whole level would be sharper
-    // still, but digits of two pixels would twinkle.
+#ifdef FADING
+    // Half a level finer than the driver's choice, which blurs digits. A whole level would be
+    // sharper still, but digits of two pixels would twinkle, as a far wall does by half a one.
     colour *= texture(picture, pictureCoord * few, -0.5);
+#else
+    colour *= texture(picture, pictureCoord * few);
+#endif
 #endif
 #ifdef FADING
     // The share of the pixel that the picture covers, on each of its axes. A picture of a

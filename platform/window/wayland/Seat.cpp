@@ -140,6 +140,11 @@ void Seat::setCursorSource(wl_compositor* compositor, wl_shm* shm) {
     shm_ = shm;
 }
 
+// Each target hears of all keyboards.
+void Seat::tellOfKeyboard() {
+    if (!targets_.empty()) targets_.begin()->second->keyboardChanged();
+}
+
 void Seat::setCapabilities(std::uint32_t capabilities) {
     const bool keyboard = (capabilities & WL_SEAT_CAPABILITY_KEYBOARD) != 0;
     const bool pointer = (capabilities & WL_SEAT_CAPABILITY_POINTER) != 0;
@@ -147,9 +152,11 @@ void Seat::setCapabilities(std::uint32_t capabilities) {
     if (keyboard && !keyboard_) {
         keyboard_.reset(wl_seat_get_keyboard(seat_.get()));
         wl_keyboard_add_listener(keyboard_.get(), &Listeners::kKeyboard, this);
+        tellOfKeyboard();
     } else if (!keyboard && keyboard_) {
         keyboard_.reset();
         setKeyTarget(nullptr);
+        tellOfKeyboard();
     }
     if (pointer && !pointer_) {
         pointer_.reset(wl_seat_get_pointer(seat_.get()));

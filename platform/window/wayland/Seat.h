@@ -23,6 +23,7 @@ class InputTarget {
     // In the surface's points, y down.
     virtual void pointerMoved(QPointF at) = 0;
     virtual void buttonPressed(Button button, QPointF at) = 0;
+    // The target got or lost the keyboard, or the seat did.
     virtual void keyboardChanged() = 0;
     // Whether the pointer is hidden over the surface.
     [[nodiscard]] virtual bool hidesCursor() const = 0;
@@ -72,6 +73,7 @@ class Seat {
     [[nodiscard]] InputTarget* targetOf(wl_surface* surface) const;
     void setCapabilities(std::uint32_t capabilities);
     void setKeyTarget(InputTarget* target);
+    void tellOfKeyboard();
     void key(std::uint32_t key, bool pressed);
     void repeatEnds();
     void showCursor();

@@ -131,7 +131,7 @@ class ShellSurface {
     QSize asked_;                        // a toplevel's size, until its surface is configured
     std::optional<double> wantedScale_;  // the compositor's scale for this surface
     int wholeScale_ = 1;                 // the scale of the surface's display
-    // What the last picture was shown with.
+    // The state that the last picture was shown with.
     QSize destination_;
     int bufferScale_ = 1;
     QSize opaqueSize_;

@@ -29,6 +29,14 @@ const wl_callback_listener WaylandWindow::kAgain = {
         self.follow();
     }};
 
+const wl_callback_listener WaylandWindow::kSettled = {
+    .done = [](void* data, wl_callback*, std::uint32_t) {
+        auto& self = *static_cast<WaylandWindow*>(data);
+        self.settling_.reset();
+        self.hadChance_ = self.hadChance_ || self.hasExclusive_;
+        self.focusChanged();
+    }};
+
 WaylandWindow::WaylandWindow(WaylandSystem& system, const NativeWindowOptions& options,
                              NativeWindowDelegate& delegate)
     : system_(system),
@@ -173,23 +181,39 @@ void WaylandWindow::makeSurface() {
                                       : fillsDisplay() ? ShellSurface::Role::FullScreen
                                                        : ShellSurface::Role::Window,
                               .output = on,
-                              .takesKeyboard = takesKeyboard_,
+                              .takesKeyboard = wantsKeyboard(),
                               .aboveAll = isSurelyUnlocked(),
                               .takesInput = !options_.ignoresMouse,
                               .title = options_.window.title},
         *this, *this);
     configured_ = {};
+    hasExclusive_ = wantsKeyboard();
     hadChance_ = isSurelyUnlocked();
+}
+
+bool WaylandWindow::wantsKeyboard() const {
+    return takesKeyboard_ &&
+           (!isOverlay() || !connection_.locksAreOverlays() || connection_.seat().hasAnyKeyboard());
+}
+
+void WaylandWindow::followKeyboard() {
+    if (!surface_ || std::exchange(hasExclusive_, wantsKeyboard()) == wantsKeyboard()) return;
+    surface_->setTakesKeyboard(hasExclusive_);
+    // Until the compositor has acted, the keyboard and the focus tell nothing.
+    hadChance_ = false;
+    settling_.reset(wl_display_sync(connection_.display()));
+    wl_callback_add_listener(settling_.get(), &kSettled, this);
 }
 
 bool WaylandWindow::isSurelyUnlocked() const {
     if (!isOverlay() || !connection_.locksAreOverlays()) return true;
-    if (!takesKeyboard_) return connection_.toplevels().isAnyActive();
-    return !connection_.seat().hasAnyKeyboard() || connection_.seat().keyTarget() != nullptr;
+    if (!wantsKeyboard()) return connection_.toplevels().isAnyActive();
+    return connection_.seat().keyTarget() != nullptr;
 }
 
 void WaylandWindow::focusChanged() {
     if (!surface_) return;
+    followKeyboard();
     const bool unlocked = isSurelyUnlocked();
     surface_->setAboveAll(unlocked);
     hadChance_ = hadChance_ || unlocked;
@@ -206,6 +230,7 @@ void WaylandWindow::endSurface() {
     if (!surface_) return;
     place_->close();
     surface_.reset();
+    settling_.reset();
     if (std::exchange(resting_, false)) system_.restingChanged();
     // The compositor reads no buffer of an ended surface.
     ring_->endNames();
@@ -225,8 +250,7 @@ void WaylandWindow::outputsChanged() {
 }
 
 void WaylandWindow::takeKeyboard() {
-    if (std::exchange(takesKeyboard_, true) || !surface_) return;
-    surface_->setTakesKeyboard(true);
+    if (!std::exchange(takesKeyboard_, true)) followKeyboard();
 }
 
 bool WaylandWindow::hasKeyboard() const {
@@ -331,8 +355,9 @@ void WaylandWindow::updateReadiness() {
 
 void WaylandWindow::frameDone() {
     // A surface that shows a picture has the keyboard by now, if it can have it.
+    if (hasExclusive_ && !settling_ && !std::exchange(hadChance_, true)) focusChanged();
+    if (!surface_) return;
     place_->answered();
-    if (!std::exchange(hadChance_, true)) focusChanged();
     // A picture may have been painted while the compositor was busy with the previous one.
     showPainted();
     updateReadiness();

@@ -69,7 +69,7 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     [[nodiscard]] QPointF onScreen(QPointF at) const;
 
   private:
-    static const wl_callback_listener kAgain;
+    static const wl_callback_listener kAgain, kSettled;
     void keyPressed(const KeyEvent& event) override;
     void pointerMoved(QPointF at) override;
     void buttonPressed(Button button, QPointF at) override;
@@ -85,6 +85,10 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     // Whether the focus says that no lock can be there; always true where the compositor
     // keeps locks above everything.
     [[nodiscard]] bool isSurelyUnlocked() const;
+    // Whether the surface is to have the keyboard now. Where lockers are overlays, a seat
+    // without a keyboard leaves the focus where it is, so that the focus tells of a lock.
+    [[nodiscard]] bool wantsKeyboard() const;
+    void followKeyboard();
     [[nodiscard]] bool isOpaque() const { return options_.window.opaque; }
     [[nodiscard]] bool fillsDisplay() const;
     [[nodiscard]] const Output* output() const;
@@ -109,6 +113,7 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     bool hadChance_ = false;  // of the keyboard, since this surface was made
     bool resting_ = false;    // a lock seems to have that keyboard
     bool takesKeyboard_;
+    bool hasExclusive_ = false;  // the surface asks for the keyboard
     int takenTimes_ = 0;
     QSize configured_;  // points; empty where the compositor left it open
     QString outputName_;
@@ -118,7 +123,8 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     ShmBuffers buffers_;
     const std::shared_ptr<EglPlace> place_;
     std::unique_ptr<ShellSurface> surface_;
-    Proxy<wl_callback> again_;  // while a closed surface may be made again
+    Proxy<wl_callback> again_;     // while a closed surface may be made again
+    Proxy<wl_callback> settling_;  // while the compositor moves the keyboard
     std::vector<QRect> damage_, boxes_;
     QSocketNotifier painted_, drawn_;
 };

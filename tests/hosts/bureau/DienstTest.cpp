@@ -74,6 +74,7 @@ TEST_F(Dienst, AChoiceThatCannotBeKeptHoldsAndIsSaidNotToBe) {
          {std::pair<const char*, QVariant>("ZetDichtheid", 0.1), {"ZetMuziek", true}}) {
         const QDBusMessage antwoord = beller->roep(methode, {waarde});
         EXPECT_EQ(antwoord.type(), QDBusMessage::ErrorMessage) << methode;
+        EXPECT_EQ(antwoord.errorName(), kNietBewaard);
         EXPECT_TRUE(antwoord.errorMessage().contains(QStringLiteral("niet te bewaren")))
             << qPrintable(antwoord.errorMessage());
         klok.advance(1.0);
@@ -86,12 +87,15 @@ TEST_F(Dienst, AChoiceThatCannotBeKeptHoldsAndIsSaidNotToBe) {
 
 // The owner may be stopped, and do it when it goes on.
 TEST(KlantFout, NoAnswerIsSaidNotToBeARefusal) {
-    const auto tekst = [](const char* fout) {
-        return brixtel::foutTekst(QDBusMessage::createError(QLatin1String(fout), QString()));
+    const auto tekst = [](const char* fout, brixtel::Vraagt vraagt = brixtel::Vraagt::Daad) {
+        return brixtel::foutTekst(QDBusMessage::createError(QLatin1String(fout), QString()),
+                                  vraagt);
     };
     EXPECT_EQ(tekst("org.freedesktop.DBus.Error.NoReply"),
               QStringLiteral("de draaiende brixtel-bureau antwoordt niet; wat gevraagd is kan "
                              "later nog gebeuren"));
+    EXPECT_EQ(tekst("org.freedesktop.DBus.Error.NoReply", brixtel::Vraagt::Stand),
+              QStringLiteral("de draaiende brixtel-bureau antwoordt niet"));
     EXPECT_EQ(tekst("org.freedesktop.DBus.Error.ServiceUnknown"),
               QStringLiteral("brixtel-bureau draait niet meer"));
 }

@@ -119,6 +119,13 @@ TEST(BureauOpdracht, ABadArgumentGetsOneClearDutchLine) {
                               "--autostart",
                               "--autostart=ja",
                               "--stand --versie",
+                              "--versie --toon-zwart",
+                              "--help --stop",
+                              "--help --autostart=aan",
+                              "--versie --dienst",
+                              "--stand --dienst",
+                              "--stand --venstersysteem=auto",
+                              "--paneel --dienst",
                               "--stop=nu"}) {
         const QString fout = mis(QString::fromUtf8(regel).split(u' ', Qt::SkipEmptyParts));
         EXPECT_TRUE(fout.startsWith(QLatin1String("brixtel-bureau: "))) << regel;
@@ -137,6 +144,32 @@ TEST(BureauOpdracht, HelpVersionNumbersAndTypingErrorsAreTakenAsPeopleWriteThem)
         mis({QStringLiteral("--snelhied=2")}).contains(QStringLiteral("; bedoelt u --snelheid?")));
     EXPECT_TRUE(
         mis({QStringLiteral("--snelheid=5")}).contains(QStringLiteral("van 0,2 tot en met 4,")));
+}
+
+TEST(BureauOpdracht, AnOptionOfAnotherCallIsRefused) {
+    const std::pair<QStringList, const char*> paren[] = {
+        {{QStringLiteral("--versie"), QStringLiteral("--toon-zwart")},
+         "--toon-zwart gaat niet samen met --versie "},
+        {{QStringLiteral("--muziek=aan"), QStringLiteral("-h")},
+         "--muziek gaat niet samen met --help "},
+        {{QStringLiteral("--dienst"), QStringLiteral("--stand")},
+         "--dienst gaat niet samen met --stand "},
+        {{QStringLiteral("--paneel"), QStringLiteral("--dienst")},
+         "--dienst gaat niet samen met --paneel "}};
+    for (const auto& [woorden, verwacht] : paren)
+        EXPECT_TRUE(mis(woorden).contains(QLatin1String(verwacht))) << qPrintable(mis(woorden));
+    EXPECT_EQ(goed("--venstersysteem=auto --help").taak, Taak::Hulp);
+    EXPECT_EQ(goed("--dienst --toon-regen").verzoeken, std::vector{verzoek("ToonRegen")});
+    EXPECT_EQ(goed("--paneel --stand").verzoeken, std::vector{verzoek("ToonPaneel")});
+    EXPECT_EQ(goed("--autostart=aan --stand").taak, Taak::Stand);
+}
+
+TEST(BureauOpdracht, ABeginningAndAMistypedKindAreAnsweredWithTheNearest) {
+    EXPECT_TRUE(mis({QStringLiteral("--sluit")})
+                    .contains(QStringLiteral(
+                        "; bedoelt u --sluit-regen, --sluit-zwart of --sluit-alles? (")));
+    EXPECT_TRUE(mis({QStringLiteral("--toon-zwart=tunel")})
+                    .contains(QStringLiteral("; bedoelt u tunnel? (")));
 }
 
 TEST(BureauOpdracht, TheHelpNamesEveryOption) {

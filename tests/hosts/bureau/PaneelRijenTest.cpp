@@ -40,6 +40,7 @@ TEST_F(PaneelRijen, TheProgramsRowBeginsClosedAndHoldsItsStartAndTheDefaults) {
     druk(QAccessible::Button, "Toon de opties van Brixtel");
     kalmeer();
     EXPECT_FALSE(isAan("Start bij het aanmelden"));
+    EXPECT_TRUE(vind(QAccessible::StaticText, "start niet mee"));
     schakel("Start bij het aanmelden");
     EXPECT_TRUE(QFile::exists(bestand));
     EXPECT_TRUE(isAan("Start bij het aanmelden"));
@@ -82,6 +83,42 @@ TEST_F(PaneelRijen, FourRowsBeginOpenAndCanBeClosed) {
         EXPECT_TRUE(
             until([&] { return item("rol")->property("contentHeight").toInt() < hoog - 40; }));
     }
+}
+
+// The last two rows stand at the lower edge of the first size.
+TEST_F(PaneelRijen, AnOpenedRowIsInSight) {
+    auto* const top = QAccessible::queryAccessibleInterface(view());
+    const auto* const rol = item("rol");
+    const auto plek = [&] { return rol->property("contentY").toDouble(); };
+    const auto open = [&](const QString& titel) -> QQuickItem* {
+        auto* const dicht = pijl(top, "Toon de opties", titel);
+        if (!dicht) return nullptr;
+        dicht->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        kalmeer();
+        return qobject_cast<QQuickItem*>(vind(QAccessible::Grouping, qPrintable(titel))->object());
+    };
+    ASSERT_EQ(plek(), 0.0);
+    for (const auto& titel : {QStringLiteral("Na rust"), QStringLiteral("Brixtel")}) {
+        const QQuickItem* const rij = open(titel);
+        ASSERT_NE(rij, nullptr) << qPrintable(titel);
+        const QRectF vlak = rij->mapRectToItem(rol, {{}, rij->size()});
+        EXPECT_GE(vlak.top(), 0.0) << qPrintable(titel);
+        EXPECT_LE(vlak.bottom(), rol->height()) << qPrintable(titel);
+    }
+    EXPECT_GT(plek(), 0.0);
+    // A row higher than the room shows its head; a closed row scrolls nothing.
+    view()->setMinimumSize({});
+    view()->resize(300, 140);
+    ASSERT_TRUE(until([this] { return blad()->size() == QSizeF(300, 140); }));
+    pijl(top, "Verberg de opties", QStringLiteral("Regen over het bureaublad"))
+        ->actionInterface()
+        ->doAction(QAccessibleActionInterface::pressAction());
+    kalmeer();
+    const QQuickItem* const rij = open(QStringLiteral("Regen over het bureaublad"));
+    ASSERT_NE(rij, nullptr);
+    ASSERT_GT(rij->height(), rol->height());
+    EXPECT_GE(rij->mapRectToItem(rol, {{}, rij->size()}).top(), 0.0);
+    EXPECT_LE(rij->mapRectToItem(rol, {{}, rij->size()}).top(), 7.0);
 }
 
 // Whatever is open and whatever notice is there.

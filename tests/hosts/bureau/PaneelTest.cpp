@@ -292,6 +292,22 @@ TEST_F(OpHetPaneel, ArrowsMoveASliderByOneStepAndWithShiftByTen) {
     EXPECT_NEAR(nu().keuzes.dichtheid, 0.7, 1e-9);
 }
 
+// Six steps of 0.1 are not 0.6 in binary.
+TEST_F(OpHetPaneel, ASlidersValueHasNoDigitsThatNobodyChose) {
+    bureau->zetKeuzes({.dichtheid = 0.65, .snelheid = 0.5});
+    for (const auto& [naam, keuze, waarde] :
+         {std::tuple("Dichtheid", &BureauKeuzes::dichtheid, 0.7),
+          {"Snelheid", &BureauKeuzes::snelheid, 0.6}}) {
+        for (int keer = 0; keer < 40 && SchuifFocus::gedeeld().actiefNaam() != QLatin1String(naam);
+             ++keer)
+            QTest::keyClick(view(), Qt::Key_Tab);
+        QTest::keyClick(view(), Qt::Key_Right);
+        EXPECT_EQ(nu().keuzes.*keuze, waarde) << naam;
+    }
+    vind(QAccessible::Slider, "Snelheid")->valueInterface()->setCurrentValue(2.1090047393364926);
+    EXPECT_EQ(nu().keuzes.snelheid, 2.11);
+}
+
 TEST_F(OpHetPaneel, EscapeClosesItAndItOpensAnew) {
     QTest::keyClick(view(), Qt::Key_Escape);
     ASSERT_TRUE(until([this] { return !paneel->isOpen(); }));

@@ -158,8 +158,8 @@ TEST_F(Sessie, ASecondStartAsksTheFirst) {
     ASSERT_TRUE(begin());
     const auto tweede = draai("--dichtheid=0.25 --snelheid 3 --muziek=aan --rust=1 --stand");
     EXPECT_EQ(tweede.uitgang, 0);
-    EXPECT_EQ(tweede.uit, QStringLiteral("zwart scherm: uit\nregen: uit\ndichtheid: 0,25\n"
-                                         "snelheid: 3\nmuziek: aan\nna rust: 1 minuut\n"));
+    EXPECT_EQ(tweede.uit, QStringLiteral("zwart scherm: uit\nregen: uit\ndichtheid: 25%\n"
+                                         "snelheid: 3,0 ×\nmuziek: aan\nna rust: 1 minuut\n"));
     EXPECT_EQ(tweede.fouten, QString());
     EXPECT_EQ(draai("--dienst").uitgang, 0);
     EXPECT_EQ(eigenaar.state(), QProcess::Running);
@@ -236,6 +236,23 @@ TEST_F(Sessie, ABlackScreenUnderASaverIsOneDutchLineAndStatusOne) {
     EXPECT_EQ(groen(), 0.0);
 }
 
+// A folder in the place of the settings' file.
+TEST_F(Sessie, AChoiceThatCannotBeKeptHoldsInTheOwnerThatItStarts) {
+    ASSERT_TRUE(
+        QDir(thuis.path()).mkpath(QStringLiteral(".config/nl.groenlicht.brixtel.bureau.conf")));
+    ASSERT_TRUE(begin({QStringLiteral("--dichtheid=0.4"), QStringLiteral("--snelheid=2"),
+                       QStringLiteral("--toon-zwart=kubus")}));
+    EXPECT_TRUE(meldt("zwart scherm: aan (kubus)\nregen: uit\ndichtheid: 40%\nsnelheid: 2,0"));
+    const QByteArray fouten = eigenaar.readAllStandardError();
+    EXPECT_EQ(fouten.count("niet te bewaren"), 1) << fouten.constData();
+    // A later call's choice holds too, and the rest of that call is done.
+    const auto later = draai("--dichtheid=0.6 --sluit-zwart --stand");
+    EXPECT_EQ(later.uitgang, 1);
+    EXPECT_TRUE(later.fouten.contains(QStringLiteral("niet te bewaren")));
+    EXPECT_TRUE(
+        later.uit.startsWith(QStringLiteral("zwart scherm: uit\nregen: uit\ndichtheid: 60%\n")));
+}
+
 TEST_F(Sessie, BadUseIsOneDutchLineAndStatusTwo) {
     const auto fout = draai("--wissel-zwart=zebra");
     EXPECT_EQ(fout.uitgang, 2);
@@ -290,6 +307,27 @@ TEST_F(Sessie, WithoutABusOrADisplayItSaysSo) {
     EXPECT_TRUE(proces.readAllStandardError().contains("er is geen scherm"));
 }
 
+// The server ends with its last client, as the server of a single session does.
+TEST_F(Sessie, AnOwnerThatIsTheDisplaysOnlyClientStarts) {
+    QProcess alleen;
+    alleen.start(QStringLiteral("Xvfb"),
+                 QStringLiteral("-displayfd 1 -nolisten tcp -terminate").split(u' '));
+    ASSERT_TRUE(until([&] { return alleen.canReadLine(); }));
+    QProcessEnvironment waarden = omgeving();
+    waarden.insert(QStringLiteral("DISPLAY"),
+                   u':' + QString::fromLatin1(alleen.readLine()).trimmed());
+    eigenaar.setProcessEnvironment(waarden);
+    eigenaar.start(QStringLiteral(BRIXTEL_BUILD_DIR "/bin/brixtel-bureau"),
+                   {QStringLiteral("--dienst")});
+    EXPECT_TRUE(until([this] {
+        return draai("--stand").uitgang == 0 || eigenaar.state() == QProcess::NotRunning;
+    }));
+    EXPECT_EQ(eigenaar.state(), QProcess::Running) << eigenaar.readAllStandardError().constData();
+    EXPECT_EQ(draai("--stop").uitgang, 0);
+    EXPECT_TRUE(eindigt());
+    EXPECT_TRUE(until([&] { return alleen.state() == QProcess::NotRunning; }));
+}
+
 TEST_F(Sessie, AnOwnerThatIsKilledLeavesNothingAndANewOneStarts) {
     ASSERT_TRUE(begin({QStringLiteral("--dichtheid=0.5"), QStringLiteral("--toon-zwart")}));
     ASSERT_TRUE(until([this] { return groen() > 0.02; }, 20'000));
@@ -298,7 +336,7 @@ TEST_F(Sessie, AnOwnerThatIsKilledLeavesNothingAndANewOneStarts) {
     EXPECT_TRUE(until([this] { return groen() == 0.0; }));
     EXPECT_TRUE(until([this] { return draai("--stand").uitgang == 1; }));
     ASSERT_TRUE(begin());
-    EXPECT_TRUE(meldt("dichtheid: 0,5\n"));
+    EXPECT_TRUE(meldt("dichtheid: 50%\n"));
 }
 
 TEST_F(Sessie, AStartWhileTheOwnerGoesTakesItsPlace) {

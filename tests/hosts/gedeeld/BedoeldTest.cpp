@@ -33,10 +33,28 @@ TEST(Afstand, OfTwoNeighboursThatChangedPlacesIsOne) {
 TEST(Bedoeld, IsTheNearestAndTheFirstOfEquals) {
     const QStringList alle{QStringLiteral("meet"), QStringLiteral("maat"), QStringLiteral("na"),
                            QStringLiteral("venster")};
-    EXPECT_EQ(bedoeld(QStringLiteral("venstr"), alle), QStringLiteral("venster"));
-    EXPECT_EQ(bedoeld(QStringLiteral("maatt"), alle), QStringLiteral("maat"));
-    EXPECT_EQ(bedoeld(QStringLiteral("meat"), alle), QStringLiteral("meet"));
-    EXPECT_EQ(bedoeld(QStringLiteral("maat"), alle), QStringLiteral("maat"));
+    EXPECT_EQ(bedoeld(QStringLiteral("venstr"), alle), QStringList{QStringLiteral("venster")});
+    EXPECT_EQ(bedoeld(QStringLiteral("maatt"), alle), QStringList{QStringLiteral("maat")});
+    EXPECT_EQ(bedoeld(QStringLiteral("meat"), alle), QStringList{QStringLiteral("meet")});
+    EXPECT_EQ(bedoeld(QStringLiteral("maat"), alle), QStringList{QStringLiteral("maat")});
+}
+
+TEST(Bedoeld, IsWhatBeginsWithTheWordUnlessThatIsMuch) {
+    QStringList alle{QStringLiteral("sluit-regen"), QStringLiteral("sluit-zwart"),
+                     QStringLiteral("sluit-alles"), QStringLiteral("dichtheid")};
+    EXPECT_EQ(bedoeld(QStringLiteral("dich"), alle), QStringList{QStringLiteral("dichtheid")});
+    EXPECT_EQ(bedoeld(QStringLiteral("di"), alle), QStringList{QStringLiteral("dichtheid")});
+    EXPECT_EQ(bedoeld(QStringLiteral("sluit"), alle), alle.mid(0, 3));
+    EXPECT_TRUE(bedoeld(QStringLiteral("d"), alle).isEmpty());
+    alle << QStringLiteral("sluit-nog-een");
+    EXPECT_TRUE(bedoeld(QStringLiteral("sluit"), alle).isEmpty());
+}
+
+TEST(Bedoeld, AllowsTwoEditsInFiveLettersAndNoMore) {
+    const QStringList alle{QStringLiteral("keuze"), QStringLiteral("maat")};
+    EXPECT_EQ(bedoeld(QStringLiteral("keus"), alle), QStringList{QStringLiteral("keuze")});
+    EXPECT_TRUE(bedoeld(QStringLiteral("klas"), alle).isEmpty());
+    EXPECT_TRUE(bedoeld(QStringLiteral("moot"), alle).isEmpty());
 }
 
 TEST(Bedoeld, IsNothingWhereNothingIsNear) {

@@ -133,9 +133,51 @@ TEST_F(FilmTest, AnFfmpegThatFailsLeavesTheOldFilmAndNothingElse) {
     programma.draai({QStringLiteral("--film"), in("f.webm"), QStringLiteral("--keuze=regen"),
                      QStringLiteral("--maat=640x480"), QStringLiteral("--seconden=2")});
     EXPECT_EQ(programma.uitgang(), 1);
-    EXPECT_TRUE(programma.fouten().contains("ffmpeg kan"));
+    EXPECT_EQ(programma.fouten(),
+              "brixtel-saver: ffmpeg kan '" + QFile::encodeName(in("f.webm")) + "' niet maken\n");
     EXPECT_EQ(inhoud("f.webm"), "oud");
     EXPECT_EQ(bestanden(), (QStringList{QStringLiteral("f.webm"), QStringLiteral("ffmpeg")}));
+}
+
+// The tool's own words come after the line that names the film, and as a part of it.
+TEST_F(FilmTest, WhatFfmpegSaysFirstIsInTheOneLine) {
+    maakFfmpeg(
+        "/bin/cat > /dev/null\n"
+        "echo '[libvpx-vp9 @ 0x55d] Failed to initialize encoder' >&2\n"
+        "echo 'Conversion failed!' >&2\nexit 1\n");
+    programma.draai({QStringLiteral("--film"), in("f.webm"), QStringLiteral("--keuze=regen"),
+                     QStringLiteral("--maat=64x48"), QStringLiteral("--seconden=1"),
+                     QStringLiteral("--fps=1")});
+    EXPECT_EQ(programma.uitgang(), 1);
+    EXPECT_EQ(programma.fouten(), "beeld 1 van 1\nbrixtel-saver: ffmpeg kan '" +
+                                      QFile::encodeName(in("f.webm")) +
+                                      "' niet maken: Failed to initialize encoder\n");
+}
+
+// More than a pipe holds.
+TEST_F(FilmTest, AnFfmpegThatSaysMuchIsReadToItsEnd) {
+    maakFfmpeg(
+        "i=0; while [ $i -lt 3000 ]; do i=$((i+1));"
+        " echo \"regel $i van het vele dat het zegt\" >&2; done\n"
+        "/bin/cat > /dev/null\nexit 1\n");
+    programma.draai({QStringLiteral("--film"), in("f.webm"), QStringLiteral("--keuze=regen"),
+                     QStringLiteral("--maat=64x48"), QStringLiteral("--seconden=1"),
+                     QStringLiteral("--fps=1")});
+    EXPECT_EQ(programma.uitgang(), 1);
+    EXPECT_TRUE(programma.fouten().endsWith("niet maken: regel 1 van het vele dat het zegt\n"));
+}
+
+TEST_F(FilmTest, ProgressInAFileIsTwentyLines) {
+    maakFfmpeg("/bin/cat > \"$uit\"\n");
+    programma.draai({QStringLiteral("--film"), in("f.webm"), QStringLiteral("--keuze=regen"),
+                     QStringLiteral("--maat=64x48"), QStringLiteral("--seconden=45"),
+                     QStringLiteral("--fps=1")});
+    EXPECT_EQ(programma.uitgang(), 0);
+    const QByteArray gezegd = programma.fouten();
+    EXPECT_FALSE(gezegd.contains('\r'));
+    EXPECT_EQ(gezegd.count('\n'), 20);
+    EXPECT_TRUE(gezegd.startsWith("beeld 3 van 45\nbeeld 5 van 45\n")) << gezegd.constData();
+    EXPECT_TRUE(gezegd.endsWith("\nbeeld 45 van 45\n"));
 }
 
 TEST_F(FilmTest, AnInterruptLeavesTheOldFilmAndNothingElse) {
@@ -146,9 +188,10 @@ TEST_F(FilmTest, AnInterruptLeavesTheOldFilmAndNothingElse) {
         ander.zet(QStringLiteral("PATH"), map.path());
         ander.zet(QStringLiteral("TMPDIR"), map.path());
         ander.start({QStringLiteral("--film"), in("f.webm"), QStringLiteral("--keuze=regen"),
-                     QStringLiteral("--maat=320x240"), QStringLiteral("--seconden=900")});
+                     QStringLiteral("--maat=64x48"), QStringLiteral("--seconden=9000"),
+                     QStringLiteral("--fps=1")});
         QByteArray gezegd;
-        ASSERT_TRUE(until([&] { return (gezegd += ander.fouten()).contains("beeld 3 van"); }));
+        ASSERT_TRUE(until([&] { return (gezegd += ander.fouten()).contains("beeld 450 van"); }));
         kill(static_cast<pid_t>(ander.nummer()), signaal);
         EXPECT_TRUE(ander.wacht());
         EXPECT_EQ(inhoud("f.webm"), "oud");
@@ -163,7 +206,8 @@ TEST_F(FilmTest, APlaceThatMayNotBeWrittenIsSaidBeforeAPictureIsDrawn) {
                      QStringLiteral("--maat=320x240"), QStringLiteral("--seconden=1")});
     EXPECT_EQ(programma.uitgang(), 1);
     EXPECT_EQ(programma.fouten(), "brixtel-saver: '" + QFile::encodeName(in("weg/f.webm")) +
-                                      "' kan niet geschreven worden: dat is er niet\n");
+                                      "' kan niet geschreven worden: de map '" +
+                                      QFile::encodeName(in("weg")) + "' is er niet\n");
 }
 
 // The film's own place is good.
@@ -206,11 +250,26 @@ TEST(FilmOpdrachtTest, WhatDoesNotGoTogetherIsRefused) {
           "--film=x.webm --keuze=bol --seconden=1 --fps",
           "--film=x.webm --keuze=bol --seconden=1 --fps=0",
           "--film=x.webm --keuze=bol --seconden=1 --fps=241",
+          "--film=x.webm --keuze=bol --seconden=1 --maat=8193x8192",
+          "--film=x.webm --keuze=bol --lus --maat=4097x4096 --schaal=2",
           "--film=x.webm --keuze=kubus --seconden=1 --lijnen=x.json",
           "--film=x.webm --plaatje=x.png --keuze=bol --seconden=1", "--lus", "--fps=24"}) {
         const auto opdracht = leesOpdracht(QString::fromLatin1(regel).split(QLatin1Char(' ')), {});
         EXPECT_TRUE(std::holds_alternative<brixtel::Fout>(opdracht)) << regel;
     }
+}
+
+TEST(FilmOpdrachtTest, ThePicturesAreAtMostAsLargeAsAStill) {
+    for (const char* rest : {"--maat=8192x8192", "--maat=4096x4096 --schaal=2"})
+        (void)gelezen(QStringLiteral("--film=x.webm --keuze=bol --seconden=1 ") +
+                      QLatin1String(rest));
+    const auto opdracht = leesOpdracht(
+        QStringLiteral("--film=x.webm --keuze=bol --seconden=1 --maat=16384x16384").split(u' '),
+        {});
+    ASSERT_TRUE(std::holds_alternative<brixtel::Fout>(opdracht));
+    EXPECT_EQ(std::get<brixtel::Fout>(opdracht).regel,
+              QStringLiteral("brixtel-saver: --film kan hoogstens 67108864 beeldpunten hebben "
+                             "(8192x8192) (--help toont wat er kan)"));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -98,6 +99,56 @@ TEST_F(Lopend, WhereNoneRunsNothingHappens) {
     EXPECT_EQ(kill(vreemde, 0), 0);
     kill(vreemde, SIGKILL);
     EXPECT_EQ(signaalVan(vreemde), SIGKILL);
+}
+
+// The call may come between a saver's start and its lock.
+TEST_F(Lopend, ASaverThatIsStillStartingGivesUp) {
+    LopendeSaver ander(map.path(), scherm);
+    int keren = 0;
+    EXPECT_EQ(ander.beeindig(0ms,
+                             [&] {
+                                 ++keren;
+                                 EXPECT_FALSE(LopendeSaver(map.path(), scherm).neem());
+                             }),
+              QString());
+    EXPECT_EQ(keren, 1);
+    EXPECT_TRUE(LopendeSaver(map.path(), scherm).neem());
+}
+
+TEST_F(Lopend, NothingIsLeftBehind) {
+    const auto leeg = [this] { return QDir(map.path()).isEmpty(); };
+    LopendeSaver een(map.path(), scherm), ander(map.path(), scherm);
+    EXPECT_TRUE(een.neem());
+    EXPECT_FALSE(leeg());
+    EXPECT_FALSE(ander.neem());
+    een.laatLos();
+    EXPECT_TRUE(leeg());
+    { EXPECT_TRUE(ander.neem()); }
+    ander.laatLos();
+    EXPECT_EQ(LopendeSaver(map.path(), scherm).beeindig(0ms), QString());
+    EXPECT_TRUE(leeg());
+    // Where no display is named.
+    EXPECT_TRUE(LopendeSaver(map.path(), {}).neem());
+    EXPECT_TRUE(leeg());
+    // The file of a saver that was killed.
+    const pid_t kind = houder();
+    kill(kind, SIGKILL);
+    signaalVan(kind);
+    EXPECT_FALSE(leeg());
+    EXPECT_EQ(ander.beeindig(0ms), QString());
+    EXPECT_TRUE(leeg());
+}
+
+// Another process opened the file before its holder removed it.
+TEST_F(Lopend, ALockOnARemovedFileIsNone) {
+    LopendeSaver een(map.path(), scherm), ander(map.path(), scherm), derde(map.path(), scherm);
+    EXPECT_TRUE(een.neem());
+    EXPECT_FALSE(ander.neem());
+    een.laatLos();
+    EXPECT_TRUE(derde.neem());
+    EXPECT_FALSE(ander.neem());
+    derde.laatLos();
+    EXPECT_TRUE(ander.neem());
 }
 
 TEST_F(Lopend, WithoutAFolderNobodyIsKnownAndEveryOneShows) {

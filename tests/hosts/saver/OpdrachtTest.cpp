@@ -84,6 +84,15 @@ TEST(Opdracht, TheEnvironmentsWindowDoesNotServeAWindowOfOnesOwn) {
     EXPECT_EQ(goed(woorden("--versie"), QStringLiteral("onzin")).taak, Taak::Versie);
 }
 
+TEST(Opdracht, AWrongSizeIsAnsweredWithItsLimits) {
+    for (const char* maat : {"100000x1", "0x5", "16385x16", "groot"})
+        EXPECT_TRUE(mis({QStringLiteral("--plaatje=a.png"), QStringLiteral("--keuze=regen"),
+                         QStringLiteral("--maat=%1").arg(QLatin1String(maat))})
+                        .contains(QStringLiteral("elke zijde van 1 tot en met 16384, niet '%1'")
+                                      .arg(QLatin1String(maat))))
+            << maat;
+}
+
 TEST(Opdracht, AStillPictureWithAllItsParts) {
     const Opdracht opdracht =
         goed(woorden("--plaatje=a.png --keuze=regen --maat=640x480 --schaal=1.5 --na=6.5 "
@@ -157,6 +166,7 @@ TEST(Opdracht, ABadArgumentGetsOneClearDutchLine) {
                               "--instellingen=a.jpg",
                               "--instellingen --venster",
                               "--instellingen --boven=0",
+                              "--instellingen=a.png --boven=5",
                               "--boven=5",
                               "--meet=ja"}) {
         const QString fout = mis(woorden(regel));
@@ -217,6 +227,26 @@ TEST(Opdracht, ATypingErrorIsAnsweredWithTheNearestOption) {
     EXPECT_FALSE(mis(woorden("--hologram")).contains(QStringLiteral("bedoelt")));
 }
 
+TEST(Opdracht, ABeginningAndTwoLettersOfFiveAreATypingErrorToo) {
+    const std::pair<const char*, const char*> paren[] = {
+        {"--keus=bol", "--keuze?"},
+        {"--verb", "--verbindingen?"},
+        {"--inst", "--instellingen?"},
+        {"--ver", "--versie, --version of --verbindingen?"},
+        {"--venste", "--venster?"}};
+    for (const auto& [regel, vraag] : paren)
+        EXPECT_TRUE(mis(woorden(regel))
+                        .contains(QStringLiteral("; bedoelt u %1 (").arg(QLatin1String(vraag))))
+            << qPrintable(mis(woorden(regel)));
+}
+
+TEST(Opdracht, AMistypedChoiceIsAnsweredWithTheNearest) {
+    EXPECT_TRUE(mis(woorden("--keuze=wiselend"))
+                    .contains(QStringLiteral("niet 'wiselend'; bedoelt u wisselend? (")));
+    EXPECT_TRUE(mis(woorden("--keuze=tun")).contains(QStringLiteral("; bedoelt u tunnel? (")));
+    EXPECT_FALSE(mis(woorden("--keuze=zebra")).contains(QStringLiteral("bedoelt")));
+}
+
 TEST(Opdracht, AnOptionOfAnotherCallIsRefused) {
     const std::pair<const char*, const char*> paren[] = {
         {"--maat=800x600", "--maat gaat alleen samen met --plaatje of --film "},
@@ -226,6 +256,10 @@ TEST(Opdracht, AnOptionOfAnotherCallIsRefused) {
          "--schaal gaat alleen samen met --plaatje, --film of --instellingen=BESTAND.png "},
         {"--lijnen=a.json", "--lijnen gaat alleen samen met --plaatje of --film "},
         {"--boven=5", "--boven gaat alleen samen met --instellingen "},
+        {"--instellingen=a.png --boven=5",
+         "--boven gaat alleen samen met --instellingen zonder BESTAND.png "},
+        {"--venstersysteem=auto --instellingen=a.png",
+         "--venstersysteem gaat alleen samen met --instellingen zonder BESTAND.png "},
         {"--instellingen --schaal=2", "--schaal gaat alleen samen met --instellingen als"},
         {"--instellingen --keuze=bol", "--keuze gaat niet samen met --instellingen "},
         {"--plaatje=a.png --keuze=bol --boven=5", "--boven gaat niet samen met --plaatje "},
@@ -247,16 +281,27 @@ TEST(Opdracht, EveryOptionHasAPlaceAndNoOther) {
     const char* const aanroepen[] = {"",
                                      "--plaatje=a.png --keuze=bol",
                                      "--instellingen=a.png",
+                                     "--instellingen",
                                      "--verbindingen",
                                      "--aanmelden",
                                      "--film=a.mp4 --keuze=bol --seconden=2"};
     // One column per call: 1 where the option belongs.
     const std::pair<const char*, const char*> rijen[] = {
-        {"--voorvertoning", "110001"},  {"--meet", "100000"},          {"--fps", "100000"},
-        {"--fps=20", "000001"},         {"--boven=5", "001000"},       {"--keuze=bol", "110001"},
-        {"--volle-snelheid", "100000"}, {"--tekenaar=cpu", "110001"},  {"--maat=8x8", "010001"},
-        {"--schaal=2", "011001"},       {"--na=1", "010001"},          {"--seconden=1", "100001"},
-        {"--zaad=1", "010001"},         {"--lijnen=a.json", "010001"},
+        {"--voorvertoning", "1100001"},
+        {"--meet", "1000000"},
+        {"--fps", "1000000"},
+        {"--fps=20", "0000001"},
+        {"--boven=5", "0001000"},
+        {"--keuze=bol", "1100001"},
+        {"--volle-snelheid", "1000000"},
+        {"--tekenaar=cpu", "1100001"},
+        {"--maat=8x8", "0100001"},
+        {"--schaal=2", "0110001"},
+        {"--na=1", "0100001"},
+        {"--seconden=1", "1000001"},
+        {"--zaad=1", "0100001"},
+        {"--lijnen=a.json", "0100001"},
+        {"--venstersysteem=auto", "1001000"},
     };
     for (const auto& [optie, past] : rijen)
         for (std::size_t i = 0; i < std::size(aanroepen); ++i) {

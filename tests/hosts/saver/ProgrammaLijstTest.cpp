@@ -168,6 +168,8 @@ TEST(ProgrammaLijst, WhatIsNotTheHostsIsToldByItsLine) {
               1);
     EXPECT_EQ(onleesbareRegel(QByteArray("lock: a\0b\n", 10)), 1);
     EXPECT_EQ(onleesbareRegel("programs: \\\n a \\n\\\n b\nc\n"), 4);
+    EXPECT_EQ(onleesbareRegel("lock: True\nprograms: a\\"), 2);
+    EXPECT_EQ(onleesbareRegel("programs: a\\\\"), 0);
     EXPECT_EQ(onleesbareRegel("! a\n; b\n  # c\n \t \nlock:\n*timeout: 1\n"), 0);
 }
 

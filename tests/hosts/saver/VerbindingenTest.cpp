@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <fstream>
 
+#include "tests/connections/Tabellen.h"
 #include "tests/support/TijdelijkeMap.h"
 
 using brixtel::toonVerbindingen;
@@ -20,8 +21,12 @@ class Verbindingen : public testing::Test {
   protected:
     // With this in lsof's place; exits with 0, or 1 after saying what is wrong.
     [[noreturn]] void draai(const std::string& lsof, const char* naar = nullptr) {
+        steun::Tabel tabel(steun::kleineTabel());
+        draai(lsof, *tabel, naar);
+    }
+    [[noreturn]] void draai(const std::string& lsof, brixtel::LandenTabel& tabel,
+                            const char* naar = nullptr) {
         if (naar && !std::freopen(naar, "w", stdout)) std::abort();
-        brixtel::LandenTabel tabel("/no/such/landen.bin");
         const QString mis = toonVerbindingen(false, {.tabel = tabel, .lsof = lsof});
         if (!mis.isEmpty()) std::fprintf(stderr, "%s\n", qUtf8Printable(mis));
         std::exit(mis.isEmpty() ? 0 : 1);
@@ -75,6 +80,24 @@ TEST_F(Verbindingen, WhereNothingCouldBeMeasuredItSaysSo) {
     for (const char* lsof : {"/no/such/lsof", "/dev/null"})
         EXPECT_EXIT(draai(lsof), testing::ExitedWithCode(1),
                     "^de verbindingen zijn niet te meten: lsof ontbreekt of faalt\n$");
+}
+
+// Without the table no connection has a country, and "none" would be untrue.
+TEST_F(Verbindingen, ATableThatIsMissingOrDamagedIsToldOf) {
+    const auto meldt = [&](brixtel::LandenTabel& tabel) {
+        EXPECT_EXIT(draai("/bin/true", tabel), testing::ExitedWithCode(1),
+                    "^de landentabel ontbreekt of is beschadigd\n$");
+    };
+    brixtel::LandenTabel geen("/no/such/landen.bin"), map("/"), geenBestand("/dev/null");
+    meldt(geen);
+    meldt(map);
+    meldt(geenBestand);
+    std::vector<std::uint8_t> bytes = brixtel::pakIn(brixtel::schrijfLanden(steun::kleineTabel()));
+    bytes.resize(bytes.size() / 2);
+    steun::Tabel half(bytes);
+    meldt(*half);
+    steun::Tabel heel(steun::kleineTabel());
+    EXPECT_EXIT(draai("/bin/true", *heel), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace

@@ -224,6 +224,32 @@ TEST(SaverOpWeston, DraaitSchermvullendZonderBovenlagen) {
     EXPECT_GT(meting[QStringLiteral("beelden")].toInt(), 3);
 }
 
+// OpenGL in software, on real compositors: the driver commits by itself.
+void tekentMetOpenGl(const QString& adres) {
+    Programma saver;
+    saver.zet(QStringLiteral("WAYLAND_DISPLAY"), adres);
+    saver.zet(QStringLiteral("XDG_RUNTIME_DIR"), saver.map());
+    saver.draai({QStringLiteral("--keuze=kubus"), QStringLiteral("--seconden=2"),
+                 QStringLiteral("--meet"), QStringLiteral("--tekenaar=gl")});
+    EXPECT_EQ(saver.uitgang(), 0) << saver.fouten().toStdString();
+    EXPECT_EQ(saver.fouten(), QByteArray());
+    const QJsonObject meting = QJsonDocument::fromJson(saver.uit()).object();
+    EXPECT_GT(meting[QStringLiteral("beelden")].toInt(), 3);
+    EXPECT_TRUE(meting[QStringLiteral("tekenaar")].toString().contains(QStringLiteral("llvmpipe")));
+}
+
+TEST(SaverOpWeston, TekentMetOpenGl) {
+    const wltest::Weston weston;
+    if (!weston.isRunning()) GTEST_SKIP() << weston.reason();
+    tekentMetOpenGl(weston.address());
+}
+
+TEST(SaverOpSway, TekentMetOpenGl) {
+    wltest::Sway sway(1);
+    if (!sway.isRunning()) GTEST_SKIP() << sway.reason();
+    tekentMetOpenGl(sway.address());
+}
+
 // This compositor offers reports of what was presented, and sends none without a screen.
 TEST(SaverOpSway, DeMetingTeltBeeldenOokZonderMelding) {
     wltest::Sway sway(1);

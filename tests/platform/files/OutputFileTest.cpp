@@ -197,6 +197,43 @@ TEST_F(OutputFile, AnotherUsersLinkLeavesItsTargetAlone) {
     EXPECT_EQ(entries(), 2);
 }
 
+TEST_F(OutputFile, AnotherUsersLinkToAFolderIsNotFollowed) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can make another user's link";
+    std::filesystem::create_directories(folder / "real" / "deep");
+    const std::string link = (folder / "link").string();
+    ASSERT_EQ(symlink("real", link.c_str()), 0);
+    const std::string out = (folder / "real" / "deep" / "out").string();
+    // One's own link, and a link that leads through another.
+    EXPECT_EQ(replaceFile(link + "/deep/out", "own"), 0);
+    EXPECT_EQ(contentOf(out), "own");
+    ASSERT_EQ(symlink("link/deep", (folder / "second").c_str()), 0);
+    EXPECT_EQ(replaceFile((folder / "second" / "out").string(), "both"), 0);
+    EXPECT_EQ(contentOf(out), "both");
+    ASSERT_EQ(lchown(link.c_str(), kNobody, kNobody), 0);
+    for (const char* way : {"link/deep/out", "link/deep/new", "link/./../real/deep/out",
+                            "second/out", "second/../deep/out"}) {
+        EXPECT_EQ(replaceFile((folder / way).string(), "x"), ELOOP) << way;
+        EXPECT_EQ(platform::mayReplaceFile((folder / way).string()), ELOOP) << way;
+    }
+    EXPECT_EQ(contentOf(out), "both");
+    EXPECT_FALSE(std::filesystem::exists(folder / "real" / "deep" / "new"));
+}
+
+// The system's own folders may be links, which root made.
+TEST_F(OutputFile, RootsLinkToAFolderIsFollowedByAll) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can act as root and as another";
+    std::filesystem::create_directory(folder / "real");
+    chmod((folder / "real").c_str(), 0777);
+    chmod((folder / ".").c_str(), 0755);
+    ASSERT_EQ(symlink("real", (folder / "link").c_str()), 0);
+    EXPECT_EQ(inChild([this] {
+                  if (setresuid(kNobody, kNobody, kNobody) != 0) return -1;
+                  return replaceFile((folder / "link" / "out").string(), "x");
+              }),
+              0);
+    EXPECT_EQ(contentOf((folder / "real" / "out").string()), "x");
+}
+
 TEST_F(OutputFile, WhatMayNotBeWrittenStaysAsItIs) {
     ASSERT_EQ(replaceFile(path, "old"), 0);
     chmod(path.c_str(), 0444);
@@ -213,6 +250,14 @@ TEST_F(OutputFile, AFolderOrANameWithoutOneIsAnError) {
     EXPECT_EQ(replaceFile((folder / ".").string(), "x"), EISDIR);
     EXPECT_EQ(replaceFile((folder / "no" / "out").string(), "x"), ENOENT);
     EXPECT_EQ(replaceFile("", "x"), ENOENT);
+    EXPECT_EQ(replaceFile("/", "x"), EISDIR);
+    EXPECT_EQ(replaceFile((folder / "..").string(), "x"), EISDIR);
+    EXPECT_EQ(replaceFile(path + "/", "x"), ENOENT);
+    EXPECT_EQ(replaceFile(path, "x"), 0);
+    EXPECT_EQ(replaceFile(path + "/", "x"), ENOTDIR);
+    EXPECT_EQ(replaceFile(path + "/out", "x"), ENOTDIR);
+    EXPECT_EQ(replaceFile((folder / std::string(300, 'x')).string(), "x"), ENAMETOOLONG);
+    EXPECT_EQ(replaceFile(std::string(5000, '/') + "out", "x"), ENAMETOOLONG);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <glm/vector_relational.hpp>
 
 #include "platform/render/cpu/scene/ScenePlan.h"
+#include "platform/render/cpu/scene/TileFinish.h"
 
 namespace platform {
 
@@ -82,6 +83,7 @@ void ScenePlan::addFaces(const BatchView& view, const DrawInstance& instance) {
     surface.mirrored = view.mirrored;
     surface.hiding = view.hiding;
     if (!material.picture.isNull()) surface.picture = &ripOf(material);
+    surface.colours = coloursOf(surface);
     const std::size_t number = surfaces_.size();
     surfaces_.push_back(surface);
 
@@ -116,6 +118,19 @@ void ScenePlan::addFaces(const BatchView& view, const DrawInstance& instance) {
             cut_.push_back(corners_[face.corner[static_cast<std::size_t>(i)]]);
         addPolygon(surface, number, material.doubleSided);
     }
+}
+
+unsigned ScenePlan::coloursOf(const Surface& surface) const {
+    unsigned colours = platform::coloursOf(glm::vec3(surface.tint));
+    if (surface.picture) colours &= surface.picture->colours;
+    if (surface.lambert) {
+        unsigned lamps = platform::coloursOf(frame_.ambient);
+        for (std::size_t i = 0; i < frame_.lights; ++i)
+            lamps |= platform::coloursOf(frame_.lightColour[i]);
+        colours = (colours & lamps) | platform::coloursOf(surface.emission);
+    }
+    if (frame_.hasFog && !surface.additive) colours |= platform::coloursOf(frame_.fogColour);
+    return colours;
 }
 
 // The polygon whose corners are in `cut_`.

@@ -7,6 +7,7 @@
 
 #include "platform/render/cpu/LinearPixels.h"
 #include "platform/render/cpu/scene/ScenePlan.h"
+#include "platform/render/cpu/scene/TileFinish.h"
 
 namespace platform {
 
@@ -172,6 +173,10 @@ bool ScenePlan::addStripes(const DrawFloor& floor, const ScreenFloor& plane) {
     made.fog = frame_.fogColour;
     made.fogStart = frame_.fogStart;
     made.fogShare = frame_.fogShare;
+    for (const auto& column : made.stripes.colour)
+        for (const glm::vec3& colour : column)
+            made.colours |= platform::coloursOf(colour * made.light);
+    if (made.hasFog && !made.additive) made.colours |= platform::coloursOf(made.fog);
     made.hiding = {true, material.writesDepth};
     for (const Plane& p : {made.near, made.u, made.v})
         if (!std::isfinite(p.a + p.b + p.c)) return true;
@@ -204,6 +209,7 @@ void ScenePlan::addFloorPolygon(const DrawFloor& floor) {
     surface.repeatT = material.wrapT == WrapMode::Repeat;
     surface.hiding = {true, material.writesDepth};
     if (!material.picture.isNull()) surface.picture = &ripOf(material);
+    surface.colours = coloursOf(surface);
     const std::size_t number = surfaces_.size();
     surfaces_.push_back(surface);
     glm::vec3 under(glm::inverse(floor.world) * glm::vec4(list_->camera.position, 1.0F));

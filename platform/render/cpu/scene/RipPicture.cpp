@@ -85,6 +85,8 @@ RipPicture::RipPicture(const QImage& picture)
         whole.texels.push_back(glm::vec4(pixels[i], pixels[i + 1], pixels[i + 2], pixels[i + 3]) /
                                65535.0F);
         if (pixels[i + 3] != 65535) hasAlpha = true;
+        for (std::size_t k = 0; k < 3; ++k)
+            if (pixels[i + k] > 0) colours |= 1U << k;
     }
     const auto append = [&](const Level& level) {
         for (int y = 0; y < level.height; ++y)

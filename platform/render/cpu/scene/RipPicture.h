@@ -26,6 +26,7 @@ struct RipPicture {
     int levelsAcross = 1;
     int levelsDown = 1;
     bool hasAlpha = false;
+    unsigned colours = 0;  // a bit for each of red, green and blue that some texel has
     std::array<float, kMostLevels> widths{};  // by the level
     std::array<float, kMostLevels> heights{};
     std::vector<std::int32_t> first;  // texel of a level; see levelAt()

@@ -87,6 +87,8 @@ class ScenePlan {
     bool addSprite(const BatchView& view, const DrawInstance& instance);
     bool addBall(const BatchView& view, const DrawInstance& instance);
     void addFaces(const BatchView& view, const DrawInstance& instance);
+    // The colours that the surface may have light of.
+    [[nodiscard]] unsigned coloursOf(const Surface& surface) const;
     void addPolygon(const Surface& surface, std::size_t number, bool doubleSided);
     void setFlatNormal(ScreenPolygon& polygon) const;
     void addFloor(const DrawFloor& floor);

@@ -95,6 +95,7 @@ struct Surface {
     bool outlined = true;  // has edges that several samples a pixel smooth
     bool mirrored = false;
     Hiding hiding;
+    unsigned colours = 0;  // a bit for each of red, green and blue that may have light
 };
 
 struct ScreenPolygon {

@@ -70,13 +70,15 @@ void sampleLight(SceneTile& tile, int top, int end) {
     const F d;
     const std::ptrdiff_t first = SceneTile::at(-kTileMargin, top);
     const std::ptrdiff_t last = SceneTile::at(-kTileMargin, end);
-    for (std::size_t k = 0; k < 3; ++k)
+    for (std::size_t k = 0; k < 3; ++k) {
+        if ((tile.colours >> k & 1U) == 0) continue;
         for (std::ptrdiff_t at = first; at < last;
              at += static_cast<std::ptrdiff_t>(hn::Lanes(d))) {
             const auto light = hn::LoadU(d, tile.light[k] + at);
             for (const auto& sample : tile.sampleLight)
                 hn::StoreU(light, d, sample[k] + at);
         }
+    }
     tile.sampledLight = true;
     tile.sampledTop = top;
     tile.sampledEnd = end;
@@ -103,6 +105,7 @@ void resolveLight(SceneTile& tile) {
     const std::ptrdiff_t first = SceneTile::at(-kTileMargin, tile.sampledTop);
     const std::ptrdiff_t last = SceneTile::at(-kTileMargin, tile.sampledEnd);
     for (std::size_t k = 0; k < 3; ++k) {
+        if ((tile.colours >> k & 1U) == 0) continue;
         for (std::ptrdiff_t at = first; at < last;
              at += static_cast<std::ptrdiff_t>(hn::Lanes(d))) {
             auto sum = hn::LoadU(d, tile.sampleLight[0][k] + at);

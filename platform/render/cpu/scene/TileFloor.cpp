@@ -168,9 +168,10 @@ class FloorRow {
         const std::ptrdiff_t at = SceneTile::at(x, row_);
         const auto one = hn::Set(d, 1.0F);
         const auto depth = hn::Div(one, hn::IfThenElse(before, nearness, one));
-        TileV light[3];
+        TileV light[3] = {hn::Zero(d), hn::Zero(d), hn::Zero(d)};
         if (lightAt(column, depth, light)) {
             for (std::size_t k = 0; k < 3; ++k) {
+                if ((floor_.colours >> k & 1U) == 0) continue;
                 float* const plane = tile_.light[k] + at;
                 const auto seen = hn::IfThenElseZero(before, light[k]);
                 hn::StoreU(hn::Add(hn::LoadU(d, plane), seen), d, plane);
@@ -197,6 +198,7 @@ class FloorRow {
         if (!isLevel_) mixAt(column, depth);
         auto most = hn::Zero(d);
         for (int k = 0; k < 3; ++k) {
+            if ((floor_.colours >> k & 1) == 0) continue;
             auto sum = hn::Mul(colours_[0][k], columns[0]);
             for (std::size_t i = 1; i < kColumns; ++i)
                 sum = hn::Add(sum, hn::Mul(colours_[i][k], columns[i]));
@@ -206,7 +208,8 @@ class FloorRow {
         if (isDark_) return !hn::AllTrue(d, hn::Le(most, hn::Zero(d)));
         const auto foggy = hn::Sub(one, clear);
         for (int k = 0; k < 3; ++k)
-            light[k] = hn::Add(light[k], hn::Mul(foggy, hn::Set(d, floor_.fog[k])));
+            if ((floor_.colours >> k & 1) != 0)
+                light[k] = hn::Add(light[k], hn::Mul(foggy, hn::Set(d, floor_.fog[k])));
         return true;
     }
 
@@ -241,8 +244,9 @@ void blackenRow(const ScreenFloor& floor, SceneTile& tile, int row) {
     const RowOf near(floor.near, tile, row);
     for (int x = 0; x < tile.width; x += lanes) {
         const auto before = hn::Gt(near.at(pixelsFrom(x)), hn::Set(d, 1e-5F));
-        for (float* const light : tile.light) {
-            float* const plane = light + SceneTile::at(x, row);
+        for (std::size_t k = 0; k < 3; ++k) {
+            if ((tile.colours >> k & 1U) == 0) continue;
+            float* const plane = tile.light[k] + SceneTile::at(x, row);
             hn::StoreU(hn::IfThenZeroElse(before, hn::LoadU(d, plane)), d, plane);
         }
     }

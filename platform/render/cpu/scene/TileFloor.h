@@ -41,6 +41,7 @@ struct ScreenFloor {
     bool additive = false;
     bool blackens = false;  // removes the light behind the floor
     Hiding hiding;
+    unsigned colours = 0;  // a bit for each of red, green and blue that may have light
     StripePicture stripes;
 };
 

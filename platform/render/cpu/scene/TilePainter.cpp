@@ -128,7 +128,7 @@ std::size_t TilePainter::drawTextures(const ScenePlan& plan, std::size_t first) 
         polygons[count] = &polygonAt(first + count);
         ++count;
     }
-    useColours(tile_, kAllColours);
+    useColours(tile_, surface.colours);
     drawTextured(std::span(polygons).first(count), surface, plan.frame(), tile_);
     tile_.hidesNothing = false;
     return count;
@@ -137,7 +137,9 @@ std::size_t TilePainter::drawTextures(const ScenePlan& plan, std::size_t first) 
 void TilePainter::drawPolygonCall(const ScenePlan& plan, ShapeCall call, int top, int end) {
     const ScreenPolygon& polygon = plan.polygons()[call.index()];
     const Surface& surface = plan.surfaces()[polygon.surface];
-    useColours(tile_, kAllColours);
+    // Samples are kept of the colours that there are when they begin.
+    if ((surface.colours & ~tile_.colours) != 0) resolveLight(tile_);
+    useColours(tile_, surface.colours);
     if (isSampled(surface)) {
         sampleNearness(tile_);
         if (tile_.sampledLight && (top < tile_.sampledTop || end > tile_.sampledEnd))
@@ -170,7 +172,7 @@ void TilePainter::draw(const ScenePlan& plan, ShapeCall call, bool isLast) {
         }
         case ShapeKind::Floor: {
             const ScreenFloor& floor = plan.floors()[call.index()];
-            useColours(tile_, kAllColours);
+            useColours(tile_, floor.colours);
             drawFloor(floor, plan.lens(), tile_, isLast);
             writes = floor.hiding.writes && !floor.blackens;
             break;

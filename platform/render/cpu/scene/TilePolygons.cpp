@@ -82,6 +82,11 @@ class PolygonWork {
         drawBlended(column, down, near, ahead, at);
     }
 
+    // Whether the tile has light of a colour.
+    [[nodiscard]] bool keeps(std::size_t colour) const {
+        return (tile_.colours >> colour & 1U) != 0;
+    }
+
     // Pixels that are the surface's or are not.
     void drawSolid(TileV column, float down, TileV near, Mask ahead, std::ptrdiff_t at) {
         const TileF d;
@@ -97,9 +102,9 @@ class PolygonWork {
         Mask kept = ahead;
         const Rgb light = shade(column, down, hn::Max(near, hn::Set(d, 1e-7F)), alpha, kept);
         in = hn::And(in, kept);
-        hn::BlendedStore(light.r, in, d, tile_.light[0] + at);
-        hn::BlendedStore(light.g, in, d, tile_.light[1] + at);
-        hn::BlendedStore(light.b, in, d, tile_.light[2] + at);
+        const TileV colours[3] = {light.r, light.g, light.b};
+        for (std::size_t k = 0; k < 3; ++k)
+            if (keeps(k)) hn::BlendedStore(colours[k], in, d, tile_.light[k] + at);
         if (surface_.hiding.writes) hn::BlendedStore(near, in, d, tile_.near + at);
     }
 
@@ -170,9 +175,9 @@ class PolygonWork {
             const auto put = [&](TileV value, float* plane) {
                 hn::StoreU(hn::IfThenElse(in, value, hn::LoadU(d, plane + at)), d, plane + at);
             };
-            put(light.r, tile_.sampleLight[s][0]);
-            put(light.g, tile_.sampleLight[s][1]);
-            put(light.b, tile_.sampleLight[s][2]);
+            if (keeps(0)) put(light.r, tile_.sampleLight[s][0]);
+            if (keeps(1)) put(light.g, tile_.sampleLight[s][1]);
+            if (keeps(2)) put(light.b, tile_.sampleLight[s][2]);
             if (surface_.hiding.writes) put(nearest[s], tile_.sampleNear[s]);
         }
     }
@@ -219,9 +224,9 @@ class PolygonWork {
             hn::StoreU(hn::Add(surface_.additive ? old : hn::Mul(old, left), hn::Mul(value, share)),
                        d, plane + at);
         };
-        put(light.r, tile_.light[0]);
-        put(light.g, tile_.light[1]);
-        put(light.b, tile_.light[2]);
+        if (keeps(0)) put(light.r, tile_.light[0]);
+        if (keeps(1)) put(light.g, tile_.light[1]);
+        if (keeps(2)) put(light.b, tile_.light[2]);
         if (surface_.hiding.writes) putNear(tile_, at, near, hn::Sub(share, hn::Set(d, 0.499F)));
     }
 
@@ -248,7 +253,7 @@ class PolygonWork {
         return light;
     }
 
-    // Of length 1, towards the side that is seen.
+    // The direction of the side that is seen, of length 1.
     Rgb normalAt(TileV column, float down) const {
         const TileF d;
         if (polygon_.flat)
@@ -315,7 +320,7 @@ class PolygonWork {
     Flat height_;
     std::array<Flat, 3> normal_;
     std::array<Flat, 3> ray_;
-    // What a sample adds to a pixel's nearness and to its distance from each edge.
+    // A sample adds this to a pixel's nearness and to its distance from each edge.
     std::array<float, kSamples> nearShift_;
     std::array<std::array<float, kSamples>, ScreenPolygon::kMaxEdges> edgeShift_;
 };

@@ -234,6 +234,7 @@ class TextureWork {
         const auto at = static_cast<std::size_t>(x);
         const auto in = hn::Gt(row.places.at(PlaceRow::kDepth, x), hn::Zero(d));
         const auto put = [&](TileV value, int k) {
+            if ((tile_.colours >> k & 1U) == 0) return;
             float* const to = tile_.light[static_cast<std::size_t>(k)] + SceneTile::at(x, row.row);
             hn::StoreU(hn::IfThenElse(in, value, hn::LoadU(d, to)), d, to);
         };

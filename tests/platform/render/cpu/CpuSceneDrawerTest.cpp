@@ -94,7 +94,7 @@ std::vector<std::int64_t> targets() {
     return result;
 }
 
-const char* const kScenes[] = {"cube", "tunnel", "blocks", "globe"};
+const char* const kScenes[] = {"cube", "tunnel", "wall", "blocks", "globe"};
 
 }  // namespace
 
@@ -112,7 +112,7 @@ TEST(CpuSceneDrawer, EveryVectorTargetMakesTheSameBits) {
 
 TEST(CpuSceneDrawer, EveryNumberOfThreadsMakesTheSameBits) {
     const QSize size(700, 500);
-    for (const char* name : {"cube", "tunnel", "blocks", "globe"}) {
+    for (const char* const name : kScenes) {
         const DrawList lists[2] = {listOf(QLatin1String(name), 3.0, 1.4),
                                    listOf(QLatin1String(name), 3.1, 1.4)};
         CpuSceneDrawer alone(CpuSceneDrawer::Options{.threads = 1});
@@ -297,6 +297,37 @@ TEST(CpuSceneDrawer, DamageHoldsEverythingThatChanges) {
             before = shown;
         }
     }
+}
+
+// A tube around the camera has no edges to smooth, and its picture is read in whole rows; beside
+// another tube it is drawn by samples. Edges between its flat sides are all that may differ.
+TEST(CpuSceneDrawer, APictureIsTheSameWithAndWithoutSamples) {
+    const QSize size(500, 300);
+    DrawList list = listOf(QStringLiteral("wall"), 2.0, 5.0 / 3.0);
+    CpuSceneDrawer drawer;
+    const QImage whole = drawer.picture(list, size);
+    const auto isTube = [](const DrawBatch& batch) { return batch.material.opaque; };
+    DrawBatch& tube = *std::find_if(list.batches.begin(), list.batches.end(), isTube);
+    ASSERT_EQ(tube.count, 1U);
+    DrawInstance behind = list.instances[tube.first];
+    tube.first = static_cast<std::uint32_t>(list.instances.size());
+    tube.count = 2;
+    list.instances.push_back(behind);
+    behind.world[3].z += 5000.0F;
+    list.instances.push_back(behind);
+    const QImage sampled = drawer.picture(list, size);
+    int lit = 0;
+    int other = 0;
+    for (int y = 0; y < size.height(); ++y)
+        for (int x = 0; x < size.width(); ++x) {
+            const QRgb a = whole.pixel(x, y);
+            const QRgb b = sampled.pixel(x, y);
+            if (qGreen(a) > 8) ++lit;
+            const auto differs = [](int one, int two) { return std::abs(one - two) > 2; };
+            if (differs(qRed(a), qRed(b)) || differs(qGreen(a), qGreen(b))) ++other;
+        }
+    EXPECT_GT(lit, size.width() * size.height() / 20);
+    EXPECT_LT(other, lit / 50);
 }
 
 // A tall picture of a scene that a wide picture would show at the same width.

@@ -225,7 +225,7 @@ TEST(GlOnWayland, AProtocolErrorHasItsReason) {
     EXPECT_FALSE(shown.system->lossReason().isEmpty());
 }
 
-// What a compositor and a user do, while frames are drawn all the time.
+// A compositor and a user do what they can, while frames are drawn all the time.
 TEST(GlOnWayland, ThousandsOfEventsInAnyOrderEndNothing) {
     for (const std::uint64_t seed : {1, 2, 3}) {
         RandomSource random(seed);

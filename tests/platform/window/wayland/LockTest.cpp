@@ -113,14 +113,34 @@ TEST(OverlaysAmongLocks, TheKeyboardOnOneDisplayCountsForAll) {
     EXPECT_FALSE(second.native->isSeen());
 }
 
-TEST(OverlaysAmongLocks, WithoutAKeyboardOnTheSeatABlackScreenIsAboveAll) {
+TEST(OverlaysAmongLocks, WithoutAKeyboardOnTheSeatTheFocusTellsABlackScreenOfALock) {
     AmongLocks there;
     there.compositor.setSeat(false, true);
-    there.settle();
+    there.setActive({true});
     TestWindow black(there.system, saver());
     there.show(black);
     EXPECT_EQ(there.layer(), kOverlay);
+    EXPECT_EQ(there.only().keyboard, 0U);
     EXPECT_TRUE(black.native->isSeen());
+    there.setActive({false});
+    EXPECT_EQ(there.layer(), kTop);
+    EXPECT_FALSE(black.native->isSeen());
+    EXPECT_TRUE(there.system.workspace().isSaverActive());
+    there.setActive({true});
+    EXPECT_EQ(there.layer(), kOverlay);
+    EXPECT_TRUE(black.native->isSeen());
+}
+
+TEST(OverlaysAmongLocks, WithoutAKeyboardAndAnyWindowABlackScreenIsBelowALockAndDraws) {
+    AmongLocks there;
+    there.compositor.setSeat(false, true);
+    TestWindow black(there.system, saver());
+    there.show(black);
+    there.compositor.frame();
+    there.settle();
+    EXPECT_EQ(there.layer(), kTop);
+    EXPECT_TRUE(black.native->isSeen());
+    EXPECT_FALSE(there.system.workspace().isSaverActive());
 }
 
 TEST(OverlaysAmongLocks, AKeyboardThatIsPulledOutIsNoLock) {
@@ -129,6 +149,24 @@ TEST(OverlaysAmongLocks, AKeyboardThatIsPulledOutIsNoLock) {
     there.show(black);
     there.compositor.setSeat(false, true);
     there.settle();
+    EXPECT_TRUE(black.native->isSeen());
+    EXPECT_FALSE(there.system.workspace().isSaverActive());
+    there.setActive({true});
+    EXPECT_EQ(there.layer(), kOverlay);
+    EXPECT_TRUE(black.native->isSeen());
+}
+
+TEST(OverlaysAmongLocks, AKeyboardThatComesIsTaken) {
+    AmongLocks there;
+    there.compositor.setSeat(false, true);
+    TestWindow black(there.system, saver());
+    there.show(black);
+    there.compositor.frame();
+    there.settle();
+    there.compositor.setSeat(true, true);
+    there.settle();
+    EXPECT_EQ(there.only().keyboard, 1U);
+    EXPECT_TRUE(black.native->hasKeyboard());
     EXPECT_EQ(there.layer(), kOverlay);
     EXPECT_TRUE(black.native->isSeen());
 }

@@ -144,6 +144,22 @@ TEST_F(UnderSwaylock, TheBlackScreenLiesBelowTheLockAndRests) {
     EXPECT_TRUE(until([&] { return black.native->isSeen() && black.native->hasKeyboard(); }));
 }
 
+TEST_F(UnderSwaylock, WithoutAKeyboardTheBlackScreenLiesBelowTheLockToo) {
+    TestWindow below(*system, ordinary());
+    show(below, kGreen);
+    ASSERT_TRUE(showsOnly(kGreenPixel));
+    ASSERT_FALSE(system->connection().seat().hasAnyKeyboard());
+    TestWindow black(*system, saver());
+    show(black, kRed);
+    ASSERT_TRUE(showsOnly(kRedPixel));
+    lock();
+    ASSERT_TRUE(showsOnly(kLock));
+    EXPECT_TRUE(until([&] { return !black.native->isSeen(); }));
+    unlock();
+    EXPECT_TRUE(showsOnly(kRedPixel));
+    EXPECT_TRUE(until([&] { return black.native->isSeen(); }));
+}
+
 TEST_F(UnderSwaylock, WhatIsShownUnderALockStaysBelowIt) {
     if (!plugIn()) GTEST_SKIP() << "wtype is not installed";
     lock();

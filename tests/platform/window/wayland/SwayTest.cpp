@@ -80,8 +80,11 @@ TEST_F(OnSway, TheBlackScreenHasEveryKeyAndGivesTheKeyboardBack) {
     EXPECT_TRUE(until([&] { return below.keys.size() == 1; }));
 }
 
-TEST_F(OnSway, APictureIsOnTheScreenToThePixel) {
-    TestWindow window(*system, saver());
+struct OnSwayDrawnBy : OnSway, testing::WithParamInterface<DrawerChoice> {};
+
+TEST_P(OnSwayDrawnBy, APictureIsOnTheScreenToThePixel) {
+    TestWindow window(*system, saver(), GetParam());
+    EXPECT_EQ(window.isDrawnByProcessor(), GetParam() == DrawerChoice::Cpu);
     show(window, {0.0F, 0.0F, 0.0F, 1.0F});
     ASSERT_TRUE(until([&] {
         QCoreApplication::processEvents();
@@ -96,6 +99,12 @@ TEST_F(OnSway, APictureIsOnTheScreenToThePixel) {
                 expected.setPixel(x, y, 0xff00ff00);
     EXPECT_TRUE(until([&] { return sway.picture() == expected; }));
 }
+
+INSTANTIATE_TEST_SUITE_P(Each, OnSwayDrawnBy,
+                         testing::Values(DrawerChoice::Cpu, DrawerChoice::OpenGl),
+                         [](const auto& drawer) {
+                             return drawer.param == DrawerChoice::Cpu ? "Processor" : "OpenGl";
+                         });
 
 TEST_F(OnSway, AnOverlayCoversAFullScreenWindow) {
     TestWindow below(*system,

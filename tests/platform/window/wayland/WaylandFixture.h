@@ -18,8 +18,10 @@ namespace platform::wayland {
 // A native window with its delegate. Frames are painted by the test, on its thread.
 class TestWindow final : public NativeWindowDelegate {
   public:
-    TestWindow(WaylandSystem& system, const NativeWindowOptions& options)
-        : native(system.makeWindow(options, *this)), surface_(native->surfaceMaker({})(-1)) {}
+    TestWindow(WaylandSystem& system, const NativeWindowOptions& options,
+               DrawerChoice drawer = DrawerChoice::Auto)
+        : native(system.makeWindow(options, *this)),
+          surface_(native->surfaceMaker({.drawer = drawer})(-1)) {}
 
     void geometryChanged() override { ++geometryChanges; }
     void visibilityChanged() override { ++visibilityChanges; }
@@ -56,6 +58,10 @@ class TestWindow final : public NativeWindowDelegate {
             frame_.passes[0].layers.items.push_back(item);
         }
         draw(rects, 1.0);
+    }
+
+    [[nodiscard]] bool isDrawnByProcessor() const {
+        return surface_->drawer() == QStringLiteral("cpu");
     }
 
   private:
