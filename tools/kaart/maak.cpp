@@ -84,7 +84,7 @@ QPainterPath lees(const QJsonObject& topologie, QLatin1String naam) {
     for (const QJsonValue vorm : vormen) {
         const QJsonArray delen = vorm[QLatin1String("arcs")].toArray();
         const bool een = vorm[QLatin1String("type")] == QLatin1String("Polygon");
-        for (const QJsonValue stuk : een ? QJsonArray{delen} : delen)
+        for (const QJsonValue stuk : een ? QJsonArray{QJsonValue(delen)} : delen)
             for (const QJsonValue nummers : stuk.toArray()) {
                 const QPolygonF ring = ontvouw(leesRing(nummers.toArray(), bogen));
                 for (const double verder : {180.0 - 360.0, 180.0, 180.0 + 360.0})

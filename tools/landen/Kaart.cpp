@@ -145,7 +145,7 @@ std::vector<Stuk> leesStukken(const QJsonObject& vorm, const std::vector<Ring>& 
     const QJsonArray arcs = vorm[u"arcs"_s].toArray();
     const bool een = vorm[u"type"_s] == u"Polygon"_s;
     std::vector<Stuk> stukken;
-    for (const QJsonValue stuk : een ? QJsonArray{arcs} : arcs) {
+    for (const QJsonValue stuk : een ? QJsonArray{QJsonValue(arcs)} : arcs) {
         Stuk& ringen = stukken.emplace_back();
         for (const QJsonValue ring : stuk.toArray())
             ringen.push_back(leesRing(ring.toArray(), bogen));
