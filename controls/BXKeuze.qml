@@ -29,7 +29,8 @@ BXKeuzeBasis {
     property real rechts: 0
     property real hoogste: vet.height
 
-    implicitWidth: gevraagd.reduce((som, een) => som + een, 0)
+    // The width that the labels ask for in letters of the first size, whatever the width is.
+    implicitWidth: labels.reduce((som, label) => som + breed(label, gewoon) + 4, 0)
     implicitHeight: Math.ceil(hoogste) + 8
     onWidthChanged: schik()
     onMinstChanged: schik()
