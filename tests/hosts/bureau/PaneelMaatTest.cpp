@@ -221,7 +221,9 @@ TEST_P(PaneelMaat, TheChoicesStayApart) {
             ASSERT_TRUE(lijn);
             const bool gekozen = keuze->child(i)->state().checked;
             EXPECT_FALSE(gekozen && lijn->isVisible());
-            if (!gekozen) EXPECT_GE(midden - half - vorige, kRuim) << qPrintable(vorm[0].naam);
+            if (!gekozen) {
+                EXPECT_GE(midden - half - vorige, kRuim) << qPrintable(vorm[0].naam);
+            }
             EXPECT_GE(knop->width() / 2.0 - half, kRand) << qPrintable(vorm[0].naam);
             lijnen += lijn->isVisible() ? 1 : 0;
             vorige = gekozen ? -1e9 : midden + half;
