@@ -235,7 +235,7 @@ std::optional<int> alsKlant(int argc, char** argv, const QString& bus,
     return uitgang;
 }
 
-// Holds `scherm` until Qt has connected: an X server without clients resets itself, and
+// Holds `scherm` until Qt has connected: a display without clients may reset itself, and
 // refuses connections while it does.
 int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht& opdracht,
                 std::optional<platform::DisplayCheck> scherm) {

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The host adapter: reads the command line, loads the saver module and shows it.
+#include <poll.h>
+
 #include <QFile>
 #include <QGuiApplication>
 #include <chrono>
 #include <cstdio>
 #include <optional>
-#include <thread>
 
 #include "BrixtelSaver/InstellingenModule.h"
 #include "BrixtelSaver/SaverInstellingen.h"
@@ -99,7 +100,8 @@ int hervat() {
     static constexpr std::chrono::milliseconds kAanloop{300};
     brixtel::LopendeSaver saver(qEnvironmentVariable("XDG_RUNTIME_DIR"),
                                 platform::sessionAddress());
-    const QString mis = saver.beeindig(kGeduld, [] { std::this_thread::sleep_for(kAanloop); });
+    const QString mis =
+        saver.beeindig(kGeduld, [] { poll(nullptr, 0, static_cast<int>(kAanloop.count())); });
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
