@@ -12,8 +12,10 @@ QString hulpTekst() {
 Zonder opties schermvullend op elk scherm, tot een toets, een klik of een
 echte beweging van de muis. De toets i toont daar, en in een eigen venster,
 het venster met de instellingen. In een eigen venster vult F11 of een dubbelklik
-het scherm, gaat Escape terug en dan weg, en houdt Ctrl+Q op. Opties mogen met één of twee streepjes; een waarde
-volgt na = of als het volgende woord.
+het scherm, gaat Escape terug en dan weg, en houdt Ctrl+Q op.
+
+Opties mogen met één of twee streepjes; een waarde volgt na = of als het volgende
+woord.
 
 Waar:
   --venster[=BxH]        in een gewoon venster (1280x720)
