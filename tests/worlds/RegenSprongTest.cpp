@@ -173,12 +173,6 @@ TEST_F(KolommenTest, TheLightChangesByTheRowsThatComeInOrLeaveAlone) {
 }
 
 TEST_F(KolommenTest, AColumnChangesOnlyWhenADropStepsOneRowOrItsDigitsAreSwapped) {
-    const double breed = maak({400.0, 270.0}, 1.0)->kolommen().front().staart->frame().width();
-    const QSizeF maat(20.0 * breed, 270.0);
-    const auto regen = maak(maat, 1.0);
-    const platform::PixelGrid raster{.scale = 1.0, .size = maat.toSize()};
-    const double rij =
-        regen->kolommen().front().kop->mask()->sublayers().front()->bounds().height();
     std::vector<Kolombeeld> vorige;
     int stappen = 0;
     int wissels = 0;

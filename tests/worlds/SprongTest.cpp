@@ -67,13 +67,12 @@ class SprongTest : public steun::WereldOpstelling {
     }
 
     // Whether the one may be the other a frame on.
-    [[nodiscard]] bool kanZijn(const Ding& toen, const Ding& nu, double verste) const {
+    [[nodiscard]] bool kanZijn(const Ding& toen, const Ding& nu, double ver) const {
         if (toen.soort != nu.soort || toen.punten.size() != nu.punten.size()) return false;
         if (!omgezet && toen.vorm != nu.vorm) return false;
-        return std::equal(toen.punten.begin(), toen.punten.end(), nu.punten.begin(),
-                          [verste](const glm::vec3& a, const glm::vec3& b) {
-                              return glm::distance(a, b) <= verste;
-                          });
+        return std::equal(
+            toen.punten.begin(), toen.punten.end(), nu.punten.begin(),
+            [ver](const glm::vec3& a, const glm::vec3& b) { return glm::distance(a, b) <= ver; });
     }
 
     // Each thing has one that it was a frame before, or is at a place where things begin; and
