@@ -185,7 +185,7 @@ void BolLabels::wens(const Blik& blik, std::size_t knoop) {
         for (Label& label : *alle)
             zie(label, blik);
     for (Label& label : labels_)
-        label.opzij = label.node ? uitDeDrukte(label) : 0.0;
+        label.opzij = label.node ? binnenBeeld(label, uitDeDrukte(label), blik.rand) : 0.0;
     maakRuimte(blik.rand);
     for (Label& label : labels_)
         label.wensen[knoop] = {
@@ -195,11 +195,19 @@ void BolLabels::wens(const Blik& blik, std::size_t knoop) {
 void BolLabels::toon(Label& label, const Blik& blik, double tijd) {
     const double omhoog =
         std::min(label.wens.omhoog + label.stijgt.op(tijd), blik.rand - label.hoogte - label.y);
-    label.node->setScreenOffset(glm::dvec2(label.wens.opzij + label.schuift.op(tijd), omhoog) /
-                                label.schaal);
+    const double opzij = binnenBeeld(label, label.wens.opzij + label.schuift.op(tijd), blik.rand);
+    label.node->setScreenOffset(glm::dvec2(opzij, omhoog) / label.schaal);
     label.node->setOpacity(label.kracht *
                            std::clamp(label.wens.dekking + label.verkleurt.op(tijd), 0.0, 1.0));
-    span(label, omhoog, blik.camera);
+    span(label, {opzij, omhoog}, blik.camera);
+}
+
+// The way aside that keeps the whole label in the picture, whose width is at least that of 4:3.
+double BolLabels::binnenBeeld(const Label& label, double opzij, double rand) {
+    constexpr double kSmalst = 4.0 / 3.0;
+    constexpr double kVrij = 0.02;  // units between a label and the picture's edge
+    const double verste = std::max(0.0, kSmalst * rand - kVrij - label.halveBreedte);
+    return std::clamp(label.x + opzij, -verste, verste) - label.x;
 }
 
 void BolLabels::zie(Label& label, const Blik& blik) {
@@ -293,18 +301,16 @@ void BolLabels::mijdStippen() {
 // Pushes two labels apart, the northern one up. A northern label far below the other one,
 // over the pole, passes it instead.
 void BolLabels::duw(Label& noord, Label& zuid) {
-    // In labels' heights: how far below the other label the passing begins, the way over
-    // which it grows, and what each height of that way takes off the wanted distance.
+    // In labels' heights: how far below the other label the passing begins, and what each
+    // further height takes off the wanted distance. From four heights on nothing is pushed.
     constexpr double kPasseerVan = 2.0;
-    constexpr double kPasseerWeg = 2.0;
     constexpr double kPasseerMinder = 2.5;
     constexpr double kDuwPerKracht = 4.0;  // a push is whole from a quarter of the strength
     const double naast = noord.halveBreedte + zuid.halveBreedte + kAanloop -
                          std::abs(noord.x + noord.opzij - zuid.x - zuid.opzij);
     if (naast <= 0.0 || noord.kracht <= 0.0 || zuid.kracht <= 0.0) return;
     const double hoogte = 0.5 * (noord.hoogte + zuid.hoogte);
-    const double omgekeerd =
-        std::clamp((zuid.y - noord.y) / hoogte - kPasseerVan, 0.0, kPasseerWeg);
+    const double omgekeerd = std::max(0.0, (zuid.y - noord.y) / hoogte - kPasseerVan);
     const double tekort = hoogte * (1.0 - kPasseerMinder * omgekeerd) - (noord.y + noord.omhoog) +
                           (zuid.y + zuid.omhoog);
     if (tekort <= 0.0) return;
@@ -318,9 +324,11 @@ void BolLabels::duw(Label& noord, Label& zuid) {
 
 // Places the line in the label's frame, which is the camera's, seen from the label. The
 // line starts at the letters' edge that is nearest to the dot.
-void BolLabels::span(const Label& label, double omhoog, const glm::dmat4& camera) {
-    const double opzij = std::abs(omhoog - label.vanzelf) / label.hoogte;
-    const double deel = zacht((opzij - kDraadVan) / (kDraadTot - kDraadVan));
+void BolLabels::span(const Label& label, const glm::dvec2& weg, const glm::dmat4& camera) {
+    // Above its dot a label may stand aside by half its letters.
+    const double naast = std::max(0.0, std::abs(weg.x) - kLetters * label.halveBreedte);
+    const double gat = std::hypot(naast, weg.y - label.vanzelf) / label.hoogte;
+    const double deel = zacht((gat - kDraadVan) / (kDraadTot - kDraadVan));
     label.draad->setOpacity(deel);
     if (deel <= 0.0) return;
     const glm::dvec3 plaats = label.node->worldPosition();

@@ -107,12 +107,13 @@ class BolLabels {
     void wens(const Blik& blik, std::size_t knoop);
     static void zie(Label& label, const Blik& blik);
     [[nodiscard]] static double naastStip(const Label& label, const Blik& blik);
+    [[nodiscard]] static double binnenBeeld(const Label& label, double opzij, double rand);
     void maakRuimte(double rand);
     void mijdStippen();
     [[nodiscard]] double uitDeDrukte(const Label& label) const;
     static void duw(Label& noord, Label& zuid);
     [[nodiscard]] static double deelVan(const Label& een, const Label& ander);
-    static void span(const Label& label, double omhoog, const glm::dmat4& camera);
+    static void span(const Label& label, const glm::dvec2& weg, const glm::dmat4& camera);
     [[nodiscard]] double sterkte(const Label& label) const;
     static void toon(Label& label, const Blik& blik, double tijd);
 

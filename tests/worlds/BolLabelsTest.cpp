@@ -129,6 +129,49 @@ TEST_F(BolLabelsTest, ALabelMovedAsideKeepsALineToItsCountry) {
     EXPECT_GE(draden, 2);
 }
 
+TEST_F(BolLabelsTest, ALabelBesideItsDotHasALine) {
+    zet({in(51.1, 10.4, 9), in(50.5, 4.5, 8), in(52.1, 5.3, 7), in(49.8, 6.1, 6),
+         in(46.8, 8.2, 5)});
+    int naast = 0;
+    for (int beeld = 0; beeld < 120; ++beeld) {
+        bol_->scene()->advance(beeld / 2.0);
+        for (std::size_t i = 0; i < 5; ++i) {
+            const double letters = 0.4 * label(*bol_, i).geometry()->size().x;
+            if (std::abs(label(*bol_, i).screenOffset().x) < letters + kHoogte) continue;
+            ++naast;
+            EXPECT_EQ(label(*bol_, i).children().back()->opacity(), 1.0)
+                << i << " after " << beeld / 2.0;
+        }
+    }
+    EXPECT_GT(naast, 50);
+}
+
+// A country that the globe shows far above, over the pole, though it lies further south.
+TEST_F(BolLabelsTest, ALabelThatIsFarFromAllOthersIsNotPushed) {
+    const auto alleen = maak(DrieSoort::bol, {.eigenLijnen = true});
+    alleen->zetLijnen({in(61.4, -98.3)});
+    zet({in(61.4, -98.3), in(60.1, 18.6)});
+    constexpr double kVrij = 4.5 * kHoogte;
+    constexpr std::size_t kRondom = 6;  // the half seconds around that the labels' curve looks at
+    std::vector<bool> vrij;
+    std::vector<double> verschil;
+    for (int beeld = 0; beeld < 120; ++beeld) {
+        bol_->scene()->advance(beeld / 2.0);
+        alleen->scene()->advance(beeld / 2.0);
+        const bool zichtbaar = label(*bol_, 0).opacity() > 0.0 && label(*bol_, 1).opacity() > 0.0;
+        vrij.push_back(zichtbaar && plek(1).y - plek(0).y > kVrij);
+        verschil.push_back(label(*bol_, 0).screenOffset().y - label(*alleen, 0).screenOffset().y);
+    }
+    int gezien = 0;
+    for (std::size_t i = kRondom; i + kRondom < vrij.size(); ++i) {
+        const auto van = vrij.begin() + static_cast<std::ptrdiff_t>(i - kRondom);
+        if (!std::all_of(van, van + 2 * kRondom + 1, [](bool is) { return is; })) continue;
+        ++gezien;
+        EXPECT_NEAR(verschil[i], 0.0, 1e-3) << "after " << static_cast<double>(i) / 2.0;
+    }
+    EXPECT_GT(gezien, 5);
+}
+
 TEST_F(BolLabelsTest, ALabelWithTheRoomToItselfHasNoLine) {
     zet({in(0.0, 5.0), in(20.0, 60.0)});
     for (int beeld = 0; beeld < 120; ++beeld) {

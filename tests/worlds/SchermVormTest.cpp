@@ -69,6 +69,21 @@ TEST_F(SchermVormTest, TheWholeGlobeIsSeenWithItsArcsAndLabels) {
            [gloed](const platform::DrawBatch& batch) { return batch.mesh.get() != gloed; });
 }
 
+// Long names beside a crowd.
+TEST_F(SchermVormTest, LongLabelsAreSeenWhole) {
+    const auto wereld = maak(DrieSoort::bol, {.eigenLijnen = true});
+    wereld->zetLijnen({{{"AE", 23.4, 53.8}, {"Proef"}, 5},
+                       {{"SA", 23.9, 45.1}, {"Proef"}, 4},
+                       {{"QA", 25.4, 51.2}, {"Proef"}, 3},
+                       {{"BH", 26.0, 50.6}, {"Proef"}, 2},
+                       {{"KW", 29.3, 47.5}, {"Proef"}, 1}});
+    const platform::Mesh* gloed = wereld->scene()->root().find("gloed")->geometry()->mesh().get();
+    // The labels' soft ground is dark, and may end outside.
+    isHeel(*wereld, 60.0, [gloed](const platform::DrawBatch& batch) {
+        return batch.mesh.get() != gloed && batch.material.blend == platform::BlendMode::Additive;
+    });
+}
+
 // A wide picture is whole too: the furthest part is an arc to the other side of the
 // earth, over a pole.
 TEST_F(SchermVormTest, NoArcLeavesThePicture) {
