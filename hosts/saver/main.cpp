@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The host adapter: reads the command line, loads the saver module and shows it.
-#include <poll.h>
-
+#include <QEventLoop>
 #include <QFile>
 #include <QGuiApplication>
 #include <chrono>
@@ -29,6 +28,7 @@
 #include "platform/session/Preferences.h"
 #include "platform/session/SessionLock.h"
 #include "platform/time/ProcessUsage.h"
+#include "platform/time/Timer.h"
 #include "platform/window/DesktopWorkspace.h"
 #include "platform/window/systems/WindowSystems.h"
 
@@ -94,14 +94,19 @@ int meldAan(const QString& thuis) {
     return bericht(brixtel::meldAan(thuis, brixtel::opdrachtVoorGastheer(eigen)));
 }
 
-int hervat() {
+int hervat(int argc, char** argv) {
     constexpr std::chrono::seconds kGeduld{5};
-    // The time in which a saver that was started just before comes to its lock.
-    static constexpr std::chrono::milliseconds kAanloop{300};
+    // Seconds in which a saver that was started just before comes to its lock.
+    constexpr double kAanloop = 0.3;
+    const QCoreApplication app(argc, argv);
+    platform::SystemClock klok;
     brixtel::LopendeSaver saver(qEnvironmentVariable("XDG_RUNTIME_DIR"),
                                 platform::sessionAddress());
-    const QString mis =
-        saver.beeindig(kGeduld, [] { poll(nullptr, 0, static_cast<int>(kAanloop.count())); });
+    const QString mis = saver.beeindig(kGeduld, [&klok] {
+        QEventLoop lus;
+        const platform::Timer straks(klok, {.interval = kAanloop}, [&lus] { lus.quit(); });
+        lus.exec();
+    });
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
@@ -284,7 +289,7 @@ int main(int argc, char** argv) {
         case Opdracht::Taak::Aanmelden:
             return meldAan(qEnvironmentVariable("HOME"));
         case Opdracht::Taak::Hervat:
-            return hervat();
+            return hervat(argc, argv);
         case Opdracht::Taak::Afmelden:
             return bericht(brixtel::meldAf(qEnvironmentVariable("HOME")));
         default:

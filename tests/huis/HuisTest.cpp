@@ -196,7 +196,8 @@ TEST(Huis, OnlyAWindowSystemsOwnFolderKnowsIt) {
 
 TEST(Huis, OneClockAndOneSourceOfRandomness) {
     const QString patroon = QStringLiteral(
-        "(sleep_for|usleep\\(|qWait|steady_clock::now|system_clock::now|clock_gettime|"
+        "(sleep_for|usleep\\(|nanosleep|poll\\(nullptr|qWait|steady_clock::now|system_clock::now|"
+        "clock_gettime|"
         "QElapsedTimer|random_device|QRandomGenerator)");
     elkeBron([&](const QString& pad, const QString& tekst) {
         if (ligtIn(pad, {"platform/time"})) return;
