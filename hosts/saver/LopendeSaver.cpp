@@ -69,7 +69,11 @@ LopendeSaver::Greep LopendeSaver::grijp() {
         if (bestand_ < 0) return Greep::Geen;
         if (flock(bestand_, LOCK_EX | LOCK_NB) != 0) return Greep::Bezet;
         heeft_ = isOpPad();
-        if (heeft_) return Greep::Gehad;
+        // The number of a saver that was killed may be another process's by now.
+        if (heeft_) {
+            [[maybe_unused]] const int leeg = ftruncate(bestand_, 0);
+            return Greep::Gehad;
+        }
     }
 }
 
@@ -79,8 +83,8 @@ bool LopendeSaver::neem() {
     const QByteArray nummer = QByteArray::number(getpid()) + '\n';
     // A saver that cannot write its number is not found by another call, and shows all the
     // same.
-    if (ftruncate(bestand_, 0) == 0) [[maybe_unused]]
-        const auto geschreven = pwrite(bestand_, nummer.constData(), std::size_t(nummer.size()), 0);
+    [[maybe_unused]] const auto geschreven =
+        pwrite(bestand_, nummer.constData(), std::size_t(nummer.size()), 0);
     return true;
 }
 
@@ -98,6 +102,11 @@ QString LopendeSaver::beeindig(std::chrono::milliseconds geduld,
     laatLos();
     if (greep != Greep::Bezet) return {};
     const pid_t wie = nummerIn(bestand_);
+    // The holder may not have written its number yet.
+    if (wie <= 1 && zonder) {
+        zonder();
+        return beeindig(geduld, {});
+    }
     const int proces = wie > 1 ? openProces(wie) : -1;
     // The saver may have ended meanwhile.
     if (proces < 0) return {};

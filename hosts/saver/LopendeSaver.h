@@ -30,8 +30,9 @@ class LopendeSaver {
 
     // Ends the running saver by SIGTERM, and waits at most `geduld` for its end. Without a
     // running saver it calls `zonder` while no saver can take the place: a saver that is
-    // starting meanwhile gives up. Returns the error as one line for the user; empty on
-    // success.
+    // starting meanwhile gives up. Where the running saver has not written its number yet,
+    // `zonder` is called once and may wait for it. Returns the error as one line for the user;
+    // empty on success.
     [[nodiscard]] QString beeindig(std::chrono::milliseconds geduld,
                                    const std::function<void()>& zonder = {});
 

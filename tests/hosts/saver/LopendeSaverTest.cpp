@@ -115,6 +115,61 @@ TEST_F(Lopend, ASaverThatIsStillStartingGivesUp) {
     EXPECT_TRUE(LopendeSaver(map.path(), scherm).neem());
 }
 
+// The call may come between a saver's lock and the number it writes.
+TEST_F(Lopend, ASaverThatHasNotWrittenItsNumberIsWaitedForAndEnded) {
+    const pid_t kind = houder();
+    const QString pad = map.filePath(QStringLiteral("brixtel-saver-_7_x"));
+    ASSERT_TRUE(QFile::resize(pad, 0));
+    int keren = 0;
+    EXPECT_EQ(LopendeSaver(map.path(), scherm)
+                  .beeindig(20s,
+                            [&] {
+                                ++keren;
+                                QFile bestand(pad);
+                                ASSERT_TRUE(bestand.open(QIODevice::ReadWrite));
+                                bestand.write(QByteArray::number(kind));
+                            }),
+              QString());
+    EXPECT_EQ(keren, 1);
+    int stand = 0;
+    const bool weg = waitpid(kind, &stand, WNOHANG) == kind;
+    EXPECT_TRUE(weg);
+    if (!weg) {
+        kill(kind, SIGKILL);
+        signaalVan(kind);
+    }
+}
+
+// A holder that never writes a number is asked for it once.
+TEST_F(Lopend, AHolderWithoutANumberIsLeftAlone) {
+    const pid_t kind = houder();
+    ASSERT_TRUE(QFile::resize(map.filePath(QStringLiteral("brixtel-saver-_7_x")), 0));
+    int keren = 0;
+    EXPECT_EQ(LopendeSaver(map.path(), scherm).beeindig(20s, [&] { ++keren; }), QString());
+    EXPECT_EQ(keren, 1);
+    EXPECT_EQ(waitpid(kind, nullptr, WNOHANG), 0);
+    kill(kind, SIGKILL);
+    signaalVan(kind);
+}
+
+// Two calls beside one another, after a saver that was killed.
+TEST_F(Lopend, ANumberOfAKilledSaverIsNobodysWhileAnotherCallHasThePlace) {
+    const pid_t vreemde = fork();
+    if (vreemde == 0) {
+        pause();
+        _exit(0);
+    }
+    QFile bestand(map.filePath(QStringLiteral("brixtel-saver-_7_x")));
+    ASSERT_TRUE(bestand.open(QIODevice::WriteOnly));
+    bestand.write(QByteArray::number(vreemde));
+    bestand.close();
+    LopendeSaver een(map.path(), scherm), ander(map.path(), scherm);
+    EXPECT_EQ(een.beeindig(0ms, [&] { EXPECT_EQ(ander.beeindig(20s), QString()); }), QString());
+    EXPECT_EQ(waitpid(vreemde, nullptr, WNOHANG), 0);
+    kill(vreemde, SIGKILL);
+    signaalVan(vreemde);
+}
+
 TEST_F(Lopend, NothingIsLeftBehind) {
     const auto leeg = [this] { return QDir(map.path()).isEmpty(); };
     LopendeSaver een(map.path(), scherm), ander(map.path(), scherm);
