@@ -111,7 +111,7 @@ class SprongTest : public steun::WereldOpstelling {
 
     static bool nooit(const Ding&) { return false; }
 
-    // What happens before each frame.
+    // A step before each frame, given its number.
     std::function<void(int)> voorBeeld = [](int) {};
     // Whether a shape may become another in its place.
     bool omgezet = false;
