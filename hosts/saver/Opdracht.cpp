@@ -35,13 +35,6 @@ QSize leesMaat(const QString& tekst) {
     return past ? maat : QSize();
 }
 
-QString zetTaak(Opdracht& opdracht, Taak taak, QLatin1String naam) {
-    if (opdracht.taak != Taak::Schermvullend && opdracht.taak != taak)
-        return QStringLiteral("--%1 gaat niet samen met wat eerder gevraagd is").arg(naam);
-    opdracht.taak = taak;
-    return {};
-}
-
 QString zetMaat(QSize& doel, const QString& waarde, QLatin1String naam) {
     doel = leesMaat(waarde);
     if (doel.isValid()) return {};
@@ -154,14 +147,6 @@ QString zetLijnen(Opdracht& opdracht, const QString& waarde) {
     return {};
 }
 
-// Makes an option that chooses what to do; `naam` may be short for `voluit`.
-Optie taakOptie(QLatin1String naam, Taak taak, QLatin1String voluit = {}) {
-    const QLatin1String gemeld = voluit.isEmpty() ? naam : voluit;
-    return {naam, Waarde::Geen, {}, [=](Opdracht& o, const QString&) {
-                return zetTaak(o, taak, gemeld);
-            }};
-}
-
 Optie vlagOptie(QLatin1String naam, bool Opdracht::*vlag, unsigned bij) {
     const auto zet = [=](Opdracht& o, const QString&) {
         o.*vlag = true;
@@ -183,15 +168,15 @@ const std::vector<Optie>& opties() {
     static const QLatin1String maatVorm("^[0-9]+[xX×][0-9]+$");
     static const QLatin1String help("help"), versie("versie"), maat("maat");
     static const std::vector<Optie> alle{
-        taakOptie(QLatin1String("root"), Taak::Gastheer),
-        taakOptie(QLatin1String("aanmelden"), Taak::Aanmelden),
-        taakOptie(QLatin1String("afmelden"), Taak::Afmelden),
-        taakOptie(QLatin1String("hervat"), Taak::Hervat),
-        taakOptie(versie, Taak::Versie),
-        taakOptie(QLatin1String("version"), Taak::Versie, versie),
-        taakOptie(QLatin1String("V"), Taak::Versie, versie),
-        taakOptie(help, Taak::Hulp),
-        taakOptie(QLatin1String("h"), Taak::Hulp, help),
+        taakOptie<Opdracht>(QLatin1String("root"), Taak::Gastheer),
+        taakOptie<Opdracht>(QLatin1String("aanmelden"), Taak::Aanmelden),
+        taakOptie<Opdracht>(QLatin1String("afmelden"), Taak::Afmelden),
+        taakOptie<Opdracht>(QLatin1String("hervat"), Taak::Hervat),
+        taakOptie<Opdracht>(versie, Taak::Versie),
+        taakOptie<Opdracht>(QLatin1String("version"), Taak::Versie, versie),
+        taakOptie<Opdracht>(QLatin1String("V"), Taak::Versie, versie),
+        taakOptie<Opdracht>(help, Taak::Hulp),
+        taakOptie<Opdracht>(QLatin1String("h"), Taak::Hulp, help),
         vlagOptie(QLatin1String("voorvertoning"), &Opdracht::voorvertoning, kToont | kBeeld),
         vlagOptie(QLatin1String("meet"), &Opdracht::meet, kToont),
         vlagOptie(QLatin1String("lus"), &Opdracht::lus, kFilm),
@@ -289,11 +274,6 @@ QString controleerFilm(const Opdracht& opdracht) {
         return QStringLiteral("--lus weet zelf hoe lang de film duurt, zonder --seconden");
     if (opdracht.fps) return QStringLiteral("--fps zonder getal gaat niet samen met --film");
     return controleerMaat(opdracht, QLatin1String("--film"));
-}
-
-bool heeft(const Gegeven& gegeven, const char* naam) {
-    return std::any_of(gegeven.begin(), gegeven.end(),
-                       [&](const Optie* optie) { return optie->naam == QLatin1String(naam); });
 }
 
 // Shown, the sheet has the size of its window; in a file, it belongs to no window.
