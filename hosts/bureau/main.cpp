@@ -54,6 +54,7 @@ constexpr const char* kGeenScherm = "er is geen scherm om op te tekenen";
 
 // Qt's messages are for developers, and a fatal one would dump core.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
+    brixtel::eindigZonderDraad(regel);
     if (soort != QtFatalMsg) return;
     const bool erIsScherm = platform::DisplayCheck().isReachable();
     std::_Exit(meldNaam(erIsScherm

@@ -52,6 +52,7 @@ bool zonderScherm = false;
 // Qt's messages are for developers, and a host would show them to people. A fatal one would
 // dump core, as when the display goes away while Qt starts.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
+    brixtel::eindigZonderDraad(regel);
     if (soort != QtFatalMsg) return;
     if (!zonderScherm && !platform::DisplayCheck().isReachable())
         std::_Exit(meldNaam(QString::fromUtf8(kGeenScherm), kFout));
