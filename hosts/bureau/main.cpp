@@ -57,9 +57,8 @@ void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     brixtel::eindigZonderDraad(regel);
     if (soort != QtFatalMsg) return;
     const bool erIsScherm = platform::DisplayCheck().isReachable();
-    std::_Exit(meldNaam(erIsScherm
-                            ? QStringLiteral("Qt geeft het op: ") + regel.section(u'\n', 0, 0)
-                            : QString::fromUtf8(kGeenScherm)));
+    std::_Exit(
+        meldNaam(erIsScherm ? brixtel::waaromQtOpgeeft(regel) : QString::fromUtf8(kGeenScherm)));
 }
 
 // Sends the requests up to the first that is refused, and then asks for the state where the

@@ -56,7 +56,7 @@ void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     if (soort != QtFatalMsg) return;
     if (!zonderScherm && !platform::DisplayCheck().isReachable())
         std::_Exit(meldNaam(QString::fromUtf8(kGeenScherm), kFout));
-    std::_Exit(meldNaam(QStringLiteral("Qt geeft het op: ") + regel.section(u'\n', 0, 0), kFout));
+    std::_Exit(meldNaam(brixtel::waaromQtOpgeeft(regel), kFout));
 }
 
 bool isPlaatje(const Opdracht& opdracht) {
