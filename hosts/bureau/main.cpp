@@ -285,6 +285,7 @@ int main(int argc, char** argv) {
     if (opdracht.taak == BureauOpdracht::Taak::Versie)
         return druk(QStringLiteral("brixtel-bureau " BRIXTEL_VERSION "\n"));
     if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
+    brixtel::Signalen::negeerVerbreking();
     if (const QString mis = brixtel::tekort(); !mis.isEmpty()) return meldNaam(mis);
     // Qt gets no arguments: it would take this program's options for its own.
     int geen = 1;

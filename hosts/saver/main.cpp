@@ -301,6 +301,7 @@ int main(int argc, char** argv) {
     if (opdracht.taak == Opdracht::Taak::Schermvullend && !lopend.neem())
         return meldNaam(QStringLiteral("er loopt er al een op dit scherm"), 0);
     brixtel::Signalen::negeerOpnieuw();
+    brixtel::Signalen::negeerVerbreking();
     const QString mis = brixtel::tekort(ruimteVoor(opdracht));
     if (!mis.isEmpty()) return meldNaam(mis, kFout);
     if (opdracht.keuze.isEmpty())
