@@ -145,8 +145,10 @@ QString controleer(const BureauOpdracht& opdracht, const Gegeven& gegeven) {
     for (const Optie* optie : gegeven)
         if (optie->bij != 0 && (optie->bij & bit) == 0)
             return QStringLiteral("--%1 gaat niet samen met --%2").arg(optie->naam, naam);
-    if (heeft(gegeven, "dienst") && heeft(gegeven, "paneel"))
-        return QStringLiteral("--dienst gaat niet samen met --paneel");
+    // A start that sets the autostart ends at once where nothing is to be shown.
+    for (const char* ander : {"paneel", "autostart"})
+        if (heeft(gegeven, "dienst") && heeft(gegeven, ander))
+            return QStringLiteral("--dienst gaat niet samen met --%1").arg(QLatin1String(ander));
     return {};
 }
 

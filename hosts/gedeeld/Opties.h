@@ -94,12 +94,14 @@ QString neemOptie(const std::vector<Optie<Opdracht>>& opties, const QStringList&
     return onbekend(woord, namen);
 }
 
-// Chooses what to do. Returns the error where another task was chosen before.
+// Chooses what to do by the option `naam`. Returns the error where an earlier option chose
+// another task.
 template <typename Opdracht>
 QString zetTaak(Opdracht& opdracht, typename Opdracht::Taak taak, QLatin1String naam) {
-    if (opdracht.taak != Opdracht().taak && opdracht.taak != taak)
-        return QStringLiteral("--%1 gaat niet samen met wat eerder gevraagd is").arg(naam);
+    if (!opdracht.taakDoor.isEmpty() && opdracht.taak != taak)
+        return QStringLiteral("--%1 gaat niet samen met --%2").arg(naam, opdracht.taakDoor);
     opdracht.taak = taak;
+    opdracht.taakDoor = naam;
     return {};
 }
 
