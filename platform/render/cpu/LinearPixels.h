@@ -13,6 +13,8 @@ namespace platform {
 // with alpha multiplied in. Plain averaging between two pixels is then right,
 // in every driver.
 [[nodiscard]] std::vector<std::uint16_t> linearPixels(const QImage& picture);
+// The same for `count` pixels of a row in Format_RGBA8888, into four numbers each.
+void linearRow(const uchar* rgba, int count, std::uint16_t* to);
 
 // The size of the next smaller level of a mipmap; a single pixel gives itself.
 [[nodiscard]] QSize halvedSize(QSize size);
