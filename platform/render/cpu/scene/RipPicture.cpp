@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstddef>
 #include <glm/vec4.hpp>
+#include <utility>
 
 #include "platform/render/cpu/LinearPixels.h"
 
@@ -115,6 +116,49 @@ void halveDown(const Level& from, Level& level) {
     level.height = half;
 }
 
+void packAlphas(const float* texels, std::uint32_t* to, int count) {
+    for (int x = 0; x < count; ++x)
+        to[x] = static_cast<std::uint32_t>(
+            texels[4 * static_cast<std::ptrdiff_t>(x) + 3] * 65535.0F + 0.5F);
+}
+
+// Writes the places of a level: each texel beside the one below.
+class PairRows {
+  public:
+    explicit PairRows(int widest) {
+        for (auto* const row : {&first_, &upper_, &lower_})
+            row->resize(static_cast<std::size_t>(widest) + 1);
+    }
+
+    void write(const Level& level, void (*pack)(const float*, std::uint32_t*, int),
+               std::uint32_t* to) {
+        const auto read = [&](int y, std::vector<std::uint32_t>& row) {
+            pack(&level.row(y)->x, row.data(), level.width);
+            row[static_cast<std::size_t>(level.width)] = row[0];
+        };
+        const std::ptrdiff_t count = level.width + 1;
+        read(0, first_);
+        std::copy_n(first_.begin(), count, upper_.begin());
+        for (int y = 0; y < level.height; ++y, to += 2 * count) {
+            const bool isLast = y + 1 == level.height;
+            if (!isLast) read(y + 1, lower_);
+            interleave(upper_.data(), isLast ? first_.data() : lower_.data(), to, count);
+            std::swap(upper_, lower_);
+        }
+    }
+
+  private:
+    static void interleave(const std::uint32_t* upper, const std::uint32_t* lower,
+                           std::uint32_t* to, std::ptrdiff_t count) {
+        for (std::ptrdiff_t i = 0; i < count; ++i) {
+            to[2 * i] = upper[i];
+            to[2 * i + 1] = lower[i];
+        }
+    }
+
+    std::vector<std::uint32_t> first_, upper_, lower_;
+};
+
 int levelsOf(int side) {
     int levels = 1;
     while (side > 1 && levels < RipPicture::kMostLevels) {
@@ -156,21 +200,16 @@ RipPicture::RipPicture(const QImage& picture)
     };
     const int across = place(width, levelsAcross, widths) + levelsAcross;
     const int down = place(height, levelsDown, heights);
-    texels.resize(static_cast<std::size_t>(across) * static_cast<std::size_t>(down));
-    if (hasAlpha) alphas.resize(texels.size());
+    const std::size_t places = static_cast<std::size_t>(across) * static_cast<std::size_t>(down);
+    texels.resize(2 * places);
+    if (hasAlpha) alphas.resize(2 * places);
+    PairRows rows(width);
     std::size_t next = 0;
-    const auto append = [&](const Level& level) {
+    const auto append = [&](const Level& some) {
         first.push_back(static_cast<std::int32_t>(next));
-        for (int y = 0; y < level.height; ++y) {
-            const glm::vec4* const row = level.row(y);
-            std::uint32_t* const to = texels.data() + next;
-            HWY_DYNAMIC_DISPATCH(packTexels)(&row->x, to, level.width);
-            to[level.width] = to[0];
-            for (int x = 0; hasAlpha && x <= level.width; ++x)
-                alphas[next + static_cast<std::size_t>(x)] =
-                    static_cast<std::uint32_t>(row[x % level.width].a * 65535.0F + 0.5F);
-            next += static_cast<std::size_t>(level.width) + 1;
-        }
+        rows.write(some, HWY_DYNAMIC_DISPATCH(packTexels), texels.data() + 2 * next);
+        if (hasAlpha) rows.write(some, packAlphas, alphas.data() + 2 * next);
+        next += static_cast<std::size_t>(some.width + 1) * static_cast<std::size_t>(some.height);
     };
     Level level;
     for (int i = 0; i < levelsAcross; ++i) {
