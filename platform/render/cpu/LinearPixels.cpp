@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <new>
 
 #include "platform/scene/Shading.h"
 
@@ -46,9 +47,14 @@ std::vector<Cover> coversOf(int length) {
 
 }  // namespace
 
-void linearRow(const uchar* rgba, int count, std::uint16_t* to) {
+void linearRow(const QImage& picture, int y, std::uint16_t* to) {
     static const std::array<std::uint16_t, 256> kDecoding = makeDecoding();
-    for (int i = 0; i < 4 * count; i += 4) {
+    // A row needs little memory, where a converted picture might be refused.
+    const QImage row =
+        picture.copy(0, y, picture.width(), 1).convertToFormat(QImage::Format_RGBA8888);
+    if (row.isNull()) throw std::bad_alloc();
+    const uchar* const rgba = row.constScanLine(0);
+    for (int i = 0; i < 4 * picture.width(); i += 4) {
         const std::uint32_t alpha = rgba[i + 3];
         for (int k = i; k < i + 3; ++k) {
             const std::uint32_t light = kDecoding[rgba[k]];
@@ -59,12 +65,10 @@ void linearRow(const uchar* rgba, int count, std::uint16_t* to) {
 }
 
 std::vector<std::uint16_t> linearPixels(const QImage& picture) {
-    const QImage source = picture.convertToFormat(QImage::Format_RGBA8888);
-    const auto line = 4 * static_cast<std::size_t>(source.width());
-    std::vector<std::uint16_t> pixels(line * static_cast<std::size_t>(source.height()));
-    for (int y = 0; y < source.height(); ++y)
-        linearRow(source.constScanLine(y), source.width(),
-                  pixels.data() + line * static_cast<std::size_t>(y));
+    const auto line = 4 * static_cast<std::size_t>(picture.width());
+    std::vector<std::uint16_t> pixels(line * static_cast<std::size_t>(picture.height()));
+    for (int y = 0; y < picture.height(); ++y)
+        linearRow(picture, y, pixels.data() + line * static_cast<std::size_t>(y));
     return pixels;
 }
 

@@ -175,12 +175,11 @@ RipPicture::RipPicture(const QImage& picture)
       height(picture.height()),
       levelsAcross(levelsOf(width)),
       levelsDown(levelsOf(height)) {
-    const QImage source = picture.convertToFormat(QImage::Format_RGBA8888);
     Level whole{width, height, {}};
     whole.texels.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
     std::vector<std::uint16_t> pixels(4 * static_cast<std::size_t>(width));
     for (int y = 0; y < height; ++y) {
-        linearRow(source.constScanLine(y), width, pixels.data());
+        linearRow(picture, y, pixels.data());
         glm::vec4* const to = whole.row(y);
         for (int x = 0; x < width; ++x) {
             const std::uint16_t* const pixel = &pixels[4 * static_cast<std::size_t>(x)];
