@@ -5,8 +5,10 @@
 #include <hwy/highway.h>
 
 #include <QImage>
+#include <QRegion>
 #include <algorithm>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include "platform/scene/DrawList.h"
@@ -293,6 +295,42 @@ TEST(CpuSceneDrawer, DamageHoldsEverythingThatChanges) {
                 ASSERT_TRUE(std::any_of(damage.begin(), damage.end(), [&](const QRect& rect) {
                     return rect.contains(place);
                 })) << name;
+            }
+            before = shown;
+        }
+    }
+}
+
+// A window's buffers are drawn into in turn, in no fixed order. Each is whole, and the damage
+// tells the difference from the frame before, which another buffer holds.
+TEST(CpuSceneDrawer, PicturesInTurnAreWholeAndTheDamageIsFromFrameToFrame) {
+    const QSize size(300, 190);
+    for (const double resolution : {1.0, 0.6}) {
+        const auto scene = makeStandIn(QStringLiteral("cube"), 1);
+        GuardedPicture pictures[3] = {GuardedPicture(size), GuardedPicture(size),
+                                      GuardedPicture(size)};
+        bool holds[3] = {};
+        CpuSceneDrawer drawer;
+        std::vector<std::uint32_t> before;
+        for (const int turn : {0, 1, 0, 1, 2, 1, 0, 2, 0, 1, 1, 2}) {
+            scene->advance(scene->time() + 0.4);
+            DrawList list;
+            extract(*scene, 300.0 / 190.0, list);
+            const bool isKept = std::exchange(holds[turn], true);
+            const auto damage = drawer.draw(list, pictures[turn].buffer(),
+                                            {.resolution = resolution, .isKept = isKept});
+            GuardedPicture fresh(size);
+            CpuSceneDrawer().draw(list, fresh.buffer(), {.resolution = resolution});
+            const auto shown = pictures[turn].all();
+            ASSERT_TRUE(shown == fresh.all()) << resolution;
+            QRegion told;
+            for (const QRect& rect : damage)
+                told += rect;
+            EXPECT_EQ(told == QRegion(QRect(QPoint(), size)), !isKept);
+            for (std::size_t at = 0; at < before.size(); ++at) {
+                if (before[at] == shown[at]) continue;
+                ASSERT_TRUE(told.contains(QPoint(static_cast<int>(at) % size.width(),
+                                                 static_cast<int>(at) / size.width())));
             }
             before = shown;
         }
