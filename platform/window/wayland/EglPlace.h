@@ -17,6 +17,11 @@ namespace platform::wayland {
 // accepts pictures of the window. A driver commits by itself, on the render thread, as soon
 // as a picture is swapped; the place has each commit ask for the compositor's answers.
 //
+// At most one picture waits for its answer, so a compositor that stops answering stops the
+// drawing outside the driver. Within the driver a swap waits without end for a buffer where a
+// compositor answers and releases none, and for a compositor that stops during the driver's
+// first requests. Neither holds up another window, and close() bounds both.
+//
 // Shared by the native window (main thread) and the target of its surface (render thread).
 // The connection and the shell surface outlive the time that the place is open.
 class EglPlace {
@@ -29,7 +34,8 @@ class EglPlace {
     // Main thread.
     void open(ShellSurface& shell);
     // Waits for the end of a frame that is being drawn, and ends what the driver has of the
-    // surface.
+    // surface. After seconds of waiting the compositor counts as absent, and the connection
+    // ends, as it does for one that never answers.
     void close();
     // Sets the size of the pictures; pictures of another size are skipped.
     void setSize(QSize pixels, const ShellSurface::Picture& picture);
