@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "connections/Overzicht.h"
 
+#include <unicode/uchar.h>
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -19,8 +21,13 @@ namespace {
 using namespace Qt::StringLiterals;
 using Rij = std::array<QString, 3>;
 
-// Whether a character in a name could control a terminal or reverse its writing direction.
+// Whether a character in a name could control a terminal, reverse its writing direction, or
+// take no ink. A space is none of these.
 bool stuurt(char32_t teken) {
+    constexpr char32_t kLegeBraille = 0x2800;
+    if (teken == kLegeBraille ||
+        u_hasBinaryProperty(static_cast<UChar32>(teken), UCHAR_DEFAULT_IGNORABLE_CODE_POINT))
+        return true;
     switch (QChar::category(teken)) {
         case QChar::Other_Control:
         case QChar::Other_Format:
@@ -40,14 +47,17 @@ QString leesbaar(const QString& tekst) {
     return QString::fromUcs4(reinterpret_cast<const char32_t*>(tekens.constData()), tekens.size());
 }
 
-// Writes control characters in JSON as numeric escapes, so that names stay whole.
+// Writes such characters in JSON as numeric escapes, so that names stay whole.
 QByteArray metNummers(const QByteArray& json) {
     QString tekst;
-    for (const QChar teken : QString::fromUtf8(json)) {
-        if (teken != u'\n' && !teken.isSurrogate() && stuurt(teken.unicode()))
-            tekst += QStringLiteral("\\u%1").arg(teken.unicode(), 4, 16, QLatin1Char('0'));
-        else
-            tekst += teken;
+    for (const char32_t teken : QString::fromUtf8(json).toUcs4()) {
+        const QString een = QString::fromUcs4(&teken, 1);
+        if (teken == U'\n' || !stuurt(teken)) {
+            tekst += een;
+            continue;
+        }
+        for (const QChar deel : een)
+            tekst += QStringLiteral("\\u%1").arg(deel.unicode(), 4, 16, QLatin1Char('0'));
     }
     return tekst.toUtf8();
 }

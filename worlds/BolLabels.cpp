@@ -95,7 +95,7 @@ void BolLabels::zet(std::vector<Opschrift> opschriften) {
     const std::vector<Label> vorige = std::exchange(labels_, {});
     stippen_.clear();
     ++lijsten_;
-    nieuw_ = true;
+    const bool ongezien = std::exchange(nieuw_, true);
     ouder_ = opschriften.empty() ? nullptr : opschriften.front().label->parent();
     if (!ouder_) return;
     for (Opschrift& opschrift : opschriften) {
@@ -104,6 +104,7 @@ void BolLabels::zet(std::vector<Opschrift> opschriften) {
         });
         Label label = was == vorige.end() ? Label{.komst = lijsten_} : *was;
         label.gezien = was != vorige.end() && was->kracht > 0.0;
+        label.komtErbij = was == vorige.end() ? !vorige.empty() : was->komtErbij && ongezien;
         label.node = std::move(opschrift.label);
         label.draad = std::move(opschrift.draad);
         label.lijn = std::move(opschrift.lijn);
@@ -172,6 +173,7 @@ void BolLabels::volg(const Blik& blik, double tijd) {
             label.wens.omhoog += delen[i] * label.wensen[i].omhoog;
             label.wens.dekking -= delen[i] * (1.0 - label.wensen[i].dekking);
         }
+        if (nieuw_ && label.komtErbij) label.verkleurt.neem(-label.wens.dekking, tijd);
         if (!nieuw_ || !label.gezien) continue;
         label.schuift.neem(was.opzij - label.wens.opzij, tijd);
         label.stijgt.neem(was.omhoog - label.wens.omhoog, tijd);

@@ -52,7 +52,8 @@ class BolLabels {
         platform::NodePtr draad;
     };
     // Shows these labels alone, the busiest first; all labels have one parent. A label of a
-    // line that was shown before starts from its place on the screen.
+    // line that was shown before starts from its place on the screen; a new one beside others
+    // starts from nothing.
     void zet(std::vector<Opschrift> opschriften);
 
     // Sets each label's strength and place on the screen, for this camera at this scene
@@ -74,11 +75,12 @@ class BolLabels {
         platform::NodePtr draad;
         glm::dvec3 plaats{0.0};  // in the parent's frame
         LijnSleutel lijn;
-        glm::dvec2 maat{0.0};  // in scene units
-        double noorden = 0.0;  // higher for a more northern country
-        std::size_t rang = 0;  // 0: the busiest
-        int komst = 0;         // the number of the first list that had the line
-        bool gezien = false;   // the list before showed the line
+        glm::dvec2 maat{0.0};    // in scene units
+        double noorden = 0.0;    // higher for a more northern country
+        std::size_t rang = 0;    // 0: the busiest
+        int komst = 0;           // the number of the first list that had the line
+        bool gezien = false;     // the list before showed the line
+        bool komtErbij = false;  // the shown lists had other lines alone
         // The place on the screen, in units as large as those of the globe's middle.
         double x = 0.0, y = 0.0;
         double halveBreedte = 0.0, hoogte = 0.0;

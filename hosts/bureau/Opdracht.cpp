@@ -19,9 +19,24 @@ using Gegeven = std::vector<const Optie*>;
 // The calls that an option belongs to.
 enum : unsigned { kStart = 1, kStand = 2, kTekst = 4, kVerzoek = kStart | kStand };
 
+// The call as the user writes it, and its bit.
+std::pair<QLatin1String, unsigned> aanroep(Taak taak) {
+    switch (taak) {
+        case Taak::Stand:
+            return {QLatin1String("stand"), kStand};
+        case Taak::Versie:
+            return {QLatin1String("versie"), kTekst};
+        case Taak::Hulp:
+            return {QLatin1String("help"), kTekst};
+        default:
+            return {QLatin1String("dienst"), kStart};
+    }
+}
+
 QString zetTaak(BureauOpdracht& opdracht, Taak taak, QLatin1String naam) {
     if (opdracht.taak != Taak::Dienst && opdracht.taak != taak)
-        return QStringLiteral("--%1 gaat niet samen met wat eerder gevraagd is").arg(naam);
+        return QStringLiteral("--%1 gaat niet samen met --%2")
+            .arg(naam, aanroep(opdracht.taak).first);
     opdracht.taak = taak;
     return {};
 }
@@ -142,20 +157,6 @@ const std::vector<Optie>& opties() {
     return alle;
 }
 
-// The call as the user writes it, and its bit.
-std::pair<QLatin1String, unsigned> aanroep(Taak taak) {
-    switch (taak) {
-        case Taak::Stand:
-            return {QLatin1String("stand"), kStand};
-        case Taak::Versie:
-            return {QLatin1String("versie"), kTekst};
-        case Taak::Hulp:
-            return {QLatin1String("help"), kTekst};
-        default:
-            return {QLatin1String("dienst"), kStart};
-    }
-}
-
 bool heeft(const Gegeven& gegeven, const char* naam) {
     return std::any_of(gegeven.begin(), gegeven.end(),
                        [&](const Optie* optie) { return optie->naam == QLatin1String(naam); });
@@ -167,8 +168,10 @@ QString controleer(const BureauOpdracht& opdracht, const Gegeven& gegeven) {
     for (const Optie* optie : gegeven)
         if (optie->bij != 0 && (optie->bij & bit) == 0)
             return QStringLiteral("--%1 gaat niet samen met --%2").arg(optie->naam, naam);
-    if (heeft(gegeven, "dienst") && heeft(gegeven, "paneel"))
-        return QStringLiteral("--dienst gaat niet samen met --paneel");
+    // A start that sets the autostart ends at once where nothing is to be shown.
+    for (const char* ander : {"paneel", "autostart"})
+        if (heeft(gegeven, "dienst") && heeft(gegeven, ander))
+            return QStringLiteral("--dienst gaat niet samen met --%1").arg(QLatin1String(ander));
     return {};
 }
 

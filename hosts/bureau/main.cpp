@@ -24,6 +24,7 @@
 #include "hosts/gedeeld/Signalen.h"
 #include "hosts/gedeeld/Uitvoer.h"
 #include "hosts/gedeeld/Voorraad.h"
+#include "platform/files/StandardOutput.h"
 #include "platform/session/SessionLock.h"
 #include "platform/time/ProcessUsage.h"
 #include "platform/window/DesktopIdle.h"
@@ -273,6 +274,7 @@ int start(int argc, char** argv, const BureauOpdracht& opdracht) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    platform::holdStandardStreams();
     brixtel::eindigMetEenRegel("brixtel-bureau");
     QStringList argumenten;
     for (int i = 1; i < argc; ++i)

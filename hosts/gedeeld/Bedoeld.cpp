@@ -7,7 +7,7 @@
 namespace brixtel {
 
 int afstand(const QString& een, const QString& ander) {
-    const auto breedte = static_cast<std::size_t>(ander.size()) + 1;
+    const auto breedte = static_cast<std::size_t>(std::max<qsizetype>(ander.size(), 0)) + 1;
     // Row i holds the distances of the first i letters of one word to the first j letters of
     // the other. Only the last three rows are kept.
     std::vector<int> voorvorige(breedte), vorige(breedte), rij(breedte);

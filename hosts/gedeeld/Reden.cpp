@@ -2,7 +2,6 @@
 #include "hosts/gedeeld/Reden.h"
 
 #include <cerrno>
-#include <cstring>
 
 namespace brixtel {
 
@@ -40,8 +39,14 @@ QString reden(int nummer) {
         case EPIPE:
         case ENXIO:
             return QStringLiteral("er is niemand die het leest");
+        case EBADF:
+            return QStringLiteral("dat staat niet open");
+        case EBUSY:
+        case ETXTBSY:
+            return QStringLiteral("dat is in gebruik");
         default:
-            return QString::fromLocal8Bit(std::strerror(nummer));
+            // The C library's texts are in the language of the system.
+            return QStringLiteral("het systeem meldt fout %1").arg(nummer);
     }
 }
 

@@ -5,8 +5,8 @@
 
 namespace brixtel {
 
-// The system's reason for a refusal, by its error number, as text for the user: Dutch for
-// the errors that users meet, the system's own text for the others. Any thread.
+// The system's reason for a refusal, by its error number, as text for the user: the
+// number itself for errors that users do not meet. Any thread.
 [[nodiscard]] QString reden(int nummer);
 
 }  // namespace brixtel

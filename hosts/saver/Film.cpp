@@ -13,11 +13,9 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "hosts/gedeeld/Opsomming.h"
 #include "hosts/gedeeld/Reden.h"
 #include "hosts/gedeeld/Uitvoer.h"
 #include "hosts/saver/Beeldmaker.h"
-#include "hosts/saver/KeuzeWoorden.h"
 #include "platform/files/OutputFile.h"
 #include "platform/files/ScratchFile.h"
 #include "worlds/DrieSoort.h"
@@ -161,12 +159,10 @@ QString schrijf(const Opdracht& opdracht, const FilmLengte& lengte, Beeldmaker& 
 
 }  // namespace
 
-std::optional<FilmLengte> filmLengte(const Opdracht& opdracht) {
+FilmLengte filmLengte(const Opdracht& opdracht) {
     FilmLengte lengte{.begin = opdracht.na, .duur = opdracht.seconden.value_or(0.0)};
-    if (opdracht.lus) {
-        const auto soort = soortUitRuw(opdracht.keuze);
-        if (!soort || start(*soort).lus.duur <= 0.0 || !opdracht.lijnen.isEmpty())
-            return std::nullopt;
+    const auto soort = soortUitRuw(opdracht.keuze);
+    if (opdracht.lus && soort) {
         lengte.begin = std::max(opdracht.na, start(*soort).lus.begin);
         lengte.duur = start(*soort).lus.duur;
     }
@@ -194,12 +190,6 @@ QStringList ffmpegWoorden(const QString& naam, const QString& bestand, QSize maa
 }
 
 QString maakFilm(const Opdracht& opdracht, const ModuleLader& module) {
-    const auto lengte = filmLengte(opdracht);
-    if (!lengte && !opdracht.lijnen.isEmpty())
-        return QStringLiteral("--lus gaat met %1 alleen zonder --lijnen").arg(opdracht.keuze);
-    if (!lengte)
-        return QStringLiteral("%1 is na geen enkele tijd weer hetzelfde; --lus kan alleen met %2")
-            .arg(opdracht.keuze, opsomming(keuzesMetLus(), QLatin1String("of")));
     const QString programma = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
     if (programma.isEmpty())
         return QStringLiteral("--film heeft het programma ffmpeg nodig, en dat ontbreekt");
@@ -217,7 +207,8 @@ QString maakFilm(const Opdracht& opdracht, const ModuleLader& module) {
     if (!ffmpeg.start(programma, ffmpegWoorden(opdracht.film, QString::fromStdString(klad.path()),
                                                maker.maat(), opdracht.beeldenPerSeconde)))
         return QStringLiteral("ffmpeg wil niet starten");
-    if (QString mis = schrijf(opdracht, *lengte, maker, ffmpeg); !mis.isEmpty()) return mis;
+    if (QString mis = schrijf(opdracht, filmLengte(opdracht), maker, ffmpeg); !mis.isEmpty())
+        return mis;
     const int fout = klad.copyOver(naam);
     return fout == 0 ? QString() : geweigerd(fout);
 }

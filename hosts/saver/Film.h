@@ -3,7 +3,6 @@
 
 #include <QString>
 #include <QStringList>
-#include <optional>
 
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
@@ -17,9 +16,9 @@ struct FilmLengte {
     int beelden = 0;
 };
 
-// The length of the command's film. None for a seamless loop of a scene that never returns
-// to its start, or with lines, whose lights are together again after months at most.
-[[nodiscard]] std::optional<FilmLengte> filmLengte(const Opdracht& opdracht);
+// The length of the command's film. A loop lasts as long as its scene's period, and begins
+// where the scene has begun to repeat.
+[[nodiscard]] FilmLengte filmLengte(const Opdracht& opdracht);
 
 // The arguments of ffmpeg for a film in `bestand`, in the format of the ending of `naam`,
 // from raw pictures (BGRx, `maat` pixels) on its standard input.

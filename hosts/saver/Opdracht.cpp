@@ -35,9 +35,40 @@ QSize leesMaat(const QString& tekst) {
     return past ? maat : QSize();
 }
 
+// The option that chose the task; empty where none did.
+QLatin1String keuzeVanTaak(const Opdracht& opdracht) {
+    switch (opdracht.taak) {
+        case Taak::Schermvullend:
+            return {};
+        case Taak::Venster:
+            return QLatin1String("venster");
+        case Taak::Gastheer:
+            return QLatin1String(opdracht.vensterId ? "window-id" : "root");
+        case Taak::Plaatje:
+            return QLatin1String("plaatje");
+        case Taak::Film:
+            return QLatin1String("film");
+        case Taak::Instellingen:
+            return QLatin1String("instellingen");
+        case Taak::Verbindingen:
+            return QLatin1String("verbindingen");
+        case Taak::Aanmelden:
+            return QLatin1String("aanmelden");
+        case Taak::Afmelden:
+            return QLatin1String("afmelden");
+        case Taak::Hervat:
+            return QLatin1String("hervat");
+        case Taak::Versie:
+            return QLatin1String("versie");
+        case Taak::Hulp:
+            return QLatin1String("help");
+    }
+    return {};
+}
+
 QString zetTaak(Opdracht& opdracht, Taak taak, QLatin1String naam) {
     if (opdracht.taak != Taak::Schermvullend && opdracht.taak != taak)
-        return QStringLiteral("--%1 gaat niet samen met wat eerder gevraagd is").arg(naam);
+        return QStringLiteral("--%1 gaat niet samen met --%2").arg(naam, keuzeVanTaak(opdracht));
     opdracht.taak = taak;
     return {};
 }
@@ -225,25 +256,21 @@ Fout fout(const QString& wat) {
     return foutVan(QLatin1String("brixtel-saver"), wat);
 }
 
-// The call as the user writes it, and its bit.
-std::pair<QLatin1String, unsigned> aanroep(Taak taak) {
+// The bit of the call; none where no option belongs to the call.
+unsigned aanroep(Taak taak) {
     switch (taak) {
         case Taak::Plaatje:
-            return {QLatin1String("--plaatje"), kPlaatje};
+            return kPlaatje;
         case Taak::Film:
-            return {QLatin1String("--film"), kFilm};
+            return kFilm;
         case Taak::Instellingen:
-            return {QLatin1String("--instellingen"), kBlad};
-        case Taak::Verbindingen:
-            return {QLatin1String("--verbindingen"), 0};
-        case Taak::Aanmelden:
-            return {QLatin1String("--aanmelden"), 0};
-        case Taak::Afmelden:
-            return {QLatin1String("--afmelden"), 0};
-        case Taak::Hervat:
-            return {QLatin1String("--hervat"), 0};
+            return kBlad;
+        case Taak::Schermvullend:
+        case Taak::Venster:
+        case Taak::Gastheer:
+            return kToont;
         default:
-            return {{}, kToont};
+            return 0;
     }
 }
 
@@ -260,11 +287,12 @@ QString bijWelke(unsigned bij) {
 }
 
 // The error of an option that belongs to another call than this one.
-QString hoortElders(const Optie& optie, Taak taak) {
-    const auto [naam, bit] = aanroep(taak);
+QString hoortElders(const Optie& optie, const Opdracht& opdracht) {
+    const unsigned bit = aanroep(opdracht.taak);
     if (optie.bij == 0 || (optie.bij & bit) != 0) return {};
-    if (!naam.isEmpty()) return QStringLiteral("--%1 gaat niet samen met %2").arg(optie.naam, naam);
-    return QStringLiteral("--%1 gaat alleen samen met %2").arg(optie.naam, bijWelke(optie.bij));
+    if (bit == kToont)
+        return QStringLiteral("--%1 gaat alleen samen met %2").arg(optie.naam, bijWelke(optie.bij));
+    return QStringLiteral("--%1 gaat niet samen met --%2").arg(optie.naam, keuzeVanTaak(opdracht));
 }
 
 // A picture is drawn whole in memory.
@@ -281,12 +309,24 @@ QString controleerPlaatje(const Opdracht& opdracht) {
     return controleerMaat(opdracht, QLatin1String("--plaatje"));
 }
 
+// Lines end a loop: their lights are together again after months at most.
+QString controleerLus(const Opdracht& opdracht) {
+    if (opdracht.seconden)
+        return QStringLiteral("--lus weet zelf hoe lang de film duurt, zonder --seconden");
+    if (!keuzesMetLus().contains(opdracht.keuze))
+        return QStringLiteral("%1 is na geen enkele tijd weer hetzelfde; --lus kan alleen met %2")
+            .arg(opdracht.keuze, opsomming(keuzesMetLus(), QLatin1String("of")));
+    if (!opdracht.lijnen.isEmpty())
+        return QStringLiteral("--lus gaat met %1 alleen zonder --lijnen").arg(opdracht.keuze);
+    return {};
+}
+
 QString controleerFilm(const Opdracht& opdracht) {
     if (opdracht.keuze.isEmpty()) return QStringLiteral("--film vraagt ook om --keuze");
     if (!opdracht.seconden && !opdracht.lus)
         return QStringLiteral("--film vraagt ook om --seconden of --lus");
-    if (opdracht.seconden && opdracht.lus)
-        return QStringLiteral("--lus weet zelf hoe lang de film duurt, zonder --seconden");
+    if (opdracht.lus)
+        if (QString mis = controleerLus(opdracht); !mis.isEmpty()) return mis;
     if (opdracht.fps) return QStringLiteral("--fps zonder getal gaat niet samen met --film");
     return controleerMaat(opdracht, QLatin1String("--film"));
 }
@@ -327,7 +367,7 @@ QString controleerAanroep(const Opdracht& opdracht, const Gegeven& gegeven) {
 QString controleer(const Opdracht& opdracht, const Gegeven& gegeven) {
     if (opdracht.taak == Taak::Hulp || opdracht.taak == Taak::Versie) return {};
     for (const Optie* optie : gegeven)
-        if (QString mis = hoortElders(*optie, opdracht.taak); !mis.isEmpty()) return mis;
+        if (QString mis = hoortElders(*optie, opdracht); !mis.isEmpty()) return mis;
     if (QString mis = controleerAanroep(opdracht, gegeven); !mis.isEmpty()) return mis;
     if (opdracht.taak != Taak::Film && opdracht.beeldenPerSeconde != Opdracht().beeldenPerSeconde)
         return QStringLiteral("--fps met een getal gaat alleen samen met --film");

@@ -24,6 +24,7 @@
 #include "hosts/saver/StilleBeelden.h"
 #include "hosts/saver/Verbindingen.h"
 #include "hosts/saver/Voorstelling.h"
+#include "platform/files/StandardOutput.h"
 #include "platform/session/PowerSupply.h"
 #include "platform/session/Preferences.h"
 #include "platform/session/SessionLock.h"
@@ -269,6 +270,7 @@ int start(int argc, char** argv, const Opdracht& opdracht) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    platform::holdStandardStreams();
     brixtel::eindigMetEenRegel("brixtel-saver");
     QStringList argumenten;
     for (int i = 1; i < argc; ++i)

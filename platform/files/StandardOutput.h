@@ -9,4 +9,9 @@ namespace platform {
 // also of what was written there before. The text stays with its owner. Main thread.
 [[nodiscard]] int printOut(std::string_view text);
 
+// Occupies the numbers of the standard streams that are closed, so that a file that is opened
+// later gets none of their text. Printing on a closed standard output stays an error. Main
+// thread, before any other.
+void holdStandardStreams();
+
 }  // namespace platform

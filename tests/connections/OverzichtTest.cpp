@@ -41,16 +41,20 @@ TEST(Overzicht, ANameCannotSteerTheTerminal) {
 TEST(Overzicht, ANameCannotTurnTheTextAround) {
     QString vreemd;
     for (const char32_t teken :
-         {0x202AU, 0x202BU, 0x202CU, 0x202DU, 0x202EU, 0x2066U, 0x2067U, 0x2068U, 0x2069U, 0x200EU,
-          0x200FU, 0x061CU, 0x200BU, 0x2028U, 0x2029U, 0xE0001U})
+         {0x202AU, 0x202BU, 0x202CU, 0x202DU, 0x202EU, 0x2066U, 0x2067U,  0x2068U, 0x2069U,
+          0x200EU, 0x200FU, 0x061CU, 0x200BU, 0x2028U, 0x2029U, 0xE0001U, 0x3164U, 0xFFA0U,
+          0x115FU, 0x1160U, 0x034FU, 0x17B4U, 0x180BU, 0xFE0FU, 0x2800U,  0xE0100U})
         vreemd += QString::fromUcs4(&teken, 1);
     const std::vector<Lijn> lijnen{{{"NL"}, {("a" + vreemd.toStdString() + "é😀")}, 1}};
     const QString tabel = alsTabel(lijnen);
-    EXPECT_TRUE(tabel.contains(u'a' + QString(16, u'?') + QStringLiteral("é😀")))
+    EXPECT_TRUE(tabel.contains(u'a' + QString(26, u'?') + QStringLiteral("é😀")))
         << tabel.toStdString();
     const QByteArray json = alsJson(lijnen);
     EXPECT_FALSE(json.contains("\u202E"));
     EXPECT_TRUE(json.contains("\\u202e"));
+    EXPECT_FALSE(json.contains("\u3164"));
+    EXPECT_TRUE(json.contains("\\u3164"));
+    EXPECT_TRUE(json.contains("\\udb40\\udc01"));
     EXPECT_EQ(leesJson(json).value().front().programmas, lijnen.front().programmas);
 }
 

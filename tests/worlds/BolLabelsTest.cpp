@@ -385,6 +385,7 @@ TEST_F(BolLabelsTest, NamesInAnyScriptAreOneLine) {
     for (const char* naam :
          {"\xF0\x9F\x87\xB3\xF0\x9F\x87\xB1 land", "\xD7\x99\xD7\xA9\xD7\xA8\xD7\x90\xD7\x9C",
           "twee\nregels", "\xFF\xFE", ""}) {
+        zet({});
         zet({{{naam, 30.0, 5.0}, {"Proef"}, 1}});
         const auto maat = label(*bol_, 0).geometry()->size();
         EXPECT_NEAR(maat.y, kHoogte, 1e-6);

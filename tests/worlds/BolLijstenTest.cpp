@@ -47,12 +47,16 @@ class BolLijstenTest : public steun::WereldOpstelling {
                                          steun::label(*bol_, i).opacity()};
         return alle;
     }
-    // Shows the list, and looks for six seconds. No label of both lists leaps or hurries.
+    // Shows the list, and looks for six seconds. No label of both lists leaps or hurries, and
+    // a label that is new begins with nothing.
     void wisseltKalm(const std::vector<Lijn>& van, const std::vector<Lijn>& naar) {
         auto toen = gezien(van);
         bol_->zetLijnen(naar);
         for (const auto& [code, nu] : gezien(naar)) {
-            if (!toen.contains(code)) continue;
+            if (!toen.contains(code)) {
+                EXPECT_EQ(nu.sterkte, 0.0) << code;
+                continue;
+            }
             EXPECT_NEAR(nu.opzij, toen.at(code).opzij, 1e-9) << code;
             EXPECT_NEAR(nu.sterkte, toen.at(code).sterkte, 1e-9) << code;
         }
@@ -115,6 +119,27 @@ TEST_F(BolLijstenTest, AGlideEndsClearOfTheOthers) {
                                                      steun::label(*bol_, 5).geometry()->size().x);
         EXPECT_TRUE(naast || std::abs(plek(i).y - plek(5).y) > 0.85 * kHoogte) << i;
     }
+}
+
+TEST_F(BolLijstenTest, ANewLabelComesUpToTheStrengthThatItHasInAFirstList) {
+    const auto zonder = europa();
+    const auto mee = met(zonder, in("NZ", -41.0, -20.0, 4));
+    bol_->zetLijnen(zonder);
+    verder(0.5);
+    // Two lists between two frames.
+    bol_->zetLijnen(mee);
+    bol_->zetLijnen(mee);
+    verder(kBeeld);
+    EXPECT_LT(steun::label(*bol_, 5).opacity(), 0.03);
+    const auto ander = maak(DrieSoort::bol, {.eigenLijnen = true});
+    ander->zetLijnen(mee);
+    for (int beeld = 0; beeld < 6 * 60; ++beeld)
+        verder(kBeeld);
+    ander->scene()->advance(0.5);
+    EXPECT_GT(steun::label(*ander, 5).opacity(), 0.9);
+    ander->scene()->advance(tijd_);
+    EXPECT_NEAR(steun::label(*bol_, 5).opacity(), steun::label(*ander, 5).opacity(), 5e-3);
+    EXPECT_GT(steun::label(*bol_, 5).opacity(), 0.9);
 }
 
 // The list comes every three seconds, mostly with other numbers and in another order.

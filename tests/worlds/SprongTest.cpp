@@ -4,6 +4,7 @@
 // Places are those of the draw lists.
 #include <algorithm>
 #include <functional>
+#include <utility>
 #include <vector>
 
 #include "tests/worlds/BolLijst.h"
@@ -88,6 +89,7 @@ class SprongTest : public steun::WereldOpstelling {
         std::size_t meeste = 0;
         for (int beeld = 1; beeld <= kBeelden; ++beeld) {
             const double tijd = 6.0 + kBeeld * beeld;
+            voorBeeld(beeld);
             std::vector<Ding> nu = dingen(wereld, tijd);
             for (const Ding& ding : nu) {
                 const glm::dvec3 plek = ding.midden();
@@ -109,6 +111,8 @@ class SprongTest : public steun::WereldOpstelling {
 
     static bool nooit(const Ding&) { return false; }
 
+    // A step before each frame, given its number.
+    std::function<void(int)> voorBeeld = [](int) {};
     // Whether a shape may become another in its place.
     bool omgezet = false;
     // The farthest that any point of a thing may move in a frame.
@@ -157,27 +161,50 @@ TEST_F(SprongTest, TheDigitsInTheTunnel) {
 // The globe turns in a minute, with its dots, grid and arcs, which rise to 1.285. The fastest
 // light goes round half the earth in 1.2 seconds, and then begins anew: at home, from its
 // country. A label makes room for others, at up to four of its heights a second. The ring about
-// home grows from 0.6 to 1.8 in 1.4 seconds, and begins anew.
+// home grows from 0.6 to 1.8 in 1.4 seconds, and begins anew. The countries are published
+// every three seconds, each time with others first; their shapes are then made anew.
 TEST_F(SprongTest, EverythingOfTheGlobe) {
     const auto wereld = maak(DrieSoort::bol, {.eigenLijnen = true});
-    const auto lijnen = steun::lijnen(24);
+    auto lijnen = steun::lijnen(24);
+    // Numbers of one width, since the letters of a label move when its width changes.
+    for (brixtel::Lijn& lijn : lijnen)
+        lijn.aantal += 10;
     wereld->zetLijnen(lijnen);
     const auto vormVan = [&](std::size_t welk) {
         return steun::deel(*wereld, 0, welk).geometry()->mesh().get();
     };
     const platform::Mesh* const licht = vormVan(2);
     const platform::Mesh* const ring = wereld->bol()->find("ring")->geometry()->mesh().get();
-    std::vector<const platform::Mesh*> opschriften;
-    for (std::size_t i = 0; i < 24; ++i) {
-        opschriften.push_back(steun::label(*wereld, i).geometry()->mesh().get());
-        for (const auto& onderdeel : steun::label(*wereld, i).children())
-            opschriften.push_back(onderdeel->geometry()->mesh().get());
-    }
-    verste = [=](const Ding& ding) {
+    // The frame before a list has the shapes of the list before.
+    std::vector<const platform::Mesh*> opschriften, vorige;
+    const auto neemOpschriften = [&] {
+        vorige = std::exchange(opschriften, {});
+        for (std::size_t i = 0; i < 24; ++i) {
+            opschriften.push_back(steun::label(*wereld, i).geometry()->mesh().get());
+            for (const auto& onderdeel : steun::label(*wereld, i).children())
+                opschriften.push_back(onderdeel->geometry()->mesh().get());
+        }
+    };
+    neemOpschriften();
+    omgezet = true;
+    constexpr int kLijstBeelden = 180;
+    voorBeeld = [&](int beeld) {
+        if (beeld % kLijstBeelden != 0) return;
+        for (std::size_t i = 1; i < lijnen.size(); i += 2) {
+            std::swap(lijnen[i - 1], lijnen[i]);
+            std::swap(lijnen[i - 1].aantal, lijnen[i].aantal);
+        }
+        wereld->zetLijnen(lijnen);
+        ASSERT_EQ(licht, vormVan(2));
+        neemOpschriften();
+    };
+    verste = [&](const Ding& ding) {
         if (ding.vorm == licht) return 1.1 * kBeeld * M_PI * 1.285 / 1.2;
         if (ding.vorm == ring) return draai(1.3, 60.0) + kBeeld * 1.2 * 0.1 / 1.4;
-        const bool ruimt =
-            std::find(opschriften.begin(), opschriften.end(), ding.vorm) != opschriften.end();
+        const auto heeft = [&](const auto& vormen) {
+            return std::find(vormen.begin(), vormen.end(), ding.vorm) != vormen.end();
+        };
+        const bool ruimt = heeft(opschriften) || heeft(vorige);
         return draai(1.3, 60.0) + (ruimt ? kBeeld * 4.0 * 36.0 / 900.0 : 0.0);
     };
     const brixtel::Land thuis = tabel_.thuis();

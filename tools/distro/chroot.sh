@@ -18,6 +18,13 @@ wil_beheerder() {
   return 1
 }
 
+# eigen_ruimte SCRIPT ARGUMENT...: runs the script anew with a table of processes and one of
+# mounts of its own. The tests see no program of the machine, and nothing outlives the script.
+eigen_ruimte() {
+  [ -z "${BRIXTEL_EIGEN_RUIMTE:-}" ] || return 0
+  BRIXTEL_EIGEN_RUIMTE=1 exec unshare --mount --pid --fork --mount-proc --kill-child "$@"
+}
+
 # open_chroot FOLDER: gives it what programs expect of a system that runs.
 open_chroot() {
   local map

@@ -126,6 +126,7 @@ TEST(BureauOpdracht, ABadArgumentGetsOneClearDutchLine) {
                               "--stand --dienst",
                               "--stand --venstersysteem=auto",
                               "--paneel --dienst",
+                              "--autostart=uit --dienst",
                               "--stop=nu"}) {
         const QString fout = mis(QString::fromUtf8(regel).split(u' ', Qt::SkipEmptyParts));
         EXPECT_TRUE(fout.startsWith(QLatin1String("brixtel-bureau: "))) << regel;
@@ -155,7 +156,13 @@ TEST(BureauOpdracht, AnOptionOfAnotherCallIsRefused) {
         {{QStringLiteral("--dienst"), QStringLiteral("--stand")},
          "--dienst gaat niet samen met --stand "},
         {{QStringLiteral("--paneel"), QStringLiteral("--dienst")},
-         "--dienst gaat niet samen met --paneel "}};
+         "--dienst gaat niet samen met --paneel "},
+        {{QStringLiteral("--dienst"), QStringLiteral("--autostart=aan")},
+         "--dienst gaat niet samen met --autostart "},
+        {{QStringLiteral("--stand"), QStringLiteral("-V")},
+         "--versie gaat niet samen met --stand "},
+        {{QStringLiteral("-h"), QStringLiteral("--versie")},
+         "--versie gaat niet samen met --help "}};
     for (const auto& [woorden, verwacht] : paren)
         EXPECT_TRUE(mis(woorden).contains(QLatin1String(verwacht))) << qPrintable(mis(woorden));
     EXPECT_EQ(goed("--venstersysteem=auto --help").taak, Taak::Hulp);

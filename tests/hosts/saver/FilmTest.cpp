@@ -26,26 +26,18 @@ Opdracht gelezen(const QString& regel) {
 TEST(FilmLengteTest, IsAsManyPicturesAsItsSecondsHave) {
     const auto lengte =
         filmLengte(gelezen(QStringLiteral("--film=x.webm --keuze=bol --seconden=2.5 --fps=24")));
-    ASSERT_TRUE(lengte);
-    EXPECT_EQ(lengte->beelden, 60);
-    EXPECT_EQ(lengte->begin, 6.0);
+    EXPECT_EQ(lengte.beelden, 60);
+    EXPECT_EQ(lengte.begin, 6.0);
 }
 
 TEST(FilmLengteTest, ALoopLastsAsLongAsTheScenesPeriodAndBeginsWithinIt) {
     const auto lengte =
         filmLengte(gelezen(QStringLiteral("--film=x.webm --keuze=logo --lus --na=1")));
-    ASSERT_TRUE(lengte);
-    EXPECT_EQ(lengte->duur, 72.0);
-    EXPECT_EQ(lengte->beelden, 72 * 30);
-    EXPECT_GE(lengte->begin, 8.0);
+    EXPECT_EQ(lengte.duur, 72.0);
+    EXPECT_EQ(lengte.beelden, 72 * 30);
+    EXPECT_GE(lengte.begin, 8.0);
     const auto bol = filmLengte(gelezen(QStringLiteral("--film=x.webm --keuze=bol --lus")));
-    ASSERT_TRUE(bol);
-    EXPECT_EQ(bol->duur, 420.0);
-    EXPECT_FALSE(
-        filmLengte(gelezen(QStringLiteral("--film=x.webm --keuze=bol --lijnen=l.json --lus"))));
-    for (const char* keuze : {"kubus", "tunnel", "regen", "wisselend"})
-        EXPECT_FALSE(filmLengte(
-            gelezen(QStringLiteral("--film=x.webm --lus --keuze=%1").arg(QLatin1String(keuze)))));
+    EXPECT_EQ(bol.duur, 420.0);
 }
 
 TEST(FfmpegWoordenTest, SayWhatComesInAndWhatIsToBeMade) {
@@ -235,12 +227,14 @@ TEST_F(FilmTest, WithoutFfmpegItSaysSo) {
 TEST_F(FilmTest, WhatNeverRepeatsIsNoLoop) {
     programma.draai({QStringLiteral("--film"), in("f.webm"), QStringLiteral("--keuze=kubus"),
                      QStringLiteral("--lus")});
-    EXPECT_EQ(programma.uitgang(), 1);
+    EXPECT_EQ(programma.uitgang(), 2);
     EXPECT_TRUE(programma.fouten().contains("alleen met bol of logo"));
     programma.draai({QStringLiteral("--film"), in("f.webm"), QStringLiteral("--keuze=bol"),
                      QStringLiteral("--lijnen=l.json"), QStringLiteral("--lus")});
-    EXPECT_EQ(programma.uitgang(), 1);
-    EXPECT_EQ(programma.fouten(), "brixtel-saver: --lus gaat met bol alleen zonder --lijnen\n");
+    EXPECT_EQ(programma.uitgang(), 2);
+    EXPECT_EQ(programma.fouten(),
+              "brixtel-saver: --lus gaat met bol alleen zonder --lijnen (--help toont wat er "
+              "kan)\n");
 }
 
 TEST(FilmOpdrachtTest, WhatDoesNotGoTogetherIsRefused) {
@@ -253,7 +247,9 @@ TEST(FilmOpdrachtTest, WhatDoesNotGoTogetherIsRefused) {
           "--film=x.webm --keuze=bol --seconden=1 --maat=8193x8192",
           "--film=x.webm --keuze=bol --lus --maat=4097x4096 --schaal=2",
           "--film=x.webm --keuze=kubus --seconden=1 --lijnen=x.json",
-          "--film=x.webm --plaatje=x.png --keuze=bol --seconden=1", "--lus", "--fps=24"}) {
+          "--film=x.webm --plaatje=x.png --keuze=bol --seconden=1", "--lus", "--fps=24",
+          "--film=x.webm --keuze=kubus --lus", "--film=x.webm --keuze=tunnel --lus",
+          "--film=x.webm --keuze=regen --lus", "--film=x.webm --keuze=wisselend --lus"}) {
         const auto opdracht = leesOpdracht(QString::fromLatin1(regel).split(QLatin1Char(' ')), {});
         EXPECT_TRUE(std::holds_alternative<brixtel::Fout>(opdracht)) << regel;
     }

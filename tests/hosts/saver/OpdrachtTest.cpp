@@ -267,6 +267,18 @@ TEST(Opdracht, AnOptionOfAnotherCallIsRefused) {
         {"--verbindingen --tekenaar=cpu", "--tekenaar gaat niet samen met --verbindingen "},
         {"--aanmelden --seconden=3", "--seconden gaat niet samen met --aanmelden "},
         {"--volle-snelheid --afmelden", "--volle-snelheid gaat niet samen met --afmelden "},
+        {"--plaatje=a.png --keuze=bol --film=b.mp4", "--film gaat niet samen met --plaatje "},
+        {"--film=b.mp4 --plaatje=a.png", "--plaatje gaat niet samen met --film "},
+        {"--venster --root", "--root gaat niet samen met --venster "},
+        {"--root --venster", "--venster gaat niet samen met --root "},
+        {"--window-id=5 --instellingen", "--instellingen gaat niet samen met --window-id "},
+        {"--instellingen --verbindingen", "--verbindingen gaat niet samen met --instellingen "},
+        {"--verbindingen --aanmelden", "--aanmelden gaat niet samen met --verbindingen "},
+        {"--aanmelden --afmelden", "--afmelden gaat niet samen met --aanmelden "},
+        {"--afmelden --hervat", "--hervat gaat niet samen met --afmelden "},
+        {"--hervat -V", "--versie gaat niet samen met --hervat "},
+        {"--version -h", "--help gaat niet samen met --versie "},
+        {"-h --venster", "--venster gaat niet samen met --help "},
     };
     for (const auto& [regel, verwacht] : paren)
         EXPECT_TRUE(mis(woorden(regel)).contains(QLatin1String(verwacht)))

@@ -231,6 +231,19 @@ TEST(Programma, AnOutputThatCannotBeWrittenIsOneLineAndExitOne) {
     }
 }
 
+TEST(Programma, AnOutputThatIsClosedIsOneDutchLineAndExitOne) {
+    for (const char* vraag : {"--versie", "--help"}) {
+        Programma programma;
+        programma.startDoor({QStringLiteral("/bin/sh"), QStringLiteral("-c"),
+                             QStringLiteral("exec \"$@\" >&-"), QStringLiteral("sh")},
+                            {QLatin1String(vraag)});
+        ASSERT_TRUE(programma.wacht());
+        EXPECT_EQ(programma.uitgang(), 1) << vraag;
+        EXPECT_EQ(programma.fouten(),
+                  "brixtel-saver: de uitvoer is niet te schrijven: dat staat niet open\n");
+    }
+}
+
 TEST(Programma, SettingsThatCannotBeReadAreOneLineAndTheDefaultsHold) {
     Programma programma;
     ASSERT_TRUE(QDir(programma.map()).mkpath(QStringLiteral(".config")));

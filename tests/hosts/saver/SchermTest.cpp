@@ -98,6 +98,18 @@ TEST_F(Scherm, EveryMonitorHasAWindowAlsoOneThatComesAndGoes) {
     EXPECT_TRUE(programma.loopt());
 }
 
+TEST_F(Scherm, MonitorsThatMirrorOneAnotherHaveOneWindow) {
+    for (const char* naam : {"een screen", "ander none"}) {
+        const QStringList woorden = QString::fromLatin1(naam).split(u' ');
+        hulp({QStringLiteral("xrandr"), QStringLiteral("--setmonitor"), woorden[0],
+              QStringLiteral("1280/400x800/250+0+0"), woorden[1]});
+    }
+    ASSERT_EQ(hulp({QStringLiteral("xrandr"), QStringLiteral("--listmonitors")}).count("1280/"), 2);
+    startRegen();
+    ASSERT_TRUE(regent());
+    EXPECT_EQ(vensters(), 1);
+}
+
 // A session bus of the test's own.
 class Bus : public Scherm {
   protected:
@@ -112,24 +124,25 @@ class Bus : public Scherm {
         ASSERT_TRUE(bus.waitForReadyRead(10'000));
         adres = QString::fromLatin1(bus.readLine()).trimmed();
         programma.zet(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), adres);
-        startRegen({QStringLiteral("--venster=640x400")});
-        ASSERT_TRUE(until(
-            [&] { return brixtel::aandeelGroen(server.picture(server.screen().root)) > 0.005; }));
+    }
+    [[nodiscard]] bool toont(const QStringList& meer = {QStringLiteral("--venster=640x400")}) {
+        startRegen(meer);
+        return regentWeer();
     }
     void TearDown() override {
         bus.terminate();
         bus.waitForFinished(5000);
         Scherm::TearDown();
     }
-    // Sends a signal as anyone may, until it has been heard: the program listens
+    // Sends the signal as anyone may, until it has been heard: the program listens
     // to the bus from some moment after its first picture on. The black is short, so
     // that each signal is given time before the next.
-    bool zwartNa(const QStringList& signaal) {
+    bool zwartNaWillstop() {
         return until([&] {
             QProcess proces;
-            proces.start(QStringLiteral("dbus-send"), QStringList{QStringLiteral("--bus=") + adres,
-                                                                  QStringLiteral("--type=signal")} +
-                                                          signaal);
+            proces.start(QStringLiteral("dbus-send"),
+                         {QStringLiteral("--bus=") + adres, QStringLiteral("--type=signal"),
+                          QStringLiteral("/"), QStringLiteral("com.apple.screensaver.willstop")});
             proces.waitForFinished(5000);
             return until([&] { return isZwart(); }, 2000);
         });
@@ -143,12 +156,30 @@ class Bus : public Scherm {
 
 // In a window of its own nobody else would put the scene up again.
 TEST_F(Bus, WillstopTearsTheSceneDownAndItStartsAgain) {
-    EXPECT_TRUE(zwartNa({QStringLiteral("/"), QStringLiteral("com.apple.screensaver.willstop")}));
+    ASSERT_TRUE(toont());
+    EXPECT_TRUE(zwartNaWillstop());
     EXPECT_TRUE(regentWeer());
     EXPECT_TRUE(programma.loopt());
 }
 
+TEST_F(Bus, WillstopInFullScreenStartsTheSceneAgainToo) {
+    ASSERT_TRUE(toont({}));
+    EXPECT_TRUE(zwartNaWillstop());
+    EXPECT_TRUE(regentWeer());
+    EXPECT_TRUE(programma.loopt());
+}
+
+// The host decides when a saver in its window ends.
+TEST_F(Bus, WillstopInAHostsWindowLeavesItBlack) {
+    const auto venster = server.makeWindow({.width = 640, .height = 400});
+    ASSERT_TRUE(toont({QStringLiteral("--window-id"), QStringLiteral("0x%1").arg(venster, 0, 16)}));
+    EXPECT_TRUE(zwartNaWillstop());
+    EXPECT_FALSE(until([&] { return !isZwart(); }, 1000));
+    EXPECT_TRUE(programma.loopt());
+}
+
 TEST_F(Bus, WhenTheDesktopsLockHasGoneTheSceneStartsAgain) {
+    ASSERT_TRUE(toont());
     const BusSaver saver(adres);
     EXPECT_TRUE(until([&] { return saver.say(false) && isZwart(); }));
     EXPECT_TRUE(regentWeer());
@@ -156,6 +187,7 @@ TEST_F(Bus, WhenTheDesktopsLockHasGoneTheSceneStartsAgain) {
 }
 
 TEST_F(Bus, ActiveChangedTrueLeavesItAlone) {
+    ASSERT_TRUE(toont());
     const BusSaver saver(adres);
     ASSERT_TRUE(saver.say(true));
     EXPECT_FALSE(until([&] { return isZwart(); }, 500));

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/files/StandardOutput.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -28,6 +30,28 @@ TEST(StandardOutput, WhatWasPrintedBeforeCountsToo) {
 
 TEST(StandardOutput, OtherwiseAllIsWell) {
     EXPECT_EXIT(printTo("/dev/null", "", "text\n"), testing::ExitedWithCode(0), "");
+}
+
+// Opens a file with no standard stream open; exits with 0 where the file's number is above
+// theirs, the standard output refuses a text, and standard error takes one.
+[[noreturn]] void openWithoutStreams() {
+    for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        close(number);
+    platform::holdStandardStreams();
+    if (open("/dev/null", O_WRONLY) <= STDERR_FILENO) std::_Exit(1);
+    if (printOut("text\n") != EBADF) std::_Exit(2);
+    std::_Exit(write(STDERR_FILENO, "x", 1) == 1 ? 0 : 3);
+}
+
+TEST(StandardOutput, AClosedStreamsNumberGoesToNoFile) {
+    EXPECT_EXIT(openWithoutStreams(), testing::ExitedWithCode(0), "");
+}
+
+TEST(StandardOutput, AnOpenStreamStaysAsItIs) {
+    testing::internal::CaptureStdout();
+    platform::holdStandardStreams();
+    EXPECT_EQ(printOut("text\n"), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "text\n");
 }
 
 TEST(StandardOutput, ATextArrivesWhole) {

@@ -19,8 +19,9 @@ using Kinds = std::array<int, StripePicture::kMostKinds>;  // a line of each kin
 // kind other than the most frequent one has more than one stretch.
 template <typename Same>
 bool findKinds(int count, Same same, StripePicture::Kind* kinds, std::size_t& found, Kinds& line) {
+    if (count < 1) return false;
     std::vector<int> kindOf;
-    std::vector<int> first;
+    std::vector<int> first{0};
     for (int i = 0; i < count; ++i) {
         std::size_t kind = 0;
         while (kind < first.size() && !same(first[kind], i))

@@ -18,7 +18,8 @@ bool has(unsigned colours, std::size_t k) {
 }
 
 std::size_t countOf(QSize size) {
-    return static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height());
+    const auto side = [](int length) { return static_cast<std::size_t>(std::max(length, 0)); };
+    return side(size.width()) * side(size.height());
 }
 
 // The four weights of a cubic B-spline, between the second and the third.
