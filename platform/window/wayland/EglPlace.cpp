@@ -125,8 +125,13 @@ void EglPlace::tellOfUse() const {
 }
 
 std::unique_ptr<EglTarget> EglPlace::target(std::shared_ptr<EglPlace> place, int ending) {
+    {
+        // The driver's first requests wait for the compositor.
+        const std::lock_guard lock(place->mutex_);
+        place->drawing_ = true;
+    }
     auto display = eglDisplayOn(place->display_);
-    place->tellOfUse();
+    place->end();
     if (!display) return nullptr;
     return std::make_unique<Target>(std::move(place), std::move(display), ending);
 }

@@ -2,7 +2,7 @@
 // Scenes in a window's buffers, which the compositor and the program have in turn.
 #include "platform/render/cpu/CpuSceneDrawer.h"
 #include "tests/platform/window/wayland/WaylandFixture.h"
-#include "tests/support/StandInScenes.h"
+#include "tests/support/DotList.h"
 
 namespace platform::wayland {
 namespace {
@@ -14,11 +14,9 @@ struct SceneOnWayland : testing::Test {
         window.native->show();
         there.settle();
     }
-    // Shows the scene as it is a while later.
+    // Shows the scene, in which one dot has moved on.
     QImage paintNext() {
-        scene->advance(scene->time() + 0.1);
-        DrawList list;
-        extract(*scene, 4.0 / 3.0, list);
+        DrawList list = test::dotList(x_ += 0.05F, 4.0 / 3.0);
         const QImage expected = CpuSceneDrawer().picture(list, kSize);
         window.paintScene(std::move(list));
         there.settle();
@@ -38,7 +36,9 @@ struct SceneOnWayland : testing::Test {
 
     WaylandFixture there;
     TestWindow window{there.system, saver(), DrawerChoice::Cpu};
-    std::unique_ptr<Scene> scene = makeStandIn(QStringLiteral("cube"), 1);
+
+  private:
+    float x_ = -0.6F;
 };
 
 TEST_F(SceneOnWayland, EachPictureIsWholeAndTellsOfWhatChanged) {
@@ -51,7 +51,10 @@ TEST_F(SceneOnWayland, EachPictureIsWholeAndTellsOfWhatChanged) {
         const QRegion told = toldBy(surface);
         // Once every buffer has been painted, what stays black is not told.
         if (i >= kBuffers) {
-            EXPECT_FALSE((QRegion(QRect(QPoint(), kSize)) - told).isEmpty()) << i;
+            std::int64_t area = 0;
+            for (const QRect& rect : told)
+                area += std::int64_t{rect.width()} * rect.height();
+            EXPECT_LT(area, kSize.width() * kSize.height() / 5) << i;
             for (int y = 0; y < kSize.height(); ++y)
                 for (int x = 0; x < kSize.width(); ++x)
                     if (before.pixel(x, y) != expected.pixel(x, y)) {
