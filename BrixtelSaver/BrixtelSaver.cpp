@@ -113,7 +113,7 @@ void BrixtelSaverView::toon(SaverKeuze keuze) {
     wisselKlok_ = platform::Timer(context().clock, {.interval = kWisselTijd, .repeats = true},
                                   [this] { wissel(); });
     laat(eerste);
-    if (!voorraad_) voorraad_.emplace();
+    if (!voorraad_) voorraad_.emplace().leesKaart();
 }
 
 void BrixtelSaverView::wissel() {

@@ -6,9 +6,13 @@
 
 namespace brixtel {
 
-BolVoorraad::BolVoorraad() : wachtrij_("nl.brixtel.voorraad") {
-    wachtrij_.async([] { (void)LandenTabel::gedeeld().thuis(); });
-    wachtrij_.async([] { (void)LandKaart::gedeeld(); });
+BolVoorraad::BolVoorraad() : tabel_("nl.brixtel.landen"), kaart_("nl.brixtel.kaart") {
+    // The search for no address at all only loads the table.
+    tabel_.async([] { (void)LandenTabel::gedeeld().land({}); });
+}
+
+void BolVoorraad::leesKaart() {
+    kaart_.async([] { (void)LandKaart::gedeeld(); });
 }
 
 }  // namespace brixtel

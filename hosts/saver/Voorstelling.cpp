@@ -129,11 +129,13 @@ void Voorstelling::toonOp(const Screen& scherm) {
                                                    .style = platform::WindowStyle::FullScreen,
                                                    .title = QStringLiteral("Brixtel")}),
               .view = nullptr};
+    doek.venster->setCursorHidden(true);
+    // The window system makes the black window, and the render thread its memory, while this
+    // thread makes the scene.
+    doek.venster->showWithKeyboard();
     vul(doek, {QPointF(0, 0), scherm.frame.size()}, opdracht_.voorvertoning);
     doek.view->onInvoer([this] { einde(); });
     doek.view->onInstellingen([this, venster = doek.venster.get()] { toonInstellingen(*venster); });
-    doek.venster->setCursorHidden(true);
-    doek.venster->showWithKeyboard();
     doek.venster->makeFirstResponder(doek.view.get());
     doeken_.push_back(std::move(doek));
 }
@@ -171,6 +173,7 @@ void Voorstelling::toonVenster() {
     const QPointF hoek = midden - QPointF(maat.width() / 2.0, maat.height() / 2.0);
     Doek doek;
     maakVenster(doek, platform::WindowStyle::Titled, QRectF(hoek, maat));
+    doek.venster->showWithKeyboard();
     vul(doek, {QPointF(0, 0), maat}, opdracht_.voorvertoning);
     doek.view->onInstellingen([this] { toonInstellingen(*doeken_.front().venster); });
     const auto wissel = [this] {
@@ -180,7 +183,6 @@ void Voorstelling::toonVenster() {
                               {.volledig = wissel,
                                .terug = [this, wissel] { volledig_ ? wissel() : einde(); },
                                .sluit = [this] { einde(); }});
-    doek.venster->showWithKeyboard();
     doek.venster->makeFirstResponder(doek.view.get());
     doeken_.push_back(std::move(doek));
 }

@@ -32,6 +32,7 @@
 #include "platform/time/Timer.h"
 #include "platform/window/DesktopWorkspace.h"
 #include "platform/window/systems/WindowSystems.h"
+#include "worlds/BolVoorraad.h"
 
 namespace {
 
@@ -112,12 +113,18 @@ int hervat(int argc, char** argv) {
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
+// Whether the command begins with this choice's scene.
+bool begintMet(brixtel::SaverKeuze keuze, const Opdracht& opdracht) {
+    if (opdracht.taak == Opdracht::Taak::Instellingen) return false;
+    return ruweWaarde(keuze) == (opdracht.keuze.isEmpty()
+                                     ? ruweWaarde(brixtel::SaverInstellingen::keuze())
+                                     : opdracht.keuze);
+}
+
 // The address space that the command needs.
 std::size_t ruimteVoor(const Opdracht& opdracht) {
-    const QString regen = ruweWaarde(brixtel::SaverKeuze::regen);
-    const QString keuze =
-        opdracht.keuze.isEmpty() ? ruweWaarde(brixtel::SaverInstellingen::keuze()) : opdracht.keuze;
-    const bool zonderScene = keuze == regen || opdracht.taak == Opdracht::Taak::Instellingen;
+    const bool zonderScene = opdracht.taak == Opdracht::Taak::Instellingen ||
+                             begintMet(brixtel::SaverKeuze::regen, opdracht);
     return zonderScene ? brixtel::kRuimteRegen : brixtel::kRuimteScene;
 }
 
@@ -249,9 +256,13 @@ int start(int argc, char** argv, const Opdracht& opdracht) {
     if (scherm && !scherm->isReachable()) return meldNaam(QString::fromUtf8(kGeenScherm), kFout);
     kiesPlatform(opdracht);
     const QString bus = neemBus(opdracht);
+    // The globe's files are read while Qt starts.
+    std::optional<brixtel::BolVoorraad> voorraad;
+    if (begintMet(brixtel::SaverKeuze::bol, opdracht)) voorraad.emplace();
     const auto toepassing = maakToepassing(argc, argv, opdracht);
     if (!toepassing)
         return meldNaam(QStringLiteral("de module BrixtelInstellingen.so ontbreekt"), kFout);
+    if (voorraad) voorraad->leesKaart();
     scherm.reset();
     QGuiApplication::setApplicationName(QStringLiteral("brixtel-saver"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Brixtel"));

@@ -68,7 +68,8 @@ class ToolStop {
 
 // Runs a tool, reads its standard output to the end and waits for its exit; the exit status is
 // ignored. The tool's input is empty, its standard error is discarded, it inherits no other
-// descriptor, and its signals have their defaults.
+// descriptor, its signals have their defaults, and this program goes before it where the
+// processors are busy.
 //
 // Blocks the calling thread. Gives nothing when the tool could not be started, when
 // `stop` was requested, when the tool took too long or wrote too much, or when the text

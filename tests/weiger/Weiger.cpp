@@ -6,8 +6,9 @@
 //   BRIXTEL_WEIGER_TEL=FILE    where calls are counted: a 64-bit number for each kind
 //   BRIXTEL_WEIGER_WIE=FILE    where the callers of the refused call are written, innermost
 //                              first: a line for each, with its library
-// Kinds, in the order of the file: geheugen, open, socket, mmap, shm, draad. Calls count
-// from just before main on, in the first process alone. Any thread may call.
+// Kinds, in the order of the file: geheugen, open, socket, mmap, shm, draad, groot. "groot" is
+// memory of a MiB or more, which counts as geheugen too. Calls count from just before main
+// on, in the first process alone. Any thread may call.
 #include <dlfcn.h>
 #include <execinfo.h>
 #include <fcntl.h>
@@ -36,9 +37,10 @@ void* __libc_memalign(std::size_t, std::size_t);
 
 namespace {
 
-enum Kind { kMemory, kOpen, kSocket, kMap, kShared, kThread, kKinds };
-constexpr std::array<std::string_view, kKinds> kNames{"geheugen", "open", "socket",
-                                                      "mmap",     "shm",  "draad"};
+enum Kind { kMemory, kOpen, kSocket, kMap, kShared, kThread, kLarge, kKinds };
+constexpr std::array<std::string_view, kKinds> kNames{"geheugen", "open",  "socket", "mmap",
+                                                      "shm",      "draad", "groot"};
+constexpr std::size_t kLargeFrom = std::size_t{1} << 20;  // bytes
 
 using Counts = std::array<std::atomic<std::uint64_t>, kKinds>;
 Counts ownCounts{};
@@ -65,6 +67,11 @@ bool refuses(Kind kind) {
     const bool refuses = kind == refusedKind && (andLater ? number >= refused : number == refused);
     if (refuses) tellCallers();
     return refuses;
+}
+
+bool refusesMemory(std::size_t bytes) {
+    const bool small = refuses(kMemory);
+    return (bytes >= kLargeFrom && refuses(kLarge)) || small;
 }
 
 template <typename Function>
@@ -124,22 +131,22 @@ mode_t modeIn(int flags, va_list rest) {
 extern "C" {
 
 void* malloc(std::size_t size) {
-    return refuses(kMemory) ? noMemory() : __libc_malloc(size);
+    return refusesMemory(size) ? noMemory() : __libc_malloc(size);
 }
 void* calloc(std::size_t count, std::size_t size) {
-    return refuses(kMemory) ? noMemory() : __libc_calloc(count, size);
+    return refusesMemory(count * size) ? noMemory() : __libc_calloc(count, size);
 }
 void* realloc(void* old, std::size_t size) {
-    return refuses(kMemory) ? noMemory() : __libc_realloc(old, size);
+    return refusesMemory(size) ? noMemory() : __libc_realloc(old, size);
 }
 void* memalign(std::size_t alignment, std::size_t size) {
-    return refuses(kMemory) ? noMemory() : __libc_memalign(alignment, size);
+    return refusesMemory(size) ? noMemory() : __libc_memalign(alignment, size);
 }
 void* aligned_alloc(std::size_t alignment, std::size_t size) {
     return memalign(alignment, size);
 }
 int posix_memalign(void** to, std::size_t alignment, std::size_t size) {
-    if (refuses(kMemory)) return ENOMEM;
+    if (refusesMemory(size)) return ENOMEM;
     *to = __libc_memalign(alignment, size);
     return *to ? 0 : ENOMEM;
 }

@@ -29,7 +29,8 @@ constexpr int kGeduld = 30'000;  // milliseconds until a program counts as hangi
 constexpr int kMeest = 4;
 
 // In the order of the library's counts.
-constexpr std::array kSoorten{"geheugen", "open", "socket", "mmap", "shm", "draad"};
+constexpr std::array kSoorten{"geheugen", "open", "socket", "mmap", "shm", "draad", "groot"};
+constexpr std::size_t kGroot = 6;  // memory of a MiB or more
 using Tellingen = std::array<std::uint64_t, kSoorten.size()>;
 
 int meest() {
@@ -39,12 +40,12 @@ int meest() {
 }
 
 // The places 1 to `aantal`, or a choice of them that is the same in every run.
-std::vector<std::uint64_t> plaatsen(std::uint64_t aantal) {
+std::vector<std::uint64_t> plaatsen(std::uint64_t aantal, int hoogstens) {
     std::vector<std::uint64_t> alle(aantal);
     std::iota(alle.begin(), alle.end(), 1U);
     std::vector<std::uint64_t> keus;
     std::mt19937_64 toeval(1);
-    std::sample(alle.begin(), alle.end(), std::back_inserter(keus), meest(), toeval);
+    std::sample(alle.begin(), alle.end(), std::back_inserter(keus), hoogstens, toeval);
     return keus;
 }
 
@@ -109,36 +110,51 @@ class Weiger : public testing::Test {
 
     // Places of every kind: that one call refused, and all from there on.
     void weigerOveral(const Geval& geval) const {
-        const Afloop gewoon = draai(geval, {});
-        ASSERT_FALSE(gewoon.hangt) << gewoon.fouten.constData();
-        ASSERT_TRUE(isGoed(geval, gewoon)) << gewoon.fouten.constData();
-        EXPECT_GT(gewoon.tellingen[0], 50U);
-        for (std::size_t soort = 0; soort < kSoorten.size(); ++soort) {
+        const Tellingen aantal = tel(geval);
+        EXPECT_GT(aantal[0], 50U);
+        for (std::size_t soort = 0; soort < kGroot; ++soort) {
             if (geval.metQml && qstrcmp(kSoorten[soort], "mmap") == 0) continue;
-            std::map<QByteArray, int> uitkomsten;
-            const auto alle = plaatsen(gewoon.tellingen[soort]);
-            for (const std::uint64_t n : alle)
-                for (const char* verder : {"", "+"}) {
-                    if (*verder && !isVerder(soort)) continue;
-                    const QString weigering = QStringLiteral("%1:%2%3")
-                                                  .arg(QLatin1String(kSoorten[soort]))
-                                                  .arg(n)
-                                                  .arg(QLatin1String(verder));
-                    const Afloop afloop = draai(geval, weigering);
-                    EXPECT_FALSE(afloop.hangt) << qPrintable(weigering);
-                    EXPECT_TRUE(isGoed(geval, afloop) || isGezegd(geval, afloop))
-                        << qPrintable(weigering) << ": " << afloop.uitgang
-                        << afloop.fouten.constData();
-                    ++uitkomsten[isGoed(geval, afloop) ? QByteArray("een beeld") : afloop.fouten];
-                }
-            std::printf("%s: %zu van %llu plaatsen\n", kSoorten[soort], alle.size(),
-                        static_cast<unsigned long long>(gewoon.tellingen[soort]));
-            for (const auto& [uitkomst, aantal] : uitkomsten)
-                std::printf("  %4d %s\n", aantal, uitkomst.trimmed().constData());
+            weiger(geval, soort, plaatsen(aantal[soort], meest()), aantal[soort]);
         }
     }
 
+    // All large memory that a scene asks for.
+    void weigerGroot(const Geval& geval) const {
+        const std::uint64_t aantal = tel(geval)[kGroot];
+        EXPECT_GT(aantal, 2U);
+        weiger(geval, kGroot, plaatsen(aantal, static_cast<int>(aantal)), aantal);
+    }
+
   private:
+    [[nodiscard]] Tellingen tel(const Geval& geval) const {
+        const Afloop gewoon = draai(geval, {});
+        EXPECT_FALSE(gewoon.hangt) << gewoon.fouten.constData();
+        EXPECT_TRUE(isGoed(geval, gewoon)) << gewoon.fouten.constData();
+        return gewoon.tellingen;
+    }
+
+    void weiger(const Geval& geval, std::size_t soort, const std::vector<std::uint64_t>& waar,
+                std::uint64_t van) const {
+        std::map<QByteArray, int> uitkomsten;
+        for (const std::uint64_t n : waar)
+            for (const char* verder : {"", "+"}) {
+                if (*verder && !isVerder(soort)) continue;
+                const QString weigering = QStringLiteral("%1:%2%3")
+                                              .arg(QLatin1String(kSoorten[soort]))
+                                              .arg(n)
+                                              .arg(QLatin1String(verder));
+                const Afloop afloop = draai(geval, weigering);
+                EXPECT_FALSE(afloop.hangt) << qPrintable(weigering);
+                EXPECT_TRUE(isGoed(geval, afloop) || isGezegd(geval, afloop))
+                    << qPrintable(weigering) << ": " << afloop.uitgang << afloop.fouten.constData();
+                ++uitkomsten[isGoed(geval, afloop) ? QByteArray("een beeld") : afloop.fouten];
+            }
+        std::printf("%s: %zu van %llu plaatsen\n", kSoorten[soort], waar.size(),
+                    static_cast<unsigned long long>(van));
+        for (const auto& [uitkomst, aantal] : uitkomsten)
+            std::printf("  %4d %s\n", aantal, uitkomst.trimmed().constData());
+    }
+
     // Without any descriptor GLib ends the process by a trap: a single call that is refused
     // is tried there, and for mappings.
     static bool isVerder(std::size_t soort) {
@@ -195,6 +211,26 @@ TEST_F(Weiger, TheRainInAWindow) {
 
 TEST_F(Weiger, ASceneInAWindow) {
     weigerOveral({kSaver, woorden("--venster=96x64 --keuze=kubus --seconden=0.1")});
+}
+
+TEST_F(Weiger, TheMemoryOfAGlobe) {
+    weigerGroot({kSaver, woorden("--venster=1024x640 --keuze=bol --seconden=0.1")});
+}
+
+TEST_F(Weiger, TheMemoryOfACube) {
+    weigerGroot({kSaver, woorden("--venster=1024x640 --keuze=kubus --seconden=0.1")});
+}
+
+TEST_F(Weiger, TheMemoryOfATunnel) {
+    weigerGroot({kSaver, woorden("--venster=1024x640 --keuze=tunnel --seconden=0.1")});
+}
+
+TEST_F(Weiger, TheMemoryOfALogo) {
+    weigerGroot({kSaver, woorden("--venster=1024x640 --keuze=logo --seconden=0.1")});
+}
+
+TEST_F(Weiger, TheMemoryOfAStill) {
+    weigerGroot({kSaver, woorden("--plaatje=@/x.png --keuze=tunnel --maat=1024x640 --na=0.5")});
 }
 
 TEST_F(Weiger, TheWholeScreen) {

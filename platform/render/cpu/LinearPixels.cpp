@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <new>
 
 #include "platform/scene/Shading.h"
 
@@ -46,22 +47,28 @@ std::vector<Cover> coversOf(int length) {
 
 }  // namespace
 
-std::vector<std::uint16_t> linearPixels(const QImage& picture) {
+void linearRow(const QImage& picture, int y, std::uint16_t* to) {
     static const std::array<std::uint16_t, 256> kDecoding = makeDecoding();
-    const QImage source = picture.convertToFormat(QImage::Format_RGBA8888);
-    std::vector<std::uint16_t> pixels;
-    pixels.reserve(4 * static_cast<std::size_t>(source.width()) *
-                   static_cast<std::size_t>(source.height()));
-    for (int y = 0; y < source.height(); ++y) {
-        const uchar* const row = source.constScanLine(y);
-        for (int x = 0; x < source.width(); ++x) {
-            const std::uint32_t alpha = row[4 * x + 3];
-            for (int i = 0; i < 3; ++i)
-                pixels.push_back(
-                    static_cast<std::uint16_t>((kDecoding[row[4 * x + i]] * alpha + 127) / 255));
-            pixels.push_back(static_cast<std::uint16_t>(alpha * 257));
+    // A row needs little memory, where a converted picture might be refused.
+    const QImage row =
+        picture.copy(0, y, picture.width(), 1).convertToFormat(QImage::Format_RGBA8888);
+    if (row.isNull()) throw std::bad_alloc();
+    const uchar* const rgba = row.constScanLine(0);
+    for (int i = 0; i < 4 * picture.width(); i += 4) {
+        const std::uint32_t alpha = rgba[i + 3];
+        for (int k = i; k < i + 3; ++k) {
+            const std::uint32_t light = kDecoding[rgba[k]];
+            to[k] = static_cast<std::uint16_t>(alpha == 255 ? light : (light * alpha + 127) / 255);
         }
+        to[i + 3] = static_cast<std::uint16_t>(alpha * 257);
     }
+}
+
+std::vector<std::uint16_t> linearPixels(const QImage& picture) {
+    const auto line = 4 * static_cast<std::size_t>(picture.width());
+    std::vector<std::uint16_t> pixels(line * static_cast<std::size_t>(picture.height()));
+    for (int y = 0; y < picture.height(); ++y)
+        linearRow(picture, y, pixels.data() + line * static_cast<std::size_t>(y));
     return pixels;
 }
 

@@ -23,8 +23,11 @@ std::unique_ptr<CpuSurface> CpuSurface::create(const Options& options) {
     if (!look) return nullptr;
     auto format = pixelFormatFor(connection->get(), *look);
     if (!format) return nullptr;
-    return std::unique_ptr<CpuSurface>(
+    std::unique_ptr<CpuSurface> surface(
         new CpuSurface(options, std::move(connection), *look, std::move(*format)));
+    // The picture's memory is there before the first frame, which the main thread still makes.
+    surface->resize(QSize(look->width, look->height).boundedTo(kLargest));
+    return surface;
 }
 
 CpuSurface::CpuSurface(const Options& options, std::unique_ptr<XConnection> connection,

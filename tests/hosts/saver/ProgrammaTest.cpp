@@ -54,6 +54,30 @@ TEST(Programma, HelpAndVersionNeedNothing) {
     EXPECT_TRUE(versie.uit().startsWith("brixtel-saver 0."));
 }
 
+// The loader's account of a start: which file's function it gives to which file.
+QByteArray verbondenFuncties() {
+    Programma programma;
+    programma.zet(QStringLiteral("LD_DEBUG"), QStringLiteral("bindings"));
+    programma.zet(QStringLiteral("LD_DEBUG_OUTPUT"), programma.map() + QStringLiteral("/lader"));
+    programma.draai(woorden(QStringLiteral("--versie")));
+    QByteArray regels;
+    for (const QFileInfo& bestand :
+         QDir(programma.map()).entryInfoList({QStringLiteral("lader*")})) {
+        QFile open(bestand.filePath());
+        if (open.open(QIODevice::ReadOnly)) regels += open.readAll();
+    }
+    return regels;
+}
+
+TEST(Programma, NoStartWaitsForTheVectorLibraryToMeasureItsTimer) {
+    const QByteArray regels = verbondenFuncties();
+    ASSERT_TRUE(regels.contains("libhwy.so"));
+    for (const QByteArray& regel : regels.split('\n')) {
+        if (!regel.contains("TimerResolution")) continue;
+        EXPECT_TRUE(regel.contains("libbrixtel-platform_render.so")) << regel.constData();
+    }
+}
+
 TEST(Programma, ConnectionsAsATableOrAsJsonAlsoWhereThereAreNone) {
     Programma tabel, json;
     tabel.zet(QStringLiteral("PATH"), QStringLiteral("/er/niet"));

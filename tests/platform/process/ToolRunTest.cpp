@@ -8,6 +8,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <fstream>
 #include <thread>
 
@@ -49,6 +50,11 @@ TEST(ToolRun, ATextBeforeACrashCounts) {
 
 TEST(ToolRun, StandardErrorIsThrownAwayAndInputIsEmpty) {
     EXPECT_EQ(shell("echo lost >&2; cat; echo kept"), "kept\n");
+}
+
+TEST(ToolRun, TheToolRunsAtALowerPriorityThanThisProgram) {
+    const int own = getpriority(PRIO_PROCESS, 0);
+    EXPECT_EQ(shell("nice"), std::to_string(std::min(own + 5, 19)) + '\n');
 }
 
 TEST(ToolRun, AMissingProgramIsNothing) {

@@ -12,8 +12,9 @@ namespace platform {
 // A picture at every combination of halved widths and halved heights. A surface seen at a
 // slant is thus averaged along one side only. A texel is one number of square roots of light,
 // with alpha multiplied in: 10 bits of red, 12 of green, 10 of
-// blue. Behind a row's last texel stands its first once more, so that two
-// neighbours always follow one another.
+// blue. A place of a level holds its texel and the one below. Below the last row stands the
+// first, and behind a row's last place stands its first once more. Two places in a row thus
+// hold four neighbours.
 struct RipPicture {
     static constexpr int kMostLevels = 12;
 
@@ -29,9 +30,9 @@ struct RipPicture {
     unsigned colours = 0;  // a bit for each of red, green and blue that some texel has
     std::array<float, kMostLevels> widths{};  // by the level
     std::array<float, kMostLevels> heights{};
-    std::vector<std::int32_t> first;  // texel of a level; see levelAt()
-    std::vector<std::uint32_t> texels;
-    std::vector<std::uint32_t> alphas;  // of 65535; empty where all is opaque
+    std::vector<std::int32_t> first;    // place of a level; see levelAt()
+    std::vector<std::uint32_t> texels;  // two for each place
+    std::vector<std::uint32_t> alphas;  // of 65535, likewise; empty where all is opaque
 };
 
 }  // namespace platform

@@ -53,25 +53,22 @@ inline hnt::Vec<TexelI> levelOf(TexelV texelsSquared, int levels) {
     return hnt::Min(hnt::ShiftRight<1>(doublings), hnt::Set(di, levels - 1));
 }
 
-// Two neighbouring texels along a side, and the second one's share.
+// The first of two neighbouring texels along a side, and the second one's share.
 struct TexelPair {
-    TexelV first, second;
+    TexelV first;
     TexelV share;
 };
 
 inline TexelPair repeatedPairAt(TexelV at, TexelV size) {
     const TexelF d;
     const auto zero = hnt::Zero(d);
-    const auto one = hnt::Set(d, 1.0F);
-    const auto last = hnt::Sub(size, one);
     const auto part = hnt::Sub(at, hnt::Floor(at));
     // A place that is no number reads the rim.
     const auto within = hnt::IfThenElseZero(hnt::Gt(part, zero), part);
     const auto place = hnt::Sub(hnt::Mul(within, size), hnt::Set(d, 0.5F));
     const auto base = hnt::Floor(place);
-    const auto next = hnt::Add(base, one);
-    return {hnt::IfThenElse(hnt::Lt(base, zero), last, base),
-            hnt::IfThenElseZero(hnt::Le(next, last), next), hnt::Sub(place, base)};
+    const auto last = hnt::Sub(size, hnt::Set(d, 1.0F));
+    return {hnt::IfThenElse(hnt::Lt(base, zero), last, base), hnt::Sub(place, base)};
 }
 
 inline TexelPair pairAt(TexelV at, TexelV size, bool repeat) {
@@ -88,41 +85,48 @@ inline TexelPair pairAt(TexelV at, TexelV size, bool repeat) {
     // Outside, the second texel may be any.
     const auto share = hnt::IfThenElseZero(hnt::And(hnt::Ge(base, zero), hnt::Lt(base, last)),
                                            hnt::Sub(place, base));
-    const auto inside = [&](TexelV texel) { return hnt::Min(hnt::Max(texel, zero), last); };
-    return {inside(base), inside(hnt::Add(base, one)), share};
+    return {hnt::Min(hnt::Max(base, zero), last), share};
 }
 
-// The texels at some places, and those right of them.
+// Four neighbouring texels: above left and right, below left and right.
 struct TexelWords {
-    hnt::Vec<TexelU> left, right;
+    hnt::Vec<TexelU> of[4];
 };
 
 #if HWY_TARGET == HWY_SCALAR
 inline TexelWords wordsAt(const std::uint32_t* texels, hnt::Vec<TexelI> places) {
     const TexelU du;
-    const auto at = static_cast<std::size_t>(hnt::GetLane(places));
-    return {hnt::Set(du, texels[at]), hnt::Set(du, texels[at + 1])};
+    const auto at = 2 * static_cast<std::size_t>(hnt::GetLane(places));
+    return {{hnt::Set(du, texels[at]), hnt::Set(du, texels[at + 2]), hnt::Set(du, texels[at + 1]),
+             hnt::Set(du, texels[at + 3])}};
 }
 #else
-// Both come with one reading of 64 bits.
+// A place comes with one reading of 64 bits.
 inline TexelWords wordsAt(const std::uint32_t* texels, hnt::Vec<TexelI> places) {
     const TexelU du;
     const hnt::Repartition<std::int64_t, TexelI> wide;
     const hnt::Half<TexelI> half;
-    const auto* const pairs = reinterpret_cast<const std::int64_t*>(texels);
-    const auto bytes = hnt::ShiftLeft<2>(places);
-    const auto lower = hnt::BitCast(
-        du, hnt::GatherOffset(wide, pairs, hnt::PromoteTo(wide, hnt::LowerHalf(half, bytes))));
-    const auto upper = hnt::BitCast(
-        du, hnt::GatherOffset(wide, pairs, hnt::PromoteTo(wide, hnt::UpperHalf(half, bytes))));
-    return {hnt::ConcatEven(du, upper, lower), hnt::ConcatOdd(du, upper, lower)};
+    const auto lower = hnt::PromoteTo(wide, hnt::LowerHalf(half, places));
+    const auto upper = hnt::PromoteTo(wide, hnt::UpperHalf(half, places));
+    const auto pairsFrom = [&](std::size_t beside, hnt::Vec<TexelU>& above,
+                               hnt::Vec<TexelU>& below) {
+        const auto* const pairs = reinterpret_cast<const std::int64_t*>(texels) + beside;
+        const auto low = hnt::BitCast(du, hnt::GatherIndex(wide, pairs, lower));
+        const auto high = hnt::BitCast(du, hnt::GatherIndex(wide, pairs, upper));
+        above = hnt::ConcatEven(du, high, low);
+        below = hnt::ConcatOdd(du, high, low);
+    };
+    TexelWords words;
+    pairsFrom(0, words.of[0], words.of[2]);
+    pairsFrom(1, words.of[1], words.of[3]);
+    return words;
 }
 #endif
 
-// The words that a reading takes, as numbers of texels, and the share of the right and of the
-// lower ones.
+// The place that a reading takes, with the one right of it, and the share of the right and of
+// the lower texels.
 struct TexelSpots {
-    hnt::Vec<TexelI> above, below;
+    hnt::Vec<TexelI> place;
     TexelV right, lower;
 };
 
@@ -133,7 +137,7 @@ inline hnt::Vec<TexelI> wholeNumbers(TexelV values) {
     return hnt::And(hnt::BitCast(di, shifted), hnt::Set(di, 0x7FFFFF));
 }
 
-// One level of each side of a picture: its size, and its first texel.
+// One level of each side of a picture: its size, and its first place.
 struct TexelLevel {
     TexelV width, height;
     hnt::Vec<TexelI> first;
@@ -160,8 +164,7 @@ inline TexelSpots spotsOf(TexelV u, TexelV v, const TexelLevel& level, const Tex
     const TexelPair rows = pairAt(v, level.height, manner.repeatT);
     const auto stride = hnt::Add(wholeNumbers(level.width), hnt::Set(di, 1));
     const auto column = hnt::Add(level.first, wholeNumbers(columns.first));
-    return {hnt::Add(column, hnt::Mul(wholeNumbers(rows.first), stride)),
-            hnt::Add(column, hnt::Mul(wholeNumbers(rows.second), stride)), columns.share,
+    return {hnt::Add(column, hnt::Mul(wholeNumbers(rows.first), stride)), columns.share,
             rows.share};
 }
 
@@ -189,13 +192,12 @@ struct TexelShares {
 };
 
 // The light of four texels; its alpha is 1.
-inline TexelLight mixedLight(const TexelWords& above, const TexelWords& below, TexelV right,
-                             TexelV lower) {
+inline TexelLight mixedLight(const TexelWords& texels, TexelV right, TexelV lower) {
     const TexelF d;
     const TexelI di;
     const TexelU du;
     TexelLight light{hnt::Zero(d), hnt::Zero(d), hnt::Zero(d), hnt::Set(d, 1.0F)};
-    const hnt::Vec<TexelU> words[4] = {above.left, above.right, below.left, below.right};
+    const hnt::Vec<TexelU>(&words)[4] = texels.of;
     const auto any = hnt::Or(hnt::Or(words[0], words[1]), hnt::Or(words[2], words[3]));
     if (hnt::AllTrue(du, hnt::Eq(any, hnt::Zero(du)))) return light;
     const TexelShares shares(right, lower);
@@ -224,17 +226,14 @@ inline TexelLight sampleTexels(const RipPicture& picture, const TexelSpots& spot
     const TexelF d;
     const TexelI di;
     TexelLight light =
-        mixedLight(wordsAt(picture.texels.data(), spots.above),
-                   wordsAt(picture.texels.data(), spots.below), spots.right, spots.lower);
+        mixedLight(wordsAt(picture.texels.data(), spots.place), spots.right, spots.lower);
     if (!manner.wantsAlpha || !picture.hasAlpha) return light;
     light.alpha = hnt::Zero(d);
-    const TexelWords upper = wordsAt(picture.alphas.data(), spots.above);
-    const TexelWords lower = wordsAt(picture.alphas.data(), spots.below);
-    const hnt::Vec<TexelU> alphas[4] = {upper.left, upper.right, lower.left, lower.right};
+    const TexelWords alphas = wordsAt(picture.alphas.data(), spots.place);
     const TexelShares shares(spots.right, spots.lower);
     for (int i = 0; i < 4; ++i)
         light.alpha = hnt::Add(
-            light.alpha, hnt::Mul(hnt::ConvertTo(d, hnt::BitCast(di, alphas[i])), shares.of[i]));
+            light.alpha, hnt::Mul(hnt::ConvertTo(d, hnt::BitCast(di, alphas.of[i])), shares.of[i]));
     light.alpha = hnt::Mul(light.alpha, hnt::Set(d, 1.0F / 65535.0F));
     return light;
 }

@@ -119,8 +119,7 @@ class ReadingRow {
     void clear() { count_ = 0; }
 
     void place(const TexelSpots& spots) {
-        hn::StoreU(spots.above, TexelI(), above_.data() + count_);
-        hn::StoreU(spots.below, TexelI(), below_.data() + count_);
+        hn::StoreU(spots.place, TexelI(), places_.data() + count_);
         hn::StoreU(spots.right, TileF(), right_.data() + count_);
         hn::StoreU(spots.lower, TileF(), lower_.data() + count_);
         count_ += hn::Lanes(TileF());
@@ -130,27 +129,23 @@ class ReadingRow {
     void announce(const std::uint32_t* texels) const {
         const std::size_t count = count_;
         for (std::size_t i = 0; i < count; ++i)
-            hwy::Prefetch(texels + above_[i]);
+            hwy::Prefetch(texels + 2 * static_cast<std::ptrdiff_t>(places_[i]));
     }
 
     void fetch(const std::uint32_t* texels) {
         const std::size_t count = count_;
-        for (std::size_t i = 0; i < count; ++i) {
-            std::memcpy(aboveWords_.data() + 2 * i, texels + above_[i], 8);
-            std::memcpy(belowWords_.data() + 2 * i, texels + below_[i], 8);
-        }
+        for (std::size_t i = 0; i < count; ++i)
+            std::memcpy(words_.data() + 4 * i, texels + 2 * static_cast<std::ptrdiff_t>(places_[i]),
+                        16);
         count_ = 0;
     }
 
     // The light of the readings, in the order in which they were placed.
     TexelLight next() {
-        const auto wordsOf = [&](const auto& from) {
-            TexelWords words;
-            hn::LoadInterleaved2(TexelU(), from.data() + 2 * count_, words.left, words.right);
-            return words;
-        };
-        const TexelLight light = mixedLight(wordsOf(aboveWords_), wordsOf(belowWords_),
-                                            hn::LoadU(TileF(), right_.data() + count_),
+        TexelWords words;
+        hn::LoadInterleaved4(TexelU(), words_.data() + 4 * count_, words.of[0], words.of[2],
+                             words.of[1], words.of[3]);
+        const TexelLight light = mixedLight(words, hn::LoadU(TileF(), right_.data() + count_),
                                             hn::LoadU(TileF(), lower_.data() + count_));
         count_ += hn::Lanes(TileF());
         return light;
@@ -159,12 +154,10 @@ class ReadingRow {
   private:
     static constexpr std::size_t kRoom = kMostReadings * kRowRoom;
     std::size_t count_ = 0;
-    alignas(64) std::array<std::int32_t, kRoom> above_;
-    alignas(64) std::array<std::int32_t, kRoom> below_;
+    alignas(64) std::array<std::int32_t, kRoom> places_;
     alignas(64) std::array<float, kRoom> right_;
     alignas(64) std::array<float, kRoom> lower_;
-    alignas(64) std::array<std::uint32_t, 2 * kRoom> aboveWords_;
-    alignas(64) std::array<std::uint32_t, 2 * kRoom> belowWords_;
+    alignas(64) std::array<std::uint32_t, 4 * kRoom> words_;
 };
 
 // A row of pixels between the steps of its drawing.
