@@ -41,6 +41,8 @@ QString foutTekst(const QDBusMessage& antwoord, Vraagt vraagt) {
     }
     if (antwoord.errorName() == u"org.freedesktop.DBus.Error.ServiceUnknown")
         return QStringLiteral("brixtel-bureau draait niet meer");
+    if (antwoord.errorName() == u"org.freedesktop.DBus.Error.Disconnected")
+        return QStringLiteral("de verbinding met de sessiebus is verbroken");
     return antwoord.errorMessage();
 }
 

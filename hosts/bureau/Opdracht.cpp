@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/bureau/Opdracht.h"
 
-#include <algorithm>
-
 #include "hosts/bureau/BureauInstellingen.h"
 #include "hosts/bureau/ZwartSoort.h"
 #include "hosts/gedeeld/Opsomming.h"
@@ -18,36 +16,6 @@ using Gegeven = std::vector<const Optie*>;
 
 // The calls that an option belongs to.
 enum : unsigned { kStart = 1, kStand = 2, kTekst = 4, kVerzoek = kStart | kStand };
-
-// The call as the user writes it, and its bit.
-std::pair<QLatin1String, unsigned> aanroep(Taak taak) {
-    switch (taak) {
-        case Taak::Stand:
-            return {QLatin1String("stand"), kStand};
-        case Taak::Versie:
-            return {QLatin1String("versie"), kTekst};
-        case Taak::Hulp:
-            return {QLatin1String("help"), kTekst};
-        default:
-            return {QLatin1String("dienst"), kStart};
-    }
-}
-
-QString zetTaak(BureauOpdracht& opdracht, Taak taak, QLatin1String naam) {
-    if (opdracht.taak != Taak::Dienst && opdracht.taak != taak)
-        return QStringLiteral("--%1 gaat niet samen met --%2")
-            .arg(naam, aanroep(opdracht.taak).first);
-    opdracht.taak = taak;
-    return {};
-}
-
-// Makes an option that chooses what to do; `naam` may be short for `voluit`.
-Optie taakOptie(QLatin1String naam, Taak taak, QLatin1String voluit = {}) {
-    const QLatin1String gemeld = voluit.isEmpty() ? naam : voluit;
-    return {naam, Waarde::Geen, {}, [=](BureauOpdracht& o, const QString&) {
-                return zetTaak(o, taak, gemeld);
-            }};
-}
 
 Optie zonder(QLatin1String naam, const QString& methode) {
     return {naam,
@@ -126,12 +94,12 @@ QString zetVenstersysteem(BureauOpdracht& opdracht, const QString& waarde) {
 const std::vector<Optie>& opties() {
     static const QLatin1String help("help"), versie("versie");
     static const std::vector<Optie> alle{
-        taakOptie(QLatin1String("stand"), Taak::Stand),
-        taakOptie(versie, Taak::Versie),
-        taakOptie(QLatin1String("version"), Taak::Versie, versie),
-        taakOptie(QLatin1String("V"), Taak::Versie, versie),
-        taakOptie(help, Taak::Hulp),
-        taakOptie(QLatin1String("h"), Taak::Hulp, help),
+        taakOptie<BureauOpdracht>(QLatin1String("stand"), Taak::Stand),
+        taakOptie<BureauOpdracht>(versie, Taak::Versie),
+        taakOptie<BureauOpdracht>(QLatin1String("version"), Taak::Versie, versie),
+        taakOptie<BureauOpdracht>(QLatin1String("V"), Taak::Versie, versie),
+        taakOptie<BureauOpdracht>(help, Taak::Hulp),
+        taakOptie<BureauOpdracht>(QLatin1String("h"), Taak::Hulp, help),
         zonder(QLatin1String("paneel"), QStringLiteral("ToonPaneel")),
         {QLatin1String("dienst"),
          Waarde::Geen,
@@ -157,9 +125,18 @@ const std::vector<Optie>& opties() {
     return alle;
 }
 
-bool heeft(const Gegeven& gegeven, const char* naam) {
-    return std::any_of(gegeven.begin(), gegeven.end(),
-                       [&](const Optie* optie) { return optie->naam == QLatin1String(naam); });
+// The call as the user writes it, and its bit.
+std::pair<QLatin1String, unsigned> aanroep(Taak taak) {
+    switch (taak) {
+        case Taak::Stand:
+            return {QLatin1String("stand"), kStand};
+        case Taak::Versie:
+            return {QLatin1String("versie"), kTekst};
+        case Taak::Hulp:
+            return {QLatin1String("help"), kTekst};
+        default:
+            return {QLatin1String("dienst"), kStart};
+    }
 }
 
 // Checks the options against one another after all are read.

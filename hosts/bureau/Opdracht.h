@@ -23,6 +23,7 @@ struct Verzoek {
 struct BureauOpdracht {
     enum class Taak { Dienst, Stand, Versie, Hulp };
     Taak taak = Taak::Dienst;
+    QLatin1String taakDoor;          // the option that chose the task; empty where none did
     std::vector<Verzoek> verzoeken;  // in the order of the command line
     std::optional<bool> autostart;
     QString venstersysteem;  // its name; empty for the session's

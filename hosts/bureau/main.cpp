@@ -55,11 +55,11 @@ constexpr const char* kGeenScherm = "er is geen scherm om op te tekenen";
 
 // Qt's messages are for developers, and a fatal one would dump core.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
+    brixtel::eindigZonderDraad(regel);
     if (soort != QtFatalMsg) return;
     const bool erIsScherm = platform::DisplayCheck().isReachable();
-    std::_Exit(meldNaam(erIsScherm
-                            ? QStringLiteral("Qt geeft het op: ") + regel.section(u'\n', 0, 0)
-                            : QString::fromUtf8(kGeenScherm)));
+    std::_Exit(
+        meldNaam(erIsScherm ? brixtel::waaromQtOpgeeft(regel) : QString::fromUtf8(kGeenScherm)));
 }
 
 // Sends the requests up to the first that is refused, and then asks for the state where the
@@ -287,6 +287,7 @@ int main(int argc, char** argv) {
     if (opdracht.taak == BureauOpdracht::Taak::Versie)
         return druk(QStringLiteral("brixtel-bureau " BRIXTEL_VERSION "\n"));
     if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(zwijg);
+    brixtel::Signalen::negeerVerbreking();
     if (const QString mis = brixtel::tekort(); !mis.isEmpty()) return meldNaam(mis);
     // Qt gets no arguments: it would take this program's options for its own.
     int geen = 1;

@@ -22,4 +22,11 @@ int meld(const QString& tekst, int uitgang) {
     return uitgang;
 }
 
+QString waaromQtOpgeeft(const QString& bericht) {
+    // Qt's own advice is to install the program again, which changes nothing.
+    if (bericht.contains(QLatin1String("Qt platform plugin")))
+        return QStringLiteral("Qt kan zijn deel voor het scherm niet openen");
+    return QStringLiteral("Qt geeft het op: ") + bericht.section(u'\n', 0, 0);
+}
+
 }  // namespace brixtel

@@ -12,4 +12,7 @@ namespace brixtel {
 // the error.
 int meld(const QString& tekst, int uitgang);
 
+// The words for the user where Qt gives up with the message `bericht`.
+[[nodiscard]] QString waaromQtOpgeeft(const QString& bericht);
+
 }  // namespace brixtel

@@ -6,6 +6,7 @@
 #include <QRegularExpression>
 #include <QString>
 #include <QStringList>
+#include <algorithm>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -91,6 +92,35 @@ QString neemOptie(const std::vector<Optie<Opdracht>>& opties, const QStringList&
     for (const Optie<Opdracht>& optie : opties)
         namen << optie.naam;
     return onbekend(woord, namen);
+}
+
+// Chooses what to do by the option `naam`. Returns the error where an earlier option chose
+// another task.
+template <typename Opdracht>
+QString zetTaak(Opdracht& opdracht, typename Opdracht::Taak taak, QLatin1String naam) {
+    if (!opdracht.taakDoor.isEmpty() && opdracht.taak != taak)
+        return QStringLiteral("--%1 gaat niet samen met --%2").arg(naam, opdracht.taakDoor);
+    opdracht.taak = taak;
+    opdracht.taakDoor = naam;
+    return {};
+}
+
+// Makes an option that chooses what to do; `naam` may be short for `voluit`.
+template <typename Opdracht>
+Optie<Opdracht> taakOptie(QLatin1String naam, typename Opdracht::Taak taak,
+                          QLatin1String voluit = {}) {
+    const QLatin1String gemeld = voluit.isEmpty() ? naam : voluit;
+    return {naam, Waarde::Geen, {}, [=](Opdracht& opdracht, const QString&) {
+                return zetTaak(opdracht, taak, gemeld);
+            }};
+}
+
+// Whether the option was given.
+template <typename Opdracht>
+bool heeft(const std::vector<const Optie<Opdracht>*>& gegeven, const char* naam) {
+    return std::any_of(gegeven.begin(), gegeven.end(), [&](const Optie<Opdracht>* optie) {
+        return optie->naam == QLatin1String(naam);
+    });
 }
 
 // Reads all options, and stores the given ones in `gegeven`. Returns the first error; empty on

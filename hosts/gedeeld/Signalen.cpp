@@ -135,6 +135,10 @@ void Signalen::negeerOpnieuw() {
     signal(SIGUSR1, SIG_IGN);
 }
 
+void Signalen::negeerVerbreking() {
+    signal(SIGPIPE, SIG_IGN);
+}
+
 void Signalen::haast(Haast hoe) {
     constexpr double kRustig = 1.5;  // seconds
     if (eerste == 0) zetWekker(hoe == Haast::Rustig ? kRustig : kGeduld);

@@ -28,6 +28,10 @@ class Signalen {
     // ended there is nothing to restart.
     static void negeerOpnieuw();
 
+    // Makes SIGPIPE harmless from now on. A display or a bus that breaks the connection while
+    // the process writes is an error of that call; child processes get the signal as usual.
+    static void negeerVerbreking();
+
     // Ends the process with exit status 0 if its own end takes longer: than the time after a
     // signal, or than a user would wait.
     enum class Haast { Gastheer, Rustig };

@@ -66,6 +66,7 @@ iovec stuk(std::string_view tekst) {
 }
 
 constexpr std::string_view kGeheugen = "er is te weinig geheugen";
+constexpr std::string_view kGeweigerd = "het systeem weigert een draad of een ander middel";
 
 // Ends without memory: the text of the line exists beforehand. Where several threads get
 // here, the first one writes.
@@ -86,7 +87,7 @@ constexpr std::string_view kGeheugen = "er is te weinig geheugen";
     } catch (const std::bad_alloc&) {
         waarom = kGeheugen;
     } catch (const std::system_error&) {
-        waarom = "het systeem weigert een draad of een ander middel";
+        waarom = kGeweigerd;
     } catch (...) {
     }
     eindigOm(waarom);
@@ -108,6 +109,11 @@ void eindigMetEenRegel(const char* programma) {
     // Qt 6.4 waits for an answer without looking whether the bus took the question, and
     // libdbus aborts the process then.
     setenv("DBUS_FATAL_WARNINGS", "0", 0);
+}
+
+void eindigZonderDraad(const QString& bericht) {
+    if (bericht.startsWith(QLatin1String("QThread::start: Thread creation error")))
+        eindigOm(kGeweigerd);
 }
 
 void eindigZonderGeheugen() {

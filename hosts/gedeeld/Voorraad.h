@@ -22,6 +22,10 @@ inline constexpr std::size_t kRuimteScene = std::size_t{768} << 20;
 // thread, before any other.
 void eindigMetEenRegel(const char* programma);
 
+// Ends the process with one line, and exit status 1, where `bericht`, a message of Qt's, says
+// that the kernel refused Qt a thread: Qt 6.4 waits for that thread's work for ever. Any thread.
+void eindigZonderDraad(const QString& bericht);
+
 // Ends the process with one line that says that there is too little memory, and exit status
 // 1. Allocates nothing; any thread.
 [[noreturn]] void eindigZonderGeheugen();

@@ -3,7 +3,6 @@
 
 #include <QCoreApplication>
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <optional>
 
@@ -40,7 +39,6 @@ QString toonInstellingen(const Opdracht& opdracht, const ModuleLader& module, in
     // that program has no reader; the sheet has stored the mode anyway.
     const QByteArray gekozen = view->pickedInSheet().toUtf8();
     if (gekozen.isEmpty()) return {};
-    std::signal(SIGPIPE, SIG_IGN);
     const bool gedrukt = std::printf("%s\n", gekozen.constData()) > 0;
     if (gedrukt && std::fflush(stdout) == 0) return {};
     if (errno == EPIPE) return {};

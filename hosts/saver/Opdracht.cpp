@@ -35,44 +35,6 @@ QSize leesMaat(const QString& tekst) {
     return past ? maat : QSize();
 }
 
-// The option that chose the task; empty where none did.
-QLatin1String keuzeVanTaak(const Opdracht& opdracht) {
-    switch (opdracht.taak) {
-        case Taak::Schermvullend:
-            return {};
-        case Taak::Venster:
-            return QLatin1String("venster");
-        case Taak::Gastheer:
-            return QLatin1String(opdracht.vensterId ? "window-id" : "root");
-        case Taak::Plaatje:
-            return QLatin1String("plaatje");
-        case Taak::Film:
-            return QLatin1String("film");
-        case Taak::Instellingen:
-            return QLatin1String("instellingen");
-        case Taak::Verbindingen:
-            return QLatin1String("verbindingen");
-        case Taak::Aanmelden:
-            return QLatin1String("aanmelden");
-        case Taak::Afmelden:
-            return QLatin1String("afmelden");
-        case Taak::Hervat:
-            return QLatin1String("hervat");
-        case Taak::Versie:
-            return QLatin1String("versie");
-        case Taak::Hulp:
-            return QLatin1String("help");
-    }
-    return {};
-}
-
-QString zetTaak(Opdracht& opdracht, Taak taak, QLatin1String naam) {
-    if (opdracht.taak != Taak::Schermvullend && opdracht.taak != taak)
-        return QStringLiteral("--%1 gaat niet samen met --%2").arg(naam, keuzeVanTaak(opdracht));
-    opdracht.taak = taak;
-    return {};
-}
-
 QString zetMaat(QSize& doel, const QString& waarde, QLatin1String naam) {
     doel = leesMaat(waarde);
     if (doel.isValid()) return {};
@@ -185,14 +147,6 @@ QString zetLijnen(Opdracht& opdracht, const QString& waarde) {
     return {};
 }
 
-// Makes an option that chooses what to do; `naam` may be short for `voluit`.
-Optie taakOptie(QLatin1String naam, Taak taak, QLatin1String voluit = {}) {
-    const QLatin1String gemeld = voluit.isEmpty() ? naam : voluit;
-    return {naam, Waarde::Geen, {}, [=](Opdracht& o, const QString&) {
-                return zetTaak(o, taak, gemeld);
-            }};
-}
-
 Optie vlagOptie(QLatin1String naam, bool Opdracht::*vlag, unsigned bij) {
     const auto zet = [=](Opdracht& o, const QString&) {
         o.*vlag = true;
@@ -214,15 +168,15 @@ const std::vector<Optie>& opties() {
     static const QLatin1String maatVorm("^[0-9]+[xX×][0-9]+$");
     static const QLatin1String help("help"), versie("versie"), maat("maat");
     static const std::vector<Optie> alle{
-        taakOptie(QLatin1String("root"), Taak::Gastheer),
-        taakOptie(QLatin1String("aanmelden"), Taak::Aanmelden),
-        taakOptie(QLatin1String("afmelden"), Taak::Afmelden),
-        taakOptie(QLatin1String("hervat"), Taak::Hervat),
-        taakOptie(versie, Taak::Versie),
-        taakOptie(QLatin1String("version"), Taak::Versie, versie),
-        taakOptie(QLatin1String("V"), Taak::Versie, versie),
-        taakOptie(help, Taak::Hulp),
-        taakOptie(QLatin1String("h"), Taak::Hulp, help),
+        taakOptie<Opdracht>(QLatin1String("root"), Taak::Gastheer),
+        taakOptie<Opdracht>(QLatin1String("aanmelden"), Taak::Aanmelden),
+        taakOptie<Opdracht>(QLatin1String("afmelden"), Taak::Afmelden),
+        taakOptie<Opdracht>(QLatin1String("hervat"), Taak::Hervat),
+        taakOptie<Opdracht>(versie, Taak::Versie),
+        taakOptie<Opdracht>(QLatin1String("version"), Taak::Versie, versie),
+        taakOptie<Opdracht>(QLatin1String("V"), Taak::Versie, versie),
+        taakOptie<Opdracht>(help, Taak::Hulp),
+        taakOptie<Opdracht>(QLatin1String("h"), Taak::Hulp, help),
         vlagOptie(QLatin1String("voorvertoning"), &Opdracht::voorvertoning, kToont | kBeeld),
         vlagOptie(QLatin1String("meet"), &Opdracht::meet, kToont),
         vlagOptie(QLatin1String("lus"), &Opdracht::lus, kFilm),
@@ -292,7 +246,7 @@ QString hoortElders(const Optie& optie, const Opdracht& opdracht) {
     if (optie.bij == 0 || (optie.bij & bit) != 0) return {};
     if (bit == kToont)
         return QStringLiteral("--%1 gaat alleen samen met %2").arg(optie.naam, bijWelke(optie.bij));
-    return QStringLiteral("--%1 gaat niet samen met --%2").arg(optie.naam, keuzeVanTaak(opdracht));
+    return QStringLiteral("--%1 gaat niet samen met --%2").arg(optie.naam, opdracht.taakDoor);
 }
 
 // A picture is drawn whole in memory.
@@ -329,11 +283,6 @@ QString controleerFilm(const Opdracht& opdracht) {
         if (QString mis = controleerLus(opdracht); !mis.isEmpty()) return mis;
     if (opdracht.fps) return QStringLiteral("--fps zonder getal gaat niet samen met --film");
     return controleerMaat(opdracht, QLatin1String("--film"));
-}
-
-bool heeft(const Gegeven& gegeven, const char* naam) {
-    return std::any_of(gegeven.begin(), gegeven.end(),
-                       [&](const Optie* optie) { return optie->naam == QLatin1String(naam); });
 }
 
 // Shown, the sheet has the size of its window; in a file, it belongs to no window.

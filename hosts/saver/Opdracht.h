@@ -32,6 +32,7 @@ struct Opdracht {
         Hulp,
     };
     Taak taak = Taak::Schermvullend;
+    QLatin1String taakDoor;  // the option that chose the task; empty where none did
 
     QSize venster{1280, 720};                    // points
     std::optional<platform::HostRef> vensterId;  // the host's; none means the whole screen

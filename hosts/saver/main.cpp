@@ -54,10 +54,11 @@ bool zonderScherm = false;
 // Qt's messages are for developers, and a host would show them to people. A fatal one would
 // dump core, as when the display goes away while Qt starts.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
+    brixtel::eindigZonderDraad(regel);
     if (soort != QtFatalMsg) return;
     if (!zonderScherm && !platform::DisplayCheck().isReachable())
         std::_Exit(meldNaam(QString::fromUtf8(kGeenScherm), kFout));
-    std::_Exit(meldNaam(QStringLiteral("Qt geeft het op: ") + regel.section(u'\n', 0, 0), kFout));
+    std::_Exit(meldNaam(brixtel::waaromQtOpgeeft(regel), kFout));
 }
 
 bool isPlaatje(const Opdracht& opdracht) {
@@ -313,6 +314,7 @@ int main(int argc, char** argv) {
     if (opdracht.taak == Opdracht::Taak::Schermvullend && !lopend.neem())
         return meldNaam(QStringLiteral("er loopt er al een op dit scherm"), 0);
     brixtel::Signalen::negeerOpnieuw();
+    brixtel::Signalen::negeerVerbreking();
     const QString mis = brixtel::tekort(ruimteVoor(opdracht));
     if (!mis.isEmpty()) return meldNaam(mis, kFout);
     if (opdracht.keuze.isEmpty())

@@ -14,6 +14,9 @@ using brixtel::VerbindingWacht;
 
 namespace {
 
+// Seconds for a tool that ends by itself, on any machine.
+constexpr double kGeduld = 300.0;
+
 class Fout : public steun::WachtOpstelling {
   protected:
     // After a measurement that found something, one with this tool finds nothing.
@@ -94,7 +97,21 @@ done)"));
 TEST_F(Fout, ALineOfSixtyMegabytesIsRead) {
     const std::string pad =
         map_.script("lang", "echo ca; printf n; head -c 60000000 /dev/zero; echo '->8.8.8.8:1'");
-    EXPECT_EQ(meet(pad), kEenLijn);
+    EXPECT_EQ(VerbindingWacht::probeer({.tabel = *tabel_, .lsof = pad, .seconden = kGeduld}),
+              std::vector<Lijn>(kEenLijn));
+}
+
+TEST_F(Fout, AToolThatWritesMoreThanItMayGivesNothing) {
+    // Three bytes for the program, thirteen for the line, and the rest.
+    const auto aantal = VerbindingWacht::kMeesteBytes - 16;
+    for (const std::size_t meer : {0U, 1U}) {
+        const std::string pad =
+            map_.script("veel", "echo ca; echo 'n->8.8.8.8:1'; head -c " +
+                                    std::to_string(aantal + meer) + " /dev/zero");
+        const auto uit =
+            VerbindingWacht::probeer({.tabel = *tabel_, .lsof = pad, .seconden = kGeduld});
+        EXPECT_EQ(uit.has_value(), meer == 0);
+    }
 }
 
 TEST_F(Fout, AToolThatWritesWithoutEndIsEndedAndGivesNothing) {

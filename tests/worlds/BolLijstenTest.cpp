@@ -34,6 +34,12 @@ class BolLijstenTest : public steun::WereldOpstelling {
         lijnen.push_back(erbij);
         return lijnen;
     }
+    static std::vector<Lijn> metBelgie() { return met(europa(), in("BE", 50.6, 4.6, 4)); }
+    // A list that has been seen for half a second.
+    void begint(const std::vector<Lijn>& lijnen) {
+        bol_->zetLijnen(lijnen);
+        verder(0.5);
+    }
 
     struct Gezien {
         double opzij;
@@ -73,12 +79,9 @@ class BolLijstenTest : public steun::WereldOpstelling {
 };
 
 TEST_F(BolLijstenTest, ALabelGlidesFromItsPlaceWhenACountryComesOrGoes) {
-    const auto zonder = europa();
-    const auto mee = met(zonder, in("BE", 50.6, 4.6, 4));
-    bol_->zetLijnen(zonder);
-    verder(0.5);
-    wisseltKalm(zonder, mee);
-    wisseltKalm(mee, zonder);
+    begint(europa());
+    wisseltKalm(europa(), metBelgie());
+    wisseltKalm(metBelgie(), europa());
 }
 
 TEST_F(BolLijstenTest, AlsoWhereManyComeAtOnce) {
@@ -94,19 +97,15 @@ TEST_F(BolLijstenTest, AlsoWhereManyComeAtOnce) {
                                                                           {"IE", 53.1, -8.2}})
         veel.push_back({land, {"Proef"}, 20});
     veel.insert(veel.end(), weinig.begin(), weinig.end());
-    bol_->zetLijnen(weinig);
-    verder(0.5);
+    begint(weinig);
     wisseltKalm(weinig, veel);
     wisseltKalm(veel, weinig);
 }
 
 // The glide ends where the label would stand had the list been there from the start.
 TEST_F(BolLijstenTest, AGlideEndsClearOfTheOthers) {
-    const auto zonder = europa();
-    const auto mee = met(zonder, in("BE", 50.6, 4.6, 4));
-    bol_->zetLijnen(zonder);
-    verder(0.5);
-    wisseltKalm(zonder, mee);
+    begint(europa());
+    wisseltKalm(europa(), metBelgie());
     const glm::dmat4 oog = steun::cameraVan(*bol_)->worldTransform();
     const auto plek = [&](std::size_t i) {
         const glm::dvec3 naar = steun::label(*bol_, i).worldPosition() - glm::dvec3(oog[3]);
@@ -189,11 +188,10 @@ TEST_F(BolLijstenTest, ANewLabelMakesWayForOneThatWasThere) {
 }
 
 TEST_F(BolLijstenTest, TheSameListAgainHoldsNoGlideUp) {
-    const auto zonder = europa();
-    const auto mee = met(zonder, in("BE", 50.6, 4.6, 4));
+    const auto mee = metBelgie();
     const auto ander = maak(DrieSoort::bol, {.eigenLijnen = true});
     for (auto* wereld : {bol_.get(), ander.get()}) {
-        wereld->zetLijnen(zonder);
+        wereld->zetLijnen(europa());
         wereld->scene()->advance(0.5);
         wereld->zetLijnen(mee);
     }

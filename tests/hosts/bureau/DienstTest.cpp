@@ -98,6 +98,8 @@ TEST(KlantFout, NoAnswerIsSaidNotToBeARefusal) {
               QStringLiteral("de draaiende brixtel-bureau antwoordt niet"));
     EXPECT_EQ(tekst("org.freedesktop.DBus.Error.ServiceUnknown"),
               QStringLiteral("brixtel-bureau draait niet meer"));
+    EXPECT_EQ(tekst("org.freedesktop.DBus.Error.Disconnected"),
+              QStringLiteral("de verbinding met de sessiebus is verbroken"));
 }
 
 TEST_F(Dienst, TheStateIsInItsProperties) {

@@ -27,4 +27,13 @@ TEST(Melding, IsOneLineOnStandardErrorAndGivesItsExitStatus) {
     EXPECT_EQ(uitgang, 7);
 }
 
+TEST(Melding, WhereQtGivesUpTheUserReadsDutchAndNoAdvice) {
+    EXPECT_EQ(brixtel::waaromQtOpgeeft(QStringLiteral(
+                  "This application failed to start because no Qt platform plugin could be "
+                  "initialized. Reinstalling the application may fix this problem.\n\nAvailable")),
+              QStringLiteral("Qt kan zijn deel voor het scherm niet openen"));
+    EXPECT_EQ(brixtel::waaromQtOpgeeft(QStringLiteral("Cannot mix\nfurther lines")),
+              QStringLiteral("Qt geeft het op: Cannot mix"));
+}
+
 }  // namespace

@@ -5,6 +5,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <QThread>
 #include <cstdio>
 #include <cstdlib>
 #include <new>
@@ -15,12 +16,15 @@ using brixtel::tekort;
 
 namespace {
 
+// The kernel counts no processes of root.
+void wordNiemand() {
+    constexpr uid_t kNobody = 65534;
+    if (geteuid() == 0 && setresuid(kNobody, kNobody, kNobody) != 0) std::abort();
+}
+
 // Exits with 1 after saying what is short, else with 0.
 [[noreturn]] void kijk(int wat, rlim_t hoogstens) {
-    constexpr uid_t kNobody = 65534;
-    // The kernel counts no processes of root.
-    if (wat == RLIMIT_NPROC && geteuid() == 0 && setresuid(kNobody, kNobody, kNobody) != 0)
-        std::abort();
+    if (wat == RLIMIT_NPROC) wordNiemand();
     const rlimit grens{hoogstens, hoogstens};
     setrlimit(static_cast<__rlimit_resource>(wat), &grens);
     const QString mis = tekort();
@@ -61,6 +65,26 @@ TEST(Voorraad, AnExceptionThatNobodyCatchesIsOneLineAndExitOne) {
     EXPECT_EXIT(gooiOpEenDraad(true), testing::ExitedWithCode(1),
                 "^proef: er is te weinig geheugen\n$");
     EXPECT_EXIT(gooiOpEenDraad(false), testing::ExitedWithCode(1),
+                "^proef: het systeem weigert een draad of een ander middel\n$");
+}
+
+// A thread of Qt's own where the kernel refuses it, with Qt's messages as the programs take them.
+[[noreturn]] void startDraadVanQt() {
+    brixtel::eindigMetEenRegel("proef");
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& regel) {
+        brixtel::eindigZonderDraad(regel);
+    });
+    qWarning("een andere waarschuwing: Thread creation error");
+    wordNiemand();
+    const rlimit geen{1, 1};
+    setrlimit(RLIMIT_NPROC, &geen);
+    QThread draad;
+    draad.start();
+    std::_Exit(0);
+}
+
+TEST(Voorraad, AThreadThatIsRefusedToQtIsOneLineAndExitOne) {
+    EXPECT_EXIT(startDraadVanQt(), testing::ExitedWithCode(1),
                 "^proef: het systeem weigert een draad of een ander middel\n$");
 }
 

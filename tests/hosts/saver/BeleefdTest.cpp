@@ -80,6 +80,13 @@ TEST_F(Signaal, AStormOfSigusr1DoesNotEndIt) {
     EXPECT_TRUE(programma.loopt());
 }
 
+// The signal of a connection that breaks while the program writes.
+TEST_F(Signaal, SigpipeDoesNotEndIt) {
+    start();
+    zend(SIGPIPE);
+    begintOpnieuw();
+}
+
 TEST(Omgeving, StrippedToDisplayHomePathAndLangItWorks) {
     const Xvfb server("640x480x24");
     const QTemporaryDir thuis;

@@ -58,6 +58,21 @@ TEST(QualityLadder, IsDownWithinASecondOfFrames) {
     EXPECT_EQ(ladder.rung(), 3);
 }
 
+TEST(QualityLadder, TheFirstThreeFramesOfARungDoNotCount) {
+    const auto slow = [](int) { return 2.0 * kBudget; };
+    const auto fitting = [](int) { return 0.8 * kBudget; };
+    QualityLadder ladder({.budget = kBudget, .firstRung = 2});
+    for (int rung : {2, 3}) {
+        // Half of the sixteen that count are too slow, and more than half of all.
+        EXPECT_EQ(run(ladder, 3 + 8, slow), 0);
+        EXPECT_EQ(run(ladder, 8, fitting), 0);
+        // One more than half.
+        EXPECT_EQ(run(ladder, 9, slow), 0);
+        EXPECT_EQ(run(ladder, 7, fitting), 1);
+        EXPECT_EQ(ladder.rung(), rung + 1);
+    }
+}
+
 TEST(QualityLadder, EndsAtTheLastRungHoweverSlow) {
     QualityLadder ladder({.budget = kBudget});
     EXPECT_EQ(run(ladder, 5000, [](int) { return 1.0; }), kLast);

@@ -64,7 +64,7 @@ TEST(Particles, AreBornAtTheirRateAndDieAtTheirAge) {
 TEST(Particles, SpreadOverTheirVariationsAndNoFurther) {
     Emitter emitter(2);
     emitter.scene.advance(30.0);
-    double speeds = 0.0, sizes = 0.0, across = 0.0;
+    double speeds = 0.0, sizes = 0.0, across = 0.0, aslant = 0.0;
     for (std::size_t i = 0; i < emitter.system->count(); ++i) {
         const auto& p = emitter.system->particle(i);
         EXPECT_EQ(glm::dvec2(p.velocity), glm::dvec2(0.0));
@@ -78,11 +78,14 @@ TEST(Particles, SpreadOverTheirVariationsAndNoFurther) {
         speeds += p.velocity.z;
         sizes += p.size;
         across += p.origin.x * p.origin.x;
+        aslant += p.origin.x * p.origin.y;
     }
     const auto n = static_cast<double>(emitter.system->count());
     EXPECT_NEAR(speeds / n, 9.0, 0.2);
     EXPECT_NEAR(sizes / n, 0.06, 0.002);
     EXPECT_NEAR(across / n, 2.6 * 2.6 / 12.0, 0.1);
+    // The two sides are drawn independently: in a square, not along its diagonal.
+    EXPECT_NEAR(aslant / n, 0.0, 0.1);
 }
 
 TEST(Particles, VaryInBrightnessAlone) {

@@ -16,6 +16,10 @@ TEST(Shading, SrgbDecodesAndEncodesBothWays) {
     EXPECT_NEAR(srgbDecode(0.04), 0.04 / 12.92, kTiny);
     for (const double x : {0.0, 0.001, 0.04, 0.2, 0.7, 1.0})
         EXPECT_NEAR(srgbEncode(srgbDecode(x)), x, 1e-7);
+    // The straight part ends at 0.0031308.
+    EXPECT_NEAR(srgbEncode(0.003), 0.003 * 12.92, kTiny);
+    EXPECT_NEAR(srgbEncode(0.0035), 0.044988, 1e-6);
+    EXPECT_NEAR(srgbEncode(0.01), 0.099853, 1e-6);
 }
 
 TEST(Shading, AColoursAlphaIsNotEncoded) {

@@ -29,4 +29,17 @@ TEST(Screen, PlacesAreTurnedUpsideDownAndBack) {
     EXPECT_EQ(platform::fromQt(QPointF(3, height)), QPointF(3, 0));
 }
 
+TEST(Screen, AMirrorIsLeftOutAndOnlyAMirrorIs) {
+    const Screen left{.name = QStringLiteral("A"), .frame = {0, 0, 800, 600}};
+    const Screen right{.name = QStringLiteral("B"), .frame = {800, 0, 800, 600}};
+    // Sharper, and in the same place.
+    const Screen mirror{.name = QStringLiteral("C"), .frame = {0, 0, 800, 600}, .scale = 2.0};
+    // From the same corner.
+    const Screen larger{.name = QStringLiteral("D"), .frame = {0, 0, 800, 601}};
+    EXPECT_EQ(platform::distinctRectangles({left, right, mirror, larger, mirror}),
+              (std::vector{left, right, larger}));
+    EXPECT_EQ(platform::distinctRectangles({mirror, left}), std::vector{mirror});
+    EXPECT_TRUE(platform::distinctRectangles({}).empty());
+}
+
 }  // namespace
