@@ -230,11 +230,14 @@ void ScenePlan::addFloorPolygon(const DrawFloor& floor) {
             glm::vec4(local.x / floor.textureSpan, local.z / floor.textureSpan, 0.0F, 1.0F);
         Corner& corner = cut_.emplace_back();
         corner.eye = glm::dvec3(eyeOf(world));
+        corner.way = world - list_->camera.position;
+        corner.at = screenAt(corner.eye);
         corner.value[ScreenPolygon::kPicture] = uv.x;
         corner.value[ScreenPolygon::kPicture + 1] = uv.y;
         for (int k = 0; k < 3; ++k)
             corner.value[ScreenPolygon::kNormal + static_cast<std::size_t>(k)] = normal[k];
     }
+    cutFace(surface);
     addPolygon(surface, number, material.doubleSided);
 }
 

@@ -13,10 +13,6 @@ constexpr float kFaint = 1e-5F;
 // Cells beside a tile that have a share in its pixels.
 constexpr int kBeside = 2;
 
-bool has(unsigned colours, std::size_t k) {
-    return (colours >> k & 1U) != 0;
-}
-
 std::size_t countOf(QSize size) {
     const auto side = [](int length) { return static_cast<std::size_t>(std::max(length, 0)); };
     return side(size.width()) * side(size.height());
@@ -88,7 +84,7 @@ BrightCells SceneGlow::cellsOf(int tileX, int tileY) {
 void SceneGlow::clearCells(Planes& planes, int tile, unsigned colours) {
     const int across = options_.tiles.width();
     for (std::size_t k = 0; k < 3; ++k) {
-        if (!has(colours, k)) continue;
+        if (!holds(colours, k)) continue;
         float* const first = planes[k].data() + cellAt(tile % across, tile / across);
         for (int row = 0; row < cellsDown_; ++row)
             std::fill_n(first + static_cast<std::ptrdiff_t>(row) * stride_, cellsAcross_, 0.0F);
@@ -119,7 +115,7 @@ void SceneGlow::pass(TileWorkers& workers, const Flags& from, Flags& to, Planes&
         const std::size_t first =
             cellAt(tile % options_.tiles.width(), tile / options_.tiles.width());
         for (std::size_t k = 0; k < 3; ++k)
-            if (has(reached, k)) work(k, first);
+            if (holds(reached, k)) work(k, first);
         clearCells(planes, tile, static_cast<unsigned>(was) & ~reached);
         was = static_cast<char>(reached);
     });
@@ -182,7 +178,7 @@ char SceneGlow::coloursSeen(int tile) const {
                               static_cast<std::size_t>(kBeside * stride_ + kBeside);
     unsigned seen = 0;
     for (std::size_t k = 0; k < 3; ++k) {
-        if (!has(static_cast<unsigned>(glow_[static_cast<std::size_t>(tile)]), k)) continue;
+        if (!holds(static_cast<unsigned>(glow_[static_cast<std::size_t>(tile)]), k)) continue;
         const float most = mostOf({spread_[k].data() + first, stride_, cellsAcross_ + 2 * kBeside,
                                    cellsDown_ + 2 * kBeside});
         if (most >= kFaint) seen |= 1U << k;
@@ -197,7 +193,7 @@ void SceneGlow::expand(int tile, float* work, TileGlow& glow) const {
     const std::size_t first = cellAt(tile % options_.tiles.width(), tile / options_.tiles.width());
     for (std::size_t k = 0; k < 3; ++k) {
         glow.plane[k] = nullptr;
-        if (!has(static_cast<unsigned>(seen_[static_cast<std::size_t>(tile)]), k)) continue;
+        if (!holds(static_cast<unsigned>(seen_[static_cast<std::size_t>(tile)]), k)) continue;
         const float* const cells = spread_[k].data() + first;
         for (int row = 0; row < cellsDown_ + 2 * kBeside; ++row)
             stretchCells(cells + static_cast<std::ptrdiff_t>(row - kBeside) * stride_, phases_,

@@ -122,6 +122,11 @@ glm::vec2 ScenePlan::screenOf(const glm::vec3& eye) const {
             lens_.middle.y - eye.y / (eye.z * lens_.perPixel.y)};
 }
 
+glm::dvec2 ScenePlan::screenAt(const glm::dvec3& eye) const {
+    return {lens_.middle.x + eye.x / (eye.z * lens_.perPixel.x),
+            lens_.middle.y - eye.y / (eye.z * lens_.perPixel.y)};
+}
+
 Ink ScenePlan::inkAt(const BatchView& view, const glm::vec4& tint, float distance,
                      float height) const {
     glm::vec3 light(tint);

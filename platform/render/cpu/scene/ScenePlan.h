@@ -61,10 +61,20 @@ class ScenePlan {
         std::unique_ptr<MeshShape> shape;
         std::uint64_t lastFrame = 0;
     };
-    // A corner of a polygon before the cut: its place from the eye, z positive before it, and
-    // its attributes, which are linear along the polygon.
+    // A point of an instance's mesh.
+    struct MeshPlace {
+        glm::vec3 way{0.0F};  // from the camera, along the world's axes
+        glm::vec3 eye{0.0F};  // the same as the eye sees it, z positive before it
+        glm::vec2 at{0.0F};   // pixels
+        float height = 0.0F;  // above the mirror
+        unsigned outside = 0;
+    };
+    // A corner of a polygon: its place from the eye and on the screen, and its attributes, which
+    // are linear along the polygon.
     struct Corner {
         glm::dvec3 eye{0.0};
+        glm::dvec2 at{0.0};
+        glm::vec3 way{0.0F};
         std::array<double, ScreenPolygon::kAttributes> value{};
     };
     // Properties that a batch's instances share.
@@ -89,8 +99,21 @@ class ScenePlan {
     void addFaces(const BatchView& view, const DrawInstance& instance);
     // The colours that the surface may have light of.
     [[nodiscard]] unsigned coloursOf(const Surface& surface) const;
+    [[nodiscard]] Surface surfaceFor(const BatchView& view, const DrawInstance& instance);
+    void placeMesh(const BatchView& view, const DrawInstance& instance);
+    [[nodiscard]] bool maySee(const MeshShape::Face& face, const Surface& surface,
+                              bool doubleSided) const;
+    void takeCorners(const MeshShape::Face& face, const BatchView& view, const Surface& surface,
+                     const glm::mat3& turn);
+    void cutFace(const Surface& surface);
     void addPolygon(const Surface& surface, std::size_t number, bool doubleSided);
+    bool setOutline(const Surface& surface, bool doubleSided, ScreenPolygon& polygon) const;
     void setFlatNormal(ScreenPolygon& polygon) const;
+    // Whether the light of the polygon whose corners are in `cut_` is as good as even on the
+    // screen.
+    [[nodiscard]] bool isEven(const Surface& surface, const ScreenPolygon& polygon) const;
+    [[nodiscard]] glm::vec3 lightAt(const Surface& surface, const ScreenPolygon& polygon,
+                                    const Corner& corner) const;
     void addFloor(const DrawFloor& floor);
     bool addStripes(const DrawFloor& floor, const ScreenFloor& plane);
     void addFloorPolygon(const DrawFloor& floor);
@@ -99,6 +122,7 @@ class ScenePlan {
     [[nodiscard]] float heightOf(const glm::vec3& world) const;
     [[nodiscard]] glm::vec3 eyeOf(const glm::vec3& world) const;
     [[nodiscard]] glm::vec2 screenOf(const glm::vec3& eye) const;
+    [[nodiscard]] glm::dvec2 screenAt(const glm::dvec3& eye) const;
     [[nodiscard]] Ink inkAt(const BatchView& view, const glm::vec4& tint, float distance,
                             float height) const;
     [[nodiscard]] bool isBehindBall(const glm::vec3& eye) const;
@@ -134,7 +158,7 @@ class ScenePlan {
     std::vector<Surface> surfaces_;
     std::vector<ScreenPolygon> polygons_;
     std::vector<ScreenFloor> floors_;
-    std::vector<Corner> corners_;  // of an instance's mesh
+    std::vector<MeshPlace> places_;
     std::vector<Corner> cut_, uncut_;
     std::vector<glm::vec2> outline_;
     std::unique_ptr<LineKernel> lineKernel_;

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 namespace platform {
 
@@ -21,6 +22,10 @@ inline constexpr unsigned kRed = 1;
 inline constexpr unsigned kGreen = 2;
 inline constexpr unsigned kBlue = 4;
 inline constexpr unsigned kAllColours = kRed | kGreen | kBlue;
+// Whether a set has red, green or blue, by its number.
+inline bool holds(unsigned colours, std::size_t colour) {
+    return (colours >> colour & 1U) != 0;
+}
 
 // Where the samples of a pixel lie, in pixels from its middle.
 inline constexpr std::array<std::array<float, 2>, kSamples> kSamplePlaces{{{0.0625F, -0.1875F},
@@ -36,17 +41,21 @@ inline constexpr float kFurthestSample = 0.62F;
 
 // Linear light and nearness (1 / depth before the camera, 0 for nothing) of a
 // tile's pixels. Nearness is kept once per pixel until an outline needs more;
-// light is kept per sample only while opaque surfaces are drawn.
+// light is kept per sample only while opaque surfaces are drawn, and only in pixels that
+// surfaces share.
 struct SceneTile {
     static constexpr std::size_t kPlane = kTilePlane;
+
+    // Kept of a pixel per sample, not in its planes.
+    enum Sampled : std::uint8_t { kNothing, kNear, kNearAndLight };
 
     int x = 0;  // of the upper left pixel in the picture
     int y = 0;
     int width = 0;  // of the tile's part inside the picture
     int height = 0;
     bool hidesNothing = true;   // no surface has written its nearness yet
-    bool sampledNear = false;   // `sampleNear` holds, not `near`
-    bool sampledLight = false;  // `sampleLight` holds, not `light`, in these rows:
+    bool sampledNear = false;   // `sampled` holds; else nothing is kept per sample
+    bool sampledLight = false;  // light is kept per sample of pixels in these rows:
     int sampledTop = 0;
     int sampledEnd = 0;
     std::array<float*, 3> light{};  // pixel (0, 0) of each plane
@@ -61,8 +70,10 @@ struct SceneTile {
     float threshold = 0.0F;
     bool blooms = false;
     float* near = nullptr;
-    std::array<float*, kSamples> sampleNear{};
-    std::array<std::array<float*, 3>, kSamples> sampleLight{};
+    std::uint8_t* sampled = nullptr;  // a Sampled of each pixel
+    // A pixel's samples lie side by side, from kSamples times its place on.
+    float* sampleNear = nullptr;
+    std::array<float*, 3> sampleLight{};
 
     [[nodiscard]] static std::ptrdiff_t at(int column, int row) {
         return static_cast<std::ptrdiff_t>(row) * kTileStride + column;

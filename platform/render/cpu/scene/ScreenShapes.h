@@ -106,9 +106,12 @@ struct ScreenPolygon {
     static constexpr std::size_t kNormal = 2;
     static constexpr std::size_t kHeight = 5;
     static constexpr std::size_t kAttributes = 6;
+    // An even polygon has its red, green and blue light here instead, not multiplied.
+    static constexpr std::size_t kLight = 0;
     std::uint32_t surface = 0;
     int edges = 0;
     bool back = false;       // seen from behind
+    bool even = false;       // its light is planes on the screen
     bool flat = false;       // has one normal, not its attributes
     glm::vec3 normal{0.0F};  // of length 1, towards the side that is seen
     glm::vec2 low{0.0F};

@@ -117,12 +117,12 @@ void drawBall(const ScreenBall& ball, const ScreenLens& lens, SceneTile& tile) {
             if (hn::AllTrue(d, hn::Le(found.covered, hn::Zero(d)))) continue;
             const std::ptrdiff_t at = SceneTile::at(x, row);
             const auto seen = ball.hiding.reads
-                                  ? hn::Mul(found.covered, shareSeen(tile, at, found.near))
+                                  ? hn::Mul(found.covered, shareSeen(d, tile, at, found.near))
                                   : found.covered;
             putInk(tile, at, ball.ink, seen);
             // More than half of a pixel hides what is behind.
             if (ball.hiding.writes)
-                putNear(tile, at, found.near, hn::Sub(seen, hn::Set(d, 0.499F)));
+                putNear(d, tile, at, found.near, hn::Sub(seen, hn::Set(d, 0.499F)));
         }
     }
 }

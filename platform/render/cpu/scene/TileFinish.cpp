@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "platform/render/cpu/scene/TileFinish.cpp"
@@ -22,12 +23,6 @@ void fillPlane(float* first, float value) {
     float* const from = first - kTileMargin;
     for (std::size_t i = 0; i < SceneTile::kPlane; i += hn::Lanes(d))
         hn::StoreU(hn::Set(d, value), d, from + i);
-}
-
-void copyPlane(const float* from, float* to) {
-    const F d;
-    for (std::size_t i = 0; i < SceneTile::kPlane; i += hn::Lanes(d))
-        hn::StoreU(hn::LoadU(d, from - kTileMargin + i), d, to - kTileMargin + i);
 }
 
 void clearTile(SceneTile& tile, const float* rgb) {
@@ -58,32 +53,6 @@ void useExcess(SceneTile& tile, unsigned colours) {
     tile.hasExcess = tile.excessColours != 0;
 }
 
-void sampleNearness(SceneTile& tile) {
-    if (tile.sampledNear) return;
-    for (float* const plane : tile.sampleNear)
-        copyPlane(tile.near, plane);
-    tile.sampledNear = true;
-}
-
-void sampleLight(SceneTile& tile, int top, int end) {
-    if (tile.sampledLight) return;
-    const F d;
-    const std::ptrdiff_t first = SceneTile::at(-kTileMargin, top);
-    const std::ptrdiff_t last = SceneTile::at(-kTileMargin, end);
-    for (std::size_t k = 0; k < 3; ++k) {
-        if ((tile.colours >> k & 1U) == 0) continue;
-        for (std::ptrdiff_t at = first; at < last;
-             at += static_cast<std::ptrdiff_t>(hn::Lanes(d))) {
-            const auto light = hn::LoadU(d, tile.light[k] + at);
-            for (const auto& sample : tile.sampleLight)
-                hn::StoreU(light, d, sample[k] + at);
-        }
-    }
-    tile.sampledLight = true;
-    tile.sampledTop = top;
-    tile.sampledEnd = end;
-}
-
 float leastNear(const SceneTile& tile) {
     const F d;
     auto least = hn::Set(d, 1e30F);
@@ -98,22 +67,33 @@ float leastNear(const SceneTile& tile) {
     return result;
 }
 
+// The same sum for every vector width; of equal lights exactly that light.
+float averageOf(const float* light) {
+    const float even = (light[0] + light[4]) + (light[2] + light[6]);
+    const float odd = (light[1] + light[5]) + (light[3] + light[7]);
+    return (even + odd) * (1.0F / kSamples);
+}
+
+void resolvePixel(SceneTile& tile, std::ptrdiff_t at) {
+    for (std::size_t k = 0; k < 3; ++k)
+        if (holds(tile.colours, k))
+            tile.light[k][at] = averageOf(tile.sampleLight[k] + kSamples * at);
+    tile.sampled[at] = SceneTile::kNear;
+}
+
 void resolveLight(SceneTile& tile) {
-    if (!tile.sampledLight) return;
-    const F d;
-    const auto share = hn::Set(d, 1.0F / kSamples);
-    const std::ptrdiff_t first = SceneTile::at(-kTileMargin, tile.sampledTop);
-    const std::ptrdiff_t last = SceneTile::at(-kTileMargin, tile.sampledEnd);
-    for (std::size_t k = 0; k < 3; ++k) {
-        if ((tile.colours >> k & 1U) == 0) continue;
-        for (std::ptrdiff_t at = first; at < last;
-             at += static_cast<std::ptrdiff_t>(hn::Lanes(d))) {
-            auto sum = hn::LoadU(d, tile.sampleLight[0][k] + at);
-            for (std::size_t s = 1; s < kSamples; ++s)
-                sum = hn::Add(sum, hn::LoadU(d, tile.sampleLight[s][k] + at));
-            hn::StoreU(hn::Mul(sum, share), d, tile.light[k] + at);
+    constexpr std::ptrdiff_t kAtOnce = sizeof(std::uint64_t);
+    constexpr std::uint64_t kAnyLight = 0x0101010101010101U * SceneTile::kNearAndLight;
+    static_assert((SceneTile::kNear & SceneTile::kNearAndLight) == 0);
+    for (int row = tile.sampledTop; row < tile.sampledEnd; ++row)
+        for (int x = 0; x < tile.width; x += kAtOnce) {
+            const std::ptrdiff_t first = SceneTile::at(x, row);
+            std::uint64_t word = 0;
+            std::memcpy(&word, tile.sampled + first, sizeof word);
+            if ((word & kAnyLight) == 0) continue;
+            for (std::ptrdiff_t at = first; at < first + kAtOnce; ++at)
+                if (tile.sampled[at] == SceneTile::kNearAndLight) resolvePixel(tile, at);
         }
-    }
     tile.sampledLight = false;
 }
 
@@ -127,8 +107,6 @@ namespace platform {
 HWY_EXPORT(clearTile);
 HWY_EXPORT(useColours);
 HWY_EXPORT(useExcess);
-HWY_EXPORT(sampleNearness);
-HWY_EXPORT(sampleLight);
 HWY_EXPORT(leastNear);
 HWY_EXPORT(resolveLight);
 
@@ -142,16 +120,15 @@ void useExcess(SceneTile& tile, unsigned colours) {
     if ((colours & ~tile.excessColours) != 0) HWY_DYNAMIC_DISPATCH(useExcess)(tile, colours);
 }
 void sampleNearness(SceneTile& tile) {
-    HWY_DYNAMIC_DISPATCH(sampleNearness)(tile);
-}
-void sampleLight(SceneTile& tile, int top, int end) {
-    HWY_DYNAMIC_DISPATCH(sampleLight)(tile, top, end);
+    if (tile.sampledNear) return;
+    std::fill_n(tile.sampled - kTileMargin, kTilePlane + 2 * kTileMargin, SceneTile::kNothing);
+    tile.sampledNear = true;
 }
 float leastNear(const SceneTile& tile) {
     return HWY_DYNAMIC_DISPATCH(leastNear)(tile);
 }
 void resolveLight(SceneTile& tile) {
-    HWY_DYNAMIC_DISPATCH(resolveLight)(tile);
+    if (tile.sampledLight) HWY_DYNAMIC_DISPATCH(resolveLight)(tile);
 }
 
 }  // namespace platform

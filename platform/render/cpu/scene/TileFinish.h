@@ -18,10 +18,8 @@ void clearTile(SceneTile& tile, const float* rgb);
 void useColours(SceneTile& tile, unsigned colours);
 // Starts keeping these colours' light above the threshold of bloom.
 void useExcess(SceneTile& tile, unsigned colours);
-// Starts keeping nearness per sample.
+// Allows pixels to be kept per sample; none is yet.
 void sampleNearness(SceneTile& tile);
-// Starts keeping the light of the rows from `top` up to, but excluding, `end` per sample.
-void sampleLight(SceneTile& tile, int top, int end);
 // The least nearness of the tile's pixels; only before sampleNearness().
 float leastNear(const SceneTile& tile);
 // Averages the samples' light.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/render/cpu/scene/TileFloor.h"
 
+#include <algorithm>
 #include <cmath>
 
 #undef HWY_TARGET_INCLUDE
@@ -141,8 +142,12 @@ class FloorRow {
             mixAt(half, hn::Div(hn::Set(d, 1.0F), near_.at(half)));
         }
         isSparse_ = isLevel_ && isDark_ && isRestBlack();
-        for (int x = 0; x < tile_.width; x += static_cast<int>(hn::Lanes(d)))
-            drawSome(x, isHiding);
+        const bool skips = isSparse_ && findStripes();
+        for (int x = 0; x < tile_.width; x += static_cast<int>(hn::Lanes(d))) {
+            if (skips) x = nextStripe(x);
+            if (x < tile_.width) drawSome(x);
+        }
+        if (isHiding) putNearness();
     }
 
   private:
@@ -159,7 +164,48 @@ class FloorRow {
         return hn::AllTrue(d, hn::Le(most, hn::Zero(d)));
     }
 
-    void drawSome(int x, bool isHiding) {
+    // Whether stripes lie at even distances along the row; finds their reach.
+    bool findStripes() {
+        if (std::abs(near_.step) * kTileWidth > 1e-7F * near_.first) return false;
+        depth_ = 1.0F / near_.first;
+        const auto slant = [&](float column) {
+            const float u = (u_.first + column * u_.step) * depth_;
+            return std::abs(u_.down - u * near_.down);
+        };
+        const float wide = std::abs(u_.step) + std::max(slant(0.0F), slant(kTileWidth));
+        constexpr float kRounding = 1e-4F;
+        reach_ = 0.5F * std::max(wide * depth_, floor_.stripes.texel.x) + kRounding;
+        return std::abs(u_.step) * depth_ > 1e-6F;
+    }
+
+    // The first column from `x` on that may show a stripe, or a later one than the tile has.
+    [[nodiscard]] int nextStripe(int x) const {
+        const float step = u_.step * depth_;
+        const float u = (u_.first + (static_cast<float>(x) + 0.5F) * u_.step) * depth_;
+        float columns = kTileWidth;
+        for (std::size_t i = 1; i < kColumns; ++i) {
+            const float from = floor_.stripes.column[i].from - reach_;
+            const float to = floor_.stripes.column[i].to + reach_;
+            // The way to the stripe's near side, in repeats.
+            const float way = step > 0.0F ? from - u : u - to;
+            const float ahead = way - std::floor(way);
+            if (ahead >= 1.0F - (to - from)) return x;
+            columns = std::min(columns, ahead / std::abs(step));
+        }
+        return x + static_cast<int>(columns);
+    }
+
+    void putNearness() {
+        const TileF d;
+        for (int x = 0; x < tile_.width; x += static_cast<int>(hn::Lanes(d))) {
+            const auto nearness = near_.at(pixelsFrom(x));
+            const auto before = hn::Gt(nearness, hn::Set(d, 1e-5F));
+            float* const to = tile_.near + SceneTile::at(x, row_);
+            hn::StoreU(hn::IfThenElse(before, nearness, hn::LoadU(d, to)), d, to);
+        }
+    }
+
+    void drawSome(int x) {
         const TileF d;
         const auto column = pixelsFrom(x);
         const auto nearness = near_.at(column);
@@ -171,15 +217,12 @@ class FloorRow {
         TileV light[3] = {hn::Zero(d), hn::Zero(d), hn::Zero(d)};
         if (lightAt(column, depth, light)) {
             for (std::size_t k = 0; k < 3; ++k) {
-                if ((floor_.colours >> k & 1U) == 0) continue;
+                if (!holds(floor_.colours, k)) continue;
                 float* const plane = tile_.light[k] + at;
                 const auto seen = hn::IfThenElseZero(before, light[k]);
                 hn::StoreU(hn::Add(hn::LoadU(d, plane), seen), d, plane);
             }
         }
-        if (!isHiding) return;
-        float* const nearest = tile_.near + at;
-        hn::StoreU(hn::IfThenElse(before, nearness, hn::LoadU(d, nearest)), d, nearest);
     }
 
     // False where there is none.
@@ -198,7 +241,7 @@ class FloorRow {
         if (!isLevel_) mixAt(column, depth);
         auto most = hn::Zero(d);
         for (int k = 0; k < 3; ++k) {
-            if ((floor_.colours >> k & 1) == 0) continue;
+            if (!holds(floor_.colours, static_cast<std::size_t>(k))) continue;
             auto sum = hn::Mul(colours_[0][k], columns[0]);
             for (std::size_t i = 1; i < kColumns; ++i)
                 sum = hn::Add(sum, hn::Mul(colours_[i][k], columns[i]));
@@ -208,7 +251,7 @@ class FloorRow {
         if (isDark_) return !hn::AllTrue(d, hn::Le(most, hn::Zero(d)));
         const auto foggy = hn::Sub(one, clear);
         for (int k = 0; k < 3; ++k)
-            if ((floor_.colours >> k & 1) != 0)
+            if (holds(floor_.colours, static_cast<std::size_t>(k)))
                 light[k] = hn::Add(light[k], hn::Mul(foggy, hn::Set(d, floor_.fog[k])));
         return true;
     }
@@ -234,6 +277,8 @@ class FloorRow {
     const bool isLevel_;
     const bool isDark_;           // no light but the picture's
     bool isSparse_ = false;       // the first kind of column is black along the row
+    float depth_ = 0.0F;          // of the row, while stripes are skipped to
+    float reach_ = 0.0F;          // of a stripe beyond its sides, in repeats
     TileV colours_[kColumns][3];  // of each kind of column
 };
 
@@ -245,7 +290,7 @@ void blackenRow(const ScreenFloor& floor, SceneTile& tile, int row) {
     for (int x = 0; x < tile.width; x += lanes) {
         const auto before = hn::Gt(near.at(pixelsFrom(x)), hn::Set(d, 1e-5F));
         for (std::size_t k = 0; k < 3; ++k) {
-            if ((tile.colours >> k & 1U) == 0) continue;
+            if (!holds(tile.colours, k)) continue;
             float* const plane = tile.light[k] + SceneTile::at(x, row);
             hn::StoreU(hn::IfThenZeroElse(before, hn::LoadU(d, plane)), d, plane);
         }

@@ -23,10 +23,6 @@ namespace {
 
 namespace hnk = hwy::HWY_NAMESPACE;
 
-inline bool holds(unsigned colours, std::size_t k) {
-    return (colours >> k & 1U) != 0;
-}
-
 // An ink in a tile: the planes that it changes, of light and of excess, and what it has for each.
 struct TileInk {
     float alpha = 0.0F;  // 0: only added

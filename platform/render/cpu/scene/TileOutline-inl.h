@@ -84,8 +84,9 @@ class TileOutline {
 
     // Whether some of the tile lies outside an edge, or nearly.
     static bool cuts(const Plane& edge, const SceneTile& tile) {
-        return edge.at(edge.a > 0.0 ? tile.x : tile.x + kTileWidth,
-                       edge.b > 0.0 ? tile.y : tile.y + kTileHeight) < 1.0;
+        const double middle = edge.at(tile.x + 0.5 * kTileWidth, tile.y + 0.5 * kTileHeight);
+        return middle - 0.5 * (std::abs(edge.a) * kTileWidth + std::abs(edge.b) * kTileHeight) <
+               1.0;
     }
 
     PixelSpan rows_, columns_;
@@ -99,14 +100,16 @@ class TileFog {
     TileFog(const PolygonFrame& frame, const Surface& surface, const SceneTile& tile)
         : frame_(frame), surface_(surface), right_(frame.right, tile), down_(frame.down, tile) {}
 
-    // The fog's share of the light.
-    [[nodiscard]] TileV at(TileV column, float down, TileV depth) const {
+    // The fog's share of the light. The rows are one for all pixels, or a vector.
+    template <class Rows>
+    [[nodiscard]] TileV at(TileV column, Rows down, TileV depth) const {
         const TileF d;
         if (!frame_.hasFog) return hno::Zero(d);
         const auto right = right_.at(column, down);
-        const float below = down_.b * down + down_.c;
+        const auto below = down_.atRow(down);
         const auto away = hno::Mul(
-            depth, hno::Sqrt(hno::Add(hno::Mul(right, right), hno::Set(d, below * below + 1.0F))));
+            depth, hno::Sqrt(hno::Add(hno::Mul(right, right),
+                                      hno::Add(hno::Mul(below, below), hno::Set(d, 1.0F)))));
         const auto fog =
             hno::Mul(hno::Sub(away, hno::Set(d, frame_.fogStart)), hno::Set(d, frame_.fogShare));
         return hno::Min(hno::Max(fog, hno::Zero(d)), hno::Set(d, 1.0F));
@@ -145,14 +148,17 @@ class TilePicturePlane {
           u_(polygon.attribute[ScreenPolygon::kPicture], tile),
           v_(polygon.attribute[ScreenPolygon::kPicture + 1], tile) {}
 
-    [[nodiscard]] TileV u(TileV column, float down, TileV depth) const {
+    template <class Rows>
+    [[nodiscard]] TileV u(TileV column, Rows down, TileV depth) const {
         return hno::Mul(u_.at(column, down), depth);
     }
-    [[nodiscard]] TileV v(TileV column, float down, TileV depth) const {
+    template <class Rows>
+    [[nodiscard]] TileV v(TileV column, Rows down, TileV depth) const {
         return hno::Mul(v_.at(column, down), depth);
     }
 
-    [[nodiscard]] TexelPlaces at(TileV column, float down, TileV depth) const {
+    template <class Rows>
+    [[nodiscard]] TexelPlaces at(TileV column, Rows down, TileV depth) const {
         const TileF d;
         TexelPlaces places;
         const auto step = [&](float plane, TileV value, float near) {

@@ -20,10 +20,6 @@ namespace {
 
 inline constexpr float kMostPacked = 65535.0F;
 
-inline bool holds(unsigned colours, std::size_t k) {
-    return (colours >> k & 1U) != 0;
-}
-
 }  // namespace
 }  // namespace platform
 #endif

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "platform/render/cpu/scene/TileFinish.h"
+#include "platform/render/cpu/scene/TileSamples.h"
 #include "platform/render/cpu/scene/TileTextures.h"
 
 namespace platform {
@@ -41,12 +42,13 @@ void TilePainter::prepare(const ScenePlan& plan) {
     if (!samples_.empty() ||
         std::none_of(plan.surfaces().begin(), plan.surfaces().end(), isSampled))
         return;
-    samples_.resize(4 * kSamples * kPlaneRoom);
-    for (std::size_t s = 0; s < kSamples; ++s) {
-        for (std::size_t k = 0; k < 3; ++k)
-            tile_.sampleLight[s][k] = planeAt(samples_, 4 * s + k);
-        tile_.sampleNear[s] = planeAt(samples_, 4 * s + 3);
-    }
+    constexpr std::size_t kRoom = kSamples * kTilePlane;
+    samples_.resize(4 * kRoom);
+    sampled_.resize(kPlaneRoom);
+    for (std::size_t k = 0; k < 3; ++k)
+        tile_.sampleLight[k] = samples_.data() + k * kRoom;
+    tile_.sampleNear = samples_.data() + 3 * kRoom;
+    tile_.sampled = sampled_.data() + kTileMargin;
 }
 
 void TilePainter::paint(const ScenePlan& plan, std::span<const ShapeCall> calls, const QRect& rect,
@@ -69,8 +71,6 @@ void TilePainter::paint(const ScenePlan& plan, std::span<const ShapeCall> calls,
 
 std::size_t TilePainter::drawOpaque(const ScenePlan& plan, std::span<const ShapeCall> calls) {
     fronts_.clear();
-    float low = static_cast<float>(tile_.height);
-    float high = 0.0F;
     for (const ShapeCall call : calls) {
         if (call.kind() != ShapeKind::Polygon) break;
         const ScreenPolygon& polygon = plan.polygons()[call.index()];
@@ -80,11 +80,7 @@ std::size_t TilePainter::drawOpaque(const ScenePlan& plan, std::span<const Shape
         const double middle = near.at(tile_.x + 0.5 * kTileWidth, tile_.y + 0.5 * kTileHeight);
         const double reach = 0.5 * (std::abs(near.a) * kTileWidth + std::abs(near.b) * kTileHeight);
         fronts_.push_back({middle, middle + reach, call});
-        low = std::min(low, polygon.low.y - static_cast<float>(tile_.y));
-        high = std::max(high, polygon.high.y - static_cast<float>(tile_.y));
     }
-    const int top = std::max(0, static_cast<int>(low));
-    const int end = std::min(tile_.height, static_cast<int>(high) + 1);
     if (fronts_.size() > 1)
         std::sort(fronts_.begin(), fronts_.end(), [](const Front& a, const Front& b) {
             return a.near != b.near ? a.near > b.near : a.call.word < b.call.word;
@@ -94,7 +90,7 @@ std::size_t TilePainter::drawOpaque(const ScenePlan& plan, std::span<const Shape
             fronts_[i].most < static_cast<double>(leastNear(tile_)))
             continue;
         const std::size_t textured = drawTextures(plan, i);
-        if (textured == 0) drawPolygonCall(plan, fronts_[i].call, top, end);
+        if (textured == 0) drawPolygonCall(plan, fronts_[i].call);
         i += std::max<std::size_t>(textured, 1) - 1;
     }
     return fronts_.size();
@@ -134,26 +130,25 @@ std::size_t TilePainter::drawTextures(const ScenePlan& plan, std::size_t first) 
     return count;
 }
 
-void TilePainter::drawPolygonCall(const ScenePlan& plan, ShapeCall call, int top, int end) {
+void TilePainter::drawPolygonCall(const ScenePlan& plan, ShapeCall call) {
     const ScreenPolygon& polygon = plan.polygons()[call.index()];
     const Surface& surface = plan.surfaces()[polygon.surface];
     // Samples are kept of the colours that there are when they begin.
     if ((surface.colours & ~tile_.colours) != 0) resolveLight(tile_);
     useColours(tile_, surface.colours);
-    if (isSampled(surface)) {
+    const bool isSolid = surface.opaque && surface.hiding.writes;
+    if (isSolid && (surface.outlined || tile_.sampledNear)) {
         sampleNearness(tile_);
-        if (tile_.sampledLight && (top < tile_.sampledTop || end > tile_.sampledEnd))
-            resolveLight(tile_);
-        sampleLight(tile_, top, end);
-    } else if (!surface.opaque) {
+        drawSampled(polygon, surface, plan.frame(), tile_);
+    } else {
         resolveLight(tile_);
+        drawPolygon(polygon, surface, plan.frame(), tile_);
     }
-    drawPolygon(polygon, surface, plan.frame(), tile_);
     if (surface.hiding.writes) tile_.hidesNothing = false;
 }
 
 void TilePainter::draw(const ScenePlan& plan, ShapeCall call, bool isLast) {
-    if (call.kind() == ShapeKind::Polygon) return drawPolygonCall(plan, call, 0, tile_.height);
+    if (call.kind() == ShapeKind::Polygon) return drawPolygonCall(plan, call);
     resolveLight(tile_);
     bool writes = false;
     switch (call.kind()) {

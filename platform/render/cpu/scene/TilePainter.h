@@ -39,9 +39,7 @@ class TilePainter {
     // Draws the polygons from `fronts_[first]` on that lie on one surface with a picture, at once.
     // Returns their number, or 0 where there is no such surface.
     std::size_t drawTextures(const ScenePlan& plan, std::size_t first);
-    // The polygon, and all that follow before the samples are averaged, lie in the rows
-    // from `top` to before `end`.
-    void drawPolygonCall(const ScenePlan& plan, ShapeCall call, int top, int end);
+    void drawPolygonCall(const ScenePlan& plan, ShapeCall call);
 
     SceneTile tile_;
     SpriteDesk desk_;
@@ -52,7 +50,9 @@ class TilePainter {
     };
     std::vector<Front> fronts_;
     std::vector<float> planes_;
-    std::vector<float> samples_;  // made when first needed
+    // Made when first needed.
+    std::vector<float> samples_;
+    std::vector<std::uint8_t> sampled_;
 };
 
 }  // namespace platform

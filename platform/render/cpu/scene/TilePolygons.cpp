@@ -11,7 +11,7 @@
 #include <hwy/highway.h>
 
 #include "platform/render/cpu/scene/TileOutline-inl.h"
-#include "platform/render/cpu/scene/TileTexels-inl.h"
+#include "platform/render/cpu/scene/TileShading-inl.h"
 #include "platform/render/cpu/scene/TileVision-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -21,32 +21,19 @@ namespace {
 namespace hn = hwy::HWY_NAMESPACE;
 using Mask = hn::Mask<TileF>;
 
-struct Rgb {
-    TileV r, g, b;
-};
-
 // One polygon at work in one tile.
 class PolygonWork {
   public:
     PolygonWork(const ScreenPolygon& polygon, const Surface& surface, const PolygonFrame& frame,
                 SceneTile& tile)
-        : polygon_(polygon),
-          surface_(surface),
-          frame_(frame),
+        : surface_(surface),
           tile_(tile),
-          near_(polygon.near, tile),
           outline_(polygon, tile),
-          fog_(frame, surface, tile) {
-        if (surface.picture) picture_ = TilePicturePlane(polygon, near_, tile);
-        if (surface.mirrored) height_ = Flat(polygon.attribute[ScreenPolygon::kHeight], tile);
-        for (std::size_t i = 0; surface.lambert && i < 3; ++i) {
-            if (!polygon.flat)
-                normal_[i] = Flat(polygon.attribute[ScreenPolygon::kNormal + i], tile);
-            ray_[i] = Flat(frame.ray[i], tile);
-        }
+          shade_(polygon, surface, frame, tile) {
+        const Flat& near = shade_.near();
         for (std::size_t s = 0; s < kSamples; ++s) {
             const auto [x, y] = kSamplePlaces[s];
-            nearShift_[s] = near_.a * x + near_.b * y;
+            nearShift_[s] = near.a * x + near.b * y;
             for (int i = 0; i < outline_.edges(); ++i)
                 edgeShift_[static_cast<std::size_t>(i)][s] =
                     outline_.edge(i).a * x + outline_.edge(i).b * y;
@@ -67,24 +54,15 @@ class PolygonWork {
         const TileF d;
         const auto column = columnsFrom(x);
         const auto down = static_cast<float>(row);
-        const auto near = near_.at(column, down);
+        const auto near = shade_.near().at(column, down);
         // The edges alone do not cut off a part behind the camera.
         const auto ahead = hn::Gt(near, hn::Zero(d));
         const std::ptrdiff_t at = SceneTile::at(x, row);
-        if (tile_.sampledNear && tile_.sampledLight && surface_.opaque) {
-            drawSamples(column, down, near, ahead, at);
-            return;
-        }
         if (surface_.opaque && !surface_.outlined && !tile_.sampledNear) {
             drawSolid(column, down, near, ahead, at);
             return;
         }
         drawBlended(column, down, near, ahead, at);
-    }
-
-    // Whether the tile has light of a colour.
-    [[nodiscard]] bool keeps(std::size_t colour) const {
-        return (tile_.colours >> colour & 1U) != 0;
     }
 
     // Pixels that are the surface's or are not.
@@ -100,11 +78,11 @@ class PolygonWork {
         if (hn::AllFalse(d, in)) return;
         TileV alpha = hn::Set(d, 1.0F);
         Mask kept = ahead;
-        const Rgb light = shade(column, down, hn::Max(near, hn::Set(d, 1e-7F)), alpha, kept);
+        const Rgb light = shade_.shade(column, down, hn::Max(near, hn::Set(d, 1e-7F)), alpha, kept);
         in = hn::And(in, kept);
         const TileV colours[3] = {light.r, light.g, light.b};
         for (std::size_t k = 0; k < 3; ++k)
-            if (keeps(k)) hn::BlendedStore(colours[k], in, d, tile_.light[k] + at);
+            if (holds(tile_.colours, k)) hn::BlendedStore(colours[k], in, d, tile_.light[k] + at);
         if (surface_.hiding.writes) hn::BlendedStore(near, in, d, tile_.near + at);
     }
 
@@ -147,65 +125,40 @@ class PolygonWork {
         return cuts;
     }
 
-    void drawSamples(TileV column, float down, TileV near, Mask ahead, std::ptrdiff_t at) {
-        const TileF d;
-        const Cuts cuts = cutsAt(column, down);
-        if (cuts.none) return;
-        const auto zero = hn::Zero(d);
-        auto any = hn::Gt(zero, zero);
-        TileV nearest[kSamples];
-        const bool whole = !surface_.outlined || cuts.count == 0;
-        const auto middles = hn::And(ahead, cuts.middles());
-        for (std::size_t s = 0; s < kSamples; ++s) {
-            const auto there = hn::Add(near, hn::Set(d, nearShift_[s]));
-            auto in = whole ? middles : hn::And(ahead, cuts.sample(s));
-            if (surface_.hiding.reads)
-                in = hn::And(in, hn::Ge(there, hn::LoadU(d, tile_.sampleNear[s] + at)));
-            any = hn::Or(any, in);
-            // A sample outside the polygon has no nearness.
-            nearest[s] = hn::IfThenElse(in, there, hn::Set(d, -1.0F));
-        }
-        if (hn::AllFalse(d, any)) return;
-        const auto safe = hn::Max(near, hn::Set(d, 1e-7F));
-        TileV alpha = hn::Set(d, 1.0F);
-        Mask kept = ahead;
-        const Rgb light = shade(column, down, safe, alpha, kept);
-        for (std::size_t s = 0; s < kSamples; ++s) {
-            const auto in = hn::And(kept, hn::Ge(nearest[s], zero));
-            const auto put = [&](TileV value, float* plane) {
-                hn::StoreU(hn::IfThenElse(in, value, hn::LoadU(d, plane + at)), d, plane + at);
-            };
-            if (keeps(0)) put(light.r, tile_.sampleLight[s][0]);
-            if (keeps(1)) put(light.g, tile_.sampleLight[s][1]);
-            if (keeps(2)) put(light.b, tile_.sampleLight[s][2]);
-            if (surface_.hiding.writes) put(nearest[s], tile_.sampleNear[s]);
-        }
-    }
-
     // The visible share of the polygon in each pixel.
     TileV covered(TileV column, float down, TileV near, Mask ahead, std::ptrdiff_t at) const {
         const TileF d;
         const Cuts cuts = cutsAt(column, down);
         const auto zero = hn::Zero(d);
         if (cuts.none) return zero;
-        const bool bySample = tile_.sampledNear && surface_.hiding.reads && !tile_.hidesNothing;
+        const bool isHidden = surface_.hiding.reads && !tile_.hidesNothing;
+        if (isHidden && tile_.sampledNear) return coveredSamples(cuts, near, ahead, at);
         const bool whole = !surface_.outlined || cuts.count == 0;
         const auto middles = cuts.middles();
         auto sum = zero;
-        if (whole && !bySample) {
+        if (whole) {
             sum = hn::IfThenElseZero(middles, hn::Set(d, 1.0F));
         } else {
-            for (std::size_t s = 0; s < kSamples; ++s) {
-                auto in = whole ? middles : cuts.sample(s);
-                if (bySample) {
-                    const auto there = hn::Add(near, hn::Set(d, nearShift_[s]));
-                    in = hn::And(in, hn::Ge(there, hn::LoadU(d, tile_.sampleNear[s] + at)));
-                }
-                sum = hn::Add(sum, hn::IfThenElseZero(in, hn::Set(d, 1.0F / kSamples)));
-            }
+            for (std::size_t s = 0; s < kSamples; ++s)
+                sum = hn::Add(sum, hn::IfThenElseZero(cuts.sample(s), hn::Set(d, 1.0F / kSamples)));
         }
-        if (!bySample && surface_.hiding.reads && !tile_.hidesNothing)
-            sum = hn::IfThenElseZero(hn::Ge(near, hn::LoadU(d, tile_.near + at)), sum);
+        if (isHidden) sum = hn::IfThenElseZero(hn::Ge(near, hn::LoadU(d, tile_.near + at)), sum);
+        return hn::IfThenElseZero(ahead, sum);
+    }
+
+    // The same where nearness may be kept per sample.
+    TileV coveredSamples(const Cuts& cuts, TileV near, Mask ahead, std::ptrdiff_t at) const {
+        const TileF d;
+        const bool whole = !surface_.outlined || cuts.count == 0;
+        const auto middles = cuts.middles();
+        const NearSamples present(d, tile_, at);
+        auto sum = hn::Zero(d);
+        for (std::size_t s = 0; s < kSamples; ++s) {
+            const auto there = hn::Add(near, hn::Set(d, nearShift_[s]));
+            const auto in = hn::And(whole ? middles : cuts.sample(s),
+                                    hn::Ge(there, hn::Load(d, present.of[s].data())));
+            sum = hn::Add(sum, hn::IfThenElseZero(in, hn::Set(d, 1.0F / kSamples)));
+        }
         return hn::IfThenElseZero(ahead, sum);
     }
 
@@ -216,7 +169,7 @@ class PolygonWork {
         const auto safe = hn::Max(near, hn::Set(d, 1e-7F));
         TileV alpha = hn::Set(d, surface_.tint.a);
         Mask kept = ahead;
-        const Rgb light = shade(column, down, safe, alpha, kept);
+        const Rgb light = shade_.shade(column, down, safe, alpha, kept);
         share = hn::IfThenElseZero(kept, share);
         const auto left = hn::Sub(hn::Set(d, 1.0F), hn::Mul(alpha, share));
         const auto put = [&](TileV value, float* plane) {
@@ -224,102 +177,16 @@ class PolygonWork {
             hn::StoreU(hn::Add(surface_.additive ? old : hn::Mul(old, left), hn::Mul(value, share)),
                        d, plane + at);
         };
-        if (keeps(0)) put(light.r, tile_.light[0]);
-        if (keeps(1)) put(light.g, tile_.light[1]);
-        if (keeps(2)) put(light.b, tile_.light[2]);
-        if (surface_.hiding.writes) putNear(tile_, at, near, hn::Sub(share, hn::Set(d, 0.499F)));
+        if (holds(tile_.colours, 0)) put(light.r, tile_.light[0]);
+        if (holds(tile_.colours, 1)) put(light.g, tile_.light[1]);
+        if (holds(tile_.colours, 2)) put(light.b, tile_.light[2]);
+        if (surface_.hiding.writes) putNear(d, tile_, at, near, hn::Sub(share, hn::Set(d, 0.499F)));
     }
 
-    Rgb shade(TileV column, float down, TileV near, TileV& alpha, Mask& kept) const {
-        const TileF d;
-        const auto one = hn::Set(d, 1.0F);
-        const auto depth = hn::Div(one, near);
-        Rgb light{hn::Set(d, surface_.tint.r), hn::Set(d, surface_.tint.g),
-                  hn::Set(d, surface_.tint.b)};
-        const auto fog = fog_.at(column, down, depth);
-        if (fog_.hides(fog)) return {hn::Zero(d), hn::Zero(d), hn::Zero(d)};
-        if (surface_.picture) {
-            const TexelLight texel =
-                readTexels(*surface_.picture, picture_.at(column, down, depth),
-                           {surface_.repeatS, surface_.repeatT, !surface_.opaque});
-            light = {hn::Mul(light.r, texel.r), hn::Mul(light.g, texel.g),
-                     hn::Mul(light.b, texel.b)};
-            alpha = hn::Mul(alpha, texel.alpha);
-        }
-        if (surface_.lambert) light = lit(light, alpha, column, down, depth);
-        light = {fog_.behind(fog, light.r, alpha, 0), fog_.behind(fog, light.g, alpha, 1),
-                 fog_.behind(fog, light.b, alpha, 2)};
-        if (surface_.mirrored) light = reflected(light, column, down, depth, kept);
-        return light;
-    }
-
-    // The direction of the side that is seen, of length 1.
-    Rgb normalAt(TileV column, float down) const {
-        const TileF d;
-        if (polygon_.flat)
-            return {hn::Set(d, polygon_.normal.x), hn::Set(d, polygon_.normal.y),
-                    hn::Set(d, polygon_.normal.z)};
-        const auto x = normal_[0].at(column, down);
-        const auto y = normal_[1].at(column, down);
-        const auto z = normal_[2].at(column, down);
-        const auto size = hn::Sqrt(hn::Add(hn::Add(hn::Mul(x, x), hn::Mul(y, y)), hn::Mul(z, z)));
-        const auto unit =
-            hn::Div(hn::Set(d, polygon_.back ? -1.0F : 1.0F), hn::Max(size, hn::Set(d, 1e-20F)));
-        return {hn::Mul(x, unit), hn::Mul(y, unit), hn::Mul(z, unit)};
-    }
-
-    Rgb lit(const Rgb& colour, TileV alpha, TileV column, float down, TileV depth) const {
-        const TileF d;
-        const Rgb ray{hn::Mul(ray_[0].at(column, down), depth),
-                      hn::Mul(ray_[1].at(column, down), depth),
-                      hn::Mul(ray_[2].at(column, down), depth)};
-        const auto zero = hn::Zero(d);
-        const Rgb normal = normalAt(column, down);
-        Rgb sum{hn::Set(d, frame_.ambient.r), hn::Set(d, frame_.ambient.g),
-                hn::Set(d, frame_.ambient.b)};
-        for (std::size_t i = 0; i < frame_.lights; ++i) {
-            const glm::vec3& place =
-                surface_.mirrored ? frame_.mirroredPlace[i] : frame_.lightPlace[i];
-            const auto lx = hn::Sub(hn::Set(d, place.x), ray.r);
-            const auto ly = hn::Sub(hn::Set(d, place.y), ray.g);
-            const auto lz = hn::Sub(hn::Set(d, place.z), ray.b);
-            const auto length =
-                hn::Sqrt(hn::Add(hn::Add(hn::Mul(lx, lx), hn::Mul(ly, ly)), hn::Mul(lz, lz)));
-            const auto dot = hn::Add(hn::Add(hn::Mul(lx, normal.r), hn::Mul(ly, normal.g)),
-                                     hn::Mul(lz, normal.b));
-            const auto share = hn::Max(hn::Div(dot, hn::Max(length, hn::Set(d, 1e-20F))), zero);
-            const glm::vec3& lamp = frame_.lightColour[i];
-            sum.r = hn::Add(sum.r, hn::Mul(share, hn::Set(d, lamp.r)));
-            sum.g = hn::Add(sum.g, hn::Mul(share, hn::Set(d, lamp.g)));
-            sum.b = hn::Add(sum.b, hn::Mul(share, hn::Set(d, lamp.b)));
-        }
-        const glm::vec3& own = surface_.emission;
-        return {hn::Add(hn::Mul(colour.r, sum.r), hn::Mul(alpha, hn::Set(d, own.r))),
-                hn::Add(hn::Mul(colour.g, sum.g), hn::Mul(alpha, hn::Set(d, own.g))),
-                hn::Add(hn::Mul(colour.b, sum.b), hn::Mul(alpha, hn::Set(d, own.b)))};
-    }
-
-    Rgb reflected(const Rgb& light, TileV column, float down, TileV depth, Mask& kept) const {
-        const TileF d;
-        const auto height = hn::Mul(height_.at(column, down), depth);
-        kept = hn::And(kept, hn::Ge(height, hn::Zero(d)));
-        auto share = hn::Sub(hn::Set(d, 1.0F), hn::Mul(height, hn::Set(d, frame_.reflectionShare)));
-        share = hn::Min(hn::Max(share, hn::Zero(d)), hn::Set(d, 1.0F));
-        share = hn::Mul(share, hn::Set(d, frame_.reflectivity));
-        return {hn::Mul(light.r, share), hn::Mul(light.g, share), hn::Mul(light.b, share)};
-    }
-
-    const ScreenPolygon& polygon_;
     const Surface& surface_;
-    const PolygonFrame& frame_;
     SceneTile& tile_;
-    Flat near_;
-    TileOutline outline_;
-    TileFog fog_;
-    TilePicturePlane picture_;
-    Flat height_;
-    std::array<Flat, 3> normal_;
-    std::array<Flat, 3> ray_;
+    const TileOutline outline_;
+    const PolygonShade shade_;
     // A sample adds this to a pixel's nearness and to its distance from each edge.
     std::array<float, kSamples> nearShift_;
     std::array<std::array<float, kSamples>, ScreenPolygon::kMaxEdges> edgeShift_;

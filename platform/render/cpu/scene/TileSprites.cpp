@@ -162,7 +162,7 @@ HWY_INLINE TileV seen(const ScreenSprite& sprite, const SceneTile& tile, std::pt
     const TileF d;
     if (tile.hidesNothing && !sprite.hiding.writes) return covered;
     const auto near = hn::Set(d, sprite.near);
-    const auto share = sprite.hiding.reads ? shareSeen(tile, at, near) : hn::Set(d, 1.0F);
+    const auto share = sprite.hiding.reads ? shareSeen(d, tile, at, near) : hn::Set(d, 1.0F);
     return hn::Mul(covered, share);
 }
 
@@ -190,7 +190,7 @@ void putRow(const ScreenSprite& sprite, SceneTile& tile, const SpriteDesk& desk,
             const auto covered = weighed(desk.row.data(), runStride, desk, x);
             if (hn::AllTrue(d, hn::Le(covered, hn::Zero(d)))) continue;
             blendInk(d, *ink, at, seen(sprite, tile, at, covered));
-            if (sprite.hiding.writes) putNear(tile, at, hn::Set(d, sprite.near), covered);
+            if (sprite.hiding.writes) putNear(d, tile, at, hn::Set(d, sprite.near), covered);
             continue;
         }
         const auto share = seen(sprite, tile, at, hn::Set(d, 1.0F));
@@ -205,7 +205,7 @@ void putRow(const ScreenSprite& sprite, SceneTile& tile, const SpriteDesk& desk,
             const auto old = hn::LoadU(d, plane);
             hn::StoreU(hn::Add(sprite.additive ? old : hn::Mul(old, left), added), d, plane);
         }
-        if (sprite.hiding.writes) putNear(tile, at, hn::Set(d, sprite.near), alpha);
+        if (sprite.hiding.writes) putNear(d, tile, at, hn::Set(d, sprite.near), alpha);
     }
 }
 

@@ -11,6 +11,7 @@
 #include <hwy/highway.h>
 
 #include "platform/render/cpu/scene/TileInk-inl.h"
+#include "platform/render/cpu/scene/TileVision-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace platform::HWY_NAMESPACE {
@@ -21,32 +22,6 @@ namespace hn = hwy::HWY_NAMESPACE;
 // A dot's rows are hardly longer.
 using DotF = hn::CappedTag<float, 8>;
 using DotV = hn::Vec<DotF>;
-
-// The share of each pixel's samples that nothing nearer hides.
-DotV shareSeen(const SceneTile& tile, std::ptrdiff_t at, DotV near) {
-    const DotF d;
-    const auto one = hn::Set(d, 1.0F);
-    if (!tile.sampledNear)
-        return hn::IfThenElseZero(hn::Ge(near, hn::LoadU(d, tile.near + at)), one);
-    const auto part = hn::Set(d, 1.0F / kSamples);
-    auto sum = hn::Zero(d);
-    for (const float* const plane : tile.sampleNear)
-        sum = hn::Add(sum, hn::IfThenElseZero(hn::Ge(near, hn::LoadU(d, plane + at)), part));
-    return sum;
-}
-
-// Raises the nearness of the pixels where `covered` is above 0.
-void putNear(const SceneTile& tile, std::ptrdiff_t at, DotV near, DotV covered) {
-    const DotF d;
-    const auto put = [&](float* plane) {
-        const auto old = hn::LoadU(d, plane + at);
-        const auto nearer = hn::And(hn::Gt(covered, hn::Zero(d)), hn::Ge(near, old));
-        hn::StoreU(hn::IfThenElse(nearer, near, old), d, plane + at);
-    };
-    if (!tile.sampledNear) return put(tile.near);
-    for (float* const plane : tile.sampleNear)
-        put(plane);
-}
 
 // A dot on its way into a tile.
 struct DotInTile {
@@ -60,18 +35,18 @@ void putDot(const DotInTile& from, SceneTile& tile, std::ptrdiff_t at, DotV cove
     if (hn::AllTrue(d, hn::Le(covered, hn::Zero(d)))) return;
     const auto near = hn::Set(d, from.dot.near);
     const Hiding& hiding = from.style.hiding;
-    const auto share =
-        hiding.reads && !tile.hidesNothing ? hn::Mul(covered, shareSeen(tile, at, near)) : covered;
+    const auto share = hiding.reads && !tile.hidesNothing
+                           ? hn::Mul(covered, shareSeen(d, tile, at, near))
+                           : covered;
     blendInk(d, from.ink, at, share);
     // A pixel that is not all but covered lets other dots through, or a crowd of dots
     // would lose the light of all rims.
-    if (hiding.writes) putNear(tile, at, near, hn::Sub(share, hn::Set(d, 0.9F)));
+    if (hiding.writes) putNear(d, tile, at, near, hn::Sub(share, hn::Set(d, 0.9F)));
 }
 
 // Without a table, for dots of any size.
 void drawLargeDot(const DotInTile& from, SceneTile& tile) {
     const DotF d;
-    const hn::RebindToSigned<DotF> di;
     const ScreenDot& dot = from.dot;
     const float reach = 0.5F * from.style.kernel->diameter + 0.5F;
     const float x = dot.middle.x - static_cast<float>(tile.x);
@@ -86,8 +61,7 @@ void drawLargeDot(const DotInTile& from, SceneTile& tile) {
     for (int row = clamped(y - reach, tile.height); row < endRow; ++row) {
         const float down = static_cast<float>(row) + 0.5F - y;
         for (int column = firstColumn; column < endColumn; column += lanes) {
-            const auto across =
-                hn::Add(hn::ConvertTo(d, hn::Iota(di, column)), hn::Set(d, 0.5F - x));
+            const auto across = hn::Add(columnsFrom(d, column), hn::Set(d, 0.5F - x));
             const auto away = hn::Sqrt(hn::Add(hn::Mul(across, across), hn::Set(d, down * down)));
             const auto covered =
                 hn::Min(hn::Max(hn::Sub(hn::Set(d, reach), away), hn::Zero(d)), hn::Set(d, 1.0F));
@@ -143,15 +117,6 @@ float unit(float value) {
     return std::clamp(value, 0.0F, 1.0F);
 }
 
-float shareSeenAt(const SceneTile& tile, std::ptrdiff_t at, float near) {
-    if (tile.hidesNothing) return 1.0F;
-    if (!tile.sampledNear) return near >= tile.near[at] ? 1.0F : 0.0F;
-    float sum = 0.0F;
-    for (const float* const plane : tile.sampleNear)
-        sum += near >= plane[at] ? 1.0F / kSamples : 0.0F;
-    return sum;
-}
-
 // A line on its way into a tile.
 struct LineInTile {
     const ScreenLine& line;
@@ -191,11 +156,7 @@ void putLinePixel(const LineInTile& from, const LinePlace& place, std::ptrdiff_t
         float& pixel = from.ink.plane[i][at];
         pixel = pixel * left + place.value[i] * covered;
     }
-    if (!from.line.hiding.writes) return;
-    const auto put = [&](float* plane) { plane[at] = std::max(plane[at], place.near); };
-    if (!tile.sampledNear) return put(tile.near);
-    for (float* const plane : tile.sampleNear)
-        put(plane);
+    if (from.line.hiding.writes) putNearAt(tile, at, place.near);
 }
 
 // The share of a line's length that makes no visible difference.
