@@ -2,7 +2,8 @@
 // The cost of whole programs on a Wayland compositor of the benchmark's own (sway without a
 // screen, drawn by the processor): user and system time of the program and of the
 // compositor, per second and per picture. Pictures that a busy machine drops change the
-// former, and hardly the latter.
+// former, and hardly the latter. There is a keyboard, as on any desktop: on a seat without one
+// the windows lie below a possible lock, and sway draws the wallpaper under them too.
 //
 // Usage: opwayland [--maat=1920x1080] [--seconden=10] [SCENE...]
 // "bureaublad" is the desktop rain over a terminal.
@@ -16,6 +17,7 @@
 #include "bench/Kosten.h"
 #include "tests/support/DBusDaemon.h"
 #include "tests/support/wayland/Sway.h"
+#include "tests/support/wayland/VirtualKeyboard.h"
 
 namespace {
 
@@ -114,6 +116,11 @@ int main(int argc, char** argv) {
     const wltest::Sway sway(1, "output HEADLESS-1 mode " + opties.maat.toLatin1() + "@60Hz\n");
     if (!sway.isRunning()) {
         std::fprintf(stderr, "opwayland: %s\n", sway.reason().c_str());
+        return 1;
+    }
+    const wltest::VirtualKeyboard toetsenbord(sway.address());
+    if (!toetsenbord.isThere()) {
+        std::fprintf(stderr, "opwayland: sway has no virtual keyboards\n");
         return 1;
     }
     std::printf("%s, %g s, sway, of one core\n", qPrintable(opties.maat), opties.seconden);

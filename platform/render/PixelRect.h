@@ -19,6 +19,11 @@ struct PixelRect {
     [[nodiscard]] int width() const { return x1 - x0; }
     [[nodiscard]] int height() const { return y1 - y0; }
 
+    // Whether every pixel of the other one, which is not empty, lies inside.
+    [[nodiscard]] bool contains(const PixelRect& other) const {
+        return x0 <= other.x0 && y0 <= other.y0 && x1 >= other.x1 && y1 >= other.y1;
+    }
+
     [[nodiscard]] PixelRect operator&(const PixelRect& other) const {
         return {std::max(x0, other.x0), std::max(y0, other.y0), std::min(x1, other.x1),
                 std::min(y1, other.y1)};

@@ -124,6 +124,9 @@ class NativeWindow {
     // must end. Null where the window cannot be drawn on.
     using SurfaceMaker = std::function<std::unique_ptr<Surface>(int ending)>;
     [[nodiscard]] virtual SurfaceMaker surfaceMaker(const SurfaceOptions& options) = 0;
+    // Ends what a driver draws or waits for in the window, within seconds. Called before the
+    // surface's render thread ends; nothing is drawn until the next surfaceMaker().
+    virtual void endDrawing() {}
 };
 
 }  // namespace platform

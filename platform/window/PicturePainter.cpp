@@ -1,9 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "platform/window/PicturePainter.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace platform {
+
+namespace {
+// The most pictures that are painted in turn.
+constexpr std::size_t kMostScenes = 4;
+}  // namespace
 
 bool PicturePainter::paint(const Frame& frame, std::span<const QRect> damage,
                            const PixelBuffer& picture) {
@@ -11,10 +17,12 @@ bool PicturePainter::paint(const Frame& frame, std::span<const QRect> damage,
     const bool isAlone = first + 1 == frame.passes.size() && frame.passes[first].scene.isShown &&
                          frame.passes[first].layers.items.empty();
     const QRect place = isAlone ? frame.grid.snap(frame.passes[first].scene.frame) : QRect();
-    const bool isSamePicture = std::exchange(pixels_, picture.pixels) == picture.pixels &&
-                               std::exchange(size_, picture.size) == picture.size;
-    const bool isKept =
-        std::exchange(sceneAlone_, place) == place && isSamePicture && isAlone && !failsScenes_;
+    const bool isSamePlace = std::exchange(sceneAlone_, place) == place;
+    const bool isSameSize = std::exchange(size_, picture.size) == picture.size;
+    if (!isAlone || !isSamePlace || !isSameSize) scenes_.clear();
+    const auto known = std::find(scenes_.begin(), scenes_.end(), picture.pixels);
+    const bool isKept = known != scenes_.end();
+    const bool follows = !scenes_.empty();
     showsScene_ = false;
     bool whole = true;
     forEachVisiblePart(
@@ -25,8 +33,16 @@ bool PicturePainter::paint(const Frame& frame, std::span<const QRect> damage,
         [&](const DisplayList& layers, std::optional<Rgba> background) {
             layers_.draw(layers, frame.grid, damage, background, picture);
         });
-    changed_ = isAlone && whole && stage_ ? stage_->changed() : damage;
+    const bool isScene = isAlone && whole && stage_;
+    if (!isScene) scenes_.clear();
+    if (isScene && !isKept) remember(picture.pixels);
+    tellsScene_ = isScene && follows;
     return whole;
+}
+
+void PicturePainter::remember(const std::uint32_t* pixels) {
+    if (scenes_.size() == kMostScenes) scenes_.erase(scenes_.begin());
+    scenes_.push_back(pixels);
 }
 
 bool PicturePainter::paintScene(const Frame& frame, const SceneFrame& scene,

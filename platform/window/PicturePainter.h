@@ -4,6 +4,7 @@
 #include <QString>
 #include <memory>
 #include <span>
+#include <vector>
 
 #include "platform/render/cpu/CpuDrawer.h"
 #include "platform/view/Frame.h"
@@ -24,14 +25,17 @@ class PicturePainter {
 
     // Makes the picture show the frame within `damage` (pixels, y down, inside the picture),
     // and a scene wholly. False if a scene could not be drawn: its place shows its
-    // background. A picture with the memory and size of the last picture must still hold the
-    // last painting; see forget().
+    // background. Some pictures may be painted in turn. Memory must still hold the last
+    // painting into it, unless a picture of another size came between; see forget().
     bool paint(const Frame& frame, std::span<const QRect> damage, const PixelBuffer& picture);
-    // Reports that the picture no longer holds the last painting.
-    void forget() { pixels_ = nullptr; }
-    // The parts of the picture that the last frame may have changed, at most its damage;
-    // valid until the next frame.
-    [[nodiscard]] std::span<const QRect> changed() const { return changed_; }
+    // Reports that no memory holds a painting any longer.
+    void forget() { scenes_.clear(); }
+    // The parts in which the last frame may differ from the frame painted before, whichever
+    // picture that went into. At most `damage`, which is the last frame's, or the whole place
+    // of its scene; valid until the next frame.
+    [[nodiscard]] std::span<const QRect> changed(std::span<const QRect> damage) const {
+        return tellsScene_ ? stage_->changed() : damage;
+    }
 
     // The drawer of the last frame, as in Surface.
     [[nodiscard]] const QString& drawer() const;
@@ -43,16 +47,19 @@ class PicturePainter {
     bool paintScene(const Frame& frame, const SceneFrame& scene, const PixelBuffer& picture,
                     bool isKept);
 
+    void remember(const std::uint32_t* pixels);
+
     const Options options_;
     CpuDrawer layers_;
     std::unique_ptr<SceneStage> stage_;  // made for the first scene
     bool failsScenes_ = false;
     bool showsScene_ = false;
-    // The last painting's scene, if it had no other part: its place; and the picture's memory.
+    // The last paintings' scene, if they had no other part: its place, their size, and the
+    // memory that holds such a painting.
     QRect sceneAlone_;
-    const std::uint32_t* pixels_ = nullptr;
     QSize size_;
-    std::span<const QRect> changed_;
+    std::vector<const std::uint32_t*> scenes_;
+    bool tellsScene_ = false;  // changed() is the scene's
 };
 
 }  // namespace platform

@@ -81,7 +81,7 @@ class PicturePlace::PlaceSurface final : public Surface {
                        {.pixels = reinterpret_cast<std::uint32_t*>(canvas_.bits()),
                         .stride = size.width(),
                         .size = size});
-        picture_->publish(canvas_, painter_.changed());
+        picture_->publish(canvas_, painter_.changed(damage));
         return Result::Drawn;
     }
     Result repair(const Frame& frame, std::span<const QRect> lost) override {

@@ -17,11 +17,18 @@ WindowDrawing::WindowDrawing(WindowServer& server, NativeWindow& native, Actions
     updateVisibility();
 }
 
+WindowDrawing::~WindowDrawing() {
+    native_.endDrawing();
+}
+
 void WindowDrawing::startRenderer(DrawerChoice drawer) {
     const auto tell = [this](auto action) {
         QMetaObject::invokeMethod(&mailbox_, std::move(action), Qt::QueuedConnection);
     };
-    if (renderer_) framesBefore_ += renderer_->framesDrawn();
+    if (renderer_) {
+        framesBefore_ += renderer_->framesDrawn();
+        native_.endDrawing();
+    }
     renderer_.reset();
     renderer_ = std::make_unique<RenderThread>(
         server_.clock(),
@@ -42,7 +49,7 @@ void WindowDrawing::startRenderer(DrawerChoice drawer) {
 
 void WindowDrawing::ended(Surface::Result result) {
     if (result == Surface::Result::ServerGone || !server_.isConnected()) {
-        server_.system().lost();
+        server_.system().reportLoss();
         return;
     }
     if (!native_.exists()) {

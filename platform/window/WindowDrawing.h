@@ -29,6 +29,7 @@ class WindowDrawing {
 
     // The server and the native window outlive the drawing.
     WindowDrawing(WindowServer& server, NativeWindow& native, Actions actions);
+    ~WindowDrawing();
     WindowDrawing(const WindowDrawing&) = delete;
     WindowDrawing& operator=(const WindowDrawing&) = delete;
 

@@ -54,7 +54,7 @@ void WindowServer::added(WindowCore& window) {
 void WindowServer::removed(WindowCore& window) {
     std::erase(windows_, &window);
     if (!windows_.empty()) return;
-    system().rest();
+    system().stopWatching();
     asleep_ = false;
 }
 

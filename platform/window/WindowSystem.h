@@ -54,8 +54,9 @@ class WindowSystem {
     virtual void onLost(std::function<void()> action) = 0;
     // The system's own reason for the loss; empty where the system just went away.
     [[nodiscard]] virtual QString lossReason() const { return {}; }
-    // Reports that a surface found the connection lost, as if the system had found it.
-    virtual void lost() = 0;
+    // Takes a surface's word that the connection is lost: the same follows as where the
+    // system itself finds it so.
+    virtual void reportLoss() = 0;
 
     // Makes a hidden window. The delegate outlives it.
     [[nodiscard]] virtual std::unique_ptr<NativeWindow> makeWindow(
@@ -82,10 +83,10 @@ class WindowSystem {
         return nullptr;
     }
 
-    // Watches the display's sleep and the covering of windows until rest(). The display counts
-    // as awake at first.
+    // Watches the display's sleep and the covering of windows until stopWatching(). The
+    // display counts as awake at first. A window server watches while it has windows.
     virtual void watch(std::function<void(bool asleep)> displaySlept) = 0;
-    virtual void rest() = 0;
+    virtual void stopWatching() = 0;
 };
 
 }  // namespace platform

@@ -4,7 +4,6 @@
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 #include <xcb/xcb.h>
 
@@ -19,6 +18,8 @@
 #include <span>
 #include <utility>
 #include <vector>
+
+#include "tests/support/LocalSocket.h"
 
 namespace {
 
@@ -45,16 +46,6 @@ std::size_t padded(std::size_t bytes) {
     return (bytes + 3) / 4 * 4;
 }
 
-int socketTo(const std::string& path) {
-    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
-    path.copy(address.sun_path, sizeof address.sun_path - 1);
-    const int file = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (connect(file, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0)
-        return file;
-    close(file);
-    return -1;
-}
-
 std::string pathOf(int display) {
     return "/tmp/.X11-unix/X" + std::to_string(display);
 }
@@ -73,15 +64,13 @@ struct Replaced {
 }  // namespace
 
 struct HostileProxy::Loop {
-    struct Connection {
-        int client, server;
+    struct Connection : localsocket::Passage {
         Way up, down;
         std::size_t passed = 0;
         std::uint16_t sequence = 0;
         int spared = 0;
         std::map<std::uint16_t, Replaced> replaced;
         Clock::time_point held;
-        bool gone = false;
     };
 
     Loop(HostileProxy& owner, const Hostility& wanted, const std::string& server)
@@ -93,7 +82,7 @@ struct HostileProxy::Loop {
           refusals(wanted.refuses) {}
     ~Loop() {
         for (Connection& c : connections)
-            end(c);
+            c.end();
         xcb_disconnect(own);
     }
 
@@ -117,7 +106,6 @@ struct HostileProxy::Loop {
     void serve(Connection& c, const pollfd& client, const pollfd& server);
     void receive(Connection& c, int file, Way& way);
     void send(Connection& c, int file, Way& way);
-    void end(Connection& c);
     void passRequests(Connection& c);
     void passRequest(Connection& c, std::span<std::uint8_t> request);
     void passAnswers(Connection& c);
@@ -160,21 +148,8 @@ void HostileProxy::Loop::run() {
 }
 
 void HostileProxy::Loop::accept() {
-    const int client = accept4(proxy.listener_, nullptr, nullptr, SOCK_CLOEXEC);
-    if (client < 0) return;
-    const int server = socketTo(serverPath);
-    if (server < 0) {
-        close(client);
-        return;
-    }
-    connections.push_back({.client = client, .server = server});
-}
-
-void HostileProxy::Loop::end(Connection& c) {
-    if (c.gone) return;
-    c.gone = true;
-    close(c.client);
-    close(c.server);
+    if (const auto passage = localsocket::acceptFor(proxy.listener_, serverPath))
+        static_cast<localsocket::Passage&>(connections.emplace_back()) = *passage;
 }
 
 void HostileProxy::Loop::serve(Connection& c, const pollfd& client, const pollfd& server) {
@@ -195,7 +170,7 @@ void HostileProxy::Loop::receive(Connection& c, int file, Way& way) {
     std::array<std::uint8_t, 65536> some;
     const ssize_t count = recv(file, some.data(), some.size(), MSG_DONTWAIT);
     if (count < 0 && (errno == EAGAIN || errno == EINTR)) return;
-    if (count <= 0) return end(c);
+    if (count <= 0) return c.end();
     way.in.insert(way.in.end(), some.begin(), some.begin() + count);
 }
 
@@ -205,12 +180,12 @@ void HostileProxy::Loop::send(Connection& c, int file, Way& way) {
     if (cuts) most = std::min(most, *hostility.cutAfter - std::min(c.passed, *hostility.cutAfter));
     const ssize_t count = ::send(file, way.out.data(), most, MSG_DONTWAIT | MSG_NOSIGNAL);
     if (count < 0 && (errno == EAGAIN || errno == EINTR)) return;
-    if (count < 0) return end(c);
+    if (count < 0) return c.end();
     way.out.erase(way.out.begin(), way.out.begin() + count);
     c.passed += static_cast<std::size_t>(count);
     if (!cuts || c.passed < *hostility.cutAfter) return;
     ++proxy.deeds_;
-    end(c);
+    c.end();
 }
 
 void HostileProxy::Loop::passRequests(Connection& c) {
@@ -240,7 +215,7 @@ void HostileProxy::Loop::passRequests(Connection& c) {
             if (left() < 8) break;
             words = numberAt<std::uint32_t>(way.in, at + 4);
         }
-        if (words == 0) return end(c);
+        if (words == 0) return c.end();
         if (left() < 4 * words) break;
         passRequest(c, std::span(way.in).subspan(at, 4 * words));
         at += 4 * words;
@@ -332,14 +307,8 @@ HostileProxy::HostileProxy(const std::string& display, const Hostility& hostilit
     for (int number = kFirst; number < kFirst + kMost && listener_ < 0; ++number) {
         path_ = pathOf(number);
         display_ = ":" + std::to_string(number);
-        sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
-        path_.copy(address.sun_path, sizeof address.sun_path - 1);
-        listener_ = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
         // A path that is taken belongs to another proxy.
-        if (bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
-            listen(listener_, SOMAXCONN) == 0)
-            continue;
-        close(std::exchange(listener_, -1));
+        listener_ = localsocket::listenAt(path_);
     }
     if (listener_ < 0) return;
     wake_ = eventfd(0, EFD_CLOEXEC);

@@ -4,7 +4,6 @@
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -16,37 +15,18 @@
 #include <utility>
 #include <vector>
 
-namespace {
-
-sockaddr_un addressOf(const std::string& path) {
-    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
-    path.copy(address.sun_path, sizeof address.sun_path - 1);
-    return address;
-}
-
-int socketTo(const std::string& path) {
-    const sockaddr_un address = addressOf(path);
-    const int file = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (connect(file, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0)
-        return file;
-    close(file);
-    return -1;
-}
-
-}  // namespace
+#include "tests/support/LocalSocket.h"
 
 struct HostileSocket::Loop {
-    struct Connection {
-        int client, server;
+    struct Connection : localsocket::Passage {
         std::size_t passed = 0;
-        bool gone = false;
     };
 
     Loop(HostileSocket& socket, const SocketHarm& wanted, std::string path)
         : owner(socket), harm(wanted), server(std::move(path)), chance(wanted.seed) {}
     ~Loop() {
         for (Connection& c : connections)
-            end(c);
+            c.end();
     }
 
     HostileSocket& owner;
@@ -59,7 +39,6 @@ struct HostileSocket::Loop {
     void accept();
     void pass(Connection& c, int from, int to);
     void spoil(std::span<std::uint8_t> bytes);
-    static void end(Connection& c);
 };
 
 void HostileSocket::Loop::run() {
@@ -85,22 +64,10 @@ void HostileSocket::Loop::run() {
 }
 
 void HostileSocket::Loop::accept() {
-    const int client = accept4(owner.listener_, nullptr, nullptr, SOCK_CLOEXEC);
-    if (client < 0) return;
-    const int file = socketTo(server);
-    if (file < 0) {
-        close(client);
-        return;
-    }
+    const auto passage = localsocket::acceptFor(owner.listener_, server);
+    if (!passage) return;
     ++owner.connections_;
-    connections.push_back({.client = client, .server = file});
-}
-
-void HostileSocket::Loop::end(Connection& c) {
-    if (c.gone) return;
-    c.gone = true;
-    close(c.client);
-    close(c.server);
+    static_cast<localsocket::Passage&>(connections.emplace_back()) = *passage;
 }
 
 // A receiver that takes nothing more loses its connection.
@@ -108,7 +75,7 @@ void HostileSocket::Loop::pass(Connection& c, int from, int to) {
     std::array<std::uint8_t, 65536> some;
     const ssize_t count = recv(from, some.data(), some.size(), MSG_DONTWAIT);
     if (count < 0 && (errno == EAGAIN || errno == EINTR)) return;
-    if (count <= 0) return end(c);
+    if (count <= 0) return c.end();
     auto bytes = std::span(some).first(static_cast<std::size_t>(count));
     if (from == c.server && harm.isMute) {
         ++owner.deeds_;
@@ -121,7 +88,7 @@ void HostileSocket::Loop::pass(Connection& c, int from, int to) {
     c.passed += bytes.size();
     const ssize_t sent = send(to, bytes.data(), bytes.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
     if (isCut) ++owner.deeds_;
-    if (isCut || sent != static_cast<ssize_t>(bytes.size())) end(c);
+    if (isCut || sent != static_cast<ssize_t>(bytes.size())) c.end();
 }
 
 void HostileSocket::Loop::spoil(std::span<std::uint8_t> bytes) {
@@ -137,13 +104,8 @@ void HostileSocket::Loop::spoil(std::span<std::uint8_t> bytes) {
 
 HostileSocket::HostileSocket(const std::string& server, const SocketHarm& harm)
     : path_(server + ".vijandig") {
-    const sockaddr_un address = addressOf(path_);
-    listener_ = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
-        listen(listener_, SOMAXCONN) != 0) {
-        close(std::exchange(listener_, -1));
-        return;
-    }
+    listener_ = localsocket::listenAt(path_);
+    if (listener_ < 0) return;
     wake_ = eventfd(0, EFD_CLOEXEC);
     loop_ = std::make_unique<Loop>(*this, harm, server);
     thread_ = std::thread([this] { loop_->run(); });

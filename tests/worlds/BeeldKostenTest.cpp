@@ -66,5 +66,6 @@ TEST_P(BeeldKosten, ASteadyFrameTakesNoMoreInstructionsThanIsStored) {
     EXPECT_GE(got, (1.0 - kRoom) * wanted) << "cheaper: renew the stored counts";
 }
 
-INSTANTIATE_TEST_SUITE_P(Worlds, BeeldKosten, testing::Values("bol", "kubus", "tunnel", "logo"),
+INSTANTIATE_TEST_SUITE_P(Worlds, BeeldKosten,
+                         testing::Values("bol", "kubus", "tunnel", "logo", "regen"),
                          [](const auto& een) { return std::string(een.param); });

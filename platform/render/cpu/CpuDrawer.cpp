@@ -53,7 +53,7 @@ struct CpuDrawer::State {
     void prepare(const DisplayList& list, const PixelGrid& grid);
     CpuPaint place(const DisplayList& list, const DisplayItem& item, const PixelGrid& grid);
     void repaint(const DisplayList& list, const PixelRect& rect,
-                 const std::optional<std::uint32_t>& background);
+                 std::optional<std::uint32_t> background);
     void drawItem(const CpuPaint& paint, std::int32_t mask, const PixelRect& region);
     void drawEven(const CpuPaint& paint, const PixelRect& region);
     void drawAny(const CpuPaint& paint, std::int32_t mask, bool even, const PixelRect& region);
@@ -65,7 +65,8 @@ struct CpuDrawer::State {
     PixelBuffer target;
     ConvertedImages converted;
     std::vector<CpuPaint> items;
-    std::vector<PixelRect> bounds;  // per item, masks included
+    std::vector<PixelRect> bounds;    // per item, masks included
+    std::vector<std::size_t> hiding;  // the items that hide all items below them
     CpuMasks masks;
     std::vector<float> rowAlphas;    // per row of a region
     std::vector<float> pixelAlphas;  // per pixel of a row
@@ -93,18 +94,28 @@ void CpuDrawer::State::prepare(const DisplayList& list, const PixelGrid& grid) {
     items.reserve(list.items.capacity());
     bounds.clear();
     bounds.reserve(list.items.capacity());
+    hiding.clear();
+    hiding.reserve(list.items.capacity());
     for (const DisplayItem& item : list.items) {
         const CpuPaint& paint = items.emplace_back(place(list, item, grid));
+        if (item.mask < 0 && paint.isOpaqueColour()) hiding.push_back(items.size() - 1);
         bounds.push_back(item.mask < 0 ? paint.shown() : paint.shown() & masks.bounds(item.mask));
     }
     converted.end();
 }
 
 void CpuDrawer::State::repaint(const DisplayList& list, const PixelRect& rect,
-                               const std::optional<std::uint32_t>& background) {
+                               std::optional<std::uint32_t> background) {
+    std::size_t first = 0;
+    const auto covers = [&](std::size_t item) { return bounds[item].contains(rect); };
+    const auto hides = std::find_if(hiding.rbegin(), hiding.rend(), covers);
+    if (hides != hiding.rend()) {
+        first = *hides + 1;
+        background = rows::pixel(items[*hides].rowColour(rect.y0));
+    }
     for (int y = rect.y0; background && y < rect.y1; ++y)
         rows::fill(row(rect.x0, y), rect.width(), *background);
-    for (std::size_t i = 0; i < items.size(); ++i) {
+    for (std::size_t i = first; i < items.size(); ++i) {
         const PixelRect region = bounds[i] & rect;
         if (!region.isEmpty()) drawItem(items[i], list.items[i].mask, region);
     }

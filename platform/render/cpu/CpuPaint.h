@@ -31,6 +31,10 @@ class CpuPaint {
     [[nodiscard]] bool isEvenAlongRows() const {
         return kind_ == Kind::Colour || kind_ == Kind::RowGradient;
     }
+    // Whether one opaque colour hides everything below shown().
+    [[nodiscard]] bool isOpaqueColour() const {
+        return kind_ == Kind::Colour && colour_.a >= 1.0F && opacity_ >= 1.0F;
+    }
     // Whether a picture's pixels lie on those of the target one to one.
     [[nodiscard]] bool isPixels() const { return kind_ == Kind::Pixels; }
 

@@ -24,6 +24,8 @@ namespace {
 constexpr std::uint32_t kOpaqueBlack = 0xFF000000U;
 // The longest side: beyond it, single precision is too coarse for places within a pixel.
 constexpr int kMostSide = 1 << 20;
+// The most pictures whose tiles are remembered: a window's buffers, and the coarse picture.
+constexpr std::size_t kMostMemories = 5;
 
 bool isFinite(const glm::mat4& matrix) {
     for (int column = 0; column < 4; ++column)
@@ -54,17 +56,26 @@ struct CpuSceneDrawer::Parts {
         PictureStretch::Desk stretch;
     };
 
-    void fit(const PixelBuffer& picture, bool isKept);
+    // What the tiles of one picture's memory show.
+    struct Memory {
+        const std::uint32_t* pixels = nullptr;
+        std::vector<char> shows;
+        bool isKept = false;  // whether `shows` is known
+    };
+
+    void fit(QSize picture);
+    Memory& memoryOf(const PixelBuffer& picture, bool isKept);
     void paint(const DrawList& list);
     void paintTile(const DrawList& list, int tile, TilePainter& painter);
     [[nodiscard]] QRect rectOf(int tile) const;
-    void show(const PixelBuffer& picture);
-    bool isShown(int tile);
+    void show(const PixelBuffer& picture, Memory& memory);
+    bool isShown(int tile, Memory& memory);
     void showTile(int tile, const PixelBuffer& picture, std::vector<float>& work);
-    void addDamage(const QRect& rect);
+    void add(int tile, std::vector<QRect>& rects) const;
     void draw(const DrawList& list, const PixelBuffer& picture, double scale, bool isKept);
     void drawCoarse(const DrawList& list, const PixelBuffer& picture, const Frame& frame);
-    void stretchDamage(const PixelBuffer& from, const PixelBuffer& picture);
+    void findStale(Memory& memory);
+    void stretchStale(const PixelBuffer& from, const PixelBuffer& picture);
 
     ScenePlan plan;
     TileWorkers workers;
@@ -73,11 +84,13 @@ struct CpuSceneDrawer::Parts {
     QSize size;
     QSize tiles;
     enum State : char { kUnknown, kBlack, kLit };
-    std::vector<char> shows;  // what the picture's tiles show
-    std::vector<char> lit;    // the colours of the tile's packed light
-    std::vector<int> wanted;  // tiles to be worked on
+    std::vector<Memory> memories;  // of the present size, the last used last
+    std::vector<char> shines;      // whether a tile showed light in the last draw
+    std::vector<char> lit;         // the colours of the tile's packed light
+    std::vector<int> wanted;       // tiles to be worked on
     PackedLight packed;
-    std::vector<QRect> damage;
+    std::vector<QRect> damage;  // the difference from the last draw
+    std::vector<QRect> stale;   // where a stretched picture is to be written
     Counts counts;
     // A picture that is to be stretched, and what it was last stretched to; empty
     // where the last draw was not stretched.
@@ -87,19 +100,38 @@ struct CpuSceneDrawer::Parts {
     std::vector<QRect> bands;
 };
 
-void CpuSceneDrawer::Parts::fit(const PixelBuffer& picture, bool isKept) {
-    const bool same = size == picture.size;
-    size = picture.size;
+void CpuSceneDrawer::Parts::fit(QSize picture) {
+    const bool same = std::exchange(size, picture) == picture;
     tiles = {(size.width() + kTileWidth - 1) / kTileWidth,
              (size.height() + kTileHeight - 1) / kTileHeight};
     const auto count =
         static_cast<std::size_t>(tiles.width()) * static_cast<std::size_t>(tiles.height());
-    if (!same || !isKept) shows.assign(count, kUnknown);
+    if (!same) {
+        memories.clear();
+        shines.assign(count, 1);
+    }
     lit.assign(count, 0);
     packed.fit(count);
     wanted.reserve(count);
     damage.clear();
     counts = {.tiles = static_cast<int>(count)};
+}
+
+CpuSceneDrawer::Parts::Memory& CpuSceneDrawer::Parts::memoryOf(const PixelBuffer& picture,
+                                                               bool isKept) {
+    const auto known = std::find_if(memories.begin(), memories.end(), [&](const Memory& memory) {
+        return memory.pixels == picture.pixels;
+    });
+    if (known != memories.end()) {
+        std::rotate(known, known + 1, memories.end());
+    } else {
+        if (memories.size() == kMostMemories) memories.erase(memories.begin());
+        memories.emplace_back().pixels = picture.pixels;
+    }
+    Memory& memory = memories.back();
+    memory.isKept = isKept && !memory.shows.empty();
+    if (!memory.isKept) memory.shows.assign(shines.size(), kUnknown);
+    return memory;
 }
 
 QRect CpuSceneDrawer::Parts::rectOf(int tile) const {
@@ -137,32 +169,34 @@ void CpuSceneDrawer::Parts::paintTile(const DrawList& list, int tile, TilePainte
     if (result.bright != 0) glow.setBright(tile, result.bright);
 }
 
-void CpuSceneDrawer::Parts::addDamage(const QRect& rect) {
+void CpuSceneDrawer::Parts::add(int tile, std::vector<QRect>& rects) const {
+    const QRect rect = rectOf(tile);
     // Neighbours along a row become one rectangle.
-    if (!damage.empty() && damage.back().top() == rect.top() &&
-        damage.back().right() + 1 == rect.left()) {
-        damage.back().setRight(rect.right());
+    if (!rects.empty() && rects.back().top() == rect.top() &&
+        rects.back().right() + 1 == rect.left()) {
+        rects.back().setRight(rect.right());
         return;
     }
-    damage.push_back(rect);
+    rects.push_back(rect);
 }
 
 // Returns whether part of the tile is to be written, and counts the tile if so.
-bool CpuSceneDrawer::Parts::isShown(int tile) {
+bool CpuSceneDrawer::Parts::isShown(int tile, Memory& memory) {
     const auto at = static_cast<std::size_t>(tile);
-    const bool isBlack = !glow.glows(tile) && !lit[at];
-    if (isBlack && shows[at] == kBlack) return false;
-    shows[at] = isBlack ? kBlack : kLit;
-    ++(isBlack ? counts.blackened : counts.encoded);
+    if (!shines[at] && memory.shows[at] == kBlack) return false;
+    memory.shows[at] = shines[at] ? kLit : kBlack;
+    ++(shines[at] ? counts.encoded : counts.blackened);
     return true;
 }
 
-void CpuSceneDrawer::Parts::show(const PixelBuffer& picture) {
+void CpuSceneDrawer::Parts::show(const PixelBuffer& picture, Memory& memory) {
     wanted.clear();
     for (int tile = 0; tile < counts.tiles; ++tile) {
-        if (!isShown(tile)) continue;
-        wanted.push_back(tile);
-        addDamage(rectOf(tile));
+        const auto at = static_cast<std::size_t>(tile);
+        const bool isLit = glow.glows(tile) || lit[at];
+        const bool wasLit = std::exchange(shines[at], static_cast<char>(isLit)) != 0;
+        if (isLit || wasLit || !memory.isKept) add(tile, damage);
+        if (isShown(tile, memory)) wanted.push_back(tile);
     }
     workers.each(static_cast<int>(wanted.size()), [&](int i, int thread) {
         showTile(wanted[static_cast<std::size_t>(i)], picture,
@@ -176,7 +210,7 @@ void CpuSceneDrawer::Parts::showTile(int tile, const PixelBuffer& picture,
     const QRect rect = rectOf(tile);
     std::uint32_t* const to =
         picture.pixels + static_cast<std::ptrdiff_t>(rect.top()) * picture.stride + rect.left();
-    if (shows[at] == kBlack) {
+    if (!shines[at]) {
         for (int y = 0; y < rect.height(); ++y)
             std::fill_n(to + static_cast<std::ptrdiff_t>(y) * picture.stride, rect.width(),
                         kOpaqueBlack);
@@ -195,7 +229,8 @@ CpuSceneDrawer::~CpuSceneDrawer() = default;
 
 void CpuSceneDrawer::Parts::draw(const DrawList& list, const PixelBuffer& picture, double scale,
                                  bool isKept) {
-    fit(picture, isKept);
+    fit(picture.size);
+    Memory& memory = memoryOf(picture, isKept);
     const bool drawable = isDrawable(list, scale);
     const DrawCamera& camera = list.camera;
     const double sigma = bloomSigma(camera.bloomBlurRadius, scale);
@@ -213,7 +248,7 @@ void CpuSceneDrawer::Parts::draw(const DrawList& list, const PixelBuffer& pictur
     }
     glow.spread(workers);
     counts.glowing = glow.tilesSpread();
-    show(picture);
+    show(picture, memory);
 }
 
 void CpuSceneDrawer::Parts::drawCoarse(const DrawList& list, const PixelBuffer& picture,
@@ -225,26 +260,39 @@ void CpuSceneDrawer::Parts::drawCoarse(const DrawList& list, const PixelBuffer& 
     coarse.resize(static_cast<std::size_t>(inner.width()) *
                   static_cast<std::size_t>(inner.height()));
     const PixelBuffer from{coarse.data(), inner.width(), inner};
-    const bool continues = stretchedTo == whole;
-    const bool isKept = frame.isKept && continues && size == inner;
+    const bool continues = stretchedTo == whole && size == inner;
     draw(list, from, frame.scale * inner.height() / whole.height(), continues);
     stretchedTo = whole;
     stretch.fit(inner, whole);
     for (Bench& bench : benches)
         stretch.fit(bench.stretch);
-    if (isKept) {
-        for (QRect& rect : damage)
-            rect = stretch.reachOf(rect);
+    Memory& memory = memoryOf(picture, frame.isKept && continues);
+    findStale(memory);
+    if (memory.isKept) {
+        for (std::vector<QRect>* const rects : {&damage, &stale})
+            for (QRect& rect : *rects)
+                rect = stretch.reachOf(rect);
     } else {
         damage.assign(1, QRect(QPoint(0, 0), whole));
+        stale = damage;
     }
-    stretchDamage(from, picture);
+    stretchStale(from, picture);
 }
 
-void CpuSceneDrawer::Parts::stretchDamage(const PixelBuffer& from, const PixelBuffer& picture) {
+// Finds the coarse picture's tiles that a stretched picture does not show as they are.
+void CpuSceneDrawer::Parts::findStale(Memory& memory) {
+    stale.clear();
+    for (int tile = 0; tile < counts.tiles; ++tile) {
+        const auto at = static_cast<std::size_t>(tile);
+        const char shown = std::exchange(memory.shows[at], shines[at] ? kLit : kBlack);
+        if (shines[at] || shown != kBlack) add(tile, stale);
+    }
+}
+
+void CpuSceneDrawer::Parts::stretchStale(const PixelBuffer& from, const PixelBuffer& picture) {
     constexpr int kBand = 16;  // rows
     bands.clear();
-    for (const QRect& rect : damage)
+    for (const QRect& rect : stale)
         for (int y = rect.top(); y <= rect.bottom(); y += kBand)
             bands.push_back(rect & QRect(rect.left(), y, rect.width(), kBand));
     workers.each(static_cast<int>(bands.size()), [&](int i, int thread) {

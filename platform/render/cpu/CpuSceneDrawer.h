@@ -15,8 +15,8 @@ struct DrawList;
 
 // Draws a scene's draw lists with the processor alone, by the formulas of
 // platform/scene/Shading.h: every pixel, with smooth edges, in linear light with bloom. The
-// picture consists of tiles. Only tiles that hold light, or held light in the last draw, are
-// touched. The same list, size and scale give the same bits on every
+// picture consists of tiles. Only tiles that hold light, or that the picture still shows
+// lit, are touched. The same list, size and scale give the same bits on every
 // processor.
 //
 // Meshes and pictures are prepared once, cached by their ids, and dropped when no list has
@@ -44,12 +44,14 @@ class CpuSceneDrawer {
         // Pixels drawn per pixel shown, along each side, (0, 1]; below 1 the picture
         // is stretched.
         double resolution = 1.0;
-        // Whether the picture still holds the last draw. Otherwise every pixel is written,
-        // black ones included.
+        // Whether the picture's memory still holds the last draw into it, of which there may
+        // have been others into other memory since: some pictures may be shown in turn.
+        // Otherwise every pixel is written, black ones included.
         bool isKept = false;
     };
     // Makes the picture show the list, every pixel opaque. Returns the rectangles that may
-    // have changed, in the picture's pixels, valid until the next draw. A camera or scale
+    // differ from the last draw, whichever memory that went into, or the whole picture where
+    // it is not kept; in the picture's pixels, valid until the next draw. A camera or scale
     // without sense gives opaque black.
     std::span<const QRect> draw(const DrawList& list, const PixelBuffer& picture,
                                 const Frame& frame);

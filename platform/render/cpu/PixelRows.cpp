@@ -93,10 +93,6 @@ std::uint32_t pixel(const Rgba& colour) {
     return byte(colour.a) << 24 | byte(colour.r) << 16 | byte(colour.g) << 8 | byte(colour.b);
 }
 
-void fill(std::uint32_t* to, int count, std::uint32_t pixel) {
-    std::fill_n(to, count, pixel);
-}
-
 void blendPortable(std::uint32_t* to, const std::uint32_t* from, int count, Share alpha) {
     for (int i = 0; i < count; ++i) {
         const std::uint32_t above = from[i];

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 #include "platform/layers/Rgba.h"
@@ -18,7 +19,9 @@ using Share = std::uint16_t;
 // The pixel nearest to a colour whose components lie in [0, 1].
 [[nodiscard]] std::uint32_t pixel(const Rgba& colour);
 
-void fill(std::uint32_t* to, int count, std::uint32_t pixel);
+inline void fill(std::uint32_t* to, int count, std::uint32_t pixel) {
+    std::fill_n(to, count, pixel);
+}
 
 // Draws a run of a picture's pixels, each times `alpha`.
 void blend(std::uint32_t* to, const std::uint32_t* from, int count, Share alpha);

@@ -94,16 +94,21 @@ Buffer* BufferRing::begin(QSize size, std::span<const QRect> damage, std::vector
 }
 
 void BufferRing::finish(Buffer& buffer, std::span<const QRect> damage, bool opaque) {
-    const std::lock_guard lock(mutex_);
-    for (const auto& other : buffers_)
-        if (other.get() != &buffer) append(other->missed_, damage);
-    append(damage_, damage);
-    // The surface may have gone while its buffer was painted.
-    if (buffer.state_ != Buffer::State::Painting) return;
-    if (painted_) painted_->state_ = Buffer::State::Free;
-    painted_ = &buffer;
-    paintedOpaque_ = opaque;
-    buffer.state_ = Buffer::State::Painted;
+    {
+        const std::lock_guard lock(mutex_);
+        for (const auto& other : buffers_)
+            if (other.get() != &buffer) append(other->missed_, damage);
+        append(damage_, damage);
+        // The surface may have gone while its buffer was painted.
+        if (buffer.state_ != Buffer::State::Painting) return;
+        buffer.state_ = Buffer::State::Free;
+        if (damage.empty()) return;
+        if (painted_) painted_->state_ = Buffer::State::Free;
+        painted_ = &buffer;
+        paintedOpaque_ = opaque;
+        buffer.state_ = Buffer::State::Painted;
+    }
+    // The main thread takes the picture without waiting for the lock.
     eventfd_write(file_, 1);
 }
 

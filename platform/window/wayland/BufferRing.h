@@ -68,7 +68,7 @@ class BufferRing {
     [[nodiscard]] Buffer* begin(QSize size, std::span<const QRect> damage,
                                 std::vector<QRect>& rects);
     // Marks the buffer as the newest picture, which differs from the previous one within
-    // `damage`. Wakes the main thread.
+    // `damage`, and wakes the main thread. Without damage there is nothing to show.
     void finish(Buffer& buffer, std::span<const QRect> damage, bool opaque);
     // Notes damage for which there was no free buffer.
     void miss(std::span<const QRect> damage);

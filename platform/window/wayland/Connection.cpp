@@ -15,9 +15,6 @@ namespace platform::wayland {
 
 namespace {
 
-// A compositor that is silent for this long counts as absent.
-constexpr int kPatience = 5000;  // milliseconds
-
 // Protocols of lockers, of which only the presence counts.
 constexpr std::string_view kInputTaking = "zwlr_input_inhibit_manager_v1";
 constexpr std::string_view kSessionLocks = "ext_session_lock_manager_v1";
@@ -49,7 +46,7 @@ bool answers(wl_display& display) {
             if (wl_display_dispatch_pending(&display) < 0) return false;
         wl_display_flush(&display);
         pollfd waits{.fd = wl_display_get_fd(&display), .events = POLLIN, .revents = 0};
-        if (poll(&waits, 1, kPatience) <= 0) {
+        if (poll(&waits, 1, static_cast<int>(kPatience.count())) <= 0) {
             wl_display_cancel_read(&display);
             return false;
         }

@@ -3,6 +3,7 @@
 
 #include <QSocketNotifier>
 #include <QString>
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -12,6 +13,9 @@
 #include "platform/window/wayland/Toplevels.h"
 
 namespace platform::wayland {
+
+// A compositor that is silent for this long counts as absent.
+constexpr std::chrono::milliseconds kPatience{5000};
 
 // Waits, seconds at most, until the compositor has answered everything sent; false if it has
 // not. Events that arrive meanwhile are delivered. Main thread.

@@ -3,13 +3,16 @@
 
 #include <poll.h>
 #include <sys/eventfd.h>
+#include <sys/socket.h>
 #include <unistd.h>
 #include <wayland-egl.h>
 
 #include <array>
+#include <chrono>
 #include <utility>
 #include <vector>
 
+#include "platform/window/wayland/Connection.h"
 #include "platform/window/wayland/DamageBoxes.h"
 
 namespace platform::wayland {
@@ -91,7 +94,12 @@ void EglPlace::close() {
     std::unique_lock lock(mutex_);
     shell_ = nullptr;
     eventfd_write(changed_, 1);
-    rested_.wait(lock, [this] { return !drawing_; });
+    const auto rests = [this] { return !drawing_; };
+    if (!rested_.wait_for(lock, kPatience, rests)) {
+        // The end of the connection ends every wait of the driver.
+        shutdown(wl_display_get_fd(display_), SHUT_RDWR);
+        rested_.wait(lock, rests);
+    }
     surface_.reset();
     window_.reset();
 }
@@ -117,8 +125,13 @@ void EglPlace::tellOfUse() const {
 }
 
 std::unique_ptr<EglTarget> EglPlace::target(std::shared_ptr<EglPlace> place, int ending) {
+    {
+        // The driver's first requests wait for the compositor.
+        const std::lock_guard lock(place->mutex_);
+        place->drawing_ = true;
+    }
     auto display = eglDisplayOn(place->display_);
-    place->tellOfUse();
+    place->end();
     if (!display) return nullptr;
     return std::make_unique<Target>(std::move(place), std::move(display), ending);
 }

@@ -17,6 +17,11 @@ namespace platform::wayland {
 // accepts pictures of the window. A driver commits by itself, on the render thread, as soon
 // as a picture is swapped; the place has each commit ask for the compositor's answers.
 //
+// At most one picture waits for its answer, so a compositor that stops answering stops the
+// drawing outside the driver. Within the driver a swap waits without end for a buffer where a
+// compositor answers and releases none, and for a compositor that stops during the driver's
+// first requests. Neither holds up another window, and close() bounds both.
+//
 // Shared by the native window (main thread) and the target of its surface (render thread).
 // The connection and the shell surface outlive the time that the place is open.
 class EglPlace {
@@ -28,8 +33,9 @@ class EglPlace {
 
     // Main thread.
     void open(ShellSurface& shell);
-    // Waits for the end of a frame that is being drawn, and ends what the driver has of the
-    // surface.
+    // Waits until the driver is done, with a frame or with its first requests, and ends what it
+    // has of the surface. After seconds of waiting the compositor counts as absent, and the
+    // connection ends, as it does for one that never answers.
     void close();
     // Sets the size of the pictures; pictures of another size are skipped.
     void setSize(QSize pixels, const ShellSurface::Picture& picture);
@@ -72,7 +78,7 @@ class EglPlace {
     ShellSurface* shell_ = nullptr;  // while open
     QSize pixels_;
     ShellSurface::Picture picture_, drawn_;  // of the next frame, and of the present one
-    bool drawing_ = false;
+    bool drawing_ = false;                   // the render thread is in the driver
     bool unanswered_ = false;
     bool whole_ = true;    // the next picture differs everywhere from the last one
     bool failed_ = false;  // the driver refused the surface

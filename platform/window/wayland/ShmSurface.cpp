@@ -34,6 +34,14 @@ void fade(const PixelBuffer& picture, double opacity) {
 ShmSurface::ShmSurface(std::shared_ptr<BufferRing> ring) : ring_(std::move(ring)) {}
 
 Surface::Result ShmSurface::draw(const Frame& frame, std::span<const QRect> damage) {
+    return show(frame, damage, false);
+}
+
+Surface::Result ShmSurface::repair(const Frame& frame, std::span<const QRect> lost) {
+    return show(frame, lost, true);
+}
+
+Surface::Result ShmSurface::show(const Frame& frame, std::span<const QRect> damage, bool isLost) {
     const QSize size = frame.grid.size;
     const QRect whole(QPoint(0, 0), size);
     const bool fades = frame.opacity < 1.0;
@@ -50,12 +58,10 @@ Surface::Result ShmSurface::draw(const Frame& frame, std::span<const QRect> dama
         fade(picture, frame.opacity);
         painter_.forget();
     }
+    // A scene tells which part of its place has changed.
+    if (!fades && !isLost) damage = painter_.changed(damage);
     ring_->finish(*buffer, damage, !fades && frame.background.a >= 1.0F);
     return Result::Drawn;
-}
-
-Surface::Result ShmSurface::repair(const Frame& frame, std::span<const QRect> lost) {
-    return draw(frame, lost);
 }
 
 }  // namespace platform::wayland

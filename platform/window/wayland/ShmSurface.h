@@ -27,6 +27,9 @@ class ShmSurface final : public Surface {
     void frameTook(double seconds) override { painter_.frameTook(seconds); }
 
   private:
+    // `isLost`: the compositor shows nothing within `damage`.
+    Result show(const Frame& frame, std::span<const QRect> damage, bool isLost);
+
     const std::shared_ptr<BufferRing> ring_;
     PicturePainter painter_;
     std::vector<QRect> rects_;

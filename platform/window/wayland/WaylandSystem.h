@@ -25,7 +25,7 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     [[nodiscard]] bool isConnected() const override { return connection_.isAlive(); }
     void onLost(std::function<void()> action) override { connection_.onLost(std::move(action)); }
     [[nodiscard]] QString lossReason() const override { return connection_.protocolError(); }
-    void lost() override { connection_.lost(); }
+    void reportLoss() override { connection_.lost(); }
     [[nodiscard]] std::unique_ptr<NativeWindow> makeWindow(const NativeWindowOptions& options,
                                                            NativeWindowDelegate& delegate) override;
     [[nodiscard]] std::unique_ptr<NativeWindow> adopt(const HostRef&,
@@ -38,7 +38,7 @@ class WaylandSystem final : public WindowSystem, public ScreenSource {
     [[nodiscard]] std::unique_ptr<IdleWatch> watchIdle(double seconds, IdleAction action) override;
     // Nothing to watch: a compositor asks for no frames while the display sleeps.
     void watch(std::function<void(bool)>) override {}
-    void rest() override {}
+    void stopWatching() override {}
 
     [[nodiscard]] std::vector<Screen> screens() const override {
         return connection_.outputs().screens();

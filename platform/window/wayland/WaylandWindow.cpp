@@ -29,14 +29,6 @@ const wl_callback_listener WaylandWindow::kAgain = {
         self.follow();
     }};
 
-const wl_callback_listener WaylandWindow::kSettled = {
-    .done = [](void* data, wl_callback*, std::uint32_t) {
-        auto& self = *static_cast<WaylandWindow*>(data);
-        self.settling_.reset();
-        self.hadChance_ = self.hadChance_ || self.hasExclusive_;
-        self.focusChanged();
-    }};
-
 WaylandWindow::WaylandWindow(WaylandSystem& system, const NativeWindowOptions& options,
                              NativeWindowDelegate& delegate)
     : system_(system),
@@ -191,41 +183,6 @@ void WaylandWindow::makeSurface() {
     hadChance_ = isSurelyUnlocked();
 }
 
-bool WaylandWindow::wantsKeyboard() const {
-    return takesKeyboard_ &&
-           (!isOverlay() || !connection_.locksAreOverlays() || connection_.seat().hasAnyKeyboard());
-}
-
-void WaylandWindow::followKeyboard() {
-    if (!surface_ || std::exchange(hasExclusive_, wantsKeyboard()) == wantsKeyboard()) return;
-    surface_->setTakesKeyboard(hasExclusive_);
-    // Until the compositor has acted, the keyboard and the focus tell nothing.
-    hadChance_ = false;
-    settling_.reset(wl_display_sync(connection_.display()));
-    wl_callback_add_listener(settling_.get(), &kSettled, this);
-}
-
-bool WaylandWindow::isSurelyUnlocked() const {
-    if (!isOverlay() || !connection_.locksAreOverlays()) return true;
-    if (!wantsKeyboard()) return connection_.toplevels().isAnyActive();
-    return connection_.seat().keyTarget() != nullptr;
-}
-
-void WaylandWindow::focusChanged() {
-    if (!surface_) return;
-    followKeyboard();
-    const bool unlocked = isSurelyUnlocked();
-    surface_->setAboveAll(unlocked);
-    hadChance_ = hadChance_ || unlocked;
-    setResting(takesKeyboard_ && hadChance_ && !unlocked);
-}
-
-void WaylandWindow::setResting(bool resting) {
-    if (std::exchange(resting_, resting) == resting) return;
-    delegate_.visibilityChanged();
-    system_.restingChanged();
-}
-
 void WaylandWindow::endSurface() {
     if (!surface_) return;
     place_->close();
@@ -249,34 +206,9 @@ void WaylandWindow::outputsChanged() {
     delegate_.geometryChanged();
 }
 
-void WaylandWindow::takeKeyboard() {
-    if (!std::exchange(takesKeyboard_, true)) followKeyboard();
-}
-
-bool WaylandWindow::hasKeyboard() const {
-    return connection_.seat().hasKeyboard(*this);
-}
-
 void WaylandWindow::setTitle(const QString& title) {
     options_.window.title = title;
     if (surface_) surface_->setTitle(title);
-}
-
-void WaylandWindow::setIgnoresMouse(bool ignores) {
-    options_.ignoresMouse = ignores;
-    if (surface_) surface_->setTakesInput(!ignores);
-}
-
-void WaylandWindow::setCursorHidden(bool hidden) {
-    if (std::exchange(options_.cursorHidden, hidden) != hidden) cursorChanged();
-}
-
-void WaylandWindow::cursorChanged() {
-    connection_.seat().cursorChanged(*this);
-}
-
-bool WaylandWindow::hidesCursor() const {
-    return options_.cursorHidden || system_.hidesCursor();
 }
 
 NativeWindow::SurfaceMaker WaylandWindow::surfaceMaker(const SurfaceOptions& options) {
@@ -366,35 +298,6 @@ void WaylandWindow::frameDone() {
 void WaylandWindow::presented(double time, double interval) {
     tellsPresentation_ = true;
     delegate_.presented(time, interval);
-}
-
-QPointF WaylandWindow::onScreen(QPointF at) const {
-    const QRectF place = frame();
-    return place.topLeft() + QPointF(at.x(), points().height() - at.y());
-}
-
-MouseEvent WaylandWindow::eventAt(QPointF at) const {
-    return {.location = {at.x(), points().height() - at.y()}, .screenLocation = onScreen(at)};
-}
-
-void WaylandWindow::keyPressed(const KeyEvent& event) {
-    delegate_.keyDown(event);
-}
-
-void WaylandWindow::pointerMoved(QPointF at) {
-    delegate_.mouse(NativeWindowDelegate::Mouse::Moved, eventAt(at));
-}
-
-void WaylandWindow::buttonPressed(Button button, QPointF at) {
-    using Mouse = NativeWindowDelegate::Mouse;
-    const Mouse what = button == Button::Left    ? Mouse::LeftDown
-                       : button == Button::Right ? Mouse::RightDown
-                                                 : Mouse::OtherDown;
-    delegate_.mouse(what, eventAt(at));
-}
-
-void WaylandWindow::keyboardChanged() {
-    system_.keyboardMoved();
 }
 
 }  // namespace platform::wayland

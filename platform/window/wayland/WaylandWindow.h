@@ -49,6 +49,7 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     void setCursorHidden(bool hidden) override;
     void setOpacity(double) override {}
     [[nodiscard]] SurfaceMaker surfaceMaker(const SurfaceOptions& options) override;
+    void endDrawing() override { place_->close(); }
 
     // For the system: keeps an overlay down while true.
     void setKeptDown(bool keptDown);

@@ -60,6 +60,7 @@ void CpuSurface::resize(QSize size) {
         completion_ = static_cast<std::uint8_t>(
             xcb_get_extension_data(c, &xcb_shm_id)->first_event + XCB_SHM_COMPLETION);
     const bool drawnInPlace = shared_ && format_.isNative();
+    painter_.forget();
     picture_.assign(drawnInPlace ? 0 : static_cast<std::size_t>(size.width() * size.height()), 0);
 }
 
@@ -77,7 +78,7 @@ Surface::Result CpuSurface::draw(const Frame& frame, std::span<const QRect> dama
                                       ? reinterpret_cast<std::uint32_t*>(shared_->data())
                                       : picture_.data();
     painter_.paint(frame, damage, {.pixels = pixels, .stride = size_.width(), .size = size_});
-    damage = painter_.changed();
+    damage = painter_.changed(damage);
     if (damage.empty()) return state();
     if (shared_ && !format_.isNative())
         for (const QRect& rect : damage)

@@ -100,7 +100,7 @@ void X11System::watch(std::function<void(bool)> displaySlept) {
     coverage_->wake();
 }
 
-void X11System::rest() {
+void X11System::stopWatching() {
     displaySlept_ = {};
     asleep_ = false;
     if (!sleep_) return;

@@ -30,7 +30,7 @@ class X11System final : public WindowSystem {
     [[nodiscard]] Capabilities capabilities() const override;
     [[nodiscard]] bool isConnected() const override { return events_.isAlive(); }
     void onLost(std::function<void()> action) override;
-    void lost() override { events_.lost(); }
+    void reportLoss() override { events_.lost(); }
     [[nodiscard]] std::unique_ptr<NativeWindow> makeWindow(const NativeWindowOptions& options,
                                                            NativeWindowDelegate& delegate) override;
     [[nodiscard]] std::unique_ptr<NativeWindow> adopt(const HostRef& host,
@@ -39,7 +39,7 @@ class X11System final : public WindowSystem {
     [[nodiscard]] OverlaySpaces* overlaySpaces() override { return &spaces(); }
     [[nodiscard]] std::unique_ptr<IdleWatch> watchIdle(double seconds, IdleAction action) override;
     void watch(std::function<void(bool asleep)> displaySlept) override;
-    void rest() override;
+    void stopWatching() override;
 
     // The events of the native windows.
     [[nodiscard]] EventConnection& events() { return events_; }

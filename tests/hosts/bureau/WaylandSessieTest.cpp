@@ -199,8 +199,11 @@ TEST_F(OpWayland, HetPaneelIsTeZienEnTeBedienen) {
     EXPECT_EQ(vraag("--stand").uitgang, 0);
 }
 
-TEST_F(OpWayland, HetBladIsTeZienEnTeBedienenOverDeSaver) {
-    Sway sway(1);
+// On the compositor, and through its X server.
+class BladOpWayland : public OpWayland, public testing::WithParamInterface<bool> {};
+
+TEST_P(BladOpWayland, HetBladIsTeZienEnTeBedienenOverDeSaver) {
+    Sway sway(1, GetParam() ? "xwayland force\n" : "");
     if (!sway.isRunning()) GTEST_SKIP() << sway.reason();
     VirtualKeyboard toetsen(sway.address());
     ASSERT_TRUE(toetsen.isThere());
@@ -208,7 +211,11 @@ TEST_F(OpWayland, HetBladIsTeZienEnTeBedienenOverDeSaver) {
     wltest::VirtualPointer muis(sway.address());
     ASSERT_TRUE(muis.isThere());
     InSessie saver(brixtel::programmaPad(), bus);
-    saver.opWayland(sway.address()).start({QStringLiteral("--keuze=regen")});
+    if (GetParam())
+        saver.opX11(sway.xDisplay());
+    else
+        saver.opWayland(sway.address());
+    saver.start({QStringLiteral("--keuze=regen")});
     ASSERT_TRUE(isRegen(sway, "HEADLESS-1")) << saver.fouten().toStdString();
     toetsen.type(KEY_I);
     ASSERT_TRUE(until([&] { return sway.tree().contains("brixtel-saver"); }));
@@ -247,6 +254,9 @@ TEST_F(OpWayland, HetBladIsTeZienEnTeBedienenOverDeSaver) {
     EXPECT_TRUE(saver.wacht());
     EXPECT_EQ(saver.uitgang(), 0);
 }
+
+INSTANTIATE_TEST_SUITE_P(Wegen, BladOpWayland, testing::Bool(),
+                         [](const auto& een) { return een.param ? "DoorXwayland" : "Wayland"; });
 
 TEST_F(OpWayland, OpKwinDraaitDeSaverEnRegentHetBovenAlles) {
     const wltest::Kwin kwin(bus.address());

@@ -110,7 +110,7 @@ class PaperSystem final : public platform::WindowSystem {
     [[nodiscard]] platform::Capabilities capabilities() const override { return {}; }
     [[nodiscard]] bool isConnected() const override { return true; }
     void onLost(std::function<void()>) override {}
-    void lost() override {}
+    void reportLoss() override {}
     [[nodiscard]] std::unique_ptr<NativeWindow> makeWindow(
         const NativeWindowOptions& options, NativeWindowDelegate& delegate) override {
         auto made = std::make_unique<PaperWindow>(drawn, options, delegate);
@@ -124,7 +124,7 @@ class PaperSystem final : public platform::WindowSystem {
     [[nodiscard]] platform::NativeWorkspace& workspace() override { std::abort(); }
     [[nodiscard]] platform::OverlaySpaces* overlaySpaces() override { return nullptr; }
     void watch(std::function<void(bool)> displaySlept) override { slept = std::move(displaySlept); }
-    void rest() override { slept = {}; }
+    void stopWatching() override { slept = {}; }
 
     Drawn drawn;
     PaperWindow* last = nullptr;

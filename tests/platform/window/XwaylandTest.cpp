@@ -105,6 +105,25 @@ struct KeyView : View {
     void keyDown(const platform::KeyEvent& event) override { keys.push_back(event.key); }
 };
 
+// A native window of another program, which has the keyboard.
+struct NativeWindowBelow {
+    explicit NativeWindowBelow(const platform::Rgba& colour) {
+        window.native->show();
+        EXPECT_TRUE(until([&] { return window.native->isSeen(); }));
+        window.paintAll(colour);
+        EXPECT_TRUE(until([&] { return hasKeyboard(); }));
+    }
+    [[nodiscard]] bool hasKeyboard() const { return window.native->hasKeyboard(); }
+    [[nodiscard]] bool hasKeys(std::size_t count) const {
+        return until([&] { return window.keys.size() == count; });
+    }
+
+    SystemClock clock;
+    platform::wayland::WaylandSystem system{clock, sway->address()};
+    platform::wayland::TestWindow window{
+        system, {.window = {.frame = {0, 0, 640, 480}, .style = WindowStyle::Titled}}};
+};
+
 TEST_F(OnXwayland, NoClickPassesToTheCompositorsWindows) {
     EXPECT_FALSE(server->system().capabilities().passesClicks);
     EXPECT_TRUE(platform::isOnWayland(platform::XConnection(QString())));
@@ -152,42 +171,30 @@ TEST_F(OnXwayland, EachOutputHasItsOwnFullScreenWindow) {
 TEST_F(OnXwayland, TheBlackScreenHasTheKeysAndGivesThemBack) {
     wltest::VirtualKeyboard keyboard(sway->address());
     ASSERT_TRUE(keyboard.isThere());
-    SystemClock native;
-    platform::wayland::WaylandSystem wayland(native, sway->address());
-    platform::wayland::TestWindow below(
-        wayland, {.window = {.frame = {0, 0, 640, 480}, .style = WindowStyle::Titled}});
-    below.native->show();
-    ASSERT_TRUE(until([&] { return below.native->isSeen(); }));
-    below.paintAll({0.0F, 1.0F, 0.0F, 1.0F});
-    ASSERT_TRUE(until([&] { return below.native->hasKeyboard(); }));
+    const NativeWindowBelow below({0.0F, 1.0F, 0.0F, 1.0F});
+    ASSERT_TRUE(below.hasKeyboard());
 
     BlackScreen black(*server, {.frame = {0, 0, 640, 480}, .level = 1001, .staysOnTop = true});
     auto view = std::make_shared<KeyView>(QRectF());
     black.setContentView(view);
     black.showWithKeyboard();
     black.makeFirstResponder(view.get());
-    ASSERT_TRUE(until([&] { return !below.native->hasKeyboard(); }));
+    ASSERT_TRUE(until([&] { return !below.hasKeyboard(); }));
     keyboard.type(KEY_X);
     EXPECT_TRUE(until([&] { return view->keys == std::vector<int>{Qt::Key_X}; }));
-    EXPECT_TRUE(below.keys.empty());
+    EXPECT_TRUE(below.window.keys.empty());
     black.hide();
-    EXPECT_TRUE(until([&] { return below.native->hasKeyboard(); }));
+    EXPECT_TRUE(until([&] { return below.hasKeyboard(); }));
     keyboard.type(KEY_Y);
-    EXPECT_TRUE(until([&] { return below.keys.size() == 1; }));
+    EXPECT_TRUE(below.hasKeys(1));
     EXPECT_EQ(view->keys.size(), 1U);
 }
 
 TEST_F(OnXwayland, TheRainsWindowLeavesTheKeyboardWhereItIs) {
     wltest::VirtualKeyboard keyboard(sway->address());
     ASSERT_TRUE(keyboard.isThere());
-    SystemClock native;
-    platform::wayland::WaylandSystem wayland(native, sway->address());
-    platform::wayland::TestWindow below(
-        wayland, {.window = {.frame = {0, 0, 640, 480}, .style = WindowStyle::Titled}});
-    below.native->show();
-    ASSERT_TRUE(until([&] { return below.native->isSeen(); }));
-    below.paintAll({0.0F, 0.0F, 0.0F, 1.0F});
-    ASSERT_TRUE(until([&] { return below.native->hasKeyboard(); }));
+    const NativeWindowBelow below({0.0F, 0.0F, 0.0F, 1.0F});
+    ASSERT_TRUE(below.hasKeyboard());
 
     Window rain(*server, kRain);
     rain.setContentView(coloured(Qt::green));
@@ -195,8 +202,8 @@ TEST_F(OnXwayland, TheRainsWindowLeavesTheKeyboardWhereItIs) {
     rain.show();
     ASSERT_TRUE(shows("HEADLESS-1", kGreen));
     keyboard.type(KEY_Z);
-    EXPECT_TRUE(until([&] { return below.keys.size() == 1; }));
-    EXPECT_TRUE(below.native->hasKeyboard());
+    EXPECT_TRUE(below.hasKeys(1));
+    EXPECT_TRUE(below.hasKeyboard());
 }
 
 }  // namespace

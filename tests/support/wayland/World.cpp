@@ -5,7 +5,6 @@
 #include <xkbcommon/xkbcommon.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 
 namespace wltest {
@@ -20,14 +19,9 @@ void count(void* data, wl_protocol_logger_type direction,
                      message->message->name];
 }
 
-double monotonicSeconds() {
-    using namespace std::chrono;
-    return duration<double>(steady_clock::now().time_since_epoch()).count();
-}
-
 int tick(void* data) {
     auto& world = *static_cast<World*>(data);
-    if (world.options.frames == Frames::Always) world.frameAll(monotonicSeconds());
+    if (world.options.frames == Frames::Always) world.frameAll(world.clock.now());
     wl_event_source_timer_update(world.timer, 16);
     return 0;
 }

@@ -7,6 +7,7 @@
 #include <map>
 #include <set>
 
+#include "platform/time/MediaClock.h"
 #include "tests/support/wayland/Compositor.h"
 #include "tests/support/wayland/Protocols.h"
 
@@ -73,6 +74,7 @@ struct World {
     ~World();
 
     Options options;
+    platform::SystemClock clock;  // tells when pictures were presented
     wl_display* display = nullptr;
     wl_protocol_logger* logger = nullptr;
     wl_event_loop* loop = nullptr;

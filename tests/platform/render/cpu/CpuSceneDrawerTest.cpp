@@ -5,12 +5,15 @@
 #include <hwy/highway.h>
 
 #include <QImage>
+#include <QRegion>
 #include <algorithm>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include "platform/scene/DrawList.h"
 #include "platform/scene/Shading.h"
+#include "tests/support/DotList.h"
 #include "tests/support/StandInScenes.h"
 
 namespace platform::test {
@@ -299,6 +302,45 @@ TEST(CpuSceneDrawer, DamageHoldsEverythingThatChanges) {
     }
 }
 
+// A window's buffers are drawn into in turn, in no fixed order. Each is whole, and the damage
+// tells the difference from the frame before, which another buffer holds.
+TEST(CpuSceneDrawer, PicturesInTurnAreWholeAndTheDamageIsFromFrameToFrame) {
+    const QSize size(640, 400);
+    for (const double resolution : {1.0, 0.6}) {
+        GuardedPicture pictures[3] = {GuardedPicture(size), GuardedPicture(size),
+                                      GuardedPicture(size)};
+        bool holds[3] = {};
+        CpuSceneDrawer drawer;
+        std::vector<std::uint32_t> before;
+        float x = -0.6F;
+        for (const int turn : {0, 1, 0, 1, 2, 1, 0, 2, 0, 1, 1, 2}) {
+            const DrawList list = dotList(x += 0.1F, 1.6);
+            const bool isKept = std::exchange(holds[turn], true);
+            const auto damage = drawer.draw(list, pictures[turn].buffer(),
+                                            {.resolution = resolution, .isKept = isKept});
+            GuardedPicture fresh(size);
+            CpuSceneDrawer().draw(list, fresh.buffer(), {.resolution = resolution});
+            const auto shown = pictures[turn].all();
+            ASSERT_TRUE(shown == fresh.all()) << resolution;
+            EXPECT_NE(std::count(shown.begin(), shown.end(), kBlack), std::ssize(shown));
+            QRegion told;
+            std::int64_t area = 0;
+            for (const QRect& rect : damage) {
+                told += rect;
+                area += std::int64_t{rect.width()} * rect.height();
+            }
+            // The tiles of the dot as it is and as it was, of more than a hundred.
+            EXPECT_EQ(area < size.width() * size.height() / 5, isKept) << area;
+            for (std::size_t at = 0; at < before.size(); ++at) {
+                if (before[at] == shown[at]) continue;
+                ASSERT_TRUE(told.contains(QPoint(static_cast<int>(at) % size.width(),
+                                                 static_cast<int>(at) / size.width())));
+            }
+            before = shown;
+        }
+    }
+}
+
 // A tube around the camera has no edges to smooth, and its picture is read in whole rows; beside
 // another tube it is drawn by samples. Edges between its flat sides are all that may differ.
 TEST(CpuSceneDrawer, APictureIsTheSameWithAndWithoutSamples) {
@@ -361,22 +403,7 @@ TEST(CpuSceneDrawer, ADotIsNoLargerThanItsShareOfTheHeightAtTheCamerasOwnAngle) 
 }
 
 TEST(CpuSceneDrawer, TilesWithoutLightAreLeftAlone) {
-    // One dot in the middle of much black.
-    const auto scene = makeStandIn(QStringLiteral("globe"), 1);
-    DrawList list;
-    extract(*scene, 1.6, list);
-    list.batches.resize(1);
-    list.batches[0].count = 0;
-    MeshData dot{.primitive = Primitive::Points,
-                 .positions = {glm::vec3(0.0F)},
-                 .indices = {0},
-                 .pointSize = 3.0};
-    DrawBatch batch;
-    batch.mesh = std::make_shared<Mesh>(std::move(dot));
-    batch.material.diffuse = {0.0F, 0.2F, 0.0F, 1.0F};
-    batch.count = 1;
-    list.instances = {DrawInstance{}};
-    list.batches = {batch};
+    DrawList list = dotList(0.0F, 1.6);
     GuardedPicture picture({640, 400});
     CpuSceneDrawer drawer;
     drawer.draw(list, picture.buffer(), {});

@@ -185,6 +185,24 @@ TEST(GlOnWayland, AFrozenCompositorHoldsNoEndUp) {
     shown.window.hide();
 }
 
+// The driver waits for its first answers, seconds at most once the window is to go.
+TEST(GlOnWayland, ACompositorThatStopsWhileTheDriverStartsHoldsNoEndUp) {
+    wltest::Compositor compositor;
+    ManualClock clock{100.0};
+    const auto system = std::make_shared<WaylandSystem>(clock, compositor.address());
+    WindowServer server(clock, {.drawer = DrawerChoice::OpenGl, .system = system});
+    compositor.freeze();
+    {
+        Window window(server, {.frame = {0, 0, 640, 480}, .style = WindowStyle::FullScreen});
+        window.setContentView(quarters());
+        window.show();
+        EXPECT_GE(runsAtRest("render"), 0);
+        EXPECT_TRUE(system->isConnected());
+    }
+    EXPECT_TRUE(until([&] { return !system->isConnected(); }));
+    EXPECT_EQ(system->lossReason(), QString());
+}
+
 TEST(GlOnWayland, ADisplayThatGoesInTheMiddleOfAFrameEndsNothing) {
     wltest::Options options;
     const wltest::Output other{.name = "B", .mode = {64, 48}, .at = {1000, 0}};

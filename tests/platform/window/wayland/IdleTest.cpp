@@ -106,6 +106,20 @@ struct DesktopIdleOnWayland : testing::Test {
                                .watching = [this](bool is) { watching.push_back(is); }},
             [this] { ++started; });
     }
+    // Whether the watch comes to know of the film. The monitor of the bus is there after a
+    // while.
+    static bool holds(Inhibitor& film, const DesktopIdle& idle) {
+        return until([&] {
+            film.holdSaver();
+            return idle.isInhibited();
+        });
+    }
+    static bool letsGo(Inhibitor& film, const DesktopIdle& idle) {
+        return until([&] {
+            film.letGoOfSaver();
+            return !idle.isInhibited();
+        });
+    }
 };
 
 TEST_F(DesktopIdleOnWayland, EachRestStartsOnce) {
@@ -126,19 +140,12 @@ TEST_F(DesktopIdleOnWayland, AFilmHoldsItUpAndTheWholeTimePassesAfterIt) {
     Desktop desktop(clock, with(true, true));
     const auto idle = watch(desktop);
     Inhibitor film(bus.address());
-    // The monitor of the bus is there after a while.
-    ASSERT_TRUE(until([&] {
-        film.holdSaver();
-        return idle->isInhibited();
-    }));
+    ASSERT_TRUE(holds(film, *idle));
     desktop.setIdle(true);
     EXPECT_EQ(started, 0);
     clock.advance(1000.0);
     EXPECT_EQ(started, 0);
-    ASSERT_TRUE(until([&] {
-        film.letGoOfSaver();
-        return !idle->isInhibited();
-    }));
+    ASSERT_TRUE(letsGo(film, *idle));
     clock.advance(299.0);
     EXPECT_EQ(started, 0);
     clock.advance(1.0);
@@ -151,15 +158,9 @@ TEST_F(DesktopIdleOnWayland, InputEndsTheWaitAfterAFilm) {
     Desktop desktop(clock, with(true, true));
     const auto idle = watch(desktop);
     Inhibitor film(bus.address());
-    ASSERT_TRUE(until([&] {
-        film.holdSaver();
-        return idle->isInhibited();
-    }));
+    ASSERT_TRUE(holds(film, *idle));
     desktop.setIdle(true);
-    ASSERT_TRUE(until([&] {
-        film.letGoOfSaver();
-        return !idle->isInhibited();
-    }));
+    ASSERT_TRUE(letsGo(film, *idle));
     desktop.setIdle(false);
     clock.advance(1000.0);
     EXPECT_EQ(started, 0);
@@ -184,10 +185,7 @@ TEST_F(DesktopIdleOnWayland, WithAProtocolGnomesMonitorIsNotAsked) {
     const auto idle = watch(desktop);
     Inhibitor film(bus.address());
     // By then the bus has been asked whatever there was to ask.
-    ASSERT_TRUE(until([&] {
-        film.holdSaver();
-        return idle->isInhibited();
-    }));
+    ASSERT_TRUE(holds(film, *idle));
     EXPECT_TRUE(gnome.idleWatches.empty());
 }
 

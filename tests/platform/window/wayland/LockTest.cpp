@@ -32,6 +32,16 @@ struct AmongLocks : WaylandFixture {
         compositor.setToplevelActive(active);
         settle();
     }
+    void setKeyboard(bool there) {
+        compositor.setSeat(there, true);
+        settle();
+    }
+    // Whether the window lies on that layer, is drawn, and the session seems unlocked.
+    void expectDrawnOn(std::uint32_t wanted, const TestWindow& window) {
+        EXPECT_EQ(layer(), wanted);
+        EXPECT_TRUE(window.native->isSeen());
+        EXPECT_FALSE(system.workspace().isSaverActive());
+    }
 };
 
 TEST(OverlaysAmongLocks, TheRainIsAboveAllOnlyWhileAWindowHasTheFocus) {
@@ -115,60 +125,50 @@ TEST(OverlaysAmongLocks, TheKeyboardOnOneDisplayCountsForAll) {
 
 TEST(OverlaysAmongLocks, WithoutAKeyboardOnTheSeatTheFocusTellsABlackScreenOfALock) {
     AmongLocks there;
-    there.compositor.setSeat(false, true);
+    there.setKeyboard(false);
     there.setActive({true});
     TestWindow black(there.system, saver());
     there.show(black);
-    EXPECT_EQ(there.layer(), kOverlay);
     EXPECT_EQ(there.only().keyboard, 0U);
-    EXPECT_TRUE(black.native->isSeen());
+    there.expectDrawnOn(kOverlay, black);
     there.setActive({false});
     EXPECT_EQ(there.layer(), kTop);
     EXPECT_FALSE(black.native->isSeen());
     EXPECT_TRUE(there.system.workspace().isSaverActive());
     there.setActive({true});
-    EXPECT_EQ(there.layer(), kOverlay);
-    EXPECT_TRUE(black.native->isSeen());
+    there.expectDrawnOn(kOverlay, black);
 }
 
+// No window has the focus, so nothing tells of a lock.
+struct BlackOnABareSeat : AmongLocks {
+    explicit BlackOnABareSeat(bool hadKeyboard = false) {
+        setKeyboard(hadKeyboard);
+        show(black);
+        compositor.frame();
+        setKeyboard(false);
+    }
+    TestWindow black{system, saver()};
+};
+
 TEST(OverlaysAmongLocks, WithoutAKeyboardAndAnyWindowABlackScreenIsBelowALockAndDraws) {
-    AmongLocks there;
-    there.compositor.setSeat(false, true);
-    TestWindow black(there.system, saver());
-    there.show(black);
-    there.compositor.frame();
-    there.settle();
-    EXPECT_EQ(there.layer(), kTop);
-    EXPECT_TRUE(black.native->isSeen());
-    EXPECT_FALSE(there.system.workspace().isSaverActive());
+    BlackOnABareSeat there;
+    there.expectDrawnOn(kTop, there.black);
 }
 
 TEST(OverlaysAmongLocks, AKeyboardThatIsPulledOutIsNoLock) {
-    AmongLocks there;
-    TestWindow black(there.system, saver());
-    there.show(black);
-    there.compositor.setSeat(false, true);
-    there.settle();
-    EXPECT_TRUE(black.native->isSeen());
+    BlackOnABareSeat there(true);
+    EXPECT_TRUE(there.black.native->isSeen());
     EXPECT_FALSE(there.system.workspace().isSaverActive());
     there.setActive({true});
-    EXPECT_EQ(there.layer(), kOverlay);
-    EXPECT_TRUE(black.native->isSeen());
+    there.expectDrawnOn(kOverlay, there.black);
 }
 
 TEST(OverlaysAmongLocks, AKeyboardThatComesIsTaken) {
-    AmongLocks there;
-    there.compositor.setSeat(false, true);
-    TestWindow black(there.system, saver());
-    there.show(black);
-    there.compositor.frame();
-    there.settle();
-    there.compositor.setSeat(true, true);
-    there.settle();
+    BlackOnABareSeat there;
+    there.setKeyboard(true);
     EXPECT_EQ(there.only().keyboard, 1U);
-    EXPECT_TRUE(black.native->hasKeyboard());
-    EXPECT_EQ(there.layer(), kOverlay);
-    EXPECT_TRUE(black.native->isSeen());
+    EXPECT_TRUE(there.black.native->hasKeyboard());
+    there.expectDrawnOn(kOverlay, there.black);
 }
 
 TEST(OverlaysAmongLocks, WhereTheCompositorLocksEveryOverlayIsAboveAll) {

@@ -83,9 +83,13 @@ class UnderSwaylock : public testing::Test {
     std::unique_ptr<WaylandSystem> system;
 };
 
-TEST_F(UnderSwaylock, TheRainOverAWindowLiesBelowTheLockAndComesBack) {
+// With the window below that the test is about: full screen or not.
+class RainUnderSwaylock : public UnderSwaylock, public testing::WithParamInterface<bool> {};
+
+TEST_P(RainUnderSwaylock, OverAWindowItLiesBelowTheLockAndComesBack) {
     TestWindow below(*system, ordinary());
     show(below, kGreen);
+    ASSERT_TRUE(!GetParam() || sway.command("fullscreen enable"));
     ASSERT_TRUE(showsOnly(kGreenPixel));
     TestWindow over(*system, rain());
     show(over, kRain);
@@ -99,19 +103,8 @@ TEST_F(UnderSwaylock, TheRainOverAWindowLiesBelowTheLockAndComesBack) {
     EXPECT_TRUE(showsOnly(kRainPixel));
 }
 
-TEST_F(UnderSwaylock, TheRainOverAFullScreenWindowLiesBelowTheLockAndComesBack) {
-    TestWindow below(*system, ordinary());
-    show(below, kGreen);
-    ASSERT_TRUE(sway.command("fullscreen enable"));
-    ASSERT_TRUE(showsOnly(kGreenPixel));
-    TestWindow over(*system, rain());
-    show(over, kRain);
-    ASSERT_TRUE(showsOnly(kRainPixel));
-    lock();
-    ASSERT_TRUE(showsOnly(kLock));
-    unlock();
-    EXPECT_TRUE(showsOnly(kRainPixel));
-}
+INSTANTIATE_TEST_SUITE_P(Windows, RainUnderSwaylock, testing::Bool(),
+                         [](const auto& each) { return each.param ? "FullScreen" : "Ordinary"; });
 
 TEST_F(UnderSwaylock, TheRainOverAnEmptyDesktopLiesBelowTheLock) {
     TestWindow over(*system, rain());
@@ -124,41 +117,36 @@ TEST_F(UnderSwaylock, TheRainOverAnEmptyDesktopLiesBelowTheLock) {
     EXPECT_TRUE(isAll(sway.picture(), kLock));
 }
 
-TEST_F(UnderSwaylock, TheBlackScreenLiesBelowTheLockAndRests) {
-    if (!plugIn()) GTEST_SKIP() << "wtype is not installed";
+// On a seat with a keyboard, over a full-screen window, or without one.
+class BlackUnderSwaylock : public UnderSwaylock, public testing::WithParamInterface<bool> {};
+
+TEST_P(BlackUnderSwaylock, ItLiesBelowTheLockAndRests) {
+    const bool hasKeyboard = GetParam();
+    if (hasKeyboard && !plugIn()) GTEST_SKIP() << "wtype is not installed";
     TestWindow below(*system, ordinary());
     show(below, kGreen);
-    ASSERT_TRUE(sway.command("fullscreen enable"));
+    ASSERT_TRUE(!hasKeyboard || sway.command("fullscreen enable"));
+    ASSERT_TRUE(showsOnly(kGreenPixel));
+    ASSERT_EQ(system->connection().seat().hasAnyKeyboard(), hasKeyboard);
     TestWindow black(*system, saver());
     show(black, kRed);
     ASSERT_TRUE(showsOnly(kRedPixel));
-    ASSERT_TRUE(until([&] { return black.native->hasKeyboard(); }));
+    ASSERT_TRUE(until([&] { return black.native->hasKeyboard() == hasKeyboard; }));
     lock();
     ASSERT_TRUE(showsOnly(kLock));
-    EXPECT_FALSE(black.native->isSeen());
+    EXPECT_TRUE(until([&] { return !black.native->isSeen(); }));
     black.paintAll(kRed);
     settle();
     EXPECT_TRUE(isAll(sway.picture(), kLock));
     unlock();
     EXPECT_TRUE(showsOnly(kRedPixel));
-    EXPECT_TRUE(until([&] { return black.native->isSeen() && black.native->hasKeyboard(); }));
+    EXPECT_TRUE(until(
+        [&] { return black.native->isSeen() && black.native->hasKeyboard() == hasKeyboard; }));
 }
 
-TEST_F(UnderSwaylock, WithoutAKeyboardTheBlackScreenLiesBelowTheLockToo) {
-    TestWindow below(*system, ordinary());
-    show(below, kGreen);
-    ASSERT_TRUE(showsOnly(kGreenPixel));
-    ASSERT_FALSE(system->connection().seat().hasAnyKeyboard());
-    TestWindow black(*system, saver());
-    show(black, kRed);
-    ASSERT_TRUE(showsOnly(kRedPixel));
-    lock();
-    ASSERT_TRUE(showsOnly(kLock));
-    EXPECT_TRUE(until([&] { return !black.native->isSeen(); }));
-    unlock();
-    EXPECT_TRUE(showsOnly(kRedPixel));
-    EXPECT_TRUE(until([&] { return black.native->isSeen(); }));
-}
+INSTANTIATE_TEST_SUITE_P(Seats, BlackUnderSwaylock, testing::Bool(), [](const auto& each) {
+    return each.param ? "WithAKeyboard" : "WithoutAKeyboard";
+});
 
 TEST_F(UnderSwaylock, WhatIsShownUnderALockStaysBelowIt) {
     if (!plugIn()) GTEST_SKIP() << "wtype is not installed";

@@ -60,6 +60,17 @@ class TestWindow final : public NativeWindowDelegate {
         draw(rects, 1.0);
     }
 
+    // The scene fills the window from now on.
+    void paintScene(DrawList list) {
+        frame_.passes.assign(2, {});
+        frame_.background = {0.0F, 0.0F, 0.0F, 1.0F};
+        SceneFrame& scene = frame_.passes[1].scene;
+        scene.isShown = scene.hasScene = true;
+        scene.frame = QRectF(QPointF(0, 0), native->size());
+        scene.list = std::move(list);
+        draw({QRect(QPoint(0, 0), native->pixelSize())}, 1.0);
+    }
+
     [[nodiscard]] bool isDrawnByProcessor() const {
         return surface_->drawer() == QStringLiteral("cpu");
     }
