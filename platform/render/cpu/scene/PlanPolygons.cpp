@@ -68,8 +68,8 @@ void cutAway(std::vector<Corner>& from, std::vector<Corner>& to, Inside inside, 
 
 }  // namespace
 
-// Cuts off what of the corners in `cut_` lies before or behind what the camera sees, or below the
-// mirror.
+// Cuts off the parts of the polygon in `cut_` that lie before or behind the camera's view, or below
+// the mirror.
 void ScenePlan::cutFace(const Surface& surface) {
     const auto cut = [&](auto inside) {
         cutAway(cut_, uncut_, inside, [&](const glm::dvec3& eye) { return screenAt(eye); });

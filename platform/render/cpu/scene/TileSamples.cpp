@@ -37,7 +37,7 @@ HWY_INLINE unsigned bitsOf(hn::Mask<SampleF> in) {
     return bits[0];
 }
 
-// What a plane adds from a pixel's middle to each sample.
+// The change of a plane from a pixel's middle to each sample.
 inline Samples shiftsOf(const Flat& plane) {
     Samples shifts;
     for (std::size_t s = 0; s < kSamples; ++s)
@@ -131,7 +131,7 @@ class SampledRows {
     const PixelSpan columns_;
     int count_ = 0;
     std::array<Edge, ScreenPolygon::kMaxEdges> edge_;
-    // Of the row: the columns from and up to which each sample is inside.
+    // The columns of the row from and up to which each sample is inside.
     SampleVs first_, last_;
 };
 
@@ -267,7 +267,7 @@ class SampledWork {
     SampledRows rows_;
     const PolygonShade shade_;
     const Samples nearShifts_;
-    // Of each pixel taken: its place, the samples in which the polygon is seen, a bit for each,
+    // The place of each pixel taken, the samples in which the polygon is seen, a bit for each,
     // and its light.
     int count_ = 0;
     alignas(64) std::array<float, kRoom> column_;
