@@ -34,6 +34,20 @@ open_chroot() {
   cp /etc/resolv.conf "$1/etc/resolv.conf"
 }
 
+# in_systeem FOLDER COMMAND...: runs the command with the folder as its root, as a system that
+# was started there: Linux refuses a namespace of users to what a chroot holds.
+in_systeem() {
+  unshare --mount sh -euc '
+    mount --rbind "$1" "$1"
+    cd "$1"
+    mkdir -p .oud
+    pivot_root . .oud
+    umount -l /.oud
+    shift
+    exec "$@"
+  ' sh "$@"
+}
+
 # sluit_chroot FOLDER: takes that away again.
 sluit_chroot() {
   local map

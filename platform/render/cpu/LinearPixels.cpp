@@ -47,28 +47,34 @@ std::vector<Cover> coversOf(int length) {
 
 }  // namespace
 
-void linearRow(const QImage& picture, int y, std::uint16_t* to) {
+void linearRows(const QImage& picture, int first, int count, std::uint16_t* to) {
     static const std::array<std::uint16_t, 256> kDecoding = makeDecoding();
-    // A row needs little memory, where a converted picture might be refused.
-    const QImage row =
-        picture.copy(0, y, picture.width(), 1).convertToFormat(QImage::Format_RGBA8888);
-    if (row.isNull()) throw std::bad_alloc();
-    const uchar* const rgba = row.constScanLine(0);
-    for (int i = 0; i < 4 * picture.width(); i += 4) {
-        const std::uint32_t alpha = rgba[i + 3];
-        for (int k = i; k < i + 3; ++k) {
-            const std::uint32_t light = kDecoding[rgba[k]];
-            to[k] = static_cast<std::uint16_t>(alpha == 255 ? light : (light * alpha + 127) / 255);
+    const int line = 4 * picture.width();
+    const QImage rows =
+        picture.copy(0, first, picture.width(), count).convertToFormat(QImage::Format_RGBA8888);
+    if (rows.isNull()) throw std::bad_alloc();
+    for (int y = 0; y < count; ++y, to += line) {
+        const uchar* const rgba = rows.constScanLine(y);
+        for (int i = 0; i < line; i += 4) {
+            const std::uint32_t alpha = rgba[i + 3];
+            for (int k = i; k < i + 3; ++k) {
+                const std::uint32_t light = kDecoding[rgba[k]];
+                to[k] =
+                    static_cast<std::uint16_t>(alpha == 255 ? light : (light * alpha + 127) / 255);
+            }
+            to[i + 3] = static_cast<std::uint16_t>(alpha * 257);
         }
-        to[i + 3] = static_cast<std::uint16_t>(alpha * 257);
     }
 }
 
 std::vector<std::uint16_t> linearPixels(const QImage& picture) {
+    // A few rows need little memory, where a whole converted picture might be refused.
+    constexpr int kRows = 32;
     const auto line = 4 * static_cast<std::size_t>(picture.width());
     std::vector<std::uint16_t> pixels(line * static_cast<std::size_t>(picture.height()));
-    for (int y = 0; y < picture.height(); ++y)
-        linearRow(picture, y, pixels.data() + line * static_cast<std::size_t>(y));
+    for (int y = 0; y < picture.height(); y += kRows)
+        linearRows(picture, y, std::min(kRows, picture.height() - y),
+                   pixels.data() + line * static_cast<std::size_t>(y));
     return pixels;
 }
 

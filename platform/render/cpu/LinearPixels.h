@@ -13,8 +13,8 @@ namespace platform {
 // with alpha multiplied in. Plain averaging between two pixels is then right,
 // in every driver. Memory that is refused throws std::bad_alloc.
 [[nodiscard]] std::vector<std::uint16_t> linearPixels(const QImage& picture);
-// The same for one row, into four numbers for each pixel.
-void linearRow(const QImage& picture, int y, std::uint16_t* to);
+// The same for some rows, four numbers for each pixel.
+void linearRows(const QImage& picture, int first, int count, std::uint16_t* to);
 
 // The size of the next smaller level of a mipmap; a single pixel gives itself.
 [[nodiscard]] QSize halvedSize(QSize size);

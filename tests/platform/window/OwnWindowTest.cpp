@@ -436,6 +436,8 @@ TEST(Program, EndsQuietlyWhenTheServerDies) {
     environment.insert(QStringLiteral("DISPLAY"), mortal.display());
     const QTemporaryDir session;
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), session.path());
+    // Qt 6.8 warns of a locale without UTF-8.
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
     program.setProcessEnvironment(environment);
     program.start(QStringLiteral(BRIXTEL_BUILD_DIR "/tests/window_program"), QStringList());
     ASSERT_TRUE(program.waitForReadyRead(20'000));

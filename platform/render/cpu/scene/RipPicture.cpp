@@ -116,6 +116,12 @@ void halveDown(const Level& from, Level& level) {
     level.height = half;
 }
 
+// The target is chosen anew for each row: until its first use, a chosen function looks for the
+// processor's kind in each call.
+void packColours(const float* texels, std::uint32_t* to, int count) {
+    HWY_DYNAMIC_DISPATCH(packTexels)(texels, to, count);
+}
+
 void packAlphas(const float* texels, std::uint32_t* to, int count) {
     for (int x = 0; x < count; ++x)
         to[x] = static_cast<std::uint32_t>(
@@ -177,17 +183,13 @@ RipPicture::RipPicture(const QImage& picture)
       levelsDown(levelsOf(height)) {
     Level whole{width, height, {}};
     whole.texels.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-    std::vector<std::uint16_t> pixels(4 * static_cast<std::size_t>(width));
-    for (int y = 0; y < height; ++y) {
-        linearRow(picture, y, pixels.data());
-        glm::vec4* const to = whole.row(y);
-        for (int x = 0; x < width; ++x) {
-            const std::uint16_t* const pixel = &pixels[4 * static_cast<std::size_t>(x)];
-            to[x] = glm::vec4(pixel[0], pixel[1], pixel[2], pixel[3]) / 65535.0F;
-            if (pixel[3] != 65535) hasAlpha = true;
-            for (unsigned k = 0; k < 3; ++k)
-                if (pixel[k] > 0) colours |= 1U << k;
-        }
+    constexpr int kRows = 32;
+    const auto line = 4 * static_cast<std::size_t>(width);
+    std::vector<std::uint16_t> pixels(kRows * line);
+    for (int y = 0; y < height; y += kRows) {
+        const int count = std::min(kRows, height - y);
+        linearRows(picture, y, count, pixels.data());
+        take(pixels.data(), count * width, whole.row(y));
     }
     const auto place = [](int side, int levels, std::array<float, kMostLevels>& sides) {
         int sum = 0;
@@ -206,7 +208,7 @@ RipPicture::RipPicture(const QImage& picture)
     std::size_t next = 0;
     const auto append = [&](const Level& some) {
         first.push_back(static_cast<std::int32_t>(next));
-        rows.write(some, HWY_DYNAMIC_DISPATCH(packTexels), texels.data() + 2 * next);
+        rows.write(some, packColours, texels.data() + 2 * next);
         if (hasAlpha) rows.write(some, packAlphas, alphas.data() + 2 * next);
         next += static_cast<std::size_t>(some.width + 1) * static_cast<std::size_t>(some.height);
     };
@@ -218,6 +220,15 @@ RipPicture::RipPicture(const QImage& picture)
             halveDown(k == 1 ? whole : level, level);
             append(level);
         }
+    }
+}
+
+void RipPicture::take(const std::uint16_t* pixel, int count, glm::vec4* to) {
+    for (int i = 0; i < count; ++i, pixel += 4) {
+        to[i] = glm::vec4(pixel[0], pixel[1], pixel[2], pixel[3]) / 65535.0F;
+        if (pixel[3] != 65535) hasAlpha = true;
+        for (unsigned k = 0; k < 3; ++k)
+            if (pixel[k] > 0) colours |= 1U << k;
     }
 }
 

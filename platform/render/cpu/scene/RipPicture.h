@@ -5,6 +5,7 @@
 #include <QImage>
 #include <array>
 #include <cstdint>
+#include <glm/vec4.hpp>
 #include <vector>
 
 namespace platform {
@@ -33,6 +34,10 @@ struct RipPicture {
     std::vector<std::int32_t> first;    // place of a level; see levelAt()
     std::vector<std::uint32_t> texels;  // two for each place
     std::vector<std::uint32_t> alphas;  // of 65535, likewise; empty where all is opaque
+
+  private:
+    // Converts pixels of 16 bits a number, and notes what they hold.
+    void take(const std::uint16_t* pixel, int count, glm::vec4* to);
 };
 
 }  // namespace platform

@@ -67,7 +67,7 @@ TEST_F(BufferRingTest, ABufferThatIsBeingPaintedIsNotGivenOutAgain) {
     EXPECT_NE(ring_.begin(kSize, {}, painted_), shown);
 }
 
-TEST_F(BufferRingTest, ANewerPictureTakesTheOnesPlaceThatNobodyTook) {
+TEST_F(BufferRingTest, APictureThatNobodyTookGivesWayToANewerOne) {
     Buffer* const older = paint(kLeft);
     Buffer* const newer = paint(kRight);
     EXPECT_NE(older, newer);
