@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-// What stands between the clients and the server of a local socket shares.
+// The common part of the sockets that stand between clients and a server.
 namespace localsocket {
 
 [[nodiscard]] inline sockaddr_un addressOf(const std::string& path) {

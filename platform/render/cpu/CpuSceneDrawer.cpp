@@ -56,7 +56,7 @@ struct CpuSceneDrawer::Parts {
         PictureStretch::Desk stretch;
     };
 
-    // What the tiles of one picture's memory show.
+    // The tiles of one picture's memory as they show.
     struct Memory {
         const std::uint32_t* pixels = nullptr;
         std::vector<char> shows;
