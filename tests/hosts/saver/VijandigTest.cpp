@@ -101,7 +101,7 @@ class Vijandig : public testing::Test {
   private:
     static bool isRegelVanXlib(const QByteArray& fouten) {
         return fouten.startsWith("X connection to ") &&
-               fouten.endsWith(" broken (explicit kill or server shutdown).\n");
+               fouten.endsWith(" broken (explicit kill or server shutdown).\r\n");
     }
     static void beoordeel(Programma& programma, bool bijGastheer, Telling& telling) {
         // Xlib repeats the server's own words for a refusal before the program's line.
