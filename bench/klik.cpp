@@ -12,12 +12,11 @@
 #include <QCoreApplication>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <optional>
-#include <vector>
 
+#include "bench/Kliktijden.h"
 #include "tests/support/Openbox.h"
 #include "tests/support/Until.h"
 #include "tests/support/Xvfb.h"
@@ -26,7 +25,6 @@ namespace {
 
 using Tijd = std::chrono::steady_clock;
 
-constexpr int kBlokken = 4;
 constexpr int kGeduld = 2000;  // milliseconds: the longest wait for a click
 
 void begin(QProcess& proces, const Xvfb& server, const QString& programma,
@@ -115,20 +113,6 @@ class Proef {
     const xcb_window_t wortel_;
 };
 
-// Pauses vary, so that clicks never keep step with the pictures.
-void rust(int nummer) {
-    poll(nullptr, 0, 20 + nummer * 13 % 17);
-}
-
-void zeg(const char* wat, std::vector<double> tijden) {
-    std::sort(tijden.begin(), tijden.end());
-    const auto deel = [&](double d) {
-        return tijden[static_cast<std::size_t>(d * static_cast<double>(tijden.size() - 1))];
-    };
-    std::printf("%-14s %6zu %9.2f %9.2f %9.2f\n", wat, tijden.size(), deel(0.5), deel(0.99),
-                tijden.back());
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -148,39 +132,24 @@ int main(int argc, char** argv) {
     begin(picom, server, QStringLiteral("picom"),
           {QStringLiteral("--backend"), QStringLiteral("xrender"), QStringLiteral("--config"),
            QStringLiteral("/dev/null")});
-    std::vector<double> zonder, met;
+    Kliktijden tijden;
     {
         Proef proef(server);
-        int nummer = 0;
-        for (int blok = 0; blok < 2 * kBlokken; ++blok) {
-            const bool regent = blok % 2 == 1;
-            QProcess regen;
-            if (regent) {
-                begin(regen, server,
-                      QCoreApplication::applicationDirPath() +
-                          QStringLiteral("/../tests/centrale_programma"),
-                      {QStringLiteral("regen")});
-                if (!regen.waitForReadyRead(20'000)) return 1;
-            }
-            // Waits for the end of the fade.
-            poll(nullptr, 0, 1000);
-            for (int i = 0; i < kliks / kBlokken; ++i) {
-                rust(++nummer);
-                const auto duur = proef.klik();
-                if (!duur) {
-                    std::fprintf(stderr, "klik: een klik kwam niet aan\n");
-                    return 1;
-                }
-                (regent ? met : zonder).push_back(*duur);
-            }
-            if (regent) eindig(regen);
-        }
+        const auto maakRegen = [&] {
+            Regen regen(new QProcess);
+            begin(*regen, server,
+                  QCoreApplication::applicationDirPath() +
+                      QStringLiteral("/../tests/centrale_programma"),
+                  {QStringLiteral("regen")});
+            return regen->waitForReadyRead(20'000) ? std::move(regen) : nullptr;
+        };
+        if (!meetKliks(
+                kliks, maakRegen, [&] { return proef.klik(); }, tijden))
+            return 1;
     }
     std::printf("%s under openbox and picom; ms until the program below has the click\n",
                 qPrintable(maat));
-    std::printf("%-14s %6s %9s %9s %9s\n", "", "clicks", "median", "99 %", "worst");
-    zeg("without rain", zonder);
-    zeg("with rain", met);
+    druk(tijden);
     eindig(picom);
     return 0;
 }

@@ -14,6 +14,9 @@ namespace {
 constexpr double kNever = std::numeric_limits<double>::infinity();
 // A frame wanted this share of a beat early counts as on the beat.
 constexpr double kNearBeat = 0.4;
+// A frame wanted this share of a beat after a beat belongs to that beat. The timer fires a little
+// late, and a wish that is counted from then would otherwise wait for the beat after.
+constexpr double kBehindBeat = 0.05;
 }  // namespace
 
 FramePump::FramePump(MediaClock& clock, FrameSink& sink, Build build)
@@ -58,7 +61,7 @@ double FramePump::beatFrom(double time) const {
     // After a pause there is no beat to keep: the frame is built now.
     if (time >= last_ + 2.0 * interval_ && time <= clock_.now()) return clock_.now();
     if (!std::isfinite(last_)) return std::max(time, clock_.now());
-    const double beats = std::ceil((time - last_) / interval_);
+    const double beats = std::ceil((time - last_) / interval_ - kBehindBeat);
     return last_ + std::max(beats, 1.0) * interval_;
 }
 

@@ -63,6 +63,18 @@ TEST_F(FramePumpTest, WaitsForTheNextChangeAndThenForTheBeat) {
     EXPECT_EQ(times, (std::vector<double>{1000.0, 1000.25 + kBeat}));
 }
 
+// A scene counts its next frame from the moment of this one, which comes a little after the beat.
+TEST_F(FramePumpTest, AFrameWantedJustAfterABeatIsOnThatBeat) {
+    next = [](double time) { return time + 1.02 * kBeat; };
+    pump.setVisible(true);
+    clock.advance(1.0);
+    EXPECT_EQ(times.size(), 65U);
+    times.clear();
+    next = [](double time) { return time + 1.1 * kBeat; };
+    clock.advance(1.0);
+    EXPECT_EQ(times.size(), 32U);
+}
+
 TEST_F(FramePumpTest, AChangeByHandShowsAtOnceAfterARest) {
     pump.setVisible(true);
     clock.advance(5.003);
