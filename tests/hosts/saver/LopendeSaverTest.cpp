@@ -19,6 +19,7 @@ class Lopend : public testing::Test {
   protected:
     QTemporaryDir map;
     const QString scherm = QStringLiteral(":7/x");
+    const QString pad = map.filePath(QStringLiteral("brixtel-saver-_7_x"));
 
     // A process that has the place, and waits for a signal.
     pid_t houder(bool hoortSigterm = true) {
@@ -37,6 +38,18 @@ class Lopend : public testing::Test {
         EXPECT_EQ(gelukt, 'j');
         close(klaar[0]);
         close(klaar[1]);
+        return kind;
+    }
+    // A process that is no saver, and whose number stands in the file.
+    pid_t vreemdeMetNummer() {
+        const pid_t kind = fork();
+        if (kind == 0) {
+            pause();
+            _exit(0);
+        }
+        QFile bestand(pad);
+        EXPECT_TRUE(bestand.open(QIODevice::WriteOnly));
+        bestand.write(QByteArray::number(kind));
         return kind;
     }
     static int signaalVan(pid_t kind) {
@@ -86,15 +99,7 @@ TEST_F(Lopend, OneThatDoesNotEndIsToldOf) {
 TEST_F(Lopend, WhereNoneRunsNothingHappens) {
     EXPECT_EQ(LopendeSaver(map.path(), scherm).beeindig(0ms), QString());
     // The number of one that went without a word, which is another's now.
-    const pid_t vreemde = fork();
-    if (vreemde == 0) {
-        pause();
-        _exit(0);
-    }
-    QFile bestand(map.filePath(QStringLiteral("brixtel-saver-_7_x")));
-    ASSERT_TRUE(bestand.open(QIODevice::WriteOnly));
-    bestand.write(QByteArray::number(vreemde));
-    bestand.close();
+    const pid_t vreemde = vreemdeMetNummer();
     EXPECT_EQ(LopendeSaver(map.path(), scherm).beeindig(0ms), QString());
     EXPECT_EQ(kill(vreemde, 0), 0);
     kill(vreemde, SIGKILL);
@@ -118,7 +123,6 @@ TEST_F(Lopend, ASaverThatIsStillStartingGivesUp) {
 // The call may come between a saver's lock and the number it writes.
 TEST_F(Lopend, ASaverThatHasNotWrittenItsNumberIsWaitedForAndEnded) {
     const pid_t kind = houder();
-    const QString pad = map.filePath(QStringLiteral("brixtel-saver-_7_x"));
     ASSERT_TRUE(QFile::resize(pad, 0));
     int keren = 0;
     EXPECT_EQ(LopendeSaver(map.path(), scherm)
@@ -143,7 +147,7 @@ TEST_F(Lopend, ASaverThatHasNotWrittenItsNumberIsWaitedForAndEnded) {
 // A holder that never writes a number is asked for it once.
 TEST_F(Lopend, AHolderWithoutANumberIsLeftAlone) {
     const pid_t kind = houder();
-    ASSERT_TRUE(QFile::resize(map.filePath(QStringLiteral("brixtel-saver-_7_x")), 0));
+    ASSERT_TRUE(QFile::resize(pad, 0));
     int keren = 0;
     EXPECT_EQ(LopendeSaver(map.path(), scherm).beeindig(20s, [&] { ++keren; }), QString());
     EXPECT_EQ(keren, 1);
@@ -154,15 +158,7 @@ TEST_F(Lopend, AHolderWithoutANumberIsLeftAlone) {
 
 // Two calls beside one another, after a saver that was killed.
 TEST_F(Lopend, ANumberOfAKilledSaverIsNobodysWhileAnotherCallHasThePlace) {
-    const pid_t vreemde = fork();
-    if (vreemde == 0) {
-        pause();
-        _exit(0);
-    }
-    QFile bestand(map.filePath(QStringLiteral("brixtel-saver-_7_x")));
-    ASSERT_TRUE(bestand.open(QIODevice::WriteOnly));
-    bestand.write(QByteArray::number(vreemde));
-    bestand.close();
+    const pid_t vreemde = vreemdeMetNummer();
     LopendeSaver een(map.path(), scherm), ander(map.path(), scherm);
     EXPECT_EQ(een.beeindig(0ms, [&] { EXPECT_EQ(ander.beeindig(20s), QString()); }), QString());
     EXPECT_EQ(waitpid(vreemde, nullptr, WNOHANG), 0);
