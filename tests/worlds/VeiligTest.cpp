@@ -2,6 +2,7 @@
 // The flashes in a minute of each scene, counted in its pictures.
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <vector>
 
 #include "platform/layers/DisplayListBuilder.h"
@@ -62,10 +63,10 @@ class VeiligTest : public steun::WereldOpstelling {
         EXPECT_LE(flitsen.redFlashes(), kMeesteFlitsen);
         EXPECT_GT(flitsen.meanLight(), 0.001) << "nothing was seen";
     }
-    // Half a minute at sixty. What the mean light of a picture may differ from that of the
-    // one before is left out where `springt` says that the scene jumps.
-    template <typename Springt>
-    void isRustig(DrieSoort soort, Springt springt) {
+    // Half a minute at sixty. `hoogste` gives the largest change of the mean light between two
+    // times; none where the scene jumps.
+    template <typename Hoogste>
+    void isRustig(DrieSoort soort, Hoogste hoogste) {
         const auto wereld = metLijnen(soort);
         double vorige = 0.0;
         int geteld = 0;
@@ -74,9 +75,9 @@ class VeiligTest : public steun::WereldOpstelling {
             publiceer(*wereld, tijd - 6.0);
             FlashAnalysis licht;
             licht.add(neem(*wereld, tijd), tijd);
-            const bool telt = beeld > 0 && !springt(tijd - 1.0 / 60.0, tijd);
-            if (telt) {
-                EXPECT_NEAR(licht.meanLight() / vorige, 1.0, kHoogste) << "at " << tijd;
+            const std::optional<double> meest = hoogste(tijd - 1.0 / 60.0, tijd);
+            if (beeld > 0 && meest) {
+                EXPECT_NEAR(licht.meanLight() / vorige, 1.0, *meest) << "at " << tijd;
                 ++geteld;
             }
             vorige = licht.meanLight();
@@ -123,16 +124,22 @@ bool valtTussen(double maat, double van, double tot) {
     return std::floor((tot + kAfronding) / maat) > std::floor((van - kAfronding) / maat);
 }
 
-// The ring about home begins anew at a third of its size.
-TEST_F(VeiligTest, TheLightOfTheGlobeJumpsOnlyWhereTheRingBeginsAnew) {
-    isRustig(DrieSoort::bol, [](double van, double tot) { return valtTussen(1.4, van, tot); });
+// The ring about home begins anew at a third of its size: measured, at most 3.2 % of the mean
+// light while one list stands, and 5.0 % where lists come.
+TEST_F(VeiligTest, TheLightOfTheGlobeNeverJumps) {
+    constexpr double kHoogsteMetRing = 0.052;
+    isRustig(DrieSoort::bol, [](double van, double tot) -> std::optional<double> {
+        return valtTussen(1.4, van, tot) ? kHoogsteMetRing : kHoogste;
+    });
 }
 TEST_F(VeiligTest, TheLightOfTheLogoNeverJumps) {
-    isRustig(DrieSoort::logo, [](double, double) { return false; });
+    isRustig(DrieSoort::logo, [](double, double) { return std::optional(kHoogste); });
 }
 // Digits flip and the wave goes on at a tick.
 TEST_F(VeiligTest, TheLightOfTheCubeJumpsOnlyAtATick) {
-    isRustig(DrieSoort::kubus, [](double van, double tot) { return valtTussen(0.08, van, tot); });
+    isRustig(DrieSoort::kubus, [](double van, double tot) {
+        return valtTussen(0.08, van, tot) ? std::nullopt : std::optional(kHoogste);
+    });
 }
 
 // The tunnel's wall as a picture showed it, moved on. One digit in seventeen is bright, and
