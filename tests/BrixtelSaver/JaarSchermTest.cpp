@@ -25,7 +25,7 @@ constexpr int kBeelden = 100;
 template <class T>
 using Antwoord = std::unique_ptr<T, decltype(&std::free)>;
 
-// What the server keeps for all its clients.
+// The resources of all clients of the server.
 struct Bewaard {
     std::map<std::uint32_t, std::uint32_t> aantallen;  // by the resource's type
     std::uint64_t beeldpunten = 0;                     // bytes of pixmaps
