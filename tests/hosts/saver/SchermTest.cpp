@@ -160,7 +160,7 @@ TEST_F(Bus, WillstopInFullScreenStartsTheSceneAgainToo) {
     EXPECT_TRUE(programma.loopt());
 }
 
-// What rains changes place by place.
+// Rain changes place by place.
 TEST_F(Bus, WithoutASignalThePictureIsNotDrawnWholeAnew) {
     ASSERT_TRUE(toont("willstop"));
     WholeRepaints geheel(server, kMaat);
