@@ -57,6 +57,8 @@ struct Options {
     std::vector<Output> outputs{Output{}};
     Frames frames = Frames::ByHand;
     bool releasesBuffers = true;  // once another one is there
+    // Whether each frame callback is answered; else only the first one of each commit.
+    bool answersAllCallbacks = true;
     bool configuresByItself = true;
     std::uint32_t presentationClock = 1;  // CLOCK_MONOTONIC
     bool reportsPresentation = true;

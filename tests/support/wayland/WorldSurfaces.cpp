@@ -252,7 +252,8 @@ void World::commit(SurfaceState& surface) {
     if (pending.input) surface.input = *pending.input;
     if (pending.opaque) surface.opaque = *pending.opaque;
     for (wl_resource* const callback : pending.frames)
-        surface.frames.push_back(callback);
+        if (options.answersAllCallbacks || callback == pending.frames.front())
+            surface.frames.push_back(callback);
     // A picture that was not presented yet never will be.
     std::vector<wl_resource*> unseen;
     if (options.reportsPresentation) unseen = std::exchange(surface.feedbacks, pending.feedbacks);
