@@ -163,6 +163,7 @@ void WaylandWindow::follow() {
         endSurface();
     }
     delegate_.visibilityChanged();
+    updateReadiness();
 }
 
 void WaylandWindow::makeSurface() {
@@ -193,7 +194,6 @@ void WaylandWindow::endSurface() {
     ring_->endNames();
     ring_->reset();
     connection_.flush();
-    updateReadiness();
 }
 
 bool WaylandWindow::isSeen() const {
@@ -257,6 +257,7 @@ void WaylandWindow::surfaceTaken() {
     ++takenTimes_;
     endSurface();
     delegate_.visibilityChanged();
+    updateReadiness();
     if (again_) return;
     // A compositor closes the surface of a display that has gone. The reply comes after the
     // report of the display's end.
