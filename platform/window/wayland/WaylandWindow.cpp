@@ -41,7 +41,8 @@ WaylandWindow::WaylandWindow(WaylandSystem& system, const NativeWindowOptions& o
       buffers_(connection_.shm(), *ring_, [this] { updateReadiness(); }),
       place_(std::make_shared<EglPlace>(connection_.display())),
       painted_(ring_->file(), QSocketNotifier::Read),
-      drawn_(place_->file(), QSocketNotifier::Read) {
+      drawn_(place_->file(), QSocketNotifier::Read),
+      late_(place_->lateFile(), QSocketNotifier::Read) {
     QObject::connect(&painted_, &QSocketNotifier::activated, [this] {
         ring_->acknowledge();
         showPainted();
@@ -50,6 +51,10 @@ WaylandWindow::WaylandWindow(WaylandSystem& system, const NativeWindowOptions& o
         place_->acknowledge();
         if (surface_) surface_->settle();
         updateReadiness();
+        connection_.deliver();
+    });
+    QObject::connect(&late_, &QSocketNotifier::activated, [this] {
+        place_->acknowledgeLate();
         connection_.deliver();
     });
     system_.added(*this);

@@ -127,7 +127,7 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     Proxy<wl_callback> again_;     // while a closed surface may be made again
     Proxy<wl_callback> settling_;  // while the compositor moves the keyboard
     std::vector<QRect> damage_, boxes_;
-    QSocketNotifier painted_, drawn_;
+    QSocketNotifier painted_, drawn_, late_;
 };
 
 }  // namespace platform::wayland
