@@ -173,6 +173,8 @@ void WaylandWindow::follow() {
 
 void WaylandWindow::makeSurface() {
     const Output* const on = fillsDisplay() ? output() : nullptr;
+    hidden_ = false;
+    mayBeLocked_ = isOverlay() && connection_.hidesUnderLocks();
     surface_ = std::make_unique<ShellSurface>(
         connection_,
         ShellSurface::Options{.role = isOverlay()      ? ShellSurface::Role::Overlay
@@ -202,7 +204,7 @@ void WaylandWindow::endSurface() {
 }
 
 bool WaylandWindow::isSeen() const {
-    return surface_ && surface_->isConfigured() && !resting_;
+    return surface_ && surface_->isConfigured() && !resting_ && !hidden_;
 }
 
 void WaylandWindow::outputsChanged() {
