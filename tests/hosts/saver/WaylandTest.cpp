@@ -251,7 +251,7 @@ TEST(SaverOpSway, TekentMetOpenGl) {
     tekentMetOpenGl(sway.address());
 }
 
-// What ends a saver whose driver hangs in the swap of each of its windows.
+// The ends of a saver whose driver hangs in the swap of each of its windows.
 enum class Einde { Toets, Term, Dood };
 
 class InEenZwaaiZonderEinde : public testing::TestWithParam<Einde> {

@@ -92,7 +92,7 @@ TEST_F(WakeUps, AreThreeAtMostForAPictureOfOpenGl) {
     int all = 0;
     for (int i = 0; i < 100 && !HasFailure(); ++i)
         all += next(shown);
-    // What belongs to the picture before may come within the first one.
+    // The picture before the first one may still wake the loop twice.
     EXPECT_LE(all, 3 * 100 + 2);
 }
 
