@@ -101,6 +101,10 @@ class ScenePlan {
     [[nodiscard]] unsigned coloursOf(const Surface& surface) const;
     [[nodiscard]] Surface surfaceFor(const BatchView& view, const DrawInstance& instance);
     void placeMesh(const BatchView& view, const DrawInstance& instance);
+    // The faces to draw of the mesh whose places are in `places_`.
+    [[nodiscard]] const std::vector<MeshShape::Face>& facesOf(const BatchView& view,
+                                                              const Surface& surface,
+                                                              const DrawInstance& instance) const;
     [[nodiscard]] bool maySee(const MeshShape::Face& face, const Surface& surface,
                               bool doubleSided) const;
     void takeCorners(const MeshShape::Face& face, const BatchView& view, const Surface& surface,

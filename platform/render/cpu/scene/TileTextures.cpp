@@ -25,35 +25,44 @@ namespace hn = hwy::HWY_NAMESPACE;
 // A row, and room for a vector that ends behind it.
 constexpr std::size_t kRowRoom = kTileWidth + kTileMargin;
 
-// The depth and the picture's places along a row of pixels. A depth of 0 stands for no polygon.
-struct PlaceRow {
-    enum Plane : std::size_t { kDepth, kU, kV, kUAcross, kVAcross, kUDown, kVDown, kPlanes };
-    alignas(64) std::array<std::array<float, kRowRoom>, kPlanes> plane;
-    PixelSpan span;
-    bool hasSteps = true;  // the planes from kUAcross on hold
+// The planes of the face that each of some pixels shows; none where `in` is false.
+struct ShownFaces {
+    hn::Mask<TileF> in;
+    TileV near;  // of the face, or of what is there before
+    // The changes of the nearness, and of the picture's place times nearness, from a pixel to the
+    // next one and to the one below, and that place in the row's first column.
+    TileV nearAcross, nearDown;
+    TileV uAcross, uDown, uFirst;
+    TileV vAcross, vDown, vFirst;
 
-    void clear() {
-        for (std::size_t i = 0; i < (hasSteps ? kPlanes : kUAcross); ++i)
-            plane[i].fill(0.0F);
-        span = {kTileWidth, 0};
-    }
+    explicit ShownFaces(TileV before)
+        : in(hn::Lt(before, before)),
+          near(before),
+          nearAcross(hn::Zero(TileF())),
+          nearDown(nearAcross),
+          uAcross(nearAcross),
+          uDown(nearAcross),
+          uFirst(nearAcross),
+          vAcross(nearAcross),
+          vDown(nearAcross),
+          vFirst(nearAcross) {}
 
-    [[nodiscard]] TileV at(Plane number, int x) const {
-        return hn::LoadU(TileF(), plane[number].data() + x);
-    }
-    [[nodiscard]] TexelPlaces placesAt(int x) const {
-        return {at(kU, x),       at(kV, x),     at(kUAcross, x),
-                at(kVAcross, x), at(kUDown, x), at(kVDown, x)};
-    }
-    void put(Plane number, int x, hn::Mask<TileF> in, TileV value) {
-        float* const to = plane[number].data() + x;
-        hn::StoreU(hn::IfThenElse(in, value, hn::LoadU(TileF(), to)), TileF(), to);
-    }
-    void putSteps(int x, hn::Mask<TileF> in, const TexelPlaces& places) {
-        put(kUAcross, x, in, places.uAcross);
-        put(kVAcross, x, in, places.vAcross);
-        put(kUDown, x, in, places.uDown);
-        put(kVDown, x, in, places.vDown);
+    [[nodiscard]] TexelPlaces placesAt(TileV column, TileV depth, bool hasSteps) const {
+        const auto along = [&](TileV across, TileV first) {
+            return hn::Mul(hn::Add(hn::Mul(column, across), first), depth);
+        };
+        const auto step = [&](TileV plane, TileV value, TileV nearStep) {
+            return hn::Mul(hn::Sub(plane, hn::Mul(value, nearStep)), depth);
+        };
+        TexelPlaces places;
+        places.u = along(uAcross, uFirst);
+        places.v = along(vAcross, vFirst);
+        if (!hasSteps) return places;
+        places.uAcross = step(uAcross, places.u, nearAcross);
+        places.vAcross = step(vAcross, places.v, nearAcross);
+        places.uDown = step(uDown, places.u, nearDown);
+        places.vDown = step(vDown, places.v, nearDown);
+        return places;
     }
 };
 
@@ -80,33 +89,33 @@ class TexturedFace {
         return picture_.widest(columns, rows, size) > 0.98F * kOneReading;
     }
 
-    void placeRow(int row, PixelSpan span, SceneTile& tile, PlaceRow& to) const {
-        to.span = {std::min(to.span.first, span.first), std::max(to.span.end, span.end)};
-        for (int x = span.first; x < span.end; x += static_cast<int>(hn::Lanes(TileF())))
-            placeSome(x, row, tile, to);
+    // Shows the face where it is the nearest.
+    HWY_INLINE void show(TileV column, float row, bool hasSteps, ShownFaces& shown) const {
+        const TileF d;
+        const auto near = near_.at(column, row);
+        // The edges alone do not cut off a part behind the camera.
+        auto in = hn::And(hn::Gt(near, hn::Zero(d)), hn::Ge(near, shown.near));
+        for (int i = 0; i < outline_.edges(); ++i)
+            in = hn::And(in, hn::Ge(outline_.edge(i).at(column, row), hn::Zero(d)));
+        if (hn::AllFalse(d, in)) return;
+        const auto put = [&](TileV& to, float value)
+                             HWY_ATTR { to = hn::IfThenElse(in, hn::Set(d, value), to); };
+        const Flat& u = picture_.uPlane();
+        const Flat& v = picture_.vPlane();
+        shown.in = hn::Or(shown.in, in);
+        shown.near = hn::IfThenElse(in, near, shown.near);
+        put(shown.uAcross, u.a);
+        put(shown.vAcross, v.a);
+        put(shown.uFirst, u.b * row + u.c);
+        put(shown.vFirst, v.b * row + v.c);
+        if (!hasSteps) return;
+        put(shown.nearAcross, near_.a);
+        put(shown.nearDown, near_.b);
+        put(shown.uDown, u.b);
+        put(shown.vDown, v.b);
     }
 
   private:
-    void placeSome(int x, int row, SceneTile& tile, PlaceRow& to) const {
-        const TileF d;
-        const auto column = columnsFrom(x);
-        const auto down = static_cast<float>(row);
-        const auto near = near_.at(column, down);
-        float* const nearest = tile.near + SceneTile::at(x, row);
-        const auto before = hn::LoadU(d, nearest);
-        // The edges alone do not cut off a part behind the camera.
-        auto in = hn::And(hn::Gt(near, hn::Zero(d)), hn::Ge(near, before));
-        for (int i = 0; i < outline_.edges(); ++i)
-            in = hn::And(in, hn::Ge(outline_.edge(i).at(column, down), hn::Zero(d)));
-        if (hn::AllFalse(d, in)) return;
-        const auto depth = hn::Div(hn::Set(d, 1.0F), hn::Max(near, hn::Set(d, 1e-7F)));
-        to.put(PlaceRow::kDepth, x, in, depth);
-        to.put(PlaceRow::kU, x, in, picture_.u(column, down, depth));
-        to.put(PlaceRow::kV, x, in, picture_.v(column, down, depth));
-        if (to.hasSteps) to.putSteps(x, in, picture_.at(column, down, depth));
-        hn::StoreU(hn::IfThenElse(in, near, before), d, nearest);
-    }
-
     TileOutline outline_;
     Flat near_;
     TilePicturePlane picture_;
@@ -160,99 +169,6 @@ class ReadingRow {
     alignas(64) std::array<std::uint32_t, 4 * kRoom> words_;
 };
 
-// A row of pixels between the steps of its drawing.
-struct TextureRow {
-    int row = 0;
-    PlaceRow places;
-    ReadingRow readings;
-    alignas(64) std::array<float, kRowRoom> fog;
-    alignas(64) std::array<float, kRowRoom> wide;
-    std::array<bool, kRowRoom> isHidden;  // by a vector's first pixel
-};
-
-// Reads the picture for rows of pixels.
-class TextureWork {
-  public:
-    TextureWork(const Surface& surface, const PolygonFrame& frame, SceneTile& tile)
-        : surface_(surface),
-          manner_{surface.repeatS, surface.repeatT, false},
-          tile_(tile),
-          fog_(frame, surface, tile) {}
-
-    // Finds the row's texels, and asks for them.
-    void begin(TextureRow& row) const {
-        row.readings.clear();
-        for (int x = row.places.span.first; x < endOf(row); x += kLanes)
-            place(row, x);
-        row.readings.announce(surface_.picture->texels.data());
-    }
-
-    void finish(TextureRow& row) const {
-        row.readings.fetch(surface_.picture->texels.data());
-        for (int x = row.places.span.first; x < endOf(row); x += kLanes)
-            shade(row, x);
-    }
-
-  private:
-    static constexpr int kLanes = static_cast<int>(hn::MaxLanes(TileF()));
-
-    [[nodiscard]] int endOf(const TextureRow& row) const {
-        return std::min(row.places.span.end, tile_.width);
-    }
-
-    void place(TextureRow& row, int x) const {
-        const TileF d;
-        const auto at = static_cast<std::size_t>(x);
-        const PlaceRow& places = row.places;
-        const auto depth = places.at(PlaceRow::kDepth, x);
-        const auto fog = fog_.at(columnsFrom(x), static_cast<float>(row.row), depth);
-        const auto none = hn::Le(depth, hn::Zero(d));
-        hn::StoreU(fog, d, row.fog.data() + at);
-        row.isHidden[at] = fog_.hides(hn::IfThenElse(none, hn::Set(d, 1.0F), fog));
-        if (row.isHidden[at]) return;
-        const RipPicture& picture = *surface_.picture;
-        if (!places.hasSteps) {
-            row.readings.place(wholeSpots(picture, places.at(PlaceRow::kU, x),
-                                          places.at(PlaceRow::kV, x), manner_));
-            return;
-        }
-        const auto wide =
-            placeReadings(picture, places.placesAt(x), manner_,
-                          [&](const TexelSpots& spots) { row.readings.place(spots); });
-        hn::StoreU(wide, d, row.wide.data() + at);
-    }
-
-    void shade(TextureRow& row, int x) const {
-        const TileF d;
-        const auto at = static_cast<std::size_t>(x);
-        const auto in = hn::Gt(row.places.at(PlaceRow::kDepth, x), hn::Zero(d));
-        const auto put = [&](TileV value, int k) {
-            if ((tile_.colours >> k & 1U) == 0) return;
-            float* const to = tile_.light[static_cast<std::size_t>(k)] + SceneTile::at(x, row.row);
-            hn::StoreU(hn::IfThenElse(in, value, hn::LoadU(d, to)), d, to);
-        };
-        if (row.isHidden[at]) {
-            for (int k = 0; k < 3; ++k)
-                put(hn::Zero(d), k);
-            return;
-        }
-        const auto read = [&] { return row.readings.next(); };
-        const TexelLight texel =
-            row.places.hasSteps ? averaged(hn::LoadU(d, row.wide.data() + at), read) : read();
-        const TileV colours[3] = {texel.r, texel.g, texel.b};
-        const auto fog = hn::LoadU(d, row.fog.data() + at);
-        for (int k = 0; k < 3; ++k)
-            put(fog_.behind(fog, hn::Mul(hn::Set(d, surface_.tint[k]), colours[k]),
-                            hn::Set(d, 1.0F), k),
-                k);
-    }
-
-    const Surface& surface_;
-    const TexelManner manner_;
-    SceneTile& tile_;
-    const TileFog fog_;
-};
-
 // Some polygons of a tile.
 class TexturedFaces {
   public:
@@ -269,17 +185,34 @@ class TexturedFaces {
 
     [[nodiscard]] PixelSpan rows() const { return rows_; }
 
-    void placeRow(int row, SceneTile& tile, PlaceRow& to) const {
-        std::array<PixelSpan, kMostTextured> spans;
-        to.hasSteps = false;
+    // Goes to a row. Returns the pixels that the polygons may touch.
+    PixelSpan enter(int row) {
+        row_ = static_cast<float>(row);
+        here_ = 0;
+        hasSteps_ = false;
+        PixelSpan all{kTileWidth, 0};
         for (std::size_t i = 0; i < count_; ++i) {
-            spans[i] = face_[i]->columns(row);
-            if (spans[i].first >= spans[i].end || !hasSmall_[i] || to.hasSteps) continue;
-            to.hasSteps = face_[i]->hasSmallTexels(picture_, spans[i], {row, row});
+            const PixelSpan span = face_[i]->columns(row);
+            if (span.first >= span.end) continue;
+            spans_[here_] = span;
+            of_[here_++] = &*face_[i];
+            all = {std::min(all.first, span.first), std::max(all.end, span.end)};
+            if (!hasSmall_[i] || hasSteps_) continue;
+            hasSteps_ = face_[i]->hasSmallTexels(picture_, span, {row, row});
         }
-        to.clear();
-        for (std::size_t i = 0; i < count_; ++i)
-            if (spans[i].first < spans[i].end) face_[i]->placeRow(row, spans[i], tile, to);
+        return all;
+    }
+    // Whether some pixel of the row may take more than one reading.
+    [[nodiscard]] bool hasSteps() const { return hasSteps_; }
+
+    // The faces that the row's pixels from `x` on show, before what has this nearness.
+    [[nodiscard]] HWY_INLINE ShownFaces shownAt(int x, TileV column, TileV before) const {
+        const int end = x + static_cast<int>(hn::Lanes(TileF()));
+        ShownFaces shown(before);
+        for (std::size_t i = 0; i < here_; ++i)
+            if (spans_[i].first < end && spans_[i].end > x)
+                of_[i]->show(column, row_, hasSteps_, shown);
+        return shown;
     }
 
   private:
@@ -288,20 +221,125 @@ class TexturedFaces {
     PixelSpan rows_{kTileHeight, 0};
     std::array<std::optional<TexturedFace>, kMostTextured> face_;
     std::array<bool, kMostTextured> hasSmall_;  // texels, perhaps, somewhere in the tile
+    // The faces of the present row, and their pixels.
+    float row_ = 0.0F;
+    std::size_t here_ = 0;
+    std::array<const TexturedFace*, kMostTextured> of_;
+    std::array<PixelSpan, kMostTextured> spans_;
+    bool hasSteps_ = false;
+};
+
+// A row of pixels between the steps of its drawing.
+struct TextureRow {
+    int row = 0;
+    PixelSpan span;
+    bool hasSteps = false;  // `wide` holds
+    ReadingRow readings;
+    alignas(64) std::array<float, kRowRoom> depth;  // 0 where no polygon is
+    alignas(64) std::array<float, kRowRoom> fog;
+    alignas(64) std::array<float, kRowRoom> wide;
+    std::array<bool, kRowRoom> isHidden;  // by a vector's first pixel
+};
+
+// Reads the picture for rows of pixels.
+class TextureWork {
+  public:
+    TextureWork(const Surface& surface, const PolygonFrame& frame, SceneTile& tile)
+        : surface_(surface),
+          manner_{surface.repeatS, surface.repeatT, false},
+          tile_(tile),
+          fog_(frame, surface, tile) {}
+
+    // Finds the row's texels, and asks for them.
+    void begin(int number, TexturedFaces& faces, TextureRow& row) const {
+        row.row = number;
+        row.span = faces.enter(number);
+        row.hasSteps = faces.hasSteps();
+        row.readings.clear();
+        for (int x = row.span.first; x < endOf(row); x += kLanes)
+            place(row, faces, x);
+        row.readings.announce(surface_.picture->texels.data());
+    }
+
+    void finish(TextureRow& row) const {
+        row.readings.fetch(surface_.picture->texels.data());
+        for (int x = row.span.first; x < endOf(row); x += kLanes)
+            shade(row, x);
+    }
+
+  private:
+    static constexpr int kLanes = static_cast<int>(hn::MaxLanes(TileF()));
+
+    [[nodiscard]] int endOf(const TextureRow& row) const {
+        return std::min(row.span.end, tile_.width);
+    }
+
+    void place(TextureRow& row, const TexturedFaces& faces, int x) const {
+        const TileF d;
+        const auto at = static_cast<std::size_t>(x);
+        const auto column = columnsFrom(x);
+        float* const nearest = tile_.near + SceneTile::at(x, row.row);
+        const ShownFaces shown = faces.shownAt(x, column, hn::LoadU(d, nearest));
+        const auto one = hn::Set(d, 1.0F);
+        const auto depth =
+            hn::IfThenElseZero(shown.in, hn::Div(one, hn::Max(shown.near, hn::Set(d, 1e-7F))));
+        hn::StoreU(shown.near, d, nearest);
+        hn::StoreU(depth, d, row.depth.data() + at);
+        const auto fog = fog_.at(column, static_cast<float>(row.row), depth);
+        hn::StoreU(fog, d, row.fog.data() + at);
+        row.isHidden[at] = fog_.hides(hn::IfThenElse(shown.in, fog, one));
+        if (row.isHidden[at]) return;
+        const RipPicture& picture = *surface_.picture;
+        const TexelPlaces places = shown.placesAt(column, depth, row.hasSteps);
+        if (!row.hasSteps) {
+            row.readings.place(wholeSpots(picture, places.u, places.v, manner_));
+            return;
+        }
+        const auto wide = placeReadings(
+            picture, places, manner_, [&](const TexelSpots& spots) { row.readings.place(spots); });
+        hn::StoreU(wide, d, row.wide.data() + at);
+    }
+
+    void shade(TextureRow& row, int x) const {
+        const TileF d;
+        const auto at = static_cast<std::size_t>(x);
+        const auto in = hn::Gt(hn::LoadU(d, row.depth.data() + at), hn::Zero(d));
+        const auto put = [&](TileV value, int k) {
+            if ((tile_.colours >> k & 1U) == 0) return;
+            float* const to = tile_.light[static_cast<std::size_t>(k)] + SceneTile::at(x, row.row);
+            hn::StoreU(hn::IfThenElse(in, value, hn::LoadU(d, to)), d, to);
+        };
+        if (row.isHidden[at]) {
+            for (int k = 0; k < 3; ++k)
+                put(hn::Zero(d), k);
+            return;
+        }
+        const auto read = [&] { return row.readings.next(); };
+        const TexelLight texel =
+            row.hasSteps ? averaged(hn::LoadU(d, row.wide.data() + at), read) : read();
+        const TileV colours[3] = {texel.r, texel.g, texel.b};
+        const auto fog = hn::LoadU(d, row.fog.data() + at);
+        for (int k = 0; k < 3; ++k)
+            put(fog_.behind(fog, hn::Mul(hn::Set(d, surface_.tint[k]), colours[k]),
+                            hn::Set(d, 1.0F), k),
+                k);
+    }
+
+    const Surface& surface_;
+    const TexelManner manner_;
+    SceneTile& tile_;
+    const TileFog fog_;
 };
 
 void drawTextured(std::span<const ScreenPolygon* const> polygons, const Surface& surface,
                   const PolygonFrame& frame, SceneTile& tile) {
-    const TexturedFaces faces(polygons, *surface.picture, tile);
+    TexturedFaces faces(polygons, *surface.picture, tile);
     const TextureWork work(surface, frame, tile);
     const PixelSpan rows = faces.rows();
     // While a row's texels come, the next row is begun.
     std::array<TextureRow, 2> both;
     for (int i = rows.first; i < rows.end; ++i) {
-        TextureRow& row = both[static_cast<std::size_t>(i) % 2];
-        row.row = i;
-        faces.placeRow(i, tile, row.places);
-        work.begin(row);
+        work.begin(i, faces, both[static_cast<std::size_t>(i) % 2]);
         if (i > rows.first) work.finish(both[static_cast<std::size_t>(i - 1) % 2]);
     }
     if (rows.first < rows.end) work.finish(both[static_cast<std::size_t>(rows.end - 1) % 2]);
