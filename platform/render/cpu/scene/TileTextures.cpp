@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <optional>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "platform/render/cpu/scene/TileTextures.cpp"
@@ -12,6 +11,7 @@
 #include <hwy/cache_control.h>
 #include <hwy/highway.h>
 
+#include "platform/render/cpu/scene/TileFaces-inl.h"
 #include "platform/render/cpu/scene/TileOutline-inl.h"
 #include "platform/render/cpu/scene/TileTexels-inl.h"
 #include "platform/render/cpu/scene/TileVision-inl.h"
@@ -24,102 +24,6 @@ namespace hn = hwy::HWY_NAMESPACE;
 
 // A row, and room for a vector that ends behind it.
 constexpr std::size_t kRowRoom = kTileWidth + kTileMargin;
-
-// The planes of the face that each of some pixels shows; none where `in` is false.
-struct ShownFaces {
-    hn::Mask<TileF> in;
-    TileV near;  // of the face, or of what is there before
-    // The changes of the nearness, and of the picture's place times nearness, from a pixel to the
-    // next one and to the one below, and that place in the row's first column.
-    TileV nearAcross, nearDown;
-    TileV uAcross, uDown, uFirst;
-    TileV vAcross, vDown, vFirst;
-
-    explicit ShownFaces(TileV before)
-        : in(hn::Lt(before, before)),
-          near(before),
-          nearAcross(hn::Zero(TileF())),
-          nearDown(nearAcross),
-          uAcross(nearAcross),
-          uDown(nearAcross),
-          uFirst(nearAcross),
-          vAcross(nearAcross),
-          vDown(nearAcross),
-          vFirst(nearAcross) {}
-
-    [[nodiscard]] TexelPlaces placesAt(TileV column, TileV depth, bool hasSteps) const {
-        const auto along = [&](TileV across, TileV first) {
-            return hn::Mul(hn::Add(hn::Mul(column, across), first), depth);
-        };
-        const auto step = [&](TileV plane, TileV value, TileV nearStep) {
-            return hn::Mul(hn::Sub(plane, hn::Mul(value, nearStep)), depth);
-        };
-        TexelPlaces places;
-        places.u = along(uAcross, uFirst);
-        places.v = along(vAcross, vFirst);
-        if (!hasSteps) return places;
-        places.uAcross = step(uAcross, places.u, nearAcross);
-        places.vAcross = step(vAcross, places.v, nearAcross);
-        places.uDown = step(uDown, places.u, nearDown);
-        places.vDown = step(vDown, places.v, nearDown);
-        return places;
-    }
-};
-
-// One polygon, which says where in the picture each pixel lies.
-class TexturedFace {
-  public:
-    TexturedFace(const ScreenPolygon& polygon, const SceneTile& tile)
-        : outline_(polygon, tile), near_(polygon.near, tile), picture_(polygon, near_, tile) {}
-
-    [[nodiscard]] PixelSpan rows() const { return outline_.rows(); }
-    [[nodiscard]] PixelSpan columns() const { return outline_.columns(); }
-
-    // The row's pixels that the polygon may touch.
-    [[nodiscard]] PixelSpan columns(int row) const {
-        if (row < outline_.rows().first || row >= outline_.rows().end) return {};
-        return outline_.columns(row);
-    }
-
-    // Whether some pixel of a box may take more than one reading of the picture.
-    [[nodiscard]] bool hasSmallTexels(const RipPicture& picture, PixelSpan columns,
-                                      PixelSpan rows) const {
-        const glm::vec2 size(picture.width, picture.height);
-        // Nearly as wide is as wide: the pixel's own numbers are rounded.
-        return picture_.widest(columns, rows, size) > 0.98F * kOneReading;
-    }
-
-    // Shows the face where it is the nearest.
-    HWY_INLINE void show(TileV column, float row, bool hasSteps, ShownFaces& shown) const {
-        const TileF d;
-        const auto near = near_.at(column, row);
-        // The edges alone do not cut off a part behind the camera.
-        auto in = hn::And(hn::Gt(near, hn::Zero(d)), hn::Ge(near, shown.near));
-        for (int i = 0; i < outline_.edges(); ++i)
-            in = hn::And(in, hn::Ge(outline_.edge(i).at(column, row), hn::Zero(d)));
-        if (hn::AllFalse(d, in)) return;
-        const auto put = [&](TileV& to, float value)
-                             HWY_ATTR { to = hn::IfThenElse(in, hn::Set(d, value), to); };
-        const Flat& u = picture_.uPlane();
-        const Flat& v = picture_.vPlane();
-        shown.in = hn::Or(shown.in, in);
-        shown.near = hn::IfThenElse(in, near, shown.near);
-        put(shown.uAcross, u.a);
-        put(shown.vAcross, v.a);
-        put(shown.uFirst, u.b * row + u.c);
-        put(shown.vFirst, v.b * row + v.c);
-        if (!hasSteps) return;
-        put(shown.nearAcross, near_.a);
-        put(shown.nearDown, near_.b);
-        put(shown.uDown, u.b);
-        put(shown.vDown, v.b);
-    }
-
-  private:
-    TileOutline outline_;
-    Flat near_;
-    TilePicturePlane picture_;
-};
 
 // The readings of a row of pixels. Their texels are copied one by one between the vectors' work
 // on all of them: a processor's own gathering of vectors waits for each.
@@ -137,15 +41,17 @@ class ReadingRow {
     // Asks for the texels, which are seldom in the nearest cache.
     void announce(const std::uint32_t* texels) const {
         const std::size_t count = count_;
-        for (std::size_t i = 0; i < count; ++i)
-            hwy::Prefetch(texels + 2 * static_cast<std::ptrdiff_t>(places_[i]));
+        for (std::size_t i = 0; i < count; i += kLanes)
+            for (std::size_t j = i; j < i + kLanes; ++j)
+                hwy::Prefetch(texels + 2 * static_cast<std::ptrdiff_t>(places_[j]));
     }
 
     void fetch(const std::uint32_t* texels) {
         const std::size_t count = count_;
-        for (std::size_t i = 0; i < count; ++i)
-            std::memcpy(words_.data() + 4 * i, texels + 2 * static_cast<std::ptrdiff_t>(places_[i]),
-                        16);
+        for (std::size_t i = 0; i < count; i += kLanes)
+            for (std::size_t j = i; j < i + kLanes; ++j)
+                std::memcpy(words_.data() + 4 * j,
+                            texels + 2 * static_cast<std::ptrdiff_t>(places_[j]), 16);
         count_ = 0;
     }
 
@@ -161,72 +67,14 @@ class ReadingRow {
     }
 
   private:
+    // The number of readings is a multiple of a vector's, which spares steps of the loops.
+    static constexpr std::size_t kLanes = hn::MaxLanes(TileF());
     static constexpr std::size_t kRoom = kMostReadings * kRowRoom;
     std::size_t count_ = 0;
     alignas(64) std::array<std::int32_t, kRoom> places_;
     alignas(64) std::array<float, kRoom> right_;
     alignas(64) std::array<float, kRoom> lower_;
     alignas(64) std::array<std::uint32_t, 4 * kRoom> words_;
-};
-
-// Some polygons of a tile.
-class TexturedFaces {
-  public:
-    TexturedFaces(std::span<const ScreenPolygon* const> polygons, const RipPicture& picture,
-                  const SceneTile& tile)
-        : picture_(picture), count_(polygons.size()) {
-        for (std::size_t i = 0; i < count_; ++i) {
-            const TexturedFace& face = face_[i].emplace(*polygons[i], tile);
-            rows_ = {std::min(rows_.first, face.rows().first),
-                     std::max(rows_.end, face.rows().end)};
-            hasSmall_[i] = face.hasSmallTexels(picture, face.columns(), face.rows());
-        }
-    }
-
-    [[nodiscard]] PixelSpan rows() const { return rows_; }
-
-    // Goes to a row. Returns the pixels that the polygons may touch.
-    PixelSpan enter(int row) {
-        row_ = static_cast<float>(row);
-        here_ = 0;
-        hasSteps_ = false;
-        PixelSpan all{kTileWidth, 0};
-        for (std::size_t i = 0; i < count_; ++i) {
-            const PixelSpan span = face_[i]->columns(row);
-            if (span.first >= span.end) continue;
-            spans_[here_] = span;
-            of_[here_++] = &*face_[i];
-            all = {std::min(all.first, span.first), std::max(all.end, span.end)};
-            if (!hasSmall_[i] || hasSteps_) continue;
-            hasSteps_ = face_[i]->hasSmallTexels(picture_, span, {row, row});
-        }
-        return all;
-    }
-    // Whether some pixel of the row may take more than one reading.
-    [[nodiscard]] bool hasSteps() const { return hasSteps_; }
-
-    // The faces that the row's pixels from `x` on show, before what has this nearness.
-    [[nodiscard]] HWY_INLINE ShownFaces shownAt(int x, TileV column, TileV before) const {
-        const int end = x + static_cast<int>(hn::Lanes(TileF()));
-        ShownFaces shown(before);
-        for (std::size_t i = 0; i < here_; ++i)
-            if (spans_[i].first < end && spans_[i].end > x)
-                of_[i]->show(column, row_, hasSteps_, shown);
-        return shown;
-    }
-
-  private:
-    const RipPicture& picture_;
-    std::size_t count_;
-    PixelSpan rows_{kTileHeight, 0};
-    std::array<std::optional<TexturedFace>, kMostTextured> face_;
-    std::array<bool, kMostTextured> hasSmall_;  // texels, perhaps, somewhere in the tile
-    // The faces of the present row, and their pixels.
-    float row_ = 0.0F;
-    std::size_t here_ = 0;
-    std::array<const TexturedFace*, kMostTextured> of_;
-    std::array<PixelSpan, kMostTextured> spans_;
-    bool hasSteps_ = false;
 };
 
 // A row of pixels between the steps of its drawing.
