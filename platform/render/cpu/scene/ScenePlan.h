@@ -95,7 +95,9 @@ class ScenePlan {
     void addLine(const BatchView& view, const glm::vec4& tint, glm::vec3 a, glm::vec3 b,
                  float heightA, float heightB);
     bool addSprite(const BatchView& view, const DrawInstance& instance);
+    void putSprite(const ScreenSprite& sprite);
     bool addBall(const BatchView& view, const DrawInstance& instance);
+    void putBall(const ScreenBall& ball);
     void addFaces(const BatchView& view, const DrawInstance& instance);
     // The colours that the surface may have light of.
     [[nodiscard]] unsigned coloursOf(const Surface& surface) const;
@@ -118,7 +120,12 @@ class ScenePlan {
     [[nodiscard]] bool isEven(const Surface& surface, const ScreenPolygon& polygon) const;
     [[nodiscard]] glm::vec3 lightAt(const Surface& surface, const ScreenPolygon& polygon,
                                     const Corner& corner) const;
+    [[nodiscard]] Plane along(const glm::dvec3& axis) const;
     void addFloor(const DrawFloor& floor);
+    void addMirrored(const DrawFloor& floor);
+    void setPicturePlanes(const DrawFloor& floor, ScreenFloor& plane) const;
+    const StripePicture* stripesFor(const DrawMaterial& material);
+    void putFloor(const ScreenFloor& floor);
     bool addStripes(const DrawFloor& floor, const ScreenFloor& plane);
     void addFloorPolygon(const DrawFloor& floor);
 
@@ -133,7 +140,7 @@ class ScenePlan {
 
     const MeshShape& shapeOf(const Mesh& mesh);
     Picture& pictureOf(const DrawMaterial& material);
-    const SpritePicture& spriteOf(const DrawMaterial& material, bool additive);
+    SpritePicture& spriteOf(const DrawMaterial& material, bool additive);
     const RipPicture& ripOf(const DrawMaterial& material);
     const DotKernel& dotKernelOf(float diameter);
     void dropOld();
