@@ -80,11 +80,14 @@ int litPixels(const QImage& image) {
 
 // Blocks above a mirror, in fog, under a lamp. Normals of different lengths have the same
 // directions, but make the drawer shade every pixel.
-QImage blocks(const glm::vec3& lamp, bool everyPixel) {
+struct FogReach {
+    float start, end;
+};
+QImage blocks(const glm::vec3& lamp, FogReach fog, bool everyPixel) {
     DrawList list = emptyList();
     list.ambient = {0.05F, 0.05F, 0.05F};
     list.lights.push_back({.position = lamp, .colour = {1.0F, 0.8F, 0.6F}});
-    list.fog = {.active = true, .start = 4.0F, .end = 22.0F};
+    list.fog = {.active = true, .start = fog.start, .end = fog.end};
     list.floor.emplace();
     list.floor->world = glm::translate(glm::mat4(1.0F), {0.0F, -1.2F, 0.0F});
     list.floor->reflectivity = 0.5F;
@@ -104,11 +107,14 @@ QImage blocks(const glm::vec3& lamp, bool everyPixel) {
 }  // namespace
 
 TEST(CpuPolygons, EvenLightIsTheLightOfEveryPixel) {
-    for (const glm::vec3 lamp : {glm::vec3(2.0F, 6.0F, 4.0F), glm::vec3(0.2F, 0.5F, -6.2F)}) {
-        const QImage even = blocks(lamp, false);
-        EXPECT_GT(litPixels(even), 3000);
-        EXPECT_LE(mostDifference(even, blocks(lamp, true)), 1) << lamp.x;
-    }
+    // The second fog begins within the faces of some blocks.
+    for (const FogReach fog : {FogReach{4.0F, 22.0F}, FogReach{8.6F, 18.0F}})
+        for (const glm::vec3 lamp : {glm::vec3(2.0F, 6.0F, 4.0F), glm::vec3(0.2F, 0.5F, -6.2F),
+                                     glm::vec3(20.0F, 60.0F, 40.0F)}) {
+            const QImage even = blocks(lamp, fog, false);
+            EXPECT_GT(litPixels(even), 3000);
+            EXPECT_LE(mostDifference(even, blocks(lamp, fog, true)), 1) << lamp.x << fog.start;
+        }
 }
 
 // Faces smaller than the distance of two samples make no holes and no rims.
