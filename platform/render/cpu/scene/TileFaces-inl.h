@@ -184,9 +184,12 @@ class TexturedFaces {
         row_ = static_cast<float>(row);
         hasSteps_ = false;
         PixelSpan all{kTileWidth, 0};
-        std::array<PixelSpan, kMostTextured> spans;
+        // One array for each end: a span that is written in halves is slow to read as a whole.
+        std::array<int, kMostTextured> first, end;
         for (std::size_t i = 0; i < count_; ++i) {
-            const PixelSpan span = spans[i] = face_[i]->columns(row);
+            const PixelSpan span = face_[i]->columns(row);
+            first[i] = span.first;
+            end[i] = span.end;
             if (span.first >= span.end) continue;
             all = {std::min(all.first, span.first), std::max(all.end, span.end)};
             if (!hasSmall_[i] || hasSteps_) continue;
@@ -195,7 +198,7 @@ class TexturedFaces {
         first_ = all.first;
         shown_.fill(0);
         for (std::size_t i = 0; i < count_; ++i)
-            for (int x = spans[i].first, end = spans[i].end; x < end;) {
+            for (int x = first[i]; x < end[i];) {
                 const int number = (x - first_) / kLanes;
                 shown_[static_cast<std::size_t>(number)] |= std::uint64_t{1} << i;
                 x = first_ + (number + 1) * kLanes;
