@@ -18,7 +18,8 @@ struct MeshShape {
         int corners = 3;
         std::array<std::uint32_t, 4> corner{};  // a triangle's last one twice
     };
-    // What a surface shows of its mesh. Two triangles are one face where all of that is even.
+    // The part of its mesh that a surface shows. Two triangles are one face where all of that is
+    // even.
     enum Look : std::size_t { kShape, kNormals, kPicture, kLooks };
     std::array<std::vector<Face>, kLooks> faces;
 

@@ -19,8 +19,8 @@ namespace {
 constexpr unsigned kTooNear = 1;
 constexpr unsigned kTooFar = 2;
 constexpr unsigned kBelowMirror = 4;
-// The pixels by which a coarser mesh may miss its places: less than samples lie apart.
-constexpr float kUnseenMiss = 0.1F;
+// The pixels by which a coarser mesh may miss its places: half of what samples lie apart.
+constexpr float kUnseenMiss = 0.5F / kSamples;
 
 // Whether the camera stands within the mesh's box.
 bool surrounds(const Mesh& mesh, const glm::mat4& world, const glm::vec3& camera) {

@@ -206,7 +206,7 @@ class SampledWork {
         const TileF d;
         const std::ptrdiff_t at = SceneTile::at(x, row);
         const auto pixels = static_cast<std::size_t>(count);
-        if (!hasNumber() || !isUntouched(at, pixels)) return false;
+        if (!isUntouched(at, pixels)) return false;
         const auto column = columnsFrom(x);
         const auto near = shade_.near().at(column, static_cast<float>(row));
         const auto first = hn::FirstN(d, pixels);
@@ -214,7 +214,7 @@ class SampledWork {
         if (surface_.hiding.reads)
             seen = hn::And(seen, hn::Ge(hn::Add(near, hn::Set(d, leastShift_)),
                                         hn::LoadU(d, tile_.near + at)));
-        if (!hn::AllFalse(d, hn::AndNot(seen, first))) return false;
+        if (!hn::AllFalse(d, hn::AndNot(seen, first)) || !hasNumber()) return false;
         TileV alpha = hn::Set(d, 1.0F);
         auto kept = seen;
         const Rgb light = shade_.shade(column, static_cast<float>(row),

@@ -4,13 +4,17 @@
 
 #include <QImage>
 #include <algorithm>
-#include <array>
+#include <cmath>
 #include <cstdlib>
 #include <glm/gtc/matrix_transform.hpp>
 
 #include "platform/render/cpu/CpuSceneDrawer.h"
+#include "platform/render/cpu/scene/MeshShape.h"
 #include "platform/scene/DrawList.h"
+#include "platform/scene/Geometry.h"
 #include "platform/scene/Mesh.h"
+#include "platform/scene/Transform.h"
+#include "tests/support/PictureQuality.h"
 
 namespace platform::test {
 
@@ -55,6 +59,30 @@ MeshData block(glm::vec3 corner) {
     addSide(data, corner + y - z, z, -y);
     addSide(data, corner + x + y, -z, -y);
     return data;
+}
+
+// A parallelogram.
+struct Sheet {
+    glm::vec3 corner, along, down;
+};
+
+MeshData sheetOf(const Sheet& sheet, int columns, int rows) {
+    const glm::vec3 along = sheet.along / static_cast<float>(columns);
+    const glm::vec3 down = sheet.down / static_cast<float>(rows);
+    MeshData data;
+    for (int i = 0; i < columns * rows; ++i)
+        addSide(data,
+                sheet.corner + static_cast<float>(i % columns) * along +
+                    static_cast<float>(i / columns) * down,
+                along, down);
+    return data;
+}
+
+QImage pictureOf(const MeshData& data) {
+    DrawList list = emptyList();
+    add(list, data, LightingModel::Constant);
+    CpuSceneDrawer drawer;
+    return drawer.picture(list, kSize);
 }
 
 int mostDifference(const QImage& a, const QImage& b) {
@@ -119,27 +147,48 @@ TEST(CpuPolygons, EvenLightIsTheLightOfEveryPixel) {
 
 // Faces smaller than the distance of two samples make no holes and no rims.
 TEST(CpuPolygons, TinyFacesTogetherAreALargeOne) {
-    constexpr int kFaces = 90;  // along a side
-    const glm::vec3 corner(-0.837F, 0.911F, -7.0F);
-    const glm::vec3 along(1.51F, 0.13F, 0.0F);
-    const glm::vec3 down(-0.21F, -1.43F, 0.0F);
-    MeshData one, many;
-    addSide(one, corner, along, down);
-    const float share = 1.0F / kFaces;
-    for (int i = 0; i < kFaces * kFaces; ++i)
-        addSide(many,
-                corner + share * static_cast<float>(i % kFaces) * along +
-                    share * static_cast<float>(i / kFaces) * down,
-                share * along, share * down);
-    std::array<QImage, 2> pictures;
-    for (std::size_t i = 0; i < 2; ++i) {
-        DrawList list = emptyList();
-        add(list, i == 0 ? one : many, LightingModel::Constant);
-        CpuSceneDrawer drawer;
-        pictures[i] = drawer.picture(list, kSize);
-    }
-    EXPECT_GT(litPixels(pictures[0]), 300);
-    EXPECT_LE(mostDifference(pictures[0], pictures[1]), 1);
+    const Sheet sheet{.corner = {-0.837F, 0.911F, -7.0F},
+                      .along = {1.51F, 0.13F, 0.0F},
+                      .down = {-0.21F, -1.43F, 0.0F}};
+    const QImage one = pictureOf(sheetOf(sheet, 1, 1));
+    EXPECT_GT(litPixels(one), 300);
+    EXPECT_LE(mostDifference(one, pictureOf(sheetOf(sheet, 90, 90))), 1);
+}
+
+// Faces of three pixels by one and a half: more of them hold whole pixels than a tile has numbers
+// for.
+TEST(CpuPolygons, MoreFacesThanNumbersTogetherAreALargeOne) {
+    const Sheet sheet{.corner = {-2.295F, 2.295F, -7.0F},
+                      .along = {6.885F, 0.0F, 0.0F},
+                      .down = {0.0F, -4.651F, 0.3F}};
+    const QImage one = pictureOf(sheetOf(sheet, 1, 1));
+    EXPECT_GT(litPixels(one), 4000);
+    EXPECT_LE(mostDifference(one, pictureOf(sheetOf(sheet, 30, 38))), 1);
+}
+
+// A ring that is one grid has coarser levels; the same ring in another order of triangles has
+// none.
+TEST(CpuPolygons, ASmallRingIsTheSameWithFewerFaces) {
+    const GeometryPtr ring = makeTorus(
+        {.ringRadius = 1.0, .pipeRadius = 0.09, .ringSegments = 96, .pipeSegments = 32}, nullptr);
+    MeshData grid = ring->mesh()->data();
+    for (glm::vec3& place : grid.positions)
+        place = glm::vec3(glm::rotate(glm::mat4(1.0F), 0.7F, {1.0F, 0.3F, 0.0F}) *
+                          glm::vec4(place, 1.0F)) -
+                glm::vec3(0.0F, 0.0F, 9.0F);
+    MeshData mixed = grid;
+    std::rotate(mixed.indices.begin(), mixed.indices.begin() + 3, mixed.indices.end());
+    const MeshShape shape{Mesh(grid)};
+    ASSERT_EQ(shape.coarser.size(), 2U);
+    EXPECT_EQ(shape.faces[MeshShape::kShape].size(), 96U * 32U);
+    EXPECT_EQ(shape.coarser[0].faces.size(), 48U * 16U);
+    EXPECT_EQ(shape.coarser[1].faces.size(), 24U * 8U);
+    // The farthest is the middle of a side of the ring's outer rim.
+    EXPECT_NEAR(shape.coarser[0].miss, 1.09 * (1.0 - std::cos(kPi / 48)), 0.002);
+    ASSERT_TRUE(MeshShape(Mesh(mixed)).coarser.empty());
+    const QImage coarse = pictureOf(grid);
+    EXPECT_GT(litPixels(coarse), 40);
+    EXPECT_GT(psnr(coarse, pictureOf(mixed)), 50.0);
 }
 
 }  // namespace platform::test
