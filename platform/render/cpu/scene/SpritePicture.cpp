@@ -130,8 +130,8 @@ struct Stretch {
 }  // namespace
 
 bool SpritePicture::isEmpty(double left, double top, double right, double bottom) const {
-    // Interpolation shows a texel half a texel beyond its own area, and a texel of a half may
-    // have its light from a part that is another block's.
+    // Interpolation shows a texel half a texel beyond its own area, and all of a texel's light is
+    // in the block of the texel's first corner.
     constexpr double kBeyond = 1.5;
     const auto block = [](double at, int side) {
         return static_cast<int>(std::clamp(std::floor(at * kBlocks / side), 0.0, kBlocks - 1.0));

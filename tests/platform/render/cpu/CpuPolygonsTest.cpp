@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Flat surfaces of a scene, as the processor draws them.
+// Flat surfaces and pictures of a scene, as the processor draws them.
 #include <gtest/gtest.h>
 
 #include <QImage>
@@ -10,6 +10,7 @@
 
 #include "platform/render/cpu/CpuSceneDrawer.h"
 #include "platform/render/cpu/scene/MeshShape.h"
+#include "platform/render/cpu/scene/SpritePicture.h"
 #include "platform/scene/DrawList.h"
 #include "platform/scene/Geometry.h"
 #include "platform/scene/Mesh.h"
@@ -164,6 +165,48 @@ TEST(CpuPolygons, MoreFacesThanNumbersTogetherAreALargeOne) {
     const QImage one = pictureOf(sheetOf(sheet, 1, 1));
     EXPECT_GT(litPixels(one), 4000);
     EXPECT_LE(mostDifference(one, pictureOf(sheetOf(sheet, 30, 38))), 1);
+}
+
+// A texel is to be seen half a texel beyond its own area.
+TEST(CpuSprites, ABoxWithLightIsNotEmpty) {
+    for (const int side : {33, 46, 50, 67}) {
+        for (int x = 0; x < side; ++x) {
+            QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
+            image.fill(0);
+            image.setPixel(x, side / 2, 0xFFFFFFFFU);
+            const SpritePicture picture(image, false);
+            for (double left = x - 0.45; left < x + 1.45; left += 0.05)
+                ASSERT_FALSE(picture.isEmpty(left, 0.0, left + 0.01, side)) << side << ' ' << left;
+            if (x + 6 < side) {
+                EXPECT_TRUE(picture.isEmpty(x + 6.0, 0.0, side, side)) << side << ' ' << x;
+            }
+        }
+    }
+}
+
+// A label that is shown small is read from a half of its picture, with the same light.
+TEST(CpuSprites, ASmallLabelIsReadFromAHalf) {
+    QImage image(125, 97, QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixel(x, y, (x * y + x / 7) % 5 < 2 ? 0xFF40FF80U : 0U);
+    SpritePicture picture(image, true);
+    EXPECT_EQ(&picture.forSize({12.0, 8.0}), &picture);
+    const SpritePicture& half = picture.forSize({9.0, -7.5});
+    EXPECT_EQ(half.width, 62);
+    EXPECT_EQ(half.height, 48);
+    EXPECT_EQ(&picture.forSize({9.0, -7.5}), &half) << "is kept";
+    EXPECT_EQ(picture.forSize({4.0, 3.0}).width, 31);
+    const auto lightOf = [](const SpritePicture& of) {
+        double sum = 0.0;
+        for (int y = 0; y < of.height; ++y)
+            for (int x = 1; x <= of.width; ++x)
+                sum += of.values(0, of.runOf[static_cast<std::size_t>(y)])[x];
+        return sum / (of.width * of.height);
+    };
+    EXPECT_GT(lightOf(picture), 0.2);
+    EXPECT_NEAR(lightOf(half), lightOf(picture), 1e-5);
+    EXPECT_NEAR(lightOf(picture.forSize({4.0, 3.0})), lightOf(picture), 1e-5);
 }
 
 // A ring that is one grid has coarser levels; the same ring in another order of triangles has
