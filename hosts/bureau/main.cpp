@@ -56,6 +56,8 @@ constexpr const char* kGeenScherm = "er is geen scherm om op te tekenen";
 // Qt's messages are for developers, and a fatal one would dump core.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     brixtel::eindigZonderDraad(regel);
+    // A library below Qt would end the process in its own words.
+    if (platform::tellsOfLoss(regel)) std::_Exit(meldNaam(brixtel::schermVerbroken()));
     if (soort != QtFatalMsg) return;
     const bool erIsScherm = platform::DisplayCheck().isReachable();
     std::_Exit(

@@ -29,4 +29,8 @@ QString waaromQtOpgeeft(const QString& bericht) {
     return QStringLiteral("Qt geeft het op: ") + bericht.section(u'\n', 0, 0);
 }
 
+QString schermVerbroken() {
+    return QStringLiteral("het scherm verbrak de verbinding");
+}
+
 }  // namespace brixtel

@@ -15,4 +15,7 @@ int meld(const QString& tekst, int uitgang);
 // The words for the user where Qt gives up with the message `bericht`.
 [[nodiscard]] QString waaromQtOpgeeft(const QString& bericht);
 
+// The words where the display breaks the connection while a program starts or ends.
+[[nodiscard]] QString schermVerbroken();
+
 }  // namespace brixtel

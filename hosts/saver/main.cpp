@@ -55,6 +55,8 @@ bool zonderScherm = false;
 // dump core, as when the display goes away while Qt starts.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     brixtel::eindigZonderDraad(regel);
+    // A library below Qt would end the process in its own words.
+    if (platform::tellsOfLoss(regel)) std::_Exit(meldNaam(brixtel::schermVerbroken(), kFout));
     if (soort != QtFatalMsg) return;
     if (!zonderScherm && !platform::DisplayCheck().isReachable())
         std::_Exit(meldNaam(QString::fromUtf8(kGeenScherm), kFout));

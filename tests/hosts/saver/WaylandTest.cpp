@@ -6,6 +6,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonValue>
+#include <csignal>
 
 #include "tests/hosts/saver/Programma.h"
 #include "tests/support/wayland/Compositor.h"
@@ -249,6 +250,63 @@ TEST(SaverOpSway, TekentMetOpenGl) {
     if (!sway.isRunning()) GTEST_SKIP() << sway.reason();
     tekentMetOpenGl(sway.address());
 }
+
+// The ends of a saver whose driver hangs in the swap of each of its windows.
+enum class Einde { Toets, Term, Dood };
+
+class InEenZwaaiZonderEinde : public testing::TestWithParam<Einde> {
+  protected:
+    // Five windows that wait one after the other would end later than the test allows.
+    static constexpr int kSchermen = 5;
+    static wltest::Options schuldig() {
+        wltest::Options opties;
+        opties.outputs.clear();
+        for (int i = 0; i < kSchermen; ++i)
+            opties.outputs.push_back({.name = std::string(1, static_cast<char>('A' + i)),
+                                      .mode = {64, 48},
+                                      .at = {i * 64, 0}});
+        opties.frames = Frames::Always;
+        opties.answersAllCallbacks = false;
+        return opties;
+    }
+};
+
+TEST_P(InEenZwaaiZonderEinde, EindigtDeSaverBinnenDeGrens) {
+    Compositor compositor(schuldig());
+    Saver saver(compositor);
+    // Mesa then waits within the swap for an answer of its own, and says nothing of it.
+    saver.zet(QStringLiteral("vblank_mode"), QStringLiteral("3"));
+    saver.zet(QStringLiteral("MESA_DEBUG"), QStringLiteral("silent"));
+    saver.start({QStringLiteral("--keuze=regen"), QStringLiteral("--tekenaar=gl")});
+    ASSERT_TRUE(toont(compositor, kSchermen)) << saver.fouten().toStdString();
+    // For each window's first picture two, and for the one in the driver's hands one.
+    ASSERT_TRUE(until([&] { return compositor.count("wl_surface", "frame") == 3 * kSchermen; }));
+    EXPECT_EQ(compositor.pictures(), kSchermen);
+    switch (GetParam()) {
+        case Einde::Toets:
+            compositor.key(KEY_SPACE, true);
+            break;
+        case Einde::Term:
+            ::kill(static_cast<pid_t>(saver.nummer()), SIGTERM);
+            break;
+        case Einde::Dood:
+            compositor.die();
+    }
+    EXPECT_TRUE(saver.wacht());
+    const bool doorSignaal = GetParam() == Einde::Term;
+    EXPECT_EQ(saver.doorSignaal(), doorSignaal);
+    EXPECT_EQ(saver.uitgang(), doorSignaal ? SIGTERM : 0);
+    EXPECT_EQ(saver.fouten(), QByteArray());
+    EXPECT_TRUE(until([&] { return compositor.clients() == 0; }));
+}
+
+INSTANTIATE_TEST_SUITE_P(SaverOpWayland, InEenZwaaiZonderEinde,
+                         testing::Values(Einde::Toets, Einde::Term, Einde::Dood),
+                         [](const auto& einde) {
+                             return einde.param == Einde::Toets  ? "Toets"
+                                    : einde.param == Einde::Term ? "Term"
+                                                                 : "Dood";
+                         });
 
 // This compositor offers reports of what was presented, and sends none without a screen.
 TEST(SaverOpSway, DeMetingTeltBeeldenOokZonderMelding) {
