@@ -49,6 +49,8 @@ void FramePump::setReady(bool ready) {
     // pump's next beat and come late.
     const double now = clock_.now();
     if (ready && due_ < now + kNearBeat * interval_) due_ = now;
+    // A frame that is due is built at once: the timer would wake the event loop once more.
+    if (ready && due_ <= now && !building_) return tick();
     timer_.fireNextAt(ready ? due_ : kNever);
 }
 

@@ -27,7 +27,7 @@ class FramePump {
     void setVisible(bool visible);
 
     // Whether the taker of frames accepts another frame; true at first. Frames wait while the
-    // taker does not.
+    // taker does not. A frame that is due then is built within the call.
     void setReady(bool ready);
 
     // Reports that the picture looks different.

@@ -55,6 +55,8 @@ class Connection {
     // Whether lockers show overlays as any program does, so that one of ours could lie over
     // a lock: there is a protocol to take the input, and none to lock.
     [[nodiscard]] bool locksAreOverlays() const { return inputTaking_ && !sessionLocks_; }
+    // Whether a lock hides every other surface, which then leaves its display.
+    [[nodiscard]] bool hidesUnderLocks() const { return sessionLocks_; }
     // Followed where locksAreOverlays().
     [[nodiscard]] Toplevels& toplevels() { return toplevels_; }
 

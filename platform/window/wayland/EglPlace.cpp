@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
+#include <sys/timerfd.h>
 #include <unistd.h>
 #include <wayland-egl.h>
 
@@ -21,6 +22,7 @@ namespace {
 
 constexpr unsigned kPlatformWayland = 0x31D8;  // EGL_PLATFORM_WAYLAND_EXT
 constexpr int kDepth = 32, kAlpha = 8;         // bits of a pixel
+constexpr long kLate = 50'000'000;             // nanoseconds in the driver
 
 std::shared_ptr<EglDisplay> eglDisplayOn(wl_display* display) {
     if (!EglDisplay::clientOffers("EGL_EXT_platform_wayland") &&
@@ -29,6 +31,13 @@ std::shared_ptr<EglDisplay> eglDisplayOn(wl_display* display) {
     return EglDisplay::on({.name = kPlatformWayland, .native = display, .isConnected = [display] {
                                return wl_display_get_error(display) == 0;
                            }});
+}
+
+// Arms the timer, to be over again and again, or disarms it at 0.
+void setTimer(int timer, long nanoseconds) {
+    const timespec time{.tv_sec = 0, .tv_nsec = nanoseconds};
+    const itimerspec alarm{.it_interval = time, .it_value = time};
+    timerfd_settime(timer, 0, &alarm, nullptr);
 }
 
 void empty(int file) {
@@ -76,11 +85,13 @@ void EglPlace::WindowEnd::operator()(wl_egl_window* window) const {
 EglPlace::EglPlace(wl_display* display)
     : display_(display),
       used_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
-      changed_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+      changed_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
+      late_(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)) {}
 
 EglPlace::~EglPlace() {
     ::close(used_);
     ::close(changed_);
+    ::close(late_);
 }
 
 void EglPlace::open(ShellSurface& shell) {
@@ -120,6 +131,18 @@ void EglPlace::acknowledge() const {
     empty(used_);
 }
 
+void EglPlace::acknowledgeLate() const {
+    empty(late_);
+}
+
+void EglPlace::enterDriver() const {
+    setTimer(late_, kLate);
+}
+
+void EglPlace::leaveDriver() const {
+    setTimer(late_, 0);
+}
+
 void EglPlace::tellOfUse() const {
     eventfd_write(used_, 1);
 }
@@ -130,6 +153,7 @@ std::unique_ptr<EglTarget> EglPlace::target(std::shared_ptr<EglPlace> place, int
         const std::lock_guard lock(place->mutex_);
         place->drawing_ = true;
     }
+    place->enterDriver();
     auto display = eglDisplayOn(place->display_);
     place->end();
     if (!display) return nullptr;
@@ -160,6 +184,7 @@ EglWindowSurface* EglPlace::begin(const std::shared_ptr<EglDisplay>& display, QS
     wl_egl_window_resize(window_.get(), size.width(), size.height(), 0, 0);
     drawn_ = picture_;
     drawing_ = true;
+    enterDriver();
     return surface_.get();
 }
 
@@ -190,6 +215,7 @@ bool EglPlace::swap(std::span<const QRect> boxes, bool opaque) {
 }
 
 void EglPlace::end() {
+    leaveDriver();
     {
         const std::lock_guard lock(mutex_);
         drawing_ = false;

@@ -45,6 +45,10 @@ class EglPlace {
     // may have been read, and commits of the main thread may wait.
     [[nodiscard]] int file() const { return used_; }
     void acknowledge() const;
+    // The file is readable while the driver does not return, some times a second. A driver that
+    // waits has read the main thread's events too, which no file tells of.
+    [[nodiscard]] int lateFile() const { return late_; }
+    void acknowledgeLate() const;
 
     // Makes the target for a window's OpenGL, with the display on which the target draws;
     // null where the driver has no OpenGL for the compositor. `ending` as for
@@ -63,6 +67,9 @@ class EglPlace {
                                           int ending);
     bool swap(std::span<const QRect> boxes, bool opaque);
     void end();
+    // The render thread goes into the driver, and is out of it.
+    void enterDriver() const;
+    void leaveDriver() const;
     void tellOfUse() const;
     // Waits until the compositor accepts a picture or the place changes; false if all waiting
     // must end.
@@ -71,6 +78,7 @@ class EglPlace {
 
     wl_display* const display_;
     const int used_, changed_;
+    const int late_;  // a timer of the kernel's, which needs no thread of the program
     mutable std::mutex mutex_;
     std::condition_variable rested_;
     // The mutex guards the members below. While a frame is drawn, the render thread alone uses

@@ -55,8 +55,9 @@ const wl_surface_listener ShellSurface::Listeners::kSurface = {
             const double before = self.scale();
             self.wholeScale_ = entered->wholeScale();
             if (self.scale() != before) self.owner_.surfaceRescaled();
+            self.owner_.surfaceOnDisplay(true);
         },
-    .leave = [](void*, wl_surface*, wl_output*) {},
+    .leave = [](void* data, wl_surface*, wl_output*) { of(data).owner_.surfaceOnDisplay(false); },
 };
 
 const wp_fractional_scale_v1_listener ShellSurface::Listeners::kFraction = {

@@ -21,6 +21,8 @@ class ShellSurfaceOwner {
     virtual void surfaceConfigured(QSize size) = 0;
     // The compositor asks for another number of pixels per point.
     virtual void surfaceRescaled() = 0;
+    // The surface came to a display, or left it while it stays there.
+    virtual void surfaceOnDisplay(bool /*isThere*/) {}
     // The compositor closed the surface, which no longer shows anything.
     virtual void surfaceTaken() = 0;
     // The user asks to close the window.

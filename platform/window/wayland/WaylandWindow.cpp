@@ -41,7 +41,8 @@ WaylandWindow::WaylandWindow(WaylandSystem& system, const NativeWindowOptions& o
       buffers_(connection_.shm(), *ring_, [this] { updateReadiness(); }),
       place_(std::make_shared<EglPlace>(connection_.display())),
       painted_(ring_->file(), QSocketNotifier::Read),
-      drawn_(place_->file(), QSocketNotifier::Read) {
+      drawn_(place_->file(), QSocketNotifier::Read),
+      late_(place_->lateFile(), QSocketNotifier::Read) {
     QObject::connect(&painted_, &QSocketNotifier::activated, [this] {
         ring_->acknowledge();
         showPainted();
@@ -50,6 +51,10 @@ WaylandWindow::WaylandWindow(WaylandSystem& system, const NativeWindowOptions& o
         place_->acknowledge();
         if (surface_) surface_->settle();
         updateReadiness();
+        connection_.deliver();
+    });
+    QObject::connect(&late_, &QSocketNotifier::activated, [this] {
+        place_->acknowledgeLate();
         connection_.deliver();
     });
     system_.added(*this);
@@ -163,10 +168,13 @@ void WaylandWindow::follow() {
         endSurface();
     }
     delegate_.visibilityChanged();
+    updateReadiness();
 }
 
 void WaylandWindow::makeSurface() {
     const Output* const on = fillsDisplay() ? output() : nullptr;
+    hidden_ = false;
+    mayBeLocked_ = isOverlay() && connection_.hidesUnderLocks();
     surface_ = std::make_unique<ShellSurface>(
         connection_,
         ShellSurface::Options{.role = isOverlay()      ? ShellSurface::Role::Overlay
@@ -193,11 +201,10 @@ void WaylandWindow::endSurface() {
     ring_->endNames();
     ring_->reset();
     connection_.flush();
-    updateReadiness();
 }
 
 bool WaylandWindow::isSeen() const {
-    return surface_ && surface_->isConfigured() && !resting_;
+    return surface_ && surface_->isConfigured() && !resting_ && !hidden_;
 }
 
 void WaylandWindow::outputsChanged() {
@@ -257,6 +264,7 @@ void WaylandWindow::surfaceTaken() {
     ++takenTimes_;
     endSurface();
     delegate_.visibilityChanged();
+    updateReadiness();
     if (again_) return;
     // A compositor closes the surface of a display that has gone. The reply comes after the
     // report of the display's end.

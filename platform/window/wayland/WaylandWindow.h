@@ -78,6 +78,7 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     [[nodiscard]] bool hidesCursor() const override;
     void surfaceConfigured(QSize size) override;
     void surfaceRescaled() override;
+    void surfaceOnDisplay(bool isThere) override;
     void surfaceTaken() override;
     void closeAsked() override;
     void frameDone() override;
@@ -87,7 +88,8 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     // keeps locks above everything.
     [[nodiscard]] bool isSurelyUnlocked() const;
     // Whether the surface is to have the keyboard now. Where lockers are overlays, a seat
-    // without a keyboard leaves the focus where it is, so that the focus tells of a lock.
+    // without a keyboard leaves the focus where it is, so that the focus tells of a lock. Where
+    // a lock hides surfaces, a hidden overlay asks for no keyboard: it could get the lock's.
     [[nodiscard]] bool wantsKeyboard() const;
     void followKeyboard();
     [[nodiscard]] bool isOpaque() const { return options_.window.opaque; }
@@ -113,6 +115,9 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     bool keptDown_ = false;
     bool hadChance_ = false;  // of the keyboard, since this surface was made
     bool resting_ = false;    // a lock seems to have that keyboard
+    // Where a lock hides surfaces: the overlay left its display, and a lock may be the reason,
+    // as before the overlay ever came to the display.
+    bool hidden_ = false, mayBeLocked_ = false;
     bool takesKeyboard_;
     bool hasExclusive_ = false;  // the surface asks for the keyboard
     int takenTimes_ = 0;
@@ -127,7 +132,7 @@ class WaylandWindow final : public NativeWindow, public InputTarget, public Shel
     Proxy<wl_callback> again_;     // while a closed surface may be made again
     Proxy<wl_callback> settling_;  // while the compositor moves the keyboard
     std::vector<QRect> damage_, boxes_;
-    QSocketNotifier painted_, drawn_;
+    QSocketNotifier painted_, drawn_, late_;
 };
 
 }  // namespace platform::wayland

@@ -16,8 +16,9 @@ const wl_callback_listener WaylandWindow::kSettled = {
     }};
 
 bool WaylandWindow::wantsKeyboard() const {
-    return takesKeyboard_ &&
-           (!isOverlay() || !connection_.locksAreOverlays() || connection_.seat().hasAnyKeyboard());
+    if (!takesKeyboard_ || !isOverlay()) return takesKeyboard_;
+    if (connection_.hidesUnderLocks()) return !mayBeLocked_;
+    return !connection_.locksAreOverlays() || connection_.seat().hasAnyKeyboard();
 }
 
 void WaylandWindow::followKeyboard() {
@@ -41,7 +42,16 @@ void WaylandWindow::focusChanged() {
     const bool unlocked = isSurelyUnlocked();
     surface_->setAboveAll(unlocked);
     hadChance_ = hadChance_ || unlocked;
-    setResting(takesKeyboard_ && hadChance_ && !unlocked);
+    setResting(takesKeyboard_ && ((hadChance_ && !unlocked) || (hidden_ && mayBeLocked_)));
+}
+
+void WaylandWindow::surfaceOnDisplay(bool isThere) {
+    if (!isOverlay() || !connection_.hidesUnderLocks()) return;
+    hidden_ = !isThere;
+    // A display that sleeps leaves the keyboard where it is, and a lock takes the keyboard first.
+    mayBeLocked_ = !isThere && !connection_.seat().keyTarget();
+    focusChanged();
+    delegate_.visibilityChanged();
 }
 
 void WaylandWindow::setResting(bool resting) {

@@ -267,6 +267,19 @@ void Compositor::setGivesKeyboard(bool gives) {
     });
 }
 
+void Compositor::setShowsSurfaces(bool shows) {
+    ask([&](World& world) { world.showSurfaces(shows); });
+}
+
+void Compositor::setLocked(bool locked) {
+    ask([&](World& world) {
+        world.isLocked = locked;
+        if (locked) world.focusKeys(nullptr);
+        world.showSurfaces(!locked);
+        if (!locked) world.findKeyFocus();
+    });
+}
+
 void Compositor::setToplevelActive(const std::vector<bool>& active) {
     ask([&](World& world) {
         for (const bool each : active)

@@ -57,6 +57,8 @@ struct Options {
     std::vector<Output> outputs{Output{}};
     Frames frames = Frames::ByHand;
     bool releasesBuffers = true;  // once another one is there
+    // Whether each frame callback is answered; else only the first one of each commit.
+    bool answersAllCallbacks = true;
     bool configuresByItself = true;
     std::uint32_t presentationClock = 1;  // CLOCK_MONOTONIC
     bool reportsPresentation = true;
@@ -155,6 +157,12 @@ class Compositor {
 
     // Whether overlays that want the keyboard get it, as under no lock.
     void setGivesKeyboard(bool gives);
+    // Surfaces are on their displays or on none, as on displays that sleep; those that are on none
+    // get no answers.
+    void setShowsSurfaces(bool shows);
+    // A lock has the keyboard and hides every surface. An overlay that asks for the keyboard
+    // under the lock gets it, as on sway 1.10.
+    void setLocked(bool locked);
     // The other program's window has the focus or has not, one after the other at once.
     void setToplevelActive(const std::vector<bool>& active);
 

@@ -119,7 +119,8 @@ void World::frame(SurfaceState& surface, double seconds, std::uint32_t interval)
 
 void World::frameAll(double seconds, std::uint32_t interval) {
     for (const auto& [id, surface] : surfaces)
-        if (surface->mapped && outputFor(*surface)) frame(*surface, seconds, interval);
+        if (showsSurfaces && surface->mapped && outputFor(*surface))
+            frame(*surface, seconds, interval);
 }
 
 }  // namespace wltest

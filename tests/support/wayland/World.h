@@ -95,6 +95,7 @@ struct World {
     std::vector<std::uint64_t> keyOrder;  // toplevels, the last one shown last
     QPointF pointerAt;
     bool givesKeyboard = true;
+    bool isLocked = false, showsSurfaces = true;
     bool cursorHidden = false;
     std::uint64_t cursorSurface = 0;
     xkb_context* xkbContext = nullptr;
@@ -137,6 +138,9 @@ struct World {
     void configure(SurfaceState& surface, QSize size);
     void mapped(SurfaceState& surface);
     void unmapped(SurfaceState& surface);
+    void showSurfaces(bool shows);
+    // Tells a surface that it came to its display, or left it.
+    void sendPlace(SurfaceState& surface, bool enters);
     void forget(SurfaceState& surface);
     void frame(SurfaceState& surface, double seconds, std::uint32_t interval);
     void frameAll(double seconds, std::uint32_t interval = 16'666'666);

@@ -182,7 +182,7 @@ void World::findKeyFocus() {
         if (surface->mapped && surface->role == Role::Layer && surface->layer >= 2 &&
             surface->keyboard == 1 && outputFor(*surface) && (!best || surface->id == keyFocus))
             best = surface.get();
-    if (!best && !keyOrder.empty()) best = find(keyOrder.back());
+    if (!best && !isLocked && !keyOrder.empty()) best = find(keyOrder.back());
     focusKeys(best);
 }
 

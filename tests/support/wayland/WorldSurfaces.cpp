@@ -252,7 +252,8 @@ void World::commit(SurfaceState& surface) {
     if (pending.input) surface.input = *pending.input;
     if (pending.opaque) surface.opaque = *pending.opaque;
     for (wl_resource* const callback : pending.frames)
-        surface.frames.push_back(callback);
+        if (options.answersAllCallbacks || callback == pending.frames.front())
+            surface.frames.push_back(callback);
     // A picture that was not presented yet never will be.
     std::vector<wl_resource*> unseen;
     if (options.reportsPresentation) unseen = std::exchange(surface.feedbacks, pending.feedbacks);
@@ -299,12 +300,24 @@ void World::commit(SurfaceState& surface) {
     if (surface.mapped) findKeyFocus();
 }
 
+void World::sendPlace(SurfaceState& surface, bool enters) {
+    const OutputState* const output = outputFor(surface);
+    if (!output) return;
+    const auto tell = enters ? wl_surface_send_enter : wl_surface_send_leave;
+    for (wl_resource* const each : output->resources)
+        if (wl_resource_get_client(each) == wl_resource_get_client(surface.resource))
+            tell(surface.resource, each);
+}
+
+void World::showSurfaces(bool shows) {
+    if (std::exchange(showsSurfaces, shows) == shows) return;
+    for (const auto& [id, surface] : surfaces)
+        if (surface->mapped) sendPlace(*surface, shows);
+}
+
 void World::mapped(SurfaceState& surface) {
     surface.mapped = true;
-    if (const OutputState* const output = outputFor(surface))
-        for (wl_resource* const each : output->resources)
-            if (wl_resource_get_client(each) == wl_resource_get_client(surface.resource))
-                wl_surface_send_enter(surface.resource, each);
+    if (showsSurfaces) sendPlace(surface, true);
     if (surface.toplevel) keyOrder.push_back(surface.id);
     findKeyFocus();
     pointerTo(pointerAt);

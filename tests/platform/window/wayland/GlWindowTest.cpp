@@ -203,6 +203,63 @@ TEST(GlOnWayland, ACompositorThatStopsWhileTheDriverStartsHoldsNoEndUp) {
     EXPECT_EQ(system->lossReason(), QString());
 }
 
+// A driver that waits within a swap, as users can have it wait for the display by a setting of
+// Mesa's, for an answer that the compositor owes. The compositor answers the window itself.
+class InASwapWithoutEnd : public testing::Test {
+  protected:
+    InASwapWithoutEnd() { qputenv("vblank_mode", "3"); }
+    ~InASwapWithoutEnd() override { qunsetenv("vblank_mode"); }
+    InASwapWithoutEnd(const InASwapWithoutEnd&) = delete;
+    InASwapWithoutEnd& operator=(const InASwapWithoutEnd&) = delete;
+
+    // The window's first picture is there, and the driver has the second one for good.
+    static void begin(MovingWindow& shown) {
+        ASSERT_TRUE(shown.paintsOnce());
+        const int asked = shown.compositor.count("wl_surface", "frame");
+        shown.compositor.frame(100.0);
+        ASSERT_TRUE(until([&] {
+            shown.clock.advance(0.001);
+            return shown.compositor.count("wl_surface", "frame") == asked + 1;
+        }));
+        ASSERT_GE(runsAtRest("render"), 0);
+        ASSERT_EQ(shown.pictures(), 1);
+    }
+    static wltest::Options owing() { return {.answersAllCallbacks = false}; }
+};
+
+TEST_F(InASwapWithoutEnd, TheMainThreadGoesOn) {
+    MovingWindow shown = onGl(owing());
+    begin(shown);
+    const QSize size(320, 240);
+    shown.compositor.configure(only(shown).id, size);
+    // The driver has read the main thread's event, and nothing on the connection tells of it.
+    ASSERT_GE(runsAtRest("render"), 0);
+    EXPECT_TRUE(until([&] { return shown.window.contentView()->frame().size() == size; }));
+    shown.window.setIgnoresMouseEvents(true);
+    shown.settle();
+    EXPECT_TRUE(shown.system->isConnected());
+}
+
+TEST_F(InASwapWithoutEnd, TheWindowEndsAndTheConnectionWithIt) {
+    MovingWindow shown = onGl(owing());
+    int lost = 0;
+    shown.server.onConnectionLost([&] { ++lost; });
+    begin(shown);
+    shown.window.hide();
+    EXPECT_TRUE(until([&] { return lost == 1; }));
+    EXPECT_EQ(shown.system->lossReason(), QString());
+    EXPECT_TRUE(until([&] { return shown.compositor.clients() == 0; }));
+}
+
+TEST_F(InASwapWithoutEnd, ACompositorThatDiesEndsTheSwap) {
+    MovingWindow shown = onGl(owing());
+    int lost = 0;
+    shown.server.onConnectionLost([&] { ++lost; });
+    begin(shown);
+    shown.compositor.die();
+    EXPECT_TRUE(until([&] { return lost == 1; }));
+}
+
 TEST(GlOnWayland, ADisplayThatGoesInTheMiddleOfAFrameEndsNothing) {
     wltest::Options options;
     const wltest::Output other{.name = "B", .mode = {64, 48}, .at = {1000, 0}};

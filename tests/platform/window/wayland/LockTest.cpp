@@ -187,6 +187,82 @@ TEST(OverlaysAmongLocks, WhereTheCompositorLocksEveryOverlayIsAboveAll) {
     }
 }
 
+// --- where a lock hides every other surface ---
+
+struct HiddenByLocks : AmongLocks {
+    static wltest::Options later() {
+        wltest::Options options;
+        options.globals.sessionLock = true;
+        return options;
+    }
+    HiddenByLocks() : AmongLocks(later()) {}
+    void setLocked(bool locked) {
+        compositor.setLocked(locked);
+        settle();
+    }
+    bool seemsLocked() { return system.workspace().isSaverActive(); }
+};
+
+TEST(OverlaysHiddenByALock, ABlackScreenRestsAndLeavesTheLockItsKeyboard) {
+    HiddenByLocks there;
+    TestWindow black(there.system, saver());
+    there.show(black);
+    ASSERT_TRUE(black.native->hasKeyboard());
+    for (int round = 0; round < 3; ++round) {
+        there.setLocked(true);
+        EXPECT_FALSE(black.native->isSeen());
+        EXPECT_TRUE(there.seemsLocked());
+        // A commit under the lock would get the keyboard, if it still asked for it.
+        black.paintAll(kGreen);
+        there.settle();
+        EXPECT_EQ(there.only().keyboard, 0U);
+        EXPECT_EQ(there.compositor.keyboardFocus(), 0U);
+        EXPECT_EQ(there.layer(), kOverlay);
+        there.setLocked(false);
+        EXPECT_TRUE(black.native->isSeen());
+        EXPECT_TRUE(black.native->hasKeyboard());
+        EXPECT_FALSE(there.seemsLocked());
+    }
+}
+
+TEST(OverlaysHiddenByALock, ABlackScreenShownUnderTheLockWaitsForTheKeyboard) {
+    HiddenByLocks there;
+    there.setLocked(true);
+    TestWindow black(there.system, saver());
+    there.show(black);
+    EXPECT_EQ(there.only().keyboard, 0U);
+    EXPECT_EQ(there.compositor.keyboardFocus(), 0U);
+    there.setLocked(false);
+    EXPECT_TRUE(black.native->hasKeyboard());
+}
+
+TEST(OverlaysHiddenByALock, TheRainRestsAndTakesNothing) {
+    HiddenByLocks there;
+    TestWindow over(there.system, rain());
+    there.show(over);
+    there.setLocked(true);
+    EXPECT_FALSE(over.native->isSeen());
+    EXPECT_FALSE(there.seemsLocked());
+    there.setLocked(false);
+    EXPECT_TRUE(over.native->isSeen());
+    EXPECT_EQ(there.only().keyboard, 0U);
+}
+
+TEST(OverlaysHiddenByALock, ASleepingDisplayIsNoLock) {
+    HiddenByLocks there;
+    TestWindow black(there.system, saver());
+    there.show(black);
+    there.compositor.setShowsSurfaces(false);
+    there.settle();
+    EXPECT_FALSE(black.native->isSeen());
+    EXPECT_TRUE(black.native->hasKeyboard());
+    EXPECT_EQ(there.only().keyboard, 1U);
+    EXPECT_FALSE(there.seemsLocked());
+    there.compositor.setShowsSurfaces(true);
+    there.settle();
+    EXPECT_TRUE(black.native->isSeen());
+}
+
 TEST(OverlaysUnderALockedSession, AreTakenDownAndStayDown) {
     WaylandFixture there;
     TestWindow over(there.system, rain());

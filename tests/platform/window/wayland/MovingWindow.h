@@ -16,9 +16,10 @@
 
 namespace platform::wayland {
 
-struct MovingWindow {
-    explicit MovingWindow(const wltest::Options& options = {},
-                          DrawerChoice choice = DrawerChoice::Cpu)
+template <typename Clock>
+struct MovingWindowOn {
+    explicit MovingWindowOn(const wltest::Options& options = {},
+                            DrawerChoice choice = DrawerChoice::Cpu)
         : compositor(options), drawer(choice) {
         auto view = std::make_shared<View>(QRectF());
         view->setWantsLayer(true);
@@ -54,7 +55,7 @@ struct MovingWindow {
     }
 
     wltest::Compositor compositor;
-    ManualClock clock{100.0};
+    Clock clock{100.0};
     const DrawerChoice drawer;
     std::shared_ptr<WaylandSystem> system =
         std::make_shared<WaylandSystem>(clock, compositor.address());
@@ -64,6 +65,7 @@ struct MovingWindow {
   private:
     int painted_ = 0;
 };
+using MovingWindow = MovingWindowOn<ManualClock>;
 
 // How often the thread of that name was given a processor, by the kernel's count; -1 while
 // the thread does not sleep.
