@@ -72,6 +72,8 @@ void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     if (const auto verbinding = brixtel::qtVerbinding(regel);
         verbinding != brixtel::QtVerbinding::Heel)
         eindigMetCompositor(verbinding);
+    // A library below Qt would end the process in its own words.
+    if (platform::tellsOfLoss(regel)) std::_Exit(meldNaam(brixtel::schermVerbroken()));
     if (soort != QtFatalMsg) return;
     const bool erIsScherm = platform::DisplayCheck().isReachable();
     std::_Exit(

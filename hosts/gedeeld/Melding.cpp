@@ -46,4 +46,8 @@ void laatHoofddraadEindigen() {
         pause();
 }
 
+QString schermVerbroken() {
+    return QStringLiteral("het scherm verbrak de verbinding");
+}
+
 }  // namespace brixtel

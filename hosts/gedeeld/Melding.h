@@ -27,4 +27,7 @@ enum class QtVerbinding {
 // Holds up the calling thread for good unless it is the main thread, which finds the loss itself.
 void laatHoofddraadEindigen();
 
+// The words where the display breaks the connection while a program starts or ends.
+[[nodiscard]] QString schermVerbroken();
+
 }  // namespace brixtel

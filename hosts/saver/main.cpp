@@ -61,6 +61,8 @@ void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     if (verbinding == brixtel::QtVerbinding::Verbroken)
         std::_Exit(
             meldNaam(QStringLiteral("het venstersysteem verbrak de verbinding van Qt"), kFout));
+    // A library below Qt would end the process in its own words.
+    if (platform::tellsOfLoss(regel)) std::_Exit(meldNaam(brixtel::schermVerbroken(), kFout));
     if (soort != QtFatalMsg) return;
     if (!zonderScherm && !platform::DisplayCheck().isReachable())
         std::_Exit(meldNaam(QString::fromUtf8(kGeenScherm), kFout));

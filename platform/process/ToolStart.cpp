@@ -34,7 +34,7 @@ struct Child {
 
     setpgid(0, 0);
     // The pictures come first where the machine has more work than processors.
-    (void)nice(kNiceness);
+    [[maybe_unused]] const int niceness = nice(kNiceness);
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     // The parent may have ended before the death signal was requested.
     if (getppid() != child.parent) _exit(kNotStarted);

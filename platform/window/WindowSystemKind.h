@@ -43,6 +43,10 @@ class WindowSystemKind {
     // Opens the system. The clock outlives the system.
     [[nodiscard]] virtual std::unique_ptr<WindowSystem> open(MediaClock& clock) const = 0;
 
+    // Whether Qt logs this message as its own connection breaks, just before a library that it
+    // uses ends the process in words of its own. Any thread.
+    [[nodiscard]] virtual bool isLament(const QString&) const { return false; }
+
     // Reads a window's name from a command line or the environment; none for a text that
     // names no window.
     [[nodiscard]] virtual std::optional<HostRef> readHost(const QString& text) const = 0;

@@ -314,16 +314,33 @@ TEST_F(ZorgVoor, APreparationThatFailsShowsWhy) {
 
 TEST_F(ZorgVoor, APresetWithoutItsNameOrWithAnUnknownOneIsToldOf) {
     EXPECT_EQ(draai({boom + QStringLiteral("/test"), QStringLiteral("--preset")}), 2);
-    EXPECT_EQ(
-        fouten,
-        QStringList{QStringLiteral("./test --preset wil een naam: release, dev, asan of tsan.")});
+    EXPECT_EQ(fouten, QStringList{QStringLiteral(
+                          "./test --preset wil een naam: release, dev, asan, tsan of clang.")});
     EXPECT_EQ(draai({boom + QStringLiteral("/test"), QStringLiteral("--preset"),
                      QStringLiteral("zebra")}),
               2);
     EXPECT_EQ(fouten, QStringList{QStringLiteral(
-                          "./test --preset wil een naam: release, dev, asan of tsan, niet "
+                          "./test --preset wil een naam: release, dev, asan, tsan of clang, niet "
                           "'zebra'.")});
     EXPECT_TRUE(gebeurd().isEmpty());
+}
+
+TEST_F(ZorgVoor, TheTestsByClangWantItsCompilerAndAreTheFastOnes) {
+    isDebian("printf 'install ok installed'");
+    zet("cmake", "exit 0");
+    zet("ninja", "echo 'ninja: no work to do.'");
+    zet("nproc", "echo 3");
+    zet("dbus-run-session", "exit 0");
+    for (const char* preset : {"clang", "release"}) {
+        const bool isClang = qstrcmp(preset, "clang") == 0;
+        EXPECT_EQ(draai({boom + QStringLiteral("/test"), QStringLiteral("--preset"),
+                         QLatin1String(preset), QStringLiteral("-R"), QStringLiteral("x")}),
+                  0);
+        const QString einde =
+            QStringLiteral("-j 3 %1-R x\n").arg(isClang ? QStringLiteral("-L ^snel$ ") : QString());
+        EXPECT_TRUE(gebeurd().endsWith(einde)) << qPrintable(gebeurd());
+    }
+    EXPECT_EQ(gebeurd().count(QStringLiteral("${Status} clang\n")), 1);
 }
 
 }  // namespace

@@ -19,3 +19,12 @@ class AllocationCounter {
   private:
     std::size_t start_;
 };
+
+// Refuses one allocation of this thread while it lives: the first one after so many others.
+class RefusedAllocation {
+  public:
+    explicit RefusedAllocation(std::size_t after);
+    ~RefusedAllocation();
+    RefusedAllocation(const RefusedAllocation&) = delete;
+    RefusedAllocation& operator=(const RefusedAllocation&) = delete;
+};

@@ -14,9 +14,8 @@ namespace {
 
 // In 255ths. The processor's bits are the same everywhere but for a library's sines.
 constexpr PictureLimits kProcessor{.largest = 6, .mean = 0.02};
-// Mesa 22.3 (Debian 12) and 25.0 (Debian 13) differ by 30 to 42 dB in whole pictures, most
-// along the edges of bright digits.
-constexpr PictureLimits kOpenGl{.largest = 150, .mean = 1.5};
+// Mesa 22.3 (Debian 12) and 25.0 (Debian 13) differ by at most 1.
+constexpr PictureLimits kOpenGl{.largest = 6, .mean = 0.02};
 
 class ReferentieBeelden : public testing::TestWithParam<DrieSoort> {
   protected:

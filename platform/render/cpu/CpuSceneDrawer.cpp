@@ -72,6 +72,7 @@ struct CpuSceneDrawer::Parts {
     bool isShown(int tile, Memory& memory);
     void showTile(int tile, const PixelBuffer& picture, std::vector<float>& work);
     void add(int tile, std::vector<QRect>& rects) const;
+    void drawFrame(const DrawList& list, const PixelBuffer& picture, const Frame& frame);
     void draw(const DrawList& list, const PixelBuffer& picture, double scale, bool isKept);
     void drawCoarse(const DrawList& list, const PixelBuffer& picture, const Frame& frame);
     void findStale(Memory& memory);
@@ -224,7 +225,8 @@ void CpuSceneDrawer::Parts::showTile(int tile, const PixelBuffer& picture,
     encodeTile(light, added, {to, picture.stride, rect.width(), rect.height()});
 }
 
-CpuSceneDrawer::CpuSceneDrawer(const Options& options) : parts_(std::make_unique<Parts>(options)) {}
+CpuSceneDrawer::CpuSceneDrawer(const Options& options)
+    : options_(options), parts_(std::make_unique<Parts>(options)) {}
 CpuSceneDrawer::~CpuSceneDrawer() = default;
 
 void CpuSceneDrawer::Parts::draw(const DrawList& list, const PixelBuffer& picture, double scale,
@@ -279,6 +281,13 @@ void CpuSceneDrawer::Parts::drawCoarse(const DrawList& list, const PixelBuffer& 
     stretchStale(from, picture);
 }
 
+void CpuSceneDrawer::Parts::drawFrame(const DrawList& list, const PixelBuffer& picture,
+                                      const Frame& frame) {
+    if (frame.resolution < 1.0) return drawCoarse(list, picture, frame);
+    const bool wasCoarse = !std::exchange(stretchedTo, QSize()).isEmpty();
+    draw(list, picture, frame.scale, frame.isKept && !wasCoarse);
+}
+
 // Finds the coarse picture's tiles that a stretched picture does not show as they are.
 void CpuSceneDrawer::Parts::findStale(Memory& memory) {
     stale.clear();
@@ -303,16 +312,17 @@ void CpuSceneDrawer::Parts::stretchStale(const PixelBuffer& from, const PixelBuf
 
 std::span<const QRect> CpuSceneDrawer::draw(const DrawList& list, const PixelBuffer& picture,
                                             const Frame& frame) {
-    Parts& parts = *parts_;
     const QSize size = picture.size;
     if (size.isEmpty() || std::max(size.width(), size.height()) > kMostSide) return {};
-    if (frame.resolution < 1.0) {
-        parts.drawCoarse(list, picture, frame);
-    } else {
-        const bool wasCoarse = !std::exchange(parts.stretchedTo, QSize()).isEmpty();
-        parts.draw(list, picture, frame.scale, frame.isKept && !wasCoarse);
+    if (!parts_) parts_ = std::make_unique<Parts>(options_);
+    try {
+        parts_->drawFrame(list, picture, frame);
+    } catch (...) {
+        // Nothing is known any more of what fits the picture's size.
+        parts_.reset();
+        throw;
     }
-    return parts.damage;
+    return parts_->damage;
 }
 
 QImage CpuSceneDrawer::picture(const DrawList& list, QSizeF points, double scale) {
@@ -329,15 +339,16 @@ QImage CpuSceneDrawer::picture(const DrawList& list, QSizeF points, double scale
 }
 
 const CpuSceneDrawer::Counts& CpuSceneDrawer::counts() const {
-    return parts_->counts;
+    static constexpr Counts kNone;
+    return parts_ ? parts_->counts : kNone;
 }
 
 int CpuSceneDrawer::meshCount() const {
-    return parts_->plan.meshCount();
+    return parts_ ? parts_->plan.meshCount() : 0;
 }
 
 int CpuSceneDrawer::pictureCount() const {
-    return parts_->plan.pictureCount();
+    return parts_ ? parts_->plan.pictureCount() : 0;
 }
 
 }  // namespace platform

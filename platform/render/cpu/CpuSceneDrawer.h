@@ -52,7 +52,8 @@ class CpuSceneDrawer {
     // Makes the picture show the list, every pixel opaque. Returns the rectangles that may
     // differ from the last draw, whichever memory that went into, or the whole picture where
     // it is not kept; in the picture's pixels, valid until the next draw. A camera or scale
-    // without sense gives opaque black.
+    // without sense gives opaque black. Throws std::bad_alloc where memory is refused; the
+    // drawer then forgets everything, and the next draw is as the first one.
     std::span<const QRect> draw(const DrawList& list, const PixelBuffer& picture,
                                 const Frame& frame);
 
@@ -76,7 +77,8 @@ class CpuSceneDrawer {
 
   private:
     struct Parts;
-    std::unique_ptr<Parts> parts_;
+    Options options_;
+    std::unique_ptr<Parts> parts_;  // none after a draw that failed
 };
 
 }  // namespace platform

@@ -115,6 +115,7 @@ int ScenePass::draw(const DrawList& list, const ScenePassOptions& options) {
     frame_.viewProjection = list.camera.projection * list.camera.view;
     frame_.halfViewport = 0.5F * glm::vec2(options.size.width(), options.size.height());
     frame_.outputScale = options.outputScale;
+    frame_.anisotropy = options.anisotropy;
     arrange(list);
     uploadInstances(list);
     glEnable(GL_PROGRAM_POINT_SIZE);
@@ -214,7 +215,7 @@ void ScenePass::drawRun(std::span<const PlacedBatch> run, unsigned variant) {
     if ((variant & kLambert) != 0)
         glUniform3fv(program->emission, 1, glm::value_ptr(batch.material.emission));
     if ((variant & kTextured) != 0) {
-        textures_.bind(batch.material, options_.anisotropy);
+        textures_.bind(batch.material);
         glUniformMatrix4fv(program->contentsTransform, 1, GL_FALSE,
                            glm::value_ptr(batch.material.contentsTransform));
     }
@@ -312,7 +313,7 @@ void ScenePass::drawFloorPlane(const DrawFloor& floor, const glm::vec4& colour, 
     if ((variant & kLambert) != 0)
         glUniform3fv(program->emission, 1, glm::value_ptr(floor.material.emission));
     if ((variant & kTextured) != 0) {
-        textures_.bind(floor.material, options_.anisotropy);
+        textures_.bind(floor.material);
         glUniformMatrix4fv(program->contentsTransform, 1, GL_FALSE,
                            glm::value_ptr(floor.material.contentsTransform));
     }

@@ -82,6 +82,7 @@ SceneProgram::SceneProgram(std::unique_ptr<GlProgram> program, unsigned variant)
     fogRange_ = at("fogRange");
     reflection_ = at("reflection");
     outputScale_ = at("outputScale");
+    mostSamples_ = at("mostSamples");
     program_->use();
     glUniform1i(at("picture"), 0);
     glUniform1i(at("instances"), 1);
@@ -102,6 +103,7 @@ void SceneProgram::setFrame(const SceneUniforms& frame) const {
     glUniform4fv(floorPlane_, 1, glm::value_ptr(frame.floorPlane));
     glUniform2fv(reflection_, 1, glm::value_ptr(frame.reflection));
     glUniform1f(outputScale_, frame.outputScale);
+    if ((variant_ & kTextured) != 0) glUniform1i(mostSamples_, frame.anisotropy);
     if ((variant_ & kFog) != 0) {
         glUniform3fv(fogColour_, 1, glm::value_ptr(list.fog.colour));
         glUniform2f(fogRange_, list.fog.start, 1.0F / (list.fog.end - list.fog.start));

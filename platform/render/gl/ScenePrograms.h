@@ -40,6 +40,7 @@ struct SceneUniforms {
     glm::mat4 viewProjection{1.0F};
     glm::vec2 halfViewport{1.0F};  // pixels
     float outputScale = 1.0F;
+    int anisotropy = 1;
     glm::vec4 floorPlane{0.0F};
     glm::vec2 reflection{0.0F};
 };
@@ -62,7 +63,7 @@ class SceneProgram {
     std::uint64_t frameOf_ = 0;  // the draw whose frame values are set
     GLint viewProjection_, cameraPosition_, halfViewport_, zNear_, floorPlane_;
     GLint ambient_, lightCount_, lightPosition_, lightColour_;
-    GLint fogColour_, fogRange_, reflection_, outputScale_;
+    GLint fogColour_, fogRange_, reflection_, outputScale_, mostSamples_;
 };
 
 // Programs, each made on first need.

@@ -2,7 +2,6 @@
 #include "platform/render/gl/SceneTextures.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "platform/render/cpu/LinearPixels.h"
 
@@ -35,11 +34,9 @@ void putLevels(const QImage& picture) {
 SceneTextures::SceneTextures(int keepDraws)
     : keepDraws_(static_cast<std::uint64_t>(std::max(1, keepDraws))) {
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &maxSize_);
-    if (!epoxy_has_gl_extension("GL_EXT_texture_filter_anisotropic")) return;
-    glGetIntegerv(GL_MAX_TEXTURE_MAX_ANISOTROPY_EXT, &maxAnisotropy_);
 }
 
-void SceneTextures::bind(const DrawMaterial& material, int anisotropy) {
+void SceneTextures::bind(const DrawMaterial& material) {
     glActiveTexture(GL_TEXTURE0);
     auto found = kept_.find(material.pictureKey);
     if (found == kept_.end()) {
@@ -48,7 +45,7 @@ void SceneTextures::bind(const DrawMaterial& material, int anisotropy) {
         glBindTexture(GL_TEXTURE_2D, found->second.texture.name());
     }
     found->second.lastDraw = draw_;
-    setUp(found->second, material, anisotropy);
+    setUp(found->second, material);
 }
 
 SceneTextures::Kept SceneTextures::upload(const QImage& picture) const {
@@ -66,16 +63,13 @@ SceneTextures::Kept SceneTextures::upload(const QImage& picture) const {
     return kept;
 }
 
-void SceneTextures::setUp(Kept& kept, const DrawMaterial& material, int anisotropy) const {
+void SceneTextures::setUp(Kept& kept, const DrawMaterial& material) {
     if (kept.wrapS != material.wrapS)
         glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, wrapOf(material.wrapS));
     if (kept.wrapT != material.wrapT)
         glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, wrapOf(material.wrapT));
     kept.wrapS = material.wrapS;
     kept.wrapT = material.wrapT;
-    const int samples = std::clamp(anisotropy, 1, maxAnisotropy_);
-    if (std::exchange(kept.anisotropy, samples) != samples)
-        glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MAX_ANISOTROPY_EXT, static_cast<float>(samples));
 }
 
 void SceneTextures::endDraw() {

@@ -19,7 +19,7 @@ class SceneTextures {
 
     // Binds the material's picture to texture unit 0, with the material's
     // wrapping; uploads a new picture.
-    void bind(const DrawMaterial& material, int anisotropy);
+    void bind(const DrawMaterial& material);
 
     // Ends a draw: drops textures unused for a while.
     void endDraw();
@@ -30,17 +30,15 @@ class SceneTextures {
         GlTexture texture;
         WrapMode wrapS = WrapMode::Clamp;
         WrapMode wrapT = WrapMode::Clamp;
-        int anisotropy = 1;
         std::uint64_t lastDraw = 0;
     };
 
     Kept upload(const QImage& picture) const;
-    void setUp(Kept& kept, const DrawMaterial& material, int anisotropy) const;
+    static void setUp(Kept& kept, const DrawMaterial& material);
 
     std::uint64_t keepDraws_;
     std::uint64_t draw_ = 1;
     int maxSize_ = 0;
-    int maxAnisotropy_ = 1;  // 1: not offered
     std::unordered_map<qint64, Kept> kept_;
 };
 

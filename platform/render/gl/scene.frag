@@ -25,6 +25,7 @@ in float height;
 #endif
 
 uniform sampler2D picture;
+uniform int mostSamples;     // of the picture, in one pixel
 uniform vec3 emission;
 uniform vec3 ambient;
 uniform int lightCount;
@@ -39,23 +40,42 @@ uniform float outputScale;
 
 out vec4 result;
 
-void main() {
-#ifdef MIRRORED
-    if (height < 0.0) discard;
+#ifdef TEXTURED
+// The picture within the ellipse that a pixel covers: samples of the ellipse's width, side by
+// side along its length. Every driver has an anisotropic filter of its own, and their light
+// differs by up to a tenth.
+vec4 pictureLight() {
+    vec2 size = vec2(textureSize(picture, 0));
+    mat2 grows = mat2(dFdx(pictureCoord) * size, dFdy(pictureCoord) * size);  // texels a pixel
+    mat2 square = grows * transpose(grows);
+    float middle = 0.5 * (square[0][0] + square[1][1]);
+    float halfApart = 0.5 * (square[0][0] - square[1][1]);
+    float apart = length(vec2(halfApart, square[0][1]));
+    vec2 along = halfApart > 0.0 ? vec2(halfApart + apart, square[0][1])
+                             : vec2(square[0][1], apart - halfApart);
+    float longer = sqrt(middle + apart);
+    float wide = max(sqrt(max(middle - apart, 0.0)), 1.0);
+    // A circle's rounding errors are no length.
+    float count = clamp(ceil(longer / wide - 0.01), 1.0, float(mostSamples));
+    float level = log2(max(longer / count, wide));
+#ifdef FADING
+    // Half a level finer, which blurs digits less. A whole level would be sharper still, but
+    // digits of two pixels would twinkle, as a far wall does by half a one.
+    level -= 0.5;
 #endif
+    vec2 toNext = count > 1.0 ? normalize(along) * longer / (count * size) : vec2(0.0);
+    vec2 at = pictureCoord - 0.5 * (count - 1.0) * toNext;
+    vec4 sum = vec4(0.0);
+    for (float i = 0.0; i < count; ++i)
+        sum += textureLod(picture, at + i * toNext, level);
+    return sum / count;
+}
+#endif
+
+void main() {
     vec4 colour = tint;
 #ifdef TEXTURED
-    // The limit shows the picture's average where a pixel spans many repeats. With
-    // an unlimited span, software OpenGL looks at every repeat and takes seconds.
-    vec2 span = fwidth(pictureCoord);
-    float few = min(1.0, 4.0 / max(max(span.x, span.y), 1e-6));
-#ifdef FADING
-    // Half a level finer than the driver's choice, which blurs digits. A whole level would be
-    // sharper still, but digits of two pixels would twinkle, as a far wall does by half a one.
-    colour *= texture(picture, pictureCoord * few, -0.5);
-#else
-    colour *= texture(picture, pictureCoord * few);
-#endif
+    colour *= pictureLight();
 #endif
 #ifdef FADING
     // The share of the pixel that the picture covers, on each of its axes. A picture of a
@@ -65,6 +85,9 @@ void main() {
     vec2 at = pictureCoord * size;
     vec2 share = clamp(min(at + 0.5, size) - max(at - 0.5, 0.0), 0.0, 1.0);
     colour *= share.x * share.y;
+#endif
+#ifdef MIRRORED
+    if (height < 0.0) discard;
 #endif
 #ifdef LAMBERT
     vec3 n = normalize(gl_FrontFacing ? worldNormal : -worldNormal);

@@ -2,6 +2,7 @@
 #include "platform/window/systems/WindowSystems.h"
 
 #include <QGuiApplication>
+#include <algorithm>
 
 #include "platform/window/systems/Kinds.h"
 
@@ -85,6 +86,12 @@ const WindowSystemKind& programsKind() {
 
 std::unique_ptr<WindowSystem> openWindowSystem(MediaClock& clock) {
     return programsKind().open(clock);
+}
+
+bool tellsOfLoss(const QString& message) {
+    const auto kinds = windowSystemKinds();
+    return std::any_of(kinds.begin(), kinds.end(),
+                       [&](const WindowSystemKind* kind) { return kind->isLament(message); });
 }
 
 std::optional<HostRef> readHost(const QString& text) {

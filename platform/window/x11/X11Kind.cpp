@@ -37,6 +37,10 @@ class X11Kind final : public WindowSystemKind {
         return std::make_unique<X11System>(clock);
     }
 
+    [[nodiscard]] bool isLament(const QString& message) const override {
+        return isQtsLament(message);
+    }
+
     [[nodiscard]] std::optional<HostRef> readHost(const QString& text) const override {
         const auto number = readWindowNumber(text);
         return number ? std::optional(HostRef{QString::number(*number)}) : std::nullopt;

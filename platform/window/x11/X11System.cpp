@@ -12,14 +12,11 @@ namespace platform {
 
 namespace {
 
-// Qt logs this text as its own connection breaks, and then calls exit().
-constexpr const char* kQtLament = "The X11 connection broke";
-
 EventConnection* listening = nullptr;
 QtMessageHandler handlerBefore = nullptr;
 
 void keepBackLament(QtMsgType type, const QMessageLogContext& context, const QString& message) {
-    if (listening && message.startsWith(QLatin1String(kQtLament))) {
+    if (listening && isQtsLament(message)) {
         listening->lost();
         return;
     }
@@ -27,6 +24,10 @@ void keepBackLament(QtMsgType type, const QMessageLogContext& context, const QSt
 }
 
 }  // namespace
+
+bool isQtsLament(const QString& message) {
+    return message.startsWith(QLatin1String("The X11 connection broke"));
+}
 
 std::optional<xcb_window_t> readWindowNumber(const QString& text) {
     bool good = false;

@@ -16,6 +16,9 @@ namespace platform {
 
 class WindowWatch;
 
+// The same as WindowSystemKind::isLament().
+[[nodiscard]] bool isQtsLament(const QString& message);
+
 // The program's connections to an X server, beside Qt's own. The program listens to windows
 // and draws in them through connections of its own, so that a vanished host's window is an
 // event and never the end of the program. Owned by the window server; the clock outlives

@@ -8,6 +8,8 @@
 
 #include "tests/hosts/saver/Scherm.h"
 #include "tests/support/BusSaver.h"
+#include "tests/support/DBusDaemon.h"
+#include "tests/support/WholeRepaints.h"
 
 using brixtel::isRegen;
 using brixtel::Scherm;
@@ -110,42 +112,27 @@ TEST_F(Scherm, MonitorsThatMirrorOneAnotherHaveOneWindow) {
     EXPECT_EQ(vensters(), 1);
 }
 
+constexpr QSize kMaat(640, 400);
+const QString kVenster = QStringLiteral("--venster=640x400");
+
 // A session bus of the test's own.
 class Bus : public Scherm {
   protected:
-    QProcess bus;
-    QString adres;
+    const DBusDaemon bus;
 
     void SetUp() override {
         Scherm::SetUp();
-        bus.start(QStringLiteral("dbus-daemon"),
-                  {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                   QStringLiteral("--print-address")});
-        ASSERT_TRUE(bus.waitForReadyRead(10'000));
-        adres = QString::fromLatin1(bus.readLine()).trimmed();
-        programma.zet(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), adres);
+        ASSERT_FALSE(bus.address().isEmpty());
+        programma.zet(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus.address());
     }
-    [[nodiscard]] bool toont(const QStringList& meer = {QStringLiteral("--venster=640x400")}) {
+    // Waits until it rains and the program hears signals of this name.
+    [[nodiscard]] bool toont(const char* signaal, const QStringList& meer = {kVenster}) {
         startRegen(meer);
-        return regentWeer();
+        return regentWeer() && until([&] { return bus.isHeard(signaal); });
     }
-    void TearDown() override {
-        bus.terminate();
-        bus.waitForFinished(5000);
-        Scherm::TearDown();
-    }
-    // Sends the signal as anyone may, until it has been heard: the program listens
-    // to the bus from some moment after its first picture on. The black is short, so
-    // that each signal is given time before the next.
-    bool zwartNaWillstop() {
-        return until([&] {
-            QProcess proces;
-            proces.start(QStringLiteral("dbus-send"),
-                         {QStringLiteral("--bus=") + adres, QStringLiteral("--type=signal"),
-                          QStringLiteral("/"), QStringLiteral("com.apple.screensaver.willstop")});
-            proces.waitForFinished(5000);
-            return until([&] { return isZwart(); }, 2000);
-        });
+    // As anyone may.
+    [[nodiscard]] bool zendWillstop() const {
+        return bus.send({QStringLiteral("/"), QStringLiteral("com.apple.screensaver.willstop")});
     }
     bool regentWeer() {
         return until(
@@ -156,41 +143,57 @@ class Bus : public Scherm {
 
 // In a window of its own nobody else would put the scene up again.
 TEST_F(Bus, WillstopTearsTheSceneDownAndItStartsAgain) {
-    ASSERT_TRUE(toont());
-    EXPECT_TRUE(zwartNaWillstop());
+    ASSERT_TRUE(toont("willstop"));
+    WholeRepaints geheel(server, kMaat);
+    ASSERT_TRUE(zendWillstop());
+    EXPECT_TRUE(until([&] { return geheel.count() > 0; }));
     EXPECT_TRUE(regentWeer());
     EXPECT_TRUE(programma.loopt());
 }
 
 TEST_F(Bus, WillstopInFullScreenStartsTheSceneAgainToo) {
-    ASSERT_TRUE(toont({}));
-    EXPECT_TRUE(zwartNaWillstop());
+    ASSERT_TRUE(toont("willstop", {}));
+    WholeRepaints geheel(server, {1280, 800});
+    ASSERT_TRUE(zendWillstop());
+    EXPECT_TRUE(until([&] { return geheel.count() > 0; }));
     EXPECT_TRUE(regentWeer());
     EXPECT_TRUE(programma.loopt());
+}
+
+// Rain changes place by place.
+TEST_F(Bus, WithoutASignalThePictureIsNotDrawnWholeAnew) {
+    ASSERT_TRUE(toont("willstop"));
+    WholeRepaints geheel(server, kMaat);
+    EXPECT_FALSE(until([&] { return geheel.count() > 0; }, 1000));
 }
 
 // The host decides when a saver in its window ends.
 TEST_F(Bus, WillstopInAHostsWindowLeavesItBlack) {
     const auto venster = server.makeWindow({.width = 640, .height = 400});
-    ASSERT_TRUE(toont({QStringLiteral("--window-id"), QStringLiteral("0x%1").arg(venster, 0, 16)}));
-    EXPECT_TRUE(zwartNaWillstop());
+    ASSERT_TRUE(toont("willstop",
+                      {QStringLiteral("--window-id"), QStringLiteral("0x%1").arg(venster, 0, 16)}));
+    ASSERT_TRUE(zendWillstop());
+    EXPECT_TRUE(until([&] { return isZwart(); }));
     EXPECT_FALSE(until([&] { return !isZwart(); }, 1000));
     EXPECT_TRUE(programma.loopt());
 }
 
 TEST_F(Bus, WhenTheDesktopsLockHasGoneTheSceneStartsAgain) {
-    ASSERT_TRUE(toont());
-    const BusSaver saver(adres);
-    EXPECT_TRUE(until([&] { return saver.say(false) && isZwart(); }));
+    ASSERT_TRUE(toont("ActiveChanged"));
+    const BusSaver saver(bus.address());
+    WholeRepaints geheel(server, kMaat);
+    ASSERT_TRUE(saver.say(false));
+    EXPECT_TRUE(until([&] { return geheel.count() > 0; }));
     EXPECT_TRUE(regentWeer());
     EXPECT_TRUE(programma.loopt());
 }
 
 TEST_F(Bus, ActiveChangedTrueLeavesItAlone) {
-    ASSERT_TRUE(toont());
-    const BusSaver saver(adres);
+    ASSERT_TRUE(toont("ActiveChanged"));
+    const BusSaver saver(bus.address());
+    WholeRepaints geheel(server, kMaat);
     ASSERT_TRUE(saver.say(true));
-    EXPECT_FALSE(until([&] { return isZwart(); }, 500));
+    EXPECT_FALSE(until([&] { return geheel.count() > 0 || isZwart(); }, 500));
 }
 
 }  // namespace

@@ -13,12 +13,23 @@ namespace platform {
 struct MeshShape {
     explicit MeshShape(const Mesh& mesh);
 
-    // Three corners, or the four of a parallelogram along which all is even.
+    // Three corners, or the four of two triangles that are one face.
     struct Face {
         int corners = 3;
-        std::array<std::uint32_t, 4> corner{};
+        std::array<std::uint32_t, 4> corner{};  // a triangle's last one twice
     };
-    std::vector<Face> faces;
+    // The part of its mesh that a surface shows. Two triangles are one face where all of that is
+    // even.
+    enum Look : std::size_t { kShape, kNormals, kPicture, kLooks };
+    std::array<std::vector<Face>, kLooks> faces;
+
+    // The faces of every second, fourth, … row and column of a mesh that is one grid, for
+    // kShape. Each level has a quarter of the faces of the one before.
+    struct Level {
+        std::vector<Face> faces;
+        float miss = 0.0F;  // the farthest that a place left out lies from the level
+    };
+    std::vector<Level> coarser;
 
     // Whether all vertices have the same distance from the middle of the mesh's box.
     bool isBall = false;
@@ -30,6 +41,9 @@ struct MeshShape {
     glm::vec3 corner{0.0F};
     glm::vec3 along{0.0F};
     glm::vec3 down{0.0F};
+
+  private:
+    void addCoarser(const MeshData& data);
 };
 
 }  // namespace platform

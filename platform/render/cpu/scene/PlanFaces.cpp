@@ -19,6 +19,8 @@ namespace {
 constexpr unsigned kTooNear = 1;
 constexpr unsigned kTooFar = 2;
 constexpr unsigned kBelowMirror = 4;
+// The pixels by which a coarser mesh may miss its places: half of what samples lie apart.
+constexpr float kUnseenMiss = 0.5F / kSamples;
 
 // Whether the camera stands within the mesh's box.
 bool surrounds(const Mesh& mesh, const glm::mat4& world, const glm::vec3& camera) {
@@ -147,13 +149,33 @@ void ScenePlan::takeCorners(const MeshShape::Face& face, const BatchView& view,
     }
 }
 
+const std::vector<MeshShape::Face>& ScenePlan::facesOf(const BatchView& view,
+                                                       const Surface& surface,
+                                                       const DrawInstance& instance) const {
+    const MeshShape& shape = *view.shape;
+    if (surface.picture) return shape.faces[MeshShape::kPicture];
+    if (surface.lambert) return shape.faces[MeshShape::kNormals];
+    const std::vector<MeshShape::Face>* faces = &shape.faces[MeshShape::kShape];
+    if (shape.coarser.empty()) return *faces;
+    float nearest = 1e30F;
+    for (const MeshPlace& place : places_)
+        nearest = std::min(nearest, place.eye.z);
+    const float perPixel = std::max(nearest, zNear_) * std::min(lens_.perPixel.x, lens_.perPixel.y);
+    float grown = 0.0F;
+    for (int i = 0; i < 3; ++i)
+        grown = std::max(grown, glm::length(glm::vec3(instance.world[i])));
+    for (const MeshShape::Level& level : shape.coarser)
+        if (level.miss * grown < kUnseenMiss * perPixel) faces = &level.faces;
+    return *faces;
+}
+
 void ScenePlan::addFaces(const BatchView& view, const DrawInstance& instance) {
     const bool doubleSided = view.batch->material.doubleSided;
     const std::size_t number = surfaces_.size();
     const Surface surface = surfaces_.emplace_back(surfaceFor(view, instance));
     const glm::mat3 turn = cofactors(glm::mat3(instance.world));
     placeMesh(view, instance);
-    for (const MeshShape::Face& face : view.shape->faces) {
+    for (const MeshShape::Face& face : facesOf(view, surface, instance)) {
         if (!maySee(face, surface, doubleSided)) continue;
         takeCorners(face, view, surface, turn);
         cutFace(surface);

@@ -90,7 +90,19 @@ std::unique_ptr<StripePicture> stripesOf(const QImage& picture) {
     return stripes;
 }
 
+Plane scaled(const Plane& plane, double by) {
+    return {plane.a * by, plane.b * by, plane.c * by};
+}
+
 }  // namespace
+
+// A direction's part along an axis of the eye, for every pixel.
+Plane ScenePlan::along(const glm::dvec3& axis) const {
+    const double x = lens_.perPixel.x;
+    const double y = lens_.perPixel.y;
+    return {axis.x * x, -axis.y * y,
+            -axis.x * x * lens_.middle.x + axis.y * y * lens_.middle.y - axis.z};
+}
 
 void ScenePlan::addFloor(const DrawFloor& floor) {
     const glm::vec3 normal =
@@ -101,20 +113,9 @@ void ScenePlan::addFloor(const DrawFloor& floor) {
     if (!std::isfinite(above) || above == 0.0F || (above < 0.0F && !floor.material.doubleSided))
         return;
     // The floor's nearness is linear on the screen: the ray's part along the floor's normal.
-    const glm::mat3 turn(list_->camera.view);
-    const glm::dvec3 eyeNormal(turn * normal);
     ScreenFloor plane;
-    const double x = lens_.perPixel.x;
-    const double y = lens_.perPixel.y;
-    // A direction's part along an axis of the eye, for every pixel.
-    const auto along = [&](const glm::dvec3& axis) {
-        return Plane{axis.x * x, -axis.y * y,
-                     -axis.x * x * lens_.middle.x + axis.y * y * lens_.middle.y - axis.z};
-    };
-    const auto scaled = [](const Plane& p, double by) {
-        return Plane{p.a * by, p.b * by, p.c * by};
-    };
-    plane.near = scaled(along(eyeNormal), -1.0 / static_cast<double>(above));
+    const glm::mat3 turn(list_->camera.view);
+    plane.near = scaled(along(glm::dvec3(turn * normal)), -1.0 / static_cast<double>(above));
     const glm::vec4 background = list_->background * list_->background.a;
     if (floor.material.opaque && glm::length(glm::vec3(background)) > 0.0F) {
         ScreenFloor dark = plane;
@@ -122,16 +123,23 @@ void ScenePlan::addFloor(const DrawFloor& floor) {
         bins_.addEverywhere(ShapeCall(ShapeKind::Floor, floors_.size()));
         floors_.push_back(dark);
     }
-    if (above > 0.0F && floor.reflectivity > 0.0F) {
-        frame_.reflectivity = floor.reflectivity;
-        frame_.reflectionShare = floor.falloffEnd > 0.0F ? 1.0F / floor.falloffEnd : 0.0F;
-        for (std::size_t i = 0; i < frame_.lights; ++i)
-            frame_.mirroredPlace[i] =
-                mirroredPlace(list_->lights[i].position) - list_->camera.position;
-        addBatches(true);
-        hidingRadius_ = 0.0F;
-    }
-    // The map from a pixel's ray to a place in the floor's picture.
+    if (above > 0.0F && floor.reflectivity > 0.0F) addMirrored(floor);
+    setPicturePlanes(floor, plane);
+    if (!addStripes(floor, plane)) addFloorPolygon(floor);
+}
+
+// Adds the scene as the floor mirrors it.
+void ScenePlan::addMirrored(const DrawFloor& floor) {
+    frame_.reflectivity = floor.reflectivity;
+    frame_.reflectionShare = floor.falloffEnd > 0.0F ? 1.0F / floor.falloffEnd : 0.0F;
+    for (std::size_t i = 0; i < frame_.lights; ++i)
+        frame_.mirroredPlace[i] = mirroredPlace(list_->lights[i].position) - list_->camera.position;
+    addBatches(true);
+    hidingRadius_ = 0.0F;
+}
+
+// Sets the map from a pixel's ray to a place in the floor's picture.
+void ScenePlan::setPicturePlanes(const DrawFloor& floor, ScreenFloor& plane) const {
     const glm::dmat4 toEye(list_->camera.view * floor.world);
     const glm::dmat4 toFloor = glm::inverse(toEye);
     const glm::dmat4 contents(floor.material.contentsTransform);
@@ -148,7 +156,16 @@ void ScenePlan::addFloor(const DrawFloor& floor) {
     };
     plane.u = picturePlane(0);
     plane.v = picturePlane(1);
-    if (!addStripes(floor, plane)) addFloorPolygon(floor);
+}
+
+// The stripes of the floor's picture; null where it has none.
+const StripePicture* ScenePlan::stripesFor(const DrawMaterial& material) {
+    Picture& kept = pictureOf(material);
+    if (!kept.stripes && !kept.hasNoStripes) {
+        kept.stripes = stripesOf(material.picture);
+        kept.hasNoStripes = !kept.stripes;
+    }
+    return kept.stripes.get();
 }
 
 bool ScenePlan::addStripes(const DrawFloor& floor, const ScreenFloor& plane) {
@@ -160,13 +177,9 @@ bool ScenePlan::addStripes(const DrawFloor& floor, const ScreenFloor& plane) {
     if (material.picture.isNull()) {
         made.stripes.colour[0][0] = glm::vec3(1.0F);
     } else {
-        Picture& kept = pictureOf(material);
-        if (!kept.stripes && !kept.hasNoStripes) {
-            kept.stripes = stripesOf(material.picture);
-            kept.hasNoStripes = !kept.stripes;
-        }
-        if (!kept.stripes) return false;
-        made.stripes = *kept.stripes;
+        const StripePicture* const stripes = stripesFor(material);
+        if (!stripes) return false;
+        made.stripes = *stripes;
     }
     made.light = glm::vec3(material.diffuse) * material.diffuse.a;
     made.additive = material.blend == BlendMode::Additive;
@@ -181,20 +194,25 @@ bool ScenePlan::addStripes(const DrawFloor& floor, const ScreenFloor& plane) {
     made.hiding = {true, material.writesDepth};
     for (const Plane& p : {made.near, made.u, made.v})
         if (!std::isfinite(p.a + p.b + p.c)) return true;
+    putFloor(made);
+    return true;
+}
+
+// Adds the floor to the tiles in which a part of it lies before the camera.
+void ScenePlan::putFloor(const ScreenFloor& floor) {
     const ShapeCall call(ShapeKind::Floor, floors_.size());
-    floors_.push_back(made);
-    // Adds the floor to the tiles in which a part of it lies before the camera.
+    floors_.push_back(floor);
     const QSize tiles = bins_.tiles();
+    const Plane& near = floor.near;
     for (int row = 0; row < tiles.height(); ++row)
         for (int column = 0; column < tiles.width(); ++column) {
-            const double most = made.near.at((made.near.a > 0.0 ? column + 1 : column) * kTileWidth,
-                                             (made.near.b > 0.0 ? row + 1 : row) * kTileHeight);
+            const double most = near.at((near.a > 0.0 ? column + 1 : column) * kTileWidth,
+                                        (near.b > 0.0 ? row + 1 : row) * kTileHeight);
             if (most <= 0.0) continue;
             const glm::vec2 low(static_cast<float>(column * kTileWidth),
                                 static_cast<float>(row * kTileHeight));
             bins_.add(call, low, low);
         }
-    return true;
 }
 
 // Adds the part of the plane that the camera can see.

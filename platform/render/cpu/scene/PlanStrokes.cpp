@@ -39,6 +39,31 @@ bool canShow(const ScreenBall& ball, const ScreenLens& lens, glm::vec2 tileMiddl
     return cosBetween >= cosTile * cosBall - sinTile * sinBall - 1e-5F;
 }
 
+// Whether the mesh is a card with a picture, which a sprite shows where it faces the camera.
+bool isSprite(const MeshShape& shape, const DrawMaterial& material) {
+    return shape.isCard && !material.picture.isNull() && material.doubleSided &&
+           material.lighting == LightingModel::Constant && material.wrapS == WrapMode::Clamp &&
+           material.wrapT == WrapMode::Clamp && material.contentsTransform == glm::mat4(1.0F);
+}
+
+// Whether a card with these sides, as the eye sees them, faces the eye upright.
+bool isUpright(const glm::vec3& along, const glm::vec3& down) {
+    const float most = kUpright * std::min(std::abs(along.x), std::abs(down.y));
+    return along.x != 0.0F && down.y != 0.0F &&
+           std::max({std::abs(along.y), std::abs(along.z), std::abs(down.x), std::abs(down.z)}) <=
+               most;
+}
+
+// Whether a ball stays a ball.
+bool isEvenlyGrown(const glm::mat3& turn) {
+    const float grown = glm::length(turn[0]);
+    for (int i = 0; i < 3; ++i) {
+        if (std::abs(glm::length(turn[i]) - grown) > 1e-3F * grown) return false;
+        if (std::abs(glm::dot(turn[i], turn[(i + 1) % 3])) > 1e-3F * grown * grown) return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 bool ScenePlan::isBehindBall(const glm::vec3& eye) const {
@@ -137,19 +162,11 @@ void ScenePlan::addLine(const BatchView& view, const glm::vec4& tint, glm::vec3 
 
 bool ScenePlan::addSprite(const BatchView& view, const DrawInstance& instance) {
     const DrawMaterial& material = view.batch->material;
-    if (!view.shape->isCard || view.mirrored || material.picture.isNull() ||
-        !material.doubleSided || material.lighting != LightingModel::Constant ||
-        material.wrapS != WrapMode::Clamp || material.wrapT != WrapMode::Clamp ||
-        material.contentsTransform != glm::mat4(1.0F))
-        return false;
+    if (view.mirrored || !isSprite(*view.shape, material)) return false;
     const glm::mat4 toEye = list_->camera.view * instance.world;
     const glm::vec3 along(toEye * glm::vec4(view.shape->along, 0.0F));
     const glm::vec3 down(toEye * glm::vec4(view.shape->down, 0.0F));
-    const float most = kUpright * std::min(std::abs(along.x), std::abs(down.y));
-    if (!(std::max({std::abs(along.y), std::abs(along.z), std::abs(down.x), std::abs(down.z)}) <=
-          most) ||
-        along.x == 0.0F || down.y == 0.0F)
-        return false;
+    if (!isUpright(along, down)) return false;
     glm::vec3 corner(toEye * glm::vec4(view.shape->corner, 1.0F));
     corner.z = -corner.z;
     if (!(corner.z >= zNear_ && corner.z <= zFar_)) return true;
@@ -158,20 +175,26 @@ bool ScenePlan::addSprite(const BatchView& view, const DrawInstance& instance) {
     ScreenSprite sprite;
     sprite.at = {lens_.middle.x + corner.x * perUnit.x, lens_.middle.y - corner.y * perUnit.y};
     sprite.size = {along.x * perUnit.x, -down.y * perUnit.y};
-    const glm::vec2 a(sprite.at);
-    const glm::vec2 b(sprite.at + sprite.size);
-    if (!isSane(a) || !isSane(b)) return false;
-    const glm::vec3 middle = corner + 0.5F * glm::vec3(along.x, down.y, 0.0F);
-    const Ink ink = inkAt(view, tintOf(view, instance), glm::length(middle), 0.0F);
+    if (!isSane(glm::vec2(sprite.at)) || !isSane(glm::vec2(sprite.at + sprite.size))) return false;
     // A tint cannot express fog that is not black.
     if (frame_.hasFog && !view.additive && glm::length(frame_.fogColour) > 0.0F) return false;
-    sprite.picture = &spriteOf(material, view.additive);
+    const glm::vec3 middle = corner + 0.5F * glm::vec3(along.x, down.y, 0.0F);
+    const glm::vec4 tint = tintOf(view, instance);
+    sprite.picture = &spriteOf(material, view.additive).forSize(sprite.size);
     sprite.near = 1.0F / corner.z;
-    sprite.tint = {ink.light, tintOf(view, instance).a};
+    sprite.tint = {inkAt(view, tint, glm::length(middle), 0.0F).light, tint.a};
     sprite.additive = view.additive;
     sprite.hiding = view.hiding;
+    putSprite(sprite);
+    return true;
+}
+
+// Adds a sprite to the tiles that its picture has something in.
+void ScenePlan::putSprite(const ScreenSprite& sprite) {
     const ShapeCall call(ShapeKind::Sprite, sprites_.size());
     sprites_.push_back(sprite);
+    const glm::vec2 a(sprite.at);
+    const glm::vec2 b(sprite.at + sprite.size);
     const glm::dvec2 perPixel(sprite.picture->width / sprite.size.x,
                               sprite.picture->height / sprite.size.y);
     bins_.addWhere(call, glm::min(a, b), glm::max(a, b), [&](int tileX, int tileY) {
@@ -181,7 +204,6 @@ bool ScenePlan::addSprite(const BatchView& view, const DrawInstance& instance) {
         return !sprite.picture->isEmpty(std::min(from.x, to.x), std::min(from.y, to.y),
                                         std::max(from.x, to.x), std::max(from.y, to.y));
     });
-    return true;
 }
 
 bool ScenePlan::addBall(const BatchView& view, const DrawInstance& instance) {
@@ -191,15 +213,11 @@ bool ScenePlan::addBall(const BatchView& view, const DrawInstance& instance) {
         tint.a < 1.0F || !material.picture.isNull() || material.lighting != LightingModel::Constant)
         return false;
     const glm::mat3 turn(instance.world);
-    const float grown = glm::length(turn[0]);
-    for (int i = 0; i < 3; ++i) {
-        if (std::abs(glm::length(turn[i]) - grown) > 1e-3F * grown) return false;
-        if (std::abs(glm::dot(turn[i], turn[(i + 1) % 3])) > 1e-3F * grown * grown) return false;
-    }
+    if (!isEvenlyGrown(turn)) return false;
     ScreenBall ball;
     const glm::vec3 middle = view.batch->mesh->bounds().centre();
     ball.middle = eyeOf(glm::vec3(instance.world * glm::vec4(middle, 1.0F)));
-    ball.radius = grown * view.shape->radius;
+    ball.radius = glm::length(turn[0]) * view.shape->radius;
     // A ball that the near or the far plane cuts is no ellipse.
     if (!(ball.middle.z - ball.radius > zNear_ && ball.middle.z + ball.radius < zFar_))
         return false;
@@ -218,12 +236,18 @@ bool ScenePlan::addBall(const BatchView& view, const DrawInstance& instance) {
     const float distance = std::max(0.0F, glm::length(ball.middle) - ball.radius);
     ball.ink = inkAt(view, tint, distance, 0.0F);
     ball.hiding = view.hiding;
+    putBall(ball);
+    return true;
+}
+
+// Adds a ball to the tiles that may show it, unless a larger one hides it.
+void ScenePlan::putBall(const ScreenBall& ball) {
     if (ball.hiding.reads && isBehindBall(ball.middle) &&
         isBehindBall(ball.middle - glm::vec3(ball.radius, 0.0F, 0.0F)) &&
         isBehindBall(ball.middle + glm::vec3(ball.radius, 0.0F, 0.0F)) &&
         isBehindBall(ball.middle - glm::vec3(0.0F, ball.radius, ball.radius)) &&
         isBehindBall(ball.middle + glm::vec3(0.0F, ball.radius, -ball.radius)))
-        return true;
+        return;
     const ShapeCall call(ShapeKind::Ball, balls_.size());
     balls_.push_back(ball);
     bins_.addWhere(call, ball.low, ball.high, [&](int tileX, int tileY) {
@@ -235,7 +259,6 @@ bool ScenePlan::addBall(const BatchView& view, const DrawInstance& instance) {
         hidingMiddle_ = ball.middle;
         hidingRadius_ = kHidingShare * ball.radius;
     }
-    return true;
 }
 
 }  // namespace platform

@@ -3,22 +3,20 @@
 
 #include <algorithm>
 
-#include "platform/render/cpu/scene/SceneTile.h"
-
 namespace platform {
 
 void SceneBins::begin(QSize picture) {
     tiles_ = {(picture.width() + kTileWidth - 1) / kTileWidth,
               (picture.height() + kTileHeight - 1) / kTileHeight};
+    right_ = static_cast<float>(tiles_.width() * kTileWidth);
+    bottom_ = static_cast<float>(tiles_.height() * kTileHeight);
     pairs_.clear();
 }
 
 SceneBins::Range SceneBins::rangeOf(glm::vec2 low, glm::vec2 high) const {
     // The comparison is false for a NaN too.
     if (!(low.x <= high.x && low.y <= high.y)) return {};
-    const auto right = static_cast<float>(tiles_.width() * kTileWidth);
-    const auto bottom = static_cast<float>(tiles_.height() * kTileHeight);
-    if (high.x < 0.0F || high.y < 0.0F || low.x >= right || low.y >= bottom) return {};
+    if (high.x < 0.0F || high.y < 0.0F || low.x >= right_ || low.y >= bottom_) return {};
     const auto tileAt = [](float at, int side, int count) {
         const float most = static_cast<float>(count * side - 1);
         return static_cast<int>(std::clamp(at, 0.0F, most)) / side;
@@ -28,11 +26,11 @@ SceneBins::Range SceneBins::rangeOf(glm::vec2 low, glm::vec2 high) const {
             tileAt(high.y, kTileHeight, tiles_.height())};
 }
 
-void SceneBins::add(ShapeCall call, glm::vec2 low, glm::vec2 high) {
-    addWhere(call, low, high, [](int, int) { return true; });
-}
-
 void SceneBins::add(ShapeCall call, const ScreenPolygon& polygon) {
+    if (const std::optional<std::uint32_t> tile = onlyTile(polygon.low, polygon.high)) {
+        pairs_.push_back({*tile, call});
+        return;
+    }
     const auto isOutside = [&](int x, int y) {
         for (int i = 0; i < polygon.edges; ++i) {
             const Plane& edge = polygon.edge[static_cast<std::size_t>(i)];

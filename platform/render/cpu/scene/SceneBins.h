@@ -5,9 +5,11 @@
 #include <QSize>
 #include <cstdint>
 #include <glm/vec2.hpp>
+#include <optional>
 #include <span>
 #include <vector>
 
+#include "platform/render/cpu/scene/SceneTile.h"
 #include "platform/render/cpu/scene/ScreenShapes.h"
 
 namespace platform {
@@ -28,7 +30,13 @@ class SceneBins {
   public:
     void begin(QSize picture);
     // Adds the call to every tile that a box of pixels touches; the box may lie outside.
-    void add(ShapeCall call, glm::vec2 low, glm::vec2 high);
+    void add(ShapeCall call, glm::vec2 low, glm::vec2 high) {
+        if (const std::optional<std::uint32_t> tile = onlyTile(low, high)) {
+            pairs_.push_back({*tile, call});
+        } else {
+            addWhere(call, low, high, [](int, int) { return true; });
+        }
+    }
     // The same, for wanted tiles only.
     template <typename Wanted>
     void addWhere(ShapeCall call, glm::vec2 low, glm::vec2 high, const Wanted& wanted) {
@@ -51,6 +59,19 @@ class SceneBins {
         int firstX = 0, firstY = 0, lastX = -1, lastY = -1;
     };
     [[nodiscard]] Range rangeOf(glm::vec2 low, glm::vec2 high) const;
+    // The tile that holds the whole box, if there is one, as of most small shapes.
+    [[nodiscard]] std::optional<std::uint32_t> onlyTile(glm::vec2 low, glm::vec2 high) const {
+        // The comparisons are false for a NaN too.
+        if (!(low.x >= 0.0F && low.y >= 0.0F && high.x >= low.x && high.y >= low.y &&
+              high.x < right_ && high.y < bottom_))
+            return std::nullopt;
+        const auto column = static_cast<std::uint32_t>(low.x) / kTileWidth;
+        const auto row = static_cast<std::uint32_t>(low.y) / kTileHeight;
+        if (static_cast<std::uint32_t>(high.x) / kTileWidth != column ||
+            static_cast<std::uint32_t>(high.y) / kTileHeight != row)
+            return std::nullopt;
+        return row * static_cast<std::uint32_t>(tiles_.width()) + column;
+    }
     void put(ShapeCall call, int tile) {
         pairs_.push_back({static_cast<std::uint32_t>(tile), call});
     }
@@ -60,6 +81,8 @@ class SceneBins {
         ShapeCall call;
     };
     QSize tiles_;
+    float right_ = 0.0F;  // of the last tile, in pixels
+    float bottom_ = 0.0F;
     std::vector<Pair> pairs_;
     std::vector<std::uint32_t> first_;  // by the tile, and one more
     std::vector<ShapeCall> calls_;

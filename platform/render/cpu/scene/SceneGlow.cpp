@@ -32,11 +32,11 @@ std::array<float, 4> splineWeights(double f) {
 void SceneGlow::begin(const Options& options) {
     options_ = options;
     if (!isOn()) {
+        if (planned_.tiles != options.tiles) planned_ = {};
         seen_.assign(countOf(options.tiles), 0);
         return;
     }
-    if (phases_.empty() || planned_.tiles != options.tiles || planned_.sigma != options.sigma)
-        fit();
+    if (planned_.tiles != options.tiles || planned_.sigma != options.sigma) fit();
     for (std::size_t tile = 0; tile < bright_.size(); ++tile) {
         if (!bright_[tile]) continue;
         clearCells(cells_, static_cast<int>(tile), static_cast<unsigned>(bright_[tile]));
@@ -45,7 +45,8 @@ void SceneGlow::begin(const Options& options) {
 }
 
 void SceneGlow::fit() {
-    planned_ = options_;
+    // The plan holds once all memory for it is there.
+    planned_ = {};
     const QSize tiles = options_.tiles;
     plan_ = planBloom({.size = {tiles.width() * kTileWidth, tiles.height() * kTileHeight},
                        .sigma = std::min(options_.sigma, 170.0),
@@ -67,6 +68,7 @@ void SceneGlow::fit() {
         const double base = std::floor(at);
         phases_.push_back({static_cast<int>(base) - 1, splineWeights(at - base)});
     }
+    planned_ = options_;
 }
 
 std::size_t SceneGlow::cellAt(int tileX, int tileY) const {

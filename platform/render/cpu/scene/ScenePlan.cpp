@@ -154,7 +154,7 @@ ScenePlan::Picture& ScenePlan::pictureOf(const DrawMaterial& material) {
     return kept;
 }
 
-const SpritePicture& ScenePlan::spriteOf(const DrawMaterial& material, bool additive) {
+SpritePicture& ScenePlan::spriteOf(const DrawMaterial& material, bool additive) {
     auto& sprite = pictureOf(material).sprite[additive ? 1 : 0];
     if (!sprite) sprite = std::make_unique<SpritePicture>(material.picture, additive);
     return *sprite;

@@ -95,12 +95,18 @@ class ScenePlan {
     void addLine(const BatchView& view, const glm::vec4& tint, glm::vec3 a, glm::vec3 b,
                  float heightA, float heightB);
     bool addSprite(const BatchView& view, const DrawInstance& instance);
+    void putSprite(const ScreenSprite& sprite);
     bool addBall(const BatchView& view, const DrawInstance& instance);
+    void putBall(const ScreenBall& ball);
     void addFaces(const BatchView& view, const DrawInstance& instance);
     // The colours that the surface may have light of.
     [[nodiscard]] unsigned coloursOf(const Surface& surface) const;
     [[nodiscard]] Surface surfaceFor(const BatchView& view, const DrawInstance& instance);
     void placeMesh(const BatchView& view, const DrawInstance& instance);
+    // The faces to draw of the mesh whose places are in `places_`.
+    [[nodiscard]] const std::vector<MeshShape::Face>& facesOf(const BatchView& view,
+                                                              const Surface& surface,
+                                                              const DrawInstance& instance) const;
     [[nodiscard]] bool maySee(const MeshShape::Face& face, const Surface& surface,
                               bool doubleSided) const;
     void takeCorners(const MeshShape::Face& face, const BatchView& view, const Surface& surface,
@@ -114,7 +120,12 @@ class ScenePlan {
     [[nodiscard]] bool isEven(const Surface& surface, const ScreenPolygon& polygon) const;
     [[nodiscard]] glm::vec3 lightAt(const Surface& surface, const ScreenPolygon& polygon,
                                     const Corner& corner) const;
+    [[nodiscard]] Plane along(const glm::dvec3& axis) const;
     void addFloor(const DrawFloor& floor);
+    void addMirrored(const DrawFloor& floor);
+    void setPicturePlanes(const DrawFloor& floor, ScreenFloor& plane) const;
+    const StripePicture* stripesFor(const DrawMaterial& material);
+    void putFloor(const ScreenFloor& floor);
     bool addStripes(const DrawFloor& floor, const ScreenFloor& plane);
     void addFloorPolygon(const DrawFloor& floor);
 
@@ -129,7 +140,7 @@ class ScenePlan {
 
     const MeshShape& shapeOf(const Mesh& mesh);
     Picture& pictureOf(const DrawMaterial& material);
-    const SpritePicture& spriteOf(const DrawMaterial& material, bool additive);
+    SpritePicture& spriteOf(const DrawMaterial& material, bool additive);
     const RipPicture& ripOf(const DrawMaterial& material);
     const DotKernel& dotKernelOf(float diameter);
     void dropOld();

@@ -46,8 +46,11 @@ inline constexpr float kFurthestSample = 0.62F;
 struct SceneTile {
     static constexpr std::size_t kPlane = kTilePlane;
 
-    // Kept of a pixel per sample, not in its planes.
-    enum Sampled : std::uint8_t { kNothing, kNear, kNearAndLight };
+    // Kept of a pixel per sample, not in its planes. Samples that all lie on one face keep the
+    // face's number instead of their nearness.
+    enum Sampled : std::uint8_t { kNothing = 0, kNear = 1, kNearAndLight = 2, kFace = 4 };
+    // The most faces that pixels may keep the number of.
+    static constexpr std::size_t kMostFaces = 256;
 
     int x = 0;  // of the upper left pixel in the picture
     int y = 0;
@@ -73,10 +76,20 @@ struct SceneTile {
     std::uint8_t* sampled = nullptr;  // a Sampled of each pixel
     // A pixel's samples lie side by side, from kSamples times its place on.
     float* sampleNear = nullptr;
+    std::uint8_t* face = nullptr;  // of a pixel of kFace
+    // The change of each face's nearness from a pixel's middle to its samples.
+    std::array<float, kSamples>* faceShifts = nullptr;
+    std::size_t faces = 0;
     std::array<float*, 3> sampleLight{};
 
     [[nodiscard]] static std::ptrdiff_t at(int column, int row) {
         return static_cast<std::ptrdiff_t>(row) * kTileStride + column;
+    }
+    // The nearness of a sample of a pixel, while `sampled` holds.
+    [[nodiscard]] float nearOf(std::ptrdiff_t pixel, std::size_t sample) const {
+        if (sampled[pixel] == kNothing) return near[pixel];
+        if (sampled[pixel] == kFace) return near[pixel] + faceShifts[face[pixel]][sample];
+        return sampleNear[kSamples * pixel + static_cast<std::ptrdiff_t>(sample)];
     }
 };
 

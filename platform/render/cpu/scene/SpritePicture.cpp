@@ -102,26 +102,48 @@ void dye(Texels& texels, const glm::vec4& colour) {
                 colour[static_cast<int>(k)] * texels.pixels[i + 3] + 0.5F);
 }
 
-}  // namespace
-
-bool SpritePicture::isEmpty(double left, double top, double right, double bottom) const {
-    // Interpolation shows a texel half a texel beyond its own area.
-    const auto block = [](double at, int side) {
-        return static_cast<int>(std::clamp(std::floor(at * kBlocks / side), 0.0, kBlocks - 1.0));
-    };
-    for (int y = block(top - 1.0, height); y <= block(bottom + 1.0, height); ++y)
-        for (int x = block(left - 1.0, width); x <= block(right + 1.0, width); ++x)
-            if (filled_[static_cast<std::size_t>(y * kBlocks + x)]) return false;
-    return true;
-}
-
-SpritePicture::SpritePicture(const QImage& picture, bool additive) {
+// The texels of a picture as it is shown.
+Texels texelsOf(const QImage& picture, bool additive) {
     Texels texels{linearPixels(picture), picture.width(), picture.height()};
     const QColor opaque = mostOpaque(picture);
     if (picture.hasAlphaChannel() && isStencil(picture, opaque))
         dye(texels, glm::vec4(linearColour(opaque)));
     for (std::size_t i = 3; additive && i < texels.pixels.size(); i += 4)
         texels.pixels[i] = 0;
+    return texels;
+}
+
+// The part of texels of a side of `count` that lies in one of `fewer` equal stretches.
+struct Stretch {
+    double from = 0.0;
+    double to = 0.0;
+    Stretch(int number, int count, int fewer)
+        : from(static_cast<double>(number) * count / fewer),
+          to(static_cast<double>(number + 1) * count / fewer) {}
+    template <typename Add>
+    void each(const Add& add) const {
+        for (int i = static_cast<int>(from); i < to; ++i)
+            add(i, (std::min(to, i + 1.0) - std::max(from, static_cast<double>(i))) / (to - from));
+    }
+};
+
+}  // namespace
+
+bool SpritePicture::isEmpty(double left, double top, double right, double bottom) const {
+    // Interpolation shows a texel half a texel beyond its own area, and all of a texel's light is
+    // in the block of the texel's first corner.
+    constexpr double kBeyond = 1.5;
+    const auto block = [](double at, int side) {
+        return static_cast<int>(std::clamp(std::floor(at * kBlocks / side), 0.0, kBlocks - 1.0));
+    };
+    for (int y = block(top - kBeyond, height); y <= block(bottom + kBeyond, height); ++y)
+        for (int x = block(left - kBeyond, width); x <= block(right + kBeyond, width); ++x)
+            if (filled_[static_cast<std::size_t>(y * kBlocks + x)]) return false;
+    return true;
+}
+
+SpritePicture::SpritePicture(const QImage& picture, bool additive) {
+    const Texels texels = texelsOf(picture, additive);
     width = texels.width;
     height = texels.height;
     const glm::vec4 most = brightest(texels);
@@ -136,11 +158,64 @@ SpritePicture::SpritePicture(const QImage& picture, bool additive) {
             filled_[static_cast<std::size_t>(y * kBlocks / height * kBlocks +
                                              x * kBlocks / width)] = 1;
         }
+    findRuns([&](int a, int b) {
+        return std::equal(texels.at(0, a), texels.at(0, a) + 4 * width, texels.at(0, b));
+    });
+    const std::size_t lead = leading(most);
+    const float whole = hasOneColour ? std::max(1.0F, most[static_cast<int>(lead)]) : kWhole;
+    fillRuns([&](std::size_t channel, int x, int y) {
+        return texels.at(x, y)[hasOneColour ? lead : channel] / whole;
+    });
+}
+
+SpritePicture::SpritePicture(const SpritePicture& whole, Half)
+    : width(whole.width / 2),
+      height(whole.height / 2),
+      hasOneColour(whole.hasOneColour),
+      colour(whole.colour),
+      channels(whole.channels),
+      filled_(whole.filled_) {
+    const std::size_t plane = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    std::vector<float> texels(channels * plane, 0.0F);
+    const auto at = [&](std::size_t channel, int x, int y) -> float& {
+        return texels[channel * plane +
+                      static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                      static_cast<std::size_t>(x)];
+    };
+    for (std::size_t k = 0; k < channels; ++k)
+        for (int y = 0; y < height; ++y)
+            Stretch(y, whole.height, height).each([&](int row, double down) {
+                const float* const line =
+                    whole.values(k, whole.runOf[static_cast<std::size_t>(row)]) + 1;
+                for (int x = 0; x < width; ++x)
+                    Stretch(x, whole.width, width).each([&](int column, double along) {
+                        at(k, x, y) += static_cast<float>(down * along) * line[column];
+                    });
+            });
+    findRuns([&](int a, int b) {
+        for (std::size_t k = 0; k < channels; ++k)
+            if (!std::equal(&at(k, 0, a), &at(k, 0, a) + width, &at(k, 0, b))) return false;
+        return true;
+    });
+    fillRuns(at);
+}
+
+const SpritePicture& SpritePicture::forSize(glm::dvec2 size) {
+    // Texels a pixel that an average over a pixel needs, and texels of the smallest half.
+    constexpr double kEnough = 6.0;
+    constexpr int kFewest = 4;
+    if (!hasManyRuns() || width < 2 * kFewest || height < 2 * kFewest ||
+        !(width >= 2.0 * kEnough * std::abs(size.x) && height >= 2.0 * kEnough * std::abs(size.y)))
+        return *this;
+    if (!half_) half_.reset(new SpritePicture(*this, Half{}));
+    return half_->forSize(size);
+}
+
+// Sorts the rows into runs.
+template <typename Same>
+void SpritePicture::findRuns(const Same& isSame) {
     // A vector that begins at any node may reach beyond the last.
     stride = (nodes() + 31) / 16 * 16;
-    const auto isSame = [&](int a, int b) {
-        return std::equal(texels.at(0, a), texels.at(0, a) + 4 * width, texels.at(0, b));
-    };
     for (int y = 0; y < height; ++y) {
         if (y == 0 || !isSame(y - 1, y)) ++runs;
         runOf.push_back(runs - 1);
@@ -148,8 +223,11 @@ SpritePicture::SpritePicture(const QImage& picture, bool additive) {
     data.assign(channels * static_cast<std::size_t>(runs) * 2 * static_cast<std::size_t>(stride),
                 0.0F);
     runIsEmpty.assign(static_cast<std::size_t>(runs), true);
-    const std::size_t lead = leading(most);
-    const float whole = hasOneColour ? std::max(1.0F, most[static_cast<int>(lead)]) : kWhole;
+}
+
+// Stores the texels of each run, and their integral.
+template <typename Value>
+void SpritePicture::fillRuns(const Value& valueAt) {
     for (int y = 0; y < height; ++y) {
         const int run = runOf[static_cast<std::size_t>(y)];
         if (y > 0 && run == runOf[static_cast<std::size_t>(y - 1)]) continue;
@@ -158,8 +236,7 @@ SpritePicture::SpritePicture(const QImage& picture, bool additive) {
             float* const integral = value + stride;
             double sum = 0.0;
             for (int i = 0; i < nodes(); ++i) {
-                const int x = std::clamp(i - 1, 0, width - 1);
-                value[i] = texels.at(x, y)[hasOneColour ? lead : k] / whole;
+                value[i] = valueAt(k, std::clamp(i - 1, 0, width - 1), y);
                 if (i > 0) sum += 0.5 * (static_cast<double>(value[i - 1]) + value[i]);
                 integral[i] = static_cast<float>(sum);
                 if (value[i] > 0.0F) runIsEmpty[static_cast<std::size_t>(run)] = false;

@@ -3,7 +3,9 @@
 #pragma once
 
 #include <QImage>
+#include <glm/vec2.hpp>
 #include <glm/vec4.hpp>
+#include <memory>
 #include <vector>
 
 namespace platform {
@@ -16,8 +18,15 @@ struct SpritePicture {
     // `additive`: the picture only adds light, so its coverage is not needed.
     SpritePicture(const QImage& picture, bool additive);
 
+    // The picture itself, or, of one with many runs, a half, a quarter, … of it that has texels
+    // enough for sprites of this size in pixels. Makes what is missing, and keeps it.
+    [[nodiscard]] const SpritePicture& forSize(glm::dvec2 size);
+
     // Whether a box of the picture's texels is invisible.
     [[nodiscard]] bool isEmpty(double left, double top, double right, double bottom) const;
+
+    // Whether few rows are alike.
+    [[nodiscard]] bool hasManyRuns() const { return runs * 2 > height; }
 
     [[nodiscard]] int nodes() const { return width + 2; }
     [[nodiscard]] const float* values(std::size_t channel, int run) const {
@@ -41,6 +50,14 @@ struct SpritePicture {
     std::vector<float> data;
 
   private:
+    struct Half {};
+    SpritePicture(const SpritePicture& whole, Half);
+    template <typename Same>
+    void findRuns(const Same& isSame);
+    template <typename Value>
+    void fillRuns(const Value& valueAt);
+
+    std::unique_ptr<SpritePicture> half_;
     // Whether each of the picture's kBlocks × kBlocks parts is visible.
     static constexpr int kBlocks = 32;
     std::vector<char> filled_;

@@ -84,7 +84,7 @@ void resolvePixel(SceneTile& tile, std::ptrdiff_t at) {
 void resolveLight(SceneTile& tile) {
     constexpr std::ptrdiff_t kAtOnce = sizeof(std::uint64_t);
     constexpr std::uint64_t kAnyLight = 0x0101010101010101U * SceneTile::kNearAndLight;
-    static_assert((SceneTile::kNear & SceneTile::kNearAndLight) == 0);
+    static_assert(((SceneTile::kNear | SceneTile::kFace) & SceneTile::kNearAndLight) == 0);
     for (int row = tile.sampledTop; row < tile.sampledEnd; ++row)
         for (int x = 0; x < tile.width; x += kAtOnce) {
             const std::ptrdiff_t first = SceneTile::at(x, row);
@@ -122,6 +122,7 @@ void useExcess(SceneTile& tile, unsigned colours) {
 void sampleNearness(SceneTile& tile) {
     if (tile.sampledNear) return;
     std::fill_n(tile.sampled - kTileMargin, kTilePlane + 2 * kTileMargin, SceneTile::kNothing);
+    tile.faces = 0;
     tile.sampledNear = true;
 }
 float leastNear(const SceneTile& tile) {

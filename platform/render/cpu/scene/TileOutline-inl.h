@@ -148,6 +148,9 @@ class TilePicturePlane {
           u_(polygon.attribute[ScreenPolygon::kPicture], tile),
           v_(polygon.attribute[ScreenPolygon::kPicture + 1], tile) {}
 
+    [[nodiscard]] const Flat& uPlane() const { return u_; }
+    [[nodiscard]] const Flat& vPlane() const { return v_; }
+
     template <class Rows>
     [[nodiscard]] TileV u(TileV column, Rows down, TileV depth) const {
         return hno::Mul(u_.at(column, down), depth);

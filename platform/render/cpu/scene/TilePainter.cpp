@@ -44,11 +44,14 @@ void TilePainter::prepare(const ScenePlan& plan) {
         return;
     constexpr std::size_t kRoom = kSamples * kTilePlane;
     samples_.resize(4 * kRoom);
-    sampled_.resize(kPlaneRoom);
+    sampled_.resize(2 * kPlaneRoom);
+    faceShifts_.resize(SceneTile::kMostFaces);
     for (std::size_t k = 0; k < 3; ++k)
         tile_.sampleLight[k] = samples_.data() + k * kRoom;
     tile_.sampleNear = samples_.data() + 3 * kRoom;
     tile_.sampled = sampled_.data() + kTileMargin;
+    tile_.face = tile_.sampled + kPlaneRoom;
+    tile_.faceShifts = faceShifts_.data();
 }
 
 void TilePainter::paint(const ScenePlan& plan, std::span<const ShapeCall> calls, const QRect& rect,

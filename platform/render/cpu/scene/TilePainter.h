@@ -53,6 +53,7 @@ class TilePainter {
     // Made when first needed.
     std::vector<float> samples_;
     std::vector<std::uint8_t> sampled_;
+    std::vector<std::array<float, kSamples>> faceShifts_;
 };
 
 }  // namespace platform

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "platform/render/cpu/scene/TileSamples.cpp"
@@ -45,6 +46,12 @@ inline Samples shiftsOf(const Flat& plane) {
     return shifts;
 }
 
+// The pixels of a row that a polygon touches, perhaps with a pixel more, and those of which it
+// holds every sample.
+struct TouchedRow {
+    PixelSpan any, whole;
+};
+
 // The part of each row of a tile that lies within a polygon's edges, sample by sample.
 class SampledRows {
   public:
@@ -54,28 +61,33 @@ class SampledRows {
             add(outline.edge(i), isOutlined);
     }
 
-    // Goes to a row. Returns the pixels with a sample inside, and perhaps a pixel more.
-    HWY_INLINE PixelSpan enter(int row) {
+    // Goes to a row.
+    HWY_INLINE TouchedRow enter(int row) {
         const SampleF d;
         first_.fill(hn::Set(d, static_cast<float>(columns_.first)));
         last_.fill(hn::Set(d, static_cast<float>(columns_.end - 1)));
         float low = static_cast<float>(columns_.first);
         float high = static_cast<float>(columns_.end - 1);
+        float wholeLow = low;
+        float wholeHigh = high;
         for (int i = 0; i < count_; ++i) {
             const Edge& edge = edge_[static_cast<std::size_t>(i)];
             const float at = edge.down * static_cast<float>(row) + edge.along;
             if (edge.side == Side::Left) {
                 low = std::max(low, at + edge.least);
+                wholeLow = std::max(wholeLow, at + edge.most);
                 narrow(edge, at, [](SampleV& first, SampleV&, SampleV cut) HWY_ATTR {
                     first = hn::Max(first, cut);
                 });
             } else if (edge.side == Side::Right) {
                 high = std::min(high, at + edge.most);
+                wholeHigh = std::min(wholeHigh, at + edge.least);
                 narrow(edge, at, [](SampleV&, SampleV& last, SampleV cut) HWY_ATTR {
                     last = hn::Min(last, cut);
                 });
             } else {
                 if (at + edge.most < 0.0F) return {};
+                if (at + edge.least < 0.0F) wholeHigh = -1.0F;
                 narrow(edge, at, [](SampleV&, SampleV& last, SampleV cut) HWY_ATTR {
                     const auto in = hn::Ge(cut, hn::Zero(SampleF()));
                     last = hn::IfThenElse(in, last, hn::Set(SampleF(), -1.0F));
@@ -83,7 +95,10 @@ class SampledRows {
             }
         }
         if (!(low <= high)) return {};
-        return {static_cast<int>(low), static_cast<int>(high) + 1};
+        const PixelSpan any{static_cast<int>(low), static_cast<int>(high) + 1};
+        if (!(wholeLow <= wholeHigh)) return {any, {any.end, any.end}};
+        const int first = static_cast<int>(std::ceil(wholeLow));
+        return {any, {first, std::max(first, static_cast<int>(wholeHigh) + 1)}};
     }
 
     // Part number `i` of the samples of the row's pixel at `column` that lie inside.
@@ -145,17 +160,17 @@ class SampledWork {
           outline_(polygon, tile),
           rows_(outline_, surface.outlined),
           shade_(polygon, surface, frame, tile),
-          nearShifts_(shiftsOf(shade_.near())) {}
+          nearShifts_(shiftsOf(shade_.near())),
+          leastShift_(*std::min_element(nearShifts_.begin(), nearShifts_.end())) {}
 
     void draw() {
         const PixelSpan rows = outline_.rows();
         if (rows.end <= rows.first) return;
         for (int row = rows.first; row < rows.end; ++row) {
-            const PixelSpan touched = rows_.enter(row);
-            for (int x = touched.first; x < touched.end; x += kBatch) {
-                if (count_ > kBatch) putPixels();
-                takePixels({x, std::min(x + kBatch, touched.end)}, row);
-            }
+            const TouchedRow touched = rows_.enter(row);
+            takeSpan({touched.any.first, touched.whole.first}, row);
+            takeWhole(touched.whole, row);
+            takeSpan({touched.whole.end, touched.any.end}, row);
         }
         putPixels();
         tile_.sampledTop = tile_.sampledLight ? std::min(tile_.sampledTop, rows.first) : rows.first;
@@ -167,6 +182,71 @@ class SampledWork {
     // Pixels that are shaded together, twice, and room for a vector behind them.
     static constexpr int kBatch = 32;
     static constexpr std::size_t kRoom = 2 * kBatch + kTileMargin;
+
+    HWY_INLINE void takeSpan(PixelSpan span, int row) {
+        for (int x = span.first; x < span.end; x += kBatch) {
+            if (count_ > kBatch) putPixels();
+            takePixels({x, std::min(x + kBatch, span.end)}, row);
+        }
+    }
+
+    // Takes pixels of which the polygon holds every sample.
+    HWY_INLINE void takeWhole(PixelSpan span, int row) {
+        constexpr int kFewest = 3;  // pixels that are worth a vector
+        constexpr int kMost = static_cast<int>(hn::MaxLanes(TileF()));
+        for (int x = span.first; x < span.end; x += kMost) {
+            const int count = std::min(kMost, span.end - x);
+            if (count < kFewest || !putWhole(x, row, count)) takeSpan({x, x + count}, row);
+        }
+    }
+
+    // Shades some pixels at once if nothing is kept of their samples and the polygon is the
+    // nearest in all of them. The pixels then keep the polygon's number.
+    HWY_INLINE bool putWhole(int x, int row, int count) {
+        const TileF d;
+        const std::ptrdiff_t at = SceneTile::at(x, row);
+        const auto pixels = static_cast<std::size_t>(count);
+        if (!isUntouched(at, pixels)) return false;
+        const auto column = columnsFrom(x);
+        const auto near = shade_.near().at(column, static_cast<float>(row));
+        const auto first = hn::FirstN(d, pixels);
+        auto seen = hn::Gt(near, hn::Zero(d));
+        if (surface_.hiding.reads)
+            seen = hn::And(seen, hn::Ge(hn::Add(near, hn::Set(d, leastShift_)),
+                                        hn::LoadU(d, tile_.near + at)));
+        if (!hn::AllFalse(d, hn::AndNot(seen, first)) || !hasNumber()) return false;
+        TileV alpha = hn::Set(d, 1.0F);
+        auto kept = seen;
+        const Rgb light = shade_.shade(column, static_cast<float>(row),
+                                       hn::Max(near, hn::Set(d, 1e-7F)), alpha, kept);
+        const TileV colours[3] = {light.r, light.g, light.b};
+        for (std::size_t k = 0; k < 3; ++k)
+            if (holds(tile_.colours, k))
+                hn::BlendedStore(colours[k], first, d, tile_.light[k] + at);
+        hn::BlendedStore(near, first, d, tile_.near + at);
+        std::fill_n(tile_.sampled + at, count, SceneTile::kFace);
+        std::fill_n(tile_.face + at, count, static_cast<std::uint8_t>(number_));
+        return true;
+    }
+
+    // Gives the polygon a number in the tile, if there is one left.
+    HWY_INLINE bool hasNumber() {
+        if (number_ < SceneTile::kMostFaces) return true;
+        if (tile_.faces == SceneTile::kMostFaces) return false;
+        number_ = tile_.faces++;
+        tile_.faceShifts[number_] = nearShifts_;
+        return true;
+    }
+
+    [[nodiscard]] HWY_INLINE bool isUntouched(std::ptrdiff_t at, std::size_t pixels) const {
+        static_assert(SceneTile::kNothing == 0);
+        std::array<std::uint64_t, 2> words;
+        std::memcpy(words.data(), tile_.sampled + at, sizeof words);
+        const auto low = [](std::size_t bytes) {
+            return bytes >= 8 ? ~std::uint64_t{0} : (std::uint64_t{1} << 8 * bytes) - 1;
+        };
+        return (words[0] & low(pixels)) == 0 && (pixels <= 8 || (words[1] & low(pixels - 8)) == 0);
+    }
 
     // Adds the pixels of a row where the polygon is seen.
     HWY_INLINE void takePixels(PixelSpan columns, int row) {
@@ -189,14 +269,19 @@ class SampledWork {
     HWY_INLINE unsigned samplesSeen(float column, float near, std::ptrdiff_t at) {
         const SampleF d;
         float* const kept = tile_.sampleNear + kSamples * at;
-        const bool isKept = tile_.sampled[at] != SceneTile::kNothing;
+        const auto sampled = static_cast<SceneTile::Sampled>(tile_.sampled[at]);
+        const bool isKept = sampled == SceneTile::kNear || sampled == SceneTile::kNearAndLight;
         const auto base = hn::Set(d, tile_.near[at]);
+        const float* const shifts =
+            sampled == SceneTile::kFace ? tile_.faceShifts[tile_.face[at]].data() : nullptr;
         // The edges alone do not cut off a part behind the camera.
         const auto ahead = hn::Gt(hn::Set(d, near), hn::Zero(d));
         unsigned samples = 0;
         SampleVs nearest;
         for (std::size_t i = 0; i < nearest.size(); ++i) {
-            const auto old = isKept ? hn::LoadU(d, kept + i * kLanes) : base;
+            const auto old = isKept   ? hn::LoadU(d, kept + i * kLanes)
+                             : shifts ? hn::Add(base, hn::LoadU(d, shifts + i * kLanes))
+                                      : base;
             const auto there =
                 hn::Add(hn::Set(d, near), hn::LoadU(d, nearShifts_.data() + i * kLanes));
             auto in = hn::And(ahead, rows_.inside(hn::Set(d, column), i));
@@ -267,6 +352,8 @@ class SampledWork {
     SampledRows rows_;
     const PolygonShade shade_;
     const Samples nearShifts_;
+    const float leastShift_;
+    std::size_t number_ = SceneTile::kMostFaces;  // of the polygon in the tile, once it has one
     // The place of each pixel taken, the samples in which the polygon is seen, a bit for each,
     // and its light.
     int count_ = 0;

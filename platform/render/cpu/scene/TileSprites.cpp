@@ -23,7 +23,7 @@ namespace {
 // and few of them are alike.
 bool mixesRows(const ScreenSprite& sprite) {
     const SpritePicture& picture = *sprite.picture;
-    return picture.runs * 2 > picture.height && std::abs(sprite.size.y) < 2.0 * picture.height;
+    return picture.hasManyRuns() && std::abs(sprite.size.y) < 2.0 * picture.height;
 }
 
 std::size_t rowFloatsOf(const SpritePicture& picture) {
@@ -209,13 +209,57 @@ void putRow(const ScreenSprite& sprite, SceneTile& tile, const SpriteDesk& desk,
     }
 }
 
+// The pixels of a row of a sprite, and its picture's nodes that they show.
+struct RowReach {
+    Columns across;
+    int firstNode = 0;
+    int endNode = 0;
+    RowReach(const SpritePicture& picture, const Columns& columns) : across(columns) {
+        const double otherEdge = across.edge + across.step * across.count;
+        const auto node = [&](double at) {
+            return static_cast<int>(std::clamp(at, 0.0, static_cast<double>(picture.width)));
+        };
+        firstNode = node(std::min(across.edge, otherEdge) - 1.0);
+        endNode = node(std::max(across.edge, otherEdge) + 1.0) + 3;
+    }
+};
+
+// Mixes the desk's runs into one row. `mixedRun` is the run that the mixed row of before shows
+// alone, if there is one: this row may show it too.
+void makeMixedRow(const SpritePicture& picture, const RowReach& reach, int& mixedRun,
+                  SpriteDesk& desk) {
+    const Columns& across = reach.across;
+    if (desk.shares.size() == 1 && desk.shares.front().run == mixedRun) {
+        desk.shares.front().run = 0;
+        return;
+    }
+    mixedRun = desk.shares.size() == 1 ? desk.shares.front().run : -1;
+    const float share = mixedRun < 0 ? 1.0F : desk.shares.front().share;
+    if (mixedRun >= 0) desk.shares.front().share = 1.0F;
+    for (std::size_t k = 0; k < picture.channels; ++k)
+        makeRow(mixRows(picture, k, reach.firstNode, reach.endNode, desk), across.edge, across.step,
+                across.count, desk.row.data() + k * kTileStride);
+    desk.shares.assign(1, {0, share});
+}
+
+// Makes the rows of the desk's runs that have not been made.
+void makeRuns(const SpritePicture& picture, const Columns& across, SpriteDesk& desk) {
+    for (const RunShare& share : desk.shares) {
+        const auto run = static_cast<std::size_t>(share.run);
+        if (desk.madeRuns[run]) continue;
+        desk.madeRuns[run] = 1;
+        for (std::size_t k = 0; k < picture.channels; ++k)
+            makeRow({picture.values(k, share.run), picture.integrals(k, share.run), picture.width},
+                    across.edge, across.step, across.count,
+                    desk.row.data() + run * rowFloatsOf(picture) + k * kTileStride);
+    }
+}
+
 void drawSprite(const ScreenSprite& sprite, SceneTile& tile, SpriteDesk& desk) {
     const SpritePicture& picture = *sprite.picture;
     const Columns across = columnsOf(sprite.at.x, sprite.size.x, picture.width, tile.x, tile.width);
     const Columns down = columnsOf(sprite.at.y, sprite.size.y, picture.height, tile.y, tile.height);
     if (across.count <= 0 || down.count <= 0) return;
-    const bool mixes = mixesRows(sprite);
-    const std::size_t rowFloats = rowFloatsOf(picture);
     std::optional<TileInk> ink;
     if (picture.hasOneColour) {
         const glm::vec4 colour = picture.colour * sprite.tint;
@@ -223,40 +267,18 @@ void drawSprite(const ScreenSprite& sprite, SceneTile& tile, SpriteDesk& desk) {
     } else {
         useColours(tile, kAllColours);
     }
-    desk.madeRuns.assign(static_cast<std::size_t>(picture.runs), 0);
-    const double otherEdge = across.edge + across.step * across.count;
-    const auto node = [&](double at) {
-        return static_cast<int>(std::clamp(at, 0.0, static_cast<double>(picture.width)));
-    };
-    const int firstNode = node(std::min(across.edge, otherEdge) - 1.0);
-    const int endNode = node(std::max(across.edge, otherEdge) + 1.0) + 3;
-    // The run that the mixed row shows alone, if there is one: the next row may show it too.
+    const bool mixes = mixesRows(sprite);
+    const RowReach reach(picture, across);
+    if (!mixes) desk.madeRuns.assign(static_cast<std::size_t>(picture.runs), 0);
     int mixedRun = -1;
     for (int row = 0; row < down.count; ++row) {
         const double a = down.edge + row * down.step;
         shareRuns(picture, std::min(a, a + down.step), std::max(a, a + down.step), desk);
         if (desk.shares.empty()) continue;
-        if (mixes && desk.shares.size() == 1 && desk.shares.front().run == mixedRun) {
-            desk.shares.front().run = 0;
-        } else if (mixes) {
-            mixedRun = desk.shares.size() == 1 ? desk.shares.front().run : -1;
-            const float share = mixedRun < 0 ? 1.0F : desk.shares.front().share;
-            if (mixedRun >= 0) desk.shares.front().share = 1.0F;
-            for (std::size_t k = 0; k < picture.channels; ++k)
-                makeRow(mixRows(picture, k, firstNode, endNode, desk), across.edge, across.step,
-                        across.count, desk.row.data() + k * kTileStride);
-            desk.shares.assign(1, {0, share});
-        }
-        for (const RunShare& share : desk.shares) {
-            const auto run = static_cast<std::size_t>(share.run);
-            if (mixes || desk.madeRuns[run]) continue;
-            desk.madeRuns[run] = 1;
-            for (std::size_t k = 0; k < picture.channels; ++k)
-                makeRow(
-                    {picture.values(k, share.run), picture.integrals(k, share.run), picture.width},
-                    across.edge, across.step, across.count,
-                    desk.row.data() + run * rowFloats + k * kTileStride);
-        }
+        if (mixes)
+            makeMixedRow(picture, reach, mixedRun, desk);
+        else
+            makeRuns(picture, across, desk);
         putRow(sprite, tile, desk, across, ink ? &*ink : nullptr, down.first + row);
     }
 }

@@ -127,6 +127,7 @@ struct LineInTile {
     std::array<float, 6> change{};  // of the ink's values, on the way to the end
     std::array<float, 6> less{};    // taken off a value
     float alphaChange = 0.0F;
+    bool isEven = true;  // the ink does not change
     float nearChange = 0.0F;
     float perLength = 0.0F;  // 1 / the length, 0 for a point
 };
@@ -138,11 +139,16 @@ struct LinePlace {
     float near = 0.0F;
 };
 
-void placeAt(const LineInTile& from, float foot, LinePlace& place) {
-    const float share = unit(foot * from.perLength);
+void setInk(const LineInTile& from, float share, LinePlace& place) {
     for (std::size_t i = 0; i < static_cast<std::size_t>(from.ink.planes); ++i)
         place.value[i] = std::max(from.ink.value[i] + share * from.change[i] - from.less[i], 0.0F);
     place.alpha = from.ink.alpha + share * from.alphaChange;
+}
+
+// Moves a place of the same line.
+HWY_INLINE void moveTo(const LineInTile& from, float foot, LinePlace& place) {
+    const float share = unit(foot * from.perLength);
+    if (!from.isEven) setInk(from, share, place);
     place.near = from.line.nearFrom + share * from.nearChange;
 }
 
@@ -162,8 +168,8 @@ void putLinePixel(const LineInTile& from, const LinePlace& place, std::ptrdiff_t
 // The share of a line's length that makes no visible difference.
 constexpr float kEven = 1.0F / 16.0F;
 
-// Draws the pixels of one step along the line.
-void drawAcross(const LineInTile& from, int along) {
+// Draws the pixels of one step along the line. `place` is any place of the line.
+HWY_INLINE void drawAcross(const LineInTile& from, int along, LinePlace& place) {
     const Course& course = from.course;
     SceneTile& tile = from.tile;
     const float ahead = static_cast<float>(along) + 0.5F - course.along0;
@@ -183,8 +189,7 @@ void drawAcross(const LineInTile& from, int along) {
     const bool isInside = foot > 1.0F + beyond && course.length - foot > 1.0F + beyond;
     // The properties hardly change across a long line.
     const bool isEven = beyond * from.perLength < kEven;
-    LinePlace place;
-    placeAt(from, foot, place);
+    moveTo(from, foot, place);
     for (int i = first; i < end; ++i) {
         const float beside = static_cast<float>(i) - middle;
         const float entry = std::abs(beside) * course.upright * LineKernel::kSteps;
@@ -193,7 +198,7 @@ void drawAcross(const LineInTile& from, int along) {
         const float a = course.table[at];
         float covered = a + (entry - static_cast<float>(at)) * (course.table[at + 1] - a);
         const float here = foot + beside * footStep;
-        if (!isEven) placeAt(from, here, place);
+        if (!isEven) moveTo(from, here, place);
         if (!isInside) covered *= unit(here + 0.5F) * unit(course.length - here + 0.5F);
         if (covered <= 0.0F) continue;
         putLinePixel(from, place, course.steep ? SceneTile::at(i, along) : SceneTile::at(along, i),
@@ -224,6 +229,7 @@ LineInTile lineFor(const ScreenLine& line, const LineKernel& kernel, const Cours
         if (holds(tile.excessColours, k)) add(tile.excess[k], tile.threshold);
     }
     result.alphaChange = line.inkTo.alpha - line.inkFrom.alpha;
+    result.isEven = line.inkFrom.light == line.inkTo.light && result.alphaChange == 0.0F;
     result.nearChange = line.nearTo - line.nearFrom;
     result.perLength = course.length > 0.0F ? 1.0F / course.length : 0.0F;
     return result;
@@ -256,8 +262,10 @@ void drawLine(const ScreenLine& line, const LineKernel& kernel, SceneTile& tile)
     const auto most = static_cast<float>(course.steep ? tile.height : tile.width);
     const int end = static_cast<int>(std::clamp(high, 0.0F, most));
     const LineInTile inTile = lineFor(line, kernel, course, tile);
+    LinePlace place;
+    setInk(inTile, 0.0F, place);
     for (int along = static_cast<int>(std::clamp(low, 0.0F, most)); along < end; ++along)
-        drawAcross(inTile, along);
+        drawAcross(inTile, along, place);
 }
 
 void drawLines(std::span<const ShapeCall> calls, const StrokeShapes& shapes, SceneTile& tile) {

@@ -11,7 +11,7 @@
 namespace platform {
 
 // The number of polygons that are drawn at once.
-inline constexpr std::size_t kMostTextured = 16;
+inline constexpr std::size_t kMostTextured = 32;
 
 // Whether the surface is one that drawTextured() draws: opaque, with a picture, and with neither
 // edges to smooth nor light from lamps.

@@ -80,10 +80,8 @@ struct NearSamples {
     NearSamples(D d, const SceneTile& tile, std::ptrdiff_t first) {
         for (std::size_t i = 0; i < hnv::Lanes(d); ++i) {
             const std::ptrdiff_t at = first + static_cast<std::ptrdiff_t>(i);
-            const bool isSampled = tile.sampled[at] != SceneTile::kNothing;
             for (std::size_t s = 0; s < kSamples; ++s)
-                of[s][i] = isSampled ? tile.sampleNear[kSamples * at + static_cast<int>(s)]
-                                     : tile.near[at];
+                of[s][i] = tile.nearOf(at, s);
         }
     }
 };
@@ -116,8 +114,8 @@ inline float shareSeenAt(const SceneTile& tile, std::ptrdiff_t at, float near) {
     if (!tile.sampledNear || tile.sampled[at] == SceneTile::kNothing)
         return near >= tile.near[at] ? 1.0F : 0.0F;
     float sum = 0.0F;
-    for (int s = 0; s < kSamples; ++s)
-        sum += near >= tile.sampleNear[kSamples * at + s] ? 1.0F / kSamples : 0.0F;
+    for (std::size_t s = 0; s < kSamples; ++s)
+        sum += near >= tile.nearOf(at, s) ? 1.0F / kSamples : 0.0F;
     return sum;
 }
 
@@ -127,10 +125,11 @@ inline void putNearAt(const SceneTile& tile, std::ptrdiff_t at, float near) {
         tile.near[at] = std::max(tile.near[at], near);
         return;
     }
-    for (int s = 0; s < kSamples; ++s) {
-        float& sample = tile.sampleNear[kSamples * at + s];
-        sample = std::max(sample, near);
-    }
+    std::array<float, kSamples> samples;
+    for (std::size_t s = 0; s < kSamples; ++s)
+        samples[s] = std::max(tile.nearOf(at, s), near);
+    std::copy(samples.begin(), samples.end(), tile.sampleNear + kSamples * at);
+    if (tile.sampled[at] == SceneTile::kFace) tile.sampled[at] = SceneTile::kNear;
 }
 
 // Raises the nearness of pixels, one by one.

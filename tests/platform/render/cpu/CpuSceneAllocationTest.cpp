@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
+#include <new>
 
 #include "platform/render/cpu/CpuSceneDrawer.h"
 #include "platform/scene/DrawList.h"
@@ -11,6 +12,22 @@
 namespace platform::test {
 
 namespace {
+
+constexpr std::uint32_t kUnwritten = 0x12345678U;
+
+// A picture, and its memory as drawers see it.
+class Canvas {
+  public:
+    explicit Canvas(QSize size) : image_(size, QImage::Format_RGB32) { image_.fill(kUnwritten); }
+    [[nodiscard]] PixelBuffer buffer() {
+        return {reinterpret_cast<std::uint32_t*>(image_.bits()),
+                static_cast<int>(image_.bytesPerLine() / 4), image_.size()};
+    }
+    [[nodiscard]] const QImage& image() const { return image_; }
+
+  private:
+    QImage image_;
+};
 
 class CpuSceneAllocation : public testing::TestWithParam<const char*> {};
 
@@ -40,6 +57,37 @@ TEST_P(CpuSceneAllocation, ASteadyFrameAllocatesNothing) {
         EXPECT_EQ(AllocationCounter::total() - before, 0U) << resolution;
     }
     EXPECT_GT(drawer.counts().encoded, 0);
+}
+
+// Every allocation of a first picture of another size, one after another.
+TEST_P(CpuSceneAllocation, ADrawerThatWasRefusedMemoryDrawsAsBefore) {
+    const auto scene = makeStandIn(QLatin1String(GetParam()), 1);
+    scene->advance(6.0);
+    DrawList list;
+    extract(*scene, 1.6, list);
+    constexpr CpuSceneDrawer::Frame kFrame{.resolution = 0.7, .isKept = true};
+    constexpr QSize kSmall(50, 30), kLarge(200, 120);
+    Canvas small(kSmall), large(kLarge);
+    CpuSceneDrawer(CpuSceneDrawer::Options{.threads = 1}).draw(list, small.buffer(), kFrame);
+    CpuSceneDrawer(CpuSceneDrawer::Options{.threads = 1}).draw(list, large.buffer(), kFrame);
+    std::size_t refused = 0;
+    for (bool isRefused = true; isRefused; ++refused) {
+        CpuSceneDrawer drawer(CpuSceneDrawer::Options{.threads = 1});
+        Canvas first(kSmall), then(kLarge);
+        // Every second drawer has drawn before.
+        if (refused % 2 == 0) drawer.draw(list, first.buffer(), kFrame);
+        try {
+            const RefusedAllocation refusal(refused / 2);
+            drawer.draw(list, then.buffer(), kFrame);
+            isRefused = refused % 2 == 0;
+        } catch (const std::bad_alloc&) {
+        }
+        drawer.draw(list, first.buffer(), kFrame);
+        drawer.draw(list, then.buffer(), kFrame);
+        ASSERT_EQ(first.image(), small.image()) << refused;
+        ASSERT_EQ(then.image(), large.image()) << refused;
+    }
+    EXPECT_GT(refused, 40U);
 }
 
 }  // namespace platform::test

@@ -222,6 +222,23 @@ TEST(CpuSceneDrawer, EvenLightGlowsEvenlyToThePicturesEdges) {
         }
 }
 
+TEST(CpuSceneDrawer, AnotherSizeWithoutGlowInBetweenLeavesTheGlow) {
+    const Scene scene;
+    DrawList dark;
+    extract(scene, 1.6, dark);
+    dark.camera.bloomIntensity = 0.6F;
+    dark.camera.bloomThreshold = 0.2F;
+    DrawList bright = dark;
+    bright.background = {0.02F, 0.5F, 0.1F, 1.0F};
+    DrawList glowless = bright;
+    glowless.camera.bloomIntensity = 0.0F;
+    constexpr QSize kSmall(60, 30), kLarge(300, 200);
+    CpuSceneDrawer used;
+    static_cast<void>(used.picture(dark, kLarge));
+    static_cast<void>(used.picture(glowless, kSmall));
+    EXPECT_EQ(used.picture(bright, kLarge), CpuSceneDrawer().picture(bright, kLarge));
+}
+
 // Shapes with places that are no number, or too large, are left out; the rest is drawn.
 TEST(CpuSceneDrawer, SenselessTransformsAreLeftOut) {
     constexpr float kNan = std::numeric_limits<float>::quiet_NaN();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Whole pictures of small scenes: shapes and where they are.
 #include <cmath>
+#include <glm/gtc/matrix_transform.hpp>
 
 #include "platform/render/QualityLadder.h"
 #include "platform/scene/Shading.h"
@@ -304,6 +305,44 @@ TEST_F(SceneShapesTest, TheMirrorAddsToTheFloorsColourAndShowsNothingBelowIt) {
     EXPECT_NEAR(qGreen(mirrored), 255.0 * srgbEncode(0.5), 1.0);
     EXPECT_NEAR(qBlue(mirrored), 100, 1);
     EXPECT_EQ(qRed(mirrored), 0) << "the background shines through the floor";
+}
+
+// Stripes along the direction in which their picture is pressed together look as if it were
+// not, whichever way that lies in the picture and on the screen.
+TEST_F(SceneShapesTest, APicturePressedTogetherIsSharpAcrossAndKeepsItsLight) {
+    const auto drawn = [&](glm::ivec2 across, double pressed, double roll, int anisotropy) {
+        QImage paper(128, 128, QImage::Format_RGBA8888);
+        for (int y = 0; y < 128; ++y)
+            for (int x = 0; x < 128; ++x)
+                paper.setPixelColor(x, y,
+                                    (128 + across.x * x + across.y * y) / 16 % 2 == 0
+                                        ? QColor(0, 200, 0)
+                                        : QColor(Qt::black));
+        const double turn = std::atan2(across.y, across.x);
+        const glm::dvec3 axis(0.0, 0.0, 1.0);
+        glm::dmat4 transform = glm::rotate(glm::dmat4(1.0), turn, axis);
+        transform = glm::scale(transform, {1.0, pressed, 1.0});
+        const MaterialPtr material = constant(paper);
+        material->setWrapS(WrapMode::Repeat);
+        material->setWrapT(WrapMode::Repeat);
+        material->setContentsTransform(glm::rotate(transform, -turn, axis));
+        Stage stage;
+        stage.add(square(2.0, material), {0, 0, -1})->setEulerAngles({0, 0, roll});
+        return picture(stage, {128, 128}, {.anisotropy = anisotropy}).copy(32, 32, 64, 64);
+    };
+    for (const glm::ivec2 across : {glm::ivec2(1, 0), {0, 1}, {1, 1}, {1, -1}})
+        for (const double roll : {0.0, 0.3, 2.0}) {
+            SCOPED_TRACE(testing::Message() << across.x << ' ' << across.y << ' ' << roll);
+            const QImage plain = drawn(across, 1.0, roll, 16);
+            const QImage pressed = drawn(across, 12.0, roll, 16);
+            // Unpressed, the edge of a slanting stripe has the texels' steps.
+            EXPECT_TRUE(agree(pressed, plain, "pressed", {.largest = 110, .mean = 2.0}));
+            EXPECT_NEAR(lightOf(pressed) / lightOf(plain), 1.0, 0.02);
+            // A single sample has to be as wide as it is long.
+            const QImage single = drawn(across, 12.0, roll, 1);
+            EXPECT_FALSE(agree(single, plain, "single", {.largest = 255, .mean = 12.0}));
+            EXPECT_NEAR(lightOf(single) / lightOf(plain), 1.0, 0.05);
+        }
 }
 
 TEST_F(SceneShapesTest, AFarGridIsEvenWithoutMoire) {
