@@ -225,18 +225,37 @@ TEST(SaverOpWeston, DraaitSchermvullendZonderBovenlagen) {
     EXPECT_GT(meting[QStringLiteral("beelden")].toInt(), 3);
 }
 
+const QStringList kKubusMetGl{QStringLiteral("--keuze=kubus"), QStringLiteral("--tekenaar=gl")};
+
+// The library that speaks with the compositor writes down every request. The pictures come when
+// they can: on a busy machine a driver takes seconds to start.
+void toontBeelden(Programma& saver) {
+    constexpr int kBeelden = 5;
+    saver.zet(QStringLiteral("WAYLAND_DEBUG"), QStringLiteral("1"));
+    saver.start(kKubusMetGl);
+    QByteArray verzoeken;
+    EXPECT_TRUE(until([&] {
+        verzoeken += saver.fouten();
+        return verzoeken.count(".attach(wl_buffer") >= kBeelden || !saver.loopt();
+    }));
+    EXPECT_TRUE(saver.loopt());
+    ::kill(static_cast<pid_t>(saver.nummer()), SIGTERM);
+    EXPECT_TRUE(saver.wacht());
+    EXPECT_EQ(saver.uitgang(), SIGTERM);
+}
+
 // OpenGL in software, on real compositors: the driver commits by itself.
 void tekentMetOpenGl(const QString& adres) {
     Programma saver;
     saver.zet(QStringLiteral("WAYLAND_DISPLAY"), adres);
     saver.zet(QStringLiteral("XDG_RUNTIME_DIR"), saver.map());
-    saver.draai({QStringLiteral("--keuze=kubus"), QStringLiteral("--seconden=2"),
-                 QStringLiteral("--meet"), QStringLiteral("--tekenaar=gl")});
+    saver.draai(kKubusMetGl +
+                QStringList{QStringLiteral("--seconden=2"), QStringLiteral("--meet")});
     EXPECT_EQ(saver.uitgang(), 0) << saver.fouten().toStdString();
     EXPECT_EQ(saver.fouten(), QByteArray());
     const QJsonObject meting = QJsonDocument::fromJson(saver.uit()).object();
-    EXPECT_GT(meting[QStringLiteral("beelden")].toInt(), 3);
     EXPECT_TRUE(meting[QStringLiteral("tekenaar")].toString().contains(QStringLiteral("llvmpipe")));
+    toontBeelden(saver);
 }
 
 TEST(SaverOpWeston, TekentMetOpenGl) {
