@@ -20,7 +20,8 @@ namespace wltest {
 
 // A real compositor without a screen, with outputs of 640 × 480 beside one another
 // and one colour as the background. It refuses root, and then runs in a user
-// namespace. Ends with the object.
+// namespace, as the first user that every system names: its X server lets in the
+// clients of a user with a name. Ends with the object.
 class Sway {
   public:
     static constexpr QRgb kBackground = 0xff203040;
@@ -42,10 +43,9 @@ class Sway {
         process_.setProcessChannelMode(QProcess::MergedChannels);
         QStringList words{QStringLiteral("sway"), QStringLiteral("-c"), path("config")};
         if (getuid() == 0)
-            words =
-                QStringList{QStringLiteral("unshare"), QStringLiteral("-U"),
-                            QStringLiteral("--map-user=1000"), QStringLiteral("--map-group=1000")} +
-                words;
+            words = QStringList{QStringLiteral("unshare"), QStringLiteral("-U"),
+                                QStringLiteral("--map-user=1"), QStringLiteral("--map-group=1")} +
+                    words;
         process_.start(words.takeFirst(), words);
         running_ = until([this] { return connectIpc() || hasEnded(); }) && !hasEnded();
         if (!running_)
