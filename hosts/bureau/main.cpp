@@ -5,8 +5,10 @@
 #include <unistd.h>
 
 #include <QGuiApplication>
+#include <QScopeGuard>
 #include <algorithm>
 #include <cstdio>
+#include <functional>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -53,9 +55,23 @@ int druk(const QString& tekst) {
 
 constexpr const char* kGeenScherm = "er is geen scherm om op te tekenen";
 
+// Stores the settings of the owner that runs.
+std::function<void()> bewaar;
+
+// The end where Qt finds the compositor gone before the window system does.
+void eindigMetCompositor(brixtel::QtVerbinding verbinding) {
+    brixtel::laatHoofddraadEindigen();
+    if (bewaar) bewaar();
+    if (verbinding == brixtel::QtVerbinding::Weg) std::_Exit(0);
+    std::_Exit(meldNaam(QStringLiteral("het venstersysteem verbrak de verbinding van Qt")));
+}
+
 // Qt's messages are for developers, and a fatal one would dump core.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     brixtel::eindigZonderDraad(regel);
+    if (const auto verbinding = brixtel::qtVerbinding(regel);
+        verbinding != brixtel::QtVerbinding::Heel)
+        eindigMetCompositor(verbinding);
     // A library below Qt would end the process in its own words.
     if (platform::tellsOfLoss(regel)) std::_Exit(meldNaam(brixtel::schermVerbroken()));
     if (soort != QtFatalMsg) return;
@@ -126,6 +142,8 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
     const platform::SessionLock slot(platform::SessionLock::systemBusAddress(),
                                      [&werkruimte](bool dicht) { werkruimte.setLocked(dicht); });
     brixtel::Bureau bureau({.server = server, .werkruimte = werkruimte, .toeval = toeval});
+    bewaar = [&bureau] { bureau.bewaar(); };
+    const auto voorbij = qScopeGuard([] { bewaar = nullptr; });
     // The end of a desktop is no error: the program then ends without a message, unless the
     // window system gives a reason.
     server.onConnectionLost([&bureau, &server] {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/gedeeld/Melding.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 
@@ -27,6 +29,21 @@ QString waaromQtOpgeeft(const QString& bericht) {
     if (bericht.contains(QLatin1String("Qt platform plugin")))
         return QStringLiteral("Qt kan zijn deel voor het scherm niet openen");
     return QStringLiteral("Qt geeft het op: ") + bericht.section(u'\n', 0, 0);
+}
+
+QtVerbinding qtVerbinding(const QString& bericht) {
+    // Seen in Qt 6.4.
+    if (bericht.contains(QLatin1String("connection broke. Did the")) &&
+        bericht.contains(QLatin1String("compositor")))
+        return QtVerbinding::Weg;
+    return bericht.contains(QLatin1String("connection experienced a fatal error"))
+               ? QtVerbinding::Verbroken
+               : QtVerbinding::Heel;
+}
+
+void laatHoofddraadEindigen() {
+    while (gettid() != getpid())
+        pause();
 }
 
 QString schermVerbroken() {

@@ -55,6 +55,12 @@ bool zonderScherm = false;
 // dump core, as when the display goes away while Qt starts.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     brixtel::eindigZonderDraad(regel);
+    const auto verbinding = brixtel::qtVerbinding(regel);
+    if (verbinding != brixtel::QtVerbinding::Heel) brixtel::laatHoofddraadEindigen();
+    if (verbinding == brixtel::QtVerbinding::Weg) std::_Exit(0);
+    if (verbinding == brixtel::QtVerbinding::Verbroken)
+        std::_Exit(
+            meldNaam(QStringLiteral("het venstersysteem verbrak de verbinding van Qt"), kFout));
     // A library below Qt would end the process in its own words.
     if (platform::tellsOfLoss(regel)) std::_Exit(meldNaam(brixtel::schermVerbroken(), kFout));
     if (soort != QtFatalMsg) return;

@@ -294,6 +294,8 @@ void WaylandWindow::updateReadiness() {
 }
 
 void WaylandWindow::frameDone() {
+    // A compositor may name no display: a surface whose pictures are shown is under no lock.
+    if (!hidden_ && std::exchange(mayBeLocked_, false)) focusChanged();
     // A surface that shows a picture has the keyboard by now, if it can have it.
     if (hasExclusive_ && !settling_ && !std::exchange(hadChance_, true)) focusChanged();
     if (!surface_) return;

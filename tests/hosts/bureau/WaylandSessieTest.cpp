@@ -9,6 +9,7 @@
 
 #include "tests/hosts/saver/Programma.h"
 #include "tests/support/DBusDaemon.h"
+#include "tests/support/wayland/Compositor.h"
 #include "tests/support/wayland/Kwin.h"
 #include "tests/support/wayland/Sway.h"
 #include "tests/support/wayland/VirtualKeyboard.h"
@@ -121,6 +122,75 @@ bool isRegen(Sway& sway, const char* scherm) {
         return aandeelGroen(beeld) > 0.005;
     });
 }
+
+// --- the owner on a compositor of the test's own ---
+
+struct EigenaarOpWayland : OpWayland {
+    static wltest::Options metSloten() {
+        wltest::Options opties;
+        opties.globals.sessionLock = true;
+        opties.frames = wltest::Frames::Always;
+        return opties;
+    }
+    void begin(const QStringList& woorden) {
+        eigenaar.opWayland(compositor.address());
+        eigenaar.start(woorden);
+        ASSERT_TRUE(antwoordt());
+    }
+    bool toont(std::size_t vensters) {
+        return until([&] { return compositor.shown().size() == vensters; });
+    }
+
+    wltest::Compositor compositor{metSloten()};
+    InSessie eigenaar{brixtel::bureauPad(), bus};
+};
+
+TEST_F(EigenaarOpWayland, EenSlotSluitHetZwarteSchermVanDeRust) {
+    begin({QStringLiteral("--rust=1"), QStringLiteral("--dienst")});
+    ASSERT_TRUE(until([&] { return !compositor.idleTimes().empty(); }));
+    compositor.setIdle(true);
+    ASSERT_TRUE(until([&] { return compositor.keyboardFocus() != 0; }));
+    ASSERT_TRUE(toont(1));
+    EXPECT_TRUE(eigenschap("ZwartAan").contains("true"));
+    compositor.setLocked(true);
+    EXPECT_TRUE(toont(0));
+    EXPECT_TRUE(eigenschap("ZwartAan").contains("false"));
+    EXPECT_EQ(compositor.keyboardFocus(), 0U);
+    EXPECT_TRUE(eigenaar.loopt());
+}
+
+TEST_F(EigenaarOpWayland, EenZwartSchermOnderEenSlotIsErDaarnaNog) {
+    begin({QStringLiteral("--toon-zwart")});
+    ASSERT_TRUE(until([&] { return compositor.keyboardFocus() != 0; }));
+    compositor.setLocked(true);
+    ASSERT_TRUE(until([&] { return compositor.shown().at(0).keyboard == 0; }));
+    EXPECT_EQ(compositor.keyboardFocus(), 0U);
+    compositor.setLocked(false);
+    ASSERT_TRUE(until([&] { return compositor.keyboardFocus() != 0; }));
+    EXPECT_TRUE(eigenschap("ZwartAan").contains("true"));
+}
+
+TEST_F(EigenaarOpWayland, EenCompositorDieVerdwijntIsEenStilEinde) {
+    begin({QStringLiteral("--toon-regen")});
+    ASSERT_TRUE(toont(1));
+    compositor.die();
+    EXPECT_TRUE(eigenaar.wacht());
+    EXPECT_EQ(eigenaar.uitgang(), 0);
+    EXPECT_EQ(eigenaar.fouten(), QByteArray());
+}
+
+TEST_F(EigenaarOpWayland, EenProtocolfoutIsEenRegelEnUitgangEen) {
+    begin({QStringLiteral("--toon-regen")});
+    ASSERT_TRUE(toont(1));
+    compositor.postError();
+    EXPECT_TRUE(eigenaar.wacht());
+    EXPECT_EQ(eigenaar.uitgang(), 1);
+    const QByteArray fouten = eigenaar.fouten();
+    EXPECT_EQ(fouten.count('\n'), 1) << fouten.toStdString();
+    EXPECT_TRUE(fouten.startsWith("brixtel-bureau: het venstersysteem verbrak de verbinding"));
+}
+
+// --- real compositors ---
 
 TEST_F(OpWayland, ZonderBovenlagenWeigertDeRegenMetEenRegel) {
     const wltest::Weston weston;

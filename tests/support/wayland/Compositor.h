@@ -60,6 +60,7 @@ struct Options {
     // Whether each frame callback is answered; else only the first one of each commit.
     bool answersAllCallbacks = true;
     bool configuresByItself = true;
+    bool namesDisplays = true;  // to the surfaces that are on one
     std::uint32_t presentationClock = 1;  // CLOCK_MONOTONIC
     bool reportsPresentation = true;
 };

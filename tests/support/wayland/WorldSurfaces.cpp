@@ -302,7 +302,7 @@ void World::commit(SurfaceState& surface) {
 
 void World::sendPlace(SurfaceState& surface, bool enters) {
     const OutputState* const output = outputFor(surface);
-    if (!output) return;
+    if (!output || !options.namesDisplays) return;
     const auto tell = enters ? wl_surface_send_enter : wl_surface_send_leave;
     for (wl_resource* const each : output->resources)
         if (wl_resource_get_client(each) == wl_resource_get_client(surface.resource))

@@ -15,8 +15,9 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <optional>
+#include <memory>
 #include <span>
+#include <type_traits>
 
 #include "platform/render/cpu/scene/RipPicture.h"
 #include "platform/render/cpu/scene/SceneTile.h"
@@ -170,7 +171,7 @@ class TexturedFaces {
                   const SceneTile& tile)
         : picture_(picture), count_(polygons.size()) {
         for (std::size_t i = 0; i < count_; ++i) {
-            const TexturedFace& face = face_[i].emplace(*polygons[i], tile);
+            const TexturedFace& face = *std::construct_at(&face_[i].face, *polygons[i], tile);
             rows_ = {std::min(rows_.first, face.rows().first),
                      std::max(rows_.end, face.rows().end)};
             hasSmall_[i] = face.hasSmallTexels(picture, face.columns(), face.rows());
@@ -187,13 +188,13 @@ class TexturedFaces {
         // One array for each end: a span that is written in halves is slow to read as a whole.
         std::array<int, kMostTextured> first, end;
         for (std::size_t i = 0; i < count_; ++i) {
-            const PixelSpan span = face_[i]->columns(row);
+            const PixelSpan span = face_[i].face.columns(row);
             first[i] = span.first;
             end[i] = span.end;
             if (span.first >= span.end) continue;
             all = {std::min(all.first, span.first), std::max(all.end, span.end)};
             if (!hasSmall_[i] || hasSteps_) continue;
-            hasSteps_ = face_[i]->hasSmallTexels(picture_, span, {row, row});
+            hasSteps_ = face_[i].face.hasSmallTexels(picture_, span, {row, row});
         }
         first_ = all.first;
         shown_.fill(0);
@@ -214,8 +215,8 @@ class TexturedFaces {
         ShownFaces shown(before);
         for (std::uint64_t rest = shown_[static_cast<std::size_t>((x - first_) / kLanes)];
              rest != 0; rest &= rest - 1)
-            face_[static_cast<std::size_t>(std::countr_zero(rest))]->show(column, row_, hasSteps_,
-                                                                          shown);
+            face_[static_cast<std::size_t>(std::countr_zero(rest))].face.show(column, row_,
+                                                                              hasSteps_, shown);
         return shown;
     }
 
@@ -225,7 +226,13 @@ class TexturedFaces {
     const RipPicture& picture_;
     std::size_t count_;
     PixelSpan rows_{kTileHeight, 0};
-    std::array<std::optional<TexturedFace>, kMostTextured> face_;
+    // Room for a face; that of an optional would be cleared, all of it for each tile.
+    union Room {
+        TexturedFace face;
+        Room() {}
+    };
+    static_assert(std::is_trivially_destructible_v<TexturedFace>);
+    std::array<Room, kMostTextured> face_;
     std::array<bool, kMostTextured> hasSmall_;  // texels, perhaps, somewhere in the tile
     float row_ = 0.0F;
     int first_ = 0;

@@ -236,6 +236,17 @@ TEST(OverlaysHiddenByALock, ABlackScreenShownUnderTheLockWaitsForTheKeyboard) {
     EXPECT_TRUE(black.native->hasKeyboard());
 }
 
+TEST(OverlaysHiddenByALock, ABlackScreenHasTheKeyboardAlsoWhereNoDisplayIsNamed) {
+    wltest::Options options = HiddenByLocks::later();
+    options.namesDisplays = false;
+    AmongLocks there(options);
+    TestWindow black(there.system, saver());
+    there.show(black);
+    there.compositor.frame();
+    there.settle();
+    EXPECT_TRUE(black.native->hasKeyboard());
+}
+
 TEST(OverlaysHiddenByALock, TheRainRestsAndTakesNothing) {
     HiddenByLocks there;
     TestWindow over(there.system, rain());
