@@ -72,7 +72,7 @@ TEST_P(CpuSceneAllocation, ADrawerThatWasRefusedMemoryDrawsAsBefore) {
     CpuSceneDrawer(CpuSceneDrawer::Options{.threads = 1}).draw(list, small.buffer(), kFrame);
     CpuSceneDrawer(CpuSceneDrawer::Options{.threads = 1}).draw(list, large.buffer(), kFrame);
     std::size_t refused = 0;
-    for (bool isRefused = true; isRefused; refused += refused < 40 ? 1 : 9) {
+    for (bool isRefused = true; isRefused; refused += refused < 41 ? 1 : 9) {
         CpuSceneDrawer drawer(CpuSceneDrawer::Options{.threads = 1});
         Canvas first(kSmall), then(kLarge);
         // Every second drawer has drawn before.
