@@ -59,19 +59,20 @@ TEST_P(CpuSceneAllocation, ASteadyFrameAllocatesNothing) {
     EXPECT_GT(drawer.counts().encoded, 0);
 }
 
-// Every allocation of a first picture of another size, one after another.
+// The allocations of a first picture of another size, one after another; of the later ones, which
+// are alike, every ninth.
 TEST_P(CpuSceneAllocation, ADrawerThatWasRefusedMemoryDrawsAsBefore) {
     const auto scene = makeStandIn(QLatin1String(GetParam()), 1);
     scene->advance(6.0);
     DrawList list;
     extract(*scene, 1.6, list);
     constexpr CpuSceneDrawer::Frame kFrame{.resolution = 0.7, .isKept = true};
-    constexpr QSize kSmall(50, 30), kLarge(200, 120);
+    constexpr QSize kSmall(40, 20), kLarge(100, 50);
     Canvas small(kSmall), large(kLarge);
     CpuSceneDrawer(CpuSceneDrawer::Options{.threads = 1}).draw(list, small.buffer(), kFrame);
     CpuSceneDrawer(CpuSceneDrawer::Options{.threads = 1}).draw(list, large.buffer(), kFrame);
     std::size_t refused = 0;
-    for (bool isRefused = true; isRefused; ++refused) {
+    for (bool isRefused = true; isRefused; refused += refused < 41 ? 1 : 9) {
         CpuSceneDrawer drawer(CpuSceneDrawer::Options{.threads = 1});
         Canvas first(kSmall), then(kLarge);
         // Every second drawer has drawn before.
