@@ -6,6 +6,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonValue>
+#include <QStandardPaths>
+#include <utility>
 
 #include "tests/hosts/saver/Programma.h"
 #include "tests/support/DBusDaemon.h"
@@ -197,6 +199,51 @@ TEST_F(OpWayland, ZonderBovenlagenWeigertDeRegenMetEenRegel) {
     if (!weston.isRunning()) GTEST_SKIP() << weston.reason();
     weigertDeRegen([&](InSessie& p) { p.opWayland(weston.address()); }, {}, "geen-bovenlaag",
                    "dit bureaublad heeft geen plaats boven alle vensters");
+}
+
+// A terminal that writes down each click that it gets: "M" for a press, "m" for a release.
+TEST_F(OpWayland, DuizendKlikkenGaanDoorDeRegenNaarEenTerminal) {
+    if (QStandardPaths::findExecutable(QStringLiteral("foot")).isEmpty())
+        GTEST_SKIP() << "foot is not installed";
+    Sway sway(1, "default_border none\n");
+    if (!sway.isRunning()) GTEST_SKIP() << sway.reason();
+    InSessie eigenaar(brixtel::bureauPad(), bus);
+    const QString gehoord = eigenaar.map() + QStringLiteral("/klikken");
+    Programma terminal({}, QStringLiteral("foot"));
+    terminal.zet(QStringLiteral("XDG_RUNTIME_DIR"), eigenaar.map());
+    terminal.zet(QStringLiteral("WAYLAND_DISPLAY"), sway.address());
+    terminal.start(
+        {QStringLiteral("sh"), QStringLiteral("-c"),
+         QStringLiteral("stty raw -echo; printf '\\033[?1000h\\033[?1006h'; exec cat >") +
+             gehoord});
+    const auto aantal = [&](char soort) {
+        QFile bestand(gehoord);
+        return bestand.open(QIODevice::ReadOnly) ? bestand.readAll().count(soort) : -1;
+    };
+    wltest::VirtualPointer muis(sway.address());
+    ASSERT_TRUE(muis.isThere());
+    eigenaar.opWayland(sway.address()).start({QStringLiteral("--toon-regen")});
+    ASSERT_TRUE(isRegen(sway, "HEADLESS-1")) << eigenaar.fouten().toStdString();
+    // The first clicks are only sure once the terminal knows of the mouse.
+    const auto klik = [&](int x, int y) {
+        muis.moveTo({x, y}, {640, 480});
+        muis.click();
+    };
+    ASSERT_TRUE(until([&] {
+        klik(100, 100);
+        return aantal('m') > 0;
+    })) << terminal.fouten().toStdString();
+    // As many releases as presses: no click is under way.
+    int vooraf = -1;
+    ASSERT_TRUE(until([&] {
+        const int nu = aantal('m');
+        return std::exchange(vooraf, nu) == nu && aantal('M') == nu;
+    }));
+    for (int i = 0; i < 1000; ++i)
+        klik(40 + 37 * i % 500, 40 + 53 * i % 380);
+    EXPECT_TRUE(until([&] { return aantal('m') >= vooraf + 1000; })) << aantal('m') - vooraf;
+    EXPECT_EQ(aantal('M'), vooraf + 1000);
+    EXPECT_EQ(aantal('m'), vooraf + 1000);
 }
 
 TEST_F(OpWayland, DoorXwaylandWeigertDeRegenMetEenRegel) {
