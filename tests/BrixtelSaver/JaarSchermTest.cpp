@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Half an hour unattended on a real X server, on a clock that runs 1,000 times as fast as
+// Minutes unattended on a real X server, on a clock that runs 200 times as fast as
 // the pictures: the server keeps no more for the saver at the end than at the start.
 #include <xcb/res.h>
 
@@ -18,8 +18,8 @@ namespace {
 using brixtel::alleKeuzes;
 using steun::SaverKeuze;
 
-constexpr double kBeeld = 1'000.0 / 60.0;  // seconds of the clock between two pictures
-constexpr int kVooraf = 30;                // pictures until the window has all its buffers
+constexpr double kBeeld = 200.0 / 60.0;  // seconds of the clock between two pictures
+constexpr int kVooraf = 30;              // pictures until the window has all its buffers
 constexpr int kBeelden = 100;
 
 template <class T>
