@@ -72,9 +72,12 @@ TEST_F(SaverView, TheRainHasItsDensityAndSpeedAlsoInThePreview) {
         const auto lot =
             brixtel::lotVan({.maat = {300, 200}, .dichtheid = 0.7, .snelheid = 1.0}, klok, toeval);
         view->startAnimation();
-        ASSERT_TRUE(view->regen());
-        EXPECT_EQ(brixtel::lotVan(*view->regen()), lot);
-        EXPECT_FALSE(view->regen()->laag()->sublayers().empty());
+        const auto* const regen = view->regen();
+        ASSERT_TRUE(regen);
+        EXPECT_EQ(brixtel::lotVan(*regen), lot);
+        const auto laag = regen->laag();
+        ASSERT_TRUE(laag);
+        EXPECT_FALSE(laag->sublayers().empty());
     }
 }
 
@@ -82,17 +85,19 @@ TEST_F(SaverView, AThreeDChoiceShowsTheWorldOfThatKindInASubview) {
     for (const auto keuze :
          {SaverKeuze::bol, SaverKeuze::kubus, SaverKeuze::tunnel, SaverKeuze::logo}) {
         const auto view = gestart(keuze);
-        ASSERT_TRUE(view->wereld());
-        EXPECT_EQ(brixtel::ruweWaarde(view->wereld()->soort()), brixtel::ruweWaarde(keuze));
-        EXPECT_TRUE(view->wereld()->groot());
-        EXPECT_FALSE(view->wereld()->rustig());
-        EXPECT_FALSE(view->wereld()->eigenLijnen());
-        ASSERT_TRUE(view->scn());
-        EXPECT_EQ(view->scn()->superview(), view.get());
-        EXPECT_EQ(view->scn()->frame(), view->bounds());
-        EXPECT_EQ(view->scn()->autoresizingMask(), 18U);
-        EXPECT_TRUE(view->scn()->isPlaying());
-        EXPECT_EQ(view->scn()->preferredFramesPerSecond(), 60);
+        const auto* const wereld = view->wereld();
+        ASSERT_TRUE(wereld);
+        EXPECT_EQ(brixtel::ruweWaarde(wereld->soort()), brixtel::ruweWaarde(keuze));
+        EXPECT_TRUE(wereld->groot());
+        EXPECT_FALSE(wereld->rustig());
+        EXPECT_FALSE(wereld->eigenLijnen());
+        const auto scn = view->scn();
+        ASSERT_TRUE(scn);
+        EXPECT_EQ(scn->superview(), view.get());
+        EXPECT_EQ(scn->frame(), view->bounds());
+        EXPECT_EQ(scn->autoresizingMask(), 18U);
+        EXPECT_TRUE(scn->isPlaying());
+        EXPECT_EQ(scn->preferredFramesPerSecond(), 60);
         EXPECT_FALSE(view->regen());
         view->setFrame(QRectF(0, 0, 500, 400));
         EXPECT_EQ(view->scn()->frame(), QRectF(0, 0, 500, 400));
@@ -105,8 +110,11 @@ TEST_F(SaverView, ThePreviewHasASmallWorldAtThirtyFrames) {
     SaverInstellingen::zetKeuze(SaverKeuze::kubus);
     const auto view = maak(true);
     view->startAnimation();
-    EXPECT_FALSE(view->wereld()->groot());
-    EXPECT_EQ(view->scn()->preferredFramesPerSecond(), 30);
+    const auto* const wereld = view->wereld();
+    const auto scn = view->scn();
+    ASSERT_TRUE(wereld && scn);
+    EXPECT_FALSE(wereld->groot());
+    EXPECT_EQ(scn->preferredFramesPerSecond(), 30);
 }
 
 TEST_F(SaverView, TearDownStopsTheSceneViewAndLetsItsSceneGo) {

@@ -12,9 +12,10 @@ namespace steun {
 inline std::vector<brixtel::Lijn> lijnen(int aantal) {
     std::vector<brixtel::Lijn> alle;
     for (int i = 0; i < aantal; ++i)
-        alle.push_back({{"L" + std::to_string(i), -40.0 + 5.0 * (i % 24), 10.0 * i - 120.0},
-                        {"Proef"},
-                        aantal - i});
+        alle.push_back(
+            {{std::string("L").append(std::to_string(i)), -40.0 + 5.0 * (i % 24), 10.0 * i - 120.0},
+             {"Proef"},
+             aantal - i});
     return alle;
 }
 

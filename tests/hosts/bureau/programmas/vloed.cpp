@@ -88,7 +88,7 @@ bool stuur(int deur, const std::string& bytes) {
 bool meldAan(int deur) {
     std::string wie;
     for (const char cijfer : std::to_string(getuid()))
-        wie += "3" + std::string(1, cijfer);
+        wie.append({'3', cijfer});
     std::array<char, 256> antwoord{};
     if (!stuur(deur, std::string(1, '\0') + "AUTH EXTERNAL " + wie + "\r\n")) return false;
     if (read(deur, antwoord.data(), antwoord.size()) <= 0) return false;
