@@ -59,21 +59,20 @@ constexpr const char* kGeenScherm = "er is geen scherm om op te tekenen";
 std::function<void()> bewaar;
 
 // The end where Qt finds the compositor gone before the window system does.
-void eindigMetCompositor(brixtel::QtVerbinding verbinding) {
+void eindigMetCompositor(platform::QtLoss verlies) {
     brixtel::laatHoofddraadEindigen();
     if (bewaar) bewaar();
-    if (verbinding == brixtel::QtVerbinding::Weg) std::_Exit(0);
+    if (verlies == platform::QtLoss::Gone) std::_Exit(0);
     std::_Exit(meldNaam(QStringLiteral("het venstersysteem verbrak de verbinding van Qt")));
 }
 
 // Qt's messages are for developers, and a fatal one would dump core.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     brixtel::eindigZonderDraad(regel);
-    if (const auto verbinding = brixtel::qtVerbinding(regel);
-        verbinding != brixtel::QtVerbinding::Heel)
-        eindigMetCompositor(verbinding);
-    // A library below Qt would end the process in its own words.
-    if (platform::tellsOfLoss(regel)) std::_Exit(meldNaam(brixtel::schermVerbroken()));
+    const platform::QtLoss verlies = platform::lossIn(regel);
+    if (verlies == platform::QtLoss::Gone || verlies == platform::QtLoss::Refused)
+        eindigMetCompositor(verlies);
+    if (verlies == platform::QtLoss::Fatal) std::_Exit(meldNaam(brixtel::schermVerbroken()));
     if (soort != QtFatalMsg) return;
     const bool erIsScherm = platform::DisplayCheck().isReachable();
     std::_Exit(

@@ -31,16 +31,6 @@ QString waaromQtOpgeeft(const QString& bericht) {
     return QStringLiteral("Qt geeft het op: ") + bericht.section(u'\n', 0, 0);
 }
 
-QtVerbinding qtVerbinding(const QString& bericht) {
-    // Seen in Qt 6.4.
-    if (bericht.contains(QLatin1String("connection broke. Did the")) &&
-        bericht.contains(QLatin1String("compositor")))
-        return QtVerbinding::Weg;
-    return bericht.contains(QLatin1String("connection experienced a fatal error"))
-               ? QtVerbinding::Verbroken
-               : QtVerbinding::Heel;
-}
-
 void laatHoofddraadEindigen() {
     while (gettid() != getpid())
         pause();

@@ -15,15 +15,6 @@ int meld(const QString& tekst, int uitgang);
 // The words for the user where Qt gives up with the message `bericht`.
 [[nodiscard]] QString waaromQtOpgeeft(const QString& bericht);
 
-// The state of Qt's own connection to a compositor, by a message of Qt's. After a message of the
-// loss Qt ends the program with status 1 and no word for the user.
-enum class QtVerbinding {
-    Heel,
-    Weg,        // the compositor went away
-    Verbroken,  // for a reason that the compositor has
-};
-[[nodiscard]] QtVerbinding qtVerbinding(const QString& bericht);
-
 // Holds up the calling thread for good unless it is the main thread, which finds the loss itself.
 void laatHoofddraadEindigen();
 

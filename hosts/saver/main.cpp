@@ -55,14 +55,14 @@ bool zonderScherm = false;
 // dump core, as when the display goes away while Qt starts.
 void zwijg(QtMsgType soort, const QMessageLogContext&, const QString& regel) {
     brixtel::eindigZonderDraad(regel);
-    const auto verbinding = brixtel::qtVerbinding(regel);
-    if (verbinding != brixtel::QtVerbinding::Heel) brixtel::laatHoofddraadEindigen();
-    if (verbinding == brixtel::QtVerbinding::Weg) std::_Exit(0);
-    if (verbinding == brixtel::QtVerbinding::Verbroken)
+    using platform::QtLoss;
+    const QtLoss verlies = platform::lossIn(regel);
+    if (verlies == QtLoss::Gone || verlies == QtLoss::Refused) brixtel::laatHoofddraadEindigen();
+    if (verlies == QtLoss::Gone) std::_Exit(0);
+    if (verlies == QtLoss::Refused)
         std::_Exit(
             meldNaam(QStringLiteral("het venstersysteem verbrak de verbinding van Qt"), kFout));
-    // A library below Qt would end the process in its own words.
-    if (platform::tellsOfLoss(regel)) std::_Exit(meldNaam(brixtel::schermVerbroken(), kFout));
+    if (verlies == QtLoss::Fatal) std::_Exit(meldNaam(brixtel::schermVerbroken(), kFout));
     if (soort != QtFatalMsg) return;
     if (!zonderScherm && !platform::DisplayCheck().isReachable())
         std::_Exit(meldNaam(QString::fromUtf8(kGeenScherm), kFout));

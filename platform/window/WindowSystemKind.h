@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "platform/time/MediaClock.h"
+#include "platform/window/QtLoss.h"
 #include "platform/window/WindowSystem.h"
 
 class QWindow;
@@ -43,9 +44,8 @@ class WindowSystemKind {
     // Opens the system. The clock outlives the system.
     [[nodiscard]] virtual std::unique_ptr<WindowSystem> open(MediaClock& clock) const = 0;
 
-    // Whether Qt logs this message as its own connection breaks, just before a library that it
-    // uses ends the process in words of its own. Any thread.
-    [[nodiscard]] virtual bool isLament(const QString&) const { return false; }
+    // The loss that a message of Qt's tells of. Any thread.
+    [[nodiscard]] virtual QtLoss lossIn(const QString& message) const = 0;
 
     // Reads a window's name from a command line or the environment; none for a text that
     // names no window.

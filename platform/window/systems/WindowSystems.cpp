@@ -2,7 +2,6 @@
 #include "platform/window/systems/WindowSystems.h"
 
 #include <QGuiApplication>
-#include <algorithm>
 
 #include "platform/window/systems/Kinds.h"
 
@@ -88,10 +87,10 @@ std::unique_ptr<WindowSystem> openWindowSystem(MediaClock& clock) {
     return programsKind().open(clock);
 }
 
-bool tellsOfLoss(const QString& message) {
-    const auto kinds = windowSystemKinds();
-    return std::any_of(kinds.begin(), kinds.end(),
-                       [&](const WindowSystemKind* kind) { return kind->isLament(message); });
+QtLoss lossIn(const QString& message) {
+    for (const WindowSystemKind* const kind : windowSystemKinds())
+        if (const QtLoss loss = kind->lossIn(message); loss != QtLoss::None) return loss;
+    return QtLoss::None;
 }
 
 std::optional<HostRef> readHost(const QString& text) {

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "platform/time/MediaClock.h"
+#include "platform/window/QtLoss.h"
 #include "platform/window/WindowSystem.h"
 
 namespace platform {
@@ -53,9 +54,8 @@ void chooseQtScreens(QtScreens screens);
 // system. Main thread.
 [[nodiscard]] std::unique_ptr<WindowSystem> openWindowSystem(MediaClock& clock);
 
-// Whether this message of Qt's tells that its own connection to the window system broke. A
-// library that Qt uses ends the process right after it, with English words. Any thread.
-[[nodiscard]] bool tellsOfLoss(const QString& message);
+// The loss that a message of Qt's tells of, on whichever window system. Any thread.
+[[nodiscard]] QtLoss lossIn(const QString& message);
 
 // Reads a window's name from a command line or the environment; none for a text that names
 // no window. Any thread, before the application object too.

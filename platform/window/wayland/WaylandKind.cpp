@@ -35,6 +35,16 @@ class WaylandKind final : public WindowSystemKind {
         return std::make_unique<wayland::WaylandSystem>(clock, QString());
     }
 
+    [[nodiscard]] QtLoss lossIn(const QString& message) const override {
+        // Seen in Qt 6.4.
+        if (message.contains(QLatin1String("connection broke. Did the")) &&
+            message.contains(QLatin1String("compositor")))
+            return QtLoss::Gone;
+        return message.contains(QLatin1String("connection experienced a fatal error"))
+                   ? QtLoss::Refused
+                   : QtLoss::None;
+    }
+
     // Wayland has no name for a window of another program.
     [[nodiscard]] std::optional<HostRef> readHost(const QString&) const override { return {}; }
     [[nodiscard]] std::optional<WindowRef> readWindow(const QString&) const override { return {}; }

@@ -37,8 +37,8 @@ class X11Kind final : public WindowSystemKind {
         return std::make_unique<X11System>(clock);
     }
 
-    [[nodiscard]] bool isLament(const QString& message) const override {
-        return isQtsLament(message);
+    [[nodiscard]] QtLoss lossIn(const QString& message) const override {
+        return isQtsLament(message) ? QtLoss::Fatal : QtLoss::None;
     }
 
     [[nodiscard]] std::optional<HostRef> readHost(const QString& text) const override {

@@ -16,7 +16,7 @@ namespace platform {
 
 class WindowWatch;
 
-// The same as WindowSystemKind::isLament().
+// Whether Qt logs this message as its own connection breaks.
 [[nodiscard]] bool isQtsLament(const QString& message);
 
 // The program's connections to an X server, beside Qt's own. The program listens to windows

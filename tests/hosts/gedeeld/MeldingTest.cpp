@@ -36,16 +36,4 @@ TEST(Melding, WhereQtGivesUpTheUserReadsDutchAndNoAdvice) {
               QStringLiteral("Qt geeft het op: Cannot mix"));
 }
 
-TEST(Melding, TheLossOfQtsConnectionIsKnownByQtsWords) {
-    using brixtel::qtVerbinding;
-    using brixtel::QtVerbinding;
-    EXPECT_EQ(qtVerbinding(
-                  QStringLiteral("The Wayland connection broke. Did the Wayland compositor die?")),
-              QtVerbinding::Weg);
-    EXPECT_EQ(qtVerbinding(QStringLiteral(
-                  "The Wayland connection experienced a fatal error: Protocol error")),
-              QtVerbinding::Verbroken);
-    EXPECT_EQ(qtVerbinding(QStringLiteral("The Wayland compositor is slow")), QtVerbinding::Heel);
-}
-
 }  // namespace
