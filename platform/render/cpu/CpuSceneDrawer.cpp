@@ -56,20 +56,28 @@ struct CpuSceneDrawer::Parts {
         PictureStretch::Desk stretch;
     };
 
-    // The tiles of one picture's memory as they show.
+    // The memory of one picture.
     struct Memory {
         const std::uint32_t* pixels = nullptr;
-        std::vector<char> shows;
-        bool isKept = false;  // whether `shows` is known
+        std::uint64_t drawn =
+            0;  // the number of the last draw into it; 0: what it shows is unknown
+    };
+    // All that a tile's light depends on besides its shapes and their lens.
+    struct Setting {
+        glm::vec4 background{0.0F};
+        float threshold = 0.0F;
+        bool blooms = false;
+        bool operator==(const Setting&) const = default;
     };
 
     void fit(QSize picture);
     Memory& memoryOf(const PixelBuffer& picture, bool isKept);
+    void findWanted(const DrawList& list, bool isBlack);
     void paint(const DrawList& list);
     void paintTile(const DrawList& list, int tile, TilePainter& painter);
     [[nodiscard]] QRect rectOf(int tile) const;
     void show(const PixelBuffer& picture, Memory& memory);
-    bool isShown(int tile, Memory& memory);
+    bool hasChanged(int tile);
     void showTile(int tile, const PixelBuffer& picture, std::vector<float>& work);
     void add(int tile, std::vector<QRect>& rects) const;
     void drawFrame(const DrawList& list, const PixelBuffer& picture, const Frame& frame);
@@ -84,11 +92,16 @@ struct CpuSceneDrawer::Parts {
     SceneGlow glow;
     QSize size;
     QSize tiles;
-    enum State : char { kUnknown, kBlack, kLit };
-    std::vector<Memory> memories;  // of the present size, the last used last
-    std::vector<char> shines;      // whether a tile showed light in the last draw
-    std::vector<char> lit;         // the colours of the tile's packed light
-    std::vector<int> wanted;       // tiles to be worked on
+    std::uint64_t number = 0;            // of the present draw, from 1
+    std::vector<Memory> memories;        // of the present size, the last used last
+    std::vector<std::uint64_t> changed;  // the number of the last draw that changed a tile
+    std::vector<char> shines;            // whether a tile showed light in the last draw
+    std::vector<char> glowed;            // whether bloom was part of that light
+    std::vector<char> rests;             // whether floors alone lit the tile, none of it bright
+    std::vector<char> isAsBefore;        // whether a resting tile's packed light holds still
+    std::vector<char> lit;               // the colours of the tile's packed light
+    std::vector<int> wanted;             // tiles to be worked on
+    Setting setting;                     // of the last draw
     PackedLight packed;
     std::vector<QRect> damage;  // the difference from the last draw
     std::vector<QRect> stale;   // where a stretched picture is to be written
@@ -107,11 +120,14 @@ void CpuSceneDrawer::Parts::fit(QSize picture) {
              (size.height() + kTileHeight - 1) / kTileHeight};
     const auto count =
         static_cast<std::size_t>(tiles.width()) * static_cast<std::size_t>(tiles.height());
+    ++number;
     if (!same) {
         memories.clear();
+        changed.assign(count, number);
         shines.assign(count, 1);
+        for (auto* const flags : {&glowed, &rests, &isAsBefore, &lit})
+            flags->assign(count, 0);
     }
-    lit.assign(count, 0);
     packed.fit(count);
     wanted.reserve(count);
     damage.clear();
@@ -130,8 +146,7 @@ CpuSceneDrawer::Parts::Memory& CpuSceneDrawer::Parts::memoryOf(const PixelBuffer
         memories.emplace_back().pixels = picture.pixels;
     }
     Memory& memory = memories.back();
-    memory.isKept = isKept && !memory.shows.empty();
-    if (!memory.isKept) memory.shows.assign(shines.size(), kUnknown);
+    if (!isKept) memory.drawn = 0;
     return memory;
 }
 
@@ -141,12 +156,29 @@ QRect CpuSceneDrawer::Parts::rectOf(int tile) const {
     return whole & QRect(QPoint(0, 0), size);
 }
 
+// Finds the tiles to be painted. A tile that floors alone light keeps its light while they and
+// the setting stay the same.
+void CpuSceneDrawer::Parts::findWanted(const DrawList& list, bool isBlack) {
+    const Setting now{list.background, list.camera.bloomThreshold, glow.isOn()};
+    const bool isStill = std::exchange(setting, now) == now && plan.hasSameFloors();
+    wanted.clear();
+    for (int tile = 0; tile < plan.bins().count(); ++tile) {
+        const auto at = static_cast<std::size_t>(tile);
+        const std::span<const ShapeCall> calls = plan.bins().of(tile);
+        const bool isResting = std::all_of(calls.begin(), calls.end(), [](ShapeCall call) {
+            return call.kind() == ShapeKind::Floor;
+        });
+        const bool rested = std::exchange(rests[at], static_cast<char>(isResting)) != 0;
+        isAsBefore[at] = static_cast<char>(isStill && isResting && rested);
+        if (isAsBefore[at]) continue;
+        lit[at] = 0;
+        if (!calls.empty() || !isBlack) wanted.push_back(tile);
+    }
+}
+
 void CpuSceneDrawer::Parts::paint(const DrawList& list) {
     const glm::vec3 background = glm::vec3(list.background) * list.background.a;
-    const bool isBlack = !(background.r > 0.0F || background.g > 0.0F || background.b > 0.0F);
-    wanted.clear();
-    for (int tile = 0; tile < plan.bins().count(); ++tile)
-        if (!plan.bins().of(tile).empty() || !isBlack) wanted.push_back(tile);
+    findWanted(list, !(background.r > 0.0F || background.g > 0.0F || background.b > 0.0F));
     for (Bench& bench : benches)
         bench.painter.prepare(plan);
     workers.each(static_cast<int>(wanted.size()), [&](int i, int thread) {
@@ -167,7 +199,9 @@ void CpuSceneDrawer::Parts::paintTile(const DrawList& list, int tile, TilePainte
         packTile(painter.tile(), glow.isOn() ? &cells : nullptr,
                  {packed.plane(0, at), packed.plane(1, at), packed.plane(2, at)});
     lit[at] = static_cast<char>(result.lit);
-    if (result.bright != 0) glow.setBright(tile, result.bright);
+    if (result.bright == 0) return;
+    glow.setBright(tile, result.bright);
+    rests[at] = 0;
 }
 
 void CpuSceneDrawer::Parts::add(int tile, std::vector<QRect>& rects) const {
@@ -181,24 +215,29 @@ void CpuSceneDrawer::Parts::add(int tile, std::vector<QRect>& rects) const {
     rects.push_back(rect);
 }
 
-// Returns whether part of the tile is to be written, and counts the tile if so.
-bool CpuSceneDrawer::Parts::isShown(int tile, Memory& memory) {
+// Returns whether the tile shows other light than after the draw before.
+bool CpuSceneDrawer::Parts::hasChanged(int tile) {
     const auto at = static_cast<std::size_t>(tile);
-    if (!shines[at] && memory.shows[at] == kBlack) return false;
-    memory.shows[at] = shines[at] ? kLit : kBlack;
-    ++(shines[at] ? counts.encoded : counts.blackened);
-    return true;
+    const bool glows = glow.glows(tile);
+    const bool isLit = glows || lit[at];
+    const bool glowed = std::exchange(this->glowed[at], static_cast<char>(glows)) != 0;
+    const bool wasLit = std::exchange(shines[at], static_cast<char>(isLit)) != 0;
+    if (!isLit && !wasLit) return false;
+    return !isAsBefore[at] || glows || glowed;
 }
 
 void CpuSceneDrawer::Parts::show(const PixelBuffer& picture, Memory& memory) {
     wanted.clear();
     for (int tile = 0; tile < counts.tiles; ++tile) {
         const auto at = static_cast<std::size_t>(tile);
-        const bool isLit = glow.glows(tile) || lit[at];
-        const bool wasLit = std::exchange(shines[at], static_cast<char>(isLit)) != 0;
-        if (isLit || wasLit || !memory.isKept) add(tile, damage);
-        if (isShown(tile, memory)) wanted.push_back(tile);
+        const bool differs = hasChanged(tile);
+        if (differs) changed[at] = number;
+        if (differs || memory.drawn == 0) add(tile, damage);
+        if (memory.drawn >= changed[at]) continue;
+        ++(shines[at] ? counts.encoded : counts.blackened);
+        wanted.push_back(tile);
     }
+    memory.drawn = number;
     workers.each(static_cast<int>(wanted.size()), [&](int i, int thread) {
         showTile(wanted[static_cast<std::size_t>(i)], picture,
                  benches[static_cast<std::size_t>(thread)].glow);
@@ -247,6 +286,9 @@ void CpuSceneDrawer::Parts::draw(const DrawList& list, const PixelBuffer& pictur
     if (drawable) {
         plan.make(list, picture.size, scale);
         paint(list);
+    } else {
+        for (auto* const flags : {&rests, &isAsBefore, &lit})
+            std::fill(flags->begin(), flags->end(), char{0});
     }
     glow.spread(workers);
     counts.glowing = glow.tilesSpread();
@@ -269,8 +311,9 @@ void CpuSceneDrawer::Parts::drawCoarse(const DrawList& list, const PixelBuffer& 
     for (Bench& bench : benches)
         stretch.fit(bench.stretch);
     Memory& memory = memoryOf(picture, frame.isKept && continues);
+    const bool isKnown = memory.drawn != 0;
     findStale(memory);
-    if (memory.isKept) {
+    if (isKnown) {
         for (std::vector<QRect>* const rects : {&damage, &stale})
             for (QRect& rect : *rects)
                 rect = stretch.reachOf(rect);
@@ -292,10 +335,9 @@ void CpuSceneDrawer::Parts::drawFrame(const DrawList& list, const PixelBuffer& p
 void CpuSceneDrawer::Parts::findStale(Memory& memory) {
     stale.clear();
     for (int tile = 0; tile < counts.tiles; ++tile) {
-        const auto at = static_cast<std::size_t>(tile);
-        const char shown = std::exchange(memory.shows[at], shines[at] ? kLit : kBlack);
-        if (shines[at] || shown != kBlack) add(tile, stale);
+        if (memory.drawn < changed[static_cast<std::size_t>(tile)]) add(tile, stale);
     }
+    memory.drawn = number;
 }
 
 void CpuSceneDrawer::Parts::stretchStale(const PixelBuffer& from, const PixelBuffer& picture) {

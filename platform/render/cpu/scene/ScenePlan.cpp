@@ -20,7 +20,9 @@ void ScenePlan::make(const DrawList& list, QSize size, double scale) {
     balls_.clear();
     surfaces_.clear();
     polygons_.clear();
+    floors_.swap(floorsBefore_);
     floors_.clear();
+    lensBefore_ = lens_;
     hidingRadius_ = 0.0F;
     const auto thickness = static_cast<float>(std::clamp(scale, 1.0, 64.0));
     if (!lineKernel_ || lineKernel_->thickness != thickness)
@@ -30,6 +32,7 @@ void ScenePlan::make(const DrawList& list, QSize size, double scale) {
     if (list.floor) addFloor(*list.floor);
     addBatches(false);
     bins_.end();
+    hasSameFloors_ = lens_ == lensBefore_ && floors_ == floorsBefore_;
     dropOld();
 }
 

@@ -44,6 +44,8 @@ class ScenePlan {
     [[nodiscard]] const std::vector<Surface>& surfaces() const { return surfaces_; }
     [[nodiscard]] const std::vector<ScreenPolygon>& polygons() const { return polygons_; }
     [[nodiscard]] const std::vector<ScreenFloor>& floors() const { return floors_; }
+    // Whether all floors, and the lens before them, are those of the frame before.
+    [[nodiscard]] bool hasSameFloors() const { return hasSameFloors_; }
 
     // The numbers of stored meshes and pictures.
     [[nodiscard]] int meshCount() const { return static_cast<int>(meshes_.size()); }
@@ -168,7 +170,9 @@ class ScenePlan {
     std::vector<ScreenBall> balls_;
     std::vector<Surface> surfaces_;
     std::vector<ScreenPolygon> polygons_;
-    std::vector<ScreenFloor> floors_;
+    std::vector<ScreenFloor> floors_, floorsBefore_;
+    ScreenLens lensBefore_;
+    bool hasSameFloors_ = false;
     std::vector<MeshPlace> places_;
     std::vector<Corner> cut_, uncut_;
     std::vector<glm::vec2> outline_;

@@ -25,6 +25,7 @@ struct Ink {
 struct Hiding {
     bool reads = true;
     bool writes = true;
+    bool operator==(const Hiding&) const = default;
 };
 
 struct ScreenDot {
@@ -80,6 +81,7 @@ struct Plane {
     double b = 0.0;
     double c = 0.0;
     [[nodiscard]] double at(double x, double y) const { return a * x + b * y + c; }
+    bool operator==(const Plane&) const = default;
 };
 
 // Properties that many polygons share.

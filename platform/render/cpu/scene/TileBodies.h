@@ -15,6 +15,7 @@ namespace platform {
 struct ScreenLens {
     glm::vec2 middle{0.0F};  // pixels
     glm::vec2 perPixel{0.0F};
+    bool operator==(const ScreenLens&) const = default;
 };
 
 void drawBall(const ScreenBall& ball, const ScreenLens& lens, SceneTile& tile);

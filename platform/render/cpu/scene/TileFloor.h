@@ -20,6 +20,7 @@ struct StripePicture {
     struct Kind {
         float from = 0.0F;  // of the side, 0 … 1
         float to = 0.0F;
+        bool operator==(const Kind&) const = default;
     };
     std::size_t columnKinds = 1;
     std::size_t rowKinds = 1;
@@ -27,6 +28,7 @@ struct StripePicture {
     Kind row[kMostKinds];
     glm::vec3 colour[kMostKinds][kMostKinds];  // by column, then row
     glm::vec2 texel{1.0F};                     // of the side
+    bool operator==(const StripePicture&) const = default;
 };
 
 struct ScreenFloor {
@@ -43,6 +45,7 @@ struct ScreenFloor {
     Hiding hiding;
     unsigned colours = 0;  // a bit for each of red, green and blue that may have light
     StripePicture stripes;
+    bool operator==(const ScreenFloor&) const = default;
 };
 
 // Draws the floor over its mirrored scene alone, which is all behind it. `isLast` tells that no
