@@ -8,9 +8,11 @@
 #include <utility>
 #include <vector>
 
+#include "platform/render/cpu/scene/FloorLight.h"
 #include "platform/render/cpu/scene/SceneGlow.h"
 #include "platform/render/cpu/scene/ScenePlan.h"
 #include "platform/render/cpu/scene/StretchPicture.h"
+#include "platform/render/cpu/scene/TileHistory.h"
 #include "platform/render/cpu/scene/TilePacking.h"
 #include "platform/render/cpu/scene/TilePainter.h"
 #include "platform/render/cpu/scene/TileWorkers.h"
@@ -24,8 +26,6 @@ namespace {
 constexpr std::uint32_t kOpaqueBlack = 0xFF000000U;
 // The longest side: beyond it, single precision is too coarse for places within a pixel.
 constexpr int kMostSide = 1 << 20;
-// The most pictures whose tiles are remembered: a window's buffers, and the coarse picture.
-constexpr std::size_t kMostMemories = 5;
 
 bool isFinite(const glm::mat4& matrix) {
     for (int column = 0; column < 4; ++column)
@@ -56,12 +56,6 @@ struct CpuSceneDrawer::Parts {
         PictureStretch::Desk stretch;
     };
 
-    // The memory of one picture.
-    struct Memory {
-        const std::uint32_t* pixels = nullptr;
-        std::uint64_t drawn =
-            0;  // the number of the last draw into it; 0: what it shows is unknown
-    };
     // All that a tile's light depends on besides its shapes and their lens.
     struct Setting {
         glm::vec4 background{0.0F};
@@ -71,37 +65,32 @@ struct CpuSceneDrawer::Parts {
     };
 
     void fit(QSize picture);
-    Memory& memoryOf(const PixelBuffer& picture, bool isKept);
     void findWanted(const DrawList& list, bool isBlack);
     void paint(const DrawList& list);
     void paintTile(const DrawList& list, int tile, TilePainter& painter);
     [[nodiscard]] QRect rectOf(int tile) const;
-    void show(const PixelBuffer& picture, Memory& memory);
-    bool hasChanged(int tile);
+    void show(const PixelBuffer& picture, TileHistory::Memory& memory);
     void showTile(int tile, const PixelBuffer& picture, std::vector<float>& work);
     void add(int tile, std::vector<QRect>& rects) const;
     void drawFrame(const DrawList& list, const PixelBuffer& picture, const Frame& frame);
     void draw(const DrawList& list, const PixelBuffer& picture, double scale, bool isKept);
     void drawCoarse(const DrawList& list, const PixelBuffer& picture, const Frame& frame);
-    void findStale(Memory& memory);
+    void findStale(TileHistory::Memory& memory);
     void stretchStale(const PixelBuffer& from, const PixelBuffer& picture);
 
     ScenePlan plan;
     TileWorkers workers;
     std::vector<Bench> benches;  // by the thread
     SceneGlow glow;
+    FloorLight floor;
     QSize size;
     QSize tiles;
-    std::uint64_t number = 0;            // of the present draw, from 1
-    std::vector<Memory> memories;        // of the present size, the last used last
-    std::vector<std::uint64_t> changed;  // the number of the last draw that changed a tile
-    std::vector<char> shines;            // whether a tile showed light in the last draw
-    std::vector<char> glowed;            // whether bloom was part of that light
-    std::vector<char> rests;             // whether floors alone lit the tile, none of it bright
-    std::vector<char> isAsBefore;        // whether a resting tile's packed light holds still
-    std::vector<char> lit;               // the colours of the tile's packed light
-    std::vector<int> wanted;             // tiles to be worked on
-    Setting setting;                     // of the last draw
+    TileHistory history;
+    std::vector<char> rests;   // whether floors alone lit the tile, none of it bright
+    std::vector<char> isSame;  // whether a resting tile's packed light holds still
+    std::vector<char> lit;     // the colours of the tile's packed light
+    std::vector<int> wanted;   // tiles to be worked on
+    Setting setting;           // of the last draw
     PackedLight packed;
     std::vector<QRect> damage;  // the difference from the last draw
     std::vector<QRect> stale;   // where a stretched picture is to be written
@@ -120,34 +109,14 @@ void CpuSceneDrawer::Parts::fit(QSize picture) {
              (size.height() + kTileHeight - 1) / kTileHeight};
     const auto count =
         static_cast<std::size_t>(tiles.width()) * static_cast<std::size_t>(tiles.height());
-    ++number;
-    if (!same) {
-        memories.clear();
-        changed.assign(count, number);
-        shines.assign(count, 1);
-        for (auto* const flags : {&glowed, &rests, &isAsBefore, &lit})
+    history.begin(count, same);
+    if (!same)
+        for (auto* const flags : {&rests, &isSame, &lit})
             flags->assign(count, 0);
-    }
     packed.fit(count);
     wanted.reserve(count);
     damage.clear();
     counts = {.tiles = static_cast<int>(count)};
-}
-
-CpuSceneDrawer::Parts::Memory& CpuSceneDrawer::Parts::memoryOf(const PixelBuffer& picture,
-                                                               bool isKept) {
-    const auto known = std::find_if(memories.begin(), memories.end(), [&](const Memory& memory) {
-        return memory.pixels == picture.pixels;
-    });
-    if (known != memories.end()) {
-        std::rotate(known, known + 1, memories.end());
-    } else {
-        if (memories.size() == kMostMemories) memories.erase(memories.begin());
-        memories.emplace_back().pixels = picture.pixels;
-    }
-    Memory& memory = memories.back();
-    if (!isKept) memory.drawn = 0;
-    return memory;
 }
 
 QRect CpuSceneDrawer::Parts::rectOf(int tile) const {
@@ -161,18 +130,23 @@ QRect CpuSceneDrawer::Parts::rectOf(int tile) const {
 void CpuSceneDrawer::Parts::findWanted(const DrawList& list, bool isBlack) {
     const Setting now{list.background, list.camera.bloomThreshold, glow.isOn()};
     const bool isStill = std::exchange(setting, now) == now && plan.hasSameFloors();
+    const unsigned colours = plan.floors().empty() ? 0U : plan.floors().back().colours;
+    floor.begin(lit.size(), colours, plan.hasSameFloors());
+    const bool keepsFloor = plan.hasSameFloors() && colours != 0;
+    const auto isFloor = [](ShapeCall call) { return call.kind() == ShapeKind::Floor; };
     wanted.clear();
     for (int tile = 0; tile < plan.bins().count(); ++tile) {
         const auto at = static_cast<std::size_t>(tile);
         const std::span<const ShapeCall> calls = plan.bins().of(tile);
-        const bool isResting = std::all_of(calls.begin(), calls.end(), [](ShapeCall call) {
-            return call.kind() == ShapeKind::Floor;
-        });
+        const bool isResting = std::all_of(calls.begin(), calls.end(), isFloor);
         const bool rested = std::exchange(rests[at], static_cast<char>(isResting)) != 0;
-        isAsBefore[at] = static_cast<char>(isStill && isResting && rested);
-        if (isAsBefore[at]) continue;
+        isSame[at] = static_cast<char>(isStill && isResting && rested);
+        if (isSame[at]) continue;
         lit[at] = 0;
-        if (!calls.empty() || !isBlack) wanted.push_back(tile);
+        if (calls.empty() && isBlack) continue;
+        wanted.push_back(tile);
+        if (keepsFloor && !isResting && std::any_of(calls.begin(), calls.end(), isFloor))
+            floor.want(tile);
     }
 }
 
@@ -190,9 +164,12 @@ void CpuSceneDrawer::Parts::paint(const DrawList& list) {
 
 void CpuSceneDrawer::Parts::paintTile(const DrawList& list, int tile, TilePainter& painter) {
     const auto at = static_cast<std::size_t>(tile);
-    painter.paint(plan, plan.bins().of(tile), rectOf(tile),
-                  glm::vec3(list.background) * list.background.a,
-                  glow.isOn() ? std::optional(list.camera.bloomThreshold) : std::nullopt);
+    painter.paint(
+        plan, plan.bins().of(tile),
+        {.rect = rectOf(tile),
+         .background = glm::vec3(list.background) * list.background.a,
+         .threshold = glow.isOn() ? std::optional(list.camera.bloomThreshold) : std::nullopt,
+         .floor = floor.of(tile)});
     BrightCells cells;
     if (glow.isOn()) cells = glow.cellsOf(tile % tiles.width(), tile / tiles.width());
     const PackedColours result =
@@ -215,29 +192,19 @@ void CpuSceneDrawer::Parts::add(int tile, std::vector<QRect>& rects) const {
     rects.push_back(rect);
 }
 
-// Returns whether the tile shows other light than after the draw before.
-bool CpuSceneDrawer::Parts::hasChanged(int tile) {
-    const auto at = static_cast<std::size_t>(tile);
-    const bool glows = glow.glows(tile);
-    const bool isLit = glows || lit[at];
-    const bool glowed = std::exchange(this->glowed[at], static_cast<char>(glows)) != 0;
-    const bool wasLit = std::exchange(shines[at], static_cast<char>(isLit)) != 0;
-    if (!isLit && !wasLit) return false;
-    return !isAsBefore[at] || glows || glowed;
-}
-
-void CpuSceneDrawer::Parts::show(const PixelBuffer& picture, Memory& memory) {
+void CpuSceneDrawer::Parts::show(const PixelBuffer& picture, TileHistory::Memory& memory) {
     wanted.clear();
     for (int tile = 0; tile < counts.tiles; ++tile) {
         const auto at = static_cast<std::size_t>(tile);
-        const bool differs = hasChanged(tile);
-        if (differs) changed[at] = number;
+        const bool glows = glow.glows(tile);
+        const bool differs = history.take(
+            tile, {.isLit = glows || lit[at], .glows = glows, .isSame = isSame[at] != 0});
         if (differs || memory.drawn == 0) add(tile, damage);
-        if (memory.drawn >= changed[at]) continue;
-        ++(shines[at] ? counts.encoded : counts.blackened);
+        if (!history.isStale(tile, memory)) continue;
+        ++(history.shines(tile) ? counts.encoded : counts.blackened);
         wanted.push_back(tile);
     }
-    memory.drawn = number;
+    history.setDrawn(memory);
     workers.each(static_cast<int>(wanted.size()), [&](int i, int thread) {
         showTile(wanted[static_cast<std::size_t>(i)], picture,
                  benches[static_cast<std::size_t>(thread)].glow);
@@ -250,7 +217,7 @@ void CpuSceneDrawer::Parts::showTile(int tile, const PixelBuffer& picture,
     const QRect rect = rectOf(tile);
     std::uint32_t* const to =
         picture.pixels + static_cast<std::ptrdiff_t>(rect.top()) * picture.stride + rect.left();
-    if (!shines[at]) {
+    if (!history.shines(tile)) {
         for (int y = 0; y < rect.height(); ++y)
             std::fill_n(to + static_cast<std::ptrdiff_t>(y) * picture.stride, rect.width(),
                         kOpaqueBlack);
@@ -271,7 +238,7 @@ CpuSceneDrawer::~CpuSceneDrawer() = default;
 void CpuSceneDrawer::Parts::draw(const DrawList& list, const PixelBuffer& picture, double scale,
                                  bool isKept) {
     fit(picture.size);
-    Memory& memory = memoryOf(picture, isKept);
+    TileHistory::Memory& memory = history.memoryOf(picture.pixels, isKept);
     const bool drawable = isDrawable(list, scale);
     const DrawCamera& camera = list.camera;
     const double sigma = bloomSigma(camera.bloomBlurRadius, scale);
@@ -287,7 +254,7 @@ void CpuSceneDrawer::Parts::draw(const DrawList& list, const PixelBuffer& pictur
         plan.make(list, picture.size, scale);
         paint(list);
     } else {
-        for (auto* const flags : {&rests, &isAsBefore, &lit})
+        for (auto* const flags : {&rests, &isSame, &lit})
             std::fill(flags->begin(), flags->end(), char{0});
     }
     glow.spread(workers);
@@ -310,7 +277,7 @@ void CpuSceneDrawer::Parts::drawCoarse(const DrawList& list, const PixelBuffer& 
     stretch.fit(inner, whole);
     for (Bench& bench : benches)
         stretch.fit(bench.stretch);
-    Memory& memory = memoryOf(picture, frame.isKept && continues);
+    TileHistory::Memory& memory = history.memoryOf(picture.pixels, frame.isKept && continues);
     const bool isKnown = memory.drawn != 0;
     findStale(memory);
     if (isKnown) {
@@ -332,12 +299,12 @@ void CpuSceneDrawer::Parts::drawFrame(const DrawList& list, const PixelBuffer& p
 }
 
 // Finds the coarse picture's tiles that a stretched picture does not show as they are.
-void CpuSceneDrawer::Parts::findStale(Memory& memory) {
+void CpuSceneDrawer::Parts::findStale(TileHistory::Memory& memory) {
     stale.clear();
     for (int tile = 0; tile < counts.tiles; ++tile) {
-        if (memory.drawn < changed[static_cast<std::size_t>(tile)]) add(tile, stale);
+        if (history.isStale(tile, memory)) add(tile, stale);
     }
-    memory.drawn = number;
+    history.setDrawn(memory);
 }
 
 void CpuSceneDrawer::Parts::stretchStale(const PixelBuffer& from, const PixelBuffer& picture) {

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/render/cpu/LinearPixels.h"
+#include "platform/render/cpu/scene/SpritePicture.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "platform/render/cpu/scene/RipPicture.cpp"
@@ -191,6 +192,7 @@ RipPicture::RipPicture(const QImage& picture)
         linearRows(picture, y, count, pixels.data());
         take(pixels.data(), count * width, whole.row(y));
     }
+    if (hasAlpha) stencil = stencilColour(picture);
     const auto place = [](int side, int levels, std::array<float, kMostLevels>& sides) {
         int sum = 0;
         for (int i = 0; i < levels; ++i, side = std::max(1, side / 2)) {

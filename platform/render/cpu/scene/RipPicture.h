@@ -5,7 +5,9 @@
 #include <QImage>
 #include <array>
 #include <cstdint>
+#include <glm/vec3.hpp>
 #include <glm/vec4.hpp>
+#include <optional>
 #include <vector>
 
 namespace platform {
@@ -28,7 +30,8 @@ struct RipPicture {
     int levelsAcross = 1;
     int levelsDown = 1;
     bool hasAlpha = false;
-    unsigned colours = 0;  // a bit for each of red, green and blue that some texel has
+    std::optional<glm::vec3> stencil;  // the colour of every texel, for its alpha
+    unsigned colours = 0;              // a bit for each of red, green and blue that some texel has
     std::array<float, kMostLevels> widths{};  // by the level
     std::array<float, kMostLevels> heights{};
     std::vector<std::int32_t> first;    // place of a level; see levelAt()

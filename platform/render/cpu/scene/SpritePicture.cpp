@@ -95,7 +95,7 @@ QColor mostOpaque(const QImage& picture) {
 }
 
 // Gives every texel the same colour, and keeps its alpha.
-void dye(Texels& texels, const glm::vec4& colour) {
+void dye(Texels& texels, const glm::vec3& colour) {
     for (std::size_t i = 0; i < texels.pixels.size(); i += 4)
         for (std::size_t k = 0; k < 3; ++k)
             texels.pixels[i + k] = static_cast<std::uint16_t>(
@@ -105,9 +105,7 @@ void dye(Texels& texels, const glm::vec4& colour) {
 // The texels of a picture as it is shown.
 Texels texelsOf(const QImage& picture, bool additive) {
     Texels texels{linearPixels(picture), picture.width(), picture.height()};
-    const QColor opaque = mostOpaque(picture);
-    if (picture.hasAlphaChannel() && isStencil(picture, opaque))
-        dye(texels, glm::vec4(linearColour(opaque)));
+    if (const auto colour = stencilColour(picture)) dye(texels, *colour);
     for (std::size_t i = 3; additive && i < texels.pixels.size(); i += 4)
         texels.pixels[i] = 0;
     return texels;
@@ -128,6 +126,13 @@ struct Stretch {
 };
 
 }  // namespace
+
+std::optional<glm::vec3> stencilColour(const QImage& picture) {
+    if (!picture.hasAlphaChannel()) return std::nullopt;
+    const QColor opaque = mostOpaque(picture);
+    if (!isStencil(picture, opaque)) return std::nullopt;
+    return glm::vec3(linearColour(opaque));
+}
 
 bool SpritePicture::isEmpty(double left, double top, double right, double bottom) const {
     // Interpolation shows a texel half a texel beyond its own area, and all of a texel's light is

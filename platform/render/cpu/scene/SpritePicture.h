@@ -4,11 +4,16 @@
 
 #include <QImage>
 #include <glm/vec2.hpp>
+#include <glm/vec3.hpp>
 #include <glm/vec4.hpp>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace platform {
+
+// The linear colour of a picture that is one colour behind a stencil.
+[[nodiscard]] std::optional<glm::vec3> stencilColour(const QImage& picture);
 
 // A picture that gives the average of any stretch of a row at once. A row is a chain of
 // straight pieces between the middles of its texels, stored with its integral. Equal

@@ -133,8 +133,7 @@ class FloorRow {
           isLevel_(isEven(floor, tile, row)),
           isDark_(floor.additive || floor.fog == glm::vec3(0.0F)) {}
 
-    // `isHiding` tells that later shapes ask how near the floor is.
-    void draw(bool isHiding) {
+    void draw() {
         const TileF d;
         const auto half = hn::Set(d, 0.5F * kTileWidth);
         if (isLevel_) {
@@ -147,7 +146,6 @@ class FloorRow {
             if (skips) x = nextStripe(x);
             if (x < tile_.width) drawSome(x);
         }
-        if (isHiding) putNearness();
     }
 
   private:
@@ -193,16 +191,6 @@ class FloorRow {
             columns = std::min(columns, ahead / std::abs(step));
         }
         return x + static_cast<int>(columns);
-    }
-
-    void putNearness() {
-        const TileF d;
-        for (int x = 0; x < tile_.width; x += static_cast<int>(hn::Lanes(d))) {
-            const auto nearness = near_.at(pixelsFrom(x));
-            const auto before = hn::Gt(nearness, hn::Set(d, 1e-5F));
-            float* const to = tile_.near + SceneTile::at(x, row_);
-            hn::StoreU(hn::IfThenElse(before, nearness, hn::LoadU(d, to)), d, to);
-        }
     }
 
     void drawSome(int x) {
@@ -297,24 +285,104 @@ void blackenRow(const ScreenFloor& floor, SceneTile& tile, int row) {
     }
 }
 
-template <std::size_t kColumns>
-void drawRows(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& tile, bool isHiding) {
-    for (int row = 0; row < tile.height; ++row)
-        FloorRow<kColumns>(floor, lens, tile, row).draw(isHiding);
+// Keeps how near the floor is.
+void putNearness(const ScreenFloor& floor, SceneTile& tile, int row) {
+    const TileF d;
+    const RowOf near(floor.near, tile, row);
+    for (int x = 0; x < tile.width; x += static_cast<int>(hn::Lanes(d))) {
+        const auto nearness = near.at(pixelsFrom(x));
+        const auto before = hn::Gt(nearness, hn::Set(d, 1e-5F));
+        float* const to = tile.near + SceneTile::at(x, row);
+        hn::StoreU(hn::IfThenElse(before, nearness, hn::LoadU(d, to)), d, to);
+    }
 }
 
-void drawFloor(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& tile, bool isLast) {
+template <std::size_t kColumns>
+void drawRows(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& tile) {
+    for (int row = 0; row < tile.height; ++row)
+        FloorRow<kColumns>(floor, lens, tile, row).draw();
+}
+
+void drawLight(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& tile) {
+    static_assert(StripePicture::kMostKinds == 4);
+    constexpr decltype(&drawRows<1>) kDraw[] = {drawRows<1>, drawRows<2>, drawRows<3>, drawRows<4>};
+    kDraw[floor.stripes.columnKinds - 1](floor, lens, tile);
+}
+
+bool hasLight(unsigned colours, const SceneTile& tile, std::ptrdiff_t at) {
+    for (std::size_t k = 0; k < 3; ++k) {
+        const float* const first = tile.light[k] + at;
+        if (holds(colours, k) &&
+            std::any_of(first, first + kFloorPart, [](float light) { return light != 0.0F; }))
+            return true;
+    }
+    return false;
+}
+
+// Draws the floor's light alone, into a tile of its own, and keeps it.
+void keepLight(const ScreenFloor& floor, const ScreenLens& lens, const SceneTile& tile,
+               KeptFloor& kept) {
+    constexpr std::size_t kRoom = kTilePlane + 2 * kTileMargin;
+    alignas(64) std::array<std::array<float, kRoom>, 3> room;
+    SceneTile alone = tile;
+    for (std::size_t k = 0; k < 3; ++k) {
+        if (holds(floor.colours, k)) room[k].fill(0.0F);
+        alone.light[k] = room[k].data() + kTileMargin;
+    }
+    drawLight(floor, lens, alone);
+    std::ptrdiff_t next = 0;
+    for (int row = 0; row < tile.height; ++row) {
+        std::uint8_t& lit = kept.lit[static_cast<std::size_t>(row)];
+        lit = 0;
+        for (int part = 0; part < kFloorParts; ++part) {
+            const std::ptrdiff_t at = SceneTile::at(part * kFloorPart, row);
+            if (!hasLight(floor.colours, alone, at)) continue;
+            lit = static_cast<std::uint8_t>(lit | 1U << part);
+            for (std::size_t k = 0; k < 3; ++k)
+                if (holds(floor.colours, k))
+                    std::copy_n(alone.light[k] + at, kFloorPart, kept.plane[k] + next);
+            next += kFloorPart;
+        }
+    }
+    kept.isKnown = true;
+}
+
+void addLight(const ScreenFloor& floor, const KeptFloor& kept, SceneTile& tile) {
+    const TileF d;
+    for (std::size_t k = 0; k < 3; ++k) {
+        if (!holds(floor.colours, k)) continue;
+        const float* from = kept.plane[k];
+        for (int row = 0; row < tile.height; ++row) {
+            const unsigned lit = kept.lit[static_cast<std::size_t>(row)];
+            for (int part = 0; part < kFloorParts; ++part) {
+                if ((lit >> part & 1U) == 0) continue;
+                float* const to = tile.light[k] + SceneTile::at(part * kFloorPart, row);
+                for (std::size_t x = 0; x < kFloorPart; x += hn::Lanes(d))
+                    hn::StoreU(hn::Add(hn::LoadU(d, to + x), hn::LoadU(d, from + x)), d, to + x);
+                from += kFloorPart;
+            }
+        }
+    }
+}
+
+void drawFloor(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& tile, bool isLast,
+               KeptFloor* kept) {
     if (floor.blackens) {
         for (int row = 0; row < tile.height; ++row)
             blackenRow(floor, tile, row);
         return;
     }
-    const bool isHiding = floor.hiding.writes && !isLast;
-    static_assert(StripePicture::kMostKinds == 4);
-    constexpr decltype(&drawRows<1>) kDraw[] = {drawRows<1>, drawRows<2>, drawRows<3>, drawRows<4>};
-    kDraw[floor.stripes.columnKinds - 1](floor, lens, tile, isHiding);
+    if (kept) {
+        if (!kept->isKnown) keepLight(floor, lens, tile, *kept);
+        addLight(floor, *kept, tile);
+    } else {
+        drawLight(floor, lens, tile);
+    }
+    if (!floor.hiding.writes || isLast) return;
+    for (int row = 0; row < tile.height; ++row)
+        putNearness(floor, tile, row);
     // Only the mirrored scene lies behind the floor, and nothing of it where no floor is.
-    if (isHiding) tile.sampledNear = false;
+    tile.sampledNear = false;
 }
 
 }  // namespace
@@ -326,8 +394,9 @@ namespace platform {
 
 HWY_EXPORT(drawFloor);
 
-void drawFloor(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& tile, bool isLast) {
-    HWY_DYNAMIC_DISPATCH(drawFloor)(floor, lens, tile, isLast);
+void drawFloor(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& tile, bool isLast,
+               KeptFloor* kept) {
+    HWY_DYNAMIC_DISPATCH(drawFloor)(floor, lens, tile, isLast, kept);
 }
 
 }  // namespace platform

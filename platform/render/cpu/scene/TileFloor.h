@@ -6,6 +6,7 @@
 #include <glm/vec2.hpp>
 #include <glm/vec3.hpp>
 
+#include "platform/render/cpu/scene/FloorLight.h"
 #include "platform/render/cpu/scene/SceneTile.h"
 #include "platform/render/cpu/scene/ScreenShapes.h"
 #include "platform/render/cpu/scene/TileBodies.h"
@@ -49,7 +50,8 @@ struct ScreenFloor {
 };
 
 // Draws the floor over its mirrored scene alone, which is all behind it. `isLast` tells that no
-// shape follows in the tile.
-void drawFloor(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& tile, bool isLast);
+// shape follows in the tile. Sets or adds the floor's kept light, if any.
+void drawFloor(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& tile, bool isLast,
+               KeptFloor* kept);
 
 }  // namespace platform

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/render/cpu/scene/TilePainter.h"
 
+#include <hwy/cache_control.h>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -23,6 +24,15 @@ float* planeAt(std::vector<float>& room, std::size_t number) {
 // Whether a surface's edges are drawn at every sample, nearness and light.
 bool isSampled(const Surface& surface) {
     return surface.opaque && surface.outlined && surface.hiding.writes;
+}
+
+// Asks for a polygon ahead of its turn: all polygons of a picture do not fit into the nearest
+// caches.
+void announce(const ScreenPolygon& polygon) {
+    constexpr std::ptrdiff_t kLine = 64;  // bytes
+    const char* const first = reinterpret_cast<const char*>(&polygon);
+    for (std::ptrdiff_t at = 0; at < static_cast<std::ptrdiff_t>(sizeof polygon); at += kLine)
+        hwy::Prefetch(first + at);
 }
 
 }  // namespace
@@ -54,15 +64,16 @@ void TilePainter::prepare(const ScenePlan& plan) {
     tile_.faceShifts = faceShifts_.data();
 }
 
-void TilePainter::paint(const ScenePlan& plan, std::span<const ShapeCall> calls, const QRect& rect,
-                        const glm::vec3& background, std::optional<float> threshold) {
-    tile_.x = rect.left();
-    tile_.y = rect.top();
-    tile_.width = rect.width();
-    tile_.height = rect.height();
-    clearTile(tile_, &background.x);
-    tile_.blooms = threshold.has_value();
-    tile_.threshold = threshold.value_or(0.0F);
+void TilePainter::paint(const ScenePlan& plan, std::span<const ShapeCall> calls,
+                        const Canvas& canvas) {
+    tile_.x = canvas.rect.left();
+    tile_.y = canvas.rect.top();
+    tile_.width = canvas.rect.width();
+    tile_.height = canvas.rect.height();
+    clearTile(tile_, &canvas.background.x);
+    tile_.blooms = canvas.threshold.has_value();
+    tile_.threshold = canvas.threshold.value_or(0.0F);
+    floor_ = canvas.floor;
     while (!calls.empty()) {
         std::size_t drawn = drawOpaque(plan, calls);
         if (drawn == 0) drawn = drawStrokes(plan, calls);
@@ -89,6 +100,7 @@ std::size_t TilePainter::drawOpaque(const ScenePlan& plan, std::span<const Shape
             return a.near != b.near ? a.near > b.near : a.call.word < b.call.word;
         });
     for (std::size_t i = 0; i < fronts_.size(); ++i) {
+        if (i + 1 < fronts_.size()) announce(plan.polygons()[fronts_[i + 1].call.index()]);
         if (!tile_.hidesNothing && !tile_.sampledNear &&
             fronts_[i].most < static_cast<double>(leastNear(tile_)))
             continue;
@@ -171,7 +183,7 @@ void TilePainter::draw(const ScenePlan& plan, ShapeCall call, bool isLast) {
         case ShapeKind::Floor: {
             const ScreenFloor& floor = plan.floors()[call.index()];
             useColours(tile_, floor.colours);
-            drawFloor(floor, plan.lens(), tile_, isLast);
+            drawFloor(floor, plan.lens(), tile_, isLast, floor_);
             writes = floor.hiding.writes && !floor.blackens;
             break;
         }

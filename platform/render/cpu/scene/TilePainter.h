@@ -21,10 +21,15 @@ class TilePainter {
 
     // Allocates the space that the plan's calls need, before any of them is drawn.
     void prepare(const ScenePlan& plan);
-    // Draws all calls over the background; `rect` is the tile's part of the picture.
-    // Light above the threshold blooms; without a threshold nothing blooms.
-    void paint(const ScenePlan& plan, std::span<const ShapeCall> calls, const QRect& rect,
-               const glm::vec3& background, std::optional<float> threshold);
+    struct Canvas {
+        QRect rect;  // the tile's part of the picture
+        glm::vec3 background{0.0F};
+        // Light above the threshold blooms; without a threshold nothing blooms.
+        std::optional<float> threshold;
+        KeptFloor* floor = nullptr;  // the tile's, if any
+    };
+    // Draws all calls over the background.
+    void paint(const ScenePlan& plan, std::span<const ShapeCall> calls, const Canvas& canvas);
 
     [[nodiscard]] SceneTile& tile() { return tile_; }
 
@@ -42,6 +47,7 @@ class TilePainter {
     void drawPolygonCall(const ScenePlan& plan, ShapeCall call);
 
     SceneTile tile_;
+    KeptFloor* floor_ = nullptr;  // of the tile
     SpriteDesk desk_;
     struct Front {
         double near = 0.0;  // in the tile's middle

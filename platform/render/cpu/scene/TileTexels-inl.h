@@ -10,6 +10,11 @@
 
 #include <hwy/highway.h>
 
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
 #include "platform/render/cpu/scene/RipPicture.h"
 #include "platform/render/cpu/scene/SceneTile.h"
 
@@ -93,35 +98,19 @@ struct TexelWords {
     hnt::Vec<TexelU> of[4];
 };
 
-#if HWY_TARGET == HWY_SCALAR
+// Texels are copied one by one: a processor's own gathering of vectors takes longer.
 inline TexelWords wordsAt(const std::uint32_t* texels, hnt::Vec<TexelI> places) {
-    const TexelU du;
-    const auto at = 2 * static_cast<std::size_t>(hnt::GetLane(places));
-    return {{hnt::Set(du, texels[at]), hnt::Set(du, texels[at + 2]), hnt::Set(du, texels[at + 1]),
-             hnt::Set(du, texels[at + 3])}};
-}
-#else
-// A place comes with one reading of 64 bits.
-inline TexelWords wordsAt(const std::uint32_t* texels, hnt::Vec<TexelI> places) {
-    const TexelU du;
-    const hnt::Repartition<std::int64_t, TexelI> wide;
-    const hnt::Half<TexelI> half;
-    const auto lower = hnt::PromoteTo(wide, hnt::LowerHalf(half, places));
-    const auto upper = hnt::PromoteTo(wide, hnt::UpperHalf(half, places));
-    const auto pairsFrom = [&](std::size_t beside, hnt::Vec<TexelU>& above,
-                               hnt::Vec<TexelU>& below) {
-        const auto* const pairs = reinterpret_cast<const std::int64_t*>(texels) + beside;
-        const auto low = hnt::BitCast(du, hnt::GatherIndex(wide, pairs, lower));
-        const auto high = hnt::BitCast(du, hnt::GatherIndex(wide, pairs, upper));
-        above = hnt::ConcatEven(du, high, low);
-        below = hnt::ConcatOdd(du, high, low);
-    };
+    constexpr std::size_t kLanes = hnt::MaxLanes(TexelI());
+    alignas(64) std::array<std::int32_t, kLanes> at;
+    alignas(64) std::array<std::uint32_t, 4 * kLanes> copied;
+    hnt::Store(places, TexelI(), at.data());
+    for (std::size_t i = 0; i < kLanes; ++i)
+        std::memcpy(copied.data() + 4 * i, texels + 2 * static_cast<std::ptrdiff_t>(at[i]), 16);
     TexelWords words;
-    pairsFrom(0, words.of[0], words.of[2]);
-    pairsFrom(1, words.of[1], words.of[3]);
+    hnt::LoadInterleaved4(TexelU(), copied.data(), words.of[0], words.of[2], words.of[1],
+                          words.of[3]);
     return words;
 }
-#endif
 
 // The place that a reading takes, with the one right of it, and the share of the right and of
 // the lower texels.
@@ -220,21 +209,35 @@ inline TexelLight mixedLight(const TexelWords& texels, TexelV right, TexelV lowe
     return light;
 }
 
+inline TexelV alphaAt(const RipPicture& picture, const TexelSpots& spots) {
+    const TexelF d;
+    const TexelI di;
+    const TexelU du;
+    const TexelWords words = wordsAt(picture.alphas.data(), spots.place);
+    const auto any = hnt::Or(hnt::Or(words.of[0], words.of[1]), hnt::Or(words.of[2], words.of[3]));
+    auto alpha = hnt::Zero(d);
+    if (hnt::AllTrue(du, hnt::Eq(any, hnt::Zero(du)))) return alpha;
+    const TexelShares shares(spots.right, spots.lower);
+    for (int i = 0; i < 4; ++i)
+        alpha = hnt::Add(alpha,
+                         hnt::Mul(hnt::ConvertTo(d, hnt::BitCast(di, words.of[i])), shares.of[i]));
+    return hnt::Mul(alpha, hnt::Set(d, 1.0F / 65535.0F));
+}
+
 // The light at some spots.
 inline TexelLight sampleTexels(const RipPicture& picture, const TexelSpots& spots,
                                const TexelManner& manner) {
-    const TexelF d;
-    const TexelI di;
+    if (!manner.wantsAlpha || !picture.hasAlpha)
+        return mixedLight(wordsAt(picture.texels.data(), spots.place), spots.right, spots.lower);
+    const auto alpha = alphaAt(picture, spots);
+    if (picture.stencil) {
+        const auto times = [&](float part) { return hnt::Mul(alpha, hnt::Set(TexelF(), part)); };
+        return {times(picture.stencil->r), times(picture.stencil->g), times(picture.stencil->b),
+                alpha};
+    }
     TexelLight light =
         mixedLight(wordsAt(picture.texels.data(), spots.place), spots.right, spots.lower);
-    if (!manner.wantsAlpha || !picture.hasAlpha) return light;
-    light.alpha = hnt::Zero(d);
-    const TexelWords alphas = wordsAt(picture.alphas.data(), spots.place);
-    const TexelShares shares(spots.right, spots.lower);
-    for (int i = 0; i < 4; ++i)
-        light.alpha = hnt::Add(
-            light.alpha, hnt::Mul(hnt::ConvertTo(d, hnt::BitCast(di, alphas.of[i])), shares.of[i]));
-    light.alpha = hnt::Mul(light.alpha, hnt::Set(d, 1.0F / 65535.0F));
+    light.alpha = alpha;
     return light;
 }
 
