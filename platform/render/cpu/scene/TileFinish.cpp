@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 
 #undef HWY_TARGET_INCLUDE
@@ -68,13 +69,21 @@ float leastNear(const SceneTile& tile) {
 }
 
 // The same sum for every vector width; of equal lights exactly that light.
-float averageOf(const float* light) {
+HWY_INLINE float averageOf(const float* light) {
+#if HWY_TARGET == HWY_SCALAR
     const float even = (light[0] + light[4]) + (light[2] + light[6]);
     const float odd = (light[1] + light[5]) + (light[3] + light[7]);
     return (even + odd) * (1.0F / kSamples);
+#else
+    const hn::FixedTag<float, kSamples / 2> d;
+    const auto four = hn::Add(hn::LoadU(d, light), hn::LoadU(d, light + kSamples / 2));
+    const auto evenAndOdd = hn::Add(four, hn::Shuffle1032(four));
+    const auto all = hn::Add(evenAndOdd, hn::Shuffle2301(evenAndOdd));
+    return hn::GetLane(all) * (1.0F / kSamples);
+#endif
 }
 
-void resolvePixel(SceneTile& tile, std::ptrdiff_t at) {
+HWY_INLINE void resolvePixel(SceneTile& tile, std::ptrdiff_t at) {
     for (std::size_t k = 0; k < 3; ++k)
         if (holds(tile.colours, k))
             tile.light[k][at] = averageOf(tile.sampleLight[k] + kSamples * at);
@@ -90,9 +99,8 @@ void resolveLight(SceneTile& tile) {
             const std::ptrdiff_t first = SceneTile::at(x, row);
             std::uint64_t word = 0;
             std::memcpy(&word, tile.sampled + first, sizeof word);
-            if ((word & kAnyLight) == 0) continue;
-            for (std::ptrdiff_t at = first; at < first + kAtOnce; ++at)
-                if (tile.sampled[at] == SceneTile::kNearAndLight) resolvePixel(tile, at);
+            for (word &= kAnyLight; word != 0; word &= word - 1)
+                resolvePixel(tile, first + std::countr_zero(word) / 8);
         }
     tile.sampledLight = false;
 }
