@@ -54,6 +54,22 @@ function(brixtel_floor name)
   install(TARGETS ${name} LIBRARY DESTINATION "${BRIXTEL_LIBDIR}")
 endfunction()
 
+# brixtel_first_libraries(PROGRAM)
+# Names the libraries that most symbols come from before the program's own ones. The dynamic
+# linker asks one library after another for each symbol, in the order in which the program names
+# them; libepoxy alone has 3500 symbols of its own looked up.
+function(brixtel_first_libraries name)
+  # A sanitizer's library has to be the first.
+  if(BRIXTEL_SANITIZE)
+    return()
+  endif()
+  set(libraries -lstdc++ $<TARGET_FILE:Qt6::Core> $<TARGET_FILE:Qt6::Gui> ${EPOXY_LINK_LIBRARIES}
+      $<TARGET_FILE:Qt6::DBus>)
+  list(JOIN libraries " " libraries)
+  target_link_options(${name} PRIVATE
+                      "SHELL:-Wl,--push-state,--no-as-needed ${libraries} -Wl,--pop-state")
+endfunction()
+
 # brixtel_support_objects(LIST): compiles each source of tests/support in the list once
 # for all tests, and puts the object in the source's place.
 function(brixtel_support_objects list)
