@@ -7,6 +7,7 @@
 #include <glm/vec4.hpp>
 #include <utility>
 
+#include "platform/render/cpu/LargePages.h"
 #include "platform/render/cpu/LinearPixels.h"
 #include "platform/render/cpu/scene/SpritePicture.h"
 
@@ -75,6 +76,14 @@ struct Level {
     }
 };
 
+// Gives an empty list so many members.
+template <typename T>
+void fill(std::vector<T>& list, std::size_t count) {
+    list.reserve(count);
+    useLargePages(list.data(), count * sizeof(T));
+    list.resize(count);
+}
+
 // The average of the texels of a line that one of its `half` halved texels covers.
 template <typename At>
 glm::vec4 halved(int i, int half, int whole, At at) {
@@ -108,6 +117,7 @@ void halveDown(const Level& from, Level& level) {
     const int half = std::max(1, whole / 2);
     level.width = from.width;
     const std::size_t count = static_cast<std::size_t>(from.width) * static_cast<std::size_t>(half);
+    if (level.texels.empty()) fill(level.texels, count);
     if (level.texels.size() < count) level.texels.resize(count);
     for (int y = 0; y < half; ++y) {
         glm::vec4* const to = level.row(y);
@@ -183,7 +193,7 @@ RipPicture::RipPicture(const QImage& picture)
       levelsAcross(levelsOf(width)),
       levelsDown(levelsOf(height)) {
     Level whole{width, height, {}};
-    whole.texels.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    fill(whole.texels, static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
     constexpr int kRows = 32;
     const auto line = 4 * static_cast<std::size_t>(width);
     std::vector<std::uint16_t> pixels(kRows * line);
@@ -204,8 +214,8 @@ RipPicture::RipPicture(const QImage& picture)
     const int across = place(width, levelsAcross, widths) + levelsAcross;
     const int down = place(height, levelsDown, heights);
     const std::size_t places = static_cast<std::size_t>(across) * static_cast<std::size_t>(down);
-    texels.resize(2 * places);
-    if (hasAlpha) alphas.resize(2 * places);
+    fill(texels, 2 * places);
+    if (hasAlpha) fill(alphas, 2 * places);
     PairRows rows(width);
     std::size_t next = 0;
     const auto append = [&](const Level& some) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 
 namespace platform {
 
@@ -27,7 +28,21 @@ std::array<float, 4> splineWeights(double f) {
             static_cast<float>(f * f * f / 6.0)};
 }
 
+// The colours that some tile has.
+unsigned allOf(const std::vector<char>& flags) {
+    unsigned colours = 0;
+    for (const char flag : flags)
+        colours |= static_cast<unsigned>(flag);
+    return colours;
+}
+
 }  // namespace
+
+void SceneGlow::Plane::fit(std::size_t count) {
+    first_.reset();
+    first_.reset(static_cast<float*>(std::calloc(count, sizeof(float))));
+    if (!first_) throw std::bad_alloc();
+}
 
 void SceneGlow::begin(const Options& options) {
     options_ = options;
@@ -59,7 +74,7 @@ void SceneGlow::fit() {
     const auto rows = static_cast<std::size_t>(tiles.height() * cellsDown_ + 2 * margin_);
     for (Planes* const planes : {&cells_, &blurred_, &spread_})
         for (auto& plane : *planes)
-            plane.assign(rows * static_cast<std::size_t>(stride_), 0.0F);
+            plane.fit(rows * static_cast<std::size_t>(stride_));
     for (Flags* const flags : {&bright_, &along_, &glow_, &seen_})
         flags->assign(countOf(tiles), 0);
     phases_.clear();
@@ -124,22 +139,23 @@ void SceneGlow::pass(TileWorkers& workers, const Flags& from, Flags& to, Planes&
 }
 
 // The first and the last cell of each row go on to both sides.
-void SceneGlow::repeatSides(Planes& planes, int reach) const {
+void SceneGlow::repeatSides(Planes& planes, unsigned colours, int reach) const {
     const int across = (options_.picture.width() + reduction_ - 1) / reduction_;
     const int down = (options_.picture.height() + reduction_ - 1) / reduction_;
-    for (auto& plane : planes)
-        for (int row = 0; row < down; ++row) {
-            float* const first = plane.data() + (margin_ + row) * stride_ + margin_;
+    for (std::size_t k = 0; k < 3; ++k)
+        for (int row = 0; holds(colours, k) && row < down; ++row) {
+            float* const first = planes[k].data() + (margin_ + row) * stride_ + margin_;
             std::fill_n(first - reach, reach, first[0]);
             std::fill_n(first + across, reach, first[across - 1]);
         }
 }
 
 // The first and the last row of cells go on above and below.
-void SceneGlow::repeatEnds(Planes& planes, int reach) const {
+void SceneGlow::repeatEnds(Planes& planes, unsigned colours, int reach) const {
     const int down = (options_.picture.height() + reduction_ - 1) / reduction_;
-    for (auto& plane : planes) {
-        float* const first = plane.data() + margin_ * stride_;
+    for (std::size_t k = 0; k < 3; ++k) {
+        if (!holds(colours, k)) continue;
+        float* const first = planes[k].data() + margin_ * stride_;
         float* const last = first + (down - 1) * stride_;
         for (int row = 1; row <= reach; ++row) {
             std::copy_n(first, stride_, first - row * stride_);
@@ -151,7 +167,7 @@ void SceneGlow::repeatEnds(Planes& planes, int reach) const {
 void SceneGlow::spread(TileWorkers& workers) {
     tilesSpread_ = 0;
     if (!isOn()) return;
-    repeatSides(cells_, plan_.radius);
+    repeatSides(cells_, allOf(bright_), plan_.radius);
     const int reach = plan_.radius + kBeside;
     const float* const weight = plan_.weight.data();
     pass(workers, bright_, along_, blurred_, (reach + cellsAcross_ - 1) / cellsAcross_, 0,
@@ -159,14 +175,15 @@ void SceneGlow::spread(TileWorkers& workers) {
              blurCells({cells_[k].data() + at, stride_, cellsAcross_, cellsDown_}, 1,
                        {weight, plan_.radius, options_.intensity}, blurred_[k].data() + at);
          });
-    repeatEnds(blurred_, plan_.radius);
+    repeatEnds(blurred_, allOf(along_), plan_.radius);
     pass(workers, along_, glow_, spread_, 0, (reach + cellsDown_ - 1) / cellsDown_,
          [&](std::size_t k, std::size_t at) {
              blurCells({blurred_[k].data() + at, stride_, cellsAcross_, cellsDown_}, stride_,
                        {weight, plan_.radius, 1.0F}, spread_[k].data() + at);
          });
-    repeatSides(spread_, kBeside);
-    repeatEnds(spread_, kBeside);
+    const unsigned colours = allOf(glow_);
+    repeatSides(spread_, colours, kBeside);
+    repeatEnds(spread_, colours, kBeside);
     tilesSpread_ = static_cast<int>(glow_.size()) -
                    static_cast<int>(std::count(glow_.begin(), glow_.end(), char{0}));
     workers.each(static_cast<int>(seen_.size()), [&](int tile, int) {

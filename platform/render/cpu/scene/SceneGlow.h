@@ -4,6 +4,9 @@
 
 #include <QSize>
 #include <array>
+#include <cstddef>
+#include <cstdlib>
+#include <memory>
 #include <vector>
 
 #include "platform/render/BloomPlan.h"
@@ -51,12 +54,25 @@ class SceneGlow {
 
   private:
     using Flags = std::vector<char>;  // a bit by the colour, for each tile
-    using Planes = std::array<std::vector<float>, 3>;
+    // Numbers, all 0 at first. Those that nobody writes take no memory.
+    class Plane {
+      public:
+        void fit(std::size_t count);
+        [[nodiscard]] float* data() { return first_.get(); }
+        [[nodiscard]] const float* data() const { return first_.get(); }
+
+      private:
+        struct Free {
+            void operator()(float* first) const { std::free(first); }
+        };
+        std::unique_ptr<float[], Free> first_;
+    };
+    using Planes = std::array<Plane, 3>;
 
     void fit();
     void clearCells(Planes& planes, int tile, unsigned colours);
-    void repeatSides(Planes& planes, int reach) const;
-    void repeatEnds(Planes& planes, int reach) const;
+    void repeatSides(Planes& planes, unsigned colours, int reach) const;
+    void repeatEnds(Planes& planes, unsigned colours, int reach) const;
     [[nodiscard]] char coloursSeen(int tile) const;
     [[nodiscard]] std::size_t cellAt(int tileX, int tileY) const;
     // The colours that some tile near this one has.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "platform/render/cpu/LargePages.h"
 #include "platform/render/cpu/scene/TileFinish.h"
 
 #undef HWY_TARGET_INCLUDE
@@ -293,6 +294,14 @@ void PackedLight::fit(std::size_t tiles) {
     for (auto& plane : planes_)
         plane = std::make_unique_for_overwrite<std::uint16_t[]>(tiles * kPackedTile + kBeyond);
     tiles_ = tiles;
+    expected_ = 0;
+}
+
+void PackedLight::expectMost(unsigned colours) {
+    for (std::size_t k = 0; k < 3; ++k)
+        if (holds(colours & ~expected_, k))
+            useLargePages(planes_[k].get(), tiles_ * kPackedTile * sizeof(std::uint16_t));
+    expected_ |= colours;
 }
 
 PackedColours packTile(SceneTile& tile, const BrightCells* bright,

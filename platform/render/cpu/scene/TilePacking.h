@@ -20,12 +20,15 @@ class PackedLight {
   public:
     // The numbers of a row may be read and written up to a vector further.
     void fit(std::size_t tiles);
+    // Most tiles are about to have light of these colours.
+    void expectMost(unsigned colours);
     [[nodiscard]] std::uint16_t* plane(std::size_t colour, std::size_t tile) {
         return planes_[colour].get() + tile * kPackedTile;
     }
 
   private:
     std::size_t tiles_ = 0;
+    unsigned expected_ = 0;
     std::array<std::unique_ptr<std::uint16_t[]>, 3> planes_;
 };
 
