@@ -153,8 +153,7 @@ void CpuSceneDrawer::Parts::findWanted(const DrawList& list, bool isBlack) {
 void CpuSceneDrawer::Parts::paint(const DrawList& list) {
     const glm::vec3 background = glm::vec3(list.background) * list.background.a;
     findWanted(list, !(background.r > 0.0F || background.g > 0.0F || background.b > 0.0F));
-    // Green and blue are packed for every tile that is painted.
-    if (wanted.size() > lit.size() * 3 / 4) packed.expectMost(kGreen | kBlue);
+    if (wanted.size() > lit.size() * 3 / 4) packed.expectMost();
     for (Bench& bench : benches)
         bench.painter.prepare(plan);
     workers.each(static_cast<int>(wanted.size()), [&](int i, int thread) {

@@ -7,7 +7,7 @@
 #include <glm/vec4.hpp>
 #include <utility>
 
-#include "platform/render/cpu/LargePages.h"
+#include "platform/render/cpu/LargeArray.h"
 #include "platform/render/cpu/LinearPixels.h"
 #include "platform/render/cpu/scene/SpritePicture.h"
 
@@ -66,7 +66,7 @@ namespace {
 struct Level {
     int width = 0;
     int height = 0;
-    std::vector<glm::vec4> texels;
+    LargeArray<glm::vec4> texels;
 
     [[nodiscard]] glm::vec4* row(int y) {
         return texels.data() + static_cast<std::ptrdiff_t>(y) * width;
@@ -76,12 +76,12 @@ struct Level {
     }
 };
 
-// Gives an empty list so many members.
+// All of which is to be written.
 template <typename T>
-void fill(std::vector<T>& list, std::size_t count) {
-    list.reserve(count);
-    useLargePages(list.data(), count * sizeof(T));
-    list.resize(count);
+LargeArray<T> arrayOf(std::size_t count) {
+    LargeArray<T> array(count);
+    array.expectAll();
+    return array;
 }
 
 // The average of the texels of a line that one of its `half` halved texels covers.
@@ -117,8 +117,7 @@ void halveDown(const Level& from, Level& level) {
     const int half = std::max(1, whole / 2);
     level.width = from.width;
     const std::size_t count = static_cast<std::size_t>(from.width) * static_cast<std::size_t>(half);
-    if (level.texels.empty()) fill(level.texels, count);
-    if (level.texels.size() < count) level.texels.resize(count);
+    if (level.texels.size() < count) level.texels = arrayOf<glm::vec4>(count);
     for (int y = 0; y < half; ++y) {
         glm::vec4* const to = level.row(y);
         for (int x = 0; x < from.width; ++x)
@@ -193,7 +192,8 @@ RipPicture::RipPicture(const QImage& picture)
       levelsAcross(levelsOf(width)),
       levelsDown(levelsOf(height)) {
     Level whole{width, height, {}};
-    fill(whole.texels, static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    whole.texels =
+        arrayOf<glm::vec4>(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
     constexpr int kRows = 32;
     const auto line = 4 * static_cast<std::size_t>(width);
     std::vector<std::uint16_t> pixels(kRows * line);
@@ -214,8 +214,8 @@ RipPicture::RipPicture(const QImage& picture)
     const int across = place(width, levelsAcross, widths) + levelsAcross;
     const int down = place(height, levelsDown, heights);
     const std::size_t places = static_cast<std::size_t>(across) * static_cast<std::size_t>(down);
-    fill(texels, 2 * places);
-    if (hasAlpha) fill(alphas, 2 * places);
+    texels = arrayOf<std::uint32_t>(2 * places);
+    if (hasAlpha) alphas = arrayOf<std::uint32_t>(2 * places);
     PairRows rows(width);
     std::size_t next = 0;
     const auto append = [&](const Level& some) {

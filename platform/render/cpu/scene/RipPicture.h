@@ -10,6 +10,8 @@
 #include <optional>
 #include <vector>
 
+#include "platform/render/cpu/LargeArray.h"
+
 namespace platform {
 
 // A picture at every combination of halved widths and halved heights. A surface seen at a
@@ -34,9 +36,9 @@ struct RipPicture {
     unsigned colours = 0;              // a bit for each of red, green and blue that some texel has
     std::array<float, kMostLevels> widths{};  // by the level
     std::array<float, kMostLevels> heights{};
-    std::vector<std::int32_t> first;    // place of a level; see levelAt()
-    std::vector<std::uint32_t> texels;  // two for each place
-    std::vector<std::uint32_t> alphas;  // of 65535, likewise; empty where all is opaque
+    std::vector<std::int32_t> first;   // place of a level; see levelAt()
+    LargeArray<std::uint32_t> texels;  // two for each place
+    LargeArray<std::uint32_t> alphas;  // of 65535, likewise; empty where all is opaque
 
   private:
     // Converts pixels of 16 bits a number, and notes what they hold.

@@ -2,8 +2,8 @@
 #include "platform/render/cpu/scene/TilePacking.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "platform/render/cpu/LargePages.h"
 #include "platform/render/cpu/scene/TileFinish.h"
 
 #undef HWY_TARGET_INCLUDE
@@ -292,16 +292,15 @@ void PackedLight::fit(std::size_t tiles) {
     // A row may be read a vector further than it is long.
     constexpr std::size_t kBeyond = 64;
     for (auto& plane : planes_)
-        plane = std::make_unique_for_overwrite<std::uint16_t[]>(tiles * kPackedTile + kBeyond);
+        plane = LargeArray<std::uint16_t>(tiles * kPackedTile + kBeyond);
     tiles_ = tiles;
-    expected_ = 0;
+    isExpected_ = false;
 }
 
-void PackedLight::expectMost(unsigned colours) {
-    for (std::size_t k = 0; k < 3; ++k)
-        if (holds(colours & ~expected_, k))
-            useLargePages(planes_[k].get(), tiles_ * kPackedTile * sizeof(std::uint16_t));
-    expected_ |= colours;
+void PackedLight::expectMost() {
+    if (std::exchange(isExpected_, true)) return;
+    for (auto& plane : planes_)
+        plane.expectAll();
 }
 
 PackedColours packTile(SceneTile& tile, const BrightCells* bright,

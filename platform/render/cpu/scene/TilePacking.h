@@ -5,8 +5,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 
+#include "platform/render/cpu/LargeArray.h"
 #include "platform/render/cpu/scene/SceneTile.h"
 
 namespace platform {
@@ -20,16 +20,16 @@ class PackedLight {
   public:
     // The numbers of a row may be read and written up to a vector further.
     void fit(std::size_t tiles);
-    // Most tiles are about to have light of these colours.
-    void expectMost(unsigned colours);
+    // Most tiles are about to have light for the first time.
+    void expectMost();
     [[nodiscard]] std::uint16_t* plane(std::size_t colour, std::size_t tile) {
-        return planes_[colour].get() + tile * kPackedTile;
+        return planes_[colour].data() + tile * kPackedTile;
     }
 
   private:
     std::size_t tiles_ = 0;
-    unsigned expected_ = 0;
-    std::array<std::unique_ptr<std::uint16_t[]>, 3> planes_;
+    bool isExpected_ = false;
+    std::array<LargeArray<std::uint16_t>, 3> planes_;
 };
 
 // Sets of colours, as SceneTile::colours.
