@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Runs whole programs under an X server of the benchmark's own, and prints
 // their cost: CPU per second of the program and of the X server, beside a
-// floor: the same window, cleared and presented sixty times a second.
+// floor: the same window, cleared and presented sixty times a second. Other programs that
+// draw on the root window are measured in the same run: --naast='/path/program -root'.
 //
-// Usage: geheel [--maat=1920x1080] [--seconden=10] [--tekenaar=auto] [SCENE...]
+// Usage: geheel [--maat=1920x1080] [--seconden=10] [--tekenaar=auto] [--naast=COMMAND]...
+//               [SCENE...]
 #include <unistd.h>
 
 #include <QCoreApplication>
@@ -23,17 +25,49 @@ struct Opties {
     QString maat = QStringLiteral("1920x1080");
     QString seconden = QStringLiteral("10");
     QString tekenaar = QStringLiteral("auto");
+    QStringList naast;
     QStringList scenes;
 };
+
+QString keerVloer(double totaal, double vloer) {
+    return vloer > 0 ? QString::number(totaal / vloer, 'f', 2) : QStringLiteral("-");
+}
+
+void zetServer(QProcess& proces, const Xvfb& server) {
+    QProcessEnvironment omgeving = QProcessEnvironment::systemEnvironment();
+    omgeving.insert(QStringLiteral("DISPLAY"), server.display());
+    proces.setProcessEnvironment(omgeving);
+    proces.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+}
+
+// Runs another program for the seconds, ends it, and prints its line. Such a program does not
+// tell how many pictures it shows.
+void meetNaast(const QString& opdracht, const Xvfb& server, double seconden, double vloer) {
+    QStringList woorden = QProcess::splitCommand(opdracht);
+    QProcess proces;
+    zetServer(proces, server);
+    const double serverVoor = cpuVan(server.process());
+    proces.start(woorden.value(0), woorden.mid(1));
+    if (!proces.waitForStarted() || proces.waitForFinished(static_cast<int>(1000 * seconden))) {
+        std::fprintf(stderr, "geheel: %s lukte niet\n", qPrintable(opdracht));
+        std::exit(1);
+    }
+    const double programma = cpuVan(proces.processId()) / seconden;
+    const double aandeel = (cpuVan(server.process()) - serverVoor) / seconden;
+    proces.terminate();
+    proces.waitForFinished();
+    const double totaal = programma + aandeel;
+    std::printf("%-10s %8s %9.1f%% %9.1f%% %9.1f%% %8s\n",
+                qPrintable(woorden.first().section(u'/', -1)), "-", 100 * programma, 100 * aandeel,
+                100 * totaal, qPrintable(keerVloer(totaal, vloer)));
+    std::fflush(stdout);
+}
 
 // Runs a program to its end and prints its line; the program writes JSON to stdout.
 double meet(const QString& naam, const QString& programma, const QStringList& argumenten,
             const Xvfb& server, double seconden, double vloer) {
     QProcess proces;
-    QProcessEnvironment omgeving = QProcessEnvironment::systemEnvironment();
-    omgeving.insert(QStringLiteral("DISPLAY"), server.display());
-    proces.setProcessEnvironment(omgeving);
-    proces.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    zetServer(proces, server);
     const double serverVoor = cpuVan(server.process());
     proces.start(programma, argumenten);
     if (!proces.waitForFinished(-1) || proces.exitCode() != 0) {
@@ -49,8 +83,8 @@ double meet(const QString& naam, const QString& programma, const QStringList& ar
     std::printf("%-10s %8.1f %9.1f%% %9.1f%% %9.1f%% %8s %10.0f %8.1f %5.0f  %s\n",
                 qPrintable(naam), getal("beelden_per_seconde"),
                 100 * getal("cpu_seconden") / seconden, 100 * serverCpu / seconden, 100 * totaal,
-                vloer > 0 ? qPrintable(QString::number(totaal / vloer, 'f', 2)) : "-",
-                getal("eerste_beeld_ms"), getal("geheugen_mb"), getal("sport"),
+                qPrintable(keerVloer(totaal, vloer)), getal("eerste_beeld_ms"),
+                getal("geheugen_mb"), getal("sport"),
                 qPrintable(meting.value(QLatin1String("tekenaar")).toString()));
     std::fflush(stdout);
     return totaal;
@@ -66,6 +100,8 @@ Opties lees(const QStringList& woorden) {
             opties.seconden = waarde;
         else if (woord.startsWith(QLatin1String("--tekenaar=")))
             opties.tekenaar = waarde;
+        else if (woord.startsWith(QLatin1String("--naast=")))
+            opties.naast << waarde;
         else
             opties.scenes << woord;
     }
@@ -95,5 +131,7 @@ int main(int argc, char** argv) {
               QStringLiteral("--tekenaar=") + opties.tekenaar, QStringLiteral("--meet"),
               QStringLiteral("--volle-snelheid")},
              server, seconden, vloer);
+    for (const QString& opdracht : opties.naast)
+        meetNaast(opdracht, server, seconden, vloer);
     return 0;
 }

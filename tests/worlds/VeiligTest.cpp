@@ -127,8 +127,8 @@ bool valtTussen(double maat, double van, double tot) {
 // The ring about home begins anew at a third of its size: measured, at most 3.2 % of the mean
 // light while one list stands, and 5.0 % where lists come.
 TEST_F(VeiligTest, TheLightOfTheGlobeNeverJumps) {
-    constexpr double kHoogsteMetRing = 0.052;
     isRustig(DrieSoort::bol, [](double van, double tot) -> std::optional<double> {
+        constexpr double kHoogsteMetRing = 0.052;
         return valtTussen(1.4, van, tot) ? kHoogsteMetRing : kHoogste;
     });
 }
