@@ -4,22 +4,27 @@
 namespace platform {
 
 void FloorLight::begin(std::size_t tiles, unsigned colours, bool isSameFloor) {
-    if (isSameFloor && tiles == tiles_ && colours == colours_) return;
+    const bool fits = tiles == tiles_ && colours == colours_;
+    if (isSameFloor && fits) return;
     kept_.clear();
     placeOf_.assign(tiles, -1);
-    if (tiles == tiles_ && colours == colours_) return;
-    tiles_ = 0;
-    for (std::size_t k = 0; k < 3; ++k)
-        planes_[k] =
-            holds(colours, k) ? std::make_unique_for_overwrite<float[]>(tiles * kPlane) : nullptr;
-    kept_.reserve(tiles);
+    if (fits) return;
+    planes_ = {};
     tiles_ = tiles;
     colours_ = colours;
+}
+
+void FloorLight::makePlanes() {
+    kept_.reserve(tiles_);
+    for (std::size_t k = 0; k < 3; ++k)
+        if (holds(colours_, k) && !planes_[k])
+            planes_[k] = std::make_unique_for_overwrite<float[]>(tiles_ * kPlane);
 }
 
 void FloorLight::want(int tile) {
     std::int32_t& place = placeOf_[static_cast<std::size_t>(tile)];
     if (place >= 0) return;
+    if (kept_.empty()) makePlanes();
     place = static_cast<std::int32_t>(kept_.size());
     KeptFloor& kept = kept_.emplace_back();
     for (std::size_t k = 0; k < 3; ++k)

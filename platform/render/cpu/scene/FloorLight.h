@@ -28,14 +28,16 @@ struct KeptFloor {
 class FloorLight {
   public:
     // Starts a frame of a picture of so many tiles. Forgets the light of another floor.
-    // `colours` are the floor's. Allocates where the picture's size or the colours changed.
+    // `colours` are the floor's.
     void begin(std::size_t tiles, unsigned colours, bool isSameFloor);
-    // Gives a tile a place for its light.
+    // Gives a tile a place for its light. Allocates for the first tile of a picture's size.
     void want(int tile);
     // The tile's light; null where it has no place.
     [[nodiscard]] KeptFloor* of(int tile);
 
   private:
+    void makePlanes();
+
     static constexpr std::size_t kPlane =
         static_cast<std::size_t>(kTileWidth) * static_cast<std::size_t>(kTileHeight);
     std::size_t tiles_ = 0;

@@ -215,9 +215,7 @@ void ScenePlan::putFloor(const ScreenFloor& floor) {
         }
 }
 
-// Adds the part of the plane that the camera can see.
-void ScenePlan::addFloorPolygon(const DrawFloor& floor) {
-    const DrawMaterial& material = floor.material;
+Surface ScenePlan::floorSurface(const DrawMaterial& material) {
     Surface surface;
     surface.tint = {glm::vec3(material.diffuse) * material.diffuse.a, material.diffuse.a};
     surface.emission = material.emission;
@@ -229,6 +227,13 @@ void ScenePlan::addFloorPolygon(const DrawFloor& floor) {
     surface.hiding = {true, material.writesDepth};
     if (!material.picture.isNull()) surface.picture = &ripOf(material);
     surface.colours = coloursOf(surface);
+    return surface;
+}
+
+// Adds the part of the plane that the camera can see.
+void ScenePlan::addFloorPolygon(const DrawFloor& floor) {
+    const DrawMaterial& material = floor.material;
+    const Surface surface = floorSurface(material);
     const std::size_t number = surfaces_.size();
     surfaces_.push_back(surface);
     glm::vec3 under(glm::inverse(floor.world) * glm::vec4(list_->camera.position, 1.0F));

@@ -129,6 +129,7 @@ class ScenePlan {
     const StripePicture* stripesFor(const DrawMaterial& material);
     void putFloor(const ScreenFloor& floor);
     bool addStripes(const DrawFloor& floor, const ScreenFloor& plane);
+    [[nodiscard]] Surface floorSurface(const DrawMaterial& material);
     void addFloorPolygon(const DrawFloor& floor);
 
     [[nodiscard]] glm::vec3 mirroredPlace(const glm::vec3& world) const;
