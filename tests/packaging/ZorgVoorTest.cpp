@@ -182,13 +182,43 @@ TEST_F(ZorgVoor, ElsewhereTheMissingIsNamedWithTheCommandThatInstallsIt) {
         EXPECT_EQ(fouten, QStringList{mist + opdracht});
     };
     verwacht(QStringLiteral("installeer dat met het pakketbeheer van dit systeem"));
-    zet("pacman", "exit 1");
+    zet("pacman", "exit 0");
+    zet("rpm", "exit 0");
     verwacht(QStringLiteral("sudo pacman -S --needed ninja libepoxy libxcb"));
     zet("zypper", "exit 1");
     verwacht(QStringLiteral("sudo zypper") + gevraagd);
     zet("dnf", "exit 1");
     verwacht(QStringLiteral("sudo dnf") + gevraagd);
     EXPECT_FALSE(gebeurd().contains(QStringLiteral("dnf ")));
+}
+
+TEST_F(ZorgVoor, ElsewherePackagesWithoutProgramOrModuleAreAskedByName) {
+    zet("pkg-config", "exit 0");
+    for (const char* naam : {"c++", "cmake", "ninja", "gzip", "lsof"})
+        zet(naam, "exit 0");
+    const auto verwacht = [&](const char* namen, const char* opdracht) {
+        EXPECT_EQ(voer(QStringLiteral("zorg_voor bouwen draaien")), 1);
+        EXPECT_EQ(fouten, QStringList{QStringLiteral("Er ontbreekt: %1 — sudo %2")
+                                          .arg(QLatin1String(namen), QLatin1String(opdracht))});
+    };
+    zet("pacman", "exit 1");
+    verwacht("qt6-wayland mesa dejavu qtquick",
+             "pacman -S --needed qt6-wayland mesa ttf-dejavu qt6-declarative");
+    // Another system's package manager has no say.
+    zet("rpm", "exit 0");
+    verwacht("qt6-wayland mesa dejavu qtquick",
+             "pacman -S --needed qt6-wayland mesa ttf-dejavu qt6-declarative");
+    zet("zypper", "exit 1");
+    zet("rpm", "[ $2 = dejavu-fonts ]");
+    verwacht("qt6-wayland mesa qtquick",
+             "zypper install qt6-wayland Mesa-dri qt6-declarative-imports");
+    zet("dnf", "exit 1");
+    zet("rpm", "[ $2 = qt6-qtdeclarative ]");
+    verwacht("qt6-wayland mesa dejavu",
+             "dnf install qt6-qtwayland mesa-dri-drivers dejavu-sans-mono-fonts");
+    zet("rpm", "exit 0");
+    EXPECT_EQ(voer(QStringLiteral("zorg_voor bouwen draaien")), 0);
+    EXPECT_TRUE(fouten.isEmpty()) << qPrintable(fouten.join(u'\n'));
 }
 
 TEST_F(ZorgVoor, EveryModuleThatTheBuildAsksForIsInTheList) {
@@ -210,15 +240,22 @@ TEST_F(ZorgVoor, EveryModuleThatTheBuildAsksForIsInTheList) {
     EXPECT_GT(gezien, 8);
 }
 
-TEST_F(ZorgVoor, EveryLineOfTheListHasFiveWords) {
+TEST_F(ZorgVoor, EveryLineOfTheListHasAWordPerColumn) {
     int regels = 0;
+    int pakketten = 0;
     for (const QString& regel :
          tekstVan(boom + QStringLiteral("/packaging/benodigd")).split(u'\n', Qt::SkipEmptyParts)) {
         if (regel.startsWith(u'#')) continue;
-        EXPECT_EQ(regel.simplified().split(u' ').size(), 5) << qPrintable(regel);
+        const QStringList woorden = regel.simplified().split(u' ');
+        const bool pakket = woorden.at(1) == u"pak";
+        EXPECT_EQ(woorden.size(), pakket ? 7 : 5) << qPrintable(regel);
+        // A package that comes with another has nothing to be asked for.
+        EXPECT_FALSE(pakket && woorden.contains(QStringLiteral("-"))) << qPrintable(regel);
+        pakketten += pakket ? 1 : 0;
         ++regels;
     }
     EXPECT_GT(regels, 50);
+    EXPECT_GT(pakketten, 3);
 }
 
 TEST_F(ZorgVoor, ATreeThatIsNotOursToWriteGetsOneLine) {
@@ -325,6 +362,46 @@ TEST_F(ZorgVoor, APresetWithoutItsNameOrWithAnUnknownOneIsToldOf) {
     EXPECT_TRUE(gebeurd().isEmpty());
 }
 
+TEST_F(ZorgVoor, AMistypedPresetIsToldOfAndNothingIsBuilt) {
+    const std::pair<const char*, const char*> paren[] = {
+        {"--presett", "is geen optie; bedoelt u --preset?"},
+        {"--prset=asan", "is geen optie; bedoelt u --preset?"},
+        {"-preset", "is geen optie; bedoelt u --preset?"},
+        {"--pre", "is geen optie; bedoelt u --preset?"},
+        {"--presentatie", "is geen optie; bedoelt u --preset?"},
+        {"--preset", "staat vooraan, en maar eenmaal"}};
+    for (const auto& [woord, reden] : paren) {
+        EXPECT_EQ(draai({boom + QStringLiteral("/test"), QStringLiteral("-V"), QLatin1String(woord),
+                         QStringLiteral("asan")}),
+                  2);
+        EXPECT_EQ(fouten, QStringList{QStringLiteral("./test: '%1' %2")
+                                          .arg(QString::fromUtf8(woord).section(u'=', 0, 0),
+                                               QLatin1String(reden))});
+    }
+    EXPECT_TRUE(gebeurd().isEmpty());
+}
+
+TEST_F(ZorgVoor, TheLettersBetweenTwoWordsAreCounted) {
+    const std::pair<const char*, const char*> paren[] = {
+        {"preset preset", "0"},  {"prset preset", "1"},  {"presett preset", "1"},
+        {"pressed preset", "2"}, {"repeat preset", "3"}, {"x preset", "6"}};
+    for (const auto& [woorden, verwacht] : paren) {
+        EXPECT_EQ(voer(QStringLiteral("afstand ") + QLatin1String(woorden)), 0);
+        EXPECT_EQ(uit.trimmed(), QLatin1String(verwacht)) << woorden;
+    }
+}
+
+TEST_F(ZorgVoor, RunTakesNoOtherWordThanTheOneForTheDesktop) {
+    for (const char* woord : {"buro", "beureau", ""}) {
+        EXPECT_EQ(draai({boom + QStringLiteral("/run"), QLatin1String(woord)}), 2);
+        EXPECT_EQ(fouten, QStringList{QStringLiteral("./run: '%1' is geen optie; het enige woord "
+                                                     "zonder streepjes is bureau (./run --help "
+                                                     "toont wat er kan)")
+                                          .arg(QLatin1String(woord))});
+    }
+    EXPECT_TRUE(gebeurd().isEmpty());
+}
+
 TEST_F(ZorgVoor, TheTestsByClangWantItsCompilerAndAreTheFastOnes) {
     isDebian("printf 'install ok installed'");
     zet("cmake", "exit 0");
@@ -334,13 +411,19 @@ TEST_F(ZorgVoor, TheTestsByClangWantItsCompilerAndAreTheFastOnes) {
     for (const char* preset : {"clang", "release"}) {
         const bool isClang = qstrcmp(preset, "clang") == 0;
         EXPECT_EQ(draai({boom + QStringLiteral("/test"), QStringLiteral("--preset"),
-                         QLatin1String(preset), QStringLiteral("-R"), QStringLiteral("x")}),
+                         QLatin1String(preset), QStringLiteral("-R"), QStringLiteral("x"),
+                         QStringLiteral("--repeat"), QStringLiteral("until-fail:2"),
+                         QStringLiteral("--progress")}),
                   0);
-        const QString einde =
-            QStringLiteral("-j 3 %1-R x\n").arg(isClang ? QStringLiteral("-L ^snel$ ") : QString());
+        const QString einde = QStringLiteral("-j 3 %1-R x --repeat until-fail:2 --progress\n")
+                                  .arg(isClang ? QStringLiteral("-L ^snel$ ") : QString());
         EXPECT_TRUE(gebeurd().endsWith(einde)) << qPrintable(gebeurd());
     }
     EXPECT_EQ(gebeurd().count(QStringLiteral("${Status} clang\n")), 1);
+    EXPECT_EQ(draai({boom + QStringLiteral("/test"), QStringLiteral("--preset=clang")}), 0);
+    EXPECT_TRUE(
+        gebeurd().endsWith(QStringLiteral("build/clang --output-on-failure -j 3 -L ^snel$\n")))
+        << qPrintable(gebeurd());
 }
 
 }  // namespace
