@@ -1,93 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The commands at the root on machines that lack something: every program they
-// call is a stand-in, in a folder that is the whole PATH.
-#include <gtest/gtest.h>
+// The commands at the root look for what they need, install it, and build.
+#include "tests/packaging/ZorgVoor.h"
+
 #include <unistd.h>
 
-#include <QDir>
-#include <QFile>
-#include <QProcess>
 #include <QRegularExpression>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 
 namespace {
-
-QString tekstVan(const QString& pad) {
-    QFile bestand(pad);
-    EXPECT_TRUE(bestand.open(QIODevice::ReadOnly)) << qPrintable(pad);
-    return QString::fromUtf8(bestand.readAll());
-}
-
-void schrijf(const QString& pad, const QByteArray& tekst) {
-    QFile bestand(pad);
-    ASSERT_TRUE(bestand.open(QIODevice::WriteOnly | QIODevice::Truncate)) << qPrintable(pad);
-    bestand.write(tekst);
-}
-
-class ZorgVoor : public testing::Test {
-  protected:
-    QTemporaryDir map;
-    // With a space in it, as people have them.
-    const QString boom = map.filePath(QStringLiteral("een boom"));
-    const QString pad = map.filePath(QStringLiteral("pad"));
-
-    void SetUp() override {
-        ASSERT_TRUE(QDir().mkpath(boom + QStringLiteral("/packaging")));
-        ASSERT_TRUE(QDir().mkpath(pad));
-        for (const char* naam : {"run", "test", "packaging/zorg-voor.sh", "packaging/benodigd"})
-            ASSERT_TRUE(QFile::copy(QStringLiteral(BRIXTEL_SOURCE_DIR "/") + QLatin1String(naam),
-                                    boom + u'/' + QLatin1String(naam)));
-        for (const char* naam : {"bash", "env", "sed", "rm", "cat", "tee", "mktemp", "mkdir",
-                                 "grep", "dirname", "readlink"})
-            ASSERT_TRUE(QFile::link(QStandardPaths::findExecutable(QLatin1String(naam)),
-                                    pad + u'/' + QLatin1String(naam)))
-                << naam;
-        zet("id", "echo 0");
-    }
-
-    // Puts a program on the PATH; the log gets what it is called with.
-    void zet(const QString& naam, const QByteArray& doet) {
-        const QString bestand = pad + u'/' + naam;
-        schrijf(bestand, "#!" + QFile::encodeName(pad) + "/bash\n" +
-                             "echo \"${0##*/} $*\" >>\"$LOGBOEK\"\n" + doet + '\n');
-        QFile::setPermissions(bestand, QFileDevice::ReadOwner | QFileDevice::WriteOwner |
-                                           QFileDevice::ExeOwner | QFileDevice::ReadOther |
-                                           QFileDevice::ExeOther);
-    }
-    void zet(const char* naam, const char* doet) { zet(QLatin1String(naam), QByteArray(doet)); }
-
-    void isDebian(const char* geinstalleerd) {
-        zet("dpkg-query", geinstalleerd);
-        zet("apt-get", "exit 0");
-    }
-
-    // Runs the words in the tree; `fouten` has what was said, in lines.
-    int draai(const QStringList& woorden) {
-        QProcess proces;
-        proces.setWorkingDirectory(boom);
-        proces.setEnvironment(
-            {QStringLiteral("PATH=") + pad, QStringLiteral("LOGBOEK=") + logboek_});
-        proces.start(woorden.first(), woorden.mid(1));
-        EXPECT_TRUE(proces.waitForFinished(60'000)) << qPrintable(proces.errorString());
-        uit = QString::fromUtf8(proces.readAllStandardOutput());
-        fouten = QString::fromUtf8(proces.readAllStandardError()).split(u'\n', Qt::SkipEmptyParts);
-        return proces.exitStatus() == QProcess::NormalExit ? proces.exitCode() : -1;
-    }
-    int voer(const QString& regel) {
-        return draai({QStringLiteral("bash"), QStringLiteral("-c"),
-                      QStringLiteral("set -euo pipefail; . packaging/zorg-voor.sh; ") + regel});
-    }
-    [[nodiscard]] QString gebeurd() const {
-        return QFile::exists(logboek_) ? tekstVan(logboek_) : QString();
-    }
-
-    QString uit;
-    QStringList fouten;
-
-  private:
-    const QString logboek_ = map.filePath(QStringLiteral("logboek"));
-};
 
 TEST_F(ZorgVoor, WhatDebianHasIsNotInstalledAgain) {
     isDebian("printf 'install ok installed'");
@@ -324,63 +243,6 @@ TEST_F(ZorgVoor, ABuildWithNothingToDoIsSilentAndOneThatFailsEndsTheCommand) {
     EXPECT_EQ(fouten.last(), QStringLiteral("FAILED: x.o"));
 }
 
-TEST_F(ZorgVoor, RunPassesItsArgumentsInAPathWithSpaces) {
-    isDebian("printf 'install ok installed'");
-    zet("cmake", "exit 0");
-    zet("ninja", "echo 'ninja: no work to do.'");
-    ASSERT_TRUE(QDir().mkpath(boom + QStringLiteral("/build/release/bin")));
-    zet("brixtel-saver", "printf '<%s>' \"$@\"");
-    ASSERT_TRUE(QFile::rename(pad + QStringLiteral("/brixtel-saver"),
-                              boom + QStringLiteral("/build/release/bin/brixtel-saver")));
-    EXPECT_EQ(draai({boom + QStringLiteral("/run"), QStringLiteral("--versie"),
-                     QStringLiteral("twee woorden")}),
-              0);
-    EXPECT_EQ(uit, QStringLiteral("<--versie><twee woorden>"));
-    EXPECT_EQ(fouten, QStringList{QStringLiteral("Het bouwen wordt voorbereid (build/release)")});
-    EXPECT_TRUE(gebeurd().contains(QStringLiteral("ninja -C build/release brixtel-saver\n")));
-}
-
-TEST_F(ZorgVoor, APreparationThatFailsShowsWhy) {
-    isDebian("printf 'install ok installed'");
-    zet("cmake", "echo 'CMake Error: geen Qt6'; exit 1");
-    EXPECT_EQ(draai({boom + QStringLiteral("/run")}), 1);
-    EXPECT_EQ(fouten.at(1), QStringLiteral("CMake Error: geen Qt6"));
-    EXPECT_TRUE(fouten.last().startsWith(QStringLiteral("Het voorbereiden lukt niet")));
-    EXPECT_FALSE(gebeurd().contains(QStringLiteral("ninja -C")));
-}
-
-TEST_F(ZorgVoor, APresetWithoutItsNameOrWithAnUnknownOneIsToldOf) {
-    EXPECT_EQ(draai({boom + QStringLiteral("/test"), QStringLiteral("--preset")}), 2);
-    EXPECT_EQ(fouten, QStringList{QStringLiteral(
-                          "./test --preset wil een naam: release, dev, asan, tsan of clang.")});
-    EXPECT_EQ(draai({boom + QStringLiteral("/test"), QStringLiteral("--preset"),
-                     QStringLiteral("zebra")}),
-              2);
-    EXPECT_EQ(fouten, QStringList{QStringLiteral(
-                          "./test --preset wil een naam: release, dev, asan, tsan of clang, niet "
-                          "'zebra'.")});
-    EXPECT_TRUE(gebeurd().isEmpty());
-}
-
-TEST_F(ZorgVoor, AMistypedPresetIsToldOfAndNothingIsBuilt) {
-    const std::pair<const char*, const char*> paren[] = {
-        {"--presett", "is geen optie; bedoelt u --preset?"},
-        {"--prset=asan", "is geen optie; bedoelt u --preset?"},
-        {"-preset", "is geen optie; bedoelt u --preset?"},
-        {"--pre", "is geen optie; bedoelt u --preset?"},
-        {"--presentatie", "is geen optie; bedoelt u --preset?"},
-        {"--preset", "staat vooraan, en maar eenmaal"}};
-    for (const auto& [woord, reden] : paren) {
-        EXPECT_EQ(draai({boom + QStringLiteral("/test"), QStringLiteral("-V"), QLatin1String(woord),
-                         QStringLiteral("asan")}),
-                  2);
-        EXPECT_EQ(fouten, QStringList{QStringLiteral("./test: '%1' %2")
-                                          .arg(QString::fromUtf8(woord).section(u'=', 0, 0),
-                                               QLatin1String(reden))});
-    }
-    EXPECT_TRUE(gebeurd().isEmpty());
-}
-
 TEST_F(ZorgVoor, TheLettersBetweenTwoWordsAreCounted) {
     const std::pair<const char*, const char*> paren[] = {
         {"preset preset", "0"},  {"prset preset", "1"},  {"presett preset", "1"},
@@ -389,41 +251,6 @@ TEST_F(ZorgVoor, TheLettersBetweenTwoWordsAreCounted) {
         EXPECT_EQ(voer(QStringLiteral("afstand ") + QLatin1String(woorden)), 0);
         EXPECT_EQ(uit.trimmed(), QLatin1String(verwacht)) << woorden;
     }
-}
-
-TEST_F(ZorgVoor, RunTakesNoOtherWordThanTheOneForTheDesktop) {
-    for (const char* woord : {"buro", "beureau", ""}) {
-        EXPECT_EQ(draai({boom + QStringLiteral("/run"), QLatin1String(woord)}), 2);
-        EXPECT_EQ(fouten, QStringList{QStringLiteral("./run: '%1' is geen optie; het enige woord "
-                                                     "zonder streepjes is bureau (./run --help "
-                                                     "toont wat er kan)")
-                                          .arg(QLatin1String(woord))});
-    }
-    EXPECT_TRUE(gebeurd().isEmpty());
-}
-
-TEST_F(ZorgVoor, TheTestsByClangWantItsCompilerAndAreTheFastOnes) {
-    isDebian("printf 'install ok installed'");
-    zet("cmake", "exit 0");
-    zet("ninja", "echo 'ninja: no work to do.'");
-    zet("nproc", "echo 3");
-    zet("dbus-run-session", "exit 0");
-    for (const char* preset : {"clang", "release"}) {
-        const bool isClang = qstrcmp(preset, "clang") == 0;
-        EXPECT_EQ(draai({boom + QStringLiteral("/test"), QStringLiteral("--preset"),
-                         QLatin1String(preset), QStringLiteral("-R"), QStringLiteral("x"),
-                         QStringLiteral("--repeat"), QStringLiteral("until-fail:2"),
-                         QStringLiteral("--progress")}),
-                  0);
-        const QString einde = QStringLiteral("-j 3 %1-R x --repeat until-fail:2 --progress\n")
-                                  .arg(isClang ? QStringLiteral("-L ^snel$ ") : QString());
-        EXPECT_TRUE(gebeurd().endsWith(einde)) << qPrintable(gebeurd());
-    }
-    EXPECT_EQ(gebeurd().count(QStringLiteral("${Status} clang\n")), 1);
-    EXPECT_EQ(draai({boom + QStringLiteral("/test"), QStringLiteral("--preset=clang")}), 0);
-    EXPECT_TRUE(
-        gebeurd().endsWith(QStringLiteral("build/clang --output-on-failure -j 3 -L ^snel$\n")))
-        << qPrintable(gebeurd());
 }
 
 }  // namespace
