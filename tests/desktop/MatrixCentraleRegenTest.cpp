@@ -363,7 +363,7 @@ TEST_F(RegenZonderPlaatsen, ARainThatComesWhileAWindowIsToBeReadIsDimFromTheStar
     centrale->toonRegen();
     wachtFade();
     EXPECT_EQ(dekking(), kGedimd);
-    // So is the rain that comes back from below the black screen.
+    // A rain that comes back from below the black screen is dim too.
     centrale->toonZwart(std::nullopt);
     centrale->laatLezen({});
     wachtFade();
