@@ -131,11 +131,17 @@ void BrixtelSaverView::laat(SaverKeuze keuze) {
     huidige_ = keuze;
     if (regen()) return;
     const auto soort = soortUitRuw(ruweWaarde(keuze));
+    tellShown(naam(regent ? SaverKeuze::regen : keuze));
     if (regent)
         toonTafereel(std::nullopt);
     else if (soort)
         toonTafereel(soort);
     if (!eerste) toonOpkomst();
+}
+
+void BrixtelSaverView::zonderDrie() {
+    geenDrie_ = true;
+    tellShown(naam(SaverKeuze::regen));
 }
 
 void BrixtelSaverView::toonOpkomst() {
@@ -161,7 +167,7 @@ void BrixtelSaverView::toonTafereel(std::optional<DrieSoort> soort) {
         TafereelOpties{.soort = soort,
                        .wereld = {.groot = !isPreview(), .rustig = false, .eigenLijnen = false},
                        .regen = [this] { return regenOpties(); },
-                       .bijGeenDrie = [this] { geenDrie_ = true; }},
+                       .bijGeenDrie = [this] { zonderDrie(); }},
         DrieWereldBronnen{.klok = context().clock, .toeval = context().random});
     if (isPreview() && scn()) scn()->setPreferredFramesPerSecond(kBeeldenKlein);
 }

@@ -71,6 +71,8 @@ class BrixtelSaverView : public platform::ScreenSaverView {
     void toon(SaverKeuze keuze);
     void laat(SaverKeuze keuze);
     void wissel();
+    // The rain takes the place of every scene in 3D from here on.
+    void zonderDrie();
     void weg();
     void stopt();
     void stopKlok();

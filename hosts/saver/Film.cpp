@@ -36,6 +36,13 @@ constexpr qsizetype kLangsteReden = 200;
 // The number of lines of progress in a file.
 constexpr int kRegels = 20;
 
+// Where the command gives no rate.
+constexpr int kBeelden = 30;
+
+int beeldenPerSeconde(const Opdracht& opdracht) {
+    return opdracht.filmTempo.value_or(kBeelden);
+}
+
 struct Vorm {
     QLatin1String einde;
     QLatin1String woorden;  // ffmpeg's words between the input and the file
@@ -142,7 +149,7 @@ QString schrijf(const Opdracht& opdracht, const FilmLengte& lengte, Beeldmaker& 
                 Ffmpeg& ffmpeg) {
     Voortgang voortgang(lengte.beelden);
     for (int i = 0; i < lengte.beelden; ++i) {
-        const double tijd = static_cast<double>(i) / opdracht.beeldenPerSeconde;
+        const double tijd = static_cast<double>(i) / beeldenPerSeconde(opdracht);
         const auto beeld = maker.beeld(lengte.begin + tijd);
         if (!beeld || !ffmpeg.neem(beeld->convertToFormat(QImage::Format_RGB32))) {
             voortgang.sluit();
@@ -167,19 +174,18 @@ FilmLengte filmLengte(const Opdracht& opdracht) {
         lengte.duur = start(*soort).lus.duur;
     }
     lengte.beelden =
-        std::max(1, static_cast<int>(std::lround(lengte.duur * opdracht.beeldenPerSeconde)));
+        std::max(1, static_cast<int>(std::lround(lengte.duur * beeldenPerSeconde(opdracht))));
     return lengte;
 }
 
-QStringList ffmpegWoorden(const QString& naam, const QString& bestand, QSize maat,
-                          int beeldenPerSeconde) {
+QStringList ffmpegWoorden(const QString& naam, const QString& bestand, QSize maat, int tempo) {
     QStringList woorden =
         QStringLiteral(
             "-hide_banner -loglevel error -xerror -y -f rawvideo -pix_fmt bgr0 -s %1x%2 "
             "-r %3 -i -")
             .arg(maat.width())
             .arg(maat.height())
-            .arg(beeldenPerSeconde)
+            .arg(tempo)
             .split(QLatin1Char(' '));
     for (const Vorm& vorm : kVormen) {
         if (!naam.endsWith(vorm.einde, Qt::CaseInsensitive)) continue;
@@ -205,7 +211,7 @@ QString maakFilm(const Opdracht& opdracht, const ModuleLader& module) {
             .arg(QString::fromStdString(platform::ScratchFile::folder()), reden(klad.error()));
     Ffmpeg ffmpeg;
     if (!ffmpeg.start(programma, ffmpegWoorden(opdracht.film, QString::fromStdString(klad.path()),
-                                               maker.maat(), opdracht.beeldenPerSeconde)))
+                                               maker.maat(), beeldenPerSeconde(opdracht))))
         return QStringLiteral("ffmpeg wil niet starten");
     if (QString mis = schrijf(opdracht, filmLengte(opdracht), maker, ffmpeg); !mis.isEmpty())
         return mis;

@@ -23,7 +23,7 @@ struct FilmLengte {
 // The arguments of ffmpeg for a film in `bestand`, in the format of the ending of `naam`,
 // from raw pictures (BGRx, `maat` pixels) on its standard input.
 [[nodiscard]] QStringList ffmpegWoorden(const QString& naam, const QString& bestand, QSize maat,
-                                        int beeldenPerSeconde);
+                                        int tempo);
 
 // Makes the command's film with the system's ffmpeg and writes it, whole or not at all.
 // Reports progress on standard error. Needs the application of a Beeldmaker. Returns the

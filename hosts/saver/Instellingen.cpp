@@ -9,6 +9,7 @@
 #include "hosts/gedeeld/Signalen.h"
 #include "hosts/saver/PngBestand.h"
 #include "platform/window/SheetOnWindow.h"
+#include "platform/window/systems/DialogFrame.h"
 
 namespace brixtel {
 
@@ -22,6 +23,8 @@ QString toonInstellingen(const Opdracht& opdracht, const ModuleLader& module, in
     if (!blad) return QStringLiteral("de module BrixtelInstellingen.so ontbreekt");
     if (!opdracht.instellingen.isEmpty()) return schrijfPng(blad->picture(), opdracht.instellingen);
 
+    if (opdracht.boven && !platform::placeOf(*opdracht.boven))
+        return QStringLiteral("er is geen venster %1").arg(opdracht.boven->text);
     // quit() would ask every window first, and this window refuses.
     const Signalen signalen([&](int signaal) {
         doorSignaal = signaal;

@@ -114,8 +114,8 @@ QString zetFps(Opdracht& opdracht, const QString& waarde) {
         opdracht.fps = true;
         return {};
     }
-    opdracht.beeldenPerSeconde = waarde.toInt();
-    if (opdracht.beeldenPerSeconde >= 1 && opdracht.beeldenPerSeconde <= kMeesteBeelden) return {};
+    opdracht.filmTempo = waarde.toInt();
+    if (*opdracht.filmTempo >= 1 && *opdracht.filmTempo <= kMeesteBeelden) return {};
     return QStringLiteral("--fps wil 1 tot %1 beelden per seconde, niet '%2'")
         .arg(kMeesteBeelden)
         .arg(waarde);
@@ -318,7 +318,7 @@ QString controleer(const Opdracht& opdracht, const Gegeven& gegeven) {
     for (const Optie* optie : gegeven)
         if (QString mis = hoortElders(*optie, opdracht); !mis.isEmpty()) return mis;
     if (QString mis = controleerAanroep(opdracht, gegeven); !mis.isEmpty()) return mis;
-    if (opdracht.taak != Taak::Film && opdracht.beeldenPerSeconde != Opdracht().beeldenPerSeconde)
+    if (opdracht.taak != Taak::Film && opdracht.filmTempo)
         return QStringLiteral("--fps met een getal gaat alleen samen met --film");
     if (!opdracht.lijnen.isEmpty() && !keuzesMetLijnen().contains(opdracht.keuze))
         return QStringLiteral("--lijnen gaat alleen samen met --plaatje of --film, en --keuze=%1")

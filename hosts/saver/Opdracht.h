@@ -43,11 +43,11 @@ struct Opdracht {
     QString instellingen;  // the file for a picture of the sheet; empty to show it
     std::optional<platform::WindowRef> boven;  // the window that the sheet belongs to
 
-    QString plaatje;             // the file
-    QString film;                // the file
-    int beeldenPerSeconde = 30;  // of a film
-    bool lus = false;            // the film's end continues into its begin
-    QSize maat{1920, 1080};      // points
+    QString plaatje;               // the file
+    QString film;                  // the file
+    std::optional<int> filmTempo;  // a film's pictures a second; none for the usual rate
+    bool lus = false;              // the film's end continues into its begin
+    QSize maat{1920, 1080};        // points
     double schaal = 1.0;
     double na = 6.0;  // seconds after the start
     QString lijnen;   // file with the globe's lines; empty for this machine's connections

@@ -91,7 +91,6 @@ void Voorstelling::neemKeuze(const QString& keuze) {
     // The pick holds for this run where the store cannot be written.
     if (ruweWaarde(SaverInstellingen::keuze()) != keuze)
         platform::Preferences::setArgument(sleutel, keuze);
-    if (opdracht_.taak == Opdracht::Taak::Venster) doeken_.front().venster->setTitle(titel());
 }
 
 void Voorstelling::bladIsOpen(bool open) {
@@ -119,7 +118,15 @@ void Voorstelling::vul(Doek& doek, const QRectF& vlak, bool voorvertoning) {
     if (opdracht_.fps)
         doek.view->addSubview(
             std::make_shared<BeeldTeller>(server_.clock(), doek.view->bounds().height()));
+    if (opdracht_.taak == Opdracht::Taak::Venster) volgTitel(doek);
     doek.view->saver()->startAnimation();
+}
+
+void Voorstelling::volgTitel(Doek& doek) {
+    doek.view->saver()->onShown([this, eerste = doek.venster.get()](const QString& naam) {
+        titel_ = naam;
+        (doeken_.empty() ? eerste : doeken_.front().venster.get())->setTitle(naam);
+    });
 }
 
 void Voorstelling::toonOp(const Screen& scherm) {
@@ -155,14 +162,9 @@ void Voorstelling::volgSchermen() {
     }
 }
 
-// The window's title; the desktop adds the program's name.
-QString Voorstelling::titel() const {
-    return naam(SaverInstellingen::keuze());
-}
-
 void Voorstelling::maakVenster(Doek& doek, platform::WindowStyle stijl, const QRectF& frame) {
     doek.venster = std::make_unique<Window>(
-        server_, platform::WindowOptions{.frame = frame, .style = stijl, .title = titel()});
+        server_, platform::WindowOptions{.frame = frame, .style = stijl, .title = titel_});
     doek.venster->onClose([this] { einde(); });
 }
 
@@ -172,6 +174,7 @@ void Voorstelling::toonVenster() {
     const QPointF midden = scherm ? scherm->frame.center() : QPointF(0, 0);
     const QPointF hoek = midden - QPointF(maat.width() / 2.0, maat.height() / 2.0);
     Doek doek;
+    titel_ = naam(SaverInstellingen::keuze());
     maakVenster(doek, platform::WindowStyle::Titled, QRectF(hoek, maat));
     doek.venster->showWithKeyboard();
     vul(doek, {QPointF(0, 0), maat}, opdracht_.voorvertoning);

@@ -54,7 +54,8 @@ class Voorstelling {
     // Moves the view into a window of that style, in a later turn of the event loop.
     void straksAls(platform::WindowStyle stijl);
     void maakVenster(Doek& doek, platform::WindowStyle stijl, const QRectF& frame);
-    [[nodiscard]] QString titel() const;
+    // Names the window after the scene that shows.
+    void volgTitel(Doek& doek);
     void toonBijGastheer();
     void vul(Doek& doek, const QRectF& vlak, bool voorvertoning);
     void toonInstellingen(const platform::Window& bij);
@@ -68,6 +69,7 @@ class Voorstelling {
     const platform::ScreenSaverContext context_;
     std::function<void()> onEinde_;
     bool zonderVenster_ = false;
+    QString titel_;          // of the program's own window; the desktop adds the program's name
     bool volledig_ = false;  // the program's own window fills the screen
     QRectF eigenFrame_;      // the own window's frame outside full screen
     std::shared_ptr<Voorstelling*> zelf_ = std::make_shared<Voorstelling*>(this);

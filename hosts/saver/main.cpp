@@ -156,7 +156,8 @@ int film(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
 
 // Shows the saver until something ends it. Returns the signal that did, or 0; a value below
 // 0 is an exit status.
-int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QString& bus) {
+int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QString& bus,
+         brixtel::LopendeSaver& lopend) {
     platform::SystemClock klok;
     const double begin = klok.now() - platform::secondsSinceProcessStart();
     auto toeval = opdracht.zaad ? platform::RandomSource(*opdracht.zaad)
@@ -169,7 +170,10 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
                                          .system = platform::openWindowSystem(klok),
                                          .pictures = beelden ? &*beelden : nullptr});
     if (!server.isConnected()) return -meldNaam(QString::fromUtf8(kGeenScherm), kFout);
-    server.onConnectionLost([&server] { std::_Exit(uitgangNaVerlies(server)); });
+    server.onConnectionLost([&] {
+        lopend.laatLos();
+        std::_Exit(uitgangNaVerlies(server));
+    });
     if (!opdracht.volleSnelheid)
         server.limitWork({.share = platform::WorkBudget::shareOf(platform::processorCount())},
                          platform::processCpuSeconds);
@@ -256,7 +260,7 @@ int instellingen(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
     return -doorSignaal;
 }
 
-int start(int argc, char** argv, const Opdracht& opdracht) {
+int start(int argc, char** argv, const Opdracht& opdracht, brixtel::LopendeSaver& lopend) {
     platform::useOnly(opdracht.venstersysteem);
     if (opdracht.taak == Opdracht::Taak::Gastheer) platform::useOnlyForHosts();
     std::optional<platform::DisplayCheck> scherm;
@@ -284,7 +288,7 @@ int start(int argc, char** argv, const Opdracht& opdracht) {
     if (opdracht.taak == Opdracht::Taak::Plaatje) return plaatje(opdracht, module);
     if (opdracht.taak == Opdracht::Taak::Film) return film(opdracht, module);
     if (opdracht.taak == Opdracht::Taak::Instellingen) return instellingen(opdracht, module);
-    return -toon(opdracht, module, bus);
+    return -toon(opdracht, module, bus, lopend);
 }
 
 }  // namespace
@@ -330,7 +334,7 @@ int main(int argc, char** argv) {
                                   brixtel::SaverInstellingen::moduleNaam);
     // Qt gets no arguments: it would take this program's options for its own.
     int geen = 1;
-    const int uitgang = start(geen, argv, opdracht);
+    const int uitgang = start(geen, argv, opdracht, lopend);
     lopend.laatLos();
     if (uitgang < 0) brixtel::Signalen::eindigDoor(-uitgang);
     // The host waits for the end, and unloading the libraries looks up every font.

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <memory>
+#include <utility>
 
 #include "platform/session/DistributedNotificationCenter.h"
 #include "platform/time/RandomSource.h"
@@ -51,7 +53,14 @@ class ScreenSaverView : public View {
     // sheet.
     virtual void takePick(const QString&) {}
 
+    // Sets what is called with a scene's name for the user, each time the view puts up a
+    // scene. Nothing is called for the scene that is up already.
+    void onShown(std::function<void(const QString&)> action) { onShown_ = std::move(action); }
+
   protected:
+    void tellShown(const QString& name) const {
+        if (onShown_) onShown_(name);
+    }
     [[nodiscard]] const ScreenSaverContext& context() const { return context_; }
 
   private:
@@ -59,6 +68,7 @@ class ScreenSaverView : public View {
 
     const ScreenSaverContext context_;
     const bool isPreview_;
+    std::function<void(const QString&)> onShown_;
     bool animating_ = false;
     double interval_ = 1.0 / 30.0;
     Timer timer_;

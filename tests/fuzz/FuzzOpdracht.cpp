@@ -19,7 +19,7 @@ void eisGoed(const Opdracht& opdracht) {
     eis(std::isfinite(opdracht.schaal) && opdracht.schaal > 0.0);
     eis(std::isfinite(opdracht.na) && opdracht.na >= 0.0);
     eis(!opdracht.seconden || (std::isfinite(*opdracht.seconden) && *opdracht.seconden >= 0.0));
-    eis(opdracht.beeldenPerSeconde > 0);
+    eis(opdracht.filmTempo.value_or(1) > 0);
     eis(opdracht.keuze.isEmpty() || brixtel::keuzeUitRuw(opdracht.keuze));
 }
 

@@ -31,6 +31,9 @@ open_chroot() {
   for map in proc sys; do mount --rbind --make-rslave "/$map" "$1/$map"; done
   mkdir -p "$1/dev/shm" "$1/dev/pts"
   mount -t tmpfs tmpfs "$1/dev/shm"
+  # Terminals of its own: the machine's cannot be opened from a chroot.
+  mount -t devpts -o newinstance,ptmxmode=0666,mode=0620,gid=5 devpts "$1/dev/pts"
+  ln -sfn pts/ptmx "$1/dev/ptmx"
   cp /etc/resolv.conf "$1/etc/resolv.conf"
 }
 
@@ -51,7 +54,7 @@ in_systeem() {
 # sluit_chroot FOLDER: takes that away again.
 sluit_chroot() {
   local map
-  for map in dev/shm proc sys; do
+  for map in dev/pts dev/shm proc sys; do
     if mountpoint -q "$1/$map"; then umount -R "$1/$map"; fi
   done
 }

@@ -226,7 +226,8 @@ TEST_F(OpWayland, DuizendKlikkenGaanDoorDeRegenNaarEenTerminal) {
     wltest::VirtualPointer muis(sway.address());
     ASSERT_TRUE(muis.isThere());
     eigenaar.opWayland(sway.address()).start({QStringLiteral("--toon-regen")});
-    ASSERT_TRUE(isRegen(sway, "HEADLESS-1")) << eigenaar.fouten().toStdString();
+    ASSERT_TRUE(isRegen(sway, "HEADLESS-1"))
+        << eigenaar.fouten().toStdString() << terminal.fouten().toStdString();
     // The first clicks are only sure once the terminal knows of the mouse.
     const auto klik = [&](int x, int y) {
         muis.moveTo({x, y}, {640, 480});

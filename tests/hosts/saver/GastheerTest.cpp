@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 
+#include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -151,6 +152,21 @@ TEST_F(Gastheer, TheServersDeathEndsItQuietly) {
     EXPECT_TRUE(programma.wacht());
     EXPECT_FALSE(programma.doorSignaal());
     EXPECT_TRUE(programma.fouten().isEmpty());
+}
+
+// A full-screen saver holds its display's place by a file.
+TEST_F(Gastheer, TheServersDeathLeavesNoFileOfAFullScreenSaver) {
+    programma.zet(QStringLiteral("XDG_RUNTIME_DIR"), programma.map());
+    const auto plaatsen = [&] {
+        return QDir(programma.map()).entryList({QStringLiteral("brixtel-saver-*")});
+    };
+    programma.start({QStringLiteral("--keuze=regen")});
+    ASSERT_TRUE(until([&] { return isRegen(server.picture(server.screen().root)); }));
+    ASSERT_EQ(plaatsen().size(), 1);
+    server.kill();
+    EXPECT_TRUE(programma.wacht());
+    EXPECT_EQ(programma.uitgang(), 0);
+    EXPECT_EQ(plaatsen(), QStringList());
 }
 
 TEST_F(Gastheer, MeasuresItselfWhenAsked) {

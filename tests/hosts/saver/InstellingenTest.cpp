@@ -8,6 +8,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
+#include <algorithm>
+#include <array>
 
 #include "tests/hosts/saver/Scherm.h"
 
@@ -62,17 +64,14 @@ class Instellingen : public Scherm {
             },
             20'000);
     }
-    // The program's only window has that name.
+    // The name of the program's only window.
+    QByteArray titelVan() const {
+        return hulp({QStringLiteral("xdotool"), QStringLiteral("search"),
+                     QStringLiteral("--onlyvisible"), QStringLiteral("--class"),
+                     QStringLiteral("^brixtel-saver$"), QStringLiteral("getwindowname")});
+    }
     bool heet(const char* naam) {
-        return until(
-            [&] {
-                const QByteArray titel =
-                    hulp({QStringLiteral("xdotool"), QStringLiteral("search"),
-                          QStringLiteral("--onlyvisible"), QStringLiteral("--class"),
-                          QStringLiteral("^brixtel-saver$"), QStringLiteral("getwindowname")});
-                return titel.startsWith(naam);
-            },
-            20'000);
+        return until([&] { return titelVan().startsWith(naam); }, 20'000);
     }
     bool vultHetScherm() {
         return until(
@@ -171,6 +170,26 @@ TEST_F(Instellingen, InAWindowTheKeyIBringsItTooAndTheTitleFollows) {
     EXPECT_TRUE(toont(1));
     EXPECT_TRUE(heet("Matrix-regen"));
     EXPECT_TRUE(programma.loopt());
+}
+
+TEST_F(Instellingen, AWindowThatChangesItsSceneIsNamedAfterTheScene) {
+    bewaar("wisselend");
+    programma.start({QStringLiteral("--venster=400x300")});
+    ASSERT_TRUE(toont(1));
+    constexpr std::array kScenes{"Matrix-regen", "Wereldbol met verbindingen", "Kubus van bits",
+                                 "Matrix-tunnel", "Brixtel-logo"};
+    EXPECT_TRUE(until([&] {
+        const QByteArray titel = titelVan();
+        return std::any_of(kScenes.begin(), kScenes.end(),
+                           [&](const char* scene) { return titel.startsWith(scene); });
+    })) << titelVan().toStdString();
+}
+
+TEST_F(Instellingen, AboveAWindowThatDoesNotExistThereIsNoSheet) {
+    programma.start({QStringLiteral("--instellingen"), QStringLiteral("--boven=99999999")});
+    ASSERT_TRUE(programma.wacht());
+    EXPECT_EQ(programma.uitgang(), 1);
+    EXPECT_EQ(programma.fouten(), QByteArray("brixtel-saver: er is geen venster 99999999\n"));
 }
 
 TEST_F(Instellingen, APickHoldsForThisRunWhereItCannotBeStored) {

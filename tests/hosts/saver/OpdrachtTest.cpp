@@ -299,21 +299,14 @@ TEST(Opdracht, EveryOptionHasAPlaceAndNoOther) {
                                      "--film=a.mp4 --keuze=bol --seconden=2"};
     // One column per call: 1 where the option belongs.
     const std::pair<const char*, const char*> rijen[] = {
-        {"--voorvertoning", "1100001"},
-        {"--meet", "1000000"},
-        {"--fps", "1000000"},
-        {"--fps=20", "0000001"},
-        {"--boven=5", "0001000"},
-        {"--keuze=bol", "1100001"},
-        {"--volle-snelheid", "1000000"},
-        {"--tekenaar=cpu", "1100001"},
-        {"--maat=8x8", "0100001"},
-        {"--schaal=2", "0110001"},
-        {"--na=1", "0100001"},
-        {"--seconden=1", "1000001"},
-        {"--zaad=1", "0100001"},
-        {"--lijnen=a.json", "0100001"},
-        {"--venstersysteem=auto", "1001000"},
+        {"--voorvertoning", "1100001"}, {"--meet", "1000000"},
+        {"--fps", "1000000"},           {"--fps=20", "0000001"},
+        {"--fps=30", "0000001"},        {"--boven=5", "0001000"},
+        {"--keuze=bol", "1100001"},     {"--volle-snelheid", "1000000"},
+        {"--tekenaar=cpu", "1100001"},  {"--maat=8x8", "0100001"},
+        {"--schaal=2", "0110001"},      {"--na=1", "0100001"},
+        {"--seconden=1", "1000001"},    {"--zaad=1", "0100001"},
+        {"--lijnen=a.json", "0100001"}, {"--venstersysteem=auto", "1001000"},
     };
     for (const auto& [optie, past] : rijen)
         for (std::size_t i = 0; i < std::size(aanroepen); ++i) {

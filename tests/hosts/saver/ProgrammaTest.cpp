@@ -212,6 +212,16 @@ TEST(Programma, AStillThatCannotBeWrittenLeavesNothingBehind) {
     EXPECT_FALSE(QFileInfo::exists(map));
 }
 
+TEST(Programma, AStillThatCannotBeWrittenIsSaidBeforeAnythingIsReadOrDrawn) {
+    Programma programma;
+    programma.draai({QStringLiteral("--plaatje=/er/niet/beeld.png"), QStringLiteral("--keuze=bol"),
+                     QStringLiteral("--lijnen=/er/ook/niet.json")});
+    EXPECT_EQ(programma.uitgang(), 1);
+    const QByteArray fouten = programma.fouten();
+    EXPECT_EQ(fouten.count('\n'), 1) << fouten.constData();
+    EXPECT_TRUE(fouten.contains("/er/niet/beeld.png")) << fouten.constData();
+}
+
 // The words before a program's, so that every write to a disk fails.
 QStringList volleSchijf() {
     return {QStringLiteral("/bin/sh"), QStringLiteral("-c"),
