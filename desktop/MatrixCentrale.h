@@ -70,6 +70,10 @@ class MatrixCentrale {
 
     // --- the effects ---
 
+    // The opacity of a rain that dims for a window to be read: text of the theme's middle green
+    // keeps a contrast of 4.5 : 1 to the brightest digit.
+    static constexpr double kGedimd = 0.15;
+
     // Shows the black screen: a scene, or the rain without a kind.
     void toonZwart(std::optional<DrieSoort> drie);
     void sluitZwart();
@@ -82,9 +86,10 @@ class MatrixCentrale {
     // Gives a shown desktop rain the present `snelheid` at once. Another `dichtheid` comes as a
     // cross-fade to a new rain, within a third of a second.
     void pasRegenAan();
-    // Keeps the desktop rain out of this rectangle, in the space of Screen::frame; an empty
-    // rectangle ends that.
-    void laatVrij(const QRectF& vlak);
+    // Keeps the window at this rectangle, in the space of Screen::frame, readable through the
+    // desktop rain. The rain stays out of the rectangle. Where the window system tells no
+    // window's place, the whole rain fades to kGedimd instead. An empty rectangle ends both.
+    void laatLezen(const QRectF& vlak);
     void sluitAlles();
 
     [[nodiscard]] bool zwartAan() const { return !zwart_.empty(); }
@@ -163,6 +168,8 @@ class MatrixCentrale {
     void vervaag(Regen& regen);
     void rondOvergangAf();
     void zetVrij(const Regen& regen) const;
+    [[nodiscard]] bool kentPlaatsen() const;
+    [[nodiscard]] double regenDekking() const;
     void toonRegenVenster(Regen& regen);
     // The reason why this desktop can never have the rain; none where it can.
     [[nodiscard]] std::optional<RegenStand> regenBeletsel() const;
@@ -189,7 +196,7 @@ class MatrixCentrale {
     platform::Timer muziekKlok_;
     std::vector<Regen> regen_;
     platform::Timer overgangKlok_;  // the end of a cross-fade to another density
-    QRectF vrij_;                   // kept free by the desktop rain
+    QRectF lezen_;                  // of the window that the desktop rain leaves readable
     std::optional<platform::RunningApplication> vorigeApp_;
     bool cursorWeg_ = false;
 

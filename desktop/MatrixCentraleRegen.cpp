@@ -138,19 +138,32 @@ void MatrixCentrale::rondOvergangAf() {
     pasRegenAan();
 }
 
-void MatrixCentrale::laatVrij(const QRectF& vlak) {
-    if (vlak == vrij_) return;
-    vrij_ = vlak;
+void MatrixCentrale::laatLezen(const QRectF& vlak) {
+    if (vlak == lezen_) return;
+    const double eerst = regenDekking();
+    lezen_ = vlak;
     for (const Regen& regen : regen_)
         zetVrij(regen);
+    if (zwartAan() || regenDekking() == eerst) return;
+    for (const Regen& regen : regen_)
+        if (regen.venster->isVisible()) regen.venster->fadeTo(regenDekking());
 }
 
-// The rain shows in four bands around the free rectangle.
+bool MatrixCentrale::kentPlaatsen() const {
+    return bronnen_.server.system().capabilities().placesWindows;
+}
+
+// The opacity of a rain that nothing hides.
+double MatrixCentrale::regenDekking() const {
+    return lezen_.isEmpty() || kentPlaatsen() ? 1.0 : kGedimd;
+}
+
+// The rain shows in four bands around the window to be read.
 void MatrixCentrale::zetVrij(const Regen& regen) const {
     const QRectF scherm = regen.scherm.frame;
-    const QRectF vrij = (vrij_ & scherm).translated(-scherm.topLeft());
+    const QRectF vrij = (lezen_ & scherm).translated(-scherm.topLeft());
     const auto& laag = regen.venster->contentView()->layer();
-    if (vrij.isEmpty()) return laag->setMask(nullptr);
+    if (vrij.isEmpty() || !kentPlaatsen()) return laag->setMask(nullptr);
     const double breed = scherm.width(), hoog = scherm.height();
     auto masker = std::make_shared<platform::Layer>();
     masker->setFrame({0.0, 0.0, breed, hoog});
@@ -171,7 +184,7 @@ void MatrixCentrale::toonRegenVenster(Regen& regen) {
     regen.venster->setFrame(regen.scherm.frame);
     regen.venster->show();
     Bovenlaag::zet(*regen.venster);
-    if (!zwartAan()) regen.venster->fadeTo(1.0);
+    if (!zwartAan()) regen.venster->fadeTo(regenDekking());
 }
 
 std::optional<RegenStand> MatrixCentrale::regenBeletsel() const {

@@ -103,7 +103,7 @@ void MatrixCentrale::sluitZwart() {
     if (const auto app = std::exchange(vorigeApp_, std::nullopt))
         bronnen_.werkruimte.activate(*app);
     for (const Regen& regen : regen_)
-        regen.venster->fadeTo(1.0);
+        regen.venster->fadeTo(regenDekking());
     if (onZwart) onZwart(false);
 }
 

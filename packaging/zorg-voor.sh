@@ -2,22 +2,24 @@
 # and how they build. Each trouble is told in one line on standard error.
 
 # Reads the list for the phases given. Sets `pakketten` (Debian's) and `dingen`
-# ("kind name arch", one per line of the list).
+# ("kind name arch fedora opensuse", one per line of the list).
 lees_benodigd() {
-  local fase soort naam debian arch
+  local fase soort naam debian elders
   pakketten=() dingen=()
-  while read -r fase soort naam debian arch; do
+  while read -r fase soort naam debian elders; do
     case " $* " in *" $fase "*) ;; *) continue ;; esac
     [ "$debian" = - ] || pakketten+=("$debian")
-    [ "$soort" = deb ] || dingen+=("$soort $naam $arch")
+    [ "$soort" = deb ] || dingen+=("$soort $naam $elders")
   done <packaging/benodigd
 }
 
-# heeft KIND NAME: whether the program or the module is there.
+# heeft KIND NAME: whether the program, the module, or the package of rpm or of pacman is there.
 heeft() {
   case $1 in
     prog) command -v "$2" >/dev/null ;;
     pc) pkg-config --exists "$2" 2>/dev/null ;;
+    rpm) rpm -q "$2" >/dev/null 2>&1 ;;
+    pacman) pacman -Q "$2" >/dev/null 2>&1 ;;
   esac
 }
 
@@ -70,28 +72,46 @@ zorg_met_apt() {
   return 1
 }
 
+# The first package manager of this system whose packages the list names; nothing for none.
+beheer() {
+  local naam
+  for naam in dnf zypper pacman; do
+    if command -v "$naam" >/dev/null; then
+      echo "$naam"
+      return
+    fi
+  done
+}
+
 # Elsewhere: says what is missing, and which command installs it.
 zorg_elders() {
-  local ding soort naam arch namen=() vragen=() arch_namen=()
+  local ding soort naam arch fedora opensuse vraag beheer namen=() vragen=()
+  beheer=$(beheer)
   for ding in "${dingen[@]}"; do
-    read -r soort naam arch <<<"$ding"
-    heeft "$soort" "$naam" && continue
-    namen+=("$naam")
-    arch_namen+=("$arch")
-    case $soort in
-      prog) vragen+=("/usr/bin/$naam") ;;
-      pc) vragen+=("'pkgconfig($naam)'") ;;
+    read -r soort naam arch fedora opensuse <<<"$ding"
+    case $beheer-$soort in
+      dnf-pak) vraag=$fedora ;;
+      zypper-pak) vraag=$opensuse ;;
+      pacman-*) vraag=$arch ;;
+      # Only a package manager knows of packages.
+      -pak) continue ;;
+      *-prog) vraag=/usr/bin/$naam ;;
+      *-pc) vraag="'pkgconfig($naam)'" ;;
     esac
+    case $beheer-$soort in
+      pacman-pak) heeft pacman "$vraag" && continue ;;
+      *-pak) heeft rpm "$vraag" && continue ;;
+      *) heeft "$soort" "$naam" && continue ;;
+    esac
+    namen+=("$naam")
+    vragen+=("$vraag")
   done
   [ ${#namen[@]} -eq 0 ] && return 0
   local opdracht="installeer dat met het pakketbeheer van dit systeem"
-  if command -v dnf >/dev/null; then
-    opdracht="sudo dnf install ${vragen[*]}"
-  elif command -v zypper >/dev/null; then
-    opdracht="sudo zypper install ${vragen[*]}"
-  elif command -v pacman >/dev/null; then
-    opdracht="sudo pacman -S --needed $(eenmaal "${arch_namen[@]}")"
-  fi
+  case $beheer in
+    dnf | zypper) opdracht="sudo $beheer install ${vragen[*]}" ;;
+    pacman) opdracht="sudo pacman -S --needed $(eenmaal "${vragen[@]}")" ;;
+  esac
   echo "Er ontbreekt: ${namen[*]} — $opdracht" >&2
   return 1
 }
@@ -177,4 +197,22 @@ bouw() {
 # scenes: the raw values of all scenes, from the table.
 scenes() {
   sed -nE 's/^(VLAK|DRIE)\(([a-z]+),.*/\2/p' worlds/Scenes.def
+}
+
+# afstand WORD OTHER: how many letters to add, drop or change in one to get the other.
+afstand() {
+  local een=$1 ander=$2 i j kost vorige rij=()
+  for ((j = 0; j <= ${#ander}; ++j)); do rij[j]=$j; done
+  for ((i = 1; i <= ${#een}; ++i)); do
+    vorige=("${rij[@]}")
+    rij[0]=$i
+    for ((j = 1; j <= ${#ander}; ++j)); do
+      kost=1
+      [ "${een:i-1:1}" = "${ander:j-1:1}" ] && kost=0
+      rij[j]=$((vorige[j - 1] + kost))
+      [ $((vorige[j] + 1)) -lt "${rij[j]}" ] && rij[j]=$((vorige[j] + 1))
+      [ $((rij[j - 1] + 1)) -lt "${rij[j]}" ] && rij[j]=$((rij[j - 1] + 1))
+    done
+  done
+  echo "${rij[-1]}"
 }

@@ -3,22 +3,16 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
+#include <cerrno>
 
 #include "hosts/gedeeld/Uitvoer.h"
+#include "platform/files/InputFile.h"
 
 namespace brixtel {
 
 namespace {
-
-QString map() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/autostart");
-}
-
-QString bestand() {
-    return map() + QStringLiteral("/nl.groenlicht.brixtel.bureau.desktop");
-}
 
 // Any text as a string of the file.
 QString ontsnapt(QString woord) {
@@ -34,10 +28,35 @@ QString aangehaald(QString woord) {
     return u'"' + woord.replace(u'%', QStringLiteral("%%")) + u'"';
 }
 
+// Whether the text is an entry that starts its program. Desktops write either key to switch an
+// entry off; of a key that comes twice the last counts.
+bool isStart(const QByteArray& tekst) {
+    bool inGroep = false, isIngang = false, verborgen = false, gebruikt = true;
+    for (const QByteArray& ruw : tekst.split('\n')) {
+        const QByteArray regel = ruw.trimmed();
+        if (regel.startsWith('[')) inGroep = regel == "[Desktop Entry]";
+        isIngang = isIngang || inGroep;
+        const auto is = regel.indexOf('=');
+        if (!inGroep || is < 0) continue;
+        const QByteArray sleutel = regel.left(is).trimmed(), waarde = regel.mid(is + 1).trimmed();
+        if (sleutel == "Hidden") verborgen = waarde == "true" || waarde == "1";
+        if (sleutel == "X-GNOME-Autostart-enabled") gebruikt = waarde != "false" && waarde != "0";
+    }
+    return isIngang && !verborgen && gebruikt;
+}
+
 }  // namespace
 
+QString Autostart::bestand() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/autostart/nl.groenlicht.brixtel.bureau.desktop");
+}
+
 bool Autostart::isAan() {
-    return QFile::exists(bestand());
+    const platform::FileContent gelezen =
+        platform::readRegularFile(QFile::encodeName(bestand()).toStdString(), kGrootste);
+    if (gelezen.error == EFBIG) return true;
+    return gelezen.error == 0 && isStart(QByteArray::fromStdString(gelezen.bytes));
 }
 
 QString Autostart::zet(bool aan, const QString& programma) {
@@ -52,7 +71,7 @@ QString Autostart::zet(bool aan, const QString& programma) {
             "TryExec=%2\nExec=%1 "
             "--dienst\nIcon=brixtel-saver\nTerminal=false\nX-GNOME-Autostart-Delay=2\n")
             .arg(aangehaald(programma), ontsnapt(programma));
-    QDir().mkpath(map());
+    QDir().mkpath(QFileInfo(bestand()).path());
     return schrijfBestand(bestand(), tekst.toUtf8());
 }
 

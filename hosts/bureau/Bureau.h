@@ -79,9 +79,8 @@ class Bureau {
     // Brings a window of this program to the front, from any virtual desktop.
     void activeer(const platform::WindowRef& venster) { werkruimte_.activate({.window = venster}); }
 
-    // Keeps the desktop rain out of this rectangle, in the space of Screen::frame, so that a
-    // window there can be read. An empty rectangle ends that.
-    void laatVrij(const QRectF& vlak) { centrale_.laatVrij(vlak); }
+    // Keeps a window readable through the desktop rain, as in MatrixCentrale.
+    void laatLezen(const QRectF& vlak) { centrale_.laatLezen(vlak); }
 
     // Listens to the music also while no black screen shows, as long as the choice is to
     // follow the music. For a panel that shows the loudness and the beats.

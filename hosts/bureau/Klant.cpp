@@ -6,6 +6,7 @@
 #include <QDBusMessage>
 #include <QDBusReply>
 
+#include "hosts/bureau/Autostart.h"
 #include "hosts/bureau/BureauDienst.h"
 #include "hosts/bureau/GetalTekst.h"
 
@@ -46,7 +47,7 @@ QString foutTekst(const QDBusMessage& antwoord, Vraagt vraagt) {
     return antwoord.errorMessage();
 }
 
-QString standTekst(const QVariantMap& eigenschappen) {
+QString standTekst(const QVariantMap& eigenschappen, bool autostart) {
     const auto waarde = [&](const char* naam) { return eigenschappen.value(QLatin1String(naam)); };
     QString zwart = aanUit(waarde("ZwartAan").toBool());
     if (waarde("ZwartAan").toBool())
@@ -58,7 +59,8 @@ QString standTekst(const QVariantMap& eigenschappen) {
            regel("dichtheid", procentTekst(waarde("Dichtheid").toDouble())) +
            regel("snelheid", keerTekst(waarde("Snelheid").toDouble())) +
            regel("muziek", aanUit(waarde("Muziek").toBool())) +
-           regel("na rust", rustTekst(waarde("Rust").toInt(), waarde("RustUitleg").toString()));
+           regel("na rust", rustTekst(waarde("Rust").toInt(), waarde("RustUitleg").toString())) +
+           regel("start bij het aanmelden", aanUit(autostart));
 }
 
 bool Klant::isEr() const {
@@ -94,7 +96,7 @@ QString Klant::stand(QString& mis) const {
         mis = foutTekst(antwoord, Vraagt::Stand);
         return {};
     }
-    return standTekst(qdbus_cast<QVariantMap>(antwoord.arguments().value(0)));
+    return standTekst(qdbus_cast<QVariantMap>(antwoord.arguments().value(0)), Autostart::isAan());
 }
 
 }  // namespace brixtel

@@ -41,7 +41,8 @@ enum class Vraagt { Daad, Stand };
 // English.
 [[nodiscard]] QString foutTekst(const QDBusMessage& antwoord, Vraagt vraagt);
 
-// The lines of --stand for the properties of the bus's object.
-[[nodiscard]] QString standTekst(const QVariantMap& eigenschappen);
+// The lines of --stand for the properties of the bus's object. `autostart` says whether the
+// session starts the program.
+[[nodiscard]] QString standTekst(const QVariantMap& eigenschappen, bool autostart);
 
 }  // namespace brixtel

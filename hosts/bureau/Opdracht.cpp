@@ -33,10 +33,7 @@ Optie metSoort(QLatin1String naam, const QString& methode) {
     return {naam, Waarde::Mag, vorm,
             [=](BureauOpdracht& o, const QString& waarde) {
                 ZwartSoort soort;
-                if (!leesSoort(waarde, soort))
-                    return QStringLiteral("--%1 kent %2, niet '%3'")
-                               .arg(naam, opsomming(zwartWoorden(), QLatin1String("en")), waarde) +
-                           bedoeldVraag(waarde, zwartWoorden());
+                if (!leesSoort(waarde, soort)) return kentNiet(naam, zwartWoorden(), waarde);
                 // The bus carries no null string, so the value is an empty one.
                 o.verzoeken.push_back({methode, {waarde + QLatin1String("")}});
                 return QString();
@@ -61,7 +58,7 @@ Optie metGetal(QLatin1String naam, const QString& methode, double laag, double h
 QString leesAanUit(bool& aan, const QString& waarde, QLatin1String naam) {
     aan = waarde == u"aan";
     if (aan || waarde == u"uit") return {};
-    return QStringLiteral("--%1 kent aan en uit, niet '%2'").arg(naam, waarde);
+    return kentNiet(naam, {QStringLiteral("aan"), QStringLiteral("uit")}, waarde);
 }
 
 QString zetMuziek(BureauOpdracht& opdracht, const QString& waarde) {

@@ -36,6 +36,12 @@ QString onbekend(const QString& woord, const QStringList& namen) {
            bedoeldVraag(isOptie ? optieNaam(woord) : woord, namen, QLatin1String("--"));
 }
 
+QString kentNiet(QLatin1String naam, const QStringList& woorden, const QString& waarde) {
+    return QStringLiteral("--%1 kent %2, niet '%3'")
+               .arg(naam, opsomming(woorden, QLatin1String("en")), waarde) +
+           bedoeldVraag(waarde, woorden);
+}
+
 std::optional<double> leesGetal(const QString& tekst, double laag, double hoog) {
     bool goed = false;
     const double getal = QString(tekst).replace(u',', u'.').toDouble(&goed);
@@ -77,8 +83,7 @@ QString zetNaam(QString& doel, const QString& waarde, QLatin1String naam,
     const QString automatisch = QStringLiteral("auto");
     doel = waarde == automatisch ? QString() : waarde;
     if (doel.isEmpty() ? waarde == automatisch : namen.contains(waarde)) return {};
-    return QStringLiteral("--%1 kent %2 en auto, niet '%3'")
-        .arg(naam, namen.join(QStringLiteral(", ")), waarde);
+    return kentNiet(naam, namen + QStringList(automatisch), waarde);
 }
 
 }  // namespace brixtel

@@ -57,6 +57,10 @@ QString zetNaam(QString& doel, const QString& waarde, QLatin1String naam, const 
 [[nodiscard]] QString bedoeldVraag(const QString& woord, const QStringList& woorden,
                                    QLatin1String voor = {});
 
+// The error for a value of the option `naam` that is none of `woorden`, with the nearest word.
+[[nodiscard]] QString kentNiet(QLatin1String naam, const QStringList& woorden,
+                               const QString& waarde);
+
 // The error for a word that names no option.
 [[nodiscard]] QString onbekend(const QString& woord, const QStringList& namen);
 

@@ -44,10 +44,7 @@ QString zetMaat(QSize& doel, const QString& waarde, QLatin1String naam) {
 }
 
 QString zetKeuze(Opdracht& opdracht, const QString& waarde) {
-    if (!keuzeUitRuw(waarde))
-        return QStringLiteral("--keuze kent %1, niet '%2'")
-                   .arg(opsomming(keuzeWoorden(), QLatin1String("en")), waarde) +
-               bedoeldVraag(waarde, keuzeWoorden());
+    if (!keuzeUitRuw(waarde)) return kentNiet(QLatin1String("keuze"), keuzeWoorden(), waarde);
     opdracht.keuze = waarde;
     return {};
 }
@@ -61,7 +58,9 @@ QString zetTekenaar(Opdracht& opdracht, const QString& waarde) {
     else if (waarde == QLatin1String("cpu"))
         opdracht.tekenaar = DrawerChoice::Cpu;
     else
-        return QStringLiteral("--tekenaar kent gl, cpu en auto, niet '%1'").arg(waarde);
+        return kentNiet(QLatin1String("tekenaar"),
+                        {QStringLiteral("gl"), QStringLiteral("cpu"), QStringLiteral("auto")},
+                        waarde);
     return {};
 }
 
@@ -137,7 +136,8 @@ QString zetBoven(Opdracht& opdracht, const QString& waarde) {
 
 QString zetVerbindingen(Opdracht& opdracht, const QString& waarde) {
     if (!waarde.isEmpty() && waarde != QLatin1String("json"))
-        return QStringLiteral("--verbindingen kent alleen json, niet '%1'").arg(waarde);
+        return QStringLiteral("--verbindingen kent alleen json, niet '%1'").arg(waarde) +
+               bedoeldVraag(waarde, {QStringLiteral("json")});
     opdracht.json = !waarde.isEmpty();
     return zetTaak(opdracht, Taak::Verbindingen, QLatin1String("verbindingen"));
 }

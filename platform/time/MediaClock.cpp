@@ -140,16 +140,16 @@ void SystemClock::rearm() {
 }
 
 void ManualClock::advance(double seconds) {
-    const double target = now_ + seconds;
+    const double target = now() + seconds;
     for (double due = earliestDue(); due <= target; due = earliestDue()) {
-        now_ = std::max(now_, due);
+        now_ = std::max(now(), due);
         fireDue();
     }
     now_ = target;
 }
 
 void ManualClock::leap(double seconds) {
-    now_ += seconds;
+    now_ = now() + seconds;
     fireDue();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <vector>
 
@@ -12,8 +13,8 @@ struct TimerState;
 // the time; nothing else in the program reads the system's clock. Timers belong
 // to the same clock (see Timer.h), so a test that moves the clock moves them.
 //
-// Seconds as double, monotonic, from an arbitrary start. Main thread, except SystemClock::now(),
-// which any thread may call. The program owns its clock, which outlives every user.
+// Seconds as double, monotonic, from an arbitrary start. Main thread, except now(), which any
+// thread may call. The program owns its clock, which outlives every user.
 class MediaClock {
   public:
     MediaClock(const MediaClock&) = delete;
@@ -67,7 +68,7 @@ class SystemClock final : public MediaClock {
 class ManualClock final : public MediaClock {
   public:
     explicit ManualClock(double start = 1000.0) : now_(start) {}
-    [[nodiscard]] double now() const override { return now_; }
+    [[nodiscard]] double now() const override { return now_.load(std::memory_order_relaxed); }
 
     // Moves on by `seconds` (>= 0) and stops at every timer on the way: each
     // timer fires exactly at its due time.
@@ -78,7 +79,7 @@ class ManualClock final : public MediaClock {
     void leap(double seconds);
 
   private:
-    double now_;
+    std::atomic<double> now_;
 };
 
 }  // namespace platform

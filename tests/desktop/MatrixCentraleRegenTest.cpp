@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The desktop rain.
+#include <cmath>
+
+#include "drawing/Thema.h"
+#include "platform/window/WindowSystem.h"
 #include "tests/desktop/CentraleProef.h"
+#include "tests/support/Contrast.h"
 
 using brixtel::CentraleProef;
 using brixtel::DrieSoort;
@@ -264,21 +269,130 @@ double openDeel(const brixtel::MatrixCentrale& centrale, std::size_t n, const QR
 TEST_F(CentraleRegen, ARectangleThatIsToBeReadIsLeftFreeOnEveryDisplayThatItLiesOn) {
     centrale->toonRegen();
     // Across both displays.
-    centrale->laatVrij({350, 50, 100, 80});
+    centrale->laatLezen({350, 50, 100, 80});
     EXPECT_EQ(openDeel(*centrale, 0, {350, 50, 50, 80}), 0.0);
     EXPECT_EQ(openDeel(*centrale, 1, {0, 50, 50, 80}), 0.0);
     EXPECT_NEAR(openDeel(*centrale, 0, {0, 0, 400, 300}), 1.0 - 50.0 * 80 / (400 * 300), 1e-9);
     EXPECT_NEAR(openDeel(*centrale, 1, {0, 0, 320, 240}), 1.0 - 50.0 * 80 / (320 * 240), 1e-9);
-    centrale->laatVrij({10, 10, 50, 50});
+    centrale->laatLezen({10, 10, 50, 50});
     EXPECT_EQ(openDeel(*centrale, 0, {10, 10, 50, 50}), 0.0);
     EXPECT_FALSE(centrale->regen()[1].venster->contentView()->layer()->mask());
-    centrale->laatVrij({});
+    centrale->laatLezen({});
     EXPECT_FALSE(centrale->regen()[0].venster->contentView()->layer()->mask());
     // A rain that comes later has it too.
     centrale->sluitRegen();
-    centrale->laatVrij({10, 10, 50, 50});
+    centrale->laatLezen({10, 10, 50, 50});
     centrale->toonRegen();
     EXPECT_EQ(openDeel(*centrale, 0, {10, 10, 50, 50}), 0.0);
+}
+
+// No display, and no word of a window's place.
+class Plaatsloos final : public platform::WindowSystem {
+  public:
+    explicit Plaatsloos(platform::MediaClock& klok) : echt_(withoutSystem(klok)) {}
+    [[nodiscard]] platform::Capabilities capabilities() const override {
+        platform::Capabilities kan = echt_->capabilities();
+        kan.placesWindows = false;
+        return kan;
+    }
+    [[nodiscard]] bool isConnected() const override { return echt_->isConnected(); }
+    void onLost(std::function<void()> actie) override { echt_->onLost(std::move(actie)); }
+    void reportLoss() override { echt_->reportLoss(); }
+    [[nodiscard]] std::unique_ptr<platform::NativeWindow> makeWindow(
+        const platform::NativeWindowOptions& opties,
+        platform::NativeWindowDelegate& gedelegeerde) override {
+        return echt_->makeWindow(opties, gedelegeerde);
+    }
+    [[nodiscard]] std::unique_ptr<platform::NativeWindow> adopt(
+        const platform::HostRef& gastheer, platform::NativeWindowDelegate& gedelegeerde) override {
+        return echt_->adopt(gastheer, gedelegeerde);
+    }
+    [[nodiscard]] platform::NativeWorkspace& workspace() override { return echt_->workspace(); }
+    [[nodiscard]] platform::OverlaySpaces* overlaySpaces() override { return nullptr; }
+    void watch(std::function<void(bool)> slaapt) override { echt_->watch(std::move(slaapt)); }
+    void stopWatching() override { echt_->stopWatching(); }
+
+  private:
+    const std::shared_ptr<platform::WindowSystem> echt_;
+};
+
+class RegenZonderPlaatsen : public CentraleProef {
+  protected:
+    static constexpr double kGedimd = brixtel::MatrixCentrale::kGedimd;
+    platform::WindowServer plaatsloos{klok,
+                                      {.drawer = {}, .system = std::make_shared<Plaatsloos>(klok)}};
+
+    void SetUp() override {
+        centrale.emplace(brixtel::MatrixCentraleBronnen{
+            .server = plaatsloos, .werkruimte = werkruimte, .toeval = toeval, .schermen = [this] {
+                return schermen;
+            }});
+    }
+    [[nodiscard]] double dekking(std::size_t n = 0) const {
+        return centrale->regen()[n].venster->alpha();
+    }
+};
+
+TEST_F(RegenZonderPlaatsen, TheWholeRainDimsWhileAWindowIsToBeReadAndFadesBack) {
+    centrale->toonRegen();
+    wachtFade();
+    centrale->laatLezen({10, 10, 50, 50});
+    klok.advance(0.1);
+    EXPECT_LT(dekking(), 1.0);
+    EXPECT_GT(dekking(), kGedimd);
+    wachtFade();
+    for (std::size_t n = 0; n < 2; ++n) {
+        EXPECT_EQ(dekking(n), kGedimd);
+        EXPECT_FALSE(centrale->regen()[n].venster->contentView()->layer()->mask());
+    }
+    // Another place changes nothing, and begins no fade.
+    const std::size_t klokken = klok.timerCount();
+    centrale->laatLezen({20, 20, 50, 50});
+    EXPECT_EQ(klok.timerCount(), klokken);
+    EXPECT_EQ(dekking(), kGedimd);
+    centrale->laatLezen({});
+    klok.advance(0.1);
+    EXPECT_GT(dekking(), kGedimd);
+    EXPECT_LT(dekking(), 1.0);
+    wachtFade();
+    EXPECT_EQ(dekking(), 1.0);
+}
+
+TEST_F(RegenZonderPlaatsen, ARainThatComesWhileAWindowIsToBeReadIsDimFromTheStart) {
+    centrale->laatLezen({10, 10, 50, 50});
+    centrale->toonRegen();
+    wachtFade();
+    EXPECT_EQ(dekking(), kGedimd);
+    // A rain that comes back from below the black screen is dim too.
+    centrale->toonZwart(std::nullopt);
+    centrale->laatLezen({});
+    wachtFade();
+    EXPECT_EQ(dekking(), 0.0);
+    centrale->laatLezen({10, 10, 50, 50});
+    centrale->sluitZwart();
+    wachtFade();
+    EXPECT_EQ(dekking(), kGedimd);
+}
+
+TEST_F(RegenZonderPlaatsen, TextUnderTheDimRainIsReadable) {
+    const auto over = [](const QColor& kleur, double dekking, const QColor& achter) {
+        const auto meng = [&](float voor, float grond) {
+            return static_cast<int>(std::lround(255.0 * (voor * dekking + grond * (1 - dekking))));
+        };
+        return QColor(meng(kleur.redF(), achter.redF()), meng(kleur.greenF(), achter.greenF()),
+                      meng(kleur.blueF(), achter.blueF()));
+    };
+    using brixtel::Thema;
+    const QColor& zwart = Thema::zwart();
+    const QRgb felst = over(Thema::cijferFel(), kGedimd, zwart).rgb();
+    // The last two are the panel's faintest, but for the labels of music that is off.
+    for (const QColor& tekst : {Thema::groen(), Thema::middel(), Thema::wit(), Thema::oranje(),
+                                over(Thema::groen(), 0.7, zwart), over(Thema::wit(), 0.6, zwart)}) {
+        EXPECT_GE(contrast(tekst.rgb(), felst), 4.5) << qPrintable(tekst.name());
+        // A digit's shadow lies over the text.
+        EXPECT_GE(contrast(over(Qt::black, kGedimd, tekst).rgb(), zwart.rgb()), 4.5)
+            << qPrintable(tekst.name());
+    }
 }
 
 TEST_F(CentraleRegen, TheRainThatComesUpUnderTheBlackScreenStaysInvisible) {

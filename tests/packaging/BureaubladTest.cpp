@@ -10,6 +10,8 @@
 
 #include "BrixtelSaver/SaverKeuze.h"
 #include "hosts/bureau/Opdracht.h"
+#include "hosts/gedeeld/Opsomming.h"
+#include "hosts/saver/KeuzeWoorden.h"
 #include "hosts/saver/Opdracht.h"
 #include "tests/support/Paden.h"
 
@@ -55,6 +57,57 @@ TEST(Bureaublad, TheManPagesHaveEveryOptionOfTheHelpAndNoOther) {
                                        .remove(u'\\');
             EXPECT_EQ(rij(opties(pagina, QStringLiteral("^\\.B --([a-z-]+)"))), hulp) << map;
         }
+    }
+}
+
+// A file of the source.
+QString leesBron(const QString& bestand) {
+    QFile bron(QStringLiteral(BRIXTEL_PACKAGING "/../") + bestand);
+    EXPECT_TRUE(bron.open(QIODevice::ReadOnly)) << qPrintable(bestand);
+    return QString::fromUtf8(bron.readAll());
+}
+
+TEST(Bureaublad, ThePageOfTheCommandLineHasEveryOptionOfTheHelpAndNoOther) {
+    const QString pagina = leesBron(QStringLiteral("docs/opdrachten.md"));
+    const QString eigen = QStringLiteral("\n## brixtel-bureau\n");
+    ASSERT_EQ(pagina.count(eigen), 1);
+    // The first column of the tables of each program; an example of the other program's stands
+    // in no table.
+    const QString delen[] = {pagina.section(eigen, 0, 0), pagina.section(eigen, 1)};
+    const QRegularExpression kolom(QStringLiteral("^\\| ([^|\n]*(?:\\\\\\|[^|\n]*)*) \\|"),
+                                   QRegularExpression::MultilineOption);
+    for (std::size_t i = 0; i < std::size(delen); ++i) {
+        QString eerste;
+        for (auto treffers = kolom.globalMatch(delen[i]); treffers.hasNext();)
+            eerste += treffers.next().captured(1) + u'\n';
+        EXPECT_EQ(rij(opties(eerste)), rij(opties(kProgrammas[i].second)));
+    }
+}
+
+TEST(Bureaublad, TheReadmeAndThePageOfTheCommandLineExplainEveryChoice) {
+    const QString readme = leesBron(QStringLiteral("README.md"));
+    const QString pagina = leesBron(QStringLiteral("docs/opdrachten.md"))
+                               .section(QStringLiteral("\n## brixtel-saver\n"), 0, 0);
+    for (const QString& woord : brixtel::keuzeWoorden()) {
+        EXPECT_TRUE(readme.contains(QStringLiteral("\n| `%1` ").arg(woord))) << qPrintable(woord);
+        EXPECT_TRUE(pagina.contains(QStringLiteral("`%1`").arg(woord))) << qPrintable(woord);
+    }
+}
+
+TEST(Bureaublad, TheManPagesExplainEveryChoiceAndNameTheScenesWithALoop) {
+    const std::pair<QString, const char*> paginas[] = {{QStringLiteral("man/"), "or"},
+                                                       {QStringLiteral("man/nl/"), "of"}};
+    for (const auto& [map, of] : paginas) {
+        const QString pagina = lees(map + QStringLiteral("brixtel-saver.1"));
+        const QString keuze =
+            pagina.section(QStringLiteral("-keuze\\fR="), 1).section(QStringLiteral("\n.TP"), 0, 0);
+        for (const QString& woord : brixtel::keuzeWoorden())
+            EXPECT_TRUE(keuze.contains(QStringLiteral(" %1 (").arg(woord))) << qPrintable(woord);
+        const QString lus = pagina.section(QStringLiteral("\n.B \\-\\-lus\n"), 1)
+                                .section(QStringLiteral("\n.TP"), 0, 0);
+        EXPECT_TRUE(
+            lus.contains(brixtel::opsomming(brixtel::keuzesMetLus(), QLatin1String(of)) + u','))
+            << qPrintable(lus);
     }
 }
 

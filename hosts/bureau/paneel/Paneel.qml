@@ -33,6 +33,11 @@ Rectangle {
         const onder = Math.min(y + wat.height + 6, rol.contentHeight) - rol.height;
         rol.contentY = Math.max(0, Math.min(Math.max(rol.contentY, onder), y - 6));
     }
+    // The last row stands at the lower edge, and the answer to a click on it stands below it.
+    function schuifMelding(melding) {
+        rijen.forceLayout();
+        schuif(melding);
+    }
     // Scrolls the control with keyboard focus into sight. A control that was pressed is in
     // sight already, and must not move while the pointer holds it.
     function toon(wat) {
@@ -173,6 +178,23 @@ Rectangle {
                 open: false
                 onWissel: blad.wissel(brixtelRij)
                 Algemeen { width: parent.width; paneel: blad.paneel }
+            }
+            BXMelding {
+                id: startMelding
+                objectName: "autostartMelding"
+                width: parent.width
+                visible: tekst !== ""
+                tekst: blad.paneel.autostartMelding
+                // The notice gets its height after it is shown.
+                property bool nieuw: false
+                onVisibleChanged: {
+                    nieuw = visible;
+                    if (visible) blad.schuifMelding(startMelding);
+                }
+                onHeightChanged: {
+                    if (nieuw) blad.schuifMelding(startMelding);
+                    nieuw = false;
+                }
             }
         }
     }

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/bureau/paneel/PaneelStaat.h"
-#include "hosts/bureau/Autostart.h"
 
 #include <QCoreApplication>
 #include <cmath>
 
 #include "BrixtelSaver/SaverInstellingen.h"
+#include "hosts/bureau/Autostart.h"
 #include "hosts/bureau/ZwartSoort.h"
 
 namespace brixtel {
@@ -35,7 +35,10 @@ QVariantMap optie(const QString& ruw, const QString& label) {
 }  // namespace
 
 PaneelStaat::PaneelStaat(Bureau& bureau, platform::MediaClock& klok)
-    : bureau_(bureau), klok_(klok), saver_(SaverInstellingen::keuze()) {
+    : bureau_(bureau),
+      klok_(klok),
+      saver_(SaverInstellingen::keuze()),
+      autostart_([this] { meldAutostart({}); }) {
     stand_ = bureau_.stand().volg([this](const BureauStand&) {
         volgMuziek();
         Q_EMIT standChanged();
@@ -172,13 +175,15 @@ void PaneelStaat::zetRust(double minuten) {
     kies(&BureauKeuzes::rust, static_cast<int>(std::lround(minuten)));
 }
 
-bool PaneelStaat::autostart() const {
-    return Autostart::isAan();
+void PaneelStaat::zetAutostart(bool aan) {
+    const QString mis = Autostart::zet(aan, QCoreApplication::applicationFilePath());
+    autostart_.kijk();
+    meldAutostart(mis.isEmpty() ? mis : QStringLiteral("Dit blijft zoals het was: %1.").arg(mis));
 }
 
 // Signals the change in any case, since the entry may not be writable.
-void PaneelStaat::zetAutostart(bool aan) {
-    (void)Autostart::zet(aan, QCoreApplication::applicationFilePath());
+void PaneelStaat::meldAutostart(const QString& mis) {
+    autostartMelding_ = mis;
     Q_EMIT autostartChanged();
 }
 
@@ -191,6 +196,7 @@ void PaneelStaat::zetSaver(const QString& keuze) {
 }
 
 void PaneelStaat::herlees() {
+    autostart_.kijk();
     const SaverKeuze nu = SaverInstellingen::keuze();
     if (nu == saver_) return;
     saver_ = nu;

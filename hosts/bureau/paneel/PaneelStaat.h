@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "BrixtelSaver/SaverKeuze.h"
+#include "hosts/bureau/AutostartWacht.h"
 #include "hosts/bureau/Bureau.h"
 
 namespace brixtel {
@@ -37,6 +38,7 @@ class PaneelStaat : public QObject {
     Q_PROPERTY(QString rustStatus READ rustStatus NOTIFY standChanged)
     Q_PROPERTY(QString rustMelding READ rustMelding NOTIFY standChanged)
     Q_PROPERTY(bool autostart READ autostart WRITE zetAutostart NOTIFY autostartChanged)
+    Q_PROPERTY(QString autostartMelding READ autostartMelding NOTIFY autostartChanged)
     Q_PROPERTY(double niveau READ niveau NOTIFY geluidChanged)
     Q_PROPERTY(bool slag READ slag NOTIFY geluidChanged)
     Q_PROPERTY(bool zonderGeluid READ zonderGeluid NOTIFY geluidChanged)
@@ -70,7 +72,9 @@ class PaneelStaat : public QObject {
     [[nodiscard]] QString rustStatus() const;
     [[nodiscard]] QString rustMelding() const;
     // Whether the session starts the program.
-    [[nodiscard]] bool autostart() const;
+    [[nodiscard]] bool autostart() const { return autostart_.isAan(); }
+    // The reason why the last wish for that failed; empty where it did not.
+    [[nodiscard]] const QString& autostartMelding() const { return autostartMelding_; }
     [[nodiscard]] double niveau() const { return geluid_.niveau; }
     [[nodiscard]] bool slag() const { return geluid_.slag; }
     [[nodiscard]] bool zonderGeluid() const { return geluid_.zonder; }
@@ -122,11 +126,14 @@ class PaneelStaat : public QObject {
     void kies(T BureauKeuzes::*keuze, const T& waarde);
     void volgMuziek();
     void luister();
+    void meldAutostart(const QString& mis);
 
     Bureau& bureau_;
     platform::MediaClock& klok_;
     bool bekeken_ = false;
     SaverKeuze saver_;
+    QString autostartMelding_;
+    AutostartWacht autostart_;
     Geluid geluid_;
     int beat_ = 0;
     double lampTot_ = 0;  // the clock's time

@@ -7,7 +7,6 @@
 
 #include "controls/BX.h"
 #include "platform/window/ScreenSpace.h"
-#include "platform/window/WindowSystem.h"
 #include "platform/window/systems/DialogFrame.h"
 
 namespace brixtel {
@@ -76,6 +75,10 @@ bool PaneelVenster::eventFilter(QObject* wat, QEvent* event) {
             break;
         case QEvent::FocusIn:
             staat_->herlees();
+            laatLezen();
+            break;
+        case QEvent::FocusOut:
+            laatLezen();
             break;
         case QEvent::Close:
             // The preview stands in this window's scene and is still being drawn.
@@ -83,7 +86,7 @@ bool PaneelVenster::eventFilter(QObject* wat, QEvent* event) {
             break;
         case QEvent::Hide:
             staat_->zetBekeken(false);
-            bronnen_.bureau.laatVrij({});
+            bronnen_.bureau.laatLezen({});
             voorbeeld_.weg();
             // The window is handling its own event, and is dropped in a later turn.
             QMetaObject::invokeMethod(this, &PaneelVenster::ruimOp, Qt::QueuedConnection);
@@ -94,11 +97,11 @@ bool PaneelVenster::eventFilter(QObject* wat, QEvent* event) {
     return QObject::eventFilter(wat, event);
 }
 
-// Keeps the panel readable below the desktop rain, which lies above every window. A system
-// that places windows by itself does not report the place to leave free.
+// Keeps the panel readable below the desktop rain, which lies above every window, while the
+// panel is the window that the user works in. Another window may lie over a panel that is not.
 void PaneelVenster::laatLezen() {
-    const bool telt = view_->isExposed() && bronnen_.server.system().capabilities().placesWindows;
-    bronnen_.bureau.laatVrij(telt ? platform::fromQt(QRectF(view_->geometry())) : QRectF());
+    const bool telt = view_->isExposed() && view_->isActive();
+    bronnen_.bureau.laatLezen(telt ? platform::fromQt(QRectF(view_->geometry())) : QRectF());
 }
 
 void PaneelVenster::ruimOp() {

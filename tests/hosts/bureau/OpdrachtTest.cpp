@@ -177,6 +177,13 @@ TEST(BureauOpdracht, ABeginningAndAMistypedKindAreAnsweredWithTheNearest) {
                         "; bedoelt u --sluit-regen, --sluit-zwart of --sluit-alles? (")));
     EXPECT_TRUE(mis({QStringLiteral("--toon-zwart=tunel")})
                     .contains(QStringLiteral("; bedoelt u tunnel? (")));
+    EXPECT_TRUE(mis({QStringLiteral("--muziek=ann")})
+                    .contains(QStringLiteral("kent aan en uit, niet 'ann'; bedoelt u aan? (")));
+    EXPECT_TRUE(
+        mis({QStringLiteral("--autostart=uti")}).contains(QStringLiteral("; bedoelt u uit? (")));
+    EXPECT_TRUE(mis({QStringLiteral("--venstersysteem=x1")})
+                    .contains(QStringLiteral("; bedoelt u x11? (")));
+    EXPECT_FALSE(mis({QStringLiteral("--muziek=hard")}).contains(QStringLiteral("bedoelt")));
 }
 
 TEST(BureauOpdracht, TheHelpNamesEveryOption) {

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Where everything on the panel stands, with all that it can show at once, at
 // several sizes and, as the environment says, densities.
+#include <QDir>
 #include <map>
 
 #include "drawing/Thema.h"
+#include "hosts/bureau/Autostart.h"
 #include "tests/hosts/bureau/PaneelProef.h"
 #include "tests/support/Contrast.h"
 
@@ -52,7 +54,12 @@ class PaneelMaat : public PaneelProef, public testing::WithParamInterface<QSize>
             const auto* const vink = item("bijAanmelden");
             return vink && vink->isVisible();
         }));
-        // The opened rows were brought into sight.
+        // The entry cannot be written where a folder has its name.
+        EXPECT_TRUE(QDir().mkpath(Autostart::bestand()));
+        schakel("Start bij het aanmelden");
+        EXPECT_TRUE(until([this] { return item("autostartMelding")->isVisible(); }));
+        kalmeer();
+        // The opened rows and the last notice were brought into sight.
         item("rol")->setProperty("contentY", 0.0);
     }
     void verzamelTeksten(QQuickItem& in) {
@@ -85,10 +92,10 @@ class PaneelMaat : public PaneelProef, public testing::WithParamInterface<QSize>
         });
         // Two ticks (the picture, the start with the session); six arrows, one to a row;
         // three switches; three sliders; fourteen options (five scenes, three flashes, six
-        // modes of the saver); two buttons ("Toon nu", "Standaard"); two meters; three
+        // modes of the saver); two buttons ("Toon nu", "Standaard"); two meters; four
         // notices.
-        EXPECT_EQ(knoppen.size(), 35U);
-        EXPECT_GE(teksten.size(), 33U);
+        EXPECT_EQ(knoppen.size(), 36U);
+        EXPECT_GE(teksten.size(), 34U);
     }
     static void elkItem(QQuickItem& in, const std::function<void(QQuickItem&)>& doe) {
         if (!in.isVisible()) return;

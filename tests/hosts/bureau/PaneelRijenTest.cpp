@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The panel's rows: how they begin, and whether they fit.
+#include <QDir>
 #include <QFile>
 
+#include "hosts/bureau/Autostart.h"
 #include "tests/hosts/bureau/PaneelProef.h"
 
 using namespace brixtel;
@@ -14,7 +16,20 @@ class PaneelRijen : public PaneelProef {
         PaneelProef::SetUp();
         toon();
     }
+    [[nodiscard]] QString ingang() const {
+        return map.filePath(QStringLiteral("autostart/nl.groenlicht.brixtel.bureau.desktop"));
+    }
+    // Whether the panel comes to show that the session starts the program, or not.
+    bool komt(bool aan) {
+        return until([&] { return isAan("Start bij het aanmelden") == aan; });
+    }
 };
+
+void schrijf(const QString& naam, const QByteArray& tekst) {
+    QFile bestand(naam);
+    ASSERT_TRUE(bestand.open(QIODevice::WriteOnly));
+    ASSERT_EQ(bestand.write(tekst), tekst.size());
+}
 
 // The arrow of a row, by its action and the row's title.
 QAccessibleInterface* pijl(QAccessibleInterface* top, const char* doet, const QString& titel) {
@@ -35,8 +50,7 @@ TEST_F(PaneelRijen, WithoutNoticesEveryRowFitsInTheFirstSize) {
 }
 
 TEST_F(PaneelRijen, TheProgramsRowBeginsClosedAndHoldsItsStartAndTheDefaults) {
-    const QString bestand =
-        map.filePath(QStringLiteral("autostart/nl.groenlicht.brixtel.bureau.desktop"));
+    const QString bestand = ingang();
     druk(QAccessible::Button, "Toon de opties van Brixtel");
     kalmeer();
     EXPECT_FALSE(isAan("Start bij het aanmelden"));
@@ -53,6 +67,47 @@ TEST_F(PaneelRijen, TheProgramsRowBeginsClosedAndHoldsItsStartAndTheDefaults) {
     druk(QAccessible::Button, "Standaard");
     EXPECT_EQ(nu().keuzes, BureauKeuzes{});
     EXPECT_TRUE(isGekozen("Gewoon", "Flits op de maat"));
+}
+
+TEST_F(PaneelRijen, AStartThatIsSwitchedElsewhereShowsAtOnce) {
+    druk(QAccessible::Button, "Toon de opties van Brixtel");
+    kalmeer();
+    // The folder comes and goes too.
+    for (int keer = 0; keer < 2; ++keer) {
+        ASSERT_FALSE(isAan("Start bij het aanmelden"));
+        ASSERT_EQ(Autostart::zet(true, QStringLiteral("/usr/bin/brixtel-bureau")), QString());
+        EXPECT_TRUE(komt(true)) << keer;
+        schrijf(ingang(), "[Desktop Entry]\nExec=brixtel-bureau\nHidden=true\n");
+        EXPECT_TRUE(komt(false)) << keer;
+        schrijf(ingang(), "[Desktop Entry]\nExec=brixtel-bureau\nHidden=false\n");
+        EXPECT_TRUE(komt(true)) << keer;
+        ASSERT_EQ(Autostart::zet(false, {}), QString());
+        EXPECT_TRUE(komt(false)) << keer;
+        ASSERT_TRUE(QDir(map.path()).rmdir(QStringLiteral("autostart")));
+    }
+    EXPECT_EQ(klok.timerCount(), 0U);
+}
+
+TEST_F(PaneelRijen, AStartThatCannotBeSwitchedIsSaidInSightAndNotShown) {
+    ASSERT_TRUE(QDir(map.path()).mkpath(ingang()));
+    druk(QAccessible::Button, "Toon de opties van Brixtel");
+    kalmeer();
+    EXPECT_FALSE(item("autostartMelding")->isVisible());
+    schakel("Start bij het aanmelden");
+    EXPECT_FALSE(isAan("Start bij het aanmelden"));
+    kalmeer();
+    const QQuickItem* const melding = item("autostartMelding");
+    ASSERT_TRUE(melding->isVisible());
+    const QString tekst = melding->property("tekst").toString();
+    EXPECT_TRUE(tekst.contains(ingang()) && tekst.contains(QStringLiteral("dat is een map")))
+        << qPrintable(tekst);
+    const QQuickItem* const rol = item("rol");
+    EXPECT_LE(melding->mapRectToItem(rol, {{}, melding->size()}).bottom(), rol->height());
+    // It goes once the wish is fulfilled.
+    ASSERT_TRUE(QDir(map.path()).rmdir(ingang()));
+    schakel("Start bij het aanmelden");
+    EXPECT_TRUE(isAan("Start bij het aanmelden"));
+    EXPECT_FALSE(melding->isVisible());
 }
 
 TEST_F(PaneelRijen, TheRowOfRestBeginsClosedAndHoldsTheMinutes) {

@@ -238,6 +238,35 @@ TEST_F(OpHetScherm, WhereNoSceneCanBeDrawnItRainsUntilAnotherIsChosen) {
     EXPECT_TRUE(straks([&] { return getekend() > voor + 2; }));
 }
 
+// Another window may lie over a panel that is not active, and the rain lies above both.
+TEST_F(OpHetScherm, TheRainLeavesThePanelFreeWhileItIsTheActiveWindow) {
+    schermen[0].frame = {0, 0, 800, 800};
+    begin({.voorbeeld = false});
+    bureau->toonRegen();
+    const auto& laag = *bureau->centrale().regen().front().venster->contentView()->layer();
+    const auto isVrij = [&] { return laag.mask() != nullptr; };
+    EXPECT_TRUE(isVrij());
+    QWindow ander;
+    ander.setGeometry(0, 0, 800, 800);
+    ander.show();
+    ander.requestActivate();
+    ASSERT_TRUE(until([&] { return ander.isActive() && !view()->isActive(); }));
+    EXPECT_TRUE(view()->isExposed());
+    EXPECT_FALSE(isVrij());
+    // A panel that moves below the other window stays below the rain.
+    const QPoint plek = view()->position();
+    view()->setPosition(plek + QPoint(10, 10));
+    ASSERT_TRUE(until([&] { return view()->position() != plek; }));
+    kalmeer();
+    EXPECT_FALSE(isVrij());
+    view()->requestActivate();
+    ASSERT_TRUE(until([this] { return view()->isActive(); }));
+    EXPECT_TRUE(isVrij());
+    ander.hide();
+    view()->close();
+    EXPECT_FALSE(isVrij());
+}
+
 // Sees whether the picture was still drawn when the panel's window went.
 class Afscheid : public QObject {
   public:

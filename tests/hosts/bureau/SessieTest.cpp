@@ -159,8 +159,11 @@ TEST_F(Sessie, ASecondStartAsksTheFirst) {
     const auto tweede = draai("--dichtheid=0.25 --snelheid 3 --muziek=aan --rust=1 --stand");
     EXPECT_EQ(tweede.uitgang, 0);
     EXPECT_EQ(tweede.uit, QStringLiteral("zwart scherm: uit\nregen: uit\ndichtheid: 25%\n"
-                                         "snelheid: 3,0 ×\nmuziek: aan\nna rust: 1 minuut\n"));
+                                         "snelheid: 3,0 ×\nmuziek: aan\nna rust: 1 minuut\n"
+                                         "start bij het aanmelden: uit\n"));
     EXPECT_EQ(tweede.fouten, QString());
+    EXPECT_TRUE(draai("--autostart=aan --stand")
+                    .uit.endsWith(QStringLiteral("\nstart bij het aanmelden: aan\n")));
     EXPECT_EQ(draai("--dienst").uitgang, 0);
     EXPECT_EQ(eigenaar.state(), QProcess::Running);
     // Without a display too.

@@ -7,9 +7,12 @@
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QStandardPaths>
+#include <algorithm>
 #include <utility>
 
+#include "drawing/Thema.h"
 #include "tests/hosts/saver/Programma.h"
+#include "tests/support/Contrast.h"
 #include "tests/support/DBusDaemon.h"
 #include "tests/support/wayland/Compositor.h"
 #include "tests/support/wayland/Kwin.h"
@@ -315,6 +318,60 @@ TEST_F(OpWayland, HetPaneelIsTeZienEnTeBedienen) {
     EXPECT_TRUE(isAchtergrond(sway, "HEADLESS-1"));
     EXPECT_FALSE(sway.tree().contains("\"name\": \"Instellingen"));
     EXPECT_EQ(vraag("--stand").uitgang, 0);
+}
+
+// The part of the output beside the panel's controls, where the panel itself is black.
+QImage naastHetPaneel(Sway& sway) {
+    constexpr int kBreed = 340;
+    const QImage beeld = sway.picture();
+    return beeld.copy(0, 0, kBreed, beeld.height());
+}
+
+int meesteGroen(const QImage& beeld) {
+    int meeste = 0;
+    for (int y = 0; y < beeld.height(); ++y)
+        for (int x = 0; x < beeld.width(); ++x)
+            meeste = std::max(meeste, qGreen(beeld.pixel(x, y)));
+    return meeste;
+}
+
+// The compositor places the panel, and tells the program no place to leave free.
+TEST_F(OpWayland, HetPaneelIsTeLezenOnderDeRegen) {
+    Sway sway(1);
+    if (!sway.isRunning()) GTEST_SKIP() << sway.reason();
+    // The panel's controls leave room at both sides.
+    ASSERT_TRUE(sway.command("output HEADLESS-1 mode 1280x480@60Hz"));
+    VirtualKeyboard toetsen(sway.address());
+    ASSERT_TRUE(toetsen.isThere());
+    InSessie eigenaar(brixtel::bureauPad(), bus);
+    eigenaar.opWayland(sway.address())
+        .start({QStringLiteral("--toon-regen"), QStringLiteral("--dichtheid=1")});
+    ASSERT_TRUE(until([&] { return meesteGroen(naastHetPaneel(sway)) > 200; }))
+        << eigenaar.fouten().toStdString();
+    EXPECT_EQ(vraag("--paneel").uitgang, 0);
+    const QRgb grond = brixtel::Thema::zwart().rgb();
+    // The panel fills the output, and the rain over it is faint.
+    QImage eerst;
+    ASSERT_TRUE(until([&] {
+        eerst = naastHetPaneel(sway);
+        return !eerst.isNull() && meesteGroen(eerst) < 60;
+    }));
+    QRgb felst = grond;
+    int anders = 0;
+    ASSERT_TRUE(until([&] {
+        const QImage nu = naastHetPaneel(sway);
+        if (std::exchange(eerst, nu) == nu) return false;
+        for (int y = 0; y < nu.height(); ++y)
+            for (int x = 0; x < nu.width(); ++x)
+                if (contrast(nu.pixel(x, y), grond) > contrast(felst, grond))
+                    felst = nu.pixel(x, y);
+        return ++anders == 10;
+    }));
+    EXPECT_GE(contrast(brixtel::Thema::middel().rgb(), felst), 4.5);
+    // It goes on falling, to be seen.
+    EXPECT_GT(contrast(felst, grond), 1.1);
+    toetsen.type(KEY_ESC);
+    EXPECT_TRUE(until([&] { return meesteGroen(naastHetPaneel(sway)) > 200; }));
 }
 
 // On the compositor, and through its X server.

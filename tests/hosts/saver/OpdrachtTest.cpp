@@ -245,6 +245,17 @@ TEST(Opdracht, AMistypedChoiceIsAnsweredWithTheNearest) {
                     .contains(QStringLiteral("niet 'wiselend'; bedoelt u wisselend? (")));
     EXPECT_TRUE(mis(woorden("--keuze=tun")).contains(QStringLiteral("; bedoelt u tunnel? (")));
     EXPECT_FALSE(mis(woorden("--keuze=zebra")).contains(QStringLiteral("bedoelt")));
+    EXPECT_TRUE(
+        mis(woorden("--tekenaar=cpuu"))
+            .contains(QStringLiteral("kent gl, cpu en auto, niet 'cpuu'; bedoelt u cpu? (")));
+    EXPECT_TRUE(mis(woorden("--venstersysteem=waylnd"))
+                    .contains(QStringLiteral(
+                        "kent wayland, x11 en auto, niet 'waylnd'; bedoelt u wayland? (")));
+    EXPECT_TRUE(mis(woorden("--venstersysteem=aut")).contains(QStringLiteral("bedoelt u auto? (")));
+    EXPECT_TRUE(mis(woorden("--verbindingen=jsn"))
+                    .contains(QStringLiteral("kent alleen json, niet 'jsn'; bedoelt u json? (")));
+    for (const char* regel : {"--tekenaar=vulkan", "--venstersysteem=mir", "--verbindingen=xml"})
+        EXPECT_FALSE(mis(woorden(regel)).contains(QStringLiteral("bedoelt"))) << regel;
 }
 
 TEST(Opdracht, AnOptionOfAnotherCallIsRefused) {
