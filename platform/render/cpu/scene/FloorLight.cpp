@@ -1,7 +1,40 @@
 // SPDX-License-Identifier: MIT
 #include "platform/render/cpu/scene/FloorLight.h"
 
+#include <algorithm>
+
 namespace platform {
+
+namespace {
+
+bool hasLight(unsigned colours, const SceneTile& tile, std::ptrdiff_t at) {
+    for (std::size_t k = 0; k < 3; ++k) {
+        const float* const first = tile.light[k] + at;
+        const auto isLit = [](float light) { return light != 0.0F; };
+        if (holds(colours, k) && std::any_of(first, first + kFloorPart, isLit)) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+void keepTile(const SceneTile& tile, unsigned colours, KeptFloor& kept) {
+    std::ptrdiff_t next = 0;
+    for (int row = 0; row < tile.height; ++row) {
+        unsigned lit = 0;
+        for (int part = 0; part < kFloorParts; ++part) {
+            const std::ptrdiff_t at = SceneTile::at(part * kFloorPart, row);
+            if (!hasLight(colours, tile, at)) continue;
+            lit |= 1U << part;
+            for (std::size_t k = 0; k < 3; ++k)
+                if (holds(colours, k))
+                    std::copy_n(tile.light[k] + at, kFloorPart, kept.plane[k] + next);
+            next += kFloorPart;
+        }
+        kept.lit[static_cast<std::size_t>(row)] = static_cast<std::uint8_t>(lit);
+    }
+    kept.isKnown = true;
+}
 
 void FloorLight::begin(std::size_t tiles, unsigned colours, bool isSameFloor) {
     const bool fits = tiles == tiles_ && colours == colours_;

@@ -23,6 +23,9 @@ struct KeptFloor {
     bool isKnown = false;
 };
 
+// Keeps the light of a tile that shows the floor alone.
+void keepTile(const SceneTile& tile, unsigned colours, KeptFloor& kept);
+
 // The floor's own light in the tiles that also show things in motion. A frame asks for its
 // tiles on one thread; each tile's light is then written by one thread at a time.
 class FloorLight {

@@ -309,16 +309,6 @@ void drawLight(const ScreenFloor& floor, const ScreenLens& lens, SceneTile& tile
     kDraw[floor.stripes.columnKinds - 1](floor, lens, tile);
 }
 
-bool hasLight(unsigned colours, const SceneTile& tile, std::ptrdiff_t at) {
-    for (std::size_t k = 0; k < 3; ++k) {
-        const float* const first = tile.light[k] + at;
-        if (holds(colours, k) &&
-            std::any_of(first, first + kFloorPart, [](float light) { return light != 0.0F; }))
-            return true;
-    }
-    return false;
-}
-
 // Draws the floor's light alone, into a tile of its own, and keeps it.
 void keepLight(const ScreenFloor& floor, const ScreenLens& lens, const SceneTile& tile,
                KeptFloor& kept) {
@@ -330,21 +320,7 @@ void keepLight(const ScreenFloor& floor, const ScreenLens& lens, const SceneTile
         alone.light[k] = room[k].data() + kTileMargin;
     }
     drawLight(floor, lens, alone);
-    std::ptrdiff_t next = 0;
-    for (int row = 0; row < tile.height; ++row) {
-        std::uint8_t& lit = kept.lit[static_cast<std::size_t>(row)];
-        lit = 0;
-        for (int part = 0; part < kFloorParts; ++part) {
-            const std::ptrdiff_t at = SceneTile::at(part * kFloorPart, row);
-            if (!hasLight(floor.colours, alone, at)) continue;
-            lit = static_cast<std::uint8_t>(lit | 1U << part);
-            for (std::size_t k = 0; k < 3; ++k)
-                if (holds(floor.colours, k))
-                    std::copy_n(alone.light[k] + at, kFloorPart, kept.plane[k] + next);
-            next += kFloorPart;
-        }
-    }
-    kept.isKnown = true;
+    keepTile(alone, floor.colours, kept);
 }
 
 void addLight(const ScreenFloor& floor, const KeptFloor& kept, SceneTile& tile) {
