@@ -100,7 +100,6 @@ struct CpuSceneDrawer::Parts {
     std::vector<std::uint32_t> coarse;
     QSize stretchedTo;
     PictureStretch stretch;
-    std::vector<QRect> bands;
 };
 
 void CpuSceneDrawer::Parts::fit(QSize picture) {
@@ -309,14 +308,16 @@ void CpuSceneDrawer::Parts::findStale(TileHistory::Memory& memory) {
 }
 
 void CpuSceneDrawer::Parts::stretchStale(const PixelBuffer& from, const PixelBuffer& picture) {
-    constexpr int kBand = 16;  // rows
-    bands.clear();
-    for (const QRect& rect : stale)
-        for (int y = rect.top(); y <= rect.bottom(); y += kBand)
-            bands.push_back(rect & QRect(rect.left(), y, rect.width(), kBand));
-    workers.each(static_cast<int>(bands.size()), [&](int i, int thread) {
-        stretch.fill(from, picture, bands[static_cast<std::size_t>(i)],
-                     benches[static_cast<std::size_t>(thread)].stretch);
+    // The places that tiles reach overlap, so that a piece is rows of the whole picture: each
+    // pixel is one thread's.
+    constexpr int kBand = 8;  // rows
+    const int bands = (picture.size.height() + kBand - 1) / kBand;
+    workers.each(bands, [&](int band, int thread) {
+        const QRect rows(0, band * kBand, picture.size.width(), kBand);
+        for (const QRect& rect : stale)
+            if (const QRect part = rect & rows; !part.isEmpty())
+                stretch.fill(from, picture, part,
+                             benches[static_cast<std::size_t>(thread)].stretch);
     });
 }
 
