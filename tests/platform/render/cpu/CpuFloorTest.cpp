@@ -108,9 +108,9 @@ TEST(CpuFloor, ChangesAroundAFloorLeaveWhatANewDrawerMakes) {
     for (const Change change :
          {kNone,    kTime,       kTime,       kTime, kCamera,    kCamera,    kNone,      kTime,
           kTime,    kBackground, kBackground, kTime, kThreshold, kThreshold, kThreshold, kTime,
-          kNoBloom, kTime,       kNoFloor,    kTime, kTime,      kCoarse,    kCoarse,    kTime,
-          kTime,    kNone,       kCamera,     kTime, kTime}) {
-        if (change == kTime) time += 0.7;
+          kNoBloom, kTime,       kNoFloor,    kTime, kTime,      kCoarse,    kCoarse,    kCoarse,
+          kCoarse,  kCoarse,     kTime,       kTime, kNone,      kCamera,    kTime,      kTime}) {
+        if (change == kTime || change == kCoarse) time += 0.7;
         DrawList list = blocksAt(time);
         if (change == kCamera)
             list.camera.view = glm::translate(list.camera.view, {0.3F, 0.0F, 0.1F});
