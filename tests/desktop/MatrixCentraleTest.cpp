@@ -159,6 +159,19 @@ TEST_F(Centrale, BothRainsHaveTheChosenDensityAndSpeed) {
     EXPECT_NE(regen, zwart);
 }
 
+TEST_F(Centrale, EachRainIsAsSharpAsItsDisplay) {
+    ASSERT_NE(schermen[0].scale, schermen[1].scale);
+    const auto schaal = [](const brixtel::MatrixRegen& regen) {
+        return regen.kolommen().front().staart->contentsScale();
+    };
+    centrale->toonRegen();
+    centrale->toonZwart(std::nullopt);
+    for (std::size_t i = 0; i < 2; ++i) {
+        EXPECT_EQ(schaal(*centrale->regen()[i].regen), schermen[i].scale);
+        EXPECT_EQ(schaal(*centrale->zwart()[i].regen), schermen[i].scale);
+    }
+}
+
 TEST_F(Centrale, ItFadesInInAQuarterOfASecond) {
     centrale->toonZwart(std::nullopt);
     EXPECT_EQ(centrale->zwart()[0].venster->alpha(), 0.0);

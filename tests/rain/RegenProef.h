@@ -26,11 +26,11 @@ struct RegenProef {
 };
 
 // All that a rain's lots have decided of its drops, in order: how long each trail
-// is, how long it falls, from when, and from where.
+// is, how long it falls, from when, and from where. The scale of its strips is in it too.
 inline std::vector<double> lotVan(const MatrixRegen& regen) {
     std::vector<double> lot;
     for (const MatrixRegen::Kolom& kolom : regen.kolommen()) {
-        lot.push_back(kolom.staart->frame().left());
+        lot.insert(lot.end(), {kolom.staart->frame().left(), kolom.staart->contentsScale()});
         for (const auto& stuk : kolom.staart->mask()->sublayers()) {
             const auto& timing = stuk->animation("val")->data().timing;
             lot.insert(lot.end(), {stuk->bounds().height(), timing.duration, timing.time.beginTime,

@@ -8,6 +8,7 @@
 #include <signal.h>
 
 #include <QFile>
+#include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <algorithm>
@@ -27,6 +28,8 @@ namespace {
 
 constexpr int kGeduld = 30'000;  // milliseconds until a program counts as hanging
 constexpr int kMeest = 4;
+
+const QString kBeeld = QStringLiteral("x.png");
 
 // In the order of the library's counts.
 constexpr std::array kSoorten{"geheugen", "open", "socket", "mmap", "shm", "draad", "groot"};
@@ -51,6 +54,7 @@ std::vector<std::uint64_t> plaatsen(std::uint64_t aantal, int hoogstens) {
 
 struct Afloop {
     bool hangt = false, doorSignaal = false;
+    bool isBestand = false, isBeeld = false;  // of the picture that was asked for
     int uitgang = 0;
     QByteArray fouten;
     Tellingen tellingen{};
@@ -100,6 +104,9 @@ class Weiger : public testing::Test {
         uit.doorSignaal = proces.exitStatus() == QProcess::CrashExit;
         uit.uitgang = proces.exitCode();
         uit.fouten = proces.readAllStandardError();
+        const QString beeld = thuis.filePath(kBeeld);
+        uit.isBestand = QFile::exists(beeld);
+        uit.isBeeld = !QImage(beeld).isNull();
         QFile tellingen(teller);
         if (tellingen.open(QIODevice::ReadOnly)) {
             const QByteArray bytes = tellingen.readAll();
@@ -162,12 +169,15 @@ class Weiger : public testing::Test {
     }
     static bool isGoed(const Geval& geval, const Afloop& afloop) {
         if (afloop.doorSignaal) return geval.blijft && afloop.uitgang == SIGTERM;
-        return afloop.uitgang == 0;
+        return afloop.uitgang == 0 && afloop.isBeeld == wilBeeld(geval);
     }
-    // One line, of the program itself.
+    static bool wilBeeld(const Geval& geval) { return !geval.woorden.filter(kBeeld).isEmpty(); }
+    // One line, of the program itself, and no part of a picture. A call that is refused after
+    // the picture was written leaves all of the picture.
     static bool isGezegd(const Geval& geval, const Afloop& afloop) {
         return !afloop.doorSignaal && afloop.uitgang == 1 && afloop.fouten.count('\n') == 1 &&
-               afloop.fouten.startsWith(geval.programma.toUtf8() + ": ");
+               afloop.fouten.startsWith(geval.programma.toUtf8() + ": ") &&
+               afloop.isBestand == afloop.isBeeld;
     }
 
     [[nodiscard]] QProcessEnvironment omgeving(const QString& thuis, const QString& teller,

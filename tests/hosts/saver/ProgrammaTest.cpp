@@ -265,6 +265,39 @@ TEST(Programma, AnOutputThatCannotBeWrittenIsOneLineAndExitOne) {
     }
 }
 
+TEST(Programma, AnOutputOfTheOwnersThatCannotBeWrittenIsOneLineAndExitOne) {
+    for (const char* vraag : {"--versie", "--help"}) {
+        Programma bureau({}, brixtel::bureauPad());
+        bureau.startDoor({QStringLiteral("/bin/sh"), QStringLiteral("-c"),
+                          QStringLiteral("exec \"$@\" > /dev/full"), QStringLiteral("sh")},
+                         {QLatin1String(vraag)});
+        ASSERT_TRUE(bureau.wacht());
+        EXPECT_EQ(bureau.uitgang(), 1) << vraag;
+        const QByteArray fouten = bureau.fouten();
+        EXPECT_EQ(fouten.count('\n'), 1) << vraag << fouten.constData();
+        EXPECT_TRUE(fouten.contains("de uitvoer is niet te schrijven")) << fouten.constData();
+    }
+}
+
+TEST(Programma, OnAFullDiskTheStartAtLoginSaysSoAndTheOldEntryStays) {
+    Programma bureau({}, brixtel::bureauPad());
+    const QString map = bureau.map() + QStringLiteral("/.config/autostart");
+    QFile oud(map + QStringLiteral("/nl.groenlicht.brixtel.bureau.desktop"));
+    ASSERT_TRUE(QDir().mkpath(map));
+    ASSERT_TRUE(oud.open(QIODevice::WriteOnly));
+    oud.write("oud");
+    oud.close();
+    bureau.startDoor(volleSchijf(), {QStringLiteral("--autostart=aan")});
+    ASSERT_TRUE(bureau.wacht());
+    EXPECT_EQ(bureau.uitgang(), 1);
+    const QByteArray fouten = bureau.fouten();
+    EXPECT_EQ(fouten.count('\n'), 1) << fouten.constData();
+    EXPECT_TRUE(fouten.contains("kan niet geschreven worden")) << fouten.constData();
+    ASSERT_TRUE(oud.open(QIODevice::ReadOnly));
+    EXPECT_EQ(oud.readAll(), "oud");
+    EXPECT_EQ(QDir(map).entryList(QDir::Files).size(), 1);
+}
+
 TEST(Programma, AnOutputThatIsClosedIsOneDutchLineAndExitOne) {
     for (const char* vraag : {"--versie", "--help"}) {
         Programma programma;
