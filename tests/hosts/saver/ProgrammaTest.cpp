@@ -251,31 +251,29 @@ TEST(Programma, OnAFullDiskAStillSaysSoAndTheOldFileStays) {
     }
 }
 
+// Runs the program with an output onto a full device.
+void schrijftNiet(Programma& programma, const char* vraag) {
+    programma.startDoor({QStringLiteral("/bin/sh"), QStringLiteral("-c"),
+                         QStringLiteral("exec \"$@\" > /dev/full"), QStringLiteral("sh")},
+                        {QLatin1String(vraag)});
+    ASSERT_TRUE(programma.wacht());
+    EXPECT_EQ(programma.uitgang(), 1) << vraag;
+    const QByteArray fouten = programma.fouten();
+    EXPECT_EQ(fouten.count('\n'), 1) << vraag << fouten.constData();
+    EXPECT_TRUE(fouten.contains("de uitvoer is niet te schrijven")) << fouten.constData();
+}
+
 TEST(Programma, AnOutputThatCannotBeWrittenIsOneLineAndExitOne) {
     for (const char* vraag : {"--versie", "--help", "--verbindingen", "--verbindingen=json"}) {
         Programma programma;
-        programma.startDoor({QStringLiteral("/bin/sh"), QStringLiteral("-c"),
-                             QStringLiteral("exec \"$@\" > /dev/full"), QStringLiteral("sh")},
-                            {QLatin1String(vraag)});
-        ASSERT_TRUE(programma.wacht());
-        EXPECT_EQ(programma.uitgang(), 1) << vraag;
-        const QByteArray fouten = programma.fouten();
-        EXPECT_EQ(fouten.count('\n'), 1) << vraag << fouten.constData();
-        EXPECT_TRUE(fouten.contains("de uitvoer is niet te schrijven")) << fouten.constData();
+        schrijftNiet(programma, vraag);
     }
 }
 
 TEST(Programma, AnOutputOfTheOwnersThatCannotBeWrittenIsOneLineAndExitOne) {
     for (const char* vraag : {"--versie", "--help"}) {
         Programma bureau({}, brixtel::bureauPad());
-        bureau.startDoor({QStringLiteral("/bin/sh"), QStringLiteral("-c"),
-                          QStringLiteral("exec \"$@\" > /dev/full"), QStringLiteral("sh")},
-                         {QLatin1String(vraag)});
-        ASSERT_TRUE(bureau.wacht());
-        EXPECT_EQ(bureau.uitgang(), 1) << vraag;
-        const QByteArray fouten = bureau.fouten();
-        EXPECT_EQ(fouten.count('\n'), 1) << vraag << fouten.constData();
-        EXPECT_TRUE(fouten.contains("de uitvoer is niet te schrijven")) << fouten.constData();
+        schrijftNiet(bureau, vraag);
     }
 }
 
