@@ -328,6 +328,8 @@ class RegenZonderPlaatsen : public CentraleProef {
                 return schermen;
             }});
     }
+    // The windows end before the server that they tell of it.
+    void TearDown() override { centrale.reset(); }
     [[nodiscard]] double dekking(std::size_t n = 0) const {
         return centrale->regen()[n].venster->alpha();
     }
