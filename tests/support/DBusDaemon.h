@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QFile>
 #include <QProcess>
 #include <QString>
 
@@ -20,9 +21,15 @@ class DBusDaemon {
 
     [[nodiscard]] qint64 process() const { return process_.processId(); }
 
+    // Ends the bus as a crash does; nobody else would remove its socket.
     void stop() {
         process_.kill();
         process_.waitForFinished();
+        QFile::remove(path());
+    }
+    // The path of its socket.
+    [[nodiscard]] QString path() const {
+        return address_.section(QStringLiteral("unix:path="), 1).section(u',', 0, 0);
     }
 
     // Sends a signal with dbus-send's arguments; true if dbus-send succeeded.

@@ -361,12 +361,26 @@ TEST_F(Sessie, AStartWhileTheOwnerGoesTakesItsPlace) {
     EXPECT_EQ(tweede.readAllStandardError(), QByteArray());
 }
 
-TEST_F(Sessie, ABusThatHangsIsToldOf) {
-    ::kill(static_cast<pid_t>(bus.process()), SIGSTOP);
-    const auto stand = draai("--stand");
-    ::kill(static_cast<pid_t>(bus.process()), SIGCONT);
-    EXPECT_EQ(stand.uitgang, 1);
-    EXPECT_EQ(stand.fouten, QStringLiteral("brixtel-bureau: de sessiebus antwoordt niet\n"));
+// Two questions at the same time, since each waits for its answer.
+TEST_F(Sessie, AStoppedOwnerIsSaidNotToAnswerAndWhatWasAskedMayFollow) {
+    ASSERT_TRUE(begin());
+    ::kill(static_cast<pid_t>(eigenaar.processId()), SIGSTOP);
+    QProcess wissel, vraag;
+    start(wissel, {QStringLiteral("--wissel-regen")});
+    start(vraag, {QStringLiteral("--stand")});
+    for (QProcess* een : {&wissel, &vraag}) {
+        ASSERT_TRUE(until([&] { return een->state() == QProcess::NotRunning; }));
+        EXPECT_EQ(een->exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(een->exitCode(), 1);
+        EXPECT_EQ(een->readAllStandardOutput(), QByteArray());
+    }
+    EXPECT_EQ(wissel.readAllStandardError().toStdString(),
+              "brixtel-bureau: de draaiende brixtel-bureau antwoordt niet; wat gevraagd is kan "
+              "later nog gebeuren\n");
+    EXPECT_EQ(vraag.readAllStandardError().toStdString(),
+              "brixtel-bureau: de draaiende brixtel-bureau antwoordt niet\n");
+    ::kill(static_cast<pid_t>(eigenaar.processId()), SIGCONT);
+    EXPECT_TRUE(meldt("regen: aan"));
 }
 
 TEST_F(Sessie, ASignalEndsItAndTheEndOfTheBusToo) {
