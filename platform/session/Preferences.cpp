@@ -32,10 +32,12 @@ QHash<QString, QHash<QString, QString>>& unwritten() {
     return values;
 }
 
-// Empty where the user has no configuration folder.
+// Empty where the user has no configuration folder. Qt takes the root of the file system for
+// the home of a user without one.
 QString pathOf(const QString& name) {
+    if (qEnvironmentVariableIsEmpty("XDG_CONFIG_HOME") && qEnvironmentVariableIsEmpty("HOME"))
+        return {};
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    if (folder.isEmpty()) return {};
     return folder + QLatin1Char('/') + name + QStringLiteral(".conf");
 }
 
