@@ -8,12 +8,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QStandardPaths>
 #include <cerrno>
 #include <utility>
 
 #include "platform/files/InputFile.h"
 #include "platform/files/OutputFile.h"
+#include "platform/session/ConfigurationFolder.h"
 #include "platform/session/IniText.h"
 
 namespace platform {
@@ -32,12 +32,10 @@ QHash<QString, QHash<QString, QString>>& unwritten() {
     return values;
 }
 
-// Empty where the user has no configuration folder. Qt takes the root of the file system for
-// the home of a user without one.
+// Empty where the user has no configuration folder.
 QString pathOf(const QString& name) {
-    if (qEnvironmentVariableIsEmpty("XDG_CONFIG_HOME") && qEnvironmentVariableIsEmpty("HOME"))
-        return {};
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    const QString folder = configurationFolder();
+    if (folder.isEmpty()) return {};
     return folder + QLatin1Char('/') + name + QStringLiteral(".conf");
 }
 
