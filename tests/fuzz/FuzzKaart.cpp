@@ -19,21 +19,23 @@ using brixtel::LandKaart;
 constexpr qsizetype kKop = 8;    // a chunk's length and type; the file's mark is as long
 constexpr qsizetype kStuk = 12;  // a chunk without content
 
-// Gives every chunk the checksum of what is in it. The end of the last one, or 0 where the
-// chunks are cut off or have no end.
-qsizetype herstelSommen(QByteArray& png) {
-    if (!png.startsWith(QByteArrayLiteral("\x89PNG\r\n\x1a\n"))) return 0;
+// Gives every chunk the checksum of what is in it. The ends of the chunks, up to the last one;
+// none where they are cut off or have no last one.
+std::vector<qsizetype> herstelSommen(QByteArray& png) {
+    std::vector<qsizetype> einden;
+    if (!png.startsWith(QByteArrayLiteral("\x89PNG\r\n\x1a\n"))) return {};
     for (qsizetype plaats = kKop; plaats + kStuk <= png.size();) {
         char* const stuk = png.data() + plaats;
         const qsizetype lang = qFromBigEndian<quint32>(stuk);
-        if (lang > png.size() - plaats - kStuk) return 0;
+        if (lang > png.size() - plaats - kStuk) return {};
         const auto* const soort = reinterpret_cast<const Bytef*>(stuk + kKop / 2);
         const auto som = crc32(0, soort, static_cast<uInt>(lang + kKop / 2));
         qToBigEndian(static_cast<quint32>(som), stuk + kKop + lang);
-        plaats += kStuk + lang;
-        if (png.mid(plaats - kStuk - lang + kKop / 2, kKop / 2) == "IEND") return plaats;
+        einden.push_back(plaats + kStuk + lang);
+        if (png.mid(plaats + kKop / 2, kKop / 2) == "IEND") return einden;
+        plaats = einden.back();
     }
-    return 0;
+    return {};
 }
 
 LandKaart alsBestand(const QByteArray& png) {
@@ -56,6 +58,13 @@ void eisAfwezig(const LandKaart& kaart) {
     eis(land(kaart) == land(LandKaart()));
 }
 
+// A file in which one bit is changed must be an absent map.
+void eisAfwezigMetAnderBit(QByteArray png, qsizetype plaats, unsigned long bit) {
+    char& getroffen = png.data()[plaats];
+    getroffen = static_cast<char>(getroffen ^ (1 << bit));
+    eisAfwezig(alsBestand(png));
+}
+
 void eisGelijk(const LandKaart& een, const LandKaart& ander) {
     eis(een.breedte() == ander.breedte() && een.hoogte() == ander.hoogte());
     eis(land(een) == land(ander));
@@ -74,21 +83,21 @@ bool isGroot(QByteArray png) {
 void kaart(Bytes bytes) {
     const QByteArray inhoud = alsArray(bytes);
     QByteArray heel = inhoud;
-    const qsizetype einde = herstelSommen(heel);
+    const auto einden = herstelSommen(heel);
     if (isGroot(inhoud) || isGroot(heel)) return;
     const QImage beeld = QImage::fromData(inhoud, "PNG");
     const LandKaart vanBeeld(beeld);
     eis((vanBeeld.breedte() == 0) == beeld.isNull());
     if (beeld.isNull()) eisAfwezig(vanBeeld);
 
-    // A whole file is the picture that is in it; one bit makes it none.
-    if (einde == 0) return eisAfwezig(alsBestand(inhoud));
+    // A whole file is the picture that is in it; one bit of anything makes it none.
+    if (einden.empty()) return eisAfwezig(alsBestand(inhoud));
     eisGelijk(alsBestand(heel), LandKaart(QImage::fromData(heel, "PNG")));
-    if (heel.left(einde) != inhoud.left(einde)) eisAfwezig(alsBestand(inhoud));
+    if (heel.left(einden.back()) != inhoud.left(einden.back())) eisAfwezig(alsBestand(inhoud));
     const auto lot = crc32(0, bytes.data(), static_cast<uInt>(bytes.size()));
-    char& getroffen = heel.data()[static_cast<qsizetype>(lot / 8) % einde];
-    getroffen = static_cast<char>(getroffen ^ (1 << lot % 8));
-    eisAfwezig(alsBestand(heel));
+    eisAfwezigMetAnderBit(heel, static_cast<qsizetype>(lot / 8) % einden.back(), lot % 8);
+    for (const qsizetype einde : einden)
+        eisAfwezigMetAnderBit(heel, einde - 1, lot % 8);
 }
 
 }  // namespace fuzz
