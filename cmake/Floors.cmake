@@ -57,13 +57,13 @@ endfunction()
 # brixtel_first_libraries(PROGRAM)
 # Names the libraries that most symbols come from before the program's own ones. The dynamic
 # linker asks one library after another for each symbol, in the order in which the program names
-# them; libepoxy alone has 3500 symbols of its own looked up.
+# them.
 function(brixtel_first_libraries name)
   # A sanitizer's library has to be the first.
   if(BRIXTEL_SANITIZE)
     return()
   endif()
-  set(libraries -lstdc++ $<TARGET_FILE:Qt6::Core> $<TARGET_FILE:Qt6::Gui> ${EPOXY_LINK_LIBRARIES}
+  set(libraries -lstdc++ $<TARGET_FILE:Qt6::Core> $<TARGET_FILE:Qt6::Gui>
       $<TARGET_FILE:Qt6::DBus>)
   list(JOIN libraries " " libraries)
   target_link_options(${name} PRIVATE

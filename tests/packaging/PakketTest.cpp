@@ -112,7 +112,7 @@ class Pakket : public testing::Test {
         EXPECT_EQ(veld("Package"), "brixtel\n");
         EXPECT_EQ(veld("Version"), BRIXTEL_VERSION "\n");
         for (const char* naam :
-             {"libqt6gui6", "libqt6widgets6", "libqt6quick6", "libepoxy0", "libegl1", "libgl1",
+             {"libqt6gui6", "libqt6widgets6", "libqt6quick6", "libegl1", "libgl1",
               "fonts-dejavu-core", "qml6-module-qtquick,", "qml6-module-qtqml,",
               "qml6-module-qtqml-models", "qml6-module-qtqml-workerscript"})
             EXPECT_TRUE(veld("Depends").contains(naam)) << naam;
