@@ -54,10 +54,11 @@ TEST(Programma, HelpAndVersionNeedNothing) {
     EXPECT_TRUE(versie.uit().startsWith("brixtel-saver 0."));
 }
 
-// The loader's account of a start: which file's function it gives to which file.
-QByteArray verbondenFuncties() {
-    Programma programma;
-    programma.zet(QStringLiteral("LD_DEBUG"), QStringLiteral("bindings"));
+// The loader's account of a start: its `bindings`, which file's function it gives to which file,
+// or its `libs`, where it looks for libraries.
+QByteArray vanDeLader(const char* wat, const QString& pad = brixtel::programmaPad()) {
+    Programma programma({}, pad);
+    programma.zet(QStringLiteral("LD_DEBUG"), QLatin1String(wat));
     programma.zet(QStringLiteral("LD_DEBUG_OUTPUT"), programma.map() + QStringLiteral("/lader"));
     programma.draai(woorden(QStringLiteral("--versie")));
     QByteArray regels;
@@ -70,11 +71,25 @@ QByteArray verbondenFuncties() {
 }
 
 TEST(Programma, NoStartWaitsForTheVectorLibraryToMeasureItsTimer) {
-    const QByteArray regels = verbondenFuncties();
+    const QByteArray regels = vanDeLader("bindings");
     ASSERT_TRUE(regels.contains("libhwy.so"));
     for (const QByteArray& regel : regels.split('\n')) {
         if (!regel.contains("TimerResolution")) continue;
         EXPECT_TRUE(regel.contains("libbrixtel-platform_render.so")) << regel.constData();
+    }
+}
+
+// A relative name leads into the current folder.
+TEST(Programma, NoStartLooksForLibrariesInTheCurrentFolder) {
+    for (const QString& pad : {brixtel::programmaPad(), brixtel::bureauPad()}) {
+        int gezocht = 0;
+        for (const QByteArray& regel : vanDeLader("libs", pad).split('\n')) {
+            const auto bestand = regel.indexOf("trying file=");
+            if (bestand < 0) continue;
+            ++gezocht;
+            EXPECT_EQ(regel.at(bestand + 12), '/') << regel.constData();
+        }
+        EXPECT_GT(gezocht, 20) << qPrintable(pad);
     }
 }
 
