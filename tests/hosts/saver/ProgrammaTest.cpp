@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 #include "tests/hosts/saver/Programma.h"
 
@@ -78,6 +79,24 @@ TEST(Programma, NoStartWaitsForTheVectorLibraryToMeasureItsTimer) {
         EXPECT_TRUE(regel.contains("libbrixtel-platform_render.so")) << regel.constData();
     }
 }
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+// Left are the 60 variables of headers and templates, of which a process has one each. Names that
+// the linker did not bind would be 1,200 more.
+TEST(Programma, NoLibraryOfOursLooksUpWhatItHasItself) {
+    int eigen = 0, alle = 0;
+    for (const QByteArray& regel : vanDeLader("bindings").split('\n')) {
+        static const QRegularExpression zoekt(
+            QStringLiteral("binding file (\\S+/libbrixtel-\\S+) .* to (\\S+) "));
+        const auto gevonden = zoekt.match(QString::fromUtf8(regel));
+        if (!gevonden.hasMatch()) continue;
+        ++alle;
+        eigen += gevonden.captured(1) == gevonden.captured(2) ? 1 : 0;
+    }
+    EXPECT_GT(alle, 100);
+    EXPECT_LT(eigen, 150);
+}
+#endif
 
 // A relative name leads into the current folder.
 TEST(Programma, NoStartLooksForLibrariesInTheCurrentFolder) {
