@@ -4,11 +4,11 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QStandardPaths>
 #include <cerrno>
 
 #include "hosts/gedeeld/Uitvoer.h"
 #include "platform/files/InputFile.h"
+#include "platform/session/ConfigurationFolder.h"
 
 namespace brixtel {
 
@@ -48,8 +48,9 @@ bool isStart(const QByteArray& tekst) {
 }  // namespace
 
 QString Autostart::bestand() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/autostart/nl.groenlicht.brixtel.bureau.desktop");
+    const QString map = platform::configurationFolder();
+    if (map.isEmpty()) return {};
+    return map + QStringLiteral("/autostart/nl.groenlicht.brixtel.bureau.desktop");
 }
 
 bool Autostart::isAan() {
@@ -60,6 +61,8 @@ bool Autostart::isAan() {
 }
 
 QString Autostart::zet(bool aan, const QString& programma) {
+    if (bestand().isEmpty())
+        return aan ? QStringLiteral("de thuismap is niet bekend: HOME is leeg") : QString();
     if (!aan) {
         if (!isAan() || QFile::remove(bestand())) return {};
         return QStringLiteral("'%1' is niet te verwijderen").arg(bestand());

@@ -15,7 +15,7 @@ class Autostart final {
     // The largest entry that isAan() reads, in bytes.
     static constexpr std::size_t kGrootste = std::size_t{64} << 10;
 
-    // The path of the entry, which need not exist.
+    // The path of the entry, which need not exist; empty for a user without a home.
     [[nodiscard]] static QString bestand();
 
     // Whether the entry is there and starts the program: no desktop has switched it off. An

@@ -28,6 +28,7 @@ void AutostartWacht::volg() {
     const QStringList eerder = kijker_.files() + kijker_.directories();
     if (!eerder.isEmpty()) kijker_.removePaths(eerder);
     QString pad = Autostart::bestand();
+    if (pad.isEmpty()) return;
     if (QFileInfo::exists(pad)) kijker_.addPath(pad);
     do
         pad = QFileInfo(pad).path();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/bureau/Bureau.h"
 
+#include <cerrno>
 #include <utility>
 
 #include "hosts/gedeeld/Reden.h"
@@ -154,7 +155,9 @@ void Bureau::zetKeuzes(const BureauKeuzes& keuzes) {
 
 QString Bureau::bewaarMis() const {
     if (bewaarFout_ == 0) return {};
-    return QStringLiteral("de keuze geldt, maar is niet te bewaren: ") + reden(bewaarFout_);
+    return QStringLiteral("de keuze geldt, maar is niet te bewaren: ") +
+           (bewaarFout_ == ENOENT ? QStringLiteral("er is geen map voor instellingen")
+                                  : reden(bewaarFout_));
 }
 
 }  // namespace brixtel

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/bureau/BureauInstellingen.h"
 
+#include <cerrno>
+
 #include "hosts/bureau/ZwartSoort.h"
 #include "hosts/gedeeld/Opties.h"
 #include "platform/session/Preferences.h"
@@ -64,7 +66,7 @@ BureauKeuzes BureauInstellingen::lees() {
 
 int BureauInstellingen::bewaar(const BureauKeuzes& keuzes) {
     const auto winkel = platform::Preferences::forModule(moduleNaam);
-    if (!winkel) return 0;
+    if (!winkel) return ENOENT;
     winkel->setString(kDichtheid, QString::number(keuzes.dichtheid));
     winkel->setString(kSnelheid, QString::number(keuzes.snelheid));
     winkel->setString(kMuziek, keuzes.muziek ? kAan : kUit);

@@ -43,7 +43,7 @@ class BureauInstellingen final {
     static BureauKeuzes lees();
 
     // Writes the choices out at once. Returns 0, or the number of the error that prevented
-    // it; without a store nothing happens.
+    // it; ENOENT without a store.
     static int bewaar(const BureauKeuzes& keuzes);
 };
 

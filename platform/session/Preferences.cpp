@@ -8,12 +8,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QStandardPaths>
 #include <cerrno>
 #include <utility>
 
 #include "platform/files/InputFile.h"
 #include "platform/files/OutputFile.h"
+#include "platform/session/ConfigurationFolder.h"
 #include "platform/session/IniText.h"
 
 namespace platform {
@@ -34,7 +34,7 @@ QHash<QString, QHash<QString, QString>>& unwritten() {
 
 // Empty where the user has no configuration folder.
 QString pathOf(const QString& name) {
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    const QString folder = configurationFolder();
     if (folder.isEmpty()) return {};
     return folder + QLatin1Char('/') + name + QStringLiteral(".conf");
 }

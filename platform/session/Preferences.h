@@ -18,7 +18,7 @@ class Preferences {
   public:
     static constexpr std::size_t kLargest = std::size_t{1} << 20;  // bytes
 
-    // Null where the user has no configuration folder.
+    // Null where the user has no configuration folder: neither XDG_CONFIG_HOME nor HOME names one.
     [[nodiscard]] static std::unique_ptr<Preferences> forModule(const QString& name);
 
     // The number of the error for which the module's file cannot be read; 0 for a readable or

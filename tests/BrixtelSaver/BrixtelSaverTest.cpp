@@ -2,9 +2,8 @@
 #include "BrixtelSaver/BrixtelSaver.h"
 
 #include <QPainter>
-#include <map>
-#include <set>
 
+#include "BrixtelSaver/InstellingenModule.h"
 #include "tests/BrixtelSaver/SaverOpstelling.h"
 #include "tests/rain/RegenProef.h"
 
@@ -178,35 +177,6 @@ TEST_F(SaverView, WithNoStoredChoiceASceneAtOnceThenAnotherEverySixtySeconds) {
     }
 }
 
-TEST_F(SaverView, TicksPickEachOfTheFourOthersEvenly) {
-    const auto view = maak();
-    view->startAnimation();
-    std::map<std::pair<SaverKeuze, SaverKeuze>, int> wissels;
-    constexpr int kMinuten = 4000;
-    for (int minuut = 0; minuut < kMinuten; ++minuut) {
-        const auto van = *view->huidige();
-        klok.leap(60.0);
-        ++wissels[{van, *view->huidige()}];
-    }
-    EXPECT_EQ(wissels.size(), 20U);
-    for (const auto& [paar, aantal] : wissels)
-        EXPECT_NEAR(aantal, kMinuten / 20, 45);
-}
-
-TEST_F(SaverView, TheFirstPickMayRepeatTheSceneShownBefore) {
-    const auto view = gestart(SaverKeuze::wisselend);
-    std::set<SaverKeuze> eerste;
-    bool herhaald = false;
-    for (int keer = 0; keer < 100; ++keer) {
-        const auto voor = view->huidige();
-        view->startAnimation();
-        herhaald = herhaald || view->huidige() == voor;
-        eerste.insert(*view->huidige());
-    }
-    EXPECT_TRUE(herhaald);
-    EXPECT_EQ(eerste.size(), 5U);
-}
-
 TEST_F(SaverView, PickingInTheSheetWhileRunningSwitchesAtOnceAndStores) {
     const auto view = gestart(SaverKeuze::kubus);
     EXPECT_FALSE(view->regen());
@@ -233,6 +203,16 @@ TEST_F(SaverView, TheSheetIsNewEachTimeAndKeptUntilTheNext) {
     const auto tweede = view->configureSheet();
     EXPECT_TRUE(eerste.expired());
     EXPECT_TRUE(tweede);
+}
+
+// The program of these tests has an application of another kind.
+TEST_F(SaverView, WithoutAnApplicationForWidgetsThereIsNoSheet) {
+    ASSERT_NE(brixtel::InstellingenModule::laad(), nullptr);
+    BrixtelSaverView view(QRectF(0, 0, 300, 200), false,
+                          {.clock = klok, .random = toeval, .notifications = berichten});
+    EXPECT_TRUE(view.hasConfigureSheet());
+    EXPECT_EQ(view.configureSheet(), nullptr);
+    EXPECT_TRUE(view.pickedInSheet().isEmpty());
 }
 
 TEST_F(SaverView, ASheetThatOutlivesItsViewOnlyStores) {

@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <algorithm>
 #include <cmath>
+#include <set>
 
 #include <glm/geometric.hpp>
 
@@ -19,6 +20,7 @@
 namespace {
 
 using brixtel::alleKeuzes;
+using brixtel::MatrixRegen;
 using steun::SaverKeuze;
 
 constexpr double kDag = 86'400.0;           // seconds
@@ -31,20 +33,20 @@ double dagen() {
     return is ? gevraagd : 1;
 }
 
-long draden() {
-    const std::filesystem::directory_iterator eerste("/proc/self/task");
-    return std::distance(eerste, std::filesystem::directory_iterator());
-}
-
 struct Gebruik {
-    std::size_t geheugen = 0;
+    std::size_t geheugen = 0;  // allocated and not freed
+    std::size_t bijDeKern = 0;
     long descriptors = 0, draden = 0;
 
-    static Gebruik nu() { return {steun::geheugenInGebruik(), steun::descriptors(), ::draden()}; }
+    static Gebruik nu() {
+        return {steun::geheugenInGebruik(), steun::geheugenBijDeKern(), steun::descriptors(),
+                steun::draden()};
+    }
     // The most memory; the fewest descriptors and threads, since a measurement of the
     // connections has some for a moment.
     void neem(const Gebruik& ander) {
         geheugen = std::max(geheugen, ander.geheugen);
+        bijDeKern = std::max(bijDeKern, ander.bijDeKern);
         descriptors = std::min(descriptors, ander.descriptors);
         draden = std::min(draden, ander.draden);
     }
@@ -86,12 +88,16 @@ TEST_F(Jaar, MemoryDescriptorsAndThreadsStayWhatTheyWere) {
         laatGaan(*view, wisselt ? duur : 0.05 * duur);
         const Gebruik eerst = laatGaan(*view, wisselt ? duur : 0.05 * duur);
         const Gebruik later = laatGaan(*view, wisselt ? duur : 0.9 * duur);
-        std::printf("%s: %.1f dagen, %zu en %zu bytes, %ld en %ld bestanden, %ld en %ld draden\n",
-                    qPrintable(ruweWaarde(keuze)), duur / kDag, eerst.geheugen, later.geheugen,
-                    eerst.descriptors, later.descriptors, eerst.draden, later.draden);
+        std::printf(
+            "%s: %.1f dagen, %zu en %zu bytes, bij de kern %zu en %zu, %ld en %ld bestanden, "
+            "%ld en %ld draden\n",
+            qPrintable(ruweWaarde(keuze)), duur / kDag, eerst.geheugen, later.geheugen,
+            eerst.bijDeKern, later.bijDeKern, eerst.descriptors, later.descriptors, eerst.draden,
+            later.draden);
         EXPECT_LE(later.geheugen, eerst.geheugen + eerst.geheugen / 100);
+        EXPECT_LE(later.bijDeKern, eerst.bijDeKern + eerst.bijDeKern / 100);
         EXPECT_TRUE(until([&] {
-            return steun::descriptors() <= eerst.descriptors && ::draden() <= eerst.draden;
+            return steun::descriptors() <= eerst.descriptors && steun::draden() <= eerst.draden;
         })) << "a measurement that was under way ended long ago";
         view->stopAnimation();
     }
@@ -149,6 +155,55 @@ TEST_F(Jaar, WhatMovesIsWhereItWouldBeAtTheStart) {
             std::abs(verloop(*oud->wereld()->scene()) - verloop(*nieuw->wereld()->scene()));
         EXPECT_LT(std::min(schuift, 1.0 - schuift), 1e-4);
     }
+}
+
+using Stuk = std::shared_ptr<platform::Layer>;
+
+// The pieces that fall, in the order of the columns: of each drop its trail, then its head.
+std::vector<Stuk> vallend(const MatrixRegen& regen) {
+    std::vector<Stuk> stukken;
+    for (const MatrixRegen::Kolom& kolom : regen.kolommen())
+        for (std::size_t i = 0; i < kolom.staart->mask()->sublayers().size(); ++i) {
+            stukken.push_back(kolom.staart->mask()->sublayers()[i]);
+            stukken.push_back(kolom.kop->mask()->sublayers()[i]);
+        }
+    return stukken;
+}
+
+double hoogteVan(const platform::Layer& stuk, double klok) {
+    return stuk.shownPosition(stuk.localTime(klok)).y();
+}
+
+// Each drop has a period of its own. A fresh rain of the same lots shows the drop at the same
+// phase, well before its first round ends.
+TEST_F(Jaar, TheRainsDropsAreWhereTheyWouldBeAtTheStart) {
+    const platform::RandomSource lot = toeval;
+    const auto view = gestart(SaverKeuze::regen);
+    const double begin = klok.now();
+    laatGaan(*view, dagen() * kDag);
+    platform::ManualClock nieuweKlok(begin);
+    platform::RandomSource zelfdeLot = lot;
+    const MatrixRegen nieuw({.maat = {300, 200}, .schaal = 1.0, .dichtheid = 0.7, .snelheid = 1.0},
+                            nieuweKlok, zelfdeLot);
+    const auto oude = vallend(*view->regen());
+    const auto verse = vallend(nieuw);
+    ASSERT_EQ(oude.size(), verse.size());
+    ASSERT_GT(oude.size(), 40U);
+    // At so many moments that a hundredth of a second in a day moves some drop by a row.
+    std::set<double> hoogten;
+    for (int moment = 0; moment < 60; ++moment) {
+        for (std::size_t i = 0; i < oude.size(); ++i) {
+            const double ronde = verse[i]->animation("val")->data().timing.duration;
+            ASSERT_EQ(oude[i]->animation("val")->data().timing.duration, ronde);
+            const double fase = std::fmod(klok.now() - begin, ronde);
+            const double hoogte = hoogteVan(*oude[i], klok.now());
+            EXPECT_EQ(hoogte, hoogteVan(*verse[i], begin + fase)) << "piece " << i;
+            hoogten.insert(hoogte);
+        }
+        klok.advance(7.3);
+        teken(*view);
+    }
+    EXPECT_GT(hoogten.size(), 10U) << "the drops are in different rows";
 }
 
 TEST_F(Jaar, TheComparisonSeesAScenesMotion) {

@@ -21,7 +21,7 @@ void instellingen(Bytes bytes);  // a settings file of ours
 void gastheer(Bytes bytes);      // the host's settings file
 void opdracht(Bytes bytes);      // a command line; a zero byte ends each word
 void bus(Bytes bytes);           // a call on the session bus: path, interface, method, words
-void kaart(Bytes bytes);         // a picture file with the map of the world
+void kaart(Bytes bytes);         // a PNG file with the map of the world
 
 inline void eis(bool waar) {
     if (!waar) std::abort();

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
-// The rain's random choices, by their distribution: fixed seeds, exact sums.
+// The rain's random choices: each draw of a source of the same seed in its order, and their
+// distribution over fixed seeds.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <map>
 #include <set>
 
@@ -25,6 +27,12 @@ void elkeDruppel(const brixtel::MatrixRegen& regen, Doe doe) {
             doe(dynamic_cast<const GradientLayer&>(*stuk));
 }
 
+// Four standard deviations of how often one of so many even choices comes.
+double vierSigma(int keren, int keuzes) {
+    const double kans = 1.0 / keuzes;
+    return 4.0 * std::sqrt(keren * kans * (1.0 - kans));
+}
+
 int lengte(const Layer& stuk, double rijHoogte) {
     return static_cast<int>(stuk.bounds().height() / rijHoogte);
 }
@@ -35,6 +43,88 @@ int enen(const QImage& strook, int& cellen) {
     for (int y = strook.height() - 26; y >= 0; y -= 26, ++cellen)
         aantal += qAlpha(strook.pixel(4, y + 26 - 4 - 1)) == 255 ? 1 : 0;
     return aantal;
+}
+
+// The draws of a rain of that size, one by one, from a source of the same seed.
+class Trekking {
+  public:
+    Trekking(const Proef& proef, brixtel::MatrixRegenOpties opties)
+        : toeval_(proef.toeval), opties_(opties), nu_(proef.klok.now()) {}
+
+    // Whether the digits of the ten strips are the first draws.
+    void stroken(const brixtel::MatrixRegen& regen) {
+        for (const QImage& strook : regen.stroken())
+            for (int rij = 0; rij < rijen(); ++rij)
+                ASSERT_EQ(isEen(strook, rij), toeval_.coin()) << "row " << rij;
+    }
+    void kolom(const brixtel::MatrixRegen& regen, const brixtel::MatrixRegen::Kolom& kolom) {
+        const auto strook = toeval_.below(10);
+        EXPECT_EQ(kolom.staart->contents().cacheKey(), regen.stroken()[strook].cacheKey());
+        EXPECT_EQ(kolom.kop->contents().cacheKey(), regen.kopStroken()[strook].cacheKey());
+        ASSERT_EQ(brixtel::druppels(kolom), druppels());
+        for (std::size_t i = 0; i < brixtel::druppels(kolom); ++i)
+            druppel(*kolom.staart->mask()->sublayers()[i], *kolom.kop->mask()->sublayers()[i]);
+    }
+    // No draw is left over: the next one of both sources is the same.
+    void eindigtBij(platform::RandomSource toeval) { EXPECT_EQ(toeval.bits(), toeval_.bits()); }
+
+  private:
+    [[nodiscard]] int rijHoogte() const { return opties_.doorzichtig ? 30 : 26; }
+    [[nodiscard]] int rijen() const {
+        return static_cast<int>(std::ceil(opties_.maat.height() / rijHoogte())) + 1;
+    }
+    // The digit one, unlike the nought, has a block in the lower left corner of its cell.
+    [[nodiscard]] bool isEen(const QImage& strook, int rij) const {
+        const int onder = strook.height() - (rijen() - 1 - rij) * rijHoogte();
+        const QRgb pixel = strook.pixel(opties_.doorzichtig ? 5 : 4, onder - 5);
+        return qAlpha(pixel) == 255 && qGreen(pixel) > 100;
+    }
+    std::size_t druppels() {
+        const double r1 = toeval_.unit();
+        if (opties_.doorzichtig) return r1 < 0.25 + 0.6 * opties_.dichtheid ? 1 : 0;
+        const double r2 = toeval_.unit();
+        return (r1 < 0.35 + 0.65 * opties_.dichtheid ? 2 : 1) +
+               (r2 < 0.7 * opties_.dichtheid ? 1 : 0);
+    }
+    void druppel(const Layer& staart, const Layer& kop) {
+        const int cellen = opties_.doorzichtig ? 6 + static_cast<int>(toeval_.below(11))
+                                               : 8 + static_cast<int>(toeval_.below(19));
+        EXPECT_EQ(lengte(staart, rijHoogte()), cellen);
+        const double stap = 0.05 + 0.07 * toeval_.unit();
+        const double duur = stap * (rijen() + cellen + 1) / opties_.snelheid;
+        EXPECT_NEAR(tijd(staart).duration, duur, 1e-12);
+        const double lot = toeval_.unit();
+        const double begin = opties_.doorzichtig ? nu_ + 2.2 * lot : nu_;
+        const double verschuiving = opties_.doorzichtig ? 0.0 : duur * lot;
+        EXPECT_NEAR(tijd(staart).time.beginTime, begin, 1e-12);
+        EXPECT_NEAR(tijd(staart).time.timeOffset, verschuiving, 1e-12);
+        EXPECT_EQ(tijd(staart).time, tijd(kop).time);
+        EXPECT_EQ(tijd(staart).duration, tijd(kop).duration);
+    }
+
+    platform::RandomSource toeval_;
+    const brixtel::MatrixRegenOpties opties_;
+    const double nu_;
+};
+
+TEST(RegenKans, EveryChoiceIsADrawOfTheSourceInItsOrder) {
+    for (const std::uint64_t zaad : {1U, 2U, 3U})
+        for (const bool doorzichtig : {false, true})
+            for (const double dichtheid : {0.3, 0.7, 1.0}) {
+                Proef proef;
+                proef.toeval = platform::RandomSource(zaad);
+                const brixtel::MatrixRegenOpties opties{.maat = {2000, 500},
+                                                        .dichtheid = dichtheid,
+                                                        .snelheid = 1.7,
+                                                        .doorzichtig = doorzichtig};
+                Trekking trekking(proef, opties);
+                const auto regen = proef.maak(opties);
+                ASSERT_EQ(regen->stroken().size(), 10U);
+                ASSERT_NO_FATAL_FAILURE(trekking.stroken(*regen));
+                for (const auto& kolom : regen->kolommen())
+                    ASSERT_NO_FATAL_FAILURE(trekking.kolom(*regen, kolom));
+                trekking.eindigtBij(proef.toeval);
+            }
 }
 
 TEST(RegenKans, HalfOfTheDigitsAreOnesAndNoTwoStripsAreAlike) {
@@ -49,7 +139,7 @@ TEST(RegenKans, HalfOfTheDigitsAreOnesAndNoTwoStripsAreAlike) {
         som += aantal;
     }
     EXPECT_EQ(cellen, 10 * 101);
-    EXPECT_NEAR(som, cellen / 2, 50);
+    EXPECT_NEAR(som, cellen / 2, vierSigma(cellen, 2));
     EXPECT_GT(verschillend.size(), 5U);
 }
 
@@ -61,7 +151,7 @@ TEST(RegenKans, EveryStripHangsInATenthOfTheColumns) {
         ++per[kolom.staart->contents().cacheKey()];
     ASSERT_EQ(per.size(), 10U);
     for (const auto& [strook, aantal] : per)
-        EXPECT_NEAR(aantal, 100, 35);
+        EXPECT_NEAR(aantal, 100, vierSigma(1000, 10));
 }
 
 TEST(RegenKans, EveryLengthOfATrailComesAsOftenAsEveryOther) {
@@ -79,7 +169,7 @@ TEST(RegenKans, EveryLengthOfATrailComesAsOftenAsEveryOther) {
         ASSERT_EQ(per.size(), static_cast<std::size_t>(soorten));
         EXPECT_EQ(per.begin()->first, doorzichtig ? 6 : 8);
         for (const auto& [cellen, aantal] : per)
-            EXPECT_NEAR(aantal, som / soorten, som / soorten * 0.4) << cellen;
+            EXPECT_NEAR(aantal, som / soorten, vierSigma(som, soorten)) << cellen;
     }
 }
 
@@ -93,9 +183,9 @@ void verwachtEven(const std::vector<double>& waarden, double laag, double hoog) 
         ASSERT_LE(deel, 1.0 + 1e-9);
         ++per[static_cast<std::size_t>(std::clamp(deel * 4.0, 0.0, 3.0))];
     }
+    const int som = static_cast<int>(waarden.size());
     for (const int aantal : per)
-        EXPECT_NEAR(aantal, static_cast<double>(waarden.size()) / 4.0,
-                    0.04 * static_cast<double>(waarden.size()));
+        EXPECT_NEAR(aantal, som / 4.0, vierSigma(som, 4));
 }
 
 TEST(RegenKans, TheTimesOfTheDropsAreSpreadOverTheirRanges) {
@@ -141,10 +231,10 @@ TEST(RegenKans, TheFlickerComesToEveryColumnAndEveryStrip) {
     }
     // One flicker in ten picks the strip that hangs there already.
     for (const int aantal : perKolom)
-        EXPECT_NEAR(aantal, 450, 90);
+        EXPECT_NEAR(aantal, 450, vierSigma(3600, 8));
     ASSERT_EQ(perStrook.size(), 10U);
     for (const auto& [strook, aantal] : perStrook)
-        EXPECT_NEAR(aantal, 360, 80);
+        EXPECT_NEAR(aantal, 360, vierSigma(3600, 10));
 }
 
 TEST(RegenKans, ATrailFadesOverItsWholeLength) {

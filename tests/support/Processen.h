@@ -4,9 +4,11 @@
 
 #include <malloc.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
+#include <fstream>
 #include <iterator>
 
 namespace steun {
@@ -15,6 +17,12 @@ namespace steun {
 inline long descriptors() {
     const std::filesystem::directory_iterator eerste("/proc/self/fd");
     return std::distance(eerste, std::filesystem::directory_iterator()) - 1;
+}
+
+// The threads of this process.
+inline long draden() {
+    const std::filesystem::directory_iterator eerste("/proc/self/task");
+    return std::distance(eerste, std::filesystem::directory_iterator());
 }
 
 // Whether any child exists, running or not yet waited for.
@@ -28,6 +36,18 @@ inline bool heeftKinderen() {
 inline std::size_t geheugenInGebruik() {
     const auto info = mallinfo2();
     return info.uordblks + info.hblkhd;
+}
+
+// Bytes of memory that the kernel holds for this process; 0 under a sanitizer, which keeps
+// what was freed.
+inline std::size_t geheugenBijDeKern() {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    return 0;
+#else
+    std::size_t bladzijden = 0, aanwezig = 0;
+    std::ifstream("/proc/self/statm") >> bladzijden >> aanwezig;
+    return aanwezig * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+#endif
 }
 
 }  // namespace steun

@@ -225,6 +225,8 @@ void ScenePass::drawRun(std::span<const PlacedBatch> run, unsigned variant) {
         glUniform3fv(program->middle, 1, glm::value_ptr(middle));
     }
     setBlending(batch.material, softEdges);
+    // The see-through rims of dots in a crowd would hide the dots behind.
+    if ((variant & kPoints) != 0) glDepthMask(GL_FALSE);
     if (batch.material.doubleSided || softEdges) {
         glDisable(GL_CULL_FACE);
     } else {

@@ -109,12 +109,11 @@ void main() {
 #endif
 #endif
 #ifdef POINTS
-    // A dot is at least one shown pixel wide. A size below one pixel of the
-    // image is drawn as one pixel, with proportionally less light.
-    float size = texcoord.x * dots.x;
+    // A dot is at least one shown pixel wide, and one of the image. Where its share of
+    // the height or a pixel of the image is less, it has less light instead.
+    float size = max(texcoord.x * dots.x, dots.z);
     if (texcoord.y > 0.0) size = min(size, texcoord.y * dots.y);
-    size = max(size, dots.z);
-    dotSize = max(size, 1.0);
+    dotSize = max(size, max(dots.z, 1.0));
     dotLight = (size / dotSize) * (size / dotSize);
     dotMiddle = (gl_Position.xy / gl_Position.w + 1.0) * halfViewport;
     // Drivers place the square of a dot up to half a pixel away.

@@ -4,9 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+
+#include "hosts/bureau/AutostartWacht.h"
+#include "tests/support/ZonderThuis.h"
 
 using brixtel::Autostart;
 
@@ -74,6 +78,18 @@ TEST_F(Start, AnEntryBeyondTheLimitCountsAsOnAndCanBeRemoved) {
     EXPECT_TRUE(start("[Desktop Entry]\n" + QByteArray(Autostart::kGrootste, '#')));
     EXPECT_EQ(Autostart::zet(false, {}), QString());
     EXPECT_FALSE(QFile::exists(ingang));
+}
+
+TEST_F(Start, AUserWithoutAHomeHasNoFolderForIt) {
+    const steun::ZonderThuis zonderThuis;
+    EXPECT_TRUE(Autostart::bestand().isEmpty());
+    EXPECT_FALSE(Autostart::isAan());
+    EXPECT_EQ(Autostart::zet(true, QStringLiteral("/usr/bin/brixtel-bureau")),
+              QStringLiteral("de thuismap is niet bekend: HOME is leeg"));
+    EXPECT_EQ(Autostart::zet(false, {}), QString());
+    EXPECT_FALSE(QFile::exists(QStringLiteral("/.config/autostart")));
+    const brixtel::AutostartWacht wacht([] { ADD_FAILURE() << "there is nothing to watch"; });
+    QCoreApplication::processEvents();
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "tests/hosts/bureau/BureauProef.h"
 #include "tests/support/BusMonitor.h"
 #include "tests/support/Paden.h"
+#include "tests/support/ZonderThuis.h"
 
 using namespace brixtel;
 
@@ -83,6 +84,16 @@ TEST_F(Dienst, AChoiceThatCannotBeKeptHoldsAndIsSaidNotToBe) {
     EXPECT_TRUE(nu().keuzes.muziek);
     QDir().rmdir(naam);
     EXPECT_EQ(beller->roep("ZetDichtheid", {0.2}).type(), QDBusMessage::ReplyMessage);
+}
+
+TEST_F(Dienst, WithoutAFolderForSettingsAChoiceHoldsAndIsSaidNotToBeKept) {
+    const steun::ZonderThuis zonderThuis;
+    const QDBusMessage antwoord = beller->roep("ZetDichtheid", {0.1});
+    EXPECT_EQ(antwoord.errorName(), kNietBewaard);
+    EXPECT_EQ(antwoord.errorMessage(), QStringLiteral("de keuze geldt, maar is niet te bewaren: er "
+                                                      "is geen map voor instellingen"));
+    EXPECT_EQ(nu().keuzes.dichtheid, 0.1);
+    EXPECT_EQ(BureauInstellingen::lees(), BureauKeuzes{});
 }
 
 // The owner may be stopped, and do it when it goes on.

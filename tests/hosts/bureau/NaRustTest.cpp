@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "hosts/bureau/NaRust.h"
 
+#include <map>
+
 #include "BrixtelSaver/SaverInstellingen.h"
+#include "hosts/bureau/ZwartSoort.h"
 #include "tests/hosts/bureau/BureauProef.h"
 
 namespace brixtel {
@@ -59,17 +62,31 @@ TEST_F(RustProef, TheSaversChoiceComesAsABlackScreen) {
     EXPECT_EQ(nu().soort, std::nullopt);
 }
 
-TEST_F(RustProef, TheRotatingChoiceGivesEveryKindInTime) {
+// Each bound is four standard deviations of an even choice.
+TEST_F(RustProef, TheRotatingChoiceGivesEveryKindEvenly) {
     SaverInstellingen::zetKeuze(SaverKeuze::wisselend);
     rustVan(1);
-    std::set<std::optional<DrieSoort>> gezien;
-    for (int keer = 0; keer < 60; ++keer) {
+    std::map<std::optional<DrieSoort>, int> gezien;
+    std::map<std::pair<std::optional<DrieSoort>, std::optional<DrieSoort>>, int> paren;
+    constexpr int kZaden = 1000;
+    std::optional<DrieSoort> vorige;
+    for (int zaad = 0; zaad < kZaden; ++zaad) {
+        toeval = platform::RandomSource(static_cast<std::uint64_t>(zaad));
         wensen[0].bijRust();
         ASSERT_TRUE(nu().zwart);
-        gezien.insert(nu().soort);
+        ++gezien[nu().soort];
+        ++paren[{vorige, nu().soort}];
+        vorige = nu().soort;
         bureau->sluitZwart();
+        klok.advance(1.0);
     }
-    EXPECT_EQ(gezien.size(), 5U);
+    ASSERT_EQ(gezien.size(), 5U);
+    for (const auto& [soort, aantal] : gezien)
+        EXPECT_NEAR(aantal, kZaden / 5, 50) << qPrintable(ruweWaarde(soort));
+    // A black screen may be followed by one of the same kind.
+    ASSERT_EQ(paren.size(), 25U);
+    for (const auto& [paar, aantal] : paren)
+        EXPECT_NEAR(aantal, kZaden / 25, 25);
 }
 
 TEST_F(RustProef, ABlackScreenThatShowsStaysAsItIs) {

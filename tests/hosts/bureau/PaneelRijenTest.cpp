@@ -47,7 +47,59 @@ TEST_F(PaneelRijen, WithoutNoticesEveryRowFitsInTheFirstSize) {
     ASSERT_EQ(view()->size(), QSize(400, 760));
     EXPECT_FALSE(blad()->property("plek").toRectF().isEmpty());
     EXPECT_LE(item("rol")->property("contentHeight").toDouble(), item("rol")->height());
+    EXPECT_FALSE(item("schuifbalk")->isVisible());
+    view()->resize(400, 500);
+    EXPECT_TRUE(until([this] { return item("schuifbalk")->isVisible(); }));
 }
+
+// The control of that role and name, as it stands in the sheet.
+QRectF vakVan(QAccessibleInterface* wat, const QQuickItem* blad) {
+    const auto* const een = qobject_cast<QQuickItem*>(wat->object());
+    return een->mapRectToItem(blad, {{}, een->size()});
+}
+
+TEST_F(PaneelRijen, InAWideWindowLinesKeepToTheMiddle) {
+    const auto vak = [this] {
+        return vakVan(vind(QAccessible::CheckBox, "Voorbeeld van het zwarte scherm"), blad());
+    };
+    EXPECT_EQ(vak().left(), 12.0);
+    EXPECT_EQ(vak().width(), 400.0 - 2 * 12.0);
+    view()->resize(1000, 760);
+    ASSERT_TRUE(until([this] { return blad()->width() == 1000.0; }));
+    EXPECT_EQ(vak().left(), 220.0);
+    EXPECT_EQ(vak().width(), 560.0);
+    EXPECT_EQ(vakVan(vind(QAccessible::Grouping, "Na rust"), blad()).width(), 560.0);
+}
+
+// The range, the step and the words of a slider, and the choice that moving it changes.
+struct Schuif {
+    const char* naam;
+    double onder, boven, stap, waarde;
+    double BureauKeuzes::*getal;
+    const char* woorden;
+};
+class PaneelSchuif : public PaneelRijen, public testing::WithParamInterface<Schuif> {};
+
+TEST_P(PaneelSchuif, HasItsRangeStepAndWords) {
+    const Schuif& schuif = GetParam();
+    auto* const een = vind(QAccessible::Slider, schuif.naam);
+    auto* const getal = een->valueInterface();
+    EXPECT_EQ(getal->minimumValue().toDouble(), schuif.onder);
+    EXPECT_EQ(getal->maximumValue().toDouble(), schuif.boven);
+    EXPECT_NEAR(getal->minimumStepSize().toDouble(), schuif.stap, 1e-9);
+    const BureauKeuzes eerst = nu().keuzes;
+    getal->setCurrentValue(schuif.waarde);
+    BureauKeuzes verwacht = eerst;
+    verwacht.*schuif.getal = schuif.waarde;
+    EXPECT_EQ(nu().keuzes, verwacht);
+    EXPECT_EQ(een->text(QAccessible::Value), QString::fromUtf8(schuif.woorden));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Regen, PaneelSchuif,
+    testing::Values(Schuif{"Dichtheid", 0.0, 1.0, 0.05, 0.35, &BureauKeuzes::dichtheid, "35%"},
+                    Schuif{"Snelheid", 0.2, 4.0, 0.1, 2.3, &BureauKeuzes::snelheid, "2,3 ×"}),
+    [](const auto& schuif) { return std::string(schuif.param.naam); });
 
 TEST_F(PaneelRijen, TheProgramsRowBeginsClosedAndHoldsItsStartAndTheDefaults) {
     const QString bestand = ingang();
@@ -114,7 +166,11 @@ TEST_F(PaneelRijen, TheRowOfRestBeginsClosedAndHoldsTheMinutes) {
     EXPECT_TRUE(vind(QAccessible::StaticText, "nooit"));
     druk(QAccessible::Button, "Toon de opties van Na rust");
     kalmeer();
-    vind(QAccessible::Slider, "Minuten")->valueInterface()->setCurrentValue(12.0);
+    auto* const minuten = vind(QAccessible::Slider, "Minuten")->valueInterface();
+    EXPECT_EQ(minuten->minimumValue().toDouble(), 0.0);
+    EXPECT_EQ(minuten->maximumValue().toDouble(), 120.0);
+    EXPECT_EQ(minuten->minimumStepSize().toDouble(), 1.0);
+    minuten->setCurrentValue(12.0);
     EXPECT_EQ(nu().keuzes.rust, 12);
     EXPECT_TRUE(vind(QAccessible::StaticText, "12 min"));
     EXPECT_FALSE(item("rustMelding")->isVisible());

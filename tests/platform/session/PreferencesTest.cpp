@@ -11,6 +11,8 @@
 #include <QTemporaryDir>
 #include <cerrno>
 
+#include "tests/support/ZonderThuis.h"
+
 using platform::Preferences;
 
 namespace {
@@ -66,6 +68,24 @@ TEST_F(PreferencesTest, AnArgumentAnswersForTheFileUntilItIsTakenBack) {
     EXPECT_EQ(read(), QStringLiteral("regen"));
     Preferences::clearArgument(kKey);
     EXPECT_EQ(read(), kValue);
+}
+
+TEST_F(PreferencesTest, AUserWithoutAFolderHasNoStore) {
+    const QByteArray folder = home.path().toLocal8Bit();
+    const steun::ZonderThuis homeless;
+    EXPECT_EQ(Preferences::forModule(kModule), nullptr);
+    QString path;
+    EXPECT_EQ(Preferences::problem(kModule, path), 0);
+    EXPECT_TRUE(path.isEmpty());
+    // An empty variable counts as none; either one that is set gives a store.
+    qputenv("HOME", "");
+    qputenv("XDG_CONFIG_HOME", "");
+    EXPECT_EQ(Preferences::forModule(kModule), nullptr);
+    qputenv("HOME", folder);
+    EXPECT_NE(Preferences::forModule(kModule), nullptr);
+    qunsetenv("HOME");
+    qputenv("XDG_CONFIG_HOME", folder);
+    EXPECT_NE(Preferences::forModule(kModule), nullptr);
 }
 
 TEST_F(PreferencesTest, MissingFileHoldsNothing) {

@@ -77,15 +77,18 @@ bool ScenePlan::isBehindBall(const glm::vec3& eye) const {
 
 void ScenePlan::addDots(const BatchView& view, const DrawInstance& instance) {
     const MeshData& data = view.batch->mesh->data();
-    float diameter = static_cast<float>(data.pointSize * scale_);
+    float diameter = std::max(static_cast<float>(data.pointSize * scale_), 1.0F);
     if (data.pointHeightShare > 0.0)
         diameter = std::min(
             diameter, static_cast<float>(data.pointHeightShare * size_.height()) * heightShare_);
     if (!std::isfinite(diameter)) return;
+    // A dot is at least one pixel wide. Where its share of the height is less, it has less light
+    // instead.
+    const float share = std::clamp(diameter, 0.0F, 1.0F);
     diameter = std::clamp(diameter, 1.0F, 4096.0F);
     const auto style = static_cast<std::uint32_t>(dotStyles_.size());
     dotStyles_.push_back({&dotKernelOf(diameter), view.hiding});
-    const glm::vec4 tint = tintOf(view, instance);
+    const glm::vec4 tint = tintOf(view, instance) * (share * share);
     const float reach = 0.5F * diameter + 1.0F;
     for (const std::uint32_t index : data.indices) {
         if (index >= data.positions.size()) continue;

@@ -389,36 +389,6 @@ TEST(CpuSceneDrawer, APictureIsTheSameWithAndWithoutSamples) {
     EXPECT_LT(other, lit / 50);
 }
 
-// A tall picture of a scene that a wide picture would show at the same width.
-TEST(CpuSceneDrawer, ADotIsNoLargerThanItsShareOfTheHeightAtTheCamerasOwnAngle) {
-    Scene scene;
-    auto camera = std::make_shared<Node>();
-    camera->setCamera(Camera{.fieldOfView = 42.0, .zNear = 0.1, .exposureAdaptation = false});
-    scene.root().addChild(camera);
-    DrawList list;
-    constexpr QSize kSize(180, 320);
-    extract(scene, 9.0 / 16.0, list);
-    const auto drawn = [&](double size, double share) {
-        DrawBatch batch;
-        batch.mesh = std::make_shared<Mesh>(MeshData{.primitive = Primitive::Points,
-                                                     .positions = {glm::vec3(0.1F, 0.1F, -2.0F)},
-                                                     .indices = {0},
-                                                     .pointSize = size,
-                                                     .pointHeightShare = share});
-        batch.material.diffuse = {0.0F, 0.5F, 0.0F, 1.0F};
-        batch.count = 1;
-        list.instances = {DrawInstance{}};
-        list.batches = {batch};
-        GuardedPicture picture(kSize);
-        CpuSceneDrawer().draw(list, picture.buffer(), {});
-        return picture.all();
-    };
-    // 27/64 of the picture's height shows what the camera's own angle would.
-    EXPECT_TRUE(drawn(30.0, 0.1) == drawn(320.0 * 0.1 * 27.0 / 64.0, 0.0));
-    EXPECT_FALSE(drawn(30.0, 0.1) == drawn(30.0, 0.0));
-    EXPECT_TRUE(drawn(8.0, 0.1) == drawn(8.0, 0.0));
-}
-
 TEST(CpuSceneDrawer, TilesWithoutLightAreLeftAlone) {
     DrawList list = dotList(0.0F, 1.6);
     GuardedPicture picture({640, 400});
