@@ -4,11 +4,14 @@
 #include <QFile>
 #include <QProcess>
 #include <QString>
+#include <functional>
 
 // A message bus for one test.
 class DBusDaemon {
   public:
-    DBusDaemon() {
+    // `before`, if any, is what the new process does before it becomes the bus.
+    explicit DBusDaemon(const std::function<void()>& before = {}) {
+        if (before) process_.setChildProcessModifier(before);
         process_.start(QStringLiteral("dbus-daemon"),
                        {QStringLiteral("--session"), QStringLiteral("--nofork"),
                         QStringLiteral("--print-address=1")});
