@@ -3,11 +3,11 @@
 // is the drawing thread's time for handing over a frame. "Frame" ends when the
 // picture is complete; on software OpenGL this includes the processor's work.
 #include <benchmark/benchmark.h>
-#include <epoxy/gl.h>
 
 #include <cstdio>
 
 #include "platform/layers/DisplayListBuilder.h"
+#include "platform/render/gl/GlCalls.h"
 #include "platform/render/gl/OffscreenPicture.h"
 #include "tests/support/FallingColumns.h"
 

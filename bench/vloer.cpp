@@ -3,13 +3,13 @@
 // presented sixty times a second.
 //
 // Usage: vloer WIDTHxHEIGHT SECONDS
-#include <epoxy/gl.h>
 #include <xcb/xcb.h>
 
 #include <QCoreApplication>
 #include <QStringList>
 #include <cstdio>
 
+#include "platform/render/gl/GlCalls.h"
 #include "platform/time/ProcessUsage.h"
 #include "platform/time/Timer.h"
 #include "platform/window/x11/EglOnX11.h"
@@ -33,12 +33,12 @@ int main(int argc, char** argv) {
         return 1;
     }
     vlak->setSwapInterval(0);
-    glClearColor(0.0F, 0.0F, 0.0F, 1.0F);
+    platform::glClearColor(0.0F, 0.0F, 0.0F, 1.0F);
 
     platform::SystemClock klok;
     int beelden = 0;
     const platform::Timer beeld(klok, {.interval = 1.0 / 60.0, .repeats = true}, [&] {
-        glClear(GL_COLOR_BUFFER_BIT);
+        platform::glClear(GL_COLOR_BUFFER_BIT);
         vlak->swap();
         ++beelden;
     });

@@ -24,22 +24,25 @@ namespace {
 constexpr std::size_t kDraden = 8;
 constexpr std::size_t kDescriptors = 32;
 
-// Whether several threads can exist at the same time.
+// Whether several threads can exist at the same time. The threads end by themselves: to wait for
+// them takes a turn of the scheduler each, several milliseconds on a busy machine.
 bool zijnErDraden() {
-    std::mutex poort;
-    std::array<pthread_t, kDraden> draden{};
+    static std::mutex poort;
+    const auto wacht = [](void*) -> void* {
+        const std::lock_guard door(poort);
+        return nullptr;
+    };
+    pthread_attr_t los;
+    if (pthread_attr_init(&los) != 0) return false;
+    pthread_attr_setdetachstate(&los, PTHREAD_CREATE_DETACHED);
     std::size_t gemaakt = 0;
     {
         const std::lock_guard dicht(poort);
-        const auto wacht = [](void* p) -> void* {
-            const std::lock_guard door(*static_cast<std::mutex*>(p));
-            return nullptr;
-        };
-        while (gemaakt < kDraden && pthread_create(&draden[gemaakt], nullptr, wacht, &poort) == 0)
+        pthread_t draad{};
+        while (gemaakt < kDraden && pthread_create(&draad, &los, wacht, nullptr) == 0)
             ++gemaakt;
     }
-    for (std::size_t i = 0; i < gemaakt; ++i)
-        pthread_join(draden[i], nullptr);
+    pthread_attr_destroy(&los);
     return gemaakt == kDraden;
 }
 

@@ -3,6 +3,7 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QGuiApplication>
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <optional>
@@ -154,6 +155,13 @@ int film(const Opdracht& opdracht, const brixtel::ModuleLader& module) {
     return mis.isEmpty() ? 0 : meldNaam(mis, kFout);
 }
 
+// Tells once, whatever the number of windows, that OpenGL was asked for in vain.
+void meldGeenOpenGl() {
+    static std::atomic_flag gemeld;
+    if (!gemeld.test_and_set())
+        meldNaam(QStringLiteral("OpenGL is er niet; de processor tekent"), 0);
+}
+
 // Shows the saver until something ends it. Returns the signal that did, or 0; a value below
 // 0 is an exit status.
 int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QString& bus,
@@ -168,6 +176,7 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
     if (opdracht.taak == Opdracht::Taak::Venster) beelden.emplace(klok);
     platform::WindowServer server(klok, {.drawer = opdracht.tekenaar,
                                          .system = platform::openWindowSystem(klok),
+                                         .withoutOpenGl = meldGeenOpenGl,
                                          .pictures = beelden ? &*beelden : nullptr});
     if (!server.isConnected()) return -meldNaam(QString::fromUtf8(kGeenScherm), kFout);
     server.onConnectionLost([&] {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <memory>
 #include <span>
 
@@ -19,6 +20,9 @@ enum class DrawerChoice { Auto, OpenGl, Cpu };
 struct SurfaceOptions {
     DrawerChoice drawer = DrawerChoice::Auto;
     ResetQuery resetStatus{};  // asked on render threads, in OpenGL's place
+    // Called on the render thread where OpenGL was asked for by name, and the processor
+    // draws because there is none.
+    std::function<void()> withoutOpenGl{};
 };
 
 // A window's picture with one way of drawing it. Made, used and dropped on the window's

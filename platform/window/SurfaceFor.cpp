@@ -11,12 +11,15 @@ bool leadsToOpenGl(DrawerChoice drawer, const std::function<bool()>& sharesGpu) 
     return drawer == DrawerChoice::Auto && !probeRenderer(sharesGpu).software;
 }
 
-std::unique_ptr<Surface> surfaceFor(DrawerChoice drawer, const SurfaceWays& ways) {
-    if (leadsToOpenGl(drawer, ways.sharesGpu)) {
+std::unique_ptr<Surface> surfaceFor(const SurfaceOptions& options, const SurfaceWays& ways) {
+    const bool isAskedFor = options.drawer == DrawerChoice::OpenGl;
+    if (leadsToOpenGl(options.drawer, ways.sharesGpu)) {
         auto surface = ways.openGl();
-        if (surface && (drawer == DrawerChoice::OpenGl || !surface->isSoftware())) return surface;
+        if (surface && (isAskedFor || !surface->isSoftware())) return surface;
     }
-    return ways.cpu();
+    auto surface = ways.cpu();
+    if (surface && isAskedFor && options.withoutOpenGl) options.withoutOpenGl();
+    return surface;
 }
 
 }  // namespace platform

@@ -26,6 +26,7 @@ struct SurfaceWays {
 // Makes a window's surface for the choice. This is the one place that chooses: the
 // processor draws where OpenGL was asked for and is absent, and where OpenGL would be
 // software. Null if the window or the system is gone. The window's render thread.
-[[nodiscard]] std::unique_ptr<Surface> surfaceFor(DrawerChoice drawer, const SurfaceWays& ways);
+[[nodiscard]] std::unique_ptr<Surface> surfaceFor(const SurfaceOptions& options,
+                                                  const SurfaceWays& ways);
 
 }  // namespace platform

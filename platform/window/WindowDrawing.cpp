@@ -33,8 +33,9 @@ void WindowDrawing::startRenderer(DrawerChoice drawer) {
     renderer_ = std::make_unique<RenderThread>(
         server_.clock(),
         RenderThread::Actions{
-            .makeSurface = native_.surfaceMaker(
-                {.drawer = drawer, .resetStatus = server_.options().resetStatus}),
+            .makeSurface = native_.surfaceMaker({.drawer = drawer,
+                                                 .resetStatus = server_.options().resetStatus,
+                                                 .withoutOpenGl = server_.options().withoutOpenGl}),
             .firstFrameShown =
                 [this, tell] {
                     tell([this] {

@@ -25,6 +25,8 @@ struct WindowServerOptions {
     // The system of the windows; not null. The server keeps the system alive.
     std::shared_ptr<WindowSystem> system;
     ResetQuery resetStatus{};  // asked on render threads, in OpenGL's place
+    // As in SurfaceOptions, for each window.
+    std::function<void()> withoutOpenGl{};
     // The clock of the pictures, if not the windows' own; while it rests, nothing moves.
     // Outlives the server.
     const RestableClock* pictures = nullptr;

@@ -207,7 +207,7 @@ TEST(BereikZoeker, InAListThatDoesNotAscendItStaysInside) {
 }
 
 TEST(LandenTabel, FindsWhatTheBinarySearchFindsInTheShippedTable) {
-    std::ifstream bestand(BRIXTEL_BUILD_DIR "/lib/resources/landen.bin", std::ios::binary);
+    std::ifstream bestand(BRIXTEL_LIB_DIR "/resources/landen.bin", std::ios::binary);
     std::ostringstream tekst;
     tekst << bestand.rdbuf();
     const std::string bytes = tekst.str();
@@ -334,8 +334,7 @@ TEST(Meegeleverd, TheModulesOwnTableIsFoundBesideTheModule) {
 TEST(Meegeleverd, TheChecksumIsBesideTheTableAndHolds) {
     const auto inhoudVan = [](const char* naam) {
         std::ostringstream tekst;
-        tekst << std::ifstream(std::string(BRIXTEL_BUILD_DIR "/lib/resources/") + naam,
-                               std::ios::binary)
+        tekst << std::ifstream(std::string(BRIXTEL_LIB_DIR "/resources/") + naam, std::ios::binary)
                      .rdbuf();
         return tekst.str();
     };

@@ -46,7 +46,7 @@ void laadAlles(const QString& map) {
 }
 
 TEST(Module, LoadsFromTheBuildTree) {
-    laadAlles(QStringLiteral(BRIXTEL_BUILD_DIR "/lib/qml"));
+    laadAlles(QStringLiteral(BRIXTEL_LIB_DIR "/qml"));
 }
 
 TEST(Module, LoadsFromAnInstalledTree) {

@@ -157,13 +157,23 @@ TEST(Huis, NothingIncludesWhatItsFolderDoesNotLink) {
     });
 }
 
+// Prototypes of OpenGL would lead to a library that links OpenGL.
+TEST(Huis, OpenGlStaysBehindItsPointers) {
+    const QStringList tabellen{QStringLiteral("platform/render/egl/EglCalls.h"),
+                               QStringLiteral("platform/render/gl/GlCalls.h")};
+    elkeBron([&](const QString& pad, const QString& tekst) {
+        const QString koppen = QStringLiteral("^#include <((?:epoxy|GL|GLES|EGL)/[^>]+)>");
+        EXPECT_EQ(gevonden(tekst, koppen).isEmpty(), !tabellen.contains(pad)) << qPrintable(pad);
+    });
+}
+
 TEST(Huis, OpenGlStaysInItsFoldersAndInTheGlueOfWindows) {
     elkeBron([](const QString& pad, const QString& tekst) {
         if (ligtIn(pad, {"platform/render/gl", "platform/render/egl", "platform/window/x11"}))
             return;
-        EXPECT_TRUE(
-            gevonden(tekst, QStringLiteral("^#include <((?:epoxy|GL|GLES|EGL)/[^>]+)>")).isEmpty())
-            << qPrintable(pad);
+        const QString tabellen =
+            QStringLiteral("^#include \"(platform/render/(?:egl/Egl|gl/Gl)Calls\\.h)\"");
+        EXPECT_TRUE(gevonden(tekst, tabellen).isEmpty()) << qPrintable(pad);
     });
 }
 

@@ -112,7 +112,7 @@ class Pakket : public testing::Test {
         EXPECT_EQ(veld("Package"), "brixtel\n");
         EXPECT_EQ(veld("Version"), BRIXTEL_VERSION "\n");
         for (const char* naam :
-             {"libqt6gui6", "libqt6widgets6", "libqt6quick6", "libepoxy0", "libegl1", "libgl1",
+             {"libqt6gui6", "libqt6widgets6", "libqt6quick6", "libegl1", "libgl1",
               "fonts-dejavu-core", "qml6-module-qtquick,", "qml6-module-qtqml,",
               "qml6-module-qtqml-models", "qml6-module-qtqml-workerscript"})
             EXPECT_TRUE(veld("Depends").contains(naam)) << naam;
@@ -148,7 +148,7 @@ class Pakket : public testing::Test {
               "libbrixtel-controls.so", "qml/Brixtel/Controls/qmldir",
               "qml/Brixtel/Controls/libcontrolsplugin.so"})
             EXPECT_TRUE(
-                er.contains(QLatin1String("/usr/" BRIXTEL_LIBDIR "/") + QLatin1String(naam)))
+                er.contains(QLatin1String("/usr/" BRIXTEL_LIB "/") + QLatin1String(naam)))
                 << naam;
     }
 
@@ -195,7 +195,7 @@ TEST_F(Pakket, InstallsRunsFromWhereItIsAndGoesWithoutATrace) {
     EXPECT_EQ(groenVanBol("/usr/libexec/xscreensaver/brixtel-saver"), metLand);
     // The program reads the resources beside its libraries and no others.
     const QString kaart =
-        wortel + QStringLiteral("/usr/" BRIXTEL_LIBDIR "/resources/worldmap@2x.png");
+        wortel + QStringLiteral("/usr/" BRIXTEL_LIB "/resources/worldmap@2x.png");
     ASSERT_TRUE(QFile::remove(kaart));
     EXPECT_LT(groenVanBol("/usr/bin/brixtel-saver"), metLand);
 

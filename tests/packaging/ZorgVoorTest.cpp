@@ -84,14 +84,14 @@ TEST_F(ZorgVoor, ElsewhereWhatIsThereIsLookedForAndNothingIsSaid) {
 }
 
 TEST_F(ZorgVoor, ElsewhereTheMissingIsNamedWithTheCommandThatInstallsIt) {
-    zet("pkg-config", "case $2 in xcb* | epoxy) exit 1 ;; esac");
+    zet("pkg-config", "case $2 in xcb* | glm) exit 1 ;; esac");
     for (const char* naam : {"c++", "cmake", "gzip", "lsof"})
         zet(naam, "exit 0");
     const QString mist = QStringLiteral(
-        "Er ontbreekt: ninja epoxy xcb xcb-shm xcb-randr xcb-dpms xcb-screensaver xcb-shape "
+        "Er ontbreekt: ninja glm xcb xcb-shm xcb-randr xcb-dpms xcb-screensaver xcb-shape "
         "xcb-xfixes — ");
     const QString gevraagd = QStringLiteral(
-        " install /usr/bin/ninja 'pkgconfig(epoxy)' 'pkgconfig(xcb)' "
+        " install /usr/bin/ninja 'pkgconfig(glm)' 'pkgconfig(xcb)' "
         "'pkgconfig(xcb-shm)' 'pkgconfig(xcb-randr)' 'pkgconfig(xcb-dpms)' "
         "'pkgconfig(xcb-screensaver)' "
         "'pkgconfig(xcb-shape)' 'pkgconfig(xcb-xfixes)'");
@@ -103,7 +103,7 @@ TEST_F(ZorgVoor, ElsewhereTheMissingIsNamedWithTheCommandThatInstallsIt) {
     verwacht(QStringLiteral("installeer dat met het pakketbeheer van dit systeem"));
     zet("pacman", "exit 0");
     zet("rpm", "exit 0");
-    verwacht(QStringLiteral("sudo pacman -S --needed ninja libepoxy libxcb"));
+    verwacht(QStringLiteral("sudo pacman -S --needed ninja glm libxcb"));
     zet("zypper", "exit 1");
     verwacht(QStringLiteral("sudo zypper") + gevraagd);
     zet("dnf", "exit 1");

@@ -1,7 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <dlfcn.h>
-#include <epoxy/egl.h>
-
 #include <cstdlib>
 #include <map>
 #include <mutex>
@@ -9,6 +6,7 @@
 #include <vector>
 
 #include "platform/render/egl/Egl.h"
+#include "platform/render/egl/EglCalls.h"
 #include "platform/render/egl/EglDevices.h"
 
 namespace platform {
@@ -45,18 +43,12 @@ class Openings {
     std::map<EGLDisplay, int> counts_;
 };
 
-bool isEglPresent() {
-    // Epoxy ends the program where the library is missing.
-    static const bool present = dlopen("libEGL.so.1", RTLD_LAZY | RTLD_LOCAL) != nullptr;
-    return present;
-}
-
 }  // namespace
 
 bool EglDisplay::clientOffers(const char* extension) {
-    if (!isEglPresent()) return false;
+    if (!loadEgl()) return false;
     const char* const all = eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS);
-    return all && epoxy_extension_in_string(all, extension);
+    return all && listsExtension(all, extension);
 }
 
 std::vector<EglDevice> eglDevices() {
@@ -70,7 +62,7 @@ std::vector<EglDevice> eglDevices() {
     std::vector<EglDevice> devices;
     for (EGLDeviceEXT handle : handles) {
         const char* const all = eglQueryDeviceStringEXT(handle, EGL_EXTENSIONS);
-        const bool software = all && epoxy_extension_in_string(all, "EGL_MESA_device_software");
+        const bool software = all && listsExtension(all, "EGL_MESA_device_software");
         devices.push_back({.handle = handle, .software = software});
     }
     return devices;
@@ -135,7 +127,7 @@ std::shared_ptr<EglDisplay> EglDisplay::on(EglPlatform platform) {
 }
 
 bool EglDisplay::offers(std::string_view extension) const {
-    return epoxy_extension_in_string(extensions_.c_str(), std::string(extension).c_str());
+    return listsExtension(extensions_, extension);
 }
 
 }  // namespace platform

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include <epoxy/egl.h>
-
 #include <memory>
 #include <utility>
 #include <vector>
 
 #include "platform/render/egl/Egl.h"
+#include "platform/render/egl/EglCalls.h"
 
 namespace platform {
 

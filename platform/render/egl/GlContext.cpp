@@ -1,7 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <epoxy/egl.h>
-#include <epoxy/gl.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -10,6 +7,8 @@
 #include <vector>
 
 #include "platform/render/egl/Egl.h"
+#include "platform/render/egl/EglCalls.h"
+#include "platform/render/gl/GlCalls.h"
 
 namespace platform {
 
@@ -55,12 +54,19 @@ EGLContext createHandle(const EglDisplay& display, EGLConfig config) {
     return handle != EGL_NO_CONTEXT ? handle : tryWith({});
 }
 
+// The current context's version of OpenGL, as 45 for 4.5.
+int version() {
+    GLint major = 0, minor = 0;
+    glGetIntegerv(GL_MAJOR_VERSION, &major);
+    glGetIntegerv(GL_MINOR_VERSION, &minor);
+    return 10 * major + minor;
+}
+
 // Null where the driver has no such call.
 ResetQuery driversResetQuery() {
-    if (epoxy_has_gl_extension("GL_KHR_robustness") || epoxy_gl_version() >= 45)
+    if (glOffers("GL_KHR_robustness") || version() >= 45)
         return [] { return glGetGraphicsResetStatus(); };
-    if (epoxy_has_gl_extension("GL_ARB_robustness"))
-        return [] { return glGetGraphicsResetStatusARB(); };
+    if (glOffers("GL_ARB_robustness")) return [] { return glGetGraphicsResetStatusARB(); };
     return {};
 }
 
@@ -77,7 +83,8 @@ bool isSoftwareRenderer(std::string_view name) {
 std::unique_ptr<GlContext> GlContext::create(std::shared_ptr<EglDisplay> display,
                                              const EglWindowSurface* surface,
                                              ResetQuery resetStatus) {
-    if (!display || !display->offers("EGL_KHR_surfaceless_context") || !eglBindAPI(EGL_OPENGL_API))
+    if (!display || !display->offers("EGL_KHR_surfaceless_context") ||
+        !eglBindAPI(EGL_OPENGL_API) || !loadGl())
         return nullptr;
     EGLConfig config = nullptr;  // EGL_NO_CONFIG_KHR
     if (!display->offers("EGL_KHR_no_config_context")) {
@@ -147,7 +154,7 @@ void GlContext::firstTime() {
     const auto* const name = reinterpret_cast<const char*>(glGetString(GL_RENDERER));
     rendererName_ = name ? name : "unknown";
     if (!resetStatus_) resetStatus_ = driversResetQuery();
-    if (!kStrict || !epoxy_has_gl_extension("GL_KHR_debug")) return;
+    if (!kStrict || !glOffers("GL_KHR_debug")) return;
     glEnable(GL_DEBUG_OUTPUT);
     glEnable(GL_DEBUG_OUTPUT_SYNCHRONOUS);
     glDebugMessageCallback(countError, &errors_);

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/render/gl/GlDrawer.h"
 
-#include <epoxy/gl.h>
-
 #include <algorithm>
 #include <optional>
 

@@ -3,9 +3,9 @@
 // current while the object is made and dropped; a moved-from owner owns nothing.
 #pragma once
 
-#include <epoxy/gl.h>
-
 #include <utility>
+
+#include "platform/render/gl/GlCalls.h"
 
 namespace platform {
 

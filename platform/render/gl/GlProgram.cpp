@@ -9,7 +9,7 @@ namespace platform {
 namespace {
 
 void name(GLenum kind, GLuint object, const char* label) {
-    if (epoxy_has_gl_extension("GL_KHR_debug")) glObjectLabel(kind, object, -1, label);
+    if (glOffers("GL_KHR_debug")) glObjectLabel(kind, object, -1, label);
 }
 
 GLuint compile(const char* label, GLenum kind, std::string text, const char* definition) {

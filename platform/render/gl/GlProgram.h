@@ -3,9 +3,9 @@
 // must be current while the object lives and when it is dropped.
 #pragma once
 
-#include <epoxy/gl.h>
-
 #include <utility>
+
+#include "platform/render/gl/GlCalls.h"
 
 namespace platform {
 

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/render/gl/OffscreenPicture.h"
 
-#include <epoxy/gl.h>
-
 #include <algorithm>
 #include <utility>
 
 #include "platform/render/egl/Egl.h"
+#include "platform/render/gl/GlCalls.h"
 
 namespace platform {
 

@@ -224,14 +224,14 @@ NativeWindow::SurfaceMaker WaylandWindow::surfaceMaker(const SurfaceOptions& opt
     if (surface_ && surface_->isConfigured()) place_->open(*surface_);
     return [options, ring = ring_, place = place_,
             shares = connection_.sharesGpu()](int ending) -> std::unique_ptr<Surface> {
-        return surfaceFor(options.drawer,
-                          {.sharesGpu = [&] { return shares; },
-                           .openGl =
-                               [&] {
-                                   return GlSurface::create(EglPlace::target(place, ending),
-                                                            options.resetStatus);
-                               },
-                           .cpu = [&] { return std::make_unique<ShmSurface>(ring); }});
+        return surfaceFor(options, {.sharesGpu = [&] { return shares; },
+                                    .openGl =
+                                        [&] {
+                                            return GlSurface::create(
+                                                EglPlace::target(place, ending),
+                                                options.resetStatus);
+                                        },
+                                    .cpu = [&] { return std::make_unique<ShmSurface>(ring); }});
     };
 }
 

@@ -2,19 +2,16 @@
 #include "platform/window/x11/EglOnX11.h"
 
 #include <dlfcn.h>
-#include <epoxy/egl.h>
 #include <poll.h>
 
 #include <array>
 #include <utility>
 
+#include "platform/render/egl/EglCalls.h"
+
 namespace platform {
 
 namespace {
-
-// The value of EGL_EXT_platform_xcb, which epoxy does not define.
-constexpr EGLenum kPlatformXcb = 0x31DC;
-constexpr EGLint kPlatformXcbScreen = 0x31DE;
 
 // The Xlib functions for a driver without xcb. They are looked up by name, since only such
 // a driver needs the library.
@@ -93,8 +90,8 @@ class WindowTarget final : public EglTarget {
 std::shared_ptr<EglDisplay> eglDisplayOn(xcb_connection_t* connection, int screen) {
     if (!EglDisplay::clientOffers("EGL_EXT_platform_xcb"))
         return eglDisplayThroughXlib(connection, screen);
-    const EGLint attributes[] = {kPlatformXcbScreen, screen, EGL_NONE};
-    return EglDisplay::on({.name = kPlatformXcb,
+    const EGLint attributes[] = {EGL_PLATFORM_XCB_SCREEN_EXT, screen, EGL_NONE};
+    return EglDisplay::on({.name = EGL_PLATFORM_XCB_EXT,
                            .native = connection,
                            .attributes = attributes,
                            .isConnected = connectedCheck(connection)});

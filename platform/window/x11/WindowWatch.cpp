@@ -46,7 +46,7 @@ bool WindowWatch::exists() {
 NativeWindow::SurfaceMaker WindowWatch::surfaceMaker(const SurfaceOptions& options) const {
     return [options, display = system_.display(),
             window = window_](int ending) -> std::unique_ptr<Surface> {
-        return surfaceFor(options.drawer,
+        return surfaceFor(options,
                           {.sharesGpu = [&] { return sharesGpu(XConnection(display)); },
                            .openGl =
                                [&] {

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 #include "platform/time/MediaClock.h"
 #include "tests/hosts/saver/Programma.h"
@@ -218,6 +219,51 @@ TEST_F(Gastheer, WithoutAnyOpenGlItRainsInPlaceOfAWorld) {
     EXPECT_EQ(programma.uitgang(), 0);
     EXPECT_TRUE(programma.uit().contains("\"tekenaar\":\"cpu\""));
     EXPECT_TRUE(programma.fouten().isEmpty());
+}
+
+TEST_F(Gastheer, OpenGlAskedForInVainIsOneLineAndTheProcessorsPicture) {
+    const auto venster = server.makeWindow({.width = 400, .height = 300});
+    programma.zet(QStringLiteral("__EGL_VENDOR_LIBRARY_FILENAMES"), QStringLiteral("/er/niet"));
+    toonIn(venster, {QStringLiteral("--tekenaar=gl"), QStringLiteral("--meet"),
+                     QStringLiteral("--seconden=3")});
+    EXPECT_TRUE(regentIn(venster));
+    EXPECT_TRUE(programma.wacht());
+    EXPECT_EQ(programma.uitgang(), 0);
+    EXPECT_TRUE(programma.uit().contains("\"tekenaar\":\"cpu\""));
+    EXPECT_EQ(programma.fouten(), "brixtel-saver: OpenGL is er niet; de processor tekent\n");
+}
+
+// The libraries of OpenGL that the program loaded or looked for by name while it drew. The four
+// that hand OpenGL's calls on to a driver come with Qt Gui, which links them.
+QStringList geladenVanOpenGl(Xvfb& server, const char* tekenaar) {
+    const auto venster = server.makeWindow({.width = 400, .height = 300});
+    Programma programma{server.display()};
+    programma.zet(QStringLiteral("LD_DEBUG"), QStringLiteral("files"));
+    programma.zet(QStringLiteral("LD_DEBUG_OUTPUT"), programma.map() + QStringLiteral("/lader"));
+    programma.start({QStringLiteral("--window-id"), QString::number(venster),
+                     QStringLiteral("--keuze=kubus"),
+                     QStringLiteral("--tekenaar=") + QLatin1String(tekenaar)});
+    EXPECT_TRUE(until([&] { return brixtel::aandeelGroen(server.picture(venster)) > 0.01; }));
+    const qint64 nummer = programma.nummer();
+    kill(static_cast<pid_t>(nummer), SIGTERM);
+    EXPECT_TRUE(programma.wacht());
+    server.destroy(venster);
+    QFile verslag(programma.map() + QStringLiteral("/lader.%1").arg(nummer));
+    EXPECT_TRUE(verslag.open(QIODevice::ReadOnly));
+    QStringList namen;
+    for (const QString& regel : QString::fromUtf8(verslag.readAll()).split(u'\n'))
+        if (regel.contains(QLatin1String("opening file=")) ||
+            regel.contains(QLatin1String("dynamically loaded by")))
+            namen << regel;
+    EXPECT_FALSE(namen.filter(QStringLiteral("libqxcb.so")).isEmpty());
+    return namen.filter(QRegularExpression(
+        QStringLiteral("libGL|libEGL|libOpenGL|libepoxy|libgbm|libgallium|_dri\\.so|libLLVM")));
+}
+
+TEST_F(Gastheer, WhereTheProcessorDrawsNoOpenGlIsLoadedOrLookedFor) {
+    EXPECT_EQ(geladenVanOpenGl(server, "cpu"), QStringList());
+    EXPECT_EQ(geladenVanOpenGl(server, "auto"), QStringList());
+    EXPECT_FALSE(geladenVanOpenGl(server, "gl").filter(QStringLiteral("libEGL.so.1")).isEmpty());
 }
 
 TEST_F(Gastheer, TheFrameRateIsShownWhenAskedFor) {

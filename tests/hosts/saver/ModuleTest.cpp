@@ -12,6 +12,8 @@ using brixtel::Programma;
 
 namespace {
 
+const QString kLib = QStringLiteral(BRIXTEL_LIB);
+
 // The program with a library folder in which one file differs.
 class ZonderModule : public testing::Test {
   protected:
@@ -20,16 +22,15 @@ class ZonderModule : public testing::Test {
     // Lays out the tree: all libraries but `anders`, which has the given content or is absent.
     void legUit(const QString& anders, const std::optional<QByteArray>& inhoud) const {
         const QDir boom(boom_.path());
-        ASSERT_TRUE(boom.mkpath(QStringLiteral("bin")) && boom.mkpath(QStringLiteral("lib")));
+        ASSERT_TRUE(boom.mkpath(QStringLiteral("bin")) && boom.mkpath(kLib));
         ASSERT_TRUE(QFile::copy(brixtel::programmaPad(), programma()));
-        const QDir lib(QStringLiteral(BRIXTEL_BUILD_DIR "/lib"));
+        const QDir lib(QStringLiteral(BRIXTEL_LIB_DIR));
         for (const QString& naam : lib.entryList(QDir::NoDotAndDotDot | QDir::AllEntries))
             if (naam != anders) {
-                ASSERT_TRUE(
-                    QFile::link(lib.filePath(naam), boom.filePath(QLatin1String("lib/") + naam)));
+                ASSERT_TRUE(QFile::link(lib.filePath(naam), boom.filePath(kLib + u'/' + naam)));
             }
         if (!inhoud) return;
-        QFile bestand(boom.filePath(QLatin1String("lib/") + anders));
+        QFile bestand(boom.filePath(kLib + u'/' + anders));
         ASSERT_TRUE(bestand.open(QIODevice::WriteOnly));
         bestand.write(*inhoud);
     }
@@ -82,7 +83,7 @@ TEST_F(ZonderModule, AFileThatIsNoModuleIsOneLine) {
 }
 
 TEST_F(ZonderModule, AnotherModuleInItsPlaceIsOneLine) {
-    QFile ander(QStringLiteral(BRIXTEL_BUILD_DIR "/lib/BrixtelInstellingen.so"));
+    QFile ander(QStringLiteral(BRIXTEL_LIB_DIR "/BrixtelInstellingen.so"));
     ASSERT_TRUE(ander.open(QIODevice::ReadOnly));
     legUit(QStringLiteral("BrixtelSaver.so"), ander.readAll());
     EXPECT_EQ(regel(plaatje()), kSaver);

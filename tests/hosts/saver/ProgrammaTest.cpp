@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 #include "tests/hosts/saver/Programma.h"
 
@@ -54,10 +55,11 @@ TEST(Programma, HelpAndVersionNeedNothing) {
     EXPECT_TRUE(versie.uit().startsWith("brixtel-saver 0."));
 }
 
-// The loader's account of a start: which file's function it gives to which file.
-QByteArray verbondenFuncties() {
-    Programma programma;
-    programma.zet(QStringLiteral("LD_DEBUG"), QStringLiteral("bindings"));
+// The loader's account of a start: its `bindings`, which file's function it gives to which file,
+// or its `libs`, where it looks for libraries.
+QByteArray vanDeLader(const char* wat, const QString& pad = brixtel::programmaPad()) {
+    Programma programma({}, pad);
+    programma.zet(QStringLiteral("LD_DEBUG"), QLatin1String(wat));
     programma.zet(QStringLiteral("LD_DEBUG_OUTPUT"), programma.map() + QStringLiteral("/lader"));
     programma.draai(woorden(QStringLiteral("--versie")));
     QByteArray regels;
@@ -70,11 +72,43 @@ QByteArray verbondenFuncties() {
 }
 
 TEST(Programma, NoStartWaitsForTheVectorLibraryToMeasureItsTimer) {
-    const QByteArray regels = verbondenFuncties();
+    const QByteArray regels = vanDeLader("bindings");
     ASSERT_TRUE(regels.contains("libhwy.so"));
     for (const QByteArray& regel : regels.split('\n')) {
         if (!regel.contains("TimerResolution")) continue;
         EXPECT_TRUE(regel.contains("libbrixtel-platform_render.so")) << regel.constData();
+    }
+}
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+// Left are the 60 variables of headers and templates, of which a process has one each. Names that
+// the linker did not bind would be 1,200 more.
+TEST(Programma, NoLibraryOfOursLooksUpWhatItHasItself) {
+    int eigen = 0, alle = 0;
+    for (const QByteArray& regel : vanDeLader("bindings").split('\n')) {
+        static const QRegularExpression zoekt(
+            QStringLiteral("binding file (\\S+/libbrixtel-\\S+) .* to (\\S+) "));
+        const auto gevonden = zoekt.match(QString::fromUtf8(regel));
+        if (!gevonden.hasMatch()) continue;
+        ++alle;
+        eigen += gevonden.captured(1) == gevonden.captured(2) ? 1 : 0;
+    }
+    EXPECT_GT(alle, 100);
+    EXPECT_LT(eigen, 150);
+}
+#endif
+
+// A relative name leads into the current folder.
+TEST(Programma, NoStartLooksForLibrariesInTheCurrentFolder) {
+    for (const QString& pad : {brixtel::programmaPad(), brixtel::bureauPad()}) {
+        int gezocht = 0;
+        for (const QByteArray& regel : vanDeLader("libs", pad).split('\n')) {
+            const auto bestand = regel.indexOf("trying file=");
+            if (bestand < 0) continue;
+            ++gezocht;
+            EXPECT_EQ(regel.at(bestand + 12), '/') << regel.constData();
+        }
+        EXPECT_GT(gezocht, 20) << qPrintable(pad);
     }
 }
 

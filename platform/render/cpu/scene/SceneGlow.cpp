@@ -126,16 +126,19 @@ unsigned SceneGlow::coloursNear(const Flags& flags, int tile, int across, int do
 template <typename Work>
 void SceneGlow::pass(TileWorkers& workers, const Flags& from, Flags& to, Planes& planes, int across,
                      int down, Work work) {
-    workers.each(static_cast<int>(to.size()), [&](int tile, int) {
-        const unsigned reached = coloursNear(from, tile, across, down);
-        char& was = to[static_cast<std::size_t>(tile)];
-        const std::size_t first =
-            cellAt(tile % options_.tiles.width(), tile / options_.tiles.width());
-        for (std::size_t k = 0; k < 3; ++k)
-            if (holds(reached, k)) work(k, first);
-        clearCells(planes, tile, static_cast<unsigned>(was) & ~reached);
-        was = static_cast<char>(reached);
-    });
+    workers.each(
+        static_cast<int>(to.size()),
+        [&](int tile, int) {
+            const unsigned reached = coloursNear(from, tile, across, down);
+            char& was = to[static_cast<std::size_t>(tile)];
+            const std::size_t first =
+                cellAt(tile % options_.tiles.width(), tile / options_.tiles.width());
+            for (std::size_t k = 0; k < 3; ++k)
+                if (holds(reached, k)) work(k, first);
+            clearCells(planes, tile, static_cast<unsigned>(was) & ~reached);
+            was = static_cast<char>(reached);
+        },
+        TileWorkers::kFewestSmallPieces);
 }
 
 // The first and the last cell of each row go on to both sides.
@@ -186,10 +189,13 @@ void SceneGlow::spread(TileWorkers& workers) {
     repeatEnds(spread_, colours, kBeside);
     tilesSpread_ = static_cast<int>(glow_.size()) -
                    static_cast<int>(std::count(glow_.begin(), glow_.end(), char{0}));
-    workers.each(static_cast<int>(seen_.size()), [&](int tile, int) {
-        const auto at = static_cast<std::size_t>(tile);
-        seen_[at] = glow_[at] ? coloursSeen(tile) : char{0};
-    });
+    workers.each(
+        static_cast<int>(seen_.size()),
+        [&](int tile, int) {
+            const auto at = static_cast<std::size_t>(tile);
+            seen_[at] = glow_[at] ? coloursSeen(tile) : char{0};
+        },
+        TileWorkers::kFewestSmallPieces);
 }
 
 char SceneGlow::coloursSeen(int tile) const {

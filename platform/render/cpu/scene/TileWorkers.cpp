@@ -45,8 +45,8 @@ void TileWorkers::start() {
     }
 }
 
-void TileWorkers::run(int pieces, Call call, void* with) {
-    if (threads_ == 1 || pieces < kFewestPieces) {
+void TileWorkers::run(int pieces, bool shares, Call call, void* with) {
+    if (threads_ == 1 || !shares) {
         for (int piece = 0; piece < pieces; ++piece)
             call(with, piece, 0);
         return;

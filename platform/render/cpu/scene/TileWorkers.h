@@ -27,20 +27,22 @@ class TileWorkers {
     // Calls work(piece, thread) once for every piece in [0, pieces), in any order and on any
     // thread. `thread` lies in [0, threads()); one call at a time has it. Returns when all
     // pieces are done. Allocates nothing after the first call.
+    // Fewer pieces than `fewest` are all done by the caller.
     template <typename Work>
-    void each(int pieces, Work&& work) {
+    void each(int pieces, Work&& work, int fewest = kFewestPieces) {
         const auto call = [](void* with, int piece, int thread) {
             (*static_cast<std::remove_reference_t<Work>*>(with))(piece, thread);
         };
-        run(pieces, call, &work);
+        run(pieces, pieces >= fewest, call, &work);
     }
 
-    // The fewest pieces that are worth waking the threads.
+    // The fewest pieces that are worth waking the threads: of some work, and of little.
     static constexpr int kFewestPieces = 48;
+    static constexpr int kFewestSmallPieces = 600;
 
   private:
     using Call = void (*)(void* with, int piece, int thread);
-    void run(int pieces, Call call, void* with);
+    void run(int pieces, bool shares, Call call, void* with);
     void start();
     void serve(int thread);
     void takePieces(int thread);

@@ -32,6 +32,18 @@ TEST(TileWorkers, EveryPieceIsDoneOnce) {
     }
 }
 
+TEST(TileWorkers, FewSmallPiecesAreTheCallersAlone) {
+    TileWorkers workers(4);
+    constexpr int kPieces = TileWorkers::kFewestSmallPieces - 1;
+    for (int round = 0; round < 200; ++round) {
+        int own = 0;
+        workers.each(
+            kPieces, [&](int, int thread) { own += thread == 0 ? 1 : 0; },
+            TileWorkers::kFewestSmallPieces);
+        ASSERT_EQ(own, kPieces);
+    }
+}
+
 TEST(TileWorkers, NothingToDoEndsAtOnce) {
     const TileWorkers unused(4);
     TileWorkers workers(4);

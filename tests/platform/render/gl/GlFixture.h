@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <epoxy/gl.h>
 #include <gtest/gtest.h>
 
 #include <QImage>
@@ -9,6 +8,7 @@
 #include <memory>
 
 #include "platform/layers/DisplayListBuilder.h"
+#include "platform/render/gl/GlCalls.h"
 #include "platform/render/gl/GlDrawer.h"
 #include "platform/render/gl/OffscreenPicture.h"
 #include "tests/support/CpuPicture.h"

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <epoxy/gl.h>
 #include <gtest/gtest.h>
 
 #include <QImage>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "platform/render/egl/Egl.h"
+#include "platform/render/gl/GlCalls.h"
 #include "platform/render/gl/ScenePass.h"
 #include "platform/render/gl/SceneTargets.h"
 #include "platform/scene/DrawList.h"

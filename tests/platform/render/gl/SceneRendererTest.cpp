@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Whole pictures of small scenes: colours, order, batches, drivers.
-#include <epoxy/gl.h>
-
 #include <cmath>
 #include <utility>
 
 #include "platform/render/cpu/CpuDrawer.h"
+#include "platform/render/gl/GlCalls.h"
 #include "platform/scene/Shading.h"
 #include "platform/time/RandomSource.h"
 #include "tests/platform/render/gl/ScenePictures.h"
@@ -242,17 +241,13 @@ TEST_F(SceneRendererTest, ADriverWithoutSamplesDrawsWithout) {
 class Refusal {
   public:
     Refusal() {
-        // The first call resolves each function.
-        glCheckFramebufferStatus(GL_FRAMEBUFFER);
-        GLuint none = 0;
-        glGenRenderbuffers(0, &none);
-        status_ = std::exchange(epoxy_glCheckFramebufferStatus, refuse);
-        make_ = std::exchange(epoxy_glGenRenderbuffers, countMade);
+        status_ = std::exchange(glCheckFramebufferStatus, refuse);
+        make_ = std::exchange(glGenRenderbuffers, countMade);
         asked = made = 0;
     }
     ~Refusal() {
-        epoxy_glCheckFramebufferStatus = status_;
-        epoxy_glGenRenderbuffers = make_;
+        glCheckFramebufferStatus = status_;
+        glGenRenderbuffers = make_;
     }
     Refusal(const Refusal&) = delete;
     Refusal& operator=(const Refusal&) = delete;
@@ -261,13 +256,13 @@ class Refusal {
     static inline int made = 0;
 
   private:
-    static GLenum EPOXY_CALLSPEC refuse(GLenum target) {
+    static GLenum APIENTRY refuse(GLenum target) {
         ++asked;
         GLint samples = 0;
         glGetIntegerv(GL_SAMPLES, &samples);
         return samples > 1 ? GL_FRAMEBUFFER_UNSUPPORTED : status_(target);
     }
-    static void EPOXY_CALLSPEC countMade(GLsizei count, GLuint* names) {
+    static void APIENTRY countMade(GLsizei count, GLuint* names) {
         made += count;
         make_(count, names);
     }
