@@ -2,11 +2,13 @@
 // The program whole, in a session of the test's own: an X server with a window
 // manager and a compositor, a message bus, a home.
 #include <signal.h>
+#include <unistd.h>
 
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 #include <QImage>
+#include <QLibraryInfo>
 #include <QProcessEnvironment>
 
 #include "tests/desktop/Bureaublad.h"
@@ -406,6 +408,28 @@ TEST_F(Sessie, WithoutArgumentsThePanelOpensAndASecondStartRaisesIt) {
     EXPECT_EQ(draai(QStringList()).uitgang, 0);
     EXPECT_TRUE(isPaneelActief());
     EXPECT_EQ(panelen(), QList{paneel});
+}
+
+// The owner sees an empty folder in the place of Qt's modules.
+TEST_F(Sessie, APanelWithoutQtsModulesIsOneLineAndTheOwnerStays) {
+    eigenaar.setProcessEnvironment(omgeving());
+    eigenaar.start(
+        QStringLiteral("unshare"),
+        {geteuid() == 0 ? QStringLiteral("-m") : QStringLiteral("-rm"), QStringLiteral("sh"),
+         QStringLiteral("-c"), QStringLiteral("mount -t tmpfs none \"$0\" || exit 77; exec \"$@\""),
+         QLibraryInfo::path(QLibraryInfo::QmlImportsPath),
+         QStringLiteral(BRIXTEL_BUILD_DIR "/bin/brixtel-bureau"), QStringLiteral("--dienst")});
+    ASSERT_TRUE(until([this] {
+        return eigenaar.state() == QProcess::NotRunning || draai("--stand").uitgang == 0;
+    }));
+    if (eigenaar.state() == QProcess::NotRunning)
+        GTEST_SKIP() << "this user may not mount: " << eigenaar.exitCode();
+    const auto paneel = draai("--paneel");
+    EXPECT_EQ(paneel.uitgang, 1);
+    EXPECT_EQ(paneel.fouten.toStdString(),
+              "brixtel-bureau: het paneel is niet te tonen: modules van Qt Quick ontbreken\n");
+    EXPECT_TRUE(panelen().isEmpty());
+    EXPECT_EQ(draai("--stand").uitgang, 0);
 }
 
 TEST_F(Sessie, ThePanelFitsOnASmallScreen) {
