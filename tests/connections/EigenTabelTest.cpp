@@ -34,7 +34,7 @@ class EigenTabel : public testing::Test {
         QProcess proces;
         auto omgeving = QProcessEnvironment::systemEnvironment();
         omgeving.insert(QStringLiteral("LD_LIBRARY_PATH"),
-                        tijdelijk_.path() + QStringLiteral(":" BRIXTEL_BUILD_DIR "/lib"));
+                        tijdelijk_.path() + QStringLiteral(":" BRIXTEL_LIB_DIR));
         omgeving.insert(QStringLiteral("LC_ALL"), QStringLiteral("nl_BE.UTF-8"));
         proces.setProcessEnvironment(omgeving);
         proces.start(QStringLiteral(BRIXTEL_BUILD_DIR "/tests/programmas/landenvraag"),

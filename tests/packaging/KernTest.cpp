@@ -44,7 +44,7 @@ class Kern : public testing::Test {
         fs::copy_file(gebouwd_ / "bin/kernprogramma", programma_);
         fs::copy_file(gebouwd_ / "lib/brixtel/libkernproef.so", bibliotheek_);
         fs::create_symlink("../../share/brixtel", wortel_ / "usr/lib/brixtel/resources");
-        fs::copy_file(BRIXTEL_BUILD_DIR "/lib/resources/landen.bin",
+        fs::copy_file(BRIXTEL_LIB_DIR "/resources/landen.bin",
                       wortel_ / "usr/share/brixtel/landen.bin");
     }
     void objcopy(const QStringList& woorden) {
@@ -89,7 +89,8 @@ TEST_F(Kern, NamesFunctionsSourcesAndLines) {
     ASSERT_EQ(gedraaid.uitgang, 0) << gedraaid.uit.constData() << gedraaid.fouten.constData();
     // From the abort, through the library, to the program's own main.
     qsizetype plaats = -1;
-    for (const char* deel : {"abort ()", "leesLanden (", "leesBestand (", "LandenTabel::land (", "main ("}) {
+    for (const char* deel :
+         {"abort ()", "leesLanden (", "leesBestand (", "LandenTabel::land (", "main ("}) {
         const qsizetype daar = gedraaid.uit.indexOf(deel, plaats + 1);
         EXPECT_GT(daar, plaats) << deel << "\n" << gedraaid.uit.constData();
         plaats = daar;
