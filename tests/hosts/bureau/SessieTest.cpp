@@ -424,9 +424,9 @@ TEST_F(Sessie, APanelWithoutQtsModulesIsOneLineAndTheOwnerStays) {
     }));
     if (eigenaar.state() == QProcess::NotRunning)
         GTEST_SKIP() << "this user may not mount: " << eigenaar.exitCode();
-    const auto paneel = draai("--paneel");
-    EXPECT_EQ(paneel.uitgang, 1);
-    EXPECT_EQ(paneel.fouten.toStdString(),
+    const auto antwoord = draai("--paneel");
+    EXPECT_EQ(antwoord.uitgang, 1);
+    EXPECT_EQ(antwoord.fouten.toStdString(),
               "brixtel-bureau: het paneel is niet te tonen: modules van Qt Quick ontbreken\n");
     EXPECT_TRUE(panelen().isEmpty());
     EXPECT_EQ(draai("--stand").uitgang, 0);
