@@ -26,8 +26,8 @@ QString PaneelModule::toon(std::unique_ptr<BureauPaneel>& paneel, const PaneelBr
         if (!module) return QStringLiteral("de module BrixtelPaneel.so ontbreekt");
         paneel = module->maak(bronnen);
     }
-    paneel->toon();
-    return {};
+    if (paneel->toon()) return {};
+    return QStringLiteral("het paneel is niet te tonen: modules van Qt Quick ontbreken");
 }
 
 }  // namespace brixtel

@@ -21,8 +21,9 @@ class BureauPaneel {
   public:
     virtual ~BureauPaneel() = default;
 
-    // Opens the panel, or brings it to the front. The user closes it.
-    virtual void toon() = 0;
+    // Opens the panel, or brings it to the front. The user closes it. False where Qt has no
+    // modules to show it with; there is no window then.
+    virtual bool toon() = 0;
     [[nodiscard]] virtual bool isOpen() const = 0;
 };
 

@@ -127,6 +127,43 @@ QString voerUit(brixtel::BureauDienst& dienst, const BureauOpdracht& opdracht) {
     return {};
 }
 
+// Ends the process by a signal when a call to a hanging bus does not return within so many
+// seconds.
+class Wekker {
+  public:
+    explicit Wekker(unsigned seconden) {
+        signal(SIGALRM, [](int) {
+            constexpr std::string_view kRegel = "brixtel-bureau: de sessiebus antwoordt niet\n";
+            [[maybe_unused]] const auto n = write(STDERR_FILENO, kRegel.data(), kRegel.size());
+            _exit(kFout);
+        });
+        // The signal may be blocked, inherited from the starting process.
+        sigset_t alleen;
+        sigemptyset(&alleen);
+        sigaddset(&alleen, SIGALRM);
+        pthread_sigmask(SIG_UNBLOCK, &alleen, nullptr);
+        zet(seconden);
+    }
+    ~Wekker() {
+        alarm(0);
+        signal(SIGALRM, SIG_DFL);
+    }
+    Wekker(const Wekker&) = delete;
+    Wekker& operator=(const Wekker&) = delete;
+
+    // Begins anew with so many seconds.
+    void zet(unsigned seconden) const { alarm(seconden); }
+};
+
+// The times that a bus and a request to the owner may take, in seconds.
+constexpr unsigned kBusGeduld = 15, kVraagGeduld = 10;
+
+// Whether this process became the owner.
+bool neemNaam(BusAansluiting& aansluiting) {
+    const Wekker wekker(kBusGeduld);
+    return aansluiting.neemNaam(brixtel::kDienstNaam);
+}
+
 // Shows the effects until something ends the program. Returns the exit status, or minus the
 // signal's number; none where another start became the owner first. A request that fails
 // ends the program at once, since there is no other place to report the error.
@@ -175,7 +212,7 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
         bureau, {.werkruimte = werkruimte, .toeval = toeval, .maakWacht = maakWacht});
     brixtel::Pictogram pictogram(bureau, aansluiting, daden);
     aansluiting.onVerloren(stop);
-    if (!aansluiting.neemNaam(brixtel::kDienstNaam)) return std::nullopt;
+    if (!neemNaam(aansluiting)) return std::nullopt;
     pictogram.meldAan();
 
     int doorSignaal = 0;
@@ -204,49 +241,24 @@ QString zetAutostart(int argc, char** argv, bool aan) {
     return brixtel::Autostart::zet(aan, QCoreApplication::applicationFilePath());
 }
 
-// Ends the process by a signal when a call to a hanging bus does not return.
-class Wekker {
-  public:
-    explicit Wekker(unsigned seconden) {
-        signal(SIGALRM, [](int) {
-            constexpr std::string_view kRegel = "brixtel-bureau: de sessiebus antwoordt niet\n";
-            [[maybe_unused]] const auto n = write(STDERR_FILENO, kRegel.data(), kRegel.size());
-            _exit(kFout);
-        });
-        // The signal may be blocked, inherited from the starting process.
-        sigset_t alleen;
-        sigemptyset(&alleen);
-        sigaddset(&alleen, SIGALRM);
-        pthread_sigmask(SIG_UNBLOCK, &alleen, nullptr);
-        alarm(seconden);
-    }
-    ~Wekker() {
-        alarm(0);
-        signal(SIGALRM, SIG_DFL);
-    }
-    Wekker(const Wekker&) = delete;
-    Wekker& operator=(const Wekker&) = delete;
-};
-
-// The times that a bus and a request to the owner may take, in seconds.
-constexpr unsigned kBusGeduld = 15, kVraagGeduld = 10;
-
 // Sends the command line to a running owner and returns the exit status; none without an
 // owner.
 std::optional<int> alsKlant(int argc, char** argv, const QString& bus,
                             const BureauOpdracht& opdracht) {
     const QString naam = QStringLiteral("klant");
     const auto vragen = static_cast<unsigned>(opdracht.verzoeken.size());
-    const Wekker wekker(kBusGeduld + kVraagGeduld * vragen);
+    const Wekker wekker(kBusGeduld);
     const QCoreApplication app(argc, argv);
     std::optional<int> uitgang;
     {
         const QDBusConnection verbinding = QDBusConnection::connectToBus(bus, naam);
         const Klant klant(verbinding);
-        if (!verbinding.isConnected())
+        if (!verbinding.isConnected()) {
             uitgang = meldNaam(QStringLiteral("de sessiebus is onbereikbaar"));
-        else if (klant.isEr())
+        } else if (klant.isEr()) {
+            wekker.zet(kBusGeduld + kVraagGeduld * vragen);
             uitgang = vraag(klant, opdracht);
+        }
         // Qt finds assistive programs by this variable.
         if (!uitgang && brixtel::zijnHulpmiddelenInGebruik(verbinding))
             qputenv(kBus, bus.toLocal8Bit());
@@ -268,7 +280,9 @@ int alsEigenaar(int argc, char** argv, const QString& bus, const BureauOpdracht&
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Brixtel"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     platform::SystemClock klok;
+    std::optional<Wekker> wekker(kBusGeduld);
     BusAansluiting aansluiting(klok, bus);
+    wekker.reset();
     const auto uitgang = draai(klok, aansluiting, bus, opdracht);
     if (uitgang) return *uitgang;
     const QString mis = vraagAlles(Klant(aansluiting.verbinding()), opdracht);

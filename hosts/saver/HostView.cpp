@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "platform/window/ScreenChanges.h"
+
 namespace brixtel {
 
 namespace {
@@ -80,9 +82,12 @@ void HostView::mouseMoved(const platform::MouseEvent& event) {
     const QPointF punt = event.screenLocation;
     // A changed display moves every place on the screen, and the server moves the mouse
     // back inside.
-    if (auto indeling = indeling_(); !beginPunt_ || indeling != beginIndeling_) {
+    const std::uint64_t wissels = platform::announcedScreenChanges();
+    if (auto indeling = indeling_();
+        !beginPunt_ || indeling != beginIndeling_ || wissels != beginWissels_) {
         beginPunt_ = punt;
         beginIndeling_ = std::move(indeling);
+        beginWissels_ = wissels;
     }
     const QPointF weg = punt - *beginPunt_;
     if (std::hypot(weg.x(), weg.y()) > kEchteBeweging) invoer();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -68,6 +69,7 @@ class HostView : public platform::View {
     const Indeling indeling_;
     std::optional<QPointF> beginPunt_;  // the mouse's first place, on screen
     std::vector<platform::Screen> beginIndeling_;
+    std::uint64_t beginWissels_ = 0;  // announced by then
 };
 
 }  // namespace brixtel

@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QFile>
 #include <QProcess>
 #include <QString>
+#include <functional>
 
 // A message bus for one test.
 class DBusDaemon {
   public:
-    DBusDaemon() {
+    // `before`, if any, is what the new process does before it becomes the bus.
+    explicit DBusDaemon(const std::function<void()>& before = {}) {
+        if (before) process_.setChildProcessModifier(before);
         process_.start(QStringLiteral("dbus-daemon"),
                        {QStringLiteral("--session"), QStringLiteral("--nofork"),
                         QStringLiteral("--print-address=1")});
@@ -20,9 +24,15 @@ class DBusDaemon {
 
     [[nodiscard]] qint64 process() const { return process_.processId(); }
 
+    // Ends the bus as a crash does; nobody else would remove its socket.
     void stop() {
         process_.kill();
         process_.waitForFinished();
+        QFile::remove(path());
+    }
+    // The path of its socket.
+    [[nodiscard]] QString path() const {
+        return address_.section(QStringLiteral("unix:path="), 1).section(u',', 0, 0);
     }
 
     // Sends a signal with dbus-send's arguments; true if dbus-send succeeded.

@@ -30,6 +30,10 @@ constexpr std::size_t kMostWaiting = std::size_t{1} << 20;
 constexpr std::size_t kPacket = 32;  // an event, an error, the head of a reply
 constexpr std::uint8_t kGenericEvent = 35;
 
+std::int64_t nanoseconds() {
+    return std::chrono::nanoseconds(Clock::now().time_since_epoch()).count();
+}
+
 template <typename Number>
 Number numberAt(const Bytes& bytes, std::size_t at) {
     Number number = 0;
@@ -185,6 +189,7 @@ void HostileProxy::Loop::send(Connection& c, int file, Way& way) {
     c.passed += static_cast<std::size_t>(count);
     if (!cuts || c.passed < *hostility.cutAfter) return;
     ++proxy.deeds_;
+    if (proxy.cutAt_ == 0) proxy.cutAt_ = nanoseconds();
     c.end();
 }
 
@@ -324,4 +329,9 @@ HostileProxy::~HostileProxy() {
     close(wake_);
     close(listener_);
     unlink(path_.c_str());
+}
+
+std::optional<double> HostileProxy::secondsSinceCut() const {
+    if (cutAt_ == 0) return std::nullopt;
+    return static_cast<double>(nanoseconds() - cutAt_) * 1e-9;
 }

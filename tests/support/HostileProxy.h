@@ -42,6 +42,8 @@ class HostileProxy {
     [[nodiscard]] std::uint64_t requests() const { return requests_; }
     // Errors, delays, destroyed windows and cuts so far.
     [[nodiscard]] std::uint64_t deeds() const { return deeds_; }
+    // The time since it first cut a connection; none before.
+    [[nodiscard]] std::optional<double> secondsSinceCut() const;
 
   private:
     struct Loop;
@@ -50,6 +52,7 @@ class HostileProxy {
     int listener_ = -1;
     int wake_ = -1;  // an eventfd: the loop ends
     std::atomic<std::uint64_t> requests_ = 0, deeds_ = 0;
+    std::atomic<std::int64_t> cutAt_ = 0;  // nanoseconds of a steady clock; 0 is never
     std::unique_ptr<Loop> loop_;
     std::thread thread_;
 };

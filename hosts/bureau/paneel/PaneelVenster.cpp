@@ -30,9 +30,14 @@ PaneelVenster::~PaneelVenster() {
     voorbeeld_.weg();
 }
 
-void PaneelVenster::toon() {
+bool PaneelVenster::toon() {
     const bool stondEr = view_ && view_->isVisible();
     if (!view_) maak();
+    if (view_->status() == QQuickView::Error) {
+        view_.reset();
+        staat_.reset();
+        return false;
+    }
     // show() would make a full-screen window small.
     if (view_->windowStates().testFlag(Qt::WindowMinimized))
         view_->setWindowStates(view_->windowStates() & ~Qt::WindowMinimized);
@@ -41,6 +46,7 @@ void PaneelVenster::toon() {
     view_->requestActivate();
     // A window on another virtual desktop would stay there.
     if (stondEr) bronnen_.bureau.activeer(platform::refOf(*view_));
+    return true;
 }
 
 void PaneelVenster::maak() {

@@ -20,7 +20,7 @@ class PaneelVenster : public QObject, public BureauPaneel {
     explicit PaneelVenster(const PaneelBronnen& bronnen);
     ~PaneelVenster() override;
 
-    void toon() override;
+    bool toon() override;
     [[nodiscard]] bool isOpen() const override { return view_ != nullptr; }
 
     // The panel's window and state; null while the panel is closed.

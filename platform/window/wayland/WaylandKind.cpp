@@ -1,18 +1,34 @@
 // SPDX-License-Identifier: MIT
+#include <dlfcn.h>
+
 #include <QString>
+#include <filesystem>
 
 #include "platform/window/WindowSystemKind.h"
-#include "platform/window/wayland/WaylandSystem.h"
+#include "platform/window/wayland/WaylandDoor.h"
 
 namespace platform {
 
 namespace {
 
-struct HangUp {
-    void operator()(wl_display* display) const {
-        if (display) wl_display_disconnect(display);
-    }
-};
+// Loads the library from beside this one's own file; null where it is absent.
+const WaylandDoor* findDoor() {
+    Dl_info own{};
+    if (dladdr(reinterpret_cast<const void*>(&findDoor), &own) == 0) return nullptr;
+    const auto file =
+        std::filesystem::path(own.dli_fname).replace_filename(BRIXTEL_WAYLAND_LIBRARY);
+    void* const library = dlopen(file.c_str(), RTLD_LAZY | RTLD_LOCAL);
+    if (!library) return nullptr;
+    const auto ask =
+        reinterpret_cast<decltype(&brixtelWaylandDoor)>(dlsym(library, "brixtelWaylandDoor"));
+    return ask ? ask() : nullptr;
+}
+
+// The library stays loaded after the first call.
+const WaylandDoor* door() {
+    static const WaylandDoor* const found = findDoor();
+    return found;
+}
 
 class WaylandKind final : public WindowSystemKind {
   public:
@@ -27,12 +43,11 @@ class WaylandKind final : public WindowSystemKind {
 
     [[nodiscard]] std::shared_ptr<void> reach() const override {
         if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")) return nullptr;
-        const std::shared_ptr<wl_display> display(wl_display_connect(nullptr), HangUp());
-        return display && wayland::answers(*display) ? display : nullptr;
+        return door() ? door()->reach() : nullptr;
     }
 
     [[nodiscard]] std::unique_ptr<WindowSystem> open(MediaClock& clock) const override {
-        return std::make_unique<wayland::WaylandSystem>(clock, QString());
+        return door()->open(clock);
     }
 
     [[nodiscard]] QtLoss lossIn(const QString& message) const override {

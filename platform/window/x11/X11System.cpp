@@ -51,6 +51,7 @@ X11System::X11System(MediaClock& clock, const QString& display)
         CoverageWatch::Actions{
             .windows = [this] { return asleep_ ? std::vector<xcb_window_t>() : mapped(); },
             .tell = [this](xcb_window_t id, bool covered) { setCovered(id, covered); }});
+    screens_.emplace(clock_, events_);
 }
 
 X11System::~X11System() {

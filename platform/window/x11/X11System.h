@@ -9,6 +9,7 @@
 #include "platform/window/x11/Coverage.h"
 #include "platform/window/x11/DisplaySleep.h"
 #include "platform/window/x11/EventConnection.h"
+#include "platform/window/x11/ScreenWatch.h"
 #include "platform/window/x11/StackedSpaces.h"
 #include "platform/window/x11/X11Workspace.h"
 
@@ -80,6 +81,7 @@ class X11System final : public WindowSystem {
     std::function<void(bool)> displaySlept_;
     std::optional<DisplaySleep> sleep_;
     std::optional<CoverageWatch> coverage_;
+    std::optional<ScreenWatch> screens_;
 };
 
 // Reads a window's number as hosts write it, decimal or hexadecimal after "0x"; none for 0

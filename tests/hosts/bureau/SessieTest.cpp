@@ -2,11 +2,13 @@
 // The program whole, in a session of the test's own: an X server with a window
 // manager and a compositor, a message bus, a home.
 #include <signal.h>
+#include <unistd.h>
 
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 #include <QImage>
+#include <QLibraryInfo>
 #include <QProcessEnvironment>
 
 #include "tests/desktop/Bureaublad.h"
@@ -361,12 +363,26 @@ TEST_F(Sessie, AStartWhileTheOwnerGoesTakesItsPlace) {
     EXPECT_EQ(tweede.readAllStandardError(), QByteArray());
 }
 
-TEST_F(Sessie, ABusThatHangsIsToldOf) {
-    ::kill(static_cast<pid_t>(bus.process()), SIGSTOP);
-    const auto stand = draai("--stand");
-    ::kill(static_cast<pid_t>(bus.process()), SIGCONT);
-    EXPECT_EQ(stand.uitgang, 1);
-    EXPECT_EQ(stand.fouten, QStringLiteral("brixtel-bureau: de sessiebus antwoordt niet\n"));
+// Two questions at the same time, since each waits for its answer.
+TEST_F(Sessie, AStoppedOwnerIsSaidNotToAnswerAndWhatWasAskedMayFollow) {
+    ASSERT_TRUE(begin());
+    ::kill(static_cast<pid_t>(eigenaar.processId()), SIGSTOP);
+    QProcess wissel, vraag;
+    start(wissel, {QStringLiteral("--wissel-regen")});
+    start(vraag, {QStringLiteral("--stand")});
+    for (QProcess* een : {&wissel, &vraag}) {
+        ASSERT_TRUE(until([&] { return een->state() == QProcess::NotRunning; }));
+        EXPECT_EQ(een->exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(een->exitCode(), 1);
+        EXPECT_EQ(een->readAllStandardOutput(), QByteArray());
+    }
+    EXPECT_EQ(wissel.readAllStandardError().toStdString(),
+              "brixtel-bureau: de draaiende brixtel-bureau antwoordt niet; wat gevraagd is kan "
+              "later nog gebeuren\n");
+    EXPECT_EQ(vraag.readAllStandardError().toStdString(),
+              "brixtel-bureau: de draaiende brixtel-bureau antwoordt niet\n");
+    ::kill(static_cast<pid_t>(eigenaar.processId()), SIGCONT);
+    EXPECT_TRUE(meldt("regen: aan"));
 }
 
 TEST_F(Sessie, ASignalEndsItAndTheEndOfTheBusToo) {
@@ -392,6 +408,28 @@ TEST_F(Sessie, WithoutArgumentsThePanelOpensAndASecondStartRaisesIt) {
     EXPECT_EQ(draai(QStringList()).uitgang, 0);
     EXPECT_TRUE(isPaneelActief());
     EXPECT_EQ(panelen(), QList{paneel});
+}
+
+// The owner sees an empty folder in the place of Qt's modules.
+TEST_F(Sessie, APanelWithoutQtsModulesIsOneLineAndTheOwnerStays) {
+    eigenaar.setProcessEnvironment(omgeving());
+    eigenaar.start(
+        QStringLiteral("unshare"),
+        {geteuid() == 0 ? QStringLiteral("-m") : QStringLiteral("-rm"), QStringLiteral("sh"),
+         QStringLiteral("-c"), QStringLiteral("mount -t tmpfs none \"$0\" || exit 77; exec \"$@\""),
+         QLibraryInfo::path(QLibraryInfo::QmlImportsPath),
+         QStringLiteral(BRIXTEL_BUILD_DIR "/bin/brixtel-bureau"), QStringLiteral("--dienst")});
+    ASSERT_TRUE(until([this] {
+        return eigenaar.state() == QProcess::NotRunning || draai("--stand").uitgang == 0;
+    }));
+    if (eigenaar.state() == QProcess::NotRunning)
+        GTEST_SKIP() << "this user may not mount: " << eigenaar.exitCode();
+    const auto antwoord = draai("--paneel");
+    EXPECT_EQ(antwoord.uitgang, 1);
+    EXPECT_EQ(antwoord.fouten.toStdString(),
+              "brixtel-bureau: het paneel is niet te tonen: modules van Qt Quick ontbreken\n");
+    EXPECT_TRUE(panelen().isEmpty());
+    EXPECT_EQ(draai("--stand").uitgang, 0);
 }
 
 TEST_F(Sessie, ThePanelFitsOnASmallScreen) {

@@ -233,9 +233,8 @@ TEST_F(Gastheer, OpenGlAskedForInVainIsOneLineAndTheProcessorsPicture) {
     EXPECT_EQ(programma.fouten(), "brixtel-saver: OpenGL is er niet; de processor tekent\n");
 }
 
-// The libraries of OpenGL that the program loaded or looked for by name while it drew. The four
-// that hand OpenGL's calls on to a driver come with Qt Gui, which links them.
-QStringList geladenVanOpenGl(Xvfb& server, const char* tekenaar) {
+// The loader's account of the files of a program that draws a scene in a window.
+QStringList geladen(Xvfb& server, const char* tekenaar) {
     const auto venster = server.makeWindow({.width = 400, .height = 300});
     Programma programma{server.display()};
     programma.zet(QStringLiteral("LD_DEBUG"), QStringLiteral("files"));
@@ -250,11 +249,15 @@ QStringList geladenVanOpenGl(Xvfb& server, const char* tekenaar) {
     server.destroy(venster);
     QFile verslag(programma.map() + QStringLiteral("/lader.%1").arg(nummer));
     EXPECT_TRUE(verslag.open(QIODevice::ReadOnly));
-    QStringList namen;
-    for (const QString& regel : QString::fromUtf8(verslag.readAll()).split(u'\n'))
-        if (regel.contains(QLatin1String("opening file=")) ||
-            regel.contains(QLatin1String("dynamically loaded by")))
-            namen << regel;
+    return QString::fromUtf8(verslag.readAll()).split(u'\n');
+}
+
+// The libraries of OpenGL that the program loaded or looked for by name while it drew. The four
+// that hand OpenGL's calls on to a driver come with Qt Gui, which links them.
+QStringList geladenVanOpenGl(Xvfb& server, const char* tekenaar) {
+    const QStringList namen =
+        geladen(server, tekenaar)
+            .filter(QRegularExpression(QStringLiteral("opening file=|dynamically loaded by")));
     EXPECT_FALSE(namen.filter(QStringLiteral("libqxcb.so")).isEmpty());
     return namen.filter(QRegularExpression(
         QStringLiteral("libGL|libEGL|libOpenGL|libepoxy|libgbm|libgallium|_dri\\.so|libLLVM")));
@@ -264,6 +267,13 @@ TEST_F(Gastheer, WhereTheProcessorDrawsNoOpenGlIsLoadedOrLookedFor) {
     EXPECT_EQ(geladenVanOpenGl(server, "cpu"), QStringList());
     EXPECT_EQ(geladenVanOpenGl(server, "auto"), QStringList());
     EXPECT_FALSE(geladenVanOpenGl(server, "gl").filter(QStringLiteral("libEGL.so.1")).isEmpty());
+}
+
+TEST_F(Gastheer, OnlyASessionOfCompositorsLoadsTheirLibraries) {
+    const QStringList alles = geladen(server, "cpu");
+    EXPECT_EQ(alles.filter(QRegularExpression(QStringLiteral("libwayland|window_wayland\\.so"))),
+              QStringList());
+    EXPECT_FALSE(alles.filter(QStringLiteral("window_wayland_kind.so")).isEmpty());
 }
 
 TEST_F(Gastheer, TheFrameRateIsShownWhenAskedFor) {

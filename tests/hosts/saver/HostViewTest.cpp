@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/window/ScreenChanges.h"
+
 using brixtel::HostView;
 
 namespace {
@@ -62,6 +64,17 @@ TEST_F(HostViewTest, ADisplayThatChangesIsNoMovementOfTheMouse) {
     muis(400, 100);
     EXPECT_EQ(geroepen, 0);
     muis(451, 100);
+    EXPECT_EQ(geroepen, 1);
+}
+
+// The window system may announce the change before anybody knows the new screens.
+TEST_F(HostViewTest, ADisplayThatIsAboutToChangeIsNoMovementOfTheMouse) {
+    muis(100, 100);
+    platform::announceScreenChange();
+    muis(300, 300);
+    muis(340, 300);
+    EXPECT_EQ(geroepen, 0);
+    muis(351, 300);
     EXPECT_EQ(geroepen, 1);
 }
 

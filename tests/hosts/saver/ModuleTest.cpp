@@ -95,4 +95,9 @@ TEST_F(ZonderModule, AMissingSheetIsOneLineAndTheSaverStillDraws) {
     EXPECT_EQ(regel(plaatje()), "");
 }
 
+TEST_F(ZonderModule, AMissingWindowSystemIsMissedInItsOwnSessionsAlone) {
+    legUit(QStringLiteral("libbrixtel-platform_window_wayland.so"), {});
+    EXPECT_EQ(regel(plaatje()), "");
+}
+
 }  // namespace

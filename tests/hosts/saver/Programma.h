@@ -6,6 +6,7 @@
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
+#include <functional>
 
 #include "tests/support/Paden.h"
 #include "tests/support/Until.h"
@@ -41,6 +42,11 @@ class Programma {
     }
 
     void zet(const QString& naam, const QString& waarde) { omgeving_.insert(naam, waarde); }
+
+    // Sets what the new process does before it becomes the program.
+    void wijzig(const std::function<void()>& voorProgramma) {
+        proces_.setChildProcessModifier(voorProgramma);
+    }
 
     void start(const QStringList& argumenten) { startDoor({}, argumenten); }
     // By another program, which is handed it with its arguments.

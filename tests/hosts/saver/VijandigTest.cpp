@@ -18,6 +18,7 @@
 #include "tests/hosts/saver/Programma.h"
 #include "tests/hosts/saver/Zaden.h"
 #include "tests/support/HostileProxy.h"
+#include "tests/support/Stilstand.h"
 
 using brixtel::Programma;
 
@@ -28,17 +29,21 @@ constexpr int kZaden = 25;
 // with a report of its own.
 constexpr int kVanQt = 200;
 constexpr int kGeduld = 30'000;  // milliseconds until the program counts as hanging
+// Neither stands a program still for so long, nor does it outlive a cut connection by so much
+// and twice the time that its start took under the same load.
+constexpr double kHangt = 2.0;  // seconds
 
 struct Telling {
     std::map<QByteArray, int> uitkomsten;
     std::uint64_t daden = 0, verzoeken = 0;
-    double langste = 0.0;  // seconds
+    double langste = 0.0, stilste = 0.0, naBreuk = 0.0;  // seconds
     int doorXlib = 0;
 
     void druk() const {
-        std::printf("daden %llu in %llu verzoeken; langste %.1f s\n",
-                    static_cast<unsigned long long>(daden),
-                    static_cast<unsigned long long>(verzoeken), langste);
+        std::printf(
+            "daden %llu in %llu verzoeken; langste %.1f s, stil %.1f s, na een breuk %.1f s\n",
+            static_cast<unsigned long long>(daden), static_cast<unsigned long long>(verzoeken),
+            langste, stilste, naBreuk);
         if (doorXlib > 0) std::printf("  %5d door Xlib afgebroken\n", doorXlib);
         for (const auto& [wat, aantal] : uitkomsten)
             std::printf("  %5d %s\n", aantal, wat.constData());
@@ -57,7 +62,8 @@ class Vijandig : public testing::Test {
         std::mt19937 toeval(vijand.seed);
         Programma programma(QString::fromStdString(proxy.display()));
         const bool bijGastheer = toeval() % 3 == 0;
-        const char* const keuze = std::array{"regen", "kubus", "logo"}[toeval() % 3];
+        const char* const keuze =
+            std::array{"regen", "bol", "kubus", "tunnel", "logo"}[toeval() % 5];
         QStringList woorden{QStringLiteral("--keuze=") + QLatin1String(keuze)};
         const auto venster =
             bijGastheer ? server_.makeWindow({.width = 96, .height = 64}) : xcb_window_t{0};
@@ -75,8 +81,13 @@ class Vijandig : public testing::Test {
             until([&] { return !programma.loopt() || proxy.requests() >= zoveel; }, 500);
             if (programma.loopt()) ::kill(static_cast<pid_t>(programma.nummer()), SIGTERM);
         }
-        EXPECT_TRUE(programma.wacht(kGeduld)) << "hangt";
-        telling.langste = std::max(telling.langste, klok.now() - begin);
+        volgTotEinde(programma, telling);
+        const double geduurd = klok.now() - begin;
+        telling.langste = std::max(telling.langste, geduurd);
+        if (const auto na = proxy.secondsSinceCut()) {
+            telling.naBreuk = std::max(telling.naBreuk, *na);
+            EXPECT_LE(*na, kHangt + 2.0 * (geduurd - *na)) << "leeft door na een breuk";
+        }
         telling.daden += proxy.deeds();
         telling.verzoeken += proxy.requests();
         beoordeel(programma, bijGastheer, telling);
@@ -99,6 +110,19 @@ class Vijandig : public testing::Test {
     }
 
   private:
+    static void volgTotEinde(Programma& programma, Telling& telling) {
+        steun::Stilstand stilstand(static_cast<pid_t>(programma.nummer()));
+        const platform::SystemClock klok;
+        EXPECT_TRUE(until(
+            [&] {
+                telling.stilste = std::max(telling.stilste, stilstand.kijk(klok.now()));
+                return !programma.loopt();
+            },
+            kGeduld))
+            << "hangt";
+        EXPECT_LT(stilstand.langste(), kHangt) << "staat stil";
+    }
+
     static void beoordeel(Programma& programma, bool bijGastheer, Telling& telling) {
         // Xlib repeats the server's own words for a refusal before the program's line.
         const QByteArray fouten =

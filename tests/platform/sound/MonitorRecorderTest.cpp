@@ -225,7 +225,9 @@ TEST(MonitorRecorder, AServerThatAnswersNonsenseOrNothingCanBeDropped) {
     for (std::uint32_t seed = 0; seed < 20; ++seed) {
         const HostileSocket door(
             server.socket(),
-            {.seed = seed, .garbage = kShares.at(seed % 3), .isMute = seed % 5 == 4});
+            {.seed = seed,
+             .muteAfter = seed % 5 == 4 ? std::optional<std::size_t>(0) : std::nullopt,
+             .garbage = kShares.at(seed % 3)});
         ASSERT_TRUE(door.isRunning());
         Recording recording(QStringLiteral("unix:") + QString::fromStdString(door.path()));
         EXPECT_TRUE(until([&] { return door.deeds() > 0; })) << seed;
