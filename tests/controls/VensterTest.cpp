@@ -15,6 +15,9 @@ using brixtel::BXVlak;
 
 namespace {
 
+// Qt reads the variable when the application is made.
+const bool kGeschaald = qputenv("QT_SCALE_FACTOR", "1.5");
+
 class VensterTest : public testing::Test {
   protected:
     VensterTest() {
@@ -26,6 +29,7 @@ class VensterTest : public testing::Test {
         vlak.zetKleur(Qt::red);
     }
     void SetUp() override {
+        ASSERT_TRUE(kGeschaald);
         venster.show();
         ASSERT_TRUE(until([this] { return venster.isExposed(); }));
         ASSERT_EQ(venster.effectiveDevicePixelRatio(), 1.5);
