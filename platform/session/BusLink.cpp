@@ -21,9 +21,10 @@ BusLink::BusLink(Options options)
 }
 
 BusLink::~BusLink() {
+    if (!queue_) return;
     queue_.reset();
-    if (!connection_) return;
     connection_.reset();
+    // Qt keeps the name of a connection that failed, and would give it to the next of that name.
     QDBusConnection::disconnectFromBus(connectionName_);
 }
 

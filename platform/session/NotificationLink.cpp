@@ -88,8 +88,9 @@ NotificationLink::NotificationLink(const QString& busAddress,
 
 NotificationLink::~NotificationLink() {
     queue_.reset();
-    if (!connection_) return;
+    if (address_.isEmpty()) return;
     connection_.reset();
+    // Qt keeps the name of a connection that failed, and would give it to the next of that name.
     QDBusConnection::disconnectFromBus(connectionName_);
 }
 

@@ -51,9 +51,11 @@ class ReducedMotion::Link final : public QObject {
         queue_->async([this, address] { connectTo(address); });
     }
     ~Link() override {
+        if (!queue_) return;
         queue_.reset();
-        if (!connection_) return;
         connection_.reset();
+        // Qt keeps the name of a connection that failed, and would give it to the next of that
+        // name.
         QDBusConnection::disconnectFromBus(name_);
     }
 

@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <optional>
 
+#include "platform/session/BusLink.h"
 #include "platform/session/DistributedNotificationCenter.h"
 #include "platform/session/NotificationLink.h"
 #include "platform/session/NotificationNames.h"
@@ -272,6 +274,22 @@ TEST(WithoutABus, AnAddressWhereNobodyListensIsNoError) {
         EXPECT_TRUE(until([&] { return heard == 1; }));
     }
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+// Links at one place in memory have one name.
+TEST(WithoutABus, AFailedConnectionDoesNotOutliveItsLink) {
+    const DBusDaemon bus;
+    ASSERT_FALSE(bus.address().isEmpty());
+    std::optional<platform::BusLink> link;
+    for (const QString& address : {QStringLiteral("unix:path=/nonexistent/bus"), bus.address()}) {
+        std::optional<bool> found;
+        link.emplace(platform::BusLink::Options{
+            .address = address, .name = "proef", .ready = [&](QDBusConnection* connection) {
+                found = connection != nullptr;
+            }});
+        ASSERT_TRUE(until([&] { return found.has_value(); }));
+        EXPECT_EQ(*found, address == bus.address());
+    }
 }
 
 TEST(WithoutABus, NoneIsStarted) {
