@@ -215,8 +215,6 @@ TEST_F(OwnWindowTest, KeysAndMouseReachItsViews) {
     window.showWithKeyboard();
     ASSERT_TRUE(drawn(window));
     const auto xdotool = [](const QStringList& words) { tool(QStringLiteral("xdotool"), words); };
-    // The mouse may be at that place already.
-    xdotool({QStringLiteral("mousemove"), QStringLiteral("0"), QStringLiteral("0")});
     xdotool({QStringLiteral("mousemove"), QStringLiteral("110"), QStringLiteral("300")});
     ASSERT_TRUE(until([&] { return view->moved > 0; }));
     EXPECT_EQ(view->mouse.location, QPointF(10, 120));
