@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Runs whole programs under an X server of the benchmark's own, and prints
-// their cost: CPU per second of the program and of the X server, beside a
-// floor: the same window, cleared and presented sixty times a second. Other programs that
+// their cost: CPU per second of the program and of the X server, beside two
+// floors: the same window, presented sixty times a second. OpenGL clears the first; the
+// second's picture lies in shared memory, and nobody draws it. Other programs that
 // draw on the root window are measured in the same run: --naast='/path/program -root'.
 //
 // Usage: geheel [--maat=1920x1080] [--seconden=10] [--tekenaar=auto] [--naast=COMMAND]...
@@ -29,6 +30,12 @@ struct Opties {
     QStringList scenes;
 };
 
+// The cost of presenting a window that nobody draws, of one core; 0 where it is not known.
+struct Vloeren {
+    double openGl = 0;
+    double gedeeld = 0;
+};
+
 QString keerVloer(double totaal, double vloer) {
     return vloer > 0 ? QString::number(totaal / vloer, 'f', 2) : QStringLiteral("-");
 }
@@ -42,7 +49,8 @@ void zetServer(QProcess& proces, const Xvfb& server) {
 
 // Runs another program for the seconds, ends it, and prints its line. Such a program does not
 // tell how many pictures it shows.
-void meetNaast(const QString& opdracht, const Xvfb& server, double seconden, double vloer) {
+void meetNaast(const QString& opdracht, const Xvfb& server, double seconden,
+               const Vloeren& vloeren) {
     QStringList woorden = QProcess::splitCommand(opdracht);
     QProcess proces;
     zetServer(proces, server);
@@ -57,15 +65,16 @@ void meetNaast(const QString& opdracht, const Xvfb& server, double seconden, dou
     proces.terminate();
     proces.waitForFinished();
     const double totaal = programma + aandeel;
-    std::printf("%-10s %8s %9.1f%% %9.1f%% %9.1f%% %8s\n",
+    std::printf("%-10s %8s %9.1f%% %9.1f%% %9.1f%% %8s %8s\n",
                 qPrintable(woorden.first().section(u'/', -1)), "-", 100 * programma, 100 * aandeel,
-                100 * totaal, qPrintable(keerVloer(totaal, vloer)));
+                100 * totaal, qPrintable(keerVloer(totaal, vloeren.openGl)),
+                qPrintable(keerVloer(totaal, vloeren.gedeeld)));
     std::fflush(stdout);
 }
 
 // Runs a program to its end and prints its line; the program writes JSON to stdout.
 double meet(const QString& naam, const QString& programma, const QStringList& argumenten,
-            const Xvfb& server, double seconden, double vloer) {
+            const Xvfb& server, double seconden, const Vloeren& vloeren) {
     QProcess proces;
     zetServer(proces, server);
     const double serverVoor = cpuVan(server.process());
@@ -80,10 +89,11 @@ double meet(const QString& naam, const QString& programma, const QStringList& ar
         return meting.value(QLatin1String(sleutel)).toDouble();
     };
     const double totaal = (getal("cpu_seconden") + serverCpu) / seconden;
-    std::printf("%-10s %8.1f %9.1f%% %9.1f%% %9.1f%% %8s %10.0f %8.1f %5.0f  %s\n",
+    std::printf("%-10s %8.1f %9.1f%% %9.1f%% %9.1f%% %8s %8s %10.0f %8.1f %5.0f  %s\n",
                 qPrintable(naam), getal("beelden_per_seconde"),
                 100 * getal("cpu_seconden") / seconden, 100 * serverCpu / seconden, 100 * totaal,
-                qPrintable(keerVloer(totaal, vloer)), getal("eerste_beeld_ms"),
+                qPrintable(keerVloer(totaal, vloeren.openGl)),
+                qPrintable(keerVloer(totaal, vloeren.gedeeld)), getal("eerste_beeld_ms"),
                 getal("geheugen_mb"), getal("sport"),
                 qPrintable(meting.value(QLatin1String("tekenaar")).toString()));
     std::fflush(stdout);
@@ -120,18 +130,23 @@ int main(int argc, char** argv) {
     const double seconden = opties.seconden.toDouble();
     std::printf("%s, %s s, %ld cores\n", qPrintable(opties.maat), qPrintable(opties.seconden),
                 sysconf(_SC_NPROCESSORS_ONLN));
-    std::printf("%-10s %8s %10s %10s %10s %8s %10s %8s %5s  %s\n", "scene", "fps", "program",
-                "X server", "together", "x floor", "first ms", "MiB", "rung", "drawer");
-    const double vloer = meet(QStringLiteral("floor"), map + QStringLiteral("/vloer"),
-                              {opties.maat, opties.seconden}, server, seconden, 0);
+    std::printf("%-10s %8s %10s %10s %10s %8s %8s %10s %8s %5s  %s\n", "scene", "fps", "program",
+                "X server", "together", "x floor", "x shared", "first ms", "MiB", "rung", "drawer");
+    const QString vloer = map + QStringLiteral("/vloer");
+    Vloeren vloeren;
+    vloeren.openGl = meet(QStringLiteral("floor"), vloer, {opties.maat, opties.seconden}, server,
+                          seconden, vloeren);
+    vloeren.gedeeld =
+        meet(QStringLiteral("shared"), vloer,
+             {opties.maat, opties.seconden, QStringLiteral("gedeeld")}, server, seconden, vloeren);
     for (const QString& scene : opties.scenes)
         meet(scene, map + QStringLiteral("/../bin/brixtel-saver"),
              {QStringLiteral("--venster=") + opties.maat, QStringLiteral("--keuze=") + scene,
               QStringLiteral("--seconden=") + opties.seconden,
               QStringLiteral("--tekenaar=") + opties.tekenaar, QStringLiteral("--meet"),
               QStringLiteral("--volle-snelheid")},
-             server, seconden, vloer);
+             server, seconden, vloeren);
     for (const QString& opdracht : opties.naast)
-        meetNaast(opdracht, server, seconden, vloer);
+        meetNaast(opdracht, server, seconden, vloeren);
     return 0;
 }
