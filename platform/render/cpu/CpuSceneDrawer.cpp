@@ -45,8 +45,8 @@ bool isDrawable(const DrawList& list, double scale) {
 
 struct CpuSceneDrawer::Parts {
     explicit Parts(const Options& options)
-        : plan(std::max(1, options.keepDraws)),
-          workers(options.threads),
+        : workers(options.threads),
+          plan(std::max(1, options.keepDraws), workers),
           benches(static_cast<std::size_t>(workers.threads())) {}
 
     // Space of one thread to work in.
@@ -78,8 +78,8 @@ struct CpuSceneDrawer::Parts {
     void findStale(TileHistory::Memory& memory);
     void stretchStale(const PixelBuffer& from, const PixelBuffer& picture);
 
-    ScenePlan plan;
     TileWorkers workers;
+    ScenePlan plan;
     std::vector<Bench> benches;  // by the thread
     SceneGlow glow;
     FloorLight floor;

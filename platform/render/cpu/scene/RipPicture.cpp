@@ -10,6 +10,7 @@
 #include "platform/render/cpu/LargeArray.h"
 #include "platform/render/cpu/LinearPixels.h"
 #include "platform/render/cpu/scene/SpritePicture.h"
+#include "platform/render/cpu/scene/TileWorkers.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "platform/render/cpu/scene/RipPicture.cpp"
@@ -62,6 +63,21 @@ HWY_EXPORT(packTexels);
 
 namespace {
 
+// A picture's pixels, which give their texels in full precision a row at a time.
+struct Pixels {
+    int width = 0;
+    int height = 0;
+    LargeArray<std::uint16_t> numbers;
+
+    // In the room, until its next use.
+    const glm::vec4* row(int y, glm::vec4* room) const {
+        const std::uint16_t* from = numbers.data() + 4 * static_cast<std::ptrdiff_t>(y) * width;
+        for (int x = 0; x < width; ++x, from += 4)
+            room[x] = glm::vec4(from[0], from[1], from[2], from[3]) / 65535.0F;
+        return room;
+    }
+};
+
 // One level in full precision.
 struct Level {
     int width = 0;
@@ -71,7 +87,7 @@ struct Level {
     [[nodiscard]] glm::vec4* row(int y) {
         return texels.data() + static_cast<std::ptrdiff_t>(y) * width;
     }
-    [[nodiscard]] const glm::vec4* row(int y) const {
+    const glm::vec4* row(int y, glm::vec4*) const {
         return texels.data() + static_cast<std::ptrdiff_t>(y) * width;
     }
 };
@@ -84,44 +100,58 @@ LargeArray<T> arrayOf(std::size_t count) {
     return array;
 }
 
-// The average of the texels of a line that one of its `half` halved texels covers.
-template <typename At>
-glm::vec4 halved(int i, int half, int whole, At at) {
-    if (whole == 2 * half) return at(2 * i) * 0.5F + at(2 * i + 1) * 0.5F;
+// Calls use(k, share) for the texels of a line that one of its `half` halved texels covers.
+template <typename Use>
+void eachCovered(int i, int half, int whole, Use use) {
+    if (whole == 2 * half) {
+        use(2 * i, 0.5F);
+        use(2 * i + 1, 0.5F);
+        return;
+    }
     const double low = static_cast<double>(i) * whole / half;
     const double high = static_cast<double>(i + 1) * whole / half;
-    glm::vec4 sum(0.0F);
     for (int k = static_cast<int>(low); k < std::min(whole, static_cast<int>(std::ceil(high)));
          ++k) {
         const double share = std::min(high, k + 1.0) - std::max(low, static_cast<double>(k));
-        sum += at(k) * static_cast<float>(share / (high - low));
+        use(k, static_cast<float>(share / (high - low)));
     }
-    return sum;
 }
 
-// Halves in place: a halved texel lies no further on than the first texel that it covers.
-void halveAcross(Level& level) {
-    const int half = std::max(1, level.width / 2);
-    for (int y = 0; y < level.height; ++y) {
-        const glm::vec4* const from = level.row(y);
+// `from` may be the level itself: a halved texel lies no further on than the first texel that it
+// covers.
+template <typename From>
+void halveAcross(const From& from, Level& level, glm::vec4* room) {
+    const int whole = from.width;
+    const int half = std::max(1, whole / 2);
+    const int height = from.height;
+    for (int y = 0; y < height; ++y) {
+        const glm::vec4* const texels = from.row(y, room);
         glm::vec4* const to = level.texels.data() + static_cast<std::ptrdiff_t>(y) * half;
-        for (int x = 0; x < half; ++x)
-            to[x] = halved(x, half, level.width, [from](int k) { return from[k]; });
+        for (int x = 0; x < half; ++x) {
+            glm::vec4 sum(0.0F);
+            eachCovered(x, half, whole, [&](int k, float share) { sum += texels[k] * share; });
+            to[x] = sum;
+        }
     }
     level.width = half;
+    level.height = height;
 }
 
 // `from` may be the level itself.
-void halveDown(const Level& from, Level& level) {
+template <typename From>
+void halveDown(const From& from, Level& level, glm::vec4* room) {
     const int whole = from.height;
     const int half = std::max(1, whole / 2);
     level.width = from.width;
-    const std::size_t count = static_cast<std::size_t>(from.width) * static_cast<std::size_t>(half);
-    if (level.texels.size() < count) level.texels = arrayOf<glm::vec4>(count);
     for (int y = 0; y < half; ++y) {
         glm::vec4* const to = level.row(y);
-        for (int x = 0; x < from.width; ++x)
-            to[x] = halved(y, half, whole, [&](int k) { return from.row(k)[x]; });
+        bool isFirst = true;
+        eachCovered(y, half, whole, [&](int k, float share) {
+            const glm::vec4* const texels = from.row(k, room);
+            for (int x = 0; x < level.width; ++x)
+                to[x] = isFirst ? texels[x] * share : to[x] + texels[x] * share;
+            isFirst = false;
+        });
     }
     level.height = half;
 }
@@ -146,10 +176,11 @@ class PairRows {
             row->resize(static_cast<std::size_t>(widest) + 1);
     }
 
-    void write(const Level& level, void (*pack)(const float*, std::uint32_t*, int),
+    template <typename From>
+    void write(const From& level, glm::vec4* room, void (*pack)(const float*, std::uint32_t*, int),
                std::uint32_t* to) {
         const auto read = [&](int y, std::vector<std::uint32_t>& row) {
-            pack(&level.row(y)->x, row.data(), level.width);
+            pack(&level.row(y, room)->x, row.data(), level.width);
             row[static_cast<std::size_t>(level.width)] = row[0];
         };
         const std::ptrdiff_t count = level.width + 1;
@@ -184,64 +215,121 @@ int levelsOf(int side) {
     return levels;
 }
 
-}  // namespace
-
-RipPicture::RipPicture(const QImage& picture)
-    : width(picture.width()),
-      height(picture.height()),
-      levelsAcross(levelsOf(width)),
-      levelsDown(levelsOf(height)) {
-    Level whole{width, height, {}};
-    whole.texels =
-        arrayOf<glm::vec4>(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-    constexpr int kRows = 32;
-    const auto line = 4 * static_cast<std::size_t>(width);
-    std::vector<std::uint16_t> pixels(kRows * line);
-    for (int y = 0; y < height; y += kRows) {
-        const int count = std::min(kRows, height - y);
-        linearRows(picture, y, count, pixels.data());
-        take(pixels.data(), count * width, whole.row(y));
-    }
-    if (hasAlpha) stencil = stencilColour(picture);
-    const auto place = [](int side, int levels, std::array<float, kMostLevels>& sides) {
-        int sum = 0;
-        for (int i = 0; i < levels; ++i, side = std::max(1, side / 2)) {
-            sides[static_cast<std::size_t>(i)] = static_cast<float>(side);
-            sum += side;
-        }
-        return sum;
-    };
-    const int across = place(width, levelsAcross, widths) + levelsAcross;
-    const int down = place(height, levelsDown, heights);
-    const std::size_t places = static_cast<std::size_t>(across) * static_cast<std::size_t>(down);
-    texels = arrayOf<std::uint32_t>(2 * places);
-    if (hasAlpha) alphas = arrayOf<std::uint32_t>(2 * places);
-    PairRows rows(width);
-    std::size_t next = 0;
-    const auto append = [&](const Level& some) {
-        first.push_back(static_cast<std::int32_t>(next));
-        rows.write(some, packColours, texels.data() + 2 * next);
-        if (hasAlpha) rows.write(some, packAlphas, alphas.data() + 2 * next);
-        next += static_cast<std::size_t>(some.width + 1) * static_cast<std::size_t>(some.height);
-    };
-    Level level;
-    for (int i = 0; i < levelsAcross; ++i) {
-        if (i > 0) halveAcross(whole);
-        append(whole);
-        for (int k = 1; k < levelsDown; ++k) {
-            halveDown(k == 1 ? whole : level, level);
-            append(level);
-        }
+// Whether the numbers of a picture's pixels show that some are not opaque, and which colours
+// some have.
+void note(const std::uint16_t* pixel, int count, RipPicture& picture) {
+    for (int i = 0; i < count; ++i, pixel += 4) {
+        if (pixel[3] != 65535) picture.hasAlpha = true;
+        for (unsigned k = 0; k < 3; ++k)
+            if (pixel[k] > 0) picture.colours |= 1U << k;
     }
 }
 
-void RipPicture::take(const std::uint16_t* pixel, int count, glm::vec4* to) {
-    for (int i = 0; i < count; ++i, pixel += 4) {
-        to[i] = glm::vec4(pixel[0], pixel[1], pixel[2], pixel[3]) / 65535.0F;
-        if (pixel[3] != 65535) hasAlpha = true;
-        for (unsigned k = 0; k < 3; ++k)
-            if (pixel[k] > 0) colours |= 1U << k;
+Pixels pixelsOf(const QImage& picture, RipPicture& rip) {
+    const std::size_t line = 4 * static_cast<std::size_t>(rip.width);
+    Pixels pixels{rip.width, rip.height,
+                  arrayOf<std::uint16_t>(line * static_cast<std::size_t>(rip.height))};
+    constexpr int kRows = 32;
+    for (int y = 0; y < rip.height; y += kRows) {
+        const int count = std::min(kRows, rip.height - y);
+        std::uint16_t* const to = pixels.numbers.data() + static_cast<std::size_t>(y) * line;
+        linearRows(picture, y, count, to);
+        note(to, count * rip.width, rip);
     }
+    return pixels;
+}
+
+// Room to make levels of at most this size in. All memory is taken here, since work that threads
+// share may not fail.
+struct Desk {
+    Desk(int width, int height, int wholeWidth)
+        : level{0, 0, arrayOf<glm::vec4>(sizeOf(width, std::max(1, height / 2)))},
+          rows(width),
+          room(static_cast<std::size_t>(wholeWidth)) {}
+    static std::size_t sizeOf(int width, int height) {
+        return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    }
+    Level level;
+    PairRows rows;
+    std::vector<glm::vec4> room;
+};
+
+// Writes the levels of one width.
+template <typename From>
+void writeLevels(const From& whole, int across, Desk& desk, RipPicture& picture) {
+    glm::vec4* const room = desk.room.data();
+    const auto write = [&](const auto& some, int down) {
+        const std::ptrdiff_t to =
+            2 *
+            std::ptrdiff_t{picture.first[static_cast<std::size_t>(picture.levelAt(across, down))]};
+        desk.rows.write(some, room, packColours, picture.texels.data() + to);
+        if (picture.hasAlpha) desk.rows.write(some, room, packAlphas, picture.alphas.data() + to);
+    };
+    write(whole, 0);
+    for (int k = 1; k < picture.levelsDown; ++k) {
+        if (k == 1)
+            halveDown(whole, desk.level, room);
+        else
+            halveDown(desk.level, desk.level, room);
+        write(desk.level, k);
+    }
+}
+
+// The sides of a picture's levels, the largest first.
+std::array<float, RipPicture::kMostLevels> sidesOf(int side, int levels) {
+    std::array<float, RipPicture::kMostLevels> sides{};
+    for (int i = 0; i < levels; ++i, side = std::max(1, side / 2))
+        sides[static_cast<std::size_t>(i)] = static_cast<float>(side);
+    return sides;
+}
+
+// A picture of fewer texels is not worth waking a thread.
+constexpr int kFewestShared = 1 << 16;
+
+}  // namespace
+
+RipPicture::RipPicture(const QImage& picture, TileWorkers& workers)
+    : width(picture.width()),
+      height(picture.height()),
+      levelsAcross(levelsOf(width)),
+      levelsDown(levelsOf(height)),
+      widths(sidesOf(width, levelsAcross)),
+      heights(sidesOf(height, levelsDown)) {
+    const Pixels whole = pixelsOf(picture, *this);
+    if (hasAlpha) stencil = stencilColour(picture);
+    std::size_t places = 0;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(levelsAcross); ++i)
+        for (std::size_t k = 0; k < static_cast<std::size_t>(levelsDown); ++k) {
+            first.push_back(static_cast<std::int32_t>(places));
+            places +=
+                (static_cast<std::size_t>(widths[i]) + 1) * static_cast<std::size_t>(heights[k]);
+        }
+    texels = arrayOf<std::uint32_t>(2 * places);
+    if (hasAlpha) alphas = arrayOf<std::uint32_t>(2 * places);
+    const int half = std::max(1, width / 2);
+    Desk wide(width, height, width);
+    Desk narrow(half, height, width);
+    Level level{0, 0, arrayOf<glm::vec4>(Desk::sizeOf(half, height))};
+    const auto writeNarrower = [&] {
+        for (int i = 1; i < levelsAcross; ++i) {
+            if (i == 1)
+                halveAcross(whole, level, narrow.room.data());
+            else
+                halveAcross(level, level, narrow.room.data());
+            writeLevels(level, i, narrow, *this);
+        }
+    };
+    // The levels of full width have about as many texels as all others.
+    const bool isLarge = width * height >= kFewestShared;
+    workers.each(
+        2,
+        [&](int piece, int) {
+            if (piece == 0)
+                writeLevels(whole, 0, wide, *this);
+            else
+                writeNarrower();
+        },
+        isLarge ? 2 : 3);
 }
 
 }  // namespace platform

@@ -6,13 +6,14 @@
 #include <array>
 #include <cstdint>
 #include <glm/vec3.hpp>
-#include <glm/vec4.hpp>
 #include <optional>
 #include <vector>
 
 #include "platform/render/cpu/LargeArray.h"
 
 namespace platform {
+
+class TileWorkers;
 
 // A picture at every combination of halved widths and halved heights. A surface seen at a
 // slant is thus averaged along one side only. A texel is one number of square roots of light,
@@ -23,7 +24,8 @@ namespace platform {
 struct RipPicture {
     static constexpr int kMostLevels = 12;
 
-    explicit RipPicture(const QImage& picture);
+    // The threads share the work on a large picture.
+    RipPicture(const QImage& picture, TileWorkers& workers);
 
     [[nodiscard]] int levelAt(int across, int down) const { return across * levelsDown + down; }
 
@@ -39,10 +41,6 @@ struct RipPicture {
     std::vector<std::int32_t> first;   // place of a level; see levelAt()
     LargeArray<std::uint32_t> texels;  // two for each place
     LargeArray<std::uint32_t> alphas;  // of 65535, likewise; empty where all is opaque
-
-  private:
-    // Converts pixels of 16 bits a number, and notes what they hold.
-    void take(const std::uint16_t* pixel, int count, glm::vec4* to);
 };
 
 }  // namespace platform

@@ -165,7 +165,7 @@ SpritePicture& ScenePlan::spriteOf(const DrawMaterial& material, bool additive) 
 
 const RipPicture& ScenePlan::ripOf(const DrawMaterial& material) {
     Picture& kept = pictureOf(material);
-    if (!kept.rip) kept.rip = std::make_unique<RipPicture>(material.picture);
+    if (!kept.rip) kept.rip = std::make_unique<RipPicture>(material.picture, workers_);
     return *kept.rip;
 }
 

@@ -28,7 +28,7 @@ namespace platform {
 class ScenePlan {
   public:
     // `keepFrames` is the number of frames after which an unused mesh or picture is dropped.
-    explicit ScenePlan(int keepFrames) : keepFrames_(keepFrames) {}
+    ScenePlan(int keepFrames, TileWorkers& workers) : keepFrames_(keepFrames), workers_(workers) {}
 
     void make(const DrawList& list, QSize size, double scale);
 
@@ -149,6 +149,7 @@ class ScenePlan {
     void dropOld();
 
     const int keepFrames_;
+    TileWorkers& workers_;
     std::uint64_t frameNumber_ = 0;
     const DrawList* list_ = nullptr;
     QSize size_;

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kMostThreads = 4;
 
-// Pieces that a thread takes at once: neighbours lie side by side in memory.
+// Pieces that a thread takes at once, where there are many: neighbours lie side by side in memory.
 constexpr int kTaken = 4;
 
 int threadsFor(int asked) {
@@ -70,10 +70,11 @@ void TileWorkers::run(int pieces, bool shares, Call call, void* with) {
 }
 
 void TileWorkers::takePieces(int thread) {
+    const int taken = pieces_ < kTaken * threads_ ? 1 : kTaken;
     for (;;) {
-        const int first = next_.fetch_add(kTaken, std::memory_order_relaxed);
+        const int first = next_.fetch_add(taken, std::memory_order_relaxed);
         if (first >= pieces_) return;
-        for (int piece = first; piece < std::min(first + kTaken, pieces_); ++piece)
+        for (int piece = first; piece < std::min(first + taken, pieces_); ++piece)
             call_(with_, piece, thread);
     }
 }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <latch>
 #include <utility>
 #include <vector>
 
@@ -41,6 +42,17 @@ TEST(TileWorkers, FewSmallPiecesAreTheCallersAlone) {
             kPieces, [&](int, int thread) { own += thread == 0 ? 1 : 0; },
             TileWorkers::kFewestSmallPieces);
         ASSERT_EQ(own, kPieces);
+    }
+}
+
+// Two long pieces wait for one another: one thread that took both would wait for ever.
+TEST(TileWorkers, TwoPiecesAreTwoThreadsWork) {
+    TileWorkers workers(2);
+    for (int round = 0; round < 100; ++round) {
+        std::latch both(2);
+        workers.each(
+            2, [&](int, int) { both.arrive_and_wait(); }, 2);
+        ASSERT_TRUE(both.try_wait());
     }
 }
 
