@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "worlds/Tunnel.h"
 
-#include <array>
 #include <utility>
 
 #include <glm/gtc/matrix_transform.hpp>
@@ -103,8 +102,7 @@ std::vector<TunnelCijfer> tunnelCijfers(platform::RandomSource& toeval) {
 
 std::optional<QImage> tunnelBeeld(const std::vector<TunnelCijfer>& cijfers) {
     const auto teken = [&](Tekenvlak& vlak) {
-        vlak.zetVulkleur(Qt::black);
-        vlak.vul(std::array{QRectF(0.0, 0.0, kBeeldZijde, kBeeldZijde)});
+        vlak.painter().fillRect(QRectF(0.0, 0.0, kBeeldZijde, kBeeldZijde), Qt::black);
         for (const TunnelCijfer& cijfer : cijfers)
             BlokCijfer::teken(cijfer.een,
                               {.linksonder = cijfer.linksonder,
