@@ -24,7 +24,7 @@ class BusLink {
         // On the main thread, in a later turn of the event loop; null without a bus.
         std::function<void(QDBusConnection*)> ready;
     };
-    // What becomes of a called service that does not run.
+    // The fate of a called service that does not run.
     enum class Absent { Stays, Starts };
     explicit BusLink(Options options);
     ~BusLink();
