@@ -4,8 +4,6 @@
 #include <cmath>
 #include <utility>
 
-#include "platform/window/ScreenChanges.h"
-
 namespace brixtel {
 
 namespace {
@@ -13,7 +11,8 @@ constexpr double kEchteBeweging = 50.0;  // points
 constexpr double kDubbel = 0.4;          // seconds between the clicks of a double one
 }  // namespace
 
-HostView::HostView(std::shared_ptr<platform::ScreenSaverView> saver, Indeling indeling)
+HostView::HostView(std::shared_ptr<platform::ScreenSaverView> saver,
+                   std::function<Indeling()> indeling)
     : View({QPointF(0, 0), saver->frame().size()}),
       saver_(std::move(saver)),
       indeling_(std::move(indeling)) {
@@ -82,12 +81,9 @@ void HostView::mouseMoved(const platform::MouseEvent& event) {
     const QPointF punt = event.screenLocation;
     // A changed display moves every place on the screen, and the server moves the mouse
     // back inside.
-    const std::uint64_t wissels = platform::announcedScreenChanges();
-    if (auto indeling = indeling_();
-        !beginPunt_ || indeling != beginIndeling_ || wissels != beginWissels_) {
+    if (auto indeling = indeling_(); !beginPunt_ || indeling != beginIndeling_) {
         beginPunt_ = punt;
         beginIndeling_ = std::move(indeling);
-        beginWissels_ = wissels;
     }
     const QPointF weg = punt - *beginPunt_;
     if (std::hypot(weg.x(), weg.y()) > kEchteBeweging) invoer();

@@ -19,10 +19,14 @@ namespace brixtel {
 class HostView : public platform::View {
   public:
     // The arrangement of the displays: another arrangement starts a movement of the mouse anew.
-    using Indeling = std::function<std::vector<platform::Screen>()>;
+    struct Indeling {
+        std::vector<platform::Screen> schermen;
+        std::uint64_t aangekondigd = 0;  // changes that the window system announced so far
+        friend bool operator==(const Indeling&, const Indeling&) = default;
+    };
 
-    explicit HostView(std::shared_ptr<platform::ScreenSaverView> saver,
-                      Indeling indeling = platform::Screen::all);
+    // The function tells the arrangement of this moment.
+    HostView(std::shared_ptr<platform::ScreenSaverView> saver, std::function<Indeling()> indeling);
 
     [[nodiscard]] const std::shared_ptr<platform::ScreenSaverView>& saver() const { return saver_; }
 
@@ -66,10 +70,9 @@ class HostView : public platform::View {
     platform::MediaClock* klok_ = nullptr;  // with eigen_
     std::optional<double> laatsteKlik_;
     bool muisTelt_ = true;
-    const Indeling indeling_;
+    const std::function<Indeling()> indeling_;
     std::optional<QPointF> beginPunt_;  // the mouse's first place, on screen
-    std::vector<platform::Screen> beginIndeling_;
-    std::uint64_t beginWissels_ = 0;  // announced by then
+    Indeling beginIndeling_;
 };
 
 }  // namespace brixtel

@@ -9,6 +9,7 @@
 #include "platform/session/Preferences.h"
 #include "platform/time/ProcessUsage.h"
 #include "platform/time/Queue.h"
+#include "platform/window/WindowSystem.h"
 
 namespace brixtel {
 
@@ -112,7 +113,11 @@ platform::WindowStatistics Voorstelling::stand() const {
 }
 
 void Voorstelling::vul(Doek& doek, const QRectF& vlak, bool voorvertoning) {
-    doek.view = std::make_shared<HostView>(module_.maak(vlak, voorvertoning, context_));
+    doek.view = std::make_shared<HostView>(
+        module_.maak(vlak, voorvertoning, context_), [&systeem = server_.system()] {
+            return HostView::Indeling{.schermen = Screen::all(),
+                                      .aangekondigd = systeem.announcedScreenChanges()};
+        });
     doek.venster->onClose([this] { einde(); });
     doek.venster->setContentView(doek.view);
     if (opdracht_.fps)

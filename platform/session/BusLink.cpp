@@ -11,18 +11,17 @@ BusLink::BusLink(Options options)
     : options_(std::move(options)),
       connectionName_(QStringLiteral("%1-%2")
                           .arg(QLatin1String(options_.name))
-                          .arg(reinterpret_cast<quintptr>(this))) {
-    if (options_.address.isEmpty()) {
-        onMain([this] { options_.ready(nullptr); });
-        return;
-    }
-    queue_.emplace(options_.name);
-    queue_->async([this] { connect(); });
+                          .arg(reinterpret_cast<quintptr>(this))),
+      queue_(std::in_place, options_.name) {
+    if (options_.address.isEmpty())
+        tellReady();
+    else
+        queue_->async([this] { connect(); });
 }
 
 BusLink::~BusLink() {
-    if (!queue_) return;
     queue_.reset();
+    if (options_.address.isEmpty()) return;
     connection_.reset();
     // Qt keeps the name of a connection that failed, and would give it to the next of that name.
     QDBusConnection::disconnectFromBus(connectionName_);
@@ -34,22 +33,31 @@ void BusLink::connect() {
         connection_ = connection;
         if (options_.prepare) options_.prepare(*connection_);
     }
-    onMain([this] { options_.ready(connection_ ? &*connection_ : nullptr); });
+    tellReady();
+}
+
+void BusLink::tellReady() {
+    if (options_.ready) onMain([this] { options_.ready(connection()); });
 }
 
 void BusLink::async(Task task) {
-    if (!queue_) return;
+    if (options_.address.isEmpty()) return;
     queue_->async([this, task = std::move(task)] {
         if (connection_) task(*connection_);
     });
+}
+
+void BusLink::asyncAnyway(std::function<void(QDBusConnection*)> task) {
+    queue_->async([this, task = std::move(task)] { task(connection()); });
 }
 
 void BusLink::onMain(std::function<void()> task) {
     QMetaObject::invokeMethod(&context_, std::move(task), Qt::QueuedConnection);
 }
 
-void BusLink::call(QDBusMessage message, std::function<void(const QDBusMessage&)> then) {
-    message.setAutoStartService(false);
+void BusLink::call(QDBusMessage message, std::function<void(const QDBusMessage&)> then,
+                   Absent service) {
+    message.setAutoStartService(service == Absent::Starts);
     auto* const watcher = new QDBusPendingCallWatcher(connection_->asyncCall(message), &context_);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &context_,
                      [watcher, then = std::move(then)] {

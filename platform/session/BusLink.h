@@ -24,6 +24,8 @@ class BusLink {
         // On the main thread, in a later turn of the event loop; null without a bus.
         std::function<void(QDBusConnection*)> ready;
     };
+    // The fate of a called service that does not run.
+    enum class Absent { Stays, Starts };
     explicit BusLink(Options options);
     ~BusLink();
     BusLink(const BusLink&) = delete;
@@ -31,20 +33,25 @@ class BusLink {
 
     // Runs the task on the queue; never without a bus.
     void async(Task task);
+    // Runs the task on the queue; with null without a bus.
+    void asyncAnyway(std::function<void(QDBusConnection*)> task);
     // Runs the task on the main thread, unless the link is dropped first. Any thread.
     void onMain(std::function<void()> task);
-    // Calls a method without starting its service; the answer, or the error, goes to `then`
-    // on the main thread. Only once ready with a bus.
-    void call(QDBusMessage message, std::function<void(const QDBusMessage&)> then);
+    // Calls a method; the answer, or the error, goes to `then` on the main thread. Only once
+    // ready with a bus.
+    void call(QDBusMessage message, std::function<void(const QDBusMessage&)> then,
+              Absent service = Absent::Stays);
 
   private:
     void connect();
+    void tellReady();
+    [[nodiscard]] QDBusConnection* connection() { return connection_ ? &*connection_ : nullptr; }
 
     const Options options_;
     const QString connectionName_;
     QObject context_;
     std::optional<QDBusConnection> connection_;  // set on the queue, before ready()
-    std::optional<SerialQueue> queue_;
+    std::optional<SerialQueue> queue_;           // starts its thread with its first task
 };
 
 }  // namespace platform

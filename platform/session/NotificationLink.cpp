@@ -78,81 +78,56 @@ void NotificationReceiver::ownerChanged(const QString& name, const QString&, con
 
 NotificationLink::NotificationLink(const QString& busAddress,
                                    std::function<void(const QString&)> deliver)
-    : address_(busAddress),
-      connectionName_(QStringLiteral("notifications-%1").arg(reinterpret_cast<quintptr>(this))),
-      receiver_(std::move(deliver), [this](const QString& sender, bool on) {
-          queue_->async([this, sender, on] { on ? watch(sender) : unwatch(sender); });
-      }) {
-    if (!address_.isEmpty()) queue_->async([this] { connect(); });
-}
-
-NotificationLink::~NotificationLink() {
-    queue_.reset();
-    if (address_.isEmpty()) return;
-    connection_.reset();
-    // Qt keeps the name of a connection that failed, and would give it to the next of that name.
-    QDBusConnection::disconnectFromBus(connectionName_);
-}
-
-void NotificationLink::connect() {
-    const QDBusConnection connection = QDBusConnection::connectToBus(address_, connectionName_);
-    if (connection.isConnected()) connection_ = connection;
-}
+    : receiver_(std::move(deliver),
+                [this](const QString& sender, bool on) {
+                    bus_.async([this, sender, on](QDBusConnection& bus) {
+                        on ? watch(bus, sender) : unwatch(bus, sender);
+                    });
+                }),
+      bus_({.address = busAddress, .name = "notifications", .prepare = {}, .ready = {}}) {}
 
 void NotificationLink::listen(const QString& name) {
     if (!names_.insert(name).second) return;
-    queue_->async([this, name] { subscribe(name); });
+    bus_.async([this, name](QDBusConnection& bus) { subscribe(bus, name); });
 }
 
-void NotificationLink::subscribe(const QString& name) {
-    if (!connection_) return;
-    const BusName bus = busNameOf(name);
-    connection_->connect(QString(), QString(), bus.interface, bus.member, &receiver_,
-                         SLOT(notified(QDBusMessage)));
+void NotificationLink::subscribe(QDBusConnection& bus, const QString& name) {
+    const BusName onBus = busNameOf(name);
+    bus.connect(QString(), QString(), onBus.interface, onBus.member, &receiver_,
+                SLOT(notified(QDBusMessage)));
     const bool ofSaver =
         name == QLatin1String(kSaverWillStop) || name == QLatin1String(kSaverDidStart);
     if (!ofSaver || std::exchange(listensToSavers_, true)) return;
     for (const char* interface : kSaverInterfaces)
         // Only the owner of the interface's bus name is believed.
-        connection_->connect(QLatin1String(interface), QString(), QLatin1String(interface),
-                             QStringLiteral("ActiveChanged"), &receiver_,
-                             SLOT(activeChanged(QDBusMessage)));
+        bus.connect(QLatin1String(interface), QString(), QLatin1String(interface),
+                    QStringLiteral("ActiveChanged"), &receiver_, SLOT(activeChanged(QDBusMessage)));
 }
 
 // The bus is asked whether the sender left before the watch began.
-void NotificationLink::watch(const QString& sender) {
-    if (!connection_) return;
-    connection_->connect(kBusName, kBusPath, kBusName, kOwnerChanged, {sender},
-                         QStringLiteral("sss"), &receiver_,
-                         SLOT(ownerChanged(QString, QString, QString)));
-    if (connection_->interface()->isServiceRegistered(sender).value()) return;
-    QMetaObject::invokeMethod(
-        &receiver_, [this, sender] { receiver_.ownerChanged(sender, sender, {}); },
-        Qt::QueuedConnection);
+void NotificationLink::watch(QDBusConnection& bus, const QString& sender) {
+    bus.connect(kBusName, kBusPath, kBusName, kOwnerChanged, {sender}, QStringLiteral("sss"),
+                &receiver_, SLOT(ownerChanged(QString, QString, QString)));
+    if (bus.interface()->isServiceRegistered(sender).value()) return;
+    bus_.onMain([this, sender] { receiver_.ownerChanged(sender, sender, {}); });
 }
 
-void NotificationLink::unwatch(const QString& sender) {
-    if (!connection_) return;
-    connection_->disconnect(kBusName, kBusPath, kBusName, kOwnerChanged, {sender},
-                            QStringLiteral("sss"), &receiver_,
-                            SLOT(ownerChanged(QString, QString, QString)));
+void NotificationLink::unwatch(QDBusConnection& bus, const QString& sender) {
+    bus.disconnect(kBusName, kBusPath, kBusName, kOwnerChanged, {sender}, QStringLiteral("sss"),
+                   &receiver_, SLOT(ownerChanged(QString, QString, QString)));
 }
 
 void NotificationLink::post(const QString& name) {
-    const BusName bus = busNameOf(name);
-    queue_->async([this, name, bus] {
-        if (connection_ &&
-            connection_->send(QDBusMessage::createSignal(bus.path, bus.interface, bus.member)))
+    const BusName onBus = busNameOf(name);
+    bus_.asyncAnyway([this, name, onBus](QDBusConnection* bus) {
+        if (bus && bus->send(QDBusMessage::createSignal(onBus.path, onBus.interface, onBus.member)))
             return;
-        QMetaObject::invokeMethod(
-            &receiver_, [this, name] { receiver_.note(name); }, Qt::QueuedConnection);
+        bus_.onMain([this, name] { receiver_.note(name); });
     });
 }
 
 void NotificationLink::whenReady(std::function<void()> action) {
-    queue_->async([this, action = std::move(action)] {
-        QMetaObject::invokeMethod(&receiver_, action, Qt::QueuedConnection);
-    });
+    bus_.asyncAnyway([this, action = std::move(action)](QDBusConnection*) { bus_.onMain(action); });
 }
 
 }  // namespace platform

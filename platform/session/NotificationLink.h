@@ -8,10 +8,9 @@
 #include <QString>
 #include <QStringList>
 #include <functional>
-#include <optional>
 #include <set>
 
-#include "platform/time/Queue.h"
+#include "platform/session/BusLink.h"
 
 namespace platform {
 
@@ -55,12 +54,10 @@ class NotificationReceiver : public QObject {
     QSocketNotifier notifier_;
 };
 
-// Owns the notification centre's connection to a bus, and the queue that runs every call that
-// may wait. Main thread.
+// Owns the notification centre's link to a bus. Main thread.
 class NotificationLink {
   public:
     NotificationLink(const QString& busAddress, std::function<void(const QString&)> deliver);
-    ~NotificationLink();
     NotificationLink(const NotificationLink&) = delete;
     NotificationLink& operator=(const NotificationLink&) = delete;
 
@@ -69,19 +66,15 @@ class NotificationLink {
     void whenReady(std::function<void()> action);
 
   private:
-    void connect();
-    void subscribe(const QString& name);
-    void watch(const QString& sender);
-    void unwatch(const QString& sender);
+    // On the queue.
+    void subscribe(QDBusConnection& bus, const QString& name);
+    void watch(QDBusConnection& bus, const QString& sender);
+    void unwatch(QDBusConnection& bus, const QString& sender);
 
-    const QString address_;
-    const QString connectionName_;
     NotificationReceiver receiver_;
     std::set<QString> names_;
-    // The next two belong to the queue's thread. Without a bus there is no connection.
-    std::optional<QDBusConnection> connection_;
-    bool listensToSavers_ = false;
-    std::optional<SerialQueue> queue_{"notifications"};
+    bool listensToSavers_ = false;  // of the queue's thread
+    BusLink bus_;
 };
 
 }  // namespace platform

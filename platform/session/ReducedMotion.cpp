@@ -2,19 +2,16 @@
 #include "platform/session/ReducedMotion.h"
 
 #include <QDBusArgument>
-#include <QDBusConnection>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusMessage>
 #include <QDBusVariant>
 #include <QMap>
 #include <QObject>
 #include <QSet>
 #include <algorithm>
 #include <array>
-#include <optional>
 #include <utility>
 
-#include "platform/time/Queue.h"
+#include "platform/session/BusLink.h"
 
 namespace platform {
 
@@ -44,20 +41,14 @@ class ReducedMotion::Link final : public QObject {
 
   public:
     Link(const QString& address, std::function<void(bool)> action)
-        : name_(QStringLiteral("settings-%1").arg(reinterpret_cast<quintptr>(this))),
-          action_(std::move(action)) {
-        if (address.isEmpty()) return;
-        queue_.emplace("settings");
-        queue_->async([this, address] { connectTo(address); });
-    }
-    ~Link() override {
-        if (!queue_) return;
-        queue_.reset();
-        connection_.reset();
-        // Qt keeps the name of a connection that failed, and would give it to the next of that
-        // name.
-        QDBusConnection::disconnectFromBus(name_);
-    }
+        : action_(std::move(action)),
+          bus_({.address = address,
+                .name = "settings",
+                .prepare = [this](QDBusConnection& bus) { subscribe(bus); },
+                .ready =
+                    [this](QDBusConnection* bus) {
+                        if (bus) ask();
+                    }}) {}
 
     Q_SLOT void changed(const QString& space, const QString& key, const QDBusVariant& value) {
         // A change is newer than the answer to the first question, even if it is delivered
@@ -67,17 +58,12 @@ class ReducedMotion::Link final : public QObject {
     }
 
   private:
-    // Runs on the queue, since connecting may take long.
-    void connectTo(const QString& address) {
-        QDBusConnection connection = QDBusConnection::connectToBus(address, name_);
-        if (!connection.isConnected()) return;
+    // On the queue.
+    void subscribe(QDBusConnection& bus) {
         // The slot is looked up by its types' names, which a type has once it is in use.
         qRegisterMetaType<QDBusVariant>();
-        connection.connect(QString(), kPath, kInterface, QStringLiteral("SettingChanged"), this,
-                           SLOT(changed(QString, QString, QDBusVariant)));
-        connection_ = connection;
-        QMetaObject::invokeMethod(
-            this, [this] { ask(); }, Qt::QueuedConnection);
+        bus.connect(QString(), kPath, kInterface, QStringLiteral("SettingChanged"), this,
+                    SLOT(changed(QString, QString, QDBusVariant)));
     }
 
     void ask() {
@@ -87,18 +73,18 @@ class ReducedMotion::Link final : public QObject {
         for (const Setting& setting : kSettings)
             spaces << setting.space;
         call << spaces;
-        auto* const watcher = new QDBusPendingCallWatcher(connection_->asyncCall(call), this);
-        connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
-            watcher->deleteLater();
-            const QDBusMessage reply = watcher->reply();
-            if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) return;
-            const auto all = qdbus_cast<QMap<QString, QVariantMap>>(reply.arguments().first());
-            for (const Setting& setting : kSettings) {
-                const QVariantMap space = all.value(setting.space);
-                if (space.contains(setting.key) && !heard_.contains(setting.key))
-                    note(setting.space, setting.key, space.value(setting.key));
-            }
-        });
+        bus_.call(
+            call, [this](const QDBusMessage& reply) { read(reply); }, BusLink::Absent::Starts);
+    }
+
+    void read(const QDBusMessage& reply) {
+        if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) return;
+        const auto all = qdbus_cast<QMap<QString, QVariantMap>>(reply.arguments().first());
+        for (const Setting& setting : kSettings) {
+            const QVariantMap space = all.value(setting.space);
+            if (space.contains(setting.key) && !heard_.contains(setting.key))
+                note(setting.space, setting.key, space.value(setting.key));
+        }
     }
 
     void note(const QString& space, const QString& key, const QVariant& value) {
@@ -114,13 +100,11 @@ class ReducedMotion::Link final : public QObject {
         if (std::exchange(wished_, wished) != wished) action_(wished);
     }
 
-    const QString name_;
     const std::function<void(bool)> action_;
     std::array<bool, kSettings.size()> wishes_{};
     bool wished_ = false;
     QSet<QString> heard_;
-    std::optional<QDBusConnection> connection_;
-    std::optional<SerialQueue> queue_;
+    BusLink bus_;
 };
 
 ReducedMotion::ReducedMotion(const QString& busAddress, std::function<void(bool)> action)

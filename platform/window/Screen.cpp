@@ -6,23 +6,13 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/window/ScreenChanges.h"
 #include "platform/window/ScreenSpace.h"
 
 namespace platform {
 
 namespace {
 ScreenSource* currentSource = nullptr;
-std::uint64_t changes = 0;
 }  // namespace
-
-std::uint64_t announcedScreenChanges() {
-    return changes;
-}
-
-void announceScreenChange() {
-    ++changes;
-}
 
 void ScreenSource::use(ScreenSource* source) {
     currentSource = source;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <cstdint>
 #include <functional>
 #include <memory>
 
@@ -70,6 +71,10 @@ class WindowSystem {
     // The source of the screens and their changes, the same while the system lives; null
     // where Qt knows the screens. The WindowServer has Screen ask the source.
     [[nodiscard]] virtual ScreenSource* screenSource() { return nullptr; }
+    // The number of changes of the screens so far that the system announced before Screen
+    // knew them. A movement of the mouse during which it grows may be the system's own: a
+    // mouse outside a smaller screen is moved back inside.
+    [[nodiscard]] virtual std::uint64_t announcedScreenChanges() const { return 0; }
 
     // The workspace, made on first use.
     [[nodiscard]] virtual NativeWorkspace& workspace() = 0;

@@ -8,8 +8,6 @@
 #include <cmath>
 #include <utility>
 
-#include "platform/window/ScreenChanges.h"
-
 namespace platform {
 
 namespace {
@@ -44,7 +42,7 @@ bool ScreenWatch::nativeEventFilter(const QByteArray& type, void* message, qintp
     width_ = change.width;
     height_ = change.height;
     if (isTurned(change.rotation)) std::swap(width_, height_);
-    announceScreenChange();
+    ++announced_;
     later_ = Timer(clock_, {.interval = kQt}, [this] { compare(); });
     return false;
 }

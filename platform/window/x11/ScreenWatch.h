@@ -22,6 +22,9 @@ class ScreenWatch final : public QAbstractNativeEventFilter {
     ScreenWatch(const ScreenWatch&) = delete;
     ScreenWatch& operator=(const ScreenWatch&) = delete;
 
+    // The number of announcements so far.
+    [[nodiscard]] std::uint64_t announced() const { return announced_; }
+
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr* result) override;
 
   private:
@@ -31,6 +34,7 @@ class ScreenWatch final : public QAbstractNativeEventFilter {
     EventConnection& events_;
     int announcement_ = 0;  // the event's number; 0 without the extension
     int width_ = 0, height_ = 0;
+    std::uint64_t announced_ = 0;
     Timer later_;
 };
 

@@ -39,6 +39,9 @@ class X11System final : public WindowSystem {
                                                            NativeWindowDelegate& delegate) override;
     [[nodiscard]] std::unique_ptr<NativeWindow> adopt(const HostRef& host,
                                                       NativeWindowDelegate& delegate) override;
+    [[nodiscard]] std::uint64_t announcedScreenChanges() const override {
+        return screens_ ? screens_->announced() : 0;
+    }
     [[nodiscard]] NativeWorkspace& workspace() override;
     [[nodiscard]] OverlaySpaces* overlaySpaces() override { return &spaces(); }
     [[nodiscard]] std::unique_ptr<IdleWatch> watchIdle(double seconds, IdleAction action) override;

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/window/ScreenChanges.h"
-
 using brixtel::HostView;
 
 namespace {
@@ -14,12 +12,12 @@ class HostViewTest : public testing::Test {
     platform::ManualClock klok;
     platform::RandomSource toeval{1};
     platform::DistributedNotificationCenter berichten{QString()};
-    std::vector<platform::Screen> schermen{{.frame = {0, 0, 1000, 1000}}};
+    HostView::Indeling indeling{.schermen = {{.frame = {0, 0, 1000, 1000}}}};
     HostView view{std::make_shared<platform::ScreenSaverView>(
                       QRectF(0, 0, 400, 300), false,
                       platform::ScreenSaverContext{
                           .clock = klok, .random = toeval, .notifications = berichten}),
-                  [this] { return schermen; }};
+                  [this] { return indeling; }};
     int geroepen = 0;
 
     void SetUp() override {
@@ -56,11 +54,11 @@ TEST_F(HostViewTest, TheMouseEndsItBeyondFiftyPointsFromWhereItWasFirstSeen) {
 // The places of an upright coordinate space all move with the display's height.
 TEST_F(HostViewTest, ADisplayThatChangesIsNoMovementOfTheMouse) {
     muis(100, 100);
-    schermen[0].frame = {0, 0, 1000, 400};
+    indeling.schermen[0].frame = {0, 0, 1000, 400};
     muis(100, 300);
     muis(140, 300);
     EXPECT_EQ(geroepen, 0);
-    schermen.push_back({.frame = {1000, 0, 500, 500}});
+    indeling.schermen.push_back({.frame = {1000, 0, 500, 500}});
     muis(400, 100);
     EXPECT_EQ(geroepen, 0);
     muis(451, 100);
@@ -70,7 +68,7 @@ TEST_F(HostViewTest, ADisplayThatChangesIsNoMovementOfTheMouse) {
 // The window system may announce the change before anybody knows the new screens.
 TEST_F(HostViewTest, ADisplayThatIsAboutToChangeIsNoMovementOfTheMouse) {
     muis(100, 100);
-    platform::announceScreenChange();
+    ++indeling.aangekondigd;
     muis(300, 300);
     muis(340, 300);
     EXPECT_EQ(geroepen, 0);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "platform/session/BusLink.h"
 #include "platform/session/DistributedNotificationCenter.h"
@@ -292,7 +293,22 @@ TEST(WithoutABus, AFailedConnectionDoesNotOutliveItsLink) {
     }
 }
 
+// Puts a variable of the environment back.
+class Restored {
+  public:
+    explicit Restored(const char* name)
+        : name_(name), was_(qEnvironmentVariableIsSet(name), qgetenv(name)) {}
+    ~Restored() { was_.first ? (void)qputenv(name_, was_.second) : (void)qunsetenv(name_); }
+    Restored(const Restored&) = delete;
+    Restored& operator=(const Restored&) = delete;
+
+  private:
+    const char* const name_;
+    const std::pair<bool, QByteArray> was_;
+};
+
 TEST(WithoutABus, NoneIsStarted) {
+    const Restored bus("DBUS_SESSION_BUS_ADDRESS"), folder("XDG_RUNTIME_DIR");
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     qputenv("XDG_RUNTIME_DIR", "/nonexistent");
     EXPECT_EQ(DistributedNotificationCenter::sessionBusAddress(), QString());
@@ -300,7 +316,6 @@ TEST(WithoutABus, NoneIsStarted) {
     EXPECT_EQ(DistributedNotificationCenter::sessionBusAddress(), QString());
     qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/x");
     EXPECT_EQ(DistributedNotificationCenter::sessionBusAddress(), QStringLiteral("unix:path=/x"));
-    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
 }
 
 TEST(WithoutABus, HandlersMayAddAndRemoveObservers) {
