@@ -55,6 +55,7 @@ class ReducedMotion::Link final : public QObject {
         // before that answer.
         heard_.insert(key);
         note(space, key, value.variant());
+        tell();
     }
 
   private:
@@ -85,6 +86,7 @@ class ReducedMotion::Link final : public QObject {
             if (space.contains(setting.key) && !heard_.contains(setting.key))
                 note(setting.space, setting.key, space.value(setting.key));
         }
+        tell();
     }
 
     void note(const QString& space, const QString& key, const QVariant& value) {
@@ -95,6 +97,9 @@ class ReducedMotion::Link final : public QObject {
             const double number = value.toDouble(&isNumber);
             wishes_[i] = isNumber && number == setting.wish;
         }
+    }
+
+    void tell() {
         const bool wished = std::find(wishes_.begin(), wishes_.end(), true) != wishes_.end();
         // The action may drop this.
         if (std::exchange(wished_, wished) != wished) action_(wished);

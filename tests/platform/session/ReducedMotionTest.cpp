@@ -66,6 +66,22 @@ TEST_F(Desktop, ChangesAreToldAsTheUserMakesThem) {
     EXPECT_EQ(told, (std::vector<bool>{true, false}));
 }
 
+// A sanitizer sees the first answer's other settings read into a dropped object.
+TEST_F(Desktop, AnActionMayEndTheWatch) {
+    portal.put(QStringLiteral("org.freedesktop.appearance"), QStringLiteral("reduced-motion"), 1U);
+    portal.put(QStringLiteral("org.kde.kdeglobals.KDE"), QStringLiteral("AnimationDurationFactor"),
+               QStringLiteral("1"));
+    portal.put(kGnome, kAnimations, false);
+    ASSERT_TRUE(portal.appear());
+    std::unique_ptr<ReducedMotion> motion;
+    motion = std::make_unique<ReducedMotion>(bus.address(), [&](bool wished) {
+        told.push_back(wished);
+        motion.reset();
+    });
+    EXPECT_TRUE(toldOnce(true));
+    EXPECT_EQ(motion, nullptr);
+}
+
 TEST_F(Desktop, WithoutAPortalThereIsNoWish) {
     const auto motion = watch();
     // A portal that comes up later is heard too.
