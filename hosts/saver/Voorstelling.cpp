@@ -19,6 +19,9 @@ using platform::Window;
 namespace {
 // A host's window smaller than this is the preview in the host's settings.
 constexpr QSizeF kKlein(480.0, 360.0);
+bool isKlein(QSizeF maat) {
+    return maat.width() < kKlein.width() && maat.height() < kKlein.height();
+}
 // The preview's share of one processor, and the most of the display's frames to one of its own.
 constexpr double kDeelKlein = 0.08;
 constexpr int kTempoKlein = 8;
@@ -178,6 +181,7 @@ void Voorstelling::toonVenster() {
     const auto scherm = Screen::main();
     const QPointF midden = scherm ? scherm->frame.center() : QPointF(0, 0);
     const QPointF hoek = midden - QPointF(maat.width() / 2.0, maat.height() / 2.0);
+    if (opdracht_.voorvertoning && isKlein(maat) && !opdracht_.volleSnelheid) beperkAlsVoorbeeld();
     Doek doek;
     titel_ = naam(SaverInstellingen::keuze());
     maakVenster(doek, platform::WindowStyle::Titled, QRectF(hoek, maat));
@@ -219,6 +223,10 @@ void Voorstelling::straksAls(platform::WindowStyle stijl) {
     });
 }
 
+void Voorstelling::beperkAlsVoorbeeld() {
+    server_.limitWork({.share = kDeelKlein, .mostPace = kTempoKlein}, platform::processCpuSeconds);
+}
+
 void Voorstelling::toonBijGastheer() {
     Doek doek{.scherm = {},
               .venster = std::make_unique<Window>(
@@ -226,10 +234,8 @@ void Voorstelling::toonBijGastheer() {
               .view = nullptr};
     const QSizeF maat = doek.venster->frame().size();
     zonderVenster_ = maat.isEmpty();
-    const bool klein = maat.width() < kKlein.width() && maat.height() < kKlein.height();
-    if (klein)
-        server_.limitWork({.share = kDeelKlein, .mostPace = kTempoKlein},
-                          platform::processCpuSeconds);
+    const bool klein = isKlein(maat);
+    if (klein) beperkAlsVoorbeeld();
     vul(doek, {QPointF(0, 0), maat}, opdracht_.voorvertoning || klein);
     doek.venster->show();
     doeken_.push_back(std::move(doek));

@@ -58,6 +58,8 @@ class Voorstelling {
     void volgTitel(Doek& doek);
     void toonBijGastheer();
     void vul(Doek& doek, const QRectF& vlak, bool voorvertoning);
+    // Keeps the program to a preview's share of one processor.
+    void beperkAlsVoorbeeld();
     void toonInstellingen(const platform::Window& bij);
     void bladIsOpen(bool open);
     void neemKeuze(const QString& keuze);
