@@ -47,7 +47,7 @@ Venster maakVenster(const QStringList& maat) {
     return venster;
 }
 
-// What presents one picture, and the name of what draws it; null where that is not there.
+// A way to present one picture, and the name of its drawer; null where it is not there.
 struct Toner {
     std::function<void()> toon;
     std::string tekenaar;
