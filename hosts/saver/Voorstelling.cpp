@@ -6,6 +6,7 @@
 
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "hosts/saver/BeeldTeller.h"
+#include "hosts/saver/WerkGrens.h"
 #include "platform/session/Preferences.h"
 #include "platform/time/ProcessUsage.h"
 #include "platform/time/Queue.h"
@@ -17,14 +18,6 @@ using platform::Screen;
 using platform::Window;
 
 namespace {
-// A host's window smaller than this is the preview in the host's settings.
-constexpr QSizeF kKlein(480.0, 360.0);
-bool isKlein(QSizeF maat) {
-    return maat.width() < kKlein.width() && maat.height() < kKlein.height();
-}
-// The preview's share of one processor, and the most of the display's frames to one of its own.
-constexpr double kDeelKlein = 0.08;
-constexpr int kTempoKlein = 8;
 const QLatin1String kStopt("com.apple.screensaver.willstop");
 }  // namespace
 
@@ -45,6 +38,7 @@ Voorstelling::Voorstelling(const Opdracht& opdracht, const ModuleLader& module,
             toonBijGastheer();
             break;
         default:
+            begrens(Screen::main().value_or(Screen{}).frame.size());
             volgSchermen();
             schermen_ = std::make_unique<platform::ScreenObserver>([this] { volgSchermen(); });
     }
@@ -181,7 +175,7 @@ void Voorstelling::toonVenster() {
     const auto scherm = Screen::main();
     const QPointF midden = scherm ? scherm->frame.center() : QPointF(0, 0);
     const QPointF hoek = midden - QPointF(maat.width() / 2.0, maat.height() / 2.0);
-    if (opdracht_.voorvertoning && isKlein(maat) && !opdracht_.volleSnelheid) beperkAlsVoorbeeld();
+    begrens(maat);
     Doek doek;
     titel_ = naam(SaverInstellingen::keuze());
     maakVenster(doek, platform::WindowStyle::Titled, QRectF(hoek, maat));
@@ -214,7 +208,9 @@ void Voorstelling::straksAls(platform::WindowStyle stijl) {
         // The old window goes after the new one is shown, so that the desktop is never seen.
         const auto oud = std::move(doek.venster);
         oud->setContentView(std::make_shared<platform::View>(doek.view->bounds()));
-        v.maakVenster(doek, stijl, naarVol ? scherm->frame : v.eigenFrame_);
+        const QRectF frame = naarVol ? scherm->frame : v.eigenFrame_;
+        v.begrens(frame.size());
+        v.maakVenster(doek, stijl, frame);
         doek.venster->setContentView(doek.view);
         doek.venster->setCursorHidden(naarVol);
         doek.venster->showWithKeyboard();
@@ -223,8 +219,9 @@ void Voorstelling::straksAls(platform::WindowStyle stijl) {
     });
 }
 
-void Voorstelling::beperkAlsVoorbeeld() {
-    server_.limitWork({.share = kDeelKlein, .mostPace = kTempoKlein}, platform::processCpuSeconds);
+void Voorstelling::begrens(QSizeF maat) {
+    if (const auto grens = werkGrens(opdracht_, maat))
+        server_.limitWork(*grens, platform::processCpuSeconds);
 }
 
 void Voorstelling::toonBijGastheer() {
@@ -234,9 +231,8 @@ void Voorstelling::toonBijGastheer() {
               .view = nullptr};
     const QSizeF maat = doek.venster->frame().size();
     zonderVenster_ = maat.isEmpty();
-    const bool klein = isKlein(maat);
-    if (klein) beperkAlsVoorbeeld();
-    vul(doek, {QPointF(0, 0), maat}, opdracht_.voorvertoning || klein);
+    begrens(maat);
+    vul(doek, {QPointF(0, 0), maat}, opdracht_.voorvertoning || isVoorbeeld(maat));
     doek.venster->show();
     doeken_.push_back(std::move(doek));
 }

@@ -58,8 +58,8 @@ class Voorstelling {
     void volgTitel(Doek& doek);
     void toonBijGastheer();
     void vul(Doek& doek, const QRectF& vlak, bool voorvertoning);
-    // Keeps the program to a preview's share of one processor.
-    void beperkAlsVoorbeeld();
+    // Keeps the program to what a window of this size may take.
+    void begrens(QSizeF maat);
     void toonInstellingen(const platform::Window& bij);
     void bladIsOpen(bool open);
     void neemKeuze(const QString& keuze);

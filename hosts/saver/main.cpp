@@ -183,9 +183,6 @@ int toon(const Opdracht& opdracht, const brixtel::ModuleLader& module, const QSt
         lopend.laatLos();
         std::_Exit(uitgangNaVerlies(server));
     });
-    if (!opdracht.volleSnelheid)
-        server.limitWork({.share = platform::WorkBudget::shareOf(platform::processorCount())},
-                         platform::processCpuSeconds);
 
     // A host keeps its windows under its own lock.
     std::optional<platform::DesktopWorkspace> werkruimte;
