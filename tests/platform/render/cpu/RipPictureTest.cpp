@@ -66,18 +66,49 @@ Plane planeOf(const QImage& picture, std::size_t channel) {
     return plane;
 }
 
-// Expects one level of green: each place's texel and the one below, and the first place of each
-// row once more behind its last.
-void expectLevel(const RipPicture& rip, int level, const Plane& green) {
-    std::size_t at = 2 * static_cast<std::size_t>(rip.first[static_cast<std::size_t>(level)]);
-    for (int y = 0; y < green.height; ++y)
-        for (int x = 0; x <= green.width; ++x)
-            for (const int row : {y, (y + 1) % green.height}) {
-                const double wanted = 4095.0 * std::sqrt(green.at(x % green.width, row));
-                const std::uint32_t got = rip.texels.data()[at++] >> 10U & 4095U;
-                ASSERT_NEAR(got, wanted, 0.6) << level << ' ' << x << ' ' << y;
+// A channel within the numbers of a picture's places.
+struct Channel {
+    std::size_t number;
+    unsigned shift;
+    std::uint32_t most;
+    bool isRoot = true;
+};
+
+// Expects one level: each place's texel and the one below, and the first place of each row once
+// more behind its last.
+void expectLevel(const std::uint32_t* numbers, const Channel& channel, const Plane& plane) {
+    for (int y = 0; y < plane.height; ++y)
+        for (int x = 0; x <= plane.width; ++x)
+            for (const int row : {y, (y + 1) % plane.height}) {
+                const double value = plane.at(x % plane.width, row);
+                const double wanted = channel.most * (channel.isRoot ? std::sqrt(value) : value);
+                const std::uint32_t got = *numbers++ >> channel.shift & channel.most;
+                ASSERT_NEAR(got, wanted, 0.6) << channel.number << ' ' << x << ' ' << y;
             }
 }
+
+void expectLevels(const RipPicture& rip, const QImage& picture, const Channel& channel) {
+    const auto& all = channel.number == 3 ? rip.alphas : rip.texels;
+    Plane wide = planeOf(picture, channel.number);
+    for (int across = 0; across < rip.levelsAcross; ++across) {
+        Plane level = wide;
+        for (int down = 0; down < rip.levelsDown; ++down) {
+            EXPECT_EQ(static_cast<int>(rip.widths[static_cast<std::size_t>(across)]), level.width);
+            EXPECT_EQ(static_cast<int>(rip.heights[static_cast<std::size_t>(down)]), level.height);
+            const int first = rip.first[static_cast<std::size_t>(rip.levelAt(across, down))];
+            expectLevel(all.data() + 2 * static_cast<std::ptrdiff_t>(first), channel, level);
+            level = level.sized(level.width, std::max(1, level.height / 2));
+        }
+        wide = wide.sized(std::max(1, wide.width / 2), wide.height);
+    }
+}
+
+constexpr Channel kColours[] = {
+    {.number = 0, .shift = 22, .most = 1023},
+    {.number = 1, .shift = 10, .most = 4095},
+    {.number = 2, .shift = 0, .most = 1023},
+};
+constexpr Channel kAlpha{.number = 3, .shift = 0, .most = 65535, .isRoot = false};
 
 }  // namespace
 
@@ -90,19 +121,8 @@ TEST(RipPicture, EveryLevelIsTheAverageOfTheOneBefore) {
         const RipPicture rip(picture, workers);
         ASSERT_EQ(rip.first.size(), static_cast<std::size_t>(rip.levelsAcross) *
                                         static_cast<std::size_t>(rip.levelsDown));
-        Plane wide = planeOf(picture, 1);
-        for (int across = 0; across < rip.levelsAcross; ++across) {
-            Plane level = wide;
-            for (int down = 0; down < rip.levelsDown; ++down) {
-                EXPECT_EQ(static_cast<int>(rip.widths[static_cast<std::size_t>(across)]),
-                          level.width);
-                EXPECT_EQ(static_cast<int>(rip.heights[static_cast<std::size_t>(down)]),
-                          level.height);
-                expectLevel(rip, rip.levelAt(across, down), level);
-                level = level.sized(level.width, std::max(1, level.height / 2));
-            }
-            wide = wide.sized(std::max(1, wide.width / 2), wide.height);
-        }
+        for (const Channel& channel : kColours)
+            expectLevels(rip, picture, channel);
         EXPECT_EQ(rip.levelsAcross > 1, size.width() > 1);
         EXPECT_EQ(rip.levelsDown > 1, size.height() > 1);
         EXPECT_FALSE(rip.hasAlpha);
@@ -115,6 +135,9 @@ TEST(RipPicture, ThreadsGiveTheBitsThatOneGives) {
     const QImage picture = noise({300, 260}, QImage::Format_ARGB32);
     const RipPicture a(picture, one), b(picture, two);
     EXPECT_TRUE(a.hasAlpha);
+    EXPECT_EQ(a.colours, 7U);
+    expectLevels(a, picture, kAlpha);
+    expectLevels(a, picture, kColours[1]);
     ASSERT_GT(a.texels.size(), 4U * 300U * 260U);
     ASSERT_EQ(a.texels.size(), b.texels.size());
     ASSERT_EQ(a.alphas.size(), a.texels.size());
