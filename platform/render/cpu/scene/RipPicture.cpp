@@ -283,6 +283,18 @@ std::array<float, RipPicture::kMostLevels> sidesOf(int side, int levels) {
     return sides;
 }
 
+// Finds the first place of each level. Returns the number of all places.
+std::size_t placeLevels(RipPicture& picture) {
+    std::size_t places = 0;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(picture.levelsAcross); ++i)
+        for (std::size_t k = 0; k < static_cast<std::size_t>(picture.levelsDown); ++k) {
+            picture.first.push_back(static_cast<std::int32_t>(places));
+            places += (static_cast<std::size_t>(picture.widths[i]) + 1) *
+                      static_cast<std::size_t>(picture.heights[k]);
+        }
+    return places;
+}
+
 // A picture of fewer texels is not worth waking a thread.
 constexpr int kFewestShared = 1 << 16;
 
@@ -297,13 +309,7 @@ RipPicture::RipPicture(const QImage& picture, TileWorkers& workers)
       heights(sidesOf(height, levelsDown)) {
     const Pixels whole = pixelsOf(picture, *this);
     if (hasAlpha) stencil = stencilColour(picture);
-    std::size_t places = 0;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(levelsAcross); ++i)
-        for (std::size_t k = 0; k < static_cast<std::size_t>(levelsDown); ++k) {
-            first.push_back(static_cast<std::int32_t>(places));
-            places +=
-                (static_cast<std::size_t>(widths[i]) + 1) * static_cast<std::size_t>(heights[k]);
-        }
+    const std::size_t places = placeLevels(*this);
     texels = arrayOf<std::uint32_t>(2 * places);
     if (hasAlpha) alphas = arrayOf<std::uint32_t>(2 * places);
     const int half = std::max(1, width / 2);
