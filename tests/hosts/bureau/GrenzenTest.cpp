@@ -71,6 +71,10 @@ class Grenzen : public testing::Test {
 
     void SetUp() override { ASSERT_TRUE(server_.isRunning()); }
 
+    // Waits until the server has taken the windows of the program before off the screen.
+    void wachtOpZwart() const {
+        ASSERT_TRUE(until([&] { return !toontBeeld(); }));
+    }
     void begin(Programma& programma, const DBusDaemon& bus, const std::optional<Grens>& grens,
                const char* woorden) const {
         programma.zet(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus.address());
@@ -114,6 +118,7 @@ class Grenzen : public testing::Test {
         return false;
     }
     void beginEigenaar(const Grens& grens) const {
+        wachtOpZwart();
         const DBusDaemon bus(wordGewoon);
         ASSERT_FALSE(bus.address().isEmpty());
         Programma eigenaar(server_.display(), bureauPad());
@@ -136,6 +141,7 @@ class Grenzen : public testing::Test {
         EXPECT_EQ(eigenaar.fouten(), QByteArray());
     }
     void beginSaver(const Grens& grens) const {
+        wachtOpZwart();
         const DBusDaemon bus(wordGewoon);
         Programma saver(server_.display(), programmaPad());
         begin(saver, bus, grens, "--keuze=bol");
