@@ -1,0 +1,2 @@
+// The source that the precompiled header is made with.
+#include "tests/support/Precompiled.h"
