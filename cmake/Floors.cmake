@@ -120,16 +120,19 @@ function(brixtel_precompiled_tests name)
   if(NOT CMAKE_CXX_COMPILER_ID STREQUAL GNU)
     return()
   endif()
-  # A compiler takes a precompiled header only where every definition is the same.
+  # A compiler takes a precompiled header only where every definition is the same. libpulse
+  # defines _REENTRANT, which the standard library asks for.
   set(links brixtel_flags Qt6::Gui GTest::gtest GTest::gmock)
   if(NOT TARGET steun_precompiled)
     add_library(steun_precompiled OBJECT "${PROJECT_SOURCE_DIR}/tests/support/Precompiled.cpp")
     target_link_libraries(steun_precompiled PRIVATE ${links})
+    target_compile_definitions(steun_precompiled PRIVATE _REENTRANT)
     target_compile_options(steun_precompiled PRIVATE ${BRIXTEL_TEST_OPTIMISATION})
     target_precompile_headers(steun_precompiled PRIVATE
                               "${PROJECT_SOURCE_DIR}/tests/support/Precompiled.h")
   endif()
   target_link_libraries(${name} PRIVATE ${links})
+  target_compile_definitions(${name} PRIVATE _REENTRANT)
   target_precompile_headers(${name} REUSE_FROM steun_precompiled)
 endfunction()
 
