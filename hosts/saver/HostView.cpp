@@ -11,6 +11,10 @@ constexpr double kEchteBeweging = 50.0;  // points
 constexpr double kDubbel = 0.4;          // seconds between the clicks of a double one
 }  // namespace
 
+HostView::Indeling HostView::Indeling::van(const platform::WindowSystem& systeem) {
+    return {.schermen = platform::Screen::all(), .aangekondigd = systeem.announcedScreenChanges()};
+}
+
 HostView::HostView(std::shared_ptr<platform::ScreenSaverView> saver,
                    std::function<Indeling()> indeling)
     : View({QPointF(0, 0), saver->frame().size()}),

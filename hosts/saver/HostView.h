@@ -11,6 +11,7 @@
 #include "platform/view/ScreenSaverView.h"
 #include "platform/view/View.h"
 #include "platform/window/Screen.h"
+#include "platform/window/WindowSystem.h"
 
 namespace brixtel {
 
@@ -23,6 +24,8 @@ class HostView : public platform::View {
         std::vector<platform::Screen> schermen;
         std::uint64_t aangekondigd = 0;  // changes that the window system announced so far
         friend bool operator==(const Indeling&, const Indeling&) = default;
+        // The arrangement that the window system and its screens tell at this moment.
+        [[nodiscard]] static Indeling van(const platform::WindowSystem& systeem);
     };
 
     // The function tells the arrangement of this moment.

@@ -111,10 +111,8 @@ platform::WindowStatistics Voorstelling::stand() const {
 
 void Voorstelling::vul(Doek& doek, const QRectF& vlak, bool voorvertoning) {
     doek.view = std::make_shared<HostView>(
-        module_.maak(vlak, voorvertoning, context_), [&systeem = server_.system()] {
-            return HostView::Indeling{.schermen = Screen::all(),
-                                      .aangekondigd = systeem.announcedScreenChanges()};
-        });
+        module_.maak(vlak, voorvertoning, context_),
+        [&systeem = server_.system()] { return HostView::Indeling::van(systeem); });
     doek.venster->onClose([this] { einde(); });
     doek.venster->setContentView(doek.view);
     if (opdracht_.fps)

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 using brixtel::HostView;
 
 namespace {
@@ -74,6 +76,40 @@ TEST_F(HostViewTest, ADisplayThatIsAboutToChangeIsNoMovementOfTheMouse) {
     EXPECT_EQ(geroepen, 0);
     muis(351, 300);
     EXPECT_EQ(geroepen, 1);
+}
+
+// A system without windows that announces changes of the screens.
+class Aankondiger final : public platform::WindowSystem {
+  public:
+    [[nodiscard]] platform::Capabilities capabilities() const override { return {}; }
+    [[nodiscard]] bool isConnected() const override { return true; }
+    void onLost(std::function<void()>) override {}
+    void reportLoss() override {}
+    [[nodiscard]] std::unique_ptr<platform::NativeWindow> makeWindow(
+        const platform::NativeWindowOptions&, platform::NativeWindowDelegate&) override {
+        return nullptr;
+    }
+    [[nodiscard]] std::unique_ptr<platform::NativeWindow> adopt(
+        const platform::HostRef&, platform::NativeWindowDelegate&) override {
+        return nullptr;
+    }
+    [[nodiscard]] std::uint64_t announcedScreenChanges() const override { return aangekondigd; }
+    [[nodiscard]] platform::NativeWorkspace& workspace() override { std::abort(); }
+    [[nodiscard]] platform::OverlaySpaces* overlaySpaces() override { return nullptr; }
+    void watch(std::function<void(bool)>) override {}
+    void stopWatching() override {}
+
+    std::uint64_t aangekondigd = 3;
+};
+
+TEST_F(HostViewTest, TheArrangementIsThatOfTheScreensAndOfTheWindowSystem) {
+    Aankondiger systeem;
+    const HostView::Indeling eerst = HostView::Indeling::van(systeem);
+    EXPECT_FALSE(eerst.schermen.empty());
+    EXPECT_EQ(eerst.schermen, platform::Screen::all());
+    EXPECT_EQ(HostView::Indeling::van(systeem), eerst);
+    ++systeem.aangekondigd;
+    EXPECT_NE(HostView::Indeling::van(systeem), eerst);
 }
 
 TEST_F(HostViewTest, SmallDriftsAddUp) {
