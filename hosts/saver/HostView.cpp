@@ -24,6 +24,12 @@ HostView::HostView(std::shared_ptr<platform::ScreenSaverView> saver,
     addSubview(saver_);
 }
 
+void HostView::setFrame(const QRectF& frame) {
+    const bool andereMaat = frame.size() != bounds().size();
+    View::setFrame(frame);
+    if (andereMaat && onMaat_) onMaat_(frame.size());
+}
+
 void HostView::invoer() {
     // The action may drop this view.
     const auto actie = onInvoer_;

@@ -48,6 +48,10 @@ class HostView : public platform::View {
     // The clock tells a double click from two clicks, and outlives the view.
     void inEigenVenster(platform::MediaClock& klok, EigenVenster daden);
 
+    // Sets the action for each other size of the view, in points. The window is then in the
+    // middle of its change.
+    void onMaat(std::function<void(QSizeF)> actie) { onMaat_ = std::move(actie); }
+
     // Sets whether movements of the mouse count as input. Counting starts anew from the
     // mouse's present place.
     void setMuisTelt(bool telt);
@@ -55,6 +59,7 @@ class HostView : public platform::View {
     // A host may skip the content behind an opaque view.
     [[nodiscard]] bool isOpaque() const override { return true; }
     [[nodiscard]] bool acceptsFirstResponder() const override { return true; }
+    void setFrame(const QRectF& frame) override;
     void keyDown(const platform::KeyEvent& event) override;
     void mouseDown(const platform::MouseEvent& event) override;
     void rightMouseDown(const platform::MouseEvent& event) override;
@@ -69,6 +74,7 @@ class HostView : public platform::View {
     std::shared_ptr<platform::ScreenSaverView> saver_;
     std::function<void()> onInvoer_;
     std::function<void()> onInstellingen_;
+    std::function<void(QSizeF)> onMaat_;
     EigenVenster eigen_;
     platform::MediaClock* klok_ = nullptr;  // with eigen_
     std::optional<double> laatsteKlik_;

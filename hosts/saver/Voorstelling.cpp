@@ -3,6 +3,7 @@
 
 #include <QCoreApplication>
 #include <algorithm>
+#include <utility>
 
 #include "BrixtelSaver/SaverInstellingen.h"
 #include "hosts/saver/BeeldTeller.h"
@@ -179,6 +180,7 @@ void Voorstelling::toonVenster() {
     maakVenster(doek, platform::WindowStyle::Titled, QRectF(hoek, maat));
     doek.venster->showWithKeyboard();
     vul(doek, {QPointF(0, 0), maat}, opdracht_.voorvertoning);
+    volgMaat(*doek.view);
     doek.view->onInstellingen([this] { toonInstellingen(*doeken_.front().venster); });
     const auto wissel = [this] {
         straksAls(volledig_ ? platform::WindowStyle::Titled : platform::WindowStyle::FullScreen);
@@ -207,7 +209,6 @@ void Voorstelling::straksAls(platform::WindowStyle stijl) {
         const auto oud = std::move(doek.venster);
         oud->setContentView(std::make_shared<platform::View>(doek.view->bounds()));
         const QRectF frame = naarVol ? scherm->frame : v.eigenFrame_;
-        v.begrens(frame.size());
         v.maakVenster(doek, stijl, frame);
         doek.venster->setContentView(doek.view);
         doek.venster->setCursorHidden(naarVol);
@@ -218,8 +219,17 @@ void Voorstelling::straksAls(platform::WindowStyle stijl) {
 }
 
 void Voorstelling::begrens(QSizeF maat) {
-    if (const auto grens = werkGrens(opdracht_, maat))
-        server_.limitWork(*grens, platform::processCpuSeconds);
+    const auto grens = werkGrens(opdracht_, maat);
+    if (std::exchange(grens_, grens) != grens)
+        server_.limitWork(grens, platform::processCpuSeconds);
+}
+
+void Voorstelling::volgMaat(HostView& view) {
+    view.onMaat([zelf = std::weak_ptr<Voorstelling*>(zelf_)](QSizeF maat) {
+        platform::runOnMainQueue([zelf, maat] {
+            if (const auto deze = zelf.lock()) (*deze)->begrens(maat);
+        });
+    });
 }
 
 void Voorstelling::toonBijGastheer() {
@@ -231,6 +241,7 @@ void Voorstelling::toonBijGastheer() {
     zonderVenster_ = maat.isEmpty();
     begrens(maat);
     vul(doek, {QPointF(0, 0), maat}, opdracht_.voorvertoning || isVoorbeeld(maat));
+    volgMaat(*doek.view);
     doek.venster->show();
     doeken_.push_back(std::move(doek));
 }

@@ -3,12 +3,14 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "hosts/saver/HostView.h"
 #include "hosts/saver/InstellingenProces.h"
 #include "hosts/saver/ModuleLader.h"
 #include "hosts/saver/Opdracht.h"
+#include "platform/render/WorkBudget.h"
 #include "platform/time/Timer.h"
 #include "platform/window/Screen.h"
 #include "platform/window/Window.h"
@@ -60,6 +62,8 @@ class Voorstelling {
     void vul(Doek& doek, const QRectF& vlak, bool voorvertoning);
     // Keeps the program to what a window of this size may take.
     void begrens(QSizeF maat);
+    // Does so at every change of the view's size, in a later turn of the event loop.
+    void volgMaat(HostView& view);
     void toonInstellingen(const platform::Window& bij);
     void bladIsOpen(bool open);
     void neemKeuze(const QString& keuze);
@@ -71,6 +75,7 @@ class Voorstelling {
     const platform::ScreenSaverContext context_;
     std::function<void()> onEinde_;
     bool zonderVenster_ = false;
+    std::optional<platform::WorkBudget::Options> grens_;  // what the window server holds
     QString titel_;          // of the program's own window; the desktop adds the program's name
     bool volledig_ = false;  // the program's own window fills the screen
     QRectF eigenFrame_;      // the own window's frame outside full screen

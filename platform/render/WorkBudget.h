@@ -33,6 +33,7 @@ class WorkBudget {
     struct Options {
         double share = 1.0;  // of one processor, > 0
         int mostPace = 2;    // the measures with a higher one are never taken
+        friend bool operator==(const Options&, const Options&) = default;
     };
     explicit WorkBudget(const Options& options) : options_(options) {}
 

@@ -65,9 +65,11 @@ void WindowServer::setPace(int divisor) {
         window->geometryChanged();
 }
 
-void WindowServer::limitWork(const WorkBudget::Options& options,
+void WindowServer::limitWork(const std::optional<WorkBudget::Options>& options,
                              std::function<double()> cpuSeconds) {
-    budget_.emplace(options);
+    newMeasure_ = Timer();
+    budget_.reset();
+    if (options) budget_.emplace(*options);
     cpuSeconds_ = std::move(cpuSeconds);
     take({});
 }

@@ -55,10 +55,11 @@ class WindowServer {
     [[nodiscard]] int pace() const { return pace_; }
 
     // Keeps the program to a share of the processors while the processor draws its windows,
-    // as WorkBudget tells; without a call there is no limit. `cpuSeconds` tells the processor
-    // time that the program has used so far, on the main thread, at most once a second, and
-    // only while there are frames.
-    void limitWork(const WorkBudget::Options& options, std::function<double()> cpuSeconds);
+    // as WorkBudget tells; without a call, and without options, there is no limit. Each call
+    // begins at the full measure. `cpuSeconds` tells the processor time that the program has
+    // used so far, on the main thread, at most once a second, and only while there are frames.
+    void limitWork(const std::optional<WorkBudget::Options>& options,
+                   std::function<double()> cpuSeconds);
     [[nodiscard]] const WorkMeasure& measure() const { return measure_; }
 
     // While the display sleeps no window has frames. The server watches the display itself.

@@ -36,6 +36,18 @@ TEST_F(HostViewTest, TheSaverFillsItAndFollowsItsSize) {
     EXPECT_EQ(view.saver()->frame(), QRectF(0, 0, 800, 500));
 }
 
+TEST_F(HostViewTest, EveryOtherSizeIsTold) {
+    std::vector<QSizeF> maten;
+    view.onMaat([&](QSizeF maat) {
+        EXPECT_EQ(view.saver()->frame().size(), maat);
+        maten.push_back(maat);
+    });
+    view.setFrame(QRectF(0, 0, 800, 500));
+    view.setFrame(QRectF(10, 20, 800, 500));
+    view.setFrame(QRectF(10, 20, 800, 501));
+    EXPECT_EQ(maten, (std::vector{QSizeF(800, 500), QSizeF(800, 501)}));
+}
+
 TEST_F(HostViewTest, AKeyOrAClickEndsAtOnce) {
     view.keyDown({});
     view.mouseDown({});

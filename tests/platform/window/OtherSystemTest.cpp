@@ -184,13 +184,16 @@ struct BusyProgram {
 
     explicit BusyProgram(const std::shared_ptr<PaperSystem>& system)
         : server(clock, {.system = system}), window(server, {.frame = {0, 0, 100, 60}}) {
-        server.limitWork({.share = 1.0}, [this] {
-            ++asked;
-            return cpuSeconds;
-        });
+        limit(platform::WorkBudget::Options{.share = 1.0});
         window.contentView()->setWantsLayer(true);
         window.contentView()->layer()->setBackgroundColor(Qt::green);
         window.show();
+    }
+    void limit(const std::optional<platform::WorkBudget::Options>& options) {
+        server.limitWork(options, [this] {
+            ++asked;
+            return cpuSeconds;
+        });
     }
     void passSecond(bool changes = true) {
         auto& layer = *window.contentView()->layer();
@@ -218,6 +221,41 @@ TEST_F(OtherSystem, AProgramThatTakesTooMuchDrawsLessAndMoreAgainWhenThereIsRoom
     program.share = 0.1;
     program.passSeconds(60);
     EXPECT_EQ(program.server.measure(), platform::kWorkMeasures[0]);
+}
+
+TEST_F(OtherSystem, ALimitThatIsLiftedGivesTheWholePictureBackAndAsksNoMore) {
+    BusyProgram program(system);
+    program.share = 3.0;
+    ASSERT_TRUE(until([&] {
+        program.passSecond();
+        return program.server.measure() != platform::kWorkMeasures[0];
+    }));
+    program.limit(std::nullopt);
+    EXPECT_EQ(program.server.measure(), platform::kWorkMeasures[0]);
+    program.asked = 0;
+    program.passSeconds(30);
+    EXPECT_EQ(program.server.measure(), platform::kWorkMeasures[0]);
+    EXPECT_EQ(program.asked, 0);
+}
+
+TEST_F(OtherSystem, ALimitMayBeLiftedWhileANewMeasureIsOnItsWay) {
+    BusyProgram program(system);
+    program.share = 3.0;
+    platform::Timer lift;
+    program.server.limitWork(platform::WorkBudget::Options{.share = 1.0}, [&] {
+        // Comes before the new measure, which the answer leads to.
+        lift = platform::Timer(program.clock, {.interval = 0.0}, [&] {
+            if (++program.asked == 4) program.limit(std::nullopt);
+        });
+        return program.cpuSeconds;
+    });
+    ASSERT_TRUE(until([&] {
+        program.passSecond();
+        return program.asked >= 4;
+    }));
+    EXPECT_EQ(program.taken, std::vector{platform::kWorkMeasures[0]});
+    program.passSeconds(5);
+    EXPECT_EQ(program.taken, std::vector{platform::kWorkMeasures[0]});
 }
 
 TEST_F(OtherSystem, WhatAProgramTakesIsAskedAtMostOnceASecondAndOnlyForFrames) {
