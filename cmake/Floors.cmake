@@ -106,42 +106,47 @@ function(brixtel_support_objects list)
   set(${list} "${sources}" PARENT_SCOPE)
 endfunction()
 
+# brixtel_optimise_test(NAME BUSY): sets how far the compiler optimises a test program, and gives
+# the program the libraries' headers precompiled, from an object that all such tests share.
+#
 # Tests compile more often than they run. At -O0 a sanitizer's checks take half the time to
-# compile that they take at -O1.
-set(BRIXTEL_TEST_OPTIMISATION -O1)
-if(BRIXTEL_SANITIZE)
-  set(BRIXTEL_TEST_OPTIMISATION -O0)
-endif()
-
-# brixtel_precompiled_tests(NAME): gives a test program the libraries' headers precompiled, from
-# one object that all tests share. By clang each source is compiled with what it includes itself,
-# so that a missing #include is seen.
-function(brixtel_precompiled_tests name)
+# compile that they take at -O1, and twice the time to run: busy tests, with loops of their own
+# over many pixels, keep -O1.
+#
+# By clang each source is compiled with what it includes itself, so that a missing #include is
+# seen.
+function(brixtel_optimise_test name busy)
+  set(level 1)
+  if(BRIXTEL_SANITIZE AND NOT busy)
+    set(level 0)
+  endif()
+  target_compile_options(${name} PRIVATE -O${level})
   if(NOT CMAKE_CXX_COMPILER_ID STREQUAL GNU)
     return()
   endif()
-  # A compiler takes a precompiled header only where every definition is the same. libpulse
-  # defines _REENTRANT, which the standard library asks for.
+  # A compiler takes a precompiled header only where every definition is the same, the level's own
+  # included. libpulse defines _REENTRANT, which the standard library asks for.
   set(links brixtel_flags Qt6::Gui GTest::gtest GTest::gmock)
-  if(NOT TARGET steun_precompiled)
-    add_library(steun_precompiled OBJECT "${PROJECT_SOURCE_DIR}/tests/support/Precompiled.cpp")
-    target_link_libraries(steun_precompiled PRIVATE ${links})
-    target_compile_definitions(steun_precompiled PRIVATE _REENTRANT)
-    target_compile_options(steun_precompiled PRIVATE ${BRIXTEL_TEST_OPTIMISATION})
-    target_precompile_headers(steun_precompiled PRIVATE
+  set(object "steun_precompiled_O${level}")
+  if(NOT TARGET ${object})
+    add_library(${object} OBJECT "${PROJECT_SOURCE_DIR}/tests/support/Precompiled.cpp")
+    target_link_libraries(${object} PRIVATE ${links})
+    target_compile_definitions(${object} PRIVATE _REENTRANT)
+    target_compile_options(${object} PRIVATE -O${level})
+    target_precompile_headers(${object} PRIVATE
                               "${PROJECT_SOURCE_DIR}/tests/support/Precompiled.h")
   endif()
   target_link_libraries(${name} PRIVATE ${links})
   target_compile_definitions(${name} PRIVATE _REENTRANT)
-  target_precompile_headers(${name} REUSE_FROM steun_precompiled)
+  target_precompile_headers(${name} REUSE_FROM ${object})
 endfunction()
 
-# brixtel_test(NAME SOURCES ... LINKS ... LABELS ... [CORE|GUI] [PROPERTIES ...])
+# brixtel_test(NAME SOURCES ... LINKS ... LABELS ... [CORE|GUI] [BUSY] [PROPERTIES ...])
 # Makes one GoogleTest program; every test in it is a ctest entry of its own.
 # CORE runs the tests under a QCoreApplication, GUI under an off-screen
-# QGuiApplication; neither needs a display.
+# QGuiApplication; neither needs a display. BUSY is for loops over many pixels.
 function(brixtel_test name)
-  cmake_parse_arguments(T "CORE;GUI;MOC" "" "SOURCES;LINKS;LABELS;PROPERTIES" ${ARGN})
+  cmake_parse_arguments(T "BUSY;CORE;GUI;MOC" "" "SOURCES;LINKS;LABELS;PROPERTIES" ${ARGN})
   if(T_GUI)
     list(APPEND T_SOURCES "${PROJECT_SOURCE_DIR}/tests/support/main_gui.cpp")
     list(APPEND T_LINKS Qt6::Gui GTest::gtest)
@@ -159,8 +164,7 @@ function(brixtel_test name)
   set_target_properties(${name} PROPERTIES AUTOMOC ${T_MOC}
                         RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
   target_link_libraries(${name} PRIVATE brixtel_flags ${T_LINKS} GTest::gmock)
-  target_compile_options(${name} PRIVATE ${BRIXTEL_TEST_OPTIMISATION})
-  brixtel_precompiled_tests(${name})
+  brixtel_optimise_test(${name} ${T_BUSY})
   target_include_directories(${name} PRIVATE "${CMAKE_BINARY_DIR}/gemaakt")
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
                        PROPERTIES LABELS "${T_LABELS}" TIMEOUT 120 ${T_PROPERTIES})

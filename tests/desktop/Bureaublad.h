@@ -127,9 +127,9 @@ class Bureaublad {
 };
 
 // A real program with one window, whose events it prints: xev.
-class Programma {
+class VreemdProgramma {
   public:
-    Programma() {
+    VreemdProgramma() {
         proces.setProcessChannelMode(QProcess::MergedChannels);
         Bureaublad::begin(
             // By itself it does not always write out what it has said.
@@ -154,9 +154,9 @@ class Programma {
             ADD_FAILURE() << std::hex << venster << " has no keyboard but "
                           << Bureaublad::metToetsen();
     }
-    ~Programma() { Bureaublad::eindig(proces); }
-    Programma(const Programma&) = delete;
-    Programma& operator=(const Programma&) = delete;
+    ~VreemdProgramma() { Bureaublad::eindig(proces); }
+    VreemdProgramma(const VreemdProgramma&) = delete;
+    VreemdProgramma& operator=(const VreemdProgramma&) = delete;
 
     // The number of times that the program has printed this so far.
     int zegt(const char* tekst) {

@@ -19,7 +19,7 @@
 using brixtel::Bureaublad;
 using brixtel::DrieSoort;
 using brixtel::MatrixCentrale;
-using brixtel::Programma;
+using brixtel::VreemdProgramma;
 using brixtel::RegenStand;
 using brixtel::scherm;
 using platform::Screen;
@@ -126,7 +126,7 @@ const QRect kLinks(0, 0, 640, 480), kRechts(640, 0, 640, 480);
 
 TEST_F(Effecten, TheRainFallsOverARealProgramOnBothDisplays) {
     ASSERT_TRUE(bureaublad.startCompositor());
-    Programma programma;
+    VreemdProgramma programma;
     scherm->fill(scherm->screen().root, 0x203040);
     ASSERT_TRUE(toonRegen());
     EXPECT_TRUE(regent(kLinks));
@@ -143,7 +143,7 @@ TEST_F(Effecten, TheRainFallsOverARealProgramOnBothDisplays) {
 TEST_F(Effecten, AFullScreenWindowOpenedAfterTheRainGoesUnderIt) {
     ASSERT_TRUE(bureaublad.startCompositor());
     ASSERT_TRUE(toonRegen());
-    Programma programma;
+    VreemdProgramma programma;
     const QString id = QString::number(programma.venster);
     Bureaublad::vraagBeheer(programma.venster, "_NET_WM_STATE",
                             {1, Bureaublad::atoom("_NET_WM_STATE_FULLSCREEN")});
@@ -190,7 +190,7 @@ TEST_F(Effecten, WithoutTheFunctionsTheRainShowsAndALaterWindowCoversIt) {
 
 TEST_F(Effecten, ClicksAndScrollsPassThroughToARealProgram) {
     ASSERT_TRUE(bureaublad.startCompositor());
-    Programma programma;
+    VreemdProgramma programma;
     ASSERT_TRUE(toonRegen());
     ASSERT_TRUE(regenLigtBoven());
     Bureaublad::hulp(QStringLiteral("xdotool mousemove --window %1 100 75 click 1 click 4 click 5")
@@ -205,7 +205,7 @@ TEST_F(Effecten, ClicksAndScrollsPassThroughToARealProgram) {
 
 TEST_F(Effecten, TheBlackScreenCoversBothDisplaysAndHasTheKeyboard) {
     ASSERT_TRUE(bureaublad.startCompositor());
-    Programma programma;
+    VreemdProgramma programma;
     ASSERT_TRUE(toonZwart());
     EXPECT_TRUE(regent(kLinks));
     EXPECT_TRUE(regent(kRechts));
@@ -219,8 +219,8 @@ TEST_F(Effecten, TheBlackScreenCoversBothDisplaysAndHasTheKeyboard) {
 
 TEST_F(Effecten, ThePreviouslyActiveWindowHasTheKeyboardAgain) {
     ASSERT_TRUE(bureaublad.startCompositor());
-    Programma ander;
-    Programma programma;
+    VreemdProgramma ander;
+    VreemdProgramma programma;
     ASSERT_TRUE(until([&] { return Bureaublad::actief() == programma.venster; }));
     ASSERT_TRUE(toonZwart());
     ASSERT_EQ(centrale->vorigeApp()->window.text, QString::number(programma.venster));
@@ -236,7 +236,7 @@ TEST_F(Effecten, ThePreviouslyActiveWindowHasTheKeyboardAgain) {
 }
 
 TEST_F(Effecten, WithoutAWindowManagerTheKeyboardGoesBackAsWell) {
-    Programma programma;
+    VreemdProgramma programma;
     // The window manager leaves its property behind, which says that it runs.
     bureaublad.stopBeheer();
     // An ending window manager takes windows out of its frames, which hides them for a moment.
@@ -269,7 +269,7 @@ TEST_F(Effecten, ARealMouseMovementClosesTheBlackScreenAfterTheGraceTime) {
 TEST_F(Effecten, AWindowThatOpensUnderTheBlackScreenGetsNothing) {
     ASSERT_TRUE(bureaublad.startCompositor());
     ASSERT_TRUE(toonZwart());
-    Programma programma;
+    VreemdProgramma programma;
     EXPECT_TRUE(ligtBoven(*centrale->zwart()[1].venster) ||
                 ligtBoven(*centrale->zwart()[0].venster));
     // openbox gave it the keyboard; the black screen takes that back.
@@ -287,7 +287,7 @@ TEST_F(Effecten, AnApplicationThatIsGoneTakesNobodyToAnotherDesktop) {
     zegt("set_desktop 1");
     ASSERT_TRUE(until([&] { return zegt("get_desktop") == "1"; }));
     {
-        Programma programma;
+        VreemdProgramma programma;
         ASSERT_TRUE(toonZwart());
         ASSERT_EQ(centrale->vorigeApp()->window.text, QString::number(programma.venster));
     }

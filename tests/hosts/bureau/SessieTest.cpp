@@ -403,7 +403,7 @@ TEST_F(Sessie, ASignalEndsItAndTheEndOfTheBusToo) {
 TEST_F(Sessie, WithoutArgumentsThePanelOpensAndASecondStartRaisesIt) {
     ASSERT_NO_FATAL_FAILURE(openPaneel());
     EXPECT_TRUE(isPaneelActief());
-    const brixtel::Programma ander;
+    const brixtel::VreemdProgramma ander;
     ASSERT_NE(Bureaublad::actief(), paneel);
     EXPECT_EQ(draai(QStringList()).uitgang, 0);
     EXPECT_TRUE(isPaneelActief());
