@@ -172,7 +172,8 @@ std::optional<int> draai(platform::SystemClock& klok, BusAansluiting& aansluitin
     auto toeval = platform::RandomSource::fromSystem();
     platform::DistributedNotificationCenter berichten(bus);
     platform::WindowServer server(klok, {.system = platform::openWindowSystem(klok)});
-    server.limitWork({.share = platform::WorkBudget::shareOf(platform::processorCount())},
+    server.limitWork(platform::WorkBudget::Options{.share = platform::WorkBudget::shareOf(
+                                                       platform::processorCount())},
                      platform::processCpuSeconds);
     platform::DesktopWorkspace werkruimte(server, berichten);
     const platform::SessionLock slot(platform::SessionLock::systemBusAddress(),
