@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The libraries' headers that tests include most, compiled once for all tests. A test includes
 // what it uses all the same: clang compiles tests without this header.
 #pragma once

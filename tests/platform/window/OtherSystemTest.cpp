@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <mutex>
+#include <optional>
 
+#include "platform/time/Timer.h"
 #include "platform/window/Window.h"
 #include "platform/window/WindowSystem.h"
 #include "tests/support/Until.h"
